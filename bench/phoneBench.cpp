@@ -1,0 +1,38 @@
+#include "bench/phoneBench.h"
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <cstdio>
+
+void makeBenchRoot(const QString& folder)
+{
+    const QString image = HX_BUILD_DIR "/rootfs";
+    QFile::link(image + "/phone", folder + "/phone");
+    QDirIterator files(image + "/rundata", QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString source = files.next();
+        const QString target = folder + source.mid(image.size());
+        QDir().mkpath(QFileInfo(target).path());
+        QFile::copy(source, target);
+        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
+    }
+    QDir(folder).mkpath("rundata/run");
+    QDir(folder).mkpath("storage");
+}
+
+void RatioTable::add(const QString& what, double measured, double limit, const QString& unit)
+{
+    m_rows.push_back({what, measured, limit, unit});
+}
+
+bool RatioTable::print() const
+{
+    bool isWithin = true;
+    for (const Row& row : m_rows) {
+        const bool ok = row.measured <= row.limit;
+        isWithin = isWithin && ok;
+        printf("%-62s %9.3f %-4s of %9.3f   ratio %.3f  %s\n", qPrintable(row.what), row.measured,
+               qPrintable(row.unit), row.limit, row.measured / row.limit, ok ? "ok" : "over");
+    }
+    return isWithin;
+}

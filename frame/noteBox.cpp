@@ -1,0 +1,13 @@
+#include "frame/noteBox.h"
+#include "support/host/box.h"
+#include "support/host/language.h"
+
+void noteBox(const char* text, QWidget* parent, int timeoutMs)
+{
+    xMessageBox(Translate("Note"), Translate(text), BOX_NOTE, parent, timeoutMs);
+}
+
+int questionBox(const char* text, QWidget* parent, const char* title)
+{
+    return xMessageBox(Translate(title), Translate(text), BOX_QUESTION, parent, -1);
+}

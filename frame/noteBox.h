@@ -1,0 +1,10 @@
+#pragma once
+// Message boxes of the pages. Texts are English keys; the box shows them translated. User-interface thread.
+#include "support/host/api.h"
+
+class QWidget;
+
+// Title "Note", one button. timeoutMs: closes by itself after so many milliseconds, -1 never.
+void noteBox(const char* text, QWidget* parent, int timeoutMs = -1);
+// Two buttons; non-zero on yes.
+int questionBox(const char* text, QWidget* parent, const char* title = HX_TR("Note"));

@@ -1,0 +1,144 @@
+#include "frame/pageFrame.h"
+#include "support/host/text.h"
+#include "support/host/ui.h"
+#include <QAbstractButton>
+#include <QDialog>
+#include <QFrame>
+#include <QLabel>
+
+namespace {
+
+const QRect kTopBar(QPoint(0, 0), QPoint(799, 39));
+const QRect kLeftBar(QPoint(0, 40), QPoint(151, 439));
+const QRect kSoftKeys(QPoint(0, 440), QPoint(799, 479));
+
+// English text of a widget of the form, and the translation that it shows.
+const char kTextKey[] = "hxTextKey";
+const char kTextShown[] = "hxTextShown";
+
+struct tagSharedKey
+{
+    int nKey;
+    const char* szName;
+    const char* szSlot;
+};
+
+// In the order of their indexes. A finger finds them in the same place on every page.
+const tagSharedKey kSharedKeys[SOFT_KEY_COUNT] = {
+    {KEY_SAVE, HX_TR("Save"), SLOT(on_click_Save())},
+    {KEY_IME, HX_TR("IME"), SLOT(on_click_IME())},
+    {KEY_DELETE, HX_TR("Delete"), SLOT(on_click_Delete())},
+    {KEY_BACK, HX_TR("Back"), SLOT(on_click_Back())},
+};
+
+qLeftBar* makeLeftBar(QDialog* page)
+{
+    qLeftBar* bar = new qLeftBar(page);
+    bar->setGeometry(kLeftBar);
+    bar->setIconGeometry(bar->rect());
+    bar->setTextGeometry(bar->rect());
+    bar->setTitle(QString());
+    bar->setIcon(QString());
+    return bar;
+}
+
+// A text that the page has set since stays as it is.
+template <class T>
+void showTranslated(T* widget)
+{
+    if (!widget->property(kTextKey).isValid())
+        widget->setProperty(kTextKey, widget->text());
+    else if (widget->text() != widget->property(kTextShown).toString())
+        return;
+    const QString key = widget->property(kTextKey).toString();
+    if (key.isEmpty())
+        return;
+    const QString shown = qTranslate(key.toUtf8().constData());
+    widget->setText(shown);
+    widget->setProperty(kTextShown, shown);
+}
+
+} // namespace
+
+void PageFrame::Build(QDialog* page, LeftBarOperation* leftBar, QFrame* background, const char* title,
+                      int keys)
+{
+    m_pPage = page;
+    m_nKeys = keys;
+    page->setFixedSize(kSoftKeys.right() + 1, kSoftKeys.bottom() + 1);
+    page->move(0, 0);
+    SetBackgroundToFrame(background, HX_THEME("general/gen_setting_bg.jpg"));
+
+    m_pTopBar = new qTopBar(page);
+    m_pTopBar->setGeometry(kTopBar);
+    m_pTopBar->setAttribute(Qt::WA_DeleteOnClose);
+    m_strTitle = title;
+
+    m_pLeftBar = leftBar;
+    leftBar->m_pLeftBar = makeLeftBar(page);
+    leftBar->setLeftBar();
+
+    m_pSoftKeyBar = new qSoftKeyBar(page);
+    m_pSoftKeyBar->setGeometry(kSoftKeys);
+    m_pSoftKeyBar->setAttribute(Qt::WA_DeleteOnClose);
+    for (int i = 0; i < SOFT_KEY_COUNT; ++i) {
+        if (keys & kSharedKeys[i].nKey)
+            SetSoftKey(i, kSharedKeys[i].szName, kSharedKeys[i].szName, kSharedKeys[i].szSlot);
+    }
+    m_strLanguage = GetLanguageHelper()->GetLanguage();
+    showTexts();
+}
+
+void PageFrame::SetSoftKey(int index, const char* name, const char* label, const char* slot)
+{
+    if (index < 0 || index >= SOFT_KEY_COUNT)
+        return;
+    m_astrLabels[index] = label;
+    m_pSoftKeyBar->SetButton(index, name, ::Translate(label), m_pPage, slot);
+}
+
+void PageFrame::SetLeftBar(const char* icon, const char* title)
+{
+    m_strLeftIcon = icon;
+    m_strLeftTitle = title;
+    showLeftBar();
+}
+
+void PageFrame::showLeftBar()
+{
+    if (m_pLeftBar->m_pLeftBarInfo)
+        m_strLeftTitle = ""; // a record has taken its place, and stays on show when it is taken away
+    if (m_strLeftTitle.IsEmpty())
+        return;
+    m_pLeftBar->m_pLeftBar->setIcon(toQString(m_strLeftIcon));
+    m_pLeftBar->m_pLeftBar->setTitle(qTranslate(m_strLeftTitle.GetText()));
+}
+
+void PageFrame::SetTitle(const char* title)
+{
+    m_strTitle = title;
+    m_pTopBar->setTitle(qTranslate(title));
+}
+
+void PageFrame::Translate()
+{
+    showLeftBar();
+    const chString language = GetLanguageHelper()->GetLanguage();
+    if (language == m_strLanguage)
+        return;
+    m_strLanguage = language;
+    for (int i = 0; i < SOFT_KEY_COUNT; ++i) {
+        if (!m_astrLabels[i].IsEmpty())
+            m_pSoftKeyBar->SetButtonTitle(i, qTranslate(m_astrLabels[i].GetText()));
+    }
+    showTexts();
+}
+
+void PageFrame::showTexts()
+{
+    m_pTopBar->setTitle(qTranslate(m_strTitle.GetText()));
+    for (QLabel* label : m_pPage->findChildren<QLabel*>())
+        showTranslated(label);
+    for (QAbstractButton* button : m_pPage->findChildren<QAbstractButton*>())
+        showTranslated(button);
+}

@@ -1,0 +1,255 @@
+#include "host/desktop/frmCall.h"
+#include "host/desktop/callRecords.h"
+#include "host/desktop/contactBook.h"
+#include "host/desktop/lineName.h"
+#include "host/services/phoneService.h"
+#include "host/widgets/look.h"
+#include "support/host/api.h"
+#include "support/host/image.h"
+#include "support/host/language.h"
+#include "support/host/ui.h"
+#include "ui_frmCall.h"
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace {
+
+constexpr int kVolumeStep = 10;
+constexpr int kDigitsShown = 24;
+constexpr int kKeepWeight = -1;
+constexpr int kNameSize = 36;
+constexpr int kDurationSize = 26;
+constexpr int kStateSize = 20;
+constexpr QRect kPicture(337, 56, 126, 126);
+constexpr QRgb kStrip = 0x33000000;
+constexpr QRgb kPictureEdge = 0x40ffffff;
+const char* const kNobody = "/phone/resource/contact-image/icon_contact.png";
+
+const char* stateText(const tagCall& call)
+{
+    switch (call.eState) {
+    case CALL_RINGING:
+        return call.bIncoming ? HX_TR("Incoming call") : HX_TR("Calling...");
+    case CALL_TALKING:
+        return HX_TR("In call");
+    default:
+        return HX_TR("Call ended");
+    }
+}
+
+QString stateOf(const tagCall& call)
+{
+    const bool failed = call.eState == CALL_ENDED && !call.strReason.isEmpty();
+    return qTranslate(failed ? call.strReason.toUtf8().constData() : stateText(call));
+}
+
+QPixmap pictureOf(const tagContact& contact)
+{
+    QPixmap picture = GetImageManager()->GetImageByScale(contact.strPicture.toUtf8().constData(),
+                                                         kPicture.width(), kPicture.height());
+    return picture.isNull() ? GetImageManager()->GetImageByScale(kNobody, kPicture.width(), kPicture.height())
+                            : picture;
+}
+
+} // namespace
+
+frmCall::frmCall() : QWidget(nullptr, Qt::FramelessWindowHint), m_ui(new Ui_frmCall)
+{
+    m_ui->setupUi(this);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::StrongFocus);
+    setGeometry(0, 0, look::kScreenWidth, look::kScreenHeight);
+    setFontStyle(kNameSize, kKeepWeight, m_ui->labName, true);
+    setFontStyle(kStateSize, kKeepWeight, m_ui->labNumber, true);
+    setFontStyle(kStateSize, kKeepWeight, m_ui->labState, true);
+    setFontStyle(kDurationSize, kKeepWeight, m_ui->labDuration, true);
+    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labLine, true);
+    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labMute, true);
+    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labVolume, true);
+    m_pSoftKeys = new qSoftKeyBar(this);
+    m_pSoftKeys->move(0, look::kScreenHeight - look::kSoftKeyHeight);
+    m_tick.setInterval(TICK_MS);
+    m_end.setInterval(END_MS);
+    m_end.setSingleShot(true);
+    connect(&m_tick, &QTimer::timeout, this, &frmCall::tick);
+    connect(&m_end, &QTimer::timeout, this, &frmCall::close);
+}
+
+frmCall::~frmCall() = default;
+
+void frmCall::onCall(const tagCall& call)
+{
+    const QList<tagCall> calls = phoneService::instance().calls();
+    if (call.eState != CALL_ENDED)
+        showCall(call);
+    else if (!calls.isEmpty())
+        showCall(calls.last());
+    else
+        showCall(call);
+    if (calls.isEmpty()) {
+        m_tick.stop();
+        m_end.start();
+    } else {
+        m_tick.start();
+        m_end.stop();
+    }
+    open();
+}
+
+void frmCall::showCall(const tagCall& call)
+{
+    if (call.nId != m_call.nId)
+        m_strDigits.clear();
+    m_call = call;
+    const tagContact contact = contactOfNumber(contactsRead(), call.strNumber);
+    const QString name = call.strName.isEmpty() ? contact.strName : call.strName;
+    m_ui->labName->setText(name.isEmpty() ? call.strNumber : name);
+    m_ui->labNumber->setText(name.isEmpty() ? QString() : call.strNumber);
+    m_ui->labLine->setText(lineName(call.nAccount));
+    m_ui->labPicture->setPicture(pictureOf(contact));
+    showState();
+}
+
+void frmCall::showState()
+{
+    const bool talked = m_call.eState == CALL_TALKING || m_call.nSeconds > 0;
+    m_ui->labState->setText(stateOf(m_call));
+    const QString duration = talked ? durationText(m_call.nSeconds) : QString();
+    m_ui->labDuration->setText(m_strDigits.isEmpty() ? duration : m_strDigits.right(kDigitsShown));
+}
+
+void frmCall::showSound()
+{
+    m_ui->barVolume->setValue(dev_get_output_volume());
+    m_ui->labMute->setText(m_bMuted ? qTranslate("Muted") : QString());
+}
+
+void frmCall::showSoftKeys()
+{
+    m_ui->labVolume->setText(qTranslate("Volume"));
+    m_pSoftKeys->SetButton(0, "Mute", Translate(m_bMuted ? HX_TR("Unmute") : HX_TR("Mute")), this,
+                           SLOT(on_click_Mute()));
+    m_pSoftKeys->SetButton(1, "VolumeDown", Translate("Volume -"), this, SLOT(on_click_VolumeDown()));
+    m_pSoftKeys->SetButton(2, "VolumeUp", Translate("Volume +"), this, SLOT(on_click_VolumeUp()));
+    m_pSoftKeys->SetButton(3, "End", Translate("End"), this, SLOT(on_click_End()));
+}
+
+// A box that waits for an answer takes all input of the windows below it; the call screen lies above.
+void frmCall::open()
+{
+    showSoftKeys();
+    showSound();
+    if (isVisible())
+        return;
+    setWindowModality(QApplication::activeModalWidget() ? Qt::ApplicationModal : Qt::NonModal);
+    show();
+    raise();
+    activateWindow();
+    setFocus(Qt::OtherFocusReason);
+}
+
+void frmCall::close()
+{
+    m_tick.stop();
+    m_end.stop();
+    if (m_bMuted)
+        dev_set_output_mute(0);
+    m_bMuted = false;
+    hide();
+}
+
+void frmCall::tick()
+{
+    for (const tagCall& call : phoneService::instance().calls()) {
+        if (call.nId == m_call.nId)
+            m_call = call;
+    }
+    showState();
+}
+
+void frmCall::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    look::paintLeftBar(painter, rect());
+    painter.fillRect(0, 0, width(), look::kTopBarHeight, look::colour(kStrip));
+    look::paintBox(painter, kPicture.adjusted(-4, -4, 4, 4), kPicture.width() / 2.0 + 4, kPictureEdge);
+}
+
+void frmCall::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Escape:
+    case Qt::Key_Back:
+    case Qt::Key_Hangup:
+        on_click_End();
+        break;
+    case Qt::Key_Up:
+    case Qt::Key_VolumeUp:
+        on_click_VolumeUp();
+        break;
+    case Qt::Key_Down:
+    case Qt::Key_VolumeDown:
+        on_click_VolumeDown();
+        break;
+    case Qt::Key_VolumeMute:
+        on_click_Mute();
+        break;
+    default:
+        if (!sendDigit(event->text()))
+            QWidget::keyPressEvent(event);
+    }
+}
+
+bool frmCall::sendDigit(const QString& text)
+{
+    static const QString digits("0123456789*#");
+    if (text.size() != 1 || !digits.contains(text))
+        return false;
+    if (m_call.eState == CALL_TALKING) {
+        phone_PlayDTMF(text[0].toLatin1());
+        m_strDigits += text;
+        showState();
+    }
+    return true;
+}
+
+void frmCall::changeVolume(int step)
+{
+    dev_set_output_volume(dev_get_output_volume() + step);
+    showSound();
+}
+
+void frmCall::on_click_Mute()
+{
+    m_bMuted = !m_bMuted;
+    dev_set_output_mute(m_bMuted);
+    showSound();
+    showSoftKeys();
+}
+
+void frmCall::on_click_VolumeDown()
+{
+    changeVolume(-kVolumeStep);
+}
+
+void frmCall::on_click_VolumeUp()
+{
+    changeVolume(kVolumeStep);
+}
+
+// Of a call that has ended already, the screen goes at once.
+void frmCall::on_click_End()
+{
+    if (!phoneService::instance().hangUp(m_call.nId))
+        close();
+}
+
+void callScreenInstall()
+{
+    static frmCall* screen = nullptr;
+    if (screen)
+        return;
+    screen = new frmCall;
+    phoneService::instance().addCallListener([](const tagCall& call) { screen->onCall(call); });
+}

@@ -1,0 +1,54 @@
+#pragma once
+// The call screen: it comes with a call, over whatever is there, and goes a moment after the last one ended.
+// User-interface thread.
+#include "host/services/tagCall.h"
+#include "support/host/bars.h"
+#include <QTimer>
+#include <QWidget>
+#include <memory>
+
+class Ui_frmCall;
+
+class frmCall : public QWidget
+{
+    Q_OBJECT
+public:
+    frmCall();
+    ~frmCall() override;
+    // The call began, changed or ended.
+    void onCall(const tagCall& call);
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private slots:
+    void on_click_Mute();
+    void on_click_VolumeDown();
+    void on_click_VolumeUp();
+    void on_click_End();
+
+private:
+    enum { END_MS = 1500, TICK_MS = 200 };
+
+    void open();
+    void close();
+    void showCall(const tagCall& call);
+    void showState();
+    void showSound();
+    void showSoftKeys();
+    void tick();
+    void changeVolume(int step);
+    bool sendDigit(const QString& text);
+
+    std::unique_ptr<Ui_frmCall> m_ui;
+    qSoftKeyBar* m_pSoftKeys = nullptr;
+    tagCall m_call;      // the one that is shown
+    QString m_strDigits; // sent in this call
+    QTimer m_tick;
+    QTimer m_end;
+    bool m_bMuted = false; // here, so it ends with the call
+};
+
+// Has the call screen follow the phone's calls from now on.
+void callScreenInstall();

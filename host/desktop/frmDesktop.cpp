@@ -1,0 +1,243 @@
+#include "host/desktop/homeButton.h"
+#include "host/desktop/homeClock.h"
+#include "host/desktop/homeStatus.h"
+#include "host/desktop/quickKeys.h"
+#include "host/widgets/look.h"
+#include "support/host/api.h"
+#include "support/host/desktop.h"
+#include "support/host/image.h"
+#include "support/host/language.h"
+#include "support/host/module.h"
+#include "support/host/phone.h"
+#include "support/host/registry.h"
+#include "support/host/text.h"
+#include <QKeyEvent>
+#include <QPainter>
+#include <QTimer>
+
+namespace {
+
+constexpr int kRefreshMs = 1000;
+constexpr int kColumns = 6;
+constexpr int kColumnWidth = 128;
+constexpr int kLongestNumber = 32;
+const char* const kUserIni = "/rundata/config/user/user.ini";
+const char* const kWallpapers = "/phone/resource/sysdata/wallpaper/";
+
+struct HomeTile
+{
+    const char* name;
+    const char* picture;
+    const char* caption;
+    const char* page; // a page, or a menu file
+};
+
+const HomeTile kTiles[kColumns] = {
+    {"tileDirectory", HX_THEME("home/home_directory.png"), HX_TR("Directory"), "Directory"},
+    {"tileCallHistroy", HX_THEME("home/home_callhistory.png"), HX_TR("Call Histroy"), "Call Histroy"},
+    {"tileSetting", HX_THEME("home/home_setting.png"), HX_TR("Setting"), "setting.xml"},
+    {"tileCallFeature", HX_THEME("home/home_callfeature.png"), HX_TR("Call Feature"), "callfeature.xml"},
+    {"tileApplication", HX_THEME("home/home_application.png"), HX_TR("Application"), "application.xml"},
+    {"tileMedia", HX_THEME("home/home_media.png"), HX_TR("Media"), "media.xml"},
+};
+
+void openTile(const char* page)
+{
+    const chString name(page);
+    if (QByteArray(page).endsWith(".xml"))
+        hostModule().openMenu(name);
+    else
+        hostModule().openPage(name, nullptr);
+}
+
+// The configured wallpaper: a full path, or the name of one that came with the phone.
+chString configuredWallpaper()
+{
+    const chString name =
+        NUX_SubClass::nuxGetRegistryString(kUserIni, "Theme", "strWallpaper", "wallpaper.jpg");
+    return name.GetText()[0] == '/' ? name : chString(kWallpapers) + name;
+}
+
+} // namespace
+
+struct frmDesktop::Private
+{
+    homeStatus* status = nullptr;
+    homeClock* clock = nullptr;
+    homeButton* tiles[kColumns] = {};
+    homeButton* keys[kColumns] = {};
+    QTimer refresh;
+    QPixmap wallpaper;
+
+    homeButton* at(int row, int column) const { return row == 0 ? tiles[column] : keys[column]; }
+};
+
+frmDesktop* frmDesktop::GetInstance()
+{
+    static frmDesktop* desktop = new frmDesktop;
+    return desktop;
+}
+
+frmDesktop::frmDesktop() : QWidget(nullptr, Qt::FramelessWindowHint), m_p(new Private)
+{
+    setObjectName("frmDesktop");
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setGeometry(0, 0, look::kScreenWidth, look::kScreenHeight);
+    m_p->status = new homeStatus(this);
+    m_p->status->setGeometry(0, 0, look::kScreenWidth, look::kTopBarHeight);
+    m_p->clock = new homeClock(this);
+    m_p->clock->setGeometry(40, 68, 400, 134);
+    for (int column = 0; column < kColumns; ++column) {
+        const HomeTile& tile = kTiles[column];
+        homeButton* button = new homeButton(homeButton::Tile, this);
+        button->setObjectName(tile.name);
+        button->setGeometry(18 + kColumnWidth * column, 220, 124, 130);
+        connect(button, &QAbstractButton::clicked, this, [page = tile.page] { openTile(page); });
+        m_p->tiles[column] = button;
+        homeButton* key = new homeButton(homeButton::QuickKey, this);
+        key->setObjectName(QString("quickKey%1").arg(column + 1));
+        key->setGeometry(22 + kColumnWidth * column, 366, 116, 96);
+        m_p->keys[column] = key;
+        button->installEventFilter(this);
+        key->installEventFilter(this);
+    }
+    m_p->tiles[2]->setFocus();
+    ReloadQuickKeys();
+    connect(&m_p->refresh, &QTimer::timeout, this, [this] {
+        m_p->clock->refresh();
+        m_p->status->refresh();
+    });
+}
+
+frmDesktop::~frmDesktop()
+{
+    delete m_p;
+}
+
+void frmDesktop::FinishLoading()
+{
+    show();
+    if (m_pLoading) {
+        m_pLoading->hide();
+        m_pLoading->deleteLater();
+        m_pLoading = nullptr;
+    }
+    activateWindow();
+}
+
+void frmDesktop::SetWallPaper(const char* path)
+{
+    const chString wanted = path && *path ? chString(path) : configuredWallpaper();
+    QPixmap picture = GetImageManager()->GetImage(wanted);
+    if (picture.isNull())
+        picture = GetImageManager()->GetImage(chString(kWallpapers) + "wallpaper.jpg");
+    m_p->wallpaper = picture.isNull() || picture.size() == size()
+                         ? picture
+                         : picture.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    update();
+}
+
+void frmDesktop::ReloadQuickKeys()
+{
+    const QList<tagQuickKey> keys = quickKeysRead();
+    for (int column = 0; column < kColumns; ++column) {
+        const tagQuickKey key = keys.value(column);
+        homeButton* button = m_p->keys[column];
+        button->disconnect(this);
+        button->setContent(key.strPicture, key.strName);
+        connect(button, &QAbstractButton::clicked, this, [key] { quickKeyPress(key); });
+    }
+}
+
+bool frmDesktop::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Show:
+        for (int column = 0; column < kColumns; ++column)
+            m_p->tiles[column]->setContent(kTiles[column].picture, qTranslate(kTiles[column].caption));
+        if (m_p->wallpaper.isNull())
+            SetWallPaper(nullptr);
+        m_p->refresh.start(kRefreshMs);
+        break;
+    case QEvent::WindowActivate:
+        // What changed while a page was on top, the language included.
+        for (int column = 0; column < kColumns; ++column)
+            m_p->tiles[column]->setContent(kTiles[column].picture, qTranslate(kTiles[column].caption));
+        m_p->clock->refresh();
+        m_p->status->refresh();
+        update();
+        break;
+    case QEvent::Hide:
+        m_p->refresh.stop();
+        break;
+    default:
+        break;
+    }
+    return QWidget::event(event);
+}
+
+void frmDesktop::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    if (m_p->wallpaper.isNull())
+        look::paintLeftBar(painter, rect());
+    else
+        painter.drawPixmap(0, 0, m_p->wallpaper);
+}
+
+// Digits make up a number wherever the focus is; with a number, OK dials instead of opening a tile.
+bool frmDesktop::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress && editNumber(static_cast<QKeyEvent*>(event)))
+        return true;
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmDesktop::keyPressEvent(QKeyEvent* event)
+{
+    if (!editNumber(event))
+        moveFocus(event->key());
+}
+
+void frmDesktop::moveFocus(int key)
+{
+    int row = 0;
+    int column = 0;
+    for (int i = 0; i < 2 * kColumns; ++i) {
+        if (m_p->at(i / kColumns, i % kColumns)->hasFocus()) {
+            row = i / kColumns;
+            column = i % kColumns;
+        }
+    }
+    if (key == Qt::Key_Left)
+        column = (column + kColumns - 1) % kColumns;
+    else if (key == Qt::Key_Right)
+        column = (column + 1) % kColumns;
+    else if (key == Qt::Key_Up || key == Qt::Key_Down)
+        row = 1 - row;
+    m_p->at(row, column)->setFocus(Qt::OtherFocusReason);
+}
+
+bool frmDesktop::editNumber(QKeyEvent* event)
+{
+    static const QString digits("0123456789*#");
+    const QString number = m_p->clock->number();
+    const bool isOk = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->text().size() == 1 && digits.contains(event->text())) {
+        m_p->clock->setNumber((number + event->text()).left(kLongestNumber));
+        return true;
+    }
+    if (number.isEmpty())
+        return false;
+    if (event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete) {
+        m_p->clock->setNumber(number.chopped(1));
+    } else if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back) {
+        m_p->clock->setNumber(QString());
+    } else if (isOk) {
+        m_p->clock->setNumber(QString());
+        phone_CallNumber(fromQString(number), -1, 0);
+    } else {
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,94 @@
+#include "host/desktop/homeButton.h"
+#include "host/widgets/look.h"
+#include "support/host/api.h"
+#include "support/host/image.h"
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+constexpr int kTileSize = 78;
+constexpr int kTileTop = 12;
+constexpr int kGlyphSize = 40;
+constexpr int kPortraitCorner = 10;
+constexpr int kKeyCorner = 14;
+constexpr QRgb kKeyFill = 0x26ffffff;
+constexpr QRgb kKeyPressed = 0x4dffffff;
+constexpr QRgb kFocusFill = 0x33ffffff;
+constexpr QRgb kFocusLine = 0xd9ffffff;
+
+QPixmap scaled(const QString& path, int size)
+{
+    return GetImageManager()->GetImageByScale(path.toUtf8().constData(), size, size);
+}
+
+} // namespace
+
+homeButton::homeButton(Kind kind, QWidget* parent) : QAbstractButton(parent), m_kind(kind)
+{
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+void homeButton::setContent(const QString& picture, const QString& caption)
+{
+    m_strPicture = picture;
+    setText(caption);
+    update();
+}
+
+void homeButton::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (m_kind == Tile)
+        paintTile(painter);
+    else
+        paintQuickKey(painter);
+}
+
+void homeButton::paintTile(QPainter& painter)
+{
+    if (hasFocus() || isDown())
+        look::paintBox(painter, rect(), kKeyCorner, isDown() ? kKeyPressed : kFocusFill,
+                       hasFocus() ? kFocusLine : 0, 2);
+    const QRect tile((width() - kTileSize) / 2, kTileTop, kTileSize, kTileSize);
+    look::paintShadow(painter, tile, 6, 0.25);
+    painter.drawPixmap(tile.topLeft(), scaled(m_strPicture, kTileSize));
+    painter.setPen(QColor(look::kTextOnBar));
+    const QRect caption(2, tile.bottom() + 8, width() - 4, height() - tile.bottom() - 10);
+    look::paintFitted(painter, caption, Qt::AlignCenter, text(), look::font(look::kSmallSize));
+}
+
+void homeButton::paintQuickKey(QPainter& painter)
+{
+    look::paintBox(painter, rect(), kKeyCorner, isDown() ? kKeyPressed : kKeyFill,
+                   hasFocus() ? kFocusLine : 0, 2);
+    const bool isNamed = !text().isEmpty();
+    const QPixmap picture = scaled(m_strPicture, kGlyphSize);
+    const int top = isNamed ? 14 : (height() - picture.height()) / 2;
+    const QRect place(QPoint((width() - picture.width()) / 2, top), picture.size());
+    // A portrait has corners; a glyph has none to lose.
+    QPainterPath round;
+    round.addRoundedRect(place, kPortraitCorner, kPortraitCorner);
+    painter.save();
+    painter.setClipPath(round);
+    painter.drawPixmap(place.topLeft(), picture);
+    painter.restore();
+    painter.setPen(QColor(look::kTextOnBar));
+    if (isNamed)
+        look::paintFitted(painter, QRect(6, 56, width() - 12, 28), Qt::AlignCenter, text(),
+                          look::font(look::kSmallSize - 1));
+}
+
+void homeButton::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Select) {
+        if (!event->isAutoRepeat())
+            click();
+        return;
+    }
+    // The arrows move over the whole screen, which the home screen knows.
+    event->ignore();
+}

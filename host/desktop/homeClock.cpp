@@ -1,0 +1,70 @@
+#include "host/desktop/homeClock.h"
+#include "host/widgets/look.h"
+#include "support/host/clock.h"
+#include "support/host/language.h"
+#include "support/host/net.h"
+#include "support/host/text.h"
+#include <QPainter>
+
+namespace {
+
+constexpr int kSecondsPerMinute = 60;
+constexpr int kTimeSize = 80;
+constexpr int kNumberSize = 56;
+constexpr int kDateSize = 20;
+
+const char* const kDays[] = {HX_TR("Sunday"),   HX_TR("Monday"), HX_TR("Tuesday"), HX_TR("Wednesday"),
+                             HX_TR("Thursday"), HX_TR("Friday"), HX_TR("Saturday")};
+const char* const kMonths[] = {HX_TR("January"),   HX_TR("February"), HX_TR("March"),    HX_TR("April"),
+                               HX_TR("May"),       HX_TR("June"),     HX_TR("July"),     HX_TR("August"),
+                               HX_TR("September"), HX_TR("October"),  HX_TR("November"), HX_TR("December")};
+
+// The language says how a date is written: %1 day of the week, %2 day, %3 month.
+QString dateText(const chTime& time)
+{
+    return qTranslate("%1, %2 %3")
+        .arg(qTranslate(kDays[time.GetDayOfWeek()]), QString::number(time.GetDay()),
+             qTranslate(kMonths[time.GetMonth() - 1]));
+}
+
+} // namespace
+
+homeClock::homeClock(QWidget* parent) : QWidget(parent)
+{
+    setObjectName("homeClock");
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void homeClock::refresh()
+{
+    const long minute = netGetLocalTime() / kSecondsPerMinute;
+    if (minute == m_nShownMinute)
+        return;
+    m_nShownMinute = minute;
+    update();
+}
+
+void homeClock::setNumber(const QString& number)
+{
+    m_strNumber = number;
+    update();
+}
+
+void homeClock::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setPen(QColor(look::kTextOnBar));
+    if (!m_strNumber.isEmpty()) {
+        look::paintFitted(painter, QRect(0, 0, width(), 96), Qt::AlignLeft | Qt::AlignVCenter, m_strNumber,
+                          look::font(kNumberSize));
+        look::paintFitted(painter, QRect(2, 96, width(), 36), Qt::AlignLeft | Qt::AlignVCenter,
+                          qTranslate("Press OK to dial"), look::font(kDateSize));
+        return;
+    }
+    const chTime now(netGetLocalTime());
+    painter.setFont(look::font(kTimeSize));
+    painter.drawText(QRect(0, 0, width(), 96), Qt::AlignLeft | Qt::AlignVCenter,
+                     toQString(now.Format("%H:%M")));
+    look::paintFitted(painter, QRect(0, 94, width(), 36), Qt::AlignLeft | Qt::AlignVCenter, dateText(now),
+                      look::font(kDateSize));
+}

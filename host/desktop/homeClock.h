@@ -1,0 +1,21 @@
+#pragma once
+// Time and date of the home screen, or the number that is being dialled there.
+#include <QWidget>
+
+class homeClock : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit homeClock(QWidget* parent);
+    // Repaints when the minute or the number differs.
+    void refresh();
+    void setNumber(const QString& number);
+    QString number() const { return m_strNumber; }
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    long m_nShownMinute = -1;
+    QString m_strNumber;
+};

@@ -1,0 +1,131 @@
+#include "host/desktop/homeStatus.h"
+#include "host/widgets/look.h"
+#include "host/widgets/screenState.h"
+#include "support/host/api.h"
+#include "support/host/image.h"
+#include "support/host/language.h"
+#include "support/host/net.h"
+#include <QPainter>
+#include <algorithm>
+
+namespace {
+
+constexpr int kIconSize = 20;
+constexpr int kLinesLeft = 14;
+constexpr int kLinesRight = 640;
+constexpr int kLineGap = 18;
+constexpr int kLongestLine = 130;
+constexpr QRgb kStrip = 0x33000000;
+constexpr QRgb kLineOff = 0xb3ffffff;
+
+QPixmap icon(const char* path)
+{
+    return GetImageManager()->GetImageByScale(path, kIconSize, kIconSize);
+}
+
+bool isRegistered(LINE_STATE state)
+{
+    return state == LINE_REGISTERED || state == LINE_DEFAULT_ACCOUNT;
+}
+
+} // namespace
+
+bool homeStatus::State::operator==(const State& other) const
+{
+    return std::equal(lines, lines + PHONE_ACCOUNT_COUNT, other.lines) &&
+           std::equal(on, on + PHONE_ACCOUNT_COUNT, other.on) && newMessages == other.newMessages &&
+           networkUp == other.networkUp && lampOn == other.lampOn;
+}
+
+homeStatus::homeStatus(QWidget* parent) : QWidget(parent)
+{
+    setObjectName("homeStatus");
+    m_state = currentState();
+    phone_RegAccountNotify(this, -1);
+}
+
+homeStatus::~homeStatus()
+{
+    phone_UnRegAccountNotify(this, -1);
+}
+
+int homeStatus::TryThreadMessage(msgObject& msg)
+{
+    if (msg.message == PHONE_PUBLIC_MSG_ACCOUNT_REFRESH)
+        refresh();
+    // Whoever else shows the lines wants it too.
+    return 0;
+}
+
+homeStatus::State homeStatus::currentState()
+{
+    State state;
+    for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index) {
+        tagAccountInfo info;
+        phone_GetAccountInfoById(index, &info);
+        state.on[index] = isRegistered(info.eState);
+        state.newMessages += info.nNewMessages;
+        const QString user = QString::fromUtf8(info.szUser);
+        state.lines[index] = user.isEmpty() ? qTranslate("Line") + " " + QString::number(index + 1) : user;
+    }
+    state.networkUp = netGetNetworkSta() == NET_UP;
+    state.lampOn = screenState::instance().isLampLit();
+    return state;
+}
+
+void homeStatus::refresh()
+{
+    const State now = currentState();
+    if (now == m_state)
+        return;
+    m_state = now;
+    update();
+}
+
+QString homeStatus::lineText(int index) const
+{
+    return m_state.lines[index];
+}
+
+bool homeStatus::isLineOn(int index) const
+{
+    return m_state.on[index];
+}
+
+void homeStatus::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), QColor::fromRgba(kStrip));
+    painter.setFont(look::font(look::kSmallSize));
+    int x = kLinesLeft;
+    for (int index = 0; index < PHONE_ACCOUNT_COUNT && x < kLinesRight; ++index)
+        x = paintLine(painter, x, index);
+    paintRight(painter);
+}
+
+// The x at which the next line begins.
+int homeStatus::paintLine(QPainter& painter, int x, int index)
+{
+    const bool on = m_state.on[index];
+    painter.drawPixmap(x - 1, (height() - kIconSize) / 2,
+                       icon(on ? HX_THEME("icon/status_line_on.png") : HX_THEME("icon/status_line_off.png")));
+    painter.setPen(QColor::fromRgba(on ? look::kTextOnBar : kLineOff));
+    const QString text = painter.fontMetrics().elidedText(m_state.lines[index], Qt::ElideRight, kLongestLine);
+    const int textWidth = painter.fontMetrics().horizontalAdvance(text);
+    painter.drawText(QRect(x + 24, 0, textWidth + 2, height()), Qt::AlignVCenter | Qt::AlignLeft, text);
+    return x + 24 + textWidth + kLineGap;
+}
+
+void homeStatus::paintRight(QPainter& painter)
+{
+    const int top = (height() - kIconSize) / 2;
+    painter.setPen(QColor(look::kTextOnBar));
+    painter.drawPixmap(766, top,
+                       icon(m_state.networkUp ? HX_THEME("icon/status_network.png")
+                                              : HX_THEME("icon/status_network_off.png")));
+    if (m_state.newMessages > 0 || m_state.lampOn) {
+        const QString count = m_state.newMessages > 0 ? QString::number(m_state.newMessages) : QString();
+        painter.drawPixmap(713, top, icon(HX_THEME("icon/status_message.png")));
+        painter.drawText(QRect(740, 0, 24, height()), Qt::AlignVCenter | Qt::AlignLeft, count);
+    }
+}

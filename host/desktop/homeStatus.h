@@ -1,0 +1,37 @@
+#pragma once
+// The strip at the top of the home screen: the lines with their states, waiting messages, the network.
+#include "support/host/message.h"
+#include "support/host/phone.h"
+#include <QWidget>
+
+class homeStatus : public QWidget, public chMsgProcesser
+{
+    Q_OBJECT
+public:
+    explicit homeStatus(QWidget* parent);
+    ~homeStatus() override;
+    int TryThreadMessage(msgObject& msg) override;
+    // Reads everything again; repaints when something differs.
+    void refresh();
+    // What line index shows, for those who cannot see it.
+    QString lineText(int index) const;
+    bool isLineOn(int index) const;
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    int paintLine(QPainter& painter, int x, int index);
+    void paintRight(QPainter& painter);
+    struct State
+    {
+        QString lines[PHONE_ACCOUNT_COUNT];
+        bool on[PHONE_ACCOUNT_COUNT] = {};
+        int newMessages = 0;
+        bool networkUp = false;
+        bool lampOn = false;
+        bool operator==(const State& other) const;
+    };
+    static State currentState();
+    State m_state;
+};

@@ -1,0 +1,94 @@
+// hxPhone: the phone's main process. Wires the module to the reference host and runs it.
+#include "frame/modSetting.h"
+#include "host/control/controlServer.h"
+#include "host/desktop/boot.h"
+#include "host/services/messageBus.h"
+#include "host/widgets/look.h"
+#include "support/file/deviceRoot.h"
+#include "support/host/module.h"
+#include <QApplication>
+#include <QCommandLineParser>
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+struct Options
+{
+    QString control;
+};
+
+Options parseOptions(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription("The phone's main process.");
+    parser.addHelpOption();
+    const QCommandLineOption sysroot("sysroot", "Folder that stands for the device's file system.", "DIR");
+    const QCommandLineOption control("control", "Socket on which hxctl may drive the phone.", "SOCKET");
+    parser.addOptions({sysroot, control});
+    parser.process(arguments);
+    return {parser.value(control)};
+}
+
+// The device root is needed for the fonts, which are needed before the application object.
+void setDeviceRoot(int argc, char** argv)
+{
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (qstrcmp(argv[i], "--sysroot") == 0)
+            deviceSetRoot(argv[i + 1]);
+    }
+    for (int i = 1; i < argc; ++i) {
+        if (qstrncmp(argv[i], "--sysroot=", 10) == 0)
+            deviceSetRoot(argv[i] + 10);
+    }
+}
+
+void wireModule()
+{
+    tagModuleEntries entries;
+    entries.openPage = settingOpenPage;
+    entries.openPageWithInfo = settingOpenPage;
+    entries.openDirectory = settingOpenPage;
+    entries.openMenu = settingOpenXml;
+    entries.openFrame = settingOpenFrame;
+    entries.refreshMenu = RefreshOpenXml;
+    entries.cacheWindows = settingCacheWindows;
+    entries.iconView = getIconView;
+    hostSetModule(entries);
+}
+
+int run(QApplication& application, const Options& options)
+{
+    controlServer control;
+    if (!options.control.isEmpty() && !control.listen(options.control)) {
+        fprintf(stderr, "hxPhone: cannot open the control socket %s\n", qPrintable(options.control));
+        return 1;
+    }
+    hostEndOnSignals();
+    hostBoot();
+    return application.exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    setDeviceRoot(argc, argv);
+    hostPrepareFonts();
+    QApplication application(argc, argv);
+    application.setApplicationName("hxPhone");
+    application.setQuitOnLastWindowClosed(false);
+    const Options options = parseOptions(application.arguments());
+
+    if (!messageServiceStart("app_hxPhone")) {
+        fprintf(stderr, "hxPhone: another phone already runs on this device root\n");
+        return 1;
+    }
+    hostApplyLook(application);
+    wireModule();
+    const int result = run(application, options);
+    messageServiceStop();
+    // Cached pages live as long as the process: none is taken down against a toolkit that is gone already.
+    fflush(nullptr);
+    _exit(result);
+}

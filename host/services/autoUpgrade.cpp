@@ -1,0 +1,7 @@
+#include "support/host/upgrade.h"
+
+CAutoUpgrade* CAutoUpgrade::GetInstance()
+{
+    static CAutoUpgrade upgrade;
+    return &upgrade;
+}

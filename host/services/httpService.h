@@ -1,0 +1,55 @@
+#pragma once
+// The network thread: it starts with the first transfer, and all transfers run on it. At most a few at
+// a time go to one server; the others wait their turn.
+#include "host/services/taskBook.h"
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+
+class HttpAction;
+class QNetworkAccessManager;
+class QNetworkReply;
+class httpTransfer;
+
+// What an action asked for when it was posted. Its own texts may be written again meanwhile.
+struct tagHttpJob
+{
+    QByteArray url;
+    QByteArray file;   // device path
+    quint64 nTurn = 0; // counts the postings of one action
+    taskHoldRef hold;
+};
+
+class httpService : public QObject
+{
+public:
+    enum : int { MAX_FOR_SERVER = 6 };
+
+    // Any thread.
+    static httpService& instance();
+    // Takes down what the action asks for, on the thread that posts it. An action that is posted again
+    // asks for something else: its transfer under way is given up, and its callback is told once.
+    static void prepare(HttpAction& action, const taskHoldRef& hold);
+    // The oldest job of the action that was taken down; one of its present texts when there is none.
+    static tagHttpJob takeJob(HttpAction& action);
+    void start(const tagHttpJob& job);
+    // The action is being destroyed.
+    static void forget(quint64 action);
+
+    // From here on: the network thread.
+    bool isHere() const;
+    httpTransfer* transferOf(QNetworkReply* reply) const;
+
+private:
+    httpService() = default;
+    void enqueue(const tagHttpJob& job);
+    void startNext();
+    void begin(const tagHttpJob& job);
+    void giveUp(quint64 action);
+    void done(httpTransfer* transfer, bool good);
+    int activeFor(const tagHttpJob& job) const;
+
+    QNetworkAccessManager* m_pManager = nullptr;
+    QList<tagHttpJob> m_waiting;
+    QList<httpTransfer*> m_active;
+};

@@ -1,0 +1,54 @@
+#pragma once
+// One HTTP transfer into a file. Lives on the network thread.
+#include "host/services/httpService.h"
+#include "support/file/chAtomicFile.h"
+#include <QElapsedTimer>
+#include <QTimer>
+#include <functional>
+
+class httpTransfer : public QObject
+{
+public:
+    enum : int {
+        STALL_MS = 30000, // without a byte
+        MAX_REDIRECTS = 5 // never from https to http, never to anything else
+    };
+    static constexpr qint64 MAX_SIZE = 256 << 20; // bytes
+
+    using DoneCall = std::function<void(httpTransfer* transfer, bool good)>;
+    httpTransfer(const tagHttpJob& job, DoneCall done);
+    ~httpTransfer() override;
+
+    void start(QNetworkAccessManager& manager);
+    // Ends it, and nobody is told.
+    void giveUp();
+    // The reply is finished: puts the file in its place if all is well, and tells. Does so once.
+    void conclude();
+
+    const tagHttpJob& job() const { return m_job; }
+    QNetworkReply* reply() const { return m_pReply; }
+    // Scheme, host and port.
+    static QByteArray serverOf(const QByteArray& url);
+
+private:
+    void onHead();
+    void onData();
+    void onFinished();
+    void fail(const char* reason);
+    bool isAnswerGood();
+    bool hasRoom(qint64 more) const;
+    bool openFile();
+    bool store(const QByteArray& bytes);
+    int status() const;
+    qint64 announcedSize() const;
+    const char* whatIsWrong();
+
+    tagHttpJob m_job;
+    DoneCall m_done;
+    QNetworkReply* m_pReply = nullptr;
+    QTimer m_stall;
+    chAtomicFile m_file;
+    bool m_bOpen = false;
+    qint64 m_nReceived = 0;
+    const char* m_szFailure = nullptr;
+};

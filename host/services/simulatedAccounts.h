@@ -1,0 +1,69 @@
+#pragma once
+// The lines of the simulated phone. Each registers as its file "/rundata/config/user/voip/sipAccount%d.cfg"
+// says, a moment after it was read; what was set by hand stays as it was set. User-interface thread.
+#include "support/host/phone.h"
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <optional>
+
+// What the outside world sets by hand; what is absent stays as it is.
+struct tagLineSetting
+{
+    std::optional<int> state; // LINE_STATE
+    std::optional<QString> user;
+    std::optional<QString> server;
+    std::optional<QString> name;
+    std::optional<int> newMessages;
+    std::optional<int> oldMessages;
+};
+
+class simulatedAccounts : public QObject
+{
+public:
+    enum : int { REGISTER_MS = 800 };
+
+    // changed: told the index of each account that changed.
+    explicit simulatedAccounts(std::function<void(int)> changed) : m_changed(std::move(changed)) {}
+
+    // Reads the files. An account whose settings are as before keeps its registration.
+    void readFiles();
+    void set(int index, const tagLineSetting& setting);
+    tagAccountInfo info(int index) const;
+    // -1 when none is registered.
+    int defaultAccount() const;
+    bool isRegistered(int index) const;
+
+private:
+    struct tagConfig
+    {
+        bool bEnable = false;
+        QString strUser;
+        QString strServer;
+        QString strName;
+        bool operator==(const tagConfig& other) const
+        {
+            return bEnable == other.bEnable && strUser == other.strUser && strServer == other.strServer &&
+                   strName == other.strName;
+        }
+    };
+    struct tagLine
+    {
+        tagConfig config;
+        LINE_STATE eState = LINE_DISABLED; // by the configuration
+        int nRegistration = 0;             // counts them: an old one's end is not this one's
+        tagLineSetting byHand;
+        tagAccountInfo told; // last
+    };
+
+    static tagConfig readConfig(int index);
+    static bool isSame(const tagAccountInfo& a, const tagAccountInfo& b);
+    void apply(int index, const tagConfig& config);
+    void beginRegistration(int index);
+    LINE_STATE stateOf(int index) const;
+    int firstRegistered() const;
+    void tellChanges();
+
+    std::function<void(int)> m_changed;
+    tagLine m_lines[PHONE_ACCOUNT_COUNT];
+};

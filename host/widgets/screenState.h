@@ -1,0 +1,39 @@
+#pragma once
+// What the home screen asks: how long nobody has touched the phone, whether a page suspends the screen saver,
+// whether the message lamp is lit. User-interface thread.
+#include "support/host/screen.h"
+#include <QElapsedTimer>
+#include <QObject>
+#include <QSet>
+
+class screenState : public QObject
+{
+    Q_OBJECT
+public:
+    // The one record; lives until the process ends.
+    static screenState& instance();
+
+    // Milliseconds since the last touch or key, or since the idle count was restarted. 0 while a page
+    // suspends the saver: the time starts anew when it lets go.
+    qint64 idleMs() const;
+    void restartIdle();
+    bool isSaverSuspended() const { return !m_suspending.isEmpty(); }
+    bool isLampLit() const { return !m_lampReasons.isEmpty(); }
+
+    void suspendSaver(SCREEN_SAVERS client);
+    void resumeSaver(SCREEN_SAVERS client);
+    void lightLamp(SIGNAL_LAMP reason);
+    void darkenLamp(SIGNAL_LAMP reason);
+
+signals:
+    void saverSuspended(bool suspended);
+    void lampChanged(bool lit);
+    // A touch or a key, or a restart of the idle count.
+    void awake();
+
+private:
+    screenState();
+    QElapsedTimer m_idle;
+    QSet<int> m_suspending;
+    QSet<int> m_lampReasons;
+};

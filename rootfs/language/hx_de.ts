@@ -1,0 +1,903 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>hx</name>
+    <message>
+        <source>Setting</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Call Feature</source>
+        <translation>Anruffunktionen</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>Anwendungen</translation>
+    </message>
+    <message>
+        <source>Media</source>
+        <translation>Medien</translation>
+    </message>
+    <message>
+        <source>WAN</source>
+        <translation>WAN</translation>
+    </message>
+    <message>
+        <source>Account Setting</source>
+        <translation>Konten</translation>
+    </message>
+    <message>
+        <source>Security</source>
+        <translation>Sicherheit</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Date &amp; Time</source>
+        <translation>Datum &amp; Zeit</translation>
+    </message>
+    <message>
+        <source>Auto Provision</source>
+        <translation>Provisioning</translation>
+    </message>
+    <message>
+        <source>LCD Adjusting</source>
+        <translation>Kalibrieren</translation>
+    </message>
+    <message>
+        <source>TV Output</source>
+        <translation>TV-Ausgang</translation>
+    </message>
+    <message>
+        <source>Personalize</source>
+        <translation>Anpassen</translation>
+    </message>
+    <message>
+        <source>Screen Saver</source>
+        <translation>Bildschirmruhe</translation>
+    </message>
+    <message>
+        <source>Sound Set</source>
+        <translation>Töne</translation>
+    </message>
+    <message>
+        <source>Version Detail</source>
+        <translation>Versionen</translation>
+    </message>
+    <message>
+        <source>Factory</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reboot</source>
+        <translation>Neustart</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Rufumleitung</translation>
+    </message>
+    <message>
+        <source>Auto Answer</source>
+        <translation>Auto-Annahme</translation>
+    </message>
+    <message>
+        <source>Voice Mail</source>
+        <translation>Mailbox</translation>
+    </message>
+    <message>
+        <source>DSS Key</source>
+        <translation>DSS-Tasten</translation>
+    </message>
+    <message>
+        <source>Key As Send</source>
+        <translation>Wähltaste</translation>
+    </message>
+    <message>
+        <source>Call Waiting</source>
+        <translation>Anklopfen</translation>
+    </message>
+    <message>
+        <source>Hotline</source>
+        <translation>Direktruf</translation>
+    </message>
+    <message>
+        <source>Anonymous Call</source>
+        <translation>Anonymer Anruf</translation>
+    </message>
+    <message>
+        <source>Video Set</source>
+        <translation>Video</translation>
+    </message>
+    <message>
+        <source>Picture-dial Setting</source>
+        <translation>Bildwahl</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Nachrichten</translation>
+    </message>
+    <message>
+        <source>Weather</source>
+        <translation>Wetter</translation>
+    </message>
+    <message>
+        <source>Stock</source>
+        <translation>Aktien</translation>
+    </message>
+    <message>
+        <source>Ndeck</source>
+        <translation>Ndeck</translation>
+    </message>
+    <message>
+        <source>Directory</source>
+        <translation>Telefonbuch</translation>
+    </message>
+    <message>
+        <source>Call Histroy</source>
+        <translation>Anrufliste</translation>
+    </message>
+    <message>
+        <source>Door Phone</source>
+        <translation>Türstation</translation>
+    </message>
+    <message>
+        <source>IP Camera</source>
+        <translation>IP-Kamera</translation>
+    </message>
+    <message>
+        <source>Photo Play</source>
+        <translation>Diaschau</translation>
+    </message>
+    <message>
+        <source>Video Play</source>
+        <translation>Videos ansehen</translation>
+    </message>
+    <message>
+        <source>Photo Manager</source>
+        <translation>Fotos verwalten</translation>
+    </message>
+    <message>
+        <source>Video Manager</source>
+        <translation>Videos verwalten</translation>
+    </message>
+    <message>
+        <source>Sound Manager</source>
+        <translation>Töne verwalten</translation>
+    </message>
+    <message>
+        <source>Wallpaper Manager</source>
+        <translation>Hintergründe</translation>
+    </message>
+    <message>
+        <source>Contact Picture Manage</source>
+        <translation>Kontaktbilder</translation>
+    </message>
+    <message>
+        <source>Ringtone Manager</source>
+        <translation>Klingeltöne</translation>
+    </message>
+    <message>
+        <source>File Manager</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Date and Time</source>
+        <translation>Datum und Zeit</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>IME</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Mehr</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Wird geladen...</translation>
+    </message>
+    <message>
+        <source>Loading Local Phonebook Module</source>
+        <translation>Lokales Telefonbuch wird geladen</translation>
+    </message>
+    <message>
+        <source>Loading Remote Phonebook Module</source>
+        <translation>Netzwerk-Telefonbuch wird geladen</translation>
+    </message>
+    <message>
+        <source>Loading CallHistroy Module</source>
+        <translation>Anrufliste wird geladen</translation>
+    </message>
+    <message>
+        <source>Loading Setting Module</source>
+        <translation>Einstellungen werden geladen</translation>
+    </message>
+    <message>
+        <source>Loading Call Feature Module</source>
+        <translation>Anruffunktionen werden geladen</translation>
+    </message>
+    <message>
+        <source>Loading Application Module</source>
+        <translation>Anwendungen werden geladen</translation>
+    </message>
+    <message>
+        <source>Loading Media Module</source>
+        <translation>Medien werden geladen</translation>
+    </message>
+    <message>
+        <source>Loading Browser Module</source>
+        <translation>Browser wird geladen</translation>
+    </message>
+    <message>
+        <source>auto upgrading!</source>
+        <translation>Das Telefon wird gerade aktualisiert!</translation>
+    </message>
+    <message>
+        <source>Reset to factory?</source>
+        <translation>Auf Werkseinstellungen zurücksetzen?</translation>
+    </message>
+    <message>
+        <source>Reboot device?</source>
+        <translation>Telefon neu starten?</translation>
+    </message>
+    <message>
+        <source>Touch screen calibration will begin.</source>
+        <translation>Die Kalibrierung des Touchscreens beginnt.</translation>
+    </message>
+    <message>
+        <source>This feature is under construction.</source>
+        <translation>Diese Funktion ist noch in Arbeit.</translation>
+    </message>
+    <message>
+        <source>Unknow dialog type</source>
+        <translation>Unbekannte Seite</translation>
+    </message>
+    <message>
+        <source>Fail to load xml file [/rundata/data/stockData.xml]</source>
+        <translation>Die Datei [/rundata/data/stockData.xml] kann nicht geladen werden</translation>
+    </message>
+    <message>
+        <source>DHCP</source>
+        <translation>DHCP</translation>
+    </message>
+    <message>
+        <source>PPPoE</source>
+        <translation>PPPoE</translation>
+    </message>
+    <message>
+        <source>Static IP</source>
+        <translation>Feste IP</translation>
+    </message>
+    <message>
+        <source>User Name</source>
+        <translation>Benutzername</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>IP Address</source>
+        <translation>IP-Adresse</translation>
+    </message>
+    <message>
+        <source>MASK</source>
+        <translation>Netzmaske</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>Gateway</translation>
+    </message>
+    <message>
+        <source>DNS1</source>
+        <translation>DNS1</translation>
+    </message>
+    <message>
+        <source>DNS2</source>
+        <translation>DNS2</translation>
+    </message>
+    <message>
+        <source>User name is invalid!</source>
+        <translation>Der Benutzername ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Password is invalid!</source>
+        <translation>Das Passwort ist ungültig!</translation>
+    </message>
+    <message>
+        <source>IP address is invalid!</source>
+        <translation>Die IP-Adresse ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Ip Address is used!</source>
+        <translation>Die IP-Adresse ist schon vergeben!</translation>
+    </message>
+    <message>
+        <source>Subnet mask is invalid!</source>
+        <translation>Die Netzmaske ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Gateway is invalid!</source>
+        <translation>Das Gateway ist ungültig!</translation>
+    </message>
+    <message>
+        <source>DNS1 is invalid!</source>
+        <translation>DNS1 ist ungültig!</translation>
+    </message>
+    <message>
+        <source>DNS2 is invalid!</source>
+        <translation>DNS2 ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Network configuration has changed, reboot system?</source>
+        <translation>Die Netzwerkeinstellungen wurden geändert. Neu starten?</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Konto</translation>
+    </message>
+    <message>
+        <source>Enable Line</source>
+        <translation>Leitung aktiv</translation>
+    </message>
+    <message>
+        <source>Display Name</source>
+        <translation>Anzeigename</translation>
+    </message>
+    <message>
+        <source>Register Name</source>
+        <translation>Anmeldename</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Port</source>
+        <translation>Port</translation>
+    </message>
+    <message>
+        <source>Enable STUN</source>
+        <translation>STUN aktiv</translation>
+    </message>
+    <message>
+        <source>Enable OutBound</source>
+        <translation>Outbound aktiv</translation>
+    </message>
+    <message>
+        <source>Display name is invalid!</source>
+        <translation>Der Anzeigename ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Register name is invalid!</source>
+        <translation>Der Anmeldename ist ungültig!</translation>
+    </message>
+    <message>
+        <source>SIP proxy is invalid!</source>
+        <translation>Der SIP-Server ist ungültig!</translation>
+    </message>
+    <message>
+        <source>SIP proxy server is invalid!</source>
+        <translation>Die Adresse des SIP-Servers ist ungültig!</translation>
+    </message>
+    <message>
+        <source>SIP proxy port is invalid!</source>
+        <translation>Der Port des SIP-Servers ist ungültig!</translation>
+    </message>
+    <message>
+        <source>STUN server is invalid!</source>
+        <translation>Der STUN-Server ist ungültig!</translation>
+    </message>
+    <message>
+        <source>STUN server port is invalid!</source>
+        <translation>Der Port des STUN-Servers ist ungültig!</translation>
+    </message>
+    <message>
+        <source>OutBound server is invalid!</source>
+        <translation>Der Outbound-Server ist ungültig!</translation>
+    </message>
+    <message>
+        <source>OutBound server port is invalid!</source>
+        <translation>Der Port des Outbound-Servers ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>SoftWare Version</source>
+        <translation>Software</translation>
+    </message>
+    <message>
+        <source>HardWare Version</source>
+        <translation>Hardware</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Netzwerk</translation>
+    </message>
+    <message>
+        <source>MAC Address</source>
+        <translation>MAC-Adresse</translation>
+    </message>
+    <message>
+        <source>WAN Port Type</source>
+        <translation>WAN-Typ</translation>
+    </message>
+    <message>
+        <source>Link Status</source>
+        <translation>Verbindung</translation>
+    </message>
+    <message>
+        <source>Phone Number</source>
+        <translation>Rufnummer</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Verbunden</translation>
+    </message>
+    <message>
+        <source>Disconnected</source>
+        <translation>Getrennt</translation>
+    </message>
+    <message>
+        <source>Conflict</source>
+        <translation>Konflikt</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>Deaktiviert</translation>
+    </message>
+    <message>
+        <source>Registering</source>
+        <translation>Anmeldung läuft</translation>
+    </message>
+    <message>
+        <source>Registered</source>
+        <translation>Angemeldet</translation>
+    </message>
+    <message>
+        <source>Register failed</source>
+        <translation>Anmeldung fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Unregistered</source>
+        <translation>Nicht angemeldet</translation>
+    </message>
+    <message>
+        <source>Default account</source>
+        <translation>Standardkonto</translation>
+    </message>
+    <message>
+        <source>Inexistence</source>
+        <translation>Nicht vorhanden</translation>
+    </message>
+    <message>
+        <source>Unregistering</source>
+        <translation>Abmeldung läuft</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Beendet</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>NULL</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Item</source>
+        <translation>Eintrag</translation>
+    </message>
+    <message>
+        <source>Old Password</source>
+        <translation>Altes Passwort</translation>
+    </message>
+    <message>
+        <source>New Password</source>
+        <translation>Neues Passwort</translation>
+    </message>
+    <message>
+        <source>Re-enter</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Admin Password</source>
+        <translation>Administratorpasswort</translation>
+    </message>
+    <message>
+        <source>Old password is wrong!</source>
+        <translation>Das alte Passwort ist falsch!</translation>
+    </message>
+    <message>
+        <source>New passwords do not match.</source>
+        <translation>Die neuen Passwörter stimmen nicht überein.</translation>
+    </message>
+    <message>
+        <source>Please input the password:</source>
+        <translation>Bitte das Passwort eingeben:</translation>
+    </message>
+    <message>
+        <source>Password is wrong!</source>
+        <translation>Das Passwort ist falsch!</translation>
+    </message>
+    <message>
+        <source>The phone number is empty!</source>
+        <translation>Die Rufnummer fehlt!</translation>
+    </message>
+    <message>
+        <source>Time Zone</source>
+        <translation>Zeitzone</translation>
+    </message>
+    <message>
+        <source>Time Format</source>
+        <translation>Zeitformat</translation>
+    </message>
+    <message>
+        <source>Time Server</source>
+        <translation>Zeitserver</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Uhrzeit</translation>
+    </message>
+    <message>
+        <source>NTP Mode</source>
+        <translation>NTP-Zeit</translation>
+    </message>
+    <message>
+        <source>Manual Mode</source>
+        <translation>Manuell</translation>
+    </message>
+    <message>
+        <source>24-hour</source>
+        <translation>24 Stunden</translation>
+    </message>
+    <message>
+        <source>12-hour</source>
+        <translation>12 Stunden</translation>
+    </message>
+    <message>
+        <source>Time server is invalid!</source>
+        <translation>Der Zeitserver ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Door Phone 1</source>
+        <translation>Türstation 1</translation>
+    </message>
+    <message>
+        <source>IP Camera 1</source>
+        <translation>IP-Kamera 1</translation>
+    </message>
+    <message>
+        <source>LDAP</source>
+        <translation>LDAP</translation>
+    </message>
+    <message>
+        <source>Local Phonebook</source>
+        <translation>Lokales Buch</translation>
+    </message>
+    <message>
+        <source>Sunday</source>
+        <translation>Sonntag</translation>
+    </message>
+    <message>
+        <source>Monday</source>
+        <translation>Montag</translation>
+    </message>
+    <message>
+        <source>Tuesday</source>
+        <translation>Dienstag</translation>
+    </message>
+    <message>
+        <source>Wednesday</source>
+        <translation>Mittwoch</translation>
+    </message>
+    <message>
+        <source>Thursday</source>
+        <translation>Donnerstag</translation>
+    </message>
+    <message>
+        <source>Friday</source>
+        <translation>Freitag</translation>
+    </message>
+    <message>
+        <source>Saturday</source>
+        <translation>Samstag</translation>
+    </message>
+    <message>
+        <source>January</source>
+        <translation>Januar</translation>
+    </message>
+    <message>
+        <source>February</source>
+        <translation>Februar</translation>
+    </message>
+    <message>
+        <source>March</source>
+        <translation>März</translation>
+    </message>
+    <message>
+        <source>April</source>
+        <translation>April</translation>
+    </message>
+    <message>
+        <source>May</source>
+        <translation>Mai</translation>
+    </message>
+    <message>
+        <source>June</source>
+        <translation>Juni</translation>
+    </message>
+    <message>
+        <source>July</source>
+        <translation>Juli</translation>
+    </message>
+    <message>
+        <source>August</source>
+        <translation>August</translation>
+    </message>
+    <message>
+        <source>September</source>
+        <translation>September</translation>
+    </message>
+    <message>
+        <source>October</source>
+        <translation>Oktober</translation>
+    </message>
+    <message>
+        <source>November</source>
+        <translation>November</translation>
+    </message>
+    <message>
+        <source>December</source>
+        <translation>Dezember</translation>
+    </message>
+    <message>
+        <source>%1, %2 %3</source>
+        <translation>%1, %2. %3</translation>
+    </message>
+    <message>
+        <source>Press OK to dial</source>
+        <translation>OK drücken zum Wählen</translation>
+    </message>
+    <message>
+        <source>Video Phone</source>
+        <translation>Videotelefon</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Leitung</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Nummer</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keines</translation>
+    </message>
+    <message>
+        <source>Contact</source>
+        <translation>Kontakt</translation>
+    </message>
+    <message>
+        <source>Call</source>
+        <translation>Anrufen</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>Neu</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Bearbeiten</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Dauer</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Name or number</source>
+        <translation>Name oder Nummer</translation>
+    </message>
+    <message>
+        <source>Delete Contact</source>
+        <translation>Kontakt löschen</translation>
+    </message>
+    <message>
+        <source>Delete this contact?</source>
+        <translation>Diesen Kontakt löschen?</translation>
+    </message>
+    <message>
+        <source>The contact cannot be saved!</source>
+        <translation>Der Kontakt kann nicht gespeichert werden!</translation>
+    </message>
+    <message>
+        <source>The name is empty!</source>
+        <translation>Der Name ist leer!</translation>
+    </message>
+    <message>
+        <source>The phone book is empty.</source>
+        <translation>Das Telefonbuch ist leer.</translation>
+    </message>
+    <message>
+        <source>The phone book cannot be loaded.</source>
+        <translation>Das Telefonbuch kann nicht geladen werden.</translation>
+    </message>
+    <message>
+        <source>Remote Phonebook</source>
+        <translation>Server-Telefonbuch</translation>
+    </message>
+    <message>
+        <source>There are no calls yet.</source>
+        <translation>Noch keine Anrufe.</translation>
+    </message>
+    <message>
+        <source>Delete all calls?</source>
+        <translation>Alle Anrufe löschen?</translation>
+    </message>
+    <message>
+        <source>The calls cannot be deleted!</source>
+        <translation>Die Anrufe können nicht gelöscht werden!</translation>
+    </message>
+    <message>
+        <source>Nothing was found.</source>
+        <translation>Nichts gefunden.</translation>
+    </message>
+    <message>
+        <source>LDAP server is not reachable</source>
+        <translation>LDAP-Server ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>Browser</source>
+        <translation>Browser</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Previous</source>
+        <translation>Vorherige</translation>
+    </message>
+    <message>
+        <source>The page cannot be loaded.</source>
+        <translation>Die Seite kann nicht geladen werden.</translation>
+    </message>
+    <message>
+        <source>This page cannot be shown.</source>
+        <translation>Diese Seite kann nicht angezeigt werden.</translation>
+    </message>
+    <message>
+        <source>This address cannot be opened.</source>
+        <translation>Diese Adresse kann nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>Calling...</source>
+        <translation>Verbindung wird aufgebaut ...</translation>
+    </message>
+    <message>
+        <source>Incoming call</source>
+        <translation>Eingehender Anruf</translation>
+    </message>
+    <message>
+        <source>In call</source>
+        <translation>Im Gespräch</translation>
+    </message>
+    <message>
+        <source>Call ended</source>
+        <translation>Gespräch beendet</translation>
+    </message>
+    <message>
+        <source>Busy</source>
+        <translation>Besetzt</translation>
+    </message>
+    <message>
+        <source>The line is not registered</source>
+        <translation>Die Leitung ist nicht angemeldet</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Stumm</translation>
+    </message>
+    <message>
+        <source>Unmute</source>
+        <translation>Ton an</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>Stummgeschaltet</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Lautstärke</translation>
+    </message>
+    <message>
+        <source>Volume -</source>
+        <translation>Leiser</translation>
+    </message>
+    <message>
+        <source>Volume +</source>
+        <translation>Lauter</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>Auflegen</translation>
+    </message>
+</context>
+</TS>

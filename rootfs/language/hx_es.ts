@@ -1,0 +1,903 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es_ES" sourcelanguage="en">
+<context>
+    <name>hx</name>
+    <message>
+        <source>Setting</source>
+        <translation>Ajustes</translation>
+    </message>
+    <message>
+        <source>Call Feature</source>
+        <translation>Llamadas</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>Aplicaciones</translation>
+    </message>
+    <message>
+        <source>Media</source>
+        <translation>Multimedia</translation>
+    </message>
+    <message>
+        <source>WAN</source>
+        <translation>WAN</translation>
+    </message>
+    <message>
+        <source>Account Setting</source>
+        <translation>Cuentas</translation>
+    </message>
+    <message>
+        <source>Security</source>
+        <translation>Seguridad</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Estado</translation>
+    </message>
+    <message>
+        <source>Date &amp; Time</source>
+        <translation>Fecha y hora</translation>
+    </message>
+    <message>
+        <source>Auto Provision</source>
+        <translation>Autoconfig.</translation>
+    </message>
+    <message>
+        <source>LCD Adjusting</source>
+        <translation>Calibración</translation>
+    </message>
+    <message>
+        <source>TV Output</source>
+        <translation>Salida de TV</translation>
+    </message>
+    <message>
+        <source>Personalize</source>
+        <translation>Personalizar</translation>
+    </message>
+    <message>
+        <source>Screen Saver</source>
+        <translation>Salvapantallas</translation>
+    </message>
+    <message>
+        <source>Sound Set</source>
+        <translation>Sonidos</translation>
+    </message>
+    <message>
+        <source>Version Detail</source>
+        <translation>Versiones</translation>
+    </message>
+    <message>
+        <source>Factory</source>
+        <translation>Restablecer</translation>
+    </message>
+    <message>
+        <source>Reboot</source>
+        <translation>Reiniciar</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Desvío</translation>
+    </message>
+    <message>
+        <source>Auto Answer</source>
+        <translation>Respuesta auto</translation>
+    </message>
+    <message>
+        <source>Voice Mail</source>
+        <translation>Buzón de voz</translation>
+    </message>
+    <message>
+        <source>DSS Key</source>
+        <translation>Teclas DSS</translation>
+    </message>
+    <message>
+        <source>Key As Send</source>
+        <translation>Tecla de envío</translation>
+    </message>
+    <message>
+        <source>Call Waiting</source>
+        <translation>En espera</translation>
+    </message>
+    <message>
+        <source>Hotline</source>
+        <translation>Línea directa</translation>
+    </message>
+    <message>
+        <source>Anonymous Call</source>
+        <translation>Llam. anónima</translation>
+    </message>
+    <message>
+        <source>Video Set</source>
+        <translation>Vídeo</translation>
+    </message>
+    <message>
+        <source>Picture-dial Setting</source>
+        <translation>Marcar por foto</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Mensajes</translation>
+    </message>
+    <message>
+        <source>Weather</source>
+        <translation>Tiempo</translation>
+    </message>
+    <message>
+        <source>Stock</source>
+        <translation>Bolsa</translation>
+    </message>
+    <message>
+        <source>Ndeck</source>
+        <translation>Ndeck</translation>
+    </message>
+    <message>
+        <source>Directory</source>
+        <translation>Directorio</translation>
+    </message>
+    <message>
+        <source>Call Histroy</source>
+        <translation>Historial</translation>
+    </message>
+    <message>
+        <source>Door Phone</source>
+        <translation>Portero</translation>
+    </message>
+    <message>
+        <source>IP Camera</source>
+        <translation>Cámara IP</translation>
+    </message>
+    <message>
+        <source>Photo Play</source>
+        <translation>Ver fotos</translation>
+    </message>
+    <message>
+        <source>Video Play</source>
+        <translation>Ver vídeos</translation>
+    </message>
+    <message>
+        <source>Photo Manager</source>
+        <translation>Gestor de fotos</translation>
+    </message>
+    <message>
+        <source>Video Manager</source>
+        <translation>Gestor vídeos</translation>
+    </message>
+    <message>
+        <source>Sound Manager</source>
+        <translation>Gestor de tonos</translation>
+    </message>
+    <message>
+        <source>Wallpaper Manager</source>
+        <translation>Fondos</translation>
+    </message>
+    <message>
+        <source>Contact Picture Manage</source>
+        <translation>Fotos contactos</translation>
+    </message>
+    <message>
+        <source>Ringtone Manager</source>
+        <translation>Tonos</translation>
+    </message>
+    <message>
+        <source>File Manager</source>
+        <translation>Archivos</translation>
+    </message>
+    <message>
+        <source>Date and Time</source>
+        <translation>Fecha y hora</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Guardar</translation>
+    </message>
+    <message>
+        <source>IME</source>
+        <translation>Entrada</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Borrar</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Atrás</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Más</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Siguiente</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Sí</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Aviso</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Advertencia</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Cargando...</translation>
+    </message>
+    <message>
+        <source>Loading Local Phonebook Module</source>
+        <translation>Cargando la agenda local</translation>
+    </message>
+    <message>
+        <source>Loading Remote Phonebook Module</source>
+        <translation>Cargando la agenda remota</translation>
+    </message>
+    <message>
+        <source>Loading CallHistroy Module</source>
+        <translation>Cargando el historial de llamadas</translation>
+    </message>
+    <message>
+        <source>Loading Setting Module</source>
+        <translation>Cargando los ajustes</translation>
+    </message>
+    <message>
+        <source>Loading Call Feature Module</source>
+        <translation>Cargando las funciones de llamada</translation>
+    </message>
+    <message>
+        <source>Loading Application Module</source>
+        <translation>Cargando las aplicaciones</translation>
+    </message>
+    <message>
+        <source>Loading Media Module</source>
+        <translation>Cargando el contenido multimedia</translation>
+    </message>
+    <message>
+        <source>Loading Browser Module</source>
+        <translation>Cargando el navegador</translation>
+    </message>
+    <message>
+        <source>auto upgrading!</source>
+        <translation>¡Actualización en curso!</translation>
+    </message>
+    <message>
+        <source>Reset to factory?</source>
+        <translation>¿Restablecer los valores de fábrica?</translation>
+    </message>
+    <message>
+        <source>Reboot device?</source>
+        <translation>¿Reiniciar el teléfono?</translation>
+    </message>
+    <message>
+        <source>Touch screen calibration will begin.</source>
+        <translation>Va a comenzar la calibración de la pantalla táctil.</translation>
+    </message>
+    <message>
+        <source>This feature is under construction.</source>
+        <translation>Esta función está en construcción.</translation>
+    </message>
+    <message>
+        <source>Unknow dialog type</source>
+        <translation>Página desconocida</translation>
+    </message>
+    <message>
+        <source>Fail to load xml file [/rundata/data/stockData.xml]</source>
+        <translation>No se puede cargar el archivo [/rundata/data/stockData.xml]</translation>
+    </message>
+    <message>
+        <source>DHCP</source>
+        <translation>DHCP</translation>
+    </message>
+    <message>
+        <source>PPPoE</source>
+        <translation>PPPoE</translation>
+    </message>
+    <message>
+        <source>Static IP</source>
+        <translation>IP fija</translation>
+    </message>
+    <message>
+        <source>User Name</source>
+        <translation>Usuario</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Contraseña</translation>
+    </message>
+    <message>
+        <source>IP Address</source>
+        <translation>Dirección IP</translation>
+    </message>
+    <message>
+        <source>MASK</source>
+        <translation>Máscara</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>Puerta de enlace</translation>
+    </message>
+    <message>
+        <source>DNS1</source>
+        <translation>DNS1</translation>
+    </message>
+    <message>
+        <source>DNS2</source>
+        <translation>DNS2</translation>
+    </message>
+    <message>
+        <source>User name is invalid!</source>
+        <translation>¡El nombre de usuario no es válido!</translation>
+    </message>
+    <message>
+        <source>Password is invalid!</source>
+        <translation>¡La contraseña no es válida!</translation>
+    </message>
+    <message>
+        <source>IP address is invalid!</source>
+        <translation>¡La dirección IP no es válida!</translation>
+    </message>
+    <message>
+        <source>Ip Address is used!</source>
+        <translation>¡La dirección IP ya está en uso!</translation>
+    </message>
+    <message>
+        <source>Subnet mask is invalid!</source>
+        <translation>¡La máscara de subred no es válida!</translation>
+    </message>
+    <message>
+        <source>Gateway is invalid!</source>
+        <translation>¡La puerta de enlace no es válida!</translation>
+    </message>
+    <message>
+        <source>DNS1 is invalid!</source>
+        <translation>¡DNS1 no es válido!</translation>
+    </message>
+    <message>
+        <source>DNS2 is invalid!</source>
+        <translation>¡DNS2 no es válido!</translation>
+    </message>
+    <message>
+        <source>Network configuration has changed, reboot system?</source>
+        <translation>La configuración de red ha cambiado. ¿Reiniciar?</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Cuenta</translation>
+    </message>
+    <message>
+        <source>Enable Line</source>
+        <translation>Activar línea</translation>
+    </message>
+    <message>
+        <source>Display Name</source>
+        <translation>Nombre visible</translation>
+    </message>
+    <message>
+        <source>Register Name</source>
+        <translation>ID de registro</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Servidor</translation>
+    </message>
+    <message>
+        <source>Port</source>
+        <translation>Puerto</translation>
+    </message>
+    <message>
+        <source>Enable STUN</source>
+        <translation>Activar STUN</translation>
+    </message>
+    <message>
+        <source>Enable OutBound</source>
+        <translation>Activar proxy</translation>
+    </message>
+    <message>
+        <source>Display name is invalid!</source>
+        <translation>¡El nombre visible no es válido!</translation>
+    </message>
+    <message>
+        <source>Register name is invalid!</source>
+        <translation>¡El ID de registro no es válido!</translation>
+    </message>
+    <message>
+        <source>SIP proxy is invalid!</source>
+        <translation>¡El servidor SIP no es válido!</translation>
+    </message>
+    <message>
+        <source>SIP proxy server is invalid!</source>
+        <translation>¡La dirección del servidor SIP no es válida!</translation>
+    </message>
+    <message>
+        <source>SIP proxy port is invalid!</source>
+        <translation>¡El puerto del servidor SIP no es válido!</translation>
+    </message>
+    <message>
+        <source>STUN server is invalid!</source>
+        <translation>¡El servidor STUN no es válido!</translation>
+    </message>
+    <message>
+        <source>STUN server port is invalid!</source>
+        <translation>¡El puerto del servidor STUN no es válido!</translation>
+    </message>
+    <message>
+        <source>OutBound server is invalid!</source>
+        <translation>¡El proxy de salida no es válido!</translation>
+    </message>
+    <message>
+        <source>OutBound server port is invalid!</source>
+        <translation>¡El puerto del proxy de salida no es válido!</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Versión</translation>
+    </message>
+    <message>
+        <source>SoftWare Version</source>
+        <translation>Software</translation>
+    </message>
+    <message>
+        <source>HardWare Version</source>
+        <translation>Hardware</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Red</translation>
+    </message>
+    <message>
+        <source>MAC Address</source>
+        <translation>Dirección MAC</translation>
+    </message>
+    <message>
+        <source>WAN Port Type</source>
+        <translation>Tipo de WAN</translation>
+    </message>
+    <message>
+        <source>Link Status</source>
+        <translation>Conexión</translation>
+    </message>
+    <message>
+        <source>Phone Number</source>
+        <translation>Número</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Conectado</translation>
+    </message>
+    <message>
+        <source>Disconnected</source>
+        <translation>Desconectado</translation>
+    </message>
+    <message>
+        <source>Conflict</source>
+        <translation>Conflicto</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>Desactivada</translation>
+    </message>
+    <message>
+        <source>Registering</source>
+        <translation>Registrando</translation>
+    </message>
+    <message>
+        <source>Registered</source>
+        <translation>Registrada</translation>
+    </message>
+    <message>
+        <source>Register failed</source>
+        <translation>Registro fallido</translation>
+    </message>
+    <message>
+        <source>Unregistered</source>
+        <translation>No registrada</translation>
+    </message>
+    <message>
+        <source>Default account</source>
+        <translation>Cuenta predeterminada</translation>
+    </message>
+    <message>
+        <source>Inexistence</source>
+        <translation>Inexistente</translation>
+    </message>
+    <message>
+        <source>Unregistering</source>
+        <translation>Anulando registro</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Finalizada</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Desconocido</translation>
+    </message>
+    <message>
+        <source>NULL</source>
+        <translation>Ninguno</translation>
+    </message>
+    <message>
+        <source>Item</source>
+        <translation>Elemento</translation>
+    </message>
+    <message>
+        <source>Old Password</source>
+        <translation>Contraseña anterior</translation>
+    </message>
+    <message>
+        <source>New Password</source>
+        <translation>Contraseña nueva</translation>
+    </message>
+    <message>
+        <source>Re-enter</source>
+        <translation>Repetir</translation>
+    </message>
+    <message>
+        <source>Admin Password</source>
+        <translation>Contraseña de administrador</translation>
+    </message>
+    <message>
+        <source>Old password is wrong!</source>
+        <translation>¡La contraseña anterior no es correcta!</translation>
+    </message>
+    <message>
+        <source>New passwords do not match.</source>
+        <translation>Las contraseñas nuevas no coinciden.</translation>
+    </message>
+    <message>
+        <source>Please input the password:</source>
+        <translation>Introduzca la contraseña:</translation>
+    </message>
+    <message>
+        <source>Password is wrong!</source>
+        <translation>¡Contraseña incorrecta!</translation>
+    </message>
+    <message>
+        <source>The phone number is empty!</source>
+        <translation>¡Falta el número de teléfono!</translation>
+    </message>
+    <message>
+        <source>Time Zone</source>
+        <translation>Zona horaria</translation>
+    </message>
+    <message>
+        <source>Time Format</source>
+        <translation>Formato de hora</translation>
+    </message>
+    <message>
+        <source>Time Server</source>
+        <translation>Servidor de hora</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Fecha</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Hora</translation>
+    </message>
+    <message>
+        <source>NTP Mode</source>
+        <translation>Hora NTP</translation>
+    </message>
+    <message>
+        <source>Manual Mode</source>
+        <translation>Manual</translation>
+    </message>
+    <message>
+        <source>24-hour</source>
+        <translation>24 horas</translation>
+    </message>
+    <message>
+        <source>12-hour</source>
+        <translation>12 horas</translation>
+    </message>
+    <message>
+        <source>Time server is invalid!</source>
+        <translation>¡El servidor de hora no es válido!</translation>
+    </message>
+    <message>
+        <source>Door Phone 1</source>
+        <translation>Portero 1</translation>
+    </message>
+    <message>
+        <source>IP Camera 1</source>
+        <translation>Cámara IP 1</translation>
+    </message>
+    <message>
+        <source>LDAP</source>
+        <translation>LDAP</translation>
+    </message>
+    <message>
+        <source>Local Phonebook</source>
+        <translation>Agenda local</translation>
+    </message>
+    <message>
+        <source>Sunday</source>
+        <translation>Domingo</translation>
+    </message>
+    <message>
+        <source>Monday</source>
+        <translation>Lunes</translation>
+    </message>
+    <message>
+        <source>Tuesday</source>
+        <translation>Martes</translation>
+    </message>
+    <message>
+        <source>Wednesday</source>
+        <translation>Miércoles</translation>
+    </message>
+    <message>
+        <source>Thursday</source>
+        <translation>Jueves</translation>
+    </message>
+    <message>
+        <source>Friday</source>
+        <translation>Viernes</translation>
+    </message>
+    <message>
+        <source>Saturday</source>
+        <translation>Sábado</translation>
+    </message>
+    <message>
+        <source>January</source>
+        <translation>enero</translation>
+    </message>
+    <message>
+        <source>February</source>
+        <translation>febrero</translation>
+    </message>
+    <message>
+        <source>March</source>
+        <translation>marzo</translation>
+    </message>
+    <message>
+        <source>April</source>
+        <translation>abril</translation>
+    </message>
+    <message>
+        <source>May</source>
+        <translation>mayo</translation>
+    </message>
+    <message>
+        <source>June</source>
+        <translation>junio</translation>
+    </message>
+    <message>
+        <source>July</source>
+        <translation>julio</translation>
+    </message>
+    <message>
+        <source>August</source>
+        <translation>agosto</translation>
+    </message>
+    <message>
+        <source>September</source>
+        <translation>septiembre</translation>
+    </message>
+    <message>
+        <source>October</source>
+        <translation>octubre</translation>
+    </message>
+    <message>
+        <source>November</source>
+        <translation>noviembre</translation>
+    </message>
+    <message>
+        <source>December</source>
+        <translation>diciembre</translation>
+    </message>
+    <message>
+        <source>%1, %2 %3</source>
+        <translation>%1, %2 de %3</translation>
+    </message>
+    <message>
+        <source>Press OK to dial</source>
+        <translation>Pulse OK para llamar</translation>
+    </message>
+    <message>
+        <source>Video Phone</source>
+        <translation>Videoteléfono</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Línea</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nombre</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Número</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Imagen</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Ninguna</translation>
+    </message>
+    <message>
+        <source>Contact</source>
+        <translation>Contacto</translation>
+    </message>
+    <message>
+        <source>Call</source>
+        <translation>Llamar</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>Nuevo</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Editar</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Borrar todo</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Duración</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Buscar</translation>
+    </message>
+    <message>
+        <source>Name or number</source>
+        <translation>Nombre o número</translation>
+    </message>
+    <message>
+        <source>Delete Contact</source>
+        <translation>Eliminar contacto</translation>
+    </message>
+    <message>
+        <source>Delete this contact?</source>
+        <translation>¿Eliminar este contacto?</translation>
+    </message>
+    <message>
+        <source>The contact cannot be saved!</source>
+        <translation>¡No se puede guardar el contacto!</translation>
+    </message>
+    <message>
+        <source>The name is empty!</source>
+        <translation>¡El nombre está vacío!</translation>
+    </message>
+    <message>
+        <source>The phone book is empty.</source>
+        <translation>La agenda está vacía.</translation>
+    </message>
+    <message>
+        <source>The phone book cannot be loaded.</source>
+        <translation>No se puede cargar la agenda.</translation>
+    </message>
+    <message>
+        <source>Remote Phonebook</source>
+        <translation>Agenda remota</translation>
+    </message>
+    <message>
+        <source>There are no calls yet.</source>
+        <translation>Todavía no hay llamadas.</translation>
+    </message>
+    <message>
+        <source>Delete all calls?</source>
+        <translation>¿Eliminar todas las llamadas?</translation>
+    </message>
+    <message>
+        <source>The calls cannot be deleted!</source>
+        <translation>¡No se pueden eliminar las llamadas!</translation>
+    </message>
+    <message>
+        <source>Nothing was found.</source>
+        <translation>Sin resultados.</translation>
+    </message>
+    <message>
+        <source>LDAP server is not reachable</source>
+        <translation>No se puede acceder al servidor LDAP</translation>
+    </message>
+    <message>
+        <source>Browser</source>
+        <translation>Navegador</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Recargar</translation>
+    </message>
+    <message>
+        <source>Previous</source>
+        <translation>Anterior</translation>
+    </message>
+    <message>
+        <source>The page cannot be loaded.</source>
+        <translation>No se puede cargar la página.</translation>
+    </message>
+    <message>
+        <source>This page cannot be shown.</source>
+        <translation>No se puede mostrar esta página.</translation>
+    </message>
+    <message>
+        <source>This address cannot be opened.</source>
+        <translation>No se puede abrir esta dirección.</translation>
+    </message>
+    <message>
+        <source>Calling...</source>
+        <translation>Llamando...</translation>
+    </message>
+    <message>
+        <source>Incoming call</source>
+        <translation>Llamada entrante</translation>
+    </message>
+    <message>
+        <source>In call</source>
+        <translation>En llamada</translation>
+    </message>
+    <message>
+        <source>Call ended</source>
+        <translation>Llamada finalizada</translation>
+    </message>
+    <message>
+        <source>Busy</source>
+        <translation>Ocupado</translation>
+    </message>
+    <message>
+        <source>The line is not registered</source>
+        <translation>La línea no está registrada</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Silenciar</translation>
+    </message>
+    <message>
+        <source>Unmute</source>
+        <translation>Activar sonido</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>Silenciado</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volumen</translation>
+    </message>
+    <message>
+        <source>Volume -</source>
+        <translation>Volumen -</translation>
+    </message>
+    <message>
+        <source>Volume +</source>
+        <translation>Volumen +</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>Colgar</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,903 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR" sourcelanguage="en">
+<context>
+    <name>hx</name>
+    <message>
+        <source>Setting</source>
+        <translation>Réglages</translation>
+    </message>
+    <message>
+        <source>Call Feature</source>
+        <translation>Appels</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>Applications</translation>
+    </message>
+    <message>
+        <source>Media</source>
+        <translation>Médias</translation>
+    </message>
+    <message>
+        <source>WAN</source>
+        <translation>WAN</translation>
+    </message>
+    <message>
+        <source>Account Setting</source>
+        <translation>Comptes</translation>
+    </message>
+    <message>
+        <source>Security</source>
+        <translation>Sécurité</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>État</translation>
+    </message>
+    <message>
+        <source>Date &amp; Time</source>
+        <translation>Date et heure</translation>
+    </message>
+    <message>
+        <source>Auto Provision</source>
+        <translation>Config. auto</translation>
+    </message>
+    <message>
+        <source>LCD Adjusting</source>
+        <translation>Calibrage</translation>
+    </message>
+    <message>
+        <source>TV Output</source>
+        <translation>Sortie TV</translation>
+    </message>
+    <message>
+        <source>Personalize</source>
+        <translation>Personnaliser</translation>
+    </message>
+    <message>
+        <source>Screen Saver</source>
+        <translation>Écran de veille</translation>
+    </message>
+    <message>
+        <source>Sound Set</source>
+        <translation>Sons</translation>
+    </message>
+    <message>
+        <source>Version Detail</source>
+        <translation>Versions</translation>
+    </message>
+    <message>
+        <source>Factory</source>
+        <translation>Réinitialiser</translation>
+    </message>
+    <message>
+        <source>Reboot</source>
+        <translation>Redémarrer</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Renvoi</translation>
+    </message>
+    <message>
+        <source>Auto Answer</source>
+        <translation>Réponse auto</translation>
+    </message>
+    <message>
+        <source>Voice Mail</source>
+        <translation>Messagerie</translation>
+    </message>
+    <message>
+        <source>DSS Key</source>
+        <translation>Touches DSS</translation>
+    </message>
+    <message>
+        <source>Key As Send</source>
+        <translation>Touche d&apos;envoi</translation>
+    </message>
+    <message>
+        <source>Call Waiting</source>
+        <translation>Double appel</translation>
+    </message>
+    <message>
+        <source>Hotline</source>
+        <translation>Appel direct</translation>
+    </message>
+    <message>
+        <source>Anonymous Call</source>
+        <translation>Appel anonyme</translation>
+    </message>
+    <message>
+        <source>Video Set</source>
+        <translation>Vidéo</translation>
+    </message>
+    <message>
+        <source>Picture-dial Setting</source>
+        <translation>Appel par photo</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>Weather</source>
+        <translation>Météo</translation>
+    </message>
+    <message>
+        <source>Stock</source>
+        <translation>Bourse</translation>
+    </message>
+    <message>
+        <source>Ndeck</source>
+        <translation>Ndeck</translation>
+    </message>
+    <message>
+        <source>Directory</source>
+        <translation>Annuaire</translation>
+    </message>
+    <message>
+        <source>Call Histroy</source>
+        <translation>Journal</translation>
+    </message>
+    <message>
+        <source>Door Phone</source>
+        <translation>Interphone</translation>
+    </message>
+    <message>
+        <source>IP Camera</source>
+        <translation>Caméra IP</translation>
+    </message>
+    <message>
+        <source>Photo Play</source>
+        <translation>Diaporama</translation>
+    </message>
+    <message>
+        <source>Video Play</source>
+        <translation>Lecture vidéo</translation>
+    </message>
+    <message>
+        <source>Photo Manager</source>
+        <translation>Gérer photos</translation>
+    </message>
+    <message>
+        <source>Video Manager</source>
+        <translation>Gérer vidéos</translation>
+    </message>
+    <message>
+        <source>Sound Manager</source>
+        <translation>Gérer sons</translation>
+    </message>
+    <message>
+        <source>Wallpaper Manager</source>
+        <translation>Fonds d&apos;écran</translation>
+    </message>
+    <message>
+        <source>Contact Picture Manage</source>
+        <translation>Photos contacts</translation>
+    </message>
+    <message>
+        <source>Ringtone Manager</source>
+        <translation>Sonneries</translation>
+    </message>
+    <message>
+        <source>File Manager</source>
+        <translation>Fichiers</translation>
+    </message>
+    <message>
+        <source>Date and Time</source>
+        <translation>Date et heure</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>IME</source>
+        <translation>Saisie</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Effacer</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Retour</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Suite</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Suivant</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Oui</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Non</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Attention</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Chargement...</translation>
+    </message>
+    <message>
+        <source>Loading Local Phonebook Module</source>
+        <translation>Chargement de l&apos;annuaire local</translation>
+    </message>
+    <message>
+        <source>Loading Remote Phonebook Module</source>
+        <translation>Chargement de l&apos;annuaire distant</translation>
+    </message>
+    <message>
+        <source>Loading CallHistroy Module</source>
+        <translation>Chargement du journal d&apos;appels</translation>
+    </message>
+    <message>
+        <source>Loading Setting Module</source>
+        <translation>Chargement des réglages</translation>
+    </message>
+    <message>
+        <source>Loading Call Feature Module</source>
+        <translation>Chargement des fonctions d&apos;appel</translation>
+    </message>
+    <message>
+        <source>Loading Application Module</source>
+        <translation>Chargement des applications</translation>
+    </message>
+    <message>
+        <source>Loading Media Module</source>
+        <translation>Chargement des médias</translation>
+    </message>
+    <message>
+        <source>Loading Browser Module</source>
+        <translation>Chargement du navigateur</translation>
+    </message>
+    <message>
+        <source>auto upgrading!</source>
+        <translation>Mise à jour en cours !</translation>
+    </message>
+    <message>
+        <source>Reset to factory?</source>
+        <translation>Rétablir les réglages d&apos;usine ?</translation>
+    </message>
+    <message>
+        <source>Reboot device?</source>
+        <translation>Redémarrer le téléphone ?</translation>
+    </message>
+    <message>
+        <source>Touch screen calibration will begin.</source>
+        <translation>Le calibrage de l&apos;écran tactile va commencer.</translation>
+    </message>
+    <message>
+        <source>This feature is under construction.</source>
+        <translation>Cette fonction est en cours de réalisation.</translation>
+    </message>
+    <message>
+        <source>Unknow dialog type</source>
+        <translation>Page inconnue</translation>
+    </message>
+    <message>
+        <source>Fail to load xml file [/rundata/data/stockData.xml]</source>
+        <translation>Impossible de charger le fichier [/rundata/data/stockData.xml]</translation>
+    </message>
+    <message>
+        <source>DHCP</source>
+        <translation>DHCP</translation>
+    </message>
+    <message>
+        <source>PPPoE</source>
+        <translation>PPPoE</translation>
+    </message>
+    <message>
+        <source>Static IP</source>
+        <translation>IP fixe</translation>
+    </message>
+    <message>
+        <source>User Name</source>
+        <translation>Utilisateur</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Mot de passe</translation>
+    </message>
+    <message>
+        <source>IP Address</source>
+        <translation>Adresse IP</translation>
+    </message>
+    <message>
+        <source>MASK</source>
+        <translation>Masque</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>Passerelle</translation>
+    </message>
+    <message>
+        <source>DNS1</source>
+        <translation>DNS1</translation>
+    </message>
+    <message>
+        <source>DNS2</source>
+        <translation>DNS2</translation>
+    </message>
+    <message>
+        <source>User name is invalid!</source>
+        <translation>Le nom d&apos;utilisateur n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>Password is invalid!</source>
+        <translation>Le mot de passe n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>IP address is invalid!</source>
+        <translation>L&apos;adresse IP n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>Ip Address is used!</source>
+        <translation>L&apos;adresse IP est déjà utilisée !</translation>
+    </message>
+    <message>
+        <source>Subnet mask is invalid!</source>
+        <translation>Le masque de sous-réseau n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>Gateway is invalid!</source>
+        <translation>La passerelle n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>DNS1 is invalid!</source>
+        <translation>DNS1 n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>DNS2 is invalid!</source>
+        <translation>DNS2 n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>Network configuration has changed, reboot system?</source>
+        <translation>La configuration réseau a changé. Redémarrer ?</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Compte</translation>
+    </message>
+    <message>
+        <source>Enable Line</source>
+        <translation>Activer ligne</translation>
+    </message>
+    <message>
+        <source>Display Name</source>
+        <translation>Nom affiché</translation>
+    </message>
+    <message>
+        <source>Register Name</source>
+        <translation>Identifiant</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Serveur</translation>
+    </message>
+    <message>
+        <source>Port</source>
+        <translation>Port</translation>
+    </message>
+    <message>
+        <source>Enable STUN</source>
+        <translation>Activer STUN</translation>
+    </message>
+    <message>
+        <source>Enable OutBound</source>
+        <translation>Activer proxy</translation>
+    </message>
+    <message>
+        <source>Display name is invalid!</source>
+        <translation>Le nom affiché n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>Register name is invalid!</source>
+        <translation>L&apos;identifiant n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>SIP proxy is invalid!</source>
+        <translation>Le serveur SIP n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>SIP proxy server is invalid!</source>
+        <translation>L&apos;adresse du serveur SIP n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>SIP proxy port is invalid!</source>
+        <translation>Le port du serveur SIP n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>STUN server is invalid!</source>
+        <translation>Le serveur STUN n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>STUN server port is invalid!</source>
+        <translation>Le port du serveur STUN n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>OutBound server is invalid!</source>
+        <translation>Le proxy sortant n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>OutBound server port is invalid!</source>
+        <translation>Le port du proxy sortant n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>SoftWare Version</source>
+        <translation>Logiciel</translation>
+    </message>
+    <message>
+        <source>HardWare Version</source>
+        <translation>Matériel</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Réseau</translation>
+    </message>
+    <message>
+        <source>MAC Address</source>
+        <translation>Adresse MAC</translation>
+    </message>
+    <message>
+        <source>WAN Port Type</source>
+        <translation>Type de WAN</translation>
+    </message>
+    <message>
+        <source>Link Status</source>
+        <translation>Connexion</translation>
+    </message>
+    <message>
+        <source>Phone Number</source>
+        <translation>Numéro</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Connecté</translation>
+    </message>
+    <message>
+        <source>Disconnected</source>
+        <translation>Déconnecté</translation>
+    </message>
+    <message>
+        <source>Conflict</source>
+        <translation>Conflit</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>Désactivé</translation>
+    </message>
+    <message>
+        <source>Registering</source>
+        <translation>Enregistrement...</translation>
+    </message>
+    <message>
+        <source>Registered</source>
+        <translation>Enregistré</translation>
+    </message>
+    <message>
+        <source>Register failed</source>
+        <translation>Échec d&apos;enregistrement</translation>
+    </message>
+    <message>
+        <source>Unregistered</source>
+        <translation>Non enregistré</translation>
+    </message>
+    <message>
+        <source>Default account</source>
+        <translation>Compte par défaut</translation>
+    </message>
+    <message>
+        <source>Inexistence</source>
+        <translation>Inexistant</translation>
+    </message>
+    <message>
+        <source>Unregistering</source>
+        <translation>Désenregistrement...</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Inconnu</translation>
+    </message>
+    <message>
+        <source>NULL</source>
+        <translation>Aucun</translation>
+    </message>
+    <message>
+        <source>Item</source>
+        <translation>Élément</translation>
+    </message>
+    <message>
+        <source>Old Password</source>
+        <translation>Ancien</translation>
+    </message>
+    <message>
+        <source>New Password</source>
+        <translation>Nouveau</translation>
+    </message>
+    <message>
+        <source>Re-enter</source>
+        <translation>Confirmer</translation>
+    </message>
+    <message>
+        <source>Admin Password</source>
+        <translation>Mot de passe administrateur</translation>
+    </message>
+    <message>
+        <source>Old password is wrong!</source>
+        <translation>L&apos;ancien mot de passe est incorrect !</translation>
+    </message>
+    <message>
+        <source>New passwords do not match.</source>
+        <translation>Les nouveaux mots de passe ne correspondent pas.</translation>
+    </message>
+    <message>
+        <source>Please input the password:</source>
+        <translation>Saisissez le mot de passe :</translation>
+    </message>
+    <message>
+        <source>Password is wrong!</source>
+        <translation>Mot de passe incorrect !</translation>
+    </message>
+    <message>
+        <source>The phone number is empty!</source>
+        <translation>Le numéro est vide !</translation>
+    </message>
+    <message>
+        <source>Time Zone</source>
+        <translation>Fuseau horaire</translation>
+    </message>
+    <message>
+        <source>Time Format</source>
+        <translation>Format de l&apos;heure</translation>
+    </message>
+    <message>
+        <source>Time Server</source>
+        <translation>Serveur de temps</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Heure</translation>
+    </message>
+    <message>
+        <source>NTP Mode</source>
+        <translation>Heure NTP</translation>
+    </message>
+    <message>
+        <source>Manual Mode</source>
+        <translation>Manuel</translation>
+    </message>
+    <message>
+        <source>24-hour</source>
+        <translation>24 heures</translation>
+    </message>
+    <message>
+        <source>12-hour</source>
+        <translation>12 heures</translation>
+    </message>
+    <message>
+        <source>Time server is invalid!</source>
+        <translation>Le serveur de temps n&apos;est pas valide !</translation>
+    </message>
+    <message>
+        <source>Door Phone 1</source>
+        <translation>Interphone 1</translation>
+    </message>
+    <message>
+        <source>IP Camera 1</source>
+        <translation>Caméra IP 1</translation>
+    </message>
+    <message>
+        <source>LDAP</source>
+        <translation>LDAP</translation>
+    </message>
+    <message>
+        <source>Local Phonebook</source>
+        <translation>Annuaire local</translation>
+    </message>
+    <message>
+        <source>Sunday</source>
+        <translation>Dimanche</translation>
+    </message>
+    <message>
+        <source>Monday</source>
+        <translation>Lundi</translation>
+    </message>
+    <message>
+        <source>Tuesday</source>
+        <translation>Mardi</translation>
+    </message>
+    <message>
+        <source>Wednesday</source>
+        <translation>Mercredi</translation>
+    </message>
+    <message>
+        <source>Thursday</source>
+        <translation>Jeudi</translation>
+    </message>
+    <message>
+        <source>Friday</source>
+        <translation>Vendredi</translation>
+    </message>
+    <message>
+        <source>Saturday</source>
+        <translation>Samedi</translation>
+    </message>
+    <message>
+        <source>January</source>
+        <translation>janvier</translation>
+    </message>
+    <message>
+        <source>February</source>
+        <translation>février</translation>
+    </message>
+    <message>
+        <source>March</source>
+        <translation>mars</translation>
+    </message>
+    <message>
+        <source>April</source>
+        <translation>avril</translation>
+    </message>
+    <message>
+        <source>May</source>
+        <translation>mai</translation>
+    </message>
+    <message>
+        <source>June</source>
+        <translation>juin</translation>
+    </message>
+    <message>
+        <source>July</source>
+        <translation>juillet</translation>
+    </message>
+    <message>
+        <source>August</source>
+        <translation>août</translation>
+    </message>
+    <message>
+        <source>September</source>
+        <translation>septembre</translation>
+    </message>
+    <message>
+        <source>October</source>
+        <translation>octobre</translation>
+    </message>
+    <message>
+        <source>November</source>
+        <translation>novembre</translation>
+    </message>
+    <message>
+        <source>December</source>
+        <translation>décembre</translation>
+    </message>
+    <message>
+        <source>%1, %2 %3</source>
+        <translation>%1 %2 %3</translation>
+    </message>
+    <message>
+        <source>Press OK to dial</source>
+        <translation>Appuyez sur OK pour appeler</translation>
+    </message>
+    <message>
+        <source>Video Phone</source>
+        <translation>Visiophone</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Ligne</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Numéro</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Image</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucune</translation>
+    </message>
+    <message>
+        <source>Contact</source>
+        <translation>Contact</translation>
+    </message>
+    <message>
+        <source>Call</source>
+        <translation>Appeler</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>Nouveau</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Modifier</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Effacer tout</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Durée</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Name or number</source>
+        <translation>Nom ou numéro</translation>
+    </message>
+    <message>
+        <source>Delete Contact</source>
+        <translation>Supprimer le contact</translation>
+    </message>
+    <message>
+        <source>Delete this contact?</source>
+        <translation>Supprimer ce contact ?</translation>
+    </message>
+    <message>
+        <source>The contact cannot be saved!</source>
+        <translation>Impossible d’enregistrer le contact !</translation>
+    </message>
+    <message>
+        <source>The name is empty!</source>
+        <translation>Le nom est vide !</translation>
+    </message>
+    <message>
+        <source>The phone book is empty.</source>
+        <translation>Le répertoire est vide.</translation>
+    </message>
+    <message>
+        <source>The phone book cannot be loaded.</source>
+        <translation>Impossible de charger le répertoire.</translation>
+    </message>
+    <message>
+        <source>Remote Phonebook</source>
+        <translation>Répertoire distant</translation>
+    </message>
+    <message>
+        <source>There are no calls yet.</source>
+        <translation>Aucun appel pour le moment.</translation>
+    </message>
+    <message>
+        <source>Delete all calls?</source>
+        <translation>Supprimer tous les appels ?</translation>
+    </message>
+    <message>
+        <source>The calls cannot be deleted!</source>
+        <translation>Impossible de supprimer les appels !</translation>
+    </message>
+    <message>
+        <source>Nothing was found.</source>
+        <translation>Aucun résultat.</translation>
+    </message>
+    <message>
+        <source>LDAP server is not reachable</source>
+        <translation>Serveur LDAP injoignable</translation>
+    </message>
+    <message>
+        <source>Browser</source>
+        <translation>Navigateur</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Actualiser</translation>
+    </message>
+    <message>
+        <source>Previous</source>
+        <translation>Précédente</translation>
+    </message>
+    <message>
+        <source>The page cannot be loaded.</source>
+        <translation>Impossible de charger la page.</translation>
+    </message>
+    <message>
+        <source>This page cannot be shown.</source>
+        <translation>Impossible d’afficher cette page.</translation>
+    </message>
+    <message>
+        <source>This address cannot be opened.</source>
+        <translation>Impossible d’ouvrir cette adresse.</translation>
+    </message>
+    <message>
+        <source>Calling...</source>
+        <translation>Appel en cours...</translation>
+    </message>
+    <message>
+        <source>Incoming call</source>
+        <translation>Appel entrant</translation>
+    </message>
+    <message>
+        <source>In call</source>
+        <translation>En communication</translation>
+    </message>
+    <message>
+        <source>Call ended</source>
+        <translation>Appel terminé</translation>
+    </message>
+    <message>
+        <source>Busy</source>
+        <translation>Occupé</translation>
+    </message>
+    <message>
+        <source>The line is not registered</source>
+        <translation>La ligne n’est pas enregistrée</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Silence</translation>
+    </message>
+    <message>
+        <source>Unmute</source>
+        <translation>Rétablir le son</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>Son coupé</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volume</translation>
+    </message>
+    <message>
+        <source>Volume -</source>
+        <translation>Volume -</translation>
+    </message>
+    <message>
+        <source>Volume +</source>
+        <translation>Volume +</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>Raccrocher</translation>
+    </message>
+</context>
+</TS>

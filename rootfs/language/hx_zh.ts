@@ -1,0 +1,903 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>hx</name>
+    <message>
+        <source>Setting</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>Call Feature</source>
+        <translation>通话功能</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>应用</translation>
+    </message>
+    <message>
+        <source>Media</source>
+        <translation>媒体</translation>
+    </message>
+    <message>
+        <source>WAN</source>
+        <translation>网络</translation>
+    </message>
+    <message>
+        <source>Account Setting</source>
+        <translation>账号设置</translation>
+    </message>
+    <message>
+        <source>Security</source>
+        <translation>安全</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Date &amp; Time</source>
+        <translation>日期和时间</translation>
+    </message>
+    <message>
+        <source>Auto Provision</source>
+        <translation>自动配置</translation>
+    </message>
+    <message>
+        <source>LCD Adjusting</source>
+        <translation>屏幕校准</translation>
+    </message>
+    <message>
+        <source>TV Output</source>
+        <translation>电视输出</translation>
+    </message>
+    <message>
+        <source>Personalize</source>
+        <translation>个性化</translation>
+    </message>
+    <message>
+        <source>Screen Saver</source>
+        <translation>屏幕保护</translation>
+    </message>
+    <message>
+        <source>Sound Set</source>
+        <translation>声音设置</translation>
+    </message>
+    <message>
+        <source>Version Detail</source>
+        <translation>版本详情</translation>
+    </message>
+    <message>
+        <source>Factory</source>
+        <translation>恢复出厂</translation>
+    </message>
+    <message>
+        <source>Reboot</source>
+        <translation>重启</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>呼叫转移</translation>
+    </message>
+    <message>
+        <source>Auto Answer</source>
+        <translation>自动应答</translation>
+    </message>
+    <message>
+        <source>Voice Mail</source>
+        <translation>语音信箱</translation>
+    </message>
+    <message>
+        <source>DSS Key</source>
+        <translation>可编程键</translation>
+    </message>
+    <message>
+        <source>Key As Send</source>
+        <translation>发送键</translation>
+    </message>
+    <message>
+        <source>Call Waiting</source>
+        <translation>呼叫等待</translation>
+    </message>
+    <message>
+        <source>Hotline</source>
+        <translation>热线</translation>
+    </message>
+    <message>
+        <source>Anonymous Call</source>
+        <translation>匿名呼叫</translation>
+    </message>
+    <message>
+        <source>Video Set</source>
+        <translation>视频设置</translation>
+    </message>
+    <message>
+        <source>Picture-dial Setting</source>
+        <translation>图片拨号</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>留言</translation>
+    </message>
+    <message>
+        <source>Weather</source>
+        <translation>天气</translation>
+    </message>
+    <message>
+        <source>Stock</source>
+        <translation>股票</translation>
+    </message>
+    <message>
+        <source>Ndeck</source>
+        <translation>数字标牌</translation>
+    </message>
+    <message>
+        <source>Directory</source>
+        <translation>通讯录</translation>
+    </message>
+    <message>
+        <source>Call Histroy</source>
+        <translation>通话记录</translation>
+    </message>
+    <message>
+        <source>Door Phone</source>
+        <translation>门口机</translation>
+    </message>
+    <message>
+        <source>IP Camera</source>
+        <translation>网络摄像机</translation>
+    </message>
+    <message>
+        <source>Photo Play</source>
+        <translation>图片播放</translation>
+    </message>
+    <message>
+        <source>Video Play</source>
+        <translation>视频播放</translation>
+    </message>
+    <message>
+        <source>Photo Manager</source>
+        <translation>图片管理</translation>
+    </message>
+    <message>
+        <source>Video Manager</source>
+        <translation>视频管理</translation>
+    </message>
+    <message>
+        <source>Sound Manager</source>
+        <translation>铃声管理</translation>
+    </message>
+    <message>
+        <source>Wallpaper Manager</source>
+        <translation>壁纸管理</translation>
+    </message>
+    <message>
+        <source>Contact Picture Manage</source>
+        <translation>联系人图片</translation>
+    </message>
+    <message>
+        <source>Ringtone Manager</source>
+        <translation>铃声管理</translation>
+    </message>
+    <message>
+        <source>File Manager</source>
+        <translation>文件管理</translation>
+    </message>
+    <message>
+        <source>Date and Time</source>
+        <translation>日期和时间</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>IME</source>
+        <translation>输入法</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>返回</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>更多</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>下一个</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>正在加载...</translation>
+    </message>
+    <message>
+        <source>Loading Local Phonebook Module</source>
+        <translation>正在加载本地电话簿</translation>
+    </message>
+    <message>
+        <source>Loading Remote Phonebook Module</source>
+        <translation>正在加载远程电话簿</translation>
+    </message>
+    <message>
+        <source>Loading CallHistroy Module</source>
+        <translation>正在加载通话记录</translation>
+    </message>
+    <message>
+        <source>Loading Setting Module</source>
+        <translation>正在加载设置</translation>
+    </message>
+    <message>
+        <source>Loading Call Feature Module</source>
+        <translation>正在加载通话功能</translation>
+    </message>
+    <message>
+        <source>Loading Application Module</source>
+        <translation>正在加载应用</translation>
+    </message>
+    <message>
+        <source>Loading Media Module</source>
+        <translation>正在加载媒体</translation>
+    </message>
+    <message>
+        <source>Loading Browser Module</source>
+        <translation>正在加载浏览器</translation>
+    </message>
+    <message>
+        <source>auto upgrading!</source>
+        <translation>正在自动升级！</translation>
+    </message>
+    <message>
+        <source>Reset to factory?</source>
+        <translation>恢复出厂设置？</translation>
+    </message>
+    <message>
+        <source>Reboot device?</source>
+        <translation>重启设备？</translation>
+    </message>
+    <message>
+        <source>Touch screen calibration will begin.</source>
+        <translation>即将开始触摸屏校准。</translation>
+    </message>
+    <message>
+        <source>This feature is under construction.</source>
+        <translation>该功能正在开发中。</translation>
+    </message>
+    <message>
+        <source>Unknow dialog type</source>
+        <translation>未知的页面类型</translation>
+    </message>
+    <message>
+        <source>Fail to load xml file [/rundata/data/stockData.xml]</source>
+        <translation>无法加载文件 [/rundata/data/stockData.xml]</translation>
+    </message>
+    <message>
+        <source>DHCP</source>
+        <translation>DHCP</translation>
+    </message>
+    <message>
+        <source>PPPoE</source>
+        <translation>PPPoE</translation>
+    </message>
+    <message>
+        <source>Static IP</source>
+        <translation>静态 IP</translation>
+    </message>
+    <message>
+        <source>User Name</source>
+        <translation>用户名</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>密码</translation>
+    </message>
+    <message>
+        <source>IP Address</source>
+        <translation>IP 地址</translation>
+    </message>
+    <message>
+        <source>MASK</source>
+        <translation>子网掩码</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>网关</translation>
+    </message>
+    <message>
+        <source>DNS1</source>
+        <translation>DNS1</translation>
+    </message>
+    <message>
+        <source>DNS2</source>
+        <translation>DNS2</translation>
+    </message>
+    <message>
+        <source>User name is invalid!</source>
+        <translation>用户名无效！</translation>
+    </message>
+    <message>
+        <source>Password is invalid!</source>
+        <translation>密码无效！</translation>
+    </message>
+    <message>
+        <source>IP address is invalid!</source>
+        <translation>IP 地址无效！</translation>
+    </message>
+    <message>
+        <source>Ip Address is used!</source>
+        <translation>IP 地址已被占用！</translation>
+    </message>
+    <message>
+        <source>Subnet mask is invalid!</source>
+        <translation>子网掩码无效！</translation>
+    </message>
+    <message>
+        <source>Gateway is invalid!</source>
+        <translation>网关无效！</translation>
+    </message>
+    <message>
+        <source>DNS1 is invalid!</source>
+        <translation>DNS1 无效！</translation>
+    </message>
+    <message>
+        <source>DNS2 is invalid!</source>
+        <translation>DNS2 无效！</translation>
+    </message>
+    <message>
+        <source>Network configuration has changed, reboot system?</source>
+        <translation>网络配置已更改，是否重启系统？</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>账号</translation>
+    </message>
+    <message>
+        <source>Enable Line</source>
+        <translation>启用线路</translation>
+    </message>
+    <message>
+        <source>Display Name</source>
+        <translation>显示名称</translation>
+    </message>
+    <message>
+        <source>Register Name</source>
+        <translation>注册名</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>服务器</translation>
+    </message>
+    <message>
+        <source>Port</source>
+        <translation>端口</translation>
+    </message>
+    <message>
+        <source>Enable STUN</source>
+        <translation>启用 STUN</translation>
+    </message>
+    <message>
+        <source>Enable OutBound</source>
+        <translation>启用出站代理</translation>
+    </message>
+    <message>
+        <source>Display name is invalid!</source>
+        <translation>显示名称无效！</translation>
+    </message>
+    <message>
+        <source>Register name is invalid!</source>
+        <translation>注册名无效！</translation>
+    </message>
+    <message>
+        <source>SIP proxy is invalid!</source>
+        <translation>SIP 服务器无效！</translation>
+    </message>
+    <message>
+        <source>SIP proxy server is invalid!</source>
+        <translation>SIP 服务器地址无效！</translation>
+    </message>
+    <message>
+        <source>SIP proxy port is invalid!</source>
+        <translation>SIP 服务器端口无效！</translation>
+    </message>
+    <message>
+        <source>STUN server is invalid!</source>
+        <translation>STUN 服务器无效！</translation>
+    </message>
+    <message>
+        <source>STUN server port is invalid!</source>
+        <translation>STUN 服务器端口无效！</translation>
+    </message>
+    <message>
+        <source>OutBound server is invalid!</source>
+        <translation>出站代理服务器无效！</translation>
+    </message>
+    <message>
+        <source>OutBound server port is invalid!</source>
+        <translation>出站代理端口无效！</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>版本</translation>
+    </message>
+    <message>
+        <source>SoftWare Version</source>
+        <translation>软件版本</translation>
+    </message>
+    <message>
+        <source>HardWare Version</source>
+        <translation>硬件版本</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>网络</translation>
+    </message>
+    <message>
+        <source>MAC Address</source>
+        <translation>MAC 地址</translation>
+    </message>
+    <message>
+        <source>WAN Port Type</source>
+        <translation>WAN 口类型</translation>
+    </message>
+    <message>
+        <source>Link Status</source>
+        <translation>连接状态</translation>
+    </message>
+    <message>
+        <source>Phone Number</source>
+        <translation>电话号码</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>已连接</translation>
+    </message>
+    <message>
+        <source>Disconnected</source>
+        <translation>未连接</translation>
+    </message>
+    <message>
+        <source>Conflict</source>
+        <translation>地址冲突</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>已禁用</translation>
+    </message>
+    <message>
+        <source>Registering</source>
+        <translation>正在注册</translation>
+    </message>
+    <message>
+        <source>Registered</source>
+        <translation>已注册</translation>
+    </message>
+    <message>
+        <source>Register failed</source>
+        <translation>注册失败</translation>
+    </message>
+    <message>
+        <source>Unregistered</source>
+        <translation>未注册</translation>
+    </message>
+    <message>
+        <source>Default account</source>
+        <translation>默认账号</translation>
+    </message>
+    <message>
+        <source>Inexistence</source>
+        <translation>不存在</translation>
+    </message>
+    <message>
+        <source>Unregistering</source>
+        <translation>正在注销</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>已退出</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>NULL</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Item</source>
+        <translation>项目</translation>
+    </message>
+    <message>
+        <source>Old Password</source>
+        <translation>旧密码</translation>
+    </message>
+    <message>
+        <source>New Password</source>
+        <translation>新密码</translation>
+    </message>
+    <message>
+        <source>Re-enter</source>
+        <translation>再次输入</translation>
+    </message>
+    <message>
+        <source>Admin Password</source>
+        <translation>管理员密码</translation>
+    </message>
+    <message>
+        <source>Old password is wrong!</source>
+        <translation>旧密码错误！</translation>
+    </message>
+    <message>
+        <source>New passwords do not match.</source>
+        <translation>两次输入的新密码不一致。</translation>
+    </message>
+    <message>
+        <source>Please input the password:</source>
+        <translation>请输入密码：</translation>
+    </message>
+    <message>
+        <source>Password is wrong!</source>
+        <translation>密码错误！</translation>
+    </message>
+    <message>
+        <source>The phone number is empty!</source>
+        <translation>电话号码为空！</translation>
+    </message>
+    <message>
+        <source>Time Zone</source>
+        <translation>时区</translation>
+    </message>
+    <message>
+        <source>Time Format</source>
+        <translation>时间格式</translation>
+    </message>
+    <message>
+        <source>Time Server</source>
+        <translation>时间服务器</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>日期</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>NTP Mode</source>
+        <translation>网络时间</translation>
+    </message>
+    <message>
+        <source>Manual Mode</source>
+        <translation>手动设置</translation>
+    </message>
+    <message>
+        <source>24-hour</source>
+        <translation>24 小时制</translation>
+    </message>
+    <message>
+        <source>12-hour</source>
+        <translation>12 小时制</translation>
+    </message>
+    <message>
+        <source>Time server is invalid!</source>
+        <translation>时间服务器无效！</translation>
+    </message>
+    <message>
+        <source>Door Phone 1</source>
+        <translation>门口机 1</translation>
+    </message>
+    <message>
+        <source>IP Camera 1</source>
+        <translation>网络摄像机 1</translation>
+    </message>
+    <message>
+        <source>LDAP</source>
+        <translation>LDAP</translation>
+    </message>
+    <message>
+        <source>Local Phonebook</source>
+        <translation>本地电话簿</translation>
+    </message>
+    <message>
+        <source>Sunday</source>
+        <translation>星期日</translation>
+    </message>
+    <message>
+        <source>Monday</source>
+        <translation>星期一</translation>
+    </message>
+    <message>
+        <source>Tuesday</source>
+        <translation>星期二</translation>
+    </message>
+    <message>
+        <source>Wednesday</source>
+        <translation>星期三</translation>
+    </message>
+    <message>
+        <source>Thursday</source>
+        <translation>星期四</translation>
+    </message>
+    <message>
+        <source>Friday</source>
+        <translation>星期五</translation>
+    </message>
+    <message>
+        <source>Saturday</source>
+        <translation>星期六</translation>
+    </message>
+    <message>
+        <source>January</source>
+        <translation>1月</translation>
+    </message>
+    <message>
+        <source>February</source>
+        <translation>2月</translation>
+    </message>
+    <message>
+        <source>March</source>
+        <translation>3月</translation>
+    </message>
+    <message>
+        <source>April</source>
+        <translation>4月</translation>
+    </message>
+    <message>
+        <source>May</source>
+        <translation>5月</translation>
+    </message>
+    <message>
+        <source>June</source>
+        <translation>6月</translation>
+    </message>
+    <message>
+        <source>July</source>
+        <translation>7月</translation>
+    </message>
+    <message>
+        <source>August</source>
+        <translation>8月</translation>
+    </message>
+    <message>
+        <source>September</source>
+        <translation>9月</translation>
+    </message>
+    <message>
+        <source>October</source>
+        <translation>10月</translation>
+    </message>
+    <message>
+        <source>November</source>
+        <translation>11月</translation>
+    </message>
+    <message>
+        <source>December</source>
+        <translation>12月</translation>
+    </message>
+    <message>
+        <source>%1, %2 %3</source>
+        <translation>%3%2日 %1</translation>
+    </message>
+    <message>
+        <source>Press OK to dial</source>
+        <translation>按OK键拨号</translation>
+    </message>
+    <message>
+        <source>Video Phone</source>
+        <translation>可视电话</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>线路</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>姓名</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>号码</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>图片</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Contact</source>
+        <translation>联系人</translation>
+    </message>
+    <message>
+        <source>Call</source>
+        <translation>拨打</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>新建</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>编辑</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>时长</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>Name or number</source>
+        <translation>姓名或号码</translation>
+    </message>
+    <message>
+        <source>Delete Contact</source>
+        <translation>删除联系人</translation>
+    </message>
+    <message>
+        <source>Delete this contact?</source>
+        <translation>删除此联系人?</translation>
+    </message>
+    <message>
+        <source>The contact cannot be saved!</source>
+        <translation>无法保存联系人!</translation>
+    </message>
+    <message>
+        <source>The name is empty!</source>
+        <translation>姓名不能为空!</translation>
+    </message>
+    <message>
+        <source>The phone book is empty.</source>
+        <translation>电话簿为空。</translation>
+    </message>
+    <message>
+        <source>The phone book cannot be loaded.</source>
+        <translation>无法加载电话簿。</translation>
+    </message>
+    <message>
+        <source>Remote Phonebook</source>
+        <translation>远程电话簿</translation>
+    </message>
+    <message>
+        <source>There are no calls yet.</source>
+        <translation>暂无通话记录。</translation>
+    </message>
+    <message>
+        <source>Delete all calls?</source>
+        <translation>删除所有通话记录?</translation>
+    </message>
+    <message>
+        <source>The calls cannot be deleted!</source>
+        <translation>无法删除通话记录!</translation>
+    </message>
+    <message>
+        <source>Nothing was found.</source>
+        <translation>未找到结果。</translation>
+    </message>
+    <message>
+        <source>LDAP server is not reachable</source>
+        <translation>无法连接LDAP服务器</translation>
+    </message>
+    <message>
+        <source>Browser</source>
+        <translation>浏览器</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>刷新</translation>
+    </message>
+    <message>
+        <source>Previous</source>
+        <translation>上一页</translation>
+    </message>
+    <message>
+        <source>The page cannot be loaded.</source>
+        <translation>无法加载页面。</translation>
+    </message>
+    <message>
+        <source>This page cannot be shown.</source>
+        <translation>无法显示此页面。</translation>
+    </message>
+    <message>
+        <source>This address cannot be opened.</source>
+        <translation>无法打开此地址。</translation>
+    </message>
+    <message>
+        <source>Calling...</source>
+        <translation>正在呼叫...</translation>
+    </message>
+    <message>
+        <source>Incoming call</source>
+        <translation>来电</translation>
+    </message>
+    <message>
+        <source>In call</source>
+        <translation>通话中</translation>
+    </message>
+    <message>
+        <source>Call ended</source>
+        <translation>通话结束</translation>
+    </message>
+    <message>
+        <source>Busy</source>
+        <translation>占线</translation>
+    </message>
+    <message>
+        <source>The line is not registered</source>
+        <translation>线路未注册</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>静音</translation>
+    </message>
+    <message>
+        <source>Unmute</source>
+        <translation>取消静音</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>已静音</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>音量</translation>
+    </message>
+    <message>
+        <source>Volume -</source>
+        <translation>音量 -</translation>
+    </message>
+    <message>
+        <source>Volume +</source>
+        <translation>音量 +</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>挂断</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,182 @@
+#include "support/file/chAtomicFile.h"
+
+#include "support/file/deviceRoot.h"
+#include "support/file/fileSystemCalls.h"
+#include "support/file/keepAside.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+const int SLOT_COUNT = 16;            // saves of one file at a time
+const size_t NAME_IN_TEMPORARY = 200; // leaves room for what is put around it in a name of 255 bytes
+const mode_t MODE_BITS = 07777;
+const mode_t NEW_FILE_MODE = 0666; // less the process's mask
+
+const fileSystemCalls& sys()
+{
+    return fileGetSystemCalls();
+}
+
+enum class Claim { MINE, LOST, FAILED };
+
+// Locks the open file and looks whether it still is the one of that name: a rival may have taken it
+// for a stale one in between.
+Claim claimFile(int fd, const char* path)
+{
+    struct stat opened, named;
+    if (sys().flock(fd, LOCK_EX | LOCK_NB) != 0)
+        return errno == EWOULDBLOCK ? Claim::LOST : Claim::FAILED;
+    if (sys().fstat(fd, &opened) != 0)
+        return Claim::FAILED;
+    if (sys().lstat(path, &named) != 0)
+        return errno == ENOENT ? Claim::LOST : Claim::FAILED;
+    return opened.st_ino == named.st_ino && opened.st_dev == named.st_dev ? Claim::MINE : Claim::LOST;
+}
+
+} // namespace
+
+int chAtomicFile::Open(const char* path, mode_t mode)
+{
+    Abandon();
+    m_nMode = mode;
+    m_strTarget = devicePathFollow(path).GetText();
+    const size_t slash = m_strTarget.rfind('/');
+    m_strFolder = slash == std::string::npos ? "." : slash == 0 ? "/" : m_strTarget.substr(0, slash);
+    return LookAtTarget() && OpenTemporary();
+}
+
+bool chAtomicFile::LookAtTarget()
+{
+    m_bReplaces = sys().lstat(m_strTarget.c_str(), &m_old) == 0;
+    if (!m_bReplaces)
+        return errno == ENOENT;
+    // A rename would replace a file that is not to be written to, so that is asked before.
+    const bool writable = (m_old.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
+    return S_ISREG(m_old.st_mode) && writable && sys().access(m_strTarget.c_str(), W_OK) == 0;
+}
+
+// The names of temporary files are few and fixed, so those that a killed process leaves behind are
+// found and removed by the next save of the file. A lock tells them from those in use.
+bool chAtomicFile::OpenTemporary()
+{
+    const std::string name = m_strTarget.substr(m_strTarget.rfind('/') + 1, NAME_IN_TEMPORARY);
+    for (int slot = 0; slot < SLOT_COUNT; ++slot) {
+        m_strTemporary = m_strFolder + "/." + name + ".save" + std::to_string(slot);
+        m_nFd = CreateTemporary();
+        if (m_nFd < 0 && errno != EEXIST)
+            return false;
+        if (m_nFd < 0)
+            continue;
+        const Claim claim = claimFile(m_nFd, m_strTemporary.c_str());
+        if (claim == Claim::MINE)
+            return true;
+        if (claim == Claim::FAILED) {
+            Abandon();
+            return false;
+        }
+        sys().close(m_nFd);
+        m_nFd = -1;
+    }
+    return false;
+}
+
+int chAtomicFile::CreateTemporary() const
+{
+    const char* path = m_strTemporary.c_str();
+    const int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
+    const int fd = sys().open(path, flags, m_nMode ? m_nMode : NEW_FILE_MODE);
+    if (fd >= 0 || errno != EEXIST || !RemoveStale())
+        return fd;
+    return sys().open(path, flags, m_nMode ? m_nMode : NEW_FILE_MODE);
+}
+
+// Keeps errno as EEXIST when the file is in use.
+bool chAtomicFile::RemoveStale() const
+{
+    const char* path = m_strTemporary.c_str();
+    const int fd = sys().open(path, O_WRONLY | O_CLOEXEC | O_NOFOLLOW, 0);
+    const bool removed = fd >= 0 && claimFile(fd, path) == Claim::MINE && sys().unlink(path) == 0;
+    if (fd >= 0)
+        sys().close(fd);
+    errno = EEXIST;
+    return removed;
+}
+
+int chAtomicFile::Write(const char* data, size_t size)
+{
+    if (m_nFd < 0)
+        return 0;
+    while (size > 0) {
+        const ssize_t written = sys().write(m_nFd, data, size);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return 0;
+        data += written;
+        size -= size_t(written);
+    }
+    return 1;
+}
+
+int chAtomicFile::Commit()
+{
+    if (m_nFd < 0)
+        return 0;
+    const bool done = TakeOverOwner() && FlushData() && Publish();
+    if (!done) {
+        Abandon();
+        return 0;
+    }
+    sys().close(m_nFd);
+    m_nFd = -1;
+    return 1;
+}
+
+bool chAtomicFile::TakeOverOwner() const
+{
+    if (!m_bReplaces)
+        return true;
+    struct stat made;
+    if (sys().fstat(m_nFd, &made) != 0)
+        return false;
+    // Only the superuser may give a file away; anybody else's save makes the file his own.
+    if (made.st_uid != m_old.st_uid || made.st_gid != m_old.st_gid)
+        if (sys().fchown(m_nFd, m_old.st_uid, m_old.st_gid) != 0 && errno != EPERM)
+            return false;
+    return sys().fchmod(m_nFd, m_nMode ? m_nMode : m_old.st_mode & MODE_BITS) == 0;
+}
+
+// Some file systems tell of a failed write only when a file is closed, so a copy of the descriptor is.
+bool chAtomicFile::FlushData() const
+{
+    if (sys().fsync(m_nFd) != 0)
+        return false;
+    const int copy = sys().dup(m_nFd);
+    return copy >= 0 && sys().close(copy) == 0;
+}
+
+bool chAtomicFile::Publish() const
+{
+    const int folder = sys().open(m_strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    if (folder < 0)
+        return false;
+    const bool renamed = sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;
+    // The new file is in force now and whole; the disk can only be late with its name.
+    if (renamed && sys().fsync(folder) != 0)
+        fileReport(("the folder of " + m_strTarget + " could not be flushed").c_str());
+    sys().close(folder);
+    return renamed;
+}
+
+void chAtomicFile::Abandon()
+{
+    if (m_nFd < 0)
+        return;
+    sys().unlink(m_strTemporary.c_str());
+    sys().close(m_nFd);
+    m_nFd = -1;
+}

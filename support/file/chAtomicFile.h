@@ -1,0 +1,42 @@
+#pragma once
+// A file that takes its place only when it is complete. One thread at a time.
+#include "support/text/nuxExport.h"
+#include <string>
+#include <sys/stat.h>
+
+class NUX_API chAtomicFile
+{
+public:
+    chAtomicFile() = default;
+    ~chAtomicFile() { Abandon(); }
+    chAtomicFile(const chAtomicFile&) = delete;
+    chAtomicFile& operator=(const chAtomicFile&) = delete;
+
+    // path: device path of the file to replace or make; a link is followed. 0 when it could not be
+    // replaced: read-only, no plain file, no folder to make one in.
+    // mode: the file's from its first byte on; 0 keeps the old file's.
+    int Open(const char* path, mode_t mode = 0);
+    // 0 when the bytes cannot all be stored.
+    int Write(const char* data, size_t size);
+    // Puts the file in its place, safe from a loss of power. 0: the old one is as it was. Closes.
+    int Commit();
+    // Leaves the old file as it was and nothing beside it.
+    void Abandon();
+
+private:
+    bool LookAtTarget();
+    bool OpenTemporary();
+    int CreateTemporary() const;
+    bool RemoveStale() const;
+    bool TakeOverOwner() const;
+    bool FlushData() const;
+    bool Publish() const;
+
+    std::string m_strTarget; // machine paths
+    std::string m_strFolder;
+    std::string m_strTemporary;
+    struct stat m_old = {};
+    bool m_bReplaces = false;
+    mode_t m_nMode = 0; // asked for, 0: none
+    int m_nFd = -1;     // holds the lock that says the temporary file is in use
+};

@@ -1,0 +1,169 @@
+#include "support/file/deviceRoot.h"
+
+#include <algorithm>
+#include <atomic>
+#include <limits.h>
+#include <mutex>
+#include <stdlib.h>
+#include <string.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+// Two kinds of link lead out of the root, to a folder of this machine: one in "/storage" stands for a
+// plugged disk, and "/phone" itself for the image of the device, which many roots share.
+bool leadsOut(const std::string& place, const std::string& part)
+{
+    return place == "/storage" || (place.empty() && part == "phone");
+}
+
+// As many links in a row as the kernel follows.
+const int LINK_LIMIT = 40;
+
+std::string normalRoot(const char* folder)
+{
+    std::string root = folder ? folder : "";
+    char here[PATH_MAX];
+    if (!root.empty() && root[0] != '/' && getcwd(here, sizeof(here)))
+        root = std::string(here) + "/" + root;
+    while (!root.empty() && root.back() == '/')
+        root.pop_back();
+    return root;
+}
+
+struct DeviceRoot
+{
+    std::mutex lock;
+    std::string folder = normalRoot(getenv("HX_SYSROOT"));
+    std::atomic<unsigned> number{1};
+};
+
+DeviceRoot& theRoot()
+{
+    static DeviceRoot root;
+    return root;
+}
+
+std::string rootFolder()
+{
+    DeviceRoot& root = theRoot();
+    std::lock_guard<std::mutex> guard(root.lock);
+    return root.folder;
+}
+
+bool climbs(const std::string& path)
+{
+    const std::string closed = path + "/";
+    return closed.find("/../") != std::string::npos;
+}
+
+std::vector<std::string> partsOf(const std::string& path)
+{
+    std::vector<std::string> parts;
+    size_t start = 0;
+    while (start < path.size()) {
+        const size_t end = std::min(path.find('/', start), path.size());
+        if (end > start)
+            parts.push_back(path.substr(start, end - start));
+        start = end + 1;
+    }
+    return parts;
+}
+
+// One part further; ".." at the top leads nowhere.
+void step(std::string& path, const std::string& part)
+{
+    if (part == "..")
+        path.erase(path.empty() ? 0 : path.rfind('/'));
+    else if (part != ".")
+        path += "/" + part;
+}
+
+std::string withoutClimbing(const std::string& path)
+{
+    std::string result;
+    for (const std::string& part : partsOf(path))
+        step(result, part);
+    return result.empty() ? "/" : result;
+}
+
+// The path of parts that stand in reverse; ".." at its top leads nowhere.
+std::string pathOf(const std::vector<std::string>& reversed)
+{
+    std::string path;
+    for (size_t i = reversed.size(); i > 0; --i)
+        step(path, reversed[i - 1]);
+    return path;
+}
+
+std::string mapped(const std::string& root, const std::string& path)
+{
+    if (root.empty() || path.empty() || path[0] != '/')
+        return path;
+    return root + (climbs(path) ? withoutClimbing(path) : path);
+}
+
+// What the link at machinePath names; empty when it is no link.
+std::string linkTarget(const std::string& machinePath)
+{
+    char target[PATH_MAX];
+    const ssize_t length = readlink(machinePath.c_str(), target, sizeof(target));
+    return length > 0 ? std::string(target, size_t(length)) : std::string();
+}
+
+} // namespace
+
+void deviceSetRoot(const char* folder)
+{
+    DeviceRoot& root = theRoot();
+    std::lock_guard<std::mutex> guard(root.lock);
+    root.folder = normalRoot(folder);
+    ++root.number;
+}
+
+unsigned deviceGetRootNumber()
+{
+    return theRoot().number.load(std::memory_order_acquire);
+}
+
+chString deviceGetRoot()
+{
+    return chString(rootFolder().c_str());
+}
+
+chString devicePath(const char* path)
+{
+    return chString(mapped(rootFolder(), path ? path : "").c_str());
+}
+
+chString devicePathFollow(const char* path)
+{
+    const std::string root = rootFolder();
+    const std::string whole = mapped(root, path ? path : "");
+    std::vector<std::string> waiting = partsOf(path ? path : "");
+    if (whole.empty() || whole[0] != '/' || waiting.empty())
+        return chString(whole.c_str());
+    std::reverse(waiting.begin(), waiting.end()); // the next one at the end
+    std::string place;
+    int links = 0;
+    while (!waiting.empty()) {
+        const std::string part = waiting.back();
+        waiting.pop_back();
+        const std::string target = part == ".." ? "" : linkTarget(root + place + "/" + part);
+        if (target.empty()) {
+            step(place, part);
+            continue;
+        }
+        if (++links > LINK_LIMIT)
+            return chString(whole.c_str());
+        if (leadsOut(place, part) && target[0] == '/' && !root.empty())
+            return chString((target + pathOf(waiting)).c_str());
+        if (target[0] == '/')
+            place.clear();
+        const std::vector<std::string> parts = partsOf(target);
+        waiting.insert(waiting.end(), parts.rbegin(), parts.rend());
+    }
+    return chString((root + (place.empty() ? "/" : place)).c_str());
+}

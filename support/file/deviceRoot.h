@@ -1,0 +1,20 @@
+#pragma once
+// The folder that stands for the phone's "/". Empty on a phone. Any thread.
+#include "support/text/chString.h"
+#include "support/text/nuxExport.h"
+
+// A folder of this machine; null, "" and "/" mean none. Until the first call it is the environment's
+// HX_SYSROOT. A relative folder is taken from the working directory at the time of the call.
+NUX_API void deviceSetRoot(const char* folder);
+// Without a slash at its end; empty when there is none.
+NUX_API chString deviceGetRoot();
+// Another number after each call of deviceSetRoot, for whoever keeps mapped paths.
+NUX_API unsigned deviceGetRootNumber();
+
+// The root put before an absolute device path; ".." never leads out of it. A relative path stays as it
+// is, null gives the empty text.
+NUX_API chString devicePath(const char* path);
+// As devicePath, and every link on the way is followed inside the root; links that go round in a circle are
+// not. Two kinds lead to a folder of this machine: a link in "/storage", which stands for a plugged disk, and
+// "/phone" when it is one, which stands for the device image.
+NUX_API chString devicePathFollow(const char* path);

@@ -1,0 +1,136 @@
+#include "support/file/fileTools.h"
+
+#include "support/file/chAtomicFile.h"
+#include "support/file/deviceRoot.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const size_t BLOCK_SIZE = 64 * 1024;
+const long long NS_PER_SECOND = 1000000000;
+
+// A pipe that nobody writes to would hold the caller for ever, so only files and devices are read.
+int openToRead(const char* path, size_t& size)
+{
+    const int fd = open(devicePathFollow(path), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat info;
+    if (fd >= 0 && fstat(fd, &info) == 0 && (S_ISREG(info.st_mode) || S_ISCHR(info.st_mode))) {
+        size = size_t(info.st_size);
+        return fd;
+    }
+    if (fd >= 0)
+        close(fd);
+    return -1;
+}
+
+// Bytes read, 0 at the end of the file, -1 when reading failed.
+ssize_t readSome(int fd, char* buffer, size_t size)
+{
+    ssize_t count;
+    do
+        count = read(fd, buffer, size);
+    while (count < 0 && errno == EINTR);
+    return count;
+}
+
+// The size that the file tells may be wrong, as it is with those of the kernel.
+bool readToEnd(int fd, std::string& data, size_t size, size_t limit)
+{
+    size_t used = 0;
+    size_t room = size + 1;
+    for (;;) {
+        data.resize(used + room);
+        const ssize_t count = readSome(fd, &data[used], room);
+        if (count <= 0) {
+            data.resize(used);
+            return count == 0;
+        }
+        used += size_t(count);
+        if (used > limit)
+            return false;
+        if (used == data.size())
+            room = BLOCK_SIZE;
+        else
+            room = data.size() - used;
+    }
+}
+
+bool copyToEnd(int fd, chAtomicFile& target)
+{
+    std::string block(BLOCK_SIZE, '\0');
+    for (;;) {
+        const ssize_t count = readSome(fd, &block[0], block.size());
+        if (count <= 0)
+            return count == 0;
+        if (!target.Write(block.data(), size_t(count)))
+            return false;
+    }
+}
+
+} // namespace
+
+int fileStat(const char* path, tagFileStat& result)
+{
+    struct stat info;
+    if (stat(devicePathFollow(path), &info) != 0)
+        return 0;
+    result.nSize = info.st_size;
+    result.nModifiedNs = info.st_mtim.tv_sec * NS_PER_SECOND + info.st_mtim.tv_nsec;
+    result.nInode = info.st_ino;
+    return 1;
+}
+
+long long fileSize(const char* path)
+{
+    tagFileStat info;
+    return fileStat(path, info) ? info.nSize : -1;
+}
+
+int fileRemove(const char* path)
+{
+    return unlink(devicePath(path)) == 0;
+}
+
+int fileRename(const char* from, const char* to)
+{
+    return rename(devicePath(from), devicePath(to)) == 0;
+}
+
+int fileCopy(const char* from, const char* to)
+{
+    size_t size = 0;
+    const int fd = openToRead(from, size);
+    if (fd < 0)
+        return 0;
+    chAtomicFile target;
+    const bool copied = target.Open(to) && copyToEnd(fd, target) && target.Commit();
+    close(fd);
+    return copied;
+}
+
+int fileReadWhole(const char* path, std::string& data, size_t limit)
+{
+    data.clear();
+    size_t size = 0;
+    const int fd = openToRead(path, size);
+    if (fd < 0)
+        return 0;
+    const bool whole = size <= limit && readToEnd(fd, data, size, limit);
+    close(fd);
+    if (!whole)
+        data = std::string();
+    return whole;
+}
+
+chString nuxDumpTextFileA(const char* path)
+{
+    std::string text;
+    if (!fileReadWhole(path, text))
+        return chString();
+    return chString(text.data(), int(text.size()));
+}

@@ -1,0 +1,33 @@
+#pragma once
+// Whole files. Paths are device paths; answers are 1 or 0 unless stated. Any thread.
+#include "support/text/chString.h"
+#include "support/text/nuxExport.h"
+#include <string>
+
+// Tells a file that was changed from one that was not.
+struct tagFileStat
+{
+    long long nSize = 0;           // bytes
+    long long nModifiedNs = 0;     // nanoseconds since 1970
+    unsigned long long nInode = 0; // another number means another file under the old name
+    bool operator==(const tagFileStat& other) const
+    {
+        return nSize == other.nSize && nModifiedNs == other.nModifiedNs && nInode == other.nInode;
+    }
+    bool operator!=(const tagFileStat& other) const { return !(*this == other); }
+};
+
+NUX_API int fileStat(const char* path, tagFileStat& stat);
+// Bytes; -1 when there is no such file.
+NUX_API long long fileSize(const char* path);
+// Removes a file or a link, not a folder.
+NUX_API int fileRemove(const char* path);
+// Takes the place of a file of the new name.
+NUX_API int fileRename(const char* from, const char* to);
+// Replaces the target whole or leaves it alone.
+NUX_API int fileCopy(const char* from, const char* to);
+// All bytes of the file. 0 when it cannot be read to its end or holds more than limit bytes; data is
+// then empty.
+NUX_API int fileReadWhole(const char* path, std::string& data, size_t limit = 256u << 20);
+// The text of a file, as it stands; empty when it cannot be read.
+NUX_API chString nuxDumpTextFileA(const char* path);

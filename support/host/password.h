@@ -1,0 +1,23 @@
+#pragma once
+// The password file: users with a salted hash of their password.
+#include "support/host/api.h"
+#include "support/text/chString.h"
+
+class HX_HOST_API filePassword
+{
+public:
+    // Reads the file (a device path); a missing one leaves only "admin" with an empty password.
+    explicit filePassword(const char* path);
+    ~filePassword();
+    filePassword(const filePassword&) = delete;
+    filePassword& operator=(const filePassword&) = delete;
+    // Takes the same time for a right and for a wrong password.
+    int IsRightUserPassword(const char* user, const char* password) const;
+    int SetUserPassword(const char* user, const char* password);
+    // 1 when the file is on the disk, readable by its owner only.
+    int SaveToFile(const char* path) const;
+
+private:
+    struct Private;
+    Private* m_p;
+};

@@ -1,0 +1,31 @@
+#pragma once
+// The screen as a whole: windows in stacking order, touch input, savers, the message lamp.
+// User-interface thread.
+#include "support/host/api.h"
+#include <QList>
+
+class QWidget;
+
+class HX_HOST_API QWSServer
+{
+public:
+    // Visible top-level windows, topmost first.
+    static QList<QWidget*> clientWindows();
+    // Stops and starts the touch input of the window system, for a reader of the raw device.
+    static void closeMouse();
+    static void openMouse();
+    static bool isMouseOpen();
+    static void setCursorVisible(bool visible);
+};
+
+// Clients that suspend the screen saver, by number: 5 a full-screen player, 7 a meeting layout.
+enum SCREEN_SAVERS { SCREEN_SAVERS_PLAYER = 5, SCREEN_SAVERS_MEETING = 7 };
+HX_HOST_API void RegisterScreenSavers(SCREEN_SAVERS client, int flags);
+HX_HOST_API void UnRegisterScreenSavers(SCREEN_SAVERS client, int flags);
+// Restarts the idle count; restart is 1, flags 0.
+HX_HOST_API void ResetScreenSavers(int restart, int flags);
+
+// Reasons to light the message lamp; it is lit while at least one is registered.
+enum SIGNAL_LAMP { SIGNAL_LAMP_OFF = 0, SIGNAL_LAMP_MEETING = 1 };
+HX_HOST_API void RegisterSignalLamp(SIGNAL_LAMP lamp);
+HX_HOST_API void UnRegisterSignalLamp(SIGNAL_LAMP lamp);

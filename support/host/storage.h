@@ -1,0 +1,30 @@
+#pragma once
+// Removable storage and space. User-interface thread unless stated.
+#include "support/container/chArray.h"
+#include "support/host/api.h"
+#include "support/host/message.h"
+#include "support/text/chString.h"
+
+enum STORAGE_TYPE { STORAGE_ANY = 0, STORAGE_USB = 1, STORAGE_SD = 2 };
+
+struct tagStorageInfo
+{
+    int nType = STORAGE_ANY;
+    chString strPath; // mount path, a device path below "/storage"
+    chString strName; // what a person calls it
+};
+
+HX_HOST_API int device_GetStorageCount(STORAGE_TYPE type);
+HX_HOST_API void device_GetStorageArray(chObjArray<tagStorageInfo, true, 4>& storages);
+// DEVICE_MSG_EVENT goes to the processer when the storage at or below path comes, changes or goes.
+HX_HOST_API void device_RegisterNotify(chMsgProcesser* processer, const char* path);
+HX_HOST_API void device_UnRegisterNotify(chMsgProcesser* processer, const char* path);
+
+// Which reserve a file is measured against.
+enum COUNT_ENOUTH_SPACE_INDEX { SPACE_PHONE = 0, SPACE_STORAGE = 1, SPACE_NDECK = 2 };
+// Any thread. Bytes free for files at path (a device path); -1 when it cannot be told.
+HX_HOST_API long long getFreeSpace(const char* path);
+// Bytes that stay free whatever is stored at path.
+HX_HOST_API long long PathReservedSpace(const char* path);
+// 1 when size bytes fit at path with the reserve left free.
+HX_HOST_API int IsEnoughSpace(const char* path, long long size);

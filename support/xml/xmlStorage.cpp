@@ -1,0 +1,217 @@
+#include "support/xml/xmlStorage.h"
+
+#include <algorithm>
+#include <new>
+#include <stdint.h>
+#include <stdlib.h>
+#include <string.h>
+
+namespace {
+
+const size_t FIRST_CHUNK = 2 * 1024; // a menu or a list of the phone fits in a few of these
+const size_t LARGEST_CHUNK = 64 * 1024;
+const size_t FIRST_NAME_TABLE = 64;
+const size_t ALIGNMENT = alignof(xmlElement);
+
+size_t aligned(size_t size)
+{
+    return (size + ALIGNMENT - 1) & ~(ALIGNMENT - 1);
+}
+
+size_t hashOf(std::string_view text)
+{
+    uint64_t hash = text.size();
+    while (text.size() >= sizeof(uint64_t)) {
+        uint64_t word;
+        memcpy(&word, text.data(), sizeof(word));
+        hash = (hash ^ word) * 0x9e3779b97f4a7c15u;
+        hash ^= hash >> 32;
+        text.remove_prefix(sizeof(word));
+    }
+    for (const char letter : text)
+        hash = (hash ^ (unsigned char)letter) * 0x100000001b3u;
+    return size_t(hash ^ (hash >> 29));
+}
+
+} // namespace
+
+xmlStorage::~xmlStorage()
+{
+    for (void* chunk : m_chunks)
+        free(chunk);
+}
+
+void xmlStorage::Reset()
+{
+    for (void* chunk : m_chunks)
+        free(chunk);
+    m_chunks.clear();
+    m_pFree = m_pEnd = nullptr;
+    m_pFreeElements = m_pFreeTextNodes = m_pFreeAttributes = nullptr;
+    m_names.clear();
+    m_nNameCount = 0;
+    m_bOwnTexts = false;
+}
+
+void xmlStorage::NewChunk(size_t size)
+{
+    const size_t usual = std::min(FIRST_CHUNK << std::min(m_chunks.size(), size_t(8)), LARGEST_CHUNK);
+    size = std::max(aligned(size), usual);
+    m_pFree = static_cast<char*>(malloc(size));
+    if (!m_pFree)
+        throw std::bad_alloc();
+    m_pEnd = m_pFree + size;
+    m_chunks.push_back(m_pFree);
+}
+
+void* xmlStorage::TakeBlock(FreeBlock*& list, size_t size)
+{
+    if (list) {
+        void* block = list;
+        list = list->next;
+        return block;
+    }
+    char* start = reinterpret_cast<char*>(aligned(reinterpret_cast<size_t>(m_pFree)));
+    if (!m_pFree || start + size > m_pEnd) {
+        NewChunk(size);
+        start = m_pFree;
+    }
+    m_pFree = start + size;
+    return start;
+}
+
+void xmlStorage::GiveBlock(FreeBlock*& list, void* block)
+{
+    list = new (block) FreeBlock{list};
+}
+
+char* xmlStorage::ReserveText(size_t size)
+{
+    if (!m_pFree || size + 1 > size_t(m_pEnd - m_pFree))
+        NewChunk(size + 1);
+    return m_pFree;
+}
+
+std::string_view xmlStorage::KeepText(size_t size)
+{
+    const std::string_view text(m_pFree, size);
+    m_pFree[size] = '\0';
+    m_pFree += size + 1;
+    return text;
+}
+
+xmlElement* xmlStorage::NewElement(std::string_view name)
+{
+    xmlElement* element = new (TakeBlock(m_pFreeElements, sizeof(xmlElement))) xmlElement(this);
+    SetName(element, name);
+    return element;
+}
+
+xmlTextNode* xmlStorage::NewTextNode(xmlType type)
+{
+    return new (TakeBlock(m_pFreeTextNodes, sizeof(xmlTextNode))) xmlTextNode(type, this);
+}
+
+xmlAttribute* xmlStorage::NewAttribute(xmlElement* element, std::string_view name)
+{
+    xmlAttribute* attribute = new (TakeBlock(m_pFreeAttributes, sizeof(xmlAttribute))) xmlAttribute;
+    const std::string_view kept = Intern(name);
+    attribute->m_pHolder = element;
+    attribute->m_pName = kept.data();
+    attribute->m_nNameLength = int(kept.size());
+    return attribute;
+}
+
+void xmlStorage::SetName(xmlBaseNode* node, std::string_view name)
+{
+    const std::string_view kept = Intern(name);
+    node->m_pName = kept.data();
+    node->m_nNameLength = int(kept.size());
+}
+
+void xmlStorage::SetStored(phraseStringA& value, std::string_view text)
+{
+    value.m_pText = text.data();
+    value.m_nLength = int(text.size());
+    value.m_bNull = false;
+}
+
+void xmlStorage::FreeAttribute(xmlAttribute* attribute)
+{
+    attribute->~xmlAttribute();
+    GiveBlock(m_pFreeAttributes, attribute);
+}
+
+void xmlStorage::FreeNode(xmlBaseNode* node)
+{
+    if (node->GetType() != xmlTypeElement) {
+        xmlTextNode* text = static_cast<xmlTextNode*>(node);
+        text->~xmlTextNode();
+        GiveBlock(m_pFreeTextNodes, text);
+        return;
+    }
+    xmlElement* element = static_cast<xmlElement*>(node);
+    for (xmlAttribute* list : {element->m_pFirstAttribute, element->m_pAsked})
+        while (list) {
+            xmlAttribute* next = list->m_pNext;
+            FreeAttribute(list);
+            list = next;
+        }
+    element->~xmlElement();
+    GiveBlock(m_pFreeElements, element);
+}
+
+// From the leaves up, without recursion: a node that lost its children is a leaf itself.
+void xmlStorage::FreeChildren(xmlBaseNode* parent)
+{
+    xmlBaseNode* node = parent->m_pFirst;
+    while (node) {
+        if (node->m_pFirst) {
+            node = node->m_pFirst;
+            continue;
+        }
+        xmlBaseNode* above = node->m_pParent;
+        xmlBaseNode* next = node->m_pNext;
+        FreeNode(node);
+        above->m_pFirst = next;
+        node = next || above == parent ? next : above;
+    }
+    parent->m_pLast = nullptr;
+}
+
+void xmlStorage::FreeTree(xmlBaseNode* node)
+{
+    FreeChildren(node);
+    FreeNode(node);
+}
+
+size_t xmlStorage::FindSlot(std::string_view text) const
+{
+    size_t slot = hashOf(text) & (m_names.size() - 1);
+    while (m_names[slot].data() && m_names[slot] != text)
+        slot = (slot + 1) & (m_names.size() - 1);
+    return slot;
+}
+
+void xmlStorage::GrowNames()
+{
+    std::vector<std::string_view> old(std::max(FIRST_NAME_TABLE, m_names.size() * 2));
+    old.swap(m_names);
+    for (const std::string_view name : old)
+        if (name.data())
+            m_names[FindSlot(name)] = name;
+}
+
+std::string_view xmlStorage::Intern(std::string_view text)
+{
+    if (2 * (m_nNameCount + 1) > m_names.size())
+        GrowNames();
+    const size_t slot = FindSlot(text);
+    if (!m_names[slot].data()) {
+        char* copy = ReserveText(text.size());
+        std::copy(text.begin(), text.end(), copy);
+        m_names[slot] = KeepText(text.size());
+        ++m_nNameCount;
+    }
+    return m_names[slot];
+}

@@ -1,0 +1,175 @@
+#include "host/desktop/callRecords.h"
+#include "host/services/netWorld.h"
+#include "support/host/clock.h"
+#include "support/host/dialogs.h"
+#include "support/host/phone.h"
+#include "tests/desktop/desktopTest.h"
+#include <QFile>
+#include <QTableWidget>
+
+namespace {
+
+const char* const kFile = "/rundata/data/callHistory.xml";
+const char* const kCalls =
+    "<CallHistory>"
+    "<Call number=\"1002\" name=\"\" line=\"2\" direction=\"out\" start=\"2026-11-21 14:03:59\" "
+    "seconds=\"65\"/>"
+    "<Call number=\"555\" name=\"Doctor\" line=\"1\" direction=\"in\" start=\"2026-11-20 09:30:00\" "
+    "seconds=\"3723\"/>"
+    "<Call number=\"556\" name=\"\" line=\"3\" direction=\"in\" start=\"2026-11-20 08:00:00\" seconds=\"0\"/>"
+    "</CallHistory>";
+
+class CallHistory : public DesktopTest
+{
+protected:
+    void open()
+    {
+        page.show();
+        kit::settle();
+    }
+    void openWithCalls()
+    {
+        const chTime now(2026, 11, 21, 14, 5, 0);
+        netWorldSetClock((now - chTime(0)).GetTotalSeconds());
+        writeFile(kFile, kCalls);
+        open();
+    }
+    dlgCallHistroy page{nullptr, nullptr};
+};
+
+} // namespace
+
+TEST_F(CallHistory, ListsWhoWhenAndHowLong)
+{
+    openWithCalls();
+    EXPECT_EQ(pageTitle(&page), "Call Histroy");
+    EXPECT_EQ(softKeys(&page), "Call||Clear|Back");
+    EXPECT_EQ(headingsOf(&page), "Name,Number,Time,Duration");
+    EXPECT_EQ(rowsOf(&page),
+              "Anna,1002,14:03,1:05|Doctor,555,2026-11-20 09:30,1:02:03|556,556,2026-11-20 08:00,");
+    EXPECT_EQ(listOf(&page)->currentRow(), 0);
+    for (int row = 0; row < 3; ++row)
+        EXPECT_FALSE(listOf(&page)->item(row, 0)->icon().isNull());
+    EXPECT_EQ(cutTexts(&page), "");
+    kit::shot("callHistory");
+}
+
+TEST_F(CallHistory, AnIconTellsHowTheCallWent)
+{
+    tagCallRecord call;
+    EXPECT_TRUE(callRecordPicture(call).endsWith("call_out.png"));
+    call.bIncoming = true;
+    EXPECT_TRUE(callRecordPicture(call).endsWith("call_missed.png"));
+    call.nSeconds = 1;
+    EXPECT_TRUE(callRecordPicture(call).endsWith("call_in.png"));
+}
+
+TEST_F(CallHistory, ADurationHasHoursOnlyWhenItNeedsThem)
+{
+    EXPECT_EQ(durationText(0), "0:00");
+    EXPECT_EQ(durationText(59), "0:59");
+    EXPECT_EQ(durationText(60), "1:00");
+    EXPECT_EQ(durationText(3599), "59:59");
+    EXPECT_EQ(durationText(3600), "1:00:00");
+    EXPECT_EQ(durationText(36061), "10:01:01");
+}
+
+TEST_F(CallHistory, OkCallsAgainOnTheSameLine)
+{
+    openWithCalls();
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(logged("dial"), "1002 1 0");
+}
+
+TEST_F(CallHistory, TheCallKeyAndASecondTapCallTheChosenOne)
+{
+    openWithCalls();
+    tapRow(&page, 2);
+    EXPECT_EQ(logged("dial"), "");
+    tapRow(&page, 2);
+    EXPECT_EQ(logged("dial"), "556 2 0");
+    tapSoftKey(&page, 0);
+    EXPECT_EQ(logged("dial"), "556 2 0|556 2 0");
+}
+
+TEST_F(CallHistory, WithoutCallsItSaysSoAndDoesNothing)
+{
+    open();
+    EXPECT_EQ(noticeOf(&page), "There are no calls yet.");
+    kit::BoxAnswers boxes;
+    kit::key(Qt::Key_Return);
+    tapSoftKey(&page, 0);
+    tapSoftKey(&page, 2);
+    EXPECT_EQ(logged("dial"), "");
+    EXPECT_TRUE(boxes.texts().isEmpty());
+    kit::shot("callHistoryEmpty");
+}
+
+TEST_F(CallHistory, AMissingOrBrokenFileIsAnEmptyHistory)
+{
+    QFile::remove(hostPath(kFile));
+    open();
+    EXPECT_EQ(noticeOf(&page), "There are no calls yet.");
+    page.hide();
+    writeFile(kFile, "<CallHistory><Call");
+    open();
+    EXPECT_EQ(noticeOf(&page), "There are no calls yet.");
+}
+
+TEST_F(CallHistory, ClearAsksFirst)
+{
+    openWithCalls();
+    kit::BoxAnswers boxes({"no", "yes"});
+    tapSoftKey(&page, 2);
+    EXPECT_EQ(boxes.titles(), QStringList("Note"));
+    EXPECT_EQ(boxes.texts(), QStringList("Delete all calls?"));
+    EXPECT_EQ(listOf(&page)->rowCount(), 3);
+    tapSoftKey(&page, 2);
+    EXPECT_EQ(noticeOf(&page), "There are no calls yet.");
+    EXPECT_FALSE(readFile(kFile).contains("<Call "));
+}
+
+TEST_F(CallHistory, CallsThatCannotBeDeletedStay)
+{
+    openWithCalls();
+    makeSavesFail();
+    kit::BoxAnswers boxes({"yes", "ok"});
+    tapSoftKey(&page, 2);
+    EXPECT_EQ(boxes.texts(), QStringList({"Delete all calls?", "The calls cannot be deleted!"}));
+    EXPECT_EQ(listOf(&page)->rowCount(), 3);
+}
+
+TEST_F(CallHistory, ACallMadeMeanwhileIsThereAtTheNextShow)
+{
+    open();
+    page.hide();
+    phone_CallNumber("8001", 0, 0);
+    kit::stepTime(1600);
+    DesktopTest::hangUpAll();
+    ASSERT_TRUE(kit::waitUntil([this] { return readFile(kFile).contains("8001"); }));
+    open();
+    EXPECT_EQ(listOf(&page)->item(0, 0)->text(), "Front desk");
+}
+
+TEST_F(CallHistory, UpAndDownGoRoundAndBackCloses)
+{
+    openWithCalls();
+    kit::key(Qt::Key_Up);
+    EXPECT_EQ(listOf(&page)->currentRow(), 2);
+    kit::key(Qt::Key_Down);
+    EXPECT_EQ(listOf(&page)->currentRow(), 0);
+    tapSoftKey(&page, 3);
+    EXPECT_FALSE(page.isVisible());
+}
+
+TEST_F(CallHistory, NothingIsCutInAnyLanguage)
+{
+    for (const char* language : {"German", "French", "Spanish", "Chinese"}) {
+        page.hide();
+        setLanguage(language);
+        openWithCalls();
+        EXPECT_EQ(cutTexts(&page), "") << language;
+        EXPECT_NE(headingsOf(&page), "Name,Number,Time,Duration") << language;
+        kit::shot(QString("callHistory") + language);
+    }
+}

@@ -1,0 +1,111 @@
+#include "host/desktop/frmCall.h"
+#include "host/services/phoneService.h"
+#include "support/host/phone.h"
+#include "tests/desktop/desktopTest.h"
+#include <QApplication>
+
+namespace {
+
+class CallScreen : public DesktopTest
+{
+protected:
+    CallScreen()
+    {
+        callScreenInstall();
+        below.setGeometry(0, 0, 800, 480);
+        below.show();
+        kit::settle();
+    }
+    // The call screen, if it is what a person sees.
+    static QWidget* screen()
+    {
+        QWidget* top = kit::windows().value(0);
+        return qobject_cast<frmCall*>(top);
+    }
+    static void dial(const char* number)
+    {
+        ASSERT_EQ(phone_CallNumber(number, 0, 0), 1);
+        kit::settle();
+    }
+    static constexpr int kAnswered = 2000; // ms after which the other side has answered
+
+    QWidget below;
+};
+
+} // namespace
+
+TEST_F(CallScreen, ComesWithACallAndShowsWhoAndWhat)
+{
+    dial("4711");
+    ASSERT_NE(screen(), nullptr);
+    EXPECT_NE((labelText(screen(), "labName") + labelText(screen(), "labNumber")).find("4711"),
+              std::string::npos);
+    EXPECT_EQ(labelText(screen(), "labState"), "Calling...");
+    kit::shot("call-calling");
+    kit::stepTime(kAnswered);
+    EXPECT_EQ(labelText(screen(), "labState"), "In call");
+    kit::stepTime(3000);
+    EXPECT_NE(labelText(screen(), "labDuration"), "");
+    kit::shot("call-talking");
+}
+
+TEST_F(CallScreen, EndHangsUpAndTheScreenGoesAMomentLater)
+{
+    dial("4711");
+    tapSoftKey(screen(), 3);
+    EXPECT_TRUE(phoneService::instance().calls().isEmpty());
+    ASSERT_NE(screen(), nullptr);
+    kit::stepTime(1600);
+    EXPECT_EQ(screen(), nullptr);
+    EXPECT_TRUE(below.isActiveWindow());
+}
+
+TEST_F(CallScreen, SoftKeysChangeTheVolumeAndMute)
+{
+    dial("4711");
+    const int before = dev_get_output_volume();
+    tapSoftKey(screen(), 2);
+    EXPECT_GT(dev_get_output_volume(), before);
+    tapSoftKey(screen(), 1);
+    EXPECT_EQ(dev_get_output_volume(), before);
+    tapSoftKey(screen(), 0);
+    EXPECT_EQ(dev_get_output_mute(), 1);
+    tapSoftKey(screen(), 0);
+    EXPECT_EQ(dev_get_output_mute(), 0);
+}
+
+TEST_F(CallScreen, AMuteEndsWithTheCall)
+{
+    dial("4711");
+    tapSoftKey(screen(), 0);
+    tapSoftKey(screen(), 3);
+    kit::stepTime(1600);
+    EXPECT_EQ(dev_get_output_mute(), 0);
+}
+
+TEST_F(CallScreen, DigitsAreTonesWhileTalking)
+{
+    dial("4711");
+    kit::stepTime(kAnswered);
+    kit::padKey('5');
+    EXPECT_NE(logged("tone"), "");
+}
+
+TEST_F(CallScreen, ABusyNumberSaysWhyAndGoes)
+{
+    dial("busy");
+    kit::stepTime(kAnswered);
+    kit::stepTime(3000);
+    EXPECT_EQ(screen(), nullptr);
+}
+
+TEST_F(CallScreen, NothingIsCutInAnyLanguage)
+{
+    for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {
+        setLanguage(language);
+        dial("4711");
+        EXPECT_EQ(cutTexts(screen()), "") << language;
+        hangUpAll();
+        kit::stepTime(2000);
+    }
+}

@@ -1,0 +1,185 @@
+#include "host/desktop/homeButton.h"
+#include "host/desktop/homeClock.h"
+#include "host/desktop/homeStatus.h"
+#include "host/services/netWorld.h"
+#include "host/services/phoneService.h"
+#include "host/services/phoneSimulation.h"
+#include "support/host/clock.h"
+#include "support/host/desktop.h"
+#include "support/host/module.h"
+#include "tests/desktop/desktopTest.h"
+#include <QApplication>
+
+namespace {
+
+QStringList g_opened;
+
+class HomeScreen : public DesktopTest
+{
+protected:
+    HomeScreen()
+    {
+        g_opened.clear();
+        tagModuleEntries entries;
+        entries.openPage = [](const chString& name, QWidget*) { g_opened.append(name.GetText()); };
+        entries.openMenu = [](const chString& file) { g_opened.append(file.GetText()); };
+        entries.cacheWindows = [](int index) {
+            g_opened.append(QString("step%1").arg(index));
+            return index < 8 ? 1 : 0;
+        };
+        hostSetModule(entries);
+        netWorldSetClock(chTime(2026, 11, 21, 14, 5, 0).GetTime());
+        home = frmDesktop::GetInstance();
+        home->ReloadQuickKeys();
+        home->FinishLoading();
+        kit::settle();
+    }
+    QAbstractButton* button(const char* name) { return home->findChild<QAbstractButton*>(name); }
+    homeStatus* status() { return home->findChild<homeStatus*>(); }
+    homeClock* clock() { return home->findChild<homeClock*>(); }
+    static QString focusName() { return QApplication::focusWidget()->objectName(); }
+
+    frmDesktop* home;
+};
+
+} // namespace
+
+TEST_F(HomeScreen, EachTileOpensItsPageOrMenuByFinger)
+{
+    for (const char* tile : {"tileDirectory", "tileCallHistroy", "tileSetting", "tileCallFeature",
+                             "tileApplication", "tileMedia"})
+        kit::tap(button(tile));
+    EXPECT_EQ(g_opened, (QStringList{"Directory", "Call Histroy", "setting.xml", "callfeature.xml",
+                                     "application.xml", "media.xml"}));
+    kit::shot("home");
+}
+
+TEST_F(HomeScreen, AFingerThatSlidesOffATileOpensNothing)
+{
+    kit::press(button("tileSetting")->mapToGlobal(QPoint(20, 20)));
+    kit::moveTo(QPoint(400, 100));
+    kit::release(QPoint(400, 100));
+    EXPECT_TRUE(g_opened.isEmpty());
+}
+
+TEST_F(HomeScreen, ArrowsGoRoundTheRowsAndOkOpens)
+{
+    EXPECT_EQ(focusName(), "tileSetting");
+    kit::key(Qt::Key_Left);
+    kit::key(Qt::Key_Left);
+    EXPECT_EQ(focusName(), "tileDirectory");
+    kit::key(Qt::Key_Left);
+    EXPECT_EQ(focusName(), "tileMedia");
+    kit::key(Qt::Key_Right);
+    EXPECT_EQ(focusName(), "tileDirectory");
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(g_opened, QStringList{"Directory"});
+    kit::key(Qt::Key_Down);
+    EXPECT_EQ(focusName(), "quickKey1");
+    kit::key(Qt::Key_Down);
+    EXPECT_EQ(focusName(), "tileDirectory");
+}
+
+TEST_F(HomeScreen, AQuickKeyDialsItsNumberOnItsLine)
+{
+    writeFile(
+        "/rundata/data/picture-dial.xml",
+        "<picture-dial><icon title=\"Anna\" number=\"1002\" file=\"Home.png\" line=\"2\"/></picture-dial>");
+    desktop_ReLoadPicXmlFile();
+    EXPECT_EQ(button("quickKey1")->text(), "Anna");
+    kit::tap(button("quickKey1"));
+    EXPECT_NE(logged("dial").find("1002 2"), std::string::npos) << logged("dial");
+}
+
+TEST_F(HomeScreen, AFreeQuickKeyOpensThePageThatFillsIt)
+{
+    writeFile("/rundata/data/picture-dial.xml", "<picture-dial/>");
+    desktop_ReLoadPicXmlFile();
+    EXPECT_EQ(button("quickKey6")->text(), "");
+    kit::tap(button("quickKey6"));
+    EXPECT_EQ(g_opened, QStringList{"Picture-dial Setting"});
+}
+
+TEST_F(HomeScreen, ABrokenQuickKeyFileLeavesAllKeysFree)
+{
+    writeFile("/rundata/data/picture-dial.xml", "<picture-dial><icon title=");
+    desktop_ReLoadPicXmlFile();
+    for (int key = 1; key <= 6; ++key)
+        EXPECT_EQ(button(qPrintable(QString("quickKey%1").arg(key)))->text(), "");
+}
+
+TEST_F(HomeScreen, ANumberTypedHereIsDialled)
+{
+    for (const char digit : {'4', '7', '1', '*', '#', '9'})
+        kit::padKey(digit);
+    EXPECT_EQ(clock()->number(), "471*#9");
+    kit::shot("home-dialling");
+    kit::key(Qt::Key_Backspace);
+    kit::key(Qt::Key_Return);
+    EXPECT_NE(logged("dial").find("471*#"), std::string::npos) << logged("dial");
+    EXPECT_EQ(clock()->number(), "");
+    EXPECT_TRUE(g_opened.isEmpty());
+}
+
+TEST_F(HomeScreen, EscapeDropsTheNumber)
+{
+    kit::padKey('4');
+    kit::key(Qt::Key_Escape);
+    EXPECT_EQ(clock()->number(), "");
+    EXPECT_EQ(logged("dial"), "");
+}
+
+TEST_F(HomeScreen, LinesAreShownLive)
+{
+    EXPECT_EQ(status()->lineText(1), "1002");
+    EXPECT_TRUE(status()->isLineOn(1));
+    tagLineSetting line;
+    line.state = LINE_REGISTER_FAILED;
+    line.user = "2222";
+    phoneSimulation::instance()->setLine(1, line);
+    kit::settle();
+    EXPECT_EQ(status()->lineText(1), "2222");
+    EXPECT_FALSE(status()->isLineOn(1));
+    line.user = "";
+    phoneSimulation::instance()->setLine(1, line);
+    kit::settle();
+    EXPECT_EQ(status()->lineText(1), "Line 2");
+}
+
+TEST_F(HomeScreen, TheClockMovesWithTheMinute)
+{
+    const QImage before = home->grab().toImage();
+    kit::stepTime(61000);
+    const QImage after = home->grab().toImage();
+    const QRect clockArea(40, 68, 400, 100);
+    EXPECT_NE(before.copy(clockArea), after.copy(clockArea));
+    const QRect tiles(0, 210, 800, 140);
+    EXPECT_EQ(before.copy(tiles), after.copy(tiles));
+}
+
+TEST_F(HomeScreen, AMissingWallpaperFallsBackToTheOneOfThePhone)
+{
+    desktop_SetWallPaper(nullptr);
+    const QImage usual = home->grab().toImage();
+    desktop_SetWallPaper("/rundata/media/wallpaper/gone.jpg");
+    EXPECT_EQ(home->grab().toImage(), usual);
+    desktop_SetWallPaper("/phone/resource/theme/default/bmp/general/gen_setting_bg.jpg");
+    EXPECT_NE(home->grab().toImage(), usual);
+}
+
+TEST_F(HomeScreen, TheLoadingScreenShowsEachStep)
+{
+    frmLoading loading;
+    loading.show();
+    kit::settle();
+    const QImage first = loading.grab().toImage();
+    loading.setText("Loading Setting Module");
+    EXPECT_EQ(loading.text(), "Loading Setting Module");
+    const QImage second = loading.grab().toImage();
+    EXPECT_NE(first, second);
+    const QRect textArea(100, 348, 600, 32);
+    EXPECT_NE(first.copy(textArea), second.copy(textArea)) << "the step is named";
+    loading.setText("Loading Setting Module");
+    EXPECT_NE(loading.grab().toImage(), second) << "the bar moves on with each step";
+    kit::shot("loading");
+}

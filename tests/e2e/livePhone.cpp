@@ -1,0 +1,175 @@
+#include "tests/e2e/livePhone.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QThread>
+
+namespace {
+
+const char* const kImage = HX_BUILD_DIR "/rootfs";
+
+QString bin(const char* name)
+{
+    return QString(HX_BUILD_DIR "/bin/") + name;
+}
+
+void copyFactory(const QString& root)
+{
+    QFile::link(QString(kImage) + "/phone", root + "/phone");
+    QDirIterator files(QString(kImage) + "/rundata", QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString source = files.next();
+        const QString target = root + source.mid(int(qstrlen(kImage)));
+        QDir().mkpath(QFileInfo(target).path());
+        QFile::copy(source, target);
+        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
+    }
+    QDir(root).mkpath("rundata/run");
+    QDir(root).mkpath("storage");
+}
+
+QJsonValue parse(const QByteArray& line)
+{
+    const QJsonDocument wrapped = QJsonDocument::fromJson('[' + line.trimmed() + ']');
+    return wrapped.array().isEmpty() ? QJsonValue() : wrapped.array().first();
+}
+
+} // namespace
+
+void LivePhone::SetUp()
+{
+    ASSERT_TRUE(m_root.isValid());
+    copyFactory(root());
+    start();
+}
+
+void LivePhone::TearDown()
+{
+    if (m_phone.state() != QProcess::NotRunning)
+        quit();
+}
+
+void LivePhone::start()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    environment.insert("QT_SCALE_FACTOR", "1");
+    m_phone.setProcessEnvironment(environment);
+    m_phone.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_phone.start(bin("hxPhone"), {"--sysroot", root(), "--control", root() + "/control"});
+    ASSERT_TRUE(m_phone.waitForStarted());
+    // The socket is there once the phone listens; until then hxctl says that there is no phone.
+    for (int attempt = 0; attempt < 400 && !QFile::exists(root() + "/control"); ++attempt)
+        QThread::msleep(25);
+    waitPage("frmDesktop");
+    waitIdle();
+}
+
+void LivePhone::quit()
+{
+    ctl({"quit"});
+    waitForEnd();
+}
+
+void LivePhone::waitForEnd()
+{
+    ASSERT_TRUE(m_phone.waitForFinished(10000));
+    EXPECT_EQ(m_phone.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(m_phone.exitCode(), 0);
+}
+
+void LivePhone::kill()
+{
+    m_phone.kill();
+    m_phone.waitForFinished(5000);
+}
+
+QJsonValue LivePhone::ctl(const QStringList& command, int expectedExit)
+{
+    QProcess process;
+    process.start(bin("hxctl"), QStringList{"-s", root() + "/control"} + command);
+    EXPECT_TRUE(process.waitForFinished(60000)) << qPrintable(command.join(' '));
+    const QByteArray output = process.readAllStandardOutput();
+    EXPECT_EQ(process.exitCode(), expectedExit) << qPrintable(command.join(' ')) << ": " << output.constData()
+                                                << process.readAllStandardError().constData();
+    return parse(output);
+}
+
+QJsonObject LivePhone::topWindow()
+{
+    return ctl({"tree"}).toObject()["windows"].toArray().first().toObject();
+}
+
+QJsonObject LivePhone::widget(const QString& name)
+{
+    for (const QJsonValue& entry : topWindow()["widgets"].toArray()) {
+        if (entry.toObject()["name"] == name)
+            return entry.toObject();
+    }
+    ADD_FAILURE() << "no widget " << qPrintable(name);
+    return {};
+}
+
+QJsonObject LivePhone::focusWidget()
+{
+    for (const QJsonValue& entry : topWindow()["widgets"].toArray()) {
+        if (entry.toObject()["focus"].toBool())
+            return entry.toObject();
+    }
+    return {};
+}
+
+void LivePhone::tap(int x, int y)
+{
+    ctl({"touch", QString::number(x), QString::number(y)});
+    waitIdle();
+}
+
+void LivePhone::tap(const QString& widgetName)
+{
+    const QJsonObject at = widget(widgetName);
+    tap(at["x"].toInt() + at["w"].toInt() / 2, at["y"].toInt() + at["h"].toInt() / 2);
+}
+
+void LivePhone::softKey(int index)
+{
+    tap(100 + 200 * index, 460);
+}
+
+void LivePhone::key(const QString& name, int times)
+{
+    for (int i = 0; i < times; ++i)
+        ctl({"key", name});
+    waitIdle();
+}
+
+void LivePhone::pad(const QString& digits)
+{
+    for (const QChar digit : digits)
+        ctl({"key", QString(digit)});
+    waitIdle();
+}
+
+QString LivePhone::config(const QString& file, const QString& section, const QString& name)
+{
+    return ctl({"config", file, section, name}).toString();
+}
+
+QStringList LivePhone::logOf(const QString& kind)
+{
+    QStringList texts;
+    for (const QJsonValue& entry : ctl({"log"}).toObject()["log"].toArray()) {
+        if (entry.toObject()["kind"] == kind)
+            texts.append(entry.toObject()["text"].toString());
+    }
+    return texts;
+}
+
+void LivePhone::shot(const QString& name)
+{
+    QDir().mkpath(HX_BUILD_DIR "/shots");
+    ctl({"shot", QString(HX_BUILD_DIR "/shots/%1.png").arg(name)});
+}

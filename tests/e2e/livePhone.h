@@ -1,0 +1,47 @@
+#pragma once
+// A built phone in a process of its own, driven through hxctl alone.
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+class LivePhone : public ::testing::Test
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // The command's value; fails the test when hxctl does not exit with expectedExit.
+    QJsonValue ctl(const QStringList& command, int expectedExit = 0);
+    void start();
+    void quit();
+    void kill();
+    // The phone ends by itself, cleanly.
+    void waitForEnd();
+
+    void waitPage(const QString& className) { ctl({"wait", "page", className, "20000"}); }
+    void waitIdle() { ctl({"wait", "idle", "10000"}); }
+    // The topmost window, and one of its widgets by object name.
+    QJsonObject topWindow();
+    QJsonObject widget(const QString& name);
+    QJsonObject focusWidget();
+    void tap(int x, int y);
+    void tap(const QString& widgetName);
+    void softKey(int index);
+    void key(const QString& name, int times = 1);
+    // Digits, "*" and "#" on the phone's own pad.
+    void pad(const QString& digits);
+    QString config(const QString& file, const QString& section, const QString& name);
+    QStringList logOf(const QString& kind);
+    // The screen into shots/NAME.png of the build folder.
+    void shot(const QString& name);
+
+    QString root() const { return m_root.path(); }
+    qint64 pid() const { return m_phone.processId(); }
+
+private:
+    QTemporaryDir m_root;
+    QProcess m_phone;
+};

@@ -1,0 +1,80 @@
+// What the built module shows to the world.
+#include <QDirIterator>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStringList>
+#include <gtest/gtest.h>
+
+namespace {
+
+QStringList exportedSymbols()
+{
+    QProcess nm;
+    nm.start("nm", {"-D", "--defined-only", "-C", HX_BUILD_DIR "/lib/libhxSetting.so"});
+    EXPECT_TRUE(nm.waitForFinished());
+    QStringList names;
+    for (const QString& line : QString::fromUtf8(nm.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts))
+        names.append(line.section(' ', 2));
+    names.sort();
+    return names;
+}
+
+// Every class that a room of the module makes known.
+QStringList pageClasses()
+{
+    static const QRegularExpression line("^HX_PAGE\\((\\w+)\\);$", QRegularExpression::MultilineOption);
+    QStringList pages;
+    for (const char* room : {"frame", "settings", "media", "signage", "applets", "calibration"}) {
+        QDirIterator files(QString(HX_SOURCE_DIR "/") + room, {"*.cpp"}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            for (auto match = line.globalMatch(QString::fromUtf8(file.readAll())); match.hasNext();)
+                pages.append(match.next().captured(1));
+        }
+    }
+    return pages;
+}
+
+const char* const kText = "NUX_StringHelper::chReferenceStringT<char>";
+
+QStringList entryPoints()
+{
+    const QString text = kText;
+    QStringList names = {
+        "GetDateTime()",
+        "RefreshOpenXml(" + text + " const&)",
+        "getIconView()",
+        "onRefreshIconView()",
+        "settingCacheWindows(int)",
+        "settingDialNum(qDialNumberItem*, QWidget*)",
+        "settingIpCamera(IPCameraIconViewItem*, QWidget*)",
+        "settingIpCamera_DoorPhone(QString const&, QString const&, QWidget*)",
+        "settingOpenFrame(" + text + " const&)",
+        "settingOpenPage(" + text + " const&, QWidget*)",
+        "settingOpenPage(" + text + " const&, tagLeftBarInfo, QWidget*)",
+        "settingOpenPage(int, " + text + ", " + text + ", QWidget*)",
+        "settingOpenXml(" + text + " const&)",
+    };
+    for (const QString& page : pageClasses())
+        names.append(QString("%1* PopupDialog<%1>(tagLeftBarInfo*, int, int, int)").arg(page));
+    names.sort();
+    return names;
+}
+
+} // namespace
+
+TEST(Exports, AreTheEntryPointsAndThePagesOfAllRooms)
+{
+    EXPECT_EQ(exportedSymbols().join("\n").toStdString(), entryPoints().join("\n").toStdString());
+}
+
+TEST(Exports, HoldThePagesThatThisPhoneHas)
+{
+    const QStringList pages = pageClasses();
+    for (const char* page : {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook",
+                             "dlgLDAP", "dlgWan", "dlgAccount_Setting_Btn"})
+        EXPECT_TRUE(pages.contains(page)) << page;
+}

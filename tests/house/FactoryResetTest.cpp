@@ -1,0 +1,82 @@
+// The script that puts a phone back to how it left the factory.
+#include "tests/house/sourceTree.h"
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+class FactoryReset : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        write("/phone/factory/rundata/config/user/user.ini", "[Volume]\nnRing=20\n");
+        write("/phone/factory/rundata/data/dsskey.xml", "<DssKey/>");
+        QDir().mkpath(path("/phone/factory/rundata/media/ring"));
+        write("/rundata/config/user/user.ini", "[Volume]\nnRing=90\n");
+        write("/rundata/data/mine.xml", "<Mine/>");
+        write("/rundata/.hidden", "x");
+    }
+    QString path(const QString& devicePath) const { return m_root.path() + devicePath; }
+    void write(const QString& devicePath, const QByteArray& content)
+    {
+        QDir().mkpath(QFileInfo(path(devicePath)).path());
+        QFile file(path(devicePath));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    int run() const
+    {
+        QProcess script;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("HX_SYSROOT", m_root.path());
+        script.setProcessEnvironment(environment);
+        script.start("/bin/sh", {sourcePath("rootfs/scripts/factory.sh")});
+        script.waitForFinished();
+        return script.exitCode();
+    }
+    std::string read(const QString& devicePath) const { return readText(path(devicePath)).toStdString(); }
+
+    QTemporaryDir m_root;
+};
+
+} // namespace
+
+TEST_F(FactoryReset, SettingsAndDataComeBackAndNothingOfTheUserStays)
+{
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(read("/rundata/config/user/user.ini"), "[Volume]\nnRing=20\n");
+    EXPECT_EQ(read("/rundata/data/dsskey.xml"), "<DssKey/>");
+    EXPECT_TRUE(QFileInfo(path("/rundata/media/ring")).isDir());
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/data/mine.xml")));
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/.hidden")));
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/.factory")));
+}
+
+TEST_F(FactoryReset, APhoneWithoutAPristineCopyKeepsItsData)
+{
+    ASSERT_TRUE(QDir(path("/phone/factory")).removeRecursively());
+    EXPECT_NE(run(), 0);
+    EXPECT_EQ(read("/rundata/config/user/user.ini"), "[Volume]\nnRing=90\n");
+    EXPECT_EQ(read("/rundata/data/mine.xml"), "<Mine/>");
+}
+
+TEST_F(FactoryReset, ARunThatWasCutShortIsMadeGoodByTheNext)
+{
+    write("/rundata/.factory/data/dsskey.xml", "<Torn");
+    write("/rundata/.factory/stale.xml", "<Stale/>");
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(read("/rundata/data/dsskey.xml"), "<DssKey/>");
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/stale.xml")));
+}
+
+TEST_F(FactoryReset, APhoneThatLostAllItsDataIsFilled)
+{
+    ASSERT_TRUE(QDir(path("/rundata")).removeRecursively());
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(read("/rundata/config/user/user.ini"), "[Volume]\nnRing=20\n");
+}

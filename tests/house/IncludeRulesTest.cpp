@@ -1,0 +1,273 @@
+// The rules of the house that can be read from the source: who may include whom, who may touch files,
+// and that a class lives in the files that have its name.
+#include "tests/house/sourceTree.h"
+#include <QFileInfo>
+#include <QMap>
+#include <QRegularExpression>
+#include <QSet>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QStringList LibraryRooms = {"support/text", "support/container", "support/xml", "support/file"};
+
+const QStringList ModuleRooms = {"frame", "settings/system", "settings/call", "settings/personal",
+                                 "media", "signage",         "applets",       "calibration"};
+
+// What a room may include besides the library, the contract and itself.
+const QMap<QString, QStringList> AllowedRooms = {
+    {"frame", {}},
+    {"settings/system", {"frame"}},
+    {"settings/call", {"frame", "media"}},
+    {"settings/personal", {"frame", "media", "signage"}},
+    {"media", {"frame"}},
+    {"signage", {"frame", "media"}},
+    {"applets", {"frame", "signage"}},
+    {"calibration", {"frame"}},
+    {"host/services", {}},
+    {"host/widgets", {"host/services"}},
+    {"host/desktop", {"host/services", "host/widgets"}},
+    {"host/web", {"host/services", "host/widgets"}},
+    {"host/control", {"host/services", "host/widgets", "host/desktop"}},
+    {"players", {}},
+};
+
+struct Include
+{
+    QString path;
+    int line;
+};
+
+QVector<Include> includesOf(const SourceFile& file)
+{
+    static const QRegularExpression include("^\\s*#\\s*include\\s*\"([^\"]+)\"");
+    QVector<Include> includes;
+    const QStringList lines = withoutComments(file.text).split('\n');
+    for (int i = 0; i < lines.size(); ++i) {
+        const QRegularExpressionMatch match = include.match(lines[i]);
+        if (match.hasMatch())
+            includes.append({match.captured(1), i + 1});
+    }
+    return includes;
+}
+
+bool isBelow(const QString& path, const QString& room)
+{
+    return path.startsWith(room + "/");
+}
+
+bool isBelowAny(const QString& path, const QStringList& rooms)
+{
+    for (const QString& room : rooms) {
+        if (isBelow(path, room))
+            return true;
+    }
+    return false;
+}
+
+// What the build makes beside the sources.
+bool isGenerated(const QString& include)
+{
+    static const QRegularExpression generated("^(ui_\\w+\\.h|moc_\\w+\\.cpp|\\w+\\.moc)$");
+    return generated.match(include).hasMatch();
+}
+
+QVector<SourceFile> phoneCode()
+{
+    return sourceFiles(phoneRooms(), {".cpp", ".h"});
+}
+
+std::string place(const SourceFile& file, int line)
+{
+    return file.path.toStdString() + ":" + std::to_string(line);
+}
+
+// Runs check(file, include) on every include of a room's files that the build does not make.
+template <typename Check>
+void forEachInclude(const QStringList& rooms, Check check)
+{
+    for (const SourceFile& file : sourceFiles(rooms, {".cpp", ".h"})) {
+        for (const Include& include : includesOf(file)) {
+            if (!isGenerated(include.path))
+                check(file, include);
+        }
+    }
+}
+
+bool mayTouchFiles(const SourceFile& file)
+{
+    return isBelow(file.path, "support/file") || isBelow(file.path, "host");
+}
+
+// A function of the file's own may have any name.
+bool declares(const QString& code, const QString& call)
+{
+    if (call.contains("::"))
+        return false;
+    const QString name = QString(call).remove(QRegularExpression("[^\\w]"));
+    const QRegularExpression declaration("\\b(?!return|else|throw)\\w+[\\s*&]+" + name + "\\s*\\(");
+    return declaration.match(code).hasMatch();
+}
+
+void expectNowhere(const QVector<SourceFile>& files, const QRegularExpression& pattern)
+{
+    for (const SourceFile& file : files) {
+        const QString code = bareCode(file.text);
+        for (auto it = pattern.globalMatch(code); it.hasNext();) {
+            const QRegularExpressionMatch match = it.next();
+            const int line = int(code.left(match.capturedStart()).count('\n')) + 1;
+            if (!declares(code, match.captured()))
+                ADD_FAILURE() << place(file, line) << " has " << match.captured().toStdString();
+        }
+    }
+}
+
+QVector<SourceFile> filesWithoutTheFileSystem()
+{
+    QVector<SourceFile> files;
+    for (const SourceFile& file : phoneCode()) {
+        if (!mayTouchFiles(file))
+            files.append(file);
+    }
+    return files;
+}
+
+} // namespace
+
+TEST(IncludeRules, EveryIncludeIsWrittenFromTheRoot)
+{
+    forEachInclude(phoneRooms() + QStringList{"tools", "tests", "bench", "fuzz"},
+                   [](const SourceFile& file, const Include& include) {
+                       EXPECT_TRUE(QFileInfo(sourcePath(include.path)).isFile())
+                           << place(file, include.line) << " includes " << qPrintable(include.path);
+                   });
+}
+
+TEST(IncludeRules, TheLibraryIncludesOnlyTheLibrary)
+{
+    forEachInclude(LibraryRooms, [](const SourceFile& file, const Include& include) {
+        EXPECT_TRUE(isBelowAny(include.path, LibraryRooms))
+            << place(file, include.line) << " includes " << qPrintable(include.path);
+    });
+}
+
+TEST(IncludeRules, TheContractIncludesOnlyTheSupportRooms)
+{
+    forEachInclude({"support/host"}, [](const SourceFile& file, const Include& include) {
+        EXPECT_TRUE(isBelow(include.path, "support"))
+            << place(file, include.line) << " includes " << qPrintable(include.path);
+    });
+}
+
+TEST(IncludeRules, TheModuleNeverIncludesTheHost)
+{
+    forEachInclude(moduleRooms(), [](const SourceFile& file, const Include& include) {
+        EXPECT_FALSE(isBelow(include.path, "host"))
+            << place(file, include.line) << " includes " << qPrintable(include.path);
+    });
+}
+
+TEST(IncludeRules, OnlyTheProgramItselfJoinsHostAndModule)
+{
+    forEachInclude({"host"}, [](const SourceFile& file, const Include& include) {
+        if (file.path != "host/main.cpp") {
+            EXPECT_FALSE(isBelowAny(include.path, ModuleRooms))
+                << place(file, include.line) << " includes " << qPrintable(include.path);
+        }
+    });
+}
+
+TEST(IncludeRules, ARoomIncludesOnlyTheRoomsItIsBuiltOn)
+{
+    for (auto room = AllowedRooms.begin(); room != AllowedRooms.end(); ++room) {
+        const QStringList allowed = *room + QStringList{room.key(), "support"};
+        forEachInclude({room.key()}, [&](const SourceFile& file, const Include& include) {
+            EXPECT_TRUE(isBelowAny(include.path, allowed))
+                << place(file, include.line) << " includes " << qPrintable(include.path);
+        });
+    }
+}
+
+TEST(IncludeRules, EveryFolderOfThePhoneIsARoomWithRules)
+{
+    for (const SourceFile& file : phoneCode()) {
+        const bool known = AllowedRooms.contains(file.folder()) || isBelow(file.path, "support") ||
+                           isBelow(file.path, "players") || file.path == "host/main.cpp";
+        EXPECT_TRUE(known) << qPrintable(file.path);
+    }
+}
+
+TEST(IncludeRules, OnlyTheFileRoomAndTheHostCallTheFileSystem)
+{
+    static const QRegularExpression plain(
+        "(?<![\\w.>:])(?:std::|::)?(?:fopen|freopen|tmpfile|unlink|rename|rmdir|mkdir|opendir|chmod|symlink|"
+        "system|popen|fork|vfork|execl|execlp|execle|execv|execvp|execve|posix_spawnp?)\\s*\\(");
+    static const QRegularExpression scoped(
+        "(?<![\\w>])(?:std)?::(?:open|creat|stat|lstat|remove|access)\\s*\\(");
+    expectNowhere(filesWithoutTheFileSystem(), plain);
+    expectNowhere(filesWithoutTheFileSystem(), scoped);
+}
+
+TEST(IncludeRules, OnlyTheFileRoomAndTheHostUseFileAndProcessClasses)
+{
+    static const QRegularExpression classes(
+        "\\b(?:QFile|QDir|QFileInfo|QSaveFile|QTemporaryFile|QTemporaryDir|QDirIterator|QFileSystemWatcher|"
+        "QStandardPaths|QSettings|QProcess|QLockFile|QStorageInfo)\\b|\\bstd::(?:filesystem|[io]?fstream)"
+        "\\b");
+    static const QRegularExpression headers(
+        "#\\s*include\\s*<(?:filesystem|fstream|dirent\\.h|fcntl\\.h|sys/stat\\.h|unistd\\.h|spawn\\.h)>");
+    expectNowhere(filesWithoutTheFileSystem(), classes);
+    expectNowhere(filesWithoutTheFileSystem(), headers);
+}
+
+// The module makes some of the host's dialogs itself, so their classes stand in a contract header.
+static bool isInTheContract(const QString& dialog)
+{
+    for (const SourceFile& header : sourceFiles({"support/host"}, {".h"})) {
+        if (header.text.contains("class HX_HOST_API " + dialog + " :"))
+            return true;
+    }
+    return false;
+}
+
+TEST(IncludeRules, AFormHasTheClassAndTheFilesOfItsName)
+{
+    for (const SourceFile& form : sourceFiles(phoneRooms(), {".ui"})) {
+        static const QRegularExpression named("<class>(\\w+)</class>");
+        EXPECT_EQ(named.match(form.text).captured(1).toStdString(), form.baseName().toStdString());
+        const QString name = form.folder() + "/" + form.baseName();
+        EXPECT_TRUE(QFileInfo(sourcePath(name + ".cpp")).isFile()) << qPrintable(name);
+        EXPECT_TRUE(QFileInfo(sourcePath(name + ".h")).isFile() || isInTheContract(form.baseName()))
+            << qPrintable(name);
+    }
+}
+
+TEST(IncludeRules, ADialogIsDeclaredInTheHeaderOfItsName)
+{
+    static const QRegularExpression dialog("\\bclass\\s+(?:HX_\\w+\\s+)?((?:dlg|subDlg)\\w+)[^;{(]*\\{");
+    for (const SourceFile& file : sourceFiles(moduleRooms(), {".h"})) {
+        const QString code = bareCode(file.text);
+        for (auto it = dialog.globalMatch(code); it.hasNext();)
+            EXPECT_EQ(it.next().captured(1).toStdString(), file.baseName().toStdString())
+                << qPrintable(file.path);
+    }
+}
+
+TEST(IncludeRules, AHeaderIsReadOnceAndIncludesNoClassTwice)
+{
+    for (const SourceFile& file : phoneCode()) {
+        const bool guarded = !file.path.endsWith(".h") || file.text.startsWith("#pragma once\n");
+        EXPECT_TRUE(guarded) << qPrintable(file.path);
+        QSet<QString> seen;
+        for (const Include& include : includesOf(file)) {
+            EXPECT_FALSE(seen.contains(include.path)) << place(file, include.line);
+            seen.insert(include.path);
+        }
+    }
+}
+
+TEST(IncludeRules, NoFileIsLongerThanSevenHundredLines)
+{
+    for (const SourceFile& file : sourceFiles(phoneRooms() + QStringList{"tools", "tests"}, {".cpp", ".h"}))
+        EXPECT_LT(file.text.count('\n'), 700) << qPrintable(file.path);
+}

@@ -1,0 +1,25 @@
+// GUI tests see the phone's own fonts and style.
+#include "host/widgets/look.h"
+#include "support/file/deviceRoot.h"
+#include "tests/kit/phoneTest.h"
+#include <QApplication>
+
+namespace {
+
+void prepareFonts()
+{
+    deviceSetRoot(HX_BUILD_DIR "/rootfs");
+    hostPrepareFonts();
+}
+
+void applyLook()
+{
+    hostApplyLook(*static_cast<QApplication*>(QCoreApplication::instance()));
+}
+
+const bool registered = [] {
+    kit::guiHooks() = {prepareFonts, applyLook};
+    return true;
+}();
+
+} // namespace

@@ -1,0 +1,4 @@
+#pragma once
+namespace kit {
+void moveClocks(long long ms);
+}

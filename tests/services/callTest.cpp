@@ -1,0 +1,389 @@
+// Calls of the simulated phone, their history, and the loudspeaker.
+#include "host/services/hostLog.h"
+#include "host/services/phoneService.h"
+#include "host/services/phoneSimulation.h"
+#include "host/services/soundOutput.h"
+#include "support/host/net.h"
+#include "support/host/phone.h"
+#include "support/xml/xmlFile.h"
+#include "tests/kit/phoneTest.h"
+#include <QStringList>
+#include <memory>
+
+namespace {
+
+const char* const kHistory = "/rundata/data/callHistory.xml";
+
+QStringList logged(int from, const char* kind)
+{
+    QStringList texts;
+    for (const tagLogEntry& entry : hostLogFrom(from)) {
+        if (entry.strKind == QLatin1String(kind))
+            texts.append(entry.strText);
+    }
+    return texts;
+}
+
+class Calls : public PhoneTest
+{
+protected:
+    Calls()
+    {
+        phoneService::instance().setBackend(std::make_unique<phoneSimulation>());
+        listener =
+            phoneService::instance().addCallListener([this](const tagCall& call) { heard.append(call); });
+        setLine(1, LINE_DEFAULT_ACCOUNT);
+        setLine(2, LINE_REGISTERED);
+        const QList<tagLogEntry> log = hostLogFrom(1);
+        logStart = log.isEmpty() ? 1 : log.last().nNumber + 1;
+    }
+    // The history is written on another thread; the device root is not taken away under it.
+    ~Calls() override
+    {
+        int ended = 0;
+        for (const tagCall& call : heard)
+            ended += call.eState == CALL_ENDED;
+        EXPECT_GE(history("number", ended + m_nOldCalls).size(), ended);
+        phoneService::instance().removeCallListener(listener);
+        phoneService::instance().setBackend(nullptr);
+    }
+
+    static void setLine(int index, LINE_STATE state)
+    {
+        tagLineSetting setting;
+        setting.state = state;
+        phoneSimulation::instance()->setLine(index, setting);
+    }
+    static QList<tagCall> calls() { return phoneService::instance().calls(); }
+    QList<int> heardStates() const
+    {
+        QList<int> states;
+        for (const tagCall& call : heard)
+            states.append(call.eState);
+        return states;
+    }
+    // The attribute of each call of the history, newest first, when it holds as many.
+    QStringList history(const char* attribute, int count)
+    {
+        QStringList values;
+        kit::waitUntil([&] {
+            values.clear();
+            xmlFile file(hostHistory());
+            const xmlElement* list = xmlFindElementFromRoot(&file, "CallHistory");
+            xmlElement* call = list ? list->FindChildElement("Call") : nullptr;
+            for (; call; call = xmlGetNextElement(call))
+                values.append(QString::fromUtf8(call->GetAttributeValue(attribute).GetText()));
+            return values.size() == count;
+        });
+        return values;
+    }
+    static const char* hostHistory() { return kHistory; }
+
+    int m_nOldCalls = 0; // in the history, and not pushed out of it
+    int listener = 0;
+    int logStart = 1;
+    QList<tagCall> heard;
+};
+
+TEST_F(Calls, DialledNumberIsLoggedAsItWasGiven)
+{
+    phone_CallNumber("600", 2, -2);
+    phone_CallNumber("", -1, -1);
+    phone_CallNumber(nullptr, 0, 0);
+    EXPECT_EQ(logged(logStart, "dial"), (QStringList{"600 2 -2", " -1 -1", " 0 0"}));
+}
+
+TEST_F(Calls, CallRingsThenTalksUntilItIsHungUp)
+{
+    EXPECT_EQ(phone_CallNumber("600", 2, -1), 1);
+    ASSERT_EQ(calls().size(), 1);
+    const int id = calls()[0].nId;
+    EXPECT_EQ(calls()[0].eState, CALL_RINGING);
+    EXPECT_EQ(calls()[0].nAccount, 2);
+    EXPECT_EQ(phone_GetCallTotal(), 1);
+    EXPECT_EQ(phone_IsPhoneInTalk(), 0);
+    kit::stepTime(1000);
+    EXPECT_EQ(calls()[0].eState, CALL_RINGING);
+    kit::stepTime(510);
+    EXPECT_EQ(calls()[0].eState, CALL_TALKING);
+    EXPECT_EQ(phone_IsPhoneInTalk(), 1);
+    kit::stepTime(5000);
+    EXPECT_EQ(calls()[0].nSeconds, 5);
+    EXPECT_TRUE(phoneService::instance().hangUp(id));
+    EXPECT_FALSE(phoneService::instance().hangUp(id));
+    EXPECT_TRUE(calls().isEmpty());
+    EXPECT_EQ(phone_GetCallTotal(), 0);
+    EXPECT_EQ(phone_IsPhoneInTalk(), 0);
+    EXPECT_EQ(heardStates(), (QList<int>{CALL_RINGING, CALL_TALKING, CALL_ENDED}));
+    EXPECT_EQ(heard.last().strReason, "");
+    EXPECT_EQ(heard.last().nSeconds, 5);
+}
+
+TEST_F(Calls, DefaultAccountTakesACallWithoutOne)
+{
+    EXPECT_EQ(phone_CallNumber("600", -1, -1), 1);
+    EXPECT_EQ(calls()[0].nAccount, 1);
+}
+
+TEST_F(Calls, BusyNumberEndsWithItsReason)
+{
+    EXPECT_EQ(phone_CallNumber("busy", 1, -1), 1);
+    kit::stepTime(1520);
+    EXPECT_TRUE(calls().isEmpty());
+    EXPECT_EQ(heardStates(), (QList<int>{CALL_RINGING, CALL_ENDED}));
+    EXPECT_EQ(heard.last().strReason, "Busy");
+}
+
+TEST_F(Calls, LineThatIsNotRegisteredFailsWithItsReason)
+{
+    EXPECT_EQ(phone_CallNumber("600", 0, -1), 0);
+    EXPECT_EQ(heardStates(), QList<int>{CALL_ENDED});
+    EXPECT_EQ(heard.last().strReason, "The line is not registered");
+    setLine(1, LINE_UNREGISTERED);
+    setLine(2, LINE_UNREGISTERED);
+    EXPECT_EQ(phone_CallNumber("600", -1, -1), 0);
+    EXPECT_EQ(heard.size(), 2);
+    EXPECT_EQ(phone_GetCallTotal(), 0);
+}
+
+TEST_F(Calls, NoNumberAndNoSuchLineAreNoCalls)
+{
+    EXPECT_EQ(phone_CallNumber("", 1, -1), 0);
+    EXPECT_EQ(phone_CallNumber(nullptr, 1, -1), 0);
+    EXPECT_EQ(phone_CallNumber("600", 4, -1), 0);
+    EXPECT_EQ(phone_CallNumber("600", -2, -1), 0);
+    EXPECT_TRUE(heard.isEmpty());
+}
+
+TEST_F(Calls, CallHungUpWhileItRingsNeverTalks)
+{
+    phone_CallNumber("600", 1, -1);
+    phoneService::instance().hangUp(calls()[0].nId);
+    kit::stepTime(3000);
+    EXPECT_EQ(heardStates(), (QList<int>{CALL_RINGING, CALL_ENDED}));
+    EXPECT_EQ(heard.last().nSeconds, 0);
+}
+
+TEST_F(Calls, CallsSetByHandCountBesideThose)
+{
+    phoneSimulation::instance()->setCalls(2, 1);
+    EXPECT_EQ(phone_GetCallTotal(), 2);
+    EXPECT_EQ(phone_IsPhoneInTalk(), 1);
+    phone_CallNumber("600", 1, -1);
+    EXPECT_EQ(phone_GetCallTotal(), 3);
+    phoneSimulation::instance()->setCalls(0, 0);
+    EXPECT_EQ(phone_GetCallTotal(), 1);
+    EXPECT_EQ(phone_IsPhoneInTalk(), 0);
+    phoneSimulation::instance()->setCalls(-1, 0);
+    EXPECT_EQ(phone_GetCallTotal(), 1);
+}
+
+TEST_F(Calls, AnalogueLineIsThereWhenItIsSet)
+{
+    EXPECT_EQ(phone_GetPSTNEnable(), 0);
+    phoneSimulation::instance()->setPstn(1);
+    EXPECT_EQ(phone_GetPSTNEnable(), 1);
+}
+
+TEST_F(Calls, ListenerMayLeaveWhileItIsTold)
+{
+    int calls = 0;
+    int second = 0;
+    second = phoneService::instance().addCallListener([&](const tagCall&) {
+        ++calls;
+        phoneService::instance().removeCallListener(second);
+    });
+    phone_CallNumber("600", 1, -1);
+    phoneService::instance().hangUp(heard[0].nId);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(heard.size(), 2);
+}
+
+TEST_F(Calls, EndedCallsAreInTheHistoryNewestFirst)
+{
+    netSetLocalTime(2024, 2, 29, 23, 59, 58);
+    phone_CallNumber("600", 1, -1);
+    kit::stepTime(1510);
+    kit::stepTime(3000);
+    phoneService::instance().hangUp(calls()[0].nId);
+    phone_CallNumber("busy & \"more\"", 2, -1);
+    phoneService::instance().hangUp(calls()[0].nId);
+    EXPECT_EQ(history("number", 2), (QStringList{"busy & \"more\"", "600"}));
+    EXPECT_EQ(history("line", 2), (QStringList{"3", "2"}));
+    EXPECT_EQ(history("direction", 2), (QStringList{"out", "out"}));
+    EXPECT_EQ(history("seconds", 2), (QStringList{"0", "3"}));
+    EXPECT_EQ(history("name", 2), (QStringList{"", ""}));
+    EXPECT_TRUE(history("start", 2)[1].startsWith("2024-02-29 23:59:5"));
+}
+
+TEST_F(Calls, RefusedCallIsInTheHistoryToo)
+{
+    phone_CallNumber("600", 0, -1);
+    EXPECT_EQ(history("number", 1), QStringList{"600"});
+    EXPECT_EQ(history("line", 1), QStringList{"1"});
+}
+
+TEST_F(Calls, HistoryKeepsAHundredCalls)
+{
+    QByteArray old = "<CallHistory>";
+    for (int i = 0; i < 100; ++i)
+        old += "<Call number=\"" + QByteArray::number(i) + "\" name=\"N\"/>";
+    writeFile(kHistory, old + "</CallHistory>");
+    m_nOldCalls = 99;
+    phone_CallNumber("600", 1, -1);
+    phoneService::instance().hangUp(calls()[0].nId);
+    ASSERT_TRUE(kit::waitUntil([&] { return readFile(kHistory).contains("600"); }));
+    const QStringList numbers = history("number", 100);
+    ASSERT_EQ(numbers.size(), 100);
+    EXPECT_EQ(numbers.first(), "600");
+    EXPECT_EQ(numbers[1], "0");
+    EXPECT_EQ(numbers.last(), "98");
+    EXPECT_EQ(history("name", 100)[1], "N");
+}
+
+TEST_F(Calls, BurstOfCallsIsWholeAndInOrder)
+{
+    QStringList expected;
+    for (int i = 0; i < 40; ++i) {
+        phone_CallNumber(QByteArray::number(i).constData(), 0, -1);
+        expected.prepend(QString::number(i));
+    }
+    EXPECT_EQ(history("number", 40), expected);
+}
+
+// What a board's audio device would be told.
+class SoundSpy : public soundOutput
+{
+public:
+    explicit SoundSpy(QStringList& told) : m_told(told) {}
+    bool playFile(const QString& file, bool loop) override
+    {
+        m_told.append("play " + file.section('/', -1) + (loop ? " loop" : ""));
+        return soundOutput::playFile(file, loop);
+    }
+    void stopFile() override { m_told.append("stop"); }
+    void playTone(int key) override { m_told.append("tone " + QString::number(key)); }
+    void setLevel(int level) override { m_told.append("level " + QString::number(level)); }
+    void setMute(bool mute) override { m_told.append(mute ? "mute" : "unmute"); }
+
+private:
+    QStringList& m_told;
+};
+
+class Speaker : public PhoneTest
+{
+protected:
+    Speaker()
+    {
+        dev_set_output_volume(50);
+        dev_set_output_mute(0);
+        soundOutput::setInstance(std::make_unique<SoundSpy>(told));
+        logStart = hostLogFrom(1).last().nNumber + 1;
+    }
+    ~Speaker() override { soundOutput::setInstance(nullptr); }
+    int logStart = 1;
+    QStringList told;
+};
+
+TEST_F(Speaker, LevelIsClampedKeptAndLogged)
+{
+    dev_set_output_volume(70);
+    EXPECT_EQ(dev_get_output_volume(), 70);
+    dev_set_output_volume(110);
+    EXPECT_EQ(dev_get_output_volume(), 100);
+    dev_set_output_volume(-10);
+    EXPECT_EQ(dev_get_output_volume(), 0);
+    EXPECT_EQ(logged(logStart, "volume"), (QStringList{"70", "100", "0"}));
+    EXPECT_EQ(told, (QStringList{"level 70", "level 100", "level 0"}));
+}
+
+TEST_F(Speaker, MuteIsKeptAndLogged)
+{
+    dev_set_output_mute(5);
+    EXPECT_EQ(dev_get_output_mute(), 1);
+    dev_set_output_mute(0);
+    EXPECT_EQ(dev_get_output_mute(), 0);
+    EXPECT_EQ(logged(logStart, "mute"), (QStringList{"1", "0"}));
+    EXPECT_EQ(told, (QStringList{"mute", "unmute"}));
+}
+
+TEST_F(Speaker, NewestClaimSetsTheLevelAndTheOldOneComesBack)
+{
+    voiceInfo first(2, 20, 1);
+    voiceInfo second(2, 130, 1);
+    phone_SetVoiceInfo(&first);
+    EXPECT_EQ(dev_get_output_volume(), 20);
+    phone_SetVoiceInfo(&second);
+    EXPECT_EQ(dev_get_output_volume(), 100);
+    phone_RemoveVoiceInfo(&second);
+    EXPECT_EQ(dev_get_output_volume(), 20);
+    phone_RemoveVoiceInfo(&first);
+    EXPECT_EQ(dev_get_output_volume(), 50);
+}
+
+TEST_F(Speaker, LevelSetDuringAClaimLastsUntilItsEnd)
+{
+    voiceInfo claim(2, 20, 1);
+    voiceInfo older(2, 30, 1);
+    phone_SetVoiceInfo(&older);
+    phone_SetVoiceInfo(&claim);
+    dev_set_output_volume(80);
+    phone_RemoveVoiceInfo(&older);
+    EXPECT_EQ(dev_get_output_volume(), 80);
+    phone_RemoveVoiceInfo(&claim);
+    EXPECT_EQ(dev_get_output_volume(), 50);
+}
+
+TEST_F(Speaker, ClaimMadeAgainIsTheNewestAndHeldOnce)
+{
+    voiceInfo first(2, 20, 1);
+    voiceInfo second(2, 30, 1);
+    phone_SetVoiceInfo(&first);
+    phone_SetVoiceInfo(&second);
+    first.nVolume = 25;
+    phone_SetVoiceInfo(&first);
+    EXPECT_EQ(dev_get_output_volume(), 25);
+    phone_RemoveVoiceInfo(&first);
+    EXPECT_EQ(dev_get_output_volume(), 30);
+    phone_RemoveVoiceInfo(&second);
+    EXPECT_EQ(dev_get_output_volume(), 50);
+}
+
+TEST_F(Speaker, EndOfAClaimThatIsNoneChangesNothing)
+{
+    voiceInfo stale(2, 20, 1);
+    phone_RemoveVoiceInfo(&stale);
+    phone_RemoveVoiceInfo(nullptr);
+    phone_SetVoiceInfo(nullptr);
+    EXPECT_EQ(dev_get_output_volume(), 50);
+    EXPECT_TRUE(logged(logStart, "volume").isEmpty());
+}
+
+TEST_F(Speaker, TonesAndRingsAreLoggedAndPlayed)
+{
+    writeFile("/rundata/data/my.wav", "RIFF");
+    phone_PlayDTMF(0x41);
+    EXPECT_EQ(phone_PlayRing("/rundata/data/my.wav", 1), 1);
+    phone_StopRing(0);
+    EXPECT_EQ(phone_PlayRing("/rundata/data/none.wav", 0), 0);
+    EXPECT_EQ(phone_PlayRing(nullptr, 0), 0);
+    EXPECT_EQ(logged(logStart, "tone"), QStringList{"65"});
+    EXPECT_EQ(logged(logStart, "ring"),
+              (QStringList{"/rundata/data/my.wav 1", "stop", "/rundata/data/none.wav 0", " 0"}));
+    EXPECT_EQ(told, (QStringList{"tone 65", "play my.wav loop", "stop", "play none.wav", "play "}));
+}
+
+TEST_F(Speaker, WithoutADeviceItIsSilent)
+{
+    soundOutput::setInstance(nullptr);
+    writeFile("/rundata/data/my.wav", "RIFF");
+    EXPECT_EQ(phone_PlayRing("/rundata/data/my.wav", 0), 1);
+    phone_StopRing(0);
+    phone_PlayDTMF('5');
+    dev_set_output_volume(60);
+    dev_set_output_mute(1);
+    EXPECT_EQ(dev_get_output_volume(), 60);
+    EXPECT_EQ(dev_get_output_mute(), 1);
+}
+
+} // namespace

@@ -1,0 +1,184 @@
+#include "support/host/password.h"
+#include "tests/kit/phoneTest.h"
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <sys/stat.h>
+
+namespace {
+
+const char* const kFile = "/rundata/data/htpasswd";
+
+class FilePassword : public PhoneTest
+{
+protected:
+    FilePassword() { QFile::remove(hostPath(kFile)); }
+    static int isRight(const char* user, const char* password)
+    {
+        return filePassword(kFile).IsRightUserPassword(user, password);
+    }
+    static int store(const char* user, const char* password)
+    {
+        filePassword file(kFile);
+        return file.SetUserPassword(user, password) && file.SaveToFile(kFile);
+    }
+    mode_t modeOf(const char* path) const
+    {
+        struct stat info = {};
+        stat(hostPath(path).toUtf8(), &info);
+        return info.st_mode & 07777;
+    }
+};
+
+} // namespace
+
+TEST_F(FilePassword, AMissingFileIsAdminWithAnEmptyPassword)
+{
+    EXPECT_EQ(isRight("admin", ""), 1);
+    EXPECT_EQ(isRight("admin", "x"), 0);
+    EXPECT_EQ(isRight("root", ""), 0);
+    EXPECT_EQ(isRight(nullptr, ""), 0);
+    EXPECT_EQ(isRight("admin", nullptr), 0);
+    EXPECT_FALSE(QFile::exists(hostPath(kFile)));
+}
+
+TEST_F(FilePassword, ASetPasswordIsRightFromThenOnAndTheOldOneIsNot)
+{
+    ASSERT_EQ(store("admin", "secret"), 1);
+    EXPECT_EQ(isRight("admin", "secret"), 1);
+    EXPECT_EQ(isRight("admin", ""), 0);
+    EXPECT_EQ(isRight("admin", "Secret"), 0);
+    EXPECT_EQ(isRight("Admin", "secret"), 0);
+    ASSERT_EQ(store("admin", ""), 1);
+    EXPECT_EQ(isRight("admin", ""), 1);
+    EXPECT_EQ(isRight("admin", "secret"), 0);
+}
+
+TEST_F(FilePassword, AChangeCountsBeforeItIsSaved)
+{
+    filePassword file(kFile);
+    ASSERT_EQ(file.SetUserPassword("admin", "new"), 1);
+    EXPECT_EQ(file.IsRightUserPassword("admin", "new"), 1);
+    EXPECT_EQ(isRight("admin", "new"), 0);
+}
+
+TEST_F(FilePassword, TheFileHoldsASaltedHashThatOnlyItsOwnerReads)
+{
+    ASSERT_EQ(store("admin", "secret"), 1);
+    const QByteArray first = readFile(kFile);
+    EXPECT_TRUE(first.startsWith("admin:$y$"));
+    EXPECT_FALSE(first.contains("secret"));
+    EXPECT_EQ(modeOf(kFile), 0600u);
+    ASSERT_EQ(store("admin", "secret"), 1);
+    EXPECT_NE(readFile(kFile), first);
+}
+
+TEST_F(FilePassword, ASaveTakesAwayRightsThatTheFileHad)
+{
+    ASSERT_EQ(store("admin", "secret"), 1);
+    ASSERT_EQ(chmod(hostPath(kFile).toUtf8(), 0644), 0);
+    ASSERT_EQ(store("admin", "other"), 1);
+    EXPECT_EQ(modeOf(kFile), 0600u);
+}
+
+TEST_F(FilePassword, SavingWithoutAChangeKeepsTheEmptyPasswordOfAdmin)
+{
+    ASSERT_EQ(filePassword(kFile).SaveToFile(kFile), 1);
+    EXPECT_EQ(isRight("admin", ""), 1);
+    EXPECT_EQ(isRight("admin", "x"), 0);
+}
+
+TEST_F(FilePassword, NamesAndPasswordsMayHoldAnyText)
+{
+    const char* const names[] = {"a:b", "with blank", "# x", "%41", "ü中", "two\nlines", ":", "$y$"};
+    filePassword file(kFile);
+    for (const char* name : names)
+        ASSERT_EQ(file.SetUserPassword(name, name), 1);
+    ASSERT_EQ(file.SaveToFile(kFile), 1);
+    for (const char* name : names) {
+        EXPECT_EQ(isRight(name, name), 1) << name;
+        EXPECT_EQ(isRight(name, "x"), 0) << name;
+    }
+    EXPECT_EQ(isRight("A", "%41"), 0);
+    EXPECT_EQ(isRight("admin", ""), 1);
+}
+
+TEST_F(FilePassword, APasswordOf99CharactersCounts)
+{
+    QByteArray longest;
+    for (int i = 0; i < 99; ++i)
+        longest += "é";
+    ASSERT_EQ(store("admin", longest.constData()), 1);
+    EXPECT_EQ(isRight("admin", longest.constData()), 1);
+    EXPECT_EQ(isRight("admin", longest.left(longest.size() - 2).constData()), 0);
+}
+
+TEST_F(FilePassword, WhatCannotBeHashedIsRefused)
+{
+    filePassword file(kFile);
+    EXPECT_EQ(file.SetUserPassword("admin", std::string(600, 'x').c_str()), 0);
+    EXPECT_EQ(file.SetUserPassword("", "x"), 0);
+    EXPECT_EQ(file.SetUserPassword(nullptr, "x"), 0);
+    EXPECT_EQ(file.SetUserPassword("admin", nullptr), 0);
+    EXPECT_EQ(file.IsRightUserPassword("admin", ""), 1);
+    EXPECT_EQ(file.IsRightUserPassword("admin", std::string(600, 'x').c_str()), 0);
+}
+
+TEST_F(FilePassword, ADamagedFileMakesEveryCheckFail)
+{
+    for (const QByteArray& text : {QByteArray(""), QByteArray("\0\1\2garbage", 10), QByteArray("admin:\n"),
+                                   QByteArray("admin:plain\n"), QByteArray("no colon\n")}) {
+        writeFile(kFile, text);
+        EXPECT_EQ(isRight("admin", ""), 0) << text.toStdString();
+        EXPECT_EQ(isRight("admin", "plain"), 0) << text.toStdString();
+    }
+    writeFile(kFile, "admin:$y$j9T$broken\n");
+    EXPECT_EQ(isRight("admin", ""), 0);
+    QFile::remove(hostPath(kFile));
+    ASSERT_TRUE(QDir().mkpath(hostPath(kFile)));
+    EXPECT_EQ(isRight("admin", ""), 0);
+}
+
+TEST_F(FilePassword, AFileThatIsDamagedInPartLetsNobodyIn)
+{
+    ASSERT_EQ(store("admin", "secret"), 1);
+    writeFile(kFile, readFile(kFile) + "no line of a password file\n");
+    EXPECT_EQ(isRight("admin", "secret"), 0);
+}
+
+TEST_F(FilePassword, ADamagedFileIsKeptAsideByASave)
+{
+    writeFile(kFile, "no password file");
+    ASSERT_EQ(store("admin", "new"), 1);
+    EXPECT_EQ(isRight("admin", "new"), 1);
+    EXPECT_EQ(readFile("/rundata/data/htpasswd.bad"), "no password file");
+    writeFile(kFile, "");
+    ASSERT_EQ(store("admin", "newer"), 1);
+    EXPECT_TRUE(QFile::exists(hostPath("/rundata/data/htpasswd.bad.1")));
+}
+
+TEST_F(FilePassword, ASaveThatIsNotPossibleIsZero)
+{
+    EXPECT_EQ(filePassword(kFile).SaveToFile("/rundata/none/htpasswd"), 0);
+    EXPECT_EQ(filePassword(kFile).SaveToFile(nullptr), 0);
+}
+
+TEST_F(FilePassword, AnUnknownNameTakesAsLongAsAKnownOne)
+{
+    ASSERT_EQ(store("admin", "secret"), 1);
+    const filePassword file(kFile);
+    const auto fastest = [&file](const char* user, const char* password) {
+        qint64 best = INT64_MAX;
+        for (int i = 0; i < 5; ++i) {
+            QElapsedTimer timer;
+            timer.start();
+            file.IsRightUserPassword(user, password);
+            best = std::min(best, timer.nsecsElapsed());
+        }
+        return best;
+    };
+    const qint64 known = fastest("admin", "wrong");
+    EXPECT_GT(fastest("admin", "secret"), known / 2);
+    EXPECT_GT(fastest("nobody", "wrong"), known / 2);
+    EXPECT_GT(known, 100000);
+}

@@ -1,0 +1,130 @@
+#include "support/host/trace.h"
+#include "host/services/hostLog.h"
+#include "support/host/checksum.h"
+#include "support/host/text.h"
+#include "support/host/upgrade.h"
+#include "tests/kit/phoneTest.h"
+#include <QFile>
+#include <cstdlib>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+class Trace : public PhoneTest
+{
+protected:
+    QStringList lines() const
+    {
+        QStringList found;
+        for (const tagLogEntry& entry : hostLogFrom(m_nFirst)) {
+            if (entry.strKind == "trace")
+                found.append(entry.strText);
+        }
+        return found;
+    }
+
+private:
+    const int m_nFirst = hostLogFrom(0).isEmpty() ? 1 : hostLogFrom(0).last().nNumber + 1;
+};
+
+// What work writes to the standard error stream.
+QByteArray printedBy(const std::function<void()>& work)
+{
+    QTemporaryDir dir;
+    QFile file(dir.filePath("err"));
+    EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+    const int saved = dup(STDERR_FILENO);
+    dup2(file.handle(), STDERR_FILENO);
+    work();
+    dup2(saved, STDERR_FILENO);
+    close(saved);
+    file.seek(0);
+    return file.readAll();
+}
+
+} // namespace
+
+TEST_F(Trace, ALineIsFormattedAndKept)
+{
+    nuxTrace(TRACE_DETAIL, "Push media: %s (%d)", "/a/ü.mp4", 3);
+    EXPECT_EQ(lines(), QStringList{QString::fromUtf8("Push media: /a/ü.mp4 (3)")});
+}
+
+TEST_F(Trace, AScopeLogsEntryAndExit)
+{
+    {
+        const chTraceStack scope("dlgWan::%s", "Save");
+        nuxTrace(TRACE_DETAIL, "inside");
+    }
+    EXPECT_EQ(lines(), QStringList({"enter dlgWan::Save", "inside", "leave dlgWan::Save"}));
+}
+
+TEST_F(Trace, NotesAreWrittenToTheErrorStreamAsOneLine)
+{
+    EXPECT_EQ(printedBy([] { nuxTrace(TRACE_NOTE, "a note\n"); }), "a note\n");
+    if (!getenv("HX_TRACE")) {
+        EXPECT_EQ(printedBy([] { nuxTrace(TRACE_DETAIL, "a detail"); }), "");
+    }
+    EXPECT_EQ(lines().first(), "a note");
+}
+
+TEST_F(Trace, ABrokenContractIsInTheLog)
+{
+    nuxErrorMessage(false, "file.cpp", 12, "m_p != NULL");
+    nuxErrorMessage(true, "file.cpp", 13, "fine");
+    EXPECT_EQ(lines(), QStringList{"file.cpp:12: m_p != NULL"});
+}
+
+TEST_F(Trace, LinesOfManyThreadsAreAllKeptWhole)
+{
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([t] {
+            for (int i = 0; i < 100; ++i)
+                nuxTrace(TRACE_DETAIL, "thread %d line %d", t, i);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    QStringList found = lines();
+    EXPECT_EQ(found.size(), 400);
+    found.removeDuplicates();
+    EXPECT_EQ(found.size(), 400);
+}
+
+TEST_F(Trace, TextsKeepEveryCharacterBothWays)
+{
+    const QString text = QString::fromUtf8("aé中😀");
+    EXPECT_EQ(toQString(fromQString(text)), text);
+    EXPECT_EQ(fromQString(text), "aé中😀");
+    EXPECT_EQ(toQString(chString()), QString());
+}
+
+TEST_F(Trace, AChecksumIsTheFilesMd5InLowerCase)
+{
+    writeFile("/rundata/a.bin", "abc");
+    writeFile("/rundata/empty.bin", "");
+    writeFile("/rundata/large.bin", QByteArray(1000000, 'a'));
+    EXPECT_EQ(md5GetFileCheckSum("/rundata/a.bin"), "900150983cd24fb0d6963f7d28e17f72");
+    EXPECT_EQ(md5GetFileCheckSum("/rundata/empty.bin"), "d41d8cd98f00b204e9800998ecf8427e");
+    EXPECT_EQ(md5GetFileCheckSum("/rundata/large.bin"), "7707d6ae4e027c70eea2a935c2296f21");
+    EXPECT_EQ(md5GetFileCheckSum("/rundata/none.bin"), "");
+    EXPECT_EQ(md5GetFileCheckSum("/rundata"), "");
+    EXPECT_EQ(md5GetFileCheckSum(nullptr), "");
+}
+
+TEST_F(Trace, AHelpersMemoryIsFreed)
+{
+    qFree(strdup("x"));
+    qFree(nullptr);
+}
+
+TEST_F(Trace, AnUpgradeIsRunningWhenItSaysSo)
+{
+    EXPECT_EQ(CAutoUpgrade::GetInstance(), CAutoUpgrade::GetInstance());
+    EXPECT_EQ(CAutoUpgrade::GetInstance()->IsUpgrading(), 0);
+    CAutoUpgrade::GetInstance()->SetUpgrading(1);
+    EXPECT_EQ(CAutoUpgrade::GetInstance()->IsUpgrading(), 1);
+    CAutoUpgrade::GetInstance()->SetUpgrading(0);
+}

@@ -1,0 +1,134 @@
+#include "support/host/managers.h"
+#include "host/services/hostLog.h"
+#include "host/widgets/weatherState.h"
+#include "support/host/module.h"
+#include "support/host/registry.h"
+#include "tests/kit/phoneTest.h"
+
+namespace {
+
+const char kKeys[] = "/rundata/data/dsskey.xml";
+const char kUserConfig[] = "/rundata/config/user/user.ini";
+
+QStringList g_refreshed;
+
+class Managers : public PhoneTest
+{
+protected:
+    Managers()
+    {
+        g_refreshed.clear();
+        tagModuleEntries entries;
+        entries.refreshMenu = [](const chString& file) { g_refreshed.append(QString(file.GetText())); };
+        hostSetModule(entries);
+    }
+    ~Managers() override { hostSetModule(tagModuleEntries()); }
+};
+
+TEST_F(Managers, ModuleEntriesAreNullUntilTheyAreHandedOver)
+{
+    hostSetModule(tagModuleEntries());
+    EXPECT_EQ(hostModule().openPage, nullptr);
+    EXPECT_EQ(hostModule().iconView, nullptr);
+}
+
+TEST_F(Managers, ModuleEntriesAreCopied)
+{
+    {
+        tagModuleEntries entries;
+        entries.openFrame = [](const chString&) { return 7; };
+        hostSetModule(entries);
+        entries.openFrame = nullptr;
+    }
+    EXPECT_EQ(hostModule().openFrame(chString("Directory")), 7);
+}
+
+TEST_F(Managers, FactoryKeyFileHasTwentyKeys)
+{
+    EXPECT_EQ(GetDssKeyManager()->LoadFile(kKeys, 0), 1);
+    EXPECT_EQ(GetDssKeyManager()->GetKeyCount(), 20);
+}
+
+TEST_F(Managers, KeysAreTheItemsOfTheFile)
+{
+    writeFile(
+        kKeys,
+        "<DssKey><Item Type=\"N/A\"/><note/><Item Type=\"Line\"><ItemData Line=\"0\"/></Item></DssKey>");
+    EXPECT_EQ(GetDssKeyManager()->LoadFile(kKeys, 0), 1);
+    EXPECT_EQ(GetDssKeyManager()->GetKeyCount(), 2);
+}
+
+TEST_F(Managers, BrokenKeyFileLeavesTheKeysAsTheyWere)
+{
+    GetDssKeyManager()->LoadFile(kKeys, 0);
+    writeFile(kKeys, "<DssKey><Item");
+    EXPECT_EQ(GetDssKeyManager()->LoadFile(kKeys, 0), 0);
+    writeFile(kKeys, "<Other/>");
+    EXPECT_EQ(GetDssKeyManager()->LoadFile(kKeys, 0), 0);
+    EXPECT_EQ(GetDssKeyManager()->LoadFile("/rundata/none.xml", 0), 0);
+    EXPECT_EQ(GetDssKeyManager()->LoadFile(nullptr, 0), 0);
+    EXPECT_EQ(GetDssKeyManager()->GetKeyCount(), 20);
+}
+
+TEST_F(Managers, GeneratedMenusAreRefreshedByTheirManagers)
+{
+    GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    GetDoorPhoneIconViewManager()->RefreshIconView();
+    EXPECT_EQ(g_refreshed, (QStringList{"ipcameradata.xml", "doorphonedata.xml"}));
+}
+
+TEST_F(Managers, RefreshThatComesBackToItsManagerEnds)
+{
+    tagModuleEntries entries;
+    entries.refreshMenu = [](const chString& file) {
+        g_refreshed.append(QString(file.GetText()));
+        GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    };
+    hostSetModule(entries);
+    GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    EXPECT_EQ(g_refreshed.size(), 2);
+}
+
+TEST_F(Managers, RefreshWithoutAModuleDoesNothing)
+{
+    hostSetModule(tagModuleEntries());
+    GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    GetDoorPhoneIconViewManager()->RefreshIconView();
+    EXPECT_TRUE(g_refreshed.isEmpty());
+}
+
+TEST_F(Managers, ManagersAreTheSameAtEveryCall)
+{
+    EXPECT_EQ(GetDssKeyManager(), GetDssKeyManager());
+    EXPECT_EQ(GetIPCameraIconViewManager(), GetIPCameraIconViewManager());
+    EXPECT_EQ(GetDoorPhoneIconViewManager(), GetDoorPhoneIconViewManager());
+    EXPECT_EQ(GetWeatherFrame(), GetWeatherFrame());
+}
+
+TEST_F(Managers, WeatherIsShownAsConfiguredAtTheLastRequest)
+{
+    nuxSetRegistryInt(kUserConfig, "Weather", "bDesktop", 1);
+    nuxSetRegistryString(kUserConfig, "Weather", "strDefaultCity", "Paris");
+    int requests = 0;
+    QObject::connect(weatherState(), &WeatherState::requested, [&] { ++requests; });
+    GetWeatherFrame()->RefreshBySendRequest();
+    EXPECT_TRUE(weatherState()->IsShown());
+    EXPECT_EQ(weatherState()->City(), "Paris");
+    nuxSetRegistryInt(kUserConfig, "Weather", "bDesktop", 0);
+    EXPECT_TRUE(weatherState()->IsShown());
+    GetWeatherFrame()->RefreshBySendRequest();
+    EXPECT_FALSE(weatherState()->IsShown());
+    EXPECT_EQ(requests, 2);
+    weatherState()->disconnect();
+}
+
+TEST_F(Managers, WeatherIsThatOfLondonUntilACityIsChosen)
+{
+    writeFile(kUserConfig, "");
+    GetWeatherFrame()->RefreshBySendRequest();
+    EXPECT_EQ(weatherState()->City(), "London");
+    EXPECT_FALSE(weatherState()->IsShown());
+}
+
+} // namespace

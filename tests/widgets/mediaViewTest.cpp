@@ -1,0 +1,209 @@
+#include "support/host/mediaview.h"
+#include "support/file/chFileStdio.h"
+#include "tests/widgets/screenPage.h"
+#include <QDir>
+#include <QLabel>
+
+namespace {
+
+const char kTable[] = "/rundata/mediafile.xml";
+
+class MediaView : public PhoneTest
+{
+protected:
+    MediaView()
+    {
+        writeFile(kTable, "<MediaFile>"
+                          "<sound filter=\"*.wav;*.mp3\"><filelist>"
+                          "<item path=\"/phone/resource/sysdata/ring\" shortname=\"\" bReadOnly=\"1\"/>"
+                          "<item path=\"/rundata/media/ring\" shortname=\"\" bReadOnly=\"0\"/>"
+                          "</filelist></sound>"
+                          "<locked filter=\"*\"><filelist>"
+                          "<item path=\"/phone/resource/x\" bReadOnly=\"1\"/></filelist></locked>"
+                          "</MediaFile>");
+        for (const char* file : {"tune.wav", "Alarm.MP3", "notes.txt", ".hidden.wav", "Music/deep/song.wav"})
+            writeFile((QByteArray("/storage/usb1/") + file).constData(), "x");
+        view = page.add<qMediaImportView>(QRect(200, 60, 400, 360));
+    }
+    QString path(int row) const { return QString::fromUtf8(view->itemFullPath(row).GetText()); }
+    QString current() const { return QString::fromUtf8(view->GetCurPath().GetText()); }
+    QStringList names() const
+    {
+        QStringList names;
+        for (int row = 0; row < view->count(); ++row)
+            names.append(view->item(row)->text());
+        return names;
+    }
+    int load() { return view->LoadMediaType(kTable, "sound"); }
+
+    ScreenPage page;
+    qMediaImportView* view;
+};
+
+TEST_F(MediaView, StartsAtTheListOfStorages)
+{
+    writeFile("/storage/usb2/x.txt", "x");
+    ASSERT_EQ(load(), 1);
+    EXPECT_EQ(current(), "/storage");
+    ASSERT_EQ(view->count(), 2);
+    EXPECT_EQ(path(0), "/storage/usb1");
+    EXPECT_TRUE(view->itemIsDirectory(0));
+    EXPECT_EQ(path(1), "/storage/usb2");
+}
+
+TEST_F(MediaView, UnknownTypeOrTableIsRefused)
+{
+    EXPECT_EQ(view->LoadMediaType(kTable, "pictures"), 0);
+    EXPECT_EQ(view->LoadMediaType("/rundata/none.xml", "sound"), 0);
+    EXPECT_EQ(view->LoadMediaType(kTable, nullptr), 0);
+    EXPECT_EQ(view->count(), 0);
+}
+
+TEST_F(MediaView, ImportFolderIsTheFirstThatMayBeWritten)
+{
+    load();
+    EXPECT_STREQ(view->getImportPath().GetText(), "/rundata/media/ring");
+    view->LoadMediaType(kTable, "locked");
+    EXPECT_STREQ(view->getImportPath().GetText(), "");
+}
+
+TEST_F(MediaView, FolderShowsTheWayUpThenFoldersThenFilesOfTheType)
+{
+    load();
+    ASSERT_EQ(view->EnterDirectory("/storage/usb1"), 1);
+    EXPECT_EQ(names(), QStringList({"..", "Music", "Alarm.MP3", "tune.wav"}));
+    EXPECT_EQ(path(0), "/storage");
+    EXPECT_EQ(path(1), "/storage/usb1/Music");
+    EXPECT_EQ(path(3), "/storage/usb1/tune.wav");
+    EXPECT_TRUE(view->itemIsDirectory(0));
+    EXPECT_TRUE(view->itemIsDirectory(1));
+    EXPECT_FALSE(view->itemIsDirectory(2));
+}
+
+TEST_F(MediaView, WayUpSortsBeforeTheFolderOnView)
+{
+    load();
+    view->EnterDirectory("/storage/usb1/Music/deep");
+    EXPECT_EQ(path(0), "/storage/usb1/Music");
+    EXPECT_GT(current(), path(0));
+    EXPECT_LT(current(), path(1));
+}
+
+TEST_F(MediaView, RowsOutOfRangeAreNothing)
+{
+    load();
+    EXPECT_EQ(path(-1), "");
+    EXPECT_EQ(path(99), "");
+    EXPECT_FALSE(view->itemIsDirectory(-1));
+    EXPECT_FALSE(view->itemIsDirectory(99));
+}
+
+TEST_F(MediaView, FoldersOutsideTheStoragesAreRefused)
+{
+    load();
+    view->EnterDirectory("/storage/usb1");
+    for (const char* folder : {"/rundata", "/storage/usb9", "/storage/usb1/../../rundata",
+                               "/storage/usb1/none", "/storage/usb1/tune.wav", "/storage/usb1x", ""}) {
+        EXPECT_EQ(view->EnterDirectory(folder), 0) << folder;
+        EXPECT_EQ(current(), "/storage/usb1");
+        EXPECT_EQ(view->count(), 4);
+    }
+    EXPECT_EQ(view->EnterDirectory(nullptr), 0);
+}
+
+TEST_F(MediaView, ClickedFolderIsEnteredAndAFileIsNot)
+{
+    load();
+    view->itemClicked(view->item(0));
+    EXPECT_EQ(current(), "/storage/usb1");
+    view->itemClicked(view->item(3));
+    EXPECT_EQ(current(), "/storage/usb1");
+    view->itemClicked(view->item(1));
+    EXPECT_EQ(current(), "/storage/usb1/Music");
+    view->itemClicked(view->item(0));
+    EXPECT_EQ(current(), "/storage/usb1");
+    view->itemClicked(nullptr);
+    EXPECT_EQ(current(), "/storage/usb1");
+}
+
+TEST_F(MediaView, FirstTapSelectsAFolderAndTheSecondEntersIt)
+{
+    load();
+    view->EnterDirectory("/storage/usb1");
+    page.open();
+    view->setCurrentRow(3);
+    const QPoint music = view->viewport()->mapToGlobal(view->visualItemRect(view->item(1)).center());
+    kit::tap(music);
+    EXPECT_EQ(view->currentRow(), 1);
+    EXPECT_EQ(current(), "/storage/usb1");
+    kit::tap(music);
+    EXPECT_EQ(current(), "/storage/usb1/Music");
+}
+
+TEST_F(MediaView, FirstRowIsCurrentInANewFolderAndTheLeftFolderOnTheWayBack)
+{
+    load();
+    EXPECT_EQ(view->currentRow(), 0);
+    view->EnterDirectory("/storage/usb1");
+    EXPECT_EQ(view->currentRow(), 0);
+    view->EnterDirectory("/storage/usb1/Music");
+    view->EnterDirectory("/storage/usb1");
+    EXPECT_EQ(view->currentRow(), 1);
+}
+
+TEST_F(MediaView, EachNewFolderTellsItsCurrentRowOnceWithTheNewFolderInPlace)
+{
+    load();
+    QStringList told;
+    QObject::connect(view, &QListWidget::currentItemChanged, [&](QListWidgetItem* item) {
+        told.append(current() + "|" + (item ? item->text() : QString("none")));
+    });
+    view->EnterDirectory("/storage/usb1");
+    EXPECT_EQ(told, QStringList({"/storage/usb1|.."}));
+}
+
+TEST_F(MediaView, ListWithoutStoragesTellsThatNothingIsCurrent)
+{
+    load();
+    QDir(hostPath("/storage/usb1")).removeRecursively();
+    int told = 0;
+    QObject::connect(view, &QListWidget::currentItemChanged,
+                     [&](QListWidgetItem* item) { told += item == nullptr; });
+    kit::waitUntil([&] { return view->EnterDirectory("/storage") && view->count() == 0; });
+    EXPECT_EQ(view->count(), 0);
+    EXPECT_GE(told, 1);
+}
+
+TEST_F(MediaView, RemovedSelectionTakesItsRowOnly)
+{
+    load();
+    view->EnterDirectory("/storage/usb1");
+    view->setCurrentRow(2);
+    view->removeCurrentSelect();
+    EXPECT_EQ(names(), QStringList({"..", "Music", "tune.wav"}));
+    EXPECT_GE(view->currentRow(), 0);
+    view->setCurrentRow(-1);
+    view->removeCurrentSelect();
+    EXPECT_EQ(view->count(), 3);
+}
+
+TEST_F(MediaView, NamesInOtherScriptsAreShown)
+{
+    writeFile("/storage/usb1/\xE9\x9F\xB3.wav", "x");
+    load();
+    view->EnterDirectory("/storage/usb1");
+    EXPECT_TRUE(names().contains(QString::fromUtf8("\xE9\x9F\xB3.wav")));
+    EXPECT_STREQ(view->itemFullPath(view->count() - 1).GetText(), "/storage/usb1/\xE9\x9F\xB3.wav");
+}
+
+TEST_F(MediaView, TakesThePlaceholdersPlace)
+{
+    QLabel* place = page.add<QLabel>(QRect(10, 20, 300, 200));
+    place->setObjectName("lstWgtMediaList");
+    qMediaImportView* made = qReplaceMediaImportView(place);
+    EXPECT_EQ(made->geometry(), QRect(10, 20, 300, 200));
+    EXPECT_EQ(made->objectName(), "lstWgtMediaList");
+    EXPECT_EQ(qReplaceMediaImportView(nullptr), nullptr);
+}
+
+} // namespace

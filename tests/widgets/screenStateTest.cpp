@@ -1,0 +1,106 @@
+#include "host/widgets/screenState.h"
+#include "host/services/hostLog.h"
+#include "tests/widgets/screenPage.h"
+
+namespace {
+
+class Screen : public PhoneTest
+{
+protected:
+    Screen() { logged = hostLogFrom(1).size(); }
+    QStringList log(const QString& kind)
+    {
+        QStringList lines;
+        for (const tagLogEntry& entry : hostLogFrom(logged + 1)) {
+            if (entry.strKind == kind)
+                lines.append(entry.strText);
+        }
+        return lines;
+    }
+    screenState& state = screenState::instance();
+    int logged;
+};
+
+TEST_F(Screen, IdleTimeRunsFromTheLastTouchOrKey)
+{
+    ScreenPage page;
+    page.open();
+    kit::tap(QPoint(400, 240));
+    kit::stepTime(5000);
+    EXPECT_NEAR(state.idleMs(), 5000, 100);
+    kit::key(Qt::Key_Down);
+    EXPECT_LT(state.idleMs(), 200);
+    kit::stepTime(3000);
+    kit::tap(QPoint(400, 240));
+    EXPECT_LT(state.idleMs(), 200);
+}
+
+TEST_F(Screen, ResetRestartsTheIdleTime)
+{
+    kit::stepTime(5000);
+    int awake = 0;
+    const auto connection = QObject::connect(&state, &screenState::awake, [&] { ++awake; });
+    ResetScreenSavers(0, 0);
+    EXPECT_GE(state.idleMs(), 5000);
+    ResetScreenSavers(1, 0);
+    QObject::disconnect(connection);
+    EXPECT_LT(state.idleMs(), 200);
+    EXPECT_EQ(awake, 1);
+    EXPECT_EQ(log("saver"), QStringList({"reset 0 0", "reset 1 0"}));
+}
+
+TEST_F(Screen, ClientsSuspendTheSaverUntilTheLastOneLetsGo)
+{
+    QList<bool> told;
+    const auto connection = QObject::connect(&state, &screenState::saverSuspended,
+                                             [&](bool suspended) { told.append(suspended); });
+    RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    RegisterScreenSavers(SCREEN_SAVERS_MEETING, 0);
+    kit::stepTime(60000);
+    EXPECT_TRUE(state.isSaverSuspended());
+    EXPECT_EQ(state.idleMs(), 0);
+    UnRegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    EXPECT_TRUE(state.isSaverSuspended());
+    UnRegisterScreenSavers(SCREEN_SAVERS_MEETING, 0);
+    EXPECT_FALSE(state.isSaverSuspended());
+    EXPECT_LT(state.idleMs(), 200) << "the time starts anew";
+    QObject::disconnect(connection);
+    EXPECT_EQ(told, QList<bool>({true, false}));
+    EXPECT_EQ(log("saver"),
+              QStringList({"register 5 0", "register 7 0", "unregister 5 0", "unregister 7 0"}));
+}
+
+TEST_F(Screen, ClientCountsOnceAndUnknownClientsAreHarmless)
+{
+    UnRegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    UnRegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    EXPECT_FALSE(state.isSaverSuspended());
+}
+
+TEST_F(Screen, LampIsLitWhileThereIsAReason)
+{
+    QList<bool> told;
+    const auto connection =
+        QObject::connect(&state, &screenState::lampChanged, [&](bool lit) { told.append(lit); });
+    RegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    RegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    EXPECT_TRUE(state.isLampLit());
+    UnRegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    EXPECT_FALSE(state.isLampLit());
+    QObject::disconnect(connection);
+    EXPECT_EQ(told, QList<bool>({true, false}));
+    EXPECT_EQ(log("lamp"), QStringList({"register 1", "register 1", "unregister 1"}));
+}
+
+TEST_F(Screen, LampOffTakesAllReasonsAway)
+{
+    RegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    UnRegisterSignalLamp(SIGNAL_LAMP_OFF);
+    EXPECT_FALSE(state.isLampLit());
+    RegisterSignalLamp(SIGNAL_LAMP_OFF);
+    EXPECT_FALSE(state.isLampLit());
+}
+
+} // namespace

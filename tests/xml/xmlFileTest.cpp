@@ -1,0 +1,235 @@
+#include "support/xml/xmlFile.h"
+#include "support/file/fileSystemCalls.h"
+#include "support/file/keepAside.h"
+#include "tests/file/freshRoot.h"
+
+#include <errno.h>
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+const char SAVED[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<l>\n    <i n=\"1\"/>\n</l>\n";
+
+class XmlFile : public FreshRoot
+{
+protected:
+    XmlFile()
+    {
+        fileSetReportSink([](const char*) { ++s_reports; });
+        s_reports = 0;
+        good.AddChildElement("l")->AddChildElement("i")->GetAttributeValue("n") = "1";
+    }
+    ~XmlFile() override
+    {
+        fileSetReportSink(nullptr);
+        fileGetSystemCalls() = fileDefaultSystemCalls();
+    }
+    static void fillDisk()
+    {
+        fileGetSystemCalls().write = [](int, const void*, size_t) {
+            errno = ENOSPC;
+            return ssize_t(-1);
+        };
+    }
+
+    static int s_reports;
+    xmlFile good;
+};
+
+int XmlFile::s_reports;
+
+TEST_F(XmlFile, IsSavedAndLoaded)
+{
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(get("/a.xml"), SAVED);
+    xmlFile loaded(nullptr);
+    EXPECT_EQ(loaded.LoadFromFile("/a.xml"), 1);
+    EXPECT_EQ(loaded.ExportToText(), SAVED);
+    EXPECT_EQ(namesIn("/"), Names{"a.xml"});
+}
+
+TEST_F(XmlFile, PathGivenAtTheStartIsLoadedAtOnce)
+{
+    put("/a.xml", SAVED);
+    xmlFile loaded("/a.xml");
+    EXPECT_NE(xmlFindElementFromRoot(&loaded, "l", "i", 0), nullptr);
+}
+
+TEST_F(XmlFile, NullGivesAnEmptyDocument)
+{
+    xmlFile empty(nullptr);
+    EXPECT_EQ(empty.GetFirstChild(), nullptr);
+    EXPECT_EQ(xmlFile().GetFirstChild(), nullptr);
+}
+
+TEST_F(XmlFile, UnreadableFileGivenAtTheStartLeavesAnEmptyDocument)
+{
+    put("/broken.xml", "<l><i/>");
+    makeFolder("/d");
+    for (const char* path : {"/none.xml", "/broken.xml", "/d", ""}) {
+        xmlFile loaded(path);
+        EXPECT_EQ(loaded.GetFirstChild(), nullptr) << path;
+    }
+}
+
+TEST_F(XmlFile, LoadOfAMissingFileFails)
+{
+    EXPECT_EQ(good.LoadFromFile("/none.xml"), 0);
+    EXPECT_EQ(good.GetFirstChild(), nullptr);
+    EXPECT_STRNE(good.GetErrorText(), "");
+    EXPECT_EQ(good.LoadFromFile(nullptr), 0);
+    EXPECT_EQ(good.LoadFromFile(""), 0);
+}
+
+TEST_F(XmlFile, LoadOfADamagedFileFailsAndKeepsItsBeginning)
+{
+    put("/a.xml", "<l>\n<i/></m>");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 0);
+    EXPECT_NE(xmlFindElementFromRoot(&good, "l", "i", 0), nullptr);
+    EXPECT_EQ(good.GetErrorLine(), 2);
+    put("/empty.xml", "");
+    EXPECT_EQ(good.LoadFromFile("/empty.xml"), 0);
+}
+
+TEST_F(XmlFile, LoadReplacesWhatWasThere)
+{
+    put("/a.xml", "<m/>");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 1);
+    EXPECT_EQ(good.FindChildElement("l"), nullptr);
+}
+
+TEST_F(XmlFile, SaveIntoAMissingFolderFails)
+{
+    EXPECT_EQ(good.SaveToFile("/none/a.xml"), 0);
+    EXPECT_EQ(good.SaveToFile(nullptr), 0);
+    EXPECT_EQ(good.SaveToFile(""), 0);
+    EXPECT_EQ(namesIn("/"), Names{});
+}
+
+TEST_F(XmlFile, SaveOnAFullDiskKeepsTheOldFile)
+{
+    put("/a.xml", "<old/>");
+    fillDisk();
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 0);
+    EXPECT_EQ(get("/a.xml"), "<old/>");
+    EXPECT_EQ(namesIn("/"), Names{"a.xml"});
+}
+
+TEST_F(XmlFile, SaveOverAReadOnlyFileFails)
+{
+    put("/a.xml", "<old/>");
+    ASSERT_EQ(chmod(onMachine("/a.xml").c_str(), 0444), 0);
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 0);
+    EXPECT_EQ(get("/a.xml"), "<old/>");
+}
+
+TEST_F(XmlFile, DocumentThatCouldNotBeLoadedAgainIsNotSaved)
+{
+    put("/a.xml", "<old/>");
+    xmlFile empty;
+    EXPECT_EQ(empty.SaveToFile("/a.xml"), 0);
+    empty.AddChildXMLNode(xmlTypeComment, "no element");
+    EXPECT_EQ(empty.SaveToFile("/a.xml"), 0);
+    xmlFile deep;
+    xmlBaseNode* node = &deep;
+    for (int i = 0; i < XML_DEPTH_LIMIT; ++i)
+        node = node->AddChildElement("a");
+    EXPECT_EQ(deep.SaveToFile("/deep.xml"), 1);
+    EXPECT_EQ(deep.LoadFromFile("/deep.xml"), 1);
+    xmlFile two;
+    two.AddChildXMLNode(xmlTypeDocType, "a");
+    two.AddChildElement("a");
+    two.AddChildElement("b");
+    EXPECT_EQ(two.SaveToFile("/a.xml"), 0);
+    EXPECT_EQ(get("/a.xml"), "<old/>");
+}
+
+TEST_F(XmlFile, DocumentTooDeepIsNotSaved)
+{
+    xmlBaseNode* node = &good;
+    for (int i = 0; i <= XML_DEPTH_LIMIT; ++i)
+        node = node->AddChildElement("a");
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 0);
+    EXPECT_EQ(namesIn("/"), Names{});
+}
+
+TEST_F(XmlFile, FileThatCouldNotBeLoadedIsKeptAsideBeforeItIsReplaced)
+{
+    put("/a.xml", "<l><i n='precious'/>");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 0);
+    good.ClearDocument();
+    good.AddChildElement("new");
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(get("/a.xml.bad"), "<l><i n='precious'/>");
+    EXPECT_EQ(namesIn("/"), (Names{"a.xml", "a.xml.bad"}));
+    EXPECT_EQ(s_reports, 1);
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(namesIn("/"), (Names{"a.xml", "a.xml.bad"}));
+}
+
+TEST_F(XmlFile, FileThatCouldNotBeLoadedAtTheStartIsKeptAsideToo)
+{
+    put("/a.xml", "damaged");
+    xmlFile file("/a.xml");
+    file.AddChildElement("new");
+    EXPECT_EQ(file.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(get("/a.xml.bad"), "damaged");
+}
+
+TEST_F(XmlFile, EachOfSeveralDamagedFilesIsKeptAside)
+{
+    put("/a.xml", "damaged a");
+    put("/b.xml", "damaged b");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 0);
+    EXPECT_EQ(good.LoadFromFile("/b.xml"), 0);
+    EXPECT_EQ(good.ParseDocument("<new/>"), 1);
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(good.SaveToFile("/b.xml"), 1);
+    EXPECT_EQ(get("/a.xml.bad"), "damaged a");
+    EXPECT_EQ(get("/b.xml.bad"), "damaged b");
+}
+
+TEST_F(XmlFile, FileThatWasRepairedMeanwhileIsNotKeptAside)
+{
+    put("/a.xml", "damaged");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 0);
+    put("/a.xml", "<repaired/>");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 1);
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(namesIn("/"), Names{"a.xml"});
+}
+
+TEST_F(XmlFile, MissingFileLeavesNothingToKeepAside)
+{
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 0);
+    good.AddChildElement("new");
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(namesIn("/"), Names{"a.xml"});
+}
+
+TEST_F(XmlFile, DamagedFileStaysInItsPlaceWhenTheSaveFails)
+{
+    put("/a.xml", "damaged");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 0);
+    good.AddChildElement("new");
+    fillDisk();
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 0);
+    EXPECT_EQ(get("/a.xml"), "damaged");
+    EXPECT_EQ(namesIn("/"), Names{"a.xml"});
+}
+
+TEST_F(XmlFile, DamagedFileThatCannotBeKeptIsNotReplaced)
+{
+    put("/a.xml", "damaged");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 0);
+    good.AddChildElement("new");
+    fileGetSystemCalls().link = [](const char*, const char*) {
+        errno = EROFS;
+        return -1;
+    };
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 0);
+    EXPECT_EQ(get("/a.xml"), "damaged");
+}
+
+} // namespace

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Makes docs/contact-sheet.jpg: every page and state, in all five languages, from the built phone.
+# Needs ImageMagick. usage: tools/contact-sheet.sh [BUILD]
+set -eu
+cd "$(dirname "$(readlink -f "$0")")/.."
+build=${1:-build/release}
+work=$(mktemp -d)
+trap 'kill "$phone" 2>/dev/null || true; rm -rf "$work"' EXIT
+
+cp -r "$build/rootfs/rundata" "$work/rundata"
+ln -s "$PWD/$build/rootfs/phone" "$work/phone"
+mkdir -p "$work/rundata/run" "$work/storage" "$work/shots"
+QT_QPA_PLATFORM=offscreen "$build/bin/hxPhone" --sysroot "$work" --control "$work/control" 2>/dev/null &
+phone=$!
+ctl() { "$build/bin/hxctl" -s "$work/control" "$@" >/dev/null; }
+until ctl wait page frmDesktop 10000 2>/dev/null; do sleep 0.1; done
+
+n=0
+shot() { ctl wait idle 3000; ctl shot "$work/shots/$(printf %03d $n).png"; n=$((n + 1)); }
+back() { ctl key F4; ctl wait idle 3000; }
+
+ctl set clock "2026-11-21 14:05:00"
+ctl set line 0 state=5 user=1001 server=pbx new=3
+for language in English Chinese German French Spanish; do
+  ctl config /rundata/config/user/user.ini Language strGUILanguage $language
+  ctl post app_hxPhone 0x10007 11 0
+  ctl wait idle 3000
+  ctl menu setting.xml; ctl wait page dlgIconviewForm 3000; back
+  shot
+  for menu in setting callfeature application media; do ctl menu $menu.xml; shot; back; done
+  ctl open-info WAN /phone/resource/theme/default/bmp/menu/menu_wan.png WAN
+  ctl wait page dlgWan 3000
+  ctl touch 188 213; ctl touch 600 213; shot
+  ctl key F1; shot
+  ctl key Return; back
+  ctl open "Account Setting"; shot
+  ctl touch 270 100; shot; back; back
+  ctl open "Directory"; shot; back
+  ctl open "Call Histroy"; shot; back
+  ctl open "Reboot"; shot; ctl key Escape; ctl wait idle 3000
+done
+montage "$work"/shots/*.png -tile 6x -geometry 266x160+3+3 -background '#dfe6ee' -quality 88 docs/contact-sheet.jpg
+echo "docs/contact-sheet.jpg: $n pictures"
