@@ -31,16 +31,15 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() == QEvent::UpdateRequest && watched->inherits(m_class.constData()))
-            m_updating = true;
-        if (event->type() == QEvent::Paint && watched->inherits(m_class.constData()))
-            hasPainted = true;
+        // The page itself may lie wholly under an opaque child, which paints instead.
+        if (event->type() == QEvent::Paint && watched->isWidgetType())
+            hasPainted =
+                hasPainted || static_cast<QWidget*>(watched)->window()->inherits(m_class.constData());
         return false;
     }
 
 private:
     QByteArray m_class;
-    bool m_updating = false;
 };
 
 double msToPainted(const char* page, const char* className)

@@ -76,6 +76,12 @@ bool windowStack::eventFilter(QObject* watched, QEvent* event)
     }
     switch (type) {
     case QEvent::Show:
+        if (QWidget* window = asWindow(watched)) {
+            putOnTop(window);
+            // Without a window manager nobody else gives a new window the keys.
+            QMetaObject::invokeMethod(this, &windowStack::activateTop, Qt::QueuedConnection);
+        }
+        break;
     case QEvent::ZOrderChange:
     case QEvent::WindowActivate:
         if (QWidget* window = asWindow(watched))

@@ -3,6 +3,7 @@
 #include "tests/desktop/desktopTest.h"
 #include "tests/services/httpServer.h"
 #include <QFile>
+#include <QPointer>
 #include <QTableWidget>
 
 namespace {
@@ -122,8 +123,11 @@ TEST_F(RemotePhoneBook, AReplyThatComesAfterTheCloseIsIgnored)
     ASSERT_TRUE(kit::waitUntil([this] { return held != nullptr; }));
     tapSoftKey(&page, 3);
     EXPECT_FALSE(page.isVisible());
-    held->write(httpServer::answer(kBook));
-    ASSERT_TRUE(kit::waitUntil([this] { return server.closed > 0; }));
+    // The phone may have gone already; otherwise it gets all of the answer.
+    QPointer<QTcpSocket> slow(held);
+    if (server.closed == 0)
+        slow->write(httpServer::answer(kBook));
+    ASSERT_TRUE(kit::waitUntil([&] { return server.closed > 0 || slow->bytesToWrite() == 0; }));
     page.show();
     kit::settle();
     EXPECT_EQ(rowsOf(&page), "");
