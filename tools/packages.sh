@@ -3,7 +3,8 @@
 BUILD_PACKAGES="g++ cmake ninja-build ccache lld pkg-config qt6-base-dev qt6-base-private-dev
   qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev libcrypt-dev librsvg2-dev
   libcairo2-dev fonts-noto-core fonts-noto-extra fonts-noto-cjk"
-TEST_PACKAGES="libgtest-dev libgmock-dev"
+# locales: a test prints numbers under a decimal comma.
+TEST_PACKAGES="libgtest-dev libgmock-dev locales"
 WINDOW_PACKAGES="xserver-xephyr"
 BROWSER_PACKAGES="tigervnc-standalone-server novnc websockify"
 FUZZ_PACKAGES="clang libclang-rt-14-dev"
