@@ -35,14 +35,7 @@ protected:
 
     void expectRefused(const char* message, const char* focus)
     {
-        const QByteArray before = readFile(ACCOUNT_FILE);
-        kit::BoxAnswers boxes({"ok"});
-        softKey(page, 0);
-        EXPECT_EQ(boxes.titles(), QStringList{"Note"});
-        EXPECT_EQ(boxes.texts(), QStringList{message});
-        EXPECT_EQ(focusName(), focus);
-        EXPECT_TRUE(page->isVisible());
-        EXPECT_EQ(readFile(ACCOUNT_FILE), before);
+        expectSaveRefused(page, ACCOUNT_FILE, message, focus);
     }
 
     void expectSaved()

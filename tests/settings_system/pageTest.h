@@ -60,6 +60,20 @@ protected:
         kit::tap(page->findChild<qSoftKeyBar*>()->GetButton(index));
     }
 
+    // Save with one bad entry: the message, the focus on the entry, nothing stored in the file, the page
+    // open.
+    void expectSaveRefused(QWidget* page, const char* file, const char* message, const char* focus)
+    {
+        const QByteArray before = readFile(file);
+        kit::BoxAnswers boxes({"ok"});
+        softKey(page, 0);
+        EXPECT_EQ(boxes.titles(), QStringList{"Note"});
+        EXPECT_EQ(boxes.texts(), QStringList{message});
+        EXPECT_EQ(focusName(), focus);
+        EXPECT_EQ(readFile(file), before);
+        EXPECT_TRUE(page->isVisible());
+    }
+
     static QString stored(const char* file, const char* section, const char* key)
     {
         return toQString(NUX_SubClass::nuxGetRegistryString(file, section, key, "(absent)"));

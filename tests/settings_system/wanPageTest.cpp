@@ -28,17 +28,9 @@ protected:
     static QString network(const char* key) { return stored(SYSTEM_FILE, "Network", key); }
     static QString vlan() { return stored(SYSTEM_FILE, "VLAN", "bEnable"); }
 
-    // Save with one bad entry: the message, the focus on the entry, nothing stored, the page open.
     void expectRefused(const char* message, const char* focus)
     {
-        const QByteArray before = readFile(SYSTEM_FILE);
-        kit::BoxAnswers boxes({"ok"});
-        save();
-        EXPECT_EQ(boxes.titles(), QStringList{"Note"});
-        EXPECT_EQ(boxes.texts(), QStringList{message});
-        EXPECT_EQ(focusName(), focus);
-        EXPECT_EQ(readFile(SYSTEM_FILE), before);
-        EXPECT_TRUE(page->isVisible());
+        expectSaveRefused(page, SYSTEM_FILE, message, focus);
         EXPECT_TRUE(logged("reboot").isEmpty());
     }
 
