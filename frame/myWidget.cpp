@@ -52,6 +52,13 @@ bool MyWidget::eventFilter(QObject* watched, QEvent* event)
     }
 }
 
+// OK in a field presses no button of the page: a dialog would take the nearest one for its default.
+void MyWidget::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        QDialog::keyPressEvent(event);
+}
+
 QComboBox* MyWidget::focusCombo() const
 {
     return qobject_cast<QComboBox*>(focusWidget());

@@ -17,6 +17,9 @@ public:
     // Filters the events of all widgets while it is installed on the application.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     QComboBox* focusCombo() const;
     QComboBox* openCombo() const;

@@ -517,6 +517,28 @@ TEST_F(SettingKeys, OtherKeysReachTheirWidget)
     EXPECT_EQ(edit->text(), "abc");
 }
 
+TEST_F(SettingKeys, OkInAnEditPressesNoButtonOfThePage)
+{
+    QPushButton* button = add<QPushButton>();
+    QLineEdit* edit = add<QLineEdit>();
+    int pressed = 0;
+    QObject::connect(button, &QPushButton::clicked, [&] { ++pressed; });
+    open(edit);
+    kit::key(Qt::Key_Return);
+    kit::key(Qt::Key_Enter);
+    EXPECT_EQ(pressed, 0);
+    button->setFocus();
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(pressed, 1) << "the button that has the focus";
+}
+
+TEST_F(SettingKeys, EscapeStillClosesThePage)
+{
+    open(add<QLineEdit>());
+    kit::key(Qt::Key_Escape);
+    EXPECT_FALSE(m_page.isVisible());
+}
+
 TEST_F(SettingKeys, APageIsAFramelessDialog)
 {
     EXPECT_EQ(int(Qt::FramelessWindowHint), 0x800);

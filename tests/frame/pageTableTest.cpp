@@ -552,6 +552,7 @@ TEST_F(BarePageTable, DirectoryViewsAreOpenedByNumber)
     EXPECT_TRUE(visible("dlgRemotePhoneBook"));
     settingOpenPage(2, "Company", "", nullptr);
     EXPECT_TRUE(visible("dlgLDAP"));
+    EXPECT_EQ(PopupDialog<dlgLDAP>(nullptr, 1, 0, 0)->findChild<qTopBar*>()->title(), "Company");
 }
 
 TEST_F(BarePageTable, TheRemoteBookGetsTheSecondTextAsItsAddress)
