@@ -3,6 +3,7 @@
 #include "support/host/clock.h"
 #include "support/host/language.h"
 #include "support/host/net.h"
+#include "support/host/registry.h"
 #include "support/host/text.h"
 #include <QPainter>
 
@@ -10,6 +11,7 @@ namespace {
 
 constexpr int kSecondsPerMinute = 60;
 constexpr int kTimeSize = 80;
+constexpr int kHalfSize = 28;
 constexpr int kNumberSize = 56;
 constexpr int kDateSize = 20;
 
@@ -27,6 +29,12 @@ QString dateText(const chTime& time)
              qTranslate(kMonths[time.GetMonth() - 1]));
 }
 
+// "1" is the clock of twelve hours.
+bool isTwelveHourClock()
+{
+    return nuxGetRegistryInt("/rundata/config/user/user.ini", "DateTime", "eTimeFormat", 0) == 1;
+}
+
 } // namespace
 
 homeClock::homeClock(QWidget* parent) : QWidget(parent)
@@ -38,9 +46,11 @@ homeClock::homeClock(QWidget* parent) : QWidget(parent)
 void homeClock::refresh()
 {
     const long minute = netGetLocalTime() / kSecondsPerMinute;
-    if (minute == m_nShownMinute)
+    const bool twelveHours = isTwelveHourClock();
+    if (minute == m_nShownMinute && twelveHours == m_bTwelveHours)
         return;
     m_nShownMinute = minute;
+    m_bTwelveHours = twelveHours;
     update();
 }
 
@@ -48,6 +58,23 @@ void homeClock::setNumber(const QString& number)
 {
     m_strNumber = number;
     update();
+}
+
+void homeClock::paintTime(QPainter& painter, const chTime& now) const
+{
+    const QRect row(0, 0, width(), 96);
+    painter.setFont(look::font(kTimeSize));
+    QRect taken;
+    if (!m_bTwelveHours) {
+        painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, toQString(now.Format("%H:%M")), &taken);
+        return;
+    }
+    const int hour = now.GetHour() % 12 ? now.GetHour() % 12 : 12;
+    const QString text = QString("%1:%2").arg(hour).arg(now.GetMinute(), 2, 10, QChar('0'));
+    painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, text, &taken);
+    const QRect half(taken.right() + 12, taken.top(), width() - taken.right() - 12, taken.height() - 16);
+    look::paintFitted(painter, half, Qt::AlignLeft | Qt::AlignBottom, now.GetHour() < 12 ? "AM" : "PM",
+                      look::font(kHalfSize));
 }
 
 void homeClock::paintEvent(QPaintEvent*)
@@ -62,9 +89,7 @@ void homeClock::paintEvent(QPaintEvent*)
         return;
     }
     const chTime now(netGetLocalTime());
-    painter.setFont(look::font(kTimeSize));
-    painter.drawText(QRect(0, 0, width(), 96), Qt::AlignLeft | Qt::AlignVCenter,
-                     toQString(now.Format("%H:%M")));
+    paintTime(painter, now);
     look::paintFitted(painter, QRect(0, 94, width(), 36), Qt::AlignLeft | Qt::AlignVCenter, dateText(now),
                       look::font(kDateSize));
 }

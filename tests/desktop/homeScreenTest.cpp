@@ -7,6 +7,7 @@
 #include "support/host/clock.h"
 #include "support/host/desktop.h"
 #include "support/host/module.h"
+#include "support/host/registry.h"
 #include "tests/desktop/desktopTest.h"
 #include <QApplication>
 
@@ -155,6 +156,26 @@ TEST_F(HomeScreen, TheClockMovesWithTheMinute)
     EXPECT_NE(before.copy(clockArea), after.copy(clockArea));
     const QRect tiles(0, 210, 800, 140);
     EXPECT_EQ(before.copy(tiles), after.copy(tiles));
+}
+
+TEST_F(HomeScreen, TheTwelveHourClockTellsMorningFromAfternoon)
+{
+    const QRect clockArea(40, 68, 400, 100);
+    const auto shot = [&](int hour) {
+        netWorldSetClock(chTime(2026, 11, 21, hour, 5, 0).GetTime());
+        kit::stepTime(1000);
+        return home->grab(clockArea).toImage();
+    };
+    const QImage two = shot(2);
+    const QImage fourteen = shot(14);
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "DateTime", "eTimeFormat", 1);
+    const QImage afternoon = shot(14);
+    const QImage morning = shot(2);
+    EXPECT_NE(two, fourteen);
+    EXPECT_NE(afternoon, fourteen) << "at once, within the same minute";
+    EXPECT_NE(afternoon, morning);
+    kit::shot("home_twelve_hours");
+    EXPECT_NE(shot(0), shot(12));
 }
 
 TEST_F(HomeScreen, AMissingWallpaperFallsBackToTheOneOfThePhone)
