@@ -43,13 +43,6 @@ QList<tagCallRecord> callRecordsRead()
     return calls;
 }
 
-int callRecordsClear()
-{
-    xmlFile file;
-    file.AddChildElement("CallHistory");
-    return file.SaveToFile(kFile);
-}
-
 QString callRecordName(const tagCallRecord& call, const QList<tagContact>& contacts)
 {
     const QString known =

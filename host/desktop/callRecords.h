@@ -16,8 +16,6 @@ struct tagCallRecord
 
 // Newest first.
 QList<tagCallRecord> callRecordsRead();
-// 0 when the file cannot be saved.
-int callRecordsClear();
 // The name that the call came with, else that of the contact with its number; the number for a stranger.
 QString callRecordName(const tagCallRecord& call, const QList<tagContact>& contacts);
 // Device path of the icon that tells how the call went.

@@ -1,6 +1,7 @@
 #include "host/desktop/callRecords.h"
 #include "host/desktop/hostList.h"
 #include "host/desktop/hostPage.h"
+#include "host/services/callHistory.h"
 #include "support/host/api.h"
 #include "support/host/box.h"
 #include "support/host/dialogs.h"
@@ -82,7 +83,7 @@ void dlgCallHistroy::on_click_Clear()
     if (m_p->calls.isEmpty() ||
         !xMessageBox(Translate("Note"), Translate("Delete all calls?"), BOX_QUESTION, this, -1))
         return;
-    if (!callRecordsClear())
+    if (!callHistoryClear())
         xMessageBox(Translate("Note"), Translate("The calls cannot be deleted!"), BOX_NOTE, this, -1);
     m_p->load();
 }

@@ -83,3 +83,15 @@ void callHistoryAdd(const tagCall& call)
     PostAction(*action);
     action->DestroyObject();
 }
+
+int callHistoryClear()
+{
+    History& history = theHistory();
+    QMutexLocker file(&history.file);
+    QMutexLocker lock(&history.mutex);
+    history.waiting.clear();
+    lock.unlock();
+    xmlFile empty;
+    empty.AddChildElement("CallHistory");
+    return empty.SaveToFile(kFile);
+}

@@ -9,3 +9,5 @@ enum { CALL_HISTORY_MAX = 100 };
 
 // User-interface thread. Returns at once.
 HX_HOST_API void callHistoryAdd(const tagCall& call);
+// Forgets all calls, those too that are on their way into the file. 0 when the file cannot be written.
+HX_HOST_API int callHistoryClear();
