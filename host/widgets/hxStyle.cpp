@@ -342,6 +342,28 @@ QRect hxStyle::subElementRect(SubElement element, const QStyleOption* option, co
     }
 }
 
+// The bar has no buttons: the thumb goes from one end to the other.
+static QRect scrollBarPart(const QStyleOptionSlider& option, QStyle::SubControl part)
+{
+    const bool across = option.orientation == Qt::Horizontal;
+    const QRect thumb = stylePaint::scrollThumb(option);
+    QRect rect = option.rect;
+    switch (part) {
+    case QStyle::SC_ScrollBarGroove:
+        return rect;
+    case QStyle::SC_ScrollBarSlider:
+        return thumb;
+    case QStyle::SC_ScrollBarSubPage:
+        across ? rect.setRight(thumb.left() - 1) : rect.setBottom(thumb.top() - 1);
+        return rect;
+    case QStyle::SC_ScrollBarAddPage:
+        across ? rect.setLeft(thumb.right() + 1) : rect.setTop(thumb.bottom() + 1);
+        return rect;
+    default:
+        return QRect();
+    }
+}
+
 QRect hxStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                               const QWidget* widget) const
 {
@@ -364,12 +386,8 @@ QRect hxStyle::subControlRect(ComplexControl control, const QStyleOptionComplex*
         if (part == SC_SpinBoxEditField)
             return rect.adjusted(stylePaint::kFieldPadding - 2, 2, hasButtons ? -buttons : -4, -2);
     }
-    if (control == CC_ScrollBar) {
-        if (part == SC_ScrollBarAddLine || part == SC_ScrollBarSubLine)
-            return QRect();
-        if (part == SC_ScrollBarGroove)
-            return rect;
-    }
+    if (const auto* slider = control == CC_ScrollBar ? as<QStyleOptionSlider>(option) : nullptr)
+        return scrollBarPart(*slider, part);
     return QProxyStyle::subControlRect(control, option, part, widget);
 }
 

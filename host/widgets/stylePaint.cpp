@@ -247,18 +247,29 @@ void slider(QPainter& painter, const QStyleOptionSlider& option)
     look::paintBox(painter, handle, half, look::kField, on, 2);
 }
 
-void scrollBar(QPainter& painter, const QStyleOptionSlider& option)
+QRect scrollThumb(const QStyleOptionSlider& option)
 {
     const bool across = option.orientation == Qt::Horizontal;
     const int length = across ? option.rect.width() : option.rect.height();
     const int range = option.maximum - option.minimum;
     if (range <= 0)
-        return;
-    const int thumb = qMax(24, int(qint64(length) * option.pageStep / (range + option.pageStep)));
+        return option.rect;
+    const int thumb =
+        qMin(length, qMax(24, int(qint64(length) * option.pageStep / (range + option.pageStep))));
     const int at = QStyle::sliderPositionFromValue(option.minimum, option.maximum, option.sliderPosition,
                                                    length - thumb, option.upsideDown);
-    const QRectF shape = across ? QRectF(option.rect.left() + at, option.rect.top() + 2, thumb, 6)
-                                : QRectF(option.rect.left() + 2, option.rect.top() + at, 6, thumb);
+    return across ? QRect(option.rect.left() + at, option.rect.top(), thumb, option.rect.height())
+                  : QRect(option.rect.left(), option.rect.top() + at, option.rect.width(), thumb);
+}
+
+void scrollBar(QPainter& painter, const QStyleOptionSlider& option)
+{
+    if (option.maximum <= option.minimum)
+        return;
+    const bool across = option.orientation == Qt::Horizontal;
+    const QRect thumb = scrollThumb(option);
+    const QRectF shape = across ? QRectF(thumb.left(), thumb.top() + 2, thumb.width(), 6)
+                                : QRectF(thumb.left() + 2, thumb.top(), 6, thumb.height());
     look::paintBox(painter, shape, 3,
                    isOn(option.state, QStyle::State_Sunken) ? look::kGlyph : look::kFieldLine);
 }

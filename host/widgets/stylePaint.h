@@ -14,6 +14,8 @@ void indicator(QPainter& painter, const QStyleOption& option, bool round);
 void combo(QPainter& painter, const QStyleOptionComboBox& option);
 void spinBox(QPainter& painter, const QStyleOptionSpinBox& option);
 void slider(QPainter& painter, const QStyleOptionSlider& option);
+// The part of the bar that the finger drags, over the whole width of the bar.
+QRect scrollThumb(const QStyleOptionSlider& option);
 void scrollBar(QPainter& painter, const QStyleOptionSlider& option);
 void tab(QPainter& painter, const QStyleOptionTab& option);
 void progress(QPainter& painter, const QStyleOptionProgressBar& option);

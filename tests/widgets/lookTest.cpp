@@ -278,6 +278,27 @@ TEST_F(Look, ScrollBarIsThin)
     EXPECT_FALSE(isColour(kit::screen(), 394, 340, look::kFieldLine));
 }
 
+TEST_F(Look, ScrollBarThumbGoesFromEndToEndUnderTheFinger)
+{
+    QListWidget* list = page.add<QListWidget>(QRect(200, 60, 200, 300));
+    for (int row = 0; row < 50; ++row)
+        list->addItem(QString::number(row));
+    list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    page.open();
+    QScrollBar* bar = list->verticalScrollBar();
+    const QPoint top = bar->mapToGlobal(QPoint(5, 2));
+    const int free =
+        bar->height() - qMax(24, bar->height() * bar->pageStep() / (bar->maximum() + bar->pageStep()));
+    kit::press(top);
+    kit::moveTo(top + QPoint(0, free));
+    EXPECT_EQ(bar->value(), bar->maximum());
+    kit::moveTo(top + QPoint(0, free / 2));
+    EXPECT_NEAR(bar->value(), bar->maximum() / 2, bar->maximum() / 50 + 1);
+    kit::moveTo(top);
+    kit::release(top);
+    EXPECT_EQ(bar->value(), 0);
+}
+
 TEST_F(Look, ToolTipsStayAway)
 {
     QPushButton* button = page.add<QPushButton>(QRect(200, 100, 120, 36), QString("Choose"));
