@@ -17,7 +17,7 @@ constexpr int kIconSize = 24;
 } // namespace
 
 hostList::hostList(QTableWidget* table, QLabel* notice, const QList<tagListColumn>& columns)
-    : QObject(table), m_pTable(table), m_pNotice(notice), m_columns(columns)
+    : QObject(table), m_pTable(table), m_pViewport(table->viewport()), m_pNotice(notice), m_columns(columns)
 {
     SetTabWgtNormalProperty(table, true);
     SetTabWgtScrollStyle(table);
@@ -32,7 +32,7 @@ hostList::hostList(QTableWidget* table, QLabel* notice, const QList<tagListColum
     notice->setAttribute(Qt::WA_TransparentForMouseEvents);
     notice->hide();
     table->installEventFilter(this);
-    table->viewport()->installEventFilter(this);
+    m_pViewport->installEventFilter(this);
     showTexts();
 }
 
@@ -83,7 +83,7 @@ void hostList::setFocus()
 
 bool hostList::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_pTable->viewport())
+    if (watched == m_pViewport)
         followFinger(event);
     if (event->type() == QEvent::KeyPress && watched == m_pTable)
         return pressKey(static_cast<QKeyEvent*>(event)->key());

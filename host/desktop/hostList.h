@@ -47,6 +47,7 @@ private:
     bool pressKey(int key);
     void step(int rows);
     QTableWidget* m_pTable;
+    QWidget* m_pViewport; // of the table, which is asked for nothing while it is taken down
     QLabel* m_pNotice;
     QList<tagListColumn> m_columns;
     const char* m_szNotice = "";

@@ -1,8 +1,8 @@
 #include "support/host/password.h"
 #include "tests/kit/phoneTest.h"
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
+#include <ctime>
 #include <sys/stat.h>
 
 namespace {
@@ -163,6 +163,14 @@ TEST_F(FilePassword, ASaveThatIsNotPossibleIsZero)
     EXPECT_EQ(filePassword(kFile).SaveToFile(nullptr), 0);
 }
 
+// Of this thread, in nanoseconds: what else the machine does must not count.
+qint64 cpuTime()
+{
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return time.tv_sec * 1000000000LL + time.tv_nsec;
+}
+
 TEST_F(FilePassword, AnUnknownNameTakesAsLongAsAKnownOne)
 {
     ASSERT_EQ(store("admin", "secret"), 1);
@@ -170,10 +178,9 @@ TEST_F(FilePassword, AnUnknownNameTakesAsLongAsAKnownOne)
     const auto fastest = [&file](const char* user, const char* password) {
         qint64 best = INT64_MAX;
         for (int i = 0; i < 5; ++i) {
-            QElapsedTimer timer;
-            timer.start();
+            const qint64 begin = cpuTime();
             file.IsRightUserPassword(user, password);
-            best = std::min(best, timer.nsecsElapsed());
+            best = std::min(best, cpuTime() - begin);
         }
         return best;
     };
