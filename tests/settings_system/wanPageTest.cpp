@@ -365,6 +365,8 @@ TEST_F(WanPage, OpeningWithDhcpAndAutoWriteStoresTheLiveAddress)
 {
     nuxSetRegistryString(SYSTEM_FILE, "Network", "eWANType", "0");
     nuxSetRegistryString(SYSTEM_FILE, "Network", "bAutoWriteWanIp", "1");
+    for (const QString& key : kAddressKeys)
+        nuxSetRegistryString(SYSTEM_FILE, "Network", fromQString(key).GetText(), "240.0.0.9");
     openWan();
     const QString live = toQString(addr2String(netGetLocalIPv4()));
     EXPECT_EQ(child<QLineEdit>(page, "editIPAddress")->text(), live);
