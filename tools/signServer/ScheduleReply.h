@@ -1,0 +1,51 @@
+#pragma once
+// Makes a display's schedule from schedule.xml, the layouts and the media of the folder:
+//
+//   <schedule>
+//     <layout file="welcome.xml" fromdt="2026-01-01 08:00:00" todt="2026-12-31 18:00:00"
+//     displays="Lobby,Hall"/>
+//   </schedule>
+//
+// Without times a layout shows always, without "displays" on all. "eventType" and "applet" go to the phone as
+// they stand. Sizes and sums are the server's to find.
+#include "tools/signServer/SignFolder.h"
+#include <QStringList>
+#include <QVector>
+
+class QXmlStreamReader;
+class QXmlStreamWriter;
+
+class ScheduleReply
+{
+public:
+    explicit ScheduleReply(const SignFolder& folder) : m_folder(folder) {}
+
+    QByteArray For(const QByteArray& display);
+    // What the last call had to leave out, and why; a line each.
+    const QStringList& Complaints() const { return m_complaints; }
+
+private:
+    struct Layout
+    {
+        QString file, fromdt, todt, eventType, applet;
+    };
+    struct File
+    {
+        QString type, path;
+        QByteArray sum;
+        qint64 size;
+    };
+
+    int ReadSchedule(const QString& display);
+    void TakeLayout(const Layout& layout);
+    int MediaOf(const Layout& layout, const OpenFile& file, QStringList& names);
+    void TakeMedia(const QString& name);
+    bool HasFile(const QString& type, const QString& path) const;
+    void Write(QXmlStreamWriter& xml) const;
+    void Complain(const QString& text) { m_complaints.append(text); }
+
+    const SignFolder& m_folder;
+    QVector<Layout> m_layouts;
+    QVector<File> m_files; // layouts first, each file once
+    QStringList m_complaints;
+};
