@@ -5,6 +5,7 @@
 #include <QMutex>
 #include <QNetworkAccessManager>
 #include <QThread>
+#include <algorithm>
 #include <atomic>
 
 namespace {
@@ -63,8 +64,12 @@ private:
 
 httpService& httpService::instance()
 {
-    static httpService* service = new httpService;
-    static NetworkThread thread(service);
+    // Made and moved by one thread, also when two ask for it first.
+    static httpService* const service = [] {
+        httpService* made = new httpService;
+        static NetworkThread thread(made);
+        return made;
+    }();
     return *service;
 }
 
@@ -73,6 +78,10 @@ void httpService::prepare(HttpAction& action, const taskHoldRef& hold)
     tagHttpJob job;
     job.url = action.strRemoteUrl.GetText();
     job.file = action.strLocalFile.GetText();
+    job.server = httpTransfer::serverOf(job.url);
+    job.nSizeLimit = action.nSizeLimit;
+    job.bFlush = action.bFlush != 0;
+    job.bCheckSum = action.bCheckSum != 0;
     job.hold = hold;
     Asked& asked = theAsked();
     QMutexLocker lock(&asked.mutex);
@@ -134,73 +143,92 @@ void httpService::enqueue(const tagHttpJob& job)
         return;
     }
     giveUp(job.hold->number());
-    m_waiting.append(job);
-    startNext();
+    ++m_jobs[job.hold->number()];
+    m_servers[job.server].waiting.push_back(job);
+    startNext(job.server);
 }
 
-// Everything the action asked for so far.
+// Everything the action asked for so far. Most actions have nothing left when they go.
 void httpService::giveUp(quint64 action)
 {
-    const auto isIts = [action](const tagHttpJob& job) { return job.hold->number() == action; };
-    for (qsizetype i = m_waiting.size() - 1; i >= 0; --i) {
-        if (isIts(m_waiting[i]))
-            taskGiveUp(m_waiting.takeAt(i).hold);
-    }
+    if (m_jobs.remove(action) == 0)
+        return;
+    giveUpWaiting(action);
     const QList<httpTransfer*> active = m_active;
     for (httpTransfer* transfer : active) {
-        if (!isIts(transfer->job()))
+        if (transfer->job().hold->number() != action)
             continue;
-        m_active.removeOne(transfer);
+        ended(transfer);
         transfer->giveUp();
         taskGiveUp(transfer->job().hold);
         transfer->deleteLater();
+        startNext(transfer->job().server);
     }
-    startNext();
 }
 
-int httpService::activeFor(const tagHttpJob& job) const
+void httpService::giveUpWaiting(quint64 action)
 {
-    const QByteArray server = httpTransfer::serverOf(job.url);
-    int count = 0;
-    for (const httpTransfer* transfer : m_active)
-        count += httpTransfer::serverOf(transfer->job().url) == server;
-    return count;
+    for (tagServer& server : m_servers) {
+        const auto isIts = [action](const tagHttpJob& job) { return job.hold->number() == action; };
+        for (const tagHttpJob& job : server.waiting) {
+            if (isIts(job))
+                taskGiveUp(job.hold);
+        }
+        server.waiting.erase(std::remove_if(server.waiting.begin(), server.waiting.end(), isIts),
+                             server.waiting.end());
+    }
 }
 
-void httpService::startNext()
+void httpService::startNext(const QByteArray& server)
 {
-    for (qsizetype i = 0; i < m_waiting.size();) {
-        if (activeFor(m_waiting[i]) >= MAX_FOR_SERVER)
-            ++i;
-        else
-            begin(m_waiting.takeAt(i));
+    for (;;) {
+        tagServer& its = m_servers[server];
+        if (its.waiting.empty() || its.nActive >= MAX_FOR_SERVER)
+            break;
+        const tagHttpJob job = its.waiting.front();
+        its.waiting.pop_front();
+        begin(job);
     }
+    const tagServer& its = m_servers[server];
+    if (its.waiting.empty() && its.nActive == 0)
+        m_servers.remove(server);
 }
 
 void httpService::begin(const tagHttpJob& job)
 {
     if (!m_pManager)
         m_pManager = new QNetworkAccessManager(this);
-    httpTransfer* transfer =
-        new httpTransfer(job, [this](httpTransfer* ended, bool good) { done(ended, good); });
+    httpTransfer* transfer = new httpTransfer(job, [this](httpTransfer* its, bool good) { done(its, good); });
     m_active.append(transfer);
+    ++m_servers[job.server].nActive;
     transfer->start(*m_pManager);
+}
+
+void httpService::ended(httpTransfer* transfer)
+{
+    m_active.removeOne(transfer);
+    --m_servers[transfer->job().server].nActive;
 }
 
 void httpService::done(httpTransfer* transfer, bool good)
 {
-    if (!m_active.removeOne(transfer))
+    if (!m_active.contains(transfer))
         return;
+    ended(transfer);
     const tagHttpJob job = transfer->job();
+    const QByteArray checkSum = good ? transfer->checkSum() : QByteArray();
     transfer->deleteLater();
-    taskDone(job.hold, [job, good] {
+    if (--m_jobs[job.hold->number()] <= 0)
+        m_jobs.remove(job.hold->number());
+    taskDone(job.hold, [job, good, checkSum] {
         HttpAction* action = static_cast<HttpAction*>(job.hold->action());
         if (!action || !isLatest(job))
             return false;
         action->nResult = good;
+        action->strCheckSum = checkSum.constData();
         return true;
     });
     // A transfer that ends at once must not make the list of those that wait go deeper and deeper.
     QMetaObject::invokeMethod(
-        this, [this] { startNext(); }, Qt::QueuedConnection);
+        this, [this, server = job.server] { startNext(server); }, Qt::QueuedConnection);
 }

@@ -3,8 +3,10 @@
 // a time go to one server; the others wait their turn.
 #include "host/services/taskBook.h"
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QObject>
+#include <deque>
 
 class HttpAction;
 class QNetworkAccessManager;
@@ -16,6 +18,10 @@ struct tagHttpJob
 {
     QByteArray url;
     QByteArray file;   // device path
+    QByteArray server; // scheme, host and port
+    qint64 nSizeLimit = 0;
+    bool bFlush = true;
+    bool bCheckSum = false;
     quint64 nTurn = 0; // counts the postings of one action
     taskHoldRef hold;
 };
@@ -42,14 +48,22 @@ public:
 
 private:
     httpService() = default;
+    // What goes to one server.
+    struct tagServer
+    {
+        std::deque<tagHttpJob> waiting;
+        int nActive = 0;
+    };
     void enqueue(const tagHttpJob& job);
-    void startNext();
+    void startNext(const QByteArray& server);
     void begin(const tagHttpJob& job);
     void giveUp(quint64 action);
+    void giveUpWaiting(quint64 action);
+    void ended(httpTransfer* transfer);
     void done(httpTransfer* transfer, bool good);
-    int activeFor(const tagHttpJob& job) const;
 
     QNetworkAccessManager* m_pManager = nullptr;
-    QList<tagHttpJob> m_waiting;
+    QHash<QByteArray, tagServer> m_servers;
+    QHash<quint64, int> m_jobs; // that wait or are active, of each action
     QList<httpTransfer*> m_active;
 };

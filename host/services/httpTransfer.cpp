@@ -1,4 +1,5 @@
 #include "host/services/httpTransfer.h"
+#include "host/services/storageSpace.h"
 #include "support/file/path.h"
 #include "support/host/http.h"
 #include "support/host/storage.h"
@@ -11,6 +12,7 @@ namespace {
 
 constexpr qint64 kBlock = 64 << 10;
 constexpr int kStatusGood = 200;
+constexpr qint64 kReadAhead = 1 << 20; // bytes that may wait for their place in the file
 
 QUrl addressOf(const QByteArray& url)
 {
@@ -68,6 +70,7 @@ void httpTransfer::start(QNetworkAccessManager& manager)
         return;
     }
     m_pReply = manager.get(requestFor(url));
+    m_pReply->setReadBufferSize(kReadAhead);
     connect(m_pReply, &QNetworkReply::metaDataChanged, this, [this] { onHead(); });
     connect(m_pReply, &QNetworkReply::redirected, this, [this] { m_stall.start(); });
     connect(m_pReply, &QNetworkReply::readyRead, this, [this] { onData(); });
@@ -104,7 +107,7 @@ void httpTransfer::fail(const char* reason)
 void httpTransfer::onHead()
 {
     m_stall.start();
-    if (status() == kStatusGood && announcedSize() > MAX_SIZE)
+    if (status() == kStatusGood && announcedSize() > sizeLimit())
         fail("it is too large");
     else if (status() == kStatusGood && !hasRoom(announcedSize()))
         fail("there is no room for it");
@@ -149,8 +152,20 @@ const char* httpTransfer::whatIsWrong()
 bool httpTransfer::store(const QByteArray& bytes)
 {
     m_nReceived += bytes.size();
-    return m_nReceived <= MAX_SIZE && hasRoom(bytes.size()) && openFile() &&
+    if (m_job.bCheckSum)
+        m_hash.addData(bytes);
+    return m_nReceived <= sizeLimit() && hasRoom(bytes.size()) && openFile() &&
            m_file.Write(bytes.constData(), size_t(bytes.size()));
+}
+
+QByteArray httpTransfer::checkSum() const
+{
+    return m_job.bCheckSum ? m_hash.result().toHex() : QByteArray();
+}
+
+qint64 httpTransfer::sizeLimit() const
+{
+    return m_job.nSizeLimit > 0 ? qMin(m_job.nSizeLimit, MAX_SIZE) : MAX_SIZE;
 }
 
 bool httpTransfer::openFile()
@@ -178,7 +193,7 @@ bool httpTransfer::hasRoom(qint64 more) const
     chString folder(m_job.file.constData());
     pathRemoveFileSpec(folder);
     const qint64 free = getFreeSpace(folder);
-    return free < 0 || free - PathReservedSpace(folder) >= more;
+    return free < 0 || free - PathReservedSpace(folder, storageSpaceOf(folder)) >= more;
 }
 
 void httpTransfer::onFinished()
@@ -202,7 +217,7 @@ void httpTransfer::conclude()
         m_szFailure = "the connection broke";
     if (!m_szFailure && announcedSize() >= 0 && announcedSize() != m_nReceived)
         m_szFailure = "it is not complete";
-    if (!m_szFailure && !(openFile() && m_file.Commit()))
+    if (!m_szFailure && !(openFile() && m_file.Commit(m_job.bFlush)))
         m_szFailure = "it cannot be stored";
     if (m_szFailure) {
         m_file.Abandon();

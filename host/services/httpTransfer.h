@@ -2,6 +2,7 @@
 // One HTTP transfer into a file. Lives on the network thread.
 #include "host/services/httpService.h"
 #include "support/file/chAtomicFile.h"
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
@@ -27,6 +28,8 @@ public:
 
     const tagHttpJob& job() const { return m_job; }
     QNetworkReply* reply() const { return m_pReply; }
+    // MD5 of what was stored, as text; empty when nobody wants it.
+    QByteArray checkSum() const;
     // Scheme, host and port.
     static QByteArray serverOf(const QByteArray& url);
 
@@ -41,6 +44,7 @@ private:
     bool store(const QByteArray& bytes);
     int status() const;
     qint64 announcedSize() const;
+    qint64 sizeLimit() const;
     const char* whatIsWrong();
 
     tagHttpJob m_job;
@@ -50,5 +54,6 @@ private:
     chAtomicFile m_file;
     bool m_bOpen = false;
     qint64 m_nReceived = 0;
+    QCryptographicHash m_hash{QCryptographicHash::Md5};
     const char* m_szFailure = nullptr;
 };

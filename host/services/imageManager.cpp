@@ -4,14 +4,17 @@
 #include "support/host/text.h"
 #include <QHash>
 #include <QImageReader>
+#include <QThreadPool>
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <deque>
 
 namespace {
 
 constexpr qsizetype kMemoryLimit = 16 << 20; // bytes of pixels; what is kept does not count
 constexpr qsizetype kNodeCost = 256;         // also of a picture that is not there
+constexpr size_t kMostPrepared = 16;         // pictures that wait to be read ahead
 constexpr qint64 kLookMs = 100;              // a file is looked at no more often
 
 struct ImageKey
@@ -68,15 +71,23 @@ void scaleToFit(QImageReader& reader, QSize room)
     reader.setScaledSize(turned ? fitting.transposed() : fitting);
 }
 
-// room: empty for the picture as it is.
-QPixmap readPicture(const char* path, QSize room)
+// room: empty for the picture as it is. Any thread.
+QImage readPicture(const char* path, QSize room)
 {
     QImageReader reader(toQString(devicePath(path)));
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     if (!room.isEmpty())
         scaleToFit(reader, room);
-    return QPixmap::fromImage(reader.read());
+    return reader.read();
+}
+
+// In the form that a pixmap takes as it is.
+QImage readForScreen(const char* path)
+{
+    const QImage image = readPicture(path, QSize());
+    return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                                         : QImage::Format_RGB32);
 }
 
 } // namespace
@@ -89,10 +100,15 @@ struct ImageManager::Private
     void Store(const ImageKey& key, const ImageNode& node);
     void MakeRoom(qsizetype needed);
     void SetKept(ImageNode& node, bool kept);
+    void PrepareNext();
+    void TakePrepared(const QByteArray& path, const ImageNode& node);
 
     QHash<ImageKey, ImageNode> nodes;
     qsizetype cost = 0; // of the nodes that are not kept
     quint64 uses = 0;
+    std::deque<QByteArray> toPrepare;
+    bool preparing = false;
+    QObject here; // on the user-interface thread
 };
 
 // The node, read again when its file changed. Valid until the next call.
@@ -116,8 +132,10 @@ bool ImageManager::Private::IsCurrent(ImageNode& node, const QByteArray& path)
         return true;
     tagFileStat stat;
     fileStat(path.constData(), stat);
+    if (stat != node.stat)
+        return false; // and whoever asks next looks again
     node.lookedMs = now;
-    return stat == node.stat;
+    return true;
 }
 
 ImageNode& ImageManager::Private::Read(const ImageKey& key, qint64 now)
@@ -128,7 +146,7 @@ ImageNode& ImageManager::Private::Read(const ImageKey& key, qint64 now)
     node.lookedMs = now;
     node.kept = nodes.value(own).kept;
     fileStat(own.path.constData(), node.stat);
-    node.pixmap = readPicture(own.path.constData(), QSize(own.w, own.h));
+    node.pixmap = QPixmap::fromImage(readPicture(own.path.constData(), QSize(own.w, own.h)));
     Store(own, node);
     return nodes[own];
 }
@@ -167,6 +185,46 @@ void ImageManager::Private::SetKept(ImageNode& node, bool kept)
     node.kept = kept;
 }
 
+// One at a time: whoever shows something needs the processor more.
+void ImageManager::Private::PrepareNext()
+{
+    while (!preparing && !toPrepare.empty()) {
+        const QByteArray path = toPrepare.front();
+        toPrepare.pop_front();
+        const auto found = nodes.find({path});
+        if (found != nodes.end() && IsCurrent(*found, path))
+            continue;
+        preparing = true;
+        QThreadPool::globalInstance()->start([this, path] {
+            ImageNode node;
+            node.root = deviceGetRootNumber();
+            fileStat(path.constData(), node.stat);
+            const QImage image = readForScreen(path.constData());
+            QMetaObject::invokeMethod(
+                &here,
+                [this, path, node, image]() mutable {
+                    node.pixmap = QPixmap::fromImage(image);
+                    TakePrepared(path, node);
+                },
+                Qt::QueuedConnection);
+        });
+    }
+}
+
+void ImageManager::Private::TakePrepared(const QByteArray& path, const ImageNode& node)
+{
+    preparing = false;
+    const ImageKey key{path};
+    const auto found = nodes.find(key);
+    if (found == nodes.end() || !(found->root == node.root && found->stat == node.stat)) {
+        ImageNode taken = node;
+        taken.lookedMs = nowMs();
+        taken.kept = found != nodes.end() && found->kept;
+        Store(key, taken);
+    }
+    PrepareNext();
+}
+
 ImageManager::ImageManager() : m_p(new Private) {}
 
 ImageManager::~ImageManager()
@@ -194,6 +252,21 @@ int ImageManager::AddNode(const char* path, int keep)
     const bool isThere = !node.pixmap.isNull();
     m_p->SetKept(node, keep != 0 && isThere);
     return isThere ? 1 : 0;
+}
+
+void ImageManager::PrepareNode(const char* path)
+{
+    if (!path || !*path)
+        return;
+    m_p->toPrepare.emplace_back(path);
+    if (m_p->toPrepare.size() > kMostPrepared)
+        m_p->toPrepare.pop_front();
+    m_p->PrepareNext();
+}
+
+int ImageManager::GetPreparing() const
+{
+    return int(m_p->toPrepare.size()) + (m_p->preparing ? 1 : 0);
 }
 
 void ImageManager::RemoveImageInCache(const char* path)

@@ -1,4 +1,5 @@
 #include "support/host/message.h"
+#include "host/services/messageWire.h"
 #include "host/services/processerBook.h"
 #include "host/services/replyBook.h"
 
@@ -18,6 +19,13 @@ const void* NUX_MsgQueueHelper::msgObject::GetExtraData() const
 int NUX_MsgQueueHelper::msgObject::GetExtraSize() const
 {
     return int(m_extra.size());
+}
+
+int NUX_MsgQueueHelper::msgObject::SetReplyData(const void* data, int size)
+{
+    const bool fits = size <= messageWire::MAX_EXTRA;
+    m_reply = fits && data && size > 0 ? QByteArray(static_cast<const char*>(data), size) : QByteArray();
+    return fits ? 1 : 0;
 }
 
 chMsgProcesser::chMsgProcesser()

@@ -46,7 +46,7 @@ int namedThread::emitHere(const threadQueueRef& queue, msgObject& msg)
     delivery.msg = msg;
     delivery.pSender = threadQueue::current().get();
     if (ticket)
-        delivery.reply = [ticket](std::optional<int> result) { replyBook::answer(ticket, result); };
+        delivery.reply = [ticket](const std::optional<tagReply>& reply) { replyBook::answer(ticket, reply); };
     const bool posted = queue->post(std::move(delivery));
     if (!posted && ticket)
         replyBook::forget(ticket);
@@ -69,7 +69,12 @@ int namedThread::emitThere(const msgObject& msg)
 
 int namedThread::WaitThreadMessageReply(msgObject& msg, int timeoutMs)
 {
-    return replyBook::wait(Ticket(msg), timeoutMs, msg.nResult);
+    tagReply reply;
+    if (!replyBook::wait(Ticket(msg), timeoutMs, reply))
+        return 0;
+    msg.nResult = reply.nResult;
+    SetExtra(msg, reply.extra);
+    return 1;
 }
 
 // Handles live until the process ends.

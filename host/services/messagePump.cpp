@@ -242,7 +242,7 @@ void messagePump::serveLink(const LinkRef& link, short events)
     bool open = link->stream.receive(frames);
     for (const tagFrame& frame : frames) {
         if (frame.eKind == messageWire::KIND_REPLY)
-            replyBook::answer(frame.nTicket, frame.nResult);
+            replyBook::answer(frame.nTicket, tagReply{frame.nResult, frame.extra});
         else
             open = false;
     }
@@ -302,20 +302,21 @@ void messagePump::deliver(quint64 guest, const tagFrame& frame)
         return;
     }
     if (frame.eKind == messageWire::KIND_SEND)
-        delivery.reply = [this, guest, ticket = frame.nTicket](std::optional<int> result) {
-            reply(guest, ticket, result.value_or(0));
+        delivery.reply = [this, guest, ticket = frame.nTicket](const std::optional<tagReply>& result) {
+            reply(guest, ticket, result.value_or(tagReply()));
         };
     const threadQueueRef queue = ownQueue();
     if (queue && !queue->post(std::move(delivery)) && frame.eKind == messageWire::KIND_SEND)
-        reply(guest, frame.nTicket, 0);
+        reply(guest, frame.nTicket, tagReply());
 }
 
-void messagePump::reply(quint64 guest, quint32 ticket, int result)
+void messagePump::reply(quint64 guest, quint32 ticket, const tagReply& result)
 {
     tagFrame frame;
     frame.eKind = messageWire::KIND_REPLY;
     frame.nTicket = ticket;
-    frame.nResult = result;
+    frame.nResult = result.nResult;
+    frame.extra = result.extra;
     QMutexLocker lock(&m_mutex);
     const GuestRef connection = m_guests.value(guest);
     if (connection && connection->stream.append(frame))

@@ -65,7 +65,7 @@ private:
     void closeLink(const LinkRef& link);
     void closeGuest(const GuestRef& guest);
     void deliver(quint64 guest, const messageWire::tagFrame& frame);
-    void reply(quint64 guest, quint32 ticket, int result);
+    void reply(quint64 guest, quint32 ticket, const tagReply& result);
     LinkRef linkTo(const QByteArray& name);
     bool sendLocked(const QByteArray& name, const messageWire::tagFrame& frame);
 

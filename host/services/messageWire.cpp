@@ -11,7 +11,7 @@ enum WORD { WORD_MARK, WORD_KIND, WORD_TICKET, WORD_MESSAGE, WORD_W, WORD_L, WOR
 bool isSound(const quint32 (&words)[kWords])
 {
     const bool hasTicket = words[WORD_TICKET] != 0;
-    const bool hasBody = words[WORD_MESSAGE] || words[WORD_W] || words[WORD_L] || words[WORD_EXTRA];
+    const bool hasWords = words[WORD_MESSAGE] || words[WORD_W] || words[WORD_L];
     switch (words[WORD_KIND]) {
     case messageWire::KIND_POST:
         return !hasTicket && words[WORD_RESULT] == 0;
@@ -20,7 +20,7 @@ bool isSound(const quint32 (&words)[kWords])
     case messageWire::KIND_SEND:
         return hasTicket && words[WORD_RESULT] == 0;
     case messageWire::KIND_REPLY:
-        return hasTicket && !hasBody;
+        return hasTicket && !hasWords;
     default:
         return false;
     }

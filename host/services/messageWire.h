@@ -10,7 +10,7 @@ enum KIND : quint32 {
     KIND_POST = 1,
     KIND_SEND = 2,      // the sender waits for a reply with the same ticket
     KIND_BROADCAST = 3, // has no byte block
-    KIND_REPLY = 4      // carries a ticket and a result, nothing else
+    KIND_REPLY = 4      // carries a ticket, a result and perhaps a byte block
 };
 
 enum : int {

@@ -14,7 +14,7 @@ struct tagExpected
     quint64 nConnection = 0;
     threadQueueRef waiter;
     STATE eState = STATE::WAITING;
-    int nResult = 0;
+    tagReply reply;
 };
 
 struct Book
@@ -30,12 +30,12 @@ Book& theBook()
     return *book;
 }
 
-void settle(tagExpected& expected, STATE state, int result)
+void settle(tagExpected& expected, STATE state, const tagReply& reply)
 {
     if (expected.eState != STATE::WAITING)
         return;
     expected.eState = state;
-    expected.nResult = result;
+    expected.reply = reply;
     expected.waiter->nudge();
 }
 
@@ -73,16 +73,16 @@ void replyBook::expect(quint32 ticket, quint64 connection)
     const threadQueueRef waiter = threadQueue::current();
     Book& book = theBook();
     QMutexLocker lock(&book.mutex);
-    book.expected.insert(ticket, {connection, waiter, STATE::WAITING, 0});
+    book.expected.insert(ticket, {connection, waiter, STATE::WAITING, tagReply()});
 }
 
-void replyBook::answer(quint32 ticket, std::optional<int> result)
+void replyBook::answer(quint32 ticket, const std::optional<tagReply>& reply)
 {
     Book& book = theBook();
     QMutexLocker lock(&book.mutex);
     const auto found = book.expected.find(ticket);
     if (found != book.expected.end())
-        settle(*found, result ? STATE::ANSWERED : STATE::LOST, result.value_or(0));
+        settle(*found, reply ? STATE::ANSWERED : STATE::LOST, reply.value_or(tagReply()));
 }
 
 void replyBook::endConnection(quint64 connection)
@@ -91,11 +91,11 @@ void replyBook::endConnection(quint64 connection)
     QMutexLocker lock(&book.mutex);
     for (tagExpected& expected : book.expected) {
         if (expected.nConnection == connection)
-            settle(expected, STATE::LOST, 0);
+            settle(expected, STATE::LOST, tagReply());
     }
 }
 
-int replyBook::wait(quint32 ticket, int timeoutMs, int& result)
+int replyBook::wait(quint32 ticket, int timeoutMs, tagReply& reply)
 {
     const QDeadlineTimer deadline =
         timeoutMs < 0 ? QDeadlineTimer(QDeadlineTimer::Forever) : QDeadlineTimer(timeoutMs);
@@ -103,7 +103,7 @@ int replyBook::wait(quint32 ticket, int timeoutMs, int& result)
     for (;;) {
         const tagExpected now = look(ticket);
         if (now.eState == STATE::ANSWERED) {
-            result = now.nResult;
+            reply = now.reply;
             return 1;
         }
         if (now.eState == STATE::LOST || deadline.hasExpired())

@@ -1,6 +1,7 @@
 #pragma once
 // The messages whose senders wait for a result. Any thread.
 #include "host/services/processerBook.h"
+#include "host/services/threadReply.h"
 #include <optional>
 
 namespace replyBook {
@@ -11,12 +12,12 @@ quint32 newTicket();
 // process).
 void expect(quint32 ticket, quint64 connection);
 // No result: it will not come.
-void answer(quint32 ticket, std::optional<int> result);
+void answer(quint32 ticket, const std::optional<tagReply>& reply);
 // The connection ended: whoever waits for it waits no more.
 void endConnection(quint64 connection);
-// 1 with the result; 0 when the peer is gone, or after timeoutMs (-1: never). The thread goes on
+// 1 with the reply; 0 when the peer is gone, or after timeoutMs (-1: never). The thread goes on
 // answering messages that are sent to it.
-int wait(quint32 ticket, int timeoutMs, int& result);
+int wait(quint32 ticket, int timeoutMs, tagReply& reply);
 void forget(quint32 ticket);
 
 } // namespace replyBook

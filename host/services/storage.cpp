@@ -1,7 +1,9 @@
 #include "support/host/storage.h"
+#include "host/services/storageSpace.h"
 #include "host/services/storageWatch.h"
 #include "host/services/storageWorld.h"
 #include "support/file/deviceRoot.h"
+#include "support/file/fileTools.h"
 #include "support/file/path.h"
 #include "support/host/text.h"
 #include "support/host/trace.h"
@@ -21,14 +23,6 @@ constexpr long long kReserved[] = {8 * kMegabyte, 1 * kMegabyte, 16 * kMegabyte}
 bool isBelow(const std::string& path, const std::string& folder)
 {
     return path == folder || path.compare(0, folder.size() + 1, folder + '/') == 0;
-}
-
-COUNT_ENOUTH_SPACE_INDEX spaceOf(const char* path)
-{
-    const std::string text = path ? path : "";
-    if (isBelow(text, "/rundata/nDeck"))
-        return SPACE_NDECK;
-    return isBelow(text, "/storage") ? SPACE_STORAGE : SPACE_PHONE;
 }
 
 QString freeLinkName(STORAGE_TYPE type)
@@ -56,6 +50,14 @@ QString pluggedAs(const QString& dir)
 }
 
 } // namespace
+
+COUNT_ENOUTH_SPACE_INDEX storageSpaceOf(const char* path)
+{
+    const std::string text = path ? path : "";
+    if (isBelow(text, "/rundata/nDeck"))
+        return SPACE_NDECK;
+    return isBelow(text, "/storage") ? SPACE_STORAGE : SPACE_MEDIA;
+}
 
 int device_GetStorageCount(STORAGE_TYPE type)
 {
@@ -103,15 +105,15 @@ long long getFreeSpace(const char* path)
     return static_cast<long long>(info.f_bavail) * static_cast<long long>(info.f_frsize);
 }
 
-long long PathReservedSpace(const char* path)
+long long PathReservedSpace(const char* path, COUNT_ENOUTH_SPACE_INDEX index)
 {
-    return kReserved[spaceOf(path)];
+    return storageSpaceOf(path) == SPACE_STORAGE ? kReserved[SPACE_STORAGE] : kReserved[index];
 }
 
-int IsEnoughSpace(const char* path, long long size)
+int IsEnoughSpace(const char* source, const char* directory, COUNT_ENOUTH_SPACE_INDEX index)
 {
-    const long long room = getFreeSpace(path) - PathReservedSpace(path);
-    return size >= 0 && room >= size ? 1 : 0;
+    const long long size = fileSize(source);
+    return size >= 0 && getFreeSpace(directory) - PathReservedSpace(directory, index) >= size ? 1 : 0;
 }
 
 QString storageWorldPlug(STORAGE_TYPE type, const QString& dir)

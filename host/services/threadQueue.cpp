@@ -149,7 +149,7 @@ bool threadQueue::takeFirst(tagDelivery& delivery)
     }
     delivery = std::move(m_waiting.front());
     m_waiting.pop_front();
-    m_pReceiver->setBacklog(!m_waiting.empty());
+    updateBacklog();
     lock.unlock();
     taken(delivery);
     return true;
@@ -177,12 +177,20 @@ void threadQueue::taken(const tagDelivery& delivery)
         hook();
 }
 
+void threadQueue::wakeCame()
+{
+    QMutexLocker lock(&m_mutex);
+    m_bWoken = false;
+}
+
+// Called under the lock.
+void threadQueue::updateBacklog()
+{
+    m_pReceiver->setBacklog(!m_waiting.empty() && !m_bWoken);
+}
+
 void threadQueue::deliver()
 {
-    {
-        QMutexLocker lock(&m_mutex);
-        m_bWoken = false;
-    }
     QElapsedTimer running;
     running.start();
     tagDelivery delivery;
@@ -192,10 +200,10 @@ void threadQueue::deliver()
     }
     QMutexLocker lock(&m_mutex);
     if (!m_bClosed)
-        m_pReceiver->setBacklog(!m_waiting.empty());
+        updateBacklog();
 }
 
-int threadQueue::deliverNow(msgObject& msg)
+tagReply threadQueue::deliverNow(msgObject& msg)
 {
     const TakeRule isOwn = [this](const tagDelivery& delivery) { return delivery.pSender == this; };
     tagDelivery earlier;
@@ -227,21 +235,21 @@ void threadQueue::deliverSent()
     }
 }
 
-// The result of a message that was taken, else 0.
-int threadQueue::run(tagDelivery& delivery)
+// That of a message that was taken, else an empty one.
+tagReply threadQueue::run(tagDelivery& delivery)
 {
     if (delivery.call) {
         if (delivery.nTarget == 0 || findProcesser(delivery.nTarget))
             delivery.call();
-        return 0;
+        return tagReply();
     }
-    const int result = offer(delivery);
+    const tagReply reply = offer(delivery);
     if (delivery.reply)
-        delivery.reply(result);
-    return result;
+        delivery.reply(reply);
+    return reply;
 }
 
-int threadQueue::offer(tagDelivery& delivery)
+tagReply threadQueue::offer(tagDelivery& delivery)
 {
     // Receivers come and go while others handle the message: those there now are asked, if still there.
     const QList<tagEntry> all = entries();
@@ -253,9 +261,9 @@ int threadQueue::offer(tagDelivery& delivery)
             continue;
         msgObject msg = delivery.msg;
         if (processer->TryThreadMessage(msg) && !delivery.bBroadcast)
-            return msg.nResult;
+            return {msg.nResult, msg.GetReplyData()};
     }
-    return 0;
+    return tagReply();
 }
 
 void threadQueue::waitForNudge(int timeoutMs)

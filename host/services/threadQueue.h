@@ -2,6 +2,7 @@
 // The messages that wait for one thread, and the receivers that live on it. The thread's event loop
 // delivers them. Any thread may post; what is delivered runs on the queue's own thread.
 #include "host/services/processerBook.h"
+#include "host/services/threadReply.h"
 #include <QList>
 #include <QMutex>
 #include <atomic>
@@ -16,8 +17,8 @@ struct tagDelivery
     quint64 nTarget = 0;        // only this receiver; 0: the thread's receivers in order
     bool bBroadcast = false;    // to all receivers, whoever takes it
     std::function<void()> call; // done instead of offering msg, if the target (if any) is still there
-    // Somebody waits: told the result, 0 when nobody took it, nothing when the thread has ended.
-    std::function<void(std::optional<int> result)> reply;
+    // Somebody waits: told the reply, an empty one when nobody took it, none when the thread has ended.
+    std::function<void(const std::optional<tagReply>& reply)> reply;
     std::shared_ptr<void> keep; // kept until the delivery was made, or was given up
     qsizetype nRemoteBytes = 0; // what it takes of the room for messages of other processes
     const threadQueue* pSender = nullptr;
@@ -54,7 +55,10 @@ public:
 
     // From here on: on the queue's own thread only.
     // Offers a message now, after what this thread has posted to itself before.
-    int deliverNow(msgObject& msg);
+    tagReply deliverNow(msgObject& msg);
+    // The event loop has come to what wake() posted. There is never more than one of those, or they would
+    // pile up while messages beget messages, and keep the loop from everything else.
+    void wakeCame();
     // Delivers what waits, for at most a few milliseconds.
     void deliver();
     // Delivers up to the last message whose sender waits, so that two threads that wait for each other
@@ -78,17 +82,18 @@ private:
     bool takeFirst(tagDelivery& delivery);
     bool takeFirst(const TakeRule& rule, tagDelivery& delivery);
     void taken(const tagDelivery& delivery);
-    int run(tagDelivery& delivery);
-    int offer(tagDelivery& delivery);
+    tagReply run(tagDelivery& delivery);
+    tagReply offer(tagDelivery& delivery);
     QList<tagEntry> entries() const;
     int messagesToLastSent() const;
+    void updateBacklog();
 
     mutable QMutex m_mutex;
     QList<tagEntry> m_entries; // by number
     std::deque<tagDelivery> m_waiting;
     threadReceiver* m_pReceiver = nullptr;
     Qt::HANDLE m_thread = nullptr;
-    bool m_bWoken = false; // the event loop was told
+    bool m_bWoken = false; // the event loop was told, and has not come yet
     bool m_bClosed = false;
     bool m_bOverflow = false;
     int m_nNudgeFd = -1;

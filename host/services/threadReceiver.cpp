@@ -26,6 +26,8 @@ bool threadReceiver::event(QEvent* event)
     if (!isOurs)
         return QObject::event(event);
     const threadQueueRef alive = m_queue.shared_from_this();
+    if (event->type() == QEvent::User)
+        alive->wakeCame();
     alive->deliver();
     return true;
 }

@@ -30,6 +30,17 @@ QVolumeBar::QVolumeBar(QWidget* parent) : QSlider(Qt::Horizontal, parent)
     setSingleStep(kStep);
     setPageStep(2 * kStep);
     setFocusPolicy(Qt::StrongFocus);
+    connect(this, &QVolumeBar::valueChanged, this, &QVolumeBar::value_changed);
+}
+
+void QVolumeBar::AddValue()
+{
+    setValue(value() + singleStep());
+}
+
+void QVolumeBar::MinusValue()
+{
+    setValue(value() - singleStep());
 }
 
 void QVolumeBar::paintEvent(QPaintEvent*)

@@ -64,16 +64,15 @@ void qSetExternValue(QRadioButton* button, const char* value)
 
 int qSelectComboBoxItem(QComboBox* box, const char* value)
 {
-    const int index = indexOfValue(box, value);
-    if (index < 0)
-        return 0;
-    box->setCurrentIndex(index);
-    return 1;
+    return qSelectComboBoxItemIsExist(box, value) >= 0 ? 1 : 0;
 }
 
 int qSelectComboBoxItemIsExist(QComboBox* box, const char* value)
 {
-    return qSelectComboBoxItem(box, value);
+    const int index = indexOfValue(box, value);
+    if (index >= 0)
+        box->setCurrentIndex(index);
+    return index;
 }
 
 int qFillMediaCommboView(QComboBox* box, const char* table, const char* type)

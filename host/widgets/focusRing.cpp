@@ -19,6 +19,27 @@ constexpr int kLabelAir = 4; // between the ring and what it goes round
 
 QPointer<QWidget> g_focused;
 
+// The toolkit's frame follows its widget within the window that both are in.
+class RingFrame : public QFocusFrame
+{
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (widget() && parentWidget() && !parentWidget()->isAncestorOf(widget()))
+            followIntoOtherWindow(widget());
+        return QFocusFrame::eventFilter(watched, event);
+    }
+
+private:
+    // What the widget lies in was moved to another window.
+    void followIntoOtherWindow(QWidget* moved)
+    {
+        setWidget(nullptr);
+        if (moved->hasFocus())
+            setWidget(moved);
+    }
+};
+
 FocusShape roundTick(const QAbstractButton* button, const QRect& rect)
 {
     QStyleOptionButton option;
@@ -104,7 +125,7 @@ void focusRing::follow(QWidget* old, QWidget* widget)
     disconnect(m_rows);
     g_focused = widget && !widget->isWindow() ? widget : nullptr;
     if (!m_frame && g_focused) {
-        m_frame = new QFocusFrame;
+        m_frame = new RingFrame;
         m_frame->setObjectName(QStringLiteral("focusRing"));
     }
     if (m_frame)

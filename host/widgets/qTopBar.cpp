@@ -1,16 +1,20 @@
+#include "host/widgets/lampMark.h"
 #include "host/widgets/look.h"
 #include "host/widgets/replacePlaceholder.h"
+#include "host/widgets/screenState.h"
 #include "support/host/bars.h"
 #include <QPainter>
 
 namespace {
 constexpr int kSideMargin = 8;
-}
+constexpr int kLampFromRight = 20;
+} // namespace
 
 qTopBar::qTopBar(QWidget* parent) : QWidget(parent)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     resize(look::kScreenWidth, look::kTopBarHeight);
+    connect(&screenState::instance(), &screenState::lampChanged, this, qOverload<>(&QWidget::update));
 }
 
 void qTopBar::setTitle(const QString& title)
@@ -31,8 +35,10 @@ void qTopBar::paintEvent(QPaintEvent*)
     QPainter painter(this);
     look::paintBar(painter, rect());
     painter.setPen(look::colour(look::kTextOnBar));
-    look::paintFitted(painter, rect().adjusted(kSideMargin, 0, -kSideMargin, 0), Qt::AlignCenter, m_strTitle,
+    const int margin = screenState::instance().isLampLit() ? kLampFromRight + kLampMarkSize : kSideMargin;
+    look::paintFitted(painter, rect().adjusted(margin, 0, -margin, 0), Qt::AlignCenter, m_strTitle,
                       look::font(look::kTitleSize, true));
+    paintLampMark(painter, QPoint(width() - kLampFromRight, height() / 2));
 }
 
 qTopBar* qReplaceTopBar(QWidget* placeholder, const char* title)

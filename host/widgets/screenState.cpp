@@ -14,13 +14,25 @@ screenState::screenState()
 
 qint64 screenState::idleMs() const
 {
-    return isSaverSuspended() ? 0 : m_idle.elapsed();
+    return isSaverSuspended() ? 0 : m_idle.elapsed() + m_nHeadStart;
 }
 
 void screenState::restartIdle()
 {
+    setIdle(0);
+}
+
+void screenState::setIdle(qint64 ms)
+{
     m_idle.restart();
+    m_nHeadStart = ms;
     emit awake();
+}
+
+void screenState::touch()
+{
+    emit touched();
+    restartIdle();
 }
 
 void screenState::suspendSaver(SCREEN_SAVERS client)
@@ -36,6 +48,7 @@ void screenState::resumeSaver(SCREEN_SAVERS client)
     if (!m_suspending.remove(client) || !m_suspending.isEmpty())
         return;
     m_idle.restart();
+    m_nHeadStart = 0;
     emit saverSuspended(false);
 }
 

@@ -17,6 +17,10 @@ public:
     // suspends the saver: the time starts anew when it lets go.
     qint64 idleMs() const;
     void restartIdle();
+    // A person used the phone.
+    void touch();
+    // As if nobody had touched the phone for so long, in milliseconds.
+    void setIdle(qint64 ms);
     bool isSaverSuspended() const { return !m_suspending.isEmpty(); }
     bool isLampLit() const { return !m_lampReasons.isEmpty(); }
 
@@ -28,12 +32,15 @@ public:
 signals:
     void saverSuspended(bool suspended);
     void lampChanged(bool lit);
+    // A touch or a key, before whatever it does; awake() follows.
+    void touched();
     // A touch or a key, or a restart of the idle count.
     void awake();
 
 private:
     screenState();
     QElapsedTimer m_idle;
+    qint64 m_nHeadStart = 0; // milliseconds
     QSet<int> m_suspending;
     QSet<int> m_lampReasons;
 };

@@ -71,7 +71,7 @@ bool windowStack::eventFilter(QObject* watched, QEvent* event)
         if (isTouch(type) && !m_bTouch)
             return true;
         if (isTouch(type) || type == QEvent::KeyPress)
-            screenState::instance().restartIdle();
+            screenState::instance().touch();
         return false;
     }
     switch (type) {

@@ -122,11 +122,11 @@ int chAtomicFile::Write(const char* data, size_t size)
     return 1;
 }
 
-int chAtomicFile::Commit()
+int chAtomicFile::Commit(int bFlush)
 {
     if (m_nFd < 0)
         return 0;
-    const bool done = TakeOverOwner() && FlushData() && Publish();
+    const bool done = TakeOverOwner() && (!bFlush || FlushData()) && Publish(bFlush != 0);
     if (!done) {
         Abandon();
         return 0;
@@ -159,8 +159,10 @@ bool chAtomicFile::FlushData() const
     return copy >= 0 && sys().close(copy) == 0;
 }
 
-bool chAtomicFile::Publish() const
+bool chAtomicFile::Publish(bool flush) const
 {
+    if (!flush)
+        return sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;
     const int folder = sys().open(m_strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (folder < 0)
         return false;

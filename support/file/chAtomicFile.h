@@ -19,7 +19,8 @@ public:
     // 0 when the bytes cannot all be stored.
     int Write(const char* data, size_t size);
     // Puts the file in its place, safe from a loss of power. 0: the old one is as it was. Closes.
-    int Commit();
+    // bFlush 0: safe from that only when the folder was flushed (fileFlushFolder).
+    int Commit(int bFlush = 1);
     // Leaves the old file as it was and nothing beside it.
     void Abandon();
 
@@ -30,7 +31,7 @@ private:
     bool RemoveStale() const;
     bool TakeOverOwner() const;
     bool FlushData() const;
-    bool Publish() const;
+    bool Publish(bool flush) const;
 
     std::string m_strTarget; // machine paths
     std::string m_strFolder;

@@ -25,6 +25,8 @@ public:
     // offset in bytes from origin (SEEK_SET, SEEK_CUR, SEEK_END).
     int Seek(long long offset, int origin = SEEK_SET);
     long long Tell(); // -1 when not open
+    // For a library that reads by itself; null when not open. Stays this object's.
+    FILE* GetStream() const { return m_pFile; }
     int Flush();
     // 0 when what was written did not all reach the file. Closing a closed file is 1.
     int Close();

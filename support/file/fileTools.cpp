@@ -101,6 +101,16 @@ int fileRename(const char* from, const char* to)
     return rename(devicePath(from), devicePath(to)) == 0;
 }
 
+int fileFlushFolder(const char* path)
+{
+    const int fd = open(devicePathFollow(path), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return 0;
+    const bool flushed = syncfs(fd) == 0;
+    close(fd);
+    return flushed;
+}
+
 int fileCopy(const char* from, const char* to)
 {
     size_t size = 0;

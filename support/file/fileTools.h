@@ -24,6 +24,8 @@ NUX_API long long fileSize(const char* path);
 NUX_API int fileRemove(const char* path);
 // Takes the place of a file of the new name.
 NUX_API int fileRename(const char* from, const char* to);
+// Makes everything that was stored on the folder's disk so far safe from a loss of power; takes its time.
+NUX_API int fileFlushFolder(const char* path);
 // Replaces the target whole or leaves it alone.
 NUX_API int fileCopy(const char* from, const char* to);
 // All bytes of the file. 0 when it cannot be read to its end or holds more than limit bytes; data is

@@ -16,6 +16,7 @@ HX_HOST_API void qSetExternValue(QComboBox* box, int index, const char* value);
 HX_HOST_API void qSetExternValue(QRadioButton* button, const char* value);
 // Selects the item with that extern value: 1 when there is one, else 0 and the selection stays.
 HX_HOST_API int qSelectComboBoxItem(QComboBox* box, const char* value);
+// The same, with the item's index; -1 when there is none.
 HX_HOST_API int qSelectComboBoxItemIsExist(QComboBox* box, const char* value);
 // Fills the box with the files of one type of a media table; the extern value is the device path. The
 // number of items.

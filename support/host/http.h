@@ -19,7 +19,14 @@ public:
 
     chString strRemoteUrl; // set before posting
     chString strLocalFile; // set before posting
-    int nResult = 0;       // after completion: 0 failed, anything else succeeded
+    // Set before posting. Bytes; a longer answer fails as soon as that is known. 0: the host's own limit.
+    long long nSizeLimit = 0;
+    // Set before posting. 0: the file may be lost with the power until its owner calls fileFlushFolder.
+    int bFlush = 1;
+    // Set before posting. 1: strCheckSum is wanted.
+    int bCheckSum = 0;
+    int nResult = 0;      // after completion: 0 failed, anything else succeeded
+    chString strCheckSum; // after a success: MD5 of the file as md5GetFileCheckSum tells it
 
 public slots:
     virtual void httpFinished(QNetworkReply* reply);

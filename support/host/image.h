@@ -12,6 +12,11 @@ public:
     QPixmap GetImageByScale(const char* path, int w, int h);
     // Reads the picture into the cache ahead of its use; keep non-zero holds it there. 1 on success.
     int AddNode(const char* path, int keep);
+    // The same, without waiting: the picture is read on another thread and is there a moment later. Of many
+    // that are asked for together only those asked for last are read, as the cache holds no more.
+    void PrepareNode(const char* path);
+    // How many pictures are still to be read that way.
+    int GetPreparing() const;
     void RemoveImageInCache(const char* path);
 
 private:

@@ -10,7 +10,7 @@ class chThreadBase;
 namespace NUX_MsgQueueHelper {
 
 // One message. Receivers read the three words and the byte block; for a message that was sent (not
-// posted) the receiver may set nResult, which the sender gets.
+// posted) the receiver may set nResult and the reply's byte block, which the sender gets.
 class HX_HOST_API msgObject
 {
 public:
@@ -20,6 +20,10 @@ public:
     // The byte block that travelled with the message; null and 0 when there is none. Owned by the message.
     const void* GetExtraData() const;
     int GetExtraSize() const;
+    // By the receiver of a message that was sent: what GetExtraData() gives to the sender when it has waited.
+    // 0, and no block, when it is larger than a message may be (1 MB).
+    int SetReplyData(const void* data, int size);
+    const QByteArray& GetReplyData() const { return m_reply; }
 
     unsigned int message = 0;
     unsigned int wParam = 0;
@@ -29,6 +33,7 @@ public:
 private:
     friend class ::chThreadBase;
     QByteArray m_extra;
+    QByteArray m_reply;
     unsigned int m_nTicket = 0; // ties a reply to the sender that waits for it; 0: nobody waits
 };
 
@@ -88,8 +93,8 @@ public:
     msgObject* AllocThreadMessage(int message, bool bWaitReply, int extraSize, const void* extra);
     // 1 when the message is on its way.
     virtual int EmitThreadMessage(msgObject& msg) = 0;
-    // Waits at most timeoutMs (-1: for ever) for the reply and puts it into msg.nResult. 0 at once when
-    // the peer dies, or when the time is over.
+    // Waits at most timeoutMs (-1: for ever) for the reply and puts its result into msg.nResult, and its byte
+    // block in the place of the message's own. 0 at once when the peer dies, or when the time is over.
     virtual int WaitThreadMessageReply(msgObject& msg, int timeoutMs) = 0;
     void CloseSendMessage(msgObject& msg);
 
@@ -97,6 +102,7 @@ protected:
     static unsigned int Ticket(const msgObject& msg) { return msg.m_nTicket; }
     static void SetTicket(msgObject& msg, unsigned int ticket) { msg.m_nTicket = ticket; }
     static const QByteArray& Extra(const msgObject& msg) { return msg.m_extra; }
+    static void SetExtra(msgObject& msg, const QByteArray& extra) { msg.m_extra = extra; }
 };
 
 // The handle of a named thread as an object of the caller's.

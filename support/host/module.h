@@ -2,9 +2,13 @@
 // How the host reaches the module: its exported entry points, handed over once by the main program.
 #include "support/host/api.h"
 #include "support/host/leftbar.h"
+#include "support/host/message.h"
+#include "support/host/signage.h"
 #include "support/text/chString.h"
+#include <QRect>
 
 class qIconView;
+struct VOICE_PARAM;
 
 struct tagModuleEntries
 {
@@ -16,6 +20,19 @@ struct tagModuleEntries
     void (*refreshMenu)(const chString& file) = nullptr;
     int (*cacheWindows)(int index) = nullptr;
     qIconView* (*iconView)() = nullptr;
+
+    // Signage. Asks the server for this display; ends the client; shows or hides its frame in a window of the
+    // host's (null: full screen).
+    void (*registerDisplay)() = nullptr;
+    void (*unLaunchDisplay)() = nullptr;
+    bool (*windowDisplay)(int bShow, E_NDECKWINDOW_TYPE type, QWidget* parent, QRect rect) = nullptr;
+    bool (*isDisplayEnabled)() = nullptr;
+    bool (*isDisplaySaverEnabled)() = nullptr;    // the show takes the place of the screen saver
+    bool (*isDisplayTalkEnabled)() = nullptr;     // it shows while a call talks
+    bool (*isDisplayRingBackEnabled)() = nullptr; // it shows while the other side rings
+    // A call takes the media server (its record, its session) or gives it up (null); what the player says.
+    bool (*setPlayParam)(VOICE_PARAM* param, int session) = nullptr;
+    int (*onMovieMessage)(msgObject& msg) = nullptr;
 };
 
 // User-interface thread, before the first window is shown. The record is copied.

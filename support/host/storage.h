@@ -20,11 +20,12 @@ HX_HOST_API void device_GetStorageArray(chObjArray<tagStorageInfo, true, 4>& sto
 HX_HOST_API void device_RegisterNotify(chMsgProcesser* processer, const char* path);
 HX_HOST_API void device_UnRegisterNotify(chMsgProcesser* processer, const char* path);
 
-// Which reserve a file is measured against.
-enum COUNT_ENOUTH_SPACE_INDEX { SPACE_PHONE = 0, SPACE_STORAGE = 1, SPACE_NDECK = 2 };
+// Which reserve a file is measured against: that of the media library, of a removable disk, of signage.
+enum COUNT_ENOUTH_SPACE_INDEX { SPACE_MEDIA = 0, SPACE_STORAGE = 1, SPACE_NDECK = 2 };
 // Any thread. Bytes free for files at path (a device path); -1 when it cannot be told.
 HX_HOST_API long long getFreeSpace(const char* path);
-// Bytes that stay free whatever is stored at path.
-HX_HOST_API long long PathReservedSpace(const char* path);
-// 1 when size bytes fit at path with the reserve left free.
-HX_HOST_API int IsEnoughSpace(const char* path, long long size);
+// Bytes that stay free whatever is stored at path under that index. A removable disk never has to keep
+// more free than its own bookkeeping.
+HX_HOST_API long long PathReservedSpace(const char* path, COUNT_ENOUTH_SPACE_INDEX index);
+// 1 when the file source fits into directory with the reserve left free; 0 also when there is no source.
+HX_HOST_API int IsEnoughSpace(const char* source, const char* directory, COUNT_ENOUTH_SPACE_INDEX index);

@@ -1,5 +1,7 @@
 #pragma once
-// The surface that decoded video is painted on. User-interface thread.
+// The surface that decoded video is painted on: the picture of the media server's session, or one that is
+// set. A session's picture stands at the place that the session names, cut off at the video rectangle;
+// without a place it fills the video rectangle. User-interface thread.
 #include "support/host/api.h"
 #include <QLabel>
 
@@ -12,11 +14,12 @@ public:
     ~QVideoViewer() override;
     void ShowVideoViewer(int show);
     void SetFrameStatus(int status);
-    void ShowBackground(int show); // non-zero paints the panel black instead of the last frame
-    // Rectangles are in the viewer's coordinates; flags are 0.
+    void ShowBackground(int show); // non-zero: the label's picture, else black, instead of the last frame
+    // A rectangle is set in screen coordinates with flags 1, in the viewer's with flags 0, and always told in
+    // screen coordinates. It holds until the viewer gets another size; otherwise it is the whole viewer.
     void SetVideoRect(const QRect& rect, int flags);
     void GetVideoRect(QRect& rect) const;
-    // The part that is left out of the picture, so that what lies above shows.
+    // The part that is left out of the picture, so that what lies there shows. Non-zero show: none is.
     void SetHideRect(const QRect& rect, int show, int flags);
     void GetHideRect(QRect& rect) const;
     // A decoded picture; painted with the next frame of the screen.
@@ -26,9 +29,16 @@ protected:
     void paintEvent(QPaintEvent*) override;
 
 private:
+    QRect videoRect() const;
+    QRect pictureRect(const QRect& place) const;
+    void updatePicture();
+    void updateCover();
+    void paintPicture(QPainter& painter);
+
     QImage m_frame;
-    QRect m_videoRect;
+    QRect m_videoRect; // in the viewer's coordinates, like the next
     QRect m_hideRect;
+    QSize m_videoRectSize; // of the viewer when the rectangle was set
     int m_nMode = 0;
     bool m_bShow = true;
     bool m_bBackground = true;

@@ -8,6 +8,12 @@ class HX_HOST_API QVolumeBar : public QSlider
     Q_OBJECT
 public:
     explicit QVolumeBar(QWidget* parent = nullptr);
+    // One step louder or softer, within the range.
+    void AddValue();
+    void MinusValue();
+
+signals:
+    void value_changed(int value);
 
 protected:
     void paintEvent(QPaintEvent*) override;

@@ -29,7 +29,7 @@ const QMap<QString, QStringList> AllowedRooms = {
     {"host/desktop", {"host/services", "host/widgets"}},
     {"host/web", {"host/services", "host/widgets"}},
     {"host/control", {"host/services", "host/widgets", "host/desktop"}},
-    {"players", {}},
+    {"players", {"host/services"}},
 };
 
 struct Include

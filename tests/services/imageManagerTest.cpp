@@ -157,3 +157,29 @@ TEST_F(Images, TheCacheIsBoundedAndTheOldestGoesButKeptOnesStay)
     for (const char* path : paths)
         images.RemoveImageInCache(path);
 }
+
+TEST_F(Images, APreparedPictureIsInTheCacheBeforeItIsAskedFor)
+{
+    writePicture("/rundata/a.png", {30, 20}, Qt::red);
+    images.PrepareNode("/rundata/a.png");
+    images.PrepareNode("");
+    images.PrepareNode(nullptr);
+    kit::waitUntil([this] { return images.GetPreparing() == 0; });
+    // A file that has gone is found out after a moment; until then the cache answers.
+    ASSERT_TRUE(QFile::remove(hostPath("/rundata/a.png")));
+    EXPECT_EQ(colorOf(images.GetImage("/rundata/a.png")), QColor(Qt::red));
+}
+
+TEST_F(Images, OfManyPreparedPicturesTheLastAreRead)
+{
+    for (int i = 0; i < 100; ++i) {
+        writePicture(QByteArray("/rundata/" + QByteArray::number(i) + ".png").constData(), {30, 20}, Qt::red);
+        images.PrepareNode(("/rundata/" + QByteArray::number(i) + ".png").constData());
+    }
+    EXPECT_LE(images.GetPreparing(), 17);
+    kit::waitUntil([this] { return images.GetPreparing() == 0; });
+    ASSERT_TRUE(QFile::remove(hostPath("/rundata/99.png")));
+    ASSERT_TRUE(QFile::remove(hostPath("/rundata/50.png")));
+    EXPECT_FALSE(images.GetImage("/rundata/99.png").isNull());
+    EXPECT_TRUE(images.GetImage("/rundata/50.png").isNull());
+}

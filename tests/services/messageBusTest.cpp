@@ -4,6 +4,8 @@
 #include "support/host/message.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/services/recorder.h"
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSemaphore>
 #include <QThread>
@@ -160,6 +162,42 @@ TEST_F(MessageBus, AllocatedMessageCarriesItsResult)
     EXPECT_EQ(recorder.wParams(), QList<unsigned int>{9});
 }
 
+TEST_F(MessageBus, ReplyBringsTheBlockOfTheReceiverInThePlaceOfTheSenders)
+{
+    Recorder recorder;
+    recorder.onMessage = [](msgObject& msg) { msg.SetReplyData("answer", 6); };
+    msgObject* msg = own()->AllocThreadMessage(int(HELLO), true, 8, "question");
+    EXPECT_EQ(own()->EmitThreadMessage(*msg), 1);
+    EXPECT_EQ(own()->WaitThreadMessageReply(*msg, -1), 1);
+    EXPECT_EQ(QByteArray(static_cast<const char*>(msg->GetExtraData()), msg->GetExtraSize()), "answer");
+    own()->CloseSendMessage(*msg);
+    EXPECT_EQ(recorder.received[0].extra, "question");
+}
+
+TEST_F(MessageBus, ReplyWithoutABlockLeavesNone)
+{
+    Recorder recorder;
+    recorder.onMessage = [](msgObject& msg) {
+        EXPECT_EQ(msg.SetReplyData("answer", 6), 1);
+        EXPECT_EQ(msg.SetReplyData(nullptr, 6), 1);
+    };
+    msgObject* msg = own()->AllocThreadMessage(int(HELLO), true, 8, "question");
+    own()->EmitThreadMessage(*msg);
+    EXPECT_EQ(own()->WaitThreadMessageReply(*msg, -1), 1);
+    EXPECT_EQ(msg->GetExtraData(), nullptr);
+    own()->CloseSendMessage(*msg);
+}
+
+TEST_F(MessageBus, ReplyBlockIsNoLargerThanAMessagesMayBe)
+{
+    const QByteArray block((1 << 20) + 1, 'x');
+    msgObject msg;
+    EXPECT_EQ(msg.SetReplyData(block.constData(), 1 << 20), 1);
+    EXPECT_EQ(msg.GetReplyData().size(), 1 << 20);
+    EXPECT_EQ(msg.SetReplyData(block.constData(), int(block.size())), 0);
+    EXPECT_TRUE(msg.GetReplyData().isEmpty());
+}
+
 TEST_F(MessageBus, AllocatedMessageWithoutReplyIsPosted)
 {
     Recorder recorder;
@@ -239,6 +277,27 @@ TEST_F(MessageBus, AFloodOfMessagesLeavesTimersTheirTurn)
     timer.start(1);
     msgPostMsgToThread(own(), HELLO, 0, 0);
     EXPECT_TRUE(kit::waitUntil([&] { return fired; }));
+}
+
+TEST_F(MessageBus, MessagesThatBegetMessagesTakeNoMoreOfEachTurnOfTheLoop)
+{
+    Recorder recorder;
+    int handled = 0;
+    recorder.onMessage = [&](msgObject&) {
+        QElapsedTimer busy;
+        busy.start();
+        while (busy.elapsed() < 3) {
+        }
+        ++handled;
+        msgPostMsgToThread(own(), HELLO, 0, 0);
+    };
+    msgPostMsgToThread(own(), HELLO, 0, 0);
+    for (int turn = 0; turn < 20; ++turn) {
+        handled = 0;
+        QCoreApplication::processEvents();
+        EXPECT_LE(handled, 8) << "in turn " << turn;
+    }
+    recorder.onMessage = nullptr;
 }
 
 TEST_F(MessageBus, ReceiverOnAnotherThreadIsCalledThere)

@@ -83,6 +83,22 @@ TEST_F(MessageProcesses, SentMessageBringsTheResultOfTheOtherProcess)
     EXPECT_EQ(msgSendMsgToThread(peerThread(), 0x7777, 20, 22), 0);
 }
 
+TEST_F(MessageProcesses, SentMessageBringsTheBlockOfTheOtherProcess)
+{
+    peerProcess peer("app_peer");
+    ASSERT_TRUE(peer.isReady());
+    for (const int size : {0, 452, int(messageWire::MAX_EXTRA)}) {
+        msgObject* msg = peerThread()->AllocThreadMessage(PEER_BLOCK, true, 8, "question");
+        msg->wParam = unsigned(size);
+        msg->lParam = 'r';
+        EXPECT_EQ(peerThread()->EmitThreadMessage(*msg), 1);
+        EXPECT_EQ(peerThread()->WaitThreadMessageReply(*msg, -1), 1);
+        ASSERT_EQ(msg->GetExtraSize(), size);
+        EXPECT_EQ(QByteArray(static_cast<const char*>(msg->GetExtraData()), size), QByteArray(size, 'r'));
+        peerThread()->CloseSendMessage(*msg);
+    }
+}
+
 TEST_F(MessageProcesses, TenThousandMessagesArriveInOrder)
 {
     peerProcess peer("app_peer");

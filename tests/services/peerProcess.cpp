@@ -37,6 +37,9 @@ public:
         case PEER_ADD:
             msg.nResult = int(msg.wParam + msg.lParam) + msg.GetExtraSize();
             return 1;
+        case PEER_BLOCK:
+            return msg.SetReplyData(QByteArray(int(msg.wParam), char(msg.lParam)).constData(),
+                                    int(msg.wParam));
         case PEER_DIE:
             raise(SIGKILL);
             return 1;

@@ -14,7 +14,8 @@ enum PEER_MESSAGE : unsigned int {
     PEER_HANG = 6,      // never ends handling this
     PEER_ASK_BACK = 7,  // sends PEER_ADD to "app_test"; result: its result + 1
     PEER_POST_BACK = 8, // posts wParam messages PEER_COUNT to "app_test"
-    PEER_BROADCAST = 9  // broadcasts CONFIG_MSG_BCAST_CHANGED with wParam and lParam
+    PEER_BROADCAST = 9, // broadcasts CONFIG_MSG_BCAST_CHANGED with wParam and lParam
+    PEER_BLOCK = 10     // reply: a block of wParam times the letter lParam
 };
 
 class peerProcess

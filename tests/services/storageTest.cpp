@@ -1,5 +1,6 @@
 #include "support/host/storage.h"
 #include "host/services/storageList.h"
+#include "host/services/storageSpace.h"
 #include "host/services/storageWorld.h"
 #include "support/file/findFile.h"
 #include "support/file/path.h"
@@ -201,37 +202,62 @@ TEST_F(Storage, FreeSpaceIsThatOfTheFileSystem)
 TEST_F(Storage, EachPlaceHasItsReserve)
 {
     constexpr long long mb = 1 << 20;
-    EXPECT_EQ(PathReservedSpace("/rundata/media/image"), 8 * mb);
-    EXPECT_EQ(PathReservedSpace("/rundata/nDeckOther"), 8 * mb);
-    EXPECT_EQ(PathReservedSpace("/rundata/nDeck/"), 16 * mb);
-    EXPECT_EQ(PathReservedSpace("/rundata/nDeck"), 16 * mb);
-    EXPECT_EQ(PathReservedSpace("/storage/usb1/x"), 1 * mb);
-    EXPECT_EQ(PathReservedSpace(nullptr), 8 * mb);
+    EXPECT_EQ(PathReservedSpace("/rundata/media/image", SPACE_MEDIA), 8 * mb);
+    EXPECT_EQ(PathReservedSpace("/rundata/nDeck/", SPACE_NDECK), 16 * mb);
+    EXPECT_EQ(PathReservedSpace("/rundata/x", SPACE_STORAGE), 1 * mb);
+    EXPECT_EQ(PathReservedSpace("/storage/usb1/x", SPACE_MEDIA), 1 * mb);
+    EXPECT_EQ(PathReservedSpace("/storage", SPACE_NDECK), 1 * mb);
+    EXPECT_EQ(PathReservedSpace(nullptr, SPACE_MEDIA), 8 * mb);
 }
 
-TEST_F(Storage, SizeFitsWhenTheReserveStaysFree)
+TEST_F(Storage, ThePathTellsWhichReserveATransferKeeps)
+{
+    EXPECT_EQ(storageSpaceOf("/rundata/media/image"), SPACE_MEDIA);
+    EXPECT_EQ(storageSpaceOf("/rundata/nDeckOther"), SPACE_MEDIA);
+    EXPECT_EQ(storageSpaceOf("/rundata/nDeck/"), SPACE_NDECK);
+    EXPECT_EQ(storageSpaceOf("/rundata/nDeck"), SPACE_NDECK);
+    EXPECT_EQ(storageSpaceOf("/storage/usb1/x"), SPACE_STORAGE);
+    EXPECT_EQ(storageSpaceOf(nullptr), SPACE_MEDIA);
+}
+
+// Makes a file of a size that takes no room.
+void writeHole(const QString& path, long long size)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.resize(size));
+}
+
+TEST_F(Storage, AFileFitsWhenTheReserveStaysFree)
 {
     constexpr long long mb = 1 << 20;
     bool calm = false;
     // Other programs use the disk too: only a try in which its room hardly changed counts.
     for (int tries = 0; tries < 50 && !calm; ++tries) {
         const long long free = getFreeSpace("/rundata");
-        const int storage = IsEnoughSpace("/storage/usb1", free - 8 * mb);
-        const int phone = IsEnoughSpace("/rundata/media", free - 12 * mb);
-        const int noPhone = IsEnoughSpace("/rundata/media", free - 4 * mb);
-        const int noSignage = IsEnoughSpace("/rundata/nDeck", free - 12 * mb);
+        writeHole(hostPath("/rundata/twelve"), free - 12 * mb);
+        writeHole(hostPath("/rundata/four"), free - 4 * mb);
+        const int storage = IsEnoughSpace("/rundata/four", "/rundata/media", SPACE_STORAGE);
+        const int media = IsEnoughSpace("/rundata/twelve", "/rundata/media", SPACE_MEDIA);
+        const int noMedia = IsEnoughSpace("/rundata/four", "/rundata/media", SPACE_MEDIA);
+        const int noSignage = IsEnoughSpace("/rundata/twelve", "/rundata/nDeck", SPACE_NDECK);
         calm = std::llabs(getFreeSpace("/rundata") - free) < mb;
         if (calm) {
             EXPECT_EQ(storage, 1);
-            EXPECT_EQ(phone, 1);
-            EXPECT_EQ(noPhone, 0);
+            EXPECT_EQ(media, 1);
+            EXPECT_EQ(noMedia, 0);
             EXPECT_EQ(noSignage, 0);
         }
     }
     EXPECT_TRUE(calm);
-    EXPECT_EQ(IsEnoughSpace("/rundata/media", 0), 1);
-    EXPECT_EQ(IsEnoughSpace("/rundata/media", -1), 0);
-    EXPECT_EQ(IsEnoughSpace("relative/none", 0), 0);
+}
+
+TEST_F(Storage, AFileThatIsNotThereFitsNowhere)
+{
+    writeFile("/rundata/empty", "");
+    EXPECT_EQ(IsEnoughSpace("/rundata/empty", "/rundata/media", SPACE_MEDIA), 1);
+    EXPECT_EQ(IsEnoughSpace("/rundata/none", "/rundata/media", SPACE_MEDIA), 0);
+    EXPECT_EQ(IsEnoughSpace("/rundata/empty", "relative/none", SPACE_MEDIA), 0);
 }
 
 TEST(StorageList, TheNameTellsTheType)

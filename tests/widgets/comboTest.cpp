@@ -69,7 +69,7 @@ TEST_F(Combo, SelectsByExternValue)
     qAddComboBoxItem(&box, "a", "1");
     EXPECT_EQ(qSelectComboBoxItem(&box, "1"), 1);
     EXPECT_EQ(box.currentIndex(), 1);
-    EXPECT_EQ(qSelectComboBoxItemIsExist(&box, "a"), 1);
+    EXPECT_EQ(qSelectComboBoxItem(&box, "a"), 1);
     EXPECT_EQ(box.currentIndex(), 0);
 }
 
@@ -79,8 +79,28 @@ TEST_F(Combo, SelectionStaysWhenNoItemHasTheValue)
     qAddComboBoxItem(&box, "two", "b");
     box.setCurrentIndex(1);
     EXPECT_EQ(qSelectComboBoxItem(&box, "A"), 0);
-    EXPECT_EQ(qSelectComboBoxItemIsExist(&box, "c"), 0);
     EXPECT_EQ(qSelectComboBoxItem(nullptr, "a"), 0);
+    EXPECT_EQ(box.currentIndex(), 1);
+}
+
+TEST_F(Combo, TellsTheIndexOfTheValueThatItSelects)
+{
+    qAddComboBoxItem(&box, "one", "/rundata/media/wallpaper/a.png");
+    qAddComboBoxItem(&box, "two", "/rundata/media/wallpaper/b.png");
+    EXPECT_EQ(qSelectComboBoxItemIsExist(&box, "/rundata/media/wallpaper/b.png"), 1);
+    EXPECT_EQ(box.currentIndex(), 1);
+    EXPECT_EQ(qSelectComboBoxItemIsExist(&box, "/rundata/media/wallpaper/a.png"), 0);
+    EXPECT_EQ(box.currentIndex(), 0);
+}
+
+TEST_F(Combo, AValueThatIsGoneHasNoIndexAndTheSelectionStays)
+{
+    EXPECT_EQ(qSelectComboBoxItemIsExist(&box, "a"), -1);
+    qAddComboBoxItem(&box, "one", "a");
+    qAddComboBoxItem(&box, "two", "b");
+    box.setCurrentIndex(1);
+    EXPECT_EQ(qSelectComboBoxItemIsExist(&box, "c"), -1);
+    EXPECT_EQ(qSelectComboBoxItemIsExist(nullptr, "a"), -1);
     EXPECT_EQ(box.currentIndex(), 1);
 }
 

@@ -5,10 +5,12 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QDialog>
 #include <QFocusFrame>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTableWidget>
@@ -41,6 +43,33 @@ protected:
     ScreenPage page;
     QLineEdit* elsewhere;
 };
+
+TEST_F(FocusRing, FollowsAWidgetWhosePlaceIsMovedToAnotherWindow)
+{
+    QWidget* place = page.add<QWidget>(QRect(200, 100, 300, 120));
+    QWidget* inner = new QWidget(place);
+    QPushButton* button = new QPushButton("600", inner);
+    inner->setGeometry(10, 10, 200, 80);
+    button->setGeometry(20, 20, 120, 36);
+    inner->show();
+    button->show();
+    page.open();
+    button->setFocus();
+    kit::settle();
+    QDialog other;
+    other.setGeometry(0, 0, 800, 480);
+    other.show();
+    place->setParent(&other);
+    place->setGeometry(40, 40, 300, 120);
+    place->show();
+    kit::settle();
+    inner->resize(100, 40);
+    button->setFocus();
+    kit::settle();
+    QWidget* ring = button->window()->findChild<QFocusFrame*>("focusRing");
+    ASSERT_NE(ring, nullptr);
+    EXPECT_TRUE(ring->geometry().contains(button->mapTo(&other, QPoint(2, 2))));
+}
 
 TEST_F(FocusRing, EveryKindOfWidgetShowsThatItHasTheFocus)
 {

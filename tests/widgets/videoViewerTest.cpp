@@ -38,7 +38,7 @@ TEST_F(VideoViewer, WithoutARectangleTheVideoFillsTheViewer)
 {
     QRect rect;
     viewer->GetVideoRect(rect);
-    EXPECT_EQ(rect, QRect(0, 0, 400, 300));
+    EXPECT_EQ(rect, QRect(100, 50, 400, 300)) << "on the screen";
     viewer->SetFrame(frame);
     EXPECT_TRUE(isColour(kit::screen(), 100, 50, red));
     EXPECT_TRUE(isColour(kit::screen(), 499, 349, red));
@@ -46,7 +46,7 @@ TEST_F(VideoViewer, WithoutARectangleTheVideoFillsTheViewer)
 
 TEST_F(VideoViewer, HideRectangleIsLeftOut)
 {
-    viewer->SetHideRect(QRect(100, 200, 120, 31), 0, 1);
+    viewer->SetHideRect(QRect(200, 250, 120, 31), 0, 1);
     viewer->SetFrame(frame);
     const QImage screen = kit::screen();
     EXPECT_TRUE(isColour(screen, 200, 250, behind));
@@ -56,7 +56,37 @@ TEST_F(VideoViewer, HideRectangleIsLeftOut)
     EXPECT_TRUE(isColour(screen, 200, 281, red));
     QRect rect;
     viewer->GetHideRect(rect);
-    EXPECT_EQ(rect, QRect(100, 200, 120, 31));
+    EXPECT_EQ(rect, QRect(200, 250, 120, 31));
+}
+
+TEST_F(VideoViewer, RectanglesAreThoseOfTheScreenOrOfTheViewer)
+{
+    QRect rect;
+    viewer->SetVideoRect(QRect(150, 100, 200, 100), 1);
+    viewer->GetVideoRect(rect);
+    EXPECT_EQ(rect, QRect(150, 100, 200, 100));
+    viewer->SetFrame(frame);
+    EXPECT_TRUE(isColour(kit::screen(), 150, 100, red));
+    EXPECT_TRUE(isColour(kit::screen(), 149, 100, behind));
+    viewer->SetVideoRect(QRect(50, 50, 200, 100), 0);
+    viewer->GetVideoRect(rect);
+    EXPECT_EQ(rect, QRect(150, 100, 200, 100));
+    viewer->SetHideRect(QRect(100, 100, 20, 20), 0, 0);
+    viewer->GetHideRect(rect);
+    EXPECT_EQ(rect, QRect(200, 150, 20, 20));
+    EXPECT_TRUE(isColour(kit::screen(), 200, 150, behind));
+}
+
+TEST_F(VideoViewer, AnotherSizeOfTheViewerEndsTheRectangle)
+{
+    QRect rect;
+    viewer->SetVideoRect(QRect(150, 100, 200, 100), 1);
+    viewer->resize(200, 150);
+    viewer->GetVideoRect(rect);
+    EXPECT_EQ(rect, QRect(100, 50, 200, 150));
+    viewer->SetFrame(frame);
+    EXPECT_TRUE(isColour(kit::screen(), 100, 50, red));
+    EXPECT_TRUE(isColour(kit::screen(), 299, 199, red));
 }
 
 TEST_F(VideoViewer, ShownHideRectangleIsPaintedAgain)

@@ -63,6 +63,42 @@ TEST_F(VolumeBar, TellsEachChangeOnce)
     EXPECT_EQ(told, QList<int>({20, 25}));
 }
 
+TEST_F(VolumeBar, AddAndMinusMoveTheLevelOneStepWithinTheRange)
+{
+    bar->setValue(93);
+    bar->AddValue();
+    EXPECT_EQ(bar->value(), 98);
+    bar->AddValue();
+    EXPECT_EQ(bar->value(), 100);
+    bar->setValue(7);
+    bar->MinusValue();
+    EXPECT_EQ(bar->value(), 2);
+    bar->MinusValue();
+    EXPECT_EQ(bar->value(), 0);
+}
+
+// Pages connect by the signal's name.
+class SignalCatcher : public QObject
+{
+    Q_OBJECT
+public:
+    QList<int> told;
+public slots:
+    void on_value_changed(int value) { told.append(value); }
+};
+
+TEST_F(VolumeBar, PagesHearOfEachChangeByFingerKeyAndCall)
+{
+    SignalCatcher catcher;
+    ASSERT_TRUE(QObject::connect(bar, SIGNAL(value_changed(int)), &catcher, SLOT(on_value_changed(int))));
+    kit::tap(QPoint(328, 118));
+    kit::key(Qt::Key_Right);
+    bar->MinusValue();
+    bar->AddValue();
+    bar->setValue(55);
+    EXPECT_EQ(catcher.told, QList<int>({50, 55, 50, 55}));
+}
+
 TEST_F(VolumeBar, IsFilledUpToItsLevel)
 {
     bar->setValue(50);
@@ -80,3 +116,5 @@ TEST_F(VolumeBar, DisabledBarTakesNoTouch)
 }
 
 } // namespace
+
+#include "volumeBarTest.moc"

@@ -1,0 +1,138 @@
+#pragma once
+// What the phone, the movie player ("app_hxMovie") and the media server ("app_hxMedia") say to each other.
+// The records travel as they lie in memory between processes of one device: texts are UTF-8 and end with
+// a zero, numbers have the byte order of the machine, a record of another size is refused.
+#include <cstdint>
+#include <type_traits>
+
+enum : unsigned int {
+    // To "app_hxMovie".
+    MOVIE_MSG_GET_SDP = 0x110001,    // extra: file path with its zero; sent and waited for, reply: MOV_SDP
+    MOVIE_MSG_PLAY_PARAM = 0x110002, // extra: ADDR_PARAM; wParam: who hears MOVIE_MSG_FINISHED
+    MOVIE_MSG_PLAY_LIST = 0x110003,  // plays the list round and round; wParam: as above
+    MOVIE_MSG_PAUSE = 0x110004,
+    MOVIE_MSG_RESUME = 0x110005,
+    MOVIE_MSG_STOP = 0x110006,
+    MOVIE_MSG_PREVIOUS = 0x110007,
+    MOVIE_MSG_NEXT = 0x110008,
+    MOVIE_MSG_LIST_ADD = 0x110009, // extra: file path with its zero
+    MOVIE_MSG_LIST_CLEAR = 0x11000A,
+    // From "app_hxMovie".
+    MOVIE_MSG_FINISHED = 0x120002, // the file came to its end, or nothing of the list can be played
+    // To "app_hxMedia".
+    MEDIA_MSG_SESSION_START = 0x70001,  // extra: VOICE_PARAM; wParam: session id
+    MEDIA_MSG_SESSION_STOP = 0x70002,   // wParam: session id
+    MEDIA_MSG_SESSION_CHANGE = 0x7000d, // extra: VOICE_PARAM; the picture moves
+    // Between the two players: what comes next on a session's ports, and that somebody waits for it there.
+    MEDIA_MSG_STREAMS = 0x70020,   // to "app_hxMedia"; extra: MOV_SDP; wParam: PLAYER_PORTS
+    MOVIE_MSG_RECEIVER = 0x110020, // to "app_hxMovie"; wParam: PLAYER_PORTS
+    // The picture's way to the screen.
+    MEDIA_MSG_FRAME = 0x120021,       // to "app_hxPhone": wParam: process, lParam: its memory of pictures
+    MEDIA_MSG_PICTURE_SIZE = 0x70021, // to "app_hxMedia": size of the surface; wParam: width, lParam: height
+    // Broadcast by a player that has just started, also after one died: what was asked of the one before
+    // is forgotten. wParam: PLAYER_PROGRAM.
+    PLAYER_MSG_UP = 0x120020,
+};
+
+enum PLAYER_PROGRAM : unsigned int { PLAYER_MOVIE = 1, PLAYER_MEDIA = 2 };
+
+// The session that the movie player starts for its list. A stop with this id ends no other session; with any
+// other id it ends whichever there is.
+enum : unsigned int { MEDIA_SESSION_LIST = 0x4c495354 };
+
+// The ports of both streams in one word.
+constexpr unsigned int PLAYER_PORTS(unsigned int audio, unsigned int video)
+{
+    return audio | video << 16;
+}
+
+enum : uint16_t { PLAYER_AUDIO_PORT = 35600, PLAYER_VIDEO_PORT = 35620 }; // unless a session names others
+
+class chThreadBase;
+
+// What stands for a thread in a message: the phone is the only one that hears of the players.
+enum : unsigned int { PLAYER_THREAD_NONE = 0, PLAYER_THREAD_PHONE = 1 };
+inline unsigned int playerThreadNumber(const chThreadBase* thread)
+{
+    return thread ? PLAYER_THREAD_PHONE : PLAYER_THREAD_NONE;
+}
+
+enum : int {
+    PLAYER_ADDRESS_SIZE = 16,
+    PLAYER_NAME_SIZE = 24,
+    PLAYER_PARAM_SIZE = 256,
+    PLAYER_FILE_SIZE = 164
+};
+
+// The streams of a file. A payload of 0 with an empty name: the file has no such stream.
+struct MOV_SDP
+{
+    int32_t nAudPayload;
+    char szAudName[PLAYER_NAME_SIZE]; // as in a=rtpmap: "mpeg4-generic", "PCMA"
+    char szAudParam[128];             // payload number, a space, the text of a=fmtp
+    int32_t nAudRate;                 // clock rate in Hz
+    int32_t nChannels;
+    int32_t nVidPayload;
+    char szVidName[PLAYER_NAME_SIZE]; // "H264", "MP4V-ES", "H263"
+    char szVidParam[PLAYER_PARAM_SIZE];
+    int32_t nVidRate;
+};
+
+// Where the player sends the streams of a file. A remote port of 0: the stream is not sent.
+struct ADDR_PARAM
+{
+    char szFile[PLAYER_FILE_SIZE]; // device path
+    char szLocalIP[PLAYER_ADDRESS_SIZE];
+    char szRemoteIP[PLAYER_ADDRESS_SIZE];
+    uint16_t nLocalAudioPort;
+    uint16_t nRemoteAudioPort;
+    uint16_t nLocalVideoPort;
+    uint16_t nRemoteVideoPort;
+};
+
+// One direction of a codec.
+struct MEDIA_CODEC
+{
+    int32_t nPayload;
+    char szName[PLAYER_NAME_SIZE]; // "AACLC", "PCMA", "H264", "MPEG4", "H263"
+    char szParam[64];
+};
+
+// In pixels of the screen.
+struct MEDIA_RECT
+{
+    int32_t x;
+    int32_t y;
+    int32_t width;
+    int32_t height;
+};
+
+// A session of the media server: it receives on the remote ports what the player sends there, and shows it.
+struct VOICE_PARAM
+{
+    char szLocalIP[PLAYER_ADDRESS_SIZE];
+    char szAudRemoteIP[PLAYER_ADDRESS_SIZE];
+    char szVidRemoteIP[PLAYER_ADDRESS_SIZE];
+    uint16_t nAudLocalPort;
+    uint16_t nAudRemotePort;
+    uint16_t nVidLocalPort;
+    uint16_t nVidRemotePort;
+    MEDIA_CODEC audEnc;
+    MEDIA_CODEC audDec;
+    MEDIA_CODEC vidEnc;
+    MEDIA_CODEC vidDec;
+    int32_t nAudRate; // Hz
+    int32_t nVidRate;
+    int32_t nChannels;
+    char szAudMime[PLAYER_NAME_SIZE]; // mime subtype
+    char szVidMime[PLAYER_NAME_SIZE];
+    char szAudSdpParam[PLAYER_PARAM_SIZE];
+    char szVidSdpParam[PLAYER_PARAM_SIZE];
+    MEDIA_RECT rcRemote; // the picture that is received; empty: the whole surface
+    MEDIA_RECT rcLocal;  // the phone's own picture; zero for none
+    char reserved[536];  // zero
+};
+
+static_assert(sizeof(MOV_SDP) == 452 && std::is_trivially_copyable_v<MOV_SDP>);
+static_assert(sizeof(ADDR_PARAM) == 204 && std::is_trivially_copyable_v<ADDR_PARAM>);
+static_assert(sizeof(VOICE_PARAM) == 1564 && std::is_trivially_copyable_v<VOICE_PARAM>);

@@ -1,0 +1,158 @@
+// What an action may ask of its transfer: a limit, a check sum; and how many transfers share their turns.
+#include "host/services/httpService.h"
+#include "host/services/taskBook.h"
+#include "support/host/checksum.h"
+#include "support/host/createObject.h"
+#include "support/host/http.h"
+#include "tests/kit/phoneTest.h"
+#include "tests/services/httpServer.h"
+#include <QPointer>
+
+namespace {
+
+const char* const kTarget = "/rundata/data/got.bin";
+
+class Listener : public ActionCallback
+{
+public:
+    void OnCallback(taskAction* action) override
+    {
+        const HttpAction* http = static_cast<HttpAction*>(action);
+        results.append(http->nResult);
+        checkSums.append(http->strCheckSum.GetText());
+        files.append(http->strLocalFile.GetText());
+    }
+    QList<int> results;
+    QList<QByteArray> checkSums;
+    QList<QByteArray> files;
+};
+
+class HttpLimits : public PhoneTest
+{
+protected:
+    HttpAction& make(httpServer& its, const char* file = kTarget)
+    {
+        HttpAction& action = CreateObject<HttpAction>();
+        action.strRemoteUrl = its.url("/x").constData();
+        action.strLocalFile = file;
+        action.SetCallback(&listener);
+        return action;
+    }
+    void post(HttpAction& action)
+    {
+        PostAction(action);
+        action.Release();
+    }
+    bool answered(int count = 1)
+    {
+        return kit::waitUntil([&] { return listener.results.size() >= count; }, 10000);
+    }
+    void answerWith(const QByteArray& bytes, bool close = false)
+    {
+        server.onRequest = [bytes, close](QTcpSocket& socket, const QByteArray&) {
+            socket.write(bytes);
+            if (close)
+                socket.disconnectFromHost();
+        };
+    }
+
+    Listener listener;
+    httpServer server;
+};
+
+} // namespace
+
+TEST_F(HttpLimits, AnAnswerOfExactlyTheLimitArrives)
+{
+    answerWith(httpServer::answer("12345678"));
+    HttpAction& action = make(server);
+    action.nSizeLimit = 8;
+    post(action);
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(listener.results, QList<int>{1});
+    EXPECT_EQ(readFile(kTarget), "12345678");
+}
+
+TEST_F(HttpLimits, AnAnswerThatAnnouncesMoreFailsBeforeItsBody)
+{
+    answerWith(httpServer::head("200 OK", {"Content-Length: 9"}));
+    HttpAction& action = make(server);
+    action.nSizeLimit = 8;
+    post(action);
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(listener.results, QList<int>{0});
+    EXPECT_EQ(readFile(kTarget), "");
+}
+
+TEST_F(HttpLimits, AnAnswerThatGrowsBeyondTheLimitFails)
+{
+    answerWith(httpServer::head("200 OK", {"Connection: close"}) + "123456789", true);
+    HttpAction& action = make(server);
+    action.nSizeLimit = 8;
+    post(action);
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(listener.results, QList<int>{0});
+    EXPECT_EQ(readFile(kTarget), "");
+}
+
+TEST_F(HttpLimits, WithoutALimitOfItsOwnTheHostsHolds)
+{
+    answerWith(httpServer::head("200 OK", {"Content-Length: 268435457"}));
+    post(make(server));
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(listener.results, QList<int>{0});
+}
+
+TEST_F(HttpLimits, TheCheckSumIsThatOfTheFile)
+{
+    answerWith(httpServer::answer(QByteArray(200000, 'x')));
+    HttpAction& action = make(server);
+    action.bCheckSum = 1;
+    post(action);
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(listener.checkSums, QList<QByteArray>{md5GetFileCheckSum(kTarget).GetText()});
+}
+
+TEST_F(HttpLimits, TheCheckSumIsEmptyWhereItIsNotWantedOrTheTransferFails)
+{
+    answerWith(httpServer::answer("x"));
+    post(make(server));
+    ASSERT_TRUE(answered());
+    answerWith(httpServer::answer("x", "404 Not Found"));
+    HttpAction& action = make(server);
+    action.bCheckSum = 1;
+    post(action);
+    ASSERT_TRUE(answered(2));
+    EXPECT_EQ(listener.checkSums, (QList<QByteArray>{"", ""}));
+}
+
+TEST_F(HttpLimits, AFileThatIsNotFlushedArrivesWholeAllTheSame)
+{
+    answerWith(httpServer::answer("whole"));
+    HttpAction& action = make(server);
+    action.bFlush = 0;
+    post(action);
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(readFile(kTarget), "whole");
+}
+
+TEST_F(HttpLimits, TransfersOfOneServerWaitForTheirTurnAndThoseOfAnotherDoNot)
+{
+    QList<QPointer<QTcpSocket>> held;
+    server.onRequest = [&held](QTcpSocket& socket, const QByteArray&) { held.append(&socket); };
+    for (int i = 0; i < 40; ++i)
+        post(make(server, ("/rundata/data/" + QByteArray::number(i)).constData()));
+    ASSERT_TRUE(kit::waitUntil([&] { return held.size() == httpService::MAX_FOR_SERVER; }));
+    httpServer other;
+    other.onRequest = [](QTcpSocket& socket, const QByteArray&) { socket.write(httpServer::answer("o")); };
+    post(make(other));
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(listener.files, QList<QByteArray>{kTarget});
+    EXPECT_EQ(held.size(), httpService::MAX_FOR_SERVER);
+    server.onRequest = [](QTcpSocket& socket, const QByteArray&) { socket.write(httpServer::answer("x")); };
+    for (const QPointer<QTcpSocket>& socket : held)
+        socket->write(httpServer::answer("x"));
+    ASSERT_TRUE(answered(41));
+    EXPECT_EQ(listener.results.count(1), 41);
+    EXPECT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }));
+}

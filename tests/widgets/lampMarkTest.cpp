@@ -1,0 +1,51 @@
+#include "host/widgets/lampMark.h"
+#include "support/host/bars.h"
+#include "support/host/screen.h"
+#include "tests/kit/phoneTest.h"
+
+namespace {
+
+class LampMark : public PhoneTest
+{
+protected:
+    LampMark()
+    {
+        page.setGeometry(0, 0, 800, 480);
+        bar = new qTopBar(&page);
+        bar->setTitle(QString(60, 'W'));
+        page.show();
+        kit::settle();
+    }
+    ~LampMark() override { UnRegisterSignalLamp(SIGNAL_LAMP_OFF); }
+    static QColor mark() { return kit::screen().pixelColor(780, 20); }
+
+    QWidget page{nullptr, Qt::FramelessWindowHint};
+    qTopBar* bar;
+};
+
+} // namespace
+
+TEST_F(LampMark, IsSeenOnEveryPageWhileTheLampIsLit)
+{
+    const QImage dark = kit::screen();
+    RegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    kit::settle();
+    EXPECT_GT(mark().red(), 200);
+    EXPECT_LT(mark().blue(), 200);
+    UnRegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    kit::settle();
+    EXPECT_EQ(kit::screen(), dark);
+}
+
+TEST_F(LampMark, ALongTitleLeavesItItsPlace)
+{
+    bar->setTitle(QString());
+    RegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    kit::settle();
+    const QRect around(QPoint(780, 20) - QPoint(kLampMarkSize, kLampMarkSize) / 2,
+                       QSize(kLampMarkSize, kLampMarkSize));
+    const QImage alone = kit::screen().copy(around);
+    bar->setTitle(QString(60, 'W'));
+    kit::settle();
+    EXPECT_EQ(kit::screen().copy(around), alone);
+}
