@@ -1,0 +1,376 @@
+#include "support/host/webview.h"
+#include "host/services/hostLog.h"
+#include "host/widgets/look.h"
+#include "host/widgets/webPlugin.h"
+#include "tests/kit/phoneTest.h"
+#include <QDir>
+#include <QFile>
+#include <QMap>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kEngineMs = 30000; // the engine's first text, on a busy machine
+constexpr QRect kView(100, 100, 400, 100);
+
+bool isNear(QColor colour, QColor wanted)
+{
+    return qAbs(colour.red() - wanted.red()) < 40 && qAbs(colour.green() - wanted.green()) < 40 &&
+           qAbs(colour.blue() - wanted.blue()) < 40;
+}
+
+// The smallest rectangle that holds all pixels of that colour.
+QRect extent(const QImage& image, QColor colour)
+{
+    QRect found;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (isNear(image.pixelColor(x, y), colour))
+                found |= QRect(x, y, 1, 1);
+        }
+    }
+    return found;
+}
+
+// A view on a green window, as a panel lies on its frame.
+class WebView : public PhoneTest
+{
+protected:
+    WebView()
+    {
+        window.setGeometry(0, 0, 800, 480);
+        QPalette palette;
+        palette.setColor(QPalette::Window, QColor(0, 128, 0));
+        window.setPalette(palette);
+        window.setAutoFillBackground(true);
+        view = new QWebView(&window);
+        view->setGeometry(kView);
+        QObject::connect(view, &QWebView::loadFinished, [this](bool ok) { ends.append(ok); });
+        window.show();
+        kit::settle();
+    }
+    ~WebView() override { window.hide(); }
+
+    QRect whereIs(QColor colour) { return extent(kit::screen(), colour); }
+    bool shows(QColor colour, int ms = kEngineMs)
+    {
+        return kit::waitUntil([&] { return !whereIs(colour).isEmpty(); }, ms);
+    }
+    bool isEmpty()
+    {
+        return whereIs(QColor(0, 128, 0)) == QRect(0, 0, 800, 480) && whereIs(Qt::red).isEmpty() &&
+               whereIs(Qt::blue).isEmpty() && whereIs(Qt::yellow).isEmpty();
+    }
+    std::string traced() const
+    {
+        QStringList lines;
+        for (const tagLogEntry& entry : hostLogFrom(1)) {
+            if (entry.strKind == "trace")
+                lines.append(entry.strText);
+        }
+        return lines.join("|").toStdString();
+    }
+
+    QWidget window{nullptr, Qt::FramelessWindowHint};
+    QWebView* view;
+    QList<bool> ends;
+};
+
+QString box(const char* colour, const char* place = "left:20px;top:30px;width:50px;height:40px")
+{
+    return QString("<div style='position:absolute;background:%1;%2'></div>").arg(colour, place);
+}
+
+// The engine's process that draws: the youngest of those that descend from this one.
+pid_t drawingProcess()
+{
+    QMap<pid_t, QByteArray> parents;
+    QList<pid_t> engine;
+    for (const QString& name : QDir("/proc").entryList(QDir::Dirs)) {
+        QFile status("/proc/" + name + "/status");
+        if (!status.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray text = status.readAll();
+        parents[name.toInt()] = text.mid(text.indexOf("\nPPid:\t") + 7).split('\n').first();
+        if (text.startsWith("Name:\tQtWebEngine"))
+            engine.append(name.toInt());
+    }
+    pid_t youngest = 0;
+    for (const pid_t process : engine) {
+        pid_t ancestor = process;
+        while (ancestor > 1 && ancestor != getpid())
+            ancestor = parents[ancestor].toInt();
+        if (ancestor == getpid())
+            youngest = qMax(youngest, process);
+    }
+    return youngest;
+}
+
+// Every address that is asked for; answers nothing.
+class WebServer : public QTcpServer
+{
+public:
+    WebServer()
+    {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            QTcpSocket* client = nextPendingConnection();
+            connect(client, &QTcpSocket::readyRead, this, [this, client] {
+                asked.append(client->readLine().trimmed());
+                client->write("HTTP/1.1 200 OK\r\nAccess-Control-Allow-Origin: *\r\nContent-Length: 0\r\n"
+                              "Connection: close\r\n\r\n");
+                client->disconnectFromHost();
+            });
+        });
+    }
+    QString address() const { return QString("http://127.0.0.1:%1/").arg(serverPort()); }
+    QByteArrayList asked;
+};
+
+} // namespace
+
+TEST_F(WebView, TextIsWhereItBelongsAndTheRestIsTransparent)
+{
+    view->setHtml(box("red") +
+                  "<p style='position:absolute;left:100px;top:0;color:yellow;font-size:40px'>Hxg</p>");
+    ASSERT_TRUE(shows(Qt::red));
+    EXPECT_EQ(whereIs(Qt::red), QRect(120, 130, 50, 40));
+    ASSERT_TRUE(shows(Qt::yellow));
+    EXPECT_TRUE(QRect(190, 110, 120, 90).contains(whereIs(Qt::yellow)));
+    EXPECT_TRUE(isNear(kit::screen().pixelColor(450, 180), QColor(0, 128, 0)));
+    EXPECT_EQ(ends, QList<bool>{true});
+    kit::shot("rich-text");
+    // Another text, another size; then nothing.
+    view->setGeometry(200, 200, 200, 50);
+    view->setHtml(box("blue", "right:0;bottom:0;width:30px;height:20px"));
+    ASSERT_TRUE(shows(Qt::blue));
+    ASSERT_TRUE(kit::waitUntil([&] { return whereIs(Qt::blue) == QRect(370, 230, 30, 20); }));
+    EXPECT_TRUE(whereIs(Qt::red).isEmpty());
+    view->setHtml(QString());
+    EXPECT_TRUE(isEmpty());
+    EXPECT_EQ(view->html(), "");
+}
+
+TEST_F(WebView, AViewOfAPoolGoesOnInAnotherPanel)
+{
+    // As the panels do it.
+    view->setStyleSheet("background-color: rgba(255, 255, 255, 0%);");
+    view->setHtml(box("red"));
+    ASSERT_TRUE(shows(Qt::red));
+    EXPECT_EQ(whereIs(Qt::red), QRect(120, 130, 50, 40));
+    view->setHtml(QString());
+    view->hide();
+    view->setParent(nullptr);
+    QWidget panel(&window);
+    panel.setGeometry(300, 200, 300, 200);
+    panel.show();
+    view->setParent(&panel);
+    view->setGeometry(0, 0, 300, 200);
+    view->setHtml(box("blue"));
+    view->show();
+    ASSERT_TRUE(shows(Qt::blue));
+    EXPECT_EQ(whereIs(Qt::blue), QRect(320, 230, 50, 40));
+    EXPECT_TRUE(whereIs(Qt::red).isEmpty());
+    EXPECT_TRUE(isNear(kit::screen().pixelColor(550, 380), QColor(0, 128, 0)));
+    view->setParent(&window);
+}
+
+TEST_F(WebView, AScaledFrameHasItsTextScaled)
+{
+    QWebView other(&window);
+    other.setGeometry(500, 300, 200, 100);
+    other.setHtml(box("yellow"));
+    other.show();
+    view->setZoomFactor(0.5);
+    view->setHtml(box("red"));
+    ASSERT_TRUE(shows(Qt::red));
+    ASSERT_TRUE(kit::waitUntil([&] { return whereIs(Qt::red) == QRect(110, 115, 25, 20); }, kEngineMs));
+    view->setHtml(box("blue"));
+    ASSERT_TRUE(shows(Qt::blue));
+    EXPECT_TRUE(kit::waitUntil([&] { return whereIs(Qt::blue) == QRect(110, 115, 25, 20); }, kEngineMs));
+    view->setZoomFactor(1);
+    EXPECT_TRUE(kit::waitUntil([&] { return whereIs(Qt::blue) == QRect(120, 130, 50, 40); }, kEngineMs));
+    EXPECT_EQ(whereIs(Qt::yellow), QRect(520, 330, 50, 40)) << "each view has its own";
+    view->setZoomFactor(0.1);
+    EXPECT_EQ(view->zoomFactor(), 0.25);
+}
+
+TEST_F(WebView, TextIsDrawnInThePhonesOwnFont)
+{
+    view->setHtml("<div style='position:absolute;left:0;top:0;color:yellow;font-size:40px'>Wide mmmmm</div>");
+    ASSERT_TRUE(shows(Qt::yellow));
+    const QImage engine = kit::screen();
+    QImage own(400, 100, QImage::Format_RGB32);
+    own.fill(Qt::black);
+    QPainter painter(&own);
+    painter.setFont(look::font(40));
+    painter.setPen(Qt::yellow);
+    painter.drawText(0, 50, "Wide mmmmm");
+    painter.end();
+    EXPECT_NEAR(extent(engine, Qt::yellow).width(), extent(own, Qt::yellow).width(), 4);
+    EXPECT_NEAR(extent(engine, Qt::yellow).height(), extent(own, Qt::yellow).height(), 3);
+}
+
+TEST_F(WebView, AMarqueeMoves)
+{
+    view->setHtml("<body style='margin:0'><marquee direction=left scrollamount=3 height='100%'>"
+                  "<div style='background:red;width:20px;height:20px'></div></marquee></body>");
+    ASSERT_TRUE(shows(Qt::red));
+    ASSERT_TRUE(kit::waitUntil([&] { return whereIs(Qt::red).width() == 20; }, kEngineMs));
+    const int before = whereIs(Qt::red).left();
+    EXPECT_TRUE(kit::waitUntil([&] { return whereIs(Qt::red).left() < before - 10; }, kEngineMs));
+}
+
+TEST_F(WebView, NothingOfThePhonesFilesIsRead)
+{
+    QImage secret(60, 60, QImage::Format_RGB32);
+    secret.fill(Qt::red);
+    ASSERT_TRUE(secret.save(root() + "/secret.png"));
+    writeFile("/secret.html", "<body bgcolor=red>secret</body>");
+    writeFile("/secret.css", "body { background: red }");
+    const QString base = "file://" + root() + '/';
+    const QString html = R"(<script>
+        let left = 4;
+        function no() { if (--left == 0) done.style.background = 'blue'; }
+        function yes() { document.body.style.background = 'red'; }
+        </script><body><div id=done style='position:absolute;left:200px;top:30px;width:30px;height:30px'></div>
+        <link rel=stylesheet href='%1secret.css' onload=yes() onerror=no()>
+        <img src='%1secret.png' onload=yes() onerror=no()>
+        <iframe width=60 height=40 src='%1secret.html'></iframe>
+        <script>
+        let request = new XMLHttpRequest; request.onload = yes; request.onerror = no;
+        try { request.open('GET', '%1secret.html'); request.send(); } catch (e) { no(); }
+        fetch('%1secret.html').then(yes, no);
+        </script></body>)";
+    view->setHtml(html.arg(base), QUrl(base));
+    ASSERT_TRUE(shows(Qt::blue));
+    EXPECT_TRUE(whereIs(Qt::red).isEmpty());
+}
+
+TEST_F(WebView, ATextGoesNowhereByItselfAndOpensNothing)
+{
+    WebServer server;
+    const QString html = R"(<meta http-equiv=refresh content='0;url=%1refreshed'><img src='%1picture.png'>
+        <form id=form action='%1sent'></form><a id=link href='%1followed'>x</a><script>
+        window.open('%1opened'); alert('x'); form.submit(); link.click(); location = '%1moved';
+        setTimeout(() => fetch('%1last'), 300);
+        </script>)";
+    view->setHtml(html.arg(server.address()) + box("blue"));
+    ASSERT_TRUE(shows(Qt::blue));
+    ASSERT_TRUE(kit::waitUntil([&] { return server.asked.contains("GET /last HTTP/1.1"); }, kEngineMs));
+    server.asked.removeAll("GET /favicon.ico HTTP/1.1");
+    EXPECT_EQ(server.asked, (QByteArrayList{"GET /picture.png HTTP/1.1", "GET /last HTTP/1.1"}));
+    EXPECT_FALSE(whereIs(Qt::blue).isEmpty());
+    EXPECT_EQ(kit::windows(), QList<QWidget*>{&window});
+}
+
+namespace {
+
+class PressCounter : public QObject
+{
+public:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        presses += event->type() == QEvent::MouseButtonPress;
+        return false;
+    }
+    int presses = 0;
+};
+
+} // namespace
+
+TEST_F(WebView, ATouchGoesToTheViewAndNotIntoTheText)
+{
+    WebServer server;
+    view->setHtml(
+        QString("<a href='%1followed' style='position:absolute;left:0;top:0;width:400px;height:90px;"
+                "background:blue'></a><script>onmousedown = onmousemove = () => "
+                "document.body.style.background = 'red'</script>")
+            .arg(server.address()));
+    ASSERT_TRUE(shows(Qt::blue));
+    PressCounter counter;
+    view->installEventFilter(&counter);
+    kit::tap(QPoint(200, 140));
+    EXPECT_EQ(counter.presses, 1);
+    // The answer to a text that comes after the touch shows that the touch had its time.
+    view->setHtml(box("yellow"));
+    ASSERT_TRUE(shows(Qt::yellow));
+    EXPECT_TRUE(server.asked.isEmpty());
+}
+
+TEST_F(WebView, AKilledProcessCostsTheTextItsLooksUntilTheNext)
+{
+    view->setHtml("<p style='color:yellow;font-size:40px'>Hello</p>" + box("linear-gradient(blue,blue)"));
+    ASSERT_TRUE(shows(Qt::blue));
+    const pid_t process = drawingProcess();
+    ASSERT_NE(process, 0);
+    kill(process, SIGKILL);
+    ASSERT_TRUE(kit::waitUntil([&] { return ends.contains(false); }, kEngineMs));
+    EXPECT_NE(traced().find("rich text process ended, status "), std::string::npos) << traced();
+    EXPECT_TRUE(whereIs(Qt::blue).isEmpty()) << "what only the engine draws";
+    EXPECT_FALSE(whereIs(Qt::yellow).isEmpty());
+    view->setHtml(box("blue"));
+    ASSERT_TRUE(shows(Qt::blue));
+    EXPECT_EQ(whereIs(Qt::blue), QRect(120, 130, 50, 40));
+    EXPECT_TRUE(whereIs(Qt::yellow).isEmpty());
+}
+
+TEST_F(WebView, ATextThatHangsIsEndedForTheOnesAfterIt)
+{
+    view->setHtml("<script>for (;;) ;</script>");
+    // It has begun and never comes to its end, or did not even come so far.
+    ASSERT_TRUE(kit::waitUntil(
+        [&] {
+            const QWidget* drawing = view->findChild<QWidget*>();
+            return (drawing && drawing->isVisible()) || !ends.isEmpty();
+        },
+        kEngineMs));
+    view->setHtml("<p style='color:yellow;font-size:40px'>Hello</p>");
+    // In real time: the engine shares its clock with processes that the kit does not reach.
+    ASSERT_TRUE(shows(Qt::yellow));
+    EXPECT_NE(traced().find("rich text process hangs"), std::string::npos) << traced();
+    view->setHtml(box("blue"));
+    EXPECT_TRUE(shows(Qt::blue));
+}
+
+TEST_F(WebView, AViewWithoutTextStartsNoEngine)
+{
+    view->setHtml(QString());
+    kit::settle();
+    EXPECT_EQ(webPlugin::instance().state(), webPlugin::IDLE);
+    EXPECT_TRUE(isEmpty());
+}
+
+TEST_F(WebView, WithoutTheEngineTheTextIsPlain)
+{
+    QImage secret(60, 60, QImage::Format_RGB32);
+    secret.fill(Qt::red);
+    ASSERT_TRUE(secret.save(root() + "/secret.png"));
+    webPlugin::instance().setFile(root() + "/libhxWeb.so");
+    view->setHtml(QString("<p style='color:yellow;font-size:40px'>Hello</p><img src='%1/secret.png'>"
+                          "<img src='file://%1/secret.png'>")
+                      .arg(root()));
+    ASSERT_TRUE(kit::waitUntil([&] { return ends == QList<bool>{false}; }));
+    EXPECT_NE(traced().find("rich text engine not loaded: "), std::string::npos) << traced();
+    EXPECT_FALSE(whereIs(Qt::yellow).isEmpty());
+    EXPECT_TRUE(kView.contains(whereIs(Qt::yellow)));
+    EXPECT_TRUE(whereIs(Qt::red).isEmpty());
+    kit::shot("rich-text-plain");
+    const int whole = whereIs(Qt::yellow).width();
+    view->setZoomFactor(0.5);
+    EXPECT_NEAR(whereIs(Qt::yellow).width(), whole / 2, 3);
+    view->setHtml(QString());
+    EXPECT_TRUE(isEmpty());
+}
+
+TEST_F(WebView, ATextThatIsTooLongForTheEngineIsPlain)
+{
+    view->setHtml("<p style='color:yellow;font-size:40px'>Hello</p>" + QString(2 * 1024 * 1024, 'x'));
+    ASSERT_TRUE(kit::waitUntil([&] { return ends.contains(false); }, kEngineMs));
+    EXPECT_FALSE(whereIs(Qt::yellow).isEmpty());
+}
