@@ -1,0 +1,26 @@
+#pragma once
+// What a pipeline reports, brought to the thread that made this. Reports that are under way when this ends
+// are dropped.
+#include <QObject>
+#include <functional>
+#include <gst/gst.h>
+
+class busWatch : public QObject
+{
+public:
+    enum class EVENT { READY, END, FAILED }; // came to its pause; came to the end of the stream; cannot go on
+    using Handler = std::function<void(EVENT)>;
+
+    // The pipeline must live as long as this. name: what a trace line of a failure calls it.
+    busWatch(GstElement* pipeline, const QByteArray& name, Handler handler);
+    ~busWatch() override;
+
+private:
+    static GstBusSyncReply onMessage(GstBus* bus, GstMessage* message, gpointer self);
+    void post(EVENT event);
+    void traceError(GstMessage* message) const;
+
+    GstElement* m_pPipeline;
+    QByteArray m_name;
+    Handler m_handler;
+};

@@ -1,0 +1,52 @@
+#pragma once
+// One play of one film: prepared, sent in real time, paused, shown again from where it is. It starts when the
+// receiver says that it is ready, or after a moment without one. One thread.
+#include "players/busWatch.h"
+#include "players/filmStreams.h"
+#include <QElapsedTimer>
+#include <QTimer>
+#include <functional>
+#include <memory>
+
+class filmPlay
+{
+public:
+    enum class END { FINISHED, FAILED };
+    struct tagHandlers
+    {
+        // The streams are known, and the play waits for its receiver. False: nobody to wait for.
+        std::function<bool(const MOV_SDP&)> onReady;
+        std::function<void(END)> onEnd; // may end this object
+    };
+
+    filmPlay(const QByteArray& file, const tagTarget& target, const tagHandlers& handlers);
+    // Begins to prepare it; all handlers come later.
+    void start();
+    // The receiver is there: sends, or sends again from the last whole picture when it has sent before.
+    void receiverReady();
+    void pause();
+    void resume();
+    const tagTarget& target() const { return m_target; }
+    const MOV_SDP& description() const { return m_sdp; }
+    bool isPrepared() const { return m_bPrepared; }
+    qint64 msSinceStart() const { return m_sinceStart.isValid() ? m_sinceStart.elapsed() : 0; }
+
+private:
+    void onEvent(busWatch::EVENT event);
+    void prepared();
+    void go();
+    void end(END how);
+    void sendAgain();
+
+    tagTarget m_target;
+    tagHandlers m_handlers;
+    filmStreams m_streams;
+    std::unique_ptr<busWatch> m_watch; // ends before the streams
+    MOV_SDP m_sdp = {};
+    QTimer m_patience;
+    QElapsedTimer m_sinceStart;
+    QElapsedTimer m_sending;
+    bool m_bPrepared = false;
+    bool m_bGoing = false;
+    bool m_bPaused = false;
+};

@@ -1,0 +1,212 @@
+#include "players/mediaService.h"
+#include "players/playerRecords.h"
+#include "support/host/trace.h"
+#include <QCoreApplication>
+
+namespace {
+
+const char* const kMovie = "app_hxMovie";
+const char* const kPhone = "app_hxPhone";
+constexpr QSize kScreen(800, 480); // until a surface says how large it is
+
+void refuse(const msgObject& msg, const char* fault)
+{
+    nuxTrace(TRACE_NOTE, "message 0x%x of %d bytes is refused: %s", msg.message, msg.GetExtraSize(), fault);
+}
+
+unsigned int portsOf(const VOICE_PARAM& session)
+{
+    return PLAYER_PORTS(session.nAudRemotePort, session.nVidRemotePort);
+}
+
+} // namespace
+
+mediaService::mediaService() : m_surface(kScreen)
+{
+    m_apply.setSingleShot(true);
+    QObject::connect(&m_apply, &QTimer::timeout, &m_apply, [this] { apply(); });
+}
+
+int mediaService::TryThreadMessage(msgObject& msg)
+{
+    switch (msg.message) {
+    case MEDIA_MSG_SESSION_START:
+        startSession(msg);
+        return 1;
+    case MEDIA_MSG_SESSION_CHANGE:
+        changeSession(msg);
+        return 1;
+    case MEDIA_MSG_SESSION_STOP:
+        stopSession(msg);
+        return 1;
+    case MEDIA_MSG_STREAMS:
+        takeStreams(msg);
+        return 1;
+    case MEDIA_MSG_PICTURE_SIZE:
+        takeSize(msg);
+        return 1;
+    case PLAYER_MSG_UP:
+        movieIsUp(msg);
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+void mediaService::startSession(msgObject& msg)
+{
+    VOICE_PARAM session;
+    if (const char* fault = playerRecords::readSession(msg.GetExtraData(), msg.GetExtraSize(), session)) {
+        refuse(msg, fault);
+        return;
+    }
+    msg.nResult = 1;
+    m_session = session;
+    m_nId = msg.wParam;
+    m_bSession = true;
+    m_bOwed = true;
+    setPlace(session.rcRemote);
+    applySoon();
+}
+
+void mediaService::changeSession(const msgObject& msg)
+{
+    VOICE_PARAM session;
+    const char* fault = playerRecords::readSession(msg.GetExtraData(), msg.GetExtraSize(), session);
+    if (!fault && !m_bSession)
+        fault = "there is no session";
+    if (fault) {
+        refuse(msg, fault);
+        return;
+    }
+    m_session.rcRemote = session.rcRemote;
+    setPlace(session.rcRemote);
+    if (m_writer.move(m_place))
+        tellPhone();
+}
+
+void mediaService::stopSession(const msgObject& msg)
+{
+    // The player ends its own session late, when the phone may have started another one.
+    if (!m_bSession || (msg.wParam == MEDIA_SESSION_LIST && m_nId != MEDIA_SESSION_LIST))
+        return;
+    m_bSession = false;
+    m_bAnnounced = false;
+    dropStreams();
+}
+
+void mediaService::takeStreams(const msgObject& msg)
+{
+    MOV_SDP sdp;
+    uint16_t audio = 0;
+    uint16_t video = 0;
+    const char* fault = playerRecords::readDescription(msg.GetExtraData(), msg.GetExtraSize(), sdp);
+    if (!fault)
+        fault = playerRecords::readPorts(msg.wParam, audio, video);
+    if (fault) {
+        refuse(msg, fault);
+        return;
+    }
+    m_sound = rtpDescription::soundOf(sdp);
+    m_picture = rtpDescription::pictureOf(sdp);
+    m_nPorts = PLAYER_PORTS(audio, video);
+    m_nPlay = msg.lParam;
+    m_bAnnounced = audio != 0 || video != 0;
+    m_bOwed = m_bAnnounced;
+    if (!m_bAnnounced)
+        dropStreams(); // nothing comes any more
+    else if (m_bSession)
+        applySoon();
+}
+
+void mediaService::takeSize(const msgObject& msg)
+{
+    const QSize size(int(msg.wParam), int(msg.lParam));
+    if (size.width() <= 0 || size.height() <= 0 || size.width() > playerRecords::MAX_WIDTH ||
+        size.height() > playerRecords::MAX_HEIGHT) {
+        refuse(msg, "the size is out of range");
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_surface = size;
+}
+
+// A player that has just started sends nothing: what the one before sent is over.
+void mediaService::movieIsUp(const msgObject& msg)
+{
+    if (msg.wParam != PLAYER_MOVIE)
+        return;
+    m_bAnnounced = false;
+    dropStreams();
+}
+
+void mediaService::applySoon()
+{
+    m_apply.start(0);
+}
+
+void mediaService::apply()
+{
+    const bool isAnnounced = m_bAnnounced && m_nPorts == portsOf(m_session);
+    renew(m_pictureStream, isAnnounced ? m_picture : rtpDescription::pictureOf(m_session),
+          m_session.nVidRemotePort, true);
+    renew(m_soundStream, isAnnounced ? m_sound : rtpDescription::soundOf(m_session), m_session.nAudRemotePort,
+          false);
+    if (isAnnounced && m_bOwed)
+        msgPostMsgToThread(msgGetThreadByName(kMovie), MOVIE_MSG_RECEIVER, m_nPorts, m_nPlay);
+    m_bOwed = m_bOwed && !isAnnounced;
+}
+
+void mediaService::renew(std::unique_ptr<mediaStream>& stream, const tagStream& wanted, int port,
+                         bool isPicture)
+{
+    if (stream && stream->isFor(wanted, port) && !stream->hasFailed())
+        return;
+    stream.reset();
+    if (port == 0 || wanted.name.isEmpty())
+        return;
+    mediaStream::PictureHandler onPicture;
+    if (isPicture)
+        onPicture = [this](const GstVideoFrame& frame) { showPicture(frame); };
+    stream = std::make_unique<mediaStream>(wanted, port, m_clock, onPicture);
+    if (!stream->start())
+        stream.reset();
+}
+
+void mediaService::setPlace(const MEDIA_RECT& rect)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_place = QRect(rect.x, rect.y, rect.width, rect.height);
+}
+
+// What was received but is not due yet goes too.
+void mediaService::dropStreams()
+{
+    m_apply.stop();
+    m_soundStream.reset();
+    m_pictureStream.reset();
+    m_writer.clear();
+    tellPhone();
+}
+
+void mediaService::showPicture(const GstVideoFrame& frame)
+{
+    QRect place;
+    QSize size;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        place = m_place;
+        size = place.isEmpty() ? m_surface : place.size();
+    }
+    const bool isShown =
+        m_scaler.prepare(frame.info, size, place.isEmpty()) &&
+        m_writer.write(size, place, [&](unsigned char* pixels) { m_scaler.paint(frame, pixels); });
+    if (isShown)
+        tellPhone();
+}
+
+void mediaService::tellPhone() const
+{
+    msgPostMsgToThread(msgGetThreadByName(kPhone), MEDIA_MSG_FRAME,
+                       unsigned(QCoreApplication::applicationPid()), unsigned(m_writer.descriptor()));
+}

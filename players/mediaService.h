@@ -1,0 +1,58 @@
+#pragma once
+// "app_hxMedia": the one session there is, its two streams, and the way of its pictures to the phone. One
+// thread, but for the pictures.
+#include "host/services/videoFrameWriter.h"
+#include "players/mediaStream.h"
+#include "players/pictureScaler.h"
+#include "support/host/message.h"
+#include <QRect>
+#include <QTimer>
+#include <memory>
+#include <mutex>
+
+class mediaService : public chMsgProcesser
+{
+public:
+    mediaService();
+    // False when there is no memory for pictures.
+    bool open() { return m_writer.open(); }
+    int TryThreadMessage(msgObject& msg) override;
+
+private:
+    void startSession(msgObject& msg);
+    void changeSession(const msgObject& msg);
+    void stopSession(const msgObject& msg);
+    void takeStreams(const msgObject& msg);
+    void takeSize(const msgObject& msg);
+    void movieIsUp(const msgObject& msg);
+
+    // What the session needs is built outside of the message, whose sender waits.
+    void applySoon();
+    void apply();
+    void renew(std::unique_ptr<mediaStream>& stream, const tagStream& wanted, int port, bool isPicture);
+    void setPlace(const MEDIA_RECT& rect);
+    void dropStreams();
+    void showPicture(const GstVideoFrame& frame);
+    void tellPhone() const;
+
+    VOICE_PARAM m_session = {};
+    bool m_bSession = false;
+    unsigned int m_nId = 0;
+    // What the player announced; in force on the ports that it named.
+    tagStream m_sound;
+    tagStream m_picture;
+    unsigned int m_nPorts = 0;
+    unsigned int m_nPlay = 0;
+    bool m_bAnnounced = false;
+    bool m_bOwed = false; // the player waits to hear that we are ready
+
+    QTimer m_apply;
+    std::mutex m_mutex; // of the next two: pictures come on a thread of their stream
+    QRect m_place;
+    QSize m_surface;
+    pictureScaler m_scaler; // of that thread
+    videoFrameWriter m_writer;
+    playClock m_clock;
+    std::unique_ptr<mediaStream> m_soundStream; // end before what they use
+    std::unique_ptr<mediaStream> m_pictureStream;
+};

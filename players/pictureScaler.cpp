@@ -1,0 +1,72 @@
+#include "players/pictureScaler.h"
+#include <QRect>
+#include <cstring>
+
+namespace {
+
+// Where the picture goes in an area of that size, in its own shape.
+QRect shapeIn(const GstVideoInfo& from, const QSize& size)
+{
+    const qint64 width = qint64(from.width) * from.par_n;
+    const qint64 height = qint64(from.height) * from.par_d;
+    QRect area(QPoint(0, 0), size);
+    if (width <= 0 || height <= 0)
+        return area;
+    const QSize shown = width * size.height() > height * size.width()
+                            ? QSize(size.width(), int(qMax<qint64>(1, height * size.width() / width)))
+                            : QSize(int(qMax<qint64>(1, width * size.height() / height)), size.height());
+    QRect inside(QPoint(0, 0), shown);
+    inside.moveCenter(area.center());
+    return inside;
+}
+
+GstStructure* optionsFor(const QRect& inside)
+{
+    return gst_structure_new(
+        "options", GST_VIDEO_CONVERTER_OPT_DEST_X, G_TYPE_INT, inside.x(), GST_VIDEO_CONVERTER_OPT_DEST_Y,
+        G_TYPE_INT, inside.y(), GST_VIDEO_CONVERTER_OPT_DEST_WIDTH, G_TYPE_INT, inside.width(),
+        GST_VIDEO_CONVERTER_OPT_DEST_HEIGHT, G_TYPE_INT, inside.height(), GST_VIDEO_CONVERTER_OPT_FILL_BORDER,
+        G_TYPE_BOOLEAN, TRUE, GST_VIDEO_CONVERTER_OPT_RESAMPLER_METHOD, GST_TYPE_VIDEO_RESAMPLER_METHOD,
+        GST_VIDEO_RESAMPLER_METHOD_LINEAR, GST_VIDEO_CONVERTER_OPT_THREADS, G_TYPE_UINT, 1u, nullptr);
+}
+
+} // namespace
+
+pictureScaler::~pictureScaler()
+{
+    drop();
+}
+
+void pictureScaler::drop()
+{
+    if (m_pConverter)
+        gst_video_converter_free(m_pConverter);
+    m_pConverter = nullptr;
+}
+
+bool pictureScaler::prepare(const GstVideoInfo& from, const QSize& size, bool keepShape)
+{
+    if (m_pConverter && size == m_size && keepShape == m_bKeepShape &&
+        gst_video_info_is_equal(&from, &m_from))
+        return true;
+    drop();
+    m_from = from;
+    m_size = size;
+    m_bKeepShape = keepShape;
+    gst_video_info_set_format(&m_to, GST_VIDEO_FORMAT_BGRx, guint(size.width()), guint(size.height()));
+    // Only shape and colours change.
+    m_to.fps_n = from.fps_n;
+    m_to.fps_d = from.fps_d;
+    m_to.interlace_mode = from.interlace_mode;
+    const QRect inside = keepShape ? shapeIn(from, size) : QRect(QPoint(0, 0), size);
+    m_pConverter = gst_video_converter_new(&m_from, &m_to, optionsFor(inside));
+    return m_pConverter != nullptr;
+}
+
+void pictureScaler::paint(const GstVideoFrame& from, unsigned char* pixels) const
+{
+    GstVideoFrame to = {};
+    to.info = m_to;
+    to.data[0] = pixels;
+    gst_video_converter_frame(m_pConverter, &from, &to);
+}

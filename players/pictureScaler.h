@@ -1,0 +1,29 @@
+#pragma once
+// Turns decoded pictures into the phone's pixels, of the size in which they are shown, in one step. One
+// thread.
+#include <QSize>
+#include <gst/video/video.h>
+
+class pictureScaler
+{
+public:
+    pictureScaler() = default;
+    ~pictureScaler();
+    pictureScaler(const pictureScaler&) = delete;
+    pictureScaler& operator=(const pictureScaler&) = delete;
+
+    // What the next pictures are and become. keepShape: black borders instead of another shape. False when
+    // the toolkit cannot do that.
+    bool prepare(const GstVideoInfo& from, const QSize& size, bool keepShape);
+    // pixels: room for the size, four bytes a pixel (blue, green, red, unused), without gaps between lines.
+    void paint(const GstVideoFrame& from, unsigned char* pixels) const;
+
+private:
+    void drop();
+
+    GstVideoConverter* m_pConverter = nullptr;
+    GstVideoInfo m_from = {};
+    GstVideoInfo m_to = {};
+    QSize m_size;
+    bool m_bKeepShape = false;
+};

@@ -1,0 +1,54 @@
+#include "players/playerProgram.h"
+#include "host/services/messageBus.h"
+#include "support/file/deviceRoot.h"
+#include "support/host/message.h"
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTimer>
+#include <cstdio>
+#include <gst/gst.h>
+
+namespace {
+
+void loadElements(const char* const* elements)
+{
+    for (; *elements; ++elements) {
+        GstElement* element = gst_element_factory_make(*elements, nullptr);
+        if (element)
+            gst_object_unref(gst_object_ref_sink(element));
+        else
+            fprintf(stderr, "the element %s is missing\n", *elements);
+    }
+}
+
+} // namespace
+
+bool playerProgram::begin(QCoreApplication& application, const char* threadName)
+{
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const QCommandLineOption sysroot("sysroot", "Folder that stands for the device's file system.", "DIR");
+    parser.addOption(sysroot);
+    parser.process(application.arguments());
+    if (parser.isSet(sysroot))
+        deviceSetRoot(parser.value(sysroot).toUtf8().constData());
+    GError* error = nullptr;
+    if (!gst_init_check(nullptr, nullptr, &error)) {
+        fprintf(stderr, "%s\n", error ? error->message : "the media toolkit cannot be started");
+        g_clear_error(&error);
+        return false;
+    }
+    if (messageServiceStart(threadName))
+        return true;
+    fprintf(stderr, "another %s already runs on this device root\n", threadName);
+    return false;
+}
+
+int playerProgram::run(QCoreApplication& application, PLAYER_PROGRAM program, const char* const* elements)
+{
+    loadElements(elements);
+    msgBroadpostThreadMsg(PLAYER_MSG_UP, program, 0);
+    const int result = application.exec();
+    messageServiceStop();
+    return result;
+}
