@@ -28,11 +28,11 @@ endfunction()
 # The module: all its rooms in one shared library that exports what the map names, and leaves the
 # host's symbols to whichever host loads it.
 function(hx_module name)
-    cmake_parse_arguments(MODULE "" "EXPORTS" "ROOMS" ${ARGN})
+    cmake_parse_arguments(MODULE "" "EXPORTS" "ROOMS;LINK" ${ARGN})
     file(WRITE ${CMAKE_BINARY_DIR}/${name}_unit.cpp "")
     add_library(${name} SHARED ${CMAKE_BINARY_DIR}/${name}_unit.cpp)
     hx_take_rooms(${name} ${MODULE_ROOMS})
-    target_link_libraries(${name} PUBLIC hxContract)
+    target_link_libraries(${name} PUBLIC hxContract PRIVATE ${MODULE_LINK})
     target_link_options(${name} PRIVATE LINKER:--version-script=${MODULE_EXPORTS})
     set_target_properties(${name} PROPERTIES LINK_DEPENDS ${MODULE_EXPORTS})
     install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})

@@ -3,7 +3,12 @@
 #include "host/control/controlServer.h"
 #include "host/desktop/boot.h"
 #include "host/services/messageBus.h"
+#include "host/services/playerProcesses.h"
 #include "host/widgets/look.h"
+#include "signage/nDeckDisplay.h"
+#include "signage/nDeckRegister.h"
+#include "signage/nDeckVideoManager.h"
+#include "signage/nDeckWindow.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/module.h"
 #include <QApplication>
@@ -16,6 +21,7 @@ namespace {
 struct Options
 {
     QString control;
+    bool players = true;
 };
 
 Options parseOptions(const QStringList& arguments)
@@ -25,9 +31,10 @@ Options parseOptions(const QStringList& arguments)
     parser.addHelpOption();
     const QCommandLineOption sysroot("sysroot", "Folder that stands for the device's file system.", "DIR");
     const QCommandLineOption control("control", "Socket on which hxctl may drive the phone.", "SOCKET");
-    parser.addOptions({sysroot, control});
+    const QCommandLineOption noPlayers("no-players", "Starts neither movie player nor media server.");
+    parser.addOptions({sysroot, control, noPlayers});
     parser.process(arguments);
-    return {parser.value(control)};
+    return {parser.value(control), !parser.isSet(noPlayers)};
 }
 
 // The device root is needed for the fonts, which are needed before the application object.
@@ -43,6 +50,21 @@ void setDeviceRoot(int argc, char** argv)
     }
 }
 
+void wireSignage(tagModuleEntries& entries)
+{
+    entries.registerDisplay = nDeckRegisterDisplay;
+    entries.unLaunchDisplay = OnUnLaunchNDeck;
+    entries.windowDisplay = nDeckWindowDisplay;
+    entries.isDisplayEnabled = [] { return GetNDeckDispaly().IsNdeckEnable(); };
+    entries.isDisplaySaverEnabled = [] { return GetNDeckDispaly().IsScreenSaverEnable(); };
+    entries.isDisplayTalkEnabled = [] { return GetNDeckDispaly().IsVoiceTalkEnable(); };
+    entries.isDisplayRingBackEnabled = [] { return GetNDeckDispaly().IsRingBackEnable(); };
+    entries.setPlayParam = [](VOICE_PARAM* param, int session) {
+        return GetNDeckVideoManager().SetPlayParam(param, session);
+    };
+    entries.onMovieMessage = [](msgObject& msg) { return GetNDeckVideoManager().OnMovieAdMessage(msg); };
+}
+
 void wireModule()
 {
     tagModuleEntries entries;
@@ -54,6 +76,7 @@ void wireModule()
     entries.refreshMenu = RefreshOpenXml;
     entries.cacheWindows = settingCacheWindows;
     entries.iconView = getIconView;
+    wireSignage(entries);
     hostSetModule(entries);
 }
 
@@ -65,6 +88,8 @@ int run(QApplication& application, const Options& options)
         return 1;
     }
     hostEndOnSignals();
+    if (options.players)
+        playerProcessesStart();
     hostBoot();
     return application.exec();
 }

@@ -4,6 +4,7 @@
 #include "host/control/waiting.h"
 #include "host/control/worldCommands.h"
 #include "host/services/hostLog.h"
+#include "host/widgets/screenState.h"
 #include "host/widgets/windowStack.h"
 #include "support/host/message.h"
 #include "support/host/module.h"
@@ -80,6 +81,13 @@ void cache(const QStringList& arguments, const Reply& reply)
 void tree(const QStringList&, const Reply& reply)
 {
     reply(screenTree());
+}
+
+void screen(const QStringList&, const Reply& reply)
+{
+    const screenState& state = screenState::instance();
+    reply(QJsonObject{
+        {"idle", state.idleMs()}, {"saverHeld", state.isSaverSuspended()}, {"lamp", state.isLampLit()}});
 }
 
 void shot(const QStringList& arguments, const Reply& reply)
@@ -164,9 +172,10 @@ const Command kCommands[] = {
     {"touch", 2, 3, controlTouch, "touch X Y [down|move|up]"},
     {"key", 1, 2, controlKey, "key NAME [press|release]"},
     {"type", 1, 1, controlType, "type TEXT"},
+    {"screen", 0, 0, screen, "screen"},
     {"shot", 1, 1, shot, "shot FILE"},
     {"log", 0, 1, log, "log [N]"},
-    {"set", 2, 8, controlSet, "set line|net|pstn|calls|upgrading|clock|storage ..."},
+    {"set", 2, 8, controlSet, "set line|net|pstn|calls|upgrading|clock|storage|idle ..."},
     {"post", 4, 5, post, "post THREAD MESSAGE WPARAM LPARAM [HEX]"},
     {"config", 3, 4, config, "config FILE SECTION KEY [VALUE]"},
     {"wait", 2, 3, controlWait, "wait page CLASS MS | wait idle MS"},

@@ -3,6 +3,7 @@
 #include "host/services/phoneService.h"
 #include "host/services/phoneSimulation.h"
 #include "host/services/storageWorld.h"
+#include "host/widgets/screenState.h"
 #include "support/host/clock.h"
 #include "support/host/upgrade.h"
 #include <QDateTime>
@@ -11,6 +12,8 @@
 using Reply = controlServer::Reply;
 
 namespace {
+
+constexpr int kMsInSecond = 1000;
 
 using Settings = QMap<QString, QString>;
 
@@ -129,6 +132,16 @@ QJsonValue setClock(const QStringList& words)
     return controlDone();
 }
 
+QJsonValue setIdle(const QStringList& words)
+{
+    bool isNumber = false;
+    const int seconds = words[0].toInt(&isNumber);
+    if (!isNumber || seconds < 0)
+        return controlUsage("set idle SECONDS");
+    screenState::instance().setIdle(seconds * qint64(kMsInSecond));
+    return controlDone();
+}
+
 QJsonValue setStorage(const QStringList& words)
 {
     if (words.size() == 3 && words[0] == "plug" && (words[1] == "usb" || words[1] == "sd")) {
@@ -146,9 +159,9 @@ struct WorldPart
     QJsonValue (*set)(const QStringList& words);
 };
 
-const WorldPart kParts[] = {{"line", setLine},      {"net", setNet},     {"pstn", setPstn},
-                            {"calls", setCalls},    {"clock", setClock}, {"upgrading", setUpgrading},
-                            {"storage", setStorage}};
+const WorldPart kParts[] = {{"line", setLine},       {"net", setNet},     {"pstn", setPstn},
+                            {"calls", setCalls},     {"clock", setClock}, {"upgrading", setUpgrading},
+                            {"storage", setStorage}, {"idle", setIdle}};
 
 } // namespace
 
@@ -160,5 +173,5 @@ void controlSet(const QStringList& arguments, const Reply& reply)
             return;
         }
     }
-    reply(controlUsage("set line|net|pstn|calls|upgrading|clock|storage ..."));
+    reply(controlUsage("set line|net|pstn|calls|upgrading|clock|storage|idle ..."));
 }

@@ -1,4 +1,6 @@
 #include "host/desktop/boot.h"
+#include "host/desktop/callMedia.h"
+#include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
 #include "support/host/desktop.h"
 #include "support/host/module.h"
@@ -29,14 +31,18 @@ void bootStep(int index)
         return;
     }
     frmDesktop::GetInstance()->FinishLoading();
+    displayClient::instance().start();
 }
 
 } // namespace
 
 void hostBoot()
 {
-    callScreenInstall();
+    // In this order they hear of a call: the home screen lets go of the signage frame, the call screen takes
+    // it.
+    callMediaInstall();
     frmDesktop* desktop = frmDesktop::GetInstance();
+    callScreenInstall();
     desktop->m_pLoading = new frmLoading;
     desktop->m_pLoading->show();
     QTimer::singleShot(0, qApp, [] { bootStep(0); });

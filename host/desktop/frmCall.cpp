@@ -1,12 +1,15 @@
 #include "host/desktop/frmCall.h"
 #include "host/desktop/callRecords.h"
 #include "host/desktop/contactBook.h"
+#include "host/desktop/displayClient.h"
 #include "host/desktop/lineName.h"
 #include "host/services/phoneService.h"
 #include "host/widgets/look.h"
+#include "host/widgets/screenState.h"
 #include "support/host/api.h"
 #include "support/host/image.h"
 #include "support/host/language.h"
+#include "support/host/module.h"
 #include "support/host/ui.h"
 #include "ui_frmCall.h"
 #include <QApplication>
@@ -21,7 +24,11 @@ constexpr int kKeepWeight = -1;
 constexpr int kNameSize = 36;
 constexpr int kDurationSize = 26;
 constexpr int kStateSize = 20;
-constexpr QRect kPicture(337, 56, 126, 126);
+constexpr QSize kPicture(126, 126);
+// The call alone, and beside the signage frame.
+constexpr QRect kWhole(40, 40, 720, 336);
+constexpr QRect kBeside(14, 40, 276, 336);
+constexpr QRect kDisplay(304, 66, 480, 288);
 constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kPictureEdge = 0x40ffffff;
 const char* const kNobody = "/phone/resource/contact-image/icon_contact.png";
@@ -54,7 +61,9 @@ QPixmap pictureOf(const tagContact& contact)
 
 } // namespace
 
-frmCall::frmCall() : QWidget(nullptr, Qt::FramelessWindowHint), m_ui(new Ui_frmCall)
+frmCall::frmCall()
+    : QWidget(nullptr, Qt::FramelessWindowHint), m_ui(new Ui_frmCall),
+      m_display(NDECK_WINDOW_TALK, this, kDisplay)
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -74,6 +83,7 @@ frmCall::frmCall() : QWidget(nullptr, Qt::FramelessWindowHint), m_ui(new Ui_frmC
     m_end.setSingleShot(true);
     connect(&m_tick, &QTimer::timeout, this, &frmCall::tick);
     connect(&m_end, &QTimer::timeout, this, &frmCall::close);
+    connect(&displayClient::instance(), &displayClient::enabledChanged, this, &frmCall::showDisplay);
 }
 
 frmCall::~frmCall() = default;
@@ -95,6 +105,7 @@ void frmCall::onCall(const tagCall& call)
         m_end.stop();
     }
     open();
+    showDisplay();
 }
 
 void frmCall::showCall(const tagCall& call)
@@ -156,7 +167,43 @@ void frmCall::close()
     if (m_bMuted)
         dev_set_output_mute(0);
     m_bMuted = false;
+    showDisplay();
+    // Whoever hung up is still there.
+    screenState::instance().restartIdle();
     hide();
+}
+
+bool frmCall::mayShowDisplay() const
+{
+    if (!isVisible() || !displayClient::instance().isEnabled())
+        return false;
+    const auto talk = hostModule().isDisplayTalkEnabled;
+    const auto ringBack = hostModule().isDisplayRingBackEnabled;
+    if (m_call.eState == CALL_TALKING)
+        return !talk || talk();
+    return m_call.eState == CALL_RINGING && !m_call.bIncoming && ringBack && ringBack();
+}
+
+void frmCall::showDisplay()
+{
+    const bool wanted = mayShowDisplay();
+    if (wanted == m_display.isShown())
+        return;
+    if (wanted)
+        m_display.show();
+    else
+        m_display.hide();
+    layOut();
+}
+
+void frmCall::layOut()
+{
+    const QRect place = m_display.isShown() ? kBeside : kWhole;
+    QWidget* const lines[] = {m_ui->labName, m_ui->labNumber, m_ui->labState, m_ui->labDuration};
+    for (QWidget* line : lines)
+        line->setGeometry(place.left(), line->y(), place.width(), line->height());
+    m_ui->labPicture->move(place.center().x() - kPicture.width() / 2, m_ui->labPicture->y());
+    update();
 }
 
 void frmCall::tick()
@@ -173,7 +220,10 @@ void frmCall::paintEvent(QPaintEvent*)
     QPainter painter(this);
     look::paintLeftBar(painter, rect());
     painter.fillRect(0, 0, width(), look::kTopBarHeight, look::colour(kStrip));
-    look::paintBox(painter, kPicture.adjusted(-4, -4, 4, 4), kPicture.width() / 2.0 + 4, kPictureEdge);
+    look::paintBox(painter, m_ui->labPicture->geometry().adjusted(-4, -4, 4, 4), kPicture.width() / 2.0 + 4,
+                   kPictureEdge);
+    if (m_display.isShown())
+        m_display.paintMount(painter);
 }
 
 void frmCall::keyPressEvent(QKeyEvent* event)

@@ -1,6 +1,7 @@
 #pragma once
 // The call screen: it comes with a call, over whatever is there, and goes a moment after the last one ended.
 // User-interface thread.
+#include "host/desktop/displayPlace.h"
 #include "host/services/tagCall.h"
 #include "support/host/bars.h"
 #include <QTimer>
@@ -33,6 +34,9 @@ private:
 
     void open();
     void close();
+    bool mayShowDisplay() const;
+    void showDisplay();
+    void layOut();
     void showCall(const tagCall& call);
     void showState();
     void showSound();
@@ -48,6 +52,7 @@ private:
     QTimer m_tick;
     QTimer m_end;
     bool m_bMuted = false; // here, so it ends with the call
+    displayPlace m_display;
 };
 
 // Has the call screen follow the phone's calls from now on.

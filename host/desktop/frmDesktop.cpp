@@ -1,6 +1,7 @@
 #include "host/desktop/homeButton.h"
 #include "host/desktop/homeClock.h"
 #include "host/desktop/homeStatus.h"
+#include "host/desktop/idleShow.h"
 #include "host/desktop/quickKeys.h"
 #include "host/widgets/look.h"
 #include "support/host/api.h"
@@ -64,6 +65,7 @@ struct frmDesktop::Private
 {
     homeStatus* status = nullptr;
     homeClock* clock = nullptr;
+    idleShow* show = nullptr;
     homeButton* tiles[kColumns] = {};
     homeButton* keys[kColumns] = {};
     QTimer refresh;
@@ -101,6 +103,8 @@ frmDesktop::frmDesktop() : QWidget(nullptr, Qt::FramelessWindowHint), m_p(new Pr
         button->installEventFilter(this);
         key->installEventFilter(this);
     }
+    m_p->show = new idleShow(this);
+    connect(m_p->show, &idleShow::changed, this, qOverload<>(&QWidget::update));
     m_p->tiles[2]->setFocus();
     ReloadQuickKeys();
     connect(&m_p->refresh, &QTimer::timeout, this, [this] {
@@ -183,6 +187,8 @@ void frmDesktop::paintEvent(QPaintEvent*)
         look::paintLeftBar(painter, rect());
     else
         painter.drawPixmap(0, 0, m_p->wallpaper);
+    if (m_p->show->state() == idleShow::CORNER)
+        m_p->show->corner().paintMount(painter);
 }
 
 // Digits make up a number wherever the focus is; with a number, OK dials instead of opening a tile.

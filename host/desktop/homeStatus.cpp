@@ -1,4 +1,5 @@
 #include "host/desktop/homeStatus.h"
+#include "host/widgets/lampMark.h"
 #include "host/widgets/look.h"
 #include "host/widgets/screenState.h"
 #include "support/host/api.h"
@@ -15,6 +16,7 @@ constexpr int kLinesLeft = 14;
 constexpr int kLinesRight = 640;
 constexpr int kLineGap = 18;
 constexpr int kLongestLine = 130;
+constexpr int kLampX = 688;
 constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kLineOff = 0xb3ffffff;
 
@@ -42,6 +44,7 @@ homeStatus::homeStatus(QWidget* parent) : QWidget(parent)
     setObjectName("homeStatus");
     m_state = currentState();
     phone_RegAccountNotify(this, -1);
+    connect(&screenState::instance(), &screenState::lampChanged, this, &homeStatus::refresh);
 }
 
 homeStatus::~homeStatus()
@@ -123,9 +126,10 @@ void homeStatus::paintRight(QPainter& painter)
     painter.drawPixmap(766, top,
                        icon(m_state.networkUp ? HX_THEME("icon/status_network.png")
                                               : HX_THEME("icon/status_network_off.png")));
-    if (m_state.newMessages > 0 || m_state.lampOn) {
-        const QString count = m_state.newMessages > 0 ? QString::number(m_state.newMessages) : QString();
+    paintLampMark(painter, QPoint(kLampX, height() / 2));
+    if (m_state.newMessages > 0) {
         painter.drawPixmap(713, top, icon(HX_THEME("icon/status_message.png")));
-        painter.drawText(QRect(740, 0, 24, height()), Qt::AlignVCenter | Qt::AlignLeft, count);
+        painter.drawText(QRect(740, 0, 24, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                         QString::number(m_state.newMessages));
     }
 }

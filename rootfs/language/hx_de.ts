@@ -899,5 +899,13 @@
         <source>End</source>
         <translation>Auflegen</translation>
     </message>
+    <message>
+        <source>Image is oversized!</source>
+        <translation>Bild ist zu groß!</translation>
+    </message>
+    <message>
+        <source>Image is error!</source>
+        <translation>Bild ist fehlerhaft!</translation>
+    </message>
 </context>
 </TS>

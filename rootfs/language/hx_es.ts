@@ -899,5 +899,13 @@
         <source>End</source>
         <translation>Colgar</translation>
     </message>
+    <message>
+        <source>Image is oversized!</source>
+        <translation>¡La imagen es demasiado grande!</translation>
+    </message>
+    <message>
+        <source>Image is error!</source>
+        <translation>¡La imagen es errónea!</translation>
+    </message>
 </context>
 </TS>

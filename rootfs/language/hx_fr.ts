@@ -899,5 +899,13 @@
         <source>End</source>
         <translation>Raccrocher</translation>
     </message>
+    <message>
+        <source>Image is oversized!</source>
+        <translation>Image trop grande !</translation>
+    </message>
+    <message>
+        <source>Image is error!</source>
+        <translation>Image erronée !</translation>
+    </message>
 </context>
 </TS>

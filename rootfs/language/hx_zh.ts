@@ -899,5 +899,13 @@
         <source>End</source>
         <translation>挂断</translation>
     </message>
+    <message>
+        <source>Image is oversized!</source>
+        <translation>图片太大！</translation>
+    </message>
+    <message>
+        <source>Image is error!</source>
+        <translation>图片错误！</translation>
+    </message>
 </context>
 </TS>

@@ -1,0 +1,55 @@
+#include "media/photoAssistant.h"
+#include "media/storageTools.h"
+#include <QLabel>
+
+namespace {
+
+const QRect kScreen(0, 0, 800, 480);
+
+} // namespace
+
+photoAssistant::photoAssistant(QWidget* dialog) : m_pLabel(new QLabel(dialog))
+{
+    m_pLabel->setGeometry(kScreen);
+    m_pLabel->setScaledContents(true);
+}
+
+bool photoAssistant::LoadFileList(const FileList& list)
+{
+    if (list.empty())
+        return false;
+    m_files = list;
+    ShowFirstImage();
+    return true;
+}
+
+void photoAssistant::Show()
+{
+    if (!m_files.empty())
+        SetLabelImage(m_pLabel, *m_pCurrent);
+}
+
+void photoAssistant::ShowFirstImage()
+{
+    m_pCurrent = m_files.begin();
+    Show();
+}
+
+void photoAssistant::PlayNext()
+{
+    if (m_files.empty())
+        return;
+    if (++m_pCurrent == m_files.end())
+        m_pCurrent = m_files.begin();
+    Show();
+}
+
+void photoAssistant::PlayLast()
+{
+    if (m_files.empty())
+        return;
+    if (m_pCurrent == m_files.begin())
+        m_pCurrent = m_files.end();
+    --m_pCurrent;
+    Show();
+}

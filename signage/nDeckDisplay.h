@@ -1,0 +1,62 @@
+#pragma once
+#include "signage/displayFrame.h"
+#include "signage/nDeckLayout.h"
+#include "support/container/chList.h"
+#include "support/host/api.h"
+#include "support/host/message.h"
+
+#define NDECK_DEFAULT_PICTURE HX_THEME("misc/nDeck_Default.jpg")
+#define NDECK_LOADING_PICTURE HX_THEME("misc/nDeck_Loading.jpg")
+
+// The running show: the layouts of the frame in force, and whose turn it is. One object.
+// User-interface thread.
+class nDeckDisplay : public chObjList_dynamic<nDeckLayout, 16>, public chMsgProcesser
+{
+public:
+    nDeckDisplay();
+    ~nDeckDisplay() override;
+
+    // Starts the client. false when it is disabled or was started before.
+    bool CreateDisplay();
+    // What the disk holds comes up.
+    void InitDisplay();
+    // Ends the client: nothing shows, nothing is fetched any more.
+    void DestroyDisplay();
+    // Takes up a frame, which is copied.
+    void UpdateDisplay(DisplayFrame* frame);
+
+    void SetCurrentLayout(iterator layout);
+    iterator GetCurrentLayout() { return m_current; } // end() when there is none
+    void LoadNextReadyLayout();
+    int OnTimerLoadNextLayout(msgObject& msg);
+    int GetLayoutsCount() const { return size(); }
+    bool IsMettingCurrentLayout();
+    DisplayFrame& GetDisplayFrame() { return m_frame; }
+
+    // Whether layouts are drawn, or only timed.
+    void SetShowLayout(int show) { m_bShow = show; }
+    int IsShowLayout() const { return m_bShow; }
+
+    // The switches, from the key file at each call.
+    HX_MODULE_API bool IsNdeckEnable();
+    HX_MODULE_API bool IsVoiceTalkEnable();
+    HX_MODULE_API bool IsHoldEnable();
+    HX_MODULE_API bool IsRingBackEnable();
+    HX_MODULE_API bool IsScreenSaverEnable();
+    HX_MODULE_API bool IsPlayVideoInTalk();
+
+private:
+    void AppendLayout(const _nDeckLayoutNode& node);
+    iterator FindNextReady();
+    void ReloadCurrent();
+    void ChangeCurrent(iterator layout);
+    void StartTimer(int duration, int shortest);
+
+    iterator m_current;
+    chThreadTimer m_timer;
+    DisplayFrame m_frame;
+    int m_bCreated = 0;
+    int m_bShow = 0;
+};
+
+HX_MODULE_API nDeckDisplay& GetNDeckDispaly();

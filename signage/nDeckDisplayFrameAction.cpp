@@ -1,0 +1,3 @@
+#include "signage/nDeckDisplayFrameAction.h"
+
+nDeckDisplayFrameAction::~nDeckDisplayFrameAction() = default;

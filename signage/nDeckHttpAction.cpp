@@ -1,0 +1,3 @@
+#include "signage/nDeckHttpAction.h"
+
+nDeckHttpAction::~nDeckHttpAction() = default;

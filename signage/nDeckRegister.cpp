@@ -1,0 +1,104 @@
+#include "signage/nDeckRegister.h"
+#include "signage/nDeckDisplay.h"
+#include "signage/nDeckFileManager.h"
+#include "signage/nDeckFolder.h"
+#include "signage/scheduleReader.h"
+#include "support/file/chFileStdio.h"
+#include "support/file/fileTools.h"
+#include "support/host/createObject.h"
+#include "support/host/http.h"
+#include "support/host/trace.h"
+#include <string>
+
+namespace {
+
+constexpr const char* kResultFile = "/tmp/ndeck_reg_result.txt";
+
+chString registerAddress(const _ServerCfg& config)
+{
+    return config.strUrl + "/service/register.htm?serverKey=" + config.strKey +
+           "&password=" + config.strPassword + "&clientName=" + config.strName + serverClientQuery(config);
+}
+
+chString readReply()
+{
+    std::string text;
+    fileReadWhole(NDECK_REGISTER_REPLY, text, NDECK_REPLY_LIMIT);
+    return chString(text.data(), static_cast<int>(text.size()));
+}
+
+} // namespace
+
+nDeckRegister& GetNDeckRegister()
+{
+    static nDeckRegister instance;
+    return instance;
+}
+
+void nDeckRegister::OnRegisterDisplay()
+{
+    nDeckMakeFolder();
+    HttpAction& action = CreateObject<HttpAction>();
+    const _ServerCfg config = GetNDeckFileManager().GetServerConfig();
+    const chString address = registerAddress(config);
+    nuxTrace(TRACE_DETAIL, "OnRegisterDisplay(%s)", address.GetText());
+    action.strRemoteUrl = address;
+    action.strLocalFile = NDECK_REGISTER_REPLY;
+    action.nSizeLimit = NDECK_REPLY_LIMIT;
+    action.SetCallback(this);
+    PostAction(action);
+    action.Release();
+}
+
+void nDeckRegister::OnCallback(taskAction* action)
+{
+    if (!action)
+        return;
+    chString text = "Unknown";
+    const HttpAction* http = dynamic_cast<HttpAction*>(action);
+    if (http && http->nResult && http->strLocalFile == NDECK_REGISTER_REPLY) {
+        text = readReply();
+        TakeReply(text);
+    }
+    WriteRegisterInfo(text);
+}
+
+// Only an empty reply takes a registration away.
+void nDeckRegister::TakeReply(const chString& text)
+{
+    if (text.IsEmpty()) {
+        m_bRegisterSuccess = 0;
+        return;
+    }
+    xmlDocument reply;
+    reply.ParseDocument(text, text.GetLength());
+    if (!serverResult(reply, "success"))
+        return;
+    if (!m_bRegisterSuccess)
+        GetNDeckDispaly().InitDisplay();
+    m_bRegisterSuccess = 1;
+}
+
+void nDeckRegisterDisplay()
+{
+    GetNDeckRegister().OnRegisterDisplay();
+}
+
+void OnLaunchNDeck()
+{
+    GetNDeckDispaly().CreateDisplay();
+}
+
+void OnUnLaunchNDeck()
+{
+    GetNDeckDispaly().DestroyDisplay();
+}
+
+bool WriteRegisterInfo(const chString& text)
+{
+    chFileStdio file(kResultFile, "wt");
+    if (!text.IsEmpty())
+        file.Write(text.GetText(), text.GetLength());
+    file.Close();
+    return true;
+}

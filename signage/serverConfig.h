@@ -1,0 +1,29 @@
+#pragma once
+// Who the signage server is, and who this display is to it. User-interface thread.
+#include "support/text/chString.h"
+
+struct _ServerCfg
+{
+    chString strUrl; // without a slash at its end
+    chString strName;
+    chString strKey;
+    chString strPassword;
+    chString strClientKey;
+    chString strVersion;
+    chString strClientType;
+    chString strLanguage;
+};
+
+// Found out once, kept for the life of the process.
+chString& GetClientKey();
+chString& GetClientType();
+chString& GetLanguageCode();
+
+// Fills config from what is configured now.
+void readServerConfig(_ServerCfg& config);
+// What every request carries behind its server key: hardware key, client type, version, language.
+chString serverClientQuery(const _ServerCfg& config);
+
+// A number and a text of the configuration's signage section.
+int nDeckSettingInt(const char* key, int def);
+chString nDeckSettingString(const char* key, const char* def);
