@@ -143,6 +143,20 @@ TEST_F(Control, TheClockOfThePhoneIsSet)
     EXPECT_TRUE(shows("21/11/2026 14:05"));
 }
 
+TEST_F(Control, TheIdleTimeIsSetAndToldWithSaverAndLamp)
+{
+    ctl({"touch", "450", "210"});
+    EXPECT_LT(ctl({"screen"}).toObject()["idle"].toInt(), 5000);
+    ctl({"set", "idle", "100"});
+    const QJsonObject screen = ctl({"screen"}).toObject();
+    EXPECT_GE(screen["idle"].toInt(), 100000);
+    EXPECT_LT(screen["idle"].toInt(), 110000);
+    EXPECT_EQ(screen["saverHeld"], false);
+    EXPECT_EQ(screen["lamp"], false);
+    ctl({"set", "idle", "soon"}, 2);
+    ctl({"set", "idle", "-1"}, 2);
+}
+
 TEST_F(Control, ADiskComesAndGoes)
 {
     QDir(root()).mkpath("disk");

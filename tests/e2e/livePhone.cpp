@@ -85,6 +85,8 @@ void LivePhone::kill()
 {
     m_phone.kill();
     m_phone.waitForFinished(5000);
+    // The next one listens anew.
+    QFile::remove(root() + "/control");
 }
 
 QJsonValue LivePhone::ctl(const QStringList& command, int expectedExit)

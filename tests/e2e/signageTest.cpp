@@ -1,0 +1,319 @@
+// From an empty folder to the screen: the phone, its players and the demonstration server, each in a
+// process of its own, driven through hxctl alone.
+#include "tests/e2e/livePhone.h"
+#include "tests/e2e/signServer.h"
+#include <QBuffer>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QJsonArray>
+#include <QThread>
+#include <functional>
+
+namespace {
+
+#define SYSTEM_FILE "/rundata/config/system.ini"
+constexpr int kWaitMs = 30000;
+
+QByteArray picture(const QColor& colour, const char* format = "png")
+{
+    QImage image(400, 240, QImage::Format_RGB32);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+QByteArray layout(const QByteArray& regions, const QByteArray& attributes = "bgcolor=\"#203040\"")
+{
+    return "<layout width=\"800\" height=\"480\" " + attributes + ">" + regions + "</layout>";
+}
+
+QByteArray region(const QRect& at, const QByteArray& media)
+{
+    return QString("<region left=\"%1\" top=\"%2\" width=\"%3\" height=\"%4\">")
+               .arg(at.left())
+               .arg(at.top())
+               .arg(at.width())
+               .arg(at.height())
+               .toUtf8() +
+           media + "</region>";
+}
+
+QByteArray image(const QByteArray& name, int seconds, const QByteArray& more = "")
+{
+    return "<media type=\"image\" path=\"" + name + "\" duration=\"" + QByteArray::number(seconds) + "\" " +
+           more + "/>";
+}
+
+QByteArray video(const QByteArray& name, int seconds)
+{
+    return "<media type=\"video\" path=\"" + name + "\" duration=\"" + QByteArray::number(seconds) + "\"/>";
+}
+
+QByteArray text(const QByteArray& html, int seconds, const QByteArray& attributes = "")
+{
+    return "<media type=\"text\" duration=\"" + QByteArray::number(seconds) + "\" " + attributes +
+           "><text><![CDATA[" + html + "]]></text></media>";
+}
+
+bool isLike(const QColor& left, const QColor& right)
+{
+    const int apart = qAbs(left.red() - right.red()) + qAbs(left.green() - right.green()) +
+                      qAbs(left.blue() - right.blue());
+    return apart < 60;
+}
+
+class Signage : public LivePhone
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(server.start());
+        LivePhone::SetUp();
+        setKey("strServerURL", server.url() + "///");
+        setKey("strServerKey", "hall");
+        setKey("strServerPwd", "secret");
+        setKey("strDisplayName", "Lobby");
+        setKey("nUpdateInteval", "1000");
+        setKey("bEnable", "1");
+        ctl({"set", "net", "state=2"});
+    }
+    void setKey(const QString& key, const QString& value)
+    {
+        ctl({"config", SYSTEM_FILE, "nDeck", key, value});
+    }
+    void openNdeck() { ctl({"open-info", "Ndeck", "", "Ndeck"}); }
+
+    QImage screen()
+    {
+        const QString file = root() + "/screen.png";
+        ctl({"shot", file});
+        return QImage(file);
+    }
+    // Waits until the screen shows the colour at the point.
+    bool shows(int x, int y, const QColor& colour, int ms = kWaitMs)
+    {
+        return waits([&] { return isLike(screen().pixelColor(x, y), colour); }, ms);
+    }
+    static bool waits(const std::function<bool()>& holds, int ms = kWaitMs)
+    {
+        QElapsedTimer time;
+        time.start();
+        while (!holds()) {
+            if (time.elapsed() > ms)
+                return false;
+            QThread::msleep(40);
+        }
+        return true;
+    }
+    QStringList folder() { return QDir(root() + "/rundata/nDeck").entryList(QDir::Files, QDir::Name); }
+    bool hasFile(const QString& name) { return folder().contains(name); }
+    static QRect wholeScreen() { return QRect(0, 0, 800, 480); }
+    // Where the call screen shows the signage; empty while it does not.
+    QRect frameInCall()
+    {
+        for (const QJsonValue& entry : topWindow()["widgets"].toArray()) {
+            const QJsonObject at = entry.toObject();
+            if (at["name"] == "frmNdeckFrame" && at["visible"].toBool())
+                return QRect(at["x"].toInt(), at["y"].toInt(), at["w"].toInt(), at["h"].toInt());
+        }
+        return QRect();
+    }
+    // Two pictures of the middle differ, and neither is empty.
+    bool filmRuns(const QRect& at)
+    {
+        const QRect middle(at.left() + at.width() / 4, at.top() + at.height() / 4, at.width() / 2,
+                           at.height() / 2);
+        const QImage before = screen().copy(middle);
+        return waits([&] { return screen().copy(middle) != before; }, 4000);
+    }
+    // The picture of the phone that stands for "nothing to show".
+    QColor defaultPicture()
+    {
+        return QImage(root() + "/phone/resource/theme/default/bmp/misc/nDeck_Default.jpg").pixelColor(10, 10);
+    }
+
+    SignServer server;
+};
+
+const QColor Red(220, 30, 30), Green(30, 180, 60), Blue(30, 60, 200), Orange(240, 150, 20);
+
+} // namespace
+
+TEST_F(Signage, TheRoadFromAnEmptyFolderToTheScreen)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putMedia("green.jpg", picture(Green, "jpg"));
+    server.putMedia("back.png", picture(Orange));
+    server.copyMedia("film.mp4", HX_BUILD_DIR "/signageDemo/media/day.mp4");
+    server.putLayout("1-pictures.xml",
+                     layout(region(QRect(0, 0, 400, 480), image("red.png", 1) + image("green.jpg", 1)) +
+                            region(QRect(400, 0, 400, 480), image("red.png", 2, "phoneNum=\"600\""))));
+    server.putLayout("2-text.xml",
+                     layout(region(QRect(0, 0, 800, 240),
+                                   text("<div style='font-size:60px;color:#ffffff'>Welcome</div>", 3)) +
+                                region(QRect(0, 400, 800, 80),
+                                       text("<span style='font-size:40px;color:#ffffff'>running text</span>",
+                                            3, "direction=\"left\" scrollamount=\"6\"")),
+                            "background=\"back.png\""));
+    server.putLayout("3-film.xml", layout(region(QRect(0, 0, 640, 352), video("film.mp4", 3))));
+    server.putLayout("4-meeting.xml", layout(region(QRect(0, 0, 800, 480), image("green.jpg", 2))),
+                     "applet=\"meeting\"");
+    openNdeck();
+
+    ASSERT_TRUE(shows(600, 200, Red)) << qPrintable(folder().join(' '));
+    EXPECT_TRUE(shows(200, 200, Green)) << "the second picture of the first region";
+    shot("signage-pictures");
+    EXPECT_TRUE(waits([&] { return isLike(screen().pixelColor(790, 390), Orange); })) << "the background";
+    ASSERT_TRUE(waits([&] {
+        const QImage now = screen();
+        for (int x = 0; x < 800; x += 2) {
+            if (isLike(now.pixelColor(x, 440), Qt::white))
+                return true;
+        }
+        return false;
+    })) << "the marquee runs over the background";
+    shot("signage-text");
+    ASSERT_TRUE(waits([&] {
+        const QImage now = screen();
+        return isLike(now.pixelColor(700, 400), QColor("#203040")) &&
+               !isLike(now.pixelColor(320, 176), QColor("#203040")) &&
+               !isLike(now.pixelColor(320, 176), Qt::black);
+    })) << "the film";
+    shot("signage-film");
+    EXPECT_TRUE(waits([&] { return logOf("lamp").contains("register 1"); }));
+    EXPECT_TRUE(shows(400, 400, Green));
+    shot("signage-meeting");
+    EXPECT_TRUE(logOf("saver").contains("register 7 0"));
+    EXPECT_TRUE(waits([&] { return logOf("lamp").contains("unregister 0"); }))
+        << "with the end of its layout";
+
+    // In step: what the schedule names under plain names, nothing in between.
+    EXPECT_EQ(folder(),
+              (QStringList{"1-pictures.xml", "2-text.xml", "3-film.xml", "4-meeting.xml", "FileList.xml",
+                           "back.png", "display.xml", "film.mp4", "green.jpg", "red.png", "register.tmp"}));
+    EXPECT_GT(server.requestsFor("/service/register.htm"), 0);
+    EXPECT_GT(server.requestsFor("/service/getschedule.htm"), 1);
+    EXPECT_EQ(server.requestsFor("filePath=red.png"), 1);
+}
+
+TEST_F(Signage, ADialButtonPlacesACall)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putLayout("call.xml",
+                     layout(region(QRect(0, 0, 800, 480), image("red.png", 5, "phoneNum=\"600\""))));
+    openNdeck();
+    ASSERT_TRUE(shows(400, 200, Red));
+    ctl({"touch", "400", "464"});
+    EXPECT_TRUE(waits([&] { return logOf("dial").contains("600 -1 -1"); }));
+}
+
+TEST_F(Signage, WithTheNetworkDownTheShowGoesOn)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))));
+    openNdeck();
+    ASSERT_TRUE(shows(400, 200, Red));
+    const int before = server.requestsFor("getschedule");
+    ctl({"set", "net", "state=0"});
+    server.stop();
+    // Several rounds of the timer fail meanwhile.
+    QThread::msleep(3500);
+    EXPECT_TRUE(shows(400, 200, Red, 0));
+    EXPECT_TRUE(hasFile("a.xml") && hasFile("red.png"));
+    ASSERT_TRUE(server.start());
+    EXPECT_TRUE(waits([&] { return server.requestsFor("getschedule") > before; }));
+    EXPECT_TRUE(shows(400, 200, Red, 0));
+}
+
+TEST_F(Signage, AServerThatIsGoneWhileTheNetworkIsUpLeavesTheMediaAndTheDefaultPicture)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))));
+    openNdeck();
+    ASSERT_TRUE(shows(400, 200, Red));
+    server.stop();
+    EXPECT_TRUE(shows(10, 10, defaultPicture()));
+    EXPECT_TRUE(waits([&] { return !hasFile("a.xml"); }));
+    EXPECT_TRUE(hasFile("red.png"));
+    shot("signage-server-gone");
+    ASSERT_TRUE(server.start());
+    EXPECT_TRUE(shows(400, 200, Red));
+    EXPECT_TRUE(hasFile("a.xml"));
+}
+
+TEST_F(Signage, ALayoutEndsWithTheClock)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putMedia("green.png", picture(Green));
+    ctl({"set", "clock", "2026-11-21 09:59:50"});
+    server.putLayout("early.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))),
+                     "fromdt=\"2026-11-21 00:00:00\" todt=\"2026-11-21 10:00:00\"");
+    server.putLayout("late.xml", layout(region(QRect(0, 0, 800, 480), image("green.png", 1))),
+                     "fromdt=\"2026-11-21 10:00:00\" todt=\"2026-11-21 23:00:00\"");
+    openNdeck();
+    ASSERT_TRUE(shows(400, 200, Red));
+    EXPECT_FALSE(hasFile("late.xml")) << "outside its window a layout is not even fetched";
+    ctl({"set", "clock", "2026-11-21 10:00:05"});
+    EXPECT_TRUE(shows(400, 200, Green));
+    EXPECT_TRUE(waits([&] { return !hasFile("early.xml"); }));
+    ctl({"set", "clock", "2026-11-21 23:30:00"});
+    EXPECT_TRUE(shows(10, 10, defaultPicture()));
+}
+
+TEST_F(Signage, AReplacedFileUnderTheSameNameIsTakenUpWhole)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))));
+    openNdeck();
+    ASSERT_TRUE(shows(400, 200, Red));
+    server.putMedia("red.png", picture(Blue));
+    // The frame counts as changed when its layouts differ.
+    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 2))));
+    QColor seen;
+    EXPECT_TRUE(waits([&] {
+        seen = screen().pixelColor(400, 200);
+        return isLike(seen, Blue);
+    })) << qPrintable(seen.name());
+    EXPECT_TRUE(waits([&] { return !hasFile("red.png.new") && !hasFile("red.png.ing"); }));
+}
+
+TEST_F(Signage, AKilledPhoneShowsWhatItHad)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))));
+    openNdeck();
+    ASSERT_TRUE(shows(400, 200, Red));
+    kill();
+    start();
+    ctl({"set", "net", "state=2"});
+    openNdeck();
+    EXPECT_TRUE(shows(400, 200, Red));
+    EXPECT_EQ(server.requestsFor("filePath=red.png"), 1);
+}
+
+TEST_F(Signage, ACallStopsTheFilmUnlessItMayGoOn)
+{
+    server.copyMedia("film.mp4", HX_BUILD_DIR "/signageDemo/media/day.mp4");
+    server.putLayout("film.xml", layout(region(QRect(0, 0, 800, 480), video("film.mp4", 4)) +
+                                        region(QRect(0, 0, 160, 40), text("", 4, "phoneNum=\"600\""))));
+    ctl({"set", "line", "0", "state=5", "user=1001", "server=pbx"});
+    openNdeck();
+    // Until the files are there, a turn of the layout shows that they are on their way.
+    ASSERT_TRUE(waits([&] { return filmRuns(wholeScreen()); })) << "before any call";
+    for (const char* setting : {"0", "1"}) {
+        setKey("bPlayVideoInTalk", setting);
+        ctl({"touch", "80", "24"});
+        waitPage("frmCall");
+        ASSERT_TRUE(waits([&] { return !frameInCall().isEmpty(); })) << setting;
+        EXPECT_EQ(filmRuns(frameInCall()), *setting == '1') << setting;
+        shot(QString("signage-call-%1").arg(setting));
+        softKey(3);
+        ASSERT_TRUE(waits([&] { return topWindow()["class"] != "frmCall"; }));
+        openNdeck();
+        EXPECT_TRUE(filmRuns(wholeScreen())) << "after the call, " << setting;
+    }
+}

@@ -1,0 +1,174 @@
+// The power goes at any moment of a synchronisation: the phone is killed and started again, many times, while
+// the server's content changes.
+#include "tests/e2e/livePhone.h"
+#include "tests/reliability/deckFolder.h"
+#include "tests/reliability/reliabilityTools.h"
+#include "tests/reliability/signContent.h"
+#include "tests/reliability/syncPeer.h"
+#include <QDir>
+#include <QImage>
+
+namespace {
+
+#define SYSTEM_FILE "/rundata/config/system.ini"
+constexpr unsigned kSeed = 20261121;
+constexpr int kPeerRounds = 200;
+constexpr int kPhoneRounds = 12;
+constexpr int kInStepMs = 30000;
+
+class Killed : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(server.start()); }
+
+    // What no moment of death may leave behind.
+    static QString damage(const QString& root, const SignContent& content)
+    {
+        const DeckFolder folder(root);
+        const QString wrong = folder.wrongFile(content.known());
+        return wrong.isEmpty() ? folder.wrongRecord() : wrong;
+    }
+    // Some deaths come while the phone starts, most while it fetches, a few when it is nearly done.
+    void liveAWhile(SyncPeer& peer)
+    {
+        const unsigned kind = random() % 10;
+        if (kind < 2) {
+            QThread::msleep(random() % 150);
+            return;
+        }
+        ASSERT_TRUE(peer.waitUp());
+        QThread::msleep(random() % (kind < 8 ? 250 : 600));
+    }
+
+    SignServer server;
+    std::mt19937 random{kSeed};
+};
+
+class KilledPhone : public LivePhone
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(server.start());
+        LivePhone::SetUp();
+        for (const auto& [key, value] : QMap<QString, QString>{
+                 {"strServerURL", server.url()},
+                 {"strServerKey", "hall"},
+                 {"strServerPwd", "secret"},
+                 {"strDisplayName", "Lobby"},
+                 {"nUpdateInteval", "300"},
+                 {"bEnable", "1"}}.toStdMap())
+            ctl({"config", SYSTEM_FILE, "nDeck", key, value});
+    }
+    void show()
+    {
+        ctl({"set", "net", "state=2"});
+        ctl({"open-info", "Ndeck", "", "Ndeck"});
+    }
+    QString middleOfScreen()
+    {
+        const QString file = root() + "/screen.png";
+        ctl({"shot", file});
+        return QImage(file).pixelColor(400, 240).name();
+    }
+
+    SignServer server;
+};
+
+} // namespace
+
+TEST_F(Killed, ASyncSurvivesTwoHundredDeathsAtAnyMoment)
+{
+    SignContent content(server, kSeed);
+    SyncPeer peer(server.url());
+    int lived = 0;
+    for (int round = 0; round < kPeerRounds; ++round) {
+        ASSERT_TRUE(peer.start());
+        liveAWhile(peer);
+        lived += peer.runs();
+        peer.kill();
+        const QString wrong = damage(peer.root(), content);
+        ASSERT_TRUE(wrong.isEmpty()) << "round " << round << ": " << qPrintable(wrong);
+        content.change();
+    }
+    EXPECT_EQ(lived, kPeerRounds) << "it never ended by itself";
+    content.settle();
+    ASSERT_TRUE(peer.start());
+    const DeckFolder folder(peer.root());
+    EXPECT_TRUE(waits([&] { return folder.outOfStep(content.wanted()).isEmpty(); }, kInStepMs))
+        << qPrintable(folder.outOfStep(content.wanted()));
+    EXPECT_TRUE(waits([&] { return peer.shows() == content.colour(); }, kInStepMs))
+        << qPrintable(peer.shows());
+}
+
+// Of transfers and of verified files, also where no schedule names them any more.
+TEST_F(Killed, WhatADeathLeftBehindIsGoneWithTheNextStart)
+{
+    SignContent content(server, kSeed);
+    SyncPeer peer(server.url());
+    const QString folder = peer.root() + "/rundata/nDeck/";
+    QDir().mkpath(folder);
+    for (const char* name :
+         {"old.png.ing", ".old.png.ing.save0", "old.png.new", "file07.bin.new", "listed.png.ing"}) {
+        QFile file(folder + name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("half of it");
+    }
+    QFile list(folder + "display.xml");
+    ASSERT_TRUE(list.open(QIODevice::WriteOnly));
+    list.write(
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><files><file type=\"media\" path=\"listed.png.ing\" "
+        "md5=\"0123\" size=\"20\"/></files>");
+    list.close();
+    ASSERT_TRUE(peer.start());
+    const DeckFolder deck(peer.root());
+    EXPECT_TRUE(waits([&] { return deck.outOfStep(content.wanted()).isEmpty(); }, kInStepMs))
+        << qPrintable(deck.outOfStep(content.wanted()));
+}
+
+// A file that came into use just before a death may go back to its former content before the next start.
+TEST_F(Killed, AContentThatGoesBackAfterADeathIsNotTakenForTheOneThatIsThere)
+{
+    SignContent content(server, kSeed + 1);
+    SyncPeer peer(server.url());
+    for (int round = 0; round < 25; ++round) {
+        content.change();
+        ASSERT_TRUE(peer.start());
+        liveAWhile(peer);
+        peer.kill();
+        content.change();
+        ASSERT_TRUE(peer.start());
+        const DeckFolder folder(peer.root());
+        ASSERT_TRUE(waits([&] { return folder.outOfStep(content.wanted()).isEmpty(); }, kInStepMs))
+            << "round " << round << ": " << qPrintable(folder.outOfStep(content.wanted()))
+            << qPrintable(
+                   server.log()
+                       .filter(folder.outOfStep(content.wanted()).section(".ing", 0, 0).section(" ", -1, -1))
+                       .join("\n")
+                       .right(2000))
+            << (system(("cp -r " + peer.root() + " /tmp/reldbg").toUtf8().constData()));
+        peer.kill();
+    }
+}
+
+TEST_F(KilledPhone, TheWholePhoneComesBackIntoStep)
+{
+    SignContent content(server, kSeed);
+    std::mt19937 random(kSeed);
+    for (int round = 0; round < kPhoneRounds; ++round) {
+        show();
+        QThread::msleep(random() % 900);
+        kill();
+        const DeckFolder folder(root());
+        const QString wrong = folder.wrongFile(content.known()) + folder.wrongRecord();
+        ASSERT_TRUE(wrong.isEmpty()) << "round " << round << ": " << qPrintable(wrong);
+        content.change();
+        start();
+    }
+    content.settle();
+    show();
+    const DeckFolder folder(root());
+    EXPECT_TRUE(waits([&] { return folder.outOfStep(content.wanted()).isEmpty(); }, kInStepMs))
+        << qPrintable(folder.outOfStep(content.wanted()));
+    EXPECT_TRUE(waits([&] { return middleOfScreen() == content.colour(); }, kInStepMs));
+}

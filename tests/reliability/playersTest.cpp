@@ -1,0 +1,136 @@
+// The movie player and the media server die again and again while a film plays in a layout.
+#include "tests/e2e/livePhone.h"
+#include "tests/e2e/signServer.h"
+#include "tests/reliability/reliabilityTools.h"
+#include <QDir>
+#include <QImage>
+#include <csignal>
+#include <random>
+
+namespace {
+
+#define SYSTEM_FILE "/rundata/config/system.ini"
+constexpr unsigned kSeed = 815;
+// The phone starts a player that dies soon again later each time, until one has run for ten seconds.
+constexpr int kBursts = 5;
+constexpr int kDeathsInBurst = 4;
+constexpr int kSteadyMs = 10500;
+constexpr int kBackMs = 20000;
+constexpr int kFilmMs = 20000;
+constexpr qint64 kGrowthKiB = 24 << 10; // of the phone, in all deaths together
+
+// A process of that name whose parent is the phone; 0 when there is none.
+pid_t childOf(qint64 phone, const QByteArray& name)
+{
+    for (const QString& entry : QDir("/proc").entryList(QDir::Dirs)) {
+        QFile file("/proc/" + entry + "/stat");
+        if (entry.toInt() <= 0 || !file.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray stat = file.readAll();
+        const qsizetype end = stat.lastIndexOf(')');
+        const QList<QByteArray> rest = stat.mid(end + 2).split(' ');
+        const bool alive = rest.value(0) != "Z";
+        if (alive && stat.mid(stat.indexOf('(') + 1).startsWith(name + ')') &&
+            rest.value(1).toLongLong() == phone)
+            return entry.toInt();
+    }
+    return 0;
+}
+
+class DyingPlayers : public LivePhone
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(server.start());
+        LivePhone::SetUp();
+        const char* film = HX_BUILD_DIR "/signageDemo/media/day.mp4";
+        ASSERT_TRUE(QFile::exists(film));
+        server.copyMedia("film.mp4", film);
+        // The film starts anew with each round of the layout.
+        server.putLayout("film.xml", "<layout width=\"800\" height=\"480\" bgcolor=\"#203040\">"
+                                     "<region left=\"0\" top=\"0\" width=\"640\" height=\"352\">"
+                                     "<media type=\"video\" path=\"film.mp4\" duration=\"4\"/>"
+                                     "</region></layout>");
+        setKey("strServerURL", server.url());
+        setKey("strServerKey", "hall");
+        setKey("strServerPwd", "secret");
+        setKey("strDisplayName", "Lobby");
+        setKey("nUpdateInteval", "1000");
+        setKey("bEnable", "1");
+        ctl({"set", "net", "state=2"});
+        ctl({"open-info", "Ndeck", "", "Ndeck"});
+    }
+    void setKey(const QString& key, const QString& value)
+    {
+        ctl({"config", SYSTEM_FILE, "nDeck", key, value});
+    }
+    QImage film()
+    {
+        const QString file = root() + "/screen.png";
+        ctl({"shot", file});
+        return QImage(file).copy(QRect(160, 90, 320, 170));
+    }
+    // Several pictures that differ, one after the other, in the film's place.
+    bool filmRuns()
+    {
+        QImage last = film();
+        int changes = 0;
+        return waits(
+            [&] {
+                const QImage now = film();
+                changes += now != last;
+                last = now;
+                return changes >= 4;
+            },
+            kFilmMs);
+    }
+    // Kills the player as soon as it is there, and waits for the next one.
+    void killPlayer(const QByteArray& name)
+    {
+        pid_t old = 0;
+        ASSERT_TRUE(waits([&] { return (old = childOf(pid(), name)) > 0; }, kBackMs)) << name.constData();
+        QThread::msleep(random() % 300);
+        ::kill(old, SIGKILL);
+        ASSERT_TRUE(waits(
+            [&] {
+                const pid_t now = childOf(pid(), name);
+                return now > 0 && now != old;
+            },
+            kBackMs))
+            << name.constData() << " did not come back";
+        ++deaths[name];
+    }
+
+    SignServer server;
+    std::mt19937 random{kSeed};
+    QMap<QByteArray, int> deaths;
+};
+
+} // namespace
+
+TEST_F(DyingPlayers, TwentyDeathsOfEachStopNeitherPhoneNorFilm)
+{
+    ASSERT_TRUE(filmRuns()) << "before any death";
+    const qint64 phone = pid();
+    qint64 before = 0;
+    for (int burst = 0; burst < kBursts; ++burst) {
+        for (int death = 0; death < kDeathsInBurst; ++death) {
+            ASSERT_NO_FATAL_FAILURE(killPlayer(death % 2 ? "hxMovie" : "hxMedia"));
+            ASSERT_NO_FATAL_FAILURE(killPlayer(death % 2 ? "hxMedia" : "hxMovie"));
+        }
+        QElapsedTimer steady;
+        steady.start();
+        ASSERT_TRUE(filmRuns()) << "after burst " << burst;
+        QThread::msleep(ulong(qMax<qint64>(0, kSteadyMs - steady.elapsed())));
+        // The first burst fills what the phone keeps for good.
+        if (burst == 0)
+            before = statusKiB(phone, "VmRSS");
+    }
+    EXPECT_EQ(deaths["hxMovie"], kBursts * kDeathsInBurst);
+    EXPECT_EQ(deaths["hxMedia"], kBursts * kDeathsInBurst);
+    EXPECT_EQ(pid(), phone);
+    EXPECT_LT(statusKiB(phone, "VmRSS") - before, kGrowthKiB);
+    RecordProperty("growthKiB", int(statusKiB(phone, "VmRSS") - before));
+    printf("the phone grew by %lld KiB\n", static_cast<long long>(statusKiB(phone, "VmRSS") - before));
+}
