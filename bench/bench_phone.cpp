@@ -1,56 +1,60 @@
-// The running phone as a whole: memory after boot, and what its idle home screen costs.
+// The running phone as a whole: memory after boot, what its idle home screen costs, and what a layout costs
+// that shows without moving.
 #include "bench/phoneBench.h"
-#include <QCoreApplication>
-#include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
+#include "bench/runningPhone.h"
+#include "bench/signTexts.h"
+#include "tests/e2e/signServer.h"
+#include <QGuiApplication>
 #include <QThread>
 #include <cstdio>
-#include <unistd.h>
 
 namespace {
 
 constexpr int kIdleSeconds = 60;
+constexpr int kLayoutSeconds = 20;
+constexpr int kRegisterSeconds = 3;     // until the server knows the phone
+constexpr double kBeforeSignage = 37.3; // MB after boot of a phone that had no signage client
 
-QString bin(const char* name)
+// Share of one core in percent.
+double loadOf(const RunningPhone& phone, int seconds)
 {
-    return QString(HX_BUILD_DIR "/bin/") + name;
+    const double before = cpuSecondsOf(phone.pid());
+    QThread::sleep(unsigned(seconds));
+    return 100 * (cpuSecondsOf(phone.pid()) - before) / seconds;
 }
 
-bool hxctl(const QString& socket, const QStringList& command)
+void setKey(const RunningPhone& phone, const QString& key, const QString& value)
 {
-    QProcess process;
-    process.start(bin("hxctl"), QStringList{"-s", socket} + command);
-    return process.waitForFinished(60000) && process.exitCode() == 0;
+    phone.ctl({"config", "/rundata/config/system.ini", "nDeck", key, value});
 }
 
-double residentMegabytes(qint64 pid)
+bool isShowing(const RunningPhone& phone, const QColor& colour)
 {
-    QFile file(QString("/proc/%1/status").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).simplified().split(' ').first().toDouble() / 1024;
-    }
-    return 0;
+    const QString shot = phone.root() + "/shot.png";
+    return phone.ctl({"shot", shot}) && QImage(shot).pixelColor(600, 200) == colour;
 }
 
-// Processor time of the process so far, in seconds.
-double cpuSeconds(qint64 pid)
+// A picture that stands for ten minutes.
+bool showLayout(RunningPhone& phone, SignServer& server)
 {
-    QFile file(QString("/proc/%1/stat").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray all = file.readAll();
-    const QList<QByteArray> fields = all.mid(all.lastIndexOf(')') + 2).split(' ');
-    return (fields.value(11).toDouble() + fields.value(12).toDouble()) / double(sysconf(_SC_CLK_TCK));
-}
-
-bool waitForHome(const QString& socket)
-{
+    const QColor colour(30, 180, 60);
+    server.putMedia("picture.png", signPicture(colour, QSize(800, 400)));
+    // Files come into use with the change from one layout to the next.
+    server.putLayout("first.xml", signLayout(signRegion(QRect(0, 0, 400, 400), signImage("picture.png", 1))));
+    server.putLayout("still.xml",
+                     signLayout(signRegion(QRect(0, 0, 800, 400), signImage("picture.png", 600))));
+    if (!server.start())
+        return false;
+    setKey(phone, "strServerURL", server.url());
+    setKey(phone, "strServerKey", "hall");
+    setKey(phone, "strServerPwd", "secret");
+    setKey(phone, "strDisplayName", "Lobby");
+    setKey(phone, "bEnable", "1");
+    phone.ctl({"set", "net", "state=2"});
+    QThread::sleep(kRegisterSeconds);
+    phone.ctl({"open-info", "Ndeck", "", "Ndeck"});
     for (int attempt = 0; attempt < 100; ++attempt) {
-        if (hxctl(socket, {"wait", "page", "frmDesktop", "10000"}))
+        if (isShowing(phone, colour))
             return true;
         QThread::msleep(100);
     }
@@ -61,25 +65,24 @@ bool waitForHome(const QString& socket)
 
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv);
-    QTemporaryDir root;
-    makeBenchRoot(root.path());
-    const QString socket = root.path() + "/control";
-    QProcess phone;
-    phone.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    phone.start(bin("hxPhone"), {"--sysroot", root.path(), "--control", socket});
-    if (!phone.waitForStarted() || !waitForHome(socket)) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication application(argc, argv);
+    RunningPhone phone;
+    if (!phone.start()) {
         fprintf(stderr, "the phone did not start\n");
         return 1;
     }
-    hxctl(socket, {"wait", "idle", "5000"});
     RatioTable table;
-    table.add("resident memory after boot", residentMegabytes(phone.processId()), 70, "MB");
-    const double before = cpuSeconds(phone.processId());
-    QThread::sleep(kIdleSeconds);
-    const double used = cpuSeconds(phone.processId()) - before;
-    table.add("idle home screen, share of one core over a minute", 100 * used / kIdleSeconds, 0.5, "%");
-    hxctl(socket, {"quit"});
-    phone.waitForFinished(5000);
+    const double memory = residentMegabytes(phone.pid());
+    table.add("resident memory after boot", memory, 70, "MB");
+    table.add("the same, against a phone without signage and 5 MB", memory, kBeforeSignage + 5, "MB");
+    table.add("idle home screen, share of one core over a minute", loadOf(phone, kIdleSeconds), 0.5, "%");
+    SignServer server;
+    if (!showLayout(phone, server)) {
+        fprintf(stderr, "the layout does not show\n");
+        return 1;
+    }
+    QThread::sleep(2);
+    table.add("static layout, share of one core over 20 seconds", loadOf(phone, kLayoutSeconds), 1, "%");
     return table.print() ? 0 : 1;
 }

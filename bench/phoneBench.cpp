@@ -32,7 +32,8 @@ bool RatioTable::print() const
         const bool ok = row.measured <= row.limit;
         isWithin = isWithin && ok;
         printf("%-62s %9.3f %-4s of %9.3f   ratio %.3f  %s\n", qPrintable(row.what), row.measured,
-               qPrintable(row.unit), row.limit, row.measured / row.limit, ok ? "ok" : "over");
+               qPrintable(row.unit), row.limit, row.limit > 0 ? row.measured / row.limit : row.measured,
+               ok ? "ok" : "over");
     }
     return isWithin;
 }

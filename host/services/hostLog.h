@@ -7,7 +7,7 @@
 
 struct tagLogEntry
 {
-    int nNumber; // from 1, without gaps
+    int nNumber;     // from 1, without gaps
     QString strKind; // "trace", "broadcast", "dial", "reboot", "flush", "lamp", "saver", "volume", "mute",
                      // "ring", "tone", "command", "box", "clock"
     QString strText;

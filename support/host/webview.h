@@ -16,7 +16,8 @@ public:
     // The page is transparent where the text paints nothing. It cannot read the phone's files.
     void setHtml(const QString& html, const QUrl& base = QUrl());
     QString html() const;
-    // How large the page is drawn, for a frame that is shown smaller: 0.25 to 5; 1 at start. Keeps for later texts.
+    // How large the page is drawn, for a frame that is shown smaller: 0.25 to 5; 1 at start. Keeps for later
+    // texts.
     void setZoomFactor(double factor);
     double zoomFactor() const;
     void setLinkDelegationPolicy(LINK_DELEGATION policy);

@@ -23,7 +23,6 @@ TEST_F(Footprint, NothingOfTheRichTextEngineIsInMemory)
     waitPage("dlgWan");
     const QByteArray map = memoryMap();
     EXPECT_TRUE(map.contains("libhxHost.so"));
-    for (const char* library :
-         {"libhxWeb", "WebEngine", "WebChannel", "Qt6Qml", "Qt6Quick", "libnss"})
+    for (const char* library : {"libhxWeb", "WebEngine", "WebChannel", "Qt6Qml", "Qt6Quick", "libnss"})
         EXPECT_FALSE(map.contains(library)) << library;
 }

@@ -1,0 +1,32 @@
+#pragma once
+// The built phone in a process of its own, and what a process costs.
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+// Path of a program of this build.
+QString benchProgram(const char* name);
+// Processor time of the process so far, in seconds; 0 when there is none.
+double cpuSecondsOf(qint64 pid);
+// Resident memory of the process in MB. What it shares counts whole: who else uses it comes and goes.
+double residentMegabytes(qint64 pid);
+
+class RunningPhone
+{
+public:
+    RunningPhone();
+    ~RunningPhone();
+    // False when it does not come up to its home screen.
+    bool start(const QStringList& options = QStringList());
+    // A command of hxctl; false when it is refused.
+    bool ctl(const QStringList& command) const;
+    qint64 pid() const { return m_process.processId(); }
+    QString root() const { return m_root.path(); }
+
+private:
+    bool waitForHome() const;
+
+    QTemporaryDir m_root;
+    QProcess m_process;
+};

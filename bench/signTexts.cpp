@@ -1,0 +1,79 @@
+#include "bench/signTexts.h"
+#include <QBuffer>
+
+namespace {
+
+QByteArray encoded(const QImage& image, const char* format, int quality)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format, quality);
+    return bytes;
+}
+
+// Soft shapes with some grain, as a photo has them.
+QImage photo(const QSize& size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    unsigned grain = 1;
+    for (int y = 0; y < size.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < size.width(); ++x) {
+            grain = grain * 1664525u + 1013904223u;
+            const int noise = int(grain >> 28);
+            line[x] = qRgb((x * y / 300 + noise) & 255, (x / 3 + noise) & 255, (y / 2 + noise) & 255);
+        }
+    }
+    return image;
+}
+
+} // namespace
+
+QByteArray signLayout(const QByteArray& regions, const QByteArray& attributes)
+{
+    return "<layout width=\"800\" height=\"480\" " + attributes + ">" + regions + "</layout>";
+}
+
+QByteArray signRegion(const QRect& rect, const QByteArray& media)
+{
+    return QString("<region left=\"%1\" top=\"%2\" width=\"%3\" height=\"%4\">")
+               .arg(rect.left())
+               .arg(rect.top())
+               .arg(rect.width())
+               .arg(rect.height())
+               .toUtf8() +
+           media + "</region>";
+}
+
+QByteArray signImage(const QByteArray& file, int seconds)
+{
+    return "<media type=\"image\" path=\"" + file + "\" duration=\"" + QByteArray::number(seconds) + "\"/>";
+}
+
+QByteArray signVideo(const QByteArray& file, int seconds)
+{
+    return "<media type=\"video\" path=\"" + file + "\" duration=\"" + QByteArray::number(seconds) + "\"/>";
+}
+
+QByteArray signText(const QByteArray& html, int seconds, const QByteArray& attributes)
+{
+    return "<media type=\"text\" duration=\"" + QByteArray::number(seconds) + "\" " + attributes +
+           "><text><![CDATA[" + html + "]]></text></media>";
+}
+
+QByteArray signPicture(const QColor& colour, const QSize& size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    return encoded(image, "PNG", -1);
+}
+
+QByteArray signPhoto(int number, int bytes)
+{
+    static QByteArray base;
+    for (int quality = 90; base.isEmpty() || base.size() > bytes - 16; quality -= 5)
+        base = encoded(photo(QSize(640, 400)), "JPG", quality);
+    // What follows the end of a picture is not looked at.
+    return base + QByteArray::number(number).rightJustified(bytes - base.size(), '0');
+}

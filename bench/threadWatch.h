@@ -1,0 +1,43 @@
+#pragma once
+// What a person would notice of a user-interface thread that is busy: how long it answers to nothing, and how
+// far apart the frames of something that moves are.
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+#include <functional>
+#include <vector>
+
+class QWidget;
+
+// Looks every few milliseconds whether the thread comes round.
+class ThreadWatch : public QObject
+{
+public:
+    ThreadWatch();
+    // Milliseconds beyond the moment at which the thread should have come round.
+    double longestStall() const { return m_longest; }
+
+private:
+    void look();
+    QTimer m_timer;
+    QElapsedTimer m_since;
+    double m_longest = 0;
+};
+
+// Notes when widgets of one kind are painted; paints of one turn are one frame.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(std::function<bool(const QWidget*)> fits);
+    // Forgets what was.
+    void begin();
+    int count() const { return int(m_intervals.size()); }
+    // Of the intervals, in milliseconds; share 1 is the longest. Infinite when there are none.
+    double percentile(double share) const;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    std::function<bool(const QWidget*)> m_fits;
+    QElapsedTimer m_since;
+    std::vector<double> m_intervals;
+};
