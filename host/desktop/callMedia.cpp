@@ -103,6 +103,12 @@ void callMedia::end()
     tell();
 }
 
+void callMedia::tellOfCall()
+{
+    if (m_nSession)
+        tell();
+}
+
 void callMedia::tell()
 {
     if (hostModule().setPlayParam)
@@ -129,6 +135,6 @@ void callMediaInstall()
     // While it is off the client hears nothing.
     QObject::connect(&displayClient::instance(), &displayClient::enabledChanged, [](bool enabled) {
         if (enabled)
-            media->tell();
+            media->tellOfCall();
     });
 }

@@ -18,14 +18,15 @@ public:
     callMedia();
     // The call began, changed or ended.
     void onCall(const tagCall& call);
-    // Tells the signage client how things are.
-    void tell();
+    // A signage client that has just come up learns of the call that is there.
+    void tellOfCall();
     int TryThreadMessage(msgObject& msg) override;
 
 private:
     void begin(const tagCall& call);
     void end();
     void startSession();
+    void tell();
     void watch();
     int m_nSession = 0;       // id of the call that has the server; 0: none
     VOICE_PARAM m_param = {}; // shared with the signage client while the call talks

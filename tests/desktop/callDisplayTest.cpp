@@ -171,6 +171,12 @@ TEST_F(CallDisplay, AClientThatIsSwitchedOnHearsWhoHasTheMediaServer)
     EXPECT_EQ(params(), QStringList{QString("param %1 %2").arg(call).arg(34000 + 4 * call)});
 }
 
+TEST_F(CallDisplay, AClientThatIsSwitchedOnWithoutACallHearsOfNone)
+{
+    switchClient(1);
+    EXPECT_TRUE(params().isEmpty());
+}
+
 TEST_F(CallDisplay, TheMediaServerHearsOfTheSession)
 {
     MediaServer server;
