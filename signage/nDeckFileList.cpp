@@ -32,7 +32,7 @@ bool nDeckFileList::append(const _nDeckFileNode& node)
     return true;
 }
 
-bool nDeckFileList::remove(const chString& path)
+bool nDeckFileList::removeRecord(const chString& path)
 {
     const auto found = m_byPath.find(path.GetText());
     if (found == m_byPath.end())
@@ -44,7 +44,7 @@ bool nDeckFileList::remove(const chString& path)
     return true;
 }
 
-bool nDeckFileList::rename(const chString& path, const chString& newPath)
+bool nDeckFileList::renameRecord(const chString& path, const chString& newPath)
 {
     if (path == newPath)
         return find(path) != nullptr;
@@ -53,7 +53,7 @@ bool nDeckFileList::rename(const chString& path, const chString& newPath)
         return false;
     const place node = found->second;
     m_byPath.erase(found);
-    remove(newPath);
+    removeRecord(newPath);
     node->path = newPath;
     m_byPath.emplace(newPath.GetText(), node);
     return true;

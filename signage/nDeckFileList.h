@@ -20,9 +20,9 @@ public:
 
     // False when there is a record of the name, or no room for one more.
     bool append(const _nDeckFileNode& node);
-    bool remove(const chString& path);
+    bool removeRecord(const chString& path);
     // Takes the place of a record of the new name.
-    bool rename(const chString& path, const chString& newPath);
+    bool renameRecord(const chString& path, const chString& newPath);
     void clear();
 
 private:

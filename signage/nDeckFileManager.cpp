@@ -231,7 +231,7 @@ bool nDeckFileManager::BeginRecord(_nDeckFileNode wanted)
     KnowStoredFiles();
     const _nDeckFileNode* present = m_fileList.find(wanted.path);
     if (present && present->md5 != wanted.md5)
-        m_fileList.remove(wanted.path);
+        m_fileList.removeRecord(wanted.path);
     UpdateFileList(wanted.path, wanted.md5, wanted.type, wanted.size, wanted.fromdt, wanted.todt,
                    wanted.eventType, "", 0);
     return m_fileList.find(wanted.path) != nullptr;
@@ -314,7 +314,7 @@ bool nDeckFileManager::TakeFile(const chString& name, const chString& md5)
 {
     const chString fetched = name + NDECK_FETCHING;
     const chString waiting = name + NDECK_WAITING;
-    if (m_fileList.remove(waiting))
+    if (m_fileList.removeRecord(waiting))
         m_saver.StoreNow(); // or its record would speak of the content that comes now
     if (!fileRename(nDeckPath(fetched), nDeckPath(waiting)))
         return false;
@@ -556,9 +556,9 @@ void nDeckFileManager::UpdateFileList(const chString& path, const chString& md5,
         if (newPath.IsEmpty() && !bRemove)
             return;
         if (newPath.IsEmpty())
-            m_fileList.remove(path);
+            m_fileList.removeRecord(path);
         else
-            m_fileList.rename(path, newPath);
+            m_fileList.renameRecord(path, newPath);
     } else if (!bRemove) {
         _nDeckFileNode node;
         node.path = path;
