@@ -1,5 +1,6 @@
 #include "host/web/enginePanel.h"
 #include "host/web/enginePage.h"
+#include "host/web/frameBeat.h"
 #include <QChildEvent>
 #include <QWebEngineView>
 #include <csignal>
@@ -75,6 +76,8 @@ bool enginePanel::eventFilter(QObject* watched, QEvent* event)
         QObject* child = static_cast<QChildEvent*>(event)->child();
         if (child->isWidgetType())
             makeDeaf(static_cast<QWidget*>(child));
+        if (auto* drawing = qobject_cast<QQuickWidget*>(child))
+            frameBeat::instance().pace(drawing);
     }
     return QObject::eventFilter(watched, event);
 }

@@ -3,7 +3,9 @@
 #include "host/widgets/look.h"
 #include "host/widgets/webPlugin.h"
 #include "tests/kit/phoneTest.h"
+#include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QMap>
 #include <QMouseEvent>
@@ -373,4 +375,119 @@ TEST_F(WebView, ATextThatIsTooLongForTheEngineIsPlain)
     view->setHtml("<p style='color:yellow;font-size:40px'>Hello</p>" + QString(2 * 1024 * 1024, 'x'));
     ASSERT_TRUE(kit::waitUntil([&] { return ends.contains(false); }, kEngineMs));
     EXPECT_FALSE(whereIs(Qt::yellow).isEmpty());
+}
+
+namespace {
+
+const char* const kMarquee = "<body style='margin:0'><marquee direction=left scrollamount=6 height='100%'>"
+                             "<div style='background:red;width:200px;height:20px'></div></marquee></body>";
+
+// Counts what the engine paints in a view, and in which turn of the window.
+class EnginePaints : public QObject
+{
+public:
+    EnginePaints(QWidget* window, QWidget* view) : m_pWindow(window), m_pView(view)
+    {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::UpdateRequest && watched == m_pWindow)
+            ++m_nTurn;
+        if (event->type() == QEvent::Paint && watched->inherits("QQuickWidget") &&
+            m_pView->isAncestorOf(static_cast<QWidget*>(watched))) {
+            turns.append(m_nTurn);
+            since.start();
+        }
+        return false;
+    }
+    bool reach(int count)
+    {
+        return kit::waitUntil([&] { return turns.size() >= count; }, kEngineMs);
+    }
+    // Until the view has stood still for that long.
+    bool rest(int ms)
+    {
+        since.start();
+        return kit::waitUntil([&] { return since.hasExpired(ms); }, kEngineMs);
+    }
+    QList<int> turns;
+    QElapsedTimer since;
+
+private:
+    QWidget* m_pWindow;
+    QWidget* m_pView;
+    int m_nTurn = 0;
+};
+
+// Milliseconds of processor time of a process, all its threads.
+qint64 processorMs(pid_t process)
+{
+    QFile file(QString("/proc/%1/stat").arg(process));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray text = file.readAll();
+    const QByteArrayList fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+    return (fields.value(11).toLongLong() + fields.value(12).toLongLong()) * 1000 / sysconf(_SC_CLK_TCK);
+}
+
+} // namespace
+
+TEST_F(WebView, ARunningTextHasNoMoreFramesThanItNeeds)
+{
+    EnginePaints paints(&window, view);
+    view->setHtml(kMarquee);
+    ASSERT_TRUE(paints.reach(50));
+    paints.turns.clear();
+    QElapsedTimer timer;
+    timer.start();
+    ASSERT_TRUE(paints.reach(150));
+    EXPECT_GE(timer.elapsed(), 2000) << "more than 75 frames in a second";
+}
+
+TEST_F(WebView, RunningTextsArePaintedInTheSameTurns)
+{
+    QWebView other(&window);
+    other.setGeometry(100, 300, 400, 100);
+    other.show();
+    EnginePaints first(&window, view), second(&window, &other);
+    view->setHtml(kMarquee);
+    other.setHtml(kMarquee);
+    ASSERT_TRUE(first.reach(50) && second.reach(50));
+    first.turns.clear();
+    second.turns.clear();
+    ASSERT_TRUE(first.reach(150));
+    qsizetype both = 0;
+    for (const int turn : std::as_const(first.turns))
+        both += second.turns.contains(turn);
+    EXPECT_GT(both, first.turns.size() * 7 / 10);
+}
+
+TEST_F(WebView, AStandingTextIsPaintedOnce)
+{
+    EnginePaints paints(&window, view);
+    view->setHtml(box("red"));
+    ASSERT_TRUE(shows(Qt::red));
+    ASSERT_TRUE(paints.rest(1000));
+    const qsizetype before = paints.turns.size();
+    EXPECT_LT(before, 20);
+    ASSERT_TRUE(paints.rest(1000));
+    EXPECT_EQ(paints.turns.size(), before);
+}
+
+TEST_F(WebView, AHiddenTextCostsNothingAndRunsOnWhenItIsShown)
+{
+    EnginePaints paints(&window, view);
+    view->setHtml(kMarquee);
+    ASSERT_TRUE(paints.reach(50));
+    const pid_t process = drawingProcess();
+    view->hide();
+    ASSERT_TRUE(paints.rest(500));
+    const qsizetype before = paints.turns.size();
+    const qint64 phone = processorMs(getpid()), engine = processorMs(process);
+    ASSERT_TRUE(paints.rest(1000));
+    EXPECT_EQ(paints.turns.size(), before);
+    EXPECT_LT(processorMs(getpid()) - phone, 500);
+    EXPECT_LT(processorMs(process) - engine, 100);
+    view->show();
+    EXPECT_TRUE(paints.reach(int(before) + 50));
 }
