@@ -87,7 +87,7 @@ protected:
     {
         tagVideoPicture picture;
         if (event->type() == QEvent::Paint && qobject_cast<QVideoViewer*>(watched) &&
-            videoFrames::instance().newest(picture))
+            videoFrames::instance().next(picture))
             m_painted.insert(picture.nFrame);
         return false;
     }

@@ -12,6 +12,9 @@ constexpr int kPacketBytes = 15000;            // the loopback takes large packe
 constexpr guint kSendBytes = 1 << 20;          // in the socket
 constexpr guint64 kQueueTime = 3 * GST_SECOND; // a file may keep sound and picture so far apart
 constexpr guint kQueueBytes = 8 << 20;
+// What is due within one such time goes out at its beginning: few wake-ups cost little, and the receiver
+// keeps everything until it is due anyway.
+constexpr GstClockTime kTurn = 120 * GST_MSECOND;
 
 bool isKind(const GstStructure* kind, const char* name)
 {
@@ -41,6 +44,43 @@ tagStream streamOf(GstElement* payloader)
     gst_clear_caps(&caps);
     gst_clear_object(&pad);
     return stream;
+}
+
+// The beginning of the turn that a packet belongs to; the packet still lasts until its own time, so that the
+// end of the film comes when it did.
+void sendWithItsTurn(GstBuffer* packet, const GstSegment* segment)
+{
+    const GstClockTime due = gst_segment_to_running_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(packet));
+    if (!GST_CLOCK_TIME_IS_VALID(due))
+        return;
+    const GstClockTime turn =
+        gst_segment_position_from_running_time(segment, GST_FORMAT_TIME, due - due % kTurn);
+    if (!GST_CLOCK_TIME_IS_VALID(turn) || turn > GST_BUFFER_PTS(packet))
+        return;
+    GST_BUFFER_DURATION(packet) = GST_BUFFER_PTS(packet) - turn;
+    GST_BUFFER_PTS(packet) = GST_BUFFER_DTS(packet) = turn;
+}
+
+GstPadProbeReturn onPacket(GstPad* pad, GstPadProbeInfo* info, gpointer)
+{
+    GstEvent* event = gst_pad_get_sticky_event(pad, GST_EVENT_SEGMENT, 0);
+    if (!event)
+        return GST_PAD_PROBE_OK;
+    const GstSegment* segment = nullptr;
+    gst_event_parse_segment(event, &segment);
+    if (info->type & GST_PAD_PROBE_TYPE_BUFFER_LIST) {
+        // The packets of one picture: their time is that of the first.
+        GstBufferList* list = gst_buffer_list_make_writable(GST_PAD_PROBE_INFO_BUFFER_LIST(info));
+        if (gst_buffer_list_length(list) > 0)
+            sendWithItsTurn(gst_buffer_list_get_writable(list, 0), segment);
+        info->data = list;
+    } else {
+        GstBuffer* packet = gst_buffer_make_writable(GST_PAD_PROBE_INFO_BUFFER(info));
+        sendWithItsTurn(packet, segment);
+        info->data = packet;
+    }
+    gst_event_unref(event);
+    return GST_PAD_PROBE_OK;
 }
 
 void linkDecoded(GstElement*, GstPad* pad, gpointer into)
@@ -191,6 +231,10 @@ GstElement* filmStreams::addEnd(bool isSound)
     const int port = isSound ? m_target.nSoundPort : m_target.nPicturePort;
     g_object_set(end, "host", loopbackAddress().constData(), "port", port, "buffer-size", int(kSendBytes),
                  "qos", FALSE, "enable-last-sample", FALSE, nullptr);
+    GstPad* pad = gst_element_get_static_pad(end, "sink");
+    gst_pad_add_probe(pad, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_BUFFER_LIST),
+                      onPacket, nullptr, nullptr);
+    gst_object_unref(pad);
     return end;
 }
 

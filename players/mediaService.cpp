@@ -45,6 +45,12 @@ int mediaService::TryThreadMessage(msgObject& msg)
     case MEDIA_MSG_PICTURE_SIZE:
         takeSize(msg);
         return 1;
+    case MEDIA_MSG_VOLUME:
+        takeVolume(msg);
+        return 1;
+    case MEDIA_MSG_MUTE:
+        setSound(m_nVolume, msg.wParam != 0);
+        return 1;
     case PLAYER_MSG_UP:
         movieIsUp(msg);
         return 1;
@@ -65,6 +71,7 @@ void mediaService::startSession(msgObject& msg)
     m_nId = msg.wParam;
     m_bSession = true;
     m_bOwed = true;
+    setSound(m_nVolume, false);
     setPlace(session.rcRemote);
     applySoon();
 }
@@ -131,6 +138,23 @@ void mediaService::takeSize(const msgObject& msg)
     m_surface = size;
 }
 
+void mediaService::takeVolume(const msgObject& msg)
+{
+    if (msg.wParam > soundVolume::LOUDEST) {
+        refuse(msg, "the volume is out of range");
+        return;
+    }
+    setSound(int(msg.wParam), m_bMute);
+}
+
+void mediaService::setSound(int volume, bool mute)
+{
+    m_nVolume = volume;
+    m_bMute = mute;
+    if (m_soundStream)
+        m_soundStream->setVolume(volume, mute);
+}
+
 // A player that has just started sends nothing: what the one before sent is over.
 void mediaService::movieIsUp(const msgObject& msg)
 {
@@ -169,6 +193,7 @@ void mediaService::renew(std::unique_ptr<mediaStream>& stream, const tagStream& 
     if (isPicture)
         onPicture = [this](const GstVideoFrame& frame) { showPicture(frame); };
     stream = std::make_unique<mediaStream>(wanted, port, m_clock, onPicture);
+    stream->setVolume(m_nVolume, m_bMute);
     if (!stream->start())
         stream.reset();
 }

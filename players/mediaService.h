@@ -24,6 +24,8 @@ private:
     void stopSession(const msgObject& msg);
     void takeStreams(const msgObject& msg);
     void takeSize(const msgObject& msg);
+    void takeVolume(const msgObject& msg);
+    void setSound(int volume, bool mute);
     void movieIsUp(const msgObject& msg);
 
     // What the session needs is built outside of the message, whose sender waits.
@@ -45,6 +47,9 @@ private:
     unsigned int m_nPlay = 0;
     bool m_bAnnounced = false;
     bool m_bOwed = false; // the player waits to hear that we are ready
+
+    int m_nVolume = soundVolume::LOUDEST; // until the phone tells
+    bool m_bMute = false;
 
     QTimer m_apply;
     std::mutex m_mutex; // of the next two: pictures come on a thread of their stream

@@ -3,6 +3,7 @@
 #include "players/soundSink.h"
 #include "support/host/trace.h"
 #include <gst/app/gstappsink.h>
+#include <gst/audio/audio.h>
 
 struct tagDecoder
 {
@@ -25,7 +26,10 @@ constexpr int kReceiveBytes = 1 << 20; // in the socket
 constexpr int kPacketBytes = 16384;    // larger than those of the player
 constexpr guint kWaitingBytes = 8 << 20;
 constexpr int kDecodeThreads = 1; // more cost more, and keep the last pictures of a film back
-constexpr guint kAhead = 3;       // pictures decoded before their time
+// Pictures decoded before their time: all that come at once, so that the decoder rarely wakes, unless they
+// are very large.
+constexpr guint kAhead = 16;
+constexpr guint kAheadBytes = 8 << 20;
 
 const tagDecoder* decoderOf(const QByteArray& name)
 {
@@ -41,6 +45,16 @@ GstClockTime commonStart(GstClock* clock)
 {
     static const GstClockTime start = gst_clock_get_time(clock);
     return start;
+}
+
+// Pictures may lie in memory as the decoder likes it: it makes no copy then.
+GstPadProbeReturn onQuery(GstPad*, GstPadProbeInfo* info, gpointer)
+{
+    GstQuery* query = GST_PAD_PROBE_INFO_QUERY(info);
+    if (GST_QUERY_TYPE(query) != GST_QUERY_ALLOCATION)
+        return GST_PAD_PROBE_OK;
+    gst_query_add_allocation_meta(query, GST_VIDEO_META_API_TYPE, nullptr);
+    return GST_PAD_PROBE_HANDLED;
 }
 
 } // namespace
@@ -67,7 +81,8 @@ bool mediaStream::start()
     });
     if (build()) {
         joinClock();
-        m_bFailed = gst_element_set_state(m_pPipeline, GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE;
+        const GstState state = m_bUnheard ? GST_STATE_PAUSED : GST_STATE_PLAYING;
+        m_bFailed = gst_element_set_state(m_pPipeline, state) == GST_STATE_CHANGE_FAILURE;
     } else {
         m_bFailed = true;
     }
@@ -132,8 +147,11 @@ bool mediaStream::buildPicture(const tagDecoder& kind, GstElement* depayloader)
     GstCaps* caps = gst_caps_new_empty_simple("video/x-raw");
     g_object_set(sink, "caps", caps, nullptr);
     gst_caps_unref(caps);
-    g_object_set(ahead, "max-size-buffers", kAhead, "max-size-bytes", 0u, "max-size-time", guint64(0),
-                 nullptr);
+    g_object_set(ahead, "max-size-buffers", kAhead, "max-size-bytes", kAheadBytes, "max-size-time",
+                 guint64(0), nullptr);
+    GstPad* pad = gst_element_get_static_pad(ahead, "sink");
+    gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, onQuery, nullptr, nullptr);
+    gst_object_unref(pad);
     g_object_set(sink, "sync", TRUE, "async", FALSE, "qos", FALSE, "enable-last-sample", FALSE,
                  "emit-signals", FALSE, nullptr);
     GstAppSinkCallbacks callbacks = {};
@@ -164,7 +182,9 @@ bool mediaStream::buildSound(const tagDecoder& kind, GstElement* depayloader)
 {
     GstElement* sink = newSoundSink();
     if (!sink) {
-        // Nobody hears it: it is taken from the port and not decoded.
+        // Nobody hears it: the port is held, so that nobody else has it and the player meets no error, and
+        // the system drops what comes.
+        m_bUnheard = true;
         GstElement* silence = add("fakesink");
         if (silence)
             g_object_set(silence, "sync", FALSE, "async", FALSE, nullptr);
@@ -172,10 +192,20 @@ bool mediaStream::buildSound(const tagDecoder& kind, GstElement* depayloader)
     }
     gst_bin_add(GST_BIN(m_pPipeline), sink);
     GstElement* decoder = add(kind.pDecoder);
+    GstElement* floats = add("audioconvert");
+    GstElement* form = add("capsfilter");
     GstElement* convert = add("audioconvert");
     GstElement* resample = add("audioresample");
-    return decoder && convert && resample &&
-           gst_element_link_many(depayloader, decoder, convert, resample, sink, nullptr);
+    if (!decoder || !floats || !form || !convert || !resample)
+        return false;
+    GstCaps* caps = gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, GST_AUDIO_NE(F32), "layout",
+                                        G_TYPE_STRING, "interleaved", nullptr);
+    g_object_set(form, "caps", caps, nullptr);
+    gst_caps_unref(caps);
+    GstPad* pad = gst_element_get_static_pad(form, "src");
+    m_volume.watch(pad);
+    gst_object_unref(pad);
+    return gst_element_link_many(depayloader, decoder, floats, form, convert, resample, sink, nullptr);
 }
 
 void mediaStream::joinClock()

@@ -3,6 +3,7 @@
 // a clock that all share, so that trouble with one never stops the other.
 #include "players/busWatch.h"
 #include "players/rtpDescription.h"
+#include "players/soundVolume.h"
 #include "players/streamTimes.h"
 #include <functional>
 #include <gst/video/video.h>
@@ -24,6 +25,8 @@ public:
 
     // False, with a trace line, when the port is taken or nothing here decodes the stream.
     bool start();
+    // As soundVolume says; nothing for a picture.
+    void setVolume(int level, bool mute) { m_volume.set(level, mute); }
     // Cannot go on: one must be made anew.
     bool hasFailed() const { return m_bFailed; }
     bool isFor(const tagStream& stream, int port) const { return m_stream == stream && m_nPort == port; }
@@ -42,7 +45,9 @@ private:
     int m_nPort;
     PictureHandler m_onPicture;
     streamTimes m_times;
+    soundVolume m_volume;
     GstElement* m_pPipeline = nullptr;
     std::unique_ptr<busWatch> m_watch;
     bool m_bFailed = false;
+    bool m_bUnheard = false; // sound without a loudspeaker
 };

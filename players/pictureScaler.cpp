@@ -60,11 +60,15 @@ bool pictureScaler::prepare(const GstVideoInfo& from, const QSize& size, bool ke
     m_to.interlace_mode = from.interlace_mode;
     const QRect inside = keepShape ? shapeIn(from, size) : QRect(QPoint(0, 0), size);
     m_pConverter = gst_video_converter_new(&m_from, &m_to, optionsFor(inside));
+    m_bQuick =
+        inside == QRect(0, 0, from.width, from.height) && inside.size() == size && m_quick.prepare(from);
     return m_pConverter != nullptr;
 }
 
 void pictureScaler::paint(const GstVideoFrame& from, unsigned char* pixels) const
 {
+    if (m_bQuick && m_quick.paint(from, pixels))
+        return;
     GstVideoFrame to = {};
     to.info = m_to;
     to.data[0] = pixels;

@@ -1,6 +1,7 @@
 #pragma once
 // Turns decoded pictures into the phone's pixels, of the size in which they are shown, in one step. One
 // thread.
+#include "players/quickColours.h"
 #include <QSize>
 #include <gst/video/video.h>
 
@@ -26,4 +27,6 @@ private:
     GstVideoInfo m_to = {};
     QSize m_size;
     bool m_bKeepShape = false;
+    quickColours m_quick;
+    bool m_bQuick = false; // only colours change, and they are of the usual kind
 };

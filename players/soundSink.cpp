@@ -1,5 +1,8 @@
 #include "players/soundSink.h"
+#include "support/host/trace.h"
 #include <QElapsedTimer>
+#include <cstdlib>
+#include <dlfcn.h>
 
 namespace {
 
@@ -21,6 +24,33 @@ bool dropsEverything(GstElement* sink)
     return drops;
 }
 
+void sayNothing(const char*, int, const char*, int, const char*, ...) {}
+
+// The drivers write a page of lines at each look that finds no device.
+void silenceDrivers()
+{
+    setenv("ALSOFT_LOGLEVEL", "0", 0);
+    using Handler = void (*)(const char*, int, const char*, int, const char*, ...);
+    using SetHandler = int (*)(Handler);
+    void* alsa = dlopen("libasound.so.2", RTLD_LAZY);
+    void* set = alsa ? dlsym(alsa, "snd_lib_error_set_handler") : nullptr;
+    if (set)
+        reinterpret_cast<SetHandler>(set)(sayNothing);
+}
+
+GstElement* makeSink()
+{
+    const char* described = getenv("HX_SOUND_SINK");
+    if (!described || !*described)
+        return gst_element_factory_make("autoaudiosink", nullptr);
+    GError* error = nullptr;
+    GstElement* sink = gst_parse_bin_from_description(described, TRUE, &error);
+    if (error)
+        nuxTrace(TRACE_NOTE, "HX_SOUND_SINK: %s", error->message);
+    g_clear_error(&error);
+    return sink;
+}
+
 } // namespace
 
 GstElement* newSoundSink()
@@ -28,10 +58,13 @@ GstElement* newSoundSink()
     static QElapsedTimer lookedInVain;
     if (lookedInVain.isValid() && lookedInVain.elapsed() < kLookAgainMs)
         return nullptr;
-    GstElement* sink = gst_element_factory_make("autoaudiosink", nullptr);
+    static const bool isSilent = (silenceDrivers(), true);
+    GstElement* sink = isSilent ? makeSink() : nullptr;
     if (sink && gst_element_set_state(sink, GST_STATE_READY) != GST_STATE_CHANGE_FAILURE &&
         !dropsEverything(sink))
         return sink;
+    if (!lookedInVain.isValid())
+        nuxTrace(TRACE_NOTE, "no sound device is found, films play without sound");
     lookedInVain.start();
     if (sink) {
         gst_element_set_state(sink, GST_STATE_NULL);

@@ -1,4 +1,5 @@
 #include "host/services/playerProcesses.h"
+#include "host/services/filmSound.h"
 #include "host/services/videoFrames.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/player.h"
@@ -110,6 +111,7 @@ void playerProcess::logOutput()
 
 void playerProcessesStart()
 {
+    filmSound::start();
     for (const char* program : {"hxMedia", "hxMovie"}) {
         auto* player = new playerProcess(program, QCoreApplication::instance());
         QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, player,

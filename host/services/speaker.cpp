@@ -1,4 +1,5 @@
 #include "host/services/speaker.h"
+#include "host/services/filmSound.h"
 #include "host/services/hostLog.h"
 #include "host/services/soundOutput.h"
 #include "support/file/deviceRoot.h"
@@ -42,6 +43,7 @@ void speaker::setLevel(int level)
     m_nVolume = level;
     hostLog("volume", QString::number(level));
     soundOutput::instance().setLevel(level);
+    filmSound::volumeChanged();
 }
 
 void speaker::setMute(bool mute)
@@ -49,6 +51,7 @@ void speaker::setMute(bool mute)
     m_bMute = mute;
     hostLog("mute", QString::number(int(mute)));
     soundOutput::instance().setMute(mute);
+    filmSound::muteChanged();
 }
 
 void speaker::claim(voiceInfo* info)

@@ -1,4 +1,5 @@
 #include "host/services/videoFrameStore.h"
+#include <algorithm>
 
 namespace {
 
@@ -30,6 +31,28 @@ bool placeOf(const tagVideoSlot& slot, QRect& place)
     return true;
 }
 
+// The picture in one slot, if there is a whole one.
+bool readSlot(const void* store, uint32_t number, tagVideoPicture& picture)
+{
+    const tagVideoSlot& slot = static_cast<const tagVideoHead*>(store)->slot[number];
+    tagVideoPicture read;
+    read.nSlot = number;
+    read.nSequence = slot.nSequence.load(std::memory_order_acquire);
+    read.nFrame = slot.nFrame;
+    const uint32_t width = slot.nWidth;
+    const uint32_t height = slot.nHeight;
+    if (read.nSequence % 2 || !isSound(width, height) || !placeOf(slot, read.place))
+        return false;
+    read.nWidth = int(width);
+    read.nHeight = int(height);
+    read.pPixels = static_cast<const unsigned char*>(store) + VIDEO_STORE_HEAD_BYTES +
+                   size_t(number) * VIDEO_STORE_SLOT_BYTES;
+    if (!videoStoreIsSame(store, read))
+        return false;
+    picture = read;
+    return true;
+}
+
 } // namespace
 
 bool videoStoreNewest(const void* store, size_t size, tagVideoPicture& picture)
@@ -39,24 +62,29 @@ bool videoStoreNewest(const void* store, size_t size, tagVideoPicture& picture)
         head->nSlots != VIDEO_STORE_SLOTS || head->nSlotBytes != VIDEO_STORE_SLOT_BYTES)
         return false;
     const uint32_t newest = head->nNewest.load(std::memory_order_acquire);
-    if (newest == 0 || newest > VIDEO_STORE_SLOTS)
+    return newest > 0 && newest <= VIDEO_STORE_SLOTS && readSlot(store, newest - 1, picture);
+}
+
+bool videoStoreAfter(const void* store, size_t size, uint32_t frame, tagVideoPicture& picture)
+{
+    tagVideoPicture newest;
+    if (!videoStoreNewest(store, size, newest))
         return false;
-    const tagVideoSlot& slot = head->slot[newest - 1];
-    tagVideoPicture read;
-    read.nSlot = newest - 1;
-    read.nSequence = slot.nSequence.load(std::memory_order_acquire);
-    read.nFrame = head->nFrames.load(std::memory_order_relaxed);
-    const uint32_t width = slot.nWidth;
-    const uint32_t height = slot.nHeight;
-    if (read.nSequence % 2 || !isSound(width, height) || !placeOf(slot, read.place))
-        return false;
-    read.nWidth = int(width);
-    read.nHeight = int(height);
-    read.pPixels = static_cast<const unsigned char*>(store) + VIDEO_STORE_HEAD_BYTES +
-                   size_t(read.nSlot) * VIDEO_STORE_SLOT_BYTES;
-    if (!videoStoreIsSame(store, read))
-        return false;
-    picture = read;
+    picture = newest;
+    // Numbers run over. One slot is the writer's.
+    const auto* head = static_cast<const tagVideoHead*>(store);
+    const uint32_t late = newest.nFrame - frame;
+    const uint32_t shown = newest.nFrame - head->nGone.load(std::memory_order_relaxed);
+    if (late >= VIDEO_STORE_SLOTS)
+        return true;
+    for (uint32_t back = std::min(late, shown); back-- > 1;) {
+        tagVideoPicture older;
+        const uint32_t slot = (newest.nSlot + VIDEO_STORE_SLOTS - back) % VIDEO_STORE_SLOTS;
+        if (readSlot(store, slot, older) && older.nFrame == newest.nFrame - back) {
+            picture = older;
+            return true;
+        }
+    }
     return true;
 }
 

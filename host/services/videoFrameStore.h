@@ -10,7 +10,7 @@
 
 enum : uint32_t {
     VIDEO_STORE_MARK = 0x31767868, // "hxv1"
-    VIDEO_STORE_SLOTS = 4,         // the newest, the one being painted, the one being written, one to spare
+    VIDEO_STORE_SLOTS = 4,         // one being written, one being painted, and two that wait for it
     VIDEO_STORE_MAX_WIDTH = 1280,
     VIDEO_STORE_MAX_HEIGHT = 800,
     VIDEO_STORE_PIXEL = 4, // bytes: blue, green, red, unused
@@ -22,6 +22,7 @@ enum : uint32_t {
 struct tagVideoSlot
 {
     std::atomic<uint32_t> nSequence;
+    uint32_t nFrame; // number of the picture, from 1
     uint32_t nWidth; // of the picture, whose lines follow each other without a gap
     uint32_t nHeight;
     int32_t x; // where it goes on the screen
@@ -37,6 +38,7 @@ struct tagVideoHead
     uint32_t nSlotBytes;
     std::atomic<uint32_t> nNewest; // 1 + number of the slot with the newest picture; 0: no picture
     std::atomic<uint32_t> nFrames; // how many were written
+    std::atomic<uint32_t> nGone;   // up to this number they are not to be shown any more
     tagVideoSlot slot[VIDEO_STORE_SLOTS];
 };
 static_assert(sizeof(tagVideoHead) <= VIDEO_STORE_HEAD_BYTES);
@@ -57,5 +59,7 @@ struct tagVideoPicture
 // The newest picture in a store of size bytes. False when there is none, it is being written, or what is
 // there is no picture.
 HX_HOST_API bool videoStoreNewest(const void* store, size_t size, tagVideoPicture& picture);
+// The picture that follows number frame, as long as it is there; else as above.
+HX_HOST_API bool videoStoreAfter(const void* store, size_t size, uint32_t frame, tagVideoPicture& picture);
 // True when the picture has not been written over.
 HX_HOST_API bool videoStoreIsSame(const void* store, const tagVideoPicture& picture);

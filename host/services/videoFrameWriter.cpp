@@ -54,8 +54,8 @@ void videoFrameWriter::finish(uint32_t slot, const QSize& size, const QRect& pla
     record.y = place.isEmpty() ? 0 : place.y();
     record.cx = place.isEmpty() ? 0 : uint32_t(place.width());
     record.cy = place.isEmpty() ? 0 : uint32_t(place.height());
+    record.nFrame = head()->nFrames.fetch_add(1, std::memory_order_relaxed) + 1;
     record.nSequence.fetch_add(1, std::memory_order_release);
-    head()->nFrames.fetch_add(1, std::memory_order_relaxed);
     head()->nNewest.store(slot + 1, std::memory_order_release);
 }
 
@@ -88,6 +88,8 @@ bool videoFrameWriter::move(const QRect& place)
 void videoFrameWriter::clear()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_pStore)
-        head()->nNewest.store(0, std::memory_order_release);
+    if (!m_pStore)
+        return;
+    head()->nGone = head()->nFrames.load();
+    head()->nNewest.store(0, std::memory_order_release);
 }

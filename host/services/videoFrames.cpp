@@ -46,6 +46,24 @@ bool videoFrames::newest(tagVideoPicture& picture) const
     return true;
 }
 
+bool videoFrames::next(tagVideoPicture& picture) const
+{
+    tagVideoPicture read;
+    if (!newest(read))
+        return false;
+    picture = read;
+    return !m_bPainted || videoStoreAfter(m_pStore, VIDEO_STORE_BYTES, m_nPainted, picture);
+}
+
+void videoFrames::painted(const tagVideoPicture& picture)
+{
+    m_bPainted = true;
+    m_nPainted = picture.nFrame;
+    tagVideoPicture last;
+    if (newest(last) && last.nFrame != m_nPainted)
+        QMetaObject::invokeMethod(this, &videoFrames::changed, Qt::QueuedConnection);
+}
+
 bool videoFrames::isSame(const tagVideoPicture& picture) const
 {
     return m_pStore && videoStoreIsSame(m_pStore, picture);
@@ -63,7 +81,8 @@ void videoFrames::forget()
 {
     tagVideoPicture picture;
     m_bForgotten = m_pStore && videoStoreNewest(m_pStore, VIDEO_STORE_BYTES, picture);
-    m_nForgotten = picture.nFrame;
+    m_nForgotten = m_nPainted = picture.nFrame;
+    m_bPainted = m_bForgotten;
     emit changed();
 }
 
@@ -123,7 +142,7 @@ void videoFrames::detach()
     if (m_pStore)
         munmap(const_cast<void*>(m_pStore), VIDEO_STORE_BYTES);
     m_pStore = nullptr;
-    m_bForgotten = false;
+    m_bForgotten = m_bPainted = false;
     m_asked = QSize();
     if (m_pEnd) {
         m_pEnd->setEnabled(false);

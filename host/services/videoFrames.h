@@ -16,6 +16,11 @@ public:
 
     // False when there is no picture.
     bool newest(tagVideoPicture& picture) const;
+    // The one to paint: each in its turn, also when two came while the thread was busy, but none that is late
+    // by more than two. False as above.
+    bool next(tagVideoPicture& picture) const;
+    // That one is on the screen; if there is a newer one, changed() comes again.
+    void painted(const tagVideoPicture& picture);
     // True when the picture was not written over meanwhile: what was painted from it is whole.
     bool isSame(const tagVideoPicture& picture) const;
     // How large the surface is that shows pictures without a place of their own, so that the server makes
@@ -43,6 +48,8 @@ private:
     QSocketNotifier* m_pEnd = nullptr;
     bool m_bForgotten = false;
     unsigned int m_nForgotten = 0; // the last picture that is not shown
+    bool m_bPainted = false;
+    unsigned int m_nPainted = 0; // the last one on the screen
     QSize m_asked;
     bool m_bRefused = false; // told already that what a server offers is no store
 };

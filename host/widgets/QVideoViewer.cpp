@@ -97,11 +97,11 @@ QRect QVideoViewer::pictureRect(const QRect& place) const
     return place.isEmpty() ? videoRect() : place.translated(-mapToGlobal(QPoint(0, 0)));
 }
 
-void QVideoViewer::paintPicture(QPainter& painter)
+void QVideoViewer::paintPicture(QPainter& painter, bool isWhole)
 {
     const QRect video = videoRect();
     tagVideoPicture picture;
-    if (!videoFrames::instance().newest(picture)) {
+    if (!videoFrames::instance().next(picture)) {
         painter.fillRect(video, Qt::black);
         if (!m_frame.isNull())
             painter.drawImage(video, m_frame);
@@ -116,6 +116,8 @@ void QVideoViewer::paintPicture(QPainter& painter)
     // Written over while it was painted: the newer one follows at once.
     if (!videoFrames::instance().isSame(picture))
         update(video);
+    else if (isWhole)
+        videoFrames::instance().painted(picture);
 }
 
 void QVideoViewer::paintEvent(QPaintEvent* event)
@@ -135,5 +137,5 @@ void QVideoViewer::paintEvent(QPaintEvent* event)
     if (m_bBackground)
         painter.fillRect(video, Qt::black);
     else
-        paintPicture(painter);
+        paintPicture(painter, event->rect().contains(video));
 }

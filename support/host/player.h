@@ -29,6 +29,10 @@ enum : unsigned int {
     // The picture's way to the screen.
     MEDIA_MSG_FRAME = 0x120021,       // to "app_hxPhone": wParam: process, lParam: its memory of pictures
     MEDIA_MSG_PICTURE_SIZE = 0x70021, // to "app_hxMedia": size of the surface; wParam: width, lParam: height
+    MEDIA_MSG_VOLUME = 0x70022, // to "app_hxMedia": the phone's volume; wParam: 0 to 100
+    // To "app_hxMedia": wParam: non-zero silences the session, until it ends. A session begins aloud: before
+    // it the phone mutes its output so that nothing of its own mixes in.
+    MEDIA_MSG_MUTE = 0x70023,
     // Broadcast by a player that has just started, also after one died: what was asked of the one before
     // is forgotten. wParam: PLAYER_PROGRAM.
     PLAYER_MSG_UP = 0x120020,

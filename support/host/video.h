@@ -33,7 +33,8 @@ private:
     QRect pictureRect(const QRect& place) const;
     void updatePicture();
     void updateCover();
-    void paintPicture(QPainter& painter);
+    // isWhole: the whole video rectangle is painted.
+    void paintPicture(QPainter& painter, bool isWhole);
 
     QImage m_frame;
     QRect m_videoRect; // in the viewer's coordinates, like the next

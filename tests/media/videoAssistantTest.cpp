@@ -112,6 +112,8 @@ TEST_F(VideoSurface, APlayingSurfaceShowsTheVideoNotItsBackground)
     EXPECT_EQ(surface->grab().toImage().pixel(400, 240), 0xff000000);
     EXPECT_TRUE(surface->LoadFile("/rundata/a.mp4"));
     EXPECT_EQ(surface->grab().toImage().pixel(400, 240), 0xffff0000);
+    surface->DestructRes();
+    EXPECT_NE(surface->grab().toImage().pixel(400, 240), 0xffff0000) << "the surface is given up";
 }
 
 TEST_F(VideoSurface, EachOperationHasItsMessage)

@@ -130,6 +130,40 @@ TEST_F(MoviePlayer, PacketsComeAtThePaceOfTheFilm)
     EXPECT_NEAR(double(times[times.size() / 2]), double(times.last()) / 2, 350);
 }
 
+TEST_F(MoviePlayer, PacketsOfATurnComeTogether)
+{
+    makeH264(hostPath("/rundata/film.mp4"), {{RED}, 50});
+    QUdpSocket socket;
+    ASSERT_TRUE(socket.bind(QHostAddress(QString(loopbackAddress())), 35620));
+    QElapsedTimer pause;
+    int turns = 0;
+    play("/rundata/film.mp4");
+    EXPECT_TRUE(kit::waitUntil([&] {
+        while (socket.hasPendingDatagrams()) {
+            turns += !pause.isValid() || pause.elapsed() > 60;
+            pause.start();
+            socket.readDatagram(nullptr, 0);
+        }
+        return finished() > 0;
+    }));
+    EXPECT_GE(turns, 13);
+    EXPECT_LE(turns, 19) << "a turn is three pictures";
+}
+
+TEST_F(MoviePlayer, TheEndComesInItsTimeThoughTheLastPacketsWentEarlier)
+{
+    // The last picture, at 920 ms, goes out with a turn that began at 840.
+    makeH264(hostPath("/rundata/film.mp4"), {{RED}, 24});
+    QUdpSocket socket;
+    ASSERT_TRUE(socket.bind(QHostAddress(QString(loopbackAddress())), 35620));
+    play("/rundata/film.mp4");
+    EXPECT_TRUE(kit::waitUntil([&] { return socket.hasPendingDatagrams(); }));
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_TRUE(kit::waitUntil([&] { return finished() > 0; }));
+    EXPECT_GE(clock.elapsed(), 900);
+}
+
 TEST_F(MoviePlayer, APauseStopsThePackets)
 {
     makeH264(hostPath("/rundata/film.mp4"), {{RED}, 100});

@@ -131,10 +131,11 @@ void playersTest::playList(const QList<QByteArray>& paths)
 
 bool playersTest::hasSaid(const QByteArray& text, int ms)
 {
-    return kit::waitUntil(
-        [&] {
-            m_said += m_movie.readAll() + m_media.readAll();
-            return m_said.contains(text);
-        },
-        ms);
+    return kit::waitUntil([&] { return said().contains(text); }, ms);
+}
+
+QByteArray playersTest::said()
+{
+    m_said += m_movie.readAll() + m_media.readAll();
+    return m_said;
 }

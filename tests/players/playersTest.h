@@ -34,6 +34,7 @@ protected:
     }
     // What both programs have printed.
     bool hasSaid(const QByteArray& text, int ms = 5000);
+    QByteArray said();
 
     // How often MOVIE_MSG_FINISHED came, and MEDIA_MSG_FRAME.
     int finished() const { return m_ears.nFinished; }

@@ -2,7 +2,9 @@
 #include "host/services/videoFrameWriter.h"
 #include "host/services/videoFrames.h"
 #include "support/host/player.h"
+#include "support/host/video.h"
 #include "tests/kit/phoneTest.h"
+#include <QEvent>
 #include <QVector>
 #include <cstring>
 #include <fcntl.h>
@@ -39,6 +41,26 @@ protected:
 
     videoFrameWriter writer;
     tagVideoPicture picture;
+};
+
+// The picture that each painting of a viewer is of.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QWidget* viewer) { viewer->installEventFilter(this); }
+    QList<QRgb> colours;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        tagVideoPicture picture;
+        if (event->type() == QEvent::Paint && videoFrames::instance().next(picture)) {
+            QRgb pixel;
+            memcpy(&pixel, picture.pPixels, sizeof pixel);
+            colours.append(pixel);
+        }
+        return false;
+    }
 };
 
 // A store that a hostile server might make.
@@ -140,6 +162,89 @@ TEST_F(VideoStore, ForgottenPicturesAreNotShownTheNextOneIs)
     EXPECT_FALSE(newest(picture));
     write(2);
     EXPECT_TRUE(newest(picture));
+}
+
+TEST_F(VideoStore, PicturesThatCameTogetherAreNextOneAfterTheOther)
+{
+    write(1);
+    hear();
+    int changes = 0;
+    QObject guard;
+    QObject::connect(&videoFrames::instance(), &videoFrames::changed, &guard, [&] { ++changes; });
+    for (const QRgb colour : {1u, 2u, 3u, 4u}) {
+        ASSERT_TRUE(videoFrames::instance().next(picture));
+        EXPECT_EQ(pixelOf(picture), colour);
+        if (colour == 1) {
+            for (const QRgb later : {2u, 3u, 4u})
+                write(later);
+        }
+        changes = 0;
+        videoFrames::instance().painted(picture);
+        kit::settle();
+        EXPECT_EQ(changes, colour < 4 ? 1 : 0) << "somebody must paint the next one";
+    }
+    ASSERT_TRUE(videoFrames::instance().next(picture));
+    EXPECT_EQ(pixelOf(picture), 4u) << "the last one stays";
+}
+
+TEST_F(VideoStore, WhatIsTooLateIsLeftOut)
+{
+    write(1);
+    hear();
+    ASSERT_TRUE(videoFrames::instance().next(picture));
+    videoFrames::instance().painted(picture);
+    for (const QRgb colour : {2u, 3u, 4u, 5u})
+        write(colour);
+    ASSERT_TRUE(videoFrames::instance().next(picture));
+    EXPECT_EQ(pixelOf(picture), 5u);
+}
+
+TEST_F(VideoStore, NothingFromBeforeTheEndOfASessionIsNext)
+{
+    write(1);
+    hear();
+    ASSERT_TRUE(videoFrames::instance().next(picture));
+    videoFrames::instance().painted(picture);
+    write(2);
+    writer.clear();
+    EXPECT_FALSE(videoFrames::instance().next(picture));
+    write(3);
+    ASSERT_TRUE(videoFrames::instance().next(picture));
+    EXPECT_EQ(pixelOf(picture), 3u);
+}
+
+TEST_F(VideoStore, NothingThatWasForgottenIsNext)
+{
+    write(1);
+    hear();
+    ASSERT_TRUE(videoFrames::instance().next(picture));
+    videoFrames::instance().painted(picture);
+    write(2);
+    videoFrames::instance().forget();
+    EXPECT_FALSE(videoFrames::instance().next(picture));
+    write(3);
+    ASSERT_TRUE(videoFrames::instance().next(picture));
+    EXPECT_EQ(pixelOf(picture), 3u);
+}
+
+TEST_F(VideoStore, AViewerPaintsEveryPictureOfABusyMoment)
+{
+    QVideoViewer viewer;
+    viewer.setGeometry(0, 0, 40, 20);
+    viewer.setWindowFlags(Qt::FramelessWindowHint);
+    viewer.show();
+    viewer.ShowVideoViewer(1);
+    viewer.ShowBackground(0);
+    write(0xff000001);
+    hear();
+    kit::settle();
+    PaintWatch paints(&viewer);
+    for (const QRgb colour : {0xff000002, 0xff000003, 0xff000004}) {
+        write(colour);
+        hear();
+    }
+    kit::settle();
+    EXPECT_EQ(paints.colours, (QList<QRgb>{0xff000002, 0xff000003, 0xff000004}));
 }
 
 TEST_F(VideoStore, WhatIsNoStoreIsNotAttached)
