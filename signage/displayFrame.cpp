@@ -1,4 +1,5 @@
 #include "signage/displayFrame.h"
+#include "signage/nDeckFolder.h"
 #include <cstdlib>
 #include <strings.h>
 
@@ -70,4 +71,22 @@ void frameAddContents(const DisplayFrame& frame, nDeckNameSet& contents)
         contents.insert(frameContent(media.path, media.md5));
     for (const _nDeckLayoutNode& layout : frame.layouts)
         contents.insert(frameContent(layout.file, layout.md5));
+}
+
+std::vector<chString> frameStrays(const nDeckNodeList& records, const DisplayFrame& shown,
+                                  const DisplayFrame& wanted)
+{
+    nDeckNameSet names, contents;
+    frameAddNames(shown, names);
+    frameAddNames(wanted, names);
+    frameAddContents(wanted, contents);
+    std::vector<chString> strays;
+    for (const _nDeckFileNode& record : records) {
+        const chString plain = nDeckPlainName(record.path);
+        const bool isNeeded = plain == record.path ? names.count(plain.GetText())
+                                                   : contents.count(frameContent(plain, record.md5));
+        if (!isNeeded)
+            strays.push_back(record.path);
+    }
+    return strays;
 }

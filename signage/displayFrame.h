@@ -4,6 +4,7 @@
 #include "support/text/chString.h"
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 // One known file of the signage folder.
 struct _nDeckFileNode
@@ -54,3 +55,7 @@ void frameAddNames(const DisplayFrame& frame, nDeckNameSet& names);
 // Name and MD5 of a file as one text; those of all files of a frame.
 std::string frameContent(const chString& name, const chString& md5);
 void frameAddContents(const DisplayFrame& frame, nDeckNameSet& contents);
+// The records that neither frame has a use for: files in use that none names, and files on their way that the
+// wanted one does not want with that content.
+std::vector<chString> frameStrays(const nDeckNodeList& records, const DisplayFrame& shown,
+                                  const DisplayFrame& wanted);

@@ -129,6 +129,7 @@ nDeckDisplay::iterator nDeckDisplay::FindNextReady()
 
 void nDeckDisplay::SetCurrentLayout(iterator layout)
 {
+    ++m_nChange;
     if (layout != m_current)
         ChangeCurrent(layout);
     else if (layout != end())
@@ -185,7 +186,11 @@ int nDeckDisplay::OnTimerLoadNextLayout(msgObject&)
     nuxTrace(TRACE_DETAIL, "nDeckDisplay::OnTimerLoadNextLayout");
     if (m_current != end())
         m_current->CloseMeetingLamp();
-    LoadNextReadyLayout();
+    m_timer.KillTimer(); // many files take longer than a turn, and the layout stays meanwhile
+    GetNDeckFileManager().PutFilesIntoUse([this, change = ++m_nChange] {
+        if (change == m_nChange)
+            LoadNextReadyLayout();
+    });
     return 1;
 }
 

@@ -57,6 +57,7 @@ private:
     DisplayFrame m_frame;
     int m_bCreated = 0;
     int m_bShow = 0;
+    unsigned int m_nChange = 0; // counts the changes of the layout, those under way included
 };
 
 HX_MODULE_API nDeckDisplay& GetNDeckDispaly();

@@ -26,12 +26,6 @@ namespace {
 constexpr int kUpdateIntervalMs = 60000;
 constexpr int kReDownLoadNum = 3;
 
-// The name that a file has in use.
-chString plainName(const chString& path)
-{
-    return nDeckWithoutSuffix(nDeckWithoutSuffix(path, NDECK_FETCHING), NDECK_WAITING);
-}
-
 // "photo.jpg" is one of ".JPG".
 bool hasExtension(const char* path, std::initializer_list<const char*> upperCase)
 {
@@ -100,6 +94,7 @@ bool nDeckFileManager::DownloadDisplayFrame()
         config.strUrl + "/service/getschedule.htm?serverKey=" + config.strKey + serverClientQuery(config);
     action.strLocalFile = nDeckPath(NDECK_SCHEDULE NDECK_WAITING);
     action.nSizeLimit = NDECK_SCHEDULE_LIMIT;
+    action.nTimeLimit = NDECK_SCHEDULE_MS;
     action.SetCallback(this);
     PostAction(action);
     action.Release();
@@ -255,7 +250,7 @@ void nDeckFileManager::DownLoadMediaImmediately(const chString& path)
 void nDeckFileManager::DownLoad(const _nDeckFileNode& record)
 {
     const _nDeckFileNode wanted = record; // what follows changes the list
-    if (!nDeckIsFileName(plainName(wanted.path)))
+    if (!nDeckIsFileName(nDeckPlainName(wanted.path)))
         return;
     if (wanted.type == "media")
         DownLoadMediaFile(wanted.path, wanted.md5, wanted.size);
@@ -370,7 +365,7 @@ void nDeckFileManager::RequestNewMedias()
             continue;
         nuxTrace(TRACE_DETAIL, "nDeckFileManager::UpdateDisplayFrame download media(%s)",
                  media.path.GetText());
-        m_later.Add([this, media] { DownLoadMediaFile(media.path, media.md5, media.size); });
+        m_requestsLater.Add([this, media] { DownLoadMediaFile(media.path, media.md5, media.size); });
     }
 }
 
@@ -456,25 +451,13 @@ void nDeckFileManager::RemoveStrayFiles()
     if (!m_bStraysLeft || !m_bScheduleFresh)
         return;
     m_bStraysLeft = false;
-    nDeckNameSet inUse, wanted;
-    frameAddNames(m_frame, inUse);
-    frameAddNames(*m_pNewFrame, inUse);
-    frameAddContents(*m_pNewFrame, wanted);
-    std::vector<chString> strays;
-    for (const _nDeckFileNode& record : m_fileList.nodes()) {
-        const chString plain = plainName(record.path);
-        const bool isNeeded = plain == record.path ? inUse.count(plain.GetText())
-                                                   : wanted.count(frameContent(plain, record.md5));
-        if (!isNeeded)
-            strays.push_back(record.path);
-    }
-    for (const chString& path : strays)
+    for (const chString& path : frameStrays(m_fileList.nodes(), m_frame, *m_pNewFrame))
         RemoveStrayFile(path);
 }
 
 void nDeckFileManager::RemoveStrayFile(const chString& path)
 {
-    const chString plain = plainName(path);
+    const chString plain = nDeckPlainName(path);
     if (nDeckHasSuffix(path, NDECK_FETCHING))
         m_requests.Forget(plain);
     ForgetFile(path);
@@ -506,38 +489,57 @@ bool nDeckFileManager::IsFileExistByList(const chString& name, const chString& m
 {
     if (&list == &m_fileList.nodes())
         return IsKnown(name, md5);
-    for (const _nDeckFileNode& node : list) {
-        if (node.path == name && (md5.IsEmpty() || node.md5 == md5))
-            return true;
-    }
-    return false;
+    return std::any_of(list.begin(), list.end(), [&](const _nDeckFileNode& node) {
+        return node.path == name && (md5.IsEmpty() || node.md5 == md5);
+    });
 }
 
 bool nDeckFileManager::IsFileExistByLayoutList(const chString& file, const nDeckLayoutList& list) const
 {
-    for (const _nDeckLayoutNode& layout : list) {
-        if (layout.file == file)
-            return true;
-    }
-    return false;
+    return std::any_of(list.begin(), list.end(),
+                       [&file](const _nDeckLayoutNode& layout) { return layout.file == file; });
 }
 
 void nDeckFileManager::RemoveOldFileByFileList()
+{
+    const std::vector<_nDeckFileNode> waiting = WaitingFiles();
+    if (!waiting.empty())
+        StoreBeforeUse();
+    for (const _nDeckFileNode& record : waiting)
+        PutRecordIntoUse(record);
+}
+
+void nDeckFileManager::PutFilesIntoUse(std::function<void()> done)
+{
+    const std::vector<_nDeckFileNode> waiting = WaitingFiles();
+    if (!waiting.empty())
+        StoreBeforeUse();
+    for (const _nDeckFileNode& record : waiting) {
+        m_useLater.Add([this, record] {
+            if (IsKnown(record.path, record.md5)) // still the content that the stored list speaks of
+                PutRecordIntoUse(record);
+        });
+    }
+    m_useLater.Add(std::move(done));
+}
+
+std::vector<_nDeckFileNode> nDeckFileManager::WaitingFiles() const
 {
     std::vector<_nDeckFileNode> waiting;
     for (const _nDeckFileNode& record : m_fileList.nodes()) {
         if (nDeckHasSuffix(record.path, NDECK_WAITING))
             waiting.push_back(record);
     }
-    if (!waiting.empty())
-        StoreBeforeUse();
-    for (const _nDeckFileNode& record : waiting) {
-        if (!PutIntoUse(record.path) || record.type != "media")
-            continue;
-        const chString path = nDeckPath(nDeckWithoutSuffix(record.path, NDECK_WAITING));
-        nuxTrace(TRACE_DETAIL, "ndeck download picture StockPictureToCache(%s)", path.GetText());
-        StockPictureToCache(path);
-    }
+    return waiting;
+}
+
+void nDeckFileManager::PutRecordIntoUse(const _nDeckFileNode& record)
+{
+    if (!PutIntoUse(record.path) || record.type != "media")
+        return;
+    const chString path = nDeckPath(nDeckWithoutSuffix(record.path, NDECK_WAITING));
+    nuxTrace(TRACE_DETAIL, "ndeck download picture StockPictureToCache(%s)", path.GetText());
+    StockPictureToCache(path);
 }
 
 // Not on this thread: reading many takes long.
@@ -631,7 +633,7 @@ bool nDeckFileManager::TakeStoredFiles(const nDeckNodeList& stored, bool bInForc
     nDeckNameSet waiting;
     for (const _nDeckFileNode& record : stored) {
         if (nDeckHasSuffix(record.path, NDECK_WAITING))
-            waiting.insert(plainName(record.path).GetText());
+            waiting.insert(nDeckPlainName(record.path).GetText());
     }
     for (const _nDeckFileNode& record : stored) {
         if (record.type.IsEmpty())
@@ -639,7 +641,7 @@ bool nDeckFileManager::TakeStoredFiles(const nDeckNodeList& stored, bool bInForc
         if (record.path.IsEmpty())
             return false;
         // A newer file of the name has come into use, or does now: the record that speaks of it counts.
-        if (!waiting.count(record.path.GetText()) && nDeckIsFileName(plainName(record.path)))
+        if (!waiting.count(record.path.GetText()) && nDeckIsFileName(nDeckPlainName(record.path)))
             TakeStoredFile(record, bInForce);
     }
     return true;

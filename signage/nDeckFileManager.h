@@ -9,6 +9,7 @@
 #include "signage/serverConfig.h"
 #include "support/host/message.h"
 #include "support/host/task.h"
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,6 +50,9 @@ public:
     bool IsFileExistByLayoutList(const chString& file, const nDeckLayoutList& list) const;
     // Puts the files that wait into use; nothing shows them at that time.
     void RemoveOldFileByFileList();
+    // The same for those that wait now, over as many turns of the thread as many files take; few are in use
+    // at the return. done: called once, when they are.
+    void PutFilesIntoUse(std::function<void()> done);
 
     // Of the first record with that md5; 0 when there is none.
     int GetReDownloadTimes(const chString& md5) const;
@@ -95,14 +99,14 @@ private:
     void RemoveStrayFile(const chString& path);
     void ForgetFile(const chString& path);
     bool PutIntoUse(const chString& path);
+    void PutRecordIntoUse(const _nDeckFileNode& record);
+    std::vector<_nDeckFileNode> WaitingFiles() const;
     void StockPictureToCache(const chString& path);
 
     void KnowStoredFiles();
     bool TakeStoredFiles(const nDeckNodeList& stored, bool bInForce);
     void TakeStoredFile(const _nDeckFileNode& stored, bool bInForce);
     void AddStoredFile(_nDeckFileNode record, bool bInForce);
-    void CheckStoredFiles();
-    void OnStoredFile(const chString& path, const chString& listed, const chString& md5);
     void RemoveUnknownFiles();
     void OnUnusedFiles(const std::vector<std::string>& names);
     void SaveDisplayFrame2Xml();
@@ -118,10 +122,10 @@ private:
     bool m_bStraysLeft = false;      // a whole schedule came, and what it does not name is still there
     bool m_bNewFiles = false;        // files were verified since the list was saved
     bool m_bStoredKnown = false;
-    bool m_bStoredChecked = false;
     nDeckNodeList m_stored; // what "display.xml" held, until the list itself speaks for it
     nDeckRequests m_requests;
-    laterWork m_later;
+    laterWork m_requestsLater;
+    laterWork m_useLater;
     nDeckListSaver m_saver;
 };
 

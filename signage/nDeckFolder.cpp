@@ -70,6 +70,11 @@ bool nDeckIsFileName(const char* name)
     return false;
 }
 
+chString nDeckPlainName(const chString& name)
+{
+    return nDeckWithoutSuffix(nDeckWithoutSuffix(name, NDECK_FETCHING), NDECK_WAITING);
+}
+
 bool nDeckHasSuffix(const chString& name, const char* suffix)
 {
     const int cut = static_cast<int>(strlen(suffix));

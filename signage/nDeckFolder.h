@@ -12,7 +12,9 @@
 enum : int {
     NDECK_NAME_LIMIT = 140,           // bytes; every suffix and the player's record hold it
     NDECK_REPLY_LIMIT = 64 << 10,     // bytes of a registration reply
+    NDECK_REPLY_MS = 60000,           // that its transfer may take
     NDECK_SCHEDULE_LIMIT = 1 << 20,   // bytes of a schedule
+    NDECK_SCHEDULE_MS = 120000,       // that its transfer may take: no other one begins before its end
     NDECK_LAYOUT_FILE_LIMIT = 1 << 20 // bytes of a layout file
 };
 
@@ -24,6 +26,8 @@ void nDeckMakeFolder();
 // 1 for a bare name that neither leads out of the folder nor is one of the client's own; a name that is
 // refused is traced. name: without a suffix.
 bool nDeckIsFileName(const char* name);
+// The name that a file has in use: what is before its suffixes.
+chString nDeckPlainName(const chString& name);
 // Whether the name is longer than the suffix and ends in it; what is before it.
 bool nDeckHasSuffix(const chString& name, const char* suffix);
 chString nDeckWithoutSuffix(const chString& name, const char* suffix);

@@ -1,6 +1,5 @@
 #include "signage/nDeckListSaver.h"
 #include "signage/nDeckFolder.h"
-#include "support/file/atomicSave.h"
 #include "support/file/chAtomicFile.h"
 #include "support/file/fileTools.h"
 #include "support/host/createObject.h"
@@ -19,7 +18,9 @@ public:
     // The files come first: a record never says more than the disk holds.
     int exec() override
     {
-        bSaved = (!bFiles || fileFlushFolder(NDECK_FOLDER)) && Store();
+        chAtomicFile file;
+        bSaved = (!bFiles || fileFlushFolder(NDECK_FOLDER)) && file.Open(NDECK_LIST) &&
+                 file.Write(text.data(), text.size()) && file.Flush() && Store(file) && file.FlushFolder();
         if (!bSaved)
             nuxTrace(TRACE_NOTE, "the list of the signage files cannot be saved");
         return 1;
@@ -30,13 +31,14 @@ public:
     bool bSaved = false;
 
 private:
-    bool Store() const
+    // Nothing slow happens here: the user interface may be about to store a newer text.
+    bool Store(chAtomicFile& file) const
     {
         const std::lock_guard<std::mutex> lock(g_storing);
         if (nTurn < g_nStored)
             return true;
         g_nStored = nTurn;
-        return fileSaveAtomic(NDECK_LIST, text.data(), text.size()) != 0;
+        return file.Commit(0) != 0;
     }
 };
 

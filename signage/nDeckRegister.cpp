@@ -45,6 +45,7 @@ void nDeckRegister::OnRegisterDisplay()
     action.strRemoteUrl = address;
     action.strLocalFile = NDECK_REGISTER_REPLY;
     action.nSizeLimit = NDECK_REPLY_LIMIT;
+    action.nTimeLimit = NDECK_REPLY_MS;
     action.SetCallback(this);
     PostAction(action);
     action.Release();

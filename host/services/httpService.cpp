@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QMutex>
 #include <QNetworkAccessManager>
+#include <QNetworkProxy>
 #include <QThread>
 #include <algorithm>
 #include <atomic>
@@ -36,6 +37,17 @@ bool isLatest(const tagHttpJob& job)
     QMutexLocker lock(&asked.mutex);
     return asked.actions.value(job.hold->number()).nTurn == job.nTurn;
 }
+
+// Direct, in words that keep the sockets buffered: of an unbuffered one the head of an answer is read byte by
+// byte, each from the system.
+class DirectProxy : public QNetworkProxyFactory
+{
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery&) override
+    {
+        return {QNetworkProxy(QNetworkProxy::DefaultProxy)};
+    }
+};
 
 // The thread ends before the process's statics do.
 class NetworkThread : public QThread
@@ -80,6 +92,7 @@ void httpService::prepare(HttpAction& action, const taskHoldRef& hold)
     job.file = action.strLocalFile.GetText();
     job.server = httpTransfer::serverOf(job.url);
     job.nSizeLimit = action.nSizeLimit;
+    job.nTimeLimit = action.nTimeLimit;
     job.bFlush = action.bFlush != 0;
     job.bCheckSum = action.bCheckSum != 0;
     job.hold = hold;
@@ -196,9 +209,12 @@ void httpService::startNext(const QByteArray& server)
 
 void httpService::begin(const tagHttpJob& job)
 {
-    if (!m_pManager)
+    if (!m_pManager) {
         m_pManager = new QNetworkAccessManager(this);
-    httpTransfer* transfer = new httpTransfer(job, [this](httpTransfer* its, bool good) { done(its, good); });
+        m_pManager->setProxyFactory(new DirectProxy);
+    }
+    httpTransfer* transfer =
+        new httpTransfer(job, m_room, [this](httpTransfer* its, bool good) { done(its, good); });
     m_active.append(transfer);
     ++m_servers[job.server].nActive;
     transfer->start(*m_pManager);

@@ -1,6 +1,7 @@
 #pragma once
 // The network thread: it starts with the first transfer, and all transfers run on it. At most a few at
 // a time go to one server; the others wait their turn.
+#include "host/services/diskRoom.h"
 #include "host/services/taskBook.h"
 #include <QByteArray>
 #include <QHash>
@@ -20,6 +21,7 @@ struct tagHttpJob
     QByteArray file;   // device path
     QByteArray server; // scheme, host and port
     qint64 nSizeLimit = 0;
+    int nTimeLimit = 0;
     bool bFlush = true;
     bool bCheckSum = false;
     quint64 nTurn = 0; // counts the postings of one action
@@ -63,6 +65,7 @@ private:
     void done(httpTransfer* transfer, bool good);
 
     QNetworkAccessManager* m_pManager = nullptr;
+    diskRoom m_room;
     QHash<QByteArray, tagServer> m_servers;
     QHash<quint64, int> m_jobs; // that wait or are active, of each action
     QList<httpTransfer*> m_active;

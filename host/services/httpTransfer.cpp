@@ -1,8 +1,6 @@
 #include "host/services/httpTransfer.h"
-#include "host/services/storageSpace.h"
 #include "support/file/path.h"
 #include "support/host/http.h"
-#include "support/host/storage.h"
 #include "support/host/trace.h"
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -13,6 +11,13 @@ namespace {
 constexpr qint64 kBlock = 64 << 10;
 constexpr int kStatusGood = 200;
 constexpr qint64 kReadAhead = 1 << 20; // bytes that may wait for their place in the file
+
+QByteArray folderOf(const QByteArray& file)
+{
+    chString folder(file.constData());
+    pathRemoveFileSpec(folder);
+    return QByteArray(folder.GetText());
+}
 
 QUrl addressOf(const QByteArray& url)
 {
@@ -47,12 +52,15 @@ QByteArray httpTransfer::serverOf(const QByteArray& url)
                                     QUrl::RemoveFragment);
 }
 
-httpTransfer::httpTransfer(const tagHttpJob& job, DoneCall done) : m_job(job), m_done(std::move(done))
+httpTransfer::httpTransfer(const tagHttpJob& job, diskRoom& room, DoneCall done)
+    : m_job(job), m_folder(folderOf(job.file)), m_room(room), m_done(std::move(done))
 {
     m_stall.setSingleShot(true);
     m_stall.setTimerType(Qt::PreciseTimer);
     m_stall.setInterval(STALL_MS);
     connect(&m_stall, &QTimer::timeout, this, [this] { fail("nothing comes any more"); });
+    m_end.setSingleShot(true);
+    connect(&m_end, &QTimer::timeout, this, [this] { fail("it takes too long"); });
 }
 
 httpTransfer::~httpTransfer()
@@ -76,12 +84,14 @@ void httpTransfer::start(QNetworkAccessManager& manager)
     connect(m_pReply, &QNetworkReply::readyRead, this, [this] { onData(); });
     connect(m_pReply, &QNetworkReply::finished, this, [this] { onFinished(); });
     m_stall.start();
+    m_end.start(m_job.nTimeLimit > 0 ? qMin<int>(m_job.nTimeLimit, MOST_MS) : MOST_MS);
 }
 
 void httpTransfer::giveUp()
 {
     m_done = nullptr;
     m_stall.stop();
+    m_end.stop();
     m_file.Abandon();
     if (!m_pReply)
         return;
@@ -109,7 +119,7 @@ void httpTransfer::onHead()
     m_stall.start();
     if (status() == kStatusGood && announcedSize() > sizeLimit())
         fail("it is too large");
-    else if (status() == kStatusGood && !hasRoom(announcedSize()))
+    else if (status() == kStatusGood && !m_room.ask(m_folder, announcedSize()))
         fail("there is no room for it");
 }
 
@@ -154,7 +164,7 @@ bool httpTransfer::store(const QByteArray& bytes)
     m_nReceived += bytes.size();
     if (m_job.bCheckSum)
         m_hash.addData(bytes);
-    return m_nReceived <= sizeLimit() && hasRoom(bytes.size()) && openFile() &&
+    return m_nReceived <= sizeLimit() && m_room.take(m_folder, bytes.size()) && openFile() &&
            m_file.Write(bytes.constData(), size_t(bytes.size()));
 }
 
@@ -188,14 +198,6 @@ qint64 httpTransfer::announcedSize() const
     return size.isValid() ? size.toLongLong() : -1;
 }
 
-bool httpTransfer::hasRoom(qint64 more) const
-{
-    chString folder(m_job.file.constData());
-    pathRemoveFileSpec(folder);
-    const qint64 free = getFreeSpace(folder);
-    return free < 0 || free - PathReservedSpace(folder, storageSpaceOf(folder)) >= more;
-}
-
 void httpTransfer::onFinished()
 {
     const taskUse use(*m_job.hold);
@@ -209,6 +211,7 @@ void httpTransfer::conclude()
     if (!m_done)
         return;
     m_stall.stop();
+    m_end.stop();
     if (m_pReply && !m_szFailure && status() == 0)
         m_szFailure = "the server does not answer";
     if (m_pReply && !m_szFailure)

@@ -11,13 +11,15 @@ class httpTransfer : public QObject
 {
 public:
     enum : int {
-        STALL_MS = 30000, // without a byte
-        MAX_REDIRECTS = 5 // never from https to http, never to anything else
+        STALL_MS = 30000,         // without a byte
+        MOST_MS = 30 * 60 * 1000, // in all
+        MAX_REDIRECTS = 5         // never from https to http, never to anything else
     };
     static constexpr qint64 MAX_SIZE = 256 << 20; // bytes
 
     using DoneCall = std::function<void(httpTransfer* transfer, bool good)>;
-    httpTransfer(const tagHttpJob& job, DoneCall done);
+    // room: of the disk, shared by all transfers; outlives them.
+    httpTransfer(const tagHttpJob& job, diskRoom& room, DoneCall done);
     ~httpTransfer() override;
 
     void start(QNetworkAccessManager& manager);
@@ -39,7 +41,6 @@ private:
     void onFinished();
     void fail(const char* reason);
     bool isAnswerGood();
-    bool hasRoom(qint64 more) const;
     bool openFile();
     bool store(const QByteArray& bytes);
     int status() const;
@@ -48,9 +49,12 @@ private:
     const char* whatIsWrong();
 
     tagHttpJob m_job;
+    QByteArray m_folder; // of its file, device path
+    diskRoom& m_room;
     DoneCall m_done;
     QNetworkReply* m_pReply = nullptr;
     QTimer m_stall;
+    QTimer m_end;
     chAtomicFile m_file;
     bool m_bOpen = false;
     qint64 m_nReceived = 0;

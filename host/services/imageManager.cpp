@@ -2,6 +2,7 @@
 #include "support/file/fileTools.h"
 #include "support/host/image.h"
 #include "support/host/text.h"
+#include <QCoreApplication>
 #include <QHash>
 #include <QImageReader>
 #include <QThreadPool>
@@ -9,12 +10,15 @@
 #include <cstring>
 #include <ctime>
 #include <deque>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
 
 constexpr qsizetype kMemoryLimit = 16 << 20; // bytes of pixels; what is kept does not count
 constexpr qsizetype kNodeCost = 256;         // also of a picture that is not there
 constexpr size_t kMostPrepared = 16;         // pictures that wait to be read ahead
+constexpr int kNiceAhead = 10;               // of the thread that reads ahead
 constexpr qint64 kLookMs = 100;              // a file is looked at no more often
 
 struct ImageKey
@@ -71,6 +75,13 @@ void scaleToFit(QImageReader& reader, QSize room)
     reader.setScaledSize(turned ? fitting.transposed() : fitting);
 }
 
+// Whatever is shown or fetched now comes before what may be shown later. The thread's own, and for good.
+void giveWay()
+{
+    static thread_local const int done = setpriority(PRIO_PROCESS, id_t(gettid()), kNiceAhead);
+    (void)done;
+}
+
 // room: empty for the picture as it is. Any thread.
 QImage readPicture(const char* path, QSize room)
 {
@@ -109,6 +120,7 @@ struct ImageManager::Private
     std::deque<QByteArray> toPrepare;
     bool preparing = false;
     QObject here; // on the user-interface thread
+    QThreadPool ahead;
 };
 
 // The node, read again when its file changed. Valid until the next call.
@@ -195,14 +207,18 @@ void ImageManager::Private::PrepareNext()
         if (found != nodes.end() && IsCurrent(*found, path))
             continue;
         preparing = true;
-        QThreadPool::globalInstance()->start([this, path] {
-            ImageNode node;
-            node.root = deviceGetRootNumber();
-            fileStat(path.constData(), node.stat);
+        ahead.start([this, path] {
+            giveWay();
+            const unsigned root = deviceGetRootNumber();
+            tagFileStat stat;
+            fileStat(path.constData(), stat);
             const QImage image = readForScreen(path.constData());
             QMetaObject::invokeMethod(
                 &here,
-                [this, path, node, image]() mutable {
+                [=] {
+                    ImageNode node;
+                    node.root = root;
+                    node.stat = stat;
                     node.pixmap = QPixmap::fromImage(image);
                     TakePrepared(path, node);
                 },
@@ -225,7 +241,12 @@ void ImageManager::Private::TakePrepared(const QByteArray& path, const ImageNode
     PrepareNext();
 }
 
-ImageManager::ImageManager() : m_p(new Private) {}
+ImageManager::ImageManager() : m_p(new Private)
+{
+    m_p->ahead.setMaxThreadCount(1);
+    // What reads pictures goes with the application.
+    qAddPostRoutine([] { GetImageManager()->m_p->ahead.waitForDone(); });
+}
 
 ImageManager::~ImageManager()
 {

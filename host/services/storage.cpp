@@ -95,13 +95,11 @@ void device_UnRegisterNotify(chMsgProcesser* processer, const char* path)
 long long getFreeSpace(const char* path)
 {
     chString place(path);
-    while (!pathFileExist(place)) {
+    struct statvfs info;
+    while (statvfs(devicePathFollow(place), &info) != 0) {
         if (!pathRemoveFileSpec(place))
             return -1;
     }
-    struct statvfs info;
-    if (statvfs(devicePath(place), &info) != 0)
-        return -1;
     return static_cast<long long>(info.f_bavail) * static_cast<long long>(info.f_frsize);
 }
 

@@ -159,11 +159,26 @@ bool chAtomicFile::FlushData() const
     return copy >= 0 && sys().close(copy) == 0;
 }
 
+int chAtomicFile::FlushFolder() const
+{
+    const int folder = OpenFolder();
+    if (folder < 0)
+        return 0;
+    const bool flushed = sys().fsync(folder) == 0;
+    sys().close(folder);
+    return flushed;
+}
+
+int chAtomicFile::OpenFolder() const
+{
+    return sys().open(m_strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+}
+
 bool chAtomicFile::Publish(bool flush) const
 {
     if (!flush)
         return sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;
-    const int folder = sys().open(m_strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    const int folder = OpenFolder();
     if (folder < 0)
         return false;
     const bool renamed = sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;

@@ -18,9 +18,13 @@ public:
     int Open(const char* path, mode_t mode = 0);
     // 0 when the bytes cannot all be stored.
     int Write(const char* data, size_t size);
+    // What was written is on the disk, which takes a while; the file is not yet in its place.
+    int Flush() const { return m_nFd >= 0 && FlushData(); }
     // Puts the file in its place, safe from a loss of power. 0: the old one is as it was. Closes.
-    // bFlush 0: safe from that only when the folder was flushed (fileFlushFolder).
+    // bFlush 0: safe from that only when the folder was flushed (FlushFolder, fileFlushFolder).
     int Commit(int bFlush = 1);
+    // After a Commit without a flush: puts the file's name on the disk too.
+    int FlushFolder() const;
     // Leaves the old file as it was and nothing beside it.
     void Abandon();
 
@@ -31,6 +35,7 @@ private:
     bool RemoveStale() const;
     bool TakeOverOwner() const;
     bool FlushData() const;
+    int OpenFolder() const;
     bool Publish(bool flush) const;
 
     std::string m_strTarget; // machine paths

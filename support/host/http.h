@@ -7,7 +7,7 @@
 class QNetworkReply;
 
 // Fetches strRemoteUrl into strLocalFile (a device path). Good only with status 200 and the full
-// length; stalled for 30 seconds it fails. The file is complete and in place, and untouched by a
+// length; stalled for 30 seconds, or dripping for longer than its time, it fails. The file is complete and in place, and untouched by a
 // failed transfer, before the callback is told.
 class HX_HOST_API HttpAction : public QObject, public taskAction
 {
@@ -21,6 +21,8 @@ public:
     chString strLocalFile; // set before posting
     // Set before posting. Bytes; a longer answer fails as soon as that is known. 0: the host's own limit.
     long long nSizeLimit = 0;
+    // Set before posting. Milliseconds from the first byte sent to the last one received; 0: half an hour.
+    int nTimeLimit = 0;
     // Set before posting. 0: the file may be lost with the power until its owner calls fileFlushFolder.
     int bFlush = 1;
     // Set before posting. 1: strCheckSum is wanted.

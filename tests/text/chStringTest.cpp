@@ -297,7 +297,8 @@ TEST_F(String, TakesAPartOfItself)
     EXPECT_STREQ(text, "cde");
     EXPECT_TRUE(isSound(text));
     chString shared("abcdef"), other(shared);
-    shared.CopyTextFrom(shared.GetText() + 4, -1);
+    const char* tail = strchr(shared.GetText(), 'e');
+    shared.CopyTextFrom(tail, -1);
     EXPECT_STREQ(shared, "ef");
     EXPECT_STREQ(other, "abcdef");
 }
