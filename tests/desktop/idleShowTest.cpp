@@ -236,6 +236,41 @@ TEST_F(IdleShow, AClientThatShowsNothingLeavesTheHomeScreenAsItIs)
     EXPECT_EQ(home->findChild<idleShow*>()->state(), idleShow::CORNER);
 }
 
+TEST_F(IdleShow, ASaverThatIsDueSoonAfterTheCornerComesInTime)
+{
+    setSaverTime(22);
+    touch();
+    kit::stepTime(21900);
+    EXPECT_EQ(shown(), kShowCorner);
+    kit::stepTime(200);
+    EXPECT_TRUE(endsWith(kShowFull)) << shown();
+}
+
+TEST_F(IdleShow, ASaverThatCannotShowIsTriedAgain)
+{
+    switches().shows = false;
+    setSaverTime(10);
+    touch();
+    kit::stepTime(10100);
+    EXPECT_EQ(shown(), kShowFull);
+    EXPECT_EQ(home->findChild<idleShow*>()->state(), idleShow::AWAY);
+    switches().shows = true;
+    kit::stepTime(5100);
+    EXPECT_EQ(shown(), both(kShowFull, kShowFull));
+    EXPECT_EQ(home->findChild<idleShow*>()->state(), idleShow::FULL);
+}
+
+TEST_F(IdleShow, AClientThatIsSwitchedOnShowsAtOnceOnAnIdlePhone)
+{
+    switches().saver = false;
+    switchClient(0);
+    kit::stepTime(60000);
+    EXPECT_EQ(shown(), "");
+    switchClient(1);
+    kit::stepTime(10);
+    EXPECT_EQ(shown(), kShowCorner);
+}
+
 namespace {
 
 class PaintCounter : public QObject

@@ -453,6 +453,32 @@ TEST_F(Http, ActionDestroyedDuringItsTransferEndsIt)
     expectUntouched();
 }
 
+TEST_F(Http, ActionDestroyedBeforeItsTurnIsNeverAskedFor)
+{
+    QList<QTcpSocket*> open;
+    server.onRequest = [&](QTcpSocket& socket, const QByteArray&) { open.append(&socket); };
+    for (int i = 0; i < httpService::MAX_FOR_SERVER; ++i) {
+        HttpAction* own = create(server.url("/slow"), "/rundata/data/slow", &callback);
+        PostAction(*own);
+        own->Release();
+    }
+    ASSERT_TRUE(requestArrived(httpService::MAX_FOR_SERVER));
+    auto own = std::make_unique<HttpAction>();
+    own->strRemoteUrl = server.url("/waiting").constData();
+    own->strLocalFile = kTarget;
+    own->SetCallback(&callback);
+    PostAction(*own);
+    letNetworkLook();
+    own.reset();
+    letNetworkLook();
+    for (QTcpSocket* socket : open)
+        socket->write(httpServer::answer("body"));
+    EXPECT_TRUE(kit::waitUntil([&] { return callback.calls == httpService::MAX_FOR_SERVER; }));
+    answerWith(httpServer::answer("new"));
+    EXPECT_EQ(fetch(server.url("/last")), 1);
+    EXPECT_FALSE(server.paths.contains("/waiting"));
+}
+
 TEST_F(Http, ManyTransfersToOneServerAllArriveAFewAtATime)
 {
     QList<QTcpSocket*> open;

@@ -308,6 +308,21 @@ TEST_F(DisplayShow, NewFrameTakesTheOldOnesPlace)
     EXPECT_EQ(current(), "b.xml");
     EXPECT_EQ(panels().size(), 1);
     EXPECT_EQ(pixel(300, 240), qRgb(0, 0, 255));
+    EXPECT_TRUE(frame().findChildren<nDeckCover*>().isEmpty()) << "no text is awaited";
+}
+
+TEST_F(DisplayShow, RegionWithoutMediaGetsNoPanel)
+{
+    addColours();
+    addLayout("a.xml", layout(region(QRect(0, 0, 100, 100), "") + region(image("red.png", ""))));
+    takeUp();
+    show();
+    EXPECT_EQ(panels().size(), 1);
+    EXPECT_EQ(pixel(300, 240), qRgb(255, 0, 0));
+    mark();
+    kit::stepTime(1000);
+    EXPECT_GT(rounds(), 1);
+    EXPECT_FALSE(traced("nDeckFrame::CreatePanel(L:0,R:800,T:0,B:480)")) << "what shows is left alone";
 }
 
 TEST_F(DisplayShow, FileThatWaitsIsPutIntoUseBetweenLayouts)

@@ -283,6 +283,37 @@ TEST_F(FrameDraw, VideoStandsAtTheAlignedPlaceOnTheScreen)
     viewer()->GetVideoRect(place);
     EXPECT_EQ(place, QRect(112, 50, 288, 200));
     EXPECT_EQ(pixel(250, 150), qRgb(0, 0, 0));
+    EXPECT_EQ(pixel(105, 150), qRgb(0, 0, 0)) << "the part of the panel that the video does not reach";
+}
+
+TEST_F(FrameDraw, VideoThatGivesWayToAPictureStops)
+{
+    show();
+    kit::stepTime(600);
+    addFile("film.mp4", "film");
+    addFile("red.png", picture(Qt::red));
+    put(region(video("film.mp4", "1") + image("red.png", "5")));
+    mark();
+    kit::stepTime(600);
+    EXPECT_TRUE(traced("StartPlayVideo!"));
+    put(region(video("film.mp4", "0") + image("red.png", "5")));
+    ASSERT_NE(viewer(), nullptr);
+    mark();
+    kit::stepTime(600);
+    EXPECT_EQ(viewer(), nullptr);
+    EXPECT_FALSE(traced("StartPlayVideo!"));
+}
+
+TEST_F(FrameDraw, VideoOfAHiddenFrameIsNotStarted)
+{
+    put(region(video("one.mp4", "2") + video("two.mp4", "2")));
+    show();
+    kit::stepTime(600);
+    nDeckWindowDisplay(0, NDECK_WINDOW_PAGE, nullptr, kFull);
+    mark();
+    kit::stepTime(3000);
+    EXPECT_TRUE(traced("nDeckPanel::UpdateVideo (two.mp4) is not in filelist"));
+    EXPECT_FALSE(traced("StartPlayVideo!"));
 }
 
 TEST_F(FrameDraw, ButtonOverAVideoHasAHole)
@@ -305,6 +336,7 @@ TEST_F(FrameDraw, VideoPausesInACall)
     EXPECT_FALSE(viewer()->pixmap().isNull());
     const QImage pause(hostPath("/phone/resource/theme/default/bmp/misc/video_pause.jpg"));
     EXPECT_EQ(pixel(20, 20), pause.pixel(20, 20));
+    EXPECT_TRUE(viewer()->hasScaledContents());
     kit::shot("signage_pause");
 }
 
@@ -357,4 +389,36 @@ TEST_F(FrameDraw, ResizeInACallStopsTheVideoAndShowsThePausePicture)
     kit::settle();
     EXPECT_TRUE(viewer()->pixmap().isNull());
     frame().SetFrameParent(nullptr, QRect());
+}
+
+TEST_F(FrameDraw, TextIsScaledWithItsPanel)
+{
+    put(region(text("hello", "50")));
+    QWidget home;
+    home.resize(800, 480);
+    home.show();
+    showIn(home, QRect(0, 0, 800, 480));
+    auto* view = frame().findChild<QWebView*>();
+    ASSERT_NE(view, nullptr);
+    EXPECT_DOUBLE_EQ(view->zoomFactor(), 1.0);
+    frame().SetRectRate(0.5f);
+    frame().resize(400, 240);
+    kit::settle();
+    EXPECT_EQ(view->geometry(), QRect(0, 0, 400, 240));
+    EXPECT_DOUBLE_EQ(view->zoomFactor(), 0.5);
+    frame().SetFrameParent(nullptr, QRect());
+}
+
+TEST_F(FrameDraw, PictureThatComesBackToThePoolIsEmpty)
+{
+    addFile("red.png", picture(Qt::red));
+    put(region(image("red.png", "5")));
+    show();
+    auto* label = qobject_cast<QLabel*>(panel()->GetContent());
+    ASSERT_NE(label, nullptr);
+    EXPECT_FALSE(label->pixmap().isNull());
+    frame().ClearPannels();
+    EXPECT_TRUE(label->pixmap().isNull());
+    EXPECT_FALSE(label->isVisible());
+    EXPECT_EQ(label->parentWidget(), nullptr);
 }

@@ -287,6 +287,16 @@ TEST_F(Registration, StaysAsItWasAfterAScheduleWithoutAResult)
     EXPECT_EQ(state(), 1);
 }
 
+TEST_F(Registration, AnAnswerIsWrittenOverTheOneBefore)
+{
+    EXPECT_TRUE(WriteRegisterInfo("a long answer"));
+    EXPECT_EQ(readFile(kResult), "a long answer");
+    EXPECT_TRUE(WriteRegisterInfo("short"));
+    EXPECT_EQ(readFile(kResult), "short");
+    EXPECT_TRUE(WriteRegisterInfo(""));
+    EXPECT_EQ(readFile(kResult), "");
+}
+
 TEST_F(Registration, IsNotTriedAgainByItself)
 {
     server.http.close();

@@ -126,6 +126,34 @@ TEST_F(ShowQuality, OldPictureStaysUntilTheTextIsThere)
     EXPECT_EQ(pixel(300, 400), qRgb(255, 255, 255));
 }
 
+TEST_F(ShowQuality, TouchReachesTheButtonBelowTheOldPicture)
+{
+    addFile("red.png", picture(Qt::red));
+    addLayout("a.xml", layout(region(image("red.png", "5"))));
+    addLayout("b.xml", layout(region(text("hello", "60", "phoneNum=\"123\""))));
+    takeUp();
+    show();
+    nextLayout();
+    ASSERT_EQ(frame().findChildren<nDeckCover*>().size(), 1);
+    mark();
+    kit::tap(QPoint(400, 460));
+    EXPECT_EQ(logged("dial").size(), 1);
+}
+
+TEST_F(ShowQuality, OldPictureGoesWhenTheFrameGetsAnotherSize)
+{
+    addFile("red.png", picture(Qt::red));
+    addLayout("a.xml", layout(region(image("red.png", "5"))));
+    addLayout("b.xml", layout(region(text("hello", "60"))));
+    takeUp();
+    show();
+    nextLayout();
+    ASSERT_EQ(frame().findChildren<nDeckCover*>().size(), 1);
+    frame().resize(400, 240);
+    kit::settle();
+    EXPECT_TRUE(frame().findChildren<nDeckCover*>().isEmpty());
+}
+
 TEST_F(ShowQuality, NeitherTextIsEverMissing)
 {
     const char* const left = "<div style=\"background:#000;height:400px\">one</div>";

@@ -428,6 +428,30 @@ TEST_F(SyncCycle, DoesNotSweepTheFolderAfterADamagedSchedule)
     EXPECT_TRUE(records().contains("two.png.ing"));
 }
 
+TEST_F(SyncCycle, RemovesTheMediaThatADamagedScheduleDoesNotName)
+{
+    server.medias = {{"one.png", "1"}, {"two.png", "2"}};
+    ASSERT_TRUE(syncIntoUse());
+    server.medias.removeLast();
+    server.schedule = server.scheduleText();
+    server.schedule.chop(3);
+    ASSERT_TRUE(sync());
+    EXPECT_EQ(deckFiles(), QStringList{"one.png"});
+    EXPECT_EQ(records(), QStringList{"one.png"});
+}
+
+TEST_F(SyncCycle, PassesOverElementsThatItDoesNotKnow)
+{
+    server.layouts = {{"a.xml", "<layout/>"}, {"b.xml", "<layout/>"}};
+    server.medias = {{"one.png", "1"}};
+    server.schedule = server.scheduleText();
+    server.schedule.replace("<layout file=\"b.xml\"", "<note/><layout file=\"b.xml\"");
+    server.schedule.replace("<file type=\"media\"", "<folder type=\"media\"/><file type=\"media\"");
+    ASSERT_TRUE(syncIntoUse());
+    EXPECT_EQ(names(manager.GetDisplayFrame().layouts), (QStringList{"a.xml", "b.xml"}));
+    EXPECT_EQ(names(manager.GetDisplayFrame().medias), QStringList{"one.png"});
+}
+
 TEST_F(SyncCycle, AFileThatLandsBeforeTheNextScheduleDoesNotTakeUpAnEmptyFrame)
 {
     server.layouts = {{"a.xml", "<layout/>"}};

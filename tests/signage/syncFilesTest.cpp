@@ -382,3 +382,12 @@ TEST_F(SyncFiles, AFileThatIsGoneWhenItIsToBePutIntoUseLeavesTheOldOne)
     EXPECT_EQ(records(), (QStringList{"one.png", "two.png"}));
     ASSERT_TRUE(quiet());
 }
+
+TEST_F(SyncFiles, AFileThatCannotBePutAsideIsRequestedAgainWithinTheBudget)
+{
+    QDir().mkpath(hostPath("/rundata/nDeck/one.png.new/in the way"));
+    server.medias = {{"one.png", "1"}};
+    ASSERT_TRUE(syncIntoUse());
+    EXPECT_EQ(server.requests("one.png"), 4);
+    EXPECT_EQ(records(), QStringList{"one.png.ing"});
+}

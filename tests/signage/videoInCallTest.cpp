@@ -130,6 +130,19 @@ TEST_F(SignageVideoInCall, TheSameParametersAgainChangeNothing)
     EXPECT_FALSE(manager().IsMoviePlaying());
 }
 
+TEST_F(SignageVideoInCall, ToldAgainThatThereIsNoCallItMakesItsParametersUpAnew)
+{
+    play();
+    manager().PausePlayVideo();
+    EXPECT_TRUE(manager().SetPlayParam(nullptr, 0));
+    media->forget();
+    start();
+    ASSERT_TRUE(media->hears(1));
+    const VOICE_PARAM voice = recordOf<VOICE_PARAM>(media->told()[0]);
+    EXPECT_EQ(voice.nAudLocalPort, 35800);
+    EXPECT_EQ(voice.rcRemote.width, 304);
+}
+
 TEST_F(SignageVideoInCall, TheWindowOfACallLeavesTheSpeakerToTheCall)
 {
     manager();

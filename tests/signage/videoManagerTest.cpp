@@ -1,3 +1,4 @@
+#include "signage/nDeckRegister.h"
 #include "tests/signage/signageVideo.h"
 
 namespace {
@@ -381,6 +382,10 @@ TEST_F(SignageVideo, AStopEndsTheSessionAndForgetsIt)
     start();
     EXPECT_TRUE(isTraced("Play Region(0, 0, -1, -1) is invalid!"));
     EXPECT_EQ(movieMessages(), QList<unsigned>{0x110006});
+    manager().SetPlayRegion(region());
+    start();
+    EXPECT_TRUE(isTraced("m_bMakeUpParam = 0, bOk = 0 movelpay = ")) << "the file is forgotten too";
+    EXPECT_EQ(movieMessages(), QList<unsigned>{0x110006});
 }
 
 TEST_F(SignageVideo, AStopAlsoForgetsAMovieThatPauses)
@@ -440,6 +445,35 @@ TEST_F(SignageVideo, WithTheClientDisabledOnlyAForcedStopWorks)
     EXPECT_EQ(movieMessages(), QList<unsigned>{0x110006});
     EXPECT_EQ(media->messages(), QList<unsigned>{0x70002});
     EXPECT_EQ(dev_get_output_mute(), 0);
+}
+
+TEST_F(SignageVideo, AStartThatWaitsWhenTheClientIsDisabledPlaysNothing)
+{
+    startPlayers();
+    prepare();
+    manager().StartPlayVideo();
+    enable(0);
+    kit::stepTime(5000);
+    EXPECT_FALSE(isTraced("StartPlayVideo!"));
+    EXPECT_TRUE(movieMessages().isEmpty());
+}
+
+TEST_F(SignageVideo, TheEndOfTheClientStopsItAlsoWhenItIsDisabledByThen)
+{
+    play();
+    enable(0);
+    OnUnLaunchNDeck();
+    EXPECT_EQ(movieMessages(), QList<unsigned>{0x110006});
+    EXPECT_EQ(media->messages(), QList<unsigned>{0x70002});
+    EXPECT_EQ(dev_get_output_mute(), 0);
+}
+
+TEST_F(SignageVideo, TheEndOfTheManagerStopsWhatPlays)
+{
+    play();
+    manager().UninitializeManager();
+    EXPECT_EQ(movieMessages(), QList<unsigned>{0x110006});
+    EXPECT_EQ(media->messages(), QList<unsigned>{0x70002});
 }
 
 TEST_F(SignageVideo, AMissingMediaServerHoldsNothingUp)

@@ -3,6 +3,7 @@
 #include "tests/signage/displayFixture.h"
 #include <QApplication>
 #include <QFocusEvent>
+#include <QResizeEvent>
 
 class WindowShow : public DisplayTest
 {
@@ -86,6 +87,29 @@ TEST_F(WindowShow, PressOutsideAButtonEndsAnIdleShow)
     kit::release(QPoint(700, 400));
 }
 
+TEST_F(WindowShow, PressThatEndsAnIdleShowGoesNoFurther)
+{
+    class PressCounter : public QObject
+    {
+    public:
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            presses += event->type() == QEvent::MouseButtonPress;
+            return false;
+        }
+        int presses = 0;
+    } counter;
+    show(NDECK_WINDOW_PAGE);
+    panels()[0]->GetContent()->installEventFilter(&counter);
+    kit::tap(QPoint(150, 150));
+    EXPECT_EQ(counter.presses, 1);
+    show(NDECK_WINDOW_IDLE);
+    kit::press(QPoint(250, 150));
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_EQ(counter.presses, 1);
+    kit::release(QPoint(250, 150));
+}
+
 TEST_F(WindowShow, PressOnAButtonDoesNotEndAnIdleShow)
 {
     show(NDECK_WINDOW_IDLE);
@@ -140,8 +164,13 @@ TEST_F(WindowShow, FrameThatIsToldOfItsOwnWindowHides)
     QEvent deactivate(QEvent::WindowDeactivate);
     QCoreApplication::sendEvent(&frame(), &deactivate);
     EXPECT_FALSE(frame().isVisible());
+    EXPECT_EQ(display().IsShowLayout(), 0);
     EXPECT_TRUE(traced("-----nDeckFrame removeEventFilter----------"));
     EXPECT_TRUE(traced("-----nDeckPanel removeEventFilter----------"));
+    mark();
+    QResizeEvent resize(QSize(150, 100), QSize(300, 200));
+    QCoreApplication::sendEvent(panels()[0], &resize);
+    EXPECT_TRUE(traced("nDeckPanel::eventFilter fRcRate(1.00)")) << "it still lays out what it holds";
 }
 
 TEST_F(WindowShow, HiddenShowIsDrawnAnewWhenItComesBack)
@@ -281,6 +310,7 @@ TEST_F(WindowShow, FrameWithoutAParentIsHidden)
     show();
     frame().SetFrameParent(nullptr, QRect(0, 0, 800, 480));
     EXPECT_EQ(frame().parentWidget(), nullptr);
+    EXPECT_TRUE(frame().size().isEmpty());
     EXPECT_FALSE(frame().isVisible());
 }
 
@@ -305,4 +335,62 @@ TEST_F(WindowShow, FullWindowBringsTheRateBackToOne)
     show();
     EXPECT_FLOAT_EQ(frame().GetRectRate(), 1.0f);
     EXPECT_EQ(panels()[0]->geometry(), QRect(100, 100, 300, 200));
+}
+
+TEST_F(WindowShow, FrameThatMovesWhileItIsHiddenIsDrawnAnew)
+{
+    std::unique_ptr<QWidget> home(newWindow());
+    showIn(home.get(), QRect(10, 20, 400, 240));
+    frame().hide();
+    m_frame.layouts.clear();
+    addFile("blue.png", picture(Qt::blue));
+    addLayout("b.xml", layout(region(image("blue.png", "500"))));
+    takeUp();
+    frame().SetFocusnDeckWidgetParent();
+    EXPECT_TRUE(frame().isVisible());
+    EXPECT_EQ(panels().size(), 1);
+    EXPECT_EQ(pixel(200, 120), qRgb(0, 0, 255));
+}
+
+TEST_F(WindowShow, FrameOfAnUnknownDisplayThatMovesShowsTheDefaultPicture)
+{
+    std::unique_ptr<QWidget> home(newWindow());
+    showIn(home.get(), QRect(10, 20, 400, 240));
+    frame().hide();
+    GetNDeckRegister().SetRegisterStatus(0);
+    frame().SetFocusnDeckWidgetParent();
+    EXPECT_TRUE(frame().isVisible());
+    EXPECT_TRUE(panels().isEmpty());
+    EXPECT_EQ(background(), NDECK_DEFAULT_PICTURE);
+}
+
+TEST_F(WindowShow, ShownAgainInACallItsVideoStartsAgainWhereTheCallIsOnTop)
+{
+    std::unique_ptr<QWidget> call(newWindow());
+    const QRect place(10, 20, 400, 240);
+    showIn(call.get(), place, NDECK_WINDOW_TALK);
+    kit::stepTime(600);
+    const auto starts = [&](QWidget* parent, E_NDECKWINDOW_TYPE type) {
+        mark();
+        showIn(parent, place, type);
+        kit::stepTime(600);
+        return int(logged("trace").filter("Play Region(").size());
+    };
+    EXPECT_EQ(starts(call.get(), NDECK_WINDOW_TALK), 1);
+    EXPECT_EQ(starts(call.get(), NDECK_WINDOW_IDLE), 0);
+}
+
+TEST_F(WindowShow, WindowThatGoesTakesOnlyItsOwnFrameAlong)
+{
+    std::unique_ptr<QWidget> home(newWindow());
+    showIn(home.get(), QRect(10, 20, 400, 240));
+    show(NDECK_WINDOW_IDLE);
+    window().hide();
+    EXPECT_TRUE(frame().isHidden());
+    show(NDECK_WINDOW_IDLE);
+    frame().SetFrameParent(home.get(), QRect());
+    frame().show();
+    window().hide();
+    EXPECT_FALSE(frame().isHidden());
+    EXPECT_EQ(frame().parentWidget(), home.get());
 }
