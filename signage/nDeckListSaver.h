@@ -8,7 +8,7 @@
 class nDeckListSaver : public ActionCallback
 {
 public:
-    enum : int { PAUSE_MS = 500 }; // between two saves, while change follows change
+    enum : int { PAUSE_MS = 2000 }; // between two saves, while change follows change
 
     // text: what to save, asked for when a save begins.
     explicit nDeckListSaver(std::function<std::string()> text);

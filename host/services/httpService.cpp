@@ -1,4 +1,5 @@
 #include "host/services/httpService.h"
+#include "host/services/giveWay.h"
 #include "host/services/httpTransfer.h"
 #include "support/host/http.h"
 #include <QHash>
@@ -66,6 +67,13 @@ public:
         quit();
         wait();
         delete m_pService;
+    }
+
+protected:
+    void run() override
+    {
+        threadGiveWay(GIVE_WAY_TRANSFERS);
+        exec();
     }
 
 private:
@@ -216,8 +224,8 @@ void httpService::begin(const tagHttpJob& job)
     httpTransfer* transfer =
         new httpTransfer(job, m_room, [this](httpTransfer* its, bool good) { done(its, good); });
     m_active.append(transfer);
-    ++m_servers[job.server].nActive;
-    transfer->start(*m_pManager);
+    const bool hasConnection = ++m_servers[job.server].nActive <= CONNECTIONS;
+    transfer->start(*m_pManager, hasConnection);
 }
 
 void httpService::ended(httpTransfer* transfer)

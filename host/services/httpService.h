@@ -31,7 +31,10 @@ struct tagHttpJob
 class httpService : public QObject
 {
 public:
-    enum : int { MAX_FOR_SERVER = 6 };
+    enum : int {
+        CONNECTIONS = 6,                 // to one server; the toolkit opens no more
+        MAX_FOR_SERVER = 2 * CONNECTIONS // handed to it, so that no connection waits for this thread
+    };
 
     // Any thread.
     static httpService& instance();

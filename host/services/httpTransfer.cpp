@@ -69,7 +69,7 @@ httpTransfer::~httpTransfer()
         m_pReply->deleteLater();
 }
 
-void httpTransfer::start(QNetworkAccessManager& manager)
+void httpTransfer::start(QNetworkAccessManager& manager, bool hasConnection)
 {
     const QUrl url = addressOf(m_job.url);
     if (!isHttpAddress(url)) {
@@ -83,7 +83,10 @@ void httpTransfer::start(QNetworkAccessManager& manager)
     connect(m_pReply, &QNetworkReply::redirected, this, [this] { m_stall.start(); });
     connect(m_pReply, &QNetworkReply::readyRead, this, [this] { onData(); });
     connect(m_pReply, &QNetworkReply::finished, this, [this] { onFinished(); });
-    m_stall.start();
+    for (const auto begins : {&QNetworkReply::socketStartedConnecting, &QNetworkReply::requestSent})
+        connect(m_pReply, begins, this, [this] { m_stall.start(); });
+    if (hasConnection)
+        m_stall.start();
     m_end.start(m_job.nTimeLimit > 0 ? qMin<int>(m_job.nTimeLimit, MOST_MS) : MOST_MS);
 }
 

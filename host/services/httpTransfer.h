@@ -22,7 +22,8 @@ public:
     httpTransfer(const tagHttpJob& job, diskRoom& room, DoneCall done);
     ~httpTransfer() override;
 
-    void start(QNetworkAccessManager& manager);
+    // hasConnection: false while it waits for one, which is no stall of the server.
+    void start(QNetworkAccessManager& manager, bool hasConnection);
     // Ends it, and nobody is told.
     void giveUp();
     // The reply is finished: puts the file in its place if all is well, and tells. Does so once.

@@ -1,3 +1,4 @@
+#include "host/services/giveWay.h"
 #include "support/file/deviceRoot.h"
 #include "support/file/fileTools.h"
 #include "support/host/image.h"
@@ -10,15 +11,12 @@
 #include <cstring>
 #include <ctime>
 #include <deque>
-#include <sys/resource.h>
-#include <unistd.h>
 
 namespace {
 
 constexpr qsizetype kMemoryLimit = 16 << 20; // bytes of pixels; what is kept does not count
 constexpr qsizetype kNodeCost = 256;         // also of a picture that is not there
 constexpr size_t kMostPrepared = 16;         // pictures that wait to be read ahead
-constexpr int kNiceAhead = 10;               // of the thread that reads ahead
 constexpr qint64 kLookMs = 100;              // a file is looked at no more often
 
 struct ImageKey
@@ -73,13 +71,6 @@ void scaleToFit(QImageReader& reader, QSize room)
         return;
     const QSize fitting = size.scaled(room, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
     reader.setScaledSize(turned ? fitting.transposed() : fitting);
-}
-
-// Whatever is shown or fetched now comes before what may be shown later. The thread's own, and for good.
-void giveWay()
-{
-    static thread_local const int done = setpriority(PRIO_PROCESS, id_t(gettid()), kNiceAhead);
-    (void)done;
 }
 
 // room: empty for the picture as it is. Any thread.
@@ -208,7 +199,7 @@ void ImageManager::Private::PrepareNext()
             continue;
         preparing = true;
         ahead.start([this, path] {
-            giveWay();
+            threadGiveWay(GIVE_WAY_READING_AHEAD);
             const unsigned root = deviceGetRootNumber();
             tagFileStat stat;
             fileStat(path.constData(), stat);

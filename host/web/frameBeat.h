@@ -15,7 +15,7 @@ class frameBeat : public QObject
 public:
     // Milliseconds from frame to frame. A frame that is late by a little is still less than 17 ms after the
     // one before.
-    static constexpr int PERIOD = 14;
+    static constexpr int PERIOD = 12;
 
     static frameBeat& instance();
     // Of a widget that the engine draws into: it takes the engine's frame at a timer event, which comes

@@ -142,13 +142,13 @@ TEST_F(HttpLimits, TransfersOfOneServerWaitForTheirTurnAndThoseOfAnotherDoNot)
     server.onRequest = [&held](QTcpSocket& socket, const QByteArray&) { held.append(&socket); };
     for (int i = 0; i < 40; ++i)
         post(make(server, ("/rundata/data/" + QByteArray::number(i)).constData()));
-    ASSERT_TRUE(kit::waitUntil([&] { return held.size() == httpService::MAX_FOR_SERVER; }));
+    ASSERT_TRUE(kit::waitUntil([&] { return held.size() == httpService::CONNECTIONS; }));
     httpServer other;
     other.onRequest = [](QTcpSocket& socket, const QByteArray&) { socket.write(httpServer::answer("o")); };
     post(make(other));
     ASSERT_TRUE(answered());
     EXPECT_EQ(listener.files, QList<QByteArray>{kTarget});
-    EXPECT_EQ(held.size(), httpService::MAX_FOR_SERVER);
+    EXPECT_EQ(held.size(), httpService::CONNECTIONS);
     server.onRequest = [](QTcpSocket& socket, const QByteArray&) { socket.write(httpServer::answer("x")); };
     for (const QPointer<QTcpSocket>& socket : held)
         socket->write(httpServer::answer("x"));

@@ -457,12 +457,12 @@ TEST_F(Http, ActionDestroyedBeforeItsTurnIsNeverAskedFor)
 {
     QList<QTcpSocket*> open;
     server.onRequest = [&](QTcpSocket& socket, const QByteArray&) { open.append(&socket); };
-    for (int i = 0; i < httpService::MAX_FOR_SERVER; ++i) {
+    for (int i = 0; i < httpService::CONNECTIONS; ++i) {
         HttpAction* own = create(server.url("/slow"), "/rundata/data/slow", &callback);
         PostAction(*own);
         own->Release();
     }
-    ASSERT_TRUE(requestArrived(httpService::MAX_FOR_SERVER));
+    ASSERT_TRUE(requestArrived(httpService::CONNECTIONS));
     auto own = std::make_unique<HttpAction>();
     own->strRemoteUrl = server.url("/waiting").constData();
     own->strLocalFile = kTarget;
@@ -473,7 +473,7 @@ TEST_F(Http, ActionDestroyedBeforeItsTurnIsNeverAskedFor)
     letNetworkLook();
     for (QTcpSocket* socket : open)
         socket->write(httpServer::answer("body"));
-    EXPECT_TRUE(kit::waitUntil([&] { return callback.calls == httpService::MAX_FOR_SERVER; }));
+    EXPECT_TRUE(kit::waitUntil([&] { return callback.calls == httpService::CONNECTIONS; }));
     answerWith(httpServer::answer("new"));
     EXPECT_EQ(fetch(server.url("/last")), 1);
     EXPECT_FALSE(server.paths.contains("/waiting"));
@@ -495,26 +495,26 @@ TEST_F(Http, ManyTransfersToOneServerAllArriveAFewAtATime)
         PostAction(*own);
         own->Release();
     }
-    ASSERT_TRUE(kit::waitUntil([&] { return open.size() == httpService::MAX_FOR_SERVER; }));
+    ASSERT_TRUE(kit::waitUntil([&] { return open.size() == httpService::CONNECTIONS; }));
     letNetworkLook();
     EXPECT_TRUE(kit::waitUntil([&] {
         for (QTcpSocket* socket : std::exchange(open, {}))
             socket->write(httpServer::answer("body"));
         return callback.calls == 30;
     }));
-    EXPECT_EQ(most, int(httpService::MAX_FOR_SERVER));
+    EXPECT_EQ(most, int(httpService::CONNECTIONS));
     for (const QByteArray& file : files)
         EXPECT_EQ(readFile(file.constData()), "body") << file.constData();
 }
 
 TEST_F(Http, TransferThatWaitsForItsTurnDoesNotStall)
 {
-    for (int i = 0; i < httpService::MAX_FOR_SERVER; ++i) {
+    for (int i = 0; i < httpService::CONNECTIONS; ++i) {
         HttpAction* own = create(server.url("/slow"), "/rundata/data/slow", nullptr);
         PostAction(*own);
         own->Release();
     }
-    ASSERT_TRUE(requestArrived(httpService::MAX_FOR_SERVER));
+    ASSERT_TRUE(requestArrived(httpService::CONNECTIONS));
     server.onRequest = [](QTcpSocket& socket, const QByteArray&) { socket.write(httpServer::answer("new")); };
     post(server.url("/"));
     letNetworkLook();

@@ -441,7 +441,7 @@ TEST_F(WebView, ARunningTextHasNoMoreFramesThanItNeeds)
     QElapsedTimer timer;
     timer.start();
     ASSERT_TRUE(paints.reach(150));
-    EXPECT_GE(timer.elapsed(), 2000) << "more than 75 frames in a second";
+    EXPECT_GE(timer.elapsed(), 1700) << "more than 88 frames in a second";
 }
 
 TEST_F(WebView, RunningTextsArePaintedInTheSameTurns)
