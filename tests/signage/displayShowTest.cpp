@@ -337,3 +337,21 @@ TEST_F(DisplayShow, FileThatWaitsIsPutIntoUseBetweenLayouts)
     kit::stepTime(300);
     EXPECT_EQ(pixel(300, 240), qRgb(255, 255, 0));
 }
+
+TEST_F(DisplayShow, RegionBeginsWithItsFirstMediumWheneverItsLayoutComesBack)
+{
+    addColours();
+    addLayout("a.xml",
+              layout(region(QRect(0, 0, 400, 480), image("red.png", "10")) +
+                     region(QRect(400, 0, 400, 480), image("red.png", "4") + image("green.png", "4"))));
+    addLayout("b.xml", coloured("blue.png", "1"));
+    takeUp();
+    show();
+    kit::stepTime(5000);
+    EXPECT_EQ(pixel(600, 240), qRgb(0, 255, 0));
+    kit::stepTime(5100);
+    EXPECT_EQ(current(), "b.xml");
+    kit::stepTime(1000);
+    EXPECT_EQ(current(), "a.xml");
+    EXPECT_EQ(pixel(600, 240), qRgb(255, 0, 0));
+}
