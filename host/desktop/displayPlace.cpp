@@ -31,10 +31,14 @@ bool displayPlace::show()
 void displayPlace::hide()
 {
     m_bShown = false;
-    if (call(0) || !m_pParent)
+    if (call(0) || !hasFrame())
         return;
-    if (QWidget* frame = m_pParent->findChild<QWidget*>(kFrame))
-        frame->hide();
+    frame()->hide();
+}
+
+QWidget* displayPlace::frame() const
+{
+    return m_pParent ? m_pParent->findChild<QWidget*>(kFrame) : nullptr;
 }
 
 void displayPlace::paintMount(QPainter& painter) const

@@ -17,12 +17,15 @@ public:
     // Also when the client has just been switched off, and does not listen any more.
     void hide();
     bool isShown() const { return m_bShown; }
+    // False once the frame went to another window, where a hide would fetch it from.
+    bool hasFrame() const { return frame() != nullptr; }
     const QRect& rect() const { return m_rect; }
     // The mount around the frame, on the dark pages.
     void paintMount(QPainter& painter) const;
 
 private:
     bool call(int show) const;
+    QWidget* frame() const;
     E_NDECKWINDOW_TYPE m_eType;
     QWidget* m_pParent;
     QRect m_rect;

@@ -122,7 +122,8 @@ void idleShow::endCorner()
     if (m_eState != CORNER)
         return;
     m_eState = AWAY;
-    m_corner.hide();
+    if (m_corner.hasFrame())
+        m_corner.hide();
     emit changed();
 }
 

@@ -1,12 +1,24 @@
 #include "host/web/frameBeat.h"
 #include <QCoreApplication>
 #include <QQuickWidget>
+#include <QResizeEvent>
 #include <QTimerEvent>
 #include <algorithm>
 
 namespace {
 constexpr qint64 kMs = 1000000;
 constexpr qint64 kPeriod = frameBeat::PERIOD * kMs;
+
+// A widget that was never shown has no picture to draw into before it hears its size.
+void giveSize(QWidget* widget)
+{
+    if (!widget->testAttribute(Qt::WA_PendingResizeEvent))
+        return;
+    QResizeEvent event(widget->size(), QSize());
+    QCoreApplication::sendEvent(widget, &event);
+    widget->setAttribute(Qt::WA_PendingResizeEvent, false);
+}
+
 } // namespace
 
 frameBeat::frameBeat()
@@ -58,8 +70,10 @@ void frameBeat::take(const Waiting& frame)
     QTimerEvent event(frame.timer);
     if (frame.drawing)
         QCoreApplication::sendEvent(frame.drawing, &event);
-    if (frame.drawing && !frame.drawing->isVisible())
-        frame.drawing->grabFramebuffer();
+    if (!frame.drawing || frame.drawing->isVisible() || frame.drawing->size().isEmpty())
+        return;
+    giveSize(frame.drawing);
+    frame.drawing->grabFramebuffer();
 }
 
 // A beat that is late does not move those after it, unless one was missed: then the count begins anew.

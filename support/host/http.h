@@ -7,8 +7,8 @@
 class QNetworkReply;
 
 // Fetches strRemoteUrl into strLocalFile (a device path). Good only with status 200 and the full
-// length; stalled for 30 seconds, or dripping for longer than its time, it fails. The file is complete and in place, and untouched by a
-// failed transfer, before the callback is told.
+// length; stalled for 30 seconds, or dripping for longer than its time, it fails. The file is complete
+// and in place, and untouched by a failed transfer, before the callback is told.
 class HX_HOST_API HttpAction : public QObject, public taskAction
 {
     Q_OBJECT

@@ -172,6 +172,21 @@ TEST_F(IdleShow, APageTakesTheCornerAway)
     EXPECT_EQ(shown(), both(kShowCorner, kHideCorner));
 }
 
+TEST_F(IdleShow, AFrameThatAnotherWindowTookFromTheCornerStaysThere)
+{
+    kit::stepTime(20100);
+    forget();
+    QWidget page;
+    page.setGeometry(0, 0, 800, 480);
+    frame()->setParent(&page);
+    frame()->show();
+    page.show();
+    kit::settle();
+    EXPECT_EQ(shown(), "");
+    EXPECT_TRUE(frame()->isVisible());
+    frame()->setParent(nullptr);
+}
+
 TEST_F(IdleShow, WaitsWhileTheSaverIsHeldOff)
 {
     RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);

@@ -200,6 +200,16 @@ TEST_F(Signage, TheRoadFromAnEmptyFolderToTheScreen)
     EXPECT_EQ(server.requestsFor("filePath=red.png"), 1);
 }
 
+TEST_F(Signage, ThePageTakesTheFrameOutOfTheCornerOfTheHomeScreen)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putLayout("red.xml", layout(region(wholeScreen(), image("red.png", 2))));
+    ASSERT_TRUE(shows(629, 133, Red, 60000)) << "the corner";
+    openNdeck();
+    ASSERT_TRUE(shows(400, 400, Red));
+    EXPECT_FALSE(waits([&] { return !isLike(screen().pixelColor(400, 400), Red); }, 1500)) << "and keeps it";
+}
+
 TEST_F(Signage, ADialButtonPlacesACall)
 {
     server.putMedia("red.png", picture(Red));

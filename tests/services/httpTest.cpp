@@ -6,7 +6,7 @@
 #include "support/file/deviceRoot.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/services/httpServer.h"
-#include <QAbstractEventDispatcher>
+#include "tests/services/networkLook.h"
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -43,18 +43,6 @@ HttpAction* create(const QByteArray& url, const char* file, ActionCallback* call
     action->strLocalFile = file;
     action->SetCallback(callback);
     return action;
-}
-
-// Lets the network thread look at its timers after the clocks were moved.
-void letNetworkLook()
-{
-    httpService& service = httpService::instance();
-    for (int round = 0; round < 3; ++round) {
-        QAbstractEventDispatcher::instance(service.thread())->wakeUp();
-        QMetaObject::invokeMethod(
-            &service, [] {}, Qt::BlockingQueuedConnection);
-    }
-    kit::settle();
 }
 
 class Http : public PhoneTest

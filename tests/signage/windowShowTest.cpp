@@ -394,14 +394,3 @@ TEST_F(WindowShow, WindowThatGoesTakesOnlyItsOwnFrameAlong)
     EXPECT_FALSE(frame().isHidden());
     EXPECT_EQ(frame().parentWidget(), home.get());
 }
-
-TEST_F(WindowShow, FocusInItsHiddenWindowShowsIt)
-{
-    show(NDECK_WINDOW_IDLE);
-    window().hide();
-    kit::settle();
-    QFocusEvent focus(QEvent::FocusIn);
-    QCoreApplication::sendEvent(&window(), &focus);
-    EXPECT_TRUE(window().isVisible());
-    EXPECT_EQ(pixel(250, 200), qRgb(255, 0, 0));
-}

@@ -1,0 +1,17 @@
+#pragma once
+#include "host/services/httpService.h"
+#include "tests/kit/phoneTest.h"
+#include <QAbstractEventDispatcher>
+#include <QMetaObject>
+
+// Lets the network thread look at its timers after the clocks were moved.
+inline void letNetworkLook()
+{
+    httpService& service = httpService::instance();
+    for (int round = 0; round < 3; ++round) {
+        QAbstractEventDispatcher::instance(service.thread())->wakeUp();
+        QMetaObject::invokeMethod(
+            &service, [] {}, Qt::BlockingQueuedConnection);
+    }
+    kit::settle();
+}
