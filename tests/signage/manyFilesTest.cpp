@@ -15,7 +15,7 @@ protected:
         DisplayTest::SetUp();
         addFile("red.png", picture(Qt::red));
         for (const char* name : {"a.xml", "b.xml", "c.xml"})
-            addLayout(name, layout(region(image("red.png", "5"))));
+            addLayout(name, layout(region(image("red.png", "60"))));
         takeUp();
         for (int i = 0; i < kFiles; ++i)
             addFile(waiting(i), QByteArray::number(i));
@@ -48,9 +48,9 @@ TEST_F(ManyFiles, TheLayoutOnShowStaysUntilAllAreInUseAndThenChangesOnce)
     EXPECT_TRUE(kit::waitUntil([this] { return current() == "b.xml"; }));
     for (int i = 0; i < kFiles; ++i)
         ASSERT_TRUE(isInUse(i)) << i;
-    kit::stepTime(4900);
+    kit::stepTime(30000);
     EXPECT_EQ(current(), "b.xml");
-    kit::stepTime(200);
+    kit::stepTime(31000);
     EXPECT_EQ(current(), "c.xml");
 }
 
@@ -58,15 +58,15 @@ TEST_F(ManyFiles, AFrameThatIsTakenUpMeanwhileTakesThePlaceOfTheChange)
 {
     endLayout();
     m_frame.layouts.clear();
-    addLayout("x.xml", layout(region(image("red.png", "5"))));
-    addLayout("y.xml", layout(region(image("red.png", "5"))));
+    addLayout("x.xml", layout(region(image("red.png", "60"))));
+    addLayout("y.xml", layout(region(image("red.png", "60"))));
     display().UpdateDisplay(&m_frame);
     EXPECT_EQ(current(), "x.xml");
     EXPECT_TRUE(isInUse(kFiles - 1));
     kit::settle();
-    kit::stepTime(4900);
+    kit::stepTime(30000);
     EXPECT_EQ(current(), "x.xml");
-    kit::stepTime(200);
+    kit::stepTime(31000);
     EXPECT_EQ(current(), "y.xml");
 }
 
@@ -77,7 +77,7 @@ TEST_F(ManyFiles, AShowThatEndsMeanwhileStaysEnded)
     EXPECT_EQ(current(), "");
     kit::settle();
     EXPECT_TRUE(kit::waitUntil([this] { return isInUse(kFiles - 1); }));
-    kit::stepTime(20000);
+    kit::stepTime(70000);
     EXPECT_EQ(current(), "");
 }
 
