@@ -9,6 +9,7 @@
 #include "support/host/registry.h"
 #include "support/host/screen.h"
 #include "tests/desktop/signageStand.h"
+#include "tests/kit/eventCounter.h"
 #include <QApplication>
 #include <QRegularExpression>
 
@@ -286,32 +287,17 @@ TEST_F(IdleShow, AClientThatIsSwitchedOnShowsAtOnceOnAnIdlePhone)
     EXPECT_EQ(shown(), kShowCorner);
 }
 
-namespace {
-
-class PaintCounter : public QObject
-{
-public:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        paints += event->type() == QEvent::Paint;
-        return false;
-    }
-    int paints = 0;
-};
-
-} // namespace
-
 TEST_F(IdleShow, AHomeScreenOnWhichNothingChangesIsNotPainted)
 {
     netWorldSetClock(chTime(2026, 11, 21, 14, 5, 10).GetTime());
     kit::stepTime(2000);
     kit::settle();
-    PaintCounter counter;
+    EventCounter counter(QEvent::Paint);
     qApp->installEventFilter(&counter);
     kit::stepTime(17000);
-    EXPECT_EQ(counter.paints, 0);
+    EXPECT_EQ(counter.count, 0);
     kit::stepTime(40000);
-    EXPECT_GT(counter.paints, 0) << "the minute, and the show";
+    EXPECT_GT(counter.count, 0) << "the minute, and the show";
 }
 
 TEST_F(IdleShow, TheLampIsSeenOnTheHomeScreen)

@@ -98,15 +98,6 @@ protected:
     {
         return kit::waitUntil([&] { return server.paths.size() >= count; });
     }
-    QString lastFailure() const
-    {
-        QString last;
-        for (const tagLogEntry& entry : hostLogFrom(1)) {
-            if (entry.strKind == "trace" && entry.strText.contains("transfer"))
-                last = entry.strText;
-        }
-        return last;
-    }
 
     httpServer server;
     Listener callback;
@@ -278,7 +269,7 @@ TEST_F(Http, BodyThatIsAnnouncedTooLargeIsNotFetched)
     const QByteArray size = QByteArray::number(httpTransfer::MAX_SIZE + 1);
     answerWith(httpServer::head("200 OK", {"Content-Length: " + size}) + "x");
     EXPECT_EQ(fetch(server.url("/")), 0);
-    EXPECT_TRUE(lastFailure().contains("too large"));
+    EXPECT_TRUE(lastTransferFailure().contains("too large"));
     expectUntouched();
 }
 
@@ -290,7 +281,7 @@ TEST_F(Http, BodyThatWouldEatTheReserveIsNotFetched)
     answerWith(httpServer::answer("new"));
     EXPECT_EQ(fetch(server.url("/")), 0);
     deviceSetRoot(root().toUtf8());
-    EXPECT_TRUE(lastFailure().contains("no room"));
+    EXPECT_TRUE(lastTransferFailure().contains("no room"));
 }
 
 TEST_F(Http, TargetThatCannotBeWrittenFails)
@@ -306,8 +297,8 @@ TEST_F(Http, PasswordInAnAddressIsNotTraced)
 {
     answerWith(httpServer::answer("", "404 Not Found"));
     EXPECT_EQ(fetch(server.url("/service?password=secret")), 0);
-    EXPECT_TRUE(lastFailure().contains("127.0.0.1"));
-    EXPECT_FALSE(lastFailure().contains("secret"));
+    EXPECT_TRUE(lastTransferFailure().contains("127.0.0.1"));
+    EXPECT_FALSE(lastTransferFailure().contains("secret"));
 }
 
 TEST_F(Http, ActionPostedAgainAnswersForItsLastPostingOnly)

@@ -1,4 +1,5 @@
 #pragma once
+#include "host/services/hostLog.h"
 #include "host/services/httpService.h"
 #include "tests/kit/phoneTest.h"
 #include <QAbstractEventDispatcher>
@@ -14,4 +15,15 @@ inline void letNetworkLook()
             &service, [] {}, Qt::BlockingQueuedConnection);
     }
     kit::settle();
+}
+
+// The trace line of the last transfer that failed; empty when none did.
+inline QString lastTransferFailure()
+{
+    QString last;
+    for (const tagLogEntry& entry : hostLogFrom(1)) {
+        if (entry.strKind == "trace" && entry.strText.contains("transfer"))
+            last = entry.strText;
+    }
+    return last;
 }

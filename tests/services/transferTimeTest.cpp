@@ -84,15 +84,6 @@ protected:
         m_nSent = 1;
         return stored(1);
     }
-    QString lastFailure() const
-    {
-        QString last;
-        for (const tagLogEntry& entry : hostLogFrom(1)) {
-            if (entry.strKind == "trace" && entry.strText.contains("transfer"))
-                last = entry.strText;
-        }
-        return last;
-    }
 
     Listener listener;
     httpServer server;
@@ -111,7 +102,8 @@ TEST_F(TransferTime, ADripFailsAtItsLimit)
     pass(8000);
     ASSERT_TRUE(answered());
     EXPECT_EQ(listener.results, QList<int>{0});
-    EXPECT_TRUE(lastFailure().endsWith("failed: it takes too long")) << qPrintable(lastFailure());
+    EXPECT_TRUE(lastTransferFailure().endsWith("failed: it takes too long"))
+        << qPrintable(lastTransferFailure());
     EXPECT_EQ(readFile("/rundata/data/got.bin"), "");
     EXPECT_FALSE(QFileInfo::exists(hostPath("/rundata/data/.got.bin.save0")));
 }
@@ -126,7 +118,8 @@ TEST_F(TransferTime, WithoutALimitOfItsOwnADripFailsAfterHalfAnHour)
     pass(29500);
     ASSERT_TRUE(answered());
     EXPECT_EQ(listener.results, QList<int>{0});
-    EXPECT_TRUE(lastFailure().endsWith("failed: it takes too long")) << qPrintable(lastFailure());
+    EXPECT_TRUE(lastTransferFailure().endsWith("failed: it takes too long"))
+        << qPrintable(lastTransferFailure());
 }
 
 TEST_F(TransferTime, ALimitBeyondHalfAnHourIsHalfAnHour)
@@ -135,7 +128,8 @@ TEST_F(TransferTime, ALimitBeyondHalfAnHourIsHalfAnHour)
     ASSERT_TRUE(drip(71, 25000));
     pass(28000);
     ASSERT_TRUE(answered());
-    EXPECT_TRUE(lastFailure().endsWith("failed: it takes too long")) << qPrintable(lastFailure());
+    EXPECT_TRUE(lastTransferFailure().endsWith("failed: it takes too long"))
+        << qPrintable(lastTransferFailure());
 }
 
 TEST_F(TransferTime, ARefusalNamesItsReason)
@@ -144,7 +138,8 @@ TEST_F(TransferTime, ARefusalNamesItsReason)
     post();
     ASSERT_TRUE(answered());
     EXPECT_EQ(listener.results, QList<int>{0});
-    EXPECT_TRUE(lastFailure().endsWith("failed: the server refuses it")) << qPrintable(lastFailure());
+    EXPECT_TRUE(lastTransferFailure().endsWith("failed: the server refuses it"))
+        << qPrintable(lastTransferFailure());
 }
 
 TEST_F(TransferTime, APackedBodyOfUnknownLengthIsRefused)
@@ -153,7 +148,8 @@ TEST_F(TransferTime, APackedBodyOfUnknownLengthIsRefused)
     post();
     ASSERT_TRUE(answered());
     EXPECT_EQ(listener.results, QList<int>{0});
-    EXPECT_TRUE(lastFailure().endsWith("failed: the server has packed it")) << qPrintable(lastFailure());
+    EXPECT_TRUE(lastTransferFailure().endsWith("failed: the server has packed it"))
+        << qPrintable(lastTransferFailure());
 }
 
 TEST_F(TransferTime, ABodyThatSaysItIsAsItIsIsTaken)
@@ -172,7 +168,8 @@ TEST_F(TransferTime, ChunksThatDisagreeWithTheAnnouncedLengthAreNotTaken)
     post();
     ASSERT_TRUE(answered());
     EXPECT_EQ(listener.results, QList<int>{0});
-    EXPECT_TRUE(lastFailure().endsWith("failed: it is not complete")) << qPrintable(lastFailure());
+    EXPECT_TRUE(lastTransferFailure().endsWith("failed: it is not complete"))
+        << qPrintable(lastTransferFailure());
 }
 
 TEST_F(TransferTime, ThePhoneTellsItsName)
@@ -201,5 +198,6 @@ TEST_F(TransferTime, ADiskThatFillsUpMeanwhileEndsTheTransferBeforeItsReserve)
     ASSERT_TRUE(answered());
     deviceSetRoot(root().toUtf8());
     EXPECT_EQ(listener.results, QList<int>{0});
-    EXPECT_TRUE(lastFailure().endsWith("failed: it cannot be stored")) << qPrintable(lastFailure());
+    EXPECT_TRUE(lastTransferFailure().endsWith("failed: it cannot be stored"))
+        << qPrintable(lastTransferFailure());
 }

@@ -1,5 +1,6 @@
 // The windows that the show lives in, and what ends it.
 #include "signage/nDeckVideoManager.h"
+#include "tests/kit/eventCounter.h"
 #include "tests/signage/displayFixture.h"
 #include <QApplication>
 #include <QFocusEvent>
@@ -89,24 +90,15 @@ TEST_F(WindowShow, PressOutsideAButtonEndsAnIdleShow)
 
 TEST_F(WindowShow, PressThatEndsAnIdleShowGoesNoFurther)
 {
-    class PressCounter : public QObject
-    {
-    public:
-        bool eventFilter(QObject*, QEvent* event) override
-        {
-            presses += event->type() == QEvent::MouseButtonPress;
-            return false;
-        }
-        int presses = 0;
-    } counter;
+    EventCounter counter(QEvent::MouseButtonPress);
     show(NDECK_WINDOW_PAGE);
     panels()[0]->GetContent()->installEventFilter(&counter);
     kit::tap(QPoint(150, 150));
-    EXPECT_EQ(counter.presses, 1);
+    EXPECT_EQ(counter.count, 1);
     show(NDECK_WINDOW_IDLE);
     kit::press(QPoint(250, 150));
     EXPECT_FALSE(window().isVisible());
-    EXPECT_EQ(counter.presses, 1);
+    EXPECT_EQ(counter.count, 1);
     kit::release(QPoint(250, 150));
 }
 

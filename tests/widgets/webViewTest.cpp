@@ -2,6 +2,7 @@
 #include "host/services/hostLog.h"
 #include "host/widgets/look.h"
 #include "host/widgets/webPlugin.h"
+#include "tests/kit/eventCounter.h"
 #include "tests/kit/phoneTest.h"
 #include <QCoreApplication>
 #include <QDir>
@@ -271,21 +272,6 @@ TEST_F(WebView, ATextGoesNowhereByItselfAndOpensNothing)
     EXPECT_EQ(kit::windows(), QList<QWidget*>{&window});
 }
 
-namespace {
-
-class PressCounter : public QObject
-{
-public:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        presses += event->type() == QEvent::MouseButtonPress;
-        return false;
-    }
-    int presses = 0;
-};
-
-} // namespace
-
 TEST_F(WebView, ATouchGoesToTheViewAndNotIntoTheText)
 {
     WebServer server;
@@ -295,10 +281,10 @@ TEST_F(WebView, ATouchGoesToTheViewAndNotIntoTheText)
                 "document.body.style.background = 'red'</script>")
             .arg(server.address()));
     ASSERT_TRUE(shows(Qt::blue));
-    PressCounter counter;
+    EventCounter counter(QEvent::MouseButtonPress);
     view->installEventFilter(&counter);
     kit::tap(QPoint(200, 140));
-    EXPECT_EQ(counter.presses, 1);
+    EXPECT_EQ(counter.count, 1);
     // The answer to a text that comes after the touch shows that the touch had its time.
     view->setHtml(box("yellow"));
     ASSERT_TRUE(shows(Qt::yellow));
