@@ -5,7 +5,7 @@
 #include "bench/signPhone.h"
 #include "bench/signTexts.h"
 #include "bench/threadWatch.h"
-#include "host/services/httpService.h"
+#include "host/services/transfers/httpService.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckFileManager.h"
 #include "signage/nDeckFolder.h"

@@ -1,4 +1,5 @@
 #include "bench/phoneBench.h"
+#include "places.h"
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>

@@ -1,5 +1,6 @@
 #include "bench/runningPhone.h"
 #include "bench/phoneBench.h"
+#include "places.h"
 #include <QFile>
 #include <QThread>
 #include <unistd.h>

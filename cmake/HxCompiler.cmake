@@ -12,9 +12,13 @@ set(CMAKE_INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
 
 find_program(HX_CCACHE ccache)
 if(HX_CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${HX_CCACHE})
+    # Precompiled headers are told apart by content, and checkouts side by side share what they compile.
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${HX_CCACHE})
 endif()
 
+# Some libraries ask for it, and a precompiled header serves only those who agree.
+add_compile_options(-pthread)
 add_compile_options(-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 if(CMAKE_BUILD_TYPE STREQUAL "Debug")
     add_compile_options(-Og -g1)
@@ -35,3 +39,5 @@ if(HX_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
     add_link_options(-fsanitize=address,undefined)
 endif()
+# Lines and functions for a stack trace, no types and variables: a third of the size.
+set(HX_THIN_DEBUG $<$<CONFIG:RelWithDebInfo>:-g1>)

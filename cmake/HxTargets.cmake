@@ -1,3 +1,26 @@
+# Precompiled headers, compiled once for many targets. Every file still includes what it uses: the presets
+# "sanitizers" and "fuzz" build without them.
+option(HX_PRECOMPILE "Precompile the toolkit's headers" ON)
+
+# A target whose only job is the precompiled header; LINK as the targets that are going to share it.
+function(hx_headers name)
+    cmake_parse_arguments(HEADERS "" "" "LINK;OPTIONS;FILES" ${ARGN})
+    if(NOT HX_PRECOMPILE)
+        return()
+    endif()
+    file(WRITE ${CMAKE_BINARY_DIR}/${name}.cpp "")
+    add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/${name}.cpp)
+    target_link_libraries(${name} PRIVATE ${HEADERS_LINK})
+    target_compile_options(${name} PRIVATE ${HEADERS_OPTIONS})
+    target_precompile_headers(${name} PRIVATE ${HEADERS_FILES})
+endfunction()
+
+function(hx_precompiled name headers)
+    if(HX_PRECOMPILE)
+        target_precompile_headers(${name} REUSE_FROM ${headers})
+    endif()
+endfunction()
+
 # A room is a folder of the source tree built as one static library. The folder is the list of its
 # files: a new pair of files is built as soon as it is there.
 
@@ -16,6 +39,7 @@ function(hx_room name)
     add_library(${name} STATIC ${sources} ${ROOM_MOC_HEADERS})
     set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON)
     target_link_libraries(${name} PUBLIC hxContract ${ROOM_LINK})
+    hx_precompiled(${name} hxRoomHeaders)
 endfunction()
 
 # All objects of the rooms become part of the library, also those that nobody in it refers to.
@@ -53,8 +77,18 @@ function(hx_test name)
     else()
         target_link_libraries(${name} PRIVATE ${TEST_LINK} hxTestKit)
     endif()
-    target_compile_definitions(${name} PRIVATE HX_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
-                               HX_BUILD_DIR="${CMAKE_BINARY_DIR}")
+    target_include_directories(${name} PRIVATE ${HX_PLACES})
+    target_compile_options(${name} PRIVATE ${HX_THIN_DEBUG})
+    if(TEST_NO_KIT)
+        hx_precompiled(${name} hxPlainTestHeaders)
+    else()
+        hx_precompiled(${name} hxTestHeaders)
+    endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                          PROPERTIES TIMEOUT 300 LABELS "${TEST_LABELS}")
 endfunction()
+
+# places.h tells tests and benchmarks where source and build are. A header and no definition, so that a
+# compiler cache serves another checkout with all that does not ask.
+set(HX_PLACES ${CMAKE_BINARY_DIR}/places)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/places.h.in ${HX_PLACES}/places.h @ONLY)

@@ -1,6 +1,6 @@
 // Key files, from backups, provisioning and editors. One that is understood is written back as it was, and
 // a change of one key leaves all others as they were.
-#include "host/services/keyFile.h"
+#include "host/services/keyfiles/keyFile.h"
 #include <cstdlib>
 #include <map>
 

@@ -1,6 +1,6 @@
 // Menu files: those of the firmware, and the lists of door phones and cameras that other programs write too.
 // Whatever is in them, a menu is small, its texts are short, and no item leads out of the folder of menus.
-#include "host/widgets/iconMenu.h"
+#include "host/menu/iconMenu.h"
 #include "support/file/atomicSave.h"
 #include "support/file/deviceRoot.h"
 #include "support/file/path.h"

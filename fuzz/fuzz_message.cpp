@@ -1,6 +1,6 @@
 // What another process writes into a message socket. Whatever is accepted must come out of the encoder
 // as the same bytes.
-#include "host/services/messageWire.h"
+#include "host/services/messages/messageWire.h"
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>

@@ -1,6 +1,6 @@
 // What other processes send to the players, and what the media server leaves in the memory of pictures. The
 // first byte says which; whatever is accepted must keep the limits that the players rely on.
-#include "host/services/videoFrameStore.h"
+#include "host/services/players/videoFrameStore.h"
 #include "players/playerRecords.h"
 #include <cstdint>
 #include <cstdlib>

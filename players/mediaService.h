@@ -1,7 +1,7 @@
 #pragma once
 // "app_hxMedia": the one session there is, its two streams, and the way of its pictures to the phone. One
 // thread, but for the pictures.
-#include "host/services/videoFrameWriter.h"
+#include "host/services/players/videoFrameWriter.h"
 #include "players/mediaStream.h"
 #include "players/pictureScaler.h"
 #include "support/host/message.h"

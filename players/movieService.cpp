@@ -1,5 +1,5 @@
 #include "players/movieService.h"
-#include "host/services/filmFile.h"
+#include "host/services/players/filmFile.h"
 #include "players/playerRecords.h"
 #include "support/host/trace.h"
 #include <QRandomGenerator>

@@ -1,5 +1,5 @@
 #include "players/streamCache.h"
-#include "host/services/filmFile.h"
+#include "host/services/players/filmFile.h"
 #include "players/filmStreams.h"
 #include "support/host/trace.h"
 

@@ -1,5 +1,5 @@
 #include "host/control/waiting.h"
-#include "host/services/taskBook.h"
+#include "host/services/transfers/taskBook.h"
 #include "support/host/screen.h"
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,5 +1,5 @@
 #include "host/desktop/browserView.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include <QImage>
 
 namespace {

@@ -1,6 +1,6 @@
 #include "host/desktop/callMedia.h"
 #include "host/desktop/displayClient.h"
-#include "host/services/phoneService.h"
+#include "host/services/phone/phoneService.h"
 #include "support/host/module.h"
 #include "support/host/net.h"
 #include "support/host/player.h"

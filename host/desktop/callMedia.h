@@ -2,7 +2,7 @@
 // Who has the media server: a call that talks, or nobody. A call's session is told to the signage client,
 // which has to stand back for it, or may lend its video channel; what the movie player says goes to that
 // client as well. User-interface thread.
-#include "host/services/tagCall.h"
+#include "host/services/phone/tagCall.h"
 #include "support/host/message.h"
 #include "support/host/player.h"
 #include <QTimer>

@@ -1,5 +1,5 @@
 #include "host/desktop/displayPlace.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include "support/host/module.h"
 #include <QWidget>
 

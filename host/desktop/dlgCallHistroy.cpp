@@ -1,7 +1,7 @@
 #include "host/desktop/callRecords.h"
 #include "host/desktop/hostList.h"
 #include "host/desktop/hostPage.h"
-#include "host/services/callHistory.h"
+#include "host/services/phone/callHistory.h"
 #include "support/host/api.h"
 #include "support/host/box.h"
 #include "support/host/dialogs.h"

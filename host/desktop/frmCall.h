@@ -2,7 +2,7 @@
 // The call screen: it comes with a call, over whatever is there, and goes a moment after the last one ended.
 // User-interface thread.
 #include "host/desktop/displayPlace.h"
-#include "host/services/tagCall.h"
+#include "host/services/phone/tagCall.h"
 #include "support/host/bars.h"
 #include <QTimer>
 #include <QWidget>

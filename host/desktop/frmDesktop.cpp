@@ -3,7 +3,7 @@
 #include "host/desktop/homeStatus.h"
 #include "host/desktop/idleShow.h"
 #include "host/desktop/quickKeys.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include "support/host/api.h"
 #include "support/host/desktop.h"
 #include "support/host/image.h"

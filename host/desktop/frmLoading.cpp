@@ -1,4 +1,4 @@
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include "support/host/desktop.h"
 #include "support/host/image.h"
 #include "support/host/language.h"

@@ -1,5 +1,5 @@
 #include "host/desktop/homeButton.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include "support/host/api.h"
 #include "support/host/image.h"
 #include <QKeyEvent>

@@ -1,5 +1,5 @@
 #include "host/desktop/homeClock.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include "support/host/clock.h"
 #include "support/host/language.h"
 #include "support/host/net.h"

@@ -1,5 +1,5 @@
 #include "host/desktop/lightLabel.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 
 lightLabel::lightLabel(QWidget* parent) : fittedLabel(QString(), look::font(look::kTextSize), 1, parent)
 {

@@ -1,7 +1,7 @@
 #pragma once
 // Where the icons of a menu page are, in the view's coordinates, and how one looks. The pictures come from
 // the image cache. User-interface thread.
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include <QRect>
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "host/services/videoFrames.h"
+#include "host/services/players/videoFrames.h"
 #include "support/host/video.h"
 #include <QPaintEvent>
 #include <QPainter>

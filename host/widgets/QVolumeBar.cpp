@@ -1,4 +1,4 @@
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include "support/host/volumebar.h"
 #include <QMouseEvent>
 #include <QPainter>

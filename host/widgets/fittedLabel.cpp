@@ -1,5 +1,5 @@
 #include "host/widgets/fittedLabel.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include <QPainter>
 
 fittedLabel::fittedLabel(const QString& text, const QFont& font, int maxLines, QWidget* parent)

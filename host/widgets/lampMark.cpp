@@ -1,5 +1,5 @@
 #include "host/widgets/lampMark.h"
-#include "host/widgets/screenState.h"
+#include "host/screen/screenState.h"
 #include <QPainter>
 #include <QRadialGradient>
 

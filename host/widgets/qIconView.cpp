@@ -1,5 +1,5 @@
+#include "host/menu/iconAction.h"
 #include "host/widgets/IconGrid.h"
-#include "host/widgets/iconAction.h"
 #include "host/widgets/replacePlaceholder.h"
 #include "support/host/iconview.h"
 #include <QAbstractSlider>

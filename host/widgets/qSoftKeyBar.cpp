@@ -1,4 +1,4 @@
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include "host/widgets/replacePlaceholder.h"
 #include "support/host/bars.h"
 #include <QMouseEvent>

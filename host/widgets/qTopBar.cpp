@@ -1,7 +1,7 @@
+#include "host/look/look.h"
+#include "host/screen/screenState.h"
 #include "host/widgets/lampMark.h"
-#include "host/widgets/look.h"
 #include "host/widgets/replacePlaceholder.h"
-#include "host/widgets/screenState.h"
 #include "support/host/bars.h"
 #include <QPainter>
 

@@ -1,4 +1,4 @@
-#include "host/widgets/buttonLook.h"
+#include "host/look/buttonLook.h"
 #include "support/host/button.h"
 #include "support/host/image.h"
 

@@ -1,5 +1,5 @@
 #include "host/widgets/textPanel.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
 #include <QPixmap>

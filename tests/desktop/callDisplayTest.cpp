@@ -2,8 +2,8 @@
 #include "host/desktop/callMedia.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
-#include "host/services/messageBus.h"
-#include "host/services/phoneService.h"
+#include "host/services/messages/messageBus.h"
+#include "host/services/phone/phoneService.h"
 #include "support/host/phone.h"
 #include "tests/desktop/signageStand.h"
 #include <cstring>

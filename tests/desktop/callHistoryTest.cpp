@@ -1,5 +1,5 @@
 #include "host/desktop/callRecords.h"
-#include "host/services/netWorld.h"
+#include "host/services/system/netWorld.h"
 #include "support/host/clock.h"
 #include "support/host/dialogs.h"
 #include "support/host/phone.h"

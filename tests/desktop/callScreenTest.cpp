@@ -1,5 +1,5 @@
 #include "host/desktop/frmCall.h"
-#include "host/services/phoneService.h"
+#include "host/services/phone/phoneService.h"
 #include "support/host/phone.h"
 #include "tests/desktop/desktopTest.h"
 #include <QApplication>

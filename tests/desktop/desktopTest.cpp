@@ -1,6 +1,6 @@
 #include "tests/desktop/desktopTest.h"
-#include "host/services/phoneService.h"
-#include "host/services/phoneSimulation.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
 #include "support/file/fileSystemCalls.h"
 #include "support/host/bars.h"
 #include "support/host/language.h"

@@ -1,7 +1,7 @@
 #pragma once
 // What the tests of the host's pages share: the phone's log since the test began, soft keys and lists as a
 // person uses them, and all windows away at the end.
-#include "host/services/hostLog.h"
+#include "host/services/system/hostLog.h"
 #include "tests/kit/phoneTest.h"
 #include <QStringList>
 

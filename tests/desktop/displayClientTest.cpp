@@ -1,5 +1,5 @@
 #include "host/desktop/displayClient.h"
-#include "host/services/netWorld.h"
+#include "host/services/system/netWorld.h"
 #include "support/host/net.h"
 #include "support/host/registry.h"
 #include "tests/desktop/signageStand.h"

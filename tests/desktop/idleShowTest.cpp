@@ -2,7 +2,7 @@
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
 #include "host/desktop/homeClock.h"
-#include "host/services/netWorld.h"
+#include "host/services/system/netWorld.h"
 #include "support/host/clock.h"
 #include "support/host/desktop.h"
 #include "support/host/phone.h"

@@ -1,6 +1,6 @@
 #include "tests/desktop/signageStand.h"
 #include "host/desktop/displayClient.h"
-#include "host/services/netWorld.h"
+#include "host/services/system/netWorld.h"
 #include "support/host/module.h"
 #include "support/host/net.h"
 #include "support/host/player.h"

@@ -1,4 +1,5 @@
 // The control interface itself, as a shell sees it.
+#include "places.h"
 #include "tests/e2e/livePhone.h"
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,5 @@
 #include "tests/e2e/livePhone.h"
+#include "places.h"
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>

@@ -1,4 +1,5 @@
 // The two players as the phone keeps them.
+#include "places.h"
 #include "tests/e2e/livePhone.h"
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,4 +1,5 @@
 #include "tests/e2e/signServer.h"
+#include "places.h"
 #include <QDir>
 #include <QFile>
 #include <QTcpSocket>

@@ -1,5 +1,6 @@
 // From an empty folder to the screen: the phone, its players and the demonstration server, each in a
 // process of its own, driven through hxctl alone.
+#include "places.h"
 #include "tests/e2e/livePhone.h"
 #include "tests/e2e/signServer.h"
 #include <QBuffer>

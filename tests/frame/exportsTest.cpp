@@ -1,4 +1,5 @@
 // What the built module shows to the world.
+#include "places.h"
 #include <QDirIterator>
 #include <QFile>
 #include <QProcess>

@@ -2,7 +2,7 @@
 // What the tests of the frame share: the phone's log since the test began, and the module's entries wired
 // to the host as the main program does it.
 #include "frame/modSetting.h"
-#include "host/services/hostLog.h"
+#include "host/services/system/hostLog.h"
 #include "support/host/module.h"
 #include "tests/kit/phoneTest.h"
 #include <QStringList>

@@ -14,6 +14,10 @@ const QStringList LibraryRooms = {"support/text", "support/container", "support/
 const QStringList ModuleRooms = {"frame", "settings/system", "settings/call", "settings/personal",
                                  "media", "signage",         "applets",       "calibration"};
 
+// What the home screen and the host's own pages are built on.
+const QStringList UnderTheDesktop = {"host/services", "host/look", "host/screen",   "host/input",
+                                     "host/binding",  "host/menu", "host/managers", "host/widgets"};
+
 // What a room may include besides the library, the contract and itself.
 const QMap<QString, QStringList> AllowedRooms = {
     {"frame", {}},
@@ -24,11 +28,24 @@ const QMap<QString, QStringList> AllowedRooms = {
     {"signage", {"frame", "media"}},
     {"applets", {"frame", "signage"}},
     {"calibration", {"frame"}},
-    {"host/services", {}},
-    {"host/widgets", {"host/services"}},
-    {"host/desktop", {"host/services", "host/widgets"}},
-    {"host/web", {"host/services", "host/widgets"}},
-    {"host/control", {"host/services", "host/widgets", "host/desktop"}},
+    {"host/services/system", {}},
+    {"host/services/keyfiles", {"host/services/system"}},
+    {"host/services/language", {"host/services/keyfiles"}},
+    {"host/services/messages", {"host/services/system"}},
+    {"host/services/storage", {"host/services/system", "host/services/messages"}},
+    {"host/services/transfers", {"host/services/system", "host/services/messages", "host/services/storage"}},
+    {"host/services/players", {"host/services/system", "host/services/messages"}},
+    {"host/services/phone", {"host/services/system", "host/services/messages", "host/services/players"}},
+    {"host/look", {}},
+    {"host/screen", {"host/services/system", "host/look"}},
+    {"host/input", {}},
+    {"host/binding", {}},
+    {"host/menu", {}},
+    {"host/managers", {}},
+    {"host/widgets", {"host/services", "host/look", "host/screen", "host/menu"}},
+    {"host/desktop", UnderTheDesktop},
+    {"host/web", {"host/services", "host/look", "host/widgets"}},
+    {"host/control", UnderTheDesktop + QStringList{"host/desktop"}},
     {"players", {"host/services"}},
 };
 
@@ -68,7 +85,7 @@ bool isBelowAny(const QString& path, const QStringList& rooms)
 // What the build makes beside the sources.
 bool isGenerated(const QString& include)
 {
-    static const QRegularExpression generated("^(ui_\\w+\\.h|moc_\\w+\\.cpp|\\w+\\.moc)$");
+    static const QRegularExpression generated("^(places\\.h|ui_\\w+\\.h|moc_\\w+\\.cpp|\\w+\\.moc)$");
     return generated.match(include).hasMatch();
 }
 

@@ -1,4 +1,5 @@
 #include "tests/house/sourceTree.h"
+#include "places.h"
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>

@@ -1,4 +1,5 @@
 // Touches and keys, put in where the window system would put them.
+#include "places.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/kit/windowTracker.h"
 #include <QApplication>

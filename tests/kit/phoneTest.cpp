@@ -1,5 +1,6 @@
 #include "tests/kit/phoneTest.h"
-#include "host/services/keyFileCache.h"
+#include "host/services/keyfiles/keyFileCache.h"
+#include "places.h"
 #include "support/file/deviceRoot.h"
 #include "tests/kit/kitTime.h"
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #pragma once
 // The movie player and the media server as the phone sees them: two named threads that write down what they
 // are told. They live in the test's own process, behind sockets of their own.
-#include "host/services/messageWire.h"
+#include "host/services/messages/messageWire.h"
 #include "support/file/deviceRoot.h"
 #include "tests/kit/phoneTest.h"
 #include <QList>

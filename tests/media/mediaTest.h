@@ -1,6 +1,6 @@
 #pragma once
 // What the tests of media files share.
-#include "host/services/hostLog.h"
+#include "host/services/system/hostLog.h"
 #include "support/container/chList.h"
 #include "support/text/chString.h"
 #include "tests/kit/phoneTest.h"

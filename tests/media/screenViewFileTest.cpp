@@ -1,5 +1,5 @@
 #include "media/ScreenViewFile.h"
-#include "host/services/storageWorld.h"
+#include "host/services/storage/storageWorld.h"
 #include "tests/media/mediaTest.h"
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,5 @@
 #include "media/storageTools.h"
-#include "host/services/storageWorld.h"
+#include "host/services/storage/storageWorld.h"
 #include "media/videoAssistant.h"
 #include "tests/media/mediaTest.h"
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
 #include "media/videoAssistant.h"
-#include "host/services/messageBus.h"
+#include "host/services/messages/messageBus.h"
 #include "support/host/player.h"
 #include "tests/media/fakePlayer.h"
 #include "tests/media/mediaTest.h"

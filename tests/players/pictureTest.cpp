@@ -1,5 +1,5 @@
 // Films on the screen: from the file through both players to the phone's viewer.
-#include "host/services/videoFrames.h"
+#include "host/services/players/videoFrames.h"
 #include "support/host/video.h"
 #include "tests/players/films.h"
 #include "tests/players/playersTest.h"

@@ -1,5 +1,6 @@
 #include "tests/players/playersTest.h"
-#include "host/services/messageBus.h"
+#include "host/services/messages/messageBus.h"
+#include "places.h"
 #include "tests/players/films.h"
 #include <cstring>
 #include <sys/prctl.h>

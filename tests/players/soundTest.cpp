@@ -1,5 +1,5 @@
 // The sound of films: as loud as the phone is set, while it plays and from its beginning.
-#include "host/services/filmSound.h"
+#include "host/services/players/filmSound.h"
 #include "players/loopback.h"
 #include "support/host/phone.h"
 #include "tests/players/films.h"

@@ -1,6 +1,6 @@
 // The memory of pictures between the media server and the phone.
-#include "host/services/videoFrameWriter.h"
-#include "host/services/videoFrames.h"
+#include "host/services/players/videoFrameWriter.h"
+#include "host/services/players/videoFrames.h"
 #include "support/host/player.h"
 #include "support/host/video.h"
 #include "tests/kit/phoneTest.h"

@@ -1,4 +1,5 @@
 // The movie player and the media server die again and again while a film plays in a layout.
+#include "places.h"
 #include "tests/e2e/livePhone.h"
 #include "tests/e2e/signServer.h"
 #include "tests/reliability/reliabilityTools.h"

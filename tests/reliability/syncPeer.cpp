@@ -1,4 +1,5 @@
 #include "tests/reliability/syncPeer.h"
+#include "places.h"
 #include <QDir>
 #include <QFile>
 

@@ -1,3 +1,4 @@
+#include "places.h"
 #include "tests/server/signServer.h"
 #include <memory>
 #include <vector>

@@ -1,4 +1,5 @@
 #include "tests/server/signServer.h"
+#include "places.h"
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,6 +1,6 @@
 // The simulated phone's accounts, and who is told of them.
-#include "host/services/phoneService.h"
-#include "host/services/phoneSimulation.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
 #include "support/host/phone.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/services/recorder.h"

@@ -1,5 +1,5 @@
 // The room that transfers share: asked for in steps, and never past the reserve.
-#include "host/services/diskRoom.h"
+#include "host/services/storage/diskRoom.h"
 #include "support/file/deviceRoot.h"
 #include "tests/kit/phoneTest.h"
 

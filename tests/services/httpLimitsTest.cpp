@@ -1,6 +1,6 @@
 // What an action may ask of its transfer: a limit, a check sum; and how many transfers share their turns.
-#include "host/services/httpService.h"
-#include "host/services/taskBook.h"
+#include "host/services/transfers/httpService.h"
+#include "host/services/transfers/taskBook.h"
 #include "support/host/checksum.h"
 #include "support/host/createObject.h"
 #include "support/host/http.h"

@@ -1,8 +1,8 @@
 // Transfers from a real server that misbehaves in every way.
 #include "support/host/http.h"
-#include "host/services/hostLog.h"
-#include "host/services/httpService.h"
-#include "host/services/httpTransfer.h"
+#include "host/services/system/hostLog.h"
+#include "host/services/transfers/httpService.h"
+#include "host/services/transfers/httpTransfer.h"
 #include "support/file/deviceRoot.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/services/httpServer.h"

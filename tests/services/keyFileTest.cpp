@@ -1,4 +1,4 @@
-#include "host/services/keyFile.h"
+#include "host/services/keyfiles/keyFile.h"
 #include <gtest/gtest.h>
 
 namespace {

@@ -1,6 +1,6 @@
 // Messages inside one process.
-#include "host/services/messageBus.h"
-#include "host/services/hostLog.h"
+#include "host/services/messages/messageBus.h"
+#include "host/services/system/hostLog.h"
 #include "support/host/message.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/services/recorder.h"

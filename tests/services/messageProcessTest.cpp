@@ -1,8 +1,8 @@
 // Messages between processes, over real sockets.
-#include "host/services/hostLog.h"
-#include "host/services/messageBus.h"
-#include "host/services/messageSocket.h"
-#include "host/services/messageWire.h"
+#include "host/services/messages/messageBus.h"
+#include "host/services/messages/messageSocket.h"
+#include "host/services/messages/messageWire.h"
+#include "host/services/system/hostLog.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/message.h"
 #include "tests/kit/phoneTest.h"

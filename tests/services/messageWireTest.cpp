@@ -1,4 +1,4 @@
-#include "host/services/messageWire.h"
+#include "host/services/messages/messageWire.h"
 #include <gtest/gtest.h>
 
 using messageWire::DECODED;

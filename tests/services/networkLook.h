@@ -1,6 +1,6 @@
 #pragma once
-#include "host/services/hostLog.h"
-#include "host/services/httpService.h"
+#include "host/services/system/hostLog.h"
+#include "host/services/transfers/httpService.h"
 #include "tests/kit/phoneTest.h"
 #include <QAbstractEventDispatcher>
 #include <QMetaObject>

@@ -1,5 +1,5 @@
 #include "tests/services/peerProcess.h"
-#include "host/services/messageBus.h"
+#include "host/services/messages/messageBus.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/message.h"
 #include "tests/kit/phoneTest.h"

@@ -1,5 +1,5 @@
 // What becomes of key files when writers are killed, meet each other, or cannot write.
-#include "host/services/keyFile.h"
+#include "host/services/keyfiles/keyFile.h"
 #include "support/file/deviceRoot.h"
 #include "support/file/fileSystemCalls.h"
 #include "support/host/registry.h"

@@ -1,5 +1,5 @@
-#include "host/services/hostLog.h"
-#include "host/services/shellCommand.h"
+#include "host/services/system/hostLog.h"
+#include "host/services/system/shellCommand.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/net.h"
 #include "tests/kit/phoneTest.h"

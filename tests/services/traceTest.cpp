@@ -1,5 +1,5 @@
 #include "support/host/trace.h"
-#include "host/services/hostLog.h"
+#include "host/services/system/hostLog.h"
 #include "support/host/checksum.h"
 #include "support/host/text.h"
 #include "support/host/upgrade.h"

@@ -1,6 +1,6 @@
 // How long a transfer may drip, and why one that came to its end is refused all the same.
-#include "host/services/hostLog.h"
-#include "host/services/httpService.h"
+#include "host/services/system/hostLog.h"
+#include "host/services/transfers/httpService.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/createObject.h"
 #include "support/host/http.h"

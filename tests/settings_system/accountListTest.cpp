@@ -1,5 +1,5 @@
-#include "host/services/phoneService.h"
-#include "host/services/phoneSimulation.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
 #include "settings/system/dlgAccount_Setting_Btn.h"
 #include "settings/system/setupAccountButton.h"
 #include "support/host/button.h"

@@ -1,8 +1,8 @@
 #pragma once
 // What the tests of the system settings share: the room's pages, opened as a person opens them.
 #include "frame/modSetting.h"
-#include "host/services/hostLog.h"
-#include "host/services/netWorld.h"
+#include "host/services/system/hostLog.h"
+#include "host/services/system/netWorld.h"
 #include "settings/system/systemPages.h"
 #include "support/host/bars.h"
 #include "support/host/module.h"

@@ -1,7 +1,7 @@
 #pragma once
 // What the tests of the show share: a phone whose signage client is on and known to its server, the files of
 // its folder, and layouts that are put up as a schedule would.
-#include "host/services/hostLog.h"
+#include "host/services/system/hostLog.h"
 #include "signage/NdeckWidgetPoolManager.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckFileManager.h"

@@ -1,5 +1,5 @@
 // Where panels and buttons stand, what they hold, and what comes back to the pool.
-#include "host/services/phoneService.h"
+#include "host/services/phone/phoneService.h"
 #include "media/videoAssistant.h"
 #include "signage/nDeckVideoManager.h"
 #include "support/host/button.h"

@@ -1,8 +1,8 @@
 #pragma once
 // A phone whose signage client is set up for a server of the test's own.
-#include "host/services/hostLog.h"
-#include "host/services/netWorld.h"
-#include "host/services/taskBook.h"
+#include "host/services/system/hostLog.h"
+#include "host/services/system/netWorld.h"
+#include "host/services/transfers/taskBook.h"
 #include "signage/nDeckFileManager.h"
 #include "support/host/clock.h"
 #include "support/host/net.h"

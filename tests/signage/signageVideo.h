@@ -1,9 +1,9 @@
 #pragma once
 // What the tests of the signage video share: the players' side, and a file that plays.
-#include "host/services/messageBus.h"
-#include "host/services/netWorld.h"
-#include "host/services/phoneService.h"
-#include "host/services/phoneSimulation.h"
+#include "host/services/messages/messageBus.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
+#include "host/services/system/netWorld.h"
 #include "signage/nDeckVideoManager.h"
 #include "support/host/phone.h"
 #include "support/host/registry.h"

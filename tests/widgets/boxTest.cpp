@@ -1,6 +1,6 @@
 #include "support/host/box.h"
-#include "host/services/hostLog.h"
-#include "host/widgets/windowStack.h"
+#include "host/screen/windowStack.h"
+#include "host/services/system/hostLog.h"
 #include "support/host/language.h"
 #include "tests/widgets/screenPage.h"
 #include <QApplication>

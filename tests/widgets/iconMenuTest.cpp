@@ -1,5 +1,5 @@
-#include "host/widgets/iconMenu.h"
-#include "host/services/hostLog.h"
+#include "host/menu/iconMenu.h"
+#include "host/services/system/hostLog.h"
 #include "support/host/iconview.h"
 #include "support/host/registry.h"
 #include "tests/kit/phoneTest.h"

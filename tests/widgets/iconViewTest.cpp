@@ -1,5 +1,5 @@
 #include "support/host/iconview.h"
-#include "host/services/hostLog.h"
+#include "host/services/system/hostLog.h"
 #include "host/widgets/IconGrid.h"
 #include "support/host/language.h"
 #include "support/host/module.h"

@@ -1,6 +1,6 @@
 #include "support/host/managers.h"
-#include "host/services/hostLog.h"
-#include "host/widgets/weatherState.h"
+#include "host/managers/weatherState.h"
+#include "host/services/system/hostLog.h"
 #include "support/host/module.h"
 #include "support/host/registry.h"
 #include "tests/kit/phoneTest.h"

@@ -1,6 +1,6 @@
 #pragma once
 // A full-screen page for tests of the widgets on it.
-#include "host/widgets/look.h"
+#include "host/look/look.h"
 #include "support/host/api.h"
 #include "tests/kit/phoneTest.h"
 #include <QDialog>

@@ -1,5 +1,5 @@
-#include "host/widgets/screenState.h"
-#include "host/services/hostLog.h"
+#include "host/screen/screenState.h"
+#include "host/services/system/hostLog.h"
 #include "tests/widgets/screenPage.h"
 
 namespace {

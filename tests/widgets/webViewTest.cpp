@@ -1,6 +1,6 @@
 #include "support/host/webview.h"
-#include "host/services/hostLog.h"
-#include "host/widgets/look.h"
+#include "host/look/look.h"
+#include "host/services/system/hostLog.h"
 #include "host/widgets/webPlugin.h"
 #include "tests/kit/eventCounter.h"
 #include "tests/kit/phoneTest.h"

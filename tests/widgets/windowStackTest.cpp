@@ -1,4 +1,4 @@
-#include "host/widgets/windowStack.h"
+#include "host/screen/windowStack.h"
 #include "support/host/screen.h"
 #include "tests/widgets/screenPage.h"
 #include <QApplication>

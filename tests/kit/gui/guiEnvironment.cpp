@@ -1,5 +1,6 @@
 // GUI tests see the phone's own fonts and style.
-#include "host/widgets/look.h"
+#include "host/look/look.h"
+#include "places.h"
 #include "support/file/deviceRoot.h"
 #include "tests/kit/phoneTest.h"
 #include <QApplication>

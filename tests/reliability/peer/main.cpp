@@ -3,7 +3,7 @@
 // of which only the signage folder uses any. It prints "up", and then the colour in the middle of the screen
 // at each change ("shows #rrggbb").
 #include "host/desktop/displayClient.h"
-#include "host/services/netWorld.h"
+#include "host/services/system/netWorld.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckFileManager.h"
 #include "signage/nDeckRegister.h"

@@ -1,0 +1,81 @@
+#include "support/host/managers.h"
+#include "host/managers/weatherState.h"
+#include "support/host/module.h"
+#include "support/host/trace.h"
+#include "support/xml/xmlFile.h"
+
+namespace {
+
+int countItems(const xmlElement* keys)
+{
+    int count = 0;
+    for (xmlElement* element = keys->GetFirstChildElement(); element; element = xmlGetNextElement(element))
+        count += qstrcmp(element->GetName(), "Item") == 0;
+    return count;
+}
+
+// The module refreshes a generated menu through its manager before it shows it, and loads the file for
+// that: a refresh inside a refresh has nothing left to do.
+void refreshMenu(const char* file)
+{
+    static bool refreshing = false;
+    if (refreshing || !hostModule().refreshMenu)
+        return;
+    refreshing = true;
+    hostModule().refreshMenu(chString(file));
+    refreshing = false;
+}
+
+} // namespace
+
+int DssKeyManager::LoadFile(const char* path, int)
+{
+    xmlFile document;
+    const xmlElement* keys =
+        document.LoadFromFile(path) ? xmlFindElementFromRoot(&document, "DssKey", 0) : nullptr;
+    if (!keys) {
+        nuxTrace(TRACE_NOTE, "keys %s not loaded: %s", path ? path : "", document.GetErrorText());
+        return 0;
+    }
+    m_nKeys = countItems(keys);
+    return 1;
+}
+
+DssKeyManager* GetDssKeyManager()
+{
+    static DssKeyManager manager;
+    return &manager;
+}
+
+void IPCameraIconViewManager::RefreshIPCameraIconView()
+{
+    refreshMenu("ipcameradata.xml");
+}
+
+IPCameraIconViewManager* GetIPCameraIconViewManager()
+{
+    static IPCameraIconViewManager manager;
+    return &manager;
+}
+
+void DoorPhoneIconViewManager::RefreshIconView()
+{
+    refreshMenu("doorphonedata.xml");
+}
+
+DoorPhoneIconViewManager* GetDoorPhoneIconViewManager()
+{
+    static DoorPhoneIconViewManager manager;
+    return &manager;
+}
+
+void WeatherFrame::RefreshBySendRequest()
+{
+    weatherState()->Request();
+}
+
+WeatherFrame* GetWeatherFrame()
+{
+    static WeatherFrame frame;
+    return &frame;
+}

@@ -1,0 +1,61 @@
+#include "host/menu/iconAction.h"
+#include "support/host/box.h"
+#include "support/host/language.h"
+#include "support/host/module.h"
+#include "support/host/phone.h"
+#include "support/host/text.h"
+#include "support/host/trace.h"
+
+namespace {
+
+void openPage(const IconMenuItem& item, QWidget* window)
+{
+    const tagModuleEntries& module = hostModule();
+    if (NUX_ASSERT(module.openPageWithInfo != nullptr, "module.openPageWithInfo != NULL"))
+        module.openPageWithInfo(fromQString(item.strTitle), {item.strIcon, item.strTitle}, window);
+}
+
+void openMenu(const IconMenuItem& item)
+{
+    const tagModuleEntries& module = hostModule();
+    if (NUX_ASSERT(module.openMenu != nullptr, "module.openMenu != NULL"))
+        module.openMenu(fromQString(item.strTarget));
+}
+
+void openDirectory(const IconMenuItem& item, QWidget* window)
+{
+    const tagModuleEntries& module = hostModule();
+    if (!NUX_ASSERT(module.openDirectory != nullptr, "module.openDirectory != NULL"))
+        return;
+    const chString title = item.nDetail == 0 ? chString() : fromQString(item.strTitle);
+    module.openDirectory(item.nDetail, title, fromQString(item.strTarget), window);
+}
+
+void call(const IconMenuItem& item, QWidget* window)
+{
+    const int account = item.nDetail < PHONE_ACCOUNT_COUNT ? qMax(item.nDetail, -1) : -1;
+    if (item.strTarget.isEmpty())
+        xMessageBox(Translate("Note"), Translate("The phone number is empty!"), BOX_NOTE, window, -1);
+    else
+        phone_CallNumber(item.strTarget.toUtf8().constData(), account, 0);
+}
+
+} // namespace
+
+void openIconMenuItem(const IconMenuItem& item, QWidget* window)
+{
+    switch (item.eAction) {
+    case IconMenuItem::OpenPage:
+        openPage(item, window);
+        break;
+    case IconMenuItem::OpenMenu:
+        openMenu(item);
+        break;
+    case IconMenuItem::OpenDirectory:
+        openDirectory(item, window);
+        break;
+    case IconMenuItem::CallNumber:
+        call(item, window);
+        break;
+    }
+}

@@ -1,0 +1,129 @@
+#include "host/services/keyfiles/keyFileCache.h"
+#include "support/file/deviceRoot.h"
+#include "support/host/trace.h"
+#include <cstdlib>
+#include <ctime>
+
+namespace {
+
+constexpr uint64_t kTickMs = 4;
+// The coarsest step of a file's time, doubled.
+constexpr long long kFreshNs = 20 * 1000000LL;
+
+uint64_t nowMs()
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return static_cast<uint64_t>(now.tv_sec) * 1000u + static_cast<uint64_t>(now.tv_nsec) / 1000000u;
+}
+
+bool isFresh(const tagFileStat& stat)
+{
+    timespec now;
+    clock_gettime(CLOCK_REALTIME, &now);
+    return std::llabs(now.tv_sec * 1000000000LL + now.tv_nsec - stat.nModifiedNs) < kFreshNs;
+}
+
+bool isUseless(KeyFileState state)
+{
+    return state == KeyFileState::Broken || state == KeyFileState::Unreadable;
+}
+
+} // namespace
+
+KeyFileState keyFileLoad(const char* path, keyFile& document)
+{
+    document = keyFile();
+    std::string text;
+    if (fileReadWhole(path, text, keyFile::SIZE_LIMIT))
+        return document.Parse(text) ? KeyFileState::Good : KeyFileState::Broken;
+    tagFileStat stat;
+    return fileStat(path, stat) ? KeyFileState::Unreadable : KeyFileState::Missing;
+}
+
+keyFileCache& keyFileCache::GetInstance()
+{
+    // Never ended: threads and other objects may read to the last.
+    static keyFileCache* cache = new keyFileCache;
+    return *cache;
+}
+
+keyFileCache::Slot* keyFileCache::Open(std::string_view path)
+{
+    std::lock_guard<std::mutex> guard(m_lock);
+    return &FindSlot(path);
+}
+
+keyFileCache::Slot& keyFileCache::FindSlot(std::string_view path)
+{
+    const auto found = m_slots.find(path);
+    if (found != m_slots.end())
+        return *found->second;
+    auto slot = std::make_unique<Slot>();
+    slot->path = path;
+    return *m_slots.emplace(slot->path, std::move(slot)).first->second;
+}
+
+std::map<std::string, std::string> keyFileCache::SectionValues(Slot& slot, std::string_view section)
+{
+    std::lock_guard<std::mutex> guard(m_lock);
+    Refresh(slot);
+    return slot.document.SectionValues(section);
+}
+
+void keyFileCache::Written()
+{
+    std::lock_guard<std::mutex> guard(m_lock);
+    m_generation.Follow(deviceGetRootNumber(), nowMs());
+    m_generation.CountUp();
+}
+
+void keyFileCache::LookAgain()
+{
+    std::lock_guard<std::mutex> guard(m_lock);
+    for (auto& slot : m_slots)
+        slot.second->looked = false;
+}
+
+void keyFileCache::Refresh(Slot& slot)
+{
+    const unsigned root = deviceGetRootNumber();
+    const uint64_t now = nowMs();
+    m_generation.Follow(root, now);
+    // Taken before the file is looked at: a write in between is looked at again.
+    const uint64_t generation = m_generation.Value();
+    const uint64_t tick = now / kTickMs;
+    const bool sameRoot = slot.root == root;
+    if (slot.looked && sameRoot && slot.generation == generation && slot.tick == tick &&
+        m_generation.IsShared())
+        return;
+    slot.root = root;
+    slot.generation = generation;
+    slot.tick = tick;
+    Look(slot, sameRoot);
+    slot.looked = true;
+}
+
+void keyFileCache::Look(Slot& slot, bool sameRoot)
+{
+    tagFileStat stat;
+    if (!fileStat(slot.path.c_str(), stat)) {
+        slot.document = keyFile();
+        slot.state = KeyFileState::Missing;
+        return;
+    }
+    const bool known = sameRoot && slot.state != KeyFileState::Missing && slot.stat == stat;
+    if (!known || slot.fresh)
+        Load(slot, stat);
+}
+
+void keyFileCache::Load(Slot& slot, const tagFileStat& stat)
+{
+    const bool wasTold = isUseless(slot.state) && slot.stat == stat;
+    slot.stat = stat;
+    slot.fresh = isFresh(stat);
+    slot.state = keyFileLoad(slot.path.c_str(), slot.document);
+    if (isUseless(slot.state) && !wasTold)
+        nuxTrace(TRACE_NOTE, "The key file %s cannot be understood, its defaults are used",
+                 slot.path.c_str());
+}

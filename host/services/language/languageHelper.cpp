@@ -1,0 +1,180 @@
+#include "host/services/keyfiles/keyFileCache.h"
+#include "support/file/deviceRoot.h"
+#include "support/file/findFile.h"
+#include "support/file/path.h"
+#include "support/host/language.h"
+#include "support/host/registry.h"
+#include "support/host/text.h"
+#include "support/host/trace.h"
+#include <QHash>
+#include <QTranslator>
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace {
+
+const char* const kFolder = "/phone/resource/language/";
+const char* const kCodes = "/phone/resource/LanguageCode.ini";
+const char* const kUserFile = "/rundata/config/user/user.ini";
+const char* const kContext = "hx";
+const char* const kOwnLanguage = "English"; // its texts are the keys
+
+// As its own speakers write it; a language the file does not know has one name.
+chString nativeName(const chString& name)
+{
+    return NUX_SubClass::nuxGetRegistryString(kCodes, "Native", name, name);
+}
+
+chString fileOf(const chString& name)
+{
+    return kFolder + name + ".qm";
+}
+
+bool isKnown(const chString& name)
+{
+    return name == kOwnLanguage || (pathIsSafeName(name) && pathFileExist(fileOf(name)));
+}
+
+std::vector<std::string> translatedNames()
+{
+    std::vector<std::string> names;
+    chObjList_dynamic<chString, 16> files;
+    nuxFindFile(kFolder, "*.qm", files, 0);
+    for (const chString& file : files)
+        names.emplace_back(pathGetFileNamePos(file), pathGetFileExtensionPos(file));
+    return names;
+}
+
+// In the order of the phone's list, then what else was installed; the language of the keys is always there.
+std::vector<std::string> allNames()
+{
+    keyFile codes;
+    keyFileLoad(kCodes, codes);
+    std::vector<std::string> names;
+    const auto append = [&names](const std::string& name) {
+        if (isKnown(name.c_str()) && std::find(names.begin(), names.end(), name) == names.end())
+            names.push_back(name);
+    };
+    for (const std::string& name : codes.SectionKeys("Code"))
+        append(name);
+    append(kOwnLanguage);
+    for (const std::string& name : translatedNames())
+        append(name);
+    return names;
+}
+
+} // namespace
+
+struct CLanguageHelper::Private
+{
+    // Told when somebody else writes another language into the configuration.
+    class Notify : public qRegistryNotify
+    {
+    public:
+        explicit Notify(CLanguageHelper* helper) : m_pHelper(helper)
+        {
+            MonitorSection(kUserFile, "Language");
+        }
+        void OnRegistryChanged(HREGISTRY section) override
+        {
+            m_pHelper->SetLanguage(registryGetString(section, "strGUILanguage", kOwnLanguage));
+        }
+
+    private:
+        CLanguageHelper* m_pHelper;
+    };
+
+    bool Load(const chString& name);
+    const char* Find(const char* key);
+    const char* Keep(const QByteArray& text) { return texts.insert(text.toStdString()).first->c_str(); }
+
+    chString language = kOwnLanguage;
+    std::unique_ptr<QTranslator> translator; // null for the language of the keys
+    QHash<QByteArray, const char*> found;    // of the present language
+    std::unordered_set<std::string> texts;   // all that were handed out, in all languages
+    std::unique_ptr<Notify> notify;
+};
+
+bool CLanguageHelper::Private::Load(const chString& name)
+{
+    std::unique_ptr<QTranslator> loaded;
+    if (name != kOwnLanguage) {
+        loaded = std::make_unique<QTranslator>();
+        if (!loaded->load(toQString(devicePath(fileOf(name))))) {
+            nuxTrace(TRACE_NOTE, "The language file %s cannot be read", fileOf(name).GetText());
+            return false;
+        }
+    }
+    translator = std::move(loaded);
+    language = name;
+    found.clear();
+    return true;
+}
+
+const char* CLanguageHelper::Private::Find(const char* key)
+{
+    const QByteArray bytes = QByteArray::fromRawData(key, static_cast<qsizetype>(strlen(key)));
+    const auto known = found.constFind(bytes);
+    if (known != found.constEnd())
+        return *known ? *known : key;
+    const QString text = translator->translate(kContext, key);
+    const char* kept = text.isEmpty() ? nullptr : Keep(text.toUtf8());
+    found.insert(QByteArray(key), kept);
+    return kept ? kept : key;
+}
+
+CLanguageHelper::CLanguageHelper() : m_p(new Private)
+{
+    const chString name =
+        NUX_SubClass::nuxGetRegistryString(kUserFile, "Language", "strGUILanguage", kOwnLanguage);
+    SetLanguage(name);
+    m_p->notify = std::make_unique<Private::Notify>(this);
+}
+
+CLanguageHelper::~CLanguageHelper()
+{
+    delete m_p;
+}
+
+const char* CLanguageHelper::Translate(const char* key)
+{
+    return key && *key && m_p->translator ? m_p->Find(key) : key;
+}
+
+void CLanguageHelper::lang_GetAllName(chObjArray<tagLanguageName, true, 4>& names)
+{
+    names.SetArraySize(0);
+    for (const std::string& name : allNames()) {
+        tagLanguageName language;
+        language.strName = name.c_str();
+        language.strNativeName = nativeName(language.strName);
+        names.Append(language);
+    }
+}
+
+int CLanguageHelper::SetLanguage(const char* name)
+{
+    const chString wanted(name);
+    if (wanted == m_p->language)
+        return 1;
+    if (!isKnown(wanted)) {
+        nuxTrace(TRACE_NOTE, "The language \"%s\" is not known", wanted.GetText());
+        return 0;
+    }
+    return m_p->Load(wanted);
+}
+
+chString CLanguageHelper::GetLanguage() const
+{
+    return m_p->language;
+}
+
+CLanguageHelper* GetLanguageHelper()
+{
+    static CLanguageHelper* helper = new CLanguageHelper;
+    return helper;
+}

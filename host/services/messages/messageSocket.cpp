@@ -1,0 +1,160 @@
+#include "host/services/messages/messageSocket.h"
+#include "support/file/deviceRoot.h"
+#include "support/file/path.h"
+#include <QDir>
+#include <cctype>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+const char* const kRunFolder = "/rundata/run";
+constexpr int kMaxName = 64;
+constexpr int kBacklog = 64;
+
+QByteArray runFolder()
+{
+    return QByteArray(devicePath(kRunFolder).GetText());
+}
+
+bool makeRunFolder()
+{
+    if (pathIsDirectory(kRunFolder))
+        return true;
+    return pathMakeDirectories(kRunFolder) && chmod(runFolder().constData(), 0700) == 0;
+}
+
+// The address of a socket in the run folder. A path that is too long for an address goes through the
+// descriptor of its folder, which lives as long as this.
+class Address
+{
+public:
+    explicit Address(const QByteArray& name)
+    {
+        const QByteArray file = name + ".sock";
+        QByteArray path = runFolder() + '/' + file;
+        if (path.size() >= int(sizeof m_address.sun_path)) {
+            m_nFolder = open(runFolder().constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+            path = "/proc/self/fd/" + QByteArray::number(m_nFolder) + '/' + file;
+        }
+        m_address.sun_family = AF_UNIX;
+        qstrncpy(m_address.sun_path, path.constData(), sizeof m_address.sun_path);
+    }
+    ~Address()
+    {
+        if (m_nFolder >= 0)
+            close(m_nFolder);
+    }
+    Address(const Address&) = delete;
+    Address& operator=(const Address&) = delete;
+    const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&m_address); }
+    const char* path() const { return m_address.sun_path; }
+    static socklen_t size() { return sizeof(sockaddr_un); }
+
+private:
+    sockaddr_un m_address = {};
+    int m_nFolder = -1;
+};
+
+int newSocket()
+{
+    return socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+}
+
+int closeFailed(int fd)
+{
+    if (fd >= 0)
+        close(fd);
+    return -1;
+}
+
+// The lock ends with its process, however that ends, so a socket without one is a dead process's.
+int takeLock(const QByteArray& name)
+{
+    const QByteArray path = runFolder() + '/' + name + ".lock";
+    const int fd = open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    return fd >= 0 && flock(fd, LOCK_EX | LOCK_NB) == 0 ? fd : closeFailed(fd);
+}
+
+} // namespace
+
+bool messageSocket::isValidName(const QByteArray& name)
+{
+    if (name.isEmpty() || name.size() > kMaxName || name.startsWith('.'))
+        return false;
+    for (const char c : name) {
+        if (!isalnum(static_cast<unsigned char>(c)) && c != '_' && c != '-' && c != '.')
+            return false;
+    }
+    return true;
+}
+
+int messageSocket::listenAs(const QByteArray& name, int& lock)
+{
+    lock = -1;
+    if (!isValidName(name) || !makeRunFolder())
+        return -1;
+    lock = takeLock(name);
+    if (lock < 0)
+        return -1;
+    removeName(name);
+    const Address address(name);
+    const int fd = newSocket();
+    if (fd >= 0 && bind(fd, address.get(), Address::size()) == 0 && chmod(address.path(), 0600) == 0 &&
+        listen(fd, kBacklog) == 0)
+        return fd;
+    lock = closeFailed(lock);
+    return closeFailed(fd);
+}
+
+void messageSocket::removeName(const QByteArray& name)
+{
+    unlink((runFolder() + '/' + name + ".sock").constData());
+}
+
+int messageSocket::connectTo(const QByteArray& name)
+{
+    if (!isValidName(name))
+        return -1;
+    const Address address(name);
+    const int fd = newSocket();
+    if (fd >= 0 && connect(fd, address.get(), Address::size()) == 0 && isSameUser(fd))
+        return fd;
+    return closeFailed(fd);
+}
+
+int messageSocket::acceptFrom(int listener)
+{
+    const int fd = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+    return fd >= 0 && isSameUser(fd) ? fd : closeFailed(fd);
+}
+
+bool messageSocket::isSameUser(int socket)
+{
+    ucred peer = {};
+    socklen_t size = sizeof peer;
+    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
+}
+
+bool messageSocket::isClosed(int socket)
+{
+    pollfd look = {socket, POLLRDHUP, 0};
+    return poll(&look, 1, 0) > 0 && (look.revents & (POLLRDHUP | POLLHUP | POLLERR));
+}
+
+QList<QByteArray> messageSocket::names()
+{
+    QList<QByteArray> found;
+    const QDir folder(QString::fromLocal8Bit(runFolder()));
+    for (const QString& file : folder.entryList({"*.sock"}, QDir::System | QDir::Files)) {
+        const QByteArray name = file.left(file.size() - 5).toLocal8Bit();
+        if (isValidName(name))
+            found.append(name);
+    }
+    return found;
+}

@@ -1,0 +1,13 @@
+#pragma once
+// The calls of the past, in "/rundata/data/callHistory.xml": <CallHistory> with a <Call number name line
+// direction start seconds> for each, the newest first. line: 1 to 4, 0 for none; direction: "out" or "in";
+// start: "YYYY-MM-DD hh:mm:ss", local time. The files are written on a task thread.
+#include "host/services/phone/tagCall.h"
+#include "support/host/api.h"
+
+enum { CALL_HISTORY_MAX = 100 };
+
+// User-interface thread. Returns at once.
+HX_HOST_API void callHistoryAdd(const tagCall& call);
+// Forgets all calls, those too that are on their way into the file. 0 when the file cannot be written.
+HX_HOST_API int callHistoryClear();

@@ -1,0 +1,52 @@
+#pragma once
+// Accounts and calls: passes on what the backend tells to the module and to the call screen, and keeps
+// the history of calls. User-interface thread.
+#include "host/services/messages/processerBook.h"
+#include "host/services/phone/phoneBackend.h"
+#include <QMap>
+#include <QMutex>
+#include <functional>
+#include <memory>
+
+class HX_HOST_API phoneService : public phoneEvents
+{
+public:
+    static phoneService& instance();
+
+    // Puts a backend to work, in place of the one before. Without a call the simulation works from the
+    // first use on.
+    void setBackend(std::unique_ptr<phoneBackend> backend);
+    phoneBackend& backend();
+
+    QList<tagCall> calls();
+    bool hangUp(int id);
+    // Called with each call that begins, changes or ends. The answer is for removeCallListener.
+    using CallListener = std::function<void(const tagCall& call)>;
+    int addCallListener(CallListener listener);
+    void removeCallListener(int listener);
+
+    // As phone_RegAccountNotify and phone_UnRegAccountNotify; account -1 takes away all of the
+    // processer's.
+    void addAccountNotify(const chMsgProcesser* processer, int account);
+    void removeAccountNotify(const chMsgProcesser* processer, int account);
+
+    void accountChanged(int index) override;
+    void callChanged(const tagCall& call) override;
+
+private:
+    struct tagNotify
+    {
+        tagProcesserRef processer;
+        int nAccount;
+    };
+
+    phoneService() = default;
+    bool wantsAccount(const tagProcesserRef& processer, int index) const;
+    QList<tagProcesserRef> processersFor(int index) const;
+
+    std::unique_ptr<phoneBackend> m_pBackend;
+    QMap<int, CallListener> m_listeners;
+    int m_nLastListener = 0;
+    mutable QMutex m_mutex; // of m_notifies: they are looked at again on the processer's thread
+    QList<tagNotify> m_notifies;
+};

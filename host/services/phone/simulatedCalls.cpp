@@ -1,0 +1,99 @@
+#include "host/services/phone/simulatedCalls.h"
+#include "support/host/net.h"
+#include <QTimer>
+
+namespace {
+const char* const kBusyNumber = "busy";
+constexpr int kMsInSecond = 1000;
+} // namespace
+
+tagCall simulatedCalls::newCall(const QString& number, int account)
+{
+    tagCall call;
+    call.nId = ++m_nLastId;
+    call.strNumber = number;
+    call.nAccount = account;
+    call.nStartTime = netGetLocalTime();
+    return call;
+}
+
+int simulatedCalls::begin(const QString& number, int account)
+{
+    const tagCall call = newCall(number, account);
+    m_calls.append({call, QElapsedTimer()});
+    QTimer::singleShot(RING_MS, Qt::PreciseTimer, this, [this, id = call.nId] { answered(id); });
+    m_changed(call);
+    return call.nId;
+}
+
+void simulatedCalls::refuse(const QString& number, int account, const char* reason)
+{
+    tagCall call = newCall(number, account);
+    call.eState = CALL_ENDED;
+    call.strReason = reason;
+    m_changed(call);
+}
+
+int simulatedCalls::indexOf(int id) const
+{
+    for (int i = 0; i < m_calls.size(); ++i) {
+        if (m_calls[i].call.nId == id)
+            return i;
+    }
+    return -1;
+}
+
+void simulatedCalls::answered(int id)
+{
+    const int index = indexOf(id);
+    if (index < 0)
+        return;
+    if (m_calls[index].call.strNumber == kBusyNumber) {
+        end(index, "Busy");
+        return;
+    }
+    m_calls[index].call.eState = CALL_TALKING;
+    m_calls[index].talking.start();
+    m_changed(shown(m_calls[index]));
+}
+
+bool simulatedCalls::hangUp(int id)
+{
+    const int index = indexOf(id);
+    if (index >= 0)
+        end(index, "");
+    return index >= 0;
+}
+
+void simulatedCalls::end(int index, const char* reason)
+{
+    tagCall call = shown(m_calls[index]);
+    m_calls.removeAt(index);
+    call.eState = CALL_ENDED;
+    call.strReason = reason;
+    m_changed(call);
+}
+
+tagCall simulatedCalls::shown(const tagLiveCall& live)
+{
+    tagCall call = live.call;
+    call.nSeconds = live.talking.isValid() ? int(live.talking.elapsed() / kMsInSecond) : 0;
+    return call;
+}
+
+QList<tagCall> simulatedCalls::calls() const
+{
+    QList<tagCall> all;
+    for (const tagLiveCall& live : m_calls)
+        all.append(shown(live));
+    return all;
+}
+
+bool simulatedCalls::isTalking() const
+{
+    for (const tagLiveCall& live : m_calls) {
+        if (live.call.eState == CALL_TALKING)
+            return true;
+    }
+    return false;
+}

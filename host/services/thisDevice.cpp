@@ -1,8 +1,0 @@
-#include "host/services/thisDevice.h"
-#include "support/file/deviceRoot.h"
-#include "support/file/path.h"
-
-bool isThisDevice()
-{
-    return deviceGetRoot().IsEmpty() && pathFileExist("/phone/resource/version.ini");
-}

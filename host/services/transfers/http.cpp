@@ -1,0 +1,26 @@
+#include "support/host/http.h"
+#include "host/services/transfers/httpService.h"
+#include "host/services/transfers/httpTransfer.h"
+
+HttpAction::HttpAction() = default;
+
+HttpAction::~HttpAction()
+{
+    const quint64 number = taskBook::numberOf(*this);
+    taskForget(*this);
+    httpService::forget(number);
+}
+
+int HttpAction::exec()
+{
+    httpService::instance().start(httpService::takeJob(*this));
+    return 0;
+}
+
+void HttpAction::httpFinished(QNetworkReply* reply)
+{
+    httpService& service = httpService::instance();
+    httpTransfer* transfer = service.isHere() ? service.transferOf(reply) : nullptr;
+    if (transfer)
+        transfer->conclude();
+}

@@ -1,0 +1,258 @@
+#include "host/services/transfers/httpService.h"
+#include "host/services/system/giveWay.h"
+#include "host/services/transfers/httpTransfer.h"
+#include "support/host/http.h"
+#include <QHash>
+#include <QMutex>
+#include <QNetworkAccessManager>
+#include <QNetworkProxy>
+#include <QThread>
+#include <algorithm>
+#include <atomic>
+
+namespace {
+
+struct tagAsked
+{
+    quint64 nTurn = 0;
+    QList<tagHttpJob> jobs; // not begun
+};
+
+struct Asked
+{
+    QMutex mutex;
+    QHash<quint64, tagAsked> actions;
+};
+
+Asked& theAsked()
+{
+    static Asked* asked = new Asked;
+    return *asked;
+}
+
+std::atomic<bool> g_isRunning{false};
+
+bool isLatest(const tagHttpJob& job)
+{
+    Asked& asked = theAsked();
+    QMutexLocker lock(&asked.mutex);
+    return asked.actions.value(job.hold->number()).nTurn == job.nTurn;
+}
+
+// Direct, in words that keep the sockets buffered: of an unbuffered one the head of an answer is read byte by
+// byte, each from the system.
+class DirectProxy : public QNetworkProxyFactory
+{
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery&) override
+    {
+        return {QNetworkProxy(QNetworkProxy::DefaultProxy)};
+    }
+};
+
+// The thread ends before the process's statics do.
+class NetworkThread : public QThread
+{
+public:
+    explicit NetworkThread(httpService* service) : m_pService(service)
+    {
+        m_pService->moveToThread(this);
+        setObjectName("network");
+        start();
+        g_isRunning = true;
+    }
+    ~NetworkThread() override
+    {
+        g_isRunning = false;
+        quit();
+        wait();
+        delete m_pService;
+    }
+
+protected:
+    void run() override
+    {
+        threadGiveWay(GIVE_WAY_TRANSFERS);
+        exec();
+    }
+
+private:
+    httpService* m_pService;
+};
+
+} // namespace
+
+httpService& httpService::instance()
+{
+    // Made and moved by one thread, also when two ask for it first.
+    static httpService* const service = [] {
+        httpService* made = new httpService;
+        static NetworkThread thread(made);
+        return made;
+    }();
+    return *service;
+}
+
+void httpService::prepare(HttpAction& action, const taskHoldRef& hold)
+{
+    tagHttpJob job;
+    job.url = action.strRemoteUrl.GetText();
+    job.file = action.strLocalFile.GetText();
+    job.server = httpTransfer::serverOf(job.url);
+    job.nSizeLimit = action.nSizeLimit;
+    job.nTimeLimit = action.nTimeLimit;
+    job.bFlush = action.bFlush != 0;
+    job.bCheckSum = action.bCheckSum != 0;
+    job.hold = hold;
+    Asked& asked = theAsked();
+    QMutexLocker lock(&asked.mutex);
+    tagAsked& mine = asked.actions[hold->number()];
+    job.nTurn = ++mine.nTurn;
+    mine.jobs.append(job);
+}
+
+tagHttpJob httpService::takeJob(HttpAction& action)
+{
+    const quint64 number = taskBook::numberOf(action);
+    Asked& asked = theAsked();
+    QMutexLocker lock(&asked.mutex);
+    tagAsked& mine = asked.actions[number];
+    if (!mine.jobs.isEmpty())
+        return mine.jobs.takeFirst();
+    lock.unlock();
+    prepare(action, std::make_shared<taskHold>(action));
+    return takeJob(action);
+}
+
+void httpService::start(const tagHttpJob& job)
+{
+    QMetaObject::invokeMethod(
+        this, [this, job] { enqueue(job); }, Qt::QueuedConnection);
+}
+
+void httpService::forget(quint64 action)
+{
+    Asked& asked = theAsked();
+    QMutexLocker lock(&asked.mutex);
+    const tagAsked ended = asked.actions.take(action);
+    lock.unlock();
+    if (ended.nTurn == 0 || !g_isRunning)
+        return;
+    httpService& service = instance();
+    QMetaObject::invokeMethod(
+        &service, [&service, action] { service.giveUp(action); }, Qt::QueuedConnection);
+}
+
+bool httpService::isHere() const
+{
+    return QThread::currentThread() == thread();
+}
+
+httpTransfer* httpService::transferOf(QNetworkReply* reply) const
+{
+    for (httpTransfer* transfer : m_active) {
+        if (reply && transfer->reply() == reply)
+            return transfer;
+    }
+    return nullptr;
+}
+
+void httpService::enqueue(const tagHttpJob& job)
+{
+    if (!isLatest(job)) {
+        taskGiveUp(job.hold);
+        return;
+    }
+    giveUp(job.hold->number());
+    ++m_jobs[job.hold->number()];
+    m_servers[job.server].waiting.push_back(job);
+    startNext(job.server);
+}
+
+// Everything the action asked for so far. Most actions have nothing left when they go.
+void httpService::giveUp(quint64 action)
+{
+    if (m_jobs.remove(action) == 0)
+        return;
+    giveUpWaiting(action);
+    const QList<httpTransfer*> active = m_active;
+    for (httpTransfer* transfer : active) {
+        if (transfer->job().hold->number() != action)
+            continue;
+        ended(transfer);
+        transfer->giveUp();
+        taskGiveUp(transfer->job().hold);
+        transfer->deleteLater();
+        startNext(transfer->job().server);
+    }
+}
+
+void httpService::giveUpWaiting(quint64 action)
+{
+    for (tagServer& server : m_servers) {
+        const auto isIts = [action](const tagHttpJob& job) { return job.hold->number() == action; };
+        for (const tagHttpJob& job : server.waiting) {
+            if (isIts(job))
+                taskGiveUp(job.hold);
+        }
+        server.waiting.erase(std::remove_if(server.waiting.begin(), server.waiting.end(), isIts),
+                             server.waiting.end());
+    }
+}
+
+void httpService::startNext(const QByteArray& server)
+{
+    for (;;) {
+        tagServer& its = m_servers[server];
+        if (its.waiting.empty() || its.nActive >= MAX_FOR_SERVER)
+            break;
+        const tagHttpJob job = its.waiting.front();
+        its.waiting.pop_front();
+        begin(job);
+    }
+    const tagServer& its = m_servers[server];
+    if (its.waiting.empty() && its.nActive == 0)
+        m_servers.remove(server);
+}
+
+void httpService::begin(const tagHttpJob& job)
+{
+    if (!m_pManager) {
+        m_pManager = new QNetworkAccessManager(this);
+        m_pManager->setProxyFactory(new DirectProxy);
+    }
+    httpTransfer* transfer =
+        new httpTransfer(job, m_room, [this](httpTransfer* its, bool good) { done(its, good); });
+    m_active.append(transfer);
+    const bool hasConnection = ++m_servers[job.server].nActive <= CONNECTIONS;
+    transfer->start(*m_pManager, hasConnection);
+}
+
+void httpService::ended(httpTransfer* transfer)
+{
+    m_active.removeOne(transfer);
+    --m_servers[transfer->job().server].nActive;
+}
+
+void httpService::done(httpTransfer* transfer, bool good)
+{
+    if (!m_active.contains(transfer))
+        return;
+    ended(transfer);
+    const tagHttpJob job = transfer->job();
+    const QByteArray checkSum = good ? transfer->checkSum() : QByteArray();
+    transfer->deleteLater();
+    if (--m_jobs[job.hold->number()] <= 0)
+        m_jobs.remove(job.hold->number());
+    taskDone(job.hold, [job, good, checkSum] {
+        HttpAction* action = static_cast<HttpAction*>(job.hold->action());
+        if (!action || !isLatest(job))
+            return false;
+        action->nResult = good;
+        action->strCheckSum = checkSum.constData();
+        return true;
+    });
+    // A transfer that ends at once must not make the list of those that wait go deeper and deeper.
+    QMetaObject::invokeMethod(
+        this, [this, server = job.server] { startNext(server); }, Qt::QueuedConnection);
+}

@@ -1,0 +1,75 @@
+#pragma once
+// The network thread: it starts with the first transfer, and all transfers run on it. At most a few at
+// a time go to one server; the others wait their turn.
+#include "host/services/storage/diskRoom.h"
+#include "host/services/transfers/taskBook.h"
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <deque>
+
+class HttpAction;
+class QNetworkAccessManager;
+class QNetworkReply;
+class httpTransfer;
+
+// What an action asked for when it was posted. Its own texts may be written again meanwhile.
+struct tagHttpJob
+{
+    QByteArray url;
+    QByteArray file;   // device path
+    QByteArray server; // scheme, host and port
+    qint64 nSizeLimit = 0;
+    int nTimeLimit = 0;
+    bool bFlush = true;
+    bool bCheckSum = false;
+    quint64 nTurn = 0; // counts the postings of one action
+    taskHoldRef hold;
+};
+
+class httpService : public QObject
+{
+public:
+    enum : int {
+        CONNECTIONS = 6,                 // to one server; the toolkit opens no more
+        MAX_FOR_SERVER = 2 * CONNECTIONS // handed to it, so that no connection waits for this thread
+    };
+
+    // Any thread.
+    static httpService& instance();
+    // Takes down what the action asks for, on the thread that posts it. An action that is posted again
+    // asks for something else: its transfer under way is given up, and its callback is told once.
+    static void prepare(HttpAction& action, const taskHoldRef& hold);
+    // The oldest job of the action that was taken down; one of its present texts when there is none.
+    static tagHttpJob takeJob(HttpAction& action);
+    void start(const tagHttpJob& job);
+    // The action is being destroyed.
+    static void forget(quint64 action);
+
+    // From here on: the network thread.
+    bool isHere() const;
+    httpTransfer* transferOf(QNetworkReply* reply) const;
+
+private:
+    httpService() = default;
+    // What goes to one server.
+    struct tagServer
+    {
+        std::deque<tagHttpJob> waiting;
+        int nActive = 0;
+    };
+    void enqueue(const tagHttpJob& job);
+    void startNext(const QByteArray& server);
+    void begin(const tagHttpJob& job);
+    void giveUp(quint64 action);
+    void giveUpWaiting(quint64 action);
+    void ended(httpTransfer* transfer);
+    void done(httpTransfer* transfer, bool good);
+
+    QNetworkAccessManager* m_pManager = nullptr;
+    diskRoom m_room;
+    QHash<QByteArray, tagServer> m_servers;
+    QHash<quint64, int> m_jobs; // that wait or are active, of each action
+    QList<httpTransfer*> m_active;
+};
