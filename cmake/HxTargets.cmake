@@ -13,6 +13,18 @@ function(hx_headers name)
     target_link_libraries(${name} PRIVATE ${HEADERS_LINK})
     target_compile_options(${name} PRIVATE ${HEADERS_OPTIONS})
     target_precompile_headers(${name} PRIVATE ${HEADERS_FILES})
+    hx_name_headers(${name} "${HEADERS_FILES};${HEADERS_OPTIONS}")
+endfunction()
+
+# No two compilations of a precompiled header are the same to the byte. What the compiler cache compares instead:
+# which headers, of which versions, for which compiler.
+function(hx_name_headers name contents)
+    get_target_property(toolkit Qt6::Core INTERFACE_INCLUDE_DIRECTORIES)
+    list(FILTER toolkit INCLUDE REGEX "QtCore$")
+    list(GET toolkit 0 toolkit)
+    file(TIMESTAMP ${toolkit}/qglobal.h stamp)
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${name}.dir/cmake_pch.hxx.gch.sum
+         "${contents};${CMAKE_CXX_COMPILER_VERSION};${CMAKE_BUILD_TYPE};${Qt6_VERSION};${stamp};${GTest_VERSION}")
 endfunction()
 
 function(hx_precompiled name headers)
