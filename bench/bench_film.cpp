@@ -4,13 +4,15 @@
 #include "bench/phoneBench.h"
 #include "bench/runningPhone.h"
 #include "bench/signPhone.h"
-#include "bench/signTexts.h"
 #include "host/services/messages/messageBus.h"
 #include "host/services/players/videoFrames.h"
 #include "places.h"
 #include "support/host/player.h"
 #include "support/host/video.h"
-#include "tests/e2e/signServer.h"
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/signServer.h"
+#include "tests/kit/plain/signTexts.h"
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
@@ -20,6 +22,8 @@
 #include <set>
 #include <sys/resource.h>
 #include <unistd.h>
+
+using namespace kit;
 
 namespace {
 
@@ -130,8 +134,10 @@ class Players
 public:
     explicit Players(const QString& root)
     {
-        m_movie.start(benchProgram("hxMovie"), {"--sysroot", root});
-        m_media.start(benchProgram("hxMedia"), {"--sysroot", root});
+        endWithUs(m_movie);
+        endWithUs(m_media);
+        m_movie.start(program("hxMovie"), {"--sysroot", root});
+        m_media.start(program("hxMedia"), {"--sysroot", root});
     }
     ~Players()
     {
@@ -141,11 +147,11 @@ public:
         }
     }
     static bool areUp() { return msgGetThreadByName("app_hxMovie") && msgGetThreadByName("app_hxMedia"); }
-    double cpu() const { return cpuSecondsOf(m_movie.processId()) + cpuSecondsOf(m_media.processId()); }
+    double cpu() const { return cpuSeconds(m_movie.processId()) + cpuSeconds(m_media.processId()); }
     void print() const
     {
-        printf("hxMovie %.2f s, hxMedia %.2f s of processor time\n", cpuSecondsOf(m_movie.processId()),
-               cpuSecondsOf(m_media.processId()));
+        printf("hxMovie %.2f s, hxMedia %.2f s of processor time\n", cpuSeconds(m_movie.processId()),
+               cpuSeconds(m_media.processId()));
     }
 
 private:

@@ -1,14 +1,14 @@
 // How long a person waits for a page: first and cached opens to painted, and the boot pre-building.
 #include "bench/phoneBench.h"
-#include "frame/modSetting.h"
+#include "frame/moduleEntries.h"
 #include "host/desktop/boot.h"
 #include "host/look/look.h"
 #include "host/services/messages/messageBus.h"
 #include "settings/system/systemPages.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/desktop.h"
-#include "support/host/module.h"
 #include "support/host/screen.h"
+#include "tests/kit/plain/deviceFolder.h"
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QKeyEvent>
@@ -83,18 +83,13 @@ void benchPage(RatioTable& table, const char* page, const char* className)
 int main(int argc, char** argv)
 {
     QTemporaryDir root;
-    makeBenchRoot(root.path());
+    kit::fillDeviceFolder(root.path(), kit::Firmware::Link);
     deviceSetRoot(root.path().toUtf8().constData());
     hostPrepareFonts();
     QApplication application(argc, argv);
     hostApplyLook(application);
     settingsSystemPages();
-    tagModuleEntries entries;
-    entries.openPage = settingOpenPage;
-    entries.openPageWithInfo = settingOpenPage;
-    entries.openMenu = settingOpenXml;
-    entries.openFrame = settingOpenFrame;
-    hostSetModule(entries);
+    hostSetModule(settingEntries());
     frmDesktop::GetInstance()->m_pLoading = new frmLoading;
     frmDesktop::GetInstance()->m_pLoading->show();
     QCoreApplication::processEvents();

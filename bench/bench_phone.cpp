@@ -2,11 +2,15 @@
 // that shows without moving.
 #include "bench/phoneBench.h"
 #include "bench/runningPhone.h"
-#include "bench/signTexts.h"
-#include "tests/e2e/signServer.h"
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/signServer.h"
+#include "tests/kit/plain/signTexts.h"
 #include <QGuiApplication>
 #include <QThread>
 #include <cstdio>
+
+using namespace kit;
 
 namespace {
 
@@ -18,9 +22,9 @@ constexpr double kBeforeSignage = 37.3; // MB after boot of a phone that had no 
 // Share of one core in percent.
 double loadOf(const RunningPhone& phone, int seconds)
 {
-    const double before = cpuSecondsOf(phone.pid());
+    const double before = cpuSeconds(phone.pid());
     QThread::sleep(unsigned(seconds));
-    return 100 * (cpuSecondsOf(phone.pid()) - before) / seconds;
+    return 100 * (cpuSeconds(phone.pid()) - before) / seconds;
 }
 
 void setKey(const RunningPhone& phone, const QString& key, const QString& value)

@@ -3,7 +3,6 @@
 #include "bench/phoneBench.h"
 #include "bench/runningPhone.h"
 #include "bench/signPhone.h"
-#include "bench/signTexts.h"
 #include "host/services/messages/messageBus.h"
 #include "places.h"
 #include "signage/nDeckCover.h"
@@ -12,7 +11,10 @@
 #include "signage/nDeckFrame.h"
 #include "signage/nDeckWindow.h"
 #include "support/host/webview.h"
-#include "tests/e2e/signServer.h"
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/signServer.h"
+#include "tests/kit/plain/signTexts.h"
 #include <QApplication>
 #include <QBackingStore>
 #include <QElapsedTimer>
@@ -25,6 +27,8 @@
 #include <cstring>
 #include <functional>
 #include <unistd.h>
+
+using namespace kit;
 
 namespace {
 
@@ -200,8 +204,10 @@ int runMemory(int argc, char** argv)
     SignPhone phone(argc, argv, server.url());
     messageServiceStart("app_hxPhone");
     QProcess movie, media;
-    movie.start(benchProgram("hxMovie"), {"--sysroot", phone.root()});
-    media.start(benchProgram("hxMedia"), {"--sysroot", phone.root()});
+    endWithUs(movie);
+    endWithUs(media);
+    movie.start(program("hxMovie"), {"--sysroot", phone.root()});
+    media.start(program("hxMedia"), {"--sysroot", phone.root()});
     runUntil([] { return msgGetThreadByName("app_hxMovie") && msgGetThreadByName("app_hxMedia"); }, 10000);
     start(phone, 4);
     runUntil([] { return false; }, 2000); // the film has played
@@ -231,6 +237,7 @@ int runMemory(int argc, char** argv)
 QList<double> figuresOfChild(const char* program, const char* what)
 {
     QProcess child;
+    endWithUs(child);
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     child.start(program, {what});
     child.waitForFinished(-1);

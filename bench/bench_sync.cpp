@@ -3,7 +3,6 @@
 // and their layout shows. Then the same with a text that runs over the screen: nobody may see it falter.
 #include "bench/phoneBench.h"
 #include "bench/signPhone.h"
-#include "bench/signTexts.h"
 #include "bench/threadWatch.h"
 #include "host/services/transfers/httpService.h"
 #include "signage/nDeckDisplay.h"
@@ -12,7 +11,10 @@
 #include "signage/nDeckFrame.h"
 #include "signage/nDeckPicture.h"
 #include "support/host/webview.h"
-#include "tests/e2e/signServer.h"
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/signServer.h"
+#include "tests/kit/plain/signTexts.h"
 #include <QApplication>
 #include <QCryptographicHash>
 #include <QElapsedTimer>
@@ -26,6 +28,8 @@
 #include <cstdio>
 #include <map>
 #include <vector>
+
+using namespace kit;
 
 namespace {
 
@@ -98,6 +102,7 @@ double secondsOfShell(const SignServer& server, int count, const QStringList& su
     QTemporaryDir folder;
     writeLists(server, folder.path(), count, sums);
     QProcess shell;
+    endWithUs(shell);
     shell.setWorkingDirectory(folder.path());
     QElapsedTimer timer;
     timer.start();
@@ -176,6 +181,7 @@ int runSync(int argc, char** argv)
 QList<double> figuresOfChild(const char* program, const QStringList& arguments)
 {
     QProcess child;
+    endWithUs(child);
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     child.start(program, arguments);
     child.waitForFinished(-1);

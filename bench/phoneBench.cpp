@@ -1,25 +1,5 @@
 #include "bench/phoneBench.h"
-#include "places.h"
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
 #include <cstdio>
-
-void makeBenchRoot(const QString& folder)
-{
-    const QString image = HX_BUILD_DIR "/rootfs";
-    QFile::link(image + "/phone", folder + "/phone");
-    QDirIterator files(image + "/rundata", QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString source = files.next();
-        const QString target = folder + source.mid(image.size());
-        QDir().mkpath(QFileInfo(target).path());
-        QFile::copy(source, target);
-        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
-    }
-    QDir(folder).mkpath("rundata/run");
-    QDir(folder).mkpath("storage");
-}
 
 void RatioTable::add(const QString& what, double measured, double limit, const QString& unit)
 {

@@ -1,10 +1,7 @@
 #pragma once
-// What the benchmarks of the whole phone share: a device root, and a table of figures against limits.
+// What the benchmarks of the whole phone share: a table of figures against limits.
 #include <QString>
 #include <vector>
-
-// A device root as ./run makes it, from the image of this build.
-void makeBenchRoot(const QString& folder);
 
 // Figures that are held against a limit of their own, printed as ratios of it.
 class RatioTable

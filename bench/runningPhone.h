@@ -5,10 +5,6 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-// Path of a program of this build.
-QString benchProgram(const char* name);
-// Processor time of the process so far, in seconds; 0 when there is none.
-double cpuSecondsOf(qint64 pid);
 // Resident memory of the process in MB. What it shares counts whole: who else uses it comes and goes.
 double residentMegabytes(qint64 pid);
 

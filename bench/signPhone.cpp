@@ -1,5 +1,4 @@
 #include "bench/signPhone.h"
-#include "bench/phoneBench.h"
 #include "host/look/look.h"
 #include "host/services/system/netWorld.h"
 #include "signage/nDeckDisplay.h"
@@ -11,6 +10,7 @@
 #include "support/file/deviceRoot.h"
 #include "support/host/net.h"
 #include "support/host/registry.h"
+#include "tests/kit/plain/deviceFolder.h"
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
@@ -27,7 +27,7 @@ void configure(const char* key, const QByteArray& value)
 
 SignPhone::SignPhone(int& argc, char** argv, const QString& server)
 {
-    makeBenchRoot(root());
+    kit::fillDeviceFolder(root(), kit::Firmware::Link);
     deviceSetRoot(root().toUtf8().constData());
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_NO_GLIB", "1"); // the event loop of a phone without a desktop

@@ -7,7 +7,7 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache lld pkg-config qt6-base-dev qt6-bas
   gstreamer1.0-libav gstreamer1.0-tools
   libcairo2-dev fonts-noto-core fonts-noto-extra fonts-noto-cjk"
 # locales: a test prints numbers under a decimal comma.
-TEST_PACKAGES="libgtest-dev libgmock-dev locales"
+TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format"
 WINDOW_PACKAGES="xserver-xephyr"
 BROWSER_PACKAGES="tigervnc-standalone-server novnc websockify"
 FUZZ_PACKAGES="clang libclang-rt-14-dev"

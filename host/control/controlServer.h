@@ -2,10 +2,8 @@
 // The control socket: lets a shell drive and inspect the phone. Off unless the main program opens it.
 #include "support/host/api.h"
 #include <QHash>
-#include <QJsonValue>
 #include <QLocalServer>
 #include <QObject>
-#include <functional>
 
 class QLocalSocket;
 
@@ -15,8 +13,6 @@ class HX_HOST_API controlServer : public QObject
 {
     Q_OBJECT
 public:
-    using Reply = std::function<void(const QJsonValue&)>;
-
     explicit controlServer(QObject* parent = nullptr);
     ~controlServer() override;
     // path: on this machine. The socket is for its owner alone. False when it cannot be made, or when a

@@ -7,7 +7,7 @@
 #include <QWindow>
 #include <qpa/qwindowsysteminterface.h>
 
-using Reply = controlServer::Reply;
+using Reply = ControlReply;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
-#include "host/control/controlCommands.h"
+#include "host/control/controlReply.h"
 
 // Touches and keys, put in below the toolkit's widgets as the window system would.
-void controlTouch(const QStringList& arguments, const controlServer::Reply& reply);
-void controlKey(const QStringList& arguments, const controlServer::Reply& reply);
-void controlType(const QStringList& arguments, const controlServer::Reply& reply);
+void controlTouch(const QStringList& arguments, const ControlReply& reply);
+void controlKey(const QStringList& arguments, const ControlReply& reply);
+void controlType(const QStringList& arguments, const ControlReply& reply);

@@ -6,7 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 
-using Reply = controlServer::Reply;
+using Reply = ControlReply;
 
 namespace {
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "host/control/controlCommands.h"
+#include "host/control/controlReply.h"
 
 // "wait page CLASS MS" and "wait idle MS".
-void controlWait(const QStringList& arguments, const controlServer::Reply& reply);
+void controlWait(const QStringList& arguments, const ControlReply& reply);

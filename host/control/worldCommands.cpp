@@ -9,7 +9,7 @@
 #include <QDateTime>
 #include <QMap>
 
-using Reply = controlServer::Reply;
+using Reply = ControlReply;
 
 namespace {
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "host/control/controlCommands.h"
+#include "host/control/controlReply.h"
 
 // "set ...": the world around the phone.
-void controlSet(const QStringList& arguments, const controlServer::Reply& reply);
+void controlSet(const QStringList& arguments, const ControlReply& reply);

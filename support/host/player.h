@@ -29,7 +29,7 @@ enum : unsigned int {
     // The picture's way to the screen.
     MEDIA_MSG_FRAME = 0x120021,       // to "app_hxPhone": wParam: process, lParam: its memory of pictures
     MEDIA_MSG_PICTURE_SIZE = 0x70021, // to "app_hxMedia": size of the surface; wParam: width, lParam: height
-    MEDIA_MSG_VOLUME = 0x70022, // to "app_hxMedia": the phone's volume; wParam: 0 to 100
+    MEDIA_MSG_VOLUME = 0x70022,       // to "app_hxMedia": the phone's volume; wParam: 0 to 100
     // To "app_hxMedia": wParam: non-zero silences the session, until it ends. A session begins aloud: before
     // it the phone mutes its output so that nothing of its own mixes in.
     MEDIA_MSG_MUTE = 0x70023,

@@ -1,6 +1,7 @@
 // The control interface itself, as a shell sees it.
 #include "places.h"
 #include "tests/e2e/livePhone.h"
+#include "tests/kit/plain/deviceFolder.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -16,7 +17,7 @@ protected:
     static int runBare(const QStringList& words)
     {
         QProcess process;
-        process.start(QString(HX_BUILD_DIR "/bin/hxctl"), words);
+        process.start(kit::program("hxctl"), words);
         process.waitForFinished(10000);
         return process.exitCode();
     }
@@ -38,6 +39,8 @@ TEST_F(Control, BadUsageAndAMissingPhoneExitWithTwo)
     EXPECT_EQ(runBare({"-s", root() + "/control", "dance"}), 2);
     EXPECT_EQ(runBare({"-s", root() + "/control", "touch", "x", "1"}), 2);
     EXPECT_EQ(runBare({"--help"}), 0);
+    EXPECT_EQ(runBare({"-s", root() + "/control", "--help"}), 0);
+    EXPECT_EQ(runBare({"-s", root() + "/nothing-here", "-h"}), 0);
 }
 
 TEST_F(Control, ARefusalSaysWhyAndExitsWithOne)

@@ -1,36 +1,15 @@
 #include "tests/e2e/livePhone.h"
 #include "places.h"
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
 #include <QCoreApplication>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QThread>
 
 namespace {
-
-const char* const kImage = HX_BUILD_DIR "/rootfs";
-
-QString bin(const char* name)
-{
-    return QString(HX_BUILD_DIR "/bin/") + name;
-}
-
-void copyFactory(const QString& root)
-{
-    QFile::link(QString(kImage) + "/phone", root + "/phone");
-    QDirIterator files(QString(kImage) + "/rundata", QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString source = files.next();
-        const QString target = root + source.mid(int(qstrlen(kImage)));
-        QDir().mkpath(QFileInfo(target).path());
-        QFile::copy(source, target);
-        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
-    }
-    QDir(root).mkpath("rundata/run");
-    QDir(root).mkpath("storage");
-}
 
 QJsonValue parse(const QByteArray& line)
 {
@@ -43,7 +22,7 @@ QJsonValue parse(const QByteArray& line)
 void LivePhone::SetUp()
 {
     ASSERT_TRUE(m_root.isValid());
-    copyFactory(root());
+    ASSERT_TRUE(kit::fillDeviceFolder(root(), kit::Firmware::Link));
     start();
 }
 
@@ -59,8 +38,9 @@ void LivePhone::start()
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("QT_SCALE_FACTOR", "1");
     m_phone.setProcessEnvironment(environment);
+    kit::endWithUs(m_phone);
     m_phone.setProcessChannelMode(QProcess::ForwardedChannels);
-    m_phone.start(bin("hxPhone"), {"--sysroot", root(), "--control", root() + "/control"});
+    m_phone.start(kit::program("hxPhone"), {"--sysroot", root(), "--control", root() + "/control"});
     ASSERT_TRUE(m_phone.waitForStarted());
     // The socket is there once the phone listens; until then hxctl says that there is no phone.
     for (int attempt = 0; attempt < 400 && !QFile::exists(root() + "/control"); ++attempt)
@@ -93,7 +73,7 @@ void LivePhone::kill()
 QJsonValue LivePhone::ctl(const QStringList& command, int expectedExit)
 {
     QProcess process;
-    process.start(bin("hxctl"), QStringList{"-s", root() + "/control"} + command);
+    process.start(kit::program("hxctl"), QStringList{"-s", root() + "/control"} + command);
     EXPECT_TRUE(process.waitForFinished(60000)) << qPrintable(command.join(' '));
     const QByteArray output = process.readAllStandardOutput();
     EXPECT_EQ(process.exitCode(), expectedExit) << qPrintable(command.join(' ')) << ": " << output.constData()

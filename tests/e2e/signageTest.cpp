@@ -2,14 +2,16 @@
 // process of its own, driven through hxctl alone.
 #include "places.h"
 #include "tests/e2e/livePhone.h"
-#include "tests/e2e/signServer.h"
-#include <QBuffer>
+#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/signServer.h"
+#include "tests/kit/plain/signTexts.h"
 #include <QDir>
-#include <QElapsedTimer>
 #include <QImage>
 #include <QJsonArray>
 #include <QThread>
 #include <functional>
+
+using namespace kit;
 
 namespace {
 
@@ -18,46 +20,12 @@ constexpr int kWaitMs = 30000;
 
 QByteArray picture(const QColor& colour, const char* format = "png")
 {
-    QImage image(400, 240, QImage::Format_RGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, format);
-    return bytes;
+    return signPicture(colour, QSize(400, 240), format);
 }
 
 QByteArray layout(const QByteArray& regions, const QByteArray& attributes = "bgcolor=\"#203040\"")
 {
-    return "<layout width=\"800\" height=\"480\" " + attributes + ">" + regions + "</layout>";
-}
-
-QByteArray region(const QRect& at, const QByteArray& media)
-{
-    return QString("<region left=\"%1\" top=\"%2\" width=\"%3\" height=\"%4\">")
-               .arg(at.left())
-               .arg(at.top())
-               .arg(at.width())
-               .arg(at.height())
-               .toUtf8() +
-           media + "</region>";
-}
-
-QByteArray image(const QByteArray& name, int seconds, const QByteArray& more = "")
-{
-    return "<media type=\"image\" path=\"" + name + "\" duration=\"" + QByteArray::number(seconds) + "\" " +
-           more + "/>";
-}
-
-QByteArray video(const QByteArray& name, int seconds)
-{
-    return "<media type=\"video\" path=\"" + name + "\" duration=\"" + QByteArray::number(seconds) + "\"/>";
-}
-
-QByteArray text(const QByteArray& html, int seconds, const QByteArray& attributes = "")
-{
-    return "<media type=\"text\" duration=\"" + QByteArray::number(seconds) + "\" " + attributes +
-           "><text><![CDATA[" + html + "]]></text></media>";
+    return signLayout(regions, attributes);
 }
 
 bool isLike(const QColor& left, const QColor& right)
@@ -99,17 +67,7 @@ protected:
     {
         return waits([&] { return isLike(screen().pixelColor(x, y), colour); }, ms);
     }
-    static bool waits(const std::function<bool()>& holds, int ms = kWaitMs)
-    {
-        QElapsedTimer time;
-        time.start();
-        while (!holds()) {
-            if (time.elapsed() > ms)
-                return false;
-            QThread::msleep(40);
-        }
-        return true;
-    }
+    static bool waits(const std::function<bool()>& holds, int ms = kWaitMs) { return kit::waits(holds, ms); }
     QStringList folder() { return QDir(root() + "/rundata/nDeck").entryList(QDir::Files, QDir::Name); }
     bool hasFile(const QString& name) { return folder().contains(name); }
     static QRect wholeScreen() { return QRect(0, 0, 800, 480); }
@@ -150,18 +108,20 @@ TEST_F(Signage, TheRoadFromAnEmptyFolderToTheScreen)
     server.putMedia("green.jpg", picture(Green, "jpg"));
     server.putMedia("back.png", picture(Orange));
     server.copyMedia("film.mp4", HX_BUILD_DIR "/signageDemo/media/day.mp4");
-    server.putLayout("1-pictures.xml",
-                     layout(region(QRect(0, 0, 400, 480), image("red.png", 1) + image("green.jpg", 1)) +
-                            region(QRect(400, 0, 400, 480), image("red.png", 2, "phoneNum=\"600\""))));
-    server.putLayout("2-text.xml",
-                     layout(region(QRect(0, 0, 800, 240),
-                                   text("<div style='font-size:60px;color:#ffffff'>Welcome</div>", 3)) +
-                                region(QRect(0, 400, 800, 80),
-                                       text("<span style='font-size:40px;color:#ffffff'>running text</span>",
-                                            3, "direction=\"left\" scrollamount=\"6\"")),
-                            "background=\"back.png\""));
-    server.putLayout("3-film.xml", layout(region(QRect(0, 0, 640, 352), video("film.mp4", 3))));
-    server.putLayout("4-meeting.xml", layout(region(QRect(0, 0, 800, 480), image("green.jpg", 2))),
+    server.putLayout(
+        "1-pictures.xml",
+        layout(signRegion(QRect(0, 0, 400, 480), signImage("red.png", 1) + signImage("green.jpg", 1)) +
+               signRegion(QRect(400, 0, 400, 480), signImage("red.png", 2, "phoneNum=\"600\""))));
+    server.putLayout(
+        "2-text.xml",
+        layout(signRegion(QRect(0, 0, 800, 240),
+                          signText("<div style='font-size:60px;color:#ffffff'>Welcome</div>", 3)) +
+                   signRegion(QRect(0, 400, 800, 80),
+                              signText("<span style='font-size:40px;color:#ffffff'>running text</span>", 3,
+                                       "direction=\"left\" scrollamount=\"6\"")),
+               "background=\"back.png\""));
+    server.putLayout("3-film.xml", layout(signRegion(QRect(0, 0, 640, 352), signVideo("film.mp4", 3))));
+    server.putLayout("4-meeting.xml", layout(signRegion(QRect(0, 0, 800, 480), signImage("green.jpg", 2))),
                      "applet=\"meeting\"");
     openNdeck();
 
@@ -204,7 +164,7 @@ TEST_F(Signage, TheRoadFromAnEmptyFolderToTheScreen)
 TEST_F(Signage, ThePageTakesTheFrameOutOfTheCornerOfTheHomeScreen)
 {
     server.putMedia("red.png", picture(Red));
-    server.putLayout("red.xml", layout(region(wholeScreen(), image("red.png", 2))));
+    server.putLayout("red.xml", layout(signRegion(wholeScreen(), signImage("red.png", 2))));
     ASSERT_TRUE(shows(629, 133, Red, 60000)) << "the corner";
     openNdeck();
     ASSERT_TRUE(shows(400, 400, Red));
@@ -215,7 +175,7 @@ TEST_F(Signage, ADialButtonPlacesACall)
 {
     server.putMedia("red.png", picture(Red));
     server.putLayout("call.xml",
-                     layout(region(QRect(0, 0, 800, 480), image("red.png", 5, "phoneNum=\"600\""))));
+                     layout(signRegion(QRect(0, 0, 800, 480), signImage("red.png", 5, "phoneNum=\"600\""))));
     openNdeck();
     ASSERT_TRUE(shows(400, 200, Red));
     EXPECT_TRUE(waits([&] {
@@ -227,7 +187,7 @@ TEST_F(Signage, ADialButtonPlacesACall)
 TEST_F(Signage, WithTheNetworkDownTheShowGoesOn)
 {
     server.putMedia("red.png", picture(Red));
-    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))));
+    server.putLayout("a.xml", layout(signRegion(QRect(0, 0, 800, 480), signImage("red.png", 1))));
     openNdeck();
     ASSERT_TRUE(shows(400, 200, Red));
     const int before = server.requestsFor("getschedule");
@@ -245,7 +205,7 @@ TEST_F(Signage, WithTheNetworkDownTheShowGoesOn)
 TEST_F(Signage, AServerThatIsGoneWhileTheNetworkIsUpLeavesTheMediaAndTheDefaultPicture)
 {
     server.putMedia("red.png", picture(Red));
-    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))));
+    server.putLayout("a.xml", layout(signRegion(QRect(0, 0, 800, 480), signImage("red.png", 1))));
     openNdeck();
     ASSERT_TRUE(shows(400, 200, Red));
     server.stop();
@@ -263,9 +223,9 @@ TEST_F(Signage, ALayoutEndsWithTheClock)
     server.putMedia("red.png", picture(Red));
     server.putMedia("green.png", picture(Green));
     ctl({"set", "clock", "2026-11-21 09:59:50"});
-    server.putLayout("early.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))),
+    server.putLayout("early.xml", layout(signRegion(QRect(0, 0, 800, 480), signImage("red.png", 1))),
                      "fromdt=\"2026-11-21 00:00:00\" todt=\"2026-11-21 10:00:00\"");
-    server.putLayout("late.xml", layout(region(QRect(0, 0, 800, 480), image("green.png", 1))),
+    server.putLayout("late.xml", layout(signRegion(QRect(0, 0, 800, 480), signImage("green.png", 1))),
                      "fromdt=\"2026-11-21 10:00:00\" todt=\"2026-11-21 23:00:00\"");
     openNdeck();
     ASSERT_TRUE(shows(400, 200, Red));
@@ -280,12 +240,12 @@ TEST_F(Signage, ALayoutEndsWithTheClock)
 TEST_F(Signage, AReplacedFileUnderTheSameNameIsTakenUpWhole)
 {
     server.putMedia("red.png", picture(Red));
-    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))));
+    server.putLayout("a.xml", layout(signRegion(QRect(0, 0, 800, 480), signImage("red.png", 1))));
     openNdeck();
     ASSERT_TRUE(shows(400, 200, Red));
     server.putMedia("red.png", picture(Blue));
     // The frame counts as changed when its layouts differ.
-    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 2))));
+    server.putLayout("a.xml", layout(signRegion(QRect(0, 0, 800, 480), signImage("red.png", 2))));
     QColor seen;
     EXPECT_TRUE(waits([&] {
         seen = screen().pixelColor(400, 200);
@@ -297,7 +257,7 @@ TEST_F(Signage, AReplacedFileUnderTheSameNameIsTakenUpWhole)
 TEST_F(Signage, AKilledPhoneShowsWhatItHad)
 {
     server.putMedia("red.png", picture(Red));
-    server.putLayout("a.xml", layout(region(QRect(0, 0, 800, 480), image("red.png", 1))));
+    server.putLayout("a.xml", layout(signRegion(QRect(0, 0, 800, 480), signImage("red.png", 1))));
     openNdeck();
     ASSERT_TRUE(shows(400, 200, Red));
     kill();
@@ -311,8 +271,9 @@ TEST_F(Signage, AKilledPhoneShowsWhatItHad)
 TEST_F(Signage, ACallStopsTheFilmUnlessItMayGoOn)
 {
     server.copyMedia("film.mp4", HX_BUILD_DIR "/signageDemo/media/day.mp4");
-    server.putLayout("film.xml", layout(region(QRect(0, 0, 800, 480), video("film.mp4", 4)) +
-                                        region(QRect(0, 0, 160, 40), text("", 4, "phoneNum=\"600\""))));
+    server.putLayout("film.xml",
+                     layout(signRegion(QRect(0, 0, 800, 480), signVideo("film.mp4", 4)) +
+                            signRegion(QRect(0, 0, 160, 40), signText("", 4, "phoneNum=\"600\""))));
     ctl({"set", "line", "0", "state=5", "user=1001", "server=pbx"});
     openNdeck();
     // Until the files are there, a turn of the layout shows that they are on their way.

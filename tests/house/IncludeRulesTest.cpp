@@ -49,25 +49,6 @@ const QMap<QString, QStringList> AllowedRooms = {
     {"players", {"host/services"}},
 };
 
-struct Include
-{
-    QString path;
-    int line;
-};
-
-QVector<Include> includesOf(const SourceFile& file)
-{
-    static const QRegularExpression include("^\\s*#\\s*include\\s*\"([^\"]+)\"");
-    QVector<Include> includes;
-    const QStringList lines = withoutComments(file.text).split('\n');
-    for (int i = 0; i < lines.size(); ++i) {
-        const QRegularExpressionMatch match = include.match(lines[i]);
-        if (match.hasMatch())
-            includes.append({match.captured(1), i + 1});
-    }
-    return includes;
-}
-
 bool isBelow(const QString& path, const QString& room)
 {
     return path.startsWith(room + "/");
@@ -80,13 +61,6 @@ bool isBelowAny(const QString& path, const QStringList& rooms)
             return true;
     }
     return false;
-}
-
-// What the build makes beside the sources.
-bool isGenerated(const QString& include)
-{
-    static const QRegularExpression generated("^(places\\.h|ui_\\w+\\.h|moc_\\w+\\.cpp|\\w+\\.moc)$");
-    return generated.match(include).hasMatch();
 }
 
 QVector<SourceFile> phoneCode()
@@ -104,10 +78,8 @@ template <typename Check>
 void forEachInclude(const QStringList& rooms, Check check)
 {
     for (const SourceFile& file : sourceFiles(rooms, {".cpp", ".h"})) {
-        for (const Include& include : includesOf(file)) {
-            if (!isGenerated(include.path))
-                check(file, include);
-        }
+        for (const Include& include : includesOf(file))
+            check(file, include);
     }
 }
 

@@ -19,6 +19,15 @@ QVector<SourceFile> sourceFiles(const QStringList& folders, const QStringList& s
 QStringList phoneRooms();
 QStringList moduleRooms();
 
+struct Include
+{
+    QString path; // from the root of the source tree
+    int line;
+};
+
+// What the file includes of this tree; what the build makes ("ui_dlgWan.h") is left out.
+QVector<Include> includesOf(const SourceFile& file);
+
 // The code with its comments blanked out; line numbers stay.
 QString withoutComments(const QString& code);
 // The code with comments and the insides of literals blanked out.

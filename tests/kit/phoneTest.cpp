@@ -1,58 +1,20 @@
 #include "tests/kit/phoneTest.h"
 #include "host/services/keyfiles/keyFileCache.h"
-#include "places.h"
 #include "support/file/deviceRoot.h"
 #include "tests/kit/kitTime.h"
+#include "tests/kit/plain/deviceFolder.h"
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QDirIterator>
 #include <QEventLoop>
 #include <QFile>
 #include <QThread>
 #include <algorithm>
-#include <unistd.h>
-
-namespace {
-
-const char* const kImage = HX_BUILD_DIR "/rootfs";
-
-void copyFolder(const QString& from, const QString& to)
-{
-    QDir().mkpath(to);
-    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString source = files.next();
-        const QString target = to + source.mid(from.size());
-        QDir().mkpath(QFileInfo(target).path());
-        QFile::copy(source, target);
-        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
-    }
-}
-
-// The same files under second names: a link to the folder would lead out of the device root.
-void linkFolder(const QString& from, const QString& to)
-{
-    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString source = files.next();
-        const QString target = to + source.mid(from.size());
-        QDir().mkpath(QFileInfo(target).path());
-        if (link(source.toUtf8().constData(), target.toUtf8().constData()) != 0)
-            QFile::copy(source, target);
-    }
-}
-
-} // namespace
 
 PhoneTest::PhoneTest()
 {
     EXPECT_TRUE(m_dir.isValid());
-    QDir here(root());
-    linkFolder(QString(kImage) + "/phone", root() + "/phone");
-    copyFolder(QString(kImage) + "/rundata", root() + "/rundata");
-    for (const char* folder : {"rundata/run", "rundata/data", "rundata/config/user/voip", "storage", "dev"})
-        here.mkpath(folder);
+    EXPECT_TRUE(kit::fillDeviceFolder(root(), kit::Firmware::HardLinks));
     deviceSetRoot(root().toUtf8().constData());
 }
 

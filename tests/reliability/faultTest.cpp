@@ -1,9 +1,12 @@
 // A server and a network that do everything wrong, for two thousand transfers.
+#include "tests/kit/plain/processes.h"
 #include "tests/reliability/deckFolder.h"
-#include "tests/reliability/reliabilityTools.h"
 #include "tests/reliability/signContent.h"
 #include "tests/reliability/syncPeer.h"
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
+
+using namespace kit;
 
 namespace {
 

@@ -1,16 +1,19 @@
 // A server that wants to harm the phone: with its names, with the size and the shape of its replies.
 #include "tests/e2e/livePhone.h"
+#include "tests/kit/plain/processes.h"
 #include "tests/reliability/deckFolder.h"
 #include "tests/reliability/hostileServer.h"
-#include "tests/reliability/reliabilityTools.h"
 #include "tests/reliability/syncPeer.h"
 #include <QBuffer>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QImage>
+
+using namespace kit;
 
 namespace {
 

@@ -1,12 +1,16 @@
 // The movie player and the media server die again and again while a film plays in a layout.
 #include "places.h"
 #include "tests/e2e/livePhone.h"
-#include "tests/e2e/signServer.h"
-#include "tests/reliability/reliabilityTools.h"
-#include <QDir>
+#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/signServer.h"
+#include <QElapsedTimer>
+#include <QFile>
 #include <QImage>
+#include <QThread>
 #include <csignal>
 #include <random>
+
+using namespace kit;
 
 namespace {
 
@@ -19,24 +23,6 @@ constexpr int kSteadyMs = 10500;
 constexpr int kBackMs = 20000;
 constexpr int kFilmMs = 20000;
 constexpr qint64 kGrowthKiB = 24 << 10; // of the phone, in all deaths together
-
-// A process of that name whose parent is the phone; 0 when there is none.
-pid_t childOf(qint64 phone, const QByteArray& name)
-{
-    for (const QString& entry : QDir("/proc").entryList(QDir::Dirs)) {
-        QFile file("/proc/" + entry + "/stat");
-        if (entry.toInt() <= 0 || !file.open(QIODevice::ReadOnly))
-            continue;
-        const QByteArray stat = file.readAll();
-        const qsizetype end = stat.lastIndexOf(')');
-        const QList<QByteArray> rest = stat.mid(end + 2).split(' ');
-        const bool alive = rest.value(0) != "Z";
-        if (alive && stat.mid(stat.indexOf('(') + 1).startsWith(name + ')') &&
-            rest.value(1).toLongLong() == phone)
-            return entry.toInt();
-    }
-    return 0;
-}
 
 class DyingPlayers : public LivePhone
 {
@@ -89,13 +75,13 @@ protected:
     // Kills the player as soon as it is there, and waits for the next one.
     void killPlayer(const QByteArray& name)
     {
-        pid_t old = 0;
+        qint64 old = 0;
         ASSERT_TRUE(waits([&] { return (old = childOf(pid(), name)) > 0; }, kBackMs)) << name.constData();
         QThread::msleep(random() % 300);
-        ::kill(old, SIGKILL);
+        ::kill(pid_t(old), SIGKILL);
         ASSERT_TRUE(waits(
             [&] {
-                const pid_t now = childOf(pid(), name);
+                const qint64 now = childOf(pid(), name);
                 return now > 0 && now != old;
             },
             kBackMs))

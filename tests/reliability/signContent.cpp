@@ -1,7 +1,6 @@
 #include "tests/reliability/signContent.h"
-#include <QBuffer>
+#include "tests/kit/plain/signTexts.h"
 #include <QCryptographicHash>
-#include <QImage>
 
 namespace {
 
@@ -11,17 +10,6 @@ constexpr int kSizes[] = {1, 700, 4096, 9000, 20000, 65537, 120000, 400000};
 QByteArray md5(const QByteArray& content)
 {
     return QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
-}
-
-QByteArray picture(const QColor& colour)
-{
-    QImage image(400, 240, QImage::Format_RGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "png");
-    return bytes;
 }
 
 } // namespace
@@ -50,7 +38,7 @@ SignContent::SignContent(SignServer& server, unsigned seed) : m_server(server), 
 QByteArray SignContent::mediaContent(int index, int version) const
 {
     if (index == 0)
-        return picture(pictureColour(version));
+        return kit::signPicture(pictureColour(version), QSize(400, 240));
     std::mt19937 bytes(unsigned(index * kVersions + version));
     QByteArray content(kSizes[index % int(std::size(kSizes))] + version, Qt::Uninitialized);
     for (char& byte : content)

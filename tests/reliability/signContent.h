@@ -1,7 +1,7 @@
 #pragma once
 // What the server of a test serves: many files of mixed sizes and some layouts that need them. Each file has
 // three contents and goes from one to another, back to an old one too. The same seed gives the same story.
-#include "tests/e2e/signServer.h"
+#include "tests/kit/plain/signServer.h"
 #include "tests/reliability/deckFolder.h"
 #include <QColor>
 #include <random>

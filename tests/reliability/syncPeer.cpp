@@ -1,5 +1,6 @@
 #include "tests/reliability/syncPeer.h"
 #include "places.h"
+#include "tests/kit/plain/deviceFolder.h"
 #include <QDir>
 #include <QFile>
 
@@ -39,7 +40,7 @@ bool SyncPeer::start(qint64 disk)
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(HX_BUILD_DIR "/bin/syncPeer", {root(), QString::number(disk)});
+    m_process.start(kit::program("syncPeer"), {root(), QString::number(disk)});
     return m_process.waitForStarted(kWaitMs);
 }
 

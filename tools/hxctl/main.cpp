@@ -51,6 +51,13 @@ int usage(const char* problem)
     return EXIT_USAGE;
 }
 
+// Also behind a socket, where no phone needs to be.
+bool asksForHelp(const QStringList& words)
+{
+    const QString first = words.value(words.value(0) == "-s" ? 2 : 0);
+    return first == "--help" || first == "-h";
+}
+
 int connectTo(const QByteArray& path)
 {
     sockaddr_un address = {};
@@ -105,7 +112,7 @@ int main(int argc, char** argv)
     QStringList words;
     for (int i = 1; i < argc; ++i)
         words.append(QString::fromLocal8Bit(argv[i]));
-    if (words.value(0) == "--help" || words.value(0) == "-h") {
+    if (asksForHelp(words)) {
         fputs(kHelp, stdout);
         return EXIT_DONE;
     }

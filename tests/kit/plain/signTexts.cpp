@@ -1,4 +1,4 @@
-#include "bench/signTexts.h"
+#include "tests/kit/plain/signTexts.h"
 #include <QBuffer>
 
 namespace {
@@ -28,14 +28,21 @@ QImage photo(const QSize& size)
     return image;
 }
 
+QByteArray fileMedia(const char* type, const QByteArray& file, const QByteArray& seconds,
+                     const QByteArray& attributes)
+{
+    return QByteArray("<media type=\"") + type + "\" path=\"" + file + "\" duration=\"" + seconds + "\" " +
+           attributes + "/>";
+}
+
 } // namespace
 
-QByteArray signLayout(const QByteArray& regions, const QByteArray& attributes)
+QByteArray kit::signLayout(const QByteArray& regions, const QByteArray& attributes)
 {
     return "<layout width=\"800\" height=\"480\" " + attributes + ">" + regions + "</layout>";
 }
 
-QByteArray signRegion(const QRect& rect, const QByteArray& media)
+QByteArray kit::signRegion(const QRect& rect, const QByteArray& media)
 {
     return QString("<region left=\"%1\" top=\"%2\" width=\"%3\" height=\"%4\">")
                .arg(rect.left())
@@ -46,30 +53,30 @@ QByteArray signRegion(const QRect& rect, const QByteArray& media)
            media + "</region>";
 }
 
-QByteArray signImage(const QByteArray& file, int seconds)
+QByteArray kit::signImage(const QByteArray& file, const SignSeconds& seconds, const QByteArray& attributes)
 {
-    return "<media type=\"image\" path=\"" + file + "\" duration=\"" + QByteArray::number(seconds) + "\"/>";
+    return fileMedia("image", file, seconds.text, attributes);
 }
 
-QByteArray signVideo(const QByteArray& file, int seconds)
+QByteArray kit::signVideo(const QByteArray& file, const SignSeconds& seconds, const QByteArray& attributes)
 {
-    return "<media type=\"video\" path=\"" + file + "\" duration=\"" + QByteArray::number(seconds) + "\"/>";
+    return fileMedia("video", file, seconds.text, attributes);
 }
 
-QByteArray signText(const QByteArray& html, int seconds, const QByteArray& attributes)
+QByteArray kit::signText(const QByteArray& html, const SignSeconds& seconds, const QByteArray& attributes)
 {
-    return "<media type=\"text\" duration=\"" + QByteArray::number(seconds) + "\" " + attributes +
-           "><text><![CDATA[" + html + "]]></text></media>";
+    return "<media type=\"text\" duration=\"" + seconds.text + "\" " + attributes + "><text><![CDATA[" +
+           html + "]]></text></media>";
 }
 
-QByteArray signPicture(const QColor& colour, const QSize& size)
+QByteArray kit::signPicture(const QColor& colour, const QSize& size, const char* format)
 {
     QImage image(size, QImage::Format_RGB32);
     image.fill(colour);
-    return encoded(image, "PNG", -1);
+    return encoded(image, format, -1);
 }
 
-QByteArray signPhoto(int number, int bytes)
+QByteArray kit::signPhoto(int number, int bytes)
 {
     static QByteArray base;
     for (int quality = 90; base.isEmpty() || base.size() > bytes - 16; quality -= 5)

@@ -20,6 +20,7 @@ public:
     // Listens at the port of its first start ever after.
     bool start();
     void stop();
+    qint64 pid() const { return m_process.processId(); }
     QString url() const { return QString("http://127.0.0.1:%1").arg(m_nPort); }
     // The faults in force from now on, a line each; empty for none.
     bool setFaults(const QByteArray& rules);

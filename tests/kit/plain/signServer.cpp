@@ -1,5 +1,6 @@
-#include "tests/e2e/signServer.h"
-#include "places.h"
+#include "tests/kit/plain/signServer.h"
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
 #include <QDir>
 #include <QFile>
 #include <QTcpSocket>
@@ -65,7 +66,8 @@ void SignServer::writeSchedule()
 
 bool SignServer::start()
 {
-    m_process.start(HX_BUILD_DIR "/bin/hxSignServer",
+    kit::endWithUs(m_process);
+    m_process.start(kit::program("hxSignServer"),
                     {"--port", QString::number(m_nPort), "--log", path("log"), m_folder.path()});
     if (!m_process.waitForStarted(kWaitMs))
         return false;

@@ -1,0 +1,52 @@
+#include "tests/kit/plain/deviceFolder.h"
+#include "places.h"
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <functional>
+#include <unistd.h>
+
+namespace {
+
+using Take = std::function<bool(const QString& source, const QString& target)>;
+
+// A link to a folder would lead out of the device root, so it goes file by file.
+bool takeFolder(const QString& from, const QString& to, const Take& take)
+{
+    bool done = QDir(from).exists() && QDir().mkpath(to);
+    for (QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories); files.hasNext();) {
+        const QString source = files.next();
+        const QString target = to + source.mid(from.size());
+        done = QDir().mkpath(QFileInfo(target).path()) && take(source, target) && done;
+    }
+    return done;
+}
+
+bool copyOne(const QString& source, const QString& target)
+{
+    return QFile::copy(source, target) &&
+           QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+}
+
+bool linkOne(const QString& source, const QString& target)
+{
+    return link(source.toUtf8().constData(), target.toUtf8().constData()) == 0 || QFile::copy(source, target);
+}
+
+} // namespace
+
+bool kit::fillDeviceFolder(const QString& folder, Firmware firmware)
+{
+    const QString image = HX_BUILD_DIR "/rootfs";
+    bool done = firmware == Firmware::Link ? QFile::link(image + "/phone", folder + "/phone")
+                                           : takeFolder(image + "/phone", folder + "/phone", linkOne);
+    done = takeFolder(image + "/rundata", folder + "/rundata", copyOne) && done;
+    for (const char* path : {"rundata/run", "rundata/data", "rundata/config/user/voip", "storage", "dev"})
+        done = QDir(folder).mkpath(path) && done;
+    return done;
+}
+
+QString kit::program(const char* name)
+{
+    return QString(HX_BUILD_DIR "/bin/") + name;
+}

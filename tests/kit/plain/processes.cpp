@@ -1,0 +1,72 @@
+#include "tests/kit/plain/processes.h"
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+#include <csignal>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kLookEveryMs = 10;
+
+QByteArray readProc(qint64 pid, const char* name)
+{
+    QFile file(QString("/proc/%1/%2").arg(pid).arg(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The fields of /proc/PID/stat behind the program's name: state, parent, ...
+QList<QByteArray> statFields(const QByteArray& stat)
+{
+    return stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+}
+
+} // namespace
+
+void kit::endWithUs(QProcess& process)
+{
+    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+}
+
+qint64 kit::childOf(qint64 parent, const QByteArray& program)
+{
+    for (const QString& entry : QDir("/proc").entryList(QDir::Dirs)) {
+        if (entry.toInt() <= 0)
+            continue;
+        const QByteArray stat = readProc(entry.toInt(), "stat");
+        const QList<QByteArray> fields = statFields(stat);
+        if (stat.mid(stat.indexOf('(')).startsWith('(' + program + ')') && fields.value(0) != "Z" &&
+            fields.value(1).toLongLong() == parent)
+            return entry.toInt();
+    }
+    return 0;
+}
+
+qint64 kit::statusKiB(qint64 pid, const char* name)
+{
+    for (const QByteArray& line : readProc(pid, "status").split('\n')) {
+        if (line.startsWith(name))
+            return line.simplified().split(' ').value(1).toLongLong();
+    }
+    return 0;
+}
+
+double kit::cpuSeconds(qint64 pid)
+{
+    const QList<QByteArray> fields = statFields(readProc(pid, "stat"));
+    return (fields.value(11).toDouble() + fields.value(12).toDouble()) / double(sysconf(_SC_CLK_TCK));
+}
+
+bool kit::waits(const std::function<bool()>& holds, int ms)
+{
+    QElapsedTimer time;
+    time.start();
+    while (!holds()) {
+        if (time.elapsed() > ms)
+            return false;
+        QThread::msleep(kLookEveryMs);
+    }
+    return true;
+}

@@ -1,0 +1,23 @@
+#pragma once
+// Processes that a test or a benchmark starts, and what they cost.
+#include <QByteArray>
+#include <QProcess>
+#include <QString>
+#include <functional>
+
+namespace kit {
+
+// From its next start on the process ends with this one, however that ends. Started from the main thread.
+void endWithUs(QProcess& process);
+
+// The living process of that program whose parent is the given one; 0 when there is none.
+qint64 childOf(qint64 parent, const QByteArray& program);
+// A line of /proc/PID/status in KiB ("VmHWM", "VmRSS"); 0 when there is no such process.
+qint64 statusKiB(qint64 pid, const char* name);
+// Processor time of the process so far, in seconds; 0 when there is none.
+double cpuSeconds(qint64 pid);
+
+// Real time, for other processes; events are not delivered meanwhile. False when ms went by.
+bool waits(const std::function<bool()>& holds, int ms);
+
+} // namespace kit
