@@ -1,25 +1,21 @@
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckFileManager.h"
 #include "signage/nDeckFolder.h"
-#include "signage/nDeckFrame.h"
 #include "signage/nDeckRegister.h"
+#include "signage/nDeckScreen.h"
 #include "signage/nDeckVideoManager.h"
-#include "signage/nDeckWindow.h"
 #include "signage/scheduleTime.h"
+#include "signage/serverConfig.h"
 #include "support/file/fileTools.h"
 #include "support/host/net.h"
 #include "support/host/trace.h"
+#include <QRect>
 #include <algorithm>
 #include <string>
 
 namespace {
 
 enum { RELOAD_SHORTEST_MS = 10, CHANGE_SHORTEST_MS = 1 };
-
-bool isSet(const char* key, int def)
-{
-    return nDeckSettingInt(key, def) == 1;
-}
 
 bool isRegistered()
 {
@@ -28,7 +24,7 @@ bool isRegistered()
 
 void showDefaultPicture()
 {
-    GetnDeckFrame().SetBackgroundImage(NDECK_DEFAULT_PICTURE, true);
+    GetNDeckScreen().SetBackgroundImage(NDECK_DEFAULT_PICTURE);
 }
 
 } // namespace
@@ -61,7 +57,7 @@ void nDeckDisplay::InitDisplay()
 void nDeckDisplay::DestroyDisplay()
 {
     nuxTrace(TRACE_DETAIL, "nDeckPanel::DistroyDisplay");
-    GetnDeckWindow().hide();
+    GetNDeckScreen().HideWindow();
     SetCurrentLayout(end());
     GetNDeckFileManager().SetAutoUpdateEnable(0);
     GetNDeckVideoManager().StopPlayVideo(1);
@@ -74,8 +70,8 @@ void nDeckDisplay::UpdateDisplay(DisplayFrame* frame)
         m_frame.medias = frame->medias;
         m_frame.layouts = frame->layouts;
     }
-    GetnDeckFrame().KeepPicture();
-    GetnDeckFrame().ClearPannels();
+    GetNDeckScreen().KeepPicture(QRect());
+    GetNDeckScreen().ClearPannels();
     SetCurrentLayout(end());
     clear();
     nuxTrace(TRACE_DETAIL, "nDeckDisplay::UpdateDisplay(layout count:%d)", m_frame.layouts.size());
@@ -86,7 +82,7 @@ void nDeckDisplay::UpdateDisplay(DisplayFrame* frame)
     for (const _nDeckLayoutNode& node : m_frame.layouts)
         AppendLayout(node);
     LoadNextReadyLayout();
-    GetnDeckFrame().ReleasePicture();
+    GetNDeckScreen().ReleasePicture();
 }
 
 void nDeckDisplay::AppendLayout(const _nDeckLayoutNode& node)
@@ -143,7 +139,7 @@ void nDeckDisplay::ReloadCurrent()
         m_current->OnLayoutReload();
     } else {
         m_current->OnLayoutUnload();
-        GetnDeckFrame().ClearPannels();
+        GetNDeckScreen().ClearPannels();
         nuxTrace(TRACE_DETAIL, "nDeckDisplay::SetCurrentLayout only layout register failed then show default "
                                "layout");
         showDefaultPicture();
@@ -155,7 +151,7 @@ void nDeckDisplay::ChangeCurrent(iterator layout)
 {
     const bool keeps = layout != end() && layout->HasText();
     if (keeps)
-        GetnDeckFrame().KeepPicture();
+        GetNDeckScreen().KeepPicture(QRect());
     if (m_current != end()) {
         m_current->OnLayoutUnload();
         m_timer.KillTimer();
@@ -167,13 +163,13 @@ void nDeckDisplay::ChangeCurrent(iterator layout)
         } else {
             nuxTrace(TRACE_DETAIL, "nDeckDisplay::SetCurrentLayout load layout register failed then show "
                                    "default layout");
-            GetnDeckFrame().ClearPannels();
+            GetNDeckScreen().ClearPannels();
             showDefaultPicture();
         }
     }
     m_current = layout;
     if (keeps)
-        GetnDeckFrame().ReleasePicture();
+        GetNDeckScreen().ReleasePicture();
 }
 
 void nDeckDisplay::StartTimer(int duration, int shortest)
@@ -201,36 +197,51 @@ bool nDeckDisplay::IsMettingCurrentLayout()
 
 bool nDeckDisplay::IsNdeckEnable()
 {
-    return isSet("bEnable", 0);
+    return nDeckIsEnabled();
 }
 
 bool nDeckDisplay::IsVoiceTalkEnable()
 {
-    return isSet("bVoiceTalkEnable", 1);
+    return nDeckIsOn("bVoiceTalkEnable", 1);
 }
 
 bool nDeckDisplay::IsHoldEnable()
 {
-    return isSet("bVoiceTalkHold", 1);
+    return nDeckIsOn("bVoiceTalkHold", 1);
 }
 
 bool nDeckDisplay::IsRingBackEnable()
 {
-    return isSet("bVoiceRingBack", 0);
+    return nDeckIsOn("bVoiceRingBack", 0);
 }
 
 bool nDeckDisplay::IsScreenSaverEnable()
 {
-    return isSet("bScreenSaver", 1);
+    return nDeckIsOn("bScreenSaver", 1);
 }
 
 bool nDeckDisplay::IsPlayVideoInTalk()
 {
-    return isSet("bPlayVideoInTalk", 0);
+    return nDeckPlaysVideoInTalk();
 }
 
 nDeckDisplay& GetNDeckDispaly()
 {
     static nDeckDisplay* display = new nDeckDisplay;
     return *display;
+}
+
+nDeckShow& GetNDeckShow()
+{
+    return GetNDeckDispaly();
+}
+
+void OnLaunchNDeck()
+{
+    GetNDeckDispaly().CreateDisplay();
+}
+
+void OnUnLaunchNDeck()
+{
+    GetNDeckDispaly().DestroyDisplay();
 }

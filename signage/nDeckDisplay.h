@@ -1,16 +1,16 @@
 #pragma once
 #include "signage/displayFrame.h"
 #include "signage/nDeckLayout.h"
+#include "signage/nDeckShow.h"
 #include "support/container/chList.h"
 #include "support/host/api.h"
 #include "support/host/message.h"
 
 #define NDECK_DEFAULT_PICTURE HX_THEME("misc/nDeck_Default.jpg")
-#define NDECK_LOADING_PICTURE HX_THEME("misc/nDeck_Loading.jpg")
 
 // The running show: the layouts of the frame in force, and whose turn it is. One object.
 // User-interface thread.
-class nDeckDisplay : public chObjList_dynamic<nDeckLayout, 16>, public chMsgProcesser
+class nDeckDisplay : public chObjList_dynamic<nDeckLayout, 16>, public chMsgProcesser, public nDeckShow
 {
 public:
     nDeckDisplay();
@@ -18,12 +18,10 @@ public:
 
     // Starts the client. false when it is disabled or was started before.
     bool CreateDisplay();
-    // What the disk holds comes up.
-    void InitDisplay();
+    void InitDisplay() override;
     // Ends the client: nothing shows, nothing is fetched any more.
     void DestroyDisplay();
-    // Takes up a frame, which is copied.
-    void UpdateDisplay(DisplayFrame* frame);
+    void UpdateDisplay(DisplayFrame* frame) override;
 
     void SetCurrentLayout(iterator layout);
     iterator GetCurrentLayout() { return m_current; } // end() when there is none
@@ -31,11 +29,10 @@ public:
     int OnTimerLoadNextLayout(msgObject& msg);
     int GetLayoutsCount() const { return size(); }
     bool IsMettingCurrentLayout();
-    DisplayFrame& GetDisplayFrame() { return m_frame; }
+    DisplayFrame& GetDisplayFrame() override { return m_frame; }
 
-    // Whether layouts are drawn, or only timed.
     void SetShowLayout(int show) { m_bShow = show; }
-    int IsShowLayout() const { return m_bShow; }
+    int IsShowLayout() const override { return m_bShow; }
 
     // The switches, from the key file at each call.
     HX_MODULE_API bool IsNdeckEnable();
@@ -61,3 +58,7 @@ private:
 };
 
 HX_MODULE_API nDeckDisplay& GetNDeckDispaly();
+
+// Start and end of the client.
+void OnLaunchNDeck();
+HX_MODULE_API void OnUnLaunchNDeck();

@@ -1,18 +1,17 @@
 #pragma once
-// Keeps the signage folder in step with the server: fetches the schedule, its layouts and its media, proves
-// each file by its MD5, and tells the display what to show. User-interface thread.
+// The cycle that keeps the signage folder in step with the server: asks for the schedule, then for what it
+// names, and tells the show when a frame is to be taken up. User-interface thread.
 #include "signage/displayFrame.h"
 #include "signage/laterWork.h"
-#include "signage/nDeckFileList.h"
-#include "signage/nDeckListSaver.h"
-#include "signage/nDeckRequests.h"
+#include "signage/nDeckFetcher.h"
+#include "signage/nDeckFileBook.h"
+#include "signage/nDeckPromoter.h"
+#include "signage/nDeckSweeper.h"
 #include "signage/serverConfig.h"
 #include "support/host/message.h"
 #include "support/host/task.h"
 #include <functional>
 #include <memory>
-#include <string>
-#include <vector>
 
 class nDeckDisplayFrameAction;
 class nDeckHttpAction;
@@ -21,8 +20,6 @@ class scheduleReader;
 class nDeckFileManager : public ActionCallback
 {
 public:
-    enum : long long { MEDIA_SIZE_LIMIT = 8 << 20 }; // bytes of one media file
-
     nDeckFileManager();
     ~nDeckFileManager() override;
 
@@ -61,58 +58,35 @@ public:
     void UpdateFileList(const chString& path, const chString& md5, const chString& type, const chString& size,
                         const chString& fromdt, const chString& todt, const chString& eventType,
                         const chString& newPath, int bRemove);
-    const nDeckNodeList& GetFileList() const { return m_fileList.nodes(); }
+    const nDeckNodeList& GetFileList() const { return m_book.Nodes(); }
     // Whether "display.xml" says what the list says; it follows a moment later.
-    bool IsFileListStored() const { return !m_saver.IsBehind(); }
+    bool IsFileListStored() const { return m_book.IsStored(); }
 
 private:
     void OnSchedule(const nDeckDisplayFrameAction& action);
     void TakeSchedule();
     void RefreshLocalFile(const chString& name, const chString& newName);
     void UpdateRegisterStatus(const scheduleReader& schedule);
-    bool IsKnown(const chString& name, const chString& md5) const;
+    void OnFile(const nDeckHttpAction& action);
     bool IsDownloadLayoutsFinished() const;
     bool IsLastLayoutsFinished() const { return IsDownloadLayoutsFinished(); }
 
     void DownLoadAllLayouts();
-    void DownLoadLayout(const chString& path, const chString& md5, const chString& fromdt,
-                        const chString& todt, const chString& eventType);
-    void DownLoadMediaFile(const chString& path, const chString& md5, const chString& size);
-    void DownLoadMediaImmediately(const chString& path);
-    void DownLoad(const _nDeckFileNode& record);
-    bool BeginRecord(_nDeckFileNode wanted);
-
-    void OnFile(const nDeckHttpAction& action);
-    void VerifyFile(const nDeckHttpAction& action);
-    void RetryFile(const nDeckHttpAction& action);
-    bool TakeFile(const chString& name, const chString& md5);
-    void DropLateFile(const chString& name);
-
     void RequestNewMedias();
-    void PromoteLayouts();
-    void StoreBeforeUse();
+    bool IsOtherInUse(const _nDeckFileNode& media) const;
+
     void TakeUpFrame();
     void RemoveOldLayouts();
     void RemoveOldMediaFile();
-    bool IsOtherInUse(const _nDeckFileNode& media) const;
     void RemoveStrayFiles();
     void RemoveStrayFile(const chString& path);
-    void ForgetFile(const chString& path);
-    bool PutIntoUse(const chString& path);
-    void PutRecordIntoUse(const _nDeckFileNode& record);
-    std::vector<_nDeckFileNode> WaitingFiles() const;
-    void StockPictureToCache(const chString& path);
-
-    void KnowStoredFiles();
-    bool TakeStoredFiles(const nDeckNodeList& stored, bool bInForce);
-    void TakeStoredFile(const _nDeckFileNode& stored, bool bInForce);
-    void AddStoredFile(_nDeckFileNode record, bool bInForce);
-    void RemoveUnknownFiles();
-    void OnUnusedFiles(const std::vector<std::string>& names);
-    void SaveDisplayFrame2Xml();
+    void TakeStoredFile(const _nDeckFileNode& record, bool bThere);
 
     chThreadTimer m_timer;
-    nDeckFileList m_fileList;
+    nDeckFileBook m_book;
+    nDeckFetcher m_fetcher;
+    nDeckPromoter m_promoter;
+    nDeckSweeper m_sweeper;
     DisplayFrame m_frame;
     std::unique_ptr<DisplayFrame> m_pNewFrame;
     _ServerCfg m_serverCfg;
@@ -120,13 +94,7 @@ private:
 
     bool m_bMediasRequested = false; // those of m_pNewFrame
     bool m_bStraysLeft = false;      // a whole schedule came, and what it does not name is still there
-    bool m_bNewFiles = false;        // files were verified since the list was saved
-    bool m_bStoredKnown = false;
-    nDeckNodeList m_stored; // what "display.xml" held, until the list itself speaks for it
-    nDeckRequests m_requests;
     laterWork m_requestsLater;
-    laterWork m_useLater;
-    nDeckListSaver m_saver;
 };
 
 nDeckFileManager& GetNDeckFileManager();

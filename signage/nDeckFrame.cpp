@@ -1,5 +1,4 @@
 #include "signage/nDeckFrame.h"
-#include "media/PhotoFile.h"
 #include "media/videoAssistant.h"
 #include "signage/NdeckWidgetPoolManager.h"
 #include "signage/nDeckDisplay.h"
@@ -7,7 +6,6 @@
 #include "signage/nDeckPanel.h"
 #include "signage/nDeckRegister.h"
 #include "signage/nDeckVideoManager.h"
-#include "signage/nDeckWindow.h"
 #include "support/host/image.h"
 #include "support/host/screen.h"
 #include "support/host/text.h"
@@ -24,8 +22,7 @@ namespace {
 
 const char* const kGeneralPicture = HX_THEME("general/gen_bg.jpg");
 const QRect kFullScreen(0, 0, NDECK_WIDTH, NDECK_HEIGHT);
-constexpr unsigned kPictureLimit = 0x1e0000; // bytes
-constexpr int kLookMs = 100;                 // a file is looked at no more often
+constexpr int kLookMs = 100; // a file is looked at no more often
 
 // A picture with another shape fills the frame all the same.
 QPixmap filling(const char* path, QSize size)
@@ -78,11 +75,6 @@ void setResizeWidget(QWidget* w, float rate)
         panel->setGeometry(scaled(panel->GetOriginalRect(), rate));
         panel->update();
     }
-}
-
-bool IsImageValid(const chString& path)
-{
-    return PhotoFile().IsOk(path, kPictureLimit);
 }
 
 nDeckFrame& GetnDeckFrame()
@@ -452,7 +444,7 @@ void nDeckFrame::OnOwnEvent(QEvent* event)
         return;
     }
     SetBackgroundAgain();
-    if (parentWidget() == &GetnDeckWindow())
+    if (GetNDeckScreen().IsFrameFullScreen())
         m_fRcRate = 1.0f;
     setResizeWidget(this, m_fRcRate);
 }

@@ -2,11 +2,10 @@
 // The one frame of the show. It lives in the full-screen window or, smaller, in a window of the host.
 // User-interface thread.
 #include "signage/nDeckCover.h"
+#include "signage/nDeckPicture.h"
+#include "signage/nDeckScreen.h"
 #include "support/container/chList.h"
 #include "support/file/fileTools.h"
-#include "support/host/geometry.h"
-#include "support/host/signage.h"
-#include "support/text/chString.h"
 #include <QElapsedTimer>
 #include <QFrame>
 #include <QPointer>
@@ -14,8 +13,6 @@
 
 class QWebView;
 class nDeckPanel;
-
-enum { NDECK_WIDTH = 800, NDECK_HEIGHT = 480 }; // the design size of every layout
 
 class nDeckFrame : public QFrame
 {
@@ -112,5 +109,3 @@ nDeckFrame& GetnDeckFrame();
 float CaculateRectRate(const QRect& rect, QRect full);
 // Puts the panels in w to their places at that rate.
 void setResizeWidget(QWidget* w, float rate);
-// path: device path of a picture that is fit to be shown.
-bool IsImageValid(const chString& path);

@@ -1,10 +1,9 @@
 #include "signage/nDeckLayout.h"
 #include "signage/mediaImage.h"
 #include "signage/mediaVideo.h"
-#include "signage/nDeckDisplay.h"
 #include "signage/nDeckFileManager.h"
-#include "signage/nDeckFrame.h"
-#include "signage/nDeckWindow.h"
+#include "signage/nDeckScreen.h"
+#include "signage/nDeckShow.h"
 #include "support/host/screen.h"
 #include "support/host/trace.h"
 #include "support/xml/xmlDocument.h"
@@ -20,7 +19,7 @@ bool isAwaited(const char* kind, const chString& name)
 {
     if (name.IsEmpty() || GetNDeckFileManager().IsFileExist(name, 0))
         return false;
-    const DisplayFrame& frame = GetNDeckDispaly().GetDisplayFrame();
+    const DisplayFrame& frame = GetNDeckShow().GetDisplayFrame();
     if (!GetNDeckFileManager().IsFileExistByList(name, chString(), frame.medias))
         return false;
     nuxTrace(TRACE_DETAIL, "nDeckLayout:media file (%s:%s) is not down finished", kind, name.GetText());
@@ -71,12 +70,12 @@ void nDeckLayout::OnLayoutLoad()
 {
     if (m_bMeeting) {
         RegisterSignalLamp(SIGNAL_LAMP_MEETING);
-        if (GetnDeckWindow().isVisible())
+        if (GetNDeckScreen().IsWindowVisible())
             RegisterScreenSavers(SCREEN_SAVERS_MEETING, 0);
         else
             ResetScreenSavers(1, 0);
     }
-    if (GetNDeckDispaly().IsShowLayout())
+    if (GetNDeckShow().IsShowLayout())
         ShowNdeckLayout();
 }
 
@@ -85,8 +84,8 @@ void nDeckLayout::OnLayoutUnload()
     CloseMeetingLamp();
     for (nDeckRegion& region : m_regions)
         region.OnRegionUnload();
-    if (GetnDeckFrame().isVisible())
-        GetnDeckFrame().ClearPannels();
+    if (GetNDeckScreen().IsFrameVisible())
+        GetNDeckScreen().ClearPannels();
     m_bDrawn = false;
 }
 
@@ -106,7 +105,7 @@ void nDeckLayout::OnLayoutReload()
 void nDeckLayout::ShowNdeckLayout()
 {
     if (!IsMediaFileFinished()) {
-        GetnDeckFrame().SetBackgroundImage(NDECK_LOADING_PICTURE, true);
+        GetNDeckScreen().SetBackgroundImage(NDECK_LOADING_PICTURE);
         m_bDrawn = false;
         return;
     }
@@ -121,14 +120,14 @@ void nDeckLayout::ShowNdeckLayout()
 void nDeckLayout::ShowBackground()
 {
     if (m_strBackground.IsEmpty() && !m_strBgColor.IsEmpty())
-        GetnDeckFrame().SetBackgroundColor(m_strBgColor);
+        GetNDeckScreen().SetBackgroundColor(m_strBgColor);
     else
-        GetnDeckFrame().SetBackgroundImage(m_strBackground, true);
+        GetNDeckScreen().SetBackgroundImage(m_strBackground);
 }
 
 bool nDeckLayout::IsShownAsLoaded()
 {
-    if (!m_bDrawn || !GetnDeckFrame().isVisible())
+    if (!m_bDrawn || !GetNDeckScreen().IsFrameVisible())
         return false;
     for (nDeckRegion& region : m_regions) {
         if (!region.IsShownAsLoaded())

@@ -6,6 +6,8 @@
 
 class nDeckDisplay;
 
+#define NDECK_LOADING_PICTURE HX_THEME("misc/nDeck_Loading.jpg")
+
 enum { LAYOUT_REGION_LIMIT = 64 }; // region elements taken of one layout
 
 // One layout of the show. User-interface thread.

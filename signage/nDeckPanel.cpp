@@ -4,13 +4,11 @@
 #include "signage/mediaImage.h"
 #include "signage/mediaText.h"
 #include "signage/mediaVideo.h"
-#include "signage/nDeckDisplay.h"
 #include "signage/nDeckFileManager.h"
 #include "signage/nDeckFolder.h"
-#include "signage/nDeckFrame.h"
 #include "signage/nDeckPicture.h"
 #include "signage/nDeckVideoManager.h"
-#include "signage/nDeckWindow.h"
+#include "signage/serverConfig.h"
 #include "support/host/browser.h"
 #include "support/host/button.h"
 #include "support/host/image.h"
@@ -69,12 +67,12 @@ void setText(QWebView& view, const QString& html)
     QObject::connect(
         &view, &QWebView::loadFinished, &view, [&view] { view.setProperty(kLoading, false); },
         Qt::SingleShotConnection);
-    GetnDeckFrame().AwaitText(&view);
+    GetNDeckScreen().AwaitText(&view);
 }
 
 bool isTalkWithoutVideo()
 {
-    return !GetNDeckDispaly().IsPlayVideoInTalk() && GetnDeckFrame().GetNDeckType() == NDECK_WINDOW_TALK;
+    return !nDeckPlaysVideoInTalk() && GetNDeckScreen().GetFrameType() == NDECK_WINDOW_TALK;
 }
 
 QRect regionRect(const chRect& region)
@@ -104,7 +102,7 @@ void nDeckPanel::UpdatePanelMedia(mediaBase* media)
         return;
     const bool keeps = m_pContent && isVisible() && media->GetMediaType() == MEDIA_TYPE_TEXT;
     if (keeps)
-        GetnDeckFrame().KeepPicture(geometry());
+        GetNDeckScreen().KeepPicture(geometry());
     ReleaseContent();
     if (auto* image = dynamic_cast<mediaImage*>(media))
         UpdatePicture(*image);
@@ -117,7 +115,7 @@ void nDeckPanel::UpdatePanelMedia(mediaBase* media)
     if (!media->GetPhoneNumber().IsEmpty())
         MakeDialButton(*media);
     if (keeps)
-        GetnDeckFrame().ReleasePicture();
+        GetNDeckScreen().ReleasePicture();
 }
 
 void nDeckPanel::ReleaseContent()
@@ -166,7 +164,7 @@ bool nDeckPanel::UpdateRichText(mediaText& media)
     view->setStyleSheet("background-color: rgba(255, 255, 255, 0%);selection-color: rgba(255, 255, 255, "
                         "255);selection-background-color: rgba(255, 255, 255,255);");
     view->setGeometry(ContentRect());
-    view->setZoomFactor(double(GetnDeckFrame().GetRectRate()));
+    view->setZoomFactor(double(GetNDeckScreen().GetRectRate()));
     setText(*view, toQString(media.GetHtmlContent()));
     view->setLinkDelegationPolicy(QWebView::DontDelegateLinks);
     view->lower();
@@ -258,7 +256,7 @@ QRect nDeckPanel::DialButtonRect(int width, int height) const
     if (width >= BUTTON_WIDTH && height >= BUTTON_HEIGHT)
         return QRect(QPoint(width / 2 - BUTTON_WIDTH / 2, height - BUTTON_HEIGHT),
                      QPoint(width / 2 + BUTTON_WIDTH / 2 - 1, height - 1));
-    const float rate = GetnDeckFrame().GetRectRate();
+    const float rate = GetNDeckScreen().GetRectRate();
     const int buttonWidth = int(std::min<int>(width, BUTTON_WIDTH) * rate);
     const int buttonHeight = int(std::min<int>(height, BUTTON_HEIGHT) * rate);
     return QRect(width / 2 - buttonWidth / 2, height - buttonHeight, buttonWidth, buttonHeight);
@@ -325,7 +323,7 @@ bool nDeckPanel::eventFilter(QObject* watched, QEvent* event)
 
 void nDeckPanel::OnResize()
 {
-    const float rate = GetnDeckFrame().GetRectRate();
+    const float rate = GetNDeckScreen().GetRectRate();
     nuxTrace(TRACE_DETAIL, "nDeckPanel::eventFilter fRcRate(%0.2f)", double(rate));
     const int width = int((m_original.right - m_original.left) * rate);
     const int height = int((m_original.bottom - m_original.top) * rate);
@@ -346,7 +344,7 @@ void nDeckPanel::ResizeChild(QWidget* child, int width, int height)
     }
     child->setGeometry(QRect(QPoint(0, 0), QPoint(width - 1, height - 1)));
     if (auto* view = qobject_cast<QWebView*>(child))
-        view->setZoomFactor(double(GetnDeckFrame().GetRectRate()));
+        view->setZoomFactor(double(GetNDeckScreen().GetRectRate()));
     auto* video = qobject_cast<videoAssistant*>(child);
     if (!video)
         return;
@@ -364,7 +362,7 @@ void nDeckPanel::ResizeChild(QWidget* child, int width, int height)
 
 void nDeckPanel::btnDialNumber_click()
 {
-    if (GetnDeckFrame().parentWidget() == &GetnDeckWindow() && m_pBtnDial)
+    if (GetNDeckScreen().IsFrameFullScreen() && m_pBtnDial)
         phone_CallNumber(fromQString(m_pBtnDial->text()), -1, -1);
 }
 

@@ -1,20 +1,19 @@
 #pragma once
 // The place of a region on the screen, with the widget of the media on turn and its dial button.
 // User-interface thread.
+#include "signage/nDeckScreen.h"
 #include "support/host/geometry.h"
 #include <QRect>
 #include <QWidget>
 
 class QPushButton;
 class QWebView;
-class mediaBase;
 class mediaImage;
 class mediaText;
 class mediaVideo;
-class nDeckRegion;
 class videoAssistant;
 
-class nDeckPanel : public QWidget
+class nDeckPanel : public QWidget, public nDeckPlace
 {
     Q_OBJECT
 public:
@@ -27,18 +26,16 @@ public:
     void SetPanelRect(const QRect& rect) { m_panelRect = rect; } // scaled
     const QRect& GetPanelRect() const { return m_panelRect; }
 
-    void UpdatePanelMedia(mediaBase* media);
+    void UpdatePanelMedia(mediaBase* media) override;
     bool UpdatePicture(mediaImage& media);
     bool UpdateRichText(mediaText& media);
     bool UpdateVideo(mediaVideo& media);
-    // True when it shows what UpdatePanelMedia would bring up, so that nothing has to be done.
-    bool IsShowing(const mediaBase& media) const;
+    bool IsShowing(const mediaBase& media) const override;
 
     QWidget* GetContent() const { return m_pContent; }
     QPushButton* GetDialButton() const { return m_pBtnDial; }
-    // The region that fills it; null in the pool.
-    void SetRegion(nDeckRegion* region) { m_pRegion = region; }
-    nDeckRegion* GetRegion() const { return m_pRegion; }
+    void SetRegion(nDeckRegion* region) override { m_pRegion = region; }
+    nDeckRegion* GetRegion() const override { return m_pRegion; }
     // What it held was taken away.
     void ForgetWidgets();
 

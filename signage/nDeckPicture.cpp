@@ -1,7 +1,14 @@
 #include "signage/nDeckPicture.h"
-#include "signage/nDeckFrame.h"
+#include "media/PhotoFile.h"
+#include "signage/nDeckScreen.h"
 #include <QPaintEvent>
 #include <QPainter>
+
+namespace {
+
+constexpr unsigned kPictureLimit = 0x1e0000; // bytes
+
+} // namespace
 
 void nDeckPicture::paintEvent(QPaintEvent* event)
 {
@@ -12,4 +19,9 @@ void nDeckPicture::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(rect(), pixmap());
+}
+
+bool IsImageValid(const chString& path)
+{
+    return PhotoFile().IsOk(path, kPictureLimit);
 }

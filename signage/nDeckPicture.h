@@ -1,4 +1,5 @@
 #pragma once
+#include "support/text/chString.h"
 #include <QLabel>
 
 // A picture that fills its place, also one that reaches far beyond the frame: only what can be seen is
@@ -12,3 +13,6 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
 };
+
+// path: device path of a picture that is fit to be shown.
+bool IsImageValid(const chString& path);

@@ -2,8 +2,7 @@
 #include "signage/mediaImage.h"
 #include "signage/mediaText.h"
 #include "signage/mediaVideo.h"
-#include "signage/nDeckFrame.h"
-#include "signage/nDeckPanel.h"
+#include "signage/nDeckScreen.h"
 #include "support/file/path.h"
 #include "support/host/trace.h"
 #include "support/xml/xmlElement.h"
@@ -108,7 +107,7 @@ int nDeckRegion::OnRegionLoad(nDeckLayout*)
 {
     if (empty())
         return 0;
-    m_pPanel = GetnDeckFrame().CreatePanel(m_rect);
+    m_pPanel = GetNDeckScreen().CreatePanel(m_rect);
     m_pPanel->SetRegion(this);
     LoadNextMedia();
     return 1;

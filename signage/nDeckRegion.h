@@ -5,7 +5,7 @@
 #include "support/host/message.h"
 
 class nDeckLayout;
-class nDeckPanel;
+class nDeckPlace;
 class xmlElement;
 
 enum {
@@ -49,6 +49,6 @@ private:
 
     chRect m_rect;
     iterator m_current;
-    nDeckPanel* m_pPanel = nullptr;
+    nDeckPlace* m_pPanel = nullptr;
     chThreadTimer m_timer;
 };

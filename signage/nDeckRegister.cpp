@@ -1,8 +1,8 @@
 #include "signage/nDeckRegister.h"
-#include "signage/nDeckDisplay.h"
-#include "signage/nDeckFileManager.h"
 #include "signage/nDeckFolder.h"
+#include "signage/nDeckShow.h"
 #include "signage/scheduleReader.h"
+#include "signage/serverConfig.h"
 #include "support/file/chFileStdio.h"
 #include "support/file/fileTools.h"
 #include "support/host/createObject.h"
@@ -39,7 +39,8 @@ void nDeckRegister::OnRegisterDisplay()
 {
     nDeckMakeFolder();
     HttpAction& action = CreateObject<HttpAction>();
-    const _ServerCfg config = GetNDeckFileManager().GetServerConfig();
+    _ServerCfg config;
+    readServerConfig(config);
     const chString address = registerAddress(config);
     nuxTrace(TRACE_DETAIL, "OnRegisterDisplay(%s)", address.GetText());
     action.strRemoteUrl = address;
@@ -76,23 +77,13 @@ void nDeckRegister::TakeReply(const chString& text)
     if (!serverResult(reply, "success"))
         return;
     if (!m_bRegisterSuccess)
-        GetNDeckDispaly().InitDisplay();
+        GetNDeckShow().InitDisplay();
     m_bRegisterSuccess = 1;
 }
 
 void nDeckRegisterDisplay()
 {
     GetNDeckRegister().OnRegisterDisplay();
-}
-
-void OnLaunchNDeck()
-{
-    GetNDeckDispaly().CreateDisplay();
-}
-
-void OnUnLaunchNDeck()
-{
-    GetNDeckDispaly().DestroyDisplay();
 }
 
 bool WriteRegisterInfo(const chString& text)

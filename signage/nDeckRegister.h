@@ -23,7 +23,5 @@ private:
 nDeckRegister& GetNDeckRegister();
 
 HX_MODULE_API void nDeckRegisterDisplay();
-void OnLaunchNDeck();
-HX_MODULE_API void OnUnLaunchNDeck();
 // Leaves the server's answer where other processes look for it.
 bool WriteRegisterInfo(const chString& text);

@@ -1,8 +1,8 @@
 #include "signage/nDeckVideoManager.h"
 #include "media/videoAssistant.h"
 #include "signage/movieParam.h"
-#include "signage/nDeckDisplay.h"
-#include "signage/nDeckWindow.h"
+#include "signage/nDeckScreen.h"
+#include "signage/serverConfig.h"
 #include "support/file/path.h"
 #include "support/host/net.h"
 #include "support/host/phone.h"
@@ -29,12 +29,12 @@ unsigned int threadNumber(const char* name)
 
 bool isClientEnabled()
 {
-    return GetNDeckDispaly().IsNdeckEnable();
+    return nDeckIsEnabled();
 }
 
 bool isShownInTalk()
 {
-    return GetnDeckWindow().getNDeckWindowType() == NDECK_WINDOW_TALK;
+    return GetNDeckScreen().GetWindowType() == NDECK_WINDOW_TALK;
 }
 
 int alignedUp(int value)
@@ -222,7 +222,7 @@ int nDeckVideoManager::OnTimerStartPlayVideo(msgObject&)
 // A call owns the media server; inside of its session video plays only when that is wanted.
 bool nDeckVideoManager::IsCallInTheWay() const
 {
-    const bool isWanted = !IsOwnParam() && GetNDeckDispaly().IsPlayVideoInTalk();
+    const bool isWanted = !IsOwnParam() && nDeckPlaysVideoInTalk();
     return !isWanted && phone_GetCallTotal() && phone_IsPhoneInTalk();
 }
 
@@ -447,7 +447,7 @@ bool nDeckVideoManager::SetPlayParam(VOICE_PARAM* param, int sessionId)
     m_strFile = file; // goes on in the other session
     m_pVoiceParam = param;
     m_nSessionId = sessionId;
-    if (isNoCall || GetNDeckDispaly().IsPlayVideoInTalk())
+    if (isNoCall || nDeckPlaysVideoInTalk())
         m_bMakeUpParam = SetVoiceParam(*m_pVoiceParam, m_strFile);
     return true;
 }

@@ -48,6 +48,21 @@ chString nDeckSettingString(const char* key, const char* def)
     return NUX_SubClass::nuxGetRegistryString(kSystem, "nDeck", key, def);
 }
 
+bool nDeckIsOn(const char* key, int def)
+{
+    return nDeckSettingInt(key, def) == 1;
+}
+
+bool nDeckIsEnabled()
+{
+    return nDeckIsOn("bEnable", 0);
+}
+
+bool nDeckPlaysVideoInTalk()
+{
+    return nDeckIsOn("bPlayVideoInTalk", 0);
+}
+
 chString& GetClientKey()
 {
     static chString key;

@@ -27,3 +27,7 @@ chString serverClientQuery(const _ServerCfg& config);
 // A number and a text of the configuration's signage section.
 int nDeckSettingInt(const char* key, int def);
 chString nDeckSettingString(const char* key, const char* def);
+// A switch is on at the value 1 only.
+bool nDeckIsOn(const char* key, int def);
+bool nDeckIsEnabled();
+bool nDeckPlaysVideoInTalk();

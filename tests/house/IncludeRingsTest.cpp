@@ -22,7 +22,6 @@ const QStringList StillInRings = {
     "host/services/transfers/httpService",
     "host/services/transfers/httpTransfer",
     "host/services/messages", // threads, their queues and their receivers
-    "signage",
     "support/file", // saving keeps aside, and keeping aside saves
     "support/xml",  // the nodes of one tree
 };

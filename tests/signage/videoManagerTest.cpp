@@ -1,4 +1,4 @@
-#include "signage/nDeckRegister.h"
+#include "signage/nDeckDisplay.h"
 #include "tests/signage/signageVideo.h"
 
 namespace {

@@ -1,0 +1,28 @@
+#pragma once
+// Puts verified files into use, in the place of the old ones. User-interface thread.
+#include "signage/laterWork.h"
+#include "signage/nDeckFileBook.h"
+
+class nDeckPromoter
+{
+public:
+    // book: outlives this.
+    explicit nDeckPromoter(nDeckFileBook& book) : m_book(book) {}
+
+    // The layouts of the frame that wait with the content that it names.
+    void PutLayoutsIntoUse(const DisplayFrame& frame);
+    // Everything that waits.
+    void PutAllIntoUse();
+    // The same for those that wait now, over as many turns of the thread as many files take; few are in use
+    // at the return. done: called once, when they are.
+    void PutAllIntoUseLater(std::function<void()> done);
+    // The picture of a file will be asked for soon.
+    static void StockPictureToCache(const chString& path);
+
+private:
+    void PutRecordIntoUse(const _nDeckFileNode& record);
+    std::vector<_nDeckFileNode> TakeWaiting();
+
+    nDeckFileBook& m_book;
+    laterWork m_later;
+};

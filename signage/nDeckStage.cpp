@@ -1,0 +1,80 @@
+#include "signage/nDeckStage.h"
+#include "signage/nDeckFrame.h"
+#include "signage/nDeckPanel.h"
+#include "signage/nDeckWindow.h"
+
+nDeckScreen& GetNDeckScreen()
+{
+    static nDeckStage stage;
+    return stage;
+}
+
+void nDeckStage::SetBackgroundImage(const chString& name)
+{
+    GetnDeckFrame().SetBackgroundImage(name, true);
+}
+
+void nDeckStage::SetBackgroundColor(const chString& color)
+{
+    GetnDeckFrame().SetBackgroundColor(color);
+}
+
+nDeckPlace* nDeckStage::CreatePanel(const chRect& rect)
+{
+    return GetnDeckFrame().CreatePanel(rect);
+}
+
+void nDeckStage::ClearPannels()
+{
+    GetnDeckFrame().ClearPannels();
+}
+
+void nDeckStage::KeepPicture(const QRect& rect)
+{
+    GetnDeckFrame().KeepPicture(rect);
+}
+
+void nDeckStage::ReleasePicture()
+{
+    GetnDeckFrame().ReleasePicture();
+}
+
+void nDeckStage::AwaitText(QWebView* view)
+{
+    GetnDeckFrame().AwaitText(view);
+}
+
+bool nDeckStage::IsFrameVisible() const
+{
+    return GetnDeckFrame().isVisible();
+}
+
+bool nDeckStage::IsFrameFullScreen() const
+{
+    return GetnDeckFrame().parentWidget() == &GetnDeckWindow();
+}
+
+E_NDECKWINDOW_TYPE nDeckStage::GetFrameType() const
+{
+    return GetnDeckFrame().GetNDeckType();
+}
+
+float nDeckStage::GetRectRate() const
+{
+    return GetnDeckFrame().GetRectRate();
+}
+
+bool nDeckStage::IsWindowVisible() const
+{
+    return GetnDeckWindow().isVisible();
+}
+
+E_NDECKWINDOW_TYPE nDeckStage::GetWindowType() const
+{
+    return GetnDeckWindow().getNDeckWindowType();
+}
+
+void nDeckStage::HideWindow()
+{
+    GetnDeckWindow().hide();
+}
