@@ -22,8 +22,8 @@ const QStringList StillInRings = {
     "host/services/transfers/httpService",
     "host/services/transfers/httpTransfer",
     "host/services/messages", // threads, their queues and their receivers
-    "support/file", // saving keeps aside, and keeping aside saves
-    "support/xml",  // the nodes of one tree
+    "support/file",           // saving keeps aside, and keeping aside saves
+    "support/xml",            // the nodes of one tree
 };
 
 QString classOf(const QString& path)
