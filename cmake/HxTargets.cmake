@@ -71,7 +71,7 @@ function(hx_module name)
     target_link_libraries(${name} PUBLIC hxContract PRIVATE ${MODULE_LINK})
     target_link_options(${name} PRIVATE LINKER:--version-script=${MODULE_EXPORTS})
     set_target_properties(${name} PROPERTIES LINK_DEPENDS ${MODULE_EXPORTS})
-    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    hx_install_library(${name})
 endfunction()
 
 # A test program for one folder of tests/; each of its tests runs in a process of its own, so that

@@ -1,5 +1,5 @@
 // hxPhone: the phone's main process. Wires the module to the reference host and runs it.
-#include "frame/modSetting.h"
+#include "frame/moduleEntries.h"
 #include "host/control/controlServer.h"
 #include "host/desktop/boot.h"
 #include "host/look/look.h"
@@ -10,7 +10,6 @@
 #include "signage/nDeckVideoManager.h"
 #include "signage/nDeckWindow.h"
 #include "support/file/deviceRoot.h"
-#include "support/host/module.h"
 #include <QApplication>
 #include <QCommandLineParser>
 #include <cstdio>
@@ -67,15 +66,7 @@ void wireSignage(tagModuleEntries& entries)
 
 void wireModule()
 {
-    tagModuleEntries entries;
-    entries.openPage = settingOpenPage;
-    entries.openPageWithInfo = settingOpenPage;
-    entries.openDirectory = settingOpenPage;
-    entries.openMenu = settingOpenXml;
-    entries.openFrame = settingOpenFrame;
-    entries.refreshMenu = RefreshOpenXml;
-    entries.cacheWindows = settingCacheWindows;
-    entries.iconView = getIconView;
+    tagModuleEntries entries = settingEntries();
     wireSignage(entries);
     hostSetModule(entries);
 }

@@ -1,9 +1,8 @@
 #pragma once
 // What the tests of the frame share: the phone's log since the test began, and the module's entries wired
 // to the host as the main program does it.
-#include "frame/modSetting.h"
+#include "frame/moduleEntries.h"
 #include "host/services/system/hostLog.h"
-#include "support/host/module.h"
 #include "tests/kit/phoneTest.h"
 #include <QStringList>
 
@@ -14,16 +13,7 @@ protected:
     {
         const QList<tagLogEntry> log = hostLogFrom(1);
         m_nFirst = log.isEmpty() ? 1 : log.last().nNumber + 1;
-        tagModuleEntries entries;
-        entries.openPage = settingOpenPage;
-        entries.openPageWithInfo = settingOpenPage;
-        entries.openDirectory = settingOpenPage;
-        entries.openMenu = settingOpenXml;
-        entries.openFrame = settingOpenFrame;
-        entries.refreshMenu = RefreshOpenXml;
-        entries.cacheWindows = settingCacheWindows;
-        entries.iconView = getIconView;
-        hostSetModule(entries);
+        hostSetModule(settingEntries());
     }
 
     // Texts of one kind of log entry since the test began.
