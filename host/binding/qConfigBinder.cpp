@@ -4,6 +4,7 @@
 #include "support/host/trace.h"
 #include <QVector>
 #include <QWidget>
+#include <algorithm>
 
 namespace {
 
@@ -87,6 +88,11 @@ int qConfigBinder::SaveConfigsToRegistry()
             nuxTrace(TRACE_NOTE, "settings not saved, first key %s", section.values.first().strKey.GetText());
     }
     return saved != 0;
+}
+
+int qConfigBinder::AreConfigsSaved()
+{
+    return std::none_of(begin(), end(), isChanged);
 }
 
 bool qConfigBinder::doesWidgetValueChanged(QWidget* widget)

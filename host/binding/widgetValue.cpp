@@ -69,16 +69,24 @@ std::optional<QString> checkedValue(QRadioButton* button)
     return std::nullopt;
 }
 
-void checkByValue(QRadioButton* button, const QString& stored)
+// The one that shows a stored value; null when none does. Where nothing is stored it is the first.
+QRadioButton* radioOf(QRadioButton* button, const QString& stored)
 {
     const QList<QRadioButton*> radios = radiosOf(button);
     for (QRadioButton* radio : radios) {
-        if (externValue(radio) == stored) {
-            radio->setChecked(true);
-            return;
-        }
+        if (externValue(radio) == stored)
+            return radio;
     }
-    for (QRadioButton* radio : radios) {
+    return stored.isEmpty() ? radios.first() : nullptr;
+}
+
+void checkByValue(QRadioButton* button, const QString& stored)
+{
+    if (QRadioButton* radio = radioOf(button, stored)) {
+        radio->setChecked(true);
+        return;
+    }
+    for (QRadioButton* radio : radiosOf(button)) {
         if (radio->isChecked())
             uncheck(radio);
     }
@@ -92,10 +100,14 @@ std::optional<QString> currentValue(QComboBox* box)
     return toQString(qGetExternValue(box, index));
 }
 
-void selectByValue(QComboBox* box, const QString& stored)
+// The same for the items of a box: -1 when none does.
+int indexOf(QComboBox* box, const QString& stored)
 {
-    if (!qSelectComboBoxItem(box, stored.toUtf8().constData()))
-        box->setCurrentIndex(-1);
+    for (int index = 0; index < box->count(); ++index) {
+        if (toQString(qGetExternValue(box, index)) == stored)
+            return index;
+    }
+    return stored.isEmpty() && box->count() > 0 ? 0 : -1;
 }
 
 } // namespace
@@ -121,7 +133,7 @@ void setWidgetValue(QWidget* widget, const QString& stored)
     } else if (QCheckBox* box = qobject_cast<QCheckBox*>(widget)) {
         box->setChecked(isTicked(stored));
     } else if (QComboBox* box = qobject_cast<QComboBox*>(widget)) {
-        selectByValue(box, stored);
+        box->setCurrentIndex(indexOf(box, stored));
     } else if (QRadioButton* radio = qobject_cast<QRadioButton*>(widget)) {
         checkByValue(radio, stored);
     }
@@ -133,5 +145,13 @@ std::optional<QString> widgetFormOf(QWidget* widget, const QString& stored)
         return stored.left(edit->maxLength());
     if (qobject_cast<QCheckBox*>(widget))
         return tickText(isTicked(stored));
+    if (QComboBox* box = qobject_cast<QComboBox*>(widget)) {
+        const int index = indexOf(box, stored);
+        return index < 0 ? stored : toQString(qGetExternValue(box, index));
+    }
+    if (QRadioButton* button = qobject_cast<QRadioButton*>(widget)) {
+        QRadioButton* radio = radioOf(button, stored);
+        return radio ? externValue(radio) : stored;
+    }
     return stored;
 }

@@ -9,7 +9,8 @@ class QWidget;
 
 // None for a widget of another kind, and for a choice of which nothing is chosen.
 std::optional<QString> widgetValue(QWidget* widget);
-// Shows a stored value. A value that no item or radio button has leaves the choice without a selection.
+// Shows a stored value. A value that no item or radio button has leaves the choice without a selection;
+// where nothing is stored, the first is shown.
 void setWidgetValue(QWidget* widget, const QString& stored);
 // The value that the widget would have after setWidgetValue: what it cannot hold of the stored text does
 // not count as a change by the user.

@@ -17,7 +17,9 @@ struct qConfigPair
 };
 
 // What is stored: of a QLineEdit its text, of a QCheckBox "1" or "0", of a QComboBox the extern value of
-// its current item, of a QRadioButton the extern value of the checked one of its group.
+// its current item, of a QRadioButton the extern value of the checked one of its group. Where nothing is
+// stored (the empty text), a choice shows its first item, as a check box shows no tick; a value that no item
+// has shows none. What a widget shows in place of the stored value is no difference: it is not written.
 class HX_HOST_API qConfigBinder : public chObjList_dynamic<qConfigPair, 16>
 {
 public:
@@ -28,6 +30,9 @@ public:
     void ResetConfigsToRegistry();
     // Writes every bound widget's value; non-zero exactly when at least one differed from the stored one.
     int SaveConfigsToRegistry();
+    // 0 while a bound widget's value is not the stored one: after SaveConfigsToRegistry(), when that could
+    // not write everything.
+    int AreConfigsSaved();
     // True when the widget's value differs from the stored one; false for a widget that is not bound.
     bool doesWidgetValueChanged(QWidget* widget);
     // The value as it would be stored.

@@ -1,6 +1,7 @@
 #include "support/host/binder.h"
 #include "support/host/combo.h"
 #include "support/host/ime.h"
+#include "tests/file/failingCalls.h"
 #include "tests/kit/phoneTest.h"
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -285,6 +286,62 @@ TEST_F(Binder, ValueThatNoItemHasSelectsNoneAndIsNotRewritten)
     EXPECT_FALSE(binder.doesWidgetValueChanged(&combo));
     EXPECT_EQ(binder.SaveConfigsToRegistry(), 0);
     EXPECT_EQ(stored("eType"), "9");
+}
+
+TEST_F(Binder, NothingStoredShowsTheFirstItemAndIsNotWritten)
+{
+    combo.setCurrentIndex(2);
+    binder.BindWidget(&combo, section(), "eType", "");
+    EXPECT_EQ(combo.currentIndex(), 0);
+    EXPECT_EQ(value(&combo), "0");
+    EXPECT_FALSE(binder.doesWidgetValueChanged(&combo));
+    EXPECT_EQ(binder.SaveConfigsToRegistry(), 0);
+    EXPECT_EQ(stored("eType"), "(absent)");
+    combo.setCurrentIndex(1);
+    EXPECT_TRUE(binder.doesWidgetValueChanged(&combo));
+    binder.ResetConfigsToRegistry();
+    EXPECT_EQ(combo.currentIndex(), 0);
+}
+
+TEST_F(Binder, NothingStoredIsTheItemOfTheEmptyValueWhereThereIsOne)
+{
+    qAddComboBoxItem(&combo, "None", "");
+    binder.BindWidget(&combo, section(), "eType", "");
+    EXPECT_EQ(combo.currentIndex(), 3);
+    combo.setCurrentIndex(0);
+    EXPECT_NE(binder.SaveConfigsToRegistry(), 0);
+    EXPECT_EQ(stored("eType"), "0");
+}
+
+TEST_F(Binder, NothingStoredChecksTheFirstRadioButtonAndIsNotWritten)
+{
+    fixed.setChecked(true);
+    binder.BindWidget(&dhcp, section(), "eWAN", "");
+    EXPECT_TRUE(dhcp.isChecked());
+    EXPECT_EQ(binder.SaveConfigsToRegistry(), 0);
+    EXPECT_EQ(stored("eWAN"), "(absent)");
+    pppoe.setChecked(true);
+    EXPECT_NE(binder.SaveConfigsToRegistry(), 0);
+    EXPECT_EQ(stored("eWAN"), "1");
+}
+
+TEST_F(Binder, WhetherAllIsStoredIsAskedAfterASave)
+{
+    binder.BindWidget(&edit, section(), "strName", "");
+    binder.BindWidget(&check, section("T"), "b", "0");
+    EXPECT_EQ(binder.AreConfigsSaved(), 1);
+    edit.setText("Eva");
+    check.setChecked(true);
+    EXPECT_EQ(binder.AreConfigsSaved(), 0);
+    {
+        FailingCalls disk;
+        disk.setSpace(0);
+        EXPECT_EQ(binder.SaveConfigsToRegistry(), 0);
+        EXPECT_EQ(binder.AreConfigsSaved(), 0);
+    }
+    EXPECT_EQ(edit.text(), "Eva");
+    EXPECT_NE(binder.SaveConfigsToRegistry(), 0);
+    EXPECT_EQ(binder.AreConfigsSaved(), 1);
 }
 
 TEST_F(Binder, TickOfAnUnusualNumberIsNotRewritten)
