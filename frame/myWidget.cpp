@@ -1,4 +1,5 @@
 #include "frame/myWidget.h"
+#include "frame/tableRows.h"
 #include "support/host/ui.h"
 #include <QAbstractItemView>
 #include <QButtonGroup>
@@ -169,11 +170,7 @@ bool MyWidget::stepUpOrDown(bool next)
     if (QComboBox* box = openCombo())
         return stepInOpenList(box, next);
     if (QTableWidget* table = qobject_cast<QTableWidget*>(focusWidget())) {
-        const int rows = table->rowCount();
-        if (rows >= 2) {
-            const int row = table->currentRow() + (next ? 1 : -1);
-            table->setCurrentCell(row < 0 ? rows - 1 : row >= rows ? 0 : row, 0);
-        }
+        tableStepRow(table, next ? 1 : -1);
         return true;
     }
     focusNextPrevChild(next);

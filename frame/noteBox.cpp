@@ -11,3 +11,10 @@ int questionBox(const char* text, QWidget* parent, const char* title)
 {
     return xMessageBox(Translate(title), Translate(text), BOX_QUESTION, parent, -1);
 }
+
+int noteUnlessSaved(int saved, QWidget* parent)
+{
+    if (!saved)
+        noteBox(HX_TR("The settings cannot be saved!"), parent);
+    return saved;
+}

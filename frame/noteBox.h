@@ -8,3 +8,6 @@ class QWidget;
 void noteBox(const char* text, QWidget* parent, int timeoutMs = -1);
 // Two buttons; non-zero on yes.
 int questionBox(const char* text, QWidget* parent, const char* title = HX_TR("Note"));
+// Answers saved, the result of a save of keys or of a document; when it is 0, a note tells the user. The page
+// then stays open with what was typed.
+int noteUnlessSaved(int saved, QWidget* parent);

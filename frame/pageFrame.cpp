@@ -1,20 +1,15 @@
 #include "frame/pageFrame.h"
+#include "frame/pageTexts.h"
 #include "support/host/text.h"
 #include "support/host/ui.h"
-#include <QAbstractButton>
 #include <QDialog>
 #include <QFrame>
-#include <QLabel>
 
 namespace {
 
 const QRect kTopBar(QPoint(0, 0), QPoint(799, 39));
 const QRect kLeftBar(QPoint(0, 40), QPoint(151, 439));
 const QRect kSoftKeys(QPoint(0, 440), QPoint(799, 479));
-
-// English text of a widget of the form, and the translation that it shows.
-const char kTextKey[] = "hxTextKey";
-const char kTextShown[] = "hxTextShown";
 
 struct tagSharedKey
 {
@@ -40,22 +35,6 @@ qLeftBar* makeLeftBar(QDialog* page)
     bar->setTitle(QString());
     bar->setIcon(QString());
     return bar;
-}
-
-// A text that the page has set since stays as it is.
-template <class T>
-void showTranslated(T* widget)
-{
-    if (!widget->property(kTextKey).isValid())
-        widget->setProperty(kTextKey, widget->text());
-    else if (widget->text() != widget->property(kTextShown).toString())
-        return;
-    const QString key = widget->property(kTextKey).toString();
-    if (key.isEmpty())
-        return;
-    const QString shown = qTranslate(key.toUtf8().constData());
-    widget->setText(shown);
-    widget->setProperty(kTextShown, shown);
 }
 
 } // namespace
@@ -97,6 +76,11 @@ void PageFrame::SetSoftKey(int index, const char* name, const char* label, const
     m_pSoftKeyBar->SetButton(index, name, ::Translate(label), m_pPage, slot);
 }
 
+QString PageFrame::SoftKeyLabel(int index) const
+{
+    return qTranslate(m_astrLabels[index].GetText());
+}
+
 void PageFrame::SetLeftBar(const char* icon, const char* title)
 {
     m_strLeftIcon = icon;
@@ -129,7 +113,7 @@ void PageFrame::Translate()
     m_strLanguage = language;
     for (int i = 0; i < SOFT_KEY_COUNT; ++i) {
         if (!m_astrLabels[i].IsEmpty())
-            m_pSoftKeyBar->SetButtonTitle(i, qTranslate(m_astrLabels[i].GetText()));
+            m_pSoftKeyBar->SetButtonTitle(i, SoftKeyLabel(i));
     }
     showTexts();
 }
@@ -137,8 +121,5 @@ void PageFrame::Translate()
 void PageFrame::showTexts()
 {
     m_pTopBar->setTitle(qTranslate(m_strTitle.GetText()));
-    for (QLabel* label : m_pPage->findChildren<QLabel*>())
-        showTranslated(label);
-    for (QAbstractButton* button : m_pPage->findChildren<QAbstractButton*>())
-        showTranslated(button);
+    translateTexts(m_pPage);
 }

@@ -35,6 +35,8 @@ public:
     // At each show: puts all texts into the present language, if it changed.
     void Translate();
     bool HasKey(int key) const { return (m_nKeys & key) != 0; }
+    // What the key was given to show, in the present language.
+    QString SoftKeyLabel(int index) const;
 
     qTopBar* m_pTopBar = nullptr;
     qSoftKeyBar* m_pSoftKeyBar = nullptr;

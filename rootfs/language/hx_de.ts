@@ -907,5 +907,25 @@
         <source>Image is error!</source>
         <translation>Bild ist fehlerhaft!</translation>
     </message>
+    <message>
+        <source>The settings cannot be saved!</source>
+        <translation>Die Einstellungen können nicht gespeichert werden!</translation>
+    </message>
+    <message>
+        <source>Line 1</source>
+        <translation>Leitung 1</translation>
+    </message>
+    <message>
+        <source>Line 2</source>
+        <translation>Leitung 2</translation>
+    </message>
+    <message>
+        <source>Line 3</source>
+        <translation>Leitung 3</translation>
+    </message>
+    <message>
+        <source>Line 4</source>
+        <translation>Leitung 4</translation>
+    </message>
 </context>
 </TS>

@@ -907,5 +907,25 @@
         <source>Image is error!</source>
         <translation>¡La imagen es errónea!</translation>
     </message>
+    <message>
+        <source>The settings cannot be saved!</source>
+        <translation>¡No se pueden guardar los ajustes!</translation>
+    </message>
+    <message>
+        <source>Line 1</source>
+        <translation>Línea 1</translation>
+    </message>
+    <message>
+        <source>Line 2</source>
+        <translation>Línea 2</translation>
+    </message>
+    <message>
+        <source>Line 3</source>
+        <translation>Línea 3</translation>
+    </message>
+    <message>
+        <source>Line 4</source>
+        <translation>Línea 4</translation>
+    </message>
 </context>
 </TS>

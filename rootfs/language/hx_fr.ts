@@ -907,5 +907,25 @@
         <source>Image is error!</source>
         <translation>Image erronée !</translation>
     </message>
+    <message>
+        <source>The settings cannot be saved!</source>
+        <translation>Impossible d’enregistrer les réglages !</translation>
+    </message>
+    <message>
+        <source>Line 1</source>
+        <translation>Ligne 1</translation>
+    </message>
+    <message>
+        <source>Line 2</source>
+        <translation>Ligne 2</translation>
+    </message>
+    <message>
+        <source>Line 3</source>
+        <translation>Ligne 3</translation>
+    </message>
+    <message>
+        <source>Line 4</source>
+        <translation>Ligne 4</translation>
+    </message>
 </context>
 </TS>

@@ -907,5 +907,25 @@
         <source>Image is error!</source>
         <translation>图片错误！</translation>
     </message>
+    <message>
+        <source>The settings cannot be saved!</source>
+        <translation>无法保存设置！</translation>
+    </message>
+    <message>
+        <source>Line 1</source>
+        <translation>线路 1</translation>
+    </message>
+    <message>
+        <source>Line 2</source>
+        <translation>线路 2</translation>
+    </message>
+    <message>
+        <source>Line 3</source>
+        <translation>线路 3</translation>
+    </message>
+    <message>
+        <source>Line 4</source>
+        <translation>线路 4</translation>
+    </message>
 </context>
 </TS>

@@ -102,9 +102,6 @@ void dlgAccount_Setting::BroadcastChange()
 
 void dlgAccount_Setting::on_click_Save()
 {
-    if (!save())
-        return;
-    if (SaveConfigsToRegistry())
-        BroadcastChange();
-    reject();
+    if (save() && Store())
+        reject();
 }

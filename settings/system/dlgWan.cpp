@@ -1,12 +1,9 @@
 #include "settings/system/dlgWan.h"
 #include "frame/configFiles.h"
 #include "frame/noteBox.h"
-#include "support/host/combo.h"
-#include "support/host/ime.h"
 #include "support/host/net.h"
 #include "support/host/text.h"
 #include "ui_dlgWan.h"
-#include <QButtonGroup>
 
 namespace {
 
@@ -34,17 +31,12 @@ void dlgWan::InitData()
     ui->editPassword->setEchoMode(QLineEdit::Password);
     ui->editPassword->setAttribute(Qt::WA_InputMethodEnabled, true);
 
-    auto* types = new QButtonGroup(this);
-    types->addButton(ui->radBtnDHCP, NET_TYPE_DHCP);
-    types->addButton(ui->radBtnPPPoE, NET_TYPE_PPPOE);
-    types->addButton(ui->radBtnStaticIp, NET_TYPE_STATIC);
-    qSetExternValue(ui->radBtnDHCP, "0");
-    qSetExternValue(ui->radBtnPPPoE, "1");
-    qSetExternValue(ui->radBtnStaticIp, "2");
-
     const HREGISTRY network = registryOpen(SYSTEM_INI, kNetwork);
     Bind({
-        {ui->radBtnDHCP, network, "eWANType", "0"},
+        {{{ui->radBtnDHCP, "0"}, {ui->radBtnPPPoE, "1"}, {ui->radBtnStaticIp, "2"}},
+         network,
+         "eWANType",
+         "0"},
         {ui->editUserName, network, "strPPPoEUser", "", kTextIme, "2aB", kLongestEntry},
         {ui->editPassword, network, "strPPPoEPin", "", kTextIme, "2aB"},
         {ui->editIPAddress, network, "strWanIP", "", kAddressIme, "123_IP", kLongestEntry},
@@ -97,16 +89,14 @@ int dlgWan::checkPPPoE()
         {ui->editUserName, CHECK_CHANGED, IsValidUserName, HX_TR("User name is invalid!")},
         {ui->editPassword, CHECK_CHANGED, IsValidPassword, HX_TR("Password is invalid!")},
     });
-    if (isGood)
-        switchVlanOff();
-    return isGood;
+    return isGood && noteUnlessSaved(switchVlanOff(), this);
 }
 
 // PPPoE does not go together with VLAN.
-void dlgWan::switchVlanOff()
+int dlgWan::switchVlanOff()
 {
-    if (nuxGetRegistryInt(SYSTEM_INI, kVlan, "bEnable", 1) != 0)
-        nuxSetRegistryInt(SYSTEM_INI, kVlan, "bEnable", 0);
+    const bool isOn = nuxGetRegistryInt(SYSTEM_INI, kVlan, "bEnable", 1) != 0;
+    return !isOn || nuxSetRegistryInt(SYSTEM_INI, kVlan, "bEnable", 0);
 }
 
 int dlgWan::checkStaticIp()
@@ -126,9 +116,8 @@ int dlgWan::checkStaticIp()
 
 void dlgWan::on_click_Save()
 {
-    if (!save())
+    if (!save() || !Store())
         return;
-    SaveConfigsToRegistry();
     if (questionBox(HX_TR("Network configuration has changed, reboot system?"), this, HX_TR("Warning")))
         sysreboot(1);
     if (netGetNetworkSta() != NET_UP)

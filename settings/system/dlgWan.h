@@ -3,7 +3,6 @@
 #include "frame/configPage.h"
 #include <memory>
 
-class QLineEdit;
 namespace Ui {
 class dlgWan;
 }
@@ -30,7 +29,7 @@ private:
     void DisplayData();
     int checkPPPoE();
     int checkStaticIp();
-    void switchVlanOff();
+    int switchVlanOff();
 
     std::unique_ptr<Ui::dlgWan> ui;
 };
