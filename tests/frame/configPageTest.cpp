@@ -1,11 +1,15 @@
 // Pages whose widgets are tied to configuration keys by a table.
 #include "frame/configPage.h"
 #include "frame/configFiles.h"
+#include "frame/noteBox.h"
 #include "support/host/ime.h"
+#include "support/host/language.h"
 #include "support/host/net.h"
 #include "support/host/text.h"
 #include "tests/frame/frameTest.h"
 #include "tests/frame/testPages.h"
+#include <QDir>
+#include <QFile>
 
 namespace {
 
@@ -184,4 +188,54 @@ TEST_F(BoundPage, AnEntryThatIsUnchangedIsNotValidatedAgainUnlessItIsEmpty)
     EXPECT_EQ(check(CHECK_ENTRY), 0);
     EXPECT_EQ(check(CHECK_CHANGED), 1);
     EXPECT_EQ(boxes.texts().size(), 4);
+}
+
+TEST_F(BoundPage, AFieldOfDigitsTakesNothingElse)
+{
+    dlgConfigPage page;
+    open(page);
+    kit::tap(page.m_pSeconds);
+    kit::type("1a2");
+    kit::padKey('3');
+    EXPECT_EQ(page.m_pSeconds->text(), "123");
+    kit::type("4");
+    EXPECT_EQ(page.m_pSeconds->text(), "123");
+    page.m_pSeconds->clear();
+    EXPECT_TRUE(page.m_pSeconds->hasAcceptableInput());
+}
+
+TEST_F(BoundPage, WhatWasStoredOfTwoSectionsIsToldThoughTheOtherFailed)
+{
+    dlgConfigPage page;
+    open(page);
+    page.m_pName->setText("berta");
+    page.m_pSeconds->setText("7");
+    QDir().rename(hostPath("/rundata/config/user"), hostPath("/rundata/config/away"));
+    QFile(hostPath("/rundata/config/user")).open(QIODevice::WriteOnly);
+    kit::BoxAnswers boxes({"ok"});
+    save(page);
+    EXPECT_EQ(boxes.texts(), QStringList("The settings cannot be saved!"));
+    EXPECT_TRUE(page.isVisible());
+    EXPECT_EQ(page.m_nBroadcasts, 1);
+    EXPECT_EQ(page.m_pSeconds->text(), "7");
+    QFile::remove(hostPath("/rundata/config/user"));
+    QDir().rename(hostPath("/rundata/config/away"), hostPath("/rundata/config/user"));
+    save(page);
+    EXPECT_FALSE(page.isVisible());
+    EXPECT_EQ(page.m_nBroadcasts, 2);
+    EXPECT_STREQ(NUX_SubClass::nuxGetRegistryString(USER_INI, "Test", "nSeconds", "").GetText(), "7");
+}
+
+TEST_F(BoundPage, TheNoteOfAFailedSaveSpeaksTheUsersLanguage)
+{
+    for (const char* language : {"German", "French", "Spanish", "Chinese"}) {
+        ASSERT_EQ(GetLanguageHelper()->SetLanguage(language), 1);
+        kit::BoxAnswers boxes({"ok"});
+        EXPECT_EQ(noteUnlessSaved(0, nullptr), 0);
+        EXPECT_EQ(boxes.texts(), QStringList(qTranslate("The settings cannot be saved!")));
+        EXPECT_NE(boxes.texts().value(0), "The settings cannot be saved!");
+    }
+    kit::BoxAnswers boxes;
+    EXPECT_EQ(noteUnlessSaved(1, nullptr), 1);
+    EXPECT_TRUE(boxes.texts().isEmpty());
 }

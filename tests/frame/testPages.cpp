@@ -14,6 +14,8 @@ dlgConfigPage::dlgConfigPage(QWidget* parent, tagLeftBarInfo* info) : ConfigPage
     m_pKind->setGeometry(200, 160, 300, 36);
     m_pEnable = new QCheckBox(this);
     m_pEnable->setGeometry(200, 210, 300, 36);
+    m_pSeconds = new QLineEdit(this);
+    m_pSeconds->setGeometry(200, 260, 300, 36);
     qAddComboBoxItem(m_pKind, "First", "one");
     qAddComboBoxItem(m_pKind, "Second", "two");
     BuildFrame(background, "WAN", KEYS_EDIT);
@@ -23,5 +25,6 @@ dlgConfigPage::dlgConfigPage(QWidget* parent, tagLeftBarInfo* info) : ConfigPage
         {m_pAddress, section, "strAddress", "", "123_IP,123", "123"},
         {m_pKind, section, "eKind", "two"},
         {m_pEnable, section, "bEnable", "1"},
+        {m_pSeconds, registryOpen(USER_INI, "Test"), "nSeconds", "", "123", "123", 3, DIGITS_ONLY},
     });
 }

@@ -36,6 +36,7 @@ public:
     QLineEdit* m_pAddress;
     QComboBox* m_pKind;
     QCheckBox* m_pEnable;
+    QLineEdit* m_pSeconds; // tied to user.ini, digits only
     int m_nRefreshed = 0;
     int m_nBroadcasts = 0;
     int m_nSaveResult = 1;

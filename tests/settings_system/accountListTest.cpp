@@ -4,7 +4,7 @@
 #include "settings/system/setupAccountButton.h"
 #include "support/host/button.h"
 #include "support/host/phone.h"
-#include "tests/settings_system/pageTest.h"
+#include "tests/settings_system/systemPageTest.h"
 #include <QDialog>
 
 namespace {
@@ -18,12 +18,11 @@ QByteArray accountFile(int index)
     return "/rundata/config/user/voip/sipAccount" + QByteArray::number(index) + ".cfg";
 }
 
-class AccountList : public PageTest
+class AccountList : public SystemPageTest
 {
 protected:
     void SetUp() override
     {
-        PageTest::SetUp();
         for (int index = 0; index < 4; ++index)
             writeFile(accountFile(index), "[account]\nEnable=0\n");
     }
@@ -34,10 +33,10 @@ protected:
         nuxSetRegistryString(accountFile(index), "account", "SIPServerHost", host);
     }
 
-    QWidget* openList() { return page = open("Account Setting"); }
+    QWidget* openList() { return open("Account Setting"); }
     qUIPushButton* button(int number)
     {
-        return child<qUIPushButton>(page, qPrintable(QString("btnAccount%1").arg(number)));
+        return child<qUIPushButton>(qPrintable(QString("btnAccount%1").arg(number)));
     }
     QString text(int number) { return button(number)->text(); }
     QString icon(int number) { return GetButtonImage(button(number), 3); }
@@ -54,8 +53,6 @@ protected:
         ASSERT_TRUE(phoneSimulation::instance()->setLine(int(index), line));
         kit::settle();
     }
-
-    QWidget* page = nullptr;
 };
 
 } // namespace
@@ -79,9 +76,9 @@ TEST_F(AccountList, OnlyBackIsThere)
     openList();
     qSoftKeyBar* keys = page->findChild<qSoftKeyBar*>();
     for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(keys->GetButtonTitle(i), "");
+        EXPECT_EQ(softKeyTitle(i), "");
     EXPECT_EQ(keys->GetButton(3)->name(), "Back");
-    softKey(page, 3);
+    back();
     EXPECT_FALSE(page->isVisible());
 }
 
@@ -139,11 +136,10 @@ TEST_F(AccountList, EachButtonOpensItsAccount)
         store(number - 1, qPrintable(QString("name%1").arg(number)), "sip.test");
         openList();
         kit::tap(button(number));
-        QWidget* account = kit::windows().value(0);
-        ASSERT_STREQ(account->metaObject()->className(), "dlgAccount_Setting");
-        kit::settle();
-        EXPECT_EQ(child<QLineEdit>(account, "editDisplayName")->text(), QString("name%1").arg(number));
-        softKey(account, 3);
+        page = kit::windows().value(0);
+        ASSERT_STREQ(page->metaObject()->className(), "dlgAccount_Setting");
+        EXPECT_EQ(child<QLineEdit>("editDisplayName")->text(), QString("name%1").arg(number));
+        back();
     }
 }
 
@@ -217,7 +213,7 @@ TEST_F(AccountList, WhileAnotherWindowIsOnTopNoRefreshArrives)
     QWidget* account = kit::windows().value(0);
     refresh(0, LINE_UNREGISTERED, "22", "b.de");
     EXPECT_EQ(text(1), " 11@b.de");
-    softKey(account, 3);
+    kit::tap(account->findChild<qSoftKeyBar*>()->GetButton(3));
     EXPECT_EQ(text(1), " 11@b.de");
     EXPECT_EQ(icon(1), FG02);
     refresh(0, LINE_UNREGISTERED, "33", "b.de");
@@ -228,7 +224,7 @@ TEST_F(AccountList, WhileAnotherWindowIsOnTopNoRefreshArrives)
 TEST_F(AccountList, ALineWithoutANameIsShownInTheLanguageOfTheShow)
 {
     openList();
-    softKey(page, 3);
+    back();
     GetLanguageHelper()->SetLanguage("German");
     openList();
     EXPECT_EQ(text(1), " " + qTranslate("Account") + " 1  ");

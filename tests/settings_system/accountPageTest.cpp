@@ -1,19 +1,18 @@
 #include "frame/pageLists.h"
 #include "settings/system/dlgAccount_Setting.h"
 #include "support/host/ime.h"
-#include "tests/settings_system/pageTest.h"
+#include "tests/settings_system/systemPageTest.h"
 #include <QCheckBox>
 
 namespace {
 
 #define ACCOUNT_FILE "/rundata/config/user/voip/sipAccount1.cfg"
 
-class AccountPage : public PageTest
+class AccountPage : public SystemPageTest
 {
 protected:
     void SetUp() override
     {
-        PageTest::SetUp();
         writeFile(ACCOUNT_FILE, "[account]\nEnable=1\nDisplayName=Anna\nAuthName=1002\nUserName=1002\n"
                                 "password=secret\nSIPServerHost=sip.example.org\nSIPServerPort=5060\n"
                                 "UseOutboundProxy=0\n[NAT]\nNATTraversal=0\n");
@@ -26,28 +25,12 @@ protected:
         return page;
     }
 
-    void check(const char* box, bool on)
-    {
-        if (child<QCheckBox>(page, box)->isChecked() != on)
-            kit::tap(child<QCheckBox>(page, box));
-        ASSERT_EQ(child<QCheckBox>(page, box)->isChecked(), on);
-    }
-
     void expectRefused(const char* message, const char* focus)
     {
-        expectSaveRefused(page, ACCOUNT_FILE, message, focus);
-    }
-
-    void expectSaved()
-    {
-        kit::BoxAnswers boxes;
-        softKey(page, 0);
-        EXPECT_TRUE(boxes.texts().isEmpty());
-        EXPECT_FALSE(page->isVisible());
+        PageTest::expectRefused(ACCOUNT_FILE, message, focus);
     }
 
     static QString account(const char* key) { return stored(ACCOUNT_FILE, "account", key); }
-    QWidget* page = nullptr;
 };
 
 } // namespace
@@ -59,9 +42,9 @@ TEST_F(AccountPage, ShowsTheFileOfItsIndexWithTheFocusOnEnableLine)
     EXPECT_EQ(page->findChild<qLeftBar*>()->title(), "Account Setting");
     EXPECT_EQ(page->findChild<qLeftBar*>()->icon(),
               "/phone/resource/theme/default/bmp/menu/menu_account.png");
-    EXPECT_TRUE(child<QCheckBox>(page, "chkEnableLine")->isChecked());
-    EXPECT_EQ(child<QLineEdit>(page, "editDisplayName")->text(), "Anna");
-    EXPECT_EQ(child<QLineEdit>(page, "editServer0")->text(), "sip.example.org");
+    EXPECT_TRUE(child<QCheckBox>("chkEnableLine")->isChecked());
+    EXPECT_EQ(child<QLineEdit>("editDisplayName")->text(), "Anna");
+    EXPECT_EQ(child<QLineEdit>("editServer0")->text(), "sip.example.org");
     EXPECT_EQ(focusName(), "chkEnableLine");
     kit::shot("account-opened");
 }
@@ -75,20 +58,20 @@ TEST_F(AccountPage, InputMethodsAreThoseOfEachField)
         {"editServer1", "2aB"},     {"editPort1", "123"},        {"editServer2", "2aB"},
         {"editPort2", "123"}};
     for (const auto& [edit, method] : methods)
-        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(page, edit)), method) << edit;
+        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(edit)), method) << edit;
 }
 
 TEST_F(AccountPage, NumbersStepThroughAllMethodsAndPortsHaveOne)
 {
     openAccount();
-    QLineEdit* user = child<QLineEdit>(page, "editUserName");
+    QLineEdit* user = child<QLineEdit>("editUserName");
     QStringList seen;
     for (int i = 0; i < 5; ++i) {
         seen.append(qGetCurrentIME(user));
         qShift2NextIME(user);
     }
     EXPECT_EQ(seen, (QStringList{"123", "2aB", "ABC", "abc", "123"}));
-    QLineEdit* port = child<QLineEdit>(page, "editPort0");
+    QLineEdit* port = child<QLineEdit>("editPort0");
     qShift2NextIME(port);
     EXPECT_EQ(qGetCurrentIME(port), "123");
 }
@@ -98,17 +81,17 @@ TEST_F(AccountPage, EmptyLineEntriesAreRefusedInTheirOrder)
     openAccount();
     for (const char* name :
          {"editDisplayName", "editRegisterName", "editUserName", "editServer0", "editPort0"})
-        enter(page, name, "");
+        enter(name, "");
     expectRefused("Display name is invalid!", "editDisplayName");
-    enter(page, "editDisplayName", "Anna");
+    enter("editDisplayName", "Anna");
     expectRefused("Register name is invalid!", "editRegisterName");
-    enter(page, "editRegisterName", "1002");
+    enter("editRegisterName", "1002");
     expectRefused("User name is invalid!", "editUserName");
-    enter(page, "editUserName", "1002");
+    enter("editUserName", "1002");
     expectRefused("SIP proxy is invalid!", "editServer0");
-    enter(page, "editServer0", "sip.example.org");
+    enter("editServer0", "sip.example.org");
     expectRefused("SIP proxy port is invalid!", "editPort0");
-    enter(page, "editPort0", "5061");
+    enter("editPort0", "5061");
     expectSaved();
     EXPECT_EQ(account("SIPServerPort"), "5061");
 }
@@ -122,19 +105,19 @@ TEST_F(AccountPage, ChangedBadEntriesAreRefused)
                                                            {"editServer0", "SIP proxy server is invalid!"},
                                                            {"editPort0", "SIP proxy port is invalid!"}};
     for (const auto& [edit, message] : entries) {
-        const QString before = child<QLineEdit>(page, edit)->text();
-        enter(page, edit, "bad<>name");
+        const QString before = child<QLineEdit>(edit)->text();
+        enter(edit, "bad<>name");
         expectRefused(message, edit);
-        enter(page, edit, before);
+        enter(edit, before);
     }
 }
 
 TEST_F(AccountPage, AChangedBadPasswordIsRefusedAndAnEmptyOneIsNot)
 {
     openAccount();
-    child<QLineEdit>(page, "editPassword")->setText(QString("a") + QChar(1) + "b");
+    child<QLineEdit>("editPassword")->setText(QString("a") + QChar(1) + "b");
     expectRefused("Password is invalid!", "editPassword");
-    enter(page, "editPassword", "");
+    enter("editPassword", "");
     expectSaved();
     EXPECT_EQ(account("password"), "");
 }
@@ -150,10 +133,10 @@ TEST_F(AccountPage, UnchangedBadEntriesPass)
 TEST_F(AccountPage, ADisabledLineSavesWhateverIsThere)
 {
     openAccount();
-    check("chkEnableLine", false);
-    enter(page, "editDisplayName", "");
-    enter(page, "editServer0", "<>");
-    enter(page, "editPort0", "nonsense");
+    tick("chkEnableLine", false);
+    enter("editDisplayName", "");
+    enter("editServer0", "<>");
+    enter("editPort0", "nonsense");
     expectSaved();
     EXPECT_EQ(account("Enable"), "0");
     EXPECT_EQ(account("SIPServerHost"), "<>");
@@ -163,14 +146,14 @@ TEST_F(AccountPage, ADisabledLineSavesWhateverIsThere)
 TEST_F(AccountPage, StunIsCheckedWhenItIsOn)
 {
     openAccount();
-    enter(page, "editPort1", "0");
-    check("chkEnableStun", true);
+    enter("editPort1", "0");
+    tick("chkEnableStun", true);
     expectRefused("STUN server is invalid!", "editServer1");
-    enter(page, "editServer1", "not a host");
+    enter("editServer1", "not a host");
     expectRefused("STUN server is invalid!", "editServer1");
-    enter(page, "editServer1", "stun.example.org");
+    enter("editServer1", "stun.example.org");
     expectRefused("STUN server port is invalid!", "editPort1");
-    enter(page, "editPort1", "3478");
+    enter("editPort1", "3478");
     expectSaved();
     EXPECT_EQ(stored(ACCOUNT_FILE, "NAT", "NATTraversal"), "1");
     EXPECT_EQ(stored(ACCOUNT_FILE, "NAT", "STUNServer"), "stun.example.org");
@@ -180,13 +163,13 @@ TEST_F(AccountPage, StunIsCheckedWhenItIsOn)
 TEST_F(AccountPage, TheOutboundProxyIsCheckedWhenItIsOn)
 {
     openAccount();
-    check("chkEnableOutBound", true);
+    tick("chkEnableOutBound", true);
     expectRefused("OutBound server is invalid!", "editServer2");
-    enter(page, "editServer2", "proxy.example.org");
+    enter("editServer2", "proxy.example.org");
     expectRefused("OutBound server port is invalid!", "editPort2");
-    enter(page, "editPort2", "70000");
+    enter("editPort2", "70000");
     expectRefused("OutBound server port is invalid!", "editPort2");
-    enter(page, "editPort2", "5060");
+    enter("editPort2", "5060");
     expectSaved();
     EXPECT_EQ(account("UseOutboundProxy"), "1");
     EXPECT_EQ(account("OutboundHost"), "proxy.example.org");
@@ -196,14 +179,14 @@ TEST_F(AccountPage, TheOutboundProxyIsCheckedWhenItIsOn)
 TEST_F(AccountPage, TheLineIsCheckedBeforeStunAndStunBeforeTheProxy)
 {
     openAccount();
-    check("chkEnableStun", true);
-    check("chkEnableOutBound", true);
-    enter(page, "editDisplayName", "");
+    tick("chkEnableStun", true);
+    tick("chkEnableOutBound", true);
+    enter("editDisplayName", "");
     expectRefused("Display name is invalid!", "editDisplayName");
-    enter(page, "editDisplayName", "Anna");
+    enter("editDisplayName", "Anna");
     expectRefused("STUN server is invalid!", "editServer1");
-    enter(page, "editServer1", "stun.example.org");
-    enter(page, "editPort1", "3478");
+    enter("editServer1", "stun.example.org");
+    enter("editPort1", "3478");
     expectRefused("OutBound server is invalid!", "editServer2");
 }
 
@@ -212,22 +195,22 @@ TEST_F(AccountPage, AReadOnlyServerIsDisabledAndStillChecked)
     nuxSetRegistryInt(ACCOUNT_FILE, "account", "bSIPServerHostReadOnly", 1);
     nuxSetRegistryString(ACCOUNT_FILE, "account", "SIPServerHost", "");
     openAccount();
-    EXPECT_FALSE(child<QLineEdit>(page, "editServer0")->isEnabled());
+    EXPECT_FALSE(child<QLineEdit>("editServer0")->isEnabled());
     kit::BoxAnswers boxes({"ok"});
-    softKey(page, 0);
+    save();
     EXPECT_EQ(boxes.texts(), QStringList{"SIP proxy is invalid!"});
 }
 
 TEST_F(AccountPage, WithoutTheFlagTheServerIsOpen)
 {
     openAccount();
-    EXPECT_TRUE(child<QLineEdit>(page, "editServer0")->isEnabled());
+    EXPECT_TRUE(child<QLineEdit>("editServer0")->isEnabled());
 }
 
 TEST_F(AccountPage, AChangeIsBroadcastWithTheIndex)
 {
     openAccount();
-    enter(page, "editDisplayName", "Berta");
+    enter("editDisplayName", "Berta");
     expectSaved();
     EXPECT_EQ(logged("broadcast"), QStringList{"0x10007 3 1"});
     EXPECT_EQ(account("DisplayName"), "Berta");
@@ -250,18 +233,18 @@ TEST_F(AccountPage, SaveClosesByTheRejectPath)
 TEST_F(AccountPage, BackDropsWhatWasEntered)
 {
     openAccount();
-    enter(page, "editDisplayName", "Nobody");
-    softKey(page, 3);
+    enter("editDisplayName", "Nobody");
+    back();
     openAccount();
-    EXPECT_EQ(child<QLineEdit>(page, "editDisplayName")->text(), "Anna");
+    EXPECT_EQ(child<QLineEdit>("editDisplayName")->text(), "Anna");
 }
 
 TEST_F(AccountPage, EachIndexHasOnePageOfItsOwn)
 {
     QWidget* second = openAccount(1);
-    softKey(page, 3);
+    back();
     QWidget* third = openAccount(2);
-    softKey(page, 3);
+    back();
     EXPECT_NE(second, third);
     EXPECT_EQ(openAccount(1), second);
 }
@@ -269,11 +252,23 @@ TEST_F(AccountPage, EachIndexHasOnePageOfItsOwn)
 TEST_F(AccountPage, ThePageOpenedByNameIsNumber48AndShowsDefaults)
 {
     writeFile("/rundata/config/user/voip/sipAccount0.cfg", "[account]\nDisplayName=Zero\n");
-    page = open("Account1");
+    open("Account1");
     ASSERT_STREQ(page->metaObject()->className(), "dlgAccount_Setting");
-    EXPECT_EQ(child<QLineEdit>(page, "editDisplayName")->text(), "");
-    EXPECT_FALSE(child<QCheckBox>(page, "chkEnableLine")->isChecked());
-    enter(page, "editDisplayName", "Odd");
+    EXPECT_EQ(child<QLineEdit>("editDisplayName")->text(), "");
+    EXPECT_FALSE(child<QCheckBox>("chkEnableLine")->isChecked());
+    enter("editDisplayName", "Odd");
     expectSaved();
     EXPECT_EQ(stored("/rundata/config/user/voip/sipAccount48.cfg", "account", "DisplayName"), "Odd");
+}
+
+TEST_F(AccountPage, ASaveThatFailsIsToldAndKeepsWhatWasTyped)
+{
+    openAccount();
+    enter("editDisplayName", "Berta");
+    expectFailedSave(ACCOUNT_FILE);
+    EXPECT_EQ(child<QLineEdit>("editDisplayName")->text(), "Berta");
+    expectChangesTold({});
+    expectSaved();
+    EXPECT_EQ(account("DisplayName"), "Berta");
+    expectChangesTold({"3 1"});
 }

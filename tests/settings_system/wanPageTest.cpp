@@ -1,6 +1,8 @@
+#include "frame/modSetting.h"
+#include "host/services/system/netWorld.h"
 #include "support/host/ime.h"
 #include "support/host/net.h"
-#include "tests/settings_system/pageTest.h"
+#include "tests/settings_system/systemPageTest.h"
 #include <QButtonGroup>
 #include <QRadioButton>
 
@@ -9,12 +11,11 @@ namespace {
 const QStringList kAddressKeys{"strWanIP", "strWanMask", "strWanGateway", "strWanPrimaryDNS",
                                "strWanSecondaryDNS"};
 
-class WanPage : public PageTest
+class WanPage : public SystemPageTest
 {
 protected:
     void SetUp() override
     {
-        PageTest::SetUp();
         writeFile(SYSTEM_FILE,
                   "[Network]\neWANType=2\nstrPPPoEUser=\nstrPPPoEPin=\nstrWanIP=192.168.1.20\n"
                   "strWanMask=255.255.255.0\nstrWanGateway=192.168.1.1\nstrWanPrimaryDNS=192.168.1.1\n"
@@ -22,15 +23,14 @@ protected:
         netWorld().state = 2;
     }
 
-    QWidget* openWan() { return page = open("WAN"); }
-    void choose(const char* radio) { kit::tap(child<QRadioButton>(page, radio)); }
-    void save() { softKey(page, 0); }
+    QWidget* openWan() { return open("WAN"); }
+    void chooseType(const char* radio) { kit::tap(child<QRadioButton>(radio)); }
     static QString network(const char* key) { return stored(SYSTEM_FILE, "Network", key); }
     static QString vlan() { return stored(SYSTEM_FILE, "VLAN", "bEnable"); }
 
     void expectRefused(const char* message, const char* focus)
     {
-        expectSaveRefused(page, SYSTEM_FILE, message, focus);
+        PageTest::expectRefused(SYSTEM_FILE, message, focus);
         EXPECT_TRUE(logged("reboot").isEmpty());
     }
 
@@ -42,8 +42,6 @@ protected:
         EXPECT_EQ(boxes.texts(), QStringList{"Network configuration has changed, reboot system?"});
         EXPECT_FALSE(page->isVisible());
     }
-
-    QWidget* page = nullptr;
 };
 
 } // namespace
@@ -53,9 +51,9 @@ TEST_F(WanPage, OpensByNameWithTheStoredValuesAndTheFocusOnDhcp)
     openWan();
     EXPECT_STREQ(page->metaObject()->className(), "dlgWan");
     EXPECT_EQ(page->geometry(), QRect(0, 0, 800, 480));
-    EXPECT_TRUE(child<QRadioButton>(page, "radBtnStaticIp")->isChecked());
-    EXPECT_EQ(child<QLineEdit>(page, "editIPAddress")->text(), "192.168.1.20");
-    EXPECT_EQ(child<QLineEdit>(page, "editDNS2")->text(), "9.9.9.9");
+    EXPECT_TRUE(child<QRadioButton>("radBtnStaticIp")->isChecked());
+    EXPECT_EQ(child<QLineEdit>("editIPAddress")->text(), "192.168.1.20");
+    EXPECT_EQ(child<QLineEdit>("editDNS2")->text(), "9.9.9.9");
     EXPECT_EQ(focusName(), "radBtnDHCP");
     kit::shot("wan-opened");
 }
@@ -84,36 +82,36 @@ TEST_F(WanPage, AnAbsentTypeIsDhcp)
 {
     writeFile(SYSTEM_FILE, "");
     openWan();
-    EXPECT_TRUE(child<QRadioButton>(page, "radBtnDHCP")->isChecked());
+    EXPECT_TRUE(child<QRadioButton>("radBtnDHCP")->isChecked());
 }
 
 TEST_F(WanPage, TheRadiosAreOneGroupWithTheIdsOfTheirTypes)
 {
     openWan();
-    QButtonGroup* group = child<QRadioButton>(page, "radBtnDHCP")->group();
+    QButtonGroup* group = child<QRadioButton>("radBtnDHCP")->group();
     ASSERT_NE(group, nullptr);
-    EXPECT_EQ(group->id(child<QRadioButton>(page, "radBtnDHCP")), 0);
-    EXPECT_EQ(group->id(child<QRadioButton>(page, "radBtnPPPoE")), 1);
-    EXPECT_EQ(group->id(child<QRadioButton>(page, "radBtnStaticIp")), 2);
+    EXPECT_EQ(group->id(child<QRadioButton>("radBtnDHCP")), 0);
+    EXPECT_EQ(group->id(child<QRadioButton>("radBtnPPPoE")), 1);
+    EXPECT_EQ(group->id(child<QRadioButton>("radBtnStaticIp")), 2);
 }
 
 TEST_F(WanPage, EntriesHaveTheirInputMethodsAndLengths)
 {
     openWan();
     for (const char* name : {"editUserName", "editPassword"})
-        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(page, name)), "2aB") << name;
+        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(name)), "2aB") << name;
     for (const char* name : {"editIPAddress", "editMASK", "editGateway", "editDNS1", "editDNS2"}) {
-        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(page, name)), "123_IP") << name;
-        EXPECT_EQ(child<QLineEdit>(page, name)->maxLength(), 99) << name;
+        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(name)), "123_IP") << name;
+        EXPECT_EQ(child<QLineEdit>(name)->maxLength(), 99) << name;
     }
-    EXPECT_EQ(child<QLineEdit>(page, "editUserName")->maxLength(), 99);
-    EXPECT_EQ(child<QLineEdit>(page, "editPassword")->maxLength(), QLineEdit().maxLength());
+    EXPECT_EQ(child<QLineEdit>("editUserName")->maxLength(), 99);
+    EXPECT_EQ(child<QLineEdit>("editPassword")->maxLength(), QLineEdit().maxLength());
 }
 
 TEST_F(WanPage, TheHiddenPasswordKeepsItsInputMethods)
 {
     openWan();
-    QLineEdit* password = child<QLineEdit>(page, "editPassword");
+    QLineEdit* password = child<QLineEdit>("editPassword");
     EXPECT_EQ(password->echoMode(), QLineEdit::Password);
     EXPECT_TRUE(password->testAttribute(Qt::WA_InputMethodEnabled));
     kit::tap(password);
@@ -125,37 +123,37 @@ TEST_F(WanPage, TheHiddenPasswordKeepsItsInputMethods)
 TEST_F(WanPage, TheInputMethodsStartAnewAtEachShow)
 {
     openWan();
-    qSetCurrentIME(child<QLineEdit>(page, "editUserName"), "123");
-    softKey(page, 3);
+    qSetCurrentIME(child<QLineEdit>("editUserName"), "123");
+    back();
     openWan();
-    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(page, "editUserName")), "2aB");
+    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editUserName")), "2aB");
 }
 
 TEST_F(WanPage, TheImeKeyFollowsTheFocus)
 {
     openWan();
-    kit::tap(child<QLineEdit>(page, "editUserName"));
-    EXPECT_EQ(page->findChild<qSoftKeyBar*>()->GetButtonTitle(1), "2aB");
-    kit::tap(child<QLineEdit>(page, "editMASK"));
-    EXPECT_EQ(page->findChild<qSoftKeyBar*>()->GetButtonTitle(1), "123_IP");
-    kit::tap(child<QLineEdit>(page, "editUserName"));
-    softKey(page, 1);
-    EXPECT_EQ(page->findChild<qSoftKeyBar*>()->GetButtonTitle(1), "ABC");
+    kit::tap(child<QLineEdit>("editUserName"));
+    EXPECT_EQ(softKeyTitle(1), "2aB");
+    kit::tap(child<QLineEdit>("editMASK"));
+    EXPECT_EQ(softKeyTitle(1), "123_IP");
+    kit::tap(child<QLineEdit>("editUserName"));
+    softKey(1);
+    EXPECT_EQ(softKeyTitle(1), "ABC");
 }
 
 TEST_F(WanPage, DeleteRemovesTheCharacterBeforeTheCursor)
 {
     openWan();
-    kit::tap(child<QLineEdit>(page, "editMASK"));
-    child<QLineEdit>(page, "editMASK")->setCursorPosition(3);
-    softKey(page, 2);
-    EXPECT_EQ(child<QLineEdit>(page, "editMASK")->text(), "25.255.255.0");
+    kit::tap(child<QLineEdit>("editMASK"));
+    child<QLineEdit>("editMASK")->setCursorPosition(3);
+    softKey(2);
+    EXPECT_EQ(child<QLineEdit>("editMASK")->text(), "25.255.255.0");
 }
 
 TEST_F(WanPage, TheTabOrderGoesFromTheUserNameOverThePasswordToStaticIp)
 {
     openWan();
-    kit::tap(child<QLineEdit>(page, "editUserName"));
+    kit::tap(child<QLineEdit>("editUserName"));
     kit::key(Qt::Key_Down);
     EXPECT_EQ(focusName(), "editPassword");
     kit::key(Qt::Key_Down);
@@ -181,29 +179,29 @@ TEST_F(WanPage, OkChoosesTheRadioUnderTheFocus)
     openWan();
     kit::key(Qt::Key_Down);
     kit::key(Qt::Key_Return);
-    EXPECT_TRUE(child<QRadioButton>(page, "radBtnPPPoE")->isChecked());
+    EXPECT_TRUE(child<QRadioButton>("radBtnPPPoE")->isChecked());
     EXPECT_TRUE(page->isVisible());
 }
 
 TEST_F(WanPage, BackDropsWhatWasEntered)
 {
     openWan();
-    enter(page, "editIPAddress", "10.0.0.9");
-    choose("radBtnDHCP");
-    softKey(page, 3);
+    enter("editIPAddress", "10.0.0.9");
+    chooseType("radBtnDHCP");
+    back();
     EXPECT_FALSE(page->isVisible());
     EXPECT_EQ(network("strWanIP"), "192.168.1.20");
     openWan();
-    EXPECT_EQ(child<QLineEdit>(page, "editIPAddress")->text(), "192.168.1.20");
-    EXPECT_TRUE(child<QRadioButton>(page, "radBtnStaticIp")->isChecked());
+    EXPECT_EQ(child<QLineEdit>("editIPAddress")->text(), "192.168.1.20");
+    EXPECT_TRUE(child<QRadioButton>("radBtnStaticIp")->isChecked());
 }
 
 TEST_F(WanPage, DhcpNeedsNoChecks)
 {
     openWan();
-    choose("radBtnDHCP");
-    enter(page, "editIPAddress", "");
-    enter(page, "editMASK", "nonsense");
+    chooseType("radBtnDHCP");
+    enter("editIPAddress", "");
+    enter("editMASK", "nonsense");
     expectSaved();
     EXPECT_EQ(network("eWANType"), "0");
     EXPECT_EQ(network("strWanIP"), "");
@@ -214,14 +212,14 @@ TEST_F(WanPage, DhcpNeedsNoChecks)
 TEST_F(WanPage, PppoeChecksInItsOrder)
 {
     openWan();
-    choose("radBtnPPPoE");
+    chooseType("radBtnPPPoE");
     expectRefused("User name is invalid!", "editUserName");
-    enter(page, "editUserName", "bad\"name");
+    enter("editUserName", "bad\"name");
     expectRefused("Password is invalid!", "editPassword");
-    enter(page, "editPassword", "secret");
+    enter("editPassword", "secret");
     expectRefused("User name is invalid!", "editUserName");
     EXPECT_EQ(vlan(), "1");
-    enter(page, "editUserName", "anna");
+    enter("editUserName", "anna");
     expectSaved();
     EXPECT_EQ(network("eWANType"), "1");
     EXPECT_EQ(network("strPPPoEUser"), "anna");
@@ -233,7 +231,7 @@ TEST_F(WanPage, AnUnchangedBadPppoeUserPasses)
     nuxSetRegistryString(SYSTEM_FILE, "Network", "strPPPoEUser", "bad\"name");
     nuxSetRegistryString(SYSTEM_FILE, "Network", "strPPPoEPin", "secret");
     openWan();
-    choose("radBtnPPPoE");
+    chooseType("radBtnPPPoE");
     expectSaved();
 }
 
@@ -241,16 +239,16 @@ TEST_F(WanPage, AnUnchangedBadPppoePasswordIsRefused)
 {
     nuxSetRegistryString(SYSTEM_FILE, "Network", "strPPPoEUser", "anna");
     openWan();
-    choose("radBtnPPPoE");
+    chooseType("radBtnPPPoE");
     expectRefused("Password is invalid!", "editPassword");
 }
 
 TEST_F(WanPage, PppoeSwitchesVlanOffWithoutAsking)
 {
     openWan();
-    choose("radBtnPPPoE");
-    enter(page, "editUserName", "anna");
-    enter(page, "editPassword", "secret");
+    chooseType("radBtnPPPoE");
+    enter("editUserName", "anna");
+    enter("editPassword", "secret");
     expectSaved();
     EXPECT_EQ(vlan(), "0");
 }
@@ -268,19 +266,19 @@ TEST_F(WanPage, StaticIpChecksInItsOrder)
     netWorld().usedAddresses = QStringList{"10.0.0.7"};
     openWan();
     for (const char* name : {"editIPAddress", "editMASK", "editGateway", "editDNS1", "editDNS2"})
-        enter(page, name, "300.1");
+        enter(name, "300.1");
     expectRefused("IP address is invalid!", "editIPAddress");
-    enter(page, "editIPAddress", "10.0.0.7");
+    enter("editIPAddress", "10.0.0.7");
     expectRefused("Ip Address is used!", "editIPAddress");
-    enter(page, "editIPAddress", "10.0.0.8");
+    enter("editIPAddress", "10.0.0.8");
     expectRefused("Subnet mask is invalid!", "editMASK");
-    enter(page, "editMASK", "255.0.0.0");
+    enter("editMASK", "255.0.0.0");
     expectRefused("Gateway is invalid!", "editGateway");
-    enter(page, "editGateway", "10.0.0.1");
+    enter("editGateway", "10.0.0.1");
     expectRefused("DNS1 is invalid!", "editDNS1");
-    enter(page, "editDNS1", "10.0.0.1");
+    enter("editDNS1", "10.0.0.1");
     expectRefused("DNS2 is invalid!", "editDNS2");
-    enter(page, "editDNS2", "10.0.0.2");
+    enter("editDNS2", "10.0.0.2");
     expectSaved();
     QStringList values;
     for (const QString& key : kAddressKeys)
@@ -297,10 +295,10 @@ TEST_F(WanPage, EveryStaticEntryIsMandatory)
                                                            {"editDNS1", "DNS1 is invalid!"},
                                                            {"editDNS2", "DNS2 is invalid!"}};
     for (const auto& [edit, message] : entries) {
-        const QString before = child<QLineEdit>(page, edit)->text();
-        enter(page, edit, "");
+        const QString before = child<QLineEdit>(edit)->text();
+        enter(edit, "");
         expectRefused(message, edit);
-        enter(page, edit, before);
+        enter(edit, before);
     }
 }
 
@@ -339,14 +337,14 @@ TEST_F(WanPage, YesRebootsAndNoDoesNot)
 TEST_F(WanPage, NoStoresAndFlushesUnlessTheNetworkIsUp)
 {
     openWan();
-    enter(page, "editIPAddress", "192.168.1.21");
+    enter("editIPAddress", "192.168.1.21");
     expectSaved("no");
     EXPECT_EQ(network("strWanIP"), "192.168.1.21");
     EXPECT_TRUE(logged("flush").isEmpty());
 
     netWorld().state = 1;
     openWan();
-    enter(page, "editIPAddress", "192.168.1.22");
+    enter("editIPAddress", "192.168.1.22");
     expectSaved("no");
     EXPECT_EQ(network("strWanIP"), "192.168.1.22");
     EXPECT_EQ(logged("flush").size(), 1);
@@ -369,7 +367,7 @@ TEST_F(WanPage, OpeningWithDhcpAndAutoWriteStoresTheLiveAddress)
         nuxSetRegistryString(SYSTEM_FILE, "Network", fromQString(key).GetText(), "240.0.0.9");
     openWan();
     const QString live = toQString(addr2String(netGetLocalIPv4()));
-    EXPECT_EQ(child<QLineEdit>(page, "editIPAddress")->text(), live);
+    EXPECT_EQ(child<QLineEdit>("editIPAddress")->text(), live);
     EXPECT_EQ(network("strWanIP"), live);
     EXPECT_EQ(network("strWanMask"), toQString(addr2String(netGetWanNetmask())));
     EXPECT_EQ(network("strWanGateway"), toQString(addr2String(netGetWanGateway())));
@@ -396,6 +394,30 @@ TEST_F(WanPage, TracesItsFilter)
 {
     openWan();
     EXPECT_EQ(logged("trace").filter("-----dlgWan installEventFilter----------").size(), 1);
-    softKey(page, 3);
+    back();
     EXPECT_EQ(logged("trace").filter("-----dlgWan removeEventFilter----------").size(), 1);
+}
+
+TEST_F(WanPage, ASaveThatFailsIsToldAndKeepsWhatWasTyped)
+{
+    openWan();
+    enter("editIPAddress", "192.168.1.21");
+    expectFailedSave(SYSTEM_FILE);
+    EXPECT_EQ(child<QLineEdit>("editIPAddress")->text(), "192.168.1.21");
+    EXPECT_TRUE(logged("reboot").isEmpty());
+    EXPECT_TRUE(logged("flush").isEmpty());
+    expectSaved();
+    EXPECT_EQ(network("strWanIP"), "192.168.1.21");
+}
+
+TEST_F(WanPage, AVlanThatCannotBeSwitchedOffIsTold)
+{
+    openWan();
+    chooseType("radBtnPPPoE");
+    enter("editUserName", "anna");
+    enter("editPassword", "secret");
+    expectFailedSave(SYSTEM_FILE);
+    EXPECT_EQ(vlan(), "1");
+    expectSaved();
+    EXPECT_EQ(vlan(), "0");
 }

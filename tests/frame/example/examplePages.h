@@ -1,0 +1,3 @@
+#pragma once
+// The pages of this room; see frame/pageClass.h.
+void examplePages();
