@@ -1,9 +1,8 @@
 #include "tests/kit/pageTest.h"
-#include "frame/modSetting.h"
+#include "frame/moduleEntries.h"
 #include "frame/pageClass.h"
 #include "host/services/system/hostLog.h"
 #include "support/host/combo.h"
-#include "support/host/module.h"
 #include "support/host/text.h"
 #include "tests/file/failingCalls.h"
 #include <QApplication>
@@ -14,11 +13,7 @@ PageTest::PageTest()
 {
     const QList<tagLogEntry> log = hostLogFrom(1);
     m_nFirstEntry = log.isEmpty() ? 1 : log.last().nNumber + 1;
-    tagModuleEntries entries;
-    entries.openPage = settingOpenPage;
-    entries.openPageWithInfo = settingOpenPage;
-    entries.openMenu = settingOpenXml;
-    hostSetModule(entries);
+    hostSetModule(settingEntries());
 }
 
 QWidget* PageTest::open(const char* name)
