@@ -46,6 +46,8 @@ private:
     friend class xmlTextNode;
 
     void Take(const chString& text);
+    // Not assigned since it was read.
+    bool IsStored() const { return m_pText != m_strOwned.GetText(); }
 
     const char* m_pText = "";
     int m_nLength = 0;

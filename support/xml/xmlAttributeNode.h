@@ -17,8 +17,15 @@ private:
     friend class xmlStorage;
     friend class xmlWriter;
 
+    // True while the document's own declarations give this value and it need not be written.
+    bool IsDeclared() const { return m_bDeclared && IsStored(); }
+    // How the value is spelled in the document, where that says more than the value; otherwise null.
+    const char* GetSpelling() const { return IsStored() ? m_pSpelling : nullptr; }
+
     const char* m_pName = "";
     int m_nNameLength = 0;
+    bool m_bDeclared = false;
+    const char* m_pSpelling = nullptr;
     xmlAttribute* m_pNext = nullptr;
 };
 

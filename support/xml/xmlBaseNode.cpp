@@ -11,14 +11,10 @@ std::string_view viewOf(const phraseConstTextA& text)
     return std::string_view(text.GetText(), size_t(text.GetLength()));
 }
 
-// "xml" itself is the declaration's. The token reader is stricter with the letters of a target than with
-// those of other names, so only the plain ones stay.
+// "xml" itself is the declaration's.
 std::string instructionTarget(const phraseConstTextA& name)
 {
-    std::string target = xmlRepairName(viewOf(name));
-    for (char& letter : target)
-        if (letter == ':' || (unsigned char)letter >= 0x80)
-            letter = '_';
+    const std::string target = xmlRepairName(viewOf(name));
     return strcasecmp(target.c_str(), "xml") == 0 ? "_" + target : target;
 }
 

@@ -1,7 +1,7 @@
 #include "support/xml/xmlChars.h"
 
-#include <QXmlStreamReader>
 #include <algorithm>
+#include <expat.h>
 
 namespace {
 
@@ -58,7 +58,8 @@ bool allowed(char32_t code)
 
 bool startsName(char32_t code)
 {
-    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z') || code == '_' || code >= 0x80;
+    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z') || code == '_' || code == ':' ||
+           code >= 0x80;
 }
 
 bool continuesName(char32_t code)
@@ -71,14 +72,15 @@ bool isPlain(std::string_view text)
     return std::none_of(text.begin(), text.end(), [](char letter) { return (unsigned char)letter >= 0x80; });
 }
 
-// Which letters beyond ASCII may stand in a name is the token reader's to say.
+// Which letters beyond ASCII may stand in a name is the parser's to say.
 bool isReadableName(const std::string& name)
 {
-    QXmlStreamReader tokens(QByteArray::fromStdString("<" + name + " " + name + "=''/>"));
-    tokens.setNamespaceProcessing(false);
-    while (!tokens.atEnd())
-        tokens.readNext();
-    return !tokens.hasError();
+    const std::string element = "<" + name + "/>";
+    XML_Parser parser = XML_ParserCreate("UTF-8");
+    const bool readable =
+        parser && XML_Parse(parser, element.data(), int(element.size()), true) == XML_STATUS_OK;
+    XML_ParserFree(parser);
+    return readable;
 }
 
 // What stands for a byte in a document; null for the byte itself.
@@ -175,18 +177,13 @@ bool xmlIsBlankText(std::string_view text)
 std::string xmlRepairName(std::string_view name)
 {
     std::string repaired;
-    bool colon = false;  // one colon, between two parts
-    bool atStart = true; // of a part
     while (!name.empty() && repaired.size() < LONGEST_NAME) {
         const Letter letter = firstLetter(name);
-        const bool parts = letter.code == ':' && !colon && !atStart && name.size() > 1;
-        const bool fits = letter.valid && (atStart ? startsName(letter.code) : continuesName(letter.code));
-        if (parts || fits)
+        const bool fits = repaired.empty() ? startsName(letter.code) : continuesName(letter.code);
+        if (letter.valid && fits)
             repaired += name.substr(0, letter.size);
         else
             repaired += '_';
-        colon = colon || parts;
-        atStart = parts;
         name.remove_prefix(letter.size);
     }
     if (!isPlain(repaired) && !isReadableName(repaired))

@@ -12,8 +12,8 @@ size_t xmlValidLength(std::string_view text);
 // True when there is nothing but blanks, tabs and line ends.
 bool xmlIsBlankText(std::string_view text);
 
-// The name itself when XML allows it, otherwise one with "_" for what it does not allow, and cut when
-// it is longer than the token reader takes.
+// The name itself when XML allows it, otherwise one with "_" for what it does not allow, and cut at a
+// kilobyte.
 std::string xmlRepairName(std::string_view name);
 
 // Appends the text as it stands between tags, or in an attribute between double quotes.

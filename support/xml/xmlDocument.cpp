@@ -18,14 +18,14 @@ void xmlDocument::ClearDocument()
         ClearChildren();
     m_pFirst = m_pLast = nullptr;
     m_pStorage->Reset();
-    m_bStandalone = false;
+    m_nStandalone = -1;
 }
 
 int xmlDocument::ParseDocument(const char* text, int length)
 {
     if (!text || length < -1) {
         ClearDocument();
-        SetError("There is no text.", 1, 0);
+        SetError("There is no text.", 1, 1);
         return 0;
     }
     // The text may be one of this document's own.
@@ -37,11 +37,7 @@ int xmlDocument::ParseBytes(const char* data, size_t size)
 {
     ClearDocument();
     SetError("", 0, 0);
-    if (size > size_t(XML_TEXT_LIMIT)) {
-        SetError("The document is too large.", 1, 0);
-        return 0;
-    }
-    return xmlReader(*this, data, size).Parse();
+    return xmlReader(*this, std::string_view(data, size)).Parse();
 }
 
 chString xmlDocument::ExportToText() const

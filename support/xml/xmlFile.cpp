@@ -17,10 +17,10 @@ xmlFile::xmlFile(const char* path)
 int xmlFile::LoadFromFile(const char* path)
 {
     std::string data;
-    const bool read = fileReadWhole(path, data, XML_TEXT_LIMIT) != 0;
+    const bool read = fileReadWhole(path, data) != 0;
     if (!read) {
         ClearDocument();
-        SetError("The file cannot be read.", 1, 0);
+        SetError("The file cannot be read.", 1, 1);
     }
     const bool loaded = read && ParseBytes(data.data(), data.size());
     ForgetFailure(path);

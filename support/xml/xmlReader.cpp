@@ -1,305 +1,336 @@
 #include "support/xml/xmlReader.h"
 
 #include "support/xml/xmlChars.h"
+#include "support/xml/xmlDecode.h"
 
+#include <QRandomGenerator>
 #include <algorithm>
 
 namespace {
 
-const size_t ENTITY_LIMIT = 4096;             // letters that one entity may stand for
-const size_t PRODUCED_FREE = 4 * 1024 * 1024; // bytes of text that any document may give
+const size_t PRODUCED_FREE = 2 * 1024 * 1024; // bytes of text that any document may give
 const size_t PRODUCED_FACTOR = 4;             // and for each byte of its own
-const size_t ATTRIBUTE_COST = 16;             // bytes that an attribute counts, beside its value
-const size_t ATTRIBUTE_LIMIT = 4096;          // of one element
-const size_t SHORTEST_ATTRIBUTE = 5;          // bytes
-const char ROOT_START[] = "<hx-document>";
-const char ROOT_END[] = "</hx-document>";
+const size_t NODES_FREE = 64 * 1024;          // nodes and attributes, beyond those that stand in the text
+const size_t NODE_LENGTH = 2;                 // bytes of text to a node, at the least
+const int ATTRIBUTE_LIMIT = 4096;             // of one element
+const int DECLARED_LIMIT = 8192;              // attributes in lists; the parser compares each with the others
+const char DOCTYPE_START[] = "<!DOCTYPE";
+const char ROOT_START[] = "<r>";
+const char ROOT_END[] = "</r>";
 
-const char NUL_ERROR[] = "There is a NUL in the text.";
+const char TOO_MUCH_ERROR[] = "The entities stand for too much text.";
+const char OUTSIDE_ERROR[] = "There is text outside of the elements.";
+const char REFERENCE_ERROR[] = "An attribute in an entity refers to an entity that is not declared here.";
 
 // What an open element has among its children.
 enum { MARK_TEXT = 1, MARK_OTHER = 2, MARK_BLANK = 4 };
 
-const size_t MOST_BYTES = 3;         // of UTF-8 for one unit of UTF-16
-const size_t ROOM_LIMIT = 16 * 1024; // a larger text is measured before it is stored
-
-// Writes UTF-8 to out, which has room for MOST_BYTES a unit, and returns its length.
-size_t encode(QStringView text, char* out)
+xmlReader& readerOf(void* reader)
 {
-    const char16_t* from = text.utf16();
-    const char16_t* const end = from + text.size();
-    char* to = out;
-    while (from != end && *from < 0x80)
-        *to++ = char(*from++);
-    for (; from != end; ++from) {
-        char32_t code = *from;
-        if (QChar::isHighSurrogate(code) && from + 1 != end && QChar::isLowSurrogate(from[1]))
-            code = QChar::surrogateToUcs4(char16_t(code), *++from);
-        else if (QChar::isSurrogate(code))
-            code = QChar::ReplacementCharacter;
-        if (code < 0x80) {
-            *to++ = char(code);
+    return *static_cast<xmlReader*>(reader);
+}
+
+// The text ended before its end: what is wrong may be why it ended.
+bool isOfTheEnd(XML_Error error)
+{
+    return error == XML_ERROR_NO_ELEMENTS || error == XML_ERROR_UNCLOSED_TOKEN ||
+           error == XML_ERROR_PARTIAL_CHAR || error == XML_ERROR_UNCLOSED_CDATA_SECTION;
+}
+
+bool isCutLetter(std::string_view text)
+{
+    return xmlValidLength(text.substr(0, 4)) == 0;
+}
+
+// Both count from 1; a column is a letter.
+void lineAndColumn(std::string_view text, int& line, int& column)
+{
+    size_t start = 0;
+    line = 1;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool pair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+        if (text[i] != '\n' && (text[i] != '\r' || pair))
             continue;
-        }
-        if (code < 0x800) {
-            *to++ = char(0xc0 | (code >> 6));
-        } else {
-            if (code < 0x10000) {
-                *to++ = char(0xe0 | (code >> 12));
-            } else {
-                *to++ = char(0xf0 | (code >> 18));
-                *to++ = char(0x80 | ((code >> 12) & 0x3f));
-            }
-            *to++ = char(0x80 | ((code >> 6) & 0x3f));
-        }
-        *to++ = char(0x80 | (code & 0x3f));
+        ++line;
+        start = i + 1;
     }
-    return size_t(to - out);
-}
-
-void appendEncoded(std::string& out, QStringView text)
-{
-    const size_t before = out.size();
-    out.resize(before + MOST_BYTES * size_t(text.size()));
-    out.resize(before + encode(text, &out[before]));
-}
-
-qsizetype startOfText(const QByteArray& text)
-{
-    return text.startsWith("\xef\xbb\xbf") ? 3 : 0;
-}
-
-// Not UTF-16 or wider.
-bool isByteText(const QByteArray& text)
-{
-    const QByteArray start = text.mid(startOfText(text), 2);
-    return start.size() == 2 && start.indexOf('\0') < 0 && (unsigned char)start[0] < 0xfe;
-}
-
-// Behind the declaration, and the byte order mark before it.
-qsizetype endOfDeclaration(const QByteArray& text)
-{
-    const qsizetype start = startOfText(text);
-    if (qstrncmp(text.constData() + start, "<?xml", 5) != 0)
-        return start;
-    const qsizetype end = text.indexOf("?>", start);
-    return end < 0 ? start : end + 2;
-}
-
-bool isUtf8Text(const QByteArray& text)
-{
-    const QByteArray declaration = text.left(endOfDeclaration(text)).toLower();
-    return isByteText(text) && (!declaration.contains("encoding") || declaration.contains("utf-8"));
-}
-
-// Counts the attributes of the tag whose name begins at start.
-size_t countAttributes(std::string_view text, size_t start)
-{
-    size_t count = 0;
-    size_t at = start < text.size() && (text[start] == '!' || text[start] == '?') ? text.npos : start;
-    while ((at = text.find_first_of("\"'<>", at)) != text.npos && text[at] != '<' && text[at] != '>') {
-        const size_t end = text.find(text[at], at + 1);
-        if (end == text.npos)
-            return count;
-        ++count;
-        at = end + 1;
-    }
-    return count;
-}
-
-// The token reader compares each attribute of an element with all others, which takes hours where
-// there are a million.
-bool hasTooManyAttributes(std::string_view text)
-{
-    size_t tag = text.find('<');
-    while (tag != text.npos) {
-        const size_t next = text.find('<', tag + 1);
-        const size_t length = (next == text.npos ? text.size() : next) - tag;
-        if (length > ATTRIBUTE_LIMIT * SHORTEST_ATTRIBUTE && countAttributes(text, tag + 1) > ATTRIBUTE_LIMIT)
-            return true;
-        tag = next;
-    }
-    return false;
-}
-
-// Each "&" may be a reference to an entity, and all of them together have to stay within bounds.
-int entityLimit(std::string_view text, size_t budget)
-{
-    const size_t references = size_t(std::count(text.begin(), text.end(), '&'));
-    return int(std::min(ENTITY_LIMIT, budget / (references + 1)));
+    const std::string_view last = text.substr(start);
+    column =
+        1 + int(std::count_if(last.begin(), last.end(), [](char byte) { return (byte & 0xc0) != 0x80; }));
 }
 
 } // namespace
 
-xmlReader::xmlReader(xmlDocument& document, const char* text, size_t size)
-    : m_document(document), m_storage(*document.m_pStorage),
-      m_text(QByteArray::fromRawData(text, qsizetype(size))), m_pOpen(&document)
+xmlReader::xmlReader(xmlDocument& document, std::string_view bytes)
+    : m_document(document), m_storage(*document.m_pStorage), m_bytes(bytes), m_pOpen(&document)
 {
 }
 
 int xmlReader::Parse()
 {
-    if (hasTooManyAttributes(std::string_view(m_text.constData(), size_t(m_text.size())))) {
-        m_document.SetError("An element has too many attributes.", 1, 0);
-        return 0;
-    }
-    // The token reader takes a NUL for a blank in some places.
-    const qsizetype nul = isByteText(m_text) ? m_text.indexOf('\0') : -1;
-    if (nul >= 0)
-        return ReadUpTo(nul, NUL_ERROR);
-    if (ReadAll(m_text))
+    const size_t limit = size_t(XML_TEXT_LIMIT);
+    xmlDecoded decoded;
+    xmlDecode(m_bytes.substr(0, limit), decoded);
+    if (m_bytes.size() > limit && !decoded.error)
+        decoded.error = "The document is too large.";
+    m_text = decoded.text;
+    if (ReadWhole(decoded.plain) && !decoded.error)
         return 1;
-    if (HasMoreElements())
-        return ReadInRoot();
-    const qsizetype broken = m_document.GetFirstChild() ? -1 : FindBrokenLetter();
-    return broken < 0 ? 0 : ReadUpTo(broken, "The text is not UTF-8.");
-}
-
-// Some of the phone's files have several elements at document level, which the token reader takes for
-// an error.
-int xmlReader::ReadInRoot()
-{
-    const QByteArray whole = WithOneRoot();
-    StartAgain();
-    m_bInRoot = true;
-    return ReadAll(whole);
-}
-
-// The token reader gives nothing at all of a text with one letter that is not UTF-8.
-qsizetype xmlReader::FindBrokenLetter() const
-{
-    const std::string_view text(m_text.constData(), size_t(m_text.size()));
-    const qsizetype good = qsizetype(xmlValidLength(text));
-    return good < m_text.size() && isUtf8Text(m_text) ? good : -1;
-}
-
-int xmlReader::ReadUpTo(qsizetype end, const char* error)
-{
-    StartAgain();
-    if (ReadAll(m_text.left(end)) || !m_pOwnError)
-        m_pOwnError = error;
-    NoteError();
+    if (decoded.error && (!m_pOwnError || m_nOwnPlace == m_text.size()))
+        NoteError(decoded.error, m_text.size());
     return 0;
 }
 
-void xmlReader::StartAgain()
+bool xmlReader::ReadWhole(bool plain)
 {
-    m_document.ClearDocument();
-    m_document.SetError("", 0, 0);
-    m_nProduced = 0;
-    m_pOwnError = nullptr;
+    m_parser = NewParser(plain ? "US-ASCII" : "UTF-8");
+    const XML_Status status = Feed(m_text, true);
+    // Some of the phone's files have several elements at document level, which the parser takes for an error.
+    const bool more = status == XML_STATUS_ERROR &&
+                      XML_GetErrorCode(m_parser) == XML_ERROR_JUNK_AFTER_DOC_ELEMENT && !m_bHasDocType &&
+                      m_text[Place()] == '<';
+    if (!more)
+        return Finish(status);
+    const size_t start = Place();
+    XML_ParserFree(m_parser);
+    return ReadInRoot(start);
 }
 
-size_t xmlReader::Budget() const
+// The rest of a document is read as the content of an element that is not its own.
+bool xmlReader::ReadInRoot(size_t start)
 {
-    return PRODUCED_FREE + PRODUCED_FACTOR * size_t(m_text.size());
+    m_parser = NewParser("UTF-8");
+    m_nShift = (long long)start - (long long)strlen(ROOT_START);
+    m_nOutside = 1;
+    m_bMoreToCome = true;
+    XML_Status status = Feed(ROOT_START, false);
+    if (status == XML_STATUS_OK)
+        status = Feed(m_text.substr(start), false);
+    m_bMoreToCome = false;
+    if (status == XML_STATUS_OK)
+        status = Feed(ROOT_END, true);
+    return Finish(status);
 }
 
-bool xmlReader::ReadAll(const QByteArray& text)
+XML_Parser xmlReader::NewParser(const char* encoding)
 {
-    m_tokens.clear();
-    m_tokens.setNamespaceProcessing(false);
-    m_tokens.setEntityExpansionLimit(
-        entityLimit(std::string_view(text.constData(), size_t(text.size())), Budget()));
-    m_tokens.addData(text);
-    m_pOpen = &m_document;
-    m_nDepth = 0;
-    bool good = true;
-    while (good && !m_tokens.atEnd())
-        good = ReadToken(m_tokens.readNext());
+    XML_Parser parser = XML_ParserCreate(encoding);
+    if (!parser)
+        throw std::bad_alloc();
+    XML_SetUserData(parser, this);
+    XML_SetHashSalt(parser, (unsigned long)QRandomGenerator::global()->generate64() | 1);
+    XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, PRODUCED_FREE);
+    XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, PRODUCED_FACTOR);
+    XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
+    XML_SetElementHandler(parser, OnStartElement, OnEndElement);
+    XML_SetCharacterDataHandler(parser, OnText);
+    XML_SetCdataSectionHandler(parser, OnStartData, OnEndData);
+    XML_SetCommentHandler(parser, OnComment);
+    XML_SetProcessingInstructionHandler(parser, OnInstruction);
+    XML_SetXmlDeclHandler(parser, OnDeclaration);
+    XML_SetDoctypeDeclHandler(parser, OnStartDocType, OnEndDocType);
+    XML_SetEntityDeclHandler(parser, OnEntity);
+    XML_SetAttlistDeclHandler(parser, OnAttributeList);
+    XML_SetDefaultHandlerExpand(parser, OnOther);
+    return parser;
+}
+
+// All at once: a token that came in many pieces would be looked at as many times.
+XML_Status xmlReader::Feed(std::string_view text, bool last) const
+{
+    return XML_Parse(m_parser, text.data(), int(text.size()), last);
+}
+
+bool xmlReader::Finish(XML_Status status)
+{
+    if (status != XML_STATUS_OK && !m_pOwnError)
+        NoteParserError();
+    XML_ParserFree(m_parser);
+    m_parser = nullptr;
     FlushText();
     CloseOpenElements();
-    if (good && !m_tokens.hasError() && !m_pOwnError)
-        return true;
-    NoteError();
-    return false;
-}
-
-bool xmlReader::ReadToken(QXmlStreamReader::TokenType token)
-{
-    switch (token) {
-    case QXmlStreamReader::StartElement:
-        StartElement();
-        break;
-    case QXmlStreamReader::EndElement:
-        EndElement();
-        break;
-    case QXmlStreamReader::Characters:
-        TakeText();
-        break;
-    case QXmlStreamReader::Comment:
-        TakeNode(xmlTypeComment, QStringView(), m_tokens.text());
-        break;
-    case QXmlStreamReader::ProcessingInstruction:
-        TakeNode(xmlTypeInstruction, m_tokens.processingInstructionTarget(),
-                 m_tokens.processingInstructionData());
-        break;
-    case QXmlStreamReader::DTD:
-        TakeNode(xmlTypeDocType, QStringView(), m_tokens.text().trimmed());
-        break;
-    case QXmlStreamReader::EntityReference:
-        TakeNode(xmlTypeEntity, m_tokens.name(), QStringView());
-        break;
-    case QXmlStreamReader::StartDocument:
-        m_document.m_bStandalone = m_tokens.isStandaloneDocument();
-        break;
-    default:
-        break;
-    }
-    return Within(m_nProduced <= Budget(), "The entities stand for too much text.");
-}
-
-bool xmlReader::Within(bool limit, const char* error)
-{
-    if (!limit && !m_pOwnError)
-        m_pOwnError = error;
+    if (m_pOwnError)
+        NoteError(m_pOwnError, m_nOwnPlace);
     return !m_pOwnError;
 }
 
-void xmlReader::StartElement()
+// Handlers
+
+void xmlReader::OnStartElement(void* reader, const char* name, const char** attributes)
 {
-    FlushText();
-    if (!Within(m_nDepth < XML_DEPTH_LIMIT + (m_bInRoot ? 1 : 0), "The elements are nested too deeply."))
-        return;
-    ++m_nDepth;
-    if (m_bInRoot && m_nDepth == 1)
-        return;
-    xmlElement* element = m_storage.NewElement(StoreName(m_tokens.qualifiedName()));
-    AddAttributes(element);
-    m_pOpen->m_nMarks |= MARK_OTHER;
-    m_pOpen->AppendChild(element);
-    m_pOpen = element;
+    readerOf(reader).StartElement(name, attributes);
 }
 
-void xmlReader::AddAttributes(xmlElement* element)
+void xmlReader::OnEndElement(void* reader, const char*)
 {
-    const QXmlStreamAttributes attributes = m_tokens.attributes();
-    for (const QXmlStreamAttribute& from : attributes) {
-        xmlAttribute* attribute = m_storage.NewAttribute(element, StoreName(from.qualifiedName()));
-        xmlStorage::SetStored(*attribute, Store(from.value()));
+    readerOf(reader).EndElement();
+}
+
+void xmlReader::OnText(void* reader, const char* text, int length)
+{
+    readerOf(reader).TakeText(std::string_view(text, size_t(length)));
+}
+
+void xmlReader::OnStartData(void* reader)
+{
+    xmlReader& self = readerOf(reader);
+    self.m_bInData = true;
+    self.TakeText(std::string_view());
+}
+
+void xmlReader::OnEndData(void* reader)
+{
+    readerOf(reader).m_bInData = false;
+}
+
+void xmlReader::OnComment(void* reader, const char* text)
+{
+    readerOf(reader).TakeNode(xmlTypeComment, std::string_view(), text);
+}
+
+void xmlReader::OnInstruction(void* reader, const char* target, const char* text)
+{
+    readerOf(reader).TakeNode(xmlTypeInstruction, target, text);
+}
+
+void xmlReader::OnDeclaration(void* reader, const char* version, const char*, int standalone)
+{
+    xmlReader& self = readerOf(reader);
+    self.m_document.m_nStandalone = standalone;
+    self.m_nSeen = self.Place() + self.Token().size();
+    if (version && strncmp(version, "1.", 2) != 0)
+        self.Stop("The version of XML is not known.", self.Place());
+}
+
+void xmlReader::OnStartDocType(void* reader, const char*, const char*, const char*, int)
+{
+    xmlReader& self = readerOf(reader);
+    self.m_bInDocType = self.m_bHasDocType = true;
+    self.m_nDocTypeStart = self.m_text.find(DOCTYPE_START, self.m_nSeen);
+}
+
+// It is kept as it stands.
+void xmlReader::OnEndDocType(void* reader)
+{
+    xmlReader& self = readerOf(reader);
+    const size_t start = self.m_nDocTypeStart;
+    self.m_bInDocType = false;
+    self.TakeNode(xmlTypeDocType, std::string_view(), self.m_text.substr(start, self.Place() + 1 - start));
+    self.Within(self.m_entities.KnowsReferencesInTags(), REFERENCE_ERROR);
+}
+
+void xmlReader::OnEntity(void* reader, const char* name, int parameter, const char* text, int length,
+                         const char*, const char*, const char*, const char*)
+{
+    xmlReader& self = readerOf(reader);
+    const bool taken =
+        !text || self.m_entities.Declare(name, std::string_view(text, size_t(length)), parameter != 0);
+    self.Within(taken, "Too many entities stand for other entities.");
+}
+
+void xmlReader::OnAttributeList(void* reader, const char*, const char*, const char*, const char*, int)
+{
+    xmlReader& self = readerOf(reader);
+    self.Within(++self.m_nDeclared <= DECLARED_LIMIT, "Too many attributes are declared.");
+}
+
+// What no other handler takes. In content, that is a reference to what the document does not contain.
+void xmlReader::OnOther(void* reader, const char* text, int length)
+{
+    xmlReader& self = readerOf(reader);
+    if (self.InContent() && length > 2 && text[0] == '&')
+        self.TakeNode(xmlTypeEntity, std::string_view(text + 1, size_t(length) - 2), std::string_view());
+}
+
+// The tree
+
+void xmlReader::StartElement(const char* name, const char** attributes)
+{
+    FlushText();
+    if (!Within(m_nDepth < XML_DEPTH_LIMIT + m_nOutside, "The elements are nested too deeply."))
+        return;
+    if (++m_nDepth <= m_nOutside)
+        return;
+    xmlElement* element = m_storage.NewElement(name);
+    AddAttributes(element, attributes);
+    Append(element, MARK_OTHER);
+    m_pOpen = element;
+    if (m_bHasDocType && StandsInText() && !m_entities.KnowsReferencesOf(Token()))
+        KeepSpellings(element);
+}
+
+void xmlReader::AddAttributes(xmlElement* element, const char** attributes)
+{
+    const int specified = XML_GetSpecifiedAttributeCount(m_parser);
+    for (int i = 0; attributes[i]; i += 2) {
+        if (!Within(i / 2 < ATTRIBUTE_LIMIT, "An element has too many attributes.") || !CheckBudget())
+            return;
+        xmlAttribute* attribute = m_storage.NewAttribute(element, attributes[i]);
+        xmlStorage::SetStored(*attribute, Store(attributes[i + 1]));
+        attribute->m_bDeclared = i >= specified;
         element->AppendAttribute(attribute);
-        m_nProduced += ATTRIBUTE_COST;
+        ++m_nNodes;
+    }
+}
+
+void xmlReader::Append(xmlBaseNode* node, int mark)
+{
+    m_pOpen->m_nMarks |= mark;
+    m_pOpen->AppendChild(node);
+    ++m_nNodes;
+    CheckBudget();
+}
+
+bool xmlReader::CheckBudget()
+{
+    const bool nodes = m_nNodes <= NODES_FREE + m_text.size() / NODE_LENGTH;
+    const size_t produced = m_nProduced + m_pending.size();
+    return Within(nodes && produced <= PRODUCED_FREE + PRODUCED_FACTOR * m_text.size(), TOO_MUCH_ERROR);
+}
+
+// The parser leaves out what it does not know, which would be lost.
+void xmlReader::KeepSpellings(xmlElement* element)
+{
+    std::string_view tag = Token();
+    for (xmlAttribute* attribute = element->m_pFirstAttribute; attribute && !attribute->m_bDeclared;
+         attribute = attribute->m_pNext) {
+        const size_t start = tag.find_first_of("\"'");
+        const size_t end = tag.find(tag[start], start + 1);
+        const std::string_view spelled = tag.substr(start + 1, end - start - 1);
+        tag.remove_prefix(end + 1);
+        if (m_entities.KnowsReferencesOf(spelled))
+            continue;
+        std::string value;
+        m_entities.AppendValue(value, spelled);
+        xmlStorage::SetStored(*attribute, Store(value));
+        attribute->m_pSpelling = Store(spelled).data();
     }
 }
 
 void xmlReader::EndElement()
 {
     FlushText();
+    if (!Within(m_nDepth > m_nOutside || !m_bMoreToCome, OUTSIDE_ERROR))
+        return;
     --m_nDepth;
-    if (m_pOpen == &m_document)
+    if (!InContent())
         return;
     DropBlanks(m_pOpen);
     m_pOpen = m_pOpen->m_pParent;
 }
 
-void xmlReader::TakeText()
+void xmlReader::TakeText(std::string_view text)
 {
-    const xmlType type = m_tokens.isCDATA() ? xmlTypeData : xmlTypeText;
+    if (!InContent()) {
+        Within(!m_bInData && xmlIsBlankText(text) && StandsInText(), OUTSIDE_ERROR);
+        return;
+    }
+    const xmlType type = m_bInData ? xmlTypeData : xmlTypeText;
     if (type != m_ePending)
         FlushText();
     m_ePending = type;
-    appendEncoded(m_pending, m_tokens.text());
-    Within(m_nProduced + m_pending.size() <= Budget(), "The entities stand for too much text.");
+    m_pending += text;
+    CheckBudget();
 }
 
 void xmlReader::FlushText()
@@ -309,33 +340,23 @@ void xmlReader::FlushText()
         return;
     m_ePending = xmlTypeNone;
     const bool blank = type == xmlTypeText && xmlIsBlankText(m_pending);
-    const bool outside = m_pOpen == &m_document;
-    if (!outside || !blank)
-        Within(!outside, "There is text outside of the elements.");
-    if (!outside) {
-        m_nProduced += m_pending.size();
-        m_pOpen->m_nMarks |= blank ? MARK_BLANK : type == xmlTypeText ? MARK_TEXT : MARK_OTHER;
-        xmlTextNode* node = m_storage.NewTextNode(type);
-        if (blank) {
-            xmlStorage::SetStored(node->m_value, m_storage.Intern(m_pending));
-        } else {
-            char* place = m_storage.ReserveText(m_pending.size());
-            m_pending.copy(place, m_pending.size());
-            xmlStorage::SetStored(node->m_value, m_storage.KeepText(m_pending.size()));
-        }
-        m_pOpen->AppendChild(node);
-    }
+    xmlTextNode* node = m_storage.NewTextNode(type);
+    xmlStorage::SetStored(node->m_value, blank ? m_storage.Intern(m_pending) : Store(m_pending));
     m_pending.clear();
+    Append(node, blank ? MARK_BLANK : type == xmlTypeText ? MARK_TEXT : MARK_OTHER);
 }
 
-void xmlReader::TakeNode(xmlType type, QStringView name, QStringView text)
+void xmlReader::TakeNode(xmlType type, std::string_view name, std::string_view text)
 {
+    if (m_bInDocType)
+        return;
     FlushText();
-    m_pOpen->m_nMarks |= type == xmlTypeEntity ? MARK_TEXT : MARK_OTHER;
+    m_nSeen = Place() + Token().size();
     xmlTextNode* node = m_storage.NewTextNode(type);
-    m_storage.SetName(node, StoreName(name));
+    node->m_bRead = true;
+    m_storage.SetName(node, name);
     xmlStorage::SetStored(node->m_value, Store(text));
-    m_pOpen->AppendChild(node);
+    Append(node, type == xmlTypeEntity ? MARK_TEXT : MARK_OTHER);
 }
 
 // Blank text means something where it stands alone, beside other text or between two data sections, but
@@ -360,56 +381,69 @@ void xmlReader::CloseOpenElements()
         DropBlanks(m_pOpen);
 }
 
-void xmlReader::NoteError()
+std::string_view xmlReader::Store(std::string_view text)
 {
-    const std::string text = m_pOwnError ? m_pOwnError : m_tokens.errorString().toStdString();
-    const int line = int(m_tokens.lineNumber());
-    const int column = int(m_tokens.columnNumber());
-    m_document.SetError(text.c_str(), line, line == m_nRootLine ? column - m_nRootColumns : column);
+    char* place = m_storage.ReserveText(text.size());
+    text.copy(place, text.size());
+    m_nProduced += text.size();
+    return m_storage.KeepText(text.size());
 }
 
-bool xmlReader::HasMoreElements() const
+// Places and errors
+
+// Of what the parser is at, in the text. In an entity, that is the reference to it.
+size_t xmlReader::Place() const
 {
-    if (m_pOwnError || m_tokens.error() != QXmlStreamReader::NotWellFormedError || m_nDepth != 0)
-        return false;
-    const xmlBaseNode* node = m_document.GetFirstChild();
-    while (node && node->GetType() != xmlTypeDocType)
-        node = node->GetNext();
-    return !node && m_document.GetRootElement() && isByteText(m_text);
+    const long long index = XML_GetCurrentByteIndex(m_parser);
+    const long long place = index < 0 ? (long long)m_text.size() : index + m_nShift;
+    return size_t(std::clamp(place, 0ll, (long long)m_text.size()));
 }
 
-QByteArray xmlReader::WithOneRoot()
+std::string_view xmlReader::Token() const
 {
-    const qsizetype start = endOfDeclaration(m_text);
-    m_nRootLine = 1 + int(m_text.left(start).count('\n'));
-    m_nRootColumns = int(sizeof(ROOT_START) - 1);
-    return m_text.left(start) + ROOT_START + m_text.mid(start) + ROOT_END;
+    return m_text.substr(Place(), size_t(XML_GetCurrentByteCount(m_parser)));
 }
 
-std::string_view xmlReader::Store(QStringView text)
+// False for what comes out of a reference.
+bool xmlReader::StandsInText() const
 {
-    const size_t room = MOST_BYTES * size_t(text.size());
-    const bool hasNul = text.contains(QChar(u'\0'));
-    if (room > ROOM_LIMIT || hasNul) {
-        m_scratch.clear();
-        appendEncoded(m_scratch, text);
-        if (!Within(!hasNul, NUL_ERROR))
-            m_scratch = xmlCleanText(m_scratch);
-        char* place = m_storage.ReserveText(m_scratch.size());
-        m_scratch.copy(place, m_scratch.size());
-        m_nProduced += m_scratch.size();
-        return m_storage.KeepText(m_scratch.size());
-    }
-    const size_t size = encode(text, m_storage.ReserveText(room));
-    m_nProduced += size;
-    return m_storage.KeepText(size);
+    return Token().substr(0, 1) != "&";
 }
 
-std::string_view xmlReader::StoreName(QStringView name)
+bool xmlReader::Within(bool limit, const char* error)
 {
-    m_scratch.clear();
-    appendEncoded(m_scratch, name);
-    if (!Within(m_scratch.find('\0') == std::string::npos, NUL_ERROR))
-        m_scratch = xmlRepairName(m_scratch);
-    return m_storage.Intern(m_scratch);
+    if (!limit)
+        Stop(error, Place());
+    return !m_pOwnError;
+}
+
+void xmlReader::Stop(const char* error, size_t place)
+{
+    if (m_pOwnError)
+        return;
+    m_pOwnError = error;
+    m_nOwnPlace = place;
+    XML_StopParser(m_parser, XML_FALSE);
+}
+
+void xmlReader::NoteParserError()
+{
+    const XML_Error error = XML_GetErrorCode(m_parser);
+    const std::string_view rest = m_text.substr(Place());
+    m_pOwnError = XML_ErrorString(error);
+    m_nOwnPlace = isOfTheEnd(error) ? m_text.size() : Place();
+    if (error == XML_ERROR_AMPLIFICATION_LIMIT_BREACH)
+        m_pOwnError = TOO_MUCH_ERROR;
+    else if (error == XML_ERROR_INVALID_TOKEN && !rest.empty() && rest[0] == '\0')
+        m_pOwnError = "There is a NUL in the text.";
+    else if ((error == XML_ERROR_INVALID_TOKEN || error == XML_ERROR_PARTIAL_CHAR) && !rest.empty() &&
+             isCutLetter(rest))
+        m_pOwnError = "The text is not UTF-8.";
+}
+
+void xmlReader::NoteError(const char* error, size_t place)
+{
+    int line, column;
+    lineAndColumn(m_text.substr(0, place), line, column);
+    m_document.SetError(error, line, column);
 }

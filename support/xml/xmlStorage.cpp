@@ -1,5 +1,6 @@
 #include "support/xml/xmlStorage.h"
 
+#include <QRandomGenerator>
 #include <algorithm>
 #include <new>
 #include <stdint.h>
@@ -18,19 +19,23 @@ size_t aligned(size_t size)
     return (size + ALIGNMENT - 1) & ~(ALIGNMENT - 1);
 }
 
+__extension__ using Product = unsigned __int128;
+
+// Salted, so that nobody can make a document whose names all meet in one place.
 size_t hashOf(std::string_view text)
 {
-    uint64_t hash = text.size();
-    while (text.size() >= sizeof(uint64_t)) {
-        uint64_t word;
-        memcpy(&word, text.data(), sizeof(word));
-        hash = (hash ^ word) * 0x9e3779b97f4a7c15u;
-        hash ^= hash >> 32;
-        text.remove_prefix(sizeof(word));
+    static const uint64_t salt = QRandomGenerator::system()->generate64();
+    static const uint64_t factor = QRandomGenerator::system()->generate64() | 1;
+    uint64_t hash = salt ^ text.size();
+    while (!text.empty()) {
+        uint64_t word = 0;
+        const size_t size = std::min(sizeof(word), text.size());
+        memcpy(&word, text.data(), size);
+        const Product product = Product(hash ^ word) * factor;
+        hash = uint64_t(product) ^ uint64_t(product >> 64);
+        text.remove_prefix(size);
     }
-    for (const char letter : text)
-        hash = (hash ^ (unsigned char)letter) * 0x100000001b3u;
-    return size_t(hash ^ (hash >> 29));
+    return size_t(hash);
 }
 
 } // namespace

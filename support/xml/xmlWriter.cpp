@@ -6,6 +6,7 @@
 namespace {
 
 const size_t INDENT = 4;
+const size_t DEEPEST_INDENT = 32; // levels; the lines of deeper ones begin there too
 const char DATA_START[] = "<![CDATA[";
 const char DATA_END[] = "]]>";
 
@@ -23,11 +24,33 @@ const phraseStringA& valueOf(const xmlBaseNode* node)
 
 const std::string& xmlWriter::Write()
 {
-    m_text = "<?xml version=\"1.0\" encoding=\"UTF-8\"";
-    m_text += m_document.m_bStandalone ? " standalone=\"yes\"?>" : "?>";
-    m_levels.assign(1, Level{true, true});
+    m_bDeclarations = HasItsDocType();
+    WriteAll(true);
+    // The blanks before deep lines are what a document can do without.
+    if (m_text.size() > size_t(XML_TEXT_LIMIT))
+        WriteAll(false);
+    return m_text;
+}
+
+bool xmlWriter::HasItsDocType() const
+{
     const xmlBaseNode* node = m_document.GetFirstChild();
-    while (node) {
+    while (node && node->GetType() != xmlTypeDocType)
+        node = node->GetNext();
+    return node && static_cast<const xmlTextNode*>(node)->m_bRead;
+}
+
+// Stops where lines make it too large.
+void xmlWriter::WriteAll(bool inLines)
+{
+    m_text = "<?xml version=\"1.0\" encoding=\"UTF-8\"";
+    if (m_document.m_nStandalone >= 0)
+        m_text += m_document.m_nStandalone ? " standalone=\"yes\"" : " standalone=\"no\"";
+    m_text += "?>";
+    m_levels.assign(1, Level{true, true});
+    m_nIndent = inLines ? INDENT : 0;
+    const xmlBaseNode* node = m_document.GetFirstChild();
+    while (node && !(inLines && m_text.size() > size_t(XML_TEXT_LIMIT))) {
         const xmlBaseNode* next = WriteNode(node);
         const xmlBaseNode* parent = next ? nullptr : node->GetParent();
         while (!next && parent != &m_document) {
@@ -37,7 +60,6 @@ const std::string& xmlWriter::Write()
         node = next;
     }
     m_text += '\n';
-    return m_text;
 }
 
 bool xmlWriter::CanBeLoaded() const
@@ -78,7 +100,7 @@ xmlWriter::CONTENT xmlWriter::ContentOf(const xmlBaseNode* parent, bool& dropBla
 void xmlWriter::StartLine()
 {
     m_text += '\n';
-    m_text.append(INDENT * (m_levels.size() - 1), ' ');
+    m_text.append(m_nIndent * std::min(m_levels.size() - 1, DEEPEST_INDENT), ' ');
 }
 
 // Returns the node to write next: a child or a sibling, or null at the end of a level.
@@ -126,13 +148,24 @@ void xmlWriter::WriteTag(const xmlElement* element)
     m_text += '<';
     m_text += element->GetName();
     for (const xmlAttribute* attribute = element->GetFirstAttribute(); attribute;
-         attribute = attribute->GetNext()) {
-        m_text += ' ';
-        m_text += attribute->GetName();
-        m_text += "=\"";
+         attribute = attribute->GetNext())
+        if (!m_bDeclarations || !attribute->IsDeclared())
+            WriteAttribute(attribute);
+}
+
+void xmlWriter::WriteAttribute(const xmlAttribute* attribute)
+{
+    const char* spelling = m_bDeclarations ? attribute->GetSpelling() : nullptr;
+    const char quote = spelling && strchr(spelling, '"') ? '\'' : '"';
+    m_text += ' ';
+    m_text += attribute->GetName();
+    m_text += '=';
+    m_text += quote;
+    if (spelling)
+        m_text += spelling;
+    else
         xmlAppendAttribute(m_text, viewOf(*attribute));
-        m_text += '"';
-    }
+    m_text += quote;
 }
 
 void xmlWriter::WriteLeaf(const xmlBaseNode* node)
@@ -153,7 +186,7 @@ void xmlWriter::WriteLeaf(const xmlBaseNode* node)
         m_text.append(value.IsEmpty() ? "" : " ").append(value.GetText()).append("?>");
         break;
     case xmlTypeEntity:
-        m_text.append("&").append(node->GetName()).append(";");
+        m_text.append(m_bDeclarations ? "&" : "&amp;").append(node->GetName()).append(";");
         break;
     default:
         m_text += value.GetText();

@@ -28,16 +28,21 @@ private:
         bool dropBlanks; // blank text between them is left out
     };
 
+    void WriteAll(bool inLines);
+    bool HasItsDocType() const;
     static CONTENT ContentOf(const xmlBaseNode* parent, bool& dropBlanks);
     void StartLine();
     const xmlBaseNode* WriteNode(const xmlBaseNode* node);
     const xmlBaseNode* CloseLevel(const xmlBaseNode* parent);
     void WriteTag(const xmlElement* element);
+    void WriteAttribute(const xmlAttribute* attribute);
     void WriteLeaf(const xmlBaseNode* node);
     void WriteData(const phraseStringA& text);
 
     const xmlDocument& m_document;
     std::string m_text;
     std::vector<Level> m_levels;
+    size_t m_nIndent = 0; // blanks for each level
     size_t m_nDeepest = 0;
+    bool m_bDeclarations = false; // those that the document was read with are written too
 };

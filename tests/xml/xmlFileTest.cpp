@@ -154,6 +154,47 @@ TEST_F(XmlFile, DocumentTooDeepIsNotSaved)
     EXPECT_EQ(namesIn("/"), Names{});
 }
 
+TEST_F(XmlFile, DocumentTooLargeIsNotSaved)
+{
+    const auto largest = [this](size_t size) {
+        good.ClearDocument();
+        // The declaration, the tags and the last line end are 47 bytes.
+        SetValue(good.AddChildElement("a"), chString(std::string(size - 47, 'v').c_str()));
+        return good.SaveToFile("/a.xml");
+    };
+    EXPECT_EQ(largest(XML_TEXT_LIMIT), 1);
+    EXPECT_EQ(get("/a.xml").size(), size_t(XML_TEXT_LIMIT));
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 1);
+    put("/a.xml", "<old/>");
+    EXPECT_EQ(largest(XML_TEXT_LIMIT + 1), 0);
+    EXPECT_EQ(get("/a.xml"), "<old/>");
+}
+
+TEST_F(XmlFile, DocumentWhoseLinesWouldMakeItTooLargeIsSavedWithoutBlanks)
+{
+    std::string text;
+    for (int i = 0; i < 40; ++i)
+        text += "<a>";
+    for (int i = 0; i < 500000; ++i)
+        text += "<b/>";
+    for (int i = 0; i < 40; ++i)
+        text += "</a>";
+    ASSERT_EQ(good.ParseDocument(text.c_str()), 1);
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 1);
+    EXPECT_LT(get("/a.xml").size(), 4u * 1024 * 1024);
+}
+
+TEST_F(XmlFile, FileTooLargeIsRefusedWithItsPlace)
+{
+    put("/a.xml", "<a>\n<b/>" + std::string(XML_TEXT_LIMIT, ' ') + "</a>");
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 0);
+    EXPECT_STREQ(good.GetErrorText(), "The document is too large.");
+    EXPECT_EQ(good.GetErrorLine(), 2);
+    EXPECT_EQ(good.GetErrorColumn(), XML_TEXT_LIMIT - 3);
+    EXPECT_NE(xmlFindElementFromRoot(&good, "a", "b", 0), nullptr);
+}
+
 TEST_F(XmlFile, FileThatCouldNotBeLoadedIsKeptAsideBeforeItIsReplaced)
 {
     put("/a.xml", "<l><i n='precious'/>");

@@ -191,6 +191,32 @@ TEST_F(Find, SetValueWritesTheChildThatHoldsItOrMakesOne)
     EXPECT_EQ(SetValue(&doc, chString("x")), 0);
 }
 
+TEST_F(Find, ReferenceAndDocumentTypeHoldNoValueToPeekOrSet)
+{
+    parse("<!DOCTYPE a SYSTEM 'a.dtd'><a>&who;</a>");
+    const chString before = doc.ExportToText();
+    xmlBaseNode* reference = doc.GetRootElement()->GetFirstChild();
+    chString value("before");
+    EXPECT_EQ(PeekValue(reference, value), 0);
+    EXPECT_EQ(value, "");
+    EXPECT_EQ(SetValue(reference, chString("x")), 0);
+    EXPECT_EQ(SetValue(doc.GetFirstChild(), chString("<!DOCTYPE b>")), 0);
+    EXPECT_EQ(doc.ExportToText(), before);
+}
+
+TEST_F(Find, NamesMayBeginWithAColon)
+{
+    parse("<:a :k='1'><b:/><:/></:a>");
+    xmlElement* element = xmlFindElementFromRoot(&doc, ":a", 0);
+    ASSERT_NE(element, nullptr);
+    EXPECT_STREQ(element->GetAttributeValue(":k"), "1");
+    EXPECT_NE(element->FindChildElement("b:"), nullptr);
+    element->AddChildElement("::c")->GetAttributeValue(":d:") = "2";
+    EXPECT_STREQ(doc.ExportToText(),
+                 "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<:a :k=\"1\">\n    <b:/>\n    <:/>\n"
+                 "    <::c :d:=\"2\"/>\n</:a>\n");
+}
+
 TEST_F(Find, ElementIsParsedFromText)
 {
     xmlElement* element = xmlParseElementFromText("<item name='x'><sub/></item>");

@@ -1,5 +1,6 @@
 #include "support/xml/xmlFile.h"
 #include "tests/file/freshRoot.h"
+#include "tests/xml/hostileDocuments.h"
 
 #include <sys/resource.h>
 
@@ -13,6 +14,12 @@ protected:
         EXPECT_EQ(doc.ParseDocument(text.data(), int(text.size())), 0);
         EXPECT_STRNE(doc.GetErrorText(), "");
         EXPECT_GE(doc.GetErrorLine(), 1);
+    }
+    void expectRefusedAt(const std::string& text, int line, int column)
+    {
+        expectRefused(text);
+        EXPECT_EQ(doc.GetErrorLine(), line) << doc.GetErrorText();
+        EXPECT_EQ(doc.GetErrorColumn(), column) << doc.GetErrorText();
     }
     std::string body() const
     {
@@ -39,8 +46,53 @@ TEST_F(Hostile, DamagedTextKeepsWhatCameBeforeIt)
 
 TEST_F(Hostile, TruncatedTextKeepsItsBeginning)
 {
-    expectRefused("<l><a>1</a><b>2</b><c>the text that was cut");
-    EXPECT_EQ(body(), "<l>\n    <a>1</a>\n    <b>2</b>\n    <c/>\n</l>\n");
+    expectRefusedAt("<l><a>1</a><b>2</b><c>the text that was cut", 1, 44);
+    EXPECT_EQ(body(), "<l>\n    <a>1</a>\n    <b>2</b>\n    <c>the text that was cut</c>\n</l>\n");
+}
+
+// Blank text between elements goes where an element ends, also where the text ends first.
+TEST_F(Hostile, ElementsThatAreOpenAtTheEndOfTruncatedTextHoldNoBlanks)
+{
+    expectRefused("<l>\n  <a/>\n  <b>\n    <c/>\n  ");
+    const xmlElement* list = doc.GetRootElement();
+    EXPECT_EQ(list->GetFirstChild(), list->FindChildElement("a"));
+    EXPECT_EQ(list->GetLastChild(), list->FindChildElement("b"));
+    EXPECT_EQ(list->GetFirstChild()->GetNext(), list->GetLastChild());
+    EXPECT_EQ(list->GetLastChild()->GetFirstChild(), list->GetLastChild()->GetLastChild());
+    EXPECT_STREQ(list->GetLastChild()->GetFirstChild()->GetName(), "c");
+}
+
+TEST_F(Hostile, PlaceOfEveryErrorIsTold)
+{
+    expectRefusedAt("", 1, 1);
+    expectRefusedAt("<a>\n</b>", 2, 3);
+    expectRefusedAt("<a>\r\n\r\xc3\xa9&who;</a>", 3, 2);
+    expectRefusedAt("\xef\xbb\xbf<a>\xff</a>", 1, 4);
+    expectRefusedAt(std::string("<a>\n \0</a>", 10), 2, 2);
+    expectRefusedAt("<?xml version='1.0' encoding='klingon'?><a/>", 1, 31);
+    expectRefusedAt("<?xml version='2.0'?>\n<a/>", 1, 1);
+    expectRefusedAt("<a/>\n<b/>\n  text", 3, 1);
+    expectRefusedAt("<a/>\n<b/> <c></d>", 2, 11);
+    expectRefusedAt("<a/>\n<b/>\n<c>", 3, 4);
+    expectRefusedAt("<a/><b/>&#32;", 1, 9);
+    expectRefusedAt(hostile::widened("<a>\n<b></c>"), 2, 6);
+    expectRefusedAt("<?xml version='1.0' encoding='ISO-8859-1'?>\n<a>\xe9\xe9</b>", 2, 8);
+    expectRefusedAt("<?xml version='1.0' encoding='Shift_JIS'?>\n<a>\x83\x65\x83</a>", 2, 5);
+    expectRefusedAt(hostile::widened("<l>\n<i/>") + std::string("\0\xd8<\0", 4), 2, 5);
+    EXPECT_EQ(body(), "<l>\n    <i/>\n</l>\n");
+}
+
+TEST_F(Hostile, PlaceOfWhatIsBeyondALimitIsTold)
+{
+    expectRefusedAt(hostile::repeated("<a>\n", XML_DEPTH_LIMIT + 1), XML_DEPTH_LIMIT + 1, 1);
+    expectRefusedAt("<b/>\n" + hostile::repeated("<a>\n", XML_DEPTH_LIMIT + 1), XML_DEPTH_LIMIT + 2, 1);
+    expectRefusedAt(hostile::filled(100000, "<l>\n <i/>\n  <a", hostile::counted(" x", "=''"), "/></l>"), 3,
+                    3);
+    EXPECT_NE(xmlFindElementFromRoot(&doc, "l", "i", 0), nullptr);
+    expectRefusedAt(hostile::laughs("lol") + "\n<l>\n<i/>\n &l9;</l>", 4, 2);
+    EXPECT_NE(xmlFindElementFromRoot(&doc, "l", "i", 0), nullptr);
+    expectRefusedAt("<a>\n<b/>" + std::string(XML_TEXT_LIMIT, ' ') + "</a>", 2, XML_TEXT_LIMIT - 3);
+    EXPECT_NE(xmlFindElementFromRoot(&doc, "a", "b", 0), nullptr);
 }
 
 TEST_F(Hostile, EveryTruncationIsRefusedOrWhole)
@@ -159,8 +211,61 @@ TEST_F(Hostile, UnknownEntityIsRefused)
 
 TEST_F(Hostile, OutsideEntityIsNotFetched)
 {
-    EXPECT_EQ(doc.ParseDocument("<!DOCTYPE a [<!ENTITY f SYSTEM 'file:///etc/passwd'>]><a>&f;</a>"), 1);
-    EXPECT_EQ(body().find("root:"), std::string::npos);
+    const std::string docType =
+        "<!DOCTYPE a SYSTEM 'file:///etc/passwd' [<!ENTITY f SYSTEM 'file:///etc/passwd'>"
+        "<!ENTITY % p SYSTEM 'file:///etc/passwd'>%p;]>";
+    EXPECT_EQ(doc.ParseDocument((docType + "<a>&f;</a>").c_str()), 1);
+    const xmlBaseNode* reference = doc.GetRootElement()->GetFirstChild();
+    ASSERT_NE(reference, nullptr);
+    EXPECT_EQ(reference->GetType(), xmlTypeEntity);
+    EXPECT_STREQ(reference->GetName(), "f");
+    EXPECT_EQ(reference->GetNext(), nullptr);
+    EXPECT_EQ(body(), docType + "\n<a>&f;</a>\n");
+}
+
+// The lists of a DTD, entities, names and nodes: none of them costs much more than a document of the same
+// size that the phone itself would write.
+TEST_F(Hostile, NoDocumentTakesMuchLongerThanAnother)
+{
+    const size_t size = 1024 * 1024;
+    const auto timeOf = [this](const std::string& text) {
+        const auto now = [] {
+            struct timespec time;
+            clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+            return double(time.tv_sec) + 1e-9 * double(time.tv_nsec);
+        };
+        double best = 1e9;
+        for (int i = 0; i < 3; ++i) {
+            const double start = now();
+            doc.ParseDocument(text.data(), int(text.size()));
+            doc.ClearDocument();
+            best = std::min(best, now() - start);
+        }
+        return best;
+    };
+    const hostile::Piece record =
+        hostile::counted("<contact name=\"Person ", "\" line=\"1\"><note>Desk 1</note></contact>\n");
+    const double usual = timeOf(hostile::filled(size, "<l>\n", record, "</l>\n"));
+    for (const hostileDocument& document : hostileDocuments(size))
+        EXPECT_LT(timeOf(document.text) / usual, 15) << document.name;
+}
+
+TEST_F(Hostile, EntitiesThatLieInEachOtherAreBounded)
+{
+    const auto chain = [](int length, const char* mark) {
+        std::string text = std::string("<!DOCTYPE l [<!ENTITY ") + mark + " e0 ''>";
+        for (int i = 1; i <= length; ++i)
+            text += std::string("<!ENTITY ") + mark + " e" + std::to_string(i) + " '" +
+                    (*mark ? "&#37;e" : "&e") + std::to_string(i - 1) + ";'>";
+        const std::string last = "e" + std::to_string(length) + ";";
+        return *mark ? text + "%" + last + "]><l/>" : text + "]><l>&" + last + "</l>";
+    };
+    for (const char* mark : {"", "%"}) {
+        EXPECT_EQ(doc.ParseDocument(chain(1000, mark).c_str()), 1) << doc.GetErrorText();
+        expectRefused(chain(1100, mark));
+        EXPECT_STREQ(doc.GetErrorText(), "Too many entities stand for other entities.");
+        expectRefused(chain(100000, mark));
+    }
 }
 
 TEST_F(Hostile, TooManyAttributesOfOneElementAreRefusedAtOnce)
@@ -182,7 +287,9 @@ TEST_F(Hostile, ManyQuotesInTextAreNoAttributes)
     for (int i = 0; i < 20000; ++i)
         text += "say \"x\" ";
     EXPECT_EQ(doc.ParseDocument(("<a>" + text + "</a>").c_str()), 1);
-    EXPECT_EQ(doc.ParseDocument(("<a><![CDATA[" + text + "]]></a>").c_str()), 1);
+    EXPECT_EQ(doc.ParseDocument(("<a><![CDATA[<p " + text + "]]></a>").c_str()), 1);
+    EXPECT_EQ(doc.ParseDocument(("<a><!-- <p " + text + "--></a>").c_str()), 1);
+    EXPECT_EQ(doc.ParseDocument(("<a><?p <p " + text + "?></a>").c_str()), 1);
     EXPECT_EQ(doc.ParseDocument(("<a k='" + std::string(100000, '"') + "'/>").c_str()), 1);
 }
 
@@ -216,7 +323,8 @@ TEST_F(Hostile, ControlLettersAreRefused)
 
 TEST_F(Hostile, BytesThatAreNoUtf8AreRefusedAndWhatCameBeforeStays)
 {
-    for (const char* bytes : {"\xff", "\xc0\x80", "\xed\xa0\x80", "\xe2\x28\xa1"}) {
+    for (const char* bytes : {"\xff", "\xc0\x80", "\xed\xa0\x80", "\xe2\x28\xa1", "\xf0\x80\x80\x80",
+                              "\xf0\x8f\xbf\xbd", "\xf4\x90\x80\x80"}) {
         expectRefused(std::string("<l>\n<a k='1'/>\n<b>") + bytes + "</b></l>");
         EXPECT_EQ(body().substr(0, 21), "<l>\n    <a k=\"1\"/>\n  ");
         EXPECT_EQ(doc.GetErrorLine(), 3);
@@ -240,7 +348,9 @@ TEST_F(Hostile, AttributeOfFiftyMegabytesIsRead)
 TEST_F(Hostile, DocumentBeyondTheLimitIsRefused)
 {
     expectRefused("<a>" + std::string(XML_TEXT_LIMIT, 'v') + "</a>");
-    EXPECT_EQ(doc.GetFirstChild(), nullptr);
+    EXPECT_STREQ(doc.GetErrorText(), "The document is too large.");
+    EXPECT_EQ(doc.ParseDocument(("<a>" + std::string(XML_TEXT_LIMIT - 7, 'v') + "</a>").c_str()), 1);
+    expectRefused("<a>" + std::string(XML_TEXT_LIMIT - 7, 'v') + "</a> ");
 }
 
 TEST_F(Hostile, LongNamesAreReadOrRefused)

@@ -69,14 +69,71 @@ TEST(RoundTrip, NeighbouringDataIsOne)
 
 TEST(RoundTrip, EntitiesAreResolvedAndTheirDeclarationStays)
 {
-    EXPECT_EQ(exported("<!DOCTYPE a [<!ENTITY me 'you &amp; I'>]><a b='&me;'>&me;&#x41;&#66;</a>"),
-              "<!DOCTYPE a [<!ENTITY me 'you &amp; I'>]>\n<a b=\"you &amp; I\">you &amp; IAB</a>\n");
+    const std::string docType =
+        "<!DOCTYPE a [\n  <!ENTITY me 'you &amp; I'>\n  <!ENTITY both \"&me; &lt;&#38;#60;\">\n"
+        "  <!ENTITY b '<b>x</b>'>\n]  >";
+    EXPECT_EQ(exported((docType + "<a b='&both;'>&both;&#x41;&#66;&b;&quot;</a>").c_str()),
+              docType + "\n<a b=\"you &amp; I &lt;&lt;\">you &amp; I &lt;&lt;AB<b>x</b>\"</a>\n");
+}
+
+TEST(RoundTrip, DocTypeStaysByteForByte)
+{
+    const std::string docType =
+        "<!DOCTYPE\ta PUBLIC \"-//X//Y\" 'y.dtd'\n[ <!-- > ]> -->\r\n<?p ]> ?><!ELEMENT a ANY>"
+        "<!ATTLIST a k (x|y) 'x'><!NOTATION n SYSTEM 'n'><!ENTITY % p '<!ENTITY q \"Q\">'>%p;"
+        "<!ENTITY u SYSTEM 'u' NDATA n>\t] >";
+    EXPECT_EQ(exported(("<?xml version='1.0'?><!-- <!DOCTYPE b> --><?b <!DOCTYPE b>?>\n" + docType +
+                        "\n<!-- c --><a>&q;</a>")
+                           .c_str()),
+              "<!-- <!DOCTYPE b> -->\n<?b <!DOCTYPE b>?>\n" + docType + "\n<!-- c -->\n<a>Q</a>\n");
+}
+
+TEST(RoundTrip, DeclaredValueIsThereAndNotWrittenUntilItIsChanged)
+{
+    xmlDocument doc;
+    ASSERT_EQ(doc.ParseDocument("<!DOCTYPE a [<!ATTLIST a k CDATA 'v' l CDATA 'w'>]><a l='x'/>"), 1);
+    EXPECT_STREQ(doc.GetRootElement()->GetAttributeValue("k"), "v");
+    EXPECT_EQ(exported(doc.ExportToText()),
+              "<!DOCTYPE a [<!ATTLIST a k CDATA 'v' l CDATA 'w'>]>\n<a l=\"x\"/>\n");
+    doc.GetRootElement()->GetAttributeValue("k") = "";
+    EXPECT_EQ(exported(doc.ExportToText()),
+              "<!DOCTYPE a [<!ATTLIST a k CDATA 'v' l CDATA 'w'>]>\n<a l=\"x\" k=\"\"/>\n");
 }
 
 TEST(RoundTrip, ReferenceToAnOutsideEntityStays)
 {
     EXPECT_EQ(exported("<!DOCTYPE a SYSTEM 'a.dtd'><a>x &who; y</a>"),
               "<!DOCTYPE a SYSTEM 'a.dtd'>\n<a>x &who; y</a>\n");
+    const std::string docType = "<!DOCTYPE a [<!ENTITY who SYSTEM 'who'><!ENTITY me 'I and &who;'>]>\n";
+    EXPECT_EQ(exported((docType + "<a>&who;<b> &me;</b> </a>").c_str()),
+              docType + "<a>&who;<b> I and &who;</b> </a>\n");
+}
+
+TEST(RoundTrip, ReferenceToAnOutsideEntityStaysInAnAttribute)
+{
+    const std::string docType = "<!DOCTYPE a SYSTEM 'a.dtd' [<!ENTITY me '\"I\" &amp; &who;'>]>";
+    const std::string text = docType + "\n<a i=\"&lt;\" k=\"x\n&who; &me;&#9;>\" l='\"&who;\"'/>\n";
+    EXPECT_EQ(exported(text.c_str()), text);
+    xmlDocument doc;
+    ASSERT_EQ(doc.ParseDocument(text.c_str()), 1);
+    xmlElement* element = doc.GetRootElement();
+    EXPECT_STREQ(element->GetAttributeValue("i"), "<");
+    EXPECT_STREQ(element->GetAttributeValue("k"), "x &who; \"I\" & &who;\t>");
+    EXPECT_STREQ(element->GetAttributeValue("l"), "\"&who;\"");
+    element->GetAttributeValue("k") = "new &who;";
+    EXPECT_EQ(exported(doc.ExportToText()),
+              docType + "\n<a i=\"&lt;\" k=\"new &amp;who;\" l='\"&who;\"'/>\n");
+}
+
+TEST(RoundTrip, ReferenceThatWouldBeLostIsRefused)
+{
+    xmlDocument doc;
+    EXPECT_EQ(doc.ParseDocument("<!DOCTYPE a SYSTEM 'a.dtd' [<!ENTITY e \"<b k='&who;'/>\">]>\n<a>&e;</a>"),
+              0);
+    EXPECT_EQ(
+        doc.ParseDocument("<!DOCTYPE a SYSTEM 'a.dtd' [<!ENTITY e \"<b k='&lt;'>&who;</b>\">]>\n<a>&e;</a>"),
+        1);
+    EXPECT_EQ(doc.ParseDocument("<!DOCTYPE a [<!ENTITY f SYSTEM 'f'>]><a k='&f;'/>"), 0);
 }
 
 TEST(RoundTrip, DocumentOfItsOwnStaysSo)
@@ -84,11 +141,20 @@ TEST(RoundTrip, DocumentOfItsOwnStaysSo)
     xmlDocument doc;
     ASSERT_EQ(doc.ParseDocument("<?xml version='1.0' standalone='yes'?><a/>"), 1);
     EXPECT_STREQ(doc.ExportToText(), "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<a/>\n");
+    ASSERT_EQ(doc.ParseDocument("<?xml version='1.0' standalone='no'?><a/>"), 1);
+    EXPECT_STREQ(doc.ExportToText(), "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\"?>\n<a/>\n");
+    ASSERT_EQ(doc.ParseDocument("<a/>"), 1);
+    EXPECT_STREQ(doc.ExportToText(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a/>\n");
 }
 
 TEST(RoundTrip, OtherEncodingsAreReadAndUtf8IsWritten)
 {
     EXPECT_EQ(exported("<?xml version='1.0' encoding='ISO-8859-1'?><a>\xe9</a>"), "<a>\xc3\xa9</a>\n");
+    EXPECT_EQ(exported("<?xml version='1.0' encoding='windows-1252'?><a>\x80</a>"), "<a>\xe2\x82\xac</a>\n");
+    EXPECT_EQ(exported("<?xml version='1.0' encoding='Shift_JIS'?><a b='\x83\x65'/>"),
+              "<a b=\"\xe3\x83\x86\"/>\n");
+    EXPECT_EQ(exported("<?xml version='1.0' encoding='US-ASCII'?><a>&#233;</a>"), "<a>\xc3\xa9</a>\n");
+    EXPECT_EQ(exported("<?xml version='1.0' encoding='Utf-8'?><a>\xc3\xa9</a>"), "<a>\xc3\xa9</a>\n");
     EXPECT_EQ(exported("\xef\xbb\xbf<a>\xc3\xa9</a>"), "<a>\xc3\xa9</a>\n");
     const char wide[] = "\xff\xfe<\0a\0>\0\xe9\0<\0/\0a\0>\0";
     xmlDocument doc;

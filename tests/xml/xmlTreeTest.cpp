@@ -128,7 +128,7 @@ TEST_F(Tree, ElementNamesThatXmlDoesNotAllowAreRepaired)
     expectReadBack();
     EXPECT_EQ(
         body().substr(0, body().find("<nnn")),
-        "<a_b/>\n<_/>\n<_/>\n<a:b/>\n<_a/>\n<a_/>\n<a:b_c/>\n<_x_/>\n<\xc3\xa9/>\n<_/>\n<_a/>\n<a-b.c/>\n");
+        "<a_b/>\n<_/>\n<_/>\n<a:b/>\n<:a/>\n<a:/>\n<a:b:c/>\n<_x_/>\n<\xc3\xa9/>\n<_/>\n<_a/>\n<a-b.c/>\n");
 }
 
 TEST_F(Tree, NameOfALetterThatTheReaderDoesNotTakeIsRepaired)
@@ -223,8 +223,35 @@ TEST_F(Tree, DeeperThanAnyStackIsClearedAndWritten)
     xmlDocument copy;
     EXPECT_NE(copy.AddChildCopy(doc.GetRootElement()), nullptr);
     EXPECT_EQ(xmlFindElementByName(&copy, "b"), nullptr);
+    const std::string written = body();
+    std::string unindented;
+    for (const char letter : written)
+        if (letter != ' ' && letter != '\n')
+            unindented += letter;
+    std::string expected;
+    for (int i = 0; i < 199999; ++i)
+        expected += "<a>";
+    expected += "<ak=\"v\"/>";
+    for (int i = 0; i < 199999; ++i)
+        expected += "</a>";
+    EXPECT_TRUE(unindented == expected);
     doc.GetRootElement()->ClearChildren();
     EXPECT_EQ(body(), "<a/>\n");
+}
+
+TEST_F(Tree, ReferenceIsWrittenAsTextWhereItsDeclarationIsGone)
+{
+    ASSERT_EQ(
+        doc.ParseDocument("<!DOCTYPE a SYSTEM 'a.dtd' [<!ATTLIST a d CDATA 'v'>]><a k='&who;'>&who;</a>"), 1);
+    EXPECT_EQ(doc.RemoveChild(doc.GetFirstChild()), 1);
+    EXPECT_EQ(body(), "<a k=\"&amp;who;\" d=\"v\">&amp;who;</a>\n");
+    expectReadBack();
+    doc.ClearDocument();
+    ASSERT_EQ(doc.ParseDocument("<!DOCTYPE a SYSTEM 'a.dtd'><a>&who;</a>"), 1);
+    xmlDocument other;
+    other.AddChildXMLNode(xmlTypeDocType, "a");
+    EXPECT_NE(other.AddChildCopy(doc.GetRootElement()), nullptr);
+    EXPECT_NE(strstr(other.ExportToText(), "<a>&amp;who;</a>"), nullptr);
 }
 
 TEST_F(Tree, DocumentIsParsedFromItsOwnText)
