@@ -30,7 +30,7 @@ phraseStringA& xmlAttributeNode::GetAttributeValue(const phraseConstTextA& name)
     const std::string possible = xmlRepairName(given);
     if (possible != given)
         return GetAttributeValue(phraseConstTextA(possible.data(), int(possible.size())));
-    found = m_pStorage->NewAttribute(ToElement(), given);
+    found = m_pStorage->NewAttribute(ToElement(), m_pStorage->Intern(given));
     found->m_pNext = m_pAsked;
     m_pAsked = found;
     return *found;

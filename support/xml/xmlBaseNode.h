@@ -68,7 +68,10 @@ protected:
     xmlBaseNode* CopyOf(const xmlBaseNode* node);
 
     uint8_t m_eType;
-    uint8_t m_nMarks = 0; // the reader's notes on an open element
+    // The reader's notes: what an open element has among its children, and that the document was read with
+    // this document type.
+    enum { MARK_TEXT = 1, MARK_OTHER = 2, MARK_BLANK = 4, MARK_READ = 8 };
+    uint8_t m_nMarks = 0;
     int m_nNameLength = 0;
     const char* m_pName = "";
     xmlStorage* m_pStorage;

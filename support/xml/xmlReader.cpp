@@ -22,9 +22,6 @@ const char TOO_MUCH_ERROR[] = "The entities stand for too much text.";
 const char OUTSIDE_ERROR[] = "There is text outside of the elements.";
 const char REFERENCE_ERROR[] = "An attribute in an entity refers to an entity that is not declared here.";
 
-// What an open element has among its children.
-enum { MARK_TEXT = 1, MARK_OTHER = 2, MARK_BLANK = 4 };
-
 xmlReader& readerOf(void* reader)
 {
     return *static_cast<xmlReader*>(reader);
@@ -103,6 +100,7 @@ bool xmlReader::ReadInRoot(size_t start)
     m_nShift = (long long)start - (long long)strlen(ROOT_START);
     m_nOutside = 1;
     m_bMoreToCome = true;
+    m_known.fill(KnownName());
     XML_Status status = Feed(ROOT_START, false);
     if (status == XML_STATUS_OK)
         status = Feed(m_text.substr(start), false);
@@ -135,7 +133,7 @@ XML_Parser xmlReader::NewParser(const char* encoding)
     return parser;
 }
 
-// All at once: a token that came in many pieces would be looked at as many times.
+// All at once: the parser looks again at a token that comes in pieces, and counts lines between them.
 XML_Status xmlReader::Feed(std::string_view text, bool last) const
 {
     return XML_Parse(m_parser, text.data(), int(text.size()), last);
@@ -253,7 +251,7 @@ void xmlReader::StartElement(const char* name, const char** attributes)
         return;
     xmlElement* element = m_storage.NewElement(name);
     AddAttributes(element, attributes);
-    Append(element, MARK_OTHER);
+    Append(element, xmlBaseNode::MARK_OTHER);
     m_pOpen = element;
     if (m_bHasDocType && StandsInText() && !m_entities.KnowsReferencesOf(Token()))
         KeepSpellings(element);
@@ -265,12 +263,21 @@ void xmlReader::AddAttributes(xmlElement* element, const char** attributes)
     for (int i = 0; attributes[i]; i += 2) {
         if (!Within(i / 2 < ATTRIBUTE_LIMIT, "An element has too many attributes.") || !CheckBudget())
             return;
-        xmlAttribute* attribute = m_storage.NewAttribute(element, attributes[i]);
+        xmlAttribute* attribute = m_storage.NewAttribute(element, AttributeName(attributes[i]));
         xmlStorage::SetStored(*attribute, Store(attributes[i + 1]));
         attribute->m_bDeclared = i >= specified;
         element->AppendAttribute(attribute);
         ++m_nNodes;
     }
+}
+
+// The parser gives an attribute's name at one place as long as it lives.
+std::string_view xmlReader::AttributeName(const char* name)
+{
+    KnownName& known = m_known[(reinterpret_cast<uintptr_t>(name) / alignof(void*)) % std::size(m_known)];
+    if (known.name != name)
+        known = KnownName{name, m_storage.Intern(name)};
+    return known.kept;
 }
 
 void xmlReader::Append(xmlBaseNode* node, int mark)
@@ -343,7 +350,9 @@ void xmlReader::FlushText()
     xmlTextNode* node = m_storage.NewTextNode(type);
     xmlStorage::SetStored(node->m_value, blank ? m_storage.Intern(m_pending) : Store(m_pending));
     m_pending.clear();
-    Append(node, blank ? MARK_BLANK : type == xmlTypeText ? MARK_TEXT : MARK_OTHER);
+    Append(node, blank                 ? xmlBaseNode::MARK_BLANK
+                 : type == xmlTypeText ? xmlBaseNode::MARK_TEXT
+                                       : xmlBaseNode::MARK_OTHER);
 }
 
 void xmlReader::TakeNode(xmlType type, std::string_view name, std::string_view text)
@@ -353,10 +362,11 @@ void xmlReader::TakeNode(xmlType type, std::string_view name, std::string_view t
     FlushText();
     m_nSeen = Place() + Token().size();
     xmlTextNode* node = m_storage.NewTextNode(type);
-    node->m_bRead = true;
+    if (type == xmlTypeDocType)
+        node->m_nMarks = xmlBaseNode::MARK_READ;
     m_storage.SetName(node, name);
     xmlStorage::SetStored(node->m_value, Store(text));
-    Append(node, type == xmlTypeEntity ? MARK_TEXT : MARK_OTHER);
+    Append(node, type == xmlTypeEntity ? xmlBaseNode::MARK_TEXT : xmlBaseNode::MARK_OTHER);
 }
 
 // Blank text means something where it stands alone, beside other text or between two data sections, but
@@ -364,7 +374,8 @@ void xmlReader::TakeNode(xmlType type, std::string_view name, std::string_view t
 void xmlReader::DropBlanks(xmlBaseNode* element) const
 {
     const int marks = element->m_nMarks;
-    if (!(marks & MARK_BLANK) || !(marks & MARK_OTHER) || (marks & MARK_TEXT))
+    if (!(marks & xmlBaseNode::MARK_BLANK) || !(marks & xmlBaseNode::MARK_OTHER) ||
+        (marks & xmlBaseNode::MARK_TEXT))
         return;
     xmlBaseNode* node = element->m_pFirst;
     while (node) {

@@ -4,6 +4,7 @@
 #include "support/xml/xmlEntities.h"
 #include "support/xml/xmlStorage.h"
 
+#include <array>
 #include <expat.h>
 #include <string>
 #include <string_view>
@@ -42,6 +43,7 @@ private:
 
     void StartElement(const char* name, const char** attributes);
     void EndElement();
+    std::string_view AttributeName(const char* name);
     void AddAttributes(xmlElement* element, const char** attributes);
     void Append(xmlBaseNode* node, int mark);
     void KeepSpellings(xmlElement* element);
@@ -63,6 +65,12 @@ private:
 
     std::string_view Store(std::string_view text);
 
+    struct KnownName
+    {
+        const char* name = nullptr; // where the parser has it
+        std::string_view kept;
+    };
+
     xmlDocument& m_document;
     xmlStorage& m_storage;
     std::string_view m_bytes;
@@ -81,6 +89,7 @@ private:
     size_t m_nProduced = 0; // bytes of text so far
     size_t m_nNodes = 0;    // and nodes with attributes
     int m_nDeclared = 0;    // attributes in lists
+    std::array<KnownName, 64> m_known;
     xmlEntities m_entities;
     const char* m_pOwnError = nullptr;
     size_t m_nOwnPlace = 0;

@@ -120,10 +120,9 @@ xmlTextNode* xmlStorage::NewTextNode(xmlType type)
 xmlAttribute* xmlStorage::NewAttribute(xmlElement* element, std::string_view name)
 {
     xmlAttribute* attribute = new (TakeBlock(m_pFreeAttributes, sizeof(xmlAttribute))) xmlAttribute;
-    const std::string_view kept = Intern(name);
     attribute->m_pHolder = element;
-    attribute->m_pName = kept.data();
-    attribute->m_nNameLength = int(kept.size());
+    attribute->m_pName = name.data();
+    attribute->m_nNameLength = int(name.size());
     return attribute;
 }
 

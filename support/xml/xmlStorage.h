@@ -21,6 +21,7 @@ public:
     xmlElement* NewElement(std::string_view name);
     // Text, data, comment, instruction, document type, entity reference.
     xmlTextNode* NewTextNode(xmlType type);
+    // The name is one that Intern gave.
     xmlAttribute* NewAttribute(xmlElement* element, std::string_view name);
     // The nodes below parent end. The parent's own links are cleared.
     void FreeChildren(xmlBaseNode* parent);

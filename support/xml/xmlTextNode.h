@@ -21,5 +21,4 @@ private:
     ~xmlTextNode() = default;
 
     phraseStringA m_value;
-    bool m_bRead = false; // of a document type: the document was read with it
 };

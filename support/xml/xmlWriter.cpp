@@ -37,7 +37,7 @@ bool xmlWriter::HasItsDocType() const
     const xmlBaseNode* node = m_document.GetFirstChild();
     while (node && node->GetType() != xmlTypeDocType)
         node = node->GetNext();
-    return node && static_cast<const xmlTextNode*>(node)->m_bRead;
+    return node && node->m_nMarks == xmlBaseNode::MARK_READ;
 }
 
 // Stops where lines make it too large.
