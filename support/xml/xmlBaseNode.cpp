@@ -169,16 +169,14 @@ xmlBaseNode* xmlBaseNode::AddChildCopy(const xmlBaseNode* node)
     return copy;
 }
 
-void xmlBaseNode::AppendChild(xmlBaseNode* child)
+void xmlBaseNode::InsertChild(xmlBaseNode* child, xmlBaseNode* before)
 {
+    xmlBaseNode* next = before ? before->m_pNext : m_pFirst;
     child->m_pParent = this;
-    child->m_pPrev = m_pLast;
-    child->m_pNext = nullptr;
-    if (m_pLast)
-        m_pLast->m_pNext = child;
-    else
-        m_pFirst = child;
-    m_pLast = child;
+    child->m_pPrev = before;
+    child->m_pNext = next;
+    (before ? before->m_pNext : m_pFirst) = child;
+    (next ? next->m_pPrev : m_pLast) = child;
 }
 
 void xmlBaseNode::Unlink()

@@ -61,7 +61,9 @@ protected:
 
     xmlBaseNode(xmlType type, xmlStorage* storage) : m_eType(uint8_t(type)), m_pStorage(storage) {}
     ~xmlBaseNode() = default;
-    void AppendChild(xmlBaseNode* child);
+    void AppendChild(xmlBaseNode* child) { InsertChild(child, m_pLast); }
+    // Behind the child before, null for the first place.
+    void InsertChild(xmlBaseNode* child, xmlBaseNode* before);
     void Unlink();
     bool HoldsChildren() const;
     bool MayHold(xmlType type) const;
@@ -70,7 +72,7 @@ protected:
     uint8_t m_eType;
     // The reader's notes: what an open element has among its children, and that the document was read with
     // this document type.
-    enum { MARK_TEXT = 1, MARK_OTHER = 2, MARK_BLANK = 4, MARK_READ = 8 };
+    enum { MARK_TEXT = 1, MARK_OTHER = 2, MARK_READ = 4 };
     uint8_t m_nMarks = 0;
     int m_nNameLength = 0;
     const char* m_pName = "";

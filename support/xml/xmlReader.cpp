@@ -71,6 +71,7 @@ int xmlReader::Parse()
     if (m_bytes.size() > limit && !decoded.error)
         decoded.error = "The document is too large.";
     m_text = decoded.text;
+    m_storage.ExpectText(m_text.size());
     if (ReadWhole(decoded.plain) && !decoded.error)
         return 1;
     if (decoded.error && (!m_pOwnError || m_nOwnPlace == m_text.size()))
@@ -100,7 +101,6 @@ bool xmlReader::ReadInRoot(size_t start)
     m_nShift = (long long)start - (long long)strlen(ROOT_START);
     m_nOutside = 1;
     m_bMoreToCome = true;
-    m_known.fill(KnownName());
     XML_Status status = Feed(ROOT_START, false);
     if (status == XML_STATUS_OK)
         status = Feed(m_text.substr(start), false);
@@ -263,21 +263,12 @@ void xmlReader::AddAttributes(xmlElement* element, const char** attributes)
     for (int i = 0; attributes[i]; i += 2) {
         if (!Within(i / 2 < ATTRIBUTE_LIMIT, "An element has too many attributes.") || !CheckBudget())
             return;
-        xmlAttribute* attribute = m_storage.NewAttribute(element, AttributeName(attributes[i]));
+        xmlAttribute* attribute = m_storage.NewAttribute(element, m_storage.Intern(attributes[i]));
         xmlStorage::SetStored(*attribute, Store(attributes[i + 1]));
         attribute->m_bDeclared = i >= specified;
         element->AppendAttribute(attribute);
         ++m_nNodes;
     }
-}
-
-// The parser gives an attribute's name at one place as long as it lives.
-std::string_view xmlReader::AttributeName(const char* name)
-{
-    KnownName& known = m_known[(reinterpret_cast<uintptr_t>(name) / alignof(void*)) % std::size(m_known)];
-    if (known.name != name)
-        known = KnownName{name, m_storage.Intern(name)};
-    return known.kept;
 }
 
 void xmlReader::Append(xmlBaseNode* node, int mark)
@@ -322,7 +313,7 @@ void xmlReader::EndElement()
     --m_nDepth;
     if (!InContent())
         return;
-    DropBlanks(m_pOpen);
+    PlaceBlanks(m_pOpen);
     m_pOpen = m_pOpen->m_pParent;
 }
 
@@ -346,13 +337,15 @@ void xmlReader::FlushText()
     if (type == xmlTypeNone)
         return;
     m_ePending = xmlTypeNone;
-    const bool blank = type == xmlTypeText && xmlIsBlankText(m_pending);
+    if (type == xmlTypeText && xmlIsBlankText(m_pending)) {
+        m_blanks.push_back(Blank{m_pOpen, m_pOpen->m_pLast, m_storage.Intern(m_pending)});
+        m_pending.clear();
+        return;
+    }
     xmlTextNode* node = m_storage.NewTextNode(type);
-    xmlStorage::SetStored(node->m_value, blank ? m_storage.Intern(m_pending) : Store(m_pending));
+    xmlStorage::SetStored(node->m_value, Store(m_pending));
     m_pending.clear();
-    Append(node, blank                 ? xmlBaseNode::MARK_BLANK
-                 : type == xmlTypeText ? xmlBaseNode::MARK_TEXT
-                                       : xmlBaseNode::MARK_OTHER);
+    Append(node, type == xmlTypeText ? xmlBaseNode::MARK_TEXT : xmlBaseNode::MARK_OTHER);
 }
 
 void xmlReader::TakeNode(xmlType type, std::string_view name, std::string_view text)
@@ -370,26 +363,28 @@ void xmlReader::TakeNode(xmlType type, std::string_view name, std::string_view t
 }
 
 // Blank text means something where it stands alone, beside other text or between two data sections, but
-// not between elements.
-void xmlReader::DropBlanks(xmlBaseNode* element) const
+// not between elements. What an element holds is known at its end.
+void xmlReader::PlaceBlanks(xmlBaseNode* element)
 {
-    const int marks = element->m_nMarks;
-    if (!(marks & xmlBaseNode::MARK_BLANK) || !(marks & xmlBaseNode::MARK_OTHER) ||
-        (marks & xmlBaseNode::MARK_TEXT))
-        return;
-    xmlBaseNode* node = element->m_pFirst;
-    while (node) {
-        xmlBaseNode* next = node->m_pNext;
-        if (node->m_eType == xmlTypeText && !static_cast<xmlTextNode*>(node)->SeparatesData())
-            element->RemoveChild(node);
-        node = next;
+    const bool all = element->m_nMarks != xmlBaseNode::MARK_OTHER;
+    for (; !m_blanks.empty() && m_blanks.back().parent == element; m_blanks.pop_back()) {
+        const Blank& blank = m_blanks.back();
+        const xmlBaseNode* next = blank.before ? blank.before->m_pNext : element->m_pFirst;
+        const bool separates =
+            blank.before && next && blank.before->m_eType == xmlTypeData && next->m_eType == xmlTypeData;
+        if (!all && !separates)
+            continue;
+        xmlTextNode* node = m_storage.NewTextNode(xmlTypeText);
+        xmlStorage::SetStored(node->m_value, blank.text);
+        element->InsertChild(node, blank.before);
+        ++m_nNodes;
     }
 }
 
 void xmlReader::CloseOpenElements()
 {
     for (; m_pOpen != &m_document; m_pOpen = m_pOpen->m_pParent)
-        DropBlanks(m_pOpen);
+        PlaceBlanks(m_pOpen);
 }
 
 std::string_view xmlReader::Store(std::string_view text)

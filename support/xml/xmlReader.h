@@ -4,10 +4,10 @@
 #include "support/xml/xmlEntities.h"
 #include "support/xml/xmlStorage.h"
 
-#include <array>
 #include <expat.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class xmlReader
 {
@@ -43,14 +43,13 @@ private:
 
     void StartElement(const char* name, const char** attributes);
     void EndElement();
-    std::string_view AttributeName(const char* name);
     void AddAttributes(xmlElement* element, const char** attributes);
     void Append(xmlBaseNode* node, int mark);
     void KeepSpellings(xmlElement* element);
     void TakeText(std::string_view text);
     void TakeNode(xmlType type, std::string_view name, std::string_view text);
     void FlushText();
-    void DropBlanks(xmlBaseNode* element) const;
+    void PlaceBlanks(xmlBaseNode* element);
     void CloseOpenElements();
 
     bool InContent() const { return m_pOpen != &m_document; }
@@ -65,10 +64,12 @@ private:
 
     std::string_view Store(std::string_view text);
 
-    struct KnownName
+    // Blank text of an open element.
+    struct Blank
     {
-        const char* name = nullptr; // where the parser has it
-        std::string_view kept;
+        xmlBaseNode* parent;
+        xmlBaseNode* before; // the node that it follows, or null
+        std::string_view text;
     };
 
     xmlDocument& m_document;
@@ -89,10 +90,10 @@ private:
     size_t m_nProduced = 0; // bytes of text so far
     size_t m_nNodes = 0;    // and nodes with attributes
     int m_nDeclared = 0;    // attributes in lists
-    std::array<KnownName, 64> m_known;
     xmlEntities m_entities;
     const char* m_pOwnError = nullptr;
     size_t m_nOwnPlace = 0;
+    std::vector<Blank> m_blanks;
     std::string m_pending; // text that may go on with the next token
     xmlType m_ePending = xmlTypeNone;
 };

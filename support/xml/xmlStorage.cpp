@@ -6,11 +6,15 @@
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/mman.h>
 
 namespace {
 
 const size_t FIRST_CHUNK = 2 * 1024; // a menu or a list of the phone fits in a few of these
 const size_t LARGEST_CHUNK = 64 * 1024;
+const size_t LARGE_TEXT = 512 * 1024; // its nodes take a few huge pages, not a thousand small ones one by one
+const size_t HUGE_PAGE = 2 * 1024 * 1024;
+const size_t HUGE_CHUNK = 2 * HUGE_PAGE;
 const size_t FIRST_NAME_TABLE = 64;
 const size_t ALIGNMENT = alignof(xmlElement);
 
@@ -27,15 +31,30 @@ size_t hashOf(std::string_view text)
     static const uint64_t salt = QRandomGenerator::system()->generate64();
     static const uint64_t factor = QRandomGenerator::system()->generate64() | 1;
     uint64_t hash = salt ^ text.size();
-    while (!text.empty()) {
-        uint64_t word = 0;
-        const size_t size = std::min(sizeof(word), text.size());
-        memcpy(&word, text.data(), size);
+    const auto mix = [&hash](uint64_t word) {
         const Product product = Product(hash ^ word) * factor;
         hash = uint64_t(product) ^ uint64_t(product >> 64);
-        text.remove_prefix(size);
+    };
+    for (; text.size() >= sizeof(uint64_t); text.remove_prefix(sizeof(uint64_t))) {
+        uint64_t word;
+        memcpy(&word, text.data(), sizeof(word));
+        mix(word);
     }
+    uint64_t rest = 0;
+    for (const char letter : text)
+        rest = (rest << 8) | (unsigned char)letter;
+    mix(rest);
     return size_t(hash);
+}
+
+// Where the system has none, it gives ordinary ones.
+void* hugePages(size_t& size)
+{
+    size = (size + HUGE_PAGE - 1) / HUGE_PAGE * HUGE_PAGE;
+    void* pages = aligned_alloc(HUGE_PAGE, size);
+    if (pages)
+        madvise(pages, size, MADV_HUGEPAGE);
+    return pages;
 }
 
 } // namespace
@@ -54,19 +73,25 @@ void xmlStorage::Reset()
     m_pFree = m_pEnd = nullptr;
     m_pFreeElements = m_pFreeTextNodes = m_pFreeAttributes = nullptr;
     m_names.clear();
+    m_recent.fill(std::string_view());
     m_nNameCount = 0;
-    m_bOwnTexts = false;
+    m_bOwnTexts = m_bLarge = false;
 }
 
 void xmlStorage::NewChunk(size_t size)
 {
-    const size_t usual = std::min(FIRST_CHUNK << std::min(m_chunks.size(), size_t(8)), LARGEST_CHUNK);
-    size = std::max(aligned(size), usual);
-    m_pFree = static_cast<char*>(malloc(size));
+    const size_t growing = std::min(FIRST_CHUNK << std::min(m_chunks.size(), size_t(8)), LARGEST_CHUNK);
+    size = std::max(aligned(size), m_bLarge ? HUGE_CHUNK : growing);
+    m_pFree = static_cast<char*>(m_bLarge ? hugePages(size) : malloc(size));
     if (!m_pFree)
         throw std::bad_alloc();
     m_pEnd = m_pFree + size;
     m_chunks.push_back(m_pFree);
+}
+
+void xmlStorage::ExpectText(size_t size)
+{
+    m_bLarge = size >= LARGE_TEXT;
 }
 
 void* xmlStorage::TakeBlock(FreeBlock*& list, size_t size)
@@ -206,7 +231,17 @@ void xmlStorage::GrowNames()
             m_names[FindSlot(name)] = name;
 }
 
+// A document has few names, which come again and again.
 std::string_view xmlStorage::Intern(std::string_view text)
+{
+    const size_t ends = text.empty() ? 0 : (unsigned char)text.front() + 7u * (unsigned char)text.back();
+    std::string_view& recent = m_recent[(ends + 31 * text.size()) % m_recent.size()];
+    if (!recent.data() || recent != text)
+        recent = InternNew(text);
+    return recent;
+}
+
+std::string_view xmlStorage::InternNew(std::string_view text)
 {
     if (2 * (m_nNameCount + 1) > m_names.size())
         GrowNames();

@@ -4,6 +4,7 @@
 #include "support/xml/xmlElement.h"
 #include "support/xml/xmlTextNode.h"
 
+#include <array>
 #include <stddef.h>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,8 @@ public:
     void FreeTree(xmlBaseNode* node);
     void FreeAttribute(xmlAttribute* attribute);
 
+    // Memory is wanted for the nodes of so many bytes of text.
+    void ExpectText(size_t size);
     // One copy of each different text, with a terminator.
     std::string_view Intern(std::string_view text);
     void SetName(xmlBaseNode* node, std::string_view name);
@@ -57,9 +60,11 @@ private:
     void NewChunk(size_t size);
     size_t FindSlot(std::string_view text) const;
     void GrowNames();
+    std::string_view InternNew(std::string_view text);
 
     xmlDocument* m_pDocument;
     bool m_bOwnTexts = false;
+    bool m_bLarge = false;
     std::vector<void*> m_chunks;
     char* m_pFree = nullptr; // the rest of the newest chunk
     char* m_pEnd = nullptr;
@@ -68,4 +73,5 @@ private:
     FreeBlock* m_pFreeAttributes = nullptr;
     std::vector<std::string_view> m_names; // a hash table, its size a power of two
     size_t m_nNameCount = 0;
+    std::array<std::string_view, 64> m_recent; // some of the names, by their ends and lengths
 };
