@@ -67,15 +67,12 @@ chStringData* newBlock(int length)
     return stringData;
 }
 
-// Bytes of the text that are taken when at most `count` are asked for, -1 for all.
+// Bytes of the text that are taken when at most `count` are asked for, -1 for all. Whether a letter was cut
+// by the count or before, the part that is left of it at the end is not taken.
 int takenLength(const char* text, int count)
 {
-    if (count < 0) {
-        const size_t length = strlen(text);
-        return length > INT_MAX ? INT_MAX : static_cast<int>(length);
-    }
-    const int length = static_cast<int>(strnlen(text, static_cast<size_t>(count)));
-    return length == count ? chWholeLetters(text, length) : length;
+    const size_t length = count < 0 ? strlen(text) : strnlen(text, static_cast<size_t>(count));
+    return chWholeLetters(text, length > INT_MAX ? INT_MAX : static_cast<int>(length));
 }
 
 const char* textOrEmpty(const char* lpszText)

@@ -24,7 +24,8 @@ static_assert(sizeof(chStringData) == 12, "the text follows the three fields");
 
 // A text of one pointer: reference-counted, copied on write, never null. The count is a plain
 // integer, so an object and all that share its block belong to one thread at a time. Positions and
-// counts are bytes; no operation leaves a part of a letter. When memory is out, or a text would be
+// counts are bytes; no operation leaves a part of a letter, and no text that is taken ends in one, also
+// when it is damaged there. When memory is out, or a text would be
 // larger than dynamicAlloc::MAX_BLOCK, a string stays as it was and the failure is reported.
 template <class CHAR>
 class NUX_API chReferenceStringT

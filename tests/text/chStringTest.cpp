@@ -94,6 +94,28 @@ TEST_F(String, TakesNoPartOfALetter)
     EXPECT_STREQ(chString(face, 4), face);
 }
 
+TEST_F(String, TakesNoPartOfALetterThatIsDamagedAtTheEndWhoeverTakesIt)
+{
+    for (const char* damaged : {"ab\xC3", "ab\xE2\x82", "ab\xF0\x9F\x98"}) {
+        const int length = static_cast<int>(strlen(damaged));
+        chString assigned, copied, appended;
+        assigned = damaged;
+        copied.CopyTextFrom(damaged, length);
+        appended += damaged;
+        for (const chString& text : {chString(damaged), chString(damaged, -1), chString(damaged, length),
+                                     chString(damaged, length + 5), assigned, copied, appended})
+            EXPECT_STREQ(text, "ab");
+    }
+}
+
+TEST_F(String, KeepsWhatIsNoPartOfALetter)
+{
+    for (const char* odd : {"a\xC3z", "ab\xFF", "ab\x80", "\xE2z\x82"}) {
+        EXPECT_STREQ(chString(odd), odd);
+        EXPECT_STREQ(chString(odd, static_cast<int>(strlen(odd))), odd);
+    }
+}
+
 TEST_F(String, HasACapacityOfWholeSixteens)
 {
     EXPECT_EQ(capacityOf(chString("a")), 16);
