@@ -50,8 +50,8 @@ TEST_F(Hostile, TruncatedTextKeepsItsBeginning)
     EXPECT_EQ(body(), "<l>\n    <a>1</a>\n    <b>2</b>\n    <c>the text that was cut</c>\n</l>\n");
 }
 
-// Blank text between elements goes where an element ends, also where the text ends first.
-TEST_F(Hostile, ElementsThatAreOpenAtTheEndOfTruncatedTextHoldNoBlanks)
+// What blank text means is known where an element ends, also where the text ends first.
+TEST_F(Hostile, BlanksOfElementsThatAreOpenAtTheEndOfTruncatedTextAreThoseOfClosedOnes)
 {
     expectRefused("<l>\n  <a/>\n  <b>\n    <c/>\n  ");
     const xmlElement* list = doc.GetRootElement();
@@ -60,6 +60,8 @@ TEST_F(Hostile, ElementsThatAreOpenAtTheEndOfTruncatedTextHoldNoBlanks)
     EXPECT_EQ(list->GetFirstChild()->GetNext(), list->GetLastChild());
     EXPECT_EQ(list->GetLastChild()->GetFirstChild(), list->GetLastChild()->GetLastChild());
     EXPECT_STREQ(list->GetLastChild()->GetFirstChild()->GetName(), "c");
+    expectRefused("<l>x <b>y</b> <c>  ");
+    EXPECT_EQ(body(), "<l>x <b>y</b> <c>  </c></l>\n");
 }
 
 TEST_F(Hostile, PlaceOfEveryErrorIsTold)
