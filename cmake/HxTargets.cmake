@@ -77,7 +77,10 @@ endfunction()
 # A test program for one folder of tests/; each of its tests runs in a process of its own, so that
 # the process-wide caches of the phone start empty.
 function(hx_test name)
-    cmake_parse_arguments(TEST "NO_KIT" "DIR" "LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(TEST "NO_KIT" "DIR;TIMEOUT" "LINK;LABELS" ${ARGN})
+    if(NOT TEST_TIMEOUT)
+        set(TEST_TIMEOUT 300)
+    endif()
     file(GLOB sources CONFIGURE_DEPENDS ${TEST_DIR}/*.cpp ${TEST_DIR}/*.h)
     if(NOT sources)
         return()
@@ -97,7 +100,7 @@ function(hx_test name)
         hx_precompiled(${name} hxTestHeaders)
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-                         PROPERTIES TIMEOUT 300 LABELS "${TEST_LABELS}")
+                         PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}")
 endfunction()
 
 # places.h tells tests and benchmarks where source and build are. A header and no definition, so that a

@@ -5,15 +5,20 @@
 #include "host/control/worldCommands.h"
 #include "host/screen/screenState.h"
 #include "host/screen/windowStack.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
 #include "host/services/system/hostLog.h"
 #include "support/host/message.h"
 #include "support/host/module.h"
 #include "support/host/registry.h"
+#include "support/host/screen.h"
 #include "support/host/text.h"
 #include <QApplication>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QTimer>
+#include <QWidget>
+#include <ctime>
 
 using Reply = ControlReply;
 
@@ -61,11 +66,46 @@ void tree(const QStringList&, const Reply& reply)
     reply(screenTree());
 }
 
+// Processor time of this thread so far.
+double busyMs()
+{
+    timespec now = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
+
+QString topClass()
+{
+    const QWidget* top = QWSServer::clientWindows().value(0);
+    return top ? QString(top->metaObject()->className()) : QString();
+}
+
 void screen(const QStringList&, const Reply& reply)
 {
     const screenState& state = screenState::instance();
-    reply(QJsonObject{
-        {"idle", state.idleMs()}, {"saverHeld", state.isSaverSuspended()}, {"lamp", state.isLampLit()}});
+    reply(QJsonObject{{"idle", state.idleMs()},
+                      {"saverHeld", state.isSaverSuspended()},
+                      {"lamp", state.isLampLit()},
+                      {"top", topClass()},
+                      {"widgets", int(QApplication::allWidgets().size())},
+                      {"busy", busyMs()}});
+}
+
+// An incoming call of the simulated world.
+void ring(const QStringList& arguments, const Reply& reply)
+{
+    bool isIndex = false;
+    const int line = arguments.value(1, "0").toInt(&isIndex);
+    phoneService::instance().backend();
+    phoneSimulation* simulation = phoneSimulation::instance();
+    if (!isIndex)
+        reply(controlUsage("ring NUMBER [LINE] [NAME]"));
+    else if (!simulation)
+        reply(controlError("the phone has a real line service"));
+    else if (!simulation->ring(arguments[0], line, arguments.value(2)))
+        reply(controlError("no such line or number"));
+    else
+        reply(controlDone());
 }
 
 void shot(const QStringList& arguments, const Reply& reply)
@@ -153,7 +193,8 @@ const Command kCommands[] = {
     {"screen", 0, 0, screen, "screen"},
     {"shot", 1, 1, shot, "shot FILE"},
     {"log", 0, 1, log, "log [N]"},
-    {"set", 2, 8, controlSet, "set line|net|pstn|calls|upgrading|clock|storage|idle ..."},
+    {"set", 2, 8, controlSet, "set line|net|pstn|calls|upgrading|clock|storage|idle|language ..."},
+    {"ring", 1, 3, ring, "ring NUMBER [LINE] [NAME]"},
     {"post", 4, 5, post, "post THREAD MESSAGE WPARAM LPARAM [HEX]"},
     {"config", 3, 4, config, "config FILE SECTION KEY [VALUE]"},
     {"wait", 2, 3, controlWait, "wait page CLASS MS | wait idle MS"},

@@ -76,12 +76,14 @@ void controlServer::read(QLocalSocket* client)
         client->abort();
         return;
     }
-    const qsizetype end = input.indexOf('\n');
-    if (end < 0)
-        return;
-    const QByteArray line = input.left(end);
-    input.remove(0, end + 1);
-    answer(client, line);
+    // A command may end the client, and its input with it.
+    while (m_input.contains(client) && m_input[client].contains('\n')) {
+        QByteArray& rest = m_input[client];
+        const qsizetype end = rest.indexOf('\n');
+        const QByteArray line = rest.left(end);
+        rest.remove(0, end + 1);
+        answer(client, line);
+    }
 }
 
 void controlServer::answer(QLocalSocket* client, const QByteArray& line)

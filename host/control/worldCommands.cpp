@@ -5,6 +5,7 @@
 #include "host/services/storage/storageWorld.h"
 #include "host/services/system/netWorld.h"
 #include "support/host/clock.h"
+#include "support/host/language.h"
 #include "support/host/upgrade.h"
 #include <QDateTime>
 #include <QMap>
@@ -142,6 +143,13 @@ QJsonValue setIdle(const QStringList& words)
     return controlDone();
 }
 
+QJsonValue setLanguage(const QStringList& words)
+{
+    return GetLanguageHelper()->SetLanguage(words[0].toUtf8().constData())
+               ? controlDone()
+               : controlError("no such language: " + words[0]);
+}
+
 QJsonValue setStorage(const QStringList& words)
 {
     if (words.size() == 3 && words[0] == "plug" && (words[1] == "usb" || words[1] == "sd")) {
@@ -161,7 +169,7 @@ struct WorldPart
 
 const WorldPart kParts[] = {{"line", setLine},       {"net", setNet},     {"pstn", setPstn},
                             {"calls", setCalls},     {"clock", setClock}, {"upgrading", setUpgrading},
-                            {"storage", setStorage}, {"idle", setIdle}};
+                            {"storage", setStorage}, {"idle", setIdle},   {"language", setLanguage}};
 
 } // namespace
 
@@ -173,5 +181,5 @@ void controlSet(const QStringList& arguments, const Reply& reply)
             return;
         }
     }
-    reply(controlUsage("set line|net|pstn|calls|upgrading|clock|storage|idle ..."));
+    reply(controlUsage("set line|net|pstn|calls|upgrading|clock|storage|idle|language ..."));
 }

@@ -46,6 +46,14 @@ int phoneSimulation::dial(const QString& number, int account, int)
     return m_calls.begin(number, line);
 }
 
+bool phoneSimulation::ring(const QString& number, int line, const QString& name)
+{
+    if (number.isEmpty() || line < 0 || line >= PHONE_ACCOUNT_COUNT)
+        return false;
+    m_calls.ring(number, line, name);
+    return true;
+}
+
 int phoneSimulation::TryThreadMessage(msgObject& msg)
 {
     if (msg.message == CONFIG_MSG_BCAST_CHANGED && msg.wParam == CONFIG_CHANGED_ACCOUNT)

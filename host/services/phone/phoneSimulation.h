@@ -19,6 +19,10 @@ public:
     // Calls that are there beside those made here, and whether one of them is talking.
     void setCalls(int total, int talk);
 
+    // A call from outside, on a line of 0 to PHONE_ACCOUNT_COUNT - 1; it rings, and is answered by itself.
+    // False for a line that is none, and for an empty number.
+    bool ring(const QString& number, int line, const QString& name);
+
     void start(phoneEvents* events) override;
     tagAccountInfo account(int index) const override { return m_accounts.info(index); }
     int defaultAccount() const override { return m_accounts.defaultAccount(); }

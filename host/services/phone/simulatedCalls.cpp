@@ -19,7 +19,19 @@ tagCall simulatedCalls::newCall(const QString& number, int account)
 
 int simulatedCalls::begin(const QString& number, int account)
 {
-    const tagCall call = newCall(number, account);
+    return add(newCall(number, account));
+}
+
+int simulatedCalls::ring(const QString& number, int account, const QString& name)
+{
+    tagCall call = newCall(number, account);
+    call.bIncoming = true;
+    call.strName = name;
+    return add(call);
+}
+
+int simulatedCalls::add(const tagCall& call)
+{
     m_calls.append({call, QElapsedTimer()});
     QTimer::singleShot(RING_MS, Qt::PreciseTimer, this, [this, id = call.nId] { answered(id); });
     m_changed(call);

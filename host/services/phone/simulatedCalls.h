@@ -17,6 +17,8 @@ public:
 
     // The call's id.
     int begin(const QString& number, int account);
+    // A call that comes from outside.
+    int ring(const QString& number, int account, const QString& name);
     // A call that cannot be begun is told of all the same, with the reason.
     void refuse(const QString& number, int account, const char* reason);
     bool hangUp(int id);
@@ -31,6 +33,7 @@ private:
     };
 
     tagCall newCall(const QString& number, int account);
+    int add(const tagCall& call);
     static tagCall shown(const tagLiveCall& live);
     int indexOf(int id) const;
     void answered(int id);
