@@ -141,8 +141,8 @@ int playVideos(const tagPageRow&, const tagPageCall& call)
 
 int resetToFactory(const tagPageRow&, const tagPageCall& call)
 {
-    if (questionBox(HX_TR("Reset to factory?"), call.pParent))
-        sysCommand("/phone/scripts/factory.sh");
+    if (questionBox(HX_TR("Reset to factory?"), call.pParent) && sysCommand("/phone/scripts/factory.sh") != 0)
+        noteBox(HX_TR("The phone could not be reset!"), call.pParent);
     return 1;
 }
 
@@ -199,8 +199,7 @@ int openNdeck(const tagPageRow&, const tagPageCall& call)
 
 int openUnknown(const tagPageRow&, const tagPageCall& call)
 {
-    noteBox(CheckKovarVersion() ? HX_TR("This feature is under construction.") : HX_TR("Unknow dialog type"),
-            call.pParent);
+    pageNoteUnknown(call.pParent);
     return 1;
 }
 
@@ -279,6 +278,12 @@ void pageOpenByName(const tagPageCall& call)
         ++row;
     if (!row->open(*row, call))
         openUnknown(*row, call);
+}
+
+void pageNoteUnknown(QWidget* parent)
+{
+    noteBox(CheckKovarVersion() ? HX_TR("This feature is under construction.") : HX_TR("Unknow dialog type"),
+            parent);
 }
 
 int CheckKovarVersion()

@@ -34,6 +34,8 @@ enum { PAGE_ROW_COUNT = 40 };
 const tagPageRow* pageTable();
 // Acts on the first row that matches.
 void pageOpenByName(const tagPageCall& call);
+// Tells the user that there is no such page.
+void pageNoteUnknown(QWidget* parent);
 
 // True for the version numbers of one customer, for whom an unknown page is a feature still to come.
 int CheckKovarVersion();

@@ -2,6 +2,7 @@
 #include "frame/moduleEntries.h"
 #include "host/control/controlServer.h"
 #include "host/desktop/boot.h"
+#include "host/desktop/restart.h"
 #include "host/look/look.h"
 #include "host/services/messages/messageBus.h"
 #include "host/services/players/playerProcesses.h"
@@ -79,6 +80,7 @@ int run(QApplication& application, const Options& options)
         return 1;
     }
     hostEndOnSignals();
+    hostFollowFactoryReset();
     if (options.players)
         playerProcessesStart();
     hostBoot();
@@ -89,6 +91,10 @@ int run(QApplication& application, const Options& options)
 
 int main(int argc, char** argv)
 {
+    // All of them: the toolkit takes its own out.
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
     setDeviceRoot(argc, argv);
     hostPrepareFonts();
     QApplication application(argc, argv);
@@ -104,6 +110,8 @@ int main(int argc, char** argv)
     wireModule();
     const int result = run(application, options);
     messageServiceStop();
+    if (result == HOST_START_ANEW)
+        hostStartAnew(arguments);
     // Cached pages live as long as the process: none is taken down against a toolkit that is gone already.
     fflush(nullptr);
     _exit(result);

@@ -284,6 +284,14 @@
         <translation>Auf Werkseinstellungen zurücksetzen?</translation>
     </message>
     <message>
+        <source>The phone could not be reset!</source>
+        <translation>Das Telefon konnte nicht zurückgesetzt werden!</translation>
+    </message>
+    <message>
+        <source>The phone restarts with its factory settings.</source>
+        <translation>Das Telefon startet mit den Werkseinstellungen neu.</translation>
+    </message>
+    <message>
         <source>Reboot device?</source>
         <translation>Telefon neu starten?</translation>
     </message>

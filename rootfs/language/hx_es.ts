@@ -284,6 +284,14 @@
         <translation>¿Restablecer los valores de fábrica?</translation>
     </message>
     <message>
+        <source>The phone could not be reset!</source>
+        <translation>¡No se pudo restablecer el teléfono!</translation>
+    </message>
+    <message>
+        <source>The phone restarts with its factory settings.</source>
+        <translation>El teléfono se reinicia con los valores de fábrica.</translation>
+    </message>
+    <message>
         <source>Reboot device?</source>
         <translation>¿Reiniciar el teléfono?</translation>
     </message>

@@ -284,6 +284,14 @@
         <translation>Rétablir les réglages d&apos;usine ?</translation>
     </message>
     <message>
+        <source>The phone could not be reset!</source>
+        <translation>Le téléphone n’a pas pu être réinitialisé !</translation>
+    </message>
+    <message>
+        <source>The phone restarts with its factory settings.</source>
+        <translation>Le téléphone redémarre avec les réglages d’usine.</translation>
+    </message>
+    <message>
         <source>Reboot device?</source>
         <translation>Redémarrer le téléphone ?</translation>
     </message>

@@ -284,6 +284,14 @@
         <translation>恢复出厂设置？</translation>
     </message>
     <message>
+        <source>The phone could not be reset!</source>
+        <translation>话机无法恢复出厂设置！</translation>
+    </message>
+    <message>
+        <source>The phone restarts with its factory settings.</source>
+        <translation>话机将以出厂设置重新启动。</translation>
+    </message>
+    <message>
         <source>Reboot device?</source>
         <translation>重启设备？</translation>
     </message>

@@ -6,6 +6,7 @@ root="${HX_SYSROOT:-}"
 pristine="$root/phone/factory/rundata"
 live="$root/rundata"
 fresh="$live/.factory"
+old="$live/.factory.old"
 
 [ -d "$pristine" ] || {
     echo "factory.sh: $pristine is missing" >&2
@@ -13,12 +14,34 @@ fresh="$live/.factory"
 }
 
 # /rundata is a partition of its own: it is refilled in place. The copy is complete before anything old
-# goes, and a run that was cut short is made good by the next one.
-rm -rf "$fresh"
-mkdir -p "$fresh"
+# goes, and a run that was cut short is made good by the next one. "run" belongs to the phone that is running:
+# its processes meet there.
+rm -rf "$fresh" "$old"
+mkdir -p "$fresh" "$old"
 cp -R "$pristine/." "$fresh"
 sync
-find "$live" -mindepth 1 -maxdepth 1 ! -name .factory -exec rm -rf {} +
-find "$fresh" -mindepth 1 -maxdepth 1 -exec mv {} "$live" \;
-rmdir "$fresh"
+
+# exchange NAME: away with the old one, and the new one, if there is one, in its place. A phone that runs may make it
+# again in between.
+moved=0
+exchange() {
+    tries=50
+    until {
+        moved=$((moved + 1))
+        { [ ! -e "$live/$1" ] && [ ! -L "$live/$1" ]; } || mv "$live/$1" "$old/$moved"
+    } && { [ ! -e "$fresh/$1" ] || mv -T "$fresh/$1" "$live/$1"; }; do
+        tries=$((tries - 1))
+        [ "$tries" -gt 0 ]
+    done
+}
+for entry in "$live"/* "$live"/.[!.]* "$fresh"/* "$fresh"/.[!.]*; do
+    [ -e "$entry" ] || [ -L "$entry" ] || continue # done already
+    case ${entry##*/} in
+        .factory | .factory.old | run) ;;
+        *) exchange "${entry##*/}" ;;
+    esac
+done
+rm -rf "$fresh" "$old"
+# A phone that runs starts anew when it sees this.
+[ ! -d "$live/run" ] || : >"$live/run/restart"
 sync

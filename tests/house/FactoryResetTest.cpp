@@ -57,6 +57,33 @@ TEST_F(FactoryReset, SettingsAndDataComeBackAndNothingOfTheUserStays)
     EXPECT_FALSE(QFileInfo::exists(path("/rundata/.factory")));
 }
 
+TEST_F(FactoryReset, TheRunFolderOfARunningPhoneStaysAndAsksItToStartAnew)
+{
+    write("/rundata/run/app_hxPhone.lock", "");
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(QFileInfo::exists(path("/rundata/run/app_hxPhone.lock")));
+    EXPECT_TRUE(QFileInfo::exists(path("/rundata/run/restart")));
+    ASSERT_TRUE(QDir(path("/rundata/run")).removeRecursively());
+    EXPECT_EQ(run(), 0);
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/run")));
+}
+
+TEST_F(FactoryReset, WhatIsWrittenMeanwhileDoesNotStopIt)
+{
+    // A phone that goes on storing its settings as quickly as it can.
+    QProcess writer;
+    writer.start("/bin/sh",
+                 {"-c", "while :; do mkdir -p \"$1/config/user\"; echo x >\"$1/config/user/x.ini\"; done",
+                  "sh", path("/rundata")});
+    ASSERT_TRUE(writer.waitForStarted());
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(run(), 0);
+        EXPECT_EQ(read("/rundata/config/user/user.ini"), "[Volume]\nnRing=20\n");
+    }
+    writer.kill();
+    writer.waitForFinished();
+}
+
 TEST_F(FactoryReset, APhoneWithoutAPristineCopyKeepsItsData)
 {
     ASSERT_TRUE(QDir(path("/phone/factory")).removeRecursively());
