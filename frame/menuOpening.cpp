@@ -3,6 +3,7 @@
 #include "frame/xmlUnderRoot.h"
 #include "support/host/managers.h"
 #include "support/host/registry.h"
+#include "support/host/screen.h"
 #include "support/host/trace.h"
 #include <new>
 
@@ -68,7 +69,7 @@ void PopupXMLIconView(const chString& file, int bShow)
         GetListDial().append(tagNamed<dlgIconviewForm>{file, form});
     }
     if (bShow)
-        form->setVisible(true);
+        screenBringUp(form);
 }
 
 void RefreshXMLIconView(const chString& file)
@@ -94,7 +95,7 @@ int PopupIconViewEx(const chString& name)
         return 0;
     // A name that is opened again gets one more entry; the first one stays the one that is found.
     GetListFrame().append(tagNamed<dlgIconviewForm>{name, form});
-    form->setVisible(true);
+    screenBringUp(form);
     return 1;
 }
 

@@ -5,6 +5,7 @@
 #include "frame/roomHooks.h"
 #include "support/host/dialogs.h"
 #include "support/host/iconview.h"
+#include "support/host/screen.h"
 #include "support/host/trace.h"
 #include <QString>
 
@@ -33,7 +34,7 @@ void settingOpenPage(int type, chString a, chString b, QWidget*)
     case DIRECTORY_LDAP:
         if (dlgLDAP* search = PopupDialog<dlgLDAP>(nullptr, 1, 0, 0)) {
             search->initData(a);
-            search->setVisible(true);
+            screenBringUp(search);
         }
         break;
     default:
@@ -47,7 +48,7 @@ void settingDialNum(qDialNumberItem* item, QWidget* parent)
         return;
     if (QDialog* box = roomHooks().makeDialNumberBox(item, parent)) {
         box->setAttribute(Qt::WA_DeleteOnClose);
-        box->show();
+        screenBringUp(box);
     }
 }
 
@@ -56,7 +57,7 @@ void settingIpCamera(IPCameraIconViewItem* item, QWidget* parent)
     if (!roomHooks().ipCameraPageOfItem)
         return;
     if (QDialog* page = roomHooks().ipCameraPageOfItem(parent, item))
-        page->show();
+        screenBringUp(page);
 }
 
 void settingIpCamera_DoorPhone(const QString& kind, const QString& title, QWidget*)
@@ -64,7 +65,19 @@ void settingIpCamera_DoorPhone(const QString& kind, const QString& title, QWidge
     if (!kind.startsWith("SettingIPCamera") || !roomHooks().ipCameraPageOfTitle)
         return;
     if (QDialog* page = roomHooks().ipCameraPageOfTitle(title))
-        page->show();
+        screenBringUp(page);
+}
+
+int settingPromptUserLevel(const QString& level, QWidget* parent)
+{
+    if (level != QLatin1String("admin"))
+        return 1;
+    const auto ask = roomHooks().askAdminPassword;
+    if (!ask)
+        pageNoteUnknown(parent);
+    const bool given = ask && ask(parent);
+    nuxTrace(TRACE_DETAIL, given ? "Complete input the password." : "Cancel input password!");
+    return given;
 }
 
 void settingOpenXml(const chString& file)

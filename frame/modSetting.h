@@ -27,6 +27,11 @@ HX_MODULE_API void settingIpCamera(IPCameraIconViewItem* item, QWidget* parent);
 // kind begins with "SettingIPCamera": the camera page of that title. Anything else opens nothing.
 HX_MODULE_API void settingIpCamera_DoorPhone(const QString& kind, const QString& title, QWidget* parent);
 
+// Whether the user may do what asks for that level. For "admin" he is asked for the administrator's password,
+// in a modal box upon parent: 1 when he gave it, else 0. Any other level, "Admin" too, is 1 at once. A module
+// without the box tells the user so, and answers 0.
+HX_MODULE_API int settingPromptUserLevel(const QString& level, QWidget* parent);
+
 // Shows the menu of a file such as "setting.xml"; loads the menu's file again if it was made.
 HX_MODULE_API void settingOpenXml(const chString& file);
 HX_MODULE_API void RefreshOpenXml(const chString& file);

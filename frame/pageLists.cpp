@@ -1,6 +1,7 @@
 #include "frame/pageLists.h"
 #include "frame/namedList.h"
 #include "frame/roomHooks.h"
+#include "support/host/screen.h"
 #include <QDialog>
 
 namespace {
@@ -18,7 +19,7 @@ QDialog* popupIndexed(chNamedList<QDialog>& list, const chString& key, QDialog* 
         list.append(tagNamed<QDialog>{key, dialog});
     }
     if (bShow)
-        dialog->setVisible(true);
+        screenBringUp(dialog);
     return dialog;
 }
 

@@ -2,6 +2,7 @@
 // The one cached instance of each page class.
 #include "support/host/api.h"
 #include "support/host/leftbar.h"
+#include "support/host/screen.h"
 #include <QDialog>
 #include <new>
 
@@ -54,6 +55,6 @@ HX_MODULE_API T* PopupDialog(tagLeftBarInfo* info, int bCache, int bShow, int bT
     LeftBarOperation* leftBar = dialog;
     leftBar->m_pLeftBarInfo = info;
     leftBar->setLeftBar();
-    dialog->setVisible(true);
+    screenBringUp(dialog);
     return dialog;
 }

@@ -16,6 +16,8 @@ struct tagRoomHooks
     // settings/system. A new page of the account; a new box for the item's number.
     QDialog* (*makeAccountPage)(int index) = nullptr;
     QDialog* (*makeDialNumberBox)(qDialNumberItem* item, QWidget* parent) = nullptr;
+    // Asks for the administrator's password in a modal box; non-zero when it was given.
+    int (*askAdminPassword)(QWidget* parent) = nullptr;
 
     // settings/call. A new door phone page that holds index; the camera page, filled but not shown; the
     // one speed dial page; dials the voice mail, or opens its page.

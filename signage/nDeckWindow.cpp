@@ -32,7 +32,7 @@ void displayInWindow(int bShow, E_NDECKWINDOW_TYPE type)
         window.closeWindow();
         return;
     }
-    window.show();
+    screenBringUp(&window);
     if (GetNDeckDispaly().IsMettingCurrentLayout())
         RegisterScreenSavers(SCREEN_SAVERS_MEETING, 0);
 }

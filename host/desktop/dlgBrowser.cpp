@@ -2,6 +2,7 @@
 #include "host/desktop/webPage.h"
 #include "support/host/api.h"
 #include "support/host/language.h"
+#include "support/host/screen.h"
 #include "ui_dlgBrowser.h"
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -44,9 +45,7 @@ void dlgBrowser::openPage(const QString& address)
 {
     m_addresses.clear();
     m_addresses.append(addressOf(address));
-    show();
-    raise();
-    activateWindow();
+    screenBringUp(this);
     load();
 }
 

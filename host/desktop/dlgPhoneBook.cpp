@@ -5,6 +5,7 @@
 #include "support/host/api.h"
 #include "support/host/dialogs.h"
 #include "support/host/phone.h"
+#include "support/host/screen.h"
 #include "support/host/text.h"
 #include "ui_dlgPhoneBook.h"
 #include <memory>
@@ -56,7 +57,7 @@ void dlgPhoneBook::Private::edit(int contact)
         ownEditor = std::make_unique<dlgContactEditor>(nullptr, nullptr);
     dlgContactEditor* editor = getContactEditorDlg();
     editor->EditContact(contact);
-    editor->show();
+    screenBringUp(editor);
 }
 
 void dlgPhoneBook::showEvent(QShowEvent* event)

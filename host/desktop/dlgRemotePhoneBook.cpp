@@ -5,6 +5,7 @@
 #include "support/host/api.h"
 #include "support/host/dialogs.h"
 #include "support/host/phone.h"
+#include "support/host/screen.h"
 #include "support/host/text.h"
 #include "ui_dlgRemotePhoneBook.h"
 
@@ -65,9 +66,7 @@ void dlgRemotePhoneBook::ShowUp(const chString& url, const chString& title)
     m_p->page.setOwnTitle(toQString(title));
     m_p->show(HX_TR("Loading..."));
     m_p->fetch.start(url);
-    show();
-    raise();
-    activateWindow();
+    screenBringUp(this);
 }
 
 bool dlgRemotePhoneBook::event(QEvent* event)

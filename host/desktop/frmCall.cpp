@@ -10,9 +10,9 @@
 #include "support/host/image.h"
 #include "support/host/language.h"
 #include "support/host/module.h"
+#include "support/host/screen.h"
 #include "support/host/ui.h"
 #include "ui_frmCall.h"
-#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -104,7 +104,8 @@ void frmCall::onCall(const tagCall& call)
         m_tick.start();
         m_end.stop();
     }
-    open();
+    open(call.nId > m_nLastId);
+    m_nLastId = qMax(m_nLastId, call.nId);
     showDisplay();
 }
 
@@ -146,17 +147,14 @@ void frmCall::showSoftKeys()
     m_pSoftKeys->SetButton(3, "End", Translate("End"), this, SLOT(on_click_End()));
 }
 
-// A box that waits for an answer takes all input of the windows below it; the call screen lies above.
-void frmCall::open()
+// A call that begins comes up over all else; what becomes of it leaves the windows as a person has put them.
+void frmCall::open(bool begins)
 {
     showSoftKeys();
     showSound();
-    if (isVisible())
+    if (isVisible() && !begins)
         return;
-    setWindowModality(QApplication::activeModalWidget() ? Qt::ApplicationModal : Qt::NonModal);
-    show();
-    raise();
-    activateWindow();
+    screenBringUp(this);
     setFocus(Qt::OtherFocusReason);
 }
 

@@ -32,7 +32,7 @@ private slots:
 private:
     enum { END_MS = 1500, TICK_MS = 200 };
 
-    void open();
+    void open(bool begins);
     void close();
     bool mayShowDisplay() const;
     void showDisplay();
@@ -48,6 +48,7 @@ private:
     std::unique_ptr<Ui_frmCall> m_ui;
     qSoftKeyBar* m_pSoftKeys = nullptr;
     tagCall m_call;      // the one that is shown
+    int m_nLastId = 0;   // of the calls that have begun
     QString m_strDigits; // sent in this call
     QTimer m_tick;
     QTimer m_end;

@@ -4,6 +4,7 @@
 #include "host/desktop/idleShow.h"
 #include "host/desktop/quickKeys.h"
 #include "host/look/look.h"
+#include "host/screen/windowStack.h"
 #include "support/host/api.h"
 #include "support/host/desktop.h"
 #include "support/host/image.h"
@@ -120,13 +121,13 @@ frmDesktop::~frmDesktop()
 
 void frmDesktop::FinishLoading()
 {
-    show();
+    // What was opened during the boot stays on top.
+    windowStack::instance().showUnder(this);
     if (m_pLoading) {
         m_pLoading->hide();
         m_pLoading->deleteLater();
         m_pLoading = nullptr;
     }
-    activateWindow();
 }
 
 void frmDesktop::SetWallPaper(const char* path)

@@ -3,6 +3,7 @@
 #include "host/screen/screenState.h"
 #include "support/host/screen.h"
 #include <QApplication>
+#include <QDialog>
 #include <QEvent>
 #include <QPainter>
 
@@ -35,6 +36,44 @@ bool coversScreen(const QWidget* window)
 {
     return window->geometry().contains(QRect(0, 0, look::kScreenWidth, look::kScreenHeight)) &&
            !window->testAttribute(Qt::WA_TranslucentBackground) && window->mask().isEmpty();
+}
+
+// Takes touches and keys of its own, and so cannot live under a box that keeps them.
+bool takesInput(const QWidget* window)
+{
+    switch (window->windowType()) {
+    case Qt::Popup:
+    case Qt::ToolTip:
+    case Qt::SplashScreen:
+        return false;
+    default:
+        return !window->isModal() &&
+               !(window->windowFlags() & (Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput));
+    }
+}
+
+bool belongsTo(const QWidget* window, const QWidget* owner)
+{
+    for (; window; window = window->parentWidget()) {
+        if (window == owner)
+            return true;
+    }
+    return false;
+}
+
+// The off-screen window system keeps none, and says so each time.
+bool hasOrder()
+{
+    return QGuiApplication::platformName() != QLatin1String("offscreen");
+}
+
+void cancel(QWidget* box)
+{
+    if (QDialog* dialog = qobject_cast<QDialog*>(box))
+        dialog->reject();
+    // One that does not let itself be cancelled must not keep the phone.
+    if (box->isVisible())
+        box->hide();
 }
 
 } // namespace
@@ -70,22 +109,25 @@ bool windowStack::eventFilter(QObject* watched, QEvent* event)
     if (watched->isWindowType()) {
         if (isTouch(type) && !m_bTouch)
             return true;
-        if (isTouch(type) || type == QEvent::KeyPress)
+        if (isTouch(type) || type == QEvent::KeyPress) {
+            m_pWanted = nullptr; // whatever goes now, a person has closed
             screenState::instance().touch();
+        }
         return false;
     }
     switch (type) {
     case QEvent::Show:
-        if (QWidget* window = asWindow(watched)) {
-            putOnTop(window);
-            // Without a window manager nobody else gives a new window the keys.
-            QMetaObject::invokeMethod(this, &windowStack::activateTop, Qt::QueuedConnection);
-        }
+        if (QWidget* window = asWindow(watched))
+            onShow(window);
         break;
     case QEvent::ZOrderChange:
-    case QEvent::WindowActivate:
-        if (QWidget* window = asWindow(watched))
+        if (QWidget* window = asWindow(watched); window && window != m_pUnder)
             putOnTop(window);
+        break;
+    case QEvent::WindowActivate:
+        // The keys belong to the window that is seen.
+        if (QWidget* window = asWindow(watched); window && windows().value(0) != window)
+            activateTopLater();
         break;
     case QEvent::Hide:
         if (QWidget* window = asWindow(watched))
@@ -95,6 +137,85 @@ bool windowStack::eventFilter(QObject* watched, QEvent* event)
         break;
     }
     return false;
+}
+
+void windowStack::onShow(QWidget* window)
+{
+    if (window == m_pUnder) {
+        m_stack.removeAll(window);
+        m_stack.append(window);
+        emit changed();
+    } else {
+        cancelBoxesFor(window);
+        raise(window);
+    }
+    // Without a window manager nobody else gives a new window the keys.
+    activateTopLater();
+}
+
+void windowStack::bringUp(QWidget* window)
+{
+    if (!window->isVisible()) {
+        window->setVisible(true);
+        return;
+    }
+    cancelBoxesFor(window);
+    raise(window);
+    activateTopLater();
+}
+
+void windowStack::showUnder(QWidget* window)
+{
+    m_pUnder = window;
+    window->show();
+    if (hasOrder())
+        window->lower();
+    m_pUnder = nullptr;
+}
+
+// The window system would show a window again where it was before.
+void windowStack::raise(QWidget* window)
+{
+    putOnTop(window);
+    if (hasOrder())
+        window->raise();
+}
+
+// Open lists go as well: they hold all touches until they are closed.
+void windowStack::cancelBoxesFor(QWidget* window)
+{
+    if (!takesInput(window) && !window->isModal())
+        return;
+    while (QWidget* list = QApplication::activePopupWidget()) {
+        if (belongsTo(window, list) || !list->close())
+            break;
+    }
+    if (window->isModal())
+        return; // a box lies upon a box
+    bool cancelled = m_pWanted;
+    for (QWidget* box = QApplication::activeModalWidget(); box && !belongsTo(window, box);
+         box = QApplication::activeModalWidget()) {
+        cancelled = true;
+        cancel(box);
+    }
+    if (cancelled)
+        m_pWanted = window;
+}
+
+// Their callers are done by the time the event loop gets here.
+void windowStack::boxesEnded()
+{
+    if (m_pWanted)
+        QMetaObject::invokeMethod(this, &windowStack::showWantedAgain, Qt::QueuedConnection);
+}
+
+// A page that closes when its box has been answered, and was opened while the box was up.
+void windowStack::showWantedAgain()
+{
+    QWidget* window = m_pWanted;
+    m_pWanted = nullptr;
+    if (window && !window->isVisible())
+        window->setVisible(true);
 }
 
 void windowStack::putOnTop(QWidget* window)
@@ -113,6 +234,11 @@ void windowStack::takeAway(QWidget* window)
 {
     m_stack.removeAll(window);
     emit changed();
+    activateTopLater();
+}
+
+void windowStack::activateTopLater()
+{
     QMetaObject::invokeMethod(this, &windowStack::activateTop, Qt::QueuedConnection);
 }
 
@@ -151,6 +277,11 @@ QImage screenGrab()
 QList<QWidget*> QWSServer::clientWindows()
 {
     return windowStack::instance().windows();
+}
+
+void screenBringUp(QWidget* window)
+{
+    windowStack::instance().bringUp(window);
 }
 
 void QWSServer::closeMouse()

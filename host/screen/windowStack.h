@@ -15,6 +15,12 @@ public:
     static windowStack& instance();
 
     QList<QWidget*> windows() const; // visible ones, topmost first
+    // See screenBringUp().
+    void bringUp(QWidget* window);
+    // Shows a window under all others, which stay as they are.
+    void showUnder(QWidget* window);
+    // A box has ended together with all it lay upon: its callers are done once the event loop is reached.
+    void boxesEnded();
     // Touches of the window system are dropped while it is off.
     void setTouch(bool on) { m_bTouch = on; }
     bool isTouchOn() const { return m_bTouch; }
@@ -25,11 +31,18 @@ signals:
 
 private:
     windowStack();
+    void onShow(QWidget* window);
+    void cancelBoxesFor(QWidget* window);
+    void raise(QWidget* window);
     void putOnTop(QWidget* window);
     void takeAway(QWidget* window);
+    void activateTopLater();
     void activateTop();
+    void showWantedAgain();
     bool m_bTouch = true;
     QList<QPointer<QWidget>> m_stack; // topmost first
+    QWidget* m_pUnder = nullptr;      // being shown under the others
+    QPointer<QWidget> m_pWanted;      // brought up over boxes whose callers are not done yet
 };
 
 // The screen as a person sees it: 800 by 480, all windows composed.

@@ -7,6 +7,7 @@
 #include "support/host/box.h"
 #include "support/host/image.h"
 #include "support/host/language.h"
+#include "support/host/trace.h"
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -26,6 +27,7 @@ constexpr int kTextLowest = 48;
 constexpr int kTextHighest = 312;
 constexpr int kLinesAtMost = 40;
 constexpr int kSmallestText = 8;
+constexpr int kBoxesAtMost = 8; // upon each other: each keeps what has called it waiting
 constexpr int kIconLeft = 19;
 constexpr int kIconSize = 32;
 constexpr int kButtonWidth = 110;
@@ -139,10 +141,18 @@ void dlgMessageBox::showEvent(QShowEvent* event)
     m_buttons.first()->setFocus(Qt::OtherFocusReason);
 }
 
+// The key under which every page has "Back" cancels too.
 void dlgMessageBox::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape)
+    switch (event->key()) {
+    case Qt::Key_Escape:
+    case Qt::Key_Back:
+    case Qt::Key_F4:
         reject();
+        break;
+    default:
+        break;
+    }
 }
 
 bool dlgMessageBox::eventFilter(QObject* watched, QEvent* event)
@@ -179,10 +189,18 @@ int xMessageBox(const char* title, const char* text, int type, QWidget* parent, 
     const QString caption = QString::fromUtf8(title);
     const QString words = QString::fromUtf8(text);
     hostLog("box", caption + QLatin1Char('|') + words);
+    static int open = 0;
+    if (open >= kBoxesAtMost) {
+        nuxTrace(TRACE_NOTE, "Too many boxes wait for an answer: \"%s\" is not shown", text ? text : "");
+        return 0;
+    }
+    ++open;
     const QPointer<dlgMessageBox> box = new dlgMessageBox(caption, words, type, parent);
     if (timeoutMs >= 0)
         QTimer::singleShot(timeoutMs, Qt::PreciseTimer, box.data(), &QDialog::reject);
     const int answer = box->exec();
     delete box.data();
+    if (--open == 0)
+        windowStack::instance().boxesEnded();
     return answer == QDialog::Accepted ? 1 : 0;
 }

@@ -18,6 +18,12 @@ public:
     static void setCursorVisible(bool visible);
 };
 
+// Brings a window up over all others, whether it is hidden or only covered, and gives it the keys. All that
+// comes onto the screen by itself comes by this: boxes that wait for an answer and open lists would keep
+// touches and keys from it, and are answered as cancelled. A window that is covered is raised and shown no
+// second time.
+HX_HOST_API void screenBringUp(QWidget* window);
+
 // Clients that suspend the screen saver, by number: 5 a full-screen player, 7 a meeting layout.
 enum SCREEN_SAVERS { SCREEN_SAVERS_PLAYER = 5, SCREEN_SAVERS_MEETING = 7 };
 HX_HOST_API void RegisterScreenSavers(SCREEN_SAVERS client, int flags);

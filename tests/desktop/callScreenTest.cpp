@@ -1,8 +1,11 @@
 #include "host/desktop/frmCall.h"
 #include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
+#include "support/host/box.h"
 #include "support/host/phone.h"
 #include "tests/desktop/desktopTest.h"
 #include <QApplication>
+#include <QTimer>
 
 namespace {
 
@@ -97,6 +100,46 @@ TEST_F(CallScreen, ABusyNumberSaysWhyAndGoes)
     kit::stepTime(kAnswered);
     kit::stepTime(3000);
     EXPECT_EQ(screen(), nullptr);
+}
+
+TEST_F(CallScreen, ComesUpOverABoxWhichIsCancelled)
+{
+    QTimer::singleShot(0, &below, [] { phoneSimulation::instance()->ring("4711", 0, "Anna"); });
+    EXPECT_EQ(xMessageBox("Note", "Reboot device?", BOX_QUESTION, &below, -1), 0);
+    kit::settle();
+    ASSERT_NE(screen(), nullptr);
+    EXPECT_EQ(labelText(screen(), "labState"), "Incoming call");
+    EXPECT_EQ(labelText(screen(), "labName"), "Anna");
+    EXPECT_TRUE(screen()->isActiveWindow());
+    kit::key(Qt::Key_Escape);
+    EXPECT_TRUE(phoneService::instance().calls().isEmpty());
+    kit::stepTime(2000);
+    EXPECT_TRUE(below.isActiveWindow());
+}
+
+TEST_F(CallScreen, ABoxOverItDoesNotKeepItFromTheNextCall)
+{
+    dial("4711");
+    QTimer::singleShot(0, &below, [] { phoneSimulation::instance()->ring("4712", 1, ""); });
+    EXPECT_EQ(xMessageBox("Note", "Reboot device?", BOX_QUESTION, &below, -1), 0);
+    kit::settle();
+    ASSERT_NE(screen(), nullptr);
+    EXPECT_NE((labelText(screen(), "labName") + labelText(screen(), "labNumber")).find("4712"),
+              std::string::npos);
+}
+
+TEST_F(CallScreen, UnderAPageItComesUpWithTheNextCallAndNotBefore)
+{
+    dial("4711");
+    QWidget page;
+    page.setGeometry(0, 0, 800, 480);
+    page.show();
+    kit::settle();
+    kit::stepTime(kAnswered);
+    EXPECT_EQ(screen(), nullptr);
+    EXPECT_TRUE(page.isActiveWindow());
+    dial("4712");
+    EXPECT_NE(screen(), nullptr);
 }
 
 TEST_F(CallScreen, NothingIsCutInAnyLanguage)

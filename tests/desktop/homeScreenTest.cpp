@@ -8,8 +8,10 @@
 #include "support/host/desktop.h"
 #include "support/host/module.h"
 #include "support/host/registry.h"
+#include "support/host/screen.h"
 #include "tests/desktop/desktopTest.h"
 #include <QApplication>
+#include <QDialog>
 
 namespace {
 
@@ -203,4 +205,23 @@ TEST_F(HomeScreen, TheLoadingScreenShowsEachStep)
     loading.setText("Loading Setting Module");
     EXPECT_NE(loading.grab().toImage(), second) << "the bar moves on with each step";
     kit::shot("loading");
+}
+
+TEST_F(HomeScreen, LeavesWhatWasOpenedDuringTheBootOnTop)
+{
+    home->hide();
+    home->m_pLoading = new frmLoading;
+    home->m_pLoading->show();
+    QDialog page(nullptr, Qt::FramelessWindowHint);
+    page.setGeometry(0, 0, 800, 480);
+    page.show();
+    kit::settle();
+    home->FinishLoading();
+    kit::settle();
+    EXPECT_EQ(kit::windows().value(0), &page);
+    EXPECT_EQ(QWSServer::clientWindows(), (QList<QWidget*>{&page, home}));
+    EXPECT_TRUE(page.isActiveWindow());
+    page.hide();
+    kit::settle();
+    EXPECT_TRUE(home->isActiveWindow());
 }

@@ -71,6 +71,7 @@ QStringList entryPoints()
         "settingOpenPage(" + text + " const&, tagLeftBarInfo, QWidget*)",
         "settingOpenPage(int, " + text + ", " + text + ", QWidget*)",
         "settingOpenXml(" + text + " const&)",
+        "settingPromptUserLevel(QString const&, QWidget*)",
     };
     for (const QString& page : pageClasses())
         names.append(QString("%1* PopupDialog<%1>(tagLeftBarInfo*, int, int, int)").arg(page));
