@@ -1,7 +1,7 @@
 // A reset to the factory's settings, on the running phone: it starts anew and works.
 #include "places.h"
-#include "tests/e2e/controlLink.h"
 #include "tests/e2e/livePhone.h"
+#include "tests/kit/plain/controlLink.h"
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -95,7 +95,8 @@ TEST_F(Factory, LeavesThePlayersReachableAndTheRootTaken)
     EXPECT_TRUE(second.readAllStandardError().contains("another phone already runs"));
 }
 
-// Its settings are asked for before it starts: what was written between the reset and its end is none of them.
+// Its settings are asked for before it starts: what was written between the reset and its end is none of
+// them.
 TEST_F(Factory, WhatThePhoneWritesUntilItEndsDoesNotStay)
 {
     reset();

@@ -3,17 +3,15 @@
 //   HX_MONKEY_SECONDS  how long (60)
 //   HX_MONKEY_SEED     of the run to repeat
 #include "places.h"
-#include "tests/e2e/controlLink.h"
 #include "tests/e2e/livePhone.h"
+#include "tests/kit/plain/controlLink.h"
+#include "tests/kit/plain/processes.h"
 #include "tests/monkey/monkeyHand.h"
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <algorithm>
 #include <cstdio>
-#include <vector>
 
 namespace {
 
@@ -130,14 +128,7 @@ protected:
     tagSize size()
     {
         m_link.ask({"wait", "idle", "2000"});
-        QFile status(QString("/proc/%1/status").arg(pid()));
-        double megabytes = 0;
-        if (status.open(QIODevice::ReadOnly)) {
-            for (const QByteArray& line : status.readAll().split('\n')) {
-                if (line.startsWith("VmRSS:"))
-                    megabytes = line.mid(6).simplified().split(' ').first().toDouble() / 1024;
-            }
-        }
+        const double megabytes = double(kit::statusKiB(pid(), "VmRSS")) / 1024;
         const QDir files(QString("/proc/%1/fd").arg(pid()));
         return {megabytes, screen()["widgets"].toInt(),
                 int(files.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size())};

@@ -1,4 +1,4 @@
-#include "tests/e2e/controlLink.h"
+#include "tests/kit/plain/controlLink.h"
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
