@@ -5,6 +5,7 @@
 #include "support/host/registry.h"
 #include "support/host/screen.h"
 #include "support/host/trace.h"
+#include <QPointer>
 #include <new>
 
 namespace {
@@ -28,9 +29,15 @@ void refreshGeneratedMenu(const chString& file)
         GetDoorPhoneIconViewManager()->RefreshIconView();
 }
 
+// Of a name that was none: it takes the place of the next new one, or each such name would cost a form.
+QPointer<dlgIconviewForm> s_pSpare;
+
 dlgIconviewForm* makeForm()
 {
-    dlgIconviewForm* form = new (std::nothrow) dlgIconviewForm(nullptr);
+    dlgIconviewForm* form = s_pSpare ? s_pSpare.data() : new (std::nothrow) dlgIconviewForm(nullptr);
+    s_pSpare = nullptr;
+    if (form)
+        g_pDlgIconviewForm = form;
     nuxTrace(TRACE_DETAIL, "new dlgIconviewForm(%p)", static_cast<void*>(form));
     return form;
 }
@@ -87,12 +94,18 @@ void RefreshXMLIconView(const chString& file)
 int PopupIconViewEx(const chString& name)
 {
     dlgIconviewForm* form = namedFind(GetListFrame(), name);
+    const bool isNew = !form;
     if (form)
         traceFound(form);
     else
         form = makeForm();
-    if (!form || !form->LoadFileEx(name))
+    if (!form)
         return 0;
+    if (!form->LoadFileEx(name)) {
+        if (isNew)
+            s_pSpare = form;
+        return 0;
+    }
     // A name that is opened again gets one more entry; the first one stays the one that is found.
     GetListFrame().append(tagNamed<dlgIconviewForm>{name, form});
     screenBringUp(form);

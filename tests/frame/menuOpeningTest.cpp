@@ -69,6 +69,22 @@ TEST_F(Menus, AListedMenuIsShownAgainWithoutLoadingItsFile)
     EXPECT_TRUE(traced("get dlgIconviewForm(" + pointerText(first) + ")"));
 }
 
+TEST_F(Menus, NamesThatAreNoneCostOneFormTogether)
+{
+    settingOpenFrame("Nowhere");
+    const qsizetype widgets = QApplication::allWidgets().size();
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EQ(settingOpenFrame(fmtString("Nowhere%d", i)), 0);
+    EXPECT_EQ(QApplication::allWidgets().size(), widgets);
+    const qIconView* last = getIconView();
+    settingOpenXml("media.xml");
+    EXPECT_EQ(form("media.xml")->GetIconView(), last);
+    EXPECT_EQ(getIconView(), last) << "the form that was made last";
+    settingOpenXml("setting.xml");
+    EXPECT_NE(form("setting.xml"), form("media.xml"));
+    EXPECT_EQ(getIconView(), form("setting.xml")->GetIconView());
+}
+
 TEST_F(Menus, AListedGeneratedMenuIsRefreshedByItsManager)
 {
     for (const char* file : {"ipcameradata.xml", "doorphonedata.xml"}) {

@@ -26,11 +26,11 @@ constexpr int kActionsToHome = 150; // between two ways home
 constexpr int kMostBacks = 60;      // a window each
 constexpr int kRemembered = 60;     // actions in the report
 constexpr double kAnswerMs = kIsSanitized ? 1000 : 200;
-constexpr double kSlowShare = 0.01;  // of actions: what the machine does besides
-constexpr double kBusyShare = 0.001; // of actions: its own time tells the phone apart from the machine
-constexpr double kGrowthMegabytes = 6;
-constexpr int kGrowthWidgets = 60;
-constexpr int kGrowthFiles = 3;
+constexpr double kSlowShare = 0.01;     // of actions: what the machine does besides
+constexpr double kBusyShare = 0.001;    // of actions: its own time tells the phone apart from the machine
+constexpr double kGrowthMegabytes = 40; // pages that only chance finds, fonts and pictures up to their bounds
+constexpr int kGrowthWidgets = 120;
+constexpr int kGrowthFiles = 6;
 
 struct tagSize
 {
@@ -106,6 +106,26 @@ protected:
                 ASSERT_TRUE(goHome()) << qPrintable(name) << report();
             }
         }
+        for (const QString& name : names)
+            ASSERT_NO_FATAL_FAILURE(visitButtons(name));
+    }
+
+    // What a page opens by itself: further pages, and lists.
+    void visitButtons(const QString& name)
+    {
+        act({{"open", name}});
+        const QJsonArray windows = m_link.ask({"tree"}).toObject()["windows"].toArray();
+        for (const QJsonValue& value : windows.first().toObject()["widgets"].toArray()) {
+            const QJsonObject widget = value.toObject();
+            const QString type = widget["class"].toString();
+            if (!widget["visible"].toBool() || !(type.endsWith("PushButton") || type == "QComboBox"))
+                continue;
+            act({{"open", name}});
+            act({{"touch", QString::number(widget["x"].toInt() + widget["w"].toInt() / 2),
+                  QString::number(widget["y"].toInt() + widget["h"].toInt() / 2)}});
+            ASSERT_TRUE(goHome()) << qPrintable(name) << report();
+        }
+        ASSERT_TRUE(goHome()) << qPrintable(name) << report();
     }
 
     // After a reset to the factory's settings the phone has started anew.
