@@ -1,22 +1,26 @@
 #include "frame/dateTimeFormat.h"
 #include "frame/configFiles.h"
+#include "support/host/language.h"
 #include "support/host/net.h"
 #include "support/host/registry.h"
+#include "support/host/text.h"
 #include "support/text/nuxError.h"
 #include <cstring>
 
 namespace {
 
-const char* const kMonths[12] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+const char* const kMonths[12] = {HX_TR("Jan"), HX_TR("Feb"), HX_TR("Mar"), HX_TR("Apr"),
+                                 HX_TR("May"), HX_TR("Jun"), HX_TR("Jul"), HX_TR("Aug"),
+                                 HX_TR("Sep"), HX_TR("Oct"), HX_TR("Nov"), HX_TR("Dec")};
 // Read with tm_wday as it stands, so Sunday reads "Mon".
-const char* const kWeekDays[7] = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};
+const char* const kWeekDays[7] = {HX_TR("Mon"), HX_TR("Tue"), HX_TR("Wed"), HX_TR("Thu"),
+                                  HX_TR("Fri"), HX_TR("Sat"), HX_TR("Sun")};
 const char kSeparators[] = " -/";
 const char kDefaultFormat[] = "DD/MM/YYYY";
 
 const char* nameOf(const char* const* names, int count, int index)
 {
-    return index >= 0 && index < count ? names[index] : "";
+    return index >= 0 && index < count ? Translate(names[index]) : "";
 }
 
 chString userDateFormat()
@@ -76,9 +80,9 @@ chString ParseTimeFormat(int mode, const tm* t)
         return fmtString("%02d:%02d", t->tm_hour, t->tm_min);
     if (mode != 1)
         return chString();
-    if (t->tm_hour < 13)
-        return fmtString("%02d:%02d AM", t->tm_hour, t->tm_min);
-    return fmtString("%02d:%02d PM", t->tm_hour - 12, t->tm_min);
+    const bool isAm = t->tm_hour < 13;
+    const chString time = fmtString("%02d:%02d", isAm ? t->tm_hour : t->tm_hour - 12, t->tm_min);
+    return fromQString(qTranslate(isAm ? HX_TR("%1 AM") : HX_TR("%1 PM")).arg(toQString(time)));
 }
 
 chString GetDateTime()

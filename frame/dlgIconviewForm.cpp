@@ -10,11 +10,10 @@
 #include "support/host/trace.h"
 #include "support/host/ui.h"
 #include "ui_dlgIconviewForm.h"
+#include <QLabel>
 #include <QTimer>
 
 namespace {
-
-constexpr int CLOCK_MARGIN = 12; // between the clock and the edge of the screen
 
 enum { CLOCK_MS = 3000, MENU_COLUMNS = 4, MENU_ROWS = 2, KEY_NEXT_PAGE = 0, KEY_BACK = 3 };
 const char kApplicationMenu[] = "/phone/resource/ui-config/application.xml";
@@ -54,6 +53,10 @@ dlgIconviewForm::dlgIconviewForm(QWidget* parent)
     m_pTimerDate = new QTimer(this);
     connect(m_pTimerDate, SIGNAL(timeout()), this, SLOT(on_update_dateTime()));
     m_pTimerDate->start(CLOCK_MS);
+    qFollowLanguage(this, [this] {
+        showTexts();
+        on_update_dateTime();
+    });
 }
 
 dlgIconviewForm::~dlgIconviewForm()
@@ -80,14 +83,12 @@ void dlgIconviewForm::replacePlaceholders()
 
 void dlgIconviewForm::makeClock()
 {
-    m_pLabDateTime = new QLabel(this);
-    SetLabel(m_pLabDateTime);
+    m_pLabDateTime = qCreateLineLabel(this);
     QPalette colours = m_pLabDateTime->palette();
     colours.setColor(QPalette::WindowText, Qt::white);
     m_pLabDateTime->setPalette(colours);
     m_pLabDateTime->setGeometry(QRect(QPoint(600, 0), QPoint(799, 39)));
     m_pLabDateTime->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_pLabDateTime->setContentsMargins(0, 0, CLOCK_MARGIN, 0);
 }
 
 void dlgIconviewForm::makeHomeButton()
@@ -125,7 +126,6 @@ void dlgIconviewForm::menuLoaded()
     showTexts();
 }
 
-// In the present language; at each show, since a form lives longer than the choice of a language.
 void dlgIconviewForm::showTexts()
 {
     m_pLeftBar->setTitle(qTranslate(m_pIconView->m_strTitleName.toUtf8().constData()));
@@ -143,7 +143,6 @@ void dlgIconviewForm::showEvent(QShowEvent* event)
     m_pIconView->SetCurrentPage(0);
     if (m_pIconView->m_strTitleName == QLatin1String("Application"))
         LoadFile(kApplicationMenu);
-    showTexts();
     QDialog::showEvent(event);
 }
 

@@ -56,7 +56,7 @@ bool MyWidget::eventFilter(QObject* watched, QEvent* event)
 // OK in a field presses no button of the page: a dialog would take the nearest one for its default.
 void MyWidget::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+    if (!qIsOkKey(event->key()))
         QDialog::keyPressEvent(event);
 }
 
@@ -125,6 +125,7 @@ bool MyWidget::filterKeyPress(QWidget* receiver, QKeyEvent* event)
         return false;
     switch (event->key()) {
     case Qt::Key_Return:
+    case Qt::Key_Enter:
         pressOk(receiver);
         return false;
     case Qt::Key_Left:

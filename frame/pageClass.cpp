@@ -20,6 +20,11 @@ PageClass* PageClass::Find(const char* name)
     return nullptr;
 }
 
+PageClass* PageClass::First()
+{
+    return s_pFirst;
+}
+
 QDialog* PageClass::OpenWithInfo(const tagLeftBarInfo& info)
 {
     m_info = info;

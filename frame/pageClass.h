@@ -16,6 +16,10 @@ public:
 
     // Null when no room brought a class of that name.
     static PageClass* Find(const char* name);
+    // All classes, in no order.
+    static PageClass* First();
+    PageClass* Next() const { return m_pNext; }
+    const char* Name() const { return m_szName; }
 
     // PopupDialog of the class.
     QDialog* Open(int bCache, int bShow) const { return m_popup(nullptr, bCache, bShow, 0); }

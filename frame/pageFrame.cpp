@@ -64,8 +64,8 @@ void PageFrame::Build(QDialog* page, LeftBarOperation* leftBar, QFrame* backgrou
         if (keys & kSharedKeys[i].nKey)
             SetSoftKey(i, kSharedKeys[i].szName, kSharedKeys[i].szName, kSharedKeys[i].szSlot);
     }
-    m_strLanguage = GetLanguageHelper()->GetLanguage();
     showTexts();
+    qFollowLanguage(page, [this] { followLanguage(); });
 }
 
 void PageFrame::SetSoftKey(int index, const char* name, const char* label, const char* slot)
@@ -90,8 +90,6 @@ void PageFrame::SetLeftBar(const char* icon, const char* title)
 
 void PageFrame::showLeftBar()
 {
-    if (m_pLeftBar->m_pLeftBarInfo)
-        m_strLeftTitle = ""; // a record has taken its place, and stays on show when it is taken away
     if (m_strLeftTitle.IsEmpty())
         return;
     m_pLeftBar->m_pLeftBar->setIcon(toQString(m_strLeftIcon));
@@ -104,13 +102,19 @@ void PageFrame::SetTitle(const char* title)
     m_pTopBar->setTitle(qTranslate(title));
 }
 
+// A record stays on show when it is taken away, and may be gone while the page is on view.
 void PageFrame::Translate()
 {
+    if (const tagLeftBarInfo* info = m_pLeftBar->m_pLeftBarInfo) {
+        m_strLeftIcon = fromQString(info->strIcon);
+        m_strLeftTitle = fromQString(info->strTitle);
+    }
     showLeftBar();
-    const chString language = GetLanguageHelper()->GetLanguage();
-    if (language == m_strLanguage)
-        return;
-    m_strLanguage = language;
+}
+
+void PageFrame::followLanguage()
+{
+    showLeftBar();
     for (int i = 0; i < SOFT_KEY_COUNT; ++i) {
         if (!m_astrLabels[i].IsEmpty())
             m_pSoftKeyBar->SetButtonTitle(i, SoftKeyLabel(i));

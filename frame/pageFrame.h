@@ -32,7 +32,7 @@ public:
     void SetLeftBar(const char* icon, const char* title);
     // The page's title from now on; English key.
     void SetTitle(const char* title);
-    // At each show: puts all texts into the present language, if it changed.
+    // At each show: the left bar shows the record that the page was given. Texts follow the language.
     void Translate();
     bool HasKey(int key) const { return (m_nKeys & key) != 0; }
     // What the key was given to show, in the present language.
@@ -42,14 +42,14 @@ public:
     qSoftKeyBar* m_pSoftKeyBar = nullptr;
 
 private:
+    void followLanguage();
     void showTexts();
     void showLeftBar();
     QDialog* m_pPage = nullptr;
     LeftBarOperation* m_pLeftBar = nullptr;
-    chString m_strLeftIcon;
+    chString m_strLeftIcon; // of the page's own, or a copy of the record that took its place
     chString m_strLeftTitle;
     chString m_strTitle;
     chString m_astrLabels[SOFT_KEY_COUNT];
-    chString m_strLanguage;
     int m_nKeys = 0;
 };

@@ -37,6 +37,7 @@ dlgBrowser::dlgBrowser(QWidget* parent)
     m_ui->txtPage->setContextMenuPolicy(Qt::NoContextMenu);
     m_ui->txtPage->installEventFilter(this);
     connect(m_ui->txtPage, &QTextBrowser::anchorClicked, this, &dlgBrowser::go);
+    qFollowLanguage(this, [this] { showNotice(m_szNotice); });
 }
 
 dlgBrowser::~dlgBrowser() = default;
@@ -106,8 +107,6 @@ void dlgBrowser::showNotice(const char* notice)
 bool dlgBrowser::event(QEvent* event)
 {
     if (event->type() == QEvent::Show) {
-        m_page.showTexts();
-        showNotice(m_szNotice);
         m_ui->txtPage->setFocus(Qt::OtherFocusReason);
     } else if (event->type() == QEvent::Hide) {
         m_fetch.stop();

@@ -31,6 +31,7 @@ dlgCallHistroy::dlgCallHistroy(QWidget* parent, tagLeftBarInfo* info)
         m_p->ui.tabList, m_p->ui.labNotice,
         {{HX_TR("Name"), 270}, {HX_TR("Number"), 170}, {HX_TR("Time"), 190}, {HX_TR("Duration"), 110}});
     connect(m_p->list, &hostList::opened, this, &dlgCallHistroy::on_click_Call);
+    qFollowLanguage(this, [this] { m_p->load(); });
 }
 
 dlgCallHistroy::~dlgCallHistroy()
@@ -49,13 +50,11 @@ void dlgCallHistroy::Private::load()
                      callRecordPicture(call)});
     }
     list->setRows(rows, HX_TR("There are no calls yet."));
-    list->showTexts();
 }
 
 void dlgCallHistroy::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
-    m_p->page.showTexts();
     m_p->load();
     m_p->list->goToFirst();
     m_p->list->setFocus();

@@ -37,6 +37,7 @@ struct dlgContactEditor::Private
 
     void fillPictures(const QString& chosen);
     void showContact();
+    void showChoices();
     tagContact edited() const;
     void showPicture(qLeftBar* bar) const;
 };
@@ -68,6 +69,7 @@ dlgContactEditor::dlgContactEditor(QWidget* parent, tagLeftBarInfo* info)
     });
     connect(m_p->ui.cmbPicture, &QComboBox::currentIndexChanged, this,
             [this] { m_p->showPicture(m_pLeftBar); });
+    qFollowLanguage(this, [this] { m_p->showChoices(); });
 }
 
 dlgContactEditor::~dlgContactEditor()
@@ -106,6 +108,15 @@ void dlgContactEditor::Private::showContact()
     ui.btnRemove->setVisible(contact.nIndex >= 0);
 }
 
+// The items again, with the present choices.
+void dlgContactEditor::Private::showChoices()
+{
+    const int line = ui.cmbLine->currentIndex();
+    fillLines(ui.cmbLine);
+    ui.cmbLine->setCurrentIndex(line);
+    fillPictures(toQString(qGetExternValue(ui.cmbPicture, ui.cmbPicture->currentIndex())));
+}
+
 tagContact dlgContactEditor::Private::edited() const
 {
     tagContact result = contact;
@@ -133,8 +144,8 @@ void dlgContactEditor::EditContact(int index)
 
 void dlgContactEditor::reloadContactImage()
 {
-    const QComboBox* box = m_p->ui.cmbPicture;
-    m_p->fillPictures(toQString(qGetExternValue(m_p->ui.cmbPicture, box->currentIndex())));
+    QComboBox* box = m_p->ui.cmbPicture;
+    m_p->fillPictures(toQString(qGetExternValue(box, box->currentIndex())));
 }
 
 void dlgContactEditor::showEvent(QShowEvent* event)

@@ -6,6 +6,7 @@
 #include "support/host/ime.h"
 #include "support/host/phone.h"
 #include "support/host/text.h"
+#include "support/host/ui.h"
 #include "ui_dlgLDAP.h"
 #include <QKeyEvent>
 
@@ -13,11 +14,6 @@ namespace {
 
 constexpr int kKeySearch = 0;
 constexpr int kKeyIme = 1;
-
-bool isOk(const QKeyEvent* key)
-{
-    return key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter || key->key() == Qt::Key_Select;
-}
 
 } // namespace
 
@@ -103,7 +99,7 @@ bool dlgLDAP::eventFilter(QObject* watched, QEvent* event)
     if (event->type() != QEvent::KeyPress)
         return QDialog::eventFilter(watched, event);
     const QKeyEvent* key = static_cast<QKeyEvent*>(event);
-    if (watched == m_p->ui.editSearch && isOk(key)) {
+    if (watched == m_p->ui.editSearch && qIsOkKey(key->key())) {
         on_click_Search();
         return true;
     }
@@ -113,8 +109,6 @@ bool dlgLDAP::eventFilter(QObject* watched, QEvent* event)
 bool dlgLDAP::event(QEvent* event)
 {
     if (event->type() == QEvent::Show) {
-        m_p->page.showTexts();
-        m_p->list->showTexts();
         m_p->ui.editSearch->setFocus(Qt::OtherFocusReason);
         m_p->page.softKeys()->SetButtonTitle(kKeyIme, qGetCurrentIME(m_p->ui.editSearch));
     } else if (event->type() == QEvent::Hide) {

@@ -34,6 +34,7 @@ dlgPhoneBook::dlgPhoneBook(QWidget* parent, tagLeftBarInfo* info)
     m_p->list = new hostList(m_p->ui.tabList, m_p->ui.labNotice,
                              {{HX_TR("Name"), 330}, {HX_TR("Number"), 270}, {HX_TR("Line"), 140}});
     connect(m_p->list, &hostList::opened, this, &dlgPhoneBook::on_click_Call);
+    qFollowLanguage(this, [this] { m_p->load(); });
 }
 
 dlgPhoneBook::~dlgPhoneBook()
@@ -48,7 +49,6 @@ void dlgPhoneBook::Private::load()
     for (const tagContact& contact : contacts)
         rows.append({{contact.strName, contact.strNumber, lineName(contact.nLine)}, QString()});
     list->setRows(rows, HX_TR("The phone book is empty."));
-    list->showTexts();
 }
 
 void dlgPhoneBook::Private::edit(int contact)
@@ -63,7 +63,6 @@ void dlgPhoneBook::Private::edit(int contact)
 void dlgPhoneBook::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
-    m_p->page.showTexts();
     m_p->load();
     m_p->list->goToFirst();
     m_p->list->setFocus();

@@ -72,8 +72,6 @@ void dlgRemotePhoneBook::ShowUp(const chString& url, const chString& title)
 bool dlgRemotePhoneBook::event(QEvent* event)
 {
     if (event->type() == QEvent::Show) {
-        m_p->page.showTexts();
-        m_p->list->showTexts();
         m_p->list->setFocus();
     } else if (event->type() == QEvent::Hide) {
         m_p->fetch.stop();

@@ -84,6 +84,12 @@ frmCall::frmCall()
     connect(&m_tick, &QTimer::timeout, this, &frmCall::tick);
     connect(&m_end, &QTimer::timeout, this, &frmCall::close);
     connect(&displayClient::instance(), &displayClient::enabledChanged, this, &frmCall::showDisplay);
+    qFollowLanguage(this, [this] {
+        m_ui->labLine->setText(lineName(m_call.nAccount));
+        showState();
+        showSound();
+        showSoftKeys();
+    });
 }
 
 frmCall::~frmCall() = default;

@@ -13,6 +13,7 @@
 #include "support/host/phone.h"
 #include "support/host/registry.h"
 #include "support/host/text.h"
+#include "support/host/ui.h"
 #include <QKeyEvent>
 #include <QPainter>
 #include <QTimer>
@@ -73,6 +74,11 @@ struct frmDesktop::Private
     QPixmap wallpaper;
 
     homeButton* at(int row, int column) const { return row == 0 ? tiles[column] : keys[column]; }
+    void showCaptions()
+    {
+        for (int column = 0; column < kColumns; ++column)
+            tiles[column]->setContent(kTiles[column].picture, qTranslate(kTiles[column].caption));
+    }
 };
 
 frmDesktop* frmDesktop::GetInstance()
@@ -94,7 +100,7 @@ frmDesktop::frmDesktop() : QWidget(nullptr, Qt::FramelessWindowHint), m_p(new Pr
         const HomeTile& tile = kTiles[column];
         homeButton* button = new homeButton(homeButton::Tile, this);
         button->setObjectName(tile.name);
-        button->setGeometry(18 + kColumnWidth * column, 220, 124, 130);
+        button->setGeometry(18 + kColumnWidth * column, 220, 124, 138);
         connect(button, &QAbstractButton::clicked, this, [page = tile.page] { openTile(page); });
         m_p->tiles[column] = button;
         homeButton* key = new homeButton(homeButton::QuickKey, this);
@@ -108,6 +114,8 @@ frmDesktop::frmDesktop() : QWidget(nullptr, Qt::FramelessWindowHint), m_p(new Pr
     connect(m_p->show, &idleShow::changed, this, qOverload<>(&QWidget::update));
     m_p->tiles[2]->setFocus();
     ReloadQuickKeys();
+    m_p->showCaptions();
+    qFollowLanguage(this, [this] { m_p->showCaptions(); });
     connect(&m_p->refresh, &QTimer::timeout, this, [this] {
         m_p->clock->refresh();
         m_p->status->refresh();
@@ -158,16 +166,12 @@ bool frmDesktop::event(QEvent* event)
 {
     switch (event->type()) {
     case QEvent::Show:
-        for (int column = 0; column < kColumns; ++column)
-            m_p->tiles[column]->setContent(kTiles[column].picture, qTranslate(kTiles[column].caption));
         if (m_p->wallpaper.isNull())
             SetWallPaper(nullptr);
         m_p->refresh.start(kRefreshMs);
         break;
     case QEvent::WindowActivate:
-        // What changed while a page was on top, the language included.
-        for (int column = 0; column < kColumns; ++column)
-            m_p->tiles[column]->setContent(kTiles[column].picture, qTranslate(kTiles[column].caption));
+        // What changed while a page was on top.
         m_p->clock->refresh();
         m_p->status->refresh();
         update();
@@ -229,7 +233,6 @@ bool frmDesktop::editNumber(QKeyEvent* event)
 {
     static const QString digits("0123456789*#");
     const QString number = m_p->clock->number();
-    const bool isOk = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->text().size() == 1 && digits.contains(event->text())) {
         m_p->clock->setNumber((number + event->text()).left(kLongestNumber));
         return true;
@@ -240,7 +243,7 @@ bool frmDesktop::editNumber(QKeyEvent* event)
         m_p->clock->setNumber(number.chopped(1));
     } else if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back) {
         m_p->clock->setNumber(QString());
-    } else if (isOk) {
+    } else if (qIsOkKey(event->key())) {
         m_p->clock->setNumber(QString());
         phone_CallNumber(fromQString(number), -1, 0);
     } else {

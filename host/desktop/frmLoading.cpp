@@ -44,8 +44,7 @@ void frmLoading::paintEvent(QPaintEvent*)
     painter.drawPixmap((width() - tile.width()) / 2, kTileTop, tile);
 
     painter.setPen(QColor(look::kTextOnBar));
-    painter.setFont(look::font(32, true));
-    painter.drawText(kNameRect, Qt::AlignCenter, qTranslate("Video Phone"));
+    look::paintFitted(painter, kNameRect, Qt::AlignCenter, qTranslate("Video Phone"), look::font(32, true));
 
     look::paintBox(painter, kTrack, 3, 0x33ffffff);
     QRect done = kTrack;

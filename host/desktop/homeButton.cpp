@@ -2,6 +2,7 @@
 #include "host/look/look.h"
 #include "support/host/api.h"
 #include "support/host/image.h"
+#include "support/host/ui.h"
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -11,6 +12,7 @@ namespace {
 constexpr int kTileSize = 78;
 constexpr int kTileTop = 12;
 constexpr int kGlyphSize = 40;
+constexpr int kCaptionLines = 2;
 constexpr int kPortraitCorner = 10;
 constexpr int kKeyCorner = 14;
 constexpr QRgb kKeyFill = 0x26ffffff;
@@ -57,8 +59,8 @@ void homeButton::paintTile(QPainter& painter)
     look::paintShadow(painter, tile, 6, 0.25);
     painter.drawPixmap(tile.topLeft(), scaled(m_strPicture, kTileSize));
     painter.setPen(QColor(look::kTextOnBar));
-    const QRect caption(2, tile.bottom() + 8, width() - 4, height() - tile.bottom() - 10);
-    look::paintFitted(painter, caption, Qt::AlignCenter, text(), look::font(look::kSmallSize));
+    const QRect caption(0, tile.bottom() + 4, width(), height() - tile.bottom() - 4);
+    look::paintFitted(painter, caption, Qt::AlignCenter, text(), look::font(look::kSmallSize), kCaptionLines);
 }
 
 void homeButton::paintQuickKey(QPainter& painter)
@@ -84,7 +86,7 @@ void homeButton::paintQuickKey(QPainter& painter)
 
 void homeButton::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Select) {
+    if (qIsOkKey(event->key())) {
         if (!event->isAutoRepeat())
             click();
         return;

@@ -12,6 +12,7 @@ namespace {
 constexpr int kSecondsPerMinute = 60;
 constexpr int kTimeSize = 80;
 constexpr int kHalfSize = 28;
+constexpr int kHalfGap = 12; // between the time and its half of the day
 constexpr int kNumberSize = 56;
 constexpr int kDateSize = 20;
 
@@ -62,19 +63,26 @@ void homeClock::setNumber(const QString& number)
 
 void homeClock::paintTime(QPainter& painter, const chTime& now) const
 {
-    const QRect row(0, 0, width(), 96);
+    QRect row(0, 0, width(), 96);
     painter.setFont(look::font(kTimeSize));
-    QRect taken;
     if (!m_bTwelveHours) {
-        painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, toQString(now.Format("%H:%M")), &taken);
+        painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, toQString(now.Format("%H:%M")));
         return;
     }
     const int hour = now.GetHour() % 12 ? now.GetHour() % 12 : 12;
     const QString text = QString("%1:%2").arg(hour).arg(now.GetMinute(), 2, 10, QChar('0'));
+    // The language says whether the half of the day comes before or after the time.
+    const QString whole = qTranslate(now.GetHour() < 12 ? HX_TR("%1 AM") : HX_TR("%1 PM"));
+    const QString half = QString(whole).remove(QStringLiteral("%1")).trimmed();
+    const bool isBefore = whole.endsWith(QStringLiteral("%1"));
+    const int halfWidth = QFontMetrics(look::font(kHalfSize)).horizontalAdvance(half);
+    if (isBefore)
+        row.setLeft(halfWidth + kHalfGap);
+    QRect taken;
     painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, text, &taken);
-    const QRect half(taken.right() + 12, taken.top(), width() - taken.right() - 12, taken.height() - 16);
-    look::paintFitted(painter, half, Qt::AlignLeft | Qt::AlignBottom, now.GetHour() < 12 ? "AM" : "PM",
-                      look::font(kHalfSize));
+    const QRect place(isBefore ? 0 : taken.right() + kHalfGap, taken.top(), halfWidth + 1,
+                      taken.height() - 16);
+    look::paintFitted(painter, place, Qt::AlignLeft | Qt::AlignBottom, half, look::font(kHalfSize));
 }
 
 void homeClock::paintEvent(QPaintEvent*)

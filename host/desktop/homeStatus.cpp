@@ -45,6 +45,7 @@ homeStatus::homeStatus(QWidget* parent) : QWidget(parent)
     m_state = currentState();
     phone_RegAccountNotify(this, -1);
     connect(&screenState::instance(), &screenState::lampChanged, this, &homeStatus::refresh);
+    qFollowLanguage(this, [this] { refresh(); });
 }
 
 homeStatus::~homeStatus()

@@ -34,8 +34,10 @@ hostList::hostList(QTableWidget* table, QLabel* notice, const QList<tagListColum
     table->installEventFilter(this);
     m_pViewport->installEventFilter(this);
     showTexts();
+    qFollowLanguage(table, [this] { showTexts(); });
 }
 
+// Headings and notice.
 void hostList::showTexts()
 {
     QStringList headings;
@@ -107,18 +109,17 @@ void hostList::followFinger(const QEvent* event)
 
 bool hostList::pressKey(int key)
 {
+    if (qIsOkKey(key)) {
+        if (currentRow() >= 0)
+            emit opened(currentRow());
+        return true;
+    }
     switch (key) {
     case Qt::Key_Up:
         step(-1);
         return true;
     case Qt::Key_Down:
         step(1);
-        return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Select:
-        if (currentRow() >= 0)
-            emit opened(currentRow());
         return true;
     default:
         return false;

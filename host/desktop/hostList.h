@@ -32,8 +32,6 @@ public:
     void setRows(const QList<tagListRow>& rows, const char* notice);
     void goToFirst();
     int currentRow() const; // -1 without rows
-    // Headings and notice in the present language.
-    void showTexts();
     void setFocus();
 
 signals:
@@ -43,6 +41,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void showTexts();
     void followFinger(const QEvent* event);
     bool pressKey(int key);
     void step(int rows);

@@ -55,6 +55,7 @@ void hostPage::build(QDialog* page, QFrame* background, const char* title)
             m_formTexts.append({widget, formText(widget)});
     }
     showTexts();
+    qFollowLanguage(page, [this] { showTexts(); });
 }
 
 void hostPage::addLeftBar(LeftBarOperation* bar, const char* icon, const char* title)
@@ -100,6 +101,11 @@ void hostPage::showTexts()
 bool hostPage::pressFormKey(QWidget* receiver, const QKeyEvent* key)
 {
     QComboBox* box = qobject_cast<QComboBox*>(receiver);
+    if (qIsOkKey(key->key())) {
+        if (box)
+            box->showPopup();
+        return box != nullptr;
+    }
     switch (key->key()) {
     case Qt::Key_Up:
     case Qt::Key_Down:
@@ -109,12 +115,6 @@ bool hostPage::pressFormKey(QWidget* receiver, const QKeyEvent* key)
     case Qt::Key_Right:
         if (box)
             stepChoice(box, key->key() == Qt::Key_Right ? 1 : -1);
-        return box != nullptr;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Select:
-        if (box)
-            box->showPopup();
         return box != nullptr;
     default:
         return false;

@@ -22,7 +22,8 @@ public:
     void setSoftKey(int index, const char* name, const char* label, const char* slot);
     // A title that is nobody's key: the name of a server's phone book.
     void setOwnTitle(const QString& title);
-    // At each show: all texts in the present language.
+    // All texts in the present language, which they follow by themselves; and the record of a menu in the
+    // left bar.
     void showTexts();
 
     qSoftKeyBar* softKeys() const { return m_pSoftKeys; }

@@ -123,3 +123,8 @@ bool isChildOf(QObject* child, QObject* parent)
     }
     return false;
 }
+
+bool qIsOkKey(int key)
+{
+    return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Select;
+}

@@ -10,7 +10,7 @@ constexpr int kMargin = 8; // above the first row and below the last one
 constexpr int kTile = 84;
 constexpr int kTileTop = 30;     // in its cell
 constexpr int kCaptionTop = 128; // in its cell
-constexpr int kCaptionMargin = 12;
+constexpr int kCaptionMargin = 5;
 constexpr int kCaptionPixels = 17;
 constexpr int kSmallestCaption = 13;
 constexpr int kCaptionHeight = 54;
@@ -75,7 +75,7 @@ void IconGrid::PaintIcon(QPainter& painter, int place, const QString& picture, c
     if (state != Normal) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(state == Pressed ? kPressed : kSelected);
-        painter.drawRoundedRect(Cell(place).adjusted(8, 6, -8, -6), 12, 12);
+        painter.drawRoundedRect(Cell(place).adjusted(3, 6, -3, -6), 12, 12);
     }
     PaintTile(painter, TileRect(place), picture, state);
     PaintCaption(painter, place, caption);

@@ -2,6 +2,8 @@
 #include "host/widgets/IconGrid.h"
 #include "host/widgets/replacePlaceholder.h"
 #include "support/host/iconview.h"
+#include "support/host/language.h"
+#include "support/host/ui.h"
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -25,11 +27,6 @@ bool usesKeys(const QWidget* widget)
            qobject_cast<const QAbstractItemView*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
            qobject_cast<const QAbstractSlider*>(widget) || qobject_cast<const QTextEdit*>(widget) ||
            qobject_cast<const QPlainTextEdit*>(widget);
-}
-
-bool isOK(int key)
-{
-    return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Select;
 }
 
 // The icon that an arrow leads to: rows and columns go on over the edge of a page, and from the last
@@ -161,7 +158,7 @@ bool qIconView::Private::OnKey(const QKeyEvent* key)
     const int row = qMax(q->currentRow(), 0);
     if (isArrow(key->key()))
         Select(neighbour(row, key->key(), q->count(), grid.Columns()));
-    else if (!isOK(key->key()))
+    else if (!qIsOkKey(key->key()))
         return false;
     else if (!key->isAutoRepeat())
         Open(row);
@@ -185,6 +182,7 @@ qIconView::qIconView(QWidget* parent) : QListWidget(parent), m_p(new Private(thi
     setUniformItemSizes(true);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     viewport()->setAutoFillBackground(false);
+    qFollowLanguage(this, [this] { m_p->Retranslate(); });
 }
 
 qIconView::~qIconView()
@@ -333,10 +331,6 @@ bool qIconView::event(QEvent* event)
         break;
     case QEvent::Show:
         m_p->ListenToKeys(isActiveWindow());
-        m_p->Retranslate();
-        break;
-    case QEvent::LanguageChange:
-        m_p->Retranslate();
         break;
     default:
         break;

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Call Feature</source>
-        <translation>Anruffunktionen</translation>
+        <translation>Anrufoptionen</translation>
     </message>
     <message>
         <source>Application</source>
@@ -37,11 +37,11 @@
     </message>
     <message>
         <source>Date &amp; Time</source>
-        <translation>Datum &amp; Zeit</translation>
+        <translation>Datum und Uhrzeit</translation>
     </message>
     <message>
         <source>Auto Provision</source>
-        <translation>Provisioning</translation>
+        <translation>Autokonfiguration</translation>
     </message>
     <message>
         <source>LCD Adjusting</source>
@@ -53,11 +53,11 @@
     </message>
     <message>
         <source>Personalize</source>
-        <translation>Anpassen</translation>
+        <translation>Personalisieren</translation>
     </message>
     <message>
         <source>Screen Saver</source>
-        <translation>Bildschirmruhe</translation>
+        <translation>Bildschirmschoner</translation>
     </message>
     <message>
         <source>Sound Set</source>
@@ -93,7 +93,7 @@
     </message>
     <message>
         <source>Key As Send</source>
-        <translation>Wähltaste</translation>
+        <translation>Sendetaste</translation>
     </message>
     <message>
         <source>Call Waiting</source>
@@ -117,7 +117,7 @@
     </message>
     <message>
         <source>Message</source>
-        <translation>Nachrichten</translation>
+        <translation>Sprachnachrichten</translation>
     </message>
     <message>
         <source>Weather</source>
@@ -149,7 +149,7 @@
     </message>
     <message>
         <source>Photo Play</source>
-        <translation>Diaschau</translation>
+        <translation>Diashow</translation>
     </message>
     <message>
         <source>Video Play</source>
@@ -165,7 +165,7 @@
     </message>
     <message>
         <source>Sound Manager</source>
-        <translation>Töne verwalten</translation>
+        <translation>Klingeltöne</translation>
     </message>
     <message>
         <source>Wallpaper Manager</source>
@@ -185,7 +185,7 @@
     </message>
     <message>
         <source>Date and Time</source>
-        <translation>Datum und Zeit</translation>
+        <translation>Datum und Uhrzeit</translation>
     </message>
     <message>
         <source>Save</source>
@@ -241,7 +241,7 @@
     </message>
     <message>
         <source>Loading...</source>
-        <translation>Wird geladen...</translation>
+        <translation>Wird geladen …</translation>
     </message>
     <message>
         <source>Loading Local Phonebook Module</source>
@@ -261,7 +261,7 @@
     </message>
     <message>
         <source>Loading Call Feature Module</source>
-        <translation>Anruffunktionen werden geladen</translation>
+        <translation>Anrufoptionen werden geladen</translation>
     </message>
     <message>
         <source>Loading Application Module</source>
@@ -417,7 +417,7 @@
     </message>
     <message>
         <source>Enable OutBound</source>
-        <translation>Outbound aktiv</translation>
+        <translation>Outbound-Proxy</translation>
     </message>
     <message>
         <source>Display name is invalid!</source>
@@ -449,11 +449,11 @@
     </message>
     <message>
         <source>OutBound server is invalid!</source>
-        <translation>Der Outbound-Server ist ungültig!</translation>
+        <translation>Der Outbound-Proxy ist ungültig!</translation>
     </message>
     <message>
         <source>OutBound server port is invalid!</source>
-        <translation>Der Port des Outbound-Servers ist ungültig!</translation>
+        <translation>Der Port des Outbound-Proxys ist ungültig!</translation>
     </message>
     <message>
         <source>Version</source>
@@ -497,7 +497,7 @@
     </message>
     <message>
         <source>Conflict</source>
-        <translation>Konflikt</translation>
+        <translation>IP-Konflikt</translation>
     </message>
     <message>
         <source>Disabled</source>
@@ -533,7 +533,7 @@
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beendet</translation>
+        <translation>Beenden</translation>
     </message>
     <message>
         <source>Unknown</source>
@@ -541,7 +541,7 @@
     </message>
     <message>
         <source>NULL</source>
-        <translation>Keine</translation>
+        <translation>Keiner</translation>
     </message>
     <message>
         <source>Item</source>
@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>Local Phonebook</source>
-        <translation>Lokales Buch</translation>
+        <translation>Lokales Telefonbuch</translation>
     </message>
     <message>
         <source>Sunday</source>
@@ -721,7 +721,7 @@
     </message>
     <message>
         <source>Press OK to dial</source>
-        <translation>OK drücken zum Wählen</translation>
+        <translation>Zum Wählen OK drücken</translation>
     </message>
     <message>
         <source>Video Phone</source>
@@ -749,7 +749,7 @@
     </message>
     <message>
         <source>None</source>
-        <translation>Keines</translation>
+        <translation>Ohne</translation>
     </message>
     <message>
         <source>Contact</source>
@@ -797,7 +797,7 @@
     </message>
     <message>
         <source>The name is empty!</source>
-        <translation>Der Name ist leer!</translation>
+        <translation>Der Name fehlt!</translation>
     </message>
     <message>
         <source>The phone book is empty.</source>
@@ -809,11 +809,11 @@
     </message>
     <message>
         <source>Remote Phonebook</source>
-        <translation>Server-Telefonbuch</translation>
+        <translation>Netzwerk-Telefonbuch</translation>
     </message>
     <message>
         <source>There are no calls yet.</source>
-        <translation>Noch keine Anrufe.</translation>
+        <translation>Es gibt noch keine Anrufe.</translation>
     </message>
     <message>
         <source>Delete all calls?</source>
@@ -829,7 +829,7 @@
     </message>
     <message>
         <source>LDAP server is not reachable</source>
-        <translation>LDAP-Server ist nicht erreichbar</translation>
+        <translation>Der LDAP-Server ist nicht erreichbar</translation>
     </message>
     <message>
         <source>Browser</source>
@@ -841,7 +841,7 @@
     </message>
     <message>
         <source>Previous</source>
-        <translation>Vorherige</translation>
+        <translation>Vorige Seite</translation>
     </message>
     <message>
         <source>The page cannot be loaded.</source>
@@ -857,7 +857,7 @@
     </message>
     <message>
         <source>Calling...</source>
-        <translation>Verbindung wird aufgebaut ...</translation>
+        <translation>Verbindung wird aufgebaut …</translation>
     </message>
     <message>
         <source>Incoming call</source>
@@ -909,11 +909,96 @@
     </message>
     <message>
         <source>Image is oversized!</source>
-        <translation>Bild ist zu groß!</translation>
+        <translation>Das Bild ist zu groß!</translation>
     </message>
     <message>
         <source>Image is error!</source>
-        <translation>Bild ist fehlerhaft!</translation>
+        <translation>Das Bild ist beschädigt!</translation>
+    </message>
+    <message>
+        <source>Jan</source>
+        <translation>Jan</translation>
+    </message>
+    <message>
+        <source>Feb</source>
+        <translation>Feb</translation>
+    </message>
+    <message>
+        <source>Mar</source>
+        <translation>Mär</translation>
+    </message>
+    <message>
+        <source>Apr</source>
+        <translation>Apr</translation>
+    </message>
+    <message>
+        <source>Jun</source>
+        <translation>Jun</translation>
+    </message>
+    <message>
+        <source>Jul</source>
+        <translation>Jul</translation>
+    </message>
+    <message>
+        <source>Aug</source>
+        <translation>Aug</translation>
+    </message>
+    <message>
+        <source>Sep</source>
+        <translation>Sep</translation>
+    </message>
+    <message>
+        <source>Oct</source>
+        <translation>Okt</translation>
+    </message>
+    <message>
+        <source>Nov</source>
+        <translation>Nov</translation>
+    </message>
+    <message>
+        <source>Dec</source>
+        <translation>Dez</translation>
+    </message>
+    <message>
+        <source>Mon</source>
+        <translation>Mo</translation>
+    </message>
+    <message>
+        <source>Tue</source>
+        <translation>Di</translation>
+    </message>
+    <message>
+        <source>Wed</source>
+        <translation>Mi</translation>
+    </message>
+    <message>
+        <source>Thu</source>
+        <translation>Do</translation>
+    </message>
+    <message>
+        <source>Fri</source>
+        <translation>Fr</translation>
+    </message>
+    <message>
+        <source>Sat</source>
+        <translation>Sa</translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation>So</translation>
+    </message>
+    <message>
+        <source>%1 AM</source>
+        <translation>%1 AM</translation>
+    </message>
+    <message>
+        <source>%1 PM</source>
+        <translation>%1 PM</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <comment>state of a line</comment>
+        <translation>Beendet</translation>
     </message>
     <message>
         <source>The settings cannot be saved!</source>

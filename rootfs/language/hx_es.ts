@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Call Feature</source>
-        <translation>Llamadas</translation>
+        <translation>Opciones de llamada</translation>
     </message>
     <message>
         <source>Application</source>
@@ -41,7 +41,7 @@
     </message>
     <message>
         <source>Auto Provision</source>
-        <translation>Autoconfig.</translation>
+        <translation>Autoconfiguración</translation>
     </message>
     <message>
         <source>LCD Adjusting</source>
@@ -81,7 +81,7 @@
     </message>
     <message>
         <source>Auto Answer</source>
-        <translation>Respuesta auto</translation>
+        <translation>Respuesta automática</translation>
     </message>
     <message>
         <source>Voice Mail</source>
@@ -97,7 +97,7 @@
     </message>
     <message>
         <source>Call Waiting</source>
-        <translation>En espera</translation>
+        <translation>Llamada en espera</translation>
     </message>
     <message>
         <source>Hotline</source>
@@ -105,7 +105,7 @@
     </message>
     <message>
         <source>Anonymous Call</source>
-        <translation>Llam. anónima</translation>
+        <translation>Llamada anónima</translation>
     </message>
     <message>
         <source>Video Set</source>
@@ -117,7 +117,7 @@
     </message>
     <message>
         <source>Message</source>
-        <translation>Mensajes</translation>
+        <translation>Mensajes de voz</translation>
     </message>
     <message>
         <source>Weather</source>
@@ -133,7 +133,7 @@
     </message>
     <message>
         <source>Directory</source>
-        <translation>Directorio</translation>
+        <translation>Agenda</translation>
     </message>
     <message>
         <source>Call Histroy</source>
@@ -141,7 +141,7 @@
     </message>
     <message>
         <source>Door Phone</source>
-        <translation>Portero</translation>
+        <translation>Videoportero</translation>
     </message>
     <message>
         <source>IP Camera</source>
@@ -161,7 +161,7 @@
     </message>
     <message>
         <source>Video Manager</source>
-        <translation>Gestor vídeos</translation>
+        <translation>Gestor de vídeos</translation>
     </message>
     <message>
         <source>Sound Manager</source>
@@ -173,7 +173,7 @@
     </message>
     <message>
         <source>Contact Picture Manage</source>
-        <translation>Fotos contactos</translation>
+        <translation>Fotos de contactos</translation>
     </message>
     <message>
         <source>Ringtone Manager</source>
@@ -241,7 +241,7 @@
     </message>
     <message>
         <source>Loading...</source>
-        <translation>Cargando...</translation>
+        <translation>Cargando…</translation>
     </message>
     <message>
         <source>Loading Local Phonebook Module</source>
@@ -261,7 +261,7 @@
     </message>
     <message>
         <source>Loading Call Feature Module</source>
-        <translation>Cargando las funciones de llamada</translation>
+        <translation>Cargando las opciones de llamada</translation>
     </message>
     <message>
         <source>Loading Application Module</source>
@@ -301,7 +301,7 @@
     </message>
     <message>
         <source>This feature is under construction.</source>
-        <translation>Esta función está en construcción.</translation>
+        <translation>Esta función aún no está disponible.</translation>
     </message>
     <message>
         <source>Unknow dialog type</source>
@@ -393,7 +393,7 @@
     </message>
     <message>
         <source>Enable Line</source>
-        <translation>Activar línea</translation>
+        <translation>Activar la línea</translation>
     </message>
     <message>
         <source>Display Name</source>
@@ -417,7 +417,7 @@
     </message>
     <message>
         <source>Enable OutBound</source>
-        <translation>Activar proxy</translation>
+        <translation>Proxy de salida</translation>
     </message>
     <message>
         <source>Display name is invalid!</source>
@@ -497,11 +497,11 @@
     </message>
     <message>
         <source>Conflict</source>
-        <translation>Conflicto</translation>
+        <translation>Conflicto de IP</translation>
     </message>
     <message>
         <source>Disabled</source>
-        <translation>Desactivada</translation>
+        <translation>Desactivado</translation>
     </message>
     <message>
         <source>Registering</source>
@@ -533,7 +533,7 @@
     </message>
     <message>
         <source>Exit</source>
-        <translation>Finalizada</translation>
+        <translation>Salir</translation>
     </message>
     <message>
         <source>Unknown</source>
@@ -549,7 +549,7 @@
     </message>
     <message>
         <source>Old Password</source>
-        <translation>Contraseña anterior</translation>
+        <translation>Contraseña actual</translation>
     </message>
     <message>
         <source>New Password</source>
@@ -565,7 +565,7 @@
     </message>
     <message>
         <source>Old password is wrong!</source>
-        <translation>¡La contraseña anterior no es correcta!</translation>
+        <translation>¡La contraseña actual no es correcta!</translation>
     </message>
     <message>
         <source>New passwords do not match.</source>
@@ -577,7 +577,7 @@
     </message>
     <message>
         <source>Password is wrong!</source>
-        <translation>¡Contraseña incorrecta!</translation>
+        <translation>¡La contraseña no es correcta!</translation>
     </message>
     <message>
         <source>The phone number is empty!</source>
@@ -625,7 +625,7 @@
     </message>
     <message>
         <source>Door Phone 1</source>
-        <translation>Portero 1</translation>
+        <translation>Videoportero 1</translation>
     </message>
     <message>
         <source>IP Camera 1</source>
@@ -769,7 +769,7 @@
     </message>
     <message>
         <source>Clear</source>
-        <translation>Borrar todo</translation>
+        <translation>Eliminar todo</translation>
     </message>
     <message>
         <source>Duration</source>
@@ -797,7 +797,7 @@
     </message>
     <message>
         <source>The name is empty!</source>
-        <translation>¡El nombre está vacío!</translation>
+        <translation>¡Falta el nombre!</translation>
     </message>
     <message>
         <source>The phone book is empty.</source>
@@ -857,7 +857,7 @@
     </message>
     <message>
         <source>Calling...</source>
-        <translation>Llamando...</translation>
+        <translation>Llamando…</translation>
     </message>
     <message>
         <source>Incoming call</source>
@@ -865,7 +865,7 @@
     </message>
     <message>
         <source>In call</source>
-        <translation>En llamada</translation>
+        <translation>En conversación</translation>
     </message>
     <message>
         <source>Call ended</source>
@@ -913,7 +913,92 @@
     </message>
     <message>
         <source>Image is error!</source>
-        <translation>¡La imagen es errónea!</translation>
+        <translation>¡La imagen está dañada!</translation>
+    </message>
+    <message>
+        <source>Jan</source>
+        <translation>ene</translation>
+    </message>
+    <message>
+        <source>Feb</source>
+        <translation>feb</translation>
+    </message>
+    <message>
+        <source>Mar</source>
+        <translation>mar</translation>
+    </message>
+    <message>
+        <source>Apr</source>
+        <translation>abr</translation>
+    </message>
+    <message>
+        <source>Jun</source>
+        <translation>jun</translation>
+    </message>
+    <message>
+        <source>Jul</source>
+        <translation>jul</translation>
+    </message>
+    <message>
+        <source>Aug</source>
+        <translation>ago</translation>
+    </message>
+    <message>
+        <source>Sep</source>
+        <translation>sep</translation>
+    </message>
+    <message>
+        <source>Oct</source>
+        <translation>oct</translation>
+    </message>
+    <message>
+        <source>Nov</source>
+        <translation>nov</translation>
+    </message>
+    <message>
+        <source>Dec</source>
+        <translation>dic</translation>
+    </message>
+    <message>
+        <source>Mon</source>
+        <translation>lun</translation>
+    </message>
+    <message>
+        <source>Tue</source>
+        <translation>mar</translation>
+    </message>
+    <message>
+        <source>Wed</source>
+        <translation>mié</translation>
+    </message>
+    <message>
+        <source>Thu</source>
+        <translation>jue</translation>
+    </message>
+    <message>
+        <source>Fri</source>
+        <translation>vie</translation>
+    </message>
+    <message>
+        <source>Sat</source>
+        <translation>sáb</translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation>dom</translation>
+    </message>
+    <message>
+        <source>%1 AM</source>
+        <translation>%1 a. m.</translation>
+    </message>
+    <message>
+        <source>%1 PM</source>
+        <translation>%1 p. m.</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <comment>state of a line</comment>
+        <translation>Finalizada</translation>
     </message>
     <message>
         <source>The settings cannot be saved!</source>

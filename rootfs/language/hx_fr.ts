@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Call Feature</source>
-        <translation>Appels</translation>
+        <translation>Options d’appel</translation>
     </message>
     <message>
         <source>Application</source>
@@ -41,7 +41,7 @@
     </message>
     <message>
         <source>Auto Provision</source>
-        <translation>Config. auto</translation>
+        <translation>Configuration auto</translation>
     </message>
     <message>
         <source>LCD Adjusting</source>
@@ -81,11 +81,11 @@
     </message>
     <message>
         <source>Auto Answer</source>
-        <translation>Réponse auto</translation>
+        <translation>Réponse automatique</translation>
     </message>
     <message>
         <source>Voice Mail</source>
-        <translation>Messagerie</translation>
+        <translation>Messagerie vocale</translation>
     </message>
     <message>
         <source>DSS Key</source>
@@ -93,7 +93,7 @@
     </message>
     <message>
         <source>Key As Send</source>
-        <translation>Touche d&apos;envoi</translation>
+        <translation>Touche d’envoi</translation>
     </message>
     <message>
         <source>Call Waiting</source>
@@ -117,7 +117,7 @@
     </message>
     <message>
         <source>Message</source>
-        <translation>Messages</translation>
+        <translation>Messages vocaux</translation>
     </message>
     <message>
         <source>Weather</source>
@@ -157,23 +157,23 @@
     </message>
     <message>
         <source>Photo Manager</source>
-        <translation>Gérer photos</translation>
+        <translation>Gérer les photos</translation>
     </message>
     <message>
         <source>Video Manager</source>
-        <translation>Gérer vidéos</translation>
+        <translation>Gérer les vidéos</translation>
     </message>
     <message>
         <source>Sound Manager</source>
-        <translation>Gérer sons</translation>
+        <translation>Gérer les sons</translation>
     </message>
     <message>
         <source>Wallpaper Manager</source>
-        <translation>Fonds d&apos;écran</translation>
+        <translation>Fonds d’écran</translation>
     </message>
     <message>
         <source>Contact Picture Manage</source>
-        <translation>Photos contacts</translation>
+        <translation>Photos de contacts</translation>
     </message>
     <message>
         <source>Ringtone Manager</source>
@@ -241,19 +241,19 @@
     </message>
     <message>
         <source>Loading...</source>
-        <translation>Chargement...</translation>
+        <translation>Chargement…</translation>
     </message>
     <message>
         <source>Loading Local Phonebook Module</source>
-        <translation>Chargement de l&apos;annuaire local</translation>
+        <translation>Chargement de l’annuaire local</translation>
     </message>
     <message>
         <source>Loading Remote Phonebook Module</source>
-        <translation>Chargement de l&apos;annuaire distant</translation>
+        <translation>Chargement de l’annuaire distant</translation>
     </message>
     <message>
         <source>Loading CallHistroy Module</source>
-        <translation>Chargement du journal d&apos;appels</translation>
+        <translation>Chargement du journal d’appels</translation>
     </message>
     <message>
         <source>Loading Setting Module</source>
@@ -261,7 +261,7 @@
     </message>
     <message>
         <source>Loading Call Feature Module</source>
-        <translation>Chargement des fonctions d&apos;appel</translation>
+        <translation>Chargement des options d’appel</translation>
     </message>
     <message>
         <source>Loading Application Module</source>
@@ -277,11 +277,11 @@
     </message>
     <message>
         <source>auto upgrading!</source>
-        <translation>Mise à jour en cours !</translation>
+        <translation>Mise à jour en cours !</translation>
     </message>
     <message>
         <source>Reset to factory?</source>
-        <translation>Rétablir les réglages d&apos;usine ?</translation>
+        <translation>Rétablir les réglages d’usine ?</translation>
     </message>
     <message>
         <source>The phone could not be reset!</source>
@@ -293,15 +293,15 @@
     </message>
     <message>
         <source>Reboot device?</source>
-        <translation>Redémarrer le téléphone ?</translation>
+        <translation>Redémarrer le téléphone ?</translation>
     </message>
     <message>
         <source>Touch screen calibration will begin.</source>
-        <translation>Le calibrage de l&apos;écran tactile va commencer.</translation>
+        <translation>Le calibrage de l’écran tactile va commencer.</translation>
     </message>
     <message>
         <source>This feature is under construction.</source>
-        <translation>Cette fonction est en cours de réalisation.</translation>
+        <translation>Cette fonction n’est pas encore disponible.</translation>
     </message>
     <message>
         <source>Unknow dialog type</source>
@@ -325,7 +325,7 @@
     </message>
     <message>
         <source>User Name</source>
-        <translation>Utilisateur</translation>
+        <translation>Nom d’utilisateur</translation>
     </message>
     <message>
         <source>Password</source>
@@ -353,39 +353,39 @@
     </message>
     <message>
         <source>User name is invalid!</source>
-        <translation>Le nom d&apos;utilisateur n&apos;est pas valide !</translation>
+        <translation>Le nom d’utilisateur n’est pas valide !</translation>
     </message>
     <message>
         <source>Password is invalid!</source>
-        <translation>Le mot de passe n&apos;est pas valide !</translation>
+        <translation>Le mot de passe n’est pas valide !</translation>
     </message>
     <message>
         <source>IP address is invalid!</source>
-        <translation>L&apos;adresse IP n&apos;est pas valide !</translation>
+        <translation>L’adresse IP n’est pas valide !</translation>
     </message>
     <message>
         <source>Ip Address is used!</source>
-        <translation>L&apos;adresse IP est déjà utilisée !</translation>
+        <translation>L’adresse IP est déjà utilisée !</translation>
     </message>
     <message>
         <source>Subnet mask is invalid!</source>
-        <translation>Le masque de sous-réseau n&apos;est pas valide !</translation>
+        <translation>Le masque de sous-réseau n’est pas valide !</translation>
     </message>
     <message>
         <source>Gateway is invalid!</source>
-        <translation>La passerelle n&apos;est pas valide !</translation>
+        <translation>La passerelle n’est pas valide !</translation>
     </message>
     <message>
         <source>DNS1 is invalid!</source>
-        <translation>DNS1 n&apos;est pas valide !</translation>
+        <translation>DNS1 n’est pas valide !</translation>
     </message>
     <message>
         <source>DNS2 is invalid!</source>
-        <translation>DNS2 n&apos;est pas valide !</translation>
+        <translation>DNS2 n’est pas valide !</translation>
     </message>
     <message>
         <source>Network configuration has changed, reboot system?</source>
-        <translation>La configuration réseau a changé. Redémarrer ?</translation>
+        <translation>La configuration réseau a changé. Redémarrer ?</translation>
     </message>
     <message>
         <source>Account</source>
@@ -393,7 +393,7 @@
     </message>
     <message>
         <source>Enable Line</source>
-        <translation>Activer ligne</translation>
+        <translation>Activer la ligne</translation>
     </message>
     <message>
         <source>Display Name</source>
@@ -417,43 +417,43 @@
     </message>
     <message>
         <source>Enable OutBound</source>
-        <translation>Activer proxy</translation>
+        <translation>Proxy sortant</translation>
     </message>
     <message>
         <source>Display name is invalid!</source>
-        <translation>Le nom affiché n&apos;est pas valide !</translation>
+        <translation>Le nom affiché n’est pas valide !</translation>
     </message>
     <message>
         <source>Register name is invalid!</source>
-        <translation>L&apos;identifiant n&apos;est pas valide !</translation>
+        <translation>L’identifiant n’est pas valide !</translation>
     </message>
     <message>
         <source>SIP proxy is invalid!</source>
-        <translation>Le serveur SIP n&apos;est pas valide !</translation>
+        <translation>Le serveur SIP n’est pas valide !</translation>
     </message>
     <message>
         <source>SIP proxy server is invalid!</source>
-        <translation>L&apos;adresse du serveur SIP n&apos;est pas valide !</translation>
+        <translation>L’adresse du serveur SIP n’est pas valide !</translation>
     </message>
     <message>
         <source>SIP proxy port is invalid!</source>
-        <translation>Le port du serveur SIP n&apos;est pas valide !</translation>
+        <translation>Le port du serveur SIP n’est pas valide !</translation>
     </message>
     <message>
         <source>STUN server is invalid!</source>
-        <translation>Le serveur STUN n&apos;est pas valide !</translation>
+        <translation>Le serveur STUN n’est pas valide !</translation>
     </message>
     <message>
         <source>STUN server port is invalid!</source>
-        <translation>Le port du serveur STUN n&apos;est pas valide !</translation>
+        <translation>Le port du serveur STUN n’est pas valide !</translation>
     </message>
     <message>
         <source>OutBound server is invalid!</source>
-        <translation>Le proxy sortant n&apos;est pas valide !</translation>
+        <translation>Le proxy sortant n’est pas valide !</translation>
     </message>
     <message>
         <source>OutBound server port is invalid!</source>
-        <translation>Le port du proxy sortant n&apos;est pas valide !</translation>
+        <translation>Le port du proxy sortant n’est pas valide !</translation>
     </message>
     <message>
         <source>Version</source>
@@ -497,7 +497,7 @@
     </message>
     <message>
         <source>Conflict</source>
-        <translation>Conflit</translation>
+        <translation>Conflit d’IP</translation>
     </message>
     <message>
         <source>Disabled</source>
@@ -505,7 +505,7 @@
     </message>
     <message>
         <source>Registering</source>
-        <translation>Enregistrement...</translation>
+        <translation>Enregistrement en cours</translation>
     </message>
     <message>
         <source>Registered</source>
@@ -513,7 +513,7 @@
     </message>
     <message>
         <source>Register failed</source>
-        <translation>Échec d&apos;enregistrement</translation>
+        <translation>Échec d’enregistrement</translation>
     </message>
     <message>
         <source>Unregistered</source>
@@ -529,11 +529,11 @@
     </message>
     <message>
         <source>Unregistering</source>
-        <translation>Désenregistrement...</translation>
+        <translation>Désenregistrement en cours</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Arrêté</translation>
+        <translation>Quitter</translation>
     </message>
     <message>
         <source>Unknown</source>
@@ -549,11 +549,11 @@
     </message>
     <message>
         <source>Old Password</source>
-        <translation>Ancien</translation>
+        <translation>Ancien mot de passe</translation>
     </message>
     <message>
         <source>New Password</source>
-        <translation>Nouveau</translation>
+        <translation>Nouveau mot de passe</translation>
     </message>
     <message>
         <source>Re-enter</source>
@@ -565,7 +565,7 @@
     </message>
     <message>
         <source>Old password is wrong!</source>
-        <translation>L&apos;ancien mot de passe est incorrect !</translation>
+        <translation>L’ancien mot de passe est incorrect !</translation>
     </message>
     <message>
         <source>New passwords do not match.</source>
@@ -573,15 +573,15 @@
     </message>
     <message>
         <source>Please input the password:</source>
-        <translation>Saisissez le mot de passe :</translation>
+        <translation>Saisissez le mot de passe :</translation>
     </message>
     <message>
         <source>Password is wrong!</source>
-        <translation>Mot de passe incorrect !</translation>
+        <translation>Le mot de passe est incorrect !</translation>
     </message>
     <message>
         <source>The phone number is empty!</source>
-        <translation>Le numéro est vide !</translation>
+        <translation>Saisissez un numéro.</translation>
     </message>
     <message>
         <source>Time Zone</source>
@@ -589,7 +589,7 @@
     </message>
     <message>
         <source>Time Format</source>
-        <translation>Format de l&apos;heure</translation>
+        <translation>Format de l’heure</translation>
     </message>
     <message>
         <source>Time Server</source>
@@ -621,7 +621,7 @@
     </message>
     <message>
         <source>Time server is invalid!</source>
-        <translation>Le serveur de temps n&apos;est pas valide !</translation>
+        <translation>Le serveur de temps n’est pas valide !</translation>
     </message>
     <message>
         <source>Door Phone 1</source>
@@ -769,7 +769,7 @@
     </message>
     <message>
         <source>Clear</source>
-        <translation>Effacer tout</translation>
+        <translation>Tout supprimer</translation>
     </message>
     <message>
         <source>Duration</source>
@@ -789,27 +789,27 @@
     </message>
     <message>
         <source>Delete this contact?</source>
-        <translation>Supprimer ce contact ?</translation>
+        <translation>Supprimer ce contact ?</translation>
     </message>
     <message>
         <source>The contact cannot be saved!</source>
-        <translation>Impossible d’enregistrer le contact !</translation>
+        <translation>Impossible d’enregistrer le contact !</translation>
     </message>
     <message>
         <source>The name is empty!</source>
-        <translation>Le nom est vide !</translation>
+        <translation>Saisissez un nom.</translation>
     </message>
     <message>
         <source>The phone book is empty.</source>
-        <translation>Le répertoire est vide.</translation>
+        <translation>L’annuaire est vide.</translation>
     </message>
     <message>
         <source>The phone book cannot be loaded.</source>
-        <translation>Impossible de charger le répertoire.</translation>
+        <translation>Impossible de charger l’annuaire.</translation>
     </message>
     <message>
         <source>Remote Phonebook</source>
-        <translation>Répertoire distant</translation>
+        <translation>Annuaire distant</translation>
     </message>
     <message>
         <source>There are no calls yet.</source>
@@ -817,11 +817,11 @@
     </message>
     <message>
         <source>Delete all calls?</source>
-        <translation>Supprimer tous les appels ?</translation>
+        <translation>Supprimer tous les appels ?</translation>
     </message>
     <message>
         <source>The calls cannot be deleted!</source>
-        <translation>Impossible de supprimer les appels !</translation>
+        <translation>Impossible de supprimer les appels !</translation>
     </message>
     <message>
         <source>Nothing was found.</source>
@@ -829,7 +829,7 @@
     </message>
     <message>
         <source>LDAP server is not reachable</source>
-        <translation>Serveur LDAP injoignable</translation>
+        <translation>Le serveur LDAP est injoignable</translation>
     </message>
     <message>
         <source>Browser</source>
@@ -857,7 +857,7 @@
     </message>
     <message>
         <source>Calling...</source>
-        <translation>Appel en cours...</translation>
+        <translation>Appel…</translation>
     </message>
     <message>
         <source>Incoming call</source>
@@ -881,7 +881,7 @@
     </message>
     <message>
         <source>Mute</source>
-        <translation>Silence</translation>
+        <translation>Couper le son</translation>
     </message>
     <message>
         <source>Unmute</source>
@@ -909,11 +909,96 @@
     </message>
     <message>
         <source>Image is oversized!</source>
-        <translation>Image trop grande !</translation>
+        <translation>Image trop grande !</translation>
     </message>
     <message>
         <source>Image is error!</source>
-        <translation>Image erronée !</translation>
+        <translation>Image endommagée !</translation>
+    </message>
+    <message>
+        <source>Jan</source>
+        <translation>janv.</translation>
+    </message>
+    <message>
+        <source>Feb</source>
+        <translation>févr.</translation>
+    </message>
+    <message>
+        <source>Mar</source>
+        <translation>mars</translation>
+    </message>
+    <message>
+        <source>Apr</source>
+        <translation>avr.</translation>
+    </message>
+    <message>
+        <source>Jun</source>
+        <translation>juin</translation>
+    </message>
+    <message>
+        <source>Jul</source>
+        <translation>juil.</translation>
+    </message>
+    <message>
+        <source>Aug</source>
+        <translation>août</translation>
+    </message>
+    <message>
+        <source>Sep</source>
+        <translation>sept.</translation>
+    </message>
+    <message>
+        <source>Oct</source>
+        <translation>oct.</translation>
+    </message>
+    <message>
+        <source>Nov</source>
+        <translation>nov.</translation>
+    </message>
+    <message>
+        <source>Dec</source>
+        <translation>déc.</translation>
+    </message>
+    <message>
+        <source>Mon</source>
+        <translation>lun.</translation>
+    </message>
+    <message>
+        <source>Tue</source>
+        <translation>mar.</translation>
+    </message>
+    <message>
+        <source>Wed</source>
+        <translation>mer.</translation>
+    </message>
+    <message>
+        <source>Thu</source>
+        <translation>jeu.</translation>
+    </message>
+    <message>
+        <source>Fri</source>
+        <translation>ven.</translation>
+    </message>
+    <message>
+        <source>Sat</source>
+        <translation>sam.</translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation>dim.</translation>
+    </message>
+    <message>
+        <source>%1 AM</source>
+        <translation>%1 AM</translation>
+    </message>
+    <message>
+        <source>%1 PM</source>
+        <translation>%1 PM</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <comment>state of a line</comment>
+        <translation>Arrêté</translation>
     </message>
     <message>
         <source>The settings cannot be saved!</source>

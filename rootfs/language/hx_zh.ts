@@ -69,7 +69,7 @@
     </message>
     <message>
         <source>Factory</source>
-        <translation>恢复出厂</translation>
+        <translation>恢复出厂设置</translation>
     </message>
     <message>
         <source>Reboot</source>
@@ -117,7 +117,7 @@
     </message>
     <message>
         <source>Message</source>
-        <translation>留言</translation>
+        <translation>语音留言</translation>
     </message>
     <message>
         <source>Weather</source>
@@ -129,7 +129,7 @@
     </message>
     <message>
         <source>Ndeck</source>
-        <translation>数字标牌</translation>
+        <translation>Ndeck</translation>
     </message>
     <message>
         <source>Directory</source>
@@ -173,7 +173,7 @@
     </message>
     <message>
         <source>Contact Picture Manage</source>
-        <translation>联系人图片</translation>
+        <translation>联系人头像</translation>
     </message>
     <message>
         <source>Ringtone Manager</source>
@@ -241,15 +241,15 @@
     </message>
     <message>
         <source>Loading...</source>
-        <translation>正在加载...</translation>
+        <translation>正在加载……</translation>
     </message>
     <message>
         <source>Loading Local Phonebook Module</source>
-        <translation>正在加载本地电话簿</translation>
+        <translation>正在加载本地通讯录</translation>
     </message>
     <message>
         <source>Loading Remote Phonebook Module</source>
-        <translation>正在加载远程电话簿</translation>
+        <translation>正在加载远程通讯录</translation>
     </message>
     <message>
         <source>Loading CallHistroy Module</source>
@@ -533,7 +533,7 @@
     </message>
     <message>
         <source>Exit</source>
-        <translation>已退出</translation>
+        <translation>退出</translation>
     </message>
     <message>
         <source>Unknown</source>
@@ -581,7 +581,7 @@
     </message>
     <message>
         <source>The phone number is empty!</source>
-        <translation>电话号码为空！</translation>
+        <translation>电话号码不能为空！</translation>
     </message>
     <message>
         <source>Time Zone</source>
@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>Local Phonebook</source>
-        <translation>本地电话簿</translation>
+        <translation>本地通讯录</translation>
     </message>
     <message>
         <source>Sunday</source>
@@ -721,7 +721,7 @@
     </message>
     <message>
         <source>Press OK to dial</source>
-        <translation>按OK键拨号</translation>
+        <translation>按 OK 键拨号</translation>
     </message>
     <message>
         <source>Video Phone</source>
@@ -789,27 +789,27 @@
     </message>
     <message>
         <source>Delete this contact?</source>
-        <translation>删除此联系人?</translation>
+        <translation>删除此联系人？</translation>
     </message>
     <message>
         <source>The contact cannot be saved!</source>
-        <translation>无法保存联系人!</translation>
+        <translation>无法保存联系人！</translation>
     </message>
     <message>
         <source>The name is empty!</source>
-        <translation>姓名不能为空!</translation>
+        <translation>姓名不能为空！</translation>
     </message>
     <message>
         <source>The phone book is empty.</source>
-        <translation>电话簿为空。</translation>
+        <translation>通讯录为空。</translation>
     </message>
     <message>
         <source>The phone book cannot be loaded.</source>
-        <translation>无法加载电话簿。</translation>
+        <translation>无法加载通讯录。</translation>
     </message>
     <message>
         <source>Remote Phonebook</source>
-        <translation>远程电话簿</translation>
+        <translation>远程通讯录</translation>
     </message>
     <message>
         <source>There are no calls yet.</source>
@@ -817,11 +817,11 @@
     </message>
     <message>
         <source>Delete all calls?</source>
-        <translation>删除所有通话记录?</translation>
+        <translation>删除所有通话记录？</translation>
     </message>
     <message>
         <source>The calls cannot be deleted!</source>
-        <translation>无法删除通话记录!</translation>
+        <translation>无法删除通话记录！</translation>
     </message>
     <message>
         <source>Nothing was found.</source>
@@ -829,7 +829,7 @@
     </message>
     <message>
         <source>LDAP server is not reachable</source>
-        <translation>无法连接LDAP服务器</translation>
+        <translation>无法连接 LDAP 服务器</translation>
     </message>
     <message>
         <source>Browser</source>
@@ -857,7 +857,7 @@
     </message>
     <message>
         <source>Calling...</source>
-        <translation>正在呼叫...</translation>
+        <translation>正在呼叫……</translation>
     </message>
     <message>
         <source>Incoming call</source>
@@ -913,7 +913,92 @@
     </message>
     <message>
         <source>Image is error!</source>
-        <translation>图片错误！</translation>
+        <translation>图片已损坏！</translation>
+    </message>
+    <message>
+        <source>Jan</source>
+        <translation>1月</translation>
+    </message>
+    <message>
+        <source>Feb</source>
+        <translation>2月</translation>
+    </message>
+    <message>
+        <source>Mar</source>
+        <translation>3月</translation>
+    </message>
+    <message>
+        <source>Apr</source>
+        <translation>4月</translation>
+    </message>
+    <message>
+        <source>Jun</source>
+        <translation>6月</translation>
+    </message>
+    <message>
+        <source>Jul</source>
+        <translation>7月</translation>
+    </message>
+    <message>
+        <source>Aug</source>
+        <translation>8月</translation>
+    </message>
+    <message>
+        <source>Sep</source>
+        <translation>9月</translation>
+    </message>
+    <message>
+        <source>Oct</source>
+        <translation>10月</translation>
+    </message>
+    <message>
+        <source>Nov</source>
+        <translation>11月</translation>
+    </message>
+    <message>
+        <source>Dec</source>
+        <translation>12月</translation>
+    </message>
+    <message>
+        <source>Mon</source>
+        <translation>周一</translation>
+    </message>
+    <message>
+        <source>Tue</source>
+        <translation>周二</translation>
+    </message>
+    <message>
+        <source>Wed</source>
+        <translation>周三</translation>
+    </message>
+    <message>
+        <source>Thu</source>
+        <translation>周四</translation>
+    </message>
+    <message>
+        <source>Fri</source>
+        <translation>周五</translation>
+    </message>
+    <message>
+        <source>Sat</source>
+        <translation>周六</translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation>周日</translation>
+    </message>
+    <message>
+        <source>%1 AM</source>
+        <translation>上午 %1</translation>
+    </message>
+    <message>
+        <source>%1 PM</source>
+        <translation>下午 %1</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <comment>state of a line</comment>
+        <translation>已退出</translation>
     </message>
     <message>
         <source>The settings cannot be saved!</source>

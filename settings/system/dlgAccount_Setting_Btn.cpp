@@ -33,6 +33,7 @@ dlgAccount_Setting_Btn::dlgAccount_Setting_Btn(QWidget* parent, tagLeftBarInfo* 
     connect(ui->btnAccount3, SIGNAL(clicked()), this, SLOT(to_AccountPage2()));
     connect(ui->btnAccount4, SIGNAL(clicked()), this, SLOT(to_AccountPage3()));
     InitData();
+    qFollowLanguage(this, [this] { showNumbers(); });
 }
 
 dlgAccount_Setting_Btn::~dlgAccount_Setting_Btn()
@@ -102,11 +103,15 @@ bool dlgAccount_Setting_Btn::event(QEvent* event)
 void dlgAccount_Setting_Btn::showEvent(QShowEvent* event)
 {
     m_frame.Translate();
+    QDialog::showEvent(event);
+}
+
+void dlgAccount_Setting_Btn::showNumbers()
+{
     for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index) {
         if (!m_abNamed[index])
             accountButton(unsigned(index))->setText(textWithoutAccount(index));
     }
-    QDialog::showEvent(event);
 }
 
 int dlgAccount_Setting_Btn::TryThreadMessage(msgObject& msg)

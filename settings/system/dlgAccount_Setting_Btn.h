@@ -38,6 +38,7 @@ private slots:
 private:
     // From the stored configuration; the phone's own view of the lines comes with its messages.
     void InitData();
+    void showNumbers();
     int OnAccountRefesh(msgObject& msg);
     void setButtonbyAccount(tagAccountInfo& info, LINE_STATE& state, qUIPushButton* button, int index);
     void SetAccountSettingBtn(qUIPushButton* button, bool active);

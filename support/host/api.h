@@ -5,5 +5,7 @@
 
 // Names a text that is translated later, where it stands in a table: the language files must hold it.
 #define HX_TR(key) key
+// Of a key with several meanings; note tells which one, as for Translate().
+#define HX_TR_NOTE(key, note) key
 // Full device path of a picture of the theme.
 #define HX_THEME(name) "/phone/resource/theme/default/bmp/" name

@@ -4,6 +4,9 @@
 #include "support/host/api.h"
 #include "support/text/chString.h"
 #include <QString>
+#include <functional>
+
+class QWidget;
 
 struct tagLanguageName
 {
@@ -17,8 +20,12 @@ public:
     // The text of the present language for an English key; the key itself when there is none, null for null.
     // Valid until the process ends.
     const char* Translate(const char* key);
+    // The same for a key with several meanings; note tells which one. Without a text for note, that of the
+    // key.
+    const char* Translate(const char* key, const char* note);
     void lang_GetAllName(chObjArray<tagLanguageName, true, 4>& names);
-    // 1 when the language is known. What is on the screen changes with its next show.
+    // 1 when the language is known. The application and all its widgets get QEvent::LanguageChange, in the
+    // next turn of the event loop.
     int SetLanguage(const char* name);
     chString GetLanguage() const;
 
@@ -41,3 +48,16 @@ inline QString qTranslate(const char* key)
 {
     return QString::fromUtf8(Translate(key));
 }
+inline const char* Translate(const char* key, const char* note)
+{
+    return GetLanguageHelper()->Translate(key, note);
+}
+inline QString qTranslate(const char* key, const char* note)
+{
+    return QString::fromUtf8(Translate(key, note));
+}
+
+// Whoever shows texts gives what puts them into the present language. It is called after each change of the
+// language: at once while widget is on view, else before its next show. The first time is the caller's own.
+// It lives as long as widget.
+HX_HOST_API void qFollowLanguage(QWidget* widget, std::function<void()> showTexts);

@@ -25,5 +25,9 @@ HX_HOST_API void setFontStyle(int size, int weight, QWidget* widget, bool antial
 // Shows text from its position from on.
 HX_HOST_API void SetQLineTextEx(QLineEdit* edit, const QString& text, int from);
 HX_HOST_API QRect qMapRectToGlobal(QWidget* widget, const QRect& rect);
+// A label in the look of SetLabel() that makes its text smaller, and then breaks it, rather than cutting it.
+HX_HOST_API QLabel* qCreateLineLabel(QWidget* parent);
+// The phone's OK: Return, Enter of a numeric block, or Select. key: Qt::Key.
+HX_HOST_API bool qIsOkKey(int key);
 // True when child is parent or lies below it.
 HX_HOST_API bool isChildOf(QObject* child, QObject* parent);

@@ -57,6 +57,13 @@ TEST_F(HomeScreen, EachTileOpensItsPageOrMenuByFinger)
     kit::shot("home");
 }
 
+TEST_F(HomeScreen, EnterOfTheNumericBlockOpensATileToo)
+{
+    button("tileSetting")->setFocus();
+    kit::key(Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(g_opened, QStringList("setting.xml"));
+}
+
 TEST_F(HomeScreen, AFingerThatSlidesOffATileOpensNothing)
 {
     kit::press(button("tileSetting")->mapToGlobal(QPoint(20, 20)));

@@ -1,6 +1,7 @@
 // The clock text of the menus.
 #include "frame/dateTimeFormat.h"
 #include "frame/configFiles.h"
+#include "support/host/language.h"
 #include "support/host/net.h"
 #include "support/text/nuxError.h"
 #include "tests/frame/frameTest.h"
@@ -140,6 +141,17 @@ TEST_F(ClockText, TheTwelveHourClockTurnsAtOneAndCallsNoonAndMidnightAM)
     EXPECT_EQ(timeOf(1, 12, 30), "12:30 AM");
     EXPECT_EQ(timeOf(1, 0, 0), "00:00 AM");
     EXPECT_EQ(timeOf(1, 23, 59), "11:59 PM");
+}
+
+TEST_F(ClockText, TheWordsAreInThePresentLanguage)
+{
+    ASSERT_EQ(GetLanguageHelper()->SetLanguage("Chinese"), 1);
+    EXPECT_EQ(timeOf(1, 13, 5), "下午 01:05");
+    EXPECT_EQ(timeOf(1, 0, 0), "上午 00:00");
+    ASSERT_EQ(GetLanguageHelper()->SetLanguage("German"), 1);
+    EXPECT_EQ(timeOf(1, 13, 5), "01:05 PM");
+    EXPECT_EQ(date("WWW DD MMM"), "Di 02 Mär");
+    GetLanguageHelper()->SetLanguage("English");
 }
 
 TEST_F(ClockText, OtherModesGiveNoTime)

@@ -1,5 +1,6 @@
 // Keys and touch, as every settings page has them: real input on a page that is the active window.
 #include "frame/myWidget.h"
+#include "frame/noteBox.h"
 #include "tests/frame/frameTest.h"
 #include "tests/frame/testPages.h"
 #include <QAbstractItemView>
@@ -12,6 +13,7 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QTableWidget>
+#include <QTimer>
 
 namespace {
 
@@ -562,4 +564,62 @@ TEST_F(SettingKeys, TheTimerOfTheLeftBarDoesNothingAndWritesNoWarning)
     qInstallMessageHandler(before);
     EXPECT_EQ(page.m_pLeftBar->title(), "");
     EXPECT_EQ(g_warnings, 0);
+}
+
+TEST_F(SettingKeys, EnterOfTheNumericBlockIsOk)
+{
+    const auto enter = [] { kit::key(Qt::Key_Enter, Qt::KeypadModifier); };
+    QComboBox* box = addCombo(3);
+    QCheckBox* check = add<QCheckBox>();
+    QButtonGroup group;
+    QRadioButton* first = add<QRadioButton>();
+    QRadioButton* second = add<QRadioButton>();
+    QPushButton* button = add<QPushButton>();
+    group.addButton(first);
+    group.addButton(second);
+    first->setChecked(true);
+    int pressed = 0;
+    QObject::connect(button, &QPushButton::clicked, [&] { ++pressed; });
+    open(box);
+    enter();
+    ASSERT_TRUE(isOpen(box));
+    kit::key(Qt::Key_Down);
+    enter();
+    EXPECT_FALSE(isOpen(box));
+    EXPECT_EQ(box->currentIndex(), 1);
+    check->setFocus();
+    enter();
+    EXPECT_TRUE(check->isChecked());
+    enter();
+    EXPECT_FALSE(check->isChecked());
+    second->setFocus();
+    enter();
+    EXPECT_TRUE(second->isChecked());
+    button->setFocus();
+    enter();
+    EXPECT_EQ(pressed, 1);
+    EXPECT_TRUE(m_page.isVisible());
+}
+
+TEST_F(SettingKeys, EnterOfTheNumericBlockOpensARowAndAnswersABox)
+{
+    QTableWidget* table = add<QTableWidget>();
+    table->setRowCount(2);
+    table->setColumnCount(1);
+    table->setItem(1, 0, new QTableWidgetItem("b"));
+    table->setCurrentCell(1, 0);
+    QList<int> opened;
+    QObject::connect(table, &QTableWidget::activated,
+                     [&](const QModelIndex& row) { opened.append(row.row()); });
+    open(table);
+    kit::key(Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(opened, QList<int>{1});
+    QTimer enter;
+    QObject::connect(&enter, &QTimer::timeout, [] {
+        QWidget* box = QApplication::activeModalWidget();
+        if (box && box->isActiveWindow())
+            kit::key(Qt::Key_Enter, Qt::KeypadModifier);
+    });
+    enter.start(1);
+    EXPECT_EQ(questionBox("Reboot device?", &m_page), 1);
 }

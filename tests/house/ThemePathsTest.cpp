@@ -76,7 +76,8 @@ TEST(ThemePaths, EveryResourceThatTheCodeNamesIsInTheImage)
             expectInImage(literal, file.path);
             ++named;
         }
-        for (const QString& picture : literalArguments(file.text, {"HX_THEME"})) {
+        for (const QStringList& call : literalCalls(file.text, {"HX_THEME"})) {
+            const QString& picture = call.first();
             expectInImage(ThemeFolder + picture, file.path);
             ++named;
         }

@@ -51,6 +51,19 @@ TEST_F(Language, ATextStaysValidWhenTheLanguageChanges)
     EXPECT_EQ(Translate("Save"), german);
 }
 
+TEST_F(Language, AKeyWithSeveralMeaningsHasATextForEach)
+{
+    ASSERT_EQ(GetLanguageHelper()->SetLanguage("German"), 1);
+    EXPECT_STREQ(Translate("Exit"), "Beenden");
+    EXPECT_STREQ(Translate("Exit", "state of a line"), "Beendet");
+    EXPECT_STREQ(Translate("Exit"), "Beenden");
+    EXPECT_EQ(qTranslate("Exit", "state of a line"), "Beendet");
+    EXPECT_STREQ(Translate("Save", "state of a line"), "Speichern");
+    const char* const key = "no such key anywhere";
+    EXPECT_EQ(Translate(key, "state of a line"), key);
+    EXPECT_EQ(Translate(nullptr, "state of a line"), nullptr);
+}
+
 TEST_F(Language, AnUnknownLanguageIsRefusedAndTheOldOneStays)
 {
     ASSERT_EQ(GetLanguageHelper()->SetLanguage("German"), 1);

@@ -6,6 +6,8 @@
 #include "support/host/registry.h"
 #include "support/host/text.h"
 #include "support/host/trace.h"
+#include <QCoreApplication>
+#include <QEvent>
 #include <QHash>
 #include <QTranslator>
 #include <algorithm>
@@ -21,6 +23,7 @@ const char* const kFolder = "/phone/resource/language/";
 const char* const kCodes = "/phone/resource/LanguageCode.ini";
 const char* const kUserFile = "/rundata/config/user/user.ini";
 const char* const kContext = "hx";
+const char kNoteFollows = '\4';             // no character of a key
 const char* const kOwnLanguage = "English"; // its texts are the keys
 
 // As its own speakers write it; a language the file does not know has one name.
@@ -32,6 +35,15 @@ chString nativeName(const chString& name)
 chString fileOf(const chString& name)
 {
     return kFolder + name + ".qm";
+}
+
+// The toolkit passes it on to every window and every widget.
+void tellEverybody()
+{
+    if (!QCoreApplication::instance())
+        return;
+    QEvent change(QEvent::LanguageChange);
+    QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
 }
 
 bool isKnown(const chString& name)
@@ -89,7 +101,7 @@ struct CLanguageHelper::Private
     };
 
     bool Load(const chString& name);
-    const char* Find(const char* key);
+    const char* Find(const char* key, const char* note);
     const char* Keep(const QByteArray& text) { return texts.insert(text.toStdString()).first->c_str(); }
 
     chString language = kOwnLanguage;
@@ -115,15 +127,18 @@ bool CLanguageHelper::Private::Load(const chString& name)
     return true;
 }
 
-const char* CLanguageHelper::Private::Find(const char* key)
+const char* CLanguageHelper::Private::Find(const char* key, const char* note)
 {
-    const QByteArray bytes = QByteArray::fromRawData(key, static_cast<qsizetype>(strlen(key)));
+    QByteArray bytes = QByteArray::fromRawData(key, static_cast<qsizetype>(strlen(key)));
+    if (note)
+        bytes = bytes + kNoteFollows + note;
     const auto known = found.constFind(bytes);
     if (known != found.constEnd())
         return *known ? *known : key;
-    const QString text = translator->translate(kContext, key);
+    const QString text = translator->translate(kContext, key, note);
     const char* kept = text.isEmpty() ? nullptr : Keep(text.toUtf8());
-    found.insert(QByteArray(key), kept);
+    bytes.detach();
+    found.insert(bytes, kept);
     return kept ? kept : key;
 }
 
@@ -142,7 +157,12 @@ CLanguageHelper::~CLanguageHelper()
 
 const char* CLanguageHelper::Translate(const char* key)
 {
-    return key && *key && m_p->translator ? m_p->Find(key) : key;
+    return Translate(key, nullptr);
+}
+
+const char* CLanguageHelper::Translate(const char* key, const char* note)
+{
+    return key && *key && m_p->translator ? m_p->Find(key, note) : key;
 }
 
 void CLanguageHelper::lang_GetAllName(chObjArray<tagLanguageName, true, 4>& names)
@@ -165,7 +185,10 @@ int CLanguageHelper::SetLanguage(const char* name)
         nuxTrace(TRACE_NOTE, "The language \"%s\" is not known", wanted.GetText());
         return 0;
     }
-    return m_p->Load(wanted);
+    if (!m_p->Load(wanted))
+        return 0;
+    tellEverybody();
+    return 1;
 }
 
 chString CLanguageHelper::GetLanguage() const

@@ -1,0 +1,259 @@
+// Every page, menu and box of the phone in every language: no text is cut off, and none is made smaller to
+// fit.
+#include "frame/dateTimeFormat.h"
+#include "frame/dlgIconviewForm.h"
+#include "frame/modSetting.h"
+#include "frame/pageClass.h"
+#include "frame/pageLists.h"
+#include "frame/pageTable.h"
+#include "host/desktop/dlgBrowser.h"
+#include "host/desktop/frmCall.h"
+#include "host/widgets/dlgMessageBox.h"
+#include "places.h"
+#include "support/host/box.h"
+#include "support/host/desktop.h"
+#include "support/host/iconview.h"
+#include "support/host/language.h"
+#include "support/host/module.h"
+#include "support/host/net.h"
+#include "support/host/phone.h"
+#include "support/host/registry.h"
+#include "support/host/text.h"
+#include "tests/kit/phoneTest.h"
+#include "tests/texts/paintedTexts.h"
+#include "tests/texts/textRoom.h"
+#include "tools/textKeys/shownKeys.h"
+#include "tools/textKeys/sourceCode.h"
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QSet>
+#include <QTimer>
+#include <QXmlStreamReader>
+
+namespace {
+
+const char* const kLanguages[] = {"English", "Chinese", "German", "French", "Spanish"};
+
+class EveryText : public PhoneTest, public testing::WithParamInterface<const char*>
+{
+protected:
+    EveryText()
+    {
+        tagModuleEntries entries;
+        entries.openPage = settingOpenPage;
+        entries.openPageWithInfo = settingOpenPage;
+        entries.openDirectory = settingOpenPage;
+        entries.openMenu = settingOpenXml;
+        entries.openFrame = settingOpenFrame;
+        entries.refreshMenu = RefreshOpenXml;
+        entries.cacheWindows = settingCacheWindows;
+        entries.iconView = getIconView;
+        hostSetModule(entries);
+        QObject::connect(&m_boxes, &QTimer::timeout, &m_boxes, [this] { lookAtBox(); });
+        m_boxes.start(1);
+    }
+    ~EveryText() override { GetLanguageHelper()->SetLanguage("English"); }
+
+    void speak(const char* language)
+    {
+        ASSERT_EQ(GetLanguageHelper()->SetLanguage(language), 1);
+        m_keys = shownKeys(HX_SOURCE_DIR);
+        for (auto key = m_keys.begin(); key != m_keys.end(); ++key)
+            m_texts.append(qTranslate(key.key().key.toUtf8().constData()));
+    }
+
+    void look(QWidget* window)
+    {
+        m_seen.insert(window->metaObject()->className());
+        for (const QString& cut : cutTexts(window, m_texts))
+            m_cut.insert(cut);
+    }
+    void lookAtBox()
+    {
+        QDialog* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!box || !box->isVisible())
+            return;
+        look(box);
+        box->reject();
+    }
+    // All that is on the screen; then it goes.
+    void lookAndClose()
+    {
+        kit::settle();
+        mayShrink(toQString(GetDateTime()));
+        for (QWidget* window : kit::windows()) {
+            look(window);
+            window->close();
+        }
+        kit::settle();
+    }
+
+    void visitPages();
+    void visitMenus();
+    void visitHome();
+    void visitCalls();
+    void visitBoxes();
+    void visitAll()
+    {
+        visitPages();
+        visitMenus();
+        visitHome();
+        visitCalls();
+        visitBoxes();
+    }
+    std::string cut() const { return QStringList(m_cut.begin(), m_cut.end()).join("\n").toStdString(); }
+
+    QSet<QString> m_seen; // classes of the windows
+    QSet<QString> m_cut;
+
+private:
+    QTimer m_boxes;
+    ShownKeys m_keys;
+    QStringList m_texts;
+};
+
+void EveryText::visitPages()
+{
+    for (const tagPageRow* row = pageTable(); row != pageTable() + PAGE_ROW_COUNT; ++row) {
+        const QString name = QString(row->szName) + (row->eMatch == MATCH_PREFIX ? "1" : "");
+        settingOpenPage(chString(name.toUtf8().constData()), static_cast<QWidget*>(nullptr));
+        lookAndClose();
+        settingOpenPage(chString(name.toUtf8().constData()), tagLeftBarInfo{QString(), row->szName}, nullptr);
+        lookAndClose();
+    }
+    // The title of each page, also of those that are still to come.
+    qLeftBar bar;
+    for (const tagPageRow* row = pageTable(); row != pageTable() + PAGE_ROW_COUNT; ++row) {
+        bar.setTitle(qTranslate(row->szName));
+        look(&bar);
+    }
+    for (PageClass* page = PageClass::First(); page; page = page->Next()) {
+        page->Open(1, 1);
+        lookAndClose();
+    }
+    for (int account = 0; account < PHONE_ACCOUNT_COUNT; ++account) {
+        PopupAccountDialog(account, 1);
+        lookAndClose();
+    }
+    ShowLoadingTipBox();
+    lookAndClose();
+}
+
+void EveryText::visitMenus()
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "LDAP", "bEnable", 1);
+    QStringList files = QDir(hostPath("/phone/resource/ui-config")).entryList({"*.xml"}, QDir::Files);
+    files += {"doorphonedata.xml", "ipcameradata.xml"};
+    EXPECT_GE(files.size(), 6);
+    for (const QString& file : files) {
+        settingOpenXml(fromQString(file));
+        kit::settle();
+        qIconView* view = getIconView();
+        EXPECT_GT(view->GetPageCount(), 0) << qPrintable(file);
+        for (int page = 0; page < view->GetPageCount(); ++page) {
+            mayShrink(toQString(GetDateTime()));
+            look(view->window());
+            view->PageDown();
+        }
+        lookAndClose();
+    }
+    EXPECT_EQ(settingOpenFrame("Directory"), 1);
+    lookAndClose();
+}
+
+void EveryText::visitHome()
+{
+    frmDesktop* desktop = frmDesktop::GetInstance();
+    for (const char* format : {"0", "1"}) {
+        nuxSetRegistryString("/rundata/config/user/user.ini", "DateTime", "eTimeFormat", format);
+        for (int month = 1; month <= 12; ++month) {
+            netSetLocalTime(2025, month, 20 + month % 7, 12, 59, 0); // each day of the week
+            desktop->show();
+            look(desktop);
+        }
+    }
+    desktop->m_pLoading = new frmLoading;
+    desktop->m_pLoading->show();
+    for (int step = 0; settingCacheWindows(step); ++step)
+        look(desktop->m_pLoading);
+    desktop->FinishLoading();
+    lookAndClose();
+    dlgBrowser browser;
+    browser.openPage("phone:nothing");
+    lookAndClose();
+}
+
+void EveryText::visitCalls()
+{
+    frmCall screen;
+    tagCall call;
+    call.nId = 1;
+    call.strNumber = "1002";
+    for (const bool isIncoming : {false, true}) {
+        for (const CALL_STATE state : {CALL_RINGING, CALL_TALKING, CALL_ENDED}) {
+            for (const char* reason : {"", HX_TR("Busy"), HX_TR("The line is not registered")}) {
+                call.bIncoming = isIncoming;
+                call.eState = state;
+                call.strReason = reason;
+                screen.onCall(call);
+                look(&screen);
+            }
+        }
+    }
+    call.eState = CALL_TALKING;
+    screen.onCall(call);
+    kit::settle();
+    kit::key(Qt::Key_VolumeMute);
+    look(&screen);
+    screen.hide();
+}
+
+// A box may show any text of the phone.
+void EveryText::visitBoxes()
+{
+    for (const char* title : {"Note", "Warning", "Error"}) {
+        dlgMessageBox box(qTranslate(title), qTranslate("Reboot device?"), BOX_QUESTION, nullptr);
+        look(&box);
+    }
+    for (const QString& text : m_texts) {
+        dlgMessageBox box(qTranslate("Note"), text, BOX_NOTE, nullptr);
+        look(&box);
+    }
+}
+
+} // namespace
+
+TEST_P(EveryText, HasRoom)
+{
+    speak(GetParam());
+    visitAll();
+    EXPECT_EQ(cut(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(, EveryText, testing::ValuesIn(kLanguages),
+                         [](const auto& language) { return std::string(language.param); });
+
+using TheTour = EveryText;
+
+// A form that no list of the phone leads to has to be visited here.
+TEST_F(TheTour, ComesToEveryForm)
+{
+    visitAll();
+    for (const SourceFile& file : sourceFiles(HX_SOURCE_DIR, phoneRooms(), {".ui"})) {
+        QXmlStreamReader xml(file.text);
+        while (xml.readNextStartElement() && xml.name() != QLatin1String("class")) {
+        }
+        EXPECT_TRUE(m_seen.contains(xml.readElementText())) << qPrintable(file.path);
+    }
+}
+
+TEST_F(TheTour, SpeaksEveryLanguage)
+{
+    chObjArray<tagLanguageName, true, 4> names;
+    GetLanguageHelper()->lang_GetAllName(names);
+    QStringList all;
+    for (const tagLanguageName& name : names)
+        all.append(toQString(name.strName));
+    EXPECT_EQ(all, QStringList(std::begin(kLanguages), std::end(kLanguages)));
+}
