@@ -17,6 +17,7 @@ void LinesPage::BuildLines(QWidget* placeholder)
     m_pLinePages = qReplaceLinePages(placeholder);
     for (const char* tab : kTabs)
         m_pLinePages->m_pTabs->addTab(new QWidget, qTranslate(tab));
+    qFollowLanguage(this, [this] { showTabs(); });
     addBody();
     QTimer::singleShot(0, this, SLOT(AddOtherPage()));
 }
@@ -49,7 +50,6 @@ void LinesPage::showTabs()
 
 void LinesPage::RefreshData()
 {
-    showTabs();
     for (int line = 0; line < m_pLinePages->GetLinePageCount(); ++line)
         Body(line)->LoadLineInfo(line);
     m_pLinePages->ResetCurrentWgtPage(0);

@@ -6,7 +6,11 @@
 #include <QApplication>
 #include <QEvent>
 
-SettingPage::SettingPage(QWidget* parent, tagLeftBarInfo* info) : MyWidget(parent, info) {}
+SettingPage::SettingPage(QWidget* parent, tagLeftBarInfo* info) : MyWidget(parent, info)
+{
+    // Before the frame's own, so that it comes after it: the frame shows the labels that the keys begin with.
+    qFollowLanguage(this, [this] { m_focusKeys.FocusIn(focusWidget(), m_frame); });
+}
 
 void SettingPage::BuildFrame(QFrame* background, const char* title, int keys)
 {

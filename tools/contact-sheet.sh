@@ -25,7 +25,6 @@ for language in English Chinese German French Spanish; do
   ctl config /rundata/config/user/user.ini Language strGUILanguage $language
   ctl post app_hxPhone 0x10007 11 0
   ctl wait idle 3000
-  ctl menu setting.xml; ctl wait page dlgIconviewForm 3000; back
   shot
   for menu in setting callfeature application media; do ctl menu $menu.xml; shot; back; done
   ctl open-info WAN /phone/resource/theme/default/bmp/menu/menu_wan.png WAN

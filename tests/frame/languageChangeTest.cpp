@@ -61,6 +61,16 @@ TEST_F(LanguageChange, AnOpenPageShowsItAtOnce)
     EXPECT_EQ(button.text(), "Delete");
 }
 
+TEST_F(LanguageChange, AKeyThatFollowsTheFocusStillDoes)
+{
+    dlgConfigPage page;
+    open(page);
+    ASSERT_EQ(page.frame().m_pSoftKeyBar->GetButtonTitle(SOFT_KEY_IME), "123");
+    speak("German");
+    EXPECT_EQ(page.frame().m_pSoftKeyBar->GetButtonTitle(SOFT_KEY_IME), "123");
+    EXPECT_EQ(page.frame().m_pSoftKeyBar->GetButtonTitle(SOFT_KEY_DELETE), "Löschen");
+}
+
 TEST_F(LanguageChange, APageBelowAnotherShowsItToo)
 {
     dlgBarePage below;

@@ -1,8 +1,7 @@
-// Every page, menu and box of the phone in every language: no text is cut off, and none is made smaller to
-// fit.
+// Every page, menu and box of the phone in every language: no text is cut off or made smaller to fit.
 #include "frame/dateTimeFormat.h"
 #include "frame/dlgIconviewForm.h"
-#include "frame/modSetting.h"
+#include "frame/moduleEntries.h"
 #include "frame/pageClass.h"
 #include "frame/pageLists.h"
 #include "frame/pageTable.h"
@@ -14,7 +13,6 @@
 #include "support/host/desktop.h"
 #include "support/host/iconview.h"
 #include "support/host/language.h"
-#include "support/host/module.h"
 #include "support/host/net.h"
 #include "support/host/phone.h"
 #include "support/host/registry.h"
@@ -40,16 +38,7 @@ class EveryText : public PhoneTest, public testing::WithParamInterface<const cha
 protected:
     EveryText()
     {
-        tagModuleEntries entries;
-        entries.openPage = settingOpenPage;
-        entries.openPageWithInfo = settingOpenPage;
-        entries.openDirectory = settingOpenPage;
-        entries.openMenu = settingOpenXml;
-        entries.openFrame = settingOpenFrame;
-        entries.refreshMenu = RefreshOpenXml;
-        entries.cacheWindows = settingCacheWindows;
-        entries.iconView = getIconView;
-        hostSetModule(entries);
+        hostSetModule(settingEntries());
         QObject::connect(&m_boxes, &QTimer::timeout, &m_boxes, [this] { lookAtBox(); });
         m_boxes.start(1);
     }
