@@ -75,7 +75,7 @@ void IconGrid::PaintIcon(QPainter& painter, int place, const QString& picture, c
     if (state != Normal) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(state == Pressed ? kPressed : kSelected);
-        painter.drawRoundedRect(Cell(place).adjusted(3, 6, -3, -6), 12, 12);
+        painter.drawRoundedRect(Cell(place).adjusted(8, 6, -8, -6), 12, 12);
     }
     PaintTile(painter, TileRect(place), picture, state);
     PaintCaption(painter, place, caption);
