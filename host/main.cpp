@@ -4,8 +4,10 @@
 #include "host/desktop/boot.h"
 #include "host/desktop/restart.h"
 #include "host/look/look.h"
+#include "host/services/keyfiles/deviceFiles.h"
 #include "host/services/messages/messageBus.h"
 #include "host/services/players/playerProcesses.h"
+#include "host/services/system/endOnSignals.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckRegister.h"
 #include "signage/nDeckVideoManager.h"
@@ -79,7 +81,7 @@ int run(QApplication& application, const Options& options)
         fprintf(stderr, "hxPhone: cannot open the control socket %s\n", qPrintable(options.control));
         return 1;
     }
-    hostEndOnSignals();
+    endOnSignals();
     hostFollowFactoryReset();
     if (options.players)
         playerProcessesStart();
@@ -102,14 +104,19 @@ int main(int argc, char** argv)
     application.setQuitOnLastWindowClosed(false);
     const Options options = parseOptions(application.arguments());
 
-    if (!messageServiceStart("app_hxPhone")) {
+    deviceFilesStart();
+    const int isNamed = messageServiceStart("app_hxPhone");
+    if (!isNamed && messageServiceIsTaken("app_hxPhone")) {
         fprintf(stderr, "hxPhone: another phone already runs on this device root\n");
         return 1;
     }
+    if (!isNamed)
+        fprintf(stderr, "hxPhone: no messages between processes, so films do not play\n");
     hostApplyLook(application);
     wireModule();
     const int result = run(application, options);
     messageServiceStop();
+    deviceFilesStop();
     if (result == HOST_START_ANEW)
         hostStartAnew(arguments);
     // Cached pages live as long as the process: none is taken down against a toolkit that is gone already.

@@ -1,5 +1,6 @@
 #include "players/playerProgram.h"
 #include "host/services/messages/messageBus.h"
+#include "host/services/system/endOnSignals.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/message.h"
 #include <QCommandLineParser>
@@ -32,6 +33,7 @@ bool playerProgram::begin(QCoreApplication& application, const char* threadName)
     parser.process(application.arguments());
     if (parser.isSet(sysroot))
         deviceSetRoot(parser.value(sysroot).toUtf8().constData());
+    endOnSignals(); // also while the toolkit is still loading
     GError* error = nullptr;
     if (!gst_init_check(nullptr, nullptr, &error)) {
         fprintf(stderr, "%s\n", error ? error->message : "the media toolkit cannot be started");
@@ -40,7 +42,10 @@ bool playerProgram::begin(QCoreApplication& application, const char* threadName)
     }
     if (messageServiceStart(threadName))
         return true;
-    fprintf(stderr, "another %s already runs on this device root\n", threadName);
+    fprintf(stderr,
+            messageServiceIsTaken(threadName) ? "another %s already runs on this device root\n"
+                                              : "%s cannot be reached: the run folder cannot be used\n",
+            threadName);
     return false;
 }
 

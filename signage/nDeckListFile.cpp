@@ -65,13 +65,15 @@ std::string nDeckListText(const nDeckNodeList& list)
 
 bool nDeckListRead(nDeckNodeList& list)
 {
-    if (!pathFileExist(NDECK_LIST))
-        return false;
     std::string text;
     xmlDocument document;
-    fileReadWhole(NDECK_LIST, text, NDECK_LIST_LIMIT);
+    const FILE_READ read = fileRead(NDECK_LIST, text, NDECK_LIST_LIMIT);
+    if (read == FILE_READ_MISSING)
+        return false;
     chString kept;
-    if (!document.ParseDocument(text.data(), static_cast<int>(text.size())))
+    const bool good = document.ParseDocument(text.data(), static_cast<int>(text.size())) != 0;
+    // One that only could not be read may be sound.
+    if (!good && read != FILE_READ_FAILED)
         fileCopyAside(NDECK_LIST, kept);
     const xmlElement* files = xmlFindElementFromRoot(&document, "files");
     xmlElement* element = files ? files->GetFirstChildElement() : nullptr;

@@ -3,7 +3,7 @@
 #include "signage/nDeckShow.h"
 #include "signage/scheduleReader.h"
 #include "signage/serverConfig.h"
-#include "support/file/chFileStdio.h"
+#include "support/file/chAtomicFile.h"
 #include "support/file/fileTools.h"
 #include "support/host/createObject.h"
 #include "support/host/http.h"
@@ -88,9 +88,10 @@ void nDeckRegisterDisplay()
 
 bool WriteRegisterInfo(const chString& text)
 {
-    chFileStdio file(kResultFile, "wt");
-    if (!text.IsEmpty())
-        file.Write(text.GetText(), text.GetLength());
-    file.Close();
+    // In a folder where any user may put things: the file takes the place of whatever is there.
+    chAtomicFile file;
+    if (!file.Open(kResultFile) || !file.Write(text.GetText(), static_cast<size_t>(text.GetLength())) ||
+        !file.Commit(0))
+        nuxTrace(TRACE_NOTE, "%s cannot be written", kResultFile);
     return true;
 }

@@ -5,10 +5,37 @@
 #include <QJsonObject>
 #include <QLocalSocket>
 #include <QPointer>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <cerrno>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace {
 
 constexpr int kLongestRequest = 1 << 20;
+constexpr int kBacklog = 64;
+constexpr int kRetryMs = 200; // until the next is let in when descriptors have run out
+
+// For its owner alone from the moment it can be found.
+int listenerAt(const QByteArray& path)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (path.isEmpty() || path.size() >= int(sizeof address.sun_path))
+        return -1;
+    memcpy(address.sun_path, path.constData(), size_t(path.size()));
+    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (fd >= 0 && fchmod(fd, S_IRUSR | S_IWUSR) == 0 &&
+        bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+        chmod(address.sun_path, S_IRUSR | S_IWUSR) == 0 && ::listen(fd, kBacklog) == 0)
+        return fd;
+    if (fd >= 0)
+        close(fd);
+    return -1;
+}
 
 QStringList wordsOf(const QByteArray& line)
 {
@@ -32,17 +59,18 @@ QByteArray lineOf(const QJsonValue& value)
 
 } // namespace
 
-controlServer::controlServer(QObject* parent) : QObject(parent)
-{
-    m_server.setSocketOptions(QLocalServer::UserAccessOption);
-    connect(&m_server, &QLocalServer::newConnection, this, &controlServer::accept);
-}
+controlServer::controlServer(QObject* parent) : QObject(parent) {}
 
 controlServer::~controlServer()
 {
-    // The sockets are the server's children: they end after this object's own fields.
-    for (QLocalSocket* client : m_server.findChildren<QLocalSocket*>())
+    // The sockets are children: they end after this object's own fields.
+    for (QLocalSocket* client : findChildren<QLocalSocket*>())
         client->disconnect(this);
+    if (m_nListener < 0)
+        return;
+    delete m_pNotifier;
+    close(m_nListener);
+    unlink(m_path.constData());
 }
 
 bool controlServer::listen(const QString& path)
@@ -51,21 +79,52 @@ bool controlServer::listen(const QString& path)
     probe.connectToServer(path);
     if (probe.waitForConnected(200))
         return false;
-    // Left behind by a phone that died.
-    QLocalServer::removeServer(path);
-    return m_server.listen(path);
+    m_path = path.toLocal8Bit();
+    struct stat info;
+    // Left behind by a phone that died; nothing else is taken away.
+    if (lstat(m_path.constData(), &info) == 0 && S_ISSOCK(info.st_mode))
+        unlink(m_path.constData());
+    m_nListener = listenerAt(m_path);
+    if (m_nListener < 0)
+        return false;
+    m_pNotifier = new QSocketNotifier(m_nListener, QSocketNotifier::Read, this);
+    connect(m_pNotifier, &QSocketNotifier::activated, this, &controlServer::acceptAll);
+    return true;
 }
 
-void controlServer::accept()
+// The toolkit's own server closes for good when descriptors run out; this one waits until there are some.
+void controlServer::acceptAll()
 {
-    while (QLocalSocket* client = m_server.nextPendingConnection()) {
-        connect(client, &QLocalSocket::readyRead, this, [this, client] { read(client); });
-        connect(client, &QLocalSocket::disconnected, this, [this, client] {
-            m_input.remove(client);
-            client->deleteLater();
-        });
-        read(client);
+    for (;;) {
+        const int fd = accept4(m_nListener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        if (fd >= 0) {
+            serve(fd);
+            continue;
+        }
+        if (errno == EINTR || errno == ECONNABORTED)
+            continue;
+        if (errno == EAGAIN || errno == EWOULDBLOCK)
+            return;
+        m_pNotifier->setEnabled(false);
+        QTimer::singleShot(kRetryMs, this, [this] { m_pNotifier->setEnabled(true); });
+        return;
     }
+}
+
+void controlServer::serve(int descriptor)
+{
+    auto* client = new QLocalSocket(this);
+    if (!client->setSocketDescriptor(descriptor)) {
+        close(descriptor);
+        delete client;
+        return;
+    }
+    connect(client, &QLocalSocket::readyRead, this, [this, client] { read(client); });
+    connect(client, &QLocalSocket::disconnected, this, [this, client] {
+        m_input.remove(client);
+        client->deleteLater();
+    });
+    read(client);
 }
 
 void controlServer::read(QLocalSocket* client)

@@ -2,10 +2,10 @@
 // The control socket: lets a shell drive and inspect the phone. Off unless the main program opens it.
 #include "support/host/api.h"
 #include <QHash>
-#include <QLocalServer>
 #include <QObject>
 
 class QLocalSocket;
+class QSocketNotifier;
 
 // One request is one line, a JSON array of words; the answer is one line, a JSON value. A refusal is an
 // object with "error".
@@ -20,9 +20,12 @@ public:
     bool listen(const QString& path);
 
 private:
-    void accept();
+    void acceptAll();
+    void serve(int descriptor);
     void read(QLocalSocket* client);
     void answer(QLocalSocket* client, const QByteArray& line);
-    QLocalServer m_server;
+    int m_nListener = -1;
+    QByteArray m_path;
+    QSocketNotifier* m_pNotifier = nullptr;
     QHash<QLocalSocket*, QByteArray> m_input;
 };

@@ -6,5 +6,3 @@
 // Shows the loading screen and has the module build its windows step by step; then the home screen comes.
 // Returns at once: the steps run from the event loop.
 HX_HOST_API void hostBoot();
-// Ends the program cleanly on SIGTERM, SIGINT and SIGHUP.
-HX_HOST_API void hostEndOnSignals();

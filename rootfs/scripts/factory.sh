@@ -2,6 +2,7 @@
 # Puts the settings and data of the phone back to how they left the factory.
 # HX_SYSROOT is the folder that holds the phone's file system; empty on a phone.
 set -eu
+umask 077 # settings hold passwords
 root="${HX_SYSROOT:-}"
 pristine="$root/phone/factory/rundata"
 live="$root/rundata"

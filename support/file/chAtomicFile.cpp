@@ -6,7 +6,9 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <stdio.h>
 #include <sys/file.h>
+#include <sys/random.h>
 #include <unistd.h>
 
 namespace {
@@ -46,7 +48,8 @@ int chAtomicFile::Open(const char* path, mode_t mode)
     m_strTarget = devicePathFollow(path).GetText();
     const size_t slash = m_strTarget.rfind('/');
     m_strFolder = slash == std::string::npos ? "." : slash == 0 ? "/" : m_strTarget.substr(0, slash);
-    return LookAtTarget() && OpenTemporary();
+    m_ePlace = filePlaceOf(m_strTarget.c_str());
+    return LookAtTarget() && (m_ePlace == PLACE_OURS ? OpenTemporary() : OpenUnguessable());
 }
 
 bool chAtomicFile::LookAtTarget()
@@ -54,9 +57,36 @@ bool chAtomicFile::LookAtTarget()
     m_bReplaces = sys().lstat(m_strTarget.c_str(), &m_old) == 0;
     if (!m_bReplaces)
         return errno == ENOENT;
+    if (m_ePlace != PLACE_OURS)
+        return LookAtSharedTarget();
     // A rename would replace a file that is not to be written to, so that is asked before.
     const bool writable = (m_old.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
     return S_ISREG(m_old.st_mode) && writable && sys().access(m_strTarget.c_str(), W_OK) == 0;
+}
+
+// Whatever a stranger has put there makes room for the file, if it can: nothing of it is taken over.
+bool chAtomicFile::LookAtSharedTarget()
+{
+    m_bReplaces = S_ISREG(m_old.st_mode) && fileIsTrusted(m_old) && m_old.st_nlink == 1;
+    return m_ePlace == PLACE_SHARED && !S_ISDIR(m_old.st_mode);
+}
+
+// Where anybody may make files, a name that he can guess is one that he can take.
+bool chAtomicFile::OpenUnguessable()
+{
+    const std::string name = m_strTarget.substr(m_strTarget.rfind('/') + 1, NAME_IN_TEMPORARY);
+    for (int i = 0; i < SLOT_COUNT && m_ePlace == PLACE_SHARED; ++i) {
+        unsigned long long number;
+        if (getrandom(&number, sizeof number, 0) != ssize_t(sizeof number))
+            return false;
+        char digits[2 * sizeof number + 1];
+        snprintf(digits, sizeof digits, "%016llx", number);
+        m_strTemporary = m_strFolder + "/." + name + "." + digits;
+        m_nFd = MakeTemporary();
+        if (m_nFd >= 0 || errno != EEXIST)
+            return m_nFd >= 0;
+    }
+    return false;
 }
 
 // The names of temporary files are few and fixed, so those that a killed process leaves behind are
@@ -86,12 +116,14 @@ bool chAtomicFile::OpenTemporary()
 
 int chAtomicFile::CreateTemporary() const
 {
-    const char* path = m_strTemporary.c_str();
+    const int fd = MakeTemporary();
+    return fd >= 0 || errno != EEXIST || !RemoveStale() ? fd : MakeTemporary();
+}
+
+int chAtomicFile::MakeTemporary() const
+{
     const int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
-    const int fd = sys().open(path, flags, m_nMode ? m_nMode : NEW_FILE_MODE);
-    if (fd >= 0 || errno != EEXIST || !RemoveStale())
-        return fd;
-    return sys().open(path, flags, m_nMode ? m_nMode : NEW_FILE_MODE);
+    return sys().open(m_strTemporary.c_str(), flags, m_nMode ? m_nMode : NEW_FILE_MODE);
 }
 
 // Keeps errno as EEXIST when the file is in use.

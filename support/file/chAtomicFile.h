@@ -1,5 +1,6 @@
 #pragma once
 // A file that takes its place only when it is complete. One thread at a time.
+#include "support/file/sharedFolder.h"
 #include "support/text/nuxExport.h"
 #include <string>
 #include <sys/stat.h>
@@ -12,8 +13,9 @@ public:
     chAtomicFile(const chAtomicFile&) = delete;
     chAtomicFile& operator=(const chAtomicFile&) = delete;
 
-    // path: device path of the file to replace or make; a link is followed. 0 when it could not be
-    // replaced: read-only, no plain file, no folder to make one in.
+    // path: device path of the file to replace or make; a link is followed, but not in a folder where any
+    // user may put things, where the file takes the link's place. 0 when it could not be replaced:
+    // read-only, no plain file, no folder to make one in.
     // mode: the file's from its first byte on; 0 keeps the old file's.
     int Open(const char* path, mode_t mode = 0);
     // 0 when the bytes cannot all be stored.
@@ -30,8 +32,11 @@ public:
 
 private:
     bool LookAtTarget();
+    bool LookAtSharedTarget();
     bool OpenTemporary();
+    bool OpenUnguessable();
     int CreateTemporary() const;
+    int MakeTemporary() const;
     bool RemoveStale() const;
     bool TakeOverOwner() const;
     bool FlushData() const;
@@ -43,6 +48,7 @@ private:
     std::string m_strTemporary;
     struct stat m_old = {};
     bool m_bReplaces = false;
+    SHARED_PLACE m_ePlace = PLACE_OURS;
     mode_t m_nMode = 0; // asked for, 0: none
     int m_nFd = -1;     // holds the lock that says the temporary file is in use
 };

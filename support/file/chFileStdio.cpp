@@ -1,9 +1,37 @@
 #include "support/file/chFileStdio.h"
 
 #include "support/file/deviceRoot.h"
+#include "support/file/sharedFolder.h"
 
-#include <string>
+#include <fcntl.h>
+#include <string.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const mode_t NEW_FILE_MODE = 0666; // less the process's mask
+
+// What open(2) calls a mode of the C library.
+int flagsOf(const char* mode)
+{
+    const int access = strchr(mode, '+') ? O_RDWR : mode[0] == 'r' ? O_RDONLY : O_WRONLY;
+    const int made = mode[0] == 'r' ? 0 : O_CREAT | (mode[0] == 'a' ? O_APPEND : O_TRUNC);
+    return access | made | (strchr(mode, 'x') ? O_EXCL : 0);
+}
+
+FILE* openStream(const char* path, const char* mode)
+{
+    if (!*mode || !strchr("rwa", *mode))
+        return nullptr;
+    const int fd = fileOpenSafely(path, flagsOf(mode), NEW_FILE_MODE);
+    FILE* stream = fd >= 0 ? fdopen(fd, mode) : nullptr;
+    if (fd >= 0 && !stream)
+        close(fd);
+    return stream;
+}
+
+} // namespace
 
 int chFileStdio::Open(const char* path, const char* mode)
 {
@@ -12,7 +40,7 @@ int chFileStdio::Open(const char* path, const char* mode)
         return 0;
     m_bFailed = false;
     m_eLast = LAST_NONE;
-    m_pFile = fopen(devicePathFollow(path), (std::string(mode) + "e").c_str());
+    m_pFile = openStream(devicePathFollow(path), mode);
     struct stat info;
     if (m_pFile && fstat(fileno(m_pFile), &info) == 0 && S_ISDIR(info.st_mode))
         Close();

@@ -1,5 +1,7 @@
 #include "support/file/deviceRoot.h"
 
+#include "support/file/sharedFolder.h"
+
 #include <algorithm>
 #include <atomic>
 #include <limits.h>
@@ -105,12 +107,45 @@ std::string mapped(const std::string& root, const std::string& path)
     return root + (climbs(path) ? withoutClimbing(path) : path);
 }
 
-// What the link at machinePath names; empty when it is no link.
-std::string linkTarget(const std::string& machinePath)
+// What the link in that folder of the machine names; empty when it is none, or one that must not be
+// followed because anybody may have put it there.
+std::string linkTarget(const std::string& folder, const std::string& name)
 {
     char target[PATH_MAX];
-    const ssize_t length = readlink(machinePath.c_str(), target, sizeof(target));
-    return length > 0 ? std::string(target, size_t(length)) : std::string();
+    const ssize_t length = readlink((folder + "/" + name).c_str(), target, sizeof(target));
+    if (length <= 0 || fileIsSharedFolder(folder.empty() ? "/" : folder.c_str()))
+        return std::string();
+    return std::string(target, size_t(length));
+}
+
+std::string followed(const std::string& path)
+{
+    const std::string root = rootFolder();
+    const std::string whole = mapped(root, path);
+    std::vector<std::string> waiting = partsOf(path);
+    if (whole.empty() || whole[0] != '/' || waiting.empty())
+        return whole;
+    std::reverse(waiting.begin(), waiting.end()); // the next one at the end
+    std::string place;
+    int links = 0;
+    while (!waiting.empty()) {
+        const std::string part = waiting.back();
+        waiting.pop_back();
+        const std::string target = part == ".." ? "" : linkTarget(root + place, part);
+        if (target.empty()) {
+            step(place, part);
+            continue;
+        }
+        if (++links > LINK_LIMIT)
+            return whole;
+        if (leadsOut(place, part) && target[0] == '/' && !root.empty())
+            return target + pathOf(waiting);
+        if (target[0] == '/')
+            place.clear();
+        const std::vector<std::string> parts = partsOf(target);
+        waiting.insert(waiting.end(), parts.rbegin(), parts.rend());
+    }
+    return root + (place.empty() ? "/" : place);
 }
 
 } // namespace
@@ -140,30 +175,34 @@ chString devicePath(const char* path)
 
 chString devicePathFollow(const char* path)
 {
-    const std::string root = rootFolder();
-    const std::string whole = mapped(root, path ? path : "");
-    std::vector<std::string> waiting = partsOf(path ? path : "");
-    if (whole.empty() || whole[0] != '/' || waiting.empty())
-        return chString(whole.c_str());
-    std::reverse(waiting.begin(), waiting.end()); // the next one at the end
-    std::string place;
-    int links = 0;
-    while (!waiting.empty()) {
-        const std::string part = waiting.back();
-        waiting.pop_back();
-        const std::string target = part == ".." ? "" : linkTarget(root + place + "/" + part);
-        if (target.empty()) {
-            step(place, part);
-            continue;
-        }
-        if (++links > LINK_LIMIT)
-            return chString(whole.c_str());
-        if (leadsOut(place, part) && target[0] == '/' && !root.empty())
-            return chString((target + pathOf(waiting)).c_str());
-        if (target[0] == '/')
-            place.clear();
-        const std::vector<std::string> parts = partsOf(target);
-        waiting.insert(waiting.end(), parts.rbegin(), parts.rend());
+    return chString(followed(path ? path : "").c_str());
+}
+
+chString devicePathFollowFolder(const char* path)
+{
+    const std::string text = path ? path : "";
+    const size_t slash = text.rfind('/');
+    const std::string name = slash == std::string::npos ? std::string() : text.substr(slash + 1);
+    // Without a name at the end there is no link to leave as it is.
+    if (name.empty() || name == "." || name == "..")
+        return devicePathFollow(path);
+    const std::string folder = slash == 0 ? "/" : text.substr(0, slash);
+    const std::string place = followed(folder);
+    return chString((place + (place.back() == '/' ? "" : "/") + name).c_str());
+}
+
+chString devicePathTarget(const char* path)
+{
+    std::string file = path ? path : "";
+    for (int links = 0; links < LINK_LIMIT; ++links) {
+        const std::string machine = devicePathFollowFolder(file.c_str()).GetText();
+        const size_t slash = machine.rfind('/');
+        const std::string target = slash == std::string::npos
+                                       ? std::string()
+                                       : linkTarget(machine.substr(0, slash), machine.substr(slash + 1));
+        if (target.empty())
+            break;
+        file = target[0] == '/' ? target : file.substr(0, file.rfind('/') + 1) + target;
     }
-    return chString((root + (place.empty() ? "/" : place)).c_str());
+    return chString(file.c_str());
 }

@@ -17,4 +17,10 @@ NUX_API chString devicePath(const char* path);
 // As devicePath, and every link on the way is followed inside the root; links that go round in a circle are
 // not. Two kinds lead to a folder of this machine: a link in "/storage", which stands for a plugged disk, and
 // "/phone" when it is one, which stands for the device image.
+// A link in a folder where any user may put things stays as it is (sharedFolder.h).
 NUX_API chString devicePathFollow(const char* path);
+// As devicePathFollow, but what the last part names stays as it is, also when it is a link: for those who
+// remove or rename it.
+NUX_API chString devicePathFollowFolder(const char* path);
+// The device path of the file that path names in the end, which is path itself when it names no link.
+NUX_API chString devicePathTarget(const char* path);

@@ -2,6 +2,7 @@
 
 #include "support/file/chAtomicFile.h"
 #include "support/file/deviceRoot.h"
+#include "support/file/sharedFolder.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -17,15 +18,23 @@ const long long NS_PER_SECOND = 1000000000;
 // A pipe that nobody writes to would hold the caller for ever, so only files and devices are read.
 int openToRead(const char* path, size_t& size)
 {
-    const int fd = open(devicePathFollow(path), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const int fd = fileOpenSafely(devicePathFollow(path), O_RDONLY | O_NONBLOCK, 0);
     struct stat info;
-    if (fd >= 0 && fstat(fd, &info) == 0 && (S_ISREG(info.st_mode) || S_ISCHR(info.st_mode))) {
+    if (fd < 0)
+        return -1;
+    if (fstat(fd, &info) == 0 && (S_ISREG(info.st_mode) || S_ISCHR(info.st_mode))) {
         size = size_t(info.st_size);
         return fd;
     }
-    if (fd >= 0)
-        close(fd);
+    close(fd);
+    errno = EINVAL;
     return -1;
+}
+
+// Why the last call of the system did not find a file.
+FILE_READ notRead()
+{
+    return errno == ENOENT || errno == ENOTDIR ? FILE_READ_MISSING : FILE_READ_FAILED;
 }
 
 // Bytes read, 0 at the end of the file, -1 when reading failed.
@@ -39,7 +48,7 @@ ssize_t readSome(int fd, char* buffer, size_t size)
 }
 
 // The size that the file tells may be wrong, as it is with those of the kernel.
-bool readToEnd(int fd, std::string& data, size_t size, size_t limit)
+FILE_READ readToEnd(int fd, std::string& data, size_t size, size_t limit)
 {
     size_t used = 0;
     size_t room = size + 1;
@@ -48,11 +57,11 @@ bool readToEnd(int fd, std::string& data, size_t size, size_t limit)
         const ssize_t count = readSome(fd, &data[used], room);
         if (count <= 0) {
             data.resize(used);
-            return count == 0;
+            return count == 0 ? FILE_READ_DONE : FILE_READ_FAILED;
         }
         used += size_t(count);
         if (used > limit)
-            return false;
+            return FILE_READ_TOO_LARGE;
         if (used == data.size())
             room = BLOCK_SIZE;
         else
@@ -76,13 +85,19 @@ bool copyToEnd(int fd, chAtomicFile& target)
 
 int fileStat(const char* path, tagFileStat& result)
 {
+    return fileLook(path, result) == FILE_READ_DONE;
+}
+
+FILE_READ fileLook(const char* path, tagFileStat& result)
+{
+    const chString place = devicePathFollow(path);
     struct stat info;
-    if (stat(devicePathFollow(path), &info) != 0)
-        return 0;
+    if (stat(place, &info) != 0)
+        return notRead();
     result.nSize = info.st_size;
     result.nModifiedNs = info.st_mtim.tv_sec * NS_PER_SECOND + info.st_mtim.tv_nsec;
     result.nInode = info.st_ino;
-    return 1;
+    return FILE_READ_DONE;
 }
 
 long long fileSize(const char* path)
@@ -93,12 +108,12 @@ long long fileSize(const char* path)
 
 int fileRemove(const char* path)
 {
-    return unlink(devicePath(path)) == 0;
+    return unlink(devicePathFollowFolder(path)) == 0;
 }
 
 int fileRename(const char* from, const char* to)
 {
-    return rename(devicePath(from), devicePath(to)) == 0;
+    return rename(devicePathFollowFolder(from), devicePathFollowFolder(to)) == 0;
 }
 
 int fileFlushFolder(const char* path)
@@ -123,18 +138,23 @@ int fileCopy(const char* from, const char* to)
     return copied;
 }
 
-int fileReadWhole(const char* path, std::string& data, size_t limit)
+FILE_READ fileRead(const char* path, std::string& data, size_t limit)
 {
     data.clear();
     size_t size = 0;
     const int fd = openToRead(path, size);
     if (fd < 0)
-        return 0;
-    const bool whole = size <= limit && readToEnd(fd, data, size, limit);
+        return notRead();
+    const FILE_READ result = size <= limit ? readToEnd(fd, data, size, limit) : FILE_READ_TOO_LARGE;
     close(fd);
-    if (!whole)
+    if (result != FILE_READ_DONE)
         data = std::string();
-    return whole;
+    return result;
+}
+
+int fileReadWhole(const char* path, std::string& data, size_t limit)
+{
+    return fileRead(path, data, limit) == FILE_READ_DONE;
 }
 
 chString nuxDumpTextFileA(const char* path)

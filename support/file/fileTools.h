@@ -17,10 +17,16 @@ struct tagFileStat
     bool operator!=(const tagFileStat& other) const { return !(*this == other); }
 };
 
+// What became of a read. Only a file that was read, or is too large to be, can be called damaged: one that
+// could not be read (no descriptors left, no right to it, a failing disk, no plain file) may be sound.
+enum FILE_READ { FILE_READ_DONE, FILE_READ_MISSING, FILE_READ_TOO_LARGE, FILE_READ_FAILED };
+
 NUX_API int fileStat(const char* path, tagFileStat& stat);
+// As fileStat, and tells a file that is not there from one that cannot be looked at.
+NUX_API FILE_READ fileLook(const char* path, tagFileStat& stat);
 // Bytes; -1 when there is no such file.
 NUX_API long long fileSize(const char* path);
-// Removes a file or a link, not a folder.
+// Removes a file or a link, not a folder. Links on the way to it are followed, as everywhere.
 NUX_API int fileRemove(const char* path);
 // Takes the place of a file of the new name.
 NUX_API int fileRename(const char* from, const char* to);
@@ -28,8 +34,9 @@ NUX_API int fileRename(const char* from, const char* to);
 NUX_API int fileFlushFolder(const char* path);
 // Replaces the target whole or leaves it alone.
 NUX_API int fileCopy(const char* from, const char* to);
-// All bytes of the file. 0 when it cannot be read to its end or holds more than limit bytes; data is
-// then empty.
+// All bytes of the file; data is empty unless done.
+NUX_API FILE_READ fileRead(const char* path, std::string& data, size_t limit = 256u << 20);
+// 1 for FILE_READ_DONE.
 NUX_API int fileReadWhole(const char* path, std::string& data, size_t limit = 256u << 20);
 // The text of a file, as it stands; empty when it cannot be read.
 NUX_API chString nuxDumpTextFileA(const char* path);

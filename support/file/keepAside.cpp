@@ -10,14 +10,19 @@
 #include <atomic>
 #include <dirent.h>
 #include <errno.h>
+#include <fcntl.h>
 #include <stdlib.h>
 #include <string.h>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
 
 const int NAME_TRIES = 100;
+const mode_t MODE_BITS = 07777;
+const mode_t OTHERS = 0077;
 
 std::atomic<fileReportSink> theSink{nullptr};
 
@@ -38,7 +43,7 @@ long keptNumber(const std::string& entry, const std::string& keptName)
 std::vector<long> keptNumbers(const std::string& folder, const std::string& keptName)
 {
     std::vector<long> numbers;
-    DIR* dir = opendir(folder.c_str());
+    DIR* dir = opendir(devicePathFollow(folder.c_str()));
     if (!dir)
         return numbers;
     while (const dirent* entry = readdir(dir)) {
@@ -56,33 +61,34 @@ std::string keptPath(const std::string& kept, long number)
     return number == 0 ? kept : kept + "." + std::to_string(number);
 }
 
-// The machine path as a device path again.
-chString withoutRoot(const std::string& machinePath)
+bool isPlainFile(const char* path)
 {
-    return chString(machinePath.c_str() + deviceGetRoot().GetLength());
+    struct stat info;
+    return lstat(devicePathFollowFolder(path), &info) == 0 && S_ISREG(info.st_mode);
 }
 
 // A second name for the file, and a copy where the disk has no such thing. EEXIST when it is taken.
 bool secondName(const std::string& file, const std::string& name)
 {
-    if (fileGetSystemCalls().link(file.c_str(), name.c_str()) == 0)
+    const chString place = devicePathFollowFolder(name.c_str());
+    if (fileGetSystemCalls().link(devicePathFollowFolder(file.c_str()), place) == 0)
         return true;
     if (errno == EEXIST || errno == ENOENT || errno == ENOSPC || errno == EROFS)
         return false;
-    if (pathFileExist(withoutRoot(name))) {
+    if (pathFileExist(name.c_str())) {
         errno = EEXIST;
         return false;
     }
-    return fileCopy(withoutRoot(file), withoutRoot(name)) != 0;
+    return fileCopy(file.c_str(), name.c_str()) != 0;
 }
 
-// The name it got, empty when it could not be kept.
+// The name it got, empty when it could not be kept. Names are device paths.
 std::string keepUnderNewName(const std::string& file)
 {
-    const size_t slash = file.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : file.substr(0, slash + 1);
+    const std::string folder = file.substr(0, file.rfind('/') + 1);
     const std::string kept = file + ".bad";
-    const std::vector<long> numbers = keptNumbers(folder, kept.substr(slash + 1));
+    const std::vector<long> numbers =
+        keptNumbers(folder.empty() ? "." : folder, kept.substr(kept.rfind('/') + 1));
     long number = numbers.empty() ? 0 : numbers.back() + 1;
     int tries = 0;
     while (!secondName(file, keptPath(kept, number))) {
@@ -91,21 +97,33 @@ std::string keepUnderNewName(const std::string& file)
         ++number;
     }
     for (size_t i = 0; i + FILE_KEPT_LIMIT <= numbers.size(); ++i)
-        fileGetSystemCalls().unlink(keptPath(kept, numbers[i]).c_str());
+        fileGetSystemCalls().unlink(devicePathFollowFolder(keptPath(kept, numbers[i]).c_str()));
     return keptPath(kept, number);
+}
+
+// Nobody looks after a kept file any more, and it may hold what others must not read.
+void closeToOthers(const std::string& file)
+{
+    const int fd = open(devicePathFollowFolder(file.c_str()), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+    struct stat info;
+    if (fd >= 0 && fstat(fd, &info) == 0 && (info.st_mode & OTHERS))
+        fchmod(fd, info.st_mode & ~OTHERS & MODE_BITS);
+    if (fd >= 0)
+        close(fd);
 }
 
 } // namespace
 
 int fileCopyAside(const char* path, chString& kept)
 {
-    const std::string file = devicePathFollow(path).GetText();
-    if (file.empty() || pathIsDirectory(path))
+    const chString file = devicePathTarget(path);
+    if (file.IsEmpty() || !isPlainFile(file))
         return 0;
-    const std::string name = keepUnderNewName(file);
+    const std::string name = keepUnderNewName(file.GetText());
     if (name.empty())
         return 0;
-    kept = withoutRoot(name);
+    closeToOthers(name);
+    kept = name.c_str();
     fileReport(fmtString("%s cannot be understood, kept as %s", path, kept.GetText()));
     return 1;
 }
@@ -115,7 +133,7 @@ int fileKeepAside(const char* path)
     chString kept;
     if (!fileCopyAside(path, kept))
         return 0;
-    if (fileGetSystemCalls().unlink(devicePathFollow(path)) == 0)
+    if (fileGetSystemCalls().unlink(devicePathFollowFolder(devicePathTarget(path))) == 0)
         return 1;
     fileRemove(kept);
     return 0;

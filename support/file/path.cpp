@@ -3,11 +3,15 @@
 #include "support/file/deviceRoot.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <string.h>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
+
+const mode_t PRIVATE_MODE = 0700;
 
 bool statOf(const char* path, struct stat& info)
 {
@@ -69,7 +73,7 @@ int pathIsSafeName(const char* name)
 
 int pathMakeDirectories(const char* path)
 {
-    const std::string folder = devicePath(path).GetText();
+    const std::string folder = devicePathFollow(path).GetText();
     for (size_t end = folder.find('/', 1); !folder.empty(); end = folder.find('/', end + 1)) {
         if (mkdir(folder.substr(0, end).c_str(), 0777) != 0 && errno != EEXIST)
             return 0;
@@ -77,4 +81,22 @@ int pathMakeDirectories(const char* path)
             break;
     }
     return pathIsDirectory(path);
+}
+
+int pathMakePrivateDirectory(const char* path)
+{
+    chString above = path;
+    const std::string folder = devicePathFollow(path).GetText();
+    if (folder.empty() || (pathRemoveFileSpec(above) && !pathMakeDirectories(above)))
+        return 0;
+    if (mkdir(folder.c_str(), PRIVATE_MODE) != 0 && errno != EEXIST)
+        return 0;
+    const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    struct stat info;
+    const bool known = fd >= 0 && fstat(fd, &info) == 0;
+    const bool open = known && (info.st_mode & 0777) != PRIVATE_MODE;
+    const bool closed = known && (!open || fchmod(fd, PRIVATE_MODE) == 0);
+    if (fd >= 0)
+        close(fd);
+    return closed;
 }

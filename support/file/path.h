@@ -19,3 +19,6 @@ NUX_API int pathRemoveFileSpec(chString& path);
 NUX_API int pathIsSafeName(const char* name);
 // Makes the folder and those above it. 1 when it is there afterwards.
 NUX_API int pathMakeDirectories(const char* path);
+// The same for a folder that only its owner may use: one that is there already is closed to the others. 0
+// also when it is somebody else's.
+NUX_API int pathMakePrivateDirectory(const char* path);

@@ -1,9 +1,7 @@
 #include "support/xml/xmlFile.h"
 
 #include "support/file/atomicSave.h"
-#include "support/file/fileTools.h"
 #include "support/file/keepAside.h"
-#include "support/file/path.h"
 #include "support/xml/xmlWriter.h"
 
 #include <algorithm>
@@ -16,17 +14,22 @@ xmlFile::xmlFile(const char* path)
 
 int xmlFile::LoadFromFile(const char* path)
 {
+    Forget(path);
+    tagFileStat stat; // before the read: a later change is a change
+    fileStat(path, stat);
     std::string data;
-    const bool read = fileReadWhole(path, data) != 0;
-    if (!read) {
+    m_eLastRead = fileRead(path, data);
+    if (m_eLastRead != FILE_READ_DONE) {
         ClearDocument();
         SetError("The file cannot be read.", 1, 1);
+        if (m_eLastRead == FILE_READ_FAILED)
+            Remember(path, false, stat);
+        return 0;
     }
-    const bool loaded = read && ParseBytes(data.data(), data.size());
-    ForgetFailure(path);
-    if (!loaded && pathFileExist(path))
-        m_notUnderstood.push_back(path);
-    return loaded;
+    if (!ParseBytes(data.data(), data.size()))
+        return 0;
+    Remember(path, true, stat);
+    return 1;
 }
 
 int xmlFile::SaveToFile(const char* path)
@@ -35,11 +38,14 @@ int xmlFile::SaveToFile(const char* path)
     const std::string& text = writer.Write();
     if (!path || !writer.CanBeLoaded())
         return 0;
+    const OLD_FILE old = LookAtOld(path);
     chString kept;
-    if (IsNotUnderstood(path) && pathFileExist(path) && !fileCopyAside(path, kept))
+    if (old == OLD_UNREAD || (old == OLD_DAMAGED && !fileCopyAside(path, kept)))
         return 0;
     if (fileSaveAtomic(path, text.data(), text.size())) {
-        ForgetFailure(path);
+        tagFileStat stat;
+        fileStat(path, stat);
+        Remember(path, true, stat);
         return 1;
     }
     if (!kept.IsEmpty())
@@ -47,14 +53,40 @@ int xmlFile::SaveToFile(const char* path)
     return 0;
 }
 
-bool xmlFile::IsNotUnderstood(const char* path) const
+// What this document has loaded or saved itself is known to be good until it changes.
+xmlFile::OLD_FILE xmlFile::LookAtOld(const char* path) const
 {
-    return std::find(m_notUnderstood.begin(), m_notUnderstood.end(), path) != m_notUnderstood.end();
+    const tagKnown* known = Find(path);
+    tagFileStat stat;
+    if (known && known->bGood && fileStat(path, stat) && stat == known->stat)
+        return OLD_GOOD;
+    std::string data;
+    const FILE_READ read = fileRead(path, data);
+    if (read == FILE_READ_MISSING)
+        return OLD_MISSING;
+    if (read == FILE_READ_FAILED || (known && !known->bGood))
+        return OLD_UNREAD;
+    xmlFile old;
+    const bool good = read == FILE_READ_DONE && old.ParseBytes(data.data(), data.size());
+    return good ? OLD_GOOD : OLD_DAMAGED;
 }
 
-void xmlFile::ForgetFailure(const char* path)
+const xmlFile::tagKnown* xmlFile::Find(const char* path) const
 {
-    const auto found = std::find(m_notUnderstood.begin(), m_notUnderstood.end(), path ? path : "");
-    if (found != m_notUnderstood.end())
-        m_notUnderstood.erase(found);
+    const auto found = std::find_if(m_known.begin(), m_known.end(),
+                                    [path](const tagKnown& known) { return known.path == path; });
+    return found == m_known.end() ? nullptr : &*found;
+}
+
+void xmlFile::Remember(const char* path, bool good, const tagFileStat& stat)
+{
+    Forget(path);
+    m_known.push_back({path ? path : "", good, stat});
+}
+
+void xmlFile::Forget(const char* path)
+{
+    m_known.erase(std::remove_if(m_known.begin(), m_known.end(),
+                                 [path](const tagKnown& known) { return known.path == (path ? path : ""); }),
+                  m_known.end());
 }

@@ -1,5 +1,6 @@
 #pragma once
 // A document in a file. Paths are device paths.
+#include "support/file/fileTools.h"
 #include "support/xml/xmlDocument.h"
 #include "support/xml/xmlElement.h"
 #include "support/xml/xmlFind.h"
@@ -15,14 +16,28 @@ public:
 
     // 0 when the file is missing, cannot be read or is not well-formed; GetErrorText() tells why.
     int LoadFromFile(const char* path);
+    // What became of the last load's read: one that failed says nothing about what the file holds, so
+    // nothing that was to be added to it may take its place.
+    FILE_READ GetLastRead() const { return m_eLastRead; }
     // Whole or not at all; 0 leaves the old file. A document that could not be loaded again (without an
-    // element, beyond the limits) is not saved. A file that this document failed to load is kept aside
-    // before it is replaced.
+    // element, beyond the limits) is not saved. An old file that is not well-formed is kept aside before
+    // it is replaced, whichever document it is that replaces it; one that this document could not read, or
+    // that cannot be read now, is left alone.
     int SaveToFile(const char* path);
 
 private:
-    bool IsNotUnderstood(const char* path) const;
-    void ForgetFailure(const char* path);
+    enum OLD_FILE { OLD_MISSING, OLD_GOOD, OLD_DAMAGED, OLD_UNREAD };
+    struct tagKnown
+    {
+        std::string path;
+        bool bGood; // read and well-formed, else it could not be read
+        tagFileStat stat;
+    };
+    OLD_FILE LookAtOld(const char* path) const;
+    const tagKnown* Find(const char* path) const;
+    void Remember(const char* path, bool good, const tagFileStat& stat);
+    void Forget(const char* path);
 
-    std::vector<std::string> m_notUnderstood; // the files that are there, but could not be loaded
+    FILE_READ m_eLastRead = FILE_READ_MISSING;
+    std::vector<tagKnown> m_known; // the files that this document has loaded, saved or failed to read
 };

@@ -51,6 +51,16 @@ protected:
     }
 };
 
+// A write that was refused because the other one was at work is told, and made again.
+bool storeInTheEnd(const char* section, const char* key, int value)
+{
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        if (nuxSetRegistryInt(kFile, section, key, value))
+            return true;
+    }
+    return false;
+}
+
 void realSleepMicroseconds(unsigned us)
 {
     const timespec time = {0, static_cast<long>(us) * 1000};
@@ -72,7 +82,7 @@ TEST_F(RegistryReliability, AWriterThatIsKilledAtAnyMomentLeavesAWholeFile)
         });
         ASSERT_GT(child, 0);
         realSleepMicroseconds(random() % 2500);
-        ASSERT_EQ(nuxSetRegistryInt(kFile, "Parent", "round", round), 1);
+        ASSERT_TRUE(storeInTheEnd("Parent", "round", round));
         realSleepMicroseconds(random() % 1500);
         ASSERT_EQ(kill(child, SIGKILL), 0);
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
@@ -99,7 +109,7 @@ TEST_F(RegistryReliability, TwoProcessesThatWriteOneFileAtOnceLoseNothing)
     writeFile(kFile, "[Const]\nkept=yes\n");
     const auto writer = [](const char* section) {
         for (int i = 0; i < kWrites; ++i) {
-            if (!nuxSetRegistryInt(kFile, section, ("k" + std::to_string(i % kKeys)).c_str(), i))
+            if (!storeInTheEnd(section, ("k" + std::to_string(i % kKeys)).c_str(), i))
                 return false;
         }
         return true;
@@ -184,7 +194,7 @@ TEST_F(RegistryReliability, AFolderWithoutTheRightToWriteGivesZeroAndTheOldFileS
     EXPECT_TRUE(leftBeside().isEmpty());
 }
 
-TEST_F(RegistryReliability, AnUnreadableFileGivesDefaultsAndIsKeptAsideAtTheNextSave)
+TEST_F(RegistryReliability, AFileWithoutTheRightToReadGivesDefaultsAndIsLeftAlone)
 {
     writeFile(kFile, "[A]\nk=1\n");
     const QByteArray folder = hostPath("/rundata/config/user").toUtf8();
@@ -195,11 +205,12 @@ TEST_F(RegistryReliability, AnUnreadableFileGivesDefaultsAndIsKeptAsideAtTheNext
         if (geteuid() == 0 && (chown(file, 65534, 65534) != 0 || seteuid(65534) != 0))
             return false;
         return chmod(file, 0) == 0 && nuxGetRegistryInt(kFile, "A", "k", 7) == 7 &&
-               nuxSetRegistryString(kFile, "A", "n", "2") == 1;
+               nuxSetRegistryString(kFile, "A", "n", "2") == 0;
     });
     EXPECT_TRUE(endedWell(child));
-    EXPECT_EQ(readFile(kFile), "[A]\nn=2\n");
-    EXPECT_EQ(readFile("/rundata/config/user/test.ini.bad"), "[A]\nk=1\n");
+    ASSERT_EQ(chmod(file, 0600), 0);
+    EXPECT_EQ(readFile(kFile), "[A]\nk=1\n");
+    EXPECT_TRUE(leftBeside().isEmpty());
 }
 
 namespace {
@@ -305,19 +316,6 @@ TEST_F(RegistryReliability, EachFailingCallOfASaveLeavesTheOldFileOrTheNewOne)
         EXPECT_GT(failures, 0) << failing.name;
         EXPECT_TRUE(leftBeside().isEmpty()) << failing.name << leftBeside().join(' ').toStdString();
     }
-}
-
-TEST_F(RegistryReliability, WithoutTheLockNothingIsWritten)
-{
-    writeFile(kFile, "[A]\nk=1\n");
-    g_countdown = 0;
-    g_error = ENOLCK;
-    fileGetSystemCalls().flock = [](int fd, int operation) {
-        return failsNow() ? -1 : kReal.flock(fd, operation);
-    };
-    EXPECT_EQ(nuxSetRegistryString(kFile, "A", "k", "2"), 0);
-    fileGetSystemCalls() = fileDefaultSystemCalls();
-    EXPECT_EQ(readFile(kFile), "[A]\nk=1\n");
 }
 
 TEST_F(RegistryReliability, AFullDiskGivesZeroAndTheOldFileStays)

@@ -5,9 +5,15 @@
 #include "support/host/upgrade.h"
 #include "tests/kit/phoneTest.h"
 #include <QFile>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <sys/mman.h>
 #include <thread>
 #include <unistd.h>
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/asan_interface.h>
+#endif
 
 namespace {
 
@@ -41,6 +47,19 @@ QByteArray printedBy(const std::function<void()>& work)
     close(saved);
     file.seek(0);
     return file.readAll();
+}
+
+// True when nobody may use the byte any more.
+bool isGone(char* byte)
+{
+#if defined(__SANITIZE_ADDRESS__)
+    return __asan_address_is_poisoned(byte) != 0;
+#else
+    const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+    unsigned char state = 0;
+    char* start = byte - reinterpret_cast<uintptr_t>(byte) % page;
+    return mincore(start, page, &state) != 0 && errno == ENOMEM;
+#endif
 }
 
 } // namespace
@@ -116,7 +135,15 @@ TEST_F(Trace, AChecksumIsTheFilesMd5InLowerCase)
 
 TEST_F(Trace, AHelpersMemoryIsFreed)
 {
-    qFree(strdup("x"));
+    // So large that it has pages of its own, which go with it.
+    const size_t size = 64 << 20;
+    void* memory = malloc(size);
+    ASSERT_NE(memory, nullptr);
+    memset(memory, 1, size);
+    char* inside = static_cast<char*>(memory) + size / 2;
+    ASSERT_FALSE(isGone(inside));
+    qFree(memory);
+    EXPECT_TRUE(isGone(inside));
     qFree(nullptr);
 }
 

@@ -365,14 +365,23 @@ TEST_F(WanPage, OpeningWithDhcpAndAutoWriteStoresTheLiveAddress)
     nuxSetRegistryString(SYSTEM_FILE, "Network", "bAutoWriteWanIp", "1");
     for (const QString& key : kAddressKeys)
         nuxSetRegistryString(SYSTEM_FILE, "Network", fromQString(key).GetText(), "240.0.0.9");
+    // No two are alike, so that none can stand for another.
+    netWorld().address = in_addr{inet_addr("10.1.2.3")};
+    netWorld().netmask = in_addr{inet_addr("255.255.248.0")};
+    netWorld().gateway = in_addr{inet_addr("10.1.0.254")};
+    netWorld().primaryDNS = in_addr{inet_addr("10.9.0.1")};
+    netWorld().secondaryDNS = in_addr{inet_addr("10.9.0.2")};
     openWan();
-    const QString live = toQString(addr2String(netGetLocalIPv4()));
-    EXPECT_EQ(child<QLineEdit>("editIPAddress")->text(), live);
-    EXPECT_EQ(network("strWanIP"), live);
-    EXPECT_EQ(network("strWanMask"), toQString(addr2String(netGetWanNetmask())));
-    EXPECT_EQ(network("strWanGateway"), toQString(addr2String(netGetWanGateway())));
-    EXPECT_EQ(network("strWanPrimaryDNS"), toQString(addr2String(netGetWanPrimaryDNS())));
-    EXPECT_EQ(network("strWanSecondaryDNS"), toQString(addr2String(netGetWanSecondaryDNS())));
+    EXPECT_EQ(child<QLineEdit>("editIPAddress")->text(), "10.1.2.3");
+    EXPECT_EQ(child<QLineEdit>("editMASK")->text(), "255.255.248.0");
+    EXPECT_EQ(child<QLineEdit>("editGateway")->text(), "10.1.0.254");
+    EXPECT_EQ(child<QLineEdit>("editDNS1")->text(), "10.9.0.1");
+    EXPECT_EQ(child<QLineEdit>("editDNS2")->text(), "10.9.0.2");
+    EXPECT_EQ(network("strWanIP"), "10.1.2.3");
+    EXPECT_EQ(network("strWanMask"), "255.255.248.0");
+    EXPECT_EQ(network("strWanGateway"), "10.1.0.254");
+    EXPECT_EQ(network("strWanPrimaryDNS"), "10.9.0.1");
+    EXPECT_EQ(network("strWanSecondaryDNS"), "10.9.0.2");
     EXPECT_EQ(network("eWANType"), "0");
 }
 

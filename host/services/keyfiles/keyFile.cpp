@@ -266,6 +266,20 @@ int keyFile::Set(std::string_view section, std::string_view key, std::string_vie
     return 1;
 }
 
+keyFile::Change keyFile::SetAll(std::string_view section, const Values& values)
+{
+    Change change = Change::None;
+    for (const auto& [key, value] : values) {
+        const std::string* old = Find(section, key);
+        if (old && *old == value)
+            continue;
+        if (!Set(section, key, value))
+            return Change::Refused;
+        change = Change::Done;
+    }
+    return change;
+}
+
 // The key, and the blanks around its sign, stay as they were written.
 void keyFile::ReplaceValue(Entry& entry, std::string_view value)
 {

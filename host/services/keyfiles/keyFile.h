@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 class keyFile
@@ -31,6 +32,10 @@ public:
     const std::string* Find(std::string_view section, std::string_view key) const;
     // 1 when done; 0 for a name or a value that a key file cannot hold, and nothing is changed.
     int Set(std::string_view section, std::string_view key, std::string_view value);
+    // Of several keys all or, when one is refused, it does not matter which: the document is of no use then.
+    enum class Change { Refused, None, Done };
+    using Values = std::vector<std::pair<std::string_view, std::string_view>>;
+    Change SetAll(std::string_view section, const Values& values);
     // The keys of a section as they are written, in the order of the file.
     std::vector<std::string> SectionKeys(std::string_view section) const;
     // All values of a section by the key's name in lower case.

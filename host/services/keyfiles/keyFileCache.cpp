@@ -24,21 +24,22 @@ bool isFresh(const tagFileStat& stat)
     return std::llabs(now.tv_sec * 1000000000LL + now.tv_nsec - stat.nModifiedNs) < kFreshNs;
 }
 
-bool isUseless(KeyFileState state)
-{
-    return state == KeyFileState::Broken || state == KeyFileState::Unreadable;
-}
-
 } // namespace
 
 KeyFileState keyFileLoad(const char* path, keyFile& document)
 {
     document = keyFile();
     std::string text;
-    if (fileReadWhole(path, text, keyFile::SIZE_LIMIT))
+    switch (fileRead(path, text, keyFile::SIZE_LIMIT)) {
+    case FILE_READ_DONE:
         return document.Parse(text) ? KeyFileState::Good : KeyFileState::Broken;
-    tagFileStat stat;
-    return fileStat(path, stat) ? KeyFileState::Unreadable : KeyFileState::Missing;
+    case FILE_READ_MISSING:
+        return KeyFileState::Missing;
+    case FILE_READ_TOO_LARGE:
+        return KeyFileState::Broken;
+    default:
+        return KeyFileState::Unreadable;
+    }
 }
 
 keyFileCache& keyFileCache::GetInstance()
@@ -85,9 +86,29 @@ void keyFileCache::LookAgain()
         slot.second->looked = false;
 }
 
+void keyFileCache::KeepInMemory(bool keep)
+{
+    m_inMemory = keep;
+}
+
+bool keyFileCache::SetInMemory(std::string_view path, std::string_view section, const keyFile::Values& values)
+{
+    std::lock_guard<std::mutex> guard(m_lock);
+    Slot& slot = FindSlot(path);
+    Refresh(slot);
+    keyFile changed = slot.document;
+    if (changed.SetAll(section, values) == keyFile::Change::Refused)
+        return false;
+    slot.document = std::move(changed);
+    slot.held = true;
+    return true;
+}
+
 void keyFileCache::Refresh(Slot& slot)
 {
     const unsigned root = deviceGetRootNumber();
+    if (slot.held && slot.root == root)
+        return;
     const uint64_t now = nowMs();
     m_generation.Follow(root, now);
     // Taken before the file is looked at: a write in between is looked at again.
@@ -100,6 +121,9 @@ void keyFileCache::Refresh(Slot& slot)
     slot.root = root;
     slot.generation = generation;
     slot.tick = tick;
+    slot.held = false;
+    if (!sameRoot)
+        slot.document = keyFile();
     Look(slot, sameRoot);
     slot.looked = true;
 }
@@ -107,23 +131,44 @@ void keyFileCache::Refresh(Slot& slot)
 void keyFileCache::Look(Slot& slot, bool sameRoot)
 {
     tagFileStat stat;
-    if (!fileStat(slot.path.c_str(), stat)) {
+    const FILE_READ found = fileLook(slot.path.c_str(), stat);
+    if (found == FILE_READ_MISSING) {
         slot.document = keyFile();
         slot.state = KeyFileState::Missing;
         return;
     }
     const bool known = sameRoot && slot.state != KeyFileState::Missing && slot.stat == stat;
-    if (!known || slot.fresh)
+    if (found == FILE_READ_FAILED)
+        SetUnreadable(slot);
+    else if (!known || slot.fresh)
         Load(slot, stat);
 }
 
 void keyFileCache::Load(Slot& slot, const tagFileStat& stat)
 {
-    const bool wasTold = isUseless(slot.state) && slot.stat == stat;
+    const bool fresh = isFresh(stat);
+    keyFile document;
+    const KeyFileState state = keyFileLoad(slot.path.c_str(), document);
+    if (state == KeyFileState::Unreadable) {
+        SetUnreadable(slot);
+        return;
+    }
+    const bool wasTold = slot.state == KeyFileState::Broken && slot.stat == stat;
     slot.stat = stat;
-    slot.fresh = isFresh(stat);
-    slot.state = keyFileLoad(slot.path.c_str(), slot.document);
-    if (isUseless(slot.state) && !wasTold)
+    slot.fresh = fresh;
+    slot.state = state;
+    slot.document = std::move(document);
+    if (state == KeyFileState::Broken && !wasTold)
         nuxTrace(TRACE_NOTE, "The key file %s cannot be understood, its defaults are used",
                  slot.path.c_str());
+}
+
+// What was known of the file stays in force, and it is tried again at the next look.
+void keyFileCache::SetUnreadable(Slot& slot)
+{
+    if (slot.state != KeyFileState::Unreadable)
+        nuxTrace(TRACE_NOTE, "The key file %s cannot be read, its last known values are used",
+                 slot.path.c_str());
+    slot.state = KeyFileState::Unreadable;
+    slot.fresh = true;
 }

@@ -8,11 +8,12 @@
 #include "host/services/keyfiles/keyFile.h"
 #include "host/services/keyfiles/sharedGeneration.h"
 #include "support/file/fileTools.h"
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
 
-// Broken: it was read, but is no key file. Unreadable: there is something else, or it must not be read.
+// Broken: it was read, but is no key file. Unreadable: it is there, but could not be read; it may be sound.
 enum class KeyFileState { Missing, Good, Broken, Unreadable };
 // Reads a key file; the document is empty unless it is good.
 KeyFileState keyFileLoad(const char* path, keyFile& document);
@@ -27,7 +28,9 @@ public:
         keyFile document;
         KeyFileState state = KeyFileState::Missing;
         bool looked = false;
-        bool fresh = false; // written so shortly before it was read that its time may not tell a later write
+        bool fresh = false; // to be read again: written so shortly before that its time may not tell a later
+                            // write, or not read at all
+        bool held = false;  // changed in memory only
         tagFileStat stat;
         unsigned root = 0;
         uint64_t generation = 0;
@@ -62,13 +65,21 @@ public:
     // The next read of each file looks at it, whoever wrote it.
     void LookAgain();
 
+    // Where nothing can be stored: from then on writes change what this process reads, and no file.
+    void KeepInMemory(bool keep);
+    bool IsInMemory() const { return m_inMemory; }
+    // False for what a key file cannot hold; nothing is changed then.
+    bool SetInMemory(std::string_view path, std::string_view section, const keyFile::Values& values);
+
 private:
     keyFileCache() = default;
     Slot& FindSlot(std::string_view path);
     void Refresh(Slot& slot);
     void Look(Slot& slot, bool sameRoot);
     void Load(Slot& slot, const tagFileStat& stat);
+    void SetUnreadable(Slot& slot);
 
+    std::atomic<bool> m_inMemory{false};
     std::mutex m_lock;
     sharedGeneration m_generation;
     std::map<std::string, std::unique_ptr<Slot>, std::less<>> m_slots;

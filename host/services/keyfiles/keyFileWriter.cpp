@@ -1,118 +1,117 @@
 #include "host/services/keyfiles/keyFileWriter.h"
 #include "host/services/keyfiles/keyFileCache.h"
-#include "support/file/atomicSave.h"
+#include "host/services/keyfiles/keyFileLock.h"
+#include "support/file/chAtomicFile.h"
 #include "support/file/deviceRoot.h"
-#include "support/file/fileSystemCalls.h"
 #include "support/file/keepAside.h"
-#include "support/file/path.h"
 #include "support/host/trace.h"
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/file.h>
+#include <optional>
 
 namespace {
 
-// The lock is one on the folder that holds the file: it needs no file of its own, and is gone with its
-// process.
-class FolderLock
+constexpr mode_t kMode = 0600; // key files hold passwords
+
+std::string folderOf(const char* path)
 {
-public:
-    explicit FolderLock(const char* path)
-    {
-        const std::string file = devicePathFollow(path).GetText();
-        const size_t slash = file.rfind('/');
-        const std::string folder = slash == std::string::npos ? "."
-                                   : slash == 0               ? "/"
-                                                              : file.substr(0, slash);
-        m_nFd = fileGetSystemCalls().open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
-        if (m_nFd >= 0 && !Take())
-            Close();
-    }
-    ~FolderLock() { Close(); }
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
-    bool IsTaken() const { return m_nFd >= 0; }
-
-private:
-    bool Take() const
-    {
-        int result;
-        do
-            result = fileGetSystemCalls().flock(m_nFd, LOCK_EX);
-        while (result != 0 && errno == EINTR);
-        return result == 0;
-    }
-    void Close()
-    {
-        if (m_nFd >= 0)
-            fileGetSystemCalls().close(m_nFd);
-        m_nFd = -1;
-    }
-    int m_nFd = -1;
-};
-
-enum class Change { Refused, None, Done };
-
-Change setValues(keyFile& document, std::string_view section, const KeyValues& values)
-{
-    Change change = Change::None;
-    for (const auto& [key, value] : values) {
-        const std::string* old = document.Find(section, key);
-        if (old && *old == value)
-            continue;
-        if (!document.Set(section, key, value))
-            return Change::Refused;
-        change = Change::Done;
-    }
-    return change;
+    const std::string file = devicePathFollow(path).GetText();
+    const size_t slash = file.rfind('/');
+    return slash == std::string::npos ? "." : slash == 0 ? "/" : file.substr(0, slash);
 }
 
-bool save(const char* path, const std::string& text)
+// Puts the text in the file's place, safe from a loss of power once the folder is flushed as well.
+bool replace(chAtomicFile& file, const char* path, const std::string& text)
 {
-    return fileSaveAtomic(path, text.data(), text.size()) != 0;
+    return file.Open(path, kMode) && file.Write(text.data(), text.size()) && file.Flush() && file.Commit(0);
 }
 
-bool saveBesideKept(const char* path, KeyFileState state, const std::string& text)
+bool replaceDamaged(chAtomicFile& file, const char* path, const std::string& text)
 {
     chString kept;
     if (!fileCopyAside(path, kept))
         return false;
-    // What must not be read cannot be written over either, so it makes room.
-    const bool makesRoom = state == KeyFileState::Unreadable;
-    if ((!makesRoom || fileRemove(path)) && save(path, text))
+    if (replace(file, path, text))
         return true;
-    if (pathFileExist(path))
-        fileRemove(kept);
-    else
-        fileRename(kept, path);
+    fileRemove(kept);
     return false;
 }
 
-bool saveOver(const char* path, KeyFileState state, const std::string& text)
+// What is to be stored, made of what the file holds now.
+struct NewFile
 {
-    const bool isOurs = state == KeyFileState::Missing || state == KeyFileState::Good;
-    return isOurs ? save(path, text) : saveBesideKept(path, state, text);
+    keyFile document;
+    KeyFileState old = KeyFileState::Missing;
+    keyFile::Change change = keyFile::Change::None;
+
+    KeyFileSave Make(const char* path, std::string_view section, const KeyValues& values)
+    {
+        old = keyFileLoad(path, document);
+        if (old == KeyFileState::Unreadable)
+            return KeyFileSave::NotRead;
+        change = document.SetAll(section, values);
+        return change == keyFile::Change::Refused ? KeyFileSave::Refused : KeyFileSave::Stored;
+    }
+};
+
+// saved: of use only when the file was replaced.
+KeyFileSave writeLocked(std::optional<chAtomicFile>& saved, const char* path, std::string_view section,
+                        const KeyValues& values)
+{
+    const keyFileLock lock(folderOf(path));
+    if (!lock.IsTaken())
+        return lock.IsBusy() ? KeyFileSave::Busy : KeyFileSave::NotSaved;
+    NewFile file;
+    const KeyFileSave result = file.Make(path, section, values);
+    if (result != KeyFileSave::Stored || file.change == keyFile::Change::None)
+        return result;
+    const std::string text = file.document.Text();
+    if (text.size() > keyFile::SIZE_LIMIT)
+        return KeyFileSave::Refused;
+    saved.emplace();
+    const bool done =
+        file.old == KeyFileState::Broken ? replaceDamaged(*saved, path, text) : replace(*saved, path, text);
+    return done ? KeyFileSave::Stored : KeyFileSave::NotSaved;
+}
+
+KeyFileSave write(const char* path, std::string_view section, const KeyValues& values)
+{
+    NewFile asked;
+    KeyFileSave result = asked.Make(path, section, values);
+    // What is there already needs neither the lock nor a disk that can be written.
+    if (result != KeyFileSave::Stored || asked.change == keyFile::Change::None)
+        return result;
+    std::optional<chAtomicFile> saved;
+    result = writeLocked(saved, path, section, values);
+    // The new file is in force; the next writer need not wait until the disk knows its name.
+    if (result == KeyFileSave::Stored && saved && !saved->FlushFolder())
+        fileReport(fmtString("the folder of %s could not be flushed", path));
+    return result;
+}
+
+const char* reasonOf(KeyFileSave result)
+{
+    switch (result) {
+    case KeyFileSave::Refused:
+        return "it cannot hold the value";
+    case KeyFileSave::Busy:
+        return "another writer does not let go of it";
+    case KeyFileSave::NotRead:
+        return "what it holds cannot be read";
+    default:
+        return "its folder cannot be written";
+    }
 }
 
 } // namespace
 
-int keyFileWrite(const char* path, std::string_view section, const KeyValues& values)
+KeyFileSave keyFileWrite(const char* path, std::string_view section, const KeyValues& values)
 {
-    const FolderLock lock(path);
-    if (!lock.IsTaken()) {
-        nuxTrace(TRACE_NOTE, "The key file %s cannot be saved: its folder cannot be used", path);
-        return 0;
-    }
-    keyFile document;
-    const KeyFileState state = keyFileLoad(path, document);
-    const Change change = setValues(document, section, values);
-    if (change != Change::Done)
-        return change == Change::None;
-    const std::string text = document.Text();
-    if (text.size() > keyFile::SIZE_LIMIT || !saveOver(path, state, text)) {
-        nuxTrace(TRACE_NOTE, "The key file %s cannot be saved", path);
-        return 0;
-    }
-    keyFileCache::GetInstance().Written();
-    return 1;
+    keyFileCache& cache = keyFileCache::GetInstance();
+    if (cache.IsInMemory())
+        return cache.SetInMemory(path, section, values) ? KeyFileSave::Stored : KeyFileSave::Refused;
+    const KeyFileSave result = write(path, section, values);
+    if (result == KeyFileSave::Stored)
+        cache.Written();
+    else
+        nuxTrace(TRACE_NOTE, "The key file %s cannot be saved: %s", path, reasonOf(result));
+    return result;
 }

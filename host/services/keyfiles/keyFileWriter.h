@@ -1,12 +1,18 @@
 #pragma once
 // Changes keys of a key file, so that writers in other threads and processes lose nothing. Any thread.
-#include <string_view>
-#include <utility>
-#include <vector>
+#include "host/services/keyfiles/keyFile.h"
 
-using KeyValues = std::vector<std::pair<std::string_view, std::string_view>>;
+using KeyValues = keyFile::Values;
 
-// Under a lock that all writers take, reads the file, changes these keys of the section and saves it whole.
-// 1 when all are stored; 0 when one cannot be, or the file cannot be saved: then none is, and the old file
-// stays. A file that cannot be understood is kept aside first.
-int keyFileWrite(const char* path, std::string_view section, const KeyValues& values);
+enum class KeyFileSave {
+    Stored,
+    Refused,  // a name or a value that a key file cannot hold, or too much for one
+    Busy,     // another writer did not let go of the folder in time
+    NotRead,  // the old file is there, but could not be read; it may be sound, so it is left alone
+    NotSaved, // no folder, no right to it, a full or failing disk
+};
+
+// Under a lock that all writers take, reads the file, changes these keys of the section and saves it whole,
+// for its owner alone. All are stored, or none is and the old file stays, with a trace line. A file that was
+// read and cannot be understood is kept aside first. Waits keyFileLock::WAIT_MS at most.
+KeyFileSave keyFileWrite(const char* path, std::string_view section, const KeyValues& values);

@@ -72,6 +72,11 @@ void readValue(HREGISTRY handle, const char* key, TAKE take)
         take(static_cast<const std::string*>(nullptr));
 }
 
+bool isStored(KeyFileSave result)
+{
+    return result == KeyFileSave::Stored;
+}
+
 chString stringOf(const std::string* value, const char* def)
 {
     return value ? chString(value->data(), static_cast<int>(value->size())) : chString(def);
@@ -119,7 +124,7 @@ int nuxSetRegistryInt(const char* file, const char* section, const char* key, in
 
 int nuxSetRegistryString(const char* file, const char* section, const char* key, const char* value)
 {
-    return file ? keyFileWrite(file, textOf(section), {{textOf(key), textOf(value)}}) : 0;
+    return file && isStored(keyFileWrite(file, textOf(section), {{textOf(key), textOf(value)}}));
 }
 
 HREGISTRY registryOpen(const char* file, const char* section)
@@ -155,9 +160,8 @@ chString registryGetString(HREGISTRY handle, const char* key, const char* def)
 
 int registrySetString(HREGISTRY handle, const char* key, const char* value)
 {
-    return handle
-               ? keyFileWrite(handle->pSlot->path.c_str(), handle->strSection, {{textOf(key), textOf(value)}})
-               : 0;
+    return handle && isStored(keyFileWrite(handle->pSlot->path.c_str(), handle->strSection,
+                                           {{textOf(key), textOf(value)}}));
 }
 
 int registrySetStrings(HREGISTRY handle, const tagRegistryValue* values, int count)
@@ -167,5 +171,5 @@ int registrySetStrings(HREGISTRY handle, const tagRegistryValue* values, int cou
     KeyValues pairs;
     for (int i = 0; i < count; ++i)
         pairs.emplace_back(textOf(values[i].strKey), textOf(values[i].strValue));
-    return keyFileWrite(handle->pSlot->path.c_str(), handle->strSection, pairs);
+    return isStored(keyFileWrite(handle->pSlot->path.c_str(), handle->strSection, pairs));
 }

@@ -102,6 +102,16 @@ int messageServiceStart(const char* name)
     return messagePump::instance().listen(name, threadQueue::current());
 }
 
+bool messageServiceIsTaken(const char* name)
+{
+    return messageSocket::isTaken(name);
+}
+
+void messageServiceRemoveDead(const char* name)
+{
+    messageSocket::removeDead(name);
+}
+
 void messageServiceStop()
 {
     messagePump::instance().stop();

@@ -7,5 +7,9 @@
 // that is alive has the name, when this one has a name already, or when the name is none: letters,
 // digits, "_", "-" and ".", at most 64.
 HX_HOST_API int messageServiceStart(const char* name);
+// True when another process that is alive has the name.
+HX_HOST_API bool messageServiceIsTaken(const char* name);
+// Removes the socket that a process of that name left behind when it was killed.
+HX_HOST_API void messageServiceRemoveDead(const char* name);
 // Ends the name and all connections; waits for answers end at once. A name can be taken again.
 HX_HOST_API void messageServiceStop();

@@ -2,6 +2,7 @@
 #include "host/services/messages/messageSocket.h"
 #include "host/services/messages/replyBook.h"
 #include "support/host/trace.h"
+#include <algorithm>
 #include <cerrno>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -12,6 +13,7 @@ using messageWire::tagFrame;
 
 namespace {
 
+constexpr int kMaxGuests = 64;
 constexpr int kRetryMs = 200; // until another guest is let in when descriptors have run out
 
 void closeDescriptor(int& fd)
@@ -230,8 +232,25 @@ void messagePump::acceptGuest()
     m_bNoDescriptors = socket < 0 && (errno == EMFILE || errno == ENFILE);
     if (socket < 0)
         return;
+    makeRoomForGuest();
     const quint64 id = ++m_nLastId;
-    m_guests.insert(id, std::make_shared<tagGuest>(id, socket));
+    m_guests.insert(id, std::make_shared<tagGuest>(id, ++m_nHeard, socket));
+}
+
+// The phone's processes are few; one that gets out of hand must not take every descriptor of this one.
+// Whoever was silent longest goes: a peer that means to speak again connects again. The mutex is held.
+void messagePump::makeRoomForGuest()
+{
+    if (m_guests.size() < kMaxGuests)
+        return;
+    if (!m_bCrowded)
+        nuxTrace(TRACE_NOTE, "more than %d connections between the phone's processes, idle ones are closed",
+                 kMaxGuests);
+    m_bCrowded = true;
+    const auto oldest =
+        std::min_element(m_guests.begin(), m_guests.end(),
+                         [](const GuestRef& a, const GuestRef& b) { return a->nHeard < b->nHeard; });
+    m_guests.erase(oldest);
 }
 
 void messagePump::serveLink(const LinkRef& link, short events)
@@ -259,6 +278,8 @@ void messagePump::serveGuest(const GuestRef& guest, short events)
     if (events & (POLLIN | POLLHUP | POLLERR)) {
         QList<tagFrame> frames;
         open = guest->stream.receive(frames);
+        if (!frames.isEmpty())
+            guest->nHeard = ++m_nHeard;
         for (const tagFrame& frame : frames) {
             if (frame.eKind == messageWire::KIND_REPLY)
                 open = false; // nothing was asked

@@ -46,8 +46,9 @@ private:
     struct tagGuest
     {
         quint64 nId;
+        quint64 nHeard; // when it sent something last, as a count of such events
         messageStream stream;
-        tagGuest(quint64 id, int socket) : nId(id), stream(socket) {}
+        tagGuest(quint64 id, quint64 heard, int socket) : nId(id), nHeard(heard), stream(socket) {}
     };
     using LinkRef = std::shared_ptr<tagLink>;
     using GuestRef = std::shared_ptr<tagGuest>;
@@ -62,6 +63,7 @@ private:
     void serveLink(const LinkRef& link, short events);
     void serveGuest(const GuestRef& guest, short events);
     void acceptGuest();
+    void makeRoomForGuest();
     void closeLink(const LinkRef& link);
     void closeGuest(const GuestRef& guest);
     void deliver(quint64 guest, const messageWire::tagFrame& frame);
@@ -79,6 +81,8 @@ private:
     QByteArray m_name;
     threadQueueRef m_queue;
     quint64 m_nLastId = 0;
+    quint64 m_nHeard = 0;
+    bool m_bCrowded = false; // told already that there are too many guests
     QHash<QByteArray, LinkRef> m_links;
     QHash<quint64, GuestRef> m_guests;
 };

@@ -1,8 +1,8 @@
 #include "host/services/messages/messageSocket.h"
-#include "support/file/deviceRoot.h"
-#include "support/file/path.h"
+#include "host/services/system/runFolder.h"
 #include <QDir>
 #include <cctype>
+#include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
@@ -13,20 +13,12 @@
 
 namespace {
 
-const char* const kRunFolder = "/rundata/run";
 constexpr int kMaxName = 64;
 constexpr int kBacklog = 64;
 
-QByteArray runFolder()
+QByteArray folderPath()
 {
-    return QByteArray(devicePath(kRunFolder).GetText());
-}
-
-bool makeRunFolder()
-{
-    if (pathIsDirectory(kRunFolder))
-        return true;
-    return pathMakeDirectories(kRunFolder) && chmod(runFolder().constData(), 0700) == 0;
+    return QByteArray::fromStdString(runFolder::path());
 }
 
 // The address of a socket in the run folder. A path that is too long for an address goes through the
@@ -37,9 +29,9 @@ public:
     explicit Address(const QByteArray& name)
     {
         const QByteArray file = name + ".sock";
-        QByteArray path = runFolder() + '/' + file;
+        QByteArray path = folderPath() + '/' + file;
         if (path.size() >= int(sizeof m_address.sun_path)) {
-            m_nFolder = open(runFolder().constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+            m_nFolder = open(folderPath().constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
             path = "/proc/self/fd/" + QByteArray::number(m_nFolder) + '/' + file;
         }
         m_address.sun_family = AF_UNIX;
@@ -76,7 +68,7 @@ int closeFailed(int fd)
 // The lock ends with its process, however that ends, so a socket without one is a dead process's.
 int takeLock(const QByteArray& name)
 {
-    const QByteArray path = runFolder() + '/' + name + ".lock";
+    const QByteArray path = folderPath() + '/' + name + ".lock";
     const int fd = open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     return fd >= 0 && flock(fd, LOCK_EX | LOCK_NB) == 0 ? fd : closeFailed(fd);
 }
@@ -97,7 +89,7 @@ bool messageSocket::isValidName(const QByteArray& name)
 int messageSocket::listenAs(const QByteArray& name, int& lock)
 {
     lock = -1;
-    if (!isValidName(name) || !makeRunFolder())
+    if (!isValidName(name) || !runFolder::make())
         return -1;
     lock = takeLock(name);
     if (lock < 0)
@@ -112,9 +104,27 @@ int messageSocket::listenAs(const QByteArray& name, int& lock)
     return closeFailed(fd);
 }
 
+bool messageSocket::isTaken(const QByteArray& name)
+{
+    const QByteArray path = folderPath() + '/' + name + ".lock";
+    const int fd = isValidName(name) ? open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW) : -1;
+    const bool taken = fd >= 0 && flock(fd, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    closeFailed(fd);
+    return taken;
+}
+
 void messageSocket::removeName(const QByteArray& name)
 {
-    unlink((runFolder() + '/' + name + ".sock").constData());
+    unlink((folderPath() + '/' + name + ".sock").constData());
+}
+
+void messageSocket::removeDead(const QByteArray& name)
+{
+    const int lock = isValidName(name) ? takeLock(name) : -1;
+    if (lock < 0)
+        return;
+    removeName(name);
+    close(lock);
 }
 
 int messageSocket::connectTo(const QByteArray& name)
@@ -150,7 +160,7 @@ bool messageSocket::isClosed(int socket)
 QList<QByteArray> messageSocket::names()
 {
     QList<QByteArray> found;
-    const QDir folder(QString::fromLocal8Bit(runFolder()));
+    const QDir folder(QString::fromLocal8Bit(folderPath()));
     for (const QString& file : folder.entryList({"*.sock"}, QDir::System | QDir::Files)) {
         const QByteArray name = file.left(file.size() - 5).toLocal8Bit();
         if (isValidName(name))

@@ -11,7 +11,11 @@ namespace messageSocket {
 bool isValidName(const QByteArray& name);
 // Takes the name, which no other process may hold, and listens. lock: kept open as long as the name is.
 int listenAs(const QByteArray& name, int& lock);
+// True when a process that is alive holds the name.
+bool isTaken(const QByteArray& name);
 void removeName(const QByteArray& name);
+// The same, but only when no live process holds it.
+void removeDead(const QByteArray& name);
 // Never waits.
 int connectTo(const QByteArray& name);
 int acceptFrom(int listener);

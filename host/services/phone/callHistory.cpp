@@ -39,7 +39,9 @@ void writeCall(xmlElement* element, const tagCall& call)
 int saveCalls(const QList<tagCall>& ended)
 {
     xmlFile old;
-    old.LoadFromFile(kFile);
+    // Calls that cannot be read now are not given up for the new ones.
+    if (!old.LoadFromFile(kFile) && old.GetLastRead() == FILE_READ_FAILED)
+        return 0;
     xmlFile fresh;
     xmlElement* list = fresh.AddChildElement("CallHistory");
     int count = 0;
@@ -63,8 +65,13 @@ public:
         QList<tagCall> ended;
         ended.swap(history.waiting);
         lock.unlock();
-        if (!ended.isEmpty() && !saveCalls(ended))
-            nuxTrace(TRACE_NOTE, "the call history could not be saved");
+        if (ended.isEmpty() || saveCalls(ended))
+            return 1;
+        nuxTrace(TRACE_NOTE, "the call history could not be saved");
+        // They come with the next call.
+        lock.relock();
+        history.waiting =
+            ended.mid(std::max<qsizetype>(0, ended.size() - CALL_HISTORY_MAX)) + history.waiting;
         return 1;
     }
 };

@@ -1,4 +1,5 @@
 #include "host/services/players/playerProcesses.h"
+#include "host/services/messages/messageBus.h"
 #include "host/services/players/filmSound.h"
 #include "host/services/players/videoFrames.h"
 #include "support/file/deviceRoot.h"
@@ -76,10 +77,11 @@ void playerProcess::stop()
     if (m_process.state() == QProcess::NotRunning)
         return;
     m_process.terminate();
-    if (!m_process.waitForFinished(kEndMs)) {
-        m_process.kill();
-        m_process.waitForFinished(kEndMs);
-    }
+    if (m_process.waitForFinished(kEndMs))
+        return;
+    m_process.kill();
+    m_process.waitForFinished(kEndMs);
+    messageServiceRemoveDead(("app_" + m_program.toUtf8()).constData());
 }
 
 void playerProcess::onEnd(const QString& how)

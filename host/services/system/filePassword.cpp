@@ -98,7 +98,8 @@ struct filePassword::Private
     const User* Find(const char* name) const;
 
     std::string path;
-    bool broken = false;
+    bool broken = false; // it was read, and is damaged
+    bool unread = false; // it is there, but could not be read
     std::vector<User> users;
 };
 
@@ -106,16 +107,18 @@ void filePassword::Private::Load(const char* file)
 {
     path = file ? file : "";
     std::string text;
-    if (!pathFileExist(file)) {
+    const FILE_READ read = fileRead(file, text, kFileLimit);
+    if (read == FILE_READ_MISSING) {
         users.push_back({kFirstUser, std::string()});
         return;
     }
-    broken = !fileReadWhole(file, text, kFileLimit) || !readUsers(text, users);
-    if (!broken)
+    unread = read == FILE_READ_FAILED;
+    broken = !unread && (read != FILE_READ_DONE || !readUsers(text, users));
+    if (!broken && !unread)
         return;
     // Nobody gets in by a file that was damaged.
     users.clear();
-    nuxTrace(TRACE_NOTE, "The password file %s cannot be understood", file);
+    nuxTrace(TRACE_NOTE, "The password file %s cannot be %s", file, unread ? "read" : "understood");
 }
 
 const User* filePassword::Private::Find(const char* name) const
@@ -174,7 +177,11 @@ int filePassword::SaveToFile(const char* path) const
     if (text.empty() || !path)
         return 0;
     chString kept;
-    const bool broken = m_p->broken && m_p->path == path && pathFileExist(path);
+    const bool isOwn = m_p->path == path;
+    // The users that could not be read are still in it.
+    if (isOwn && m_p->unread)
+        return 0;
+    const bool broken = isOwn && m_p->broken && pathFileExist(path);
     if (broken && !fileCopyAside(path, kept))
         return 0;
     if (fileSaveAtomic(path, text.data(), text.size(), 0600))
