@@ -2,12 +2,22 @@
 #include "host/desktop/callMedia.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
+#include "host/services/keyfiles/deviceFiles.h"
+#include "support/host/box.h"
 #include "support/host/desktop.h"
+#include "support/host/language.h"
 #include "support/host/module.h"
 #include <QCoreApplication>
 #include <QTimer>
 
 namespace {
+
+void tellNothingIsStored()
+{
+    xMessageBox(Translate("Note"),
+                Translate("Settings cannot be stored. Changes last until the phone is switched off."),
+                BOX_NOTE, frmDesktop::GetInstance(), -1);
+}
 
 // One step a turn of the event loop, so that the loading screen moves on between them.
 void bootStep(int index)
@@ -19,6 +29,8 @@ void bootStep(int index)
     }
     frmDesktop::GetInstance()->FinishLoading();
     displayClient::instance().start();
+    if (!deviceFilesAreStored())
+        QTimer::singleShot(0, qApp, tellNothingIsStored);
 }
 
 } // namespace

@@ -792,6 +792,10 @@
         <translation>Diesen Kontakt löschen?</translation>
     </message>
     <message>
+        <source>Settings cannot be stored. Changes last until the phone is switched off.</source>
+        <translation>Einstellungen können nicht gespeichert werden. Änderungen gelten, bis das Telefon ausgeschaltet wird.</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>Der Kontakt kann nicht gespeichert werden!</translation>
     </message>

@@ -792,6 +792,10 @@
         <translation>¿Eliminar este contacto?</translation>
     </message>
     <message>
+        <source>Settings cannot be stored. Changes last until the phone is switched off.</source>
+        <translation>Los ajustes no se pueden guardar. Los cambios duran hasta que se apague el teléfono.</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>¡No se puede guardar el contacto!</translation>
     </message>

@@ -792,6 +792,10 @@
         <translation>Supprimer ce contact ?</translation>
     </message>
     <message>
+        <source>Settings cannot be stored. Changes last until the phone is switched off.</source>
+        <translation>Les réglages ne peuvent pas être enregistrés. Les changements durent jusqu'à l'arrêt du téléphone.</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>Impossible d’enregistrer le contact !</translation>
     </message>

@@ -792,6 +792,10 @@
         <translation>删除此联系人？</translation>
     </message>
     <message>
+        <source>Settings cannot be stored. Changes last until the phone is switched off.</source>
+        <translation>设置无法保存。更改在话机关机前有效。</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>无法保存联系人！</translation>
     </message>

@@ -7,7 +7,9 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QJsonArray>
+#include <QLocalSocket>
 #include <csignal>
+#include <sys/resource.h>
 
 namespace {
 
@@ -177,6 +179,24 @@ TEST_F(Control, AModalBoxDoesNotHoldUpTheControl)
     tap("btnNo");
     waitPage("frmDesktop");
     EXPECT_TRUE(logOf("reboot").isEmpty());
+}
+
+TEST_F(Control, AnswersAgainAfterDescriptorsHaveRunOut)
+{
+    // As a flood of connections would leave the phone: with no descriptor for the next one.
+    rlimit before = {}, none = {};
+    ASSERT_EQ(prlimit(pid_t(pid()), RLIMIT_NOFILE, nullptr, &before), 0);
+    none = before;
+    none.rlim_cur = 3;
+    ASSERT_EQ(prlimit(pid_t(pid()), RLIMIT_NOFILE, &none, nullptr), 0);
+    QLocalSocket waiting;
+    waiting.connectToServer(root() + "/control");
+    ASSERT_TRUE(waiting.waitForConnected(5000));
+    waiting.write("[\"tree\"]\n");
+    EXPECT_FALSE(waiting.waitForReadyRead(1000)) << "nobody can be let in";
+    ASSERT_EQ(prlimit(pid_t(pid()), RLIMIT_NOFILE, &before, nullptr), 0);
+    EXPECT_TRUE(waiting.waitForReadyRead(10000));
+    EXPECT_EQ(topWindow()["class"], "frmDesktop");
 }
 
 TEST_F(Control, ASecondPhoneOnTheSameRootIsRefused)

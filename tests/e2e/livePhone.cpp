@@ -34,19 +34,24 @@ void LivePhone::TearDown()
 
 void LivePhone::start()
 {
+    launch();
+    waitPage("frmDesktop");
+    waitIdle();
+}
+
+void LivePhone::launch(uid_t user)
+{
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("QT_SCALE_FACTOR", "1");
     m_phone.setProcessEnvironment(environment);
-    kit::endWithUs(m_phone);
+    kit::endWithUs(m_phone, user);
     m_phone.setProcessChannelMode(QProcess::ForwardedChannels);
     m_phone.start(kit::program("hxPhone"), {"--sysroot", root(), "--control", root() + "/control"});
     ASSERT_TRUE(m_phone.waitForStarted());
     // The socket is there once the phone listens; until then hxctl says that there is no phone.
     for (int attempt = 0; attempt < 400 && !QFile::exists(root() + "/control"); ++attempt)
         QThread::msleep(25);
-    waitPage("frmDesktop");
-    waitIdle();
 }
 
 void LivePhone::quit()

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <sys/types.h>
 
 class LivePhone : public ::testing::Test
 {
@@ -16,6 +17,8 @@ protected:
     // The command's value; fails the test when hxctl does not exit with expectedExit.
     QJsonValue ctl(const QStringList& command, int expectedExit = 0);
     void start();
+    // Without waiting for the home screen; as another user when the test may do so.
+    void launch(uid_t user = 0);
     void quit();
     void kill();
     // The phone ends by itself, cleanly.

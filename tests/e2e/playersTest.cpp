@@ -2,6 +2,7 @@
 #include "tests/e2e/livePhone.h"
 #include "tests/kit/plain/deviceFolder.h"
 #include "tests/kit/plain/processes.h"
+#include <QDir>
 #include <QFile>
 #include <csignal>
 
@@ -68,6 +69,7 @@ TEST_F(Players, EndWithThePhone)
     const qint64 media = playerPid("hxMedia");
     quit();
     EXPECT_TRUE(until([&] { return ::kill(pid_t(movie), 0) != 0 && ::kill(pid_t(media), 0) != 0; }));
+    EXPECT_EQ(QDir(root() + "/rundata/run").entryList({"*.sock"}, QDir::System | QDir::Files), QStringList());
 }
 
 TEST_F(Players, EndWithAPhoneThatIsKilled)

@@ -258,6 +258,17 @@ TEST_F(Calls, HistoryKeepsAHundredCalls)
     EXPECT_EQ(history("name", 100)[1], "N");
 }
 
+TEST_F(Calls, HistoryThatIsDamagedIsKeptAsideBeforeTheNextCallIsStored)
+{
+    const QByteArray damaged = "<CallHistory><Call number=\"1\" name=\"A & B\"/><Call number=\"2\"/>"
+                               "<Call number=\"3\"/></CallHistory>";
+    writeFile(kHistory, damaged);
+    phone_CallNumber("600", 1, -1);
+    phoneService::instance().hangUp(calls()[0].nId);
+    ASSERT_TRUE(kit::waitUntil([&] { return readFile(kHistory).contains("600"); }));
+    EXPECT_EQ(readFile("/rundata/data/callHistory.xml.bad"), damaged);
+}
+
 TEST_F(Calls, BurstOfCallsIsWholeAndInOrder)
 {
     QStringList expected;

@@ -1,4 +1,5 @@
 #include "support/host/password.h"
+#include "tests/kit/fewDescriptors.h"
 #include "tests/kit/phoneTest.h"
 #include <QDir>
 #include <QFile>
@@ -155,6 +156,24 @@ TEST_F(FilePassword, ADamagedFileIsKeptAsideByASave)
     writeFile(kFile, "");
     ASSERT_EQ(store("admin", "newer"), 1);
     EXPECT_TRUE(QFile::exists(hostPath("/rundata/data/htpasswd.bad.1")));
+}
+
+TEST_F(FilePassword, AFileThatCouldNotBeReadLetsNobodyInAndIsNotReplaced)
+{
+    ASSERT_EQ(store("admin", "secret"), 1);
+    const QByteArray before = readFile(kFile);
+    std::unique_ptr<filePassword> file;
+    {
+        const FewDescriptors none(0);
+        file = std::make_unique<filePassword>(kFile);
+    }
+    EXPECT_EQ(file->IsRightUserPassword("admin", "secret"), 0);
+    EXPECT_EQ(file->IsRightUserPassword("admin", ""), 0);
+    EXPECT_EQ(file->SetUserPassword("other", "word"), 1);
+    EXPECT_EQ(file->SaveToFile(kFile), 0);
+    EXPECT_EQ(readFile(kFile), before);
+    EXPECT_FALSE(QFile::exists(hostPath("/rundata/data/htpasswd.bad")));
+    EXPECT_EQ(isRight("admin", "secret"), 1);
 }
 
 TEST_F(FilePassword, ASaveThatIsNotPossibleIsZero)

@@ -21,7 +21,7 @@ namespace {
 
 const char* const kFile = "/rundata/config/user/test.ini";
 const char* const kFolder = "/rundata/config/user";
-const char* const kLockFile = "/rundata/config/user/.registry.lock";
+const char* const kLockFile = "/rundata/run/.registry.lock";
 const char* const kNumber = "/rundata/run/registry.gen";
 const uid_t kStranger = 65534;
 
@@ -153,7 +153,7 @@ TEST_F(KeyFileSafety, AWriterThatStandsStillMakesTheSaveFailSoonAndIsTold)
     writeFile(kFile, "[A]\nk=1\n");
     {
         const Standstill writer([this] {
-            static keyFileLock lock(hostPath(kFolder).toStdString());
+            static keyFileLock lock(hostPath("/rundata/run").toStdString());
             return lock.IsTaken();
         });
         ASSERT_TRUE(writer.isDone());

@@ -52,6 +52,12 @@ bool isClosedByPeer(int fd)
     return poll(&look, 1, 5000) > 0;
 }
 
+bool isClosedNow(int fd)
+{
+    pollfd look = {fd, POLLRDHUP, 0};
+    return poll(&look, 1, 0) > 0;
+}
+
 int countTraces(int from, const char* text)
 {
     int count = 0;
@@ -325,6 +331,58 @@ TEST_F(MessageProcesses, AFloodFromAnotherProcessIsHeldBackUntilTheThreadHasRoom
     EXPECT_GT(written, 4 << 20);
     EXPECT_TRUE(kit::waitUntil([&] { return recorder.received.size() >= written / bytes.size(); }));
     ::close(fd);
+}
+
+TEST_F(MessageProcesses, ManyConnectionsDoNotTakeEveryDescriptorAndAPeerIsStillHeard)
+{
+    const auto openHere = [] {
+        return QDir("/proc/self/fd").entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size();
+    };
+    peerProcess peer("app_peer");
+    ASSERT_TRUE(peer.isReady());
+    Recorder recorder;
+    msgPostMsgToThread(peerThread(), PEER_POST_BACK, 1, 0);
+    ASSERT_TRUE(kit::waitUntil([&] { return recorder.received.size() == 1; }));
+    const qsizetype before = openHere();
+    QList<int> flood;
+    for (int i = 0; i < 300; ++i)
+        flood.append(rawConnection());
+    EXPECT_TRUE(kit::waitUntil([&] { return isClosedNow(flood.first()); }));
+    EXPECT_LE(openHere(), before + flood.size() + 64);
+    // The peer connects again where its connection had to go.
+    EXPECT_TRUE(kit::waitUntil([&] {
+        msgPostMsgToThread(peerThread(), PEER_POST_BACK, 1, 0);
+        kit::settle();
+        return recorder.received.size() > 1;
+    }));
+    for (const int fd : flood)
+        ::close(fd);
+}
+
+TEST_F(MessageProcesses, SocketOfADeadProcessIsRemovedAndThatOfALiveOneIsNot)
+{
+    const QString socket = hostPath("/rundata/run/app_peer.sock");
+    peerProcess peer("app_peer");
+    ASSERT_TRUE(peer.isReady());
+    messageServiceRemoveDead("app_peer");
+    EXPECT_TRUE(QFile::exists(socket));
+    EXPECT_TRUE(messageServiceIsTaken("app_peer"));
+    peer.kill();
+    EXPECT_FALSE(messageServiceIsTaken("app_peer"));
+    EXPECT_TRUE(QFile::exists(socket));
+    messageServiceRemoveDead("app_peer");
+    EXPECT_FALSE(QFile::exists(socket));
+}
+
+TEST_F(MessageProcesses, RunFolderThatWasOpenIsClosedToOthers)
+{
+    messageServiceStop();
+    const QByteArray folder = hostPath("/rundata/run").toUtf8();
+    ASSERT_EQ(chmod(folder, 0755), 0);
+    ASSERT_EQ(messageServiceStart("app_test"), 1);
+    struct stat info = {};
+    ASSERT_EQ(stat(folder, &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0700u);
 }
 
 TEST_F(MessageProcesses, BytesThatAreNoMessageCloseTheirConnectionOnly)

@@ -3,6 +3,10 @@
 #include "signage/nDeckRegister.h"
 #include "support/host/http.h"
 #include "tests/signage/signageTest.h"
+#include <QFile>
+#include <QFileInfo>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -295,6 +299,21 @@ TEST_F(Registration, AnAnswerIsWrittenOverTheOneBefore)
     EXPECT_EQ(readFile(kResult), "short");
     EXPECT_TRUE(WriteRegisterInfo(""));
     EXPECT_EQ(readFile(kResult), "");
+}
+
+TEST_F(Registration, AnAnswerIsNotWrittenThroughAPlantedLink)
+{
+    writeFile("/rundata/precious", "precious");
+    ASSERT_EQ(chmod(hostPath("/tmp").toUtf8(), 01777), 0);
+    for (const QByteArray& target :
+         {QByteArray("/rundata/precious"), hostPath("/rundata/precious").toUtf8()}) {
+        QFile::remove(hostPath(kResult));
+        ASSERT_EQ(symlink(target, hostPath(kResult).toUtf8()), 0);
+        EXPECT_TRUE(WriteRegisterInfo("an answer"));
+        EXPECT_EQ(readFile("/rundata/precious"), "precious");
+        EXPECT_EQ(readFile(kResult), "an answer");
+        EXPECT_FALSE(QFileInfo(hostPath(kResult)).isSymLink());
+    }
 }
 
 TEST_F(Registration, IsNotTriedAgainByItself)

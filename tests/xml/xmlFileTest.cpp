@@ -2,6 +2,7 @@
 #include "support/file/fileSystemCalls.h"
 #include "support/file/keepAside.h"
 #include "tests/file/freshRoot.h"
+#include "tests/kit/fewDescriptors.h"
 
 #include <errno.h>
 
@@ -271,6 +272,66 @@ TEST_F(XmlFile, DamagedFileThatCannotBeKeptIsNotReplaced)
     };
     EXPECT_EQ(good.SaveToFile("/a.xml"), 0);
     EXPECT_EQ(get("/a.xml"), "damaged");
+}
+
+TEST_F(XmlFile, DamagedFileThatThisDocumentNeverSawIsKeptAside)
+{
+    put("/a.xml", "<l><i n='a & b'/></l>");
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(get("/a.xml"), SAVED);
+    EXPECT_EQ(get("/a.xml.bad"), "<l><i n='a & b'/></l>");
+    EXPECT_EQ(s_reports, 1);
+}
+
+TEST_F(XmlFile, FileThatWasDamagedSinceItWasLoadedIsKeptAside)
+{
+    put("/a.xml", SAVED);
+    EXPECT_EQ(good.LoadFromFile("/a.xml"), 1);
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(namesIn("/"), Names{"a.xml"});
+    put("/a.xml", "<l><i n='precious'/>");
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(get("/a.xml.bad"), "<l><i n='precious'/>");
+}
+
+TEST_F(XmlFile, GoodFileThatThisDocumentNeverSawIsReplacedAndNotKept)
+{
+    put("/a.xml", "<other/>");
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(get("/a.xml"), SAVED);
+    EXPECT_EQ(namesIn("/"), Names{"a.xml"});
+}
+
+TEST_F(XmlFile, FileThatCouldNotBeReadIsLeftAlone)
+{
+    put("/a.xml", SAVED);
+    xmlFile file;
+    {
+        const FewDescriptors none(0);
+        EXPECT_EQ(file.LoadFromFile("/a.xml"), 0);
+        EXPECT_EQ(file.GetLastRead(), FILE_READ_FAILED);
+    }
+    // It can be read again, but the document does not hold what is in it.
+    file.AddChildElement("new");
+    EXPECT_EQ(file.SaveToFile("/a.xml"), 0);
+    EXPECT_EQ(get("/a.xml"), SAVED);
+    EXPECT_EQ(namesIn("/"), Names{"a.xml"});
+    EXPECT_EQ(file.LoadFromFile("/a.xml"), 1);
+    EXPECT_EQ(file.SaveToFile("/a.xml"), 1);
+}
+
+TEST_F(XmlFile, FileThatCannotBeReadAtTheSaveIsLeftAlone)
+{
+    for (int left = 0; left < 6; ++left) {
+        put("/a.xml", "<other/>");
+        int result;
+        {
+            const FewDescriptors few(left);
+            result = good.SaveToFile("/a.xml");
+        }
+        EXPECT_EQ(get("/a.xml"), result ? SAVED : "<other/>") << left;
+        EXPECT_EQ(namesIn("/"), Names{"a.xml"}) << left;
+    }
 }
 
 } // namespace

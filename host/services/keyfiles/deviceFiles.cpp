@@ -4,8 +4,6 @@
 #include "support/file/deviceRoot.h"
 #include "support/file/path.h"
 #include "support/host/trace.h"
-#include <cerrno>
-#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <string>
@@ -22,10 +20,12 @@ constexpr int kDepth = 8; // folders in folders; the phone's own have three
 
 bool g_isStored = true;
 
+int g_nStayOpen = 0;
+
 void closeToOthers(int fd, const struct stat& info)
 {
     if ((info.st_mode & kOthers) && fchmod(fd, info.st_mode & ~kOthers & kModeBits) != 0)
-        nuxTrace(TRACE_NOTE, "A file of the phone stays open to other users: %s", strerror(errno));
+        ++g_nStayOpen;
 }
 
 // Takes from other users what is in the folder, and the folder itself. No link is followed. Ends fd.
@@ -84,6 +84,8 @@ void deviceFilesStart()
                  kSettings);
     for (const char* tree : {kSettings, kData})
         closeTree(tree);
+    if (g_nStayOpen > 0)
+        nuxTrace(TRACE_NOTE, "%d files and folders of the phone stay open to other users", g_nStayOpen);
     if (runFolder::make() && runFolder::isWritable())
         return;
     nuxTrace(TRACE_NOTE, "The run folder cannot be written, %s takes its place",

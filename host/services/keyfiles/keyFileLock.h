@@ -1,6 +1,6 @@
 #pragma once
-// The lock that the writers of one folder's key files take, threads and processes alike. It lies on a file
-// of its own that only the phone's user may open, so nobody else can hold it, and it ends with its process.
+// The lock that the writers of key files take, threads and processes alike. It lies on a file of its own
+// that only the phone's user may open, so nobody else can hold it, and it ends with its process.
 // Whoever waits is next: a writer that comes again at once stands behind him. Any thread.
 #include <string>
 

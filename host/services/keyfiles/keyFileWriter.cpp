@@ -1,9 +1,11 @@
 #include "host/services/keyfiles/keyFileWriter.h"
 #include "host/services/keyfiles/keyFileCache.h"
 #include "host/services/keyfiles/keyFileLock.h"
+#include "host/services/system/runFolder.h"
 #include "support/file/chAtomicFile.h"
 #include "support/file/deviceRoot.h"
 #include "support/file/keepAside.h"
+#include "support/file/path.h"
 #include "support/host/trace.h"
 #include <optional>
 
@@ -11,8 +13,11 @@ namespace {
 
 constexpr mode_t kMode = 0600; // key files hold passwords
 
-std::string folderOf(const char* path)
+// The run folder is the phone's user's alone. A device root that is no phone's has none.
+std::string lockFolderOf(const char* path)
 {
+    if (pathIsDirectory("/rundata") && runFolder::make())
+        return runFolder::path();
     const std::string file = devicePathFollow(path).GetText();
     const size_t slash = file.rfind('/');
     return slash == std::string::npos ? "." : slash == 0 ? "/" : file.substr(0, slash);
@@ -56,7 +61,7 @@ struct NewFile
 KeyFileSave writeLocked(std::optional<chAtomicFile>& saved, const char* path, std::string_view section,
                         const KeyValues& values)
 {
-    const keyFileLock lock(folderOf(path));
+    const keyFileLock lock(lockFolderOf(path));
     if (!lock.IsTaken())
         return lock.IsBusy() ? KeyFileSave::Busy : KeyFileSave::NotSaved;
     NewFile file;

@@ -7,7 +7,7 @@ using KeyValues = keyFile::Values;
 enum class KeyFileSave {
     Stored,
     Refused,  // a name or a value that a key file cannot hold, or too much for one
-    Busy,     // another writer did not let go of the folder in time
+    Busy,     // another writer did not let go of the lock in time
     NotRead,  // the old file is there, but could not be read; it may be sound, so it is left alone
     NotSaved, // no folder, no right to it, a full or failing disk
 };

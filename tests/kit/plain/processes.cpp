@@ -25,9 +25,13 @@ QList<QByteArray> statFields(const QByteArray& stat)
 
 } // namespace
 
-void kit::endWithUs(QProcess& process)
+void kit::endWithUs(QProcess& process, uid_t user)
 {
-    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    process.setChildProcessModifier([user] {
+        if (user != 0 && setresuid(user, user, user) != 0)
+            _exit(1);
+        prctl(PR_SET_PDEATHSIG, SIGKILL); // a change of the user takes it away
+    });
 }
 
 qint64 kit::childOf(qint64 parent, const QByteArray& program)

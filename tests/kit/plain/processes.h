@@ -4,11 +4,13 @@
 #include <QProcess>
 #include <QString>
 #include <functional>
+#include <sys/types.h>
 
 namespace kit {
 
 // From its next start on the process ends with this one, however that ends. Started from the main thread.
-void endWithUs(QProcess& process);
+// user: whom it runs for when the test is the superuser's; 0 the test's own.
+void endWithUs(QProcess& process, uid_t user = 0);
 
 // The living process of that program whose parent is the given one; 0 when there is none.
 qint64 childOf(qint64 parent, const QByteArray& program);

@@ -1,0 +1,71 @@
+// A phone whose file system cannot be written.
+#include "places.h"
+#include "tests/e2e/livePhone.h"
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QThread>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const uid_t Stranger = 65534;
+
+class ReadOnlyPhone : public LivePhone
+{
+protected:
+    // Everything is the superuser's, and all may read it.
+    void openToReaders() const
+    {
+        ASSERT_EQ(chmod(root().toUtf8(), 0777), 0);
+        ASSERT_EQ(chmod((root() + "/rundata").toUtf8(), 0755), 0);
+        QDirIterator all(root() + "/rundata", QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+        while (all.hasNext()) {
+            all.next();
+            ASSERT_EQ(chmod(all.filePath().toUtf8(), all.fileInfo().isDir() ? 0755 : 0644), 0);
+        }
+    }
+    bool isPlayerThere()
+    {
+        QProcess process;
+        process.start(QString(HX_BUILD_DIR "/bin/hxctl"),
+                      {"-s", root() + "/control", "post", "app_hxMovie", "1", "0", "0"});
+        process.waitForFinished();
+        QThread::msleep(process.exitCode() == 0 ? 0 : 100);
+        return process.exitCode() == 0;
+    }
+    QByteArray settings() const
+    {
+        QFile file(root() + "/rundata/config/user/user.ini");
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+};
+
+} // namespace
+
+TEST_F(ReadOnlyPhone, StartsSaysSoAndKeepsSettingsInMemory)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the superuser can play a user who may write nothing";
+    quit();
+    openToReaders();
+    const QByteArray before = settings();
+    launch(Stranger);
+    waitPage("dlgMessageBox");
+    shot("readOnly");
+    EXPECT_EQ(logOf("trace").filter("settings are kept in memory").size(), 1);
+    key("Return");
+    waitPage("frmDesktop");
+    ctl({"config", "/rundata/config/user/user.ini", "DateTime", "eTimeFormat", "1"});
+    EXPECT_EQ(config("/rundata/config/user/user.ini", "DateTime", "eTimeFormat"), "1");
+    EXPECT_EQ(settings(), before);
+    // Messages go to the players and back as ever.
+    bool reached = false;
+    for (int attempt = 0; attempt < 40 && !reached; ++attempt)
+        reached = isPlayerThere();
+    EXPECT_TRUE(reached);
+    quit();
+    EXPECT_EQ(settings(), before);
+}
