@@ -5,6 +5,7 @@
 #include "tests/settings_system/systemPageTest.h"
 #include <QButtonGroup>
 #include <QRadioButton>
+#include <arpa/inet.h>
 
 namespace {
 
