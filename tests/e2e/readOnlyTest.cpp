@@ -1,10 +1,11 @@
 // A phone whose file system cannot be written.
 #include "places.h"
 #include "tests/e2e/livePhone.h"
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QThread>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,10 +31,9 @@ protected:
     bool isPlayerThere()
     {
         QProcess process;
-        process.start(QString(HX_BUILD_DIR "/bin/hxctl"),
+        process.start(kit::program("hxctl"),
                       {"-s", root() + "/control", "post", "app_hxMovie", "1", "0", "0"});
         process.waitForFinished();
-        QThread::msleep(process.exitCode() == 0 ? 0 : 100);
         return process.exitCode() == 0;
     }
     QByteArray settings() const
@@ -63,10 +63,7 @@ TEST_F(ReadOnlyPhone, StartsSaysSoAndKeepsSettingsInMemory)
     EXPECT_EQ(config("/rundata/config/user/user.ini", "DateTime", "eTimeFormat"), "1");
     EXPECT_EQ(settings(), before);
     // Messages go to the players and back as ever.
-    bool reached = false;
-    for (int attempt = 0; attempt < 40 && !reached; ++attempt)
-        reached = isPlayerThere();
-    EXPECT_TRUE(reached);
+    EXPECT_TRUE(kit::waits([this] { return isPlayerThere(); }, 8000));
     quit();
     EXPECT_EQ(settings(), before);
 }
