@@ -152,6 +152,12 @@ FILE_READ fileRead(const char* path, std::string& data, size_t limit)
     return result;
 }
 
+int fileOpenToRead(const char* path)
+{
+    size_t size = 0;
+    return openToRead(path, size);
+}
+
 int fileReadWhole(const char* path, std::string& data, size_t limit)
 {
     return fileRead(path, data, limit) == FILE_READ_DONE;

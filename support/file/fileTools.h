@@ -34,6 +34,9 @@ NUX_API int fileRename(const char* from, const char* to);
 NUX_API int fileFlushFolder(const char* path);
 // Replaces the target whole or leaves it alone.
 NUX_API int fileCopy(const char* from, const char* to);
+// For a library that reads by itself: a descriptor, the caller's to close. -1 for what is no plain file or
+// device, and in a folder where any user may put things for what is not ours.
+NUX_API int fileOpenToRead(const char* path);
 // All bytes of the file; data is empty unless done.
 NUX_API FILE_READ fileRead(const char* path, std::string& data, size_t limit = 256u << 20);
 // 1 for FILE_READ_DONE.

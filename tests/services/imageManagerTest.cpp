@@ -1,10 +1,13 @@
 #include "support/file/deviceRoot.h"
 #include "support/host/image.h"
+#include "tests/kit/fewDescriptors.h"
 #include "tests/kit/phoneTest.h"
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -46,6 +49,26 @@ TEST_F(Images, WhatIsNoPictureIsANullPixmap)
     EXPECT_TRUE(images.GetImage("").isNull());
     EXPECT_TRUE(images.GetImage(nullptr).isNull());
     EXPECT_TRUE(images.GetImageByScale("/rundata/none.png", 10, 10).isNull());
+}
+
+TEST_F(Images, APictureThatCouldNotBeOpenedForAWhileComesWhenItCan)
+{
+    writePicture("/rundata/a.png", {30, 20}, Qt::red);
+    {
+        const FewDescriptors none(0);
+        EXPECT_TRUE(images.GetImage("/rundata/a.png").isNull());
+    }
+    EXPECT_TRUE(kit::waitUntil([this] { return !images.GetImage("/rundata/a.png").isNull(); }));
+}
+
+TEST_F(Images, APictureBehindALinkInASharedFolderIsNone)
+{
+    writePicture("/rundata/a.png", {30, 20}, Qt::red);
+    writePicture("/tmp/own.png", {30, 20}, Qt::red);
+    ASSERT_EQ(chmod(hostPath("/tmp").toUtf8(), 01777), 0);
+    ASSERT_EQ(symlink(hostPath("/rundata/a.png").toUtf8(), hostPath("/tmp/link.png").toUtf8()), 0);
+    EXPECT_FALSE(images.GetImage("/tmp/own.png").isNull());
+    EXPECT_TRUE(images.GetImage("/tmp/link.png").isNull());
 }
 
 TEST_F(Images, AChangedFileIsReadAgainAfterAMoment)

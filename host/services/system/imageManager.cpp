@@ -4,6 +4,7 @@
 #include "support/host/image.h"
 #include "support/host/text.h"
 #include <QCoreApplication>
+#include <QFile>
 #include <QHash>
 #include <QImageReader>
 #include <QThreadPool>
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <ctime>
 #include <deque>
+#include <unistd.h>
 
 namespace {
 
@@ -76,12 +78,26 @@ void scaleToFit(QImageReader& reader, QSize room)
 // room: empty for the picture as it is. Any thread.
 QImage readPicture(const char* path, QSize room)
 {
-    QImageReader reader(toQString(devicePath(path)));
+    QFile file;
+    const int fd = fileOpenToRead(path);
+    if (fd < 0 || !file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return QImage();
+    QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     if (!room.isEmpty())
         scaleToFit(reader, room);
     return reader.read();
+}
+
+// Of the file that a picture was read from. A picture that could not be opened is none for now only: it is
+// remembered as that of a file that is not there, so that the next look reads it again.
+tagFileStat rememberedStat(const tagFileStat& stat, const char* path, bool isRead)
+{
+    const int fd = isRead ? -1 : fileOpenToRead(path);
+    if (fd >= 0)
+        close(fd);
+    return isRead || fd >= 0 ? stat : tagFileStat();
 }
 
 // In the form that a pixmap takes as it is.
@@ -150,6 +166,7 @@ ImageNode& ImageManager::Private::Read(const ImageKey& key, qint64 now)
     node.kept = nodes.value(own).kept;
     fileStat(own.path.constData(), node.stat);
     node.pixmap = QPixmap::fromImage(readPicture(own.path.constData(), QSize(own.w, own.h)));
+    node.stat = rememberedStat(node.stat, own.path.constData(), !node.pixmap.isNull());
     Store(own, node);
     return nodes[own];
 }
@@ -204,6 +221,7 @@ void ImageManager::Private::PrepareNext()
             tagFileStat stat;
             fileStat(path.constData(), stat);
             const QImage image = readForScreen(path.constData());
+            stat = rememberedStat(stat, path.constData(), !image.isNull());
             QMetaObject::invokeMethod(
                 &here,
                 [=] {
