@@ -12,14 +12,15 @@
 #include <QRect>
 #include <algorithm>
 #include <string>
+#include <unordered_map>
 
 namespace {
 
-enum { RELOAD_SHORTEST_MS = 10, CHANGE_SHORTEST_MS = 1 };
+enum { RELOAD_SHORTEST_MS = 10, CHANGE_SHORTEST_MS = 1, DRAW_MS = 40 };
 
-bool isRegistered()
+bool mayShow()
 {
-    return GetNDeckRegister().GetRegisterStatus() != 0;
+    return GetNDeckRegister().MayShow();
 }
 
 void showDefaultPicture()
@@ -27,9 +28,33 @@ void showDefaultPicture()
     GetNDeckScreen().SetBackgroundImage(NDECK_DEFAULT_PICTURE);
 }
 
+std::string contentOf(const chString& name)
+{
+    std::string content;
+    fileReadWhole(nDeckPath(name), content, NDECK_LAYOUT_FILE_LIMIT);
+    return content;
+}
+
+// Of a layout whose file may not be in use yet.
+std::string waitingContent(const _nDeckLayoutNode& node)
+{
+    const nDeckNodeList& known = GetNDeckFileManager().GetFileList();
+    const chString waiting = node.file + NDECK_WAITING;
+    const bool isWaiting = GetNDeckFileManager().IsFileExistByList(waiting, node.md5, known);
+    return contentOf(isWaiting ? waiting : node.file);
+}
+
+bool areFilesHere(const std::vector<chString>& files, const std::unordered_map<std::string, chString>& md5s)
+{
+    return std::all_of(files.begin(), files.end(), [&md5s](const chString& file) {
+        const auto md5 = md5s.find(file.GetText());
+        return md5 == md5s.end() || GetNDeckFileManager().IsFileHere(file, md5->second);
+    });
+}
+
 } // namespace
 
-nDeckDisplay::nDeckDisplay() : m_current(end()) {}
+nDeckDisplay::nDeckDisplay() : m_current(end()), m_drawn(end()) {}
 
 nDeckDisplay::~nDeckDisplay() = default;
 
@@ -41,7 +66,7 @@ bool nDeckDisplay::CreateDisplay()
     m_bCreated = 1;
     nDeckFileManager& files = GetNDeckFileManager();
     files.SetAutoUpdateEnable(1);
-    if (files.IsNdeckConfigComplete() && isRegistered())
+    if (files.IsNdeckConfigComplete() && mayShow())
         InitDisplay();
     else
         UpdateDisplay(&files.GetDisplayFrame());
@@ -50,6 +75,7 @@ bool nDeckDisplay::CreateDisplay()
 
 void nDeckDisplay::InitDisplay()
 {
+    m_bStoredShown = true;
     GetNDeckFileManager().InitFileList();
     UpdateDisplay(&GetNDeckFileManager().GetDisplayFrame());
 }
@@ -62,6 +88,7 @@ void nDeckDisplay::DestroyDisplay()
     GetNDeckFileManager().SetAutoUpdateEnable(0);
     GetNDeckVideoManager().StopPlayVideo(1);
     m_bCreated = 0;
+    m_bStoredShown = false;
 }
 
 void nDeckDisplay::UpdateDisplay(DisplayFrame* frame)
@@ -70,6 +97,9 @@ void nDeckDisplay::UpdateDisplay(DisplayFrame* frame)
         m_frame.medias = frame->medias;
         m_frame.layouts = frame->layouts;
     }
+    m_mediaNames = frameMediaNames(m_frame);
+    m_awaited.clear();
+    m_lastPassed = chTime();
     GetNDeckScreen().KeepPicture(QRect());
     GetNDeckScreen().ClearPannels();
     SetCurrentLayout(end());
@@ -88,20 +118,23 @@ void nDeckDisplay::UpdateDisplay(DisplayFrame* frame)
 void nDeckDisplay::AppendLayout(const _nDeckLayoutNode& node)
 {
     nDeckLayout& layout = *append(this);
-    std::string content;
-    fileReadWhole(nDeckPath(node.file), content, NDECK_LAYOUT_FILE_LIMIT);
     chTime from;
     chTime to;
     scheduleWindow(node.fromdt, node.todt, node.eventType, from, to);
     layout.SetSchedule(from, to);
     layout.SetMeeting(node.bMeeting);
-    layout.SetLayoutContent(node.file, content.c_str(), node.md5);
+    layout.SetLayoutContent(node.file, contentOf(node.file).c_str(), node.md5);
 }
 
 void nDeckDisplay::LoadNextReadyLayout()
 {
     GetNDeckFileManager().RemoveOldFileByFileList();
-    SetCurrentLayout(FindNextReady());
+    // By a clock that was wrong, a layout was removed that is not over.
+    if (m_lastPassed > chTime(netGetLocalTime())) {
+        UpdateDisplay(&m_frame);
+        return;
+    }
+    SetCurrentLayout(nDeckKeepsShow() ? FindNextComplete() : FindNextReady());
 }
 
 // Once round the ring from behind the current one. What is over goes, wherever it is met.
@@ -116,11 +149,105 @@ nDeckDisplay::iterator nDeckDisplay::FindNextReady()
         else if (it->IsScheduleOnReady(now))
             return it;
         else if (it->IsSchedulePassed(now))
-            it = erase(it);
+            it = RemovePassed(it);
         else
             ++it;
     }
     return m_current;
+}
+
+// The same, but one whose files have not all come waits while there is another.
+nDeckDisplay::iterator nDeckDisplay::FindNextComplete()
+{
+    const chTime now(netGetLocalTime());
+    m_awaited.clear();
+    iterator it = m_current;
+    ++it;
+    while (it != m_current) {
+        if (it == end())
+            ++it;
+        else if (it->IsScheduleOnReady(now) && TakeIfComplete(it))
+            return it;
+        else if (it->IsSchedulePassed(now))
+            it = RemovePassed(it);
+        else
+            ++it;
+    }
+    const bool isCurrentComplete = m_current != end() && TakeIfComplete(m_current);
+    return isCurrentComplete || m_awaited.empty() ? m_current : m_awaited.front().layout;
+}
+
+nDeckDisplay::iterator nDeckDisplay::RemovePassed(iterator layout)
+{
+    m_lastPassed = std::max(m_lastPassed, layout->GetEnd());
+    if (layout == m_drawn)
+        m_drawn = end();
+    return erase(layout);
+}
+
+// One that is not complete is awaited from now on.
+bool nDeckDisplay::TakeIfComplete(iterator layout)
+{
+    tagAwaited awaited;
+    awaited.layout = layout;
+    awaited.files = layout->GetFiles();
+    if (IsComplete(awaited))
+        return true;
+    m_awaited.push_back(std::move(awaited));
+    return false;
+}
+
+// A name that the frame in force does not list keeps nobody waiting, unless it is the background.
+bool nDeckDisplay::IsComplete(tagAwaited& awaited) const
+{
+    const nDeckFileManager& files = GetNDeckFileManager();
+    const chString& background = awaited.layout->GetBackground();
+    for (; awaited.nNext < awaited.files.size(); ++awaited.nNext) {
+        const chString& file = awaited.files[awaited.nNext];
+        const bool isNeeded = file == background || m_mediaNames.count(file.GetText());
+        if (isNeeded && !files.IsFileAtHand(file))
+            return false;
+    }
+    return true;
+}
+
+void nDeckDisplay::OnFileCame(const chString& name)
+{
+    for (tagAwaited& awaited : m_awaited) {
+        if (awaited.files[awaited.nNext] == name && IsComplete(awaited)) {
+            BeginAwaited(awaited.layout);
+            return;
+        }
+    }
+}
+
+// Its turn has come long ago.
+void nDeckDisplay::BeginAwaited(iterator layout)
+{
+    m_awaited.clear();
+    m_timer.KillTimer();
+    GetNDeckFileManager().PutFilesIntoUse([this, layout, change = ++m_nChange] {
+        if (change == m_nChange)
+            SetCurrentLayout(layout);
+    });
+}
+
+void nDeckDisplay::OnFrameStays()
+{
+    if (m_current == end() && !m_frame.layouts.empty())
+        LoadNextReadyLayout();
+}
+
+bool nDeckDisplay::CanShowAny(const DisplayFrame& frame)
+{
+    std::unordered_map<std::string, chString> md5s;
+    for (const _nDeckFileNode& media : frame.medias)
+        md5s[media.path.GetText()] = media.md5;
+    return std::any_of(frame.layouts.begin(), frame.layouts.end(), [&](const _nDeckLayoutNode& node) {
+        nDeckLayout layout;
+        layout.SetLayoutContent(node.file, waitingContent(node).c_str(), node.md5);
+        return !layout.GetRegions().empty() && areFilesHere(layout.GetFiles(), md5s);
+    });
 }
 
 void nDeckDisplay::SetCurrentLayout(iterator layout)
@@ -135,7 +262,7 @@ void nDeckDisplay::SetCurrentLayout(iterator layout)
 void nDeckDisplay::ReloadCurrent()
 {
     m_timer.KillTimer();
-    if (isRegistered()) {
+    if (mayShow()) {
         m_current->OnLayoutReload();
     } else {
         m_current->OnLayoutUnload();
@@ -147,18 +274,47 @@ void nDeckDisplay::ReloadCurrent()
     StartTimer(m_current->GetLayoutDuration(), RELOAD_SHORTEST_MS);
 }
 
+// A layout without a duration follows another sooner than the screen shows anything: it has its turn all the
+// same, and is drawn when the last picture stood for a moment.
+bool nDeckDisplay::IsTooQuick(iterator layout)
+{
+    if (layout == end() || m_current == end() || !m_drawnSince.isValid() || !mayShow())
+        return false;
+    for (nDeckLayout* one : {&*m_current, &*layout}) {
+        if (one->GetLayoutDuration() >= CHANGE_SHORTEST_MS || one->IsMettingLayout())
+            return false;
+    }
+    return !m_drawnSince.hasExpired(DRAW_MS);
+}
+
+// What shows, which is not the current one after quick turns.
+void nDeckDisplay::UnloadShown()
+{
+    if (m_drawn != end() && m_drawn != m_current)
+        m_drawn->OnLayoutUnload();
+    m_drawn = end();
+    if (m_current == end())
+        return;
+    m_current->OnLayoutUnload();
+    m_timer.KillTimer();
+}
+
 void nDeckDisplay::ChangeCurrent(iterator layout)
 {
+    if (IsTooQuick(layout)) {
+        StartTimer(layout->GetLayoutDuration(), CHANGE_SHORTEST_MS);
+        m_current = layout;
+        return;
+    }
     const bool keeps = layout != end() && layout->HasText();
     if (keeps)
         GetNDeckScreen().KeepPicture(QRect());
-    if (m_current != end()) {
-        m_current->OnLayoutUnload();
-        m_timer.KillTimer();
-    }
+    UnloadShown();
     if (layout != end()) {
+        m_drawn = layout;
+        m_drawnSince.start();
         StartTimer(layout->GetLayoutDuration(), CHANGE_SHORTEST_MS);
-        if (isRegistered()) {
+        if (mayShow()) {
             layout->OnLayoutLoad();
         } else {
             nuxTrace(TRACE_DETAIL, "nDeckDisplay::SetCurrentLayout load layout register failed then show "

@@ -4,9 +4,16 @@
 #include "signage/serverConfig.h"
 #include "support/file/fileTools.h"
 #include "support/host/checksum.h"
+#include "support/host/net.h"
 #include "support/host/storage.h"
 #include "support/host/trace.h"
 #include <algorithm>
+
+nDeckFetcher::nDeckFetcher(nDeckFileBook& book, ActionCallback& callback)
+    : m_book(book), m_callback(callback),
+      m_laterTries([this](const _nDeckFileNode& wanted) { DownLoad(wanted); })
+{
+}
 
 void nDeckFetcher::DownLoadLayout(const _nDeckFileNode& wanted)
 {
@@ -19,6 +26,8 @@ void nDeckFetcher::DownLoadMediaFile(const _nDeckFileNode& wanted)
     const long long limit = std::min<long long>(real, MEDIA_SIZE_LIMIT);
     if (recordSize(wanted.size) > limit) {
         nuxTrace(TRACE_DETAIL, "DownLoadMediaFile no free space return");
+        if (recordSize(wanted.size) <= MEDIA_SIZE_LIMIT)
+            GiveUp(wanted); // there may be room when the next frame is in force
         return;
     }
     Begin(wanted, std::max(limit, 1LL));
@@ -67,6 +76,35 @@ bool nDeckFetcher::OnFile(const nDeckHttpAction& action)
     return true;
 }
 
+void nDeckFetcher::Forget(const chString& name)
+{
+    m_requests.Forget(name);
+    m_putOff.erase(name.GetText());
+    m_laterTries.Forget(name);
+}
+
+bool nDeckFetcher::IsComing(const chString& name) const
+{
+    return IsAwaited(name.GetText()) || m_putOff.count(name.GetText());
+}
+
+void nDeckFetcher::AskAgain(const DisplayFrame& wanted)
+{
+    if (m_putOff.empty() && m_laterTries.IsEmpty())
+        return;
+    nDeckNameSet contents;
+    frameAddContents(wanted, contents);
+    m_laterTries.KeepOnly(contents);
+    const nDeckNameSet putOff = std::move(m_putOff);
+    m_putOff.clear();
+    for (const std::string& name : putOff) {
+        const chString path = chString(name.c_str()) + NDECK_FETCHING;
+        const _nDeckFileNode* record = m_book.Find(path);
+        if (record && contents.count(frameContent(name.c_str(), record->md5)))
+            DownLoadImmediately(path);
+    }
+}
+
 void nDeckFetcher::DropLateFile(const chString& name)
 {
     const chString path = name + NDECK_FETCHING;
@@ -80,7 +118,9 @@ void nDeckFetcher::VerifyFile(const nDeckHttpAction& action)
     const chString sum =
         action.strCheckSum.IsEmpty() ? md5GetFileCheckSum(action.strLocalFile) : action.strCheckSum;
     if (sum == action.strMd5) {
-        if (!m_book.TakeFetched(action.strFile, action.strMd5))
+        if (m_book.TakeFetched(action.strFile, action.strMd5))
+            m_laterTries.Forget(action.strFile);
+        else
             RetryFile(action);
         return;
     }
@@ -95,8 +135,24 @@ void nDeckFetcher::VerifyFile(const nDeckHttpAction& action)
 void nDeckFetcher::RetryFile(const nDeckHttpAction& action)
 {
     const int times = m_book.GetRetries(action.strMd5);
-    if (action.strFile.IsEmpty() || action.strMd5.IsEmpty() || times <= 0)
+    if (action.strFile.IsEmpty() || action.strMd5.IsEmpty())
         return;
+    const _nDeckFileNode* record = m_book.Find(action.strFile + NDECK_FETCHING);
+    if (record && netGetNetworkSta() != NET_UP) {
+        m_putOff.insert(action.strFile.GetText());
+        return;
+    }
+    if (times <= 0) {
+        if (record)
+            GiveUp(*record);
+        return;
+    }
     m_book.SetRetries(action.strMd5, times - 1);
     DownLoadImmediately(action.strFile + NDECK_FETCHING);
+}
+
+void nDeckFetcher::GiveUp(const _nDeckFileNode& wanted)
+{
+    if (nDeckKeepsShow())
+        m_laterTries.Add(wanted);
 }

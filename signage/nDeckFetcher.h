@@ -2,6 +2,7 @@
 // Asks the server for the layouts and media that are wanted, proves what comes by its MD5, and asks again
 // within the budget of the file. User-interface thread.
 #include "signage/nDeckFileBook.h"
+#include "signage/nDeckLaterTries.h"
 #include "signage/nDeckRequests.h"
 
 class nDeckFetcher
@@ -11,7 +12,7 @@ public:
 
     // book: takes what comes; callback: hears of the ends of transfers, and hands them to OnFile. Both
     // outlive this.
-    nDeckFetcher(nDeckFileBook& book, ActionCallback& callback) : m_book(book), m_callback(callback) {}
+    nDeckFetcher(nDeckFileBook& book, ActionCallback& callback);
 
     void DownLoadLayout(const _nDeckFileNode& wanted);
     // Not when it is too large, or there is no room.
@@ -23,16 +24,23 @@ public:
     // True when the transfer was the one that its file waited for, and it came.
     bool OnFile(const nDeckHttpAction& action);
     // Nobody wants it any more.
-    void Forget(const chString& name) { m_requests.Forget(name); }
+    void Forget(const chString& name);
     bool IsAwaited(const std::string& name) const { return m_requests.IsAwaited(name); }
+    // Whether it is on its way, or will be when the network is back.
+    bool IsComing(const chString& name) const;
+    // The network is back, and a schedule says what is wanted now: asks for what failed for want of it.
+    void AskAgain(const DisplayFrame& wanted);
 
 private:
     void Begin(_nDeckFileNode wanted, long long limit);
     void DropLateFile(const chString& name);
     void VerifyFile(const nDeckHttpAction& action);
     void RetryFile(const nDeckHttpAction& action);
+    void GiveUp(const _nDeckFileNode& wanted);
 
     nDeckFileBook& m_book;
     ActionCallback& m_callback;
     nDeckRequests m_requests;
+    nDeckNameSet m_putOff; // files that failed while the network was down; their budget is untouched
+    nDeckLaterTries m_laterTries;
 };

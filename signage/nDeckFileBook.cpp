@@ -67,6 +67,8 @@ int nDeckFileBook::GetRetries(const chString& md5) const
 std::vector<_nDeckFileNode> nDeckFileBook::WaitingFiles() const
 {
     std::vector<_nDeckFileNode> waiting;
+    if (!m_list.hasWaiting())
+        return waiting;
     for (const _nDeckFileNode& record : m_list.nodes()) {
         if (nDeckHasSuffix(record.path, NDECK_WAITING))
             waiting.push_back(record);

@@ -1,4 +1,5 @@
 #include "signage/nDeckFileList.h"
+#include "signage/nDeckFolder.h"
 #include <algorithm>
 
 const _nDeckFileNode* nDeckFileList::find(const chString& path) const
@@ -27,6 +28,7 @@ bool nDeckFileList::append(const _nDeckFileNode& node)
     const place added = m_nodes.append(node);
     if (added == m_nodes.end())
         return false;
+    count(node.path, 1);
     m_byPath.emplace(node.path.GetText(), added);
     m_byMd5[node.md5.GetText()].push_back(added);
     return true;
@@ -38,6 +40,7 @@ bool nDeckFileList::removeRecord(const chString& path)
     if (found == m_byPath.end())
         return false;
     const place node = found->second;
+    count(path, -1);
     m_byPath.erase(found);
     forgetMd5(node);
     m_nodes.erase(node);
@@ -54,6 +57,8 @@ bool nDeckFileList::renameRecord(const chString& path, const chString& newPath)
     const place node = found->second;
     m_byPath.erase(found);
     removeRecord(newPath);
+    count(path, -1);
+    count(newPath, 1);
     node->path = newPath;
     m_byPath.emplace(newPath.GetText(), node);
     return true;
@@ -61,9 +66,16 @@ bool nDeckFileList::renameRecord(const chString& path, const chString& newPath)
 
 void nDeckFileList::clear()
 {
+    m_nWaiting = 0;
     m_byPath.clear();
     m_byMd5.clear();
     m_nodes.clear();
+}
+
+void nDeckFileList::count(const chString& path, int change)
+{
+    if (nDeckHasSuffix(path, NDECK_WAITING))
+        m_nWaiting += change;
 }
 
 void nDeckFileList::forgetMd5(place node)

@@ -17,6 +17,7 @@ public:
     // The first record with that MD5.
     const _nDeckFileNode* findMd5(const chString& md5) const;
     void setRetries(const chString& md5, int retries); // of that one
+    bool hasWaiting() const { return m_nWaiting > 0; } // records of files that wait for their use
 
     // False when there is a record of the name, or no room for one more.
     bool append(const _nDeckFileNode& node);
@@ -28,8 +29,10 @@ public:
 private:
     using place = nDeckNodeList::iterator;
     void forgetMd5(place node);
+    void count(const chString& path, int change);
 
     nDeckNodeList m_nodes;
+    int m_nWaiting = 0;
     std::unordered_map<std::string, place> m_byPath;
     std::unordered_map<std::string, std::vector<place>> m_byMd5; // each in the order of the list
 };

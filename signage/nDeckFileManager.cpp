@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr int kUpdateIntervalMs = 60000;
-
 _nDeckFileNode layoutFile(const _nDeckLayoutNode& layout)
 {
     _nDeckFileNode file;
@@ -40,7 +38,8 @@ nDeckFileManager& GetNDeckFileManager()
 }
 
 nDeckFileManager::nDeckFileManager()
-    : m_book([this] { m_sweeper.Begin(); }), m_fetcher(m_book, *this), m_promoter(m_book),
+    : m_book([this] { m_sweeper.Begin(); }), m_fetcher(m_book, *this),
+      m_promoter(m_book, [this](const _nDeckFileNode& record) { return MayUse(record); }),
       m_sweeper(m_book, m_fetcher)
 {
 }
@@ -64,12 +63,10 @@ bool nDeckFileManager::IsNdeckConfigComplete()
 
 void nDeckFileManager::SetAutoUpdateEnable(int bEnable)
 {
-    if (!bEnable) {
+    if (bEnable)
+        m_timer.SetTimer(nDeckUpdateInterval(), nullptr, this, &nDeckFileManager::OnTimerUpdate);
+    else
         m_timer.KillTimer();
-        return;
-    }
-    const int interval = nDeckSettingInt("nUpdateInteval", kUpdateIntervalMs);
-    m_timer.SetTimer(interval, nullptr, this, &nDeckFileManager::OnTimerUpdate);
 }
 
 int nDeckFileManager::OnTimerUpdate(msgObject&)
@@ -85,11 +82,13 @@ bool nDeckFileManager::DownloadDisplayFrame()
         nuxTrace(TRACE_DETAIL, "nDeckFileManager::DownloadDisplayFrame() return FALSE");
         return false;
     }
-    m_pNewFrame = std::make_unique<DisplayFrame>();
-    m_bMediasRequested = false;
-    m_bStraysLeft = false;
-    nDeckMakeFolder();
     const _ServerCfg& config = GetServerConfig();
+    if (!serverTakesConfig(config))
+        return false;
+    m_pLastFrame = std::move(m_pNewFrame);
+    m_pNewFrame = std::make_shared<tagWanted>();
+    m_pNewFrame->bHeld = nDeckKeepsShow();
+    nDeckMakeFolder();
     nDeckDisplayFrameAction& action = CreateObject<nDeckDisplayFrameAction>();
     action.strRemoteUrl =
         config.strUrl + "/service/getschedule.htm?serverKey=" + config.strKey + serverClientQuery(config);
@@ -110,31 +109,54 @@ void nDeckFileManager::OnCallback(taskAction* action)
         OnFile(*file);
 }
 
-// With the network up a schedule that cannot be had is one with nothing in it.
+// With the network up a schedule that cannot be had is one with nothing in it, unless the show is kept.
 void nDeckFileManager::OnSchedule(const nDeckDisplayFrameAction& action)
 {
-    if (action.nResult) {
+    if (action.nResult && !(nDeckKeepsShow() && IsNoSchedule())) {
         TakeSchedule();
-    } else if (netGetNetworkSta() == NET_UP) {
+    } else if (netGetNetworkSta() != NET_UP || nDeckKeepsShow()) {
+        KeepWanted();
+    } else {
         m_bScheduleFresh = 0;
         UpdateDisplayFrame();
     }
     if (m_pNewFrame)
         m_pNewFrame->bFinished = 1;
+    m_pLastFrame.reset();
+}
+
+// What anybody between phone and server may have answered.
+bool nDeckFileManager::IsNoSchedule() const
+{
+    const chString reply = nDeckPath(NDECK_SCHEDULE NDECK_WAITING);
+    if (scheduleReader(reply).IsSchedule())
+        return false;
+    fileRemove(reply);
+    return true;
+}
+
+// What was wanted before is wanted on: nothing is known that would say anything else.
+void nDeckFileManager::KeepWanted()
+{
+    nuxTrace(TRACE_NOTE, "no schedule came: the show goes on with what is there");
+    m_pNewFrame = std::move(m_pLastFrame);
+    if (m_pNewFrame && m_pNewFrame->bTakingUp)
+        UpdateDisplayFrame();
 }
 
 void nDeckFileManager::TakeSchedule()
 {
     RefreshLocalFile(NDECK_SCHEDULE, NDECK_SCHEDULE NDECK_WAITING);
     if (!m_pNewFrame)
-        m_pNewFrame = std::make_unique<DisplayFrame>();
+        m_pNewFrame = std::make_shared<tagWanted>();
     m_book.ReadStored();
     const scheduleReader schedule(nDeckPath(NDECK_SCHEDULE));
     UpdateRegisterStatus(schedule);
     schedule.GetLayouts(m_pNewFrame->layouts);
     schedule.GetMedias(m_pNewFrame->medias);
     m_bScheduleFresh = 1;
-    m_bStraysLeft = schedule.IsValid();
+    m_pNewFrame->bStraysLeft = schedule.IsValid();
+    m_fetcher.AskAgain(*m_pNewFrame);
     DownLoadAllLayouts();
     if (IsLastLayoutsFinished() || !schedule.IsValid())
         UpdateDisplayFrame();
@@ -160,15 +182,21 @@ void nDeckFileManager::UpdateRegisterStatus(const scheduleReader& schedule)
 
 void nDeckFileManager::OnFile(const nDeckHttpAction& action)
 {
-    if (!m_fetcher.OnFile(action))
-        return;
+    const bool isTaken = m_fetcher.OnFile(action);
+    const bool isComing = m_fetcher.IsComing(action.strFile);
+    for (const auto& wanted : {m_pNewFrame, m_pLastFrame}) {
+        if (wanted && !isComing)
+            wanted->coming.erase(action.strFile.GetText());
+    }
     // A frame whose schedule is still to come says nothing yet.
-    if (m_pNewFrame && !m_pNewFrame->bFinished)
-        return;
-    if (IsDownloadLayoutsFinished()) {
+    const bool isAwaited = m_pNewFrame && !m_pNewFrame->bFinished;
+    const bool isEnd = isTaken || (m_pNewFrame && m_pNewFrame->bHeld && !isComing);
+    if (!isAwaited && isEnd && IsDownloadLayoutsFinished()) {
         nuxTrace(TRACE_DETAIL, "IsDownloadLayoutsFinished then UpdateDisplayFrame");
         UpdateDisplayFrame();
     }
+    if (isTaken)
+        GetNDeckShow().OnFileCame(action.strFile);
 }
 
 bool nDeckFileManager::IsDownloadLayoutsFinished() const
@@ -183,10 +211,12 @@ bool nDeckFileManager::IsDownloadLayoutsFinished() const
     return true;
 }
 
+// One that waits for its use is fetched again, but not where it may wait for long.
 void nDeckFileManager::DownLoadAllLayouts()
 {
     for (const _nDeckLayoutNode& layout : m_pNewFrame->layouts) {
-        if (!m_book.IsKnown(layout.file, layout.md5) &&
+        const bool isHeld = m_pNewFrame->bHeld && m_book.IsKnown(layout.file + NDECK_WAITING, layout.md5);
+        if (!isHeld && !m_book.IsKnown(layout.file, layout.md5) &&
             !m_book.IsKnown(layout.file + NDECK_FETCHING, layout.md5))
             m_fetcher.DownLoadLayout(layoutFile(layout));
     }
@@ -199,28 +229,37 @@ void nDeckFileManager::UpdateDisplayFrame()
     if (!m_pNewFrame)
         return;
     RequestNewMedias();
-    const bool isChanged = frameDiffers(*m_pNewFrame, m_frame);
-    m_promoter.PutLayoutsIntoUse(*m_pNewFrame);
-    if (isChanged)
-        TakeUpFrame();
-    RemoveStrayFiles();
+    if (!IsHeldBack())
+        BeginTakeUp();
 }
 
 // Once for each schedule, or each file that lands would ask for those that are still to come.
 void nDeckFileManager::RequestNewMedias()
 {
-    if (m_bMediasRequested)
+    if (m_pNewFrame->bMediasRequested)
         return;
-    m_bMediasRequested = true;
-    nDeckNameSet present;
-    frameAddContents(m_frame, present);
+    m_pNewFrame->bMediasRequested = true;
+    nDeckNameSet present = m_contents;
     for (const _nDeckFileNode& media : m_pNewFrame->medias) {
         if (!present.insert(frameContent(media.path, media.md5)).second && !IsOtherInUse(media))
             continue;
-        nuxTrace(TRACE_DETAIL, "nDeckFileManager::UpdateDisplayFrame download media(%s)",
-                 media.path.GetText());
-        m_requestsLater.Add([this, media] { m_fetcher.DownLoadMediaFile(media); });
+        if (!IsFileHere(media.path, media.md5))
+            RequestMedia(media);
     }
+}
+
+// The frame that it is for may have to wait for it.
+void nDeckFileManager::RequestMedia(const _nDeckFileNode& media)
+{
+    nuxTrace(TRACE_DETAIL, "nDeckFileManager::UpdateDisplayFrame download media(%s)", media.path.GetText());
+    ++m_pNewFrame->nToAsk;
+    m_requestsLater.Add([this, media, wanted = m_pNewFrame] {
+        m_fetcher.DownLoadMediaFile(media);
+        if (m_fetcher.IsComing(media.path))
+            wanted->coming.insert(media.path.GetText());
+        if (--wanted->nToAsk == 0 && wanted->coming.empty() && wanted == m_pNewFrame && wanted->bHeld)
+            UpdateDisplayFrame();
+    });
 }
 
 // A file that changed under unchanged layouts is newer than the frame in force says; it may have to go back.
@@ -230,14 +269,82 @@ bool nDeckFileManager::IsOtherInUse(const _nDeckFileNode& media) const
            !m_book.IsKnown(media.path + NDECK_WAITING, media.md5);
 }
 
+// The list proves it: the file was verified, and nobody took it away.
+bool nDeckFileManager::IsFileHere(const chString& name, const chString& md5) const
+{
+    const chString waiting = name + NDECK_WAITING;
+    if (md5.IsEmpty())
+        return false;
+    return (m_book.IsKnown(name, md5) && pathFileExist(nDeckPath(name))) ||
+           (m_book.IsKnown(waiting, md5) && pathFileExist(nDeckPath(waiting)));
+}
+
+// Where a show is kept, and there is one, layouts and media of a schedule change together: when everything
+// has come that comes, and something of it can be shown.
+bool nDeckFileManager::IsHeldBack()
+{
+    tagWanted& wanted = *m_pNewFrame;
+    if (!wanted.bHeld || m_frame.layouts.empty() || wanted.layouts.empty() || !nDeckKeepsShow())
+        return false;
+    return wanted.nToAsk > 0 || !wanted.coming.empty() || !GetNDeckShow().CanShowAny(wanted);
+}
+
+bool nDeckFileManager::IsHolding() const
+{
+    return (m_pNewFrame && m_pNewFrame->bHeld) || (m_pLastFrame && m_pLastFrame->bHeld);
+}
+
+// What waits for a frame that is held back does so until it is taken up.
+bool nDeckFileManager::MayUse(const _nDeckFileNode& record) const
+{
+    return !IsHolding() || m_contents.count(frameContent(nDeckPlainName(record.path), record.md5));
+}
+
+void nDeckFileManager::BeginTakeUp()
+{
+    tagWanted& wanted = *m_pNewFrame;
+    const bool wasHeld = wanted.bHeld;
+    wanted.bHeld = false;
+    const bool isChanged = frameDiffers(wanted, m_frame);
+    m_promoter.PutLayoutsIntoUse(wanted);
+    if (!wasHeld || !isChanged) {
+        TakeUpWanted(isChanged);
+        if (wasHeld)
+            SetFrame(wanted); // its media may be others under unchanged layouts
+        return;
+    }
+    wanted.bTakingUp = true;
+    m_promoter.PutAllIntoUseLater([this, frame = m_pNewFrame] {
+        if (frame == m_pNewFrame)
+            TakeUpWanted(true);
+    });
+}
+
+void nDeckFileManager::TakeUpWanted(bool bChanged)
+{
+    m_pNewFrame->bTakingUp = false;
+    if (bChanged)
+        TakeUpFrame();
+    else
+        GetNDeckShow().OnFrameStays();
+    RemoveStrayFiles();
+}
+
 void nDeckFileManager::TakeUpFrame()
 {
     RemoveOldLayouts();
     if (m_bScheduleFresh)
         RemoveOldMediaFile();
     GetNDeckShow().UpdateDisplay(m_pNewFrame.get());
-    m_frame.medias = m_pNewFrame->medias;
-    m_frame.layouts = m_pNewFrame->layouts;
+    SetFrame(*m_pNewFrame);
+}
+
+void nDeckFileManager::SetFrame(const DisplayFrame& frame)
+{
+    m_frame.medias = frame.medias;
+    m_frame.layouts = frame.layouts;
+    m_contents.clear();
+    frameAddContents(m_frame, m_contents);
 }
 
 void nDeckFileManager::RemoveOldLayouts()
@@ -267,9 +374,9 @@ void nDeckFileManager::RemoveOldMediaFile()
 // the middle.
 void nDeckFileManager::RemoveStrayFiles()
 {
-    if (!m_bStraysLeft || !m_bScheduleFresh)
+    if (!m_pNewFrame->bStraysLeft || !m_bScheduleFresh)
         return;
-    m_bStraysLeft = false;
+    m_pNewFrame->bStraysLeft = false;
     for (const chString& path : frameStrays(m_book.Nodes(), m_frame, *m_pNewFrame))
         RemoveStrayFile(path);
 }
@@ -297,6 +404,14 @@ bool nDeckFileManager::IsFileExist(chString name, int bDownload)
     if (bDownload)
         m_fetcher.DownLoadImmediately(bare);
     return false;
+}
+
+bool nDeckFileManager::IsFileAtHand(const chString& name) const
+{
+    const _nDeckFileNode* waiting = m_book.Find(name + NDECK_WAITING);
+    if (waiting && MayUse(*waiting))
+        return true;
+    return m_book.Find(name) && pathFileExist(nDeckPath(name));
 }
 
 bool nDeckFileManager::IsFileExistByList(const chString& name, const chString& md5,
@@ -346,12 +461,12 @@ void nDeckFileManager::UpdateFileList(const chString& path, const chString& md5,
 
 bool nDeckFileManager::InitFileList()
 {
-    if (m_book.HasStored()) {
-        m_frame.medias.clear();
-        m_frame.layouts.clear();
-    }
-    if (!m_book.Restore(
-            [this](const _nDeckFileNode& record, bool bThere) { TakeStoredFile(record, bThere); }))
+    if (m_book.HasStored())
+        SetFrame(DisplayFrame());
+    const bool isWhole =
+        m_book.Restore([this](const _nDeckFileNode& record, bool bThere) { TakeStoredFile(record, bThere); });
+    frameAddContents(m_frame, m_contents);
+    if (!isWhole)
         return false;
     for (const _nDeckLayoutNode& layout : m_frame.layouts)
         nuxTrace(TRACE_DETAIL, "nDeckFileManager::InitFileList layout(%s)", layout.file.GetText());

@@ -39,6 +39,10 @@ public:
     bool InitFileList();
     // The frame in force.
     DisplayFrame& GetDisplayFrame() { return m_frame; }
+    // Whether the list proves that the file is in the folder with that content, in use or waiting.
+    bool IsFileHere(const chString& name, const chString& md5) const;
+    // Whether a file of that name is in use, or waits and will be with the next layout.
+    bool IsFileAtHand(const chString& name) const;
 
     // True for a file that is known and there. bDownload: one that is not known is fetched.
     bool IsFileExist(chString name, int bDownload);
@@ -63,8 +67,20 @@ public:
     bool IsFileListStored() const { return m_book.IsStored(); }
 
 private:
+    // What a schedule asked for.
+    struct tagWanted : DisplayFrame
+    {
+        bool bMediasRequested = false;
+        bool bStraysLeft = false; // what it does not name is still there
+        bool bHeld = false;       // its files wait until they can come into use together
+        bool bTakingUp = false;   // they come into use
+        nDeckNameSet coming;      // media that were asked for
+        int nToAsk = 0;           // media that are asked for in one of the next turns
+    };
     void OnSchedule(const nDeckDisplayFrameAction& action);
     void TakeSchedule();
+    bool IsNoSchedule() const;
+    void KeepWanted();
     void RefreshLocalFile(const chString& name, const chString& newName);
     void UpdateRegisterStatus(const scheduleReader& schedule);
     void OnFile(const nDeckHttpAction& action);
@@ -73,9 +89,16 @@ private:
 
     void DownLoadAllLayouts();
     void RequestNewMedias();
+    void RequestMedia(const _nDeckFileNode& media);
     bool IsOtherInUse(const _nDeckFileNode& media) const;
 
+    bool IsHeldBack();
+    bool IsHolding() const;
+    bool MayUse(const _nDeckFileNode& record) const;
+    void BeginTakeUp();
+    void TakeUpWanted(bool bChanged);
     void TakeUpFrame();
+    void SetFrame(const DisplayFrame& frame);
     void RemoveOldLayouts();
     void RemoveOldMediaFile();
     void RemoveStrayFiles();
@@ -88,12 +111,11 @@ private:
     nDeckPromoter m_promoter;
     nDeckSweeper m_sweeper;
     DisplayFrame m_frame;
-    std::unique_ptr<DisplayFrame> m_pNewFrame;
+    nDeckNameSet m_contents; // of m_frame
+    std::shared_ptr<tagWanted> m_pNewFrame;
+    std::shared_ptr<tagWanted> m_pLastFrame; // before the schedule that is awaited
     _ServerCfg m_serverCfg;
     unsigned char m_bScheduleFresh = 0;
-
-    bool m_bMediasRequested = false; // those of m_pNewFrame
-    bool m_bStraysLeft = false;      // a whole schedule came, and what it does not name is still there
     laterWork m_requestsLater;
 };
 

@@ -1,4 +1,5 @@
 #include "signage/nDeckFolder.h"
+#include "signage/serverConfig.h"
 #include "support/file/path.h"
 #include "support/host/trace.h"
 #include <cstring>
@@ -35,8 +36,8 @@ bool endsIn(const char* name, const char* suffix)
 
 bool isGoodName(const char* name)
 {
-    return pathIsSafeName(name) && strlen(name) <= NDECK_NAME_LIMIT && !isOwnName(name) &&
-           !endsIn(name, NDECK_FETCHING) && !endsIn(name, NDECK_WAITING);
+    return pathIsSafeName(name) && strlen(name) <= NDECK_NAME_LIMIT && serverTakesValue(name) &&
+           !isOwnName(name) && !endsIn(name, NDECK_FETCHING) && !endsIn(name, NDECK_WAITING);
 }
 
 void traceRefused(const char* name)

@@ -23,8 +23,8 @@ chString nDeckPath(const chString& name);
 // Makes the folder if it is not there.
 void nDeckMakeFolder();
 
-// 1 for a bare name that neither leads out of the folder nor is one of the client's own; a name that is
-// refused is traced. name: without a suffix.
+// 1 for a bare name that neither leads out of the folder nor is one of the client's own, and that can be
+// asked for; a name that is refused is traced. name: without a suffix.
 bool nDeckIsFileName(const char* name);
 // The name that a file has in use: what is before its suffixes.
 chString nDeckPlainName(const chString& name);

@@ -308,7 +308,7 @@ void nDeckFrame::Refresh()
     nDeckDisplay& display = GetNDeckDispaly();
     display.SetShowLayout(1);
     ClearPannels();
-    if (GetNDeckRegister().GetRegisterStatus() == 0 || display.GetCurrentLayout() == display.end())
+    if (!GetNDeckRegister().MayShow() || display.GetCurrentLayout() == display.end())
         SetBackgroundImage(NDECK_DEFAULT_PICTURE, true);
     else
         display.GetCurrentLayout()->ShowNdeckLayout();

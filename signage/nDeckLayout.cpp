@@ -26,6 +26,16 @@ bool isAwaited(const char* kind, const chString& name)
     return true;
 }
 
+// Empty for a medium without one.
+chString fileOf(const mediaBase& media)
+{
+    if (const auto* image = dynamic_cast<const mediaImage*>(&media))
+        return image->GetImageFileName();
+    if (const auto* video = dynamic_cast<const mediaVideo*>(&media))
+        return video->GetVideoFileName();
+    return chString();
+}
+
 } // namespace
 
 int nDeckLayout::SetLayoutContent(const char* name, const char* content, const char* md5)
@@ -158,6 +168,20 @@ bool nDeckLayout::IsMediaFinished(mediaBase& media) const
     if (const auto* video = dynamic_cast<const mediaVideo*>(&media))
         return !isAwaited("video", video->GetVideoFileName());
     return true;
+}
+
+std::vector<chString> nDeckLayout::GetFiles() const
+{
+    std::vector<chString> files;
+    for (const nDeckRegion& region : m_regions) {
+        for (const mediaBase* media : region) {
+            if (!fileOf(*media).IsEmpty())
+                files.push_back(fileOf(*media));
+        }
+    }
+    if (!m_strBackground.IsEmpty())
+        files.push_back(m_strBackground);
+    return files;
 }
 
 void nDeckLayout::CloseMeetingLamp()

@@ -3,6 +3,7 @@
 #include "support/container/chList.h"
 #include "support/host/clock.h"
 #include "support/host/geometry.h"
+#include <vector>
 
 class nDeckDisplay;
 
@@ -40,6 +41,9 @@ public:
     // Nothing that the layout shows is still on its way.
     bool IsMediaFileFinished();
     void CloseMeetingLamp();
+    // The files that it shows, its background included.
+    std::vector<chString> GetFiles() const;
+    chTime GetEnd() const { return m_to; }
 
     const chString& GetName() const { return m_strName; }
     const chString& GetMd5() const { return m_strMd5; }

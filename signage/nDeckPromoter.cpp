@@ -3,6 +3,7 @@
 #include "signage/pictureNames.h"
 #include "support/host/image.h"
 #include "support/host/trace.h"
+#include <algorithm>
 
 void nDeckPromoter::PutLayoutsIntoUse(const DisplayFrame& frame)
 {
@@ -38,6 +39,8 @@ void nDeckPromoter::PutAllIntoUseLater(std::function<void()> done)
 std::vector<_nDeckFileNode> nDeckPromoter::TakeWaiting()
 {
     std::vector<_nDeckFileNode> waiting = m_book.WaitingFiles();
+    const auto isToWait = [this](const _nDeckFileNode& record) { return !m_mayUse(record); };
+    waiting.erase(std::remove_if(waiting.begin(), waiting.end(), isToWait), waiting.end());
     if (!waiting.empty())
         m_book.StoreBeforeUse();
     return waiting;

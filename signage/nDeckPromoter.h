@@ -6,12 +6,14 @@
 class nDeckPromoter
 {
 public:
-    // book: outlives this.
-    explicit nDeckPromoter(nDeckFileBook& book) : m_book(book) {}
+    using MayUseCall = std::function<bool(const _nDeckFileNode& waiting)>;
+
+    // book: outlives this. mayUse: false for a file that is to wait on.
+    nDeckPromoter(nDeckFileBook& book, MayUseCall mayUse) : m_book(book), m_mayUse(std::move(mayUse)) {}
 
     // The layouts of the frame that wait with the content that it names.
     void PutLayoutsIntoUse(const DisplayFrame& frame);
-    // Everything that waits.
+    // Everything that waits, and may be used.
     void PutAllIntoUse();
     // The same for those that wait now, over as many turns of the thread as many files take; few are in use
     // at the return. done: called once, when they are.
@@ -24,5 +26,6 @@ private:
     std::vector<_nDeckFileNode> TakeWaiting();
 
     nDeckFileBook& m_book;
+    MayUseCall m_mayUse;
     laterWork m_later;
 };

@@ -37,10 +37,12 @@ nDeckRegister& GetNDeckRegister()
 
 void nDeckRegister::OnRegisterDisplay()
 {
-    nDeckMakeFolder();
-    HttpAction& action = CreateObject<HttpAction>();
     _ServerCfg config;
     readServerConfig(config);
+    if (!serverTakesConfig(config))
+        return;
+    nDeckMakeFolder();
+    HttpAction& action = CreateObject<HttpAction>();
     const chString address = registerAddress(config);
     nuxTrace(TRACE_DETAIL, "OnRegisterDisplay(%s)", address.GetText());
     action.strRemoteUrl = address;
@@ -65,20 +67,33 @@ void nDeckRegister::OnCallback(taskAction* action)
     WriteRegisterInfo(text);
 }
 
-// Only an empty reply takes a registration away.
+void nDeckRegister::SetRegisterStatus(int bSuccess)
+{
+    m_bRegisterSuccess = bSuccess;
+    m_bAnswered = true;
+}
+
+bool nDeckRegister::MayShow() const
+{
+    return m_bRegisterSuccess || (!m_bAnswered && nDeckKeepsShow());
+}
+
+// Only an empty reply takes a registration away, and not where a show is kept: it comes from anybody.
 void nDeckRegister::TakeReply(const chString& text)
 {
+    if (text.IsEmpty() && nDeckKeepsShow())
+        return;
     if (text.IsEmpty()) {
-        m_bRegisterSuccess = 0;
+        SetRegisterStatus(0);
         return;
     }
     xmlDocument reply;
     reply.ParseDocument(text, text.GetLength());
     if (!serverResult(reply, "success"))
         return;
-    if (!m_bRegisterSuccess)
+    if (!m_bRegisterSuccess && !GetNDeckShow().IsStoredShown())
         GetNDeckShow().InitDisplay();
-    m_bRegisterSuccess = 1;
+    SetRegisterStatus(1);
 }
 
 void nDeckRegisterDisplay()

@@ -12,12 +12,16 @@ public:
     void OnCallback(taskAction* action) override;
     // 1: the server knows this display.
     int GetRegisterStatus() const { return m_bRegisterSuccess; }
-    void SetRegisterStatus(int bSuccess) { m_bRegisterSuccess = bSuccess; }
+    void SetRegisterStatus(int bSuccess);
+    // Whether layouts may be drawn: the server knows this display or, where a show is kept, has not said
+    // anything yet.
+    bool MayShow() const;
 
 private:
     void TakeReply(const chString& text);
 
     int m_bRegisterSuccess = 0;
+    bool m_bAnswered = false;
 };
 
 nDeckRegister& GetNDeckRegister();

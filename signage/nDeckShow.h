@@ -9,6 +9,14 @@ public:
     virtual void InitDisplay() = 0;
     // Takes up a frame, which is copied.
     virtual void UpdateDisplay(DisplayFrame* frame) = 0;
+    // Whether what the disk held when the phone started is up already.
+    virtual bool IsStoredShown() const = 0;
+    // The schedule changes nothing. A clock that was wrong may have been put right since.
+    virtual void OnFrameStays() = 0;
+    // A file of the frame has come; name: bare.
+    virtual void OnFileCame(const chString& name) = 0;
+    // Whether one layout of the frame, whose files came or wait, misses nothing.
+    virtual bool CanShowAny(const DisplayFrame& frame) = 0;
     // The frame that was taken up last.
     virtual DisplayFrame& GetDisplayFrame() = 0;
     // Whether layouts are drawn, or only timed.

@@ -14,9 +14,9 @@ namespace {
 
 const QRect kFullScreen(0, 0, NDECK_WIDTH, NDECK_HEIGHT);
 
-bool isRegistered()
+bool mayShow()
 {
-    return GetNDeckRegister().GetRegisterStatus() != 0;
+    return GetNDeckRegister().MayShow();
 }
 
 bool isLayoutCurrent()
@@ -43,7 +43,7 @@ void showFrame(bool bRefresh, E_NDECKWINDOW_TYPE type, const QWidget* parent)
     if (!frame.isVisible())
         frame.ShownDeckFrame(1);
     GetNDeckDispaly().SetShowLayout(1);
-    if (!isRegistered()) {
+    if (!mayShow()) {
         nuxTrace(TRACE_DETAIL, "nDeckWindowDisplay show  but register failed then show default layout");
         frame.SetBackgroundImage(NDECK_DEFAULT_PICTURE, true);
         return;
@@ -73,7 +73,7 @@ bool nDeckWindowDisplay(int bShow, E_NDECKWINDOW_TYPE type, QWidget* parent, QRe
     }
     const bool bRefresh = frame.IsRefreshFrame();
     nuxTrace(TRACE_DETAIL, "bIsRefreshFrame = (%d) bIsShowed = (%d)", bRefresh, bShow);
-    if (bShow && (!isRegistered() || (bRefresh && isLayoutCurrent())))
+    if (bShow && (!mayShow() || (bRefresh && isLayoutCurrent())))
         frame.ClearPannels();
     frame.SetNDeckType(type);
     frame.SetRectRate(CaculateRectRate(rect, kFullScreen));

@@ -82,6 +82,12 @@ _nDeckFileNode mediaOf(const xmlElement* element)
     return media;
 }
 
+void traceBeyond(const char* what, int count, int limit)
+{
+    if (count)
+        nuxTrace(TRACE_NOTE, "the schedule names more than %d %s: %d are left out", limit, what, count);
+}
+
 } // namespace
 
 const xmlElement* serverResult(const xmlDocument& reply, const char* name)
@@ -98,6 +104,17 @@ scheduleReader::scheduleReader(const char* file)
         m_bValid = m_document.ParseDocument(text.data(), static_cast<int>(text.size())) != 0;
 }
 
+bool scheduleReader::IsSchedule() const
+{
+    if (!m_bValid)
+        return false;
+    for (const char* part : {"result", "schedule", "files"}) {
+        if (xmlFindElementFromRoot(&m_document, "norvane", "ndeck", part))
+            return true;
+    }
+    return false;
+}
+
 // The first entry of a group.
 xmlElement* scheduleReader::Entries(const char* group, const char* entry) const
 {
@@ -108,24 +125,34 @@ xmlElement* scheduleReader::Entries(const char* group, const char* entry) const
 void scheduleReader::GetLayouts(nDeckLayoutList& layouts) const
 {
     const Md5Book md5s = layoutMd5s(Entries("files", "file"));
-    xmlElement* element = Entries("schedule", "layout");
-    for (int i = 0; element && i < SCHEDULE_LAYOUT_LIMIT; ++i) {
+    int beyond = 0;
+    for (xmlElement* element = Entries("schedule", "layout"); element;
+         element = nextOfName(element, "layout")) {
         const _nDeckLayoutNode layout = layoutOf(element, md5s);
         const bool isShort = areShort({&layout.md5, &layout.fromdt, &layout.todt, &layout.eventType});
-        if (isShort && nDeckIsFileName(layout.file) && isTimeNow(layout))
+        if (!isShort || !nDeckIsFileName(layout.file) || !isTimeNow(layout))
+            continue;
+        if (layouts.size() < SCHEDULE_LAYOUT_LIMIT)
             layouts.push_back(layout);
-        element = nextOfName(element, "layout");
+        else
+            ++beyond;
     }
+    traceBeyond("layouts", beyond, SCHEDULE_LAYOUT_LIMIT);
 }
 
 void scheduleReader::GetMedias(nDeckNodeList& medias) const
 {
-    for (xmlElement* element = Entries("files", "file"); element && medias.size() < SCHEDULE_MEDIA_LIMIT;
-         element = nextOfName(element, "file")) {
+    int beyond = 0;
+    for (xmlElement* element = Entries("files", "file"); element; element = nextOfName(element, "file")) {
         if (attribute(element, "type") != "media")
             continue;
         const _nDeckFileNode media = mediaOf(element);
-        if (areShort({&media.md5, &media.size}) && nDeckIsFileName(media.path))
+        if (!areShort({&media.md5, &media.size}) || !nDeckIsFileName(media.path))
+            continue;
+        if (medias.size() < SCHEDULE_MEDIA_LIMIT)
             medias.push_back(media);
+        else
+            ++beyond;
     }
+    traceBeyond("media files", beyond, SCHEDULE_MEDIA_LIMIT);
 }

@@ -4,7 +4,7 @@
 #include "support/xml/xmlFile.h"
 
 enum : int {
-    SCHEDULE_LAYOUT_LIMIT = 256,  // layouts of a schedule; what comes behind them is not looked at
+    SCHEDULE_LAYOUT_LIMIT = 256,  // layouts of a schedule whose time is now; the others are left out
     SCHEDULE_MEDIA_LIMIT = 10000, // media files of a schedule, likewise
     SCHEDULE_TEXT_LIMIT = 255     // bytes of an attribute; an entry with a longer one is left out
 };
@@ -21,6 +21,8 @@ public:
     // Well-formed up to its end.
     bool IsValid() const { return m_bValid; }
     bool HasResult(const char* name) const { return serverResult(m_document, name) != nullptr; }
+    // A server that knows what a schedule is said this, though it may hold nothing.
+    bool IsSchedule() const;
     // Appends the layouts whose time is now, and the media, as they stand in the schedule.
     void GetLayouts(nDeckLayoutList& layouts) const;
     void GetMedias(nDeckNodeList& medias) const;

@@ -2,14 +2,25 @@
 #include "support/file/chFileStdio.h"
 #include "support/host/net.h"
 #include "support/host/registry.h"
+#include "support/host/trace.h"
+#include <algorithm>
+#include <cctype>
 #include <cstring>
+#include <utility>
 
 namespace {
 
 constexpr const char* kSystem = "/rundata/config/system.ini";
 constexpr const char* kUser = "/rundata/config/user/user.ini";
 constexpr const char* kCodes = "/phone/resource/LanguageCode.ini";
+constexpr int kUpdateIntervalMs = 60000;
+constexpr int kShortestIntervalMs = 100;
 constexpr int kSizeText = 16; // bytes of the memory's size that are looked at
+
+bool isHexDigit(char letter)
+{
+    return isxdigit(static_cast<unsigned char>(letter)) != 0;
+}
 
 chString withoutSlashes(const chString& url)
 {
@@ -61,6 +72,42 @@ bool nDeckIsEnabled()
 bool nDeckPlaysVideoInTalk()
 {
     return nDeckIsOn("bPlayVideoInTalk", 0);
+}
+
+bool nDeckKeepsShow()
+{
+    return nDeckIsOn("bKeepShow", 0);
+}
+
+int nDeckUpdateInterval()
+{
+    const int interval = nDeckSettingInt("nUpdateInteval", kUpdateIntervalMs);
+    return interval > 0 ? std::max(interval, kShortestIntervalMs) : kUpdateIntervalMs;
+}
+
+bool serverTakesValue(const char* text)
+{
+    for (; *text; ++text) {
+        const bool isEscape = *text == '%' && isHexDigit(text[1]) && isHexDigit(text[2]);
+        if (*text == '&' || *text == '#' || isEscape)
+            return false;
+    }
+    return true;
+}
+
+bool serverTakesConfig(const _ServerCfg& config)
+{
+    const std::pair<const char*, const chString*> values[] = {{"strServerKey", &config.strKey},
+                                                              {"strServerPwd", &config.strPassword},
+                                                              {"strDisplayName", &config.strName}};
+    bool takesAll = true;
+    for (const auto& [key, value] : values) {
+        if (serverTakesValue(*value))
+            continue;
+        nuxTrace(TRACE_NOTE, "the value of %s cannot be sent: it holds \"&\", \"#\" or an escape", key);
+        takesAll = false;
+    }
+    return takesAll;
 }
 
 chString& GetClientKey()

@@ -31,3 +31,13 @@ chString nDeckSettingString(const char* key, const char* def);
 bool nDeckIsOn(const char* key, int def);
 bool nDeckIsEnabled();
 bool nDeckPlaysVideoInTalk();
+// A show that runs goes on through starts, outages and changes of the schedule.
+bool nDeckKeepsShow();
+// Milliseconds between two looks at the schedule.
+int nDeckUpdateInterval();
+
+// Whether the text reaches the server as it is: values stand in an address without any escaping, so one with
+// "&", "#" or an escape of its own ("%41") would arrive as another.
+bool serverTakesValue(const char* text);
+// The same of all that is configured; what does not fit is traced by the name of its key.
+bool serverTakesConfig(const _ServerCfg& config);

@@ -8,7 +8,8 @@ class QNetworkReply;
 
 // Fetches strRemoteUrl into strLocalFile (a device path). Good only with status 200 and the full
 // length; stalled for 30 seconds, or dripping for longer than its time, it fails. The file is complete
-// and in place, and untouched by a failed transfer, before the callback is told.
+// and in place, and untouched by a failed transfer, before the callback is told. A server elsewhere cannot
+// send it on to an address of this machine's own (loopback, link-local).
 class HX_HOST_API HttpAction : public QObject, public taskAction
 {
     Q_OBJECT
@@ -27,6 +28,9 @@ public:
     int bFlush = 1;
     // Set before posting. 1: strCheckSum is wanted.
     int bCheckSum = 0;
+    // Set before posting. 1: one of many files; it goes behind everything that has no such mark, and over
+    // other connections.
+    int bGivesWay = 0;
     int nResult = 0;      // after completion: 0 failed, anything else succeeded
     chString strCheckSum; // after a success: MD5 of the file as md5GetFileCheckSum tells it
 

@@ -14,7 +14,7 @@ constexpr unsigned kSeed = 4711;
 constexpr int kTransfers = 2000;
 constexpr int kChangeMs = 500; // after which the content changes again
 constexpr int kFaultMs = 100000;
-constexpr int kInStepMs = 60000;
+constexpr int kInStepMs = 200000; // a file that was given up is asked for after one minute, or two more
 
 // A seed of its own for each rule, or all of them would strike together.
 const char* const kFaults = R"(seed 1
@@ -72,8 +72,7 @@ TEST(MisbehavingServer, TwoThousandTransfersLeaveNothingWrongAndTheSyncCompletes
     SignContent content(server, kSeed);
     ASSERT_TRUE(server.setFaults(kFaults));
     SyncPeer peer(server.url());
-    // A budget that no run of bad luck uses up.
-    peer.setKey("nReDownLoadNum", "500");
+    peer.setKey("bKeepShow", "1"); // a run of bad luck uses up the budget of a file, not the file
     peer.setKey("nUpdateInteval", "150");
     ASSERT_TRUE(peer.start());
     const DeckFolder folder(peer.root());

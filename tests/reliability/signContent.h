@@ -12,8 +12,7 @@ public:
     enum : int { MEDIA_COUNT = 60, LAYOUT_COUNT = 4 };
 
     SignContent(SignServer& server, unsigned seed);
-    // Some files get another content, and every layout, without which a frame does not count as changed; a
-    // layout comes or goes.
+    // Some files get another content, every other time the layouts too, and a layout comes or goes.
     void change();
     // The last change: all layouts are there, and show the picture for a second each.
     void settle();

@@ -126,4 +126,14 @@ TEST_F(Registration, LeavesALineWithoutThePasswordInTheLog)
     EXPECT_FALSE(log().contains("word=word"));
 }
 
+TEST_F(Registration, ThePasswordStaysOutOfTheLogInEveryEscape)
+{
+    start();
+    for (const char* name : {"pass%77ord", "%70assword", "PASSWORD", "%50%41%53%53%57%4f%52%44"})
+        get("/service/register.htm?serverKey=key&" + QByteArray(name) + "=sesame&clientName=Lobby");
+    EXPECT_TRUE(log().contains("clientName=Lobby"));
+    EXPECT_EQ(log().count("=***"), 4);
+    EXPECT_FALSE(log().contains("sesame"));
+}
+
 } // namespace

@@ -1,14 +1,15 @@
 #include "tests/services/httpServer.h"
 
-httpServer::httpServer()
+httpServer::httpServer(const QHostAddress& address)
 {
     QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] { onConnection(); });
-    m_server.listen(QHostAddress::LocalHost);
+    m_server.listen(address);
 }
 
 QByteArray httpServer::url(const QByteArray& path) const
 {
-    return "http://127.0.0.1:" + QByteArray::number(m_server.serverPort()) + path;
+    return "http://" + m_server.serverAddress().toString().toUtf8() + ":" +
+           QByteArray::number(m_server.serverPort()) + path;
 }
 
 QByteArray httpServer::head(const QByteArray& status, const QList<QByteArray>& fields)

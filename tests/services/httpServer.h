@@ -13,7 +13,7 @@ public:
     // Called with each complete request; path: with its query.
     std::function<void(QTcpSocket& socket, const QByteArray& path)> onRequest;
 
-    httpServer();
+    explicit httpServer(const QHostAddress& address = QHostAddress::LocalHost);
     QByteArray url(const QByteArray& path) const;
     void close() { m_server.close(); }
 

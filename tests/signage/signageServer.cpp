@@ -1,5 +1,6 @@
 #include "tests/signage/signageServer.h"
 #include <QCryptographicHash>
+#include <utility>
 
 signageServer::signageServer()
 {
@@ -63,6 +64,15 @@ void signageServer::release()
     for (const auto& [socket, what] : held) {
         if (socket)
             answer(*socket, what);
+    }
+}
+
+void signageServer::drop()
+{
+    silent.clear();
+    for (const auto& [socket, what] : std::exchange(m_held, {})) {
+        if (socket)
+            socket->abort();
     }
 }
 

@@ -47,6 +47,8 @@ public:
     QList<QByteArray> order; // what was asked for: "schedule", "register" or a file's name
     // Answers what was held back.
     void release();
+    // Breaks it off instead.
+    void drop();
 
 private:
     void onRequest(QTcpSocket& socket, const QByteArray& path);

@@ -19,6 +19,26 @@ void AppendEncoded(QByteArray& out, char c)
     out += QByteArray(1, c).toHex().toUpper();
 }
 
+// Their names count in every escape and in every case of letters, wherever they stand.
+QByteArray WithoutSecrets(const QByteArray& target)
+{
+    QByteArray out, name;
+    bool isSecret = false;
+    for (char c : target) {
+        const bool isEnd = c == '&' || c == '?';
+        if (isEnd)
+            isSecret = false;
+        if (!isSecret)
+            out += c;
+        if (c == '=' && !isSecret && PercentDecoded(name).toLower().contains("password")) {
+            isSecret = true;
+            out += "***";
+        }
+        name = isEnd ? QByteArray() : name + c;
+    }
+    return out;
+}
+
 } // namespace
 
 QByteArray PercentDecoded(const QByteArray& text)
@@ -64,12 +84,7 @@ QByteArray LoggableTarget(const QByteArray& target)
         else
             AppendEncoded(out, c);
     }
-    const QByteArray secret = "password=";
-    const qsizetype at = out.indexOf(secret);
-    if (at < 0)
-        return out;
-    const qsizetype end = out.indexOf('&', at);
-    return out.left(at + secret.size()) + "***" + (end < 0 ? QByteArray() : out.mid(end));
+    return WithoutSecrets(out);
 }
 
 RequestText::RequestText(const QByteArray& target)

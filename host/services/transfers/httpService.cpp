@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr const char* kWayGivers = " files"; // no address ends so
+
 struct tagAsked
 {
     quint64 nTurn = 0;
@@ -98,7 +100,8 @@ void httpService::prepare(HttpAction& action, const taskHoldRef& hold)
     tagHttpJob job;
     job.url = action.strRemoteUrl.GetText();
     job.file = action.strLocalFile.GetText();
-    job.server = httpTransfer::serverOf(job.url);
+    job.bGivesWay = action.bGivesWay != 0;
+    job.server = httpTransfer::serverOf(job.url) + (job.bGivesWay ? kWayGivers : "");
     job.nSizeLimit = action.nSizeLimit;
     job.nTimeLimit = action.nTimeLimit;
     job.bFlush = action.bFlush != 0;
@@ -217,15 +220,21 @@ void httpService::startNext(const QByteArray& server)
 
 void httpService::begin(const tagHttpJob& job)
 {
-    if (!m_pManager) {
-        m_pManager = new QNetworkAccessManager(this);
-        m_pManager->setProxyFactory(new DirectProxy);
-    }
     httpTransfer* transfer =
         new httpTransfer(job, m_room, [this](httpTransfer* its, bool good) { done(its, good); });
     m_active.append(transfer);
     const bool hasConnection = ++m_servers[job.server].nActive <= CONNECTIONS;
-    transfer->start(*m_pManager, hasConnection);
+    transfer->start(managerFor(job), hasConnection);
+}
+
+QNetworkAccessManager& httpService::managerFor(const tagHttpJob& job)
+{
+    QNetworkAccessManager*& manager = job.bGivesWay ? m_pWayGiver : m_pManager;
+    if (!manager) {
+        manager = new QNetworkAccessManager(this);
+        manager->setProxyFactory(new DirectProxy);
+    }
+    return *manager;
 }
 
 void httpService::ended(httpTransfer* transfer)

@@ -1,6 +1,6 @@
 #pragma once
 // The network thread: it starts with the first transfer, and all transfers run on it. At most a few at
-// a time go to one server; the others wait their turn.
+// a time go to one server; the others wait their turn, and files that give way keep nothing else waiting.
 #include "host/services/storage/diskRoom.h"
 #include "host/services/transfers/taskBook.h"
 #include <QByteArray>
@@ -19,11 +19,12 @@ struct tagHttpJob
 {
     QByteArray url;
     QByteArray file;   // device path
-    QByteArray server; // scheme, host and port
+    QByteArray server; // scheme, host and port; those that give way stand in a line of their own
     qint64 nSizeLimit = 0;
     int nTimeLimit = 0;
     bool bFlush = true;
     bool bCheckSum = false;
+    bool bGivesWay = false;
     quint64 nTurn = 0; // counts the postings of one action
     taskHoldRef hold;
 };
@@ -67,7 +68,10 @@ private:
     void ended(httpTransfer* transfer);
     void done(httpTransfer* transfer, bool good);
 
+    QNetworkAccessManager& managerFor(const tagHttpJob& job);
+
     QNetworkAccessManager* m_pManager = nullptr;
+    QNetworkAccessManager* m_pWayGiver = nullptr; // each has connections of its own
     diskRoom m_room;
     QHash<QByteArray, tagServer> m_servers;
     QHash<quint64, int> m_jobs; // that wait or are active, of each action

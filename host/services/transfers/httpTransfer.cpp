@@ -1,9 +1,11 @@
 #include "host/services/transfers/httpTransfer.h"
+#include "host/services/transfers/redirectRule.h"
 #include "support/file/path.h"
 #include "support/host/http.h"
 #include "support/host/trace.h"
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QSslError>
 #include <QUrl>
 
 namespace {
@@ -33,8 +35,7 @@ bool isHttpAddress(const QUrl& url)
 QNetworkRequest requestFor(const QUrl& url)
 {
     QNetworkRequest request(url);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    request.setMaximumRedirectsAllowed(httpTransfer::MAX_REDIRECTS);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
@@ -77,17 +78,25 @@ void httpTransfer::start(QNetworkAccessManager& manager, bool hasConnection)
         conclude();
         return;
     }
-    m_pReply = manager.get(requestFor(url));
+    m_pManager = &manager;
+    begin(url);
+    if (hasConnection)
+        m_stall.start();
+    m_end.start(m_job.nTimeLimit > 0 ? qMin<int>(m_job.nTimeLimit, MOST_MS) : MOST_MS);
+}
+
+void httpTransfer::begin(const QUrl& url)
+{
+    m_pReply = m_pManager->get(requestFor(url));
     m_pReply->setReadBufferSize(kReadAhead);
     connect(m_pReply, &QNetworkReply::metaDataChanged, this, [this] { onHead(); });
-    connect(m_pReply, &QNetworkReply::redirected, this, [this] { m_stall.start(); });
+    connect(m_pReply, &QNetworkReply::sslErrors, this, [this](const QList<QSslError>& errors) {
+        m_tlsFailure = errors.value(0).errorString().toUtf8();
+    });
     connect(m_pReply, &QNetworkReply::readyRead, this, [this] { onData(); });
     connect(m_pReply, &QNetworkReply::finished, this, [this] { onFinished(); });
     for (const auto begins : {&QNetworkReply::socketStartedConnecting, &QNetworkReply::requestSent})
         connect(m_pReply, begins, this, [this] { m_stall.start(); });
-    if (hasConnection)
-        m_stall.start();
-    m_end.start(m_job.nTimeLimit > 0 ? qMin<int>(m_job.nTimeLimit, MOST_MS) : MOST_MS);
 }
 
 void httpTransfer::giveUp()
@@ -113,14 +122,45 @@ void httpTransfer::fail(const char* reason)
         [this] {
             if (m_done)
                 m_pReply->abort();
+            conclude(); // of a reply that was left behind nothing is heard any more
         },
         Qt::QueuedConnection);
+}
+
+// Empty when the answer sends nobody on.
+QUrl httpTransfer::redirectTarget() const
+{
+    const QUrl target = m_pReply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    return target.isEmpty() ? QUrl() : m_pReply->url().resolved(target);
+}
+
+// Nothing more is wanted of the reply that said so.
+void httpTransfer::followTo(const QUrl& target)
+{
+    m_pReply->disconnect(this);
+    if (++m_nRedirects > MAX_REDIRECTS) {
+        fail("it is sent on too often");
+        return;
+    }
+    redirectRule::ask(addressOf(m_job.url), target, this, [this, target](bool allowed) {
+        if (!m_done || m_szFailure)
+            return;
+        if (!allowed) {
+            fail("it is sent on to where it may not go");
+            return;
+        }
+        m_pReply->abort();
+        m_pReply->deleteLater();
+        begin(target);
+    });
 }
 
 void httpTransfer::onHead()
 {
     m_stall.start();
-    if (status() == kStatusGood && announcedSize() > sizeLimit())
+    if (const QUrl target = redirectTarget(); !target.isEmpty())
+        followTo(target);
+    else if (status() == kStatusGood && announcedSize() > sizeLimit())
         fail("it is too large");
     else if (status() == kStatusGood && !m_room.ask(m_folder, announcedSize()))
         fail("there is no room for it");
@@ -160,6 +200,15 @@ const char* httpTransfer::whatIsWrong()
     if (!encoding.isEmpty() && encoding != "identity")
         return "the server has packed it";
     return nullptr;
+}
+
+// The first thing that is wrong with the certificate, or else what the handshake said.
+const char* httpTransfer::tlsFailure()
+{
+    if (m_tlsFailure.isEmpty())
+        m_tlsFailure = m_pReply->errorString().toUtf8();
+    m_tlsFailure.prepend("TLS: ");
+    return m_tlsFailure.constData();
 }
 
 bool httpTransfer::store(const QByteArray& bytes)
@@ -216,7 +265,9 @@ void httpTransfer::conclude()
     m_stall.stop();
     m_end.stop();
     if (m_pReply && !m_szFailure && status() == 0)
-        m_szFailure = "the server does not answer";
+        m_szFailure = m_pReply->error() == QNetworkReply::SslHandshakeFailedError
+                          ? tlsFailure()
+                          : "the server does not answer";
     if (m_pReply && !m_szFailure)
         onData();
     if (m_pReply && !m_szFailure && m_pReply->error() != QNetworkReply::NoError)

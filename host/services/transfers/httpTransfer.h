@@ -13,7 +13,7 @@ public:
     enum : int {
         STALL_MS = 30000,         // without a byte
         MOST_MS = 30 * 60 * 1000, // in all
-        MAX_REDIRECTS = 5         // never from https to http, never to anything else
+        MAX_REDIRECTS = 5         // where redirectRule allows it
     };
     static constexpr qint64 MAX_SIZE = 256 << 20; // bytes
 
@@ -37,6 +37,9 @@ public:
     static QByteArray serverOf(const QByteArray& url);
 
 private:
+    void begin(const QUrl& url);
+    QUrl redirectTarget() const;
+    void followTo(const QUrl& target);
     void onHead();
     void onData();
     void onFinished();
@@ -48,12 +51,15 @@ private:
     qint64 announcedSize() const;
     qint64 sizeLimit() const;
     const char* whatIsWrong();
+    const char* tlsFailure();
 
     tagHttpJob m_job;
     QByteArray m_folder; // of its file, device path
     diskRoom& m_room;
     DoneCall m_done;
+    QNetworkAccessManager* m_pManager = nullptr;
     QNetworkReply* m_pReply = nullptr;
+    int m_nRedirects = 0;
     QTimer m_stall;
     QTimer m_end;
     chAtomicFile m_file;
@@ -61,4 +67,5 @@ private:
     qint64 m_nReceived = 0;
     QCryptographicHash m_hash{QCryptographicHash::Md5};
     const char* m_szFailure = nullptr;
+    QByteArray m_tlsFailure;
 };
