@@ -33,15 +33,18 @@ void tryPath(const uint8_t* data, int size)
         demand(path.startsWith('/') && path.size() == size - 1 && !path.contains('\0'));
 }
 
-void tryDescription(const uint8_t* data, int size)
+void tryStreams(const uint8_t* data, int size)
 {
-    MOV_SDP sdp;
-    if (playerRecords::readDescription(data, size, sdp))
+    PLAYER_STREAMS streams;
+    if (playerRecords::readStreams(data, size, streams))
         return;
-    demandText(sdp.szAudName);
-    demandText(sdp.szAudParam);
-    demandText(sdp.szVidName);
-    demandText(sdp.szVidParam);
+    demandText(streams.sdp.szAudName);
+    demandText(streams.sdp.szAudParam);
+    demandText(streams.sdp.szVidName);
+    demandText(streams.sdp.szVidParam);
+    demandPort(streams.nSoundFrom);
+    demandPort(streams.nPictureFrom);
+    demand(streams.nQuarterTurns < 4);
 }
 
 void tryPlay(const uint8_t* data, int size)
@@ -97,7 +100,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         tryPath(block, length);
         break;
     case 1:
-        tryDescription(block, length);
+        tryStreams(block, length);
         break;
     case 2:
         tryPlay(block, length);

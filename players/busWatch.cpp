@@ -53,6 +53,8 @@ void busWatch::post(EVENT event)
 
 void busWatch::traceError(GstMessage* message) const
 {
+    if (m_name.isEmpty())
+        return;
     GError* error = nullptr;
     gst_message_parse_error(message, &error, nullptr);
     nuxTrace(TRACE_NOTE, "%s: %s", m_name.constData(), error ? error->message : "failed");

@@ -11,7 +11,8 @@ public:
     enum class EVENT { READY, END, FAILED }; // came to its pause; came to the end of the stream; cannot go on
     using Handler = std::function<void(EVENT)>;
 
-    // The pipeline must live as long as this. name: what a trace line of a failure calls it.
+    // The pipeline must live as long as this. name: what a trace line of a failure calls it; empty: there
+    // is none.
     busWatch(GstElement* pipeline, const QByteArray& name, Handler handler);
     ~busWatch() override;
 

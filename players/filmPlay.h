@@ -1,6 +1,7 @@
 #pragma once
 // One play of one film: prepared, sent in real time, paused, shown again from where it is. It starts when the
-// receiver says that it is ready, or after a moment without one. One thread.
+// receiver says that it is ready, or after a moment without one. Paused before that it shows how it begins,
+// without a sound, and plays from its beginning when it is resumed. One thread.
 #include "players/busWatch.h"
 #include "players/filmStreams.h"
 #include <QElapsedTimer>
@@ -15,11 +16,12 @@ public:
     struct tagHandlers
     {
         // The streams are known, and the play waits for its receiver. False: nobody to wait for.
-        std::function<bool(const MOV_SDP&)> onReady;
+        std::function<bool(const PLAYER_STREAMS&)> onReady;
         std::function<void(END)> onEnd; // may end this object
     };
 
-    filmPlay(const QByteArray& file, const tagTarget& target, const tagHandlers& handlers);
+    // isQuiet: its failure is known, and costs no trace line.
+    filmPlay(const QByteArray& file, const tagTarget& target, bool isQuiet, const tagHandlers& handlers);
     // Begins to prepare it; all handlers come later.
     void start();
     // The receiver is there: sends, or sends again from the last whole picture when it has sent before.
@@ -27,7 +29,7 @@ public:
     void pause();
     void resume();
     const tagTarget& target() const { return m_target; }
-    const MOV_SDP& description() const { return m_sdp; }
+    const PLAYER_STREAMS& description() const { return m_description; }
     bool isPrepared() const { return m_bPrepared; }
     qint64 msSinceStart() const { return m_sinceStart.isValid() ? m_sinceStart.elapsed() : 0; }
 
@@ -37,16 +39,20 @@ private:
     void go();
     void end(END how);
     void sendAgain();
+    void sendFrom(gint64 position);
+    void showBeginning();
 
     tagTarget m_target;
     tagHandlers m_handlers;
     filmStreams m_streams;
     std::unique_ptr<busWatch> m_watch; // ends before the streams
-    MOV_SDP m_sdp = {};
+    PLAYER_STREAMS m_description = {};
     QTimer m_patience;
+    QTimer m_beginning;
     QElapsedTimer m_sinceStart;
     QElapsedTimer m_sending;
     bool m_bPrepared = false;
     bool m_bGoing = false;
     bool m_bPaused = false;
+    bool m_bBeginning = false; // no more than that has been sent
 };

@@ -1,5 +1,5 @@
 #include "players/filmStreams.h"
-#include "players/loopback.h"
+#include "players/filmParts.h"
 #include "support/host/trace.h"
 
 namespace {
@@ -12,9 +12,7 @@ constexpr int kPacketBytes = 15000;            // the loopback takes large packe
 constexpr guint kSendBytes = 1 << 20;          // in the socket
 constexpr guint64 kQueueTime = 3 * GST_SECOND; // a file may keep sound and picture so far apart
 constexpr guint kQueueBytes = 8 << 20;
-// What is due within one such time goes out at its beginning: few wake-ups cost little, and the receiver
-// keeps everything until it is due anyway.
-constexpr GstClockTime kTurn = 120 * GST_MSECOND;
+constexpr guint64 kAtOnce = 1; // no packet waits for more pictures than its own
 
 bool isKind(const GstStructure* kind, const char* name)
 {
@@ -46,41 +44,54 @@ tagStream streamOf(GstElement* payloader)
     return stream;
 }
 
-// The beginning of the turn that a packet belongs to; the packet still lasts until its own time, so that the
-// end of the film comes when it did.
-void sendWithItsTurn(GstBuffer* packet, const GstSegment* segment)
+// The sound of films is sent in these rates, which every decoder of it knows.
+GstCaps* codedSoundCaps()
 {
-    const GstClockTime due = gst_segment_to_running_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(packet));
-    if (!GST_CLOCK_TIME_IS_VALID(due))
-        return;
-    const GstClockTime turn =
-        gst_segment_position_from_running_time(segment, GST_FORMAT_TIME, due - due % kTurn);
-    if (!GST_CLOCK_TIME_IS_VALID(turn) || turn > GST_BUFFER_PTS(packet))
-        return;
-    GST_BUFFER_DURATION(packet) = GST_BUFFER_PTS(packet) - turn;
-    GST_BUFFER_PTS(packet) = GST_BUFFER_DTS(packet) = turn;
+    return gst_caps_from_string("audio/x-raw,channels=[1,2],rate={8000,11025,12000,16000,22050,24000,32000,"
+                                "44100,48000}");
 }
 
-GstPadProbeReturn onPacket(GstPad* pad, GstPadProbeInfo* info, gpointer)
+int sentChannels(GstElement* payloader)
 {
-    GstEvent* event = gst_pad_get_sticky_event(pad, GST_EVENT_SEGMENT, 0);
-    if (!event)
-        return GST_PAD_PROBE_OK;
-    const GstSegment* segment = nullptr;
-    gst_event_parse_segment(event, &segment);
-    if (info->type & GST_PAD_PROBE_TYPE_BUFFER_LIST) {
-        // The packets of one picture: their time is that of the first.
-        GstBufferList* list = gst_buffer_list_make_writable(GST_PAD_PROBE_INFO_BUFFER_LIST(info));
-        if (gst_buffer_list_length(list) > 0)
-            sendWithItsTurn(gst_buffer_list_get_writable(list, 0), segment);
-        info->data = list;
-    } else {
-        GstBuffer* packet = gst_buffer_make_writable(GST_PAD_PROBE_INFO_BUFFER(info));
-        sendWithItsTurn(packet, segment);
-        info->data = packet;
+    GstPad* pad = gst_element_get_static_pad(payloader, "sink");
+    GstCaps* caps = gst_pad_get_current_caps(pad);
+    const int channels = caps ? intOf(gst_caps_get_structure(caps, 0), "channels") : 0;
+    gst_clear_caps(&caps);
+    gst_object_unref(pad);
+    return channels;
+}
+
+int sentTurns(GstElement* payloader)
+{
+    GstPad* pad = gst_element_get_static_pad(payloader, "sink");
+    const int turns = filmParts::quarterTurns(pad);
+    gst_object_unref(pad);
+    return turns;
+}
+
+bool tellsTimesToShow(GstElement* parser)
+{
+    bool tells = false;
+    GstIterator* parts = gst_bin_iterate_recurse(GST_BIN(parser));
+    GValue item = G_VALUE_INIT;
+    while (gst_iterator_next(parts, &item) == GST_ITERATOR_OK) {
+        GstElementFactory* factory = gst_element_get_factory(GST_ELEMENT(g_value_get_object(&item)));
+        tells = tells || (factory && filmParts::tellsTimesToShow(factory));
+        g_value_reset(&item);
     }
-    gst_event_unref(event);
-    return GST_PAD_PROBE_OK;
+    g_value_unset(&item);
+    gst_iterator_free(parts);
+    return tells;
+}
+
+int onChoice(GstElement*, GstPad*, GstCaps*, GstElementFactory* factory, gpointer)
+{
+    return filmParts::choose(factory);
+}
+
+int onSoundChoice(GstElement*, GstPad*, GstCaps*, GstElementFactory* factory, gpointer)
+{
+    return filmParts::chooseForSound(factory);
 }
 
 void linkDecoded(GstElement*, GstPad* pad, gpointer into)
@@ -104,6 +115,7 @@ filmStreams::filmStreams(const QByteArray& file, const tagTarget* target)
         return;
     }
     g_object_set(source, "location", file.constData(), nullptr);
+    g_signal_connect(parser, "autoplug-select", G_CALLBACK(onChoice), nullptr);
     g_signal_connect(parser, "pad-added", G_CALLBACK(onPad), this);
 }
 
@@ -125,9 +137,27 @@ GstElement* filmStreams::add(const char* name)
     return element;
 }
 
-void filmStreams::onPad(GstElement*, GstPad* pad, gpointer self)
+void filmStreams::onPad(GstElement* parser, GstPad* pad, gpointer self)
 {
-    static_cast<filmStreams*>(self)->addStream(pad);
+    auto* film = static_cast<filmStreams*>(self);
+    if (!tellsTimesToShow(parser))
+        film->m_pictureTimes.setDecodeOrder();
+    film->addStream(pad);
+}
+
+// What comes first: by then all streams of the film are known.
+GstPadProbeReturn filmStreams::onDrained(GstPad*, GstPadProbeInfo*, gpointer self)
+{
+    static_cast<filmStreams*>(self)->failWithoutStreams();
+    return GST_PAD_PROBE_REMOVE;
+}
+
+// Or everybody would wait for what never comes.
+void filmStreams::failWithoutStreams()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_pSound && !m_pPicture)
+        GST_ELEMENT_ERROR(m_pPipeline, STREAM, WRONG_TYPE, ("no stream that can be played"), (nullptr));
 }
 
 void filmStreams::addStream(GstPad* pad)
@@ -137,7 +167,7 @@ void filmStreams::addStream(GstPad* pad)
     const GstStructure* kind = caps && !gst_caps_is_empty(caps) && !gst_caps_is_any(caps)
                                    ? gst_caps_get_structure(caps, 0)
                                    : nullptr;
-    const bool isTaken = kind && (addPicture(pad, kind) || addSound(pad, kind));
+    const bool isTaken = kind && (addPicture(pad, kind) || addSound(pad, caps));
     if (!isTaken)
         addDrain(pad);
     gst_clear_caps(&caps);
@@ -145,7 +175,7 @@ void filmStreams::addStream(GstPad* pad)
 
 bool filmStreams::addPicture(GstPad* pad, const GstStructure* kind)
 {
-    if (m_pPicture || (m_bSend && m_target.nPicturePort == 0))
+    if (m_pPicture || (m_bSend && (m_target.nPicturePort == 0 || !m_target.pPictureSocket)))
         return false;
     const char* name = nullptr;
     if (isKind(kind, "video/x-h264"))
@@ -156,85 +186,80 @@ bool filmStreams::addPicture(GstPad* pad, const GstStructure* kind)
         name = "rtph263ppay";
     else
         return false;
-    m_pPicture = addPayloader(name, kPicturePayload, 0);
+    m_pPicture = addPayloader(name, kPicturePayload);
     if (!m_pPicture)
         return false;
     // Whoever joins late, or decoded another film before, learns the parameters from the stream.
     if (g_object_class_find_property(G_OBJECT_GET_CLASS(m_pPicture), "config-interval"))
         g_object_set(m_pPicture, "config-interval", -1, nullptr);
-    return link(pad, {add("queue"), m_pPicture, addEnd(false)});
+    if (isKind(kind, "video/mpeg"))
+        g_object_set(m_pPicture, "max-ptime", gint64(kAtOnce), nullptr);
+    return link(pad, {add("queue"), m_pPicture, addEnd(m_pPicture, false)});
 }
 
-bool filmStreams::addSound(GstPad* pad, const GstStructure* kind)
+bool filmStreams::addSound(GstPad* pad, GstCaps* caps)
 {
+    const GstStructure* kind = gst_caps_get_structure(caps, 0);
     const bool isSound = g_str_has_prefix(gst_structure_get_name(kind), "audio/");
-    if (!isSound || m_pSound || (m_bSend && m_target.nSoundPort == 0))
+    if (!isSound || m_pSound || (m_bSend && (m_target.nSoundPort == 0 || !m_target.pSoundSocket)))
         return false;
-    const int channels = intOf(kind, "channels");
     const int version = intOf(kind, "mpegversion");
     if (isKind(kind, "audio/mpeg") && (version == 4 || version == 2)) {
-        m_pSound = addPayloader("rtpmp4gpay", kSoundPayload, channels);
-        return m_pSound && link(pad, {add("queue"), add("aacparse"), m_pSound, addEnd(true)});
+        m_pSound = addPayloader("rtpmp4gpay", kSoundPayload);
+        return m_pSound && link(pad, {add("queue"), add("aacparse"), m_pSound, addEnd(m_pSound, true)});
     }
-    if (isKind(kind, "audio/x-alaw") && intOf(kind, "rate") == kPcmaRate && channels == 1) {
-        m_pSound = addPayloader("rtppcmapay", kPcmaPayload, channels);
-        return m_pSound && link(pad, {add("queue"), m_pSound, addEnd(true)});
+    if (isKind(kind, "audio/x-alaw") && intOf(kind, "rate") == kPcmaRate && intOf(kind, "channels") == 1) {
+        m_pSound = addPayloader("rtppcmapay", kPcmaPayload);
+        return m_pSound && link(pad, {add("queue"), m_pSound, addEnd(m_pSound, true)});
     }
-    return addPcma(pad);
+    return addCodedSound(pad);
 }
 
-// Sound of any other kind goes out as what every receiver knows.
-bool filmStreams::addPcma(GstPad* pad)
+// Sound of any other kind goes out as AAC, which keeps its quality and which every receiver knows.
+bool filmStreams::addCodedSound(GstPad* pad)
 {
-    m_pSound = addPayloader("rtppcmapay", kPcmaPayload, 1);
+    GstElement* decoder = add("decodebin");
     GstElement* convert = add("audioconvert");
     GstElement* resample = add("audioresample");
-    GstElement* encode = add("alawenc");
-    GstElement* end = addEnd(true);
-    if (!m_pSound || !convert || !resample || !encode || !end ||
-        !gst_element_link_many(convert, resample, encode, m_pSound, end, nullptr))
+    GstElement* form = add("capsfilter");
+    GstElement* coder = add("avenc_aac");
+    GstElement* parser = add("aacparse");
+    m_pSound = addPayloader("rtpmp4gpay", kSoundPayload);
+    GstElement* end = m_pSound ? addEnd(m_pSound, true) : nullptr;
+    if (!decoder || !convert || !resample || !form || !coder || !parser || !end ||
+        !gst_element_link_many(convert, resample, form, coder, parser, m_pSound, end, nullptr))
         return false;
-    for (GstElement* element : {convert, resample, encode, m_pSound, end})
+    GstCaps* coded = codedSoundCaps();
+    g_object_set(form, "caps", coded, nullptr);
+    gst_caps_unref(coded);
+    for (GstElement* element : {end, m_pSound, parser, coder, form, resample, convert})
         gst_element_sync_state_with_parent(element);
-    addDecoder(pad, convert);
-    return true;
+    g_signal_connect(decoder, "autoplug-select", G_CALLBACK(onSoundChoice), nullptr);
+    g_signal_connect(decoder, "pad-added", G_CALLBACK(linkDecoded), convert);
+    return link(pad, {add("queue"), decoder});
 }
 
-void filmStreams::addDecoder(GstPad* pad, GstElement* into)
-{
-    GstElement* queue = add("queue");
-    GstElement* decoder = add("decodebin");
-    if (!queue || !decoder)
-        return;
-    g_signal_connect(decoder, "pad-added", G_CALLBACK(linkDecoded), into);
-    link(pad, {queue, decoder});
-}
-
-GstElement* filmStreams::addPayloader(const char* name, int payload, int channels)
+GstElement* filmStreams::addPayloader(const char* name, int payload)
 {
     GstElement* payloader = add(name);
-    if (!payloader)
-        return nullptr;
     // Both streams count from the same instant, so that the receiver can put them together again.
-    g_object_set(payloader, "pt", guint(payload), "timestamp-offset", 0u, "ssrc", m_target.nSource, "mtu",
-                 guint(kPacketBytes), "perfect-rtptime", FALSE, nullptr);
-    if (channels > 0)
-        m_nChannels = channels;
+    if (payloader)
+        g_object_set(payloader, "pt", guint(payload), "timestamp-offset", 0u, "ssrc", m_target.nSource, "mtu",
+                     guint(kPacketBytes), "perfect-rtptime", FALSE, nullptr);
     return payloader;
 }
 
-GstElement* filmStreams::addEnd(bool isSound)
+GstElement* filmStreams::addEnd(GstElement* payloader, bool isSound)
 {
     GstElement* end = add(m_bSend ? "udpsink" : "fakesink");
-    if (!end || !m_bSend)
-        return end;
-    const int port = isSound ? m_target.nSoundPort : m_target.nPicturePort;
-    g_object_set(end, "host", loopbackAddress().constData(), "port", port, "buffer-size", int(kSendBytes),
-                 "qos", FALSE, "enable-last-sample", FALSE, nullptr);
-    GstPad* pad = gst_element_get_static_pad(end, "sink");
-    gst_pad_add_probe(pad, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_BUFFER_LIST),
-                      onPacket, nullptr, nullptr);
-    gst_object_unref(pad);
+    if (!end)
+        return nullptr;
+    if (m_bSend)
+        g_object_set(end, "host", loopbackAddress().constData(), "port",
+                     int(isSound ? m_target.nSoundPort : m_target.nPicturePort), "socket",
+                     isSound ? m_target.pSoundSocket : m_target.pPictureSocket, "close-socket", FALSE,
+                     "buffer-size", int(kSendBytes), "qos", FALSE, "enable-last-sample", FALSE, nullptr);
+    (isSound ? m_soundTimes : m_pictureTimes).watch(payloader, end);
     return end;
 }
 
@@ -265,17 +290,26 @@ void filmStreams::addDrain(GstPad* pad)
     g_object_set(drain, "async", FALSE, "sync", FALSE, nullptr);
     gst_element_sync_state_with_parent(drain);
     GstPad* sink = gst_element_get_static_pad(drain, "sink");
+    gst_pad_add_probe(sink, GST_PAD_PROBE_TYPE_BUFFER, onDrained, this, nullptr);
     gst_pad_link(pad, sink);
     gst_object_unref(sink);
 }
 
-bool filmStreams::describe(MOV_SDP& sdp)
+bool filmStreams::describe(PLAYER_STREAMS& streams)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     tagStream sound = streamOf(m_pSound);
-    sound.nChannels = sound.name.isEmpty() ? 0 : m_nChannels;
     const tagStream picture = streamOf(m_pPicture);
-    rtpDescription::store(sound, picture, sdp);
+    streams = {};
+    if (!sound.name.isEmpty())
+        sound.nChannels = sentChannels(m_pSound);
+    if (!picture.name.isEmpty()) {
+        streams.nQuarterTurns = uint16_t(sentTurns(m_pPicture));
+        streams.bDecodeOrder = m_pictureTimes.isDecodeOrder();
+    }
+    streams.nSoundFrom = uint16_t(loopbackPort(m_target.pSoundSocket));
+    streams.nPictureFrom = uint16_t(loopbackPort(m_target.pPictureSocket));
+    rtpDescription::store(sound, picture, streams.sdp);
     return !sound.name.isEmpty() || !picture.name.isEmpty();
 }
 
@@ -292,7 +326,10 @@ bool filmStreams::describeFile(const QByteArray& file, int maxMs, MOV_SDP& sdp)
     const bool ready = message && GST_MESSAGE_TYPE(message) == GST_MESSAGE_ASYNC_DONE;
     gst_clear_message(&message);
     gst_object_unref(bus);
-    if (ready && film.describe(sdp))
+    PLAYER_STREAMS streams = {};
+    const bool described = ready && film.describe(streams);
+    sdp = streams.sdp;
+    if (described)
         return true;
     nuxTrace(TRACE_NOTE, "%s: no stream that can be played", file.constData());
     return false;

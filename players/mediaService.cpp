@@ -14,11 +14,6 @@ void refuse(const msgObject& msg, const char* fault)
     nuxTrace(TRACE_NOTE, "message 0x%x of %d bytes is refused: %s", msg.message, msg.GetExtraSize(), fault);
 }
 
-unsigned int portsOf(const VOICE_PARAM& session)
-{
-    return PLAYER_PORTS(session.nAudRemotePort, session.nVidRemotePort);
-}
-
 } // namespace
 
 mediaService::mediaService() : m_surface(kScreen)
@@ -104,19 +99,19 @@ void mediaService::stopSession(const msgObject& msg)
 
 void mediaService::takeStreams(const msgObject& msg)
 {
-    MOV_SDP sdp;
+    PLAYER_STREAMS streams;
     uint16_t audio = 0;
     uint16_t video = 0;
-    const char* fault = playerRecords::readDescription(msg.GetExtraData(), msg.GetExtraSize(), sdp);
+    const char* fault = playerRecords::readStreams(msg.GetExtraData(), msg.GetExtraSize(), streams);
     if (!fault)
         fault = playerRecords::readPorts(msg.wParam, audio, video);
     if (fault) {
         refuse(msg, fault);
         return;
     }
-    m_sound = rtpDescription::soundOf(sdp);
-    m_picture = rtpDescription::pictureOf(sdp);
-    m_nPorts = PLAYER_PORTS(audio, video);
+    m_streams = streams;
+    m_nSoundPort = audio;
+    m_nPicturePort = video;
     m_nPlay = msg.lParam;
     m_bAnnounced = audio != 0 || video != 0;
     m_bOwed = m_bAnnounced;
@@ -169,32 +164,54 @@ void mediaService::applySoon()
     m_apply.start(0);
 }
 
-void mediaService::apply()
+// The player may send less than the session takes: beside a call a film has no sound.
+bool mediaService::isAnnounced() const
 {
-    const bool isAnnounced = m_bAnnounced && m_nPorts == portsOf(m_session);
-    renew(m_pictureStream, isAnnounced ? m_picture : rtpDescription::pictureOf(m_session),
-          m_session.nVidRemotePort, true);
-    renew(m_soundStream, isAnnounced ? m_sound : rtpDescription::soundOf(m_session), m_session.nAudRemotePort,
-          false);
-    if (isAnnounced && m_bOwed)
-        msgPostMsgToThread(msgGetThreadByName(kMovie), MOVIE_MSG_RECEIVER, m_nPorts, m_nPlay);
-    m_bOwed = m_bOwed && !isAnnounced;
+    const bool isSound = m_nSoundPort == 0 || m_nSoundPort == m_session.nAudRemotePort;
+    const bool isPicture = m_nPicturePort == 0 || m_nPicturePort == m_session.nVidRemotePort;
+    return m_bAnnounced && isSound && isPicture;
 }
 
-void mediaService::renew(std::unique_ptr<mediaStream>& stream, const tagStream& wanted, int port,
-                         bool isPicture)
+tagIncoming mediaService::pictureToTake() const
 {
-    if (stream && stream->isFor(wanted, port) && !stream->hasFailed())
+    const int port = m_session.nVidRemotePort;
+    if (!isAnnounced() || m_nPicturePort == 0)
+        return {rtpDescription::pictureOf(m_session), port};
+    return {rtpDescription::pictureOf(m_streams.sdp), port, m_streams.nPictureFrom, m_streams.nQuarterTurns,
+            m_streams.bDecodeOrder != 0};
+}
+
+tagIncoming mediaService::soundToTake() const
+{
+    const int port = m_session.nAudRemotePort;
+    if (!isAnnounced() || m_nSoundPort == 0)
+        return {rtpDescription::soundOf(m_session), port};
+    return {rtpDescription::soundOf(m_streams.sdp), port, m_streams.nSoundFrom};
+}
+
+void mediaService::apply()
+{
+    renew(m_pictureStream, pictureToTake(), true);
+    renew(m_soundStream, soundToTake(), false);
+    if (isAnnounced() && m_bOwed)
+        msgPostMsgToThread(msgGetThreadByName(kMovie), MOVIE_MSG_RECEIVER,
+                           PLAYER_PORTS(m_nSoundPort, m_nPicturePort), m_nPlay);
+    m_bOwed = m_bOwed && !isAnnounced();
+}
+
+void mediaService::renew(std::unique_ptr<mediaStream>& stream, const tagIncoming& wanted, bool isPicture)
+{
+    if (stream && stream->isFor(wanted) && !stream->hasFailed() && stream->takeFrom(wanted.nFrom))
         return;
     stream.reset();
-    if (port == 0 || wanted.name.isEmpty())
+    if (wanted.nPort == 0 || wanted.stream.name.isEmpty())
         return;
     mediaStream::PictureHandler onPicture;
     if (isPicture)
         onPicture = [this](const GstVideoFrame& frame) { showPicture(frame); };
-    stream = std::make_unique<mediaStream>(wanted, port, m_clock, onPicture);
+    stream = std::make_unique<mediaStream>(wanted, m_clock, onPicture);
     stream->setVolume(m_nVolume, m_bMute);
-    if (!stream->start())
+    if (!stream->start() || !stream->takeFrom(wanted.nFrom))
         stream.reset();
 }
 

@@ -31,7 +31,10 @@ private:
     // What the session needs is built outside of the message, whose sender waits.
     void applySoon();
     void apply();
-    void renew(std::unique_ptr<mediaStream>& stream, const tagStream& wanted, int port, bool isPicture);
+    void renew(std::unique_ptr<mediaStream>& stream, const tagIncoming& wanted, bool isPicture);
+    tagIncoming pictureToTake() const;
+    tagIncoming soundToTake() const;
+    bool isAnnounced() const;
     void setPlace(const MEDIA_RECT& rect);
     void dropStreams();
     void showPicture(const GstVideoFrame& frame);
@@ -41,9 +44,9 @@ private:
     bool m_bSession = false;
     unsigned int m_nId = 0;
     // What the player announced; in force on the ports that it named.
-    tagStream m_sound;
-    tagStream m_picture;
-    unsigned int m_nPorts = 0;
+    PLAYER_STREAMS m_streams = {};
+    int m_nSoundPort = 0; // 0: it sends none
+    int m_nPicturePort = 0;
     unsigned int m_nPlay = 0;
     bool m_bAnnounced = false;
     bool m_bOwed = false; // the player waits to hear that we are ready

@@ -1,5 +1,4 @@
 #include "players/mediaStream.h"
-#include "players/loopback.h"
 #include "players/soundSink.h"
 #include "support/host/trace.h"
 #include <gst/app/gstappsink.h>
@@ -59,8 +58,8 @@ GstPadProbeReturn onQuery(GstPad*, GstPadProbeInfo* info, gpointer)
 
 } // namespace
 
-mediaStream::mediaStream(const tagStream& stream, int port, playClock& clock, const PictureHandler& onPicture)
-    : m_stream(stream), m_nPort(port), m_onPicture(onPicture), m_times(clock, stream.nRate)
+mediaStream::mediaStream(const tagIncoming& incoming, playClock& clock, const PictureHandler& onPicture)
+    : m_incoming(incoming), m_onPicture(onPicture), m_times(clock, incoming.stream.nRate, bool(onPicture))
 {
 }
 
@@ -76,19 +75,31 @@ mediaStream::~mediaStream()
 bool mediaStream::start()
 {
     m_pPipeline = gst_pipeline_new(nullptr);
-    m_watch = std::make_unique<busWatch>(m_pPipeline, m_stream.name, [this](busWatch::EVENT event) {
+    m_watch = std::make_unique<busWatch>(m_pPipeline, m_incoming.stream.name, [this](busWatch::EVENT event) {
         m_bFailed = m_bFailed || event == busWatch::EVENT::FAILED;
     });
     if (build()) {
         joinClock();
-        const GstState state = m_bUnheard ? GST_STATE_PAUSED : GST_STATE_PLAYING;
-        m_bFailed = gst_element_set_state(m_pPipeline, state) == GST_STATE_CHANGE_FAILURE;
+        m_bFailed = gst_element_set_state(m_pPipeline, GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE;
     } else {
         m_bFailed = true;
     }
     if (m_bFailed)
-        nuxTrace(TRACE_NOTE, "the stream %s on port %d cannot be shown", m_stream.name.constData(), m_nPort);
+        nuxTrace(TRACE_NOTE, "the stream %s on port %d cannot be shown", m_incoming.stream.name.constData(),
+                 m_incoming.nPort);
     return !m_bFailed;
+}
+
+bool mediaStream::takeFrom(int port)
+{
+    if (port == m_nFrom)
+        return true;
+    if (m_nFrom != 0 || !loopbackTakeFrom(m_socket.get(), port))
+        return false;
+    m_nFrom = port;
+    if (!m_bUnheard)
+        gst_element_set_state(m_pPipeline, GST_STATE_PLAYING);
+    return true;
 }
 
 GstElement* mediaStream::add(const char* name)
@@ -103,7 +114,7 @@ GstElement* mediaStream::add(const char* name)
 
 bool mediaStream::build()
 {
-    const tagDecoder* kind = decoderOf(m_stream.name);
+    const tagDecoder* kind = decoderOf(m_incoming.stream.name);
     GstElement* depayloader = kind ? buildReceiver(*kind) : nullptr;
     if (!depayloader)
         return false;
@@ -112,16 +123,18 @@ bool mediaStream::build()
 
 GstElement* mediaStream::buildReceiver(const tagDecoder& kind)
 {
-    GstCaps* caps = rtpDescription::toCaps(m_stream, bool(m_onPicture));
-    if (!caps)
+    GstCaps* caps = rtpDescription::toCaps(m_incoming.stream, bool(m_onPicture));
+    m_socket = loopbackSocket(m_incoming.nPort);
+    if (!caps || !m_socket) {
+        gst_clear_caps(&caps);
         return nullptr;
+    }
     GstElement* source = add("udpsrc");
     GstElement* waiting = add("queue");
     GstElement* depayloader = add(kind.pDepayloader);
     if (source)
-        g_object_set(source, "address", loopbackAddress().constData(), "port", m_nPort, "caps", caps,
-                     "buffer-size", kReceiveBytes, "mtu", guint(kPacketBytes), "auto-multicast", FALSE,
-                     "reuse", FALSE, nullptr);
+        g_object_set(source, "socket", m_socket.get(), "caps", caps, "buffer-size", kReceiveBytes, "mtu",
+                     guint(kPacketBytes), "auto-multicast", FALSE, nullptr);
     gst_caps_unref(caps);
     if (!source || !waiting || !depayloader || !gst_element_link_many(source, waiting, depayloader, nullptr))
         return nullptr;
@@ -141,9 +154,14 @@ bool mediaStream::buildPicture(const tagDecoder& kind, GstElement* depayloader)
     GstElement* decoder = add(kind.pDecoder);
     GstElement* ahead = add("queue");
     GstElement* sink = add("appsink");
-    if (!decoder || !ahead || !sink || !gst_element_link_many(depayloader, decoder, ahead, sink, nullptr))
+    GstElement* turned = decoder ? addTurn(decoder) : nullptr;
+    if (!turned || !ahead || !sink || !gst_element_link(depayloader, decoder) ||
+        !gst_element_link_many(turned, ahead, sink, nullptr))
         return false;
-    g_object_set(decoder, "max-threads", kDecodeThreads, nullptr);
+    if (m_incoming.bDecodeOrder)
+        m_order.watch(decoder);
+    if (g_object_class_find_property(G_OBJECT_GET_CLASS(decoder), "max-threads"))
+        g_object_set(decoder, "max-threads", kDecodeThreads, nullptr);
     GstCaps* caps = gst_caps_new_empty_simple("video/x-raw");
     g_object_set(sink, "caps", caps, nullptr);
     gst_caps_unref(caps);
@@ -163,11 +181,28 @@ bool mediaStream::buildPicture(const tagDecoder& kind, GstElement* depayloader)
     return true;
 }
 
+// The element from which pictures come upright.
+GstElement* mediaStream::addTurn(GstElement* decoder)
+{
+    static const char* const kMethods[] = {"none", "clockwise", "rotate-180", "counterclockwise"};
+    if (m_incoming.nQuarterTurns == 0)
+        return decoder;
+    GstElement* turn = add("videoflip");
+    if (!turn || !gst_element_link(decoder, turn))
+        return nullptr;
+    gst_util_set_object_arg(G_OBJECT(turn), "method", kMethods[m_incoming.nQuarterTurns]);
+    return turn;
+}
+
 void mediaStream::onPicture(GstElement* sink)
 {
     GstSample* sample = gst_app_sink_pull_sample(GST_APP_SINK(sink));
     if (!sample)
         return;
+    if (streamTimes::isUnseen(gst_sample_get_buffer(sample))) {
+        gst_sample_unref(sample);
+        return;
+    }
     GstVideoInfo info;
     GstVideoFrame frame;
     if (gst_video_info_from_caps(&info, gst_sample_get_caps(sample)) &&

@@ -2,6 +2,8 @@
 // One stream of a session, from its port to the screen or the loudspeaker. Each has a pipeline of its own, on
 // a clock that all share, so that trouble with one never stops the other.
 #include "players/busWatch.h"
+#include "players/loopback.h"
+#include "players/pictureOrder.h"
 #include "players/rtpDescription.h"
 #include "players/soundVolume.h"
 #include "players/streamTimes.h"
@@ -11,6 +13,16 @@
 
 struct tagDecoder;
 
+// What comes on a port of a session.
+struct tagIncoming
+{
+    tagStream stream;
+    int nPort = 0;
+    int nFrom = 0;             // the port of who sends it; 0: nobody is known, and nothing is taken
+    int nQuarterTurns = 0;     // by which pictures are turned, clockwise: 0 to 3
+    bool bDecodeOrder = false; // stamps tell when a picture is decoded, not when it is shown
+};
+
 class mediaStream
 {
 public:
@@ -18,18 +30,28 @@ public:
     using PictureHandler = std::function<void(const GstVideoFrame&)>;
 
     // No handler: the stream is sound.
-    mediaStream(const tagStream& stream, int port, playClock& clock, const PictureHandler& onPicture);
+    mediaStream(const tagIncoming& incoming, playClock& clock, const PictureHandler& onPicture);
     ~mediaStream();
     mediaStream(const mediaStream&) = delete;
     mediaStream& operator=(const mediaStream&) = delete;
 
-    // False, with a trace line, when the port is taken or nothing here decodes the stream.
+    // Holds the port, and takes nothing yet. False, with a trace line, when the port is taken or nothing here
+    // decodes the stream.
     bool start();
+    // Takes what comes from that port of the players' address, and from nowhere else. False when it takes
+    // from another one already.
+    bool takeFrom(int port);
     // As soundVolume says; nothing for a picture.
     void setVolume(int level, bool mute) { m_volume.set(level, mute); }
     // Cannot go on: one must be made anew.
     bool hasFailed() const { return m_bFailed; }
-    bool isFor(const tagStream& stream, int port) const { return m_stream == stream && m_nPort == port; }
+    // Whoever sends it.
+    bool isFor(const tagIncoming& incoming) const
+    {
+        return m_incoming.stream == incoming.stream && m_incoming.nPort == incoming.nPort &&
+               m_incoming.nQuarterTurns == incoming.nQuarterTurns &&
+               m_incoming.bDecodeOrder == incoming.bDecodeOrder;
+    }
 
 private:
     bool build();
@@ -37,14 +59,17 @@ private:
     GstElement* buildReceiver(const tagDecoder& kind);
     bool buildPicture(const tagDecoder& kind, GstElement* depayloader);
     bool buildSound(const tagDecoder& kind, GstElement* depayloader);
+    GstElement* addTurn(GstElement* decoder);
     GstElement* add(const char* name);
     void joinClock();
     void onPicture(GstElement* sink);
 
-    tagStream m_stream;
-    int m_nPort;
+    tagIncoming m_incoming;
+    LoopbackSocket m_socket;
+    int m_nFrom = 0; // 0: nobody
     PictureHandler m_onPicture;
     streamTimes m_times;
+    pictureOrder m_order;
     soundVolume m_volume;
     GstElement* m_pPipeline = nullptr;
     std::unique_ptr<busWatch> m_watch;

@@ -61,12 +61,8 @@ int movieService::TryThreadMessage(msgObject& msg)
         stepInList(msg.message == MOVIE_MSG_NEXT);
         return 1;
     case MOVIE_MSG_PAUSE:
-        if (m_film)
-            m_film->pause();
-        return 1;
     case MOVIE_MSG_RESUME:
-        if (m_film)
-            m_film->resume();
+        setPaused(msg.message == MOVIE_MSG_PAUSE);
         return 1;
     case MOVIE_MSG_STOP:
         stop();
@@ -150,6 +146,18 @@ void movieService::stepInList(bool forward)
     playPresent();
 }
 
+// The state is that of the list: another film of it pauses too.
+void movieService::setPaused(bool paused)
+{
+    m_bPaused = paused && (m_film || m_bList);
+    if (!m_film)
+        return;
+    if (paused)
+        m_film->pause();
+    else
+        m_film->resume();
+}
+
 void movieService::playPresent()
 {
     if (!m_list.isEmpty())
@@ -176,23 +184,42 @@ void movieService::play(const QByteArray& device, const tagTarget& where)
     m_film.reset();
     tagTarget target = where;
     target.nSource = ++m_nPlay;
+    target.pSoundSocket = m_soundSocket.get();
+    target.pPictureSocket = m_pictureSocket.get();
     QByteArray file;
-    tagFileStat stat;
-    if (!filmFileFind(device, file, stat)) {
-        nuxTrace(TRACE_NOTE, "%s: no file that can be read", device.constData());
+    m_device = device;
+    m_stat = {};
+    const bool isThere = filmFileFind(device, file, m_stat);
+    const bool isKnown = m_failed.isKnown(device, m_stat);
+    if (m_failed.isHopeless(device, m_stat)) {
+        later(0, &movieService::giveUp);
+        return;
+    }
+    if (!isKnown)
+        nuxTrace(isThere ? TRACE_DETAIL : TRACE_NOTE, isThere ? "play %s" : "%s: no file that can be read",
+                 device.constData());
+    if (!isThere) {
         ended(filmPlay::END::FAILED);
         return;
     }
-    nuxTrace(TRACE_DETAIL, "play %s", device.constData());
-    m_film =
-        std::make_unique<filmPlay>(file, target,
-                                   filmPlay::tagHandlers{[this](const MOV_SDP& sdp) { return announce(sdp); },
-                                                         [this](filmPlay::END how) { ended(how); }});
+    const filmPlay::tagHandlers handlers = {
+        [this](const PLAYER_STREAMS& streams) { return announce(streams); },
+        [this](filmPlay::END how) { ended(how); }};
+    m_film = std::make_unique<filmPlay>(file, target, isKnown, handlers);
+    if (m_bPaused)
+        m_film->pause();
     m_film->start();
+}
+
+// As it was before.
+void movieService::giveUp()
+{
+    forgetFilm(filmPlay::END::FAILED);
 }
 
 void movieService::stop()
 {
+    m_bPaused = false;
     m_later.stop();
     m_film.reset();
     if (m_bList)
@@ -200,12 +227,12 @@ void movieService::stop()
     m_bList = false;
 }
 
-bool movieService::announce(const MOV_SDP& sdp)
+bool movieService::announce(const PLAYER_STREAMS& streams)
 {
     const tagTarget& target = m_film->target();
     return msgPostMsgToThreadEx(msgGetThreadByName(kMedia), MEDIA_MSG_STREAMS,
                                 PLAYER_PORTS(target.nSoundPort, target.nPicturePort), target.nSource,
-                                int(sizeof sdp), &sdp) != 0;
+                                int(sizeof streams), &streams) != 0;
 }
 
 void movieService::receiver(const msgObject& msg)
@@ -226,6 +253,15 @@ void movieService::mediaIsUp(const msgObject& msg)
 }
 
 void movieService::ended(filmPlay::END how)
+{
+    if (how == filmPlay::END::FAILED)
+        m_failed.add(m_device, m_stat, m_film && m_film->isPrepared());
+    else
+        m_failed.remove(m_device);
+    forgetFilm(how);
+}
+
+void movieService::forgetFilm(filmPlay::END how)
 {
     if (m_bList) {
         listEnded(how);

@@ -3,8 +3,9 @@
 
 namespace {
 
-constexpr qint64 kLate = 120 * 1000000ll;   // well below the reserve
-constexpr qint64 kEarly = 1000 * 1000000ll; // a picture comes before its turn where others refer to it
+constexpr qint64 kLate = 120 * 1000000ll; // well below the reserve
+// A picture comes before its turn where others refer to it, in a film of one in some seconds long before.
+constexpr qint64 kEarly = 60000 * 1000000ll;
 
 } // namespace
 

@@ -7,6 +7,7 @@ namespace {
 
 constexpr int kMaxRate = 1000000; // Hz
 constexpr int kMaxChannels = 8;
+constexpr int kQuarterTurns = 4;
 
 template <int size>
 bool endsInside(const char (&text)[size])
@@ -101,6 +102,17 @@ const char* checkSessionTexts(const VOICE_PARAM& session)
     return nullptr;
 }
 
+const char* checkDescription(const MOV_SDP& sdp)
+{
+    if (!isText(sdp.szAudName) || !isText(sdp.szAudParam) || !isText(sdp.szVidName) ||
+        !isText(sdp.szVidParam))
+        return "a text does not end";
+    if (!isPayload(sdp.nAudPayload) || !isPayload(sdp.nVidPayload) || !isRate(sdp.nAudRate) ||
+        !isRate(sdp.nVidRate) || !isChannels(sdp.nChannels))
+        return "a number is out of range";
+    return nullptr;
+}
+
 } // namespace
 
 const char* playerRecords::readPath(const void* block, int size, QByteArray& path)
@@ -114,18 +126,18 @@ const char* playerRecords::readPath(const void* block, int size, QByteArray& pat
     return nullptr;
 }
 
-const char* playerRecords::readDescription(const void* block, int size, MOV_SDP& sdp)
+const char* playerRecords::readStreams(const void* block, int size, PLAYER_STREAMS& streams)
 {
-    MOV_SDP read;
+    PLAYER_STREAMS read;
     if (!copyWhole(block, size, read))
         return "the size is wrong";
-    if (!isText(read.szAudName) || !isText(read.szAudParam) || !isText(read.szVidName) ||
-        !isText(read.szVidParam))
-        return "a text does not end";
-    if (!isPayload(read.nAudPayload) || !isPayload(read.nVidPayload) || !isRate(read.nAudRate) ||
-        !isRate(read.nVidRate) || !isChannels(read.nChannels))
+    if (const char* fault = checkDescription(read.sdp))
+        return fault;
+    if (!arePorts(read.nSoundFrom, read.nPictureFrom))
+        return "a port is out of range";
+    if (read.nQuarterTurns >= kQuarterTurns)
         return "a number is out of range";
-    sdp = read;
+    streams = read;
     return nullptr;
 }
 

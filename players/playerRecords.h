@@ -17,7 +17,7 @@ enum : int {
 
 // An absolute device path with the zero that ends it.
 const char* readPath(const void* block, int size, QByteArray& path);
-const char* readDescription(const void* block, int size, MOV_SDP& sdp);
+const char* readStreams(const void* block, int size, PLAYER_STREAMS& streams);
 const char* readPlay(const void* block, int size, ADDR_PARAM& play);
 const char* readSession(const void* block, int size, VOICE_PARAM& session);
 // Two ports in one word, as PLAYER_PORTS makes it.

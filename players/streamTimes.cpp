@@ -1,7 +1,11 @@
 #include "players/streamTimes.h"
+#include "players/packetTimes.h"
 #include <gst/rtp/rtp.h>
 
 namespace {
+
+// Decoders keep the time of a picture, and nothing else of it: its lowest bit tells what is not shown.
+constexpr GstClockTime kUnseen = 1;
 
 qint64 nowOf(GstPad* pad)
 {
@@ -28,7 +32,12 @@ bool streamTimes::read(GstBuffer* packet, tagCount& count, qint64& streamNs) con
         return false;
     const quint32 source = gst_rtp_buffer_get_ssrc(&rtp);
     if (source != count.nSource)
-        count = {source, 0, 0};
+        count = {source, 0, 0, 0};
+    count.nPayload = gst_rtp_buffer_get_payload_type(&rtp);
+    if (count.nPayload == packetTimes::END_PAYLOAD) {
+        gst_rtp_buffer_unmap(&rtp);
+        return true;
+    }
     // A step back is one: a picture may come after those that refer to it, and sound may begin before zero.
     const quint32 stamp = gst_rtp_buffer_get_timestamp(&rtp);
     count.nTime += qint32(stamp - count.nStamp);
@@ -45,20 +54,36 @@ GstPadProbeReturn streamTimes::onArrival(GstPad* pad, GstPadProbeInfo* info, gpo
     qint64 streamNs = 0;
     if (!times->read(GST_PAD_PROBE_INFO_BUFFER(info), times->m_arrived, streamNs))
         return GST_PAD_PROBE_DROP;
-    times->m_clock.arrived(times->m_arrived.nSource, streamNs, nowOf(pad));
+    // What is not shown comes together with what is shown after it, whatever its own time.
+    const int payload = times->m_arrived.nPayload;
+    if (payload != packetTimes::UNSEEN_PAYLOAD && payload != packetTimes::END_PAYLOAD)
+        times->m_clock.arrived(times->m_arrived.nSource, streamNs, nowOf(pad));
     return GST_PAD_PROBE_OK;
 }
 
-GstPadProbeReturn streamTimes::onUse(GstPad*, GstPadProbeInfo* info, gpointer self)
+GstPadProbeReturn streamTimes::onUse(GstPad* pad, GstPadProbeInfo* info, gpointer self)
 {
     auto* times = static_cast<streamTimes*>(self);
     GstBuffer* packet = GST_PAD_PROBE_INFO_BUFFER(info);
     qint64 streamNs = 0;
     if (!times->read(packet, times->m_used, streamNs))
         return GST_PAD_PROBE_DROP;
+    if (times->m_used.nPayload == packetTimes::END_PAYLOAD) {
+        gst_pad_send_event(pad, gst_event_new_segment_done(GST_FORMAT_TIME, GST_CLOCK_TIME_NONE));
+        return GST_PAD_PROBE_DROP;
+    }
+    const bool isUnseen = times->m_used.nPayload == packetTimes::UNSEEN_PAYLOAD;
+    if (isUnseen && !times->m_bPicture)
+        return GST_PAD_PROBE_DROP;
     packet = gst_buffer_make_writable(packet);
-    GST_BUFFER_PTS(packet) = GstClockTime(times->m_clock.due(times->m_used.nSource, streamNs));
+    const auto due = GstClockTime(times->m_clock.due(times->m_used.nSource, streamNs));
+    GST_BUFFER_PTS(packet) = isUnseen ? due | kUnseen : due & ~kUnseen;
     GST_BUFFER_DTS(packet) = GST_CLOCK_TIME_NONE;
     info->data = packet;
     return GST_PAD_PROBE_OK;
+}
+
+bool streamTimes::isUnseen(GstBuffer* picture)
+{
+    return GST_BUFFER_PTS_IS_VALID(picture) && (GST_BUFFER_PTS(picture) & kUnseen);
 }

@@ -50,8 +50,10 @@ bool isEmptyRegion(const chRect& region)
 
 void setVideoRects(VOICE_PARAM& param, const chRect& region)
 {
-    param.rcRemote = {region.left, region.top, region.right - region.left, region.bottom - region.top};
     param.rcLocal = {};
+    param.rcRemote = {};
+    if (!isEmptyRegion(region))
+        param.rcRemote = {region.left, region.top, region.right - region.left, region.bottom - region.top};
 }
 
 template <int SIZE>
@@ -107,6 +109,7 @@ void nDeckVideoManager::UninitializeManager()
 
 bool nDeckVideoManager::GetMovieSDP()
 {
+    m_question.drop();
     if (pathFileExist(m_strFile) && GetMovieSDPFromFile(m_strFile, m_sdp))
         return true;
     m_sdp = defaultMovieSDP();
@@ -116,18 +119,18 @@ bool nDeckVideoManager::GetMovieSDP()
 bool nDeckVideoManager::GetMovieSDPFromFile(const char* file, MOV_SDP& sdp)
 {
     nuxTrace(TRACE_DETAIL, "Get Movie SDP From File[%s]", file);
-    chThreadRemote remote;
-    if (!remote.CreateRemoteThread(kMovie))
+    if (!m_question.ask(kMovie, MOVIE_MSG_GET_SDP, threadNumber(kPhone), int(strlen(file)) + 1, file))
         return false;
-    chThreadBase* movie = remote.GetThread();
-    msgObject* msg = movie->AllocThreadMessage(int(MOVIE_MSG_GET_SDP), true, int(strlen(file)) + 1, file);
-    msg->wParam = threadNumber(kPhone);
-    // The player is on this phone and answers at once; when it dies the wait ends.
-    const bool answered = movie->EmitThreadMessage(*msg) && movie->WaitThreadMessageReply(*msg, -1);
-    const bool taken = TakeReply(answered ? *msg : msgObject(), sdp);
-    movie->CloseSendMessage(*msg);
-    remote.DestroyRemoteThread();
-    return taken;
+    msgObject reply;
+    return m_question.wait(reply) && TakeReply(reply, sdp);
+}
+
+// A player that was busy may have answered by now; until then the default stands.
+void nDeckVideoManager::TakeLateReply()
+{
+    msgObject reply;
+    if (m_question.isOpen() && m_question.wait(reply))
+        TakeReply(reply, m_sdp);
 }
 
 bool nDeckVideoManager::TakeReply(const msgObject& reply, MOV_SDP& sdp)
@@ -249,6 +252,7 @@ bool nDeckVideoManager::SetVoiceParam(VOICE_PARAM& param, const chString& file)
 
 bool nDeckVideoManager::HasSDP()
 {
+    TakeLateReply();
     if (!isAllZero(m_sdp))
         return true;
     nuxTrace(TRACE_DETAIL, "SDP is NULL, ReGet Movie SDP!");
@@ -360,8 +364,15 @@ void nDeckVideoManager::StopMovie()
 void nDeckVideoManager::StartOwnSession()
 {
     dev_set_output_mute(1);
-    msgSendMsgToThreadEx(msgGetThreadByName(kMedia), MEDIA_MSG_SESSION_START, unsigned(m_nSessionId), 0,
-                         int(sizeof m_ownParam), &m_ownParam);
+    TellMedia(MEDIA_MSG_SESSION_START, int(sizeof m_ownParam), &m_ownParam);
+}
+
+void nDeckVideoManager::TellMedia(unsigned int message, int size, const void* data) const
+{
+    playerQuestion question;
+    msgObject done;
+    if (question.ask(kMedia, message, unsigned(m_nSessionId), size, data))
+        question.wait(done);
 }
 
 int nDeckVideoManager::TryThreadMessage(msgObject& msg)
@@ -384,7 +395,7 @@ void nDeckVideoManager::OnPlayerUp(unsigned int program)
 
 void nDeckVideoManager::StopOwnSession()
 {
-    msgSendMsgToThread(msgGetThreadByName(kMedia), MEDIA_MSG_SESSION_STOP, unsigned(m_nSessionId), 0);
+    TellMedia(MEDIA_MSG_SESSION_STOP, 0, nullptr);
     dev_set_output_mute(0);
 }
 
@@ -415,6 +426,7 @@ void nDeckVideoManager::StopPlayVideo(int bForce)
     if (IsOwnParam())
         ForgetOwnSession();
     m_strFile = chString();
+    m_question.drop();
 }
 
 void nDeckVideoManager::ForgetOwnSession()
@@ -441,10 +453,13 @@ bool nDeckVideoManager::SetPlayParam(VOICE_PARAM* param, int sessionId)
     }
     if (param == m_pVoiceParam && sessionId == m_nSessionId)
         return true;
+    // Goes on in the other session, where it was.
     const chString file = m_strFile;
+    const chRect region = m_rcPlay;
     if (m_bPlaying)
         StopPlayVideo(0);
-    m_strFile = file; // goes on in the other session
+    m_strFile = file;
+    m_rcPlay = region;
     m_pVoiceParam = param;
     m_nSessionId = sessionId;
     if (isNoCall || nDeckPlaysVideoInTalk())

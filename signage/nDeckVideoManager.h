@@ -2,6 +2,7 @@
 // Plays the video of a layout: the movie player streams the file to ports of this phone, and the media server
 // shows what arrives there. Every call does nothing, and answers 0, while the signage client is disabled, but
 // for StopPlayVideo(1). User-interface thread.
+#include "signage/playerQuestion.h"
 #include "support/host/api.h"
 #include "support/host/geometry.h"
 #include "support/host/message.h"
@@ -14,8 +15,8 @@ class nDeckVideoManager : public chMsgProcesser
 public:
     nDeckVideoManager();
 
-    // file: device path, empty or null for none. A playing movie is replaced at once. Waits for the player's
-    // description of the file.
+    // file: device path, empty or null for none. A playing movie is replaced at once. Waits a frame or two
+    // for the player's description of the file; one that comes later is taken when the movie starts.
     bool SetPlayFile(const char* file);
     // Pixels of the screen; width is right - left, height bottom - top. Moved to what the video plane can
     // show: GetPlayRegion() tells where to.
@@ -38,7 +39,8 @@ public:
 
 private:
     bool GetMovieSDP();
-    static bool GetMovieSDPFromFile(const char* file, MOV_SDP& sdp);
+    bool GetMovieSDPFromFile(const char* file, MOV_SDP& sdp);
+    void TakeLateReply();
     static bool TakeReply(const msgObject& reply, MOV_SDP& sdp);
     int OnTimerStartPlayVideo(msgObject& msg);
     bool IsCallInTheWay() const;
@@ -54,6 +56,7 @@ private:
     void StopMovie();
     void StartOwnSession();
     void StopOwnSession();
+    void TellMedia(unsigned int message, int size, const void* data) const;
     void OnPlayerUp(unsigned int program);
     void ForgetOwnSession();
     bool IsOwnParam() const { return m_pVoiceParam == &m_ownParam; }
@@ -61,6 +64,7 @@ private:
     int32_t m_bPlaying = 0;
     chString m_strFile;
     MOV_SDP m_sdp = {};
+    playerQuestion m_question; // after the streams of the file
     ADDR_PARAM m_addrParam = {};
     chRect m_rcPlay;
     VOICE_PARAM* m_pVoiceParam = nullptr; // a call's, or m_ownParam; null: none

@@ -85,14 +85,23 @@ void callMedia::startSession()
                          sizeof(m_sent), &m_sent);
 }
 
-// The client puts a video into the record when it comes to one, and says nothing. Where the picture lies it
-// tells the server itself.
+// The client puts a video into the record when it comes to one, and moves its picture, and says nothing,
+// unless the video plays already.
 void callMedia::watch()
 {
     VOICE_PARAM moved = m_param;
     moved.rcRemote = m_sent.rcRemote;
     if (memcmp(&moved, &m_sent, sizeof(moved)) != 0)
         startSession();
+    else if (memcmp(&m_param.rcRemote, &m_sent.rcRemote, sizeof(m_sent.rcRemote)) != 0)
+        moveSession();
+}
+
+void callMedia::moveSession()
+{
+    m_sent = m_param;
+    msgPostMsgToThreadEx(msgGetThreadByName(kMediaServer), MEDIA_MSG_SESSION_CHANGE, unsigned(m_nSession), 0,
+                         sizeof(m_sent), &m_sent);
 }
 
 void callMedia::end()

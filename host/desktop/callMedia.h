@@ -26,6 +26,7 @@ private:
     void begin(const tagCall& call);
     void end();
     void startSession();
+    void moveSession();
     void tell();
     void watch();
     int m_nSession = 0;       // id of the call that has the server; 0: none

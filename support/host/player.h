@@ -24,7 +24,7 @@ enum : unsigned int {
     MEDIA_MSG_SESSION_STOP = 0x70002,   // wParam: session id
     MEDIA_MSG_SESSION_CHANGE = 0x7000d, // extra: VOICE_PARAM; the picture moves
     // Between the two players: what comes next on a session's ports, and that somebody waits for it there.
-    MEDIA_MSG_STREAMS = 0x70020,   // to "app_hxMedia"; extra: MOV_SDP; wParam: PLAYER_PORTS
+    MEDIA_MSG_STREAMS = 0x70020,   // to "app_hxMedia"; extra: PLAYER_STREAMS; wParam: PLAYER_PORTS
     MOVIE_MSG_RECEIVER = 0x110020, // to "app_hxMovie"; wParam: PLAYER_PORTS
     // The picture's way to the screen.
     MEDIA_MSG_FRAME = 0x120021,       // to "app_hxPhone": wParam: process, lParam: its memory of pictures
@@ -80,6 +80,17 @@ struct MOV_SDP
     char szVidName[PLAYER_NAME_SIZE]; // "H264", "MP4V-ES", "H263"
     char szVidParam[PLAYER_PARAM_SIZE];
     int32_t nVidRate;
+};
+
+// What comes on a session's ports.
+struct PLAYER_STREAMS
+{
+    MOV_SDP sdp;
+    // The ports of the player's own sockets: what comes from others is not the player's. 0: nothing comes.
+    uint16_t nSoundFrom;
+    uint16_t nPictureFrom;
+    uint16_t nQuarterTurns; // by which the pictures are to be turned, clockwise: 0 to 3
+    uint16_t bDecodeOrder;  // non-zero: stamps tell when a picture is decoded, not when it is shown
 };
 
 // Where the player sends the streams of a file. A remote port of 0: the stream is not sent.
@@ -138,5 +149,6 @@ struct VOICE_PARAM
 };
 
 static_assert(sizeof(MOV_SDP) == 452 && std::is_trivially_copyable_v<MOV_SDP>);
+static_assert(sizeof(PLAYER_STREAMS) == 460 && std::is_trivially_copyable_v<PLAYER_STREAMS>);
 static_assert(sizeof(ADDR_PARAM) == 204 && std::is_trivially_copyable_v<ADDR_PARAM>);
 static_assert(sizeof(VOICE_PARAM) == 1564 && std::is_trivially_copyable_v<VOICE_PARAM>);

@@ -5,6 +5,7 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/signServer.h"
 #include "tests/kit/plain/signTexts.h"
+#include "tests/players/films.h"
 #include <QDir>
 #include <QImage>
 #include <QJsonArray>
@@ -88,6 +89,20 @@ protected:
                            at.height() / 2);
         const QImage before = screen().copy(middle);
         return waits([&] { return screen().copy(middle) != before; }, 4000);
+    }
+    // Numbered pictures follow each other exactly there, whole.
+    bool playsAt(const QRect& at)
+    {
+        int first = -1;
+        return waits([&] {
+            const QImage picture = screen().copy(at);
+            const int number = numberIn(picture);
+            const bool isWhole =
+                qGray(picture.pixel(1, 2)) > 128 && qGray(picture.pixel(1, at.height() - 3)) > 128;
+            if (first < 0)
+                first = number;
+            return isWhole && number >= 0 && number != first;
+        });
     }
     // The picture of the phone that stands for "nothing to show".
     QColor defaultPicture()
@@ -266,6 +281,45 @@ TEST_F(Signage, AKilledPhoneShowsWhatItHad)
     openNdeck();
     EXPECT_TRUE(shows(400, 200, Red));
     EXPECT_EQ(server.requestsFor("filePath=red.png"), 1);
+}
+
+TEST_F(Signage, AFilmThatGoesOnInACallKeepsItsPlaceAndItsScale)
+{
+    const QString film = root() + "/numbered.mp4";
+    makeNumberedFilm(film,
+                     "mp4mux name=m ! filesink name=out %1 ! x264enc key-int-max=25 speed-preset=veryfast ! "
+                     "h264parse ! m.",
+                     {250, QSize(400, 240)});
+    server.copyMedia("film.mp4", film);
+    server.putLayout("film.xml",
+                     layout(signRegion(QRect(200, 100, 400, 240), signVideo("film.mp4", 4)) +
+                            signRegion(QRect(0, 0, 160, 40), signText("", 4, "phoneNum=\"600\""))));
+    setKey("bPlayVideoInTalk", "1");
+    ctl({"set", "line", "0", "state=5", "user=1001", "server=pbx"});
+    openNdeck();
+    // The video plane's grid takes some of the region.
+    const QRect alone(208, 100, 384, 240);
+    EXPECT_TRUE(playsAt(alone)) << "before any call";
+    ASSERT_TRUE(waits([&] {
+        ctl({"touch", "80", "24"});
+        return !logOf("dial").isEmpty();
+    }));
+    waitPage("frmCall");
+    ASSERT_TRUE(waits([&] { return !frameInCall().isEmpty(); }));
+    EXPECT_EQ(frameInCall(), QRect(304, 66, 480, 288));
+    const QRect beside(432, 66 + 60, 224, 144);
+    EXPECT_TRUE(playsAt(beside));
+    shot("signage-film-in-call");
+    const QImage around = screen();
+    for (const QPoint& outside : {beside.topLeft() + QPoint(-4, 70), beside.topLeft() + QPoint(4, -4),
+                                  beside.bottomLeft() + QPoint(4, 4), beside.topRight() + QPoint(4, 70)})
+        EXPECT_LT(qGray(around.pixel(outside)), 100) << outside.x() << ' ' << outside.y();
+    softKey(3);
+    ASSERT_TRUE(waits([&] { return topWindow()["class"] != "frmCall"; }));
+    openNdeck();
+    EXPECT_TRUE(playsAt(alone)) << "after the call";
+    EXPECT_TRUE(logOf("trace").filter("is refused").isEmpty())
+        << qPrintable(logOf("trace").filter("is refused").join(' '));
 }
 
 TEST_F(Signage, ACallStopsTheFilmUnlessItMayGoOn)

@@ -1,12 +1,30 @@
 #include "tests/players/films.h"
 #include <QDir>
 #include <QFileInfo>
+#include <QPainter>
+#include <functional>
 #include <gst/app/gstappsrc.h>
 #include <gtest/gtest.h>
 
 namespace {
 
 constexpr int kFrames = 25; // a second
+constexpr int kBits = 8;    // of a number
+constexpr int kStrips = kBits + 2;
+
+// How a film's pictures look and how many there are.
+struct tagContent
+{
+    int nFrames;
+    QSize size;
+    int nRate; // pictures
+    int nSeconds;
+    std::function<QImage(int)> imageOf;
+    GstClockTime timeOf(int number) const
+    {
+        return gst_util_uint64_scale(guint64(number), guint64(nSeconds) * GST_SECOND, guint64(nRate));
+    }
+};
 
 // Some coders give no times: each picture gets that of its number.
 GstPadProbeReturn stamp(GstPad* pad, GstPadProbeInfo* info, gpointer count)
@@ -36,15 +54,13 @@ void stampPictures(GstElement* maker, int* count)
     gst_object_unref(stamped);
 }
 
-GstBuffer* pictureOf(QRgb colour, QSize size, int number)
+GstBuffer* pictureOf(const tagContent& content, int number)
 {
-    GstBuffer* picture = gst_buffer_new_allocate(nullptr, gsize(size.width() * size.height() * 4), nullptr);
-    GstMapInfo map;
-    gst_buffer_map(picture, &map, GST_MAP_WRITE);
-    std::fill_n(reinterpret_cast<QRgb*>(map.data), size.width() * size.height(), colour);
-    gst_buffer_unmap(picture, &map);
-    GST_BUFFER_PTS(picture) = GST_SECOND / kFrames * guint64(number);
-    GST_BUFFER_DURATION(picture) = GST_SECOND / kFrames;
+    const QImage image = content.imageOf(number).convertToFormat(QImage::Format_RGB32);
+    GstBuffer* picture = gst_buffer_new_allocate(nullptr, gsize(image.sizeInBytes()), nullptr);
+    gst_buffer_fill(picture, 0, image.constBits(), gsize(image.sizeInBytes()));
+    GST_BUFFER_PTS(picture) = content.timeOf(number);
+    GST_BUFFER_DURATION(picture) = content.timeOf(1);
     return picture;
 }
 
@@ -56,21 +72,41 @@ void setPlace(GstElement* maker, const QString& file)
     gst_object_unref(out);
 }
 
-void pushPictures(GstElement* maker, const tagColours& colours)
+void pushPictures(GstElement* maker, const tagContent& content)
 {
     GstElement* source = gst_bin_get_by_name(GST_BIN(maker), "colours");
-    GstCaps* caps = gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "BGRx", "width", G_TYPE_INT,
-                                        colours.size.width(), "height", G_TYPE_INT, colours.size.height(),
-                                        "framerate", GST_TYPE_FRACTION, kFrames, 1, nullptr);
+    GstCaps* caps =
+        gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "BGRx", "width", G_TYPE_INT,
+                            content.size.width(), "height", G_TYPE_INT, content.size.height(), "framerate",
+                            GST_TYPE_FRACTION, content.nRate, content.nSeconds, nullptr);
     g_object_set(source, "caps", caps, "format", GST_FORMAT_TIME, "max-bytes", guint64(0), nullptr);
     gst_caps_unref(caps);
-    int number = 0;
-    for (const QRgb colour : colours.colours) {
-        for (int i = 0; i < colours.nFrames; ++i)
-            gst_app_src_push_buffer(GST_APP_SRC(source), pictureOf(colour, colours.size, number++));
-    }
+    for (int number = 0; number < content.nFrames; ++number)
+        gst_app_src_push_buffer(GST_APP_SRC(source), pictureOf(content, number));
     gst_app_src_end_of_stream(GST_APP_SRC(source));
     gst_object_unref(source);
+}
+
+QImage plain(QSize size, QRgb colour)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
+}
+
+// A light strip, a dark one, and the number's bits, the highest first.
+QImage numbered(QSize size, int number)
+{
+    QImage image = plain(size, 0xff202020);
+    QPainter painter(&image);
+    const int bits = 1 << (kBits + 1) | number;
+    for (int strip = 0; strip < kStrips; ++strip) {
+        if (bits >> (kStrips - 1 - strip) & 1)
+            painter.fillRect(QRect(QPoint(size.width() * strip / kStrips, 0),
+                                   QPoint(size.width() * (strip + 1) / kStrips - 1, size.height())),
+                             QColor(0xe0, 0xe0, 0xe0));
+    }
+    return image;
 }
 
 QString sound(const tagColours& colours, int rate, int channels)
@@ -85,7 +121,9 @@ QString sound(const tagColours& colours, int rate, int channels)
 
 } // namespace
 
-void makeFilm(const QString& file, const QString& pipeline, const tagColours& colours)
+namespace {
+
+void make(const QString& file, const QString& pipeline, const tagContent& content)
 {
     gst_init(nullptr, nullptr);
     const QString whole = pipeline.arg("appsrc name=colours ! videoconvert ! video/x-raw,format=I420");
@@ -95,7 +133,7 @@ void makeFilm(const QString& file, const QString& pipeline, const tagColours& co
     setPlace(maker, file);
     int count = 0;
     stampPictures(maker, &count);
-    pushPictures(maker, colours);
+    pushPictures(maker, content);
     gst_element_set_state(maker, GST_STATE_PLAYING);
     GstBus* bus = gst_element_get_bus(maker);
     GstMessage* message =
@@ -105,6 +143,34 @@ void makeFilm(const QString& file, const QString& pipeline, const tagColours& co
     gst_object_unref(bus);
     gst_element_set_state(maker, GST_STATE_NULL);
     gst_object_unref(maker);
+}
+
+} // namespace
+
+void makeFilm(const QString& file, const QString& pipeline, const tagColours& colours)
+{
+    const auto imageOf = [&](int number) {
+        return plain(colours.size, colours.colours[number / colours.nFrames]);
+    };
+    make(file, pipeline, {int(colours.nFrames * colours.colours.size()), colours.size, kFrames, 1, imageOf});
+}
+
+void makeNumberedFilm(const QString& file, const QString& pipeline, const tagNumbered& film)
+{
+    make(file, pipeline, {film.nFrames, film.size, film.nRate, film.nSeconds, [&](int number) {
+                              return numbered(film.size, number);
+                          }});
+}
+
+int numberIn(const QImage& picture)
+{
+    int bits = 0;
+    for (int strip = 0; strip < kStrips; ++strip) {
+        const QRgb colour =
+            picture.pixel(picture.width() * (2 * strip + 1) / (2 * kStrips), picture.height() / 2);
+        bits = bits << 1 | (qGray(colour) > 128);
+    }
+    return bits >> kBits == 2 ? bits & ((1 << kBits) - 1) : -1;
 }
 
 void makeH264(const QString& file, const tagColours& colours)

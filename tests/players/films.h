@@ -1,6 +1,7 @@
 #pragma once
-// Real films, made by the media toolkit: pictures of one colour, 25 a second.
+// Real films, made by the media toolkit: pictures of one colour, 25 a second, or pictures that bear numbers.
 #include <QColor>
+#include <QImage>
 #include <QList>
 #include <QSize>
 #include <QString>
@@ -22,3 +23,16 @@ void makeFilm(const QString& file, const QString& pipeline, const tagColours& co
 void makeH264(const QString& file, const tagColours& colours = {});
 void makeMpeg4(const QString& file, const tagColours& colours = {});
 void makeH263(const QString& file, const tagColours& colours = {});
+
+struct tagNumbered
+{
+    int nFrames = 50; // picture k bears the number k; at most 256
+    QSize size = QSize(320, 240);
+    int nRate = 25;   // pictures
+    int nSeconds = 1; // in so many seconds
+};
+
+// As makeFilm, of numbered pictures.
+void makeNumberedFilm(const QString& file, const QString& pipeline, const tagNumbered& numbered = {});
+// The number in a picture of any size; -1 when it bears none.
+int numberIn(const QImage& picture);

@@ -37,9 +37,9 @@ TEST_F(MediaServer, WithoutASessionNothingChanges)
 
 TEST_F(MediaServer, OtherMessagesThatAreNoneAreRefusedWithALine)
 {
-    const MOV_SDP sdp = {};
-    send(MEDIA_MSG_STREAMS, sizeof sdp, &sdp, PLAYER_PORTS(80, 0));
-    EXPECT_TRUE(hasSaid("message 0x70020 of 452 bytes is refused: a port is out of range"));
+    PLAYER_STREAMS streams = {};
+    send(MEDIA_MSG_STREAMS, sizeof streams, &streams, PLAYER_PORTS(80, 0));
+    EXPECT_TRUE(hasSaid("message 0x70020 of 460 bytes is refused: a port is out of range"));
     msgPostMsgToThread(media(), MEDIA_MSG_PICTURE_SIZE, 0x7FFFFFFF, 480);
     EXPECT_TRUE(hasSaid("message 0x70021 of 0 bytes is refused: the size is out of range"));
 }

@@ -74,12 +74,12 @@ TEST(PlayerRecords, AnotherSizeIsRefused)
 {
     ADDR_PARAM play = goodPlay();
     VOICE_PARAM session = goodSession();
-    MOV_SDP sdp = {};
+    PLAYER_STREAMS streams = {};
     EXPECT_STREQ(playerRecords::readPlay(&play, sizeof play - 1, play), "the size is wrong");
     EXPECT_STREQ(playerRecords::readPlay(nullptr, sizeof play, play), "the size is wrong");
     EXPECT_STREQ(playerRecords::readSession(&session, sizeof session + 1, session), "the size is wrong");
-    EXPECT_STREQ(playerRecords::readDescription(&sdp, 451, sdp), "the size is wrong");
-    EXPECT_EQ(playerRecords::readDescription(&sdp, 452, sdp), nullptr);
+    EXPECT_STREQ(playerRecords::readStreams(&streams, sizeof streams - 1, streams), "the size is wrong");
+    EXPECT_EQ(playerRecords::readStreams(&streams, sizeof streams, streams), nullptr);
 }
 
 TEST(PlayerRecords, ATextThatDoesNotEndIsRefused)
@@ -92,9 +92,26 @@ TEST(PlayerRecords, ATextThatDoesNotEndIsRefused)
                  "a text does not end");
     EXPECT_STREQ(fault([](VOICE_PARAM& session) { memset(session.vidDec.szName, 'x', 24); }),
                  "a codec is none");
-    MOV_SDP sdp = {};
-    memset(sdp.szVidParam, 'x', sizeof sdp.szVidParam);
-    EXPECT_STREQ(playerRecords::readDescription(&sdp, sizeof sdp, sdp), "a text does not end");
+    PLAYER_STREAMS streams = {};
+    memset(streams.sdp.szVidParam, 'x', sizeof streams.sdp.szVidParam);
+    EXPECT_STREQ(playerRecords::readStreams(&streams, sizeof streams, streams), "a text does not end");
+}
+
+TEST(PlayerRecords, StreamsThatNobodyCanSendOrTurnAreRefused)
+{
+    PLAYER_STREAMS good = {};
+    good.nSoundFrom = 40000;
+    good.nPictureFrom = 40001;
+    good.nQuarterTurns = 3;
+    PLAYER_STREAMS read = {};
+    EXPECT_EQ(playerRecords::readStreams(&good, sizeof good, read), nullptr);
+    EXPECT_EQ(memcmp(&good, &read, sizeof good), 0);
+    PLAYER_STREAMS bad = good;
+    bad.nQuarterTurns = 4;
+    EXPECT_STREQ(playerRecords::readStreams(&bad, sizeof bad, read), "a number is out of range");
+    bad = good;
+    bad.nPictureFrom = 53;
+    EXPECT_STREQ(playerRecords::readStreams(&bad, sizeof bad, read), "a port is out of range");
 }
 
 TEST(PlayerRecords, ControlCharactersAreNoText)

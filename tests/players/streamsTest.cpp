@@ -63,7 +63,7 @@ TEST_F(Streams, AFilmWithoutSoundHasNone)
     EXPECT_EQ(sdp.nChannels, 0);
 }
 
-TEST_F(Streams, SoundOfAnotherKindGoesOutAsPcma)
+TEST_F(Streams, SoundOfAnotherKindGoesOutAsAac)
 {
     makeFilm(
         hostPath("/rundata/film.mkv"),
@@ -72,9 +72,9 @@ TEST_F(Streams, SoundOfAnotherKindGoesOutAsPcma)
         {});
     const MOV_SDP sdp = ask("/rundata/film.mkv");
     EXPECT_STREQ(sdp.szVidName, "H264");
-    EXPECT_STREQ(sdp.szAudName, "PCMA");
-    EXPECT_EQ(sdp.nAudRate, 8000);
-    EXPECT_EQ(sdp.nChannels, 1);
+    EXPECT_STREQ(sdp.szAudName, "mpeg4-generic");
+    EXPECT_EQ(sdp.nAudRate, 44100);
+    EXPECT_EQ(sdp.nChannels, 2);
 }
 
 TEST_F(Streams, AChangedFileIsReadAgain)

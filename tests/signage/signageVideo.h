@@ -94,6 +94,12 @@ protected:
     {
         EXPECT_TRUE(manager().SetPlayFile(kFile));
         EXPECT_TRUE(manager().SetPlayRegion(region()));
+        forgetAll();
+    }
+    // Also what is still under way to the movie player.
+    void forgetAll()
+    {
+        movieMessages();
         movie->forget();
         media->forget();
     }

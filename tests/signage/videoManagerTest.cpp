@@ -1,5 +1,6 @@
 #include "signage/nDeckDisplay.h"
 #include "tests/signage/signageVideo.h"
+#include <QSemaphore>
 
 namespace {
 
@@ -68,6 +69,50 @@ TEST_F(SignageVideo, APlayerThatDiesEndsTheWait)
     startPlayers(FakePlayer::kDeath);
     EXPECT_TRUE(manager().SetPlayFile(kFile));
     EXPECT_TRUE(isTraced("SDP Extra Size(0 != 452) Error!"));
+}
+
+TEST_F(SignageVideo, APlayerThatIsBusyIsNotWaitedForAndItsLateAnswerCounts)
+{
+    QSemaphore busy;
+    std::atomic<bool> answered{false};
+    movie = std::make_unique<FakePlayer>("app_hxMovie", [&](const tagTold&) {
+        busy.acquire();
+        answered = true;
+        return bytesOf(fileSDP());
+    });
+    media = std::make_unique<FakePlayer>("app_hxMedia");
+    EXPECT_TRUE(manager().SetPlayFile(kFile));
+    EXPECT_FALSE(answered) << "the phone goes on";
+    EXPECT_TRUE(manager().SetPlayRegion(region()));
+    busy.release();
+    EXPECT_TRUE(kit::waitUntil([&] { return answered.load(); }));
+    start();
+    ASSERT_TRUE(media->hears(1));
+    EXPECT_EQ(recordOf<VOICE_PARAM>(media->told()[0]).vidDec.nPayload, 102);
+    manager().StopPlayVideo(1);
+}
+
+TEST_F(SignageVideo, PlayersThatStandStillHoldNothingUp)
+{
+    QSemaphore still;
+    std::atomic<int> answered{0};
+    const FakePlayer::Answer answer = [&](const tagTold&) {
+        still.acquire();
+        ++answered;
+        return QByteArray();
+    };
+    movie = std::make_unique<FakePlayer>("app_hxMovie", answer);
+    media = std::make_unique<FakePlayer>("app_hxMedia", answer);
+    EXPECT_TRUE(manager().SetPlayFile(kFile));
+    EXPECT_TRUE(manager().SetPlayRegion(region()));
+    start();
+    EXPECT_TRUE(manager().IsMoviePlaying());
+    ASSERT_TRUE(media->hears(1));
+    const VOICE_PARAM session = recordOf<VOICE_PARAM>(media->told()[0]);
+    EXPECT_EQ(session.vidDec.nPayload, 97) << "the default stands";
+    manager().StopPlayVideo(1);
+    EXPECT_EQ(answered, 0) << "nobody was waited for";
+    still.release(10);
 }
 
 TEST_F(SignageVideo, AFileThatIsNotThereIsNotAskedFor)
@@ -393,8 +438,7 @@ TEST_F(SignageVideo, AStopAlsoForgetsAMovieThatPauses)
     play();
     manager().PausePlayVideo();
     manager().StopPlayVideo(0);
-    movie->forget();
-    media->forget();
+    forgetAll();
     manager().SetPlayFile(kOther);
     manager().SetPlayRegion(region());
     start();

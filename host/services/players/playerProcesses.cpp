@@ -22,7 +22,7 @@ constexpr int kMaxLine = 1000;   // bytes of a line in the log
 // The picture of a film that nobody sends any more would stand still for ever.
 void dropPicture()
 {
-    const MOV_SDP nothing = {};
+    const PLAYER_STREAMS nothing = {};
     videoFrames::instance().forget();
     msgPostMsgToThreadEx(msgGetThreadByName("app_hxMedia"), MEDIA_MSG_STREAMS, 0, 0, sizeof nothing,
                          &nothing);
