@@ -66,7 +66,7 @@ void closeTop(const char* className)
 
 void benchPage(RatioTable& table, const char* page, const char* className)
 {
-    table.add(QString("%1: first open to painted").arg(page), msToPainted(page, className), 60, "ms");
+    table.add(QString("%1: first open to painted").arg(page), msToPainted(page, className), 20, "ms");
     closeTop(className);
     std::vector<double> opens;
     for (int i = 0; i < kCachedOpens; ++i) {
@@ -75,7 +75,7 @@ void benchPage(RatioTable& table, const char* page, const char* className)
     }
     std::sort(opens.begin(), opens.end());
     table.add(QString("%1: cached open to painted, 99th percentile of %2").arg(page).arg(kCachedOpens),
-              opens[size_t(std::floor(kCachedOpens * 0.99)) - 1], 16, "ms");
+              opens[size_t(std::floor(kCachedOpens * 0.99)) - 1], 8, "ms");
 }
 
 } // namespace
