@@ -11,6 +11,7 @@
 #include <QThread>
 #include <QTimer>
 #include <atomic>
+#include <future>
 #include <memory>
 #include <thread>
 
@@ -376,16 +377,14 @@ TEST_F(MessageBus, MessagesToAThreadThatEndedAreRefusedAndItsWaitersTold)
 TEST_F(MessageBus, AReceiverThatNeverDeliversCollectsABoundedNumber)
 {
     std::unique_ptr<Recorder> deaf;
-    std::atomic<bool> end{false};
-    std::atomic<bool> ready{false};
+    std::promise<void> ready, end;
     std::thread worker([&] {
         deaf = std::make_unique<Recorder>();
-        ready = true;
-        while (!end)
-            std::this_thread::yield();
+        ready.set_value();
+        end.get_future().wait();
         deaf.reset();
     });
-    ASSERT_TRUE(kit::waitUntil([&] { return ready.load(); }));
+    ready.get_future().wait();
     const int before = hostLogFrom(1).isEmpty() ? 0 : hostLogFrom(1).last().nNumber;
     Recorder recorder;
     for (int i = 0; i < 100100; ++i) {
@@ -394,7 +393,7 @@ TEST_F(MessageBus, AReceiverThatNeverDeliversCollectsABoundedNumber)
             kit::settle();
     }
     kit::settle();
-    end = true;
+    end.set_value();
     worker.join();
     int traces = 0;
     for (const tagLogEntry& entry : hostLogFrom(before + 1))

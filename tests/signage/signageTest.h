@@ -16,6 +16,8 @@
 class SignageTest : public PhoneTest
 {
 protected:
+    static constexpr int kPausePartMs = 100;
+
     SignageTest() : manager(GetNDeckFileManager())
     {
         netWorld().state = NET_UP;
@@ -33,12 +35,14 @@ protected:
     {
         nuxSetRegistryString("/rundata/config/system.ini", "nDeck", key, value);
     }
-    // Until nothing is asked for or saved any more.
+    // Until nothing is asked for or saved any more. The pause between two saves of the list is not waited for.
     bool quiet() const
     {
         int still = 0;
         return kit::waitUntil(
             [&] {
+                if (taskPendingCount() == 0 && !manager.IsFileListStored())
+                    kit::stepTime(kPausePartMs);
                 const bool isStill = taskPendingCount() == 0 && manager.IsFileListStored();
                 return (still = isStill ? still + 1 : 0) > 5;
             },
