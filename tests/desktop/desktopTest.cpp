@@ -14,8 +14,6 @@
 
 DesktopTest::DesktopTest()
 {
-    const QList<tagLogEntry> log = hostLogFrom(1);
-    m_nFirst = log.isEmpty() ? 1 : log.last().nNumber + 1;
     setLanguage("English");
     registerLines();
 }
@@ -33,12 +31,7 @@ DesktopTest::~DesktopTest()
 
 std::string DesktopTest::logged(const char* kind) const
 {
-    QStringList texts;
-    for (const tagLogEntry& entry : hostLogFrom(m_nFirst)) {
-        if (entry.strKind == kind)
-            texts.append(entry.strText);
-    }
-    return texts.join("|").toStdString();
+    return PhoneTest::logged(kind).join("|").toStdString();
 }
 
 void DesktopTest::setLanguage(const char* name)

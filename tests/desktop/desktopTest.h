@@ -1,7 +1,6 @@
 #pragma once
 // What the tests of the host's pages share: the phone's log since the test began, soft keys and lists as a
 // person uses them, and all windows away at the end.
-#include "host/services/system/hostLog.h"
 #include "tests/kit/phoneTest.h"
 #include <QStringList>
 
@@ -22,9 +21,6 @@ protected:
     static void hangUpAll();
     // Until the test ends.
     static void makeSavesFail();
-
-private:
-    int m_nFirst;
 };
 
 // The page's soft keys, from left to right, joined by "|".

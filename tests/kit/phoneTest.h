@@ -1,6 +1,7 @@
 #pragma once
 // What every test of the phone stands on: a device root of its own, time that the test moves, and a
 // hand that touches the screen and presses keys below the toolkit's widgets.
+#include "tests/kit/logReader.h"
 #include <QByteArray>
 #include <QImage>
 #include <QPoint>
@@ -35,7 +36,13 @@ public:
     // Makes the folders on the way.
     void writeFile(const char* devicePath, const QByteArray& content) const;
 
+    // Texts of one kind of log entry since the test began, or since the last mark().
+    QStringList logged(const QString& kind) const { return m_log.texts(kind); }
+    QStringList traces() const { return m_log.texts("trace"); }
+    void mark() { m_log.mark(); }
+
 private:
+    kit::LogReader m_log;
     QTemporaryDir m_dir;
 };
 

@@ -1,6 +1,5 @@
 #pragma once
 // What the tests of media files share.
-#include "host/services/system/hostLog.h"
 #include "support/container/chList.h"
 #include "support/text/chString.h"
 #include "tests/kit/phoneTest.h"
@@ -12,16 +11,6 @@ class MediaTest : public PhoneTest
 protected:
     using FileList = chObjList_dynamic<chString, 16>;
 
-    // What was traced since the test began, in order.
-    QStringList traces() const
-    {
-        QStringList found;
-        for (const tagLogEntry& entry : hostLogFrom(m_nFirstLog)) {
-            if (entry.strKind == "trace")
-                found.append(entry.strText);
-        }
-        return found;
-    }
     bool isTraced(const QString& text) const { return traces().contains(text); }
 
     static QByteArray picture(const char* format, int width, int height, QRgb colour = 0xff2060a0)
@@ -48,7 +37,4 @@ protected:
             all.append(QString::fromUtf8(text.GetText()));
         return all;
     }
-
-private:
-    const int m_nFirstLog = hostLogFrom(0).isEmpty() ? 1 : hostLogFrom(0).last().nNumber + 1;
 };

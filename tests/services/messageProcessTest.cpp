@@ -58,20 +58,6 @@ bool isClosedNow(int fd)
     return poll(&look, 1, 0) > 0;
 }
 
-int countTraces(int from, const char* text)
-{
-    int count = 0;
-    for (const tagLogEntry& entry : hostLogFrom(from))
-        count += entry.strKind == "trace" && entry.strText.contains(text);
-    return count;
-}
-
-int nextLogNumber()
-{
-    const QList<tagLogEntry> all = hostLogFrom(1);
-    return all.isEmpty() ? 1 : all.last().nNumber + 1;
-}
-
 TEST_F(MessageProcesses, PostedMessageReachesAnotherProcessWithItsBlock)
 {
     peerProcess peer("app_peer");
@@ -258,7 +244,7 @@ TEST_F(MessageProcesses, BroadcastReachesAllProcessesOnceAndIsLoggedByItsSender)
     ASSERT_TRUE(peer.isReady());
     ASSERT_TRUE(other.isReady());
     Recorder recorder;
-    const int from = nextLogNumber();
+    mark();
     msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, 3, 1);
     EXPECT_TRUE(peer.hasSaid("broadcast 3 1"));
     EXPECT_TRUE(other.hasSaid("broadcast 3 1"));
@@ -291,7 +277,7 @@ TEST_F(MessageProcesses, PeerThatDoesNotReadGetsABoundedQueueAndIsReachedAgainLa
     chThreadBase* thread = peerThread();
     ASSERT_EQ(msgSendMsgToThread(thread, PEER_ADD, 1, 1), 2);
     peer.stop();
-    const int from = nextLogNumber();
+    mark();
     const QByteArray block(64 << 10, 'x');
     int taken = 0;
     QElapsedTimer clock;
@@ -305,8 +291,8 @@ TEST_F(MessageProcesses, PeerThatDoesNotReadGetsABoundedQueueAndIsReachedAgainLa
     for (int i = 0; i < 100; ++i)
         msgPostMsgToThreadEx(thread, 0x7777, 0, 0, int(block.size()), block.constData());
     EXPECT_EQ(msgPostMsgToThreadEx(thread, 0x7777, 0, 0, int(block.size()), block.constData()), 0);
-    EXPECT_GE(countTraces(from, "does not read its messages"), 1);
-    EXPECT_LE(countTraces(from, "does not read its messages"), 3);
+    EXPECT_GE(traces().filter("does not read its messages").size(), 1);
+    EXPECT_LE(traces().filter("does not read its messages").size(), 3);
     peer.resume();
     EXPECT_TRUE(kit::waitUntil([&] { return msgSendMsgToThread(thread, PEER_ADD, 2, 2) == 4; }, 20000));
 }

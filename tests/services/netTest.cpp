@@ -1,5 +1,4 @@
 #include "support/host/net.h"
-#include "host/services/system/hostLog.h"
 #include "host/services/system/netFacts.h"
 #include "host/services/system/netWorld.h"
 #include "support/host/clock.h"
@@ -24,24 +23,12 @@ protected:
         localtime_r(&now.tv_sec, &parts);
         netWorldSetClock(timegm(&parts));
     }
-    QStringList logged(const char* kind) const
-    {
-        QStringList found;
-        for (const tagLogEntry& entry : hostLogFrom(m_nFirst)) {
-            if (entry.strKind == kind)
-                found.append(entry.strText);
-        }
-        return found;
-    }
     static in_addr address(const char* text)
     {
         in_addr result = {};
         EXPECT_EQ(inet_pton(AF_INET, text, &result), 1);
         return result;
     }
-
-private:
-    const int m_nFirst = hostLogFrom(0).isEmpty() ? 1 : hostLogFrom(0).last().nNumber + 1;
 };
 
 long machineTime()

@@ -1,4 +1,3 @@
-#include "host/services/system/hostLog.h"
 #include "host/services/system/shellCommand.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/net.h"
@@ -11,15 +10,7 @@ namespace {
 class SysCommand : public PhoneTest
 {
 protected:
-    static QString lastLogged()
-    {
-        QString found;
-        for (const tagLogEntry& entry : hostLogFrom(1)) {
-            if (entry.strKind == "command")
-                found = entry.strText;
-        }
-        return found;
-    }
+    QString lastLogged() const { return logged("command").value(logged("command").size() - 1); }
 };
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "support/host/trace.h"
-#include "host/services/system/hostLog.h"
 #include "support/host/checksum.h"
 #include "support/host/text.h"
 #include "support/host/upgrade.h"
@@ -19,19 +18,6 @@ namespace {
 
 class Trace : public PhoneTest
 {
-protected:
-    QStringList lines() const
-    {
-        QStringList found;
-        for (const tagLogEntry& entry : hostLogFrom(m_nFirst)) {
-            if (entry.strKind == "trace")
-                found.append(entry.strText);
-        }
-        return found;
-    }
-
-private:
-    const int m_nFirst = hostLogFrom(0).isEmpty() ? 1 : hostLogFrom(0).last().nNumber + 1;
 };
 
 // What work writes to the standard error stream.
@@ -67,7 +53,7 @@ bool isGone(char* byte)
 TEST_F(Trace, ALineIsFormattedAndKept)
 {
     nuxTrace(TRACE_DETAIL, "Push media: %s (%d)", "/a/ü.mp4", 3);
-    EXPECT_EQ(lines(), QStringList{QString::fromUtf8("Push media: /a/ü.mp4 (3)")});
+    EXPECT_EQ(traces(), QStringList{QString::fromUtf8("Push media: /a/ü.mp4 (3)")});
 }
 
 TEST_F(Trace, AScopeLogsEntryAndExit)
@@ -76,7 +62,7 @@ TEST_F(Trace, AScopeLogsEntryAndExit)
         const chTraceStack scope("dlgWan::%s", "Save");
         nuxTrace(TRACE_DETAIL, "inside");
     }
-    EXPECT_EQ(lines(), QStringList({"enter dlgWan::Save", "inside", "leave dlgWan::Save"}));
+    EXPECT_EQ(traces(), QStringList({"enter dlgWan::Save", "inside", "leave dlgWan::Save"}));
 }
 
 TEST_F(Trace, NotesAreWrittenToTheErrorStreamAsOneLine)
@@ -85,14 +71,14 @@ TEST_F(Trace, NotesAreWrittenToTheErrorStreamAsOneLine)
     if (!getenv("HX_TRACE")) {
         EXPECT_EQ(printedBy([] { nuxTrace(TRACE_DETAIL, "a detail"); }), "");
     }
-    EXPECT_EQ(lines().first(), "a note");
+    EXPECT_EQ(traces().first(), "a note");
 }
 
 TEST_F(Trace, ABrokenContractIsInTheLog)
 {
     nuxErrorMessage(false, "file.cpp", 12, "m_p != NULL");
     nuxErrorMessage(true, "file.cpp", 13, "fine");
-    EXPECT_EQ(lines(), QStringList{"file.cpp:12: m_p != NULL"});
+    EXPECT_EQ(traces(), QStringList{"file.cpp:12: m_p != NULL"});
 }
 
 TEST_F(Trace, LinesOfManyThreadsAreAllKeptWhole)
@@ -106,7 +92,7 @@ TEST_F(Trace, LinesOfManyThreadsAreAllKeptWhole)
     }
     for (std::thread& thread : threads)
         thread.join();
-    QStringList found = lines();
+    QStringList found = traces();
     EXPECT_EQ(found.size(), 400);
     found.removeDuplicates();
     EXPECT_EQ(found.size(), 400);

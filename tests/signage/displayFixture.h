@@ -13,6 +13,7 @@
 #include "support/host/registry.h"
 #include "support/host/text.h"
 #include "tests/kit/phoneTest.h"
+#include "tests/kit/plain/signTexts.h"
 #include <QBuffer>
 #include <QImage>
 #include <QPainter>
@@ -54,13 +55,7 @@ protected:
 
     static QByteArray picture(const QColor& colour, const char* format = "PNG", QSize size = QSize(80, 48))
     {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(colour);
-        QByteArray bytes;
-        QBuffer buffer(&bytes);
-        buffer.open(QIODevice::WriteOnly);
-        image.save(&buffer, format);
-        return bytes;
+        return kit::signPicture(colour, size, format);
     }
 
     static chString timeText(int offsetSeconds)
@@ -100,34 +95,26 @@ protected:
 
     static QByteArray layout(const QByteArray& regions, const QByteArray& attributes = "")
     {
-        return "<layout width=\"800\" height=\"480\" " + attributes + ">" + regions + "</layout>";
+        return kit::signLayout(regions, attributes);
     }
     static QByteArray region(const QRect& rect, const QByteArray& media)
     {
-        return QString("<region left=\"%1\" top=\"%2\" width=\"%3\" height=\"%4\">")
-                   .arg(rect.left())
-                   .arg(rect.top())
-                   .arg(rect.width())
-                   .arg(rect.height())
-                   .toUtf8() +
-               media + "</region>";
+        return kit::signRegion(rect, media);
     }
     static QByteArray region(const QByteArray& media) { return region(QRect(0, 0, 800, 480), media); }
     static QByteArray image(const char* file, const char* seconds, const char* number = "")
     {
-        return QByteArray("<media type=\"image\" path=\"") + file + "\" duration=\"" + seconds +
-               "\" phoneNum=\"" + number + "\"/>";
+        return kit::signImage(file, seconds, dialled(number));
     }
     static QByteArray video(const char* file, const char* seconds, const char* number = "")
     {
-        return QByteArray("<media type=\"video\" path=\"") + file + "\" duration=\"" + seconds +
-               "\" phoneNum=\"" + number + "\"/>";
+        return kit::signVideo(file, seconds, dialled(number));
     }
     static QByteArray text(const char* html, const char* seconds, const char* attributes = "")
     {
-        return QByteArray("<media type=\"text\" duration=\"") + seconds + "\" " + attributes +
-               "><text><![CDATA[" + html + "]]></text></media>";
+        return kit::signText(html, seconds, attributes);
     }
+    static QByteArray dialled(const char* number) { return QByteArray("phoneNum=\"") + number + '"'; }
 
     QString current() const
     {
@@ -140,23 +127,7 @@ protected:
     static QRgb pixel(int x, int y) { return kit::screen().pixel(x, y) | 0xff000000u; }
     static QString background() { return toQString(frame().GetBackgroundImage()); }
 
-    // What was logged since mark(), of one kind.
-    void mark()
-    {
-        const QList<tagLogEntry> all = hostLogFrom(1);
-        m_nMark = all.isEmpty() ? 1 : all.last().nNumber + 1;
-    }
-    QStringList logged(const char* kind) const
-    {
-        QStringList lines;
-        for (const tagLogEntry& entry : hostLogFrom(m_nMark)) {
-            if (entry.strKind == kind)
-                lines.append(entry.strText);
-        }
-        return lines;
-    }
-    bool traced(const QString& line) const { return logged("trace").contains(line); }
+    bool traced(const QString& line) const { return traces().contains(line); }
 
     DisplayFrame m_frame;
-    int m_nMark = 1;
 };

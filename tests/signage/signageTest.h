@@ -35,7 +35,8 @@ protected:
     {
         nuxSetRegistryString("/rundata/config/system.ini", "nDeck", key, value);
     }
-    // Until nothing is asked for or saved any more. The pause between two saves of the list is not waited for.
+    // Until nothing is asked for or saved any more. The pause between two saves of the list is not waited
+    // for.
     bool quiet() const
     {
         int still = 0;
@@ -96,16 +97,6 @@ protected:
             paths.append(toQString(media.path));
         return paths;
     }
-    static QStringList traces()
-    {
-        QStringList lines;
-        for (const tagLogEntry& entry : hostLogFrom(1)) {
-            if (entry.strKind == "trace")
-                lines.append(entry.strText);
-        }
-        return lines;
-    }
-
     signageServer server;
     nDeckFileManager& manager;
 };

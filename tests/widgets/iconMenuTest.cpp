@@ -1,5 +1,4 @@
 #include "host/menu/iconMenu.h"
-#include "host/services/system/hostLog.h"
 #include "support/host/iconview.h"
 #include "support/host/registry.h"
 #include "tests/kit/phoneTest.h"
@@ -23,16 +22,6 @@ protected:
             texts.append(view.item(row)->text());
         return texts;
     }
-    static QString traces()
-    {
-        QString all;
-        for (const tagLogEntry& entry : hostLogFrom(1)) {
-            if (entry.strKind == "trace")
-                all += entry.strText + '\n';
-        }
-        return all;
-    }
-
     qIconView view;
 };
 
@@ -71,7 +60,7 @@ TEST_F(IconMenus, MissingFileGivesAnEmptyMenuAndATraceLine)
     EXPECT_EQ(view.currentIconCount(), 0);
     EXPECT_EQ(view.GetPageCount(), 0);
     EXPECT_EQ(view.m_strTitleName, "");
-    EXPECT_TRUE(traces().contains("menu /rundata/none.xml not loaded"));
+    EXPECT_TRUE(traces().join("\n").contains("menu /rundata/none.xml not loaded"));
 }
 
 TEST_F(IconMenus, BrokenFileGivesAnEmptyMenuAndATraceLine)
@@ -79,7 +68,7 @@ TEST_F(IconMenus, BrokenFileGivesAnEmptyMenuAndATraceLine)
     EXPECT_EQ(load("<RootMenu title=\"T\"><item title=\"A\"/>"), 0);
     EXPECT_EQ(view.currentIconCount(), 0);
     EXPECT_EQ(view.m_strTitleName, "");
-    EXPECT_TRUE(traces().contains("menu /rundata/menu.xml not loaded"));
+    EXPECT_TRUE(traces().join("\n").contains("menu /rundata/menu.xml not loaded"));
 }
 
 TEST_F(IconMenus, FileOfAnotherKindGivesAnEmptyMenu)

@@ -1,5 +1,4 @@
 #include "host/screen/screenState.h"
-#include "host/services/system/hostLog.h"
 #include "tests/widgets/screenPage.h"
 
 namespace {
@@ -7,18 +6,7 @@ namespace {
 class Screen : public PhoneTest
 {
 protected:
-    Screen() { logged = hostLogFrom(1).size(); }
-    QStringList log(const QString& kind)
-    {
-        QStringList lines;
-        for (const tagLogEntry& entry : hostLogFrom(logged + 1)) {
-            if (entry.strKind == kind)
-                lines.append(entry.strText);
-        }
-        return lines;
-    }
     screenState& state = screenState::instance();
-    int logged;
 };
 
 TEST_F(Screen, IdleTimeRunsFromTheLastTouchOrKey)
@@ -46,7 +34,7 @@ TEST_F(Screen, ResetRestartsTheIdleTime)
     QObject::disconnect(connection);
     EXPECT_LT(state.idleMs(), 200);
     EXPECT_EQ(awake, 1);
-    EXPECT_EQ(log("saver"), QStringList({"reset 0 0", "reset 1 0"}));
+    EXPECT_EQ(logged("saver"), QStringList({"reset 0 0", "reset 1 0"}));
 }
 
 TEST_F(Screen, ClientsSuspendTheSaverUntilTheLastOneLetsGo)
@@ -66,7 +54,7 @@ TEST_F(Screen, ClientsSuspendTheSaverUntilTheLastOneLetsGo)
     EXPECT_LT(state.idleMs(), 200) << "the time starts anew";
     QObject::disconnect(connection);
     EXPECT_EQ(told, QList<bool>({true, false}));
-    EXPECT_EQ(log("saver"),
+    EXPECT_EQ(logged("saver"),
               QStringList({"register 5 0", "register 7 0", "unregister 5 0", "unregister 7 0"}));
 }
 
@@ -91,7 +79,7 @@ TEST_F(Screen, LampIsLitWhileThereIsAReason)
     EXPECT_FALSE(state.isLampLit());
     QObject::disconnect(connection);
     EXPECT_EQ(told, QList<bool>({true, false}));
-    EXPECT_EQ(log("lamp"), QStringList({"register 1", "register 1", "unregister 1"}));
+    EXPECT_EQ(logged("lamp"), QStringList({"register 1", "register 1", "unregister 1"}));
 }
 
 TEST_F(Screen, LampOffTakesAllReasonsAway)

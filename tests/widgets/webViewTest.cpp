@@ -69,15 +69,7 @@ protected:
         return whereIs(QColor(0, 128, 0)) == QRect(0, 0, 800, 480) && whereIs(Qt::red).isEmpty() &&
                whereIs(Qt::blue).isEmpty() && whereIs(Qt::yellow).isEmpty();
     }
-    std::string traced() const
-    {
-        QStringList lines;
-        for (const tagLogEntry& entry : hostLogFrom(1)) {
-            if (entry.strKind == "trace")
-                lines.append(entry.strText);
-        }
-        return lines.join("|").toStdString();
-    }
+    std::string traced() const { return traces().join("|").toStdString(); }
 
     QWidget window{nullptr, Qt::FramelessWindowHint};
     QWebView* view;
