@@ -61,7 +61,7 @@ protected:
         return display.GetCurrentLayout() == display.end() ? QString()
                                                            : toQString(display.GetCurrentLayout()->GetName());
     }
-    static qsizetype updates() { return traces().filter("nDeckDisplay::UpdateDisplay(layout count").size(); }
+    qsizetype updates() const { return traces().filter("nDeckDisplay::UpdateDisplay(layout count").size(); }
 };
 
 } // namespace
@@ -238,7 +238,7 @@ TEST_F(KeepShow, AScheduleWhoseFilesWaitIsTakenUpThoughTheNextLookSaysNothing)
     server.scheduleStatus = "503 Service Unavailable";
     ASSERT_TRUE(manager.DownloadDisplayFrame());
     ASSERT_TRUE(kit::waitUntil([&] { return server.requests("schedule") == 3; }));
-    ASSERT_TRUE(kit::waitUntil([] { return !traces().filter("no schedule came").isEmpty(); }));
+    ASSERT_TRUE(kit::waitUntil([this] { return !traces().filter("no schedule came").isEmpty(); }));
     kit::stepTime(10100);
     EXPECT_EQ(colour(), QColor(Qt::red));
     server.release();

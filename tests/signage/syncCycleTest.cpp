@@ -229,7 +229,9 @@ TEST_F(SyncCycle, DoesNotTouchTheDisplayWhileNothingChanges)
 {
     server.layouts = {{"a.xml", "<layout/>"}};
     ASSERT_TRUE(sync());
-    const auto updates = [] { return traces().filter("nDeckDisplay::UpdateDisplay(layout count").size(); };
+    const auto updates = [this] {
+        return traces().filter("nDeckDisplay::UpdateDisplay(layout count").size();
+    };
     const qsizetype before = updates();
     EXPECT_GE(before, 1);
     ASSERT_TRUE(sync());
