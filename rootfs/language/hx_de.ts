@@ -793,7 +793,7 @@
     </message>
     <message>
         <source>Settings cannot be stored. Changes last until the phone is switched off.</source>
-        <translation>Einstellungen können nicht gespeichert werden. Änderungen gelten, bis das Telefon ausgeschaltet wird.</translation>
+        <translation>Die Einstellungen können nicht gespeichert werden. Änderungen gelten, bis das Telefon ausgeschaltet wird.</translation>
     </message>
     <message>
         <source>The contact cannot be saved!</source>

@@ -793,7 +793,7 @@
     </message>
     <message>
         <source>Settings cannot be stored. Changes last until the phone is switched off.</source>
-        <translation>Les réglages ne peuvent pas être enregistrés. Les changements durent jusqu'à l'arrêt du téléphone.</translation>
+        <translation>Les réglages ne peuvent pas être enregistrés. Les changements durent jusqu’à l’arrêt du téléphone.</translation>
     </message>
     <message>
         <source>The contact cannot be saved!</source>
