@@ -1,40 +1,24 @@
 // The stored list of the signage files, which a disk may have damaged. What could be read of it is written as
 // a list that reads as the same again.
+#include "fuzz/fuzzRoot.h"
 #include "signage/nDeckFileList.h"
 #include "signage/nDeckFolder.h"
 #include "signage/nDeckListFile.h"
 #include "support/file/atomicSave.h"
-#include "support/file/deviceRoot.h"
 #include "support/file/keepAside.h"
 #include "support/file/path.h"
-#include <cstdlib>
-#include <filesystem>
 #include <string>
-#include <unistd.h>
 
 namespace {
 
-void expect(bool condition)
+// The folder of the signage is there, and what cannot be read is not told.
+struct Root : FuzzRoot
 {
-    if (!condition)
-        abort();
-}
-
-// A folder of this process's own, which stands for the device.
-std::string makeRoot()
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "hxDeckListXXXXXX").string();
-    expect(mkdtemp(pattern.data()) != nullptr);
-    deviceSetRoot(pattern.c_str());
-    fileSetReportSink([](const char*) {});
-    expect(pathMakeDirectories(NDECK_FOLDER));
-    return pattern;
-}
-
-struct Root
-{
-    std::string folder = makeRoot();
-    ~Root() { std::filesystem::remove_all(folder); }
+    Root()
+    {
+        fileSetReportSink([](const char*) {});
+        expect(pathMakeDirectories(NDECK_FOLDER));
+    }
 };
 
 bool isSame(const _nDeckFileNode& one, const _nDeckFileNode& other)

@@ -1,18 +1,12 @@
 // Key files, from backups, provisioning and editors. One that is understood is written back as it was, and
 // a change of one key leaves all others as they were.
+#include "fuzz/fuzzRoot.h"
 #include "host/services/keyfiles/keyFile.h"
-#include <cstdlib>
 #include <map>
 
 namespace {
 
 using Values = std::map<std::string, std::map<std::string, std::string>>;
-
-void expect(bool condition)
-{
-    if (!condition)
-        abort();
-}
 
 // The sections that the input and the change name.
 Values valuesOf(const keyFile& file, std::string_view text, std::string_view changed)

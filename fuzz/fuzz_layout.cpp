@@ -1,5 +1,6 @@
 // Layout files of the signage server. Whatever is in one, the layout is bounded, and its rectangles fit to be
 // drawn.
+#include "fuzz/fuzzRoot.h"
 #include "signage/mediaText.h"
 #include "signage/nDeckLayout.h"
 #include <QCoreApplication>
@@ -7,12 +8,6 @@
 #include <string>
 
 namespace {
-
-void expect(bool condition)
-{
-    if (!condition)
-        abort();
-}
 
 void checkMedia(const mediaBase& media)
 {

@@ -1,38 +1,13 @@
 // Menu files: those of the firmware, and the lists of door phones and cameras that other programs write too.
 // Whatever is in them, a menu is small, its texts are short, and no item leads out of the folder of menus.
+#include "fuzz/fuzzRoot.h"
 #include "host/menu/iconMenu.h"
 #include "support/file/atomicSave.h"
-#include "support/file/deviceRoot.h"
 #include "support/file/path.h"
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <unistd.h>
 
 namespace {
 
 const char* const kMenu = "/menu.xml";
-
-void expect(bool condition)
-{
-    if (!condition)
-        abort();
-}
-
-// A folder of this process's own, which stands for the device.
-std::string makeRoot()
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "hxMenuXXXXXX").string();
-    expect(mkdtemp(pattern.data()) != nullptr);
-    deviceSetRoot(pattern.c_str());
-    return pattern;
-}
-
-struct Root
-{
-    std::string folder = makeRoot();
-    ~Root() { std::filesystem::remove_all(folder); }
-};
 
 void checkItem(const IconMenuItem& item)
 {
@@ -47,7 +22,7 @@ void checkItem(const IconMenuItem& item)
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
 {
-    static Root root;
+    static FuzzRoot root;
     expect(fileSaveAtomic(kMenu, reinterpret_cast<const char*>(data), size));
     IconMenu menu;
     const int loaded = loadIconMenu(kMenu, menu);

@@ -1,42 +1,20 @@
 // Pictures from a person's disk or a signage server. Whatever is in a file, the check comes to one of its
 // three answers, and only what starts as a JPEG passes for one.
+#include "fuzz/fuzzRoot.h"
 #include "media/PhotoFile.h"
 #include "support/file/atomicSave.h"
-#include "support/file/deviceRoot.h"
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <string>
-#include <unistd.h>
 
 namespace {
 
 const char* const kPicture = "/picture.jpg";
 
-void expect(bool condition)
-{
-    if (!condition)
-        abort();
-}
-
-// A folder of this process's own, which stands for the device.
-struct Root
-{
-    Root()
-    {
-        expect(mkdtemp(folder.data()) != nullptr);
-        deviceSetRoot(folder.c_str());
-    }
-    ~Root() { std::filesystem::remove_all(folder); }
-    std::string folder = (std::filesystem::temp_directory_path() / "hxPictureXXXXXX").string();
-};
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    static Root root;
+    static FuzzRoot root;
     expect(fileSaveAtomic(kPicture, reinterpret_cast<const char*>(data), size));
     const IMAGE_CHECK check = PhotoFile::GetImageType(kPicture, IMAGE_SIZE_LIMIT);
     expect(check == IMAGE_FINE || check == IMAGE_TOO_LARGE || check == IMAGE_DAMAGED);

@@ -1,38 +1,13 @@
 // Schedules of a signage server. Whatever one holds, the lists stay within their bounds, their texts are
 // short, and no name leads out of the folder or to one of the client's own files.
+#include "fuzz/fuzzRoot.h"
 #include "signage/nDeckFolder.h"
 #include "signage/scheduleReader.h"
 #include "support/file/atomicSave.h"
-#include "support/file/deviceRoot.h"
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <unistd.h>
 
 namespace {
 
 const char* const kSchedule = "/FileList.xml";
-
-void expect(bool condition)
-{
-    if (!condition)
-        abort();
-}
-
-// A folder of this process's own, which stands for the device.
-std::string makeRoot()
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "hxScheduleXXXXXX").string();
-    expect(mkdtemp(pattern.data()) != nullptr);
-    deviceSetRoot(pattern.c_str());
-    return pattern;
-}
-
-struct Root
-{
-    std::string folder = makeRoot();
-    ~Root() { std::filesystem::remove_all(folder); }
-};
 
 void expectShort(const chString& text)
 {
@@ -69,7 +44,7 @@ void checkMedias(const scheduleReader& reader)
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
 {
-    static Root root;
+    static FuzzRoot root;
     expect(fileSaveAtomic(kSchedule, reinterpret_cast<const char*>(data), size));
     const scheduleReader reader(kSchedule);
     expect(reader.IsEmpty() == (size == 0 || size > NDECK_SCHEDULE_LIMIT));

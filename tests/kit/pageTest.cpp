@@ -1,7 +1,6 @@
 #include "tests/kit/pageTest.h"
 #include "frame/moduleEntries.h"
 #include "frame/pageClass.h"
-#include "host/services/system/hostLog.h"
 #include "support/host/combo.h"
 #include "support/host/text.h"
 #include "tests/file/failingCalls.h"
@@ -11,8 +10,6 @@
 
 PageTest::PageTest()
 {
-    const QList<tagLogEntry> log = hostLogFrom(1);
-    m_nFirstEntry = log.isEmpty() ? 1 : log.last().nNumber + 1;
     hostSetModule(settingEntries());
 }
 
@@ -130,16 +127,6 @@ void PageTest::expectChangesTold(const QStringList& changes)
 QString PageTest::stored(const char* file, const char* section, const char* key)
 {
     return toQString(NUX_SubClass::nuxGetRegistryString(file, section, key, "(absent)"));
-}
-
-QStringList PageTest::logged(const char* kind) const
-{
-    QStringList texts;
-    for (const tagLogEntry& entry : hostLogFrom(m_nFirstEntry)) {
-        if (entry.strKind == kind)
-            texts.append(entry.strText);
-    }
-    return texts;
 }
 
 QString PageTest::focusName()

@@ -54,14 +54,11 @@ protected:
 
     static QString stored(const char* file, const char* section,
                           const char* key); // "(absent)" when it is not
-    // Texts of one kind of log entry since the test began.
-    QStringList logged(const char* kind) const;
     // Object name of the widget that has the focus.
     static QString focusName();
 
     QWidget* page = nullptr;
 
 private:
-    int m_nFirstEntry;
     int m_nChangesSeen = 0;
 };

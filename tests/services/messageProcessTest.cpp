@@ -2,7 +2,6 @@
 #include "host/services/messages/messageBus.h"
 #include "host/services/messages/messageSocket.h"
 #include "host/services/messages/messageWire.h"
-#include "host/services/system/hostLog.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/message.h"
 #include "tests/kit/phoneTest.h"
