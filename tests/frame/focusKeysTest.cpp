@@ -8,6 +8,7 @@
 #include <QFrame>
 #include <QLineEdit>
 #include <QTableWidget>
+#include <QTimer>
 
 namespace {
 

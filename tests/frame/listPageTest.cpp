@@ -9,6 +9,8 @@
 #include "support/host/ui.h"
 #include "tests/file/failingCalls.h"
 #include "tests/kit/pageTest.h"
+#include <QCoreApplication>
+#include <QFile>
 #include <QFrame>
 #include <QKeyEvent>
 #include <QTableWidget>

@@ -10,6 +10,7 @@
 #include "tests/frame/failingMenu.h"
 #include "tests/frame/frameTest.h"
 #include <QApplication>
+#include <QFile>
 
 namespace {
 
