@@ -10,6 +10,7 @@ bool playerQuestion::ask(const char* thread, unsigned int message, unsigned int 
                          const void* data)
 {
     drop();
+    m_pThread = thread;
     if (!m_remote.CreateRemoteThread(thread))
         return false;
     m_pMessage = m_remote.GetThread()->AllocThreadMessage(int(message), true, size, data);
@@ -28,7 +29,7 @@ bool playerQuestion::wait(msgObject& answer)
     const QDeadlineTimer end(WAIT_MS);
     if (m_remote.GetThread()->WaitThreadMessageReply(*m_pMessage, WAIT_MS))
         answer = *m_pMessage;
-    else if (end.hasExpired())
+    else if (end.hasExpired() && msgGetThreadByName(m_pThread))
         return false;
     drop();
     return true;

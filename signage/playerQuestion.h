@@ -13,7 +13,8 @@ public:
     playerQuestion(const playerQuestion&) = delete;
     playerQuestion& operator=(const playerQuestion&) = delete;
 
-    // Takes the place of one that is open. False when the thread is not there.
+    // Takes the place of one that is open. thread: a name that lives as long as this. False when the thread
+    // is not there.
     bool ask(const char* thread, unsigned int message, unsigned int wParam, int size, const void* data);
     bool isOpen() const { return m_pMessage != nullptr; }
     // Waits for the answer. True when it has come, or when none will, which is an empty one; the question is
@@ -22,6 +23,7 @@ public:
     void drop();
 
 private:
+    const char* m_pThread = nullptr; // its name
     chThreadRemote m_remote;
     msgObject* m_pMessage = nullptr;
 };
