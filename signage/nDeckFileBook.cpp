@@ -82,6 +82,8 @@ void nDeckFileBook::Update(const _nDeckFileNode& node, const chString& newPath, 
     if (m_list.find(node.path)) {
         if (newPath.IsEmpty() && !bRemove)
             return;
+        if (nDeckHasSuffix(node.path, NDECK_WAITING))
+            m_outlived.insert(node.path.GetText());
         if (newPath.IsEmpty())
             m_list.removeRecord(node.path);
         else
@@ -117,11 +119,12 @@ bool nDeckFileBook::TakeFetched(const chString& name, const chString& md5)
     fetched.path = name + NDECK_FETCHING;
     fetched.md5 = md5;
     const chString waiting = name + NDECK_WAITING;
-    if (m_list.removeRecord(waiting))
-        m_saver.StoreNow(); // or its record would speak of the content that comes now
+    if (m_list.removeRecord(waiting) || m_outlived.count(waiting.GetText()))
+        StoreNow(); // or its stored record would speak of the content that comes now
     if (!fileRename(nDeckPath(fetched.path), nDeckPath(waiting)))
         return false;
     m_bNewFiles = true;
+    m_unstored.insert(waiting.GetText());
     Update(fetched, waiting, 0);
     return true;
 }
@@ -129,11 +132,21 @@ bool nDeckFileBook::TakeFetched(const chString& name, const chString& md5)
 void nDeckFileBook::StoreBeforeUse()
 {
     if (m_saver.IsBehind())
-        m_saver.StoreNow();
+        StoreNow();
+}
+
+void nDeckFileBook::StoreNow()
+{
+    m_saver.StoreNow();
+    m_unstored.clear();
+    m_outlived.clear();
 }
 
 bool nDeckFileBook::PutIntoUse(const chString& path)
 {
+    // The same content may have come again since the list was stored without it.
+    if (m_unstored.count(path.GetText()))
+        StoreBeforeUse();
     const chString plain = nDeckWithoutSuffix(path, NDECK_WAITING);
     if (!fileRename(nDeckPath(path), nDeckPath(plain))) {
         Remove(path);
@@ -182,9 +195,10 @@ bool nDeckFileBook::Restore(const TakeCall& take)
 {
     nDeckNodeList stored;
     const bool isThere = HasStored();
-    if (m_saver.IsBehind())
+    if (m_saver.IsBehind()) {
+        StoreNow(); // what waits comes into use here
         stored = m_list.nodes();
-    else if (isThere)
+    } else if (isThere)
         nDeckListRead(stored);
     m_bStoredKnown = true;
     m_stored.clear();
@@ -236,8 +250,10 @@ bool nDeckFileBook::TakeStoredFile(_nDeckFileNode& record)
         return false;
     }
     const chString plain = nDeckWithoutSuffix(record.path, NDECK_WAITING);
-    if (plain != record.path)
+    if (plain != record.path) {
+        m_outlived.insert(record.path.GetText());
         fileRename(nDeckPath(record.path), nDeckPath(plain));
+    }
     record.path = plain;
     record.nRetries = fullBudget();
     return pathFileExist(nDeckPath(plain)) && m_list.append(record);

@@ -37,7 +37,7 @@ public:
     // The file that was fetched waits from now on. False when it has gone meanwhile.
     bool TakeFetched(const chString& name, const chString& md5);
     // The file that waits takes the old one's place in one step. Where it is missing the old one stays, and
-    // false is returned. StoreBeforeUse first.
+    // false is returned. StoreBeforeUse first; what came after it is stored by this.
     bool PutIntoUse(const chString& path);
     // A file must never hold another content than its stored record says: the list is stored before a file of
     // the name is replaced, or comes back.
@@ -59,11 +59,14 @@ private:
     bool IsTakenAlready(const chString& path) const;
     bool TakeStoredFile(_nDeckFileNode& record);
     void Save();
+    void StoreNow();
 
     nDeckFileList m_list;
     nDeckListSaver m_saver;
     std::function<void()> m_read;
     bool m_bNewFiles = false; // files were verified since the list was saved
+    nDeckNameSet m_unstored;  // what waits since the last StoreNow()
+    nDeckNameSet m_outlived;  // what "display.xml" may still call waiting, though the list does not
     bool m_bStoredKnown = false;
     nDeckNodeList m_stored; // what "display.xml" held, until the list itself speaks for it
 };
