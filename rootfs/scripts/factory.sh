@@ -23,7 +23,7 @@ cp -R "$pristine/." "$fresh"
 sync
 
 # exchange NAME: away with the old one, and the new one, if there is one, in its place. A phone that runs may make it
-# again in between.
+# again in between; where it always does, the new one is laid over that.
 moved=0
 exchange() {
     tries=50
@@ -32,7 +32,9 @@ exchange() {
         { [ ! -e "$live/$1" ] && [ ! -L "$live/$1" ]; } || mv "$live/$1" "$old/$moved"
     } && { [ ! -e "$fresh/$1" ] || mv -T "$fresh/$1" "$live/$1"; }; do
         tries=$((tries - 1))
-        [ "$tries" -gt 0 ]
+        [ "$tries" -gt 0 ] && continue
+        [ ! -d "$fresh/$1" ] || cp -R "$fresh/$1/." "$live/$1"
+        break
     done
 }
 for entry in "$live"/* "$live"/.[!.]* "$fresh"/* "$fresh"/.[!.]*; do
