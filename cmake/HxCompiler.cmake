@@ -18,7 +18,7 @@ find_program(HX_CCACHE ccache)
 if(HX_CCACHE)
     # Precompiled headers are told apart by content, and checkouts side by side share what they compile.
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 CCACHE_PCH_EXTSUM=1
-        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${HX_CCACHE})
+        CCACHE_SLOPPINESS=pch_defines,time_macros ${HX_CCACHE})
 endif()
 
 # Some libraries ask for it, and a precompiled header serves only those who agree.

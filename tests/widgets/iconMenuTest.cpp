@@ -2,6 +2,7 @@
 #include "support/host/iconview.h"
 #include "support/host/registry.h"
 #include "tests/kit/phoneTest.h"
+#include <QFile>
 
 namespace {
 
