@@ -85,7 +85,7 @@ TEST_F(SharedFolder, SaveTakesThePlaceOfALink)
 TEST_F(SharedFolder, FileThatWasALinkWhenItWasNotLookedAtIsNotFollowedEither)
 {
     // As a rival does it: the link comes after the path was resolved.
-    plantLink("/data/secret");
+    plantLink(onMachine("/data/secret").c_str());
     const std::string path = onMachine("/tmp/a");
     EXPECT_LT(fileOpenSafely(path.c_str(), O_RDONLY, 0), 0);
     EXPECT_LT(fileOpenSafely(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 0);
