@@ -66,7 +66,7 @@ TEST_F(Images, APictureBehindALinkInASharedFolderIsNone)
     writePicture("/rundata/a.png", {30, 20}, Qt::red);
     writePicture("/tmp/own.png", {30, 20}, Qt::red);
     ASSERT_EQ(chmod(hostPath("/tmp").toUtf8(), 01777), 0);
-    ASSERT_EQ(symlink(hostPath("/rundata/a.png").toUtf8(), hostPath("/tmp/link.png").toUtf8()), 0);
+    ASSERT_EQ(symlink("/rundata/a.png", hostPath("/tmp/link.png").toUtf8()), 0);
     EXPECT_FALSE(images.GetImage("/tmp/own.png").isNull());
     EXPECT_TRUE(images.GetImage("/tmp/link.png").isNull());
 }
