@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # Makes docs/contact-sheet.jpg: every page and state, in all five languages, from the built phone.
-# Needs ImageMagick. usage: tools/contact-sheet.sh [BUILD]
+# usage: tools/contact-sheet.sh
 set -eu
 cd "$(dirname "$(readlink -f "$0")")/.."
-build=${1:-build/release}
+. tools/packages.sh
+build=build/release
+build release hxPhone hxctl hxRootfs hxContactSheet
 work=$(mktemp -d)
 trap 'kill "$phone" 2>/dev/null || true; rm -rf "$work"' EXIT
 
@@ -38,5 +40,5 @@ for language in English Chinese German French Spanish; do
   ctl open "Call Histroy"; shot; back
   ctl open "Reboot"; shot; ctl key Escape; ctl wait idle 3000
 done
-montage "$work"/shots/*.png -tile 6x -geometry 266x160+3+3 -background '#dfe6ee' -quality 88 docs/contact-sheet.jpg
+"$build/bin/hxContactSheet" docs/contact-sheet.jpg "$work"/shots/*.png
 echo "docs/contact-sheet.jpg: $n pictures"
