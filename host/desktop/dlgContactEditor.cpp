@@ -39,6 +39,7 @@ struct dlgContactEditor::Private
     void showContact();
     void showChoices();
     tagContact edited() const;
+    bool isChanged() const;
     void showPicture(qLeftBar* bar) const;
 };
 
@@ -103,8 +104,9 @@ void dlgContactEditor::Private::showContact()
     fillPictures(contact.strPicture);
     ui.editName->setText(contact.strName);
     ui.editNumber->setText(contact.strNumber);
-    if (!qSelectComboBoxItem(ui.cmbLine, QByteArray::number(contact.nLine).constData()))
-        ui.cmbLine->setCurrentIndex(0);
+    // A line that the phone does not have stays the contact's until another one is chosen.
+    ui.cmbLine->setCurrentIndex(-1);
+    qSelectComboBoxItem(ui.cmbLine, QByteArray::number(contact.nLine).constData());
     ui.btnRemove->setVisible(contact.nIndex >= 0);
 }
 
@@ -122,7 +124,8 @@ tagContact dlgContactEditor::Private::edited() const
     tagContact result = contact;
     result.strName = qReturnLineEdit(ui.editName).trimmed();
     result.strNumber = qReturnLineEdit(ui.editNumber).trimmed();
-    result.nLine = toQString(qGetExternValue(ui.cmbLine, ui.cmbLine->currentIndex())).toInt();
+    if (ui.cmbLine->currentIndex() >= 0)
+        result.nLine = toQString(qGetExternValue(ui.cmbLine, ui.cmbLine->currentIndex())).toInt();
     result.strPicture = toQString(qGetExternValue(ui.cmbPicture, ui.cmbPicture->currentIndex()));
     return result;
 }
@@ -133,9 +136,22 @@ void dlgContactEditor::Private::showPicture(qLeftBar* bar) const
     bar->setIcon(picture.isEmpty() ? QString(kDefaultPicture) : picture);
 }
 
+bool dlgContactEditor::Private::isChanged() const
+{
+    const tagContact now = edited();
+    return !(now == contact && now.strPicture == contact.strPicture);
+}
+
+// Whoever asks for it again over an editor that is open, wants to go on with what was typed, or says so.
 void dlgContactEditor::EditContact(int index)
 {
-    m_p->contact = contactsRead().value(index);
+    const tagContact asked = contactsRead().value(index);
+    if (isVisible() && m_p->isChanged()) {
+        if (asked == m_p->contact ||
+            !xMessageBox(Translate("Note"), Translate("Discard the changes?"), BOX_QUESTION, this, -1))
+            return;
+    }
+    m_p->contact = asked;
     m_p->showContact();
     m_p->showPicture(m_pLeftBar);
     m_p->ui.editName->setFocus(Qt::OtherFocusReason);

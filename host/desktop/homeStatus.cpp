@@ -15,7 +15,7 @@ constexpr int kIconSize = 20;
 constexpr int kLinesLeft = 14;
 constexpr int kLinesRight = 640;
 constexpr int kLineGap = 18;
-constexpr int kLongestLine = 130;
+constexpr int kLineText = 24; // from where a line begins
 constexpr int kLampX = 688;
 constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kLineOff = 0xb3ffffff;
@@ -91,6 +91,28 @@ QString homeStatus::lineText(int index) const
     return m_state.lines[index];
 }
 
+// What the short names leave is shared by the long ones.
+int homeStatus::widthOfLongLines(const QFontMetrics& metrics) const
+{
+    QList<int> widths;
+    for (const QString& line : m_state.lines)
+        widths.append(metrics.horizontalAdvance(line));
+    std::sort(widths.begin(), widths.end());
+    int room = kLinesRight - kLinesLeft - PHONE_ACCOUNT_COUNT * (kLineText + kLineGap) + kLineGap;
+    int share = room;
+    for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index) {
+        share = room / (PHONE_ACCOUNT_COUNT - index);
+        room -= qMin(widths[index], share);
+    }
+    return share;
+}
+
+QString homeStatus::shownLine(int index) const
+{
+    const QFontMetrics metrics(look::font(look::kSmallSize));
+    return metrics.elidedText(m_state.lines[index], Qt::ElideRight, widthOfLongLines(metrics) + 1);
+}
+
 bool homeStatus::isLineOn(int index) const
 {
     return m_state.on[index];
@@ -102,7 +124,7 @@ void homeStatus::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), QColor::fromRgba(kStrip));
     painter.setFont(look::font(look::kSmallSize));
     int x = kLinesLeft;
-    for (int index = 0; index < PHONE_ACCOUNT_COUNT && x < kLinesRight; ++index)
+    for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index)
         x = paintLine(painter, x, index);
     paintRight(painter);
 }
@@ -114,10 +136,10 @@ int homeStatus::paintLine(QPainter& painter, int x, int index)
     painter.drawPixmap(x - 1, (height() - kIconSize) / 2,
                        icon(on ? HX_THEME("icon/status_line_on.png") : HX_THEME("icon/status_line_off.png")));
     painter.setPen(QColor::fromRgba(on ? look::kTextOnBar : kLineOff));
-    const QString text = painter.fontMetrics().elidedText(m_state.lines[index], Qt::ElideRight, kLongestLine);
-    const int textWidth = painter.fontMetrics().horizontalAdvance(text);
-    painter.drawText(QRect(x + 24, 0, textWidth + 2, height()), Qt::AlignVCenter | Qt::AlignLeft, text);
-    return x + 24 + textWidth + kLineGap;
+    const QString text = shownLine(index);
+    const int width = painter.fontMetrics().horizontalAdvance(text);
+    painter.drawText(QRect(x + kLineText, 0, width + 2, height()), Qt::AlignVCenter | Qt::AlignLeft, text);
+    return x + kLineText + width + kLineGap;
 }
 
 void homeStatus::paintRight(QPainter& painter)

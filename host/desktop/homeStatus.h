@@ -16,6 +16,8 @@ public:
     // What line index shows, for those who cannot see it.
     QString lineText(int index) const;
     bool isLineOn(int index) const;
+    // The same as far as the strip has room for it.
+    QString shownLine(int index) const;
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -23,6 +25,7 @@ protected:
 private:
     int paintLine(QPainter& painter, int x, int index);
     void paintRight(QPainter& painter);
+    int widthOfLongLines(const QFontMetrics& metrics) const;
     struct State
     {
         QString lines[PHONE_ACCOUNT_COUNT];

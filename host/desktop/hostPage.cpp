@@ -17,6 +17,26 @@ QByteArray formText(const QWidget* widget)
     return widget->property("text").toString().toUtf8();
 }
 
+// The toolkit steps within an open list; at its end the step goes round, as on every page.
+class roundList : public QObject
+{
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        QAbstractItemView* list = static_cast<QAbstractItemView*>(watched);
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        const int last = list->model()->rowCount() - 1;
+        const int row = list->currentIndex().row();
+        if (!(key == Qt::Key_Up && row == 0) && !(key == Qt::Key_Down && row == last))
+            return false;
+        list->setCurrentIndex(list->currentIndex().siblingAtRow(row == 0 ? last : 0));
+        return true;
+    }
+};
+
 void stepChoice(QComboBox* box, int step)
 {
     const int count = box->count();
@@ -54,6 +74,8 @@ void hostPage::build(QDialog* page, QFrame* background, const char* title)
         if (hasText && !formText(widget).isEmpty())
             m_formTexts.append({widget, formText(widget)});
     }
+    for (QComboBox* box : background->findChildren<QComboBox*>())
+        box->view()->installEventFilter(new roundList(box));
     showTexts();
     qFollowLanguage(page, [this] { showTexts(); });
 }
@@ -100,6 +122,8 @@ void hostPage::showTexts()
 
 bool hostPage::pressFormKey(QWidget* receiver, const QKeyEvent* key)
 {
+    if (receiver->window()->windowType() == Qt::Popup)
+        return false; // an open list has its own
     QComboBox* box = qobject_cast<QComboBox*>(receiver);
     if (qIsOkKey(key->key())) {
         if (box)

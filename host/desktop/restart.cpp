@@ -10,6 +10,7 @@
 #include "support/host/net.h"
 #include "support/host/trace.h"
 #include <QCoreApplication>
+#include <QTimer>
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
@@ -22,16 +23,27 @@ const char* const kRunFolder = "/rundata/run";
 const char* const kMark = "/rundata/run/restart"; // left by the script
 const char* const kScript = "/phone/scripts/factory.sh";
 
-// The old settings' signage must not write its files any more.
+void restart()
+{
+    static bool done = false;
+    if (done)
+        return;
+    done = true;
+    if (isThisDevice())
+        sysreboot(1);
+    QCoreApplication::exit(HOST_START_ANEW);
+}
+
+// The old settings' signage must not write its files any more. The clock runs beside the box: another one
+// that lies upon it would keep it waiting.
 void tellAndRestart()
 {
     if (hostModule().unLaunchDisplay)
         hostModule().unLaunchDisplay();
+    QTimer::singleShot(kNoteMs, Qt::PreciseTimer, QCoreApplication::instance(), restart);
     xMessageBox(Translate("Note"), Translate("The phone restarts with its factory settings."), BOX_NOTE,
                 nullptr, kNoteMs);
-    if (isThisDevice())
-        sysreboot(1);
-    QCoreApplication::exit(HOST_START_ANEW);
+    restart();
 }
 
 void lookForMark()

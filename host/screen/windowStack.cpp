@@ -67,6 +67,27 @@ bool hasOrder()
     return QGuiApplication::platformName() != QLatin1String("offscreen");
 }
 
+// windows: topmost first.
+QImage compose(const QList<QWidget*>& windows)
+{
+    qsizetype lowest = 0;
+    while (lowest < windows.size() - 1 && !coversScreen(windows[lowest]))
+        ++lowest;
+    QImage image(look::kScreenWidth, look::kScreenHeight, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    for (qsizetype i = qMin(lowest, windows.size() - 1); i >= 0; --i) {
+        QWidget* window = windows[i];
+        const QPoint position = window->geometry().topLeft();
+        painter.save();
+        if (!window->mask().isEmpty())
+            painter.setClipRegion(window->mask().translated(position));
+        painter.drawPixmap(position, window->grab());
+        painter.restore();
+    }
+    return image;
+}
+
 void cancel(QWidget* box)
 {
     if (QDialog* dialog = qobject_cast<QDialog*>(box))
@@ -255,23 +276,14 @@ void windowStack::activateTop()
 
 QImage screenGrab()
 {
-    const QList<QWidget*> windows = windowStack::instance().windows();
-    qsizetype lowest = 0;
-    while (lowest < windows.size() - 1 && !coversScreen(windows[lowest]))
-        ++lowest;
-    QImage image(look::kScreenWidth, look::kScreenHeight, QImage::Format_RGB32);
-    image.fill(Qt::black);
-    QPainter painter(&image);
-    for (qsizetype i = qMin(lowest, windows.size() - 1); i >= 0; --i) {
-        QWidget* window = windows[i];
-        const QPoint position = window->geometry().topLeft();
-        painter.save();
-        if (!window->mask().isEmpty())
-            painter.setClipRegion(window->mask().translated(position));
-        painter.drawPixmap(position, window->grab());
-        painter.restore();
-    }
-    return image;
+    return compose(windowStack::instance().windows());
+}
+
+QImage screenGrabWithout(const QMetaObject& kind)
+{
+    QList<QWidget*> windows = windowStack::instance().windows();
+    windows.removeIf([&kind](const QWidget* window) { return window->metaObject()->inherits(&kind); });
+    return compose(windows);
 }
 
 QList<QWidget*> QWSServer::clientWindows()

@@ -52,7 +52,7 @@ int textHeight(const QString& text)
 } // namespace
 
 dlgMessageBox::dlgMessageBox(const QString& title, const QString& text, int type, QWidget* parent)
-    : QDialog(parent, Qt::FramelessWindowHint)
+    : QDialog(parent, Qt::FramelessWindowHint), m_nType(type)
 {
     setObjectName(QStringLiteral("dlgMessageBox"));
     setGeometry(kScreen);
@@ -73,7 +73,7 @@ dlgMessageBox::dlgMessageBox(const QString& title, const QString& text, int type
     words->setGeometry(m_box.left() + kTextLeft, m_box.top() + kStrip + kTextTop,
                        kWidth - kTextLeft - kMargin, roomForText);
     addButtons(type);
-    m_background = drawBackground(type);
+    m_background = drawBackground();
 }
 
 QPushButton* dlgMessageBox::addButton(const char* name, const char* key, const QRect& rect)
@@ -103,9 +103,10 @@ void dlgMessageBox::addButtons(int type)
     m_buttons.first()->setDefault(true);
 }
 
-QPixmap dlgMessageBox::drawBackground(int type) const
+// A box below is left out: dimmed once more with each that comes, the screen would go black.
+QPixmap dlgMessageBox::drawBackground() const
 {
-    QImage screen = screenGrab();
+    QImage screen = screenGrabWithout(staticMetaObject);
     QPainter painter(&screen);
     painter.fillRect(kScreen, look::colour(look::kDim));
     look::paintShadow(painter, m_box.translated(0, kShadowDown), kShadow, kShadowOpacity);
@@ -120,7 +121,7 @@ QPixmap dlgMessageBox::drawBackground(int type) const
     painter.fillPath(round, strip);
     painter.setClipping(false);
     const char* picture =
-        type == BOX_QUESTION ? HX_THEME("msgbox/mb_question.png") : HX_THEME("msgbox/mb_info.png");
+        m_nType == BOX_QUESTION ? HX_THEME("msgbox/mb_question.png") : HX_THEME("msgbox/mb_info.png");
     const int textBottom = m_box.bottom() + 1 - kBottom - kButtonHeight - kTextGap;
     const int middle = (m_box.top() + kStrip + kTextTop + textBottom) / 2;
     painter.drawPixmap(m_box.left() + kIconLeft, middle - kIconSize / 2,
@@ -139,6 +140,21 @@ void dlgMessageBox::showEvent(QShowEvent* event)
     QDialog::showEvent(event);
     activateWindow();
     m_buttons.first()->setFocus(Qt::OtherFocusReason);
+}
+
+// What it was asked stays in its language; what lies below does not. That has its new texts once the event
+// loop is reached.
+void dlgMessageBox::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        QMetaObject::invokeMethod(this, &dlgMessageBox::renewBackground, Qt::QueuedConnection);
+}
+
+void dlgMessageBox::renewBackground()
+{
+    m_background = drawBackground();
+    update();
 }
 
 // The key under which every page has "Back" cancels too.

@@ -19,14 +19,17 @@ protected:
     void paintEvent(QPaintEvent*) override;
     void keyPressEvent(QKeyEvent*) override;
     void showEvent(QShowEvent*) override;
+    void changeEvent(QEvent*) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QPushButton* addButton(const char* name, const char* key, const QRect& rect);
     void addButtons(int type);
     void stepFocus(int step);
-    QPixmap drawBackground(int type) const;
+    QPixmap drawBackground() const;
+    void renewBackground();
 
+    int m_nType;
     QRect m_box;
     QPixmap m_background; // the whole screen with the empty box
     QList<QPushButton*> m_buttons;

@@ -1024,5 +1024,9 @@
         <source>Line 4</source>
         <translation>Leitung 4</translation>
     </message>
+    <message>
+        <source>Discard the changes?</source>
+        <translation>Änderungen verwerfen?</translation>
+    </message>
 </context>
 </TS>

@@ -1024,5 +1024,9 @@
         <source>Line 4</source>
         <translation>Línea 4</translation>
     </message>
+    <message>
+        <source>Discard the changes?</source>
+        <translation>¿Descartar los cambios?</translation>
+    </message>
 </context>
 </TS>

@@ -1024,5 +1024,9 @@
         <source>Line 4</source>
         <translation>Ligne 4</translation>
     </message>
+    <message>
+        <source>Discard the changes?</source>
+        <translation>Abandonner les modifications ?</translation>
+    </message>
 </context>
 </TS>

@@ -1024,5 +1024,9 @@
         <source>Line 4</source>
         <translation>线路 4</translation>
     </message>
+    <message>
+        <source>Discard the changes?</source>
+        <translation>放弃更改？</translation>
+    </message>
 </context>
 </TS>

@@ -35,7 +35,8 @@ class HX_HOST_API dlgContactEditor : public QDialog, public LeftBarOperation
 public:
     dlgContactEditor(QWidget* parent, tagLeftBarInfo* info);
     ~dlgContactEditor() override;
-    // index: of the contact in the phone book; -1 makes a new one.
+    // index: of the contact in the phone book; -1 makes a new one. An editor that is open with changes keeps
+    // them when the same contact is asked for, and asks the user before it shows another.
     void EditContact(int index);
     // The pictures that a contact may have were changed.
     void reloadContactImage();

@@ -285,6 +285,68 @@ TEST_F(ContactEditor, LeftAndRightGoRoundThroughTheLines)
     EXPECT_EQ(line()->currentText(), "Line 1");
 }
 
+TEST_F(ContactEditor, UpAndDownGoRoundInAnOpenList)
+{
+    open(-1);
+    line()->setFocus();
+    kit::key(Qt::Key_Return);
+    kit::key(Qt::Key_Up);
+    EXPECT_EQ(line()->view()->currentIndex().row(), 4);
+    kit::key(Qt::Key_Down);
+    EXPECT_EQ(line()->view()->currentIndex().row(), 0);
+    kit::key(Qt::Key_Down);
+    EXPECT_EQ(line()->view()->currentIndex().row(), 1);
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(line()->currentText(), "Line 1");
+}
+
+TEST_F(ContactEditor, ALineThatThePhoneDoesNotHaveStaysTheContacts)
+{
+    writeFile(kFile,
+              "<contactData><group><contact name=\"Anna\" number=\"1\" line=\"9\"/></group></contactData>");
+    open(0);
+    EXPECT_EQ(line()->currentText(), "");
+    name()->setText("Anne");
+    save();
+    EXPECT_NE(saved().find("name=\"Anne\" number=\"1\" line=\"9\""), std::string::npos) << saved();
+    open(0);
+    line()->setFocus();
+    kit::key(Qt::Key_Right);
+    save();
+    EXPECT_NE(saved().find("name=\"Anne\" number=\"1\" line=\"-1\""), std::string::npos) << saved();
+}
+
+TEST_F(ContactEditor, AskedForTheSameContactItKeepsWhatWasTyped)
+{
+    open(1);
+    number()->setText("8009");
+    page.EditContact(1);
+    EXPECT_EQ(number()->text(), "8009");
+    page.hide();
+    page.EditContact(1);
+    EXPECT_EQ(number()->text(), "8001") << "what was given up";
+    open(-1);
+    name()->setText("Zoe");
+    page.EditContact(-1);
+    EXPECT_EQ(name()->text(), "Zoe");
+}
+
+TEST_F(ContactEditor, AsksBeforeAnotherContactTakesThePlaceOfChanges)
+{
+    open(1);
+    picture()->setCurrentIndex(1);
+    kit::BoxAnswers boxes({"no", "yes"});
+    page.EditContact(0);
+    EXPECT_EQ(boxes.texts(), QStringList("Discard the changes?"));
+    EXPECT_EQ(name()->text(), "Front desk");
+    EXPECT_EQ(picture()->currentIndex(), 1);
+    page.EditContact(0);
+    EXPECT_EQ(name()->text(), "Anna");
+    page.EditContact(1);
+    EXPECT_EQ(name()->text(), "Front desk");
+    EXPECT_EQ(boxes.texts().size(), 2) << "nothing was changed";
+}
+
 TEST_F(ContactEditor, OkOpensTheListOfLines)
 {
     open(-1);

@@ -1,6 +1,7 @@
 #include "host/desktop/homeButton.h"
 #include "host/desktop/homeClock.h"
 #include "host/desktop/homeStatus.h"
+#include "host/look/look.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "host/services/system/netWorld.h"
@@ -154,6 +155,42 @@ TEST_F(HomeScreen, LinesAreShownLive)
     phoneSimulation::instance()->setLine(1, line);
     kit::settle();
     EXPECT_EQ(status()->lineText(1), "Line 2");
+}
+
+TEST_F(HomeScreen, ALineHasTheRoomThatTheOthersLeave)
+{
+    const auto name = [](int index, const char* user) {
+        tagLineSetting line;
+        line.state = LINE_REGISTERED;
+        line.user = user;
+        phoneSimulation::instance()->setLine(index, line);
+        kit::settle();
+    };
+    const auto width = [this](int index) {
+        return QFontMetrics(look::font(look::kSmallSize)).horizontalAdvance(status()->shownLine(index));
+    };
+    name(0, "reception.ground.floor@pbx.example.org");
+    for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index)
+        EXPECT_EQ(status()->shownLine(index), status()->lineText(index));
+    name(1, "a name that is longer than all that a strip of a phone has room for and then some");
+    name(2, "another name that is longer than all that a strip of a phone has room for");
+    EXPECT_EQ(status()->shownLine(3), "1004") << "a short one gives nothing away";
+    EXPECT_NE(status()->shownLine(1), status()->lineText(1));
+    EXPECT_NEAR(width(1), width(2), 15) << "a letter or two";
+    EXPECT_NEAR(width(0) + width(1) + width(2) + width(3), 626 - 4 * 24 - 3 * 18, 40);
+    kit::shot("homeLongLines");
+}
+
+TEST_F(HomeScreen, NamesOfLinesAreWholeInEveryLanguage)
+{
+    for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index)
+        phoneSimulation::instance()->setLine(index, tagLineSetting());
+    for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {
+        setLanguage(language);
+        kit::settle();
+        for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index)
+            EXPECT_EQ(status()->shownLine(index), status()->lineText(index)) << language;
+    }
 }
 
 TEST_F(HomeScreen, TheClockMovesWithTheMinute)

@@ -74,6 +74,18 @@ TEST_F(Factory, TellsTheUserAndStartsAnewThroughTheBootScreen)
     EXPECT_TRUE(logOf("command").isEmpty()) << "the old process";
 }
 
+// A box that nobody answers lies upon the note.
+TEST_F(Factory, IsNotHeldUpByWhatIsAskedOverItsNote)
+{
+    reset();
+    waitPage("dlgMessageBox");
+    EXPECT_EQ(widget("labText")["text"], "The phone restarts with its factory settings.");
+    ctl({"open", "Factory"});
+    EXPECT_EQ(widget("labText")["text"], "Reset to factory?");
+    waitForRestart();
+    EXPECT_EQ(topWindow()["class"], "frmDesktop");
+}
+
 TEST_F(Factory, LeavesThePlayersReachableAndTheRootTaken)
 {
     ASSERT_TRUE(arePlayersReachable());

@@ -254,6 +254,46 @@ TEST_F(Box, IsDrawnInTheMiddleOverTheDimmedPage)
         -1, "Network configuration has changed, reboot system?");
 }
 
+TEST_F(Box, ABoxUponABoxDimsThePageOnce)
+{
+    QRgb once = 0;
+    ask(BOX_QUESTION, [&] {
+        once = kit::screen().pixel(10, 470);
+        kit::tap(button("btnNo"));
+    });
+    ask(
+        BOX_QUESTION,
+        [&] {
+            QWidget* const lower = box;
+            ask(BOX_NOTE, [&] {
+                const QImage screen = kit::screen();
+                EXPECT_EQ(screen.pixel(10, 470), once);
+                EXPECT_EQ(screen.pixel(10, 240), once) << "nothing is left of the box below";
+                kit::tap(button("btnOK"));
+            });
+            EXPECT_EQ(QApplication::activeModalWidget(), lower);
+            EXPECT_EQ(kit::screen().pixel(10, 470), once);
+            kit::tap(lower->findChild<QPushButton*>("btnNo"));
+        },
+        -1, QByteArray(200, 'W').constData());
+}
+
+TEST_F(Box, ThePageBehindItHasItsNewLanguageAtOnce)
+{
+    QLabel* label = page.add<QLabel>(QRect(456, 20, 314, 36));
+    label->setText("old");
+    label->show();
+    ask(BOX_QUESTION, [&] {
+        const QImage before = kit::screen().copy(456, 20, 314, 36);
+        QEvent change(QEvent::LanguageChange);
+        QApplication::sendEvent(box, &change);
+        label->setText("new text");
+        kit::settle();
+        EXPECT_NE(kit::screen().copy(456, 20, 314, 36), before);
+        kit::tap(button("btnNo"));
+    });
+}
+
 TEST_F(Box, GrowsWithLongTextAndCutsNothing)
 {
     const QByteArray sentence = "The phone could not store the file because there is no room left. ";
