@@ -75,9 +75,11 @@ function(hx_module name)
 endfunction()
 
 # A test program for one folder of tests/; each of its tests runs in a process of its own, so that
-# the process-wide caches of the phone start empty.
+# the process-wide caches of the phone start empty. WAITS: these wait for other processes most of their time.
+# They count as half a processor in "ctest -j", which ./test gives twice the number of processors, and they
+# begin first.
 function(hx_test name)
-    cmake_parse_arguments(TEST "NO_KIT" "DIR;TIMEOUT" "LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(TEST "NO_KIT;WAITS" "DIR;TIMEOUT" "LINK;LABELS" ${ARGN})
     if(NOT TEST_TIMEOUT)
         set(TEST_TIMEOUT 300)
     endif()
@@ -99,8 +101,12 @@ function(hx_test name)
     else()
         hx_precompiled(${name} hxTestHeaders)
     endif()
+    set(share PROCESSORS 2)
+    if(TEST_WAITS)
+        set(share PROCESSORS 1 COST 10)
+    endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-                         PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}")
+                         PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}" ${share})
 endfunction()
 
 # places.h tells tests and benchmarks where source and build are. A header and no definition, so that a
