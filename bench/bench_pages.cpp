@@ -16,6 +16,7 @@
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 #include <vector>
 
 namespace {
@@ -42,9 +43,24 @@ private:
     QByteArray m_class;
 };
 
-double msToPainted(const char* page, const char* className)
+// What a person waits, and what of it is the page's own: a machine that others use takes turns off.
+struct Opening
+{
+    double waited; // ms
+    double worked; // ms of the thread's processor time
+};
+
+double processorMs()
+{
+    timespec now;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
+
+Opening openToPainted(const char* page, const char* className)
 {
     PaintWatch watch(className);
+    const double before = processorMs();
     QElapsedTimer timer;
     timer.start();
     settingOpenPage(chString(page), nullptr);
@@ -52,7 +68,16 @@ double msToPainted(const char* page, const char* className)
         QCoreApplication::processEvents();
     // The rest of the page's children paint within the same pass.
     QCoreApplication::processEvents();
-    return double(timer.nsecsElapsed()) / 1e6;
+    return {double(timer.nsecsElapsed()) / 1e6, processorMs() - before};
+}
+
+double percentile99(const std::vector<Opening>& opens, double Opening::*figure)
+{
+    std::vector<double> sorted;
+    for (const Opening& open : opens)
+        sorted.push_back(open.*figure);
+    std::sort(sorted.begin(), sorted.end());
+    return sorted[size_t(std::floor(double(sorted.size()) * 0.99)) - 1];
 }
 
 void closeTop(const char* className)
@@ -66,16 +91,19 @@ void closeTop(const char* className)
 
 void benchPage(RatioTable& table, const char* page, const char* className)
 {
-    table.add(QString("%1: first open to painted").arg(page), msToPainted(page, className), 20, "ms");
+    const Opening first = openToPainted(page, className);
+    table.add(QString("%1: first open to painted").arg(page), first.waited, 20, "ms");
+    table.add(QString("%1: processor time of it").arg(page), first.worked, 20, "ms");
     closeTop(className);
-    std::vector<double> opens;
+    std::vector<Opening> opens;
     for (int i = 0; i < kCachedOpens; ++i) {
-        opens.push_back(msToPainted(page, className));
+        opens.push_back(openToPainted(page, className));
         closeTop(className);
     }
-    std::sort(opens.begin(), opens.end());
     table.add(QString("%1: cached open to painted, 99th percentile of %2").arg(page).arg(kCachedOpens),
-              opens[size_t(std::floor(kCachedOpens * 0.99)) - 1], 8, "ms");
+              percentile99(opens, &Opening::waited), 8, "ms");
+    table.add(QString("%1: processor time of it, 99th percentile").arg(page),
+              percentile99(opens, &Opening::worked), 8, "ms");
 }
 
 } // namespace
