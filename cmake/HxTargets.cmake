@@ -101,12 +101,15 @@ function(hx_test name)
     else()
         hx_precompiled(${name} hxTestHeaders)
     endif()
-    set(share PROCESSORS 2)
+    set(properties TIMEOUT ${TEST_TIMEOUT} PROCESSORS 2)
     if(TEST_WAITS)
-        set(share PROCESSORS 1 COST 10)
+        set(properties TIMEOUT ${TEST_TIMEOUT} PROCESSORS 1 COST 10)
+    endif()
+    if(TEST_LABELS)
+        list(APPEND properties LABELS ${TEST_LABELS})
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-                         PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}" ${share})
+                         PROPERTIES ${properties})
 endfunction()
 
 # places.h tells tests and benchmarks where source and build are. A header and no definition, so that a
