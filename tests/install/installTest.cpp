@@ -155,8 +155,8 @@ TEST_F(Install, EveryPictureAndFontIsInstalledWithItsNotice)
     EXPECT_TRUE(icons.startsWith("MIT License"));
     EXPECT_EQ(readFile(resource + "notices/tabler-icons.txt"), icons);
     EXPECT_EQ(readFile(below("share/hxPhone/notices/signage/tabler-icons.txt")), icons);
-    EXPECT_TRUE(readFile(below("share/hxPhone/notices/signage/cpp-httplib.txt"))
-                    .contains("Permission is hereby granted"));
+    EXPECT_TRUE(readFile(below("share/hxPhone/notices/signage/boost.txt"))
+                    .contains("Boost Software License - Version 1.0"));
 }
 
 TEST_F(Install, ATinyHostIsBuiltAgainstThePackageAndShowsAPage)

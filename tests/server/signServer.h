@@ -25,9 +25,12 @@ struct Answer
 class Wire
 {
 public:
-    explicit Wire(int port);
+    enum Connects { MustConnect, MayFail };
+    explicit Wire(int port, Connects connects = MustConnect);
     ~Wire();
     void send(const QByteArray& bytes) const;
+    // The other side may be gone already.
+    void trySend(const QByteArray& bytes) const;
     // Everything until the server closes, or until the deadline.
     Answer readAll(int deadlineMs = 10000) const;
     // What has come as soon as it is so many bytes.

@@ -2,30 +2,76 @@
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QXmlStreamReader>
+#include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <boost/beast/http/write.hpp>
+#include <chrono>
+#include <limits>
 
-SimulatedPhone::SimulatedPhone(const std::string& address, const QByteArray& key, const QByteArray& password,
-                               int number)
-    : m_client(address), m_key(key), m_password(password),
+namespace http = boost::beast::http;
+using boost::system::error_code;
+
+static constexpr std::chrono::seconds kPatience(30);
+
+SimulatedPhone::SimulatedPhone(const boost::asio::ip::tcp::endpoint& server, const QByteArray& key,
+                               const QByteArray& password, int number)
+    : m_server(server), m_stream(m_context), m_key(key), m_password(password),
       m_hardwareKey(QByteArray::number(0x020000000000LL + number, 16).rightJustified(12, '0'))
 {
-    m_client.set_keep_alive(true);
-    m_client.set_tcp_nodelay(true);
-    m_client.set_read_timeout(30);
+}
+
+bool SimulatedPhone::Do(const std::function<void(const Ended&)>& start)
+{
+    bool good = false;
+    m_stream.expires_after(kPatience);
+    start([&good](error_code error, size_t) { good = !error; });
+    m_context.restart();
+    m_context.run();
+    return good;
+}
+
+QByteArray SimulatedPhone::Ask(const QByteArray& target)
+{
+    if (!m_bConnected) {
+        m_stream.close();
+        m_come.clear();
+        m_bConnected = Do([this](const Ended& ended) {
+            m_stream.async_connect(m_server, [ended](error_code error) { ended(error, 0); });
+        });
+        error_code ignored;
+        m_stream.socket().set_option(boost::asio::ip::tcp::no_delay(true), ignored);
+    }
+    http::request<http::empty_body> request(http::verb::get, target.toStdString(), 11);
+    request.set(http::field::host, m_server.address().to_string());
+    http::response_parser<http::string_body> answer;
+    answer.body_limit(std::numeric_limits<std::uint64_t>::max());
+    const bool good = m_bConnected &&
+                      Do([&](const Ended& ended) { http::async_write(m_stream, request, ended); }) &&
+                      Do([&](const Ended& ended) { http::async_read(m_stream, m_come, answer, ended); });
+    m_bConnected = good && answer.keep_alive();
+    return good && answer.get().result_int() == 200 ? QByteArray::fromStdString(answer.get().body())
+                                                    : QByteArray();
 }
 
 QByteArray SimulatedPhone::Fetch(const QByteArray& target, std::vector<qint64>* times)
 {
     QElapsedTimer time;
     time.start();
-    const httplib::Result answer = m_client.Get(target.toStdString());
-    if (!answer || answer->status != 200) {
+    const bool kept = m_bConnected;
+    QByteArray body = Ask(target);
+    // A connection that was kept may have been closed while nothing was asked.
+    if (body.isNull() && kept && !m_bConnected)
+        body = Ask(target);
+    if (body.isNull()) {
         ++m_count.failures;
         return QByteArray();
     }
     if (times)
         times->push_back(time.nsecsElapsed() / 1000);
-    m_count.bytes += qint64(answer->body.size());
-    return QByteArray::fromStdString(answer->body);
+    m_count.bytes += body.size();
+    return body;
 }
 
 void SimulatedPhone::Register()

@@ -4,7 +4,9 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QUrl>
 #include <algorithm>
+#include <boost/asio/ip/tcp.hpp>
 #include <cstdio>
 #include <memory>
 #include <thread>
@@ -74,6 +76,14 @@ void PrintTotal(const std::vector<std::unique_ptr<SimulatedPhone>>& phones, doub
     PrintTimes("files", total.fileTimes);
 }
 
+// Throws what cannot be understood or found.
+boost::asio::ip::tcp::endpoint EndpointOf(const QUrl& address)
+{
+    boost::asio::io_context context;
+    boost::asio::ip::tcp::resolver resolver(context);
+    return *resolver.resolve(address.host().toStdString(), std::to_string(address.port(80))).begin();
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -98,10 +108,10 @@ int main(int argc, char** argv)
     }
 
     const Course course = {options.value("seconds").toInt(), std::max(options.value("interval").toInt(), 1)};
+    const auto server = EndpointOf(QUrl(options.positionalArguments().first()));
     std::vector<std::unique_ptr<SimulatedPhone>> phones;
     for (int i = 0; i < options.value("phones").toInt(); ++i)
-        phones.push_back(std::make_unique<SimulatedPhone>(options.positionalArguments().first().toStdString(),
-                                                          options.value("key").toUtf8(),
+        phones.push_back(std::make_unique<SimulatedPhone>(server, options.value("key").toUtf8(),
                                                           options.value("password").toUtf8(), i));
     QElapsedTimer time;
     time.start();

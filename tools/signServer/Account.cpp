@@ -1,25 +1,18 @@
 #include "tools/signServer/Account.h"
+#include "tools/signServer/KeyRows.h"
+#include "tools/signServer/RequestText.h"
 #include <QCryptographicHash>
-#include <QSaveFile>
 #include <algorithm>
 
 namespace {
 
 const char* const kSettings = "server.ini";
-const char* const kRegistered = "registered.ini";
-
-QByteArray ValueOf(const QList<QPair<QByteArray, QByteArray>>& rows, const QByteArray& key)
-{
-    for (const auto& row : rows) {
-        if (row.first == key)
-            return row.second;
-    }
-    return QByteArray();
-}
+constexpr qsizetype kLongestName = 255; // bytes; what registers is kept for good
+constexpr qsizetype kLongestKey = 64;
 
 bool IsDisplayName(const QByteArray& name)
 {
-    return !name.isEmpty() && name == name.trimmed() &&
+    return !name.isEmpty() && name.size() <= kLongestName && name == name.trimmed() &&
            std::none_of(name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r' || c == '\0'; });
 }
 
@@ -27,10 +20,20 @@ bool IsDisplayName(const QByteArray& name)
 bool IsHardwareKey(const QByteArray& key)
 {
     const QByteArray marks = ":-._";
-    return !key.isEmpty() && std::all_of(key.begin(), key.end(), [&](char c) {
+    return !key.isEmpty() && key.size() <= kLongestKey && std::all_of(key.begin(), key.end(), [&](char c) {
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
                marks.contains(c);
     });
+}
+
+bool IsAdmitted(const QByteArray& settings, const QByteArray& name, const QByteArray& hardwareKey)
+{
+    for (const auto& [admitted, key] : KeyRows(settings, "displays")) {
+        const bool names = admitted == "*" || admitted == name;
+        if (names && (key == "*" || key.compare(hardwareKey, Qt::CaseInsensitive) == 0))
+            return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -45,40 +48,13 @@ bool IsSameSecret(const QByteArray& given, const QByteArray& right)
     return difference == 0;
 }
 
-Account::Rows Account::Section(const QByteArray& text, const QByteArray& section)
-{
-    Rows rows;
-    QByteArray current;
-    for (const QByteArray& raw : text.split('\n')) {
-        const QByteArray line = raw.trimmed();
-        if (line.isEmpty() || line[0] == ';' || line[0] == '#')
-            continue;
-        const qsizetype equals = line.indexOf('=');
-        if (line.startsWith('[') && line.endsWith(']'))
-            current = line.mid(1, line.size() - 2).trimmed();
-        else if (current == section && equals > 0)
-            rows.append({line.left(equals).trimmed(), line.mid(equals + 1).trimmed()});
-    }
-    return rows;
-}
-
-bool Account::IsAdmitted(const QByteArray& settings, const QByteArray& name, const QByteArray& hardwareKey)
-{
-    for (const auto& [admitted, key] : Section(settings, "displays")) {
-        const bool names = admitted == "*" || admitted == name;
-        if (names && (key == "*" || key.compare(hardwareKey, Qt::CaseInsensitive) == 0))
-            return true;
-    }
-    return false;
-}
-
-QByteArray Account::Register(const QByteArray& key, const QByteArray& password, const QByteArray& name,
-                             const QByteArray& hardwareKey)
+QByteArray Account::Refuses(const QByteArray& key, const QByteArray& password, const QByteArray& name,
+                            const QByteArray& hardwareKey)
 {
     const QByteArray settings = m_folder.Content(kSettings);
-    const Rows account = Section(settings, "server");
-    const bool keyGood = IsSameSecret(key, ValueOf(account, "key"));
-    const bool passwordGood = IsSameSecret(password, ValueOf(account, "password"));
+    const KeyRowList account = KeyRows(settings, "server");
+    const bool keyGood = IsSameSecret(key, KeyRowValue(account, "key"));
+    const bool passwordGood = IsSameSecret(password, KeyRowValue(account, "password"));
     if (key.isEmpty() || !keyGood)
         return "unknown server key";
     if (password.isEmpty() || !passwordGood)
@@ -87,37 +63,46 @@ QByteArray Account::Register(const QByteArray& key, const QByteArray& password, 
         return "a display needs a name and a hardware key";
     if (!IsAdmitted(settings, name, hardwareKey))
         return "unknown display";
-    return Remember(hardwareKey, name) ? QByteArray() : "the registration could not be saved";
+    return m_registrations.HasRoomFor(hardwareKey) ? "" : "too many displays are registered";
 }
 
-QByteArray Account::Check(const QByteArray& key, const QByteArray& hardwareKey, QByteArray& name) const
+void Account::Register(const QByteArray& key, const QByteArray& password, const QByteArray& name,
+                       const QByteArray& hardwareKey, const Answered& answered)
+{
+    const QByteArray refused = Refuses(key, password, name, hardwareKey);
+    if (!refused.isEmpty()) {
+        answered(refused);
+        return;
+    }
+    m_registrations.Remember(hardwareKey, name, [answered](bool saved) {
+        answered(saved ? "" : "the registration could not be saved");
+    });
+}
+
+QByteArray Account::Check(const QByteArray& key, const QByteArray& hardwareKey, QByteArray& name)
 {
     const QByteArray settings = m_folder.Content(kSettings);
-    if (key.isEmpty() || !IsSameSecret(key, ValueOf(Section(settings, "server"), "key")))
+    if (key.isEmpty() || !IsSameSecret(key, KeyRowValue(KeyRows(settings, "server"), "key")))
         return "unknown server key";
-    {
-        QMutexLocker locker(&m_lock);
-        name = ValueOf(Section(m_folder.Content(kRegistered), "registered"), hardwareKey);
-    }
+    name = m_registrations.NameOf(hardwareKey);
     if (name.isEmpty() || !IsAdmitted(settings, name, hardwareKey))
         return "this display is not registered";
     return QByteArray();
 }
 
-int Account::Remember(const QByteArray& hardwareKey, const QByteArray& name)
+QStringList Account::Complaints() const
 {
-    QMutexLocker locker(&m_lock);
-    Rows rows = Section(m_folder.Content(kRegistered), "registered");
-    if (ValueOf(rows, hardwareKey) == name)
-        return 1;
-    rows.removeIf([&](const QPair<QByteArray, QByteArray>& row) { return row.first == hardwareKey; });
-    rows.append({hardwareKey, name});
-
-    QSaveFile file(QString::fromUtf8(m_folder.PathOf(kRegistered)));
-    if (!file.open(QIODevice::WriteOnly))
-        return 0;
-    file.write("; written by the server: hardware key = name of the display\n[registered]\n");
-    for (const auto& row : rows)
-        file.write(row.first + "=" + row.second + "\n");
-    return file.commit() ? 1 : 0;
+    const QByteArray settings = m_folder.Content(kSettings);
+    const KeyRowList account = KeyRows(settings, "server");
+    QStringList complaints;
+    // The password itself is told nobody.
+    for (const char* name : {"key", "password"}) {
+        if (!ArrivesAsSent(KeyRowValue(account, name)))
+            complaints.append(QString("server.ini: the value of \"%1\" %2").arg(name, CannotBeSent));
+    }
+    for (const auto& row : KeyRows(settings, "displays")) {
+        if (!ArrivesAsSent(row.first))
+            complaints.append(QString("server.ini: the display \"%1\" %2").arg(row.first, CannotBeSent));
+    }
+    return complaints;
 }

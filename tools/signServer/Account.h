@@ -5,30 +5,33 @@
 //   key=demo            Lobby=001565aabbcc   only the phone with this hardware key
 //   password=secret     Hall=*               any phone may register under this name
 //                       *=*                  any phone under any name
-#include "tools/signServer/SignFolder.h"
-#include <QList>
-#include <QPair>
+#include "tools/signServer/Registrations.h"
+#include <QStringList>
 
 class Account
 {
 public:
-    explicit Account(const SignFolder& folder) : m_folder(folder) {}
+    // Why a phone is refused; empty when it is not.
+    using Answered = std::function<void(const QByteArray&)>;
 
-    // Empty when the display is registered now, otherwise why it is not.
-    QByteArray Register(const QByteArray& key, const QByteArray& password, const QByteArray& name,
-                        const QByteArray& hardwareKey);
+    explicit Account(const SignFolder& folder) : m_folder(folder), m_registrations(folder) {}
+
+    // A good registration is answered when it is saved. Answered once, at once or later, on any thread.
+    void Register(const QByteArray& key, const QByteArray& password, const QByteArray& name,
+                  const QByteArray& hardwareKey, const Answered& answered);
     // Empty when a display that registered earlier, and is still admitted, may be served. name: its own.
-    QByteArray Check(const QByteArray& key, const QByteArray& hardwareKey, QByteArray& name) const;
+    QByteArray Check(const QByteArray& key, const QByteArray& hardwareKey, QByteArray& name);
+    // Waits until every registration is answered.
+    void Settle() { m_registrations.Settle(); }
+    // What in server.ini no phone could send; a line each.
+    QStringList Complaints() const;
 
 private:
-    using Rows = QList<QPair<QByteArray, QByteArray>>; // in the order of the file
-
-    static Rows Section(const QByteArray& text, const QByteArray& section);
-    static bool IsAdmitted(const QByteArray& settings, const QByteArray& name, const QByteArray& hardwareKey);
-    int Remember(const QByteArray& hardwareKey, const QByteArray& name);
+    QByteArray Refuses(const QByteArray& key, const QByteArray& password, const QByteArray& name,
+                       const QByteArray& hardwareKey);
 
     const SignFolder& m_folder;
-    mutable QMutex m_lock; // of registered.ini
+    Registrations m_registrations;
 };
 
 // Takes as long for a wrong text as for the right one.

@@ -1,15 +1,12 @@
 #include "tools/signServer/FileAnswer.h"
+#include "tools/signServer/ReplyText.h"
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QLocale>
-#include <QMap>
-#include <algorithm>
 
 const char* const XmlType = "text/xml; charset=utf-8";
 
 namespace {
-
-constexpr size_t kBlock = 128 << 10;
 
 const char* TypeOf(const QByteArray& name)
 {
@@ -20,11 +17,13 @@ const char* TypeOf(const QByteArray& name)
     return types.value(name.mid(name.lastIndexOf('.') + 1).toLower(), "application/octet-stream");
 }
 
-bool IsUnchanged(const httplib::Request& request, const QByteArray& tag)
+bool IsUnchanged(const WebRequest& request, const QByteArray& tag)
 {
-    const QByteArray known = QByteArray::fromStdString(request.get_header_value("If-None-Match"));
+    const QByteArray known = request.Field("if-none-match");
     for (const QByteArray& one : known.split(',')) {
-        if (one.trimmed() == tag || one.trimmed() == "*")
+        const QByteArray name = one.trimmed();
+        // A cache that packs what it keeps calls the tag weak.
+        if (name == tag || name == "W/" + tag || name == "*")
             return true;
     }
     return false;
@@ -40,81 +39,59 @@ QDateTime ChangedAt(const OpenFile& file)
     return QDateTime::fromSecsSinceEpoch(file.Status().st_mtim.tv_sec, Qt::UTC);
 }
 
-bool IsOlderThanKnown(const httplib::Request& request, const OpenFile& file)
+bool IsOlderThanKnown(const WebRequest& request, const OpenFile& file)
 {
     // A tag that is named decides alone.
-    if (request.has_header("If-None-Match") || !request.has_header("If-Modified-Since"))
+    if (request.fields.contains("if-none-match"))
         return false;
-    const QString text = QString::fromStdString(request.get_header_value("If-Modified-Since"));
+    const QString text = QString::fromLatin1(request.Field("if-modified-since"));
     const QDateTime known = QLocale::c().toDateTime(text, "ddd, dd MMM yyyy hh:mm:ss 'GMT'");
     return known.isValid() && ChangedAt(file) <= QDateTime(known.date(), known.time(), Qt::UTC);
 }
 
 } // namespace
 
-void AnswerXml(httplib::Response& response, const QByteArray& xml, int status)
+void AnswerXml(WebResponse& response, const QByteArray& xml, int status)
 {
     response.status = status;
-    response.set_content(xml.toStdString(), XmlType);
+    response.type = XmlType;
+    response.body = xml;
 }
 
-void AnswerXmlOrUnchanged(const httplib::Request& request, httplib::Response& response, const QByteArray& xml)
+void AnswerRefused(WebResponse& response, const QByteArray& reason, int status)
+{
+    response.refused = reason;
+    AnswerXml(response, RefusedReply(reason), status);
+}
+
+void AnswerXmlOrUnchanged(const WebRequest& request, WebResponse& response, const QByteArray& xml)
 {
     const QByteArray tag = Quoted(QCryptographicHash::hash(xml, QCryptographicHash::Md5).toHex());
-    response.set_header("ETag", tag.toStdString());
+    response.fields.append({"ETag", tag});
     if (IsUnchanged(request, tag))
         response.status = 304;
     else
         AnswerXml(response, xml);
 }
 
-void AnswerFileOrUnchanged(const httplib::Request& request, httplib::Response& response,
-                           const OpenFilePtr& file, const QByteArray& sum, const QByteArray& name)
+void AnswerFileOrUnchanged(const WebRequest& request, WebResponse& response, const OpenFilePtr& file,
+                           const QByteArray& sum, const QByteArray& name)
 {
     const QByteArray tag = Quoted(sum);
-    response.set_header("ETag", tag.toStdString());
-    response.set_header(
-        "Last-Modified",
-        QLocale::c().toString(ChangedAt(*file), "ddd, dd MMM yyyy hh:mm:ss 'GMT'").toStdString());
+    response.fields.append({"ETag", tag});
+    response.fields.append({"Last-Modified", HttpTime(ChangedAt(*file))});
+    response.sum = sum;
     if (IsUnchanged(request, tag) || IsOlderThanKnown(request, *file)) {
         response.status = 304;
         return;
     }
-    response.status = 200;
-    if (file->Size() == 0) {
-        response.set_content(std::string(), TypeOf(name));
-        return;
-    }
-    response.set_content_provider(
-        size_t(file->Size()), TypeOf(name), [file](size_t offset, size_t length, httplib::DataSink& sink) {
-            const QByteArray bytes = file->Read(qint64(offset), qint64(std::min(length, kBlock)));
-            return !bytes.isEmpty() && sink.write(bytes.constData(), size_t(bytes.size()));
-        });
+    response.type = TypeOf(name);
+    response.file = file;
 }
 
-void BreakXml(httplib::Response& response)
+void BreakXml(WebResponse& response)
 {
-    const size_t lastTag = response.body.rfind('<');
-    if (lastTag != std::string::npos)
-        response.body.resize(lastTag / 2 + 1);
-}
-
-void SendInChunks(httplib::Response& response)
-{
-    const std::string type = response.get_header_value("Content-Type");
-    const httplib::ContentProvider source = response.content_provider_;
-    const size_t size = source ? response.content_length_ : response.body.size();
-    const std::string body = response.body;
-    response.headers.erase("Content-Type");
-    response.body.clear();
-    response.content_length_ = 0;
-    response.set_chunked_content_provider(type, [=](size_t offset, httplib::DataSink& sink) {
-        if (offset >= size) {
-            sink.done();
-            return true;
-        }
-        if (source)
-            return source(offset, size - offset, sink);
-        return sink.write(body.data() + offset, std::min(size - offset, kBlock));
-    });
+    const qsizetype lastTag = response.body.lastIndexOf('<');
+    if (lastTag >= 0)
+        response.body.truncate(lastTag / 2 + 1);
 }

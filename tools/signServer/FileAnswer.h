@@ -1,17 +1,16 @@
 #pragma once
 // Puts bytes into an answer, with the marks that let a cache ask whether they changed.
-#include "tools/signServer/SignFolder.h"
-#include <httplib.h>
+#include "tools/signServer/WebExchange.h"
 
 extern const char* const XmlType;
 
-void AnswerXml(httplib::Response& response, const QByteArray& xml, int status = 200);
+void AnswerXml(WebResponse& response, const QByteArray& xml, int status = 200);
+// The error reply with that reason, which the response keeps.
+void AnswerRefused(WebResponse& response, const QByteArray& reason, int status = 200);
 // With an ETag; 304 without content when the request names it.
-void AnswerXmlOrUnchanged(const httplib::Request& request, httplib::Response& response,
-                          const QByteArray& xml);
+void AnswerXmlOrUnchanged(const WebRequest& request, WebResponse& response, const QByteArray& xml);
 // The same with the file's time as well. sum: its MD5.
-void AnswerFileOrUnchanged(const httplib::Request& request, httplib::Response& response,
-                           const OpenFilePtr& file, const QByteArray& sum, const QByteArray& name);
+void AnswerFileOrUnchanged(const WebRequest& request, WebResponse& response, const OpenFilePtr& file,
+                           const QByteArray& sum, const QByteArray& name);
 // The answer that is already there, as a fault changes it.
-void BreakXml(httplib::Response& response);
-void SendInChunks(httplib::Response& response);
+void BreakXml(WebResponse& response);

@@ -1,4 +1,6 @@
 #include "tools/signServer/ReplyText.h"
+#include <QDateTime>
+#include <QLocale>
 #include <QXmlStreamWriter>
 
 QByteArray NdeckReply(const std::function<void(QXmlStreamWriter&)>& content)
@@ -31,4 +33,9 @@ QByteArray RefusedReply(const QByteArray& reason)
         xml.writeTextElement("error", QString::fromUtf8(reason));
         xml.writeEndElement();
     });
+}
+
+QByteArray HttpTime(const QDateTime& time)
+{
+    return QLocale::c().toString(time, "ddd, dd MMM yyyy hh:mm:ss 'GMT'").toLatin1();
 }

@@ -3,9 +3,12 @@
 #include <QByteArray>
 #include <functional>
 
+class QDateTime;
 class QXmlStreamWriter;
 
 // content writes what stands inside "ndeck".
 QByteArray NdeckReply(const std::function<void(QXmlStreamWriter&)>& content);
 QByteArray RegisteredReply();
 QByteArray RefusedReply(const QByteArray& reason);
+// A time in UTC as the fields of an answer tell it.
+QByteArray HttpTime(const QDateTime& time);

@@ -1,5 +1,7 @@
 #include "tools/signServer/RequestText.h"
 
+const char* const CannotBeSent = "cannot be sent by a phone: it holds '&', '#' or an escape such as %41";
+
 namespace {
 
 bool IsHexDigit(char c)
@@ -85,6 +87,11 @@ QByteArray LoggableTarget(const QByteArray& target)
             AppendEncoded(out, c);
     }
     return WithoutSecrets(out);
+}
+
+bool ArrivesAsSent(const QByteArray& value)
+{
+    return !value.contains('&') && !value.contains('#') && PercentDecoded(value) == value;
 }
 
 RequestText::RequestText(const QByteArray& target)

@@ -6,6 +6,7 @@
 
 struct RequestText
 {
+    RequestText() = default;
     explicit RequestText(const QByteArray& target);
 
     QByteArray path;
@@ -21,3 +22,7 @@ QByteArray PercentDecoded(const QByteArray& text);
 QByteArray TidyRequestLine(const QByteArray& line);
 // The target as it may stand in a log: no passwords, no control characters.
 QByteArray LoggableTarget(const QByteArray& target);
+// A phone can send the value as it stands, and it arrives as it was: without '&', '#' and escapes.
+bool ArrivesAsSent(const QByteArray& value);
+// What is said of one that does not, behind its name.
+extern const char* const CannotBeSent;

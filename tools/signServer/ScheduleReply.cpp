@@ -1,5 +1,6 @@
 #include "tools/signServer/ScheduleReply.h"
 #include "tools/signServer/ReplyText.h"
+#include "tools/signServer/RequestText.h"
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -69,6 +70,10 @@ void ScheduleReply::TakeLayout(const Layout& layout)
         Complain(QString("layouts/%1 is not there").arg(layout.file));
         return;
     }
+    if (!ArrivesAsSent(layout.file.toUtf8())) {
+        Complain(QString("layouts/%1 %2").arg(layout.file, CannotBeSent));
+        return;
+    }
     QStringList media;
     if (!MediaOf(layout, *file, media))
         return;
@@ -104,6 +109,8 @@ void ScheduleReply::TakeMedia(const QString& name)
     const OpenFilePtr file = m_folder.Open("media", name.toUtf8());
     if (!file)
         Complain(QString("media/%1 is not there").arg(name));
+    else if (!ArrivesAsSent(name.toUtf8()))
+        Complain(QString("media/%1 %2").arg(name, CannotBeSent));
     else if (file->Size() > kLargestMedia)
         Complain(QString("media/%1 is larger than a phone fetches (8 MiB)").arg(name));
     else

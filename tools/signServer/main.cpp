@@ -1,16 +1,22 @@
 // hxSignServer: the demonstration server for signage, weather and stock quotes.
 #include "tools/signServer/SignServer.h"
+#include "tools/signServer/WebServer.h"
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <sys/resource.h>
 #include <thread>
 
 namespace {
 
 constexpr int kBadUsage = 2;
+constexpr int kMostThreads = 256;
+constexpr int kLongestPatience = 3600; // seconds
+constexpr int kOtherFiles = 64;        // descriptors that are no connection's
 
 int Complain(const QString& text)
 {
@@ -25,24 +31,54 @@ sigset_t BlockEndSignals()
     sigemptyset(&ends);
     sigaddset(&ends, SIGINT);
     sigaddset(&ends, SIGTERM);
-    sigaddset(&ends, SIGUSR1);
     pthread_sigmask(SIG_BLOCK, &ends, nullptr);
     signal(SIGPIPE, SIG_IGN);
     return ends;
 }
 
-int ServeUntilSignalled(SignServer& server, const sigset_t& ends)
+void ServeUntilSignalled(WebServer& server, const sigset_t& ends, int threads)
 {
     std::thread waiter([&] {
         int which = 0;
         sigwait(&ends, &which);
         server.Halt();
     });
-    const int served = server.Serve();
-    // Wakes the waiter when the server ended by itself.
-    pthread_kill(waiter.native_handle(), SIGUSR1);
+    server.Run(threads);
     waiter.join();
-    return served;
+}
+
+// Each connection may need a descriptor more for the file that it sends. How many connections there can be.
+int MakeRoomFor(int connections)
+{
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return connections;
+    const rlim_t wanted = 2 * rlim_t(connections) + kOtherFiles;
+    if (limit.rlim_cur < wanted) {
+        limit.rlim_cur = std::min(limit.rlim_max, wanted);
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    return limit.rlim_cur < wanted ? int((limit.rlim_cur - kOtherFiles) / 2) : connections;
+}
+
+// False when the account is of no use to phones. The rest is left out, and said.
+bool CheckNames(const SignServer& server, RequestLog& log)
+{
+    for (const QString& complaint : server.ContentComplaints()) {
+        Complain(complaint);
+        log.Line("content: " + complaint.toUtf8());
+    }
+    const QStringList account = server.AccountComplaints();
+    for (const QString& complaint : account)
+        Complain(complaint);
+    return account.isEmpty();
+}
+
+int WholeNumber(const QCommandLineParser& options, const char* name)
+{
+    bool good = false;
+    const int number = options.value(name).toInt(&good);
+    return good ? number : 0;
 }
 
 } // namespace
@@ -61,7 +97,12 @@ int main(int argc, char** argv)
         {"port", "The port; 0 chooses one (default).", "PORT", "0"},
         {"bind", "The address to listen at (default 127.0.0.1).", "ADDRESS", "127.0.0.1"},
         {"log", "Append the log to a file (default: standard output).", "FILE"},
-        {"threads", "Connections served at a time (default 256).", "N", "256"},
+        {"threads", "Threads that answer; they wait for nobody (default: one for each processor).", "N",
+         QString::number(std::max(2U, std::thread::hardware_concurrency()))},
+        {"connections",
+         "Connections at a time (default 4096). Whoever was silent for longest gives way to the next.", "N",
+         "4096"},
+        {"patience", "Seconds in which a request must have come (default 10).", "N", "10"},
     });
     options.addPositionalArgument("DIR", "The folder.");
     options.process(application);
@@ -71,20 +112,26 @@ int main(int argc, char** argv)
     const QString folder = QDir(options.positionalArguments().first()).absolutePath();
     if (!QFileInfo(folder + "/server.ini").isReadable())
         return Complain(folder + "/server.ini cannot be read");
-    bool portGood = false, threadsGood = false;
+    bool portGood = false;
     const int port = options.value("port").toUShort(&portGood);
-    const int threads = options.value("threads").toInt(&threadsGood);
-    if (!portGood || !threadsGood || threads < 1)
-        return Complain("--port and --threads need numbers");
+    const int threads = WholeNumber(options, "threads"), connections = WholeNumber(options, "connections");
+    const int patience = std::min(WholeNumber(options, "patience"), kLongestPatience);
+    if (!portGood || threads < 1 || connections < 1 || patience < 1)
+        return Complain("--port, --threads, --connections and --patience need numbers");
 
     RequestLog log;
     if (!log.Open(QFile::encodeName(options.value("log"))))
         return Complain(options.value("log") + " cannot be written");
-    SignServer server(QFile::encodeName(folder), log, threads);
+    SignServer service(QFile::encodeName(folder), log);
+    if (!CheckNames(service, log))
+        return kBadUsage;
+    WebServer server(service, MakeRoomFor(connections), patience * 1000);
     const int bound = server.Bind(options.value("bind").toLatin1(), port);
     if (bound <= 0)
         return Complain(QString("cannot listen at %1 port %2").arg(options.value("bind")).arg(port));
     std::printf("http://%s:%d\n", qPrintable(options.value("bind")), bound);
     std::fflush(stdout);
-    return ServeUntilSignalled(server, ends) ? 0 : 1;
+    ServeUntilSignalled(server, ends, std::min(threads, kMostThreads));
+    service.Settle();
+    return 0;
 }
