@@ -19,6 +19,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <ctime>
+#include <malloc.h>
 
 using Reply = ControlReply;
 
@@ -89,6 +90,14 @@ void screen(const QStringList&, const Reply& reply)
                       {"top", topClass()},
                       {"widgets", int(QApplication::allWidgets().size())},
                       {"busy", busyMs()}});
+}
+
+// What the phone holds, without what the allocator keeps for the next; 0 under a sanitizer, which has its
+// own.
+void memory(const QStringList&, const Reply& reply)
+{
+    const struct mallinfo2 heap = mallinfo2();
+    reply(QJsonObject{{"heap", double(heap.uordblks + heap.hblkhd)}});
 }
 
 // An incoming call of the simulated world.
@@ -191,6 +200,7 @@ const Command kCommands[] = {
     {"key", 1, 2, controlKey, "key NAME [press|release]"},
     {"type", 1, 1, controlType, "type TEXT"},
     {"screen", 0, 0, screen, "screen"},
+    {"memory", 0, 0, memory, "memory"},
     {"shot", 1, 1, shot, "shot FILE"},
     {"log", 0, 1, log, "log [N]"},
     {"set", 2, 8, controlSet, "set line|net|pstn|calls|upgrading|clock|storage|idle|language ..."},

@@ -2,6 +2,7 @@
 #include "places.h"
 #include "tests/e2e/livePhone.h"
 #include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -163,6 +164,24 @@ TEST_F(Control, TheIdleTimeIsSetAndToldWithSaverAndLamp)
     EXPECT_EQ(screen["lamp"], false);
     ctl({"set", "idle", "soon"}, 2);
     ctl({"set", "idle", "-1"}, 2);
+}
+
+// Boxes upon each other hold a picture of the screen each; a page that comes over them stays.
+TEST_F(Control, WhatBoxesHeldGoesBackToTheSystem)
+{
+    const auto keptBesideTheHeap = [this] {
+        waitIdle();
+        const double heapKiB = ctl({"memory"}).toObject()["heap"].toDouble() / 1024;
+        return double(kit::statusKiB(pid(), "RssAnon")) - heapKiB;
+    };
+    if (ctl({"memory"}).toObject()["heap"].toDouble() == 0)
+        GTEST_SKIP() << "a sanitizer has a heap of its own";
+    const double before = keptBesideTheHeap();
+    for (int i = 0; i < 8; ++i)
+        ctl({"open", "Nowhere"});
+    ctl({"open", "WAN"});
+    waitPage("dlgWan");
+    EXPECT_LT(keptBesideTheHeap(), before + 4000);
 }
 
 TEST_F(Control, ADiskComesAndGoes)

@@ -61,6 +61,7 @@ void kit::stepTime(int ms)
 
 bool kit::waitUntil(const std::function<bool()>& condition, int ms)
 {
+    const RunningClocks running;
     QDeadlineTimer deadline(ms);
     while (!condition()) {
         if (deadline.hasExpired())

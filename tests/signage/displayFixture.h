@@ -12,6 +12,7 @@
 #include "support/host/net.h"
 #include "support/host/registry.h"
 #include "support/host/text.h"
+#include "tests/kit/kitTime.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/kit/plain/signTexts.h"
 #include <QBuffer>
@@ -27,6 +28,8 @@ inline const QRect kFull(QPoint(0, 0), QPoint(799, 479));
 class DisplayTest : public PhoneTest
 {
 protected:
+    // Layouts change at their second, not some time after.
+    DisplayTest() { kit::holdClocks(true); }
     void SetUp() override
     {
         set("bEnable", 1);

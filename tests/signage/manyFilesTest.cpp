@@ -9,6 +9,9 @@ constexpr int kFiles = 3000;
 
 class ManyFiles : public DisplayTest
 {
+    // A turn of the thread is over when its time is.
+    kit::RunningClocks m_running;
+
 protected:
     void SetUp() override
     {

@@ -32,6 +32,7 @@ const char* const kHelp =
     "window, "
     "number of\n"
     "                                widgets, processor milliseconds of the user interface\n"
+    "memory                          bytes that the phone holds\n"
     "shot FILE                       the screen as PNG\n"
     "log [N]                         what the phone did, from number N on\n"
     "set line I [state=] [user=] [server=] [name=] [new=] [old=]\n"
