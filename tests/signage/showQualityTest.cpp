@@ -77,6 +77,8 @@ void nextLayout()
 
 class ShowQuality : public DisplayTest
 {
+    // What a show costs is measured in real time.
+    kit::RunningClocks m_running;
 };
 
 TEST_F(ShowQuality, EachOfAThousandChangesTakesOneFrameWithoutAGap)
