@@ -1,11 +1,7 @@
 #include "frame/laterCells.h"
 #include <QTableWidget>
 
-LaterCells::LaterCells(QTableWidget* table) : QObject(table), m_pTable(table)
-{
-    m_timer.setInterval(0);
-    connect(&m_timer, &QTimer::timeout, this, &LaterCells::MakeSome);
-}
+LaterCells::LaterCells(QTableWidget* table) : QObject(table), m_pTable(table) {}
 
 void LaterCells::SetText(int row, int column, const QString& text)
 {
@@ -14,27 +10,8 @@ void LaterCells::SetText(int row, int column, const QString& text)
     } else if (!text.isEmpty()) {
         m_pTable->setItem(row, column, new QTableWidgetItem(text));
     } else {
-        m_waiting.append({row, column});
-        m_timer.start();
+        m_work.AddForLater([this, row, column] { makeItem(row, column); });
     }
-}
-
-void LaterCells::Clear()
-{
-    m_waiting.clear();
-    m_timer.stop();
-}
-
-void LaterCells::MakeSome()
-{
-    for (int i = 0; i < CELLS_A_TURN && !m_waiting.isEmpty(); ++i) {
-        const auto [row, column] = m_waiting.takeFirst();
-        makeItem(row, column);
-    }
-    if (!m_waiting.isEmpty())
-        return;
-    m_timer.stop();
-    emit done();
 }
 
 // The cell may have got a text meanwhile, and its row may be gone.
@@ -42,4 +19,6 @@ void LaterCells::makeItem(int row, int column)
 {
     if (row < m_pTable->rowCount() && column < m_pTable->columnCount() && !m_pTable->item(row, column))
         m_pTable->setItem(row, column, new QTableWidgetItem);
+    if (m_work.IsDone())
+        emit done();
 }

@@ -1,8 +1,8 @@
 #pragma once
 // The cycle that keeps the signage folder in step with the server: asks for the schedule, then for what it
 // names, and tells the show when a frame is to be taken up. User-interface thread.
+#include "frame/laterWork.h"
 #include "signage/displayFrame.h"
-#include "signage/laterWork.h"
 #include "signage/nDeckFetcher.h"
 #include "signage/nDeckFileBook.h"
 #include "signage/nDeckPromoter.h"
@@ -116,7 +116,7 @@ private:
     std::shared_ptr<tagWanted> m_pLastFrame; // before the schedule that is awaited
     _ServerCfg m_serverCfg;
     unsigned char m_bScheduleFresh = 0;
-    laterWork m_requestsLater;
+    LaterWork m_requestsLater;
 };
 
 nDeckFileManager& GetNDeckFileManager();

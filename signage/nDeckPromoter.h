@@ -1,6 +1,6 @@
 #pragma once
 // Puts verified files into use, in the place of the old ones. User-interface thread.
-#include "signage/laterWork.h"
+#include "frame/laterWork.h"
 #include "signage/nDeckFileBook.h"
 
 class nDeckPromoter
@@ -27,5 +27,5 @@ private:
 
     nDeckFileBook& m_book;
     MayUseCall m_mayUse;
-    laterWork m_later;
+    LaterWork m_later;
 };
