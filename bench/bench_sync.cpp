@@ -42,7 +42,7 @@ constexpr int kFilesToReach = 1000;
 constexpr int kFilesWithText = 1000;
 constexpr int kFirstFrames = 200; // until the text runs evenly
 constexpr int kIdleMs = 4000;
-constexpr double kMostRatio = 1.5;
+constexpr double kMostRatio = 1.3;
 constexpr double kMostGrowth = 1.25; // of the time of one file, from the least files to the most
 const int kCounts[] = {250, 500, 1000, 2000};
 

@@ -35,5 +35,7 @@ public:
     chString strCheckSum; // after a success: MD5 of the file as md5GetFileCheckSum tells it
 
 public slots:
+    // The bytes have come, or fail to; the file is not in its place yet. Called on a thread of the host's.
+    // reply: null where the host does not fetch through the toolkit, as the reference host.
     virtual void httpFinished(QNetworkReply* reply);
 };

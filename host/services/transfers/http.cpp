@@ -1,6 +1,5 @@
 #include "support/host/http.h"
 #include "host/services/transfers/httpService.h"
-#include "host/services/transfers/httpTransfer.h"
 
 HttpAction::HttpAction() = default;
 
@@ -17,10 +16,4 @@ int HttpAction::exec()
     return 0;
 }
 
-void HttpAction::httpFinished(QNetworkReply* reply)
-{
-    httpService& service = httpService::instance();
-    httpTransfer* transfer = service.isHere() ? service.transferOf(reply) : nullptr;
-    if (transfer)
-        transfer->conclude();
-}
+void HttpAction::httpFinished(QNetworkReply*) {}

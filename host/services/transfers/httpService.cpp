@@ -1,14 +1,14 @@
 #include "host/services/transfers/httpService.h"
 #include "host/services/system/giveWay.h"
+#include "host/services/transfers/httpLoop.h"
 #include "host/services/transfers/httpTransfer.h"
 #include "support/host/http.h"
 #include <QHash>
 #include <QMutex>
-#include <QNetworkAccessManager>
-#include <QNetworkProxy>
 #include <QThread>
 #include <algorithm>
 #include <atomic>
+#include <utility>
 
 namespace {
 
@@ -41,17 +41,6 @@ bool isLatest(const tagHttpJob& job)
     return asked.actions.value(job.hold->number()).nTurn == job.nTurn;
 }
 
-// Direct, in words that keep the sockets buffered: of an unbuffered one the head of an answer is read byte by
-// byte, each from the system.
-class DirectProxy : public QNetworkProxyFactory
-{
-public:
-    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery&) override
-    {
-        return {QNetworkProxy(QNetworkProxy::DefaultProxy)};
-    }
-};
-
 // The thread ends before the process's statics do.
 class NetworkThread : public QThread
 {
@@ -76,6 +65,7 @@ protected:
     {
         threadGiveWay(GIVE_WAY_TRANSFERS);
         exec();
+        m_pService->close();
     }
 
 private:
@@ -146,18 +136,15 @@ void httpService::forget(quint64 action)
         &service, [&service, action] { service.giveUp(action); }, Qt::QueuedConnection);
 }
 
-bool httpService::isHere() const
-{
-    return QThread::currentThread() == thread();
-}
+httpService::httpService() = default;
 
-httpTransfer* httpService::transferOf(QNetworkReply* reply) const
+httpService::~httpService() = default;
+
+void httpService::close()
 {
-    for (httpTransfer* transfer : m_active) {
-        if (reply && transfer->reply() == reply)
-            return transfer;
-    }
-    return nullptr;
+    qDeleteAll(std::exchange(m_active, {}));
+    m_loop.reset();
+    m_wayGivers.reset();
 }
 
 void httpService::enqueue(const tagHttpJob& job)
@@ -207,7 +194,7 @@ void httpService::startNext(const QByteArray& server)
 {
     for (;;) {
         tagServer& its = m_servers[server];
-        if (its.waiting.empty() || its.nActive >= MAX_FOR_SERVER)
+        if (its.waiting.empty() || its.nActive >= CONNECTIONS)
             break;
         const tagHttpJob job = its.waiting.front();
         its.waiting.pop_front();
@@ -223,18 +210,16 @@ void httpService::begin(const tagHttpJob& job)
     httpTransfer* transfer =
         new httpTransfer(job, m_room, [this](httpTransfer* its, bool good) { done(its, good); });
     m_active.append(transfer);
-    const bool hasConnection = ++m_servers[job.server].nActive <= CONNECTIONS;
-    transfer->start(managerFor(job), hasConnection);
+    ++m_servers[job.server].nActive;
+    transfer->start(loopFor(job));
 }
 
-QNetworkAccessManager& httpService::managerFor(const tagHttpJob& job)
+httpLoop& httpService::loopFor(const tagHttpJob& job)
 {
-    QNetworkAccessManager*& manager = job.bGivesWay ? m_pWayGiver : m_pManager;
-    if (!manager) {
-        manager = new QNetworkAccessManager(this);
-        manager->setProxyFactory(new DirectProxy);
-    }
-    return *manager;
+    std::unique_ptr<httpLoop>& loop = job.bGivesWay ? m_wayGivers : m_loop;
+    if (!loop)
+        loop = std::make_unique<httpLoop>(CONNECTIONS);
+    return *loop;
 }
 
 void httpService::ended(httpTransfer* transfer)

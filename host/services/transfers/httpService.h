@@ -8,10 +8,10 @@
 #include <QList>
 #include <QObject>
 #include <deque>
+#include <memory>
 
 class HttpAction;
-class QNetworkAccessManager;
-class QNetworkReply;
+class httpLoop;
 class httpTransfer;
 
 // What an action asked for when it was posted. Its own texts may be written again meanwhile.
@@ -33,10 +33,10 @@ class httpService : public QObject
 {
 public:
     enum : int {
-        CONNECTIONS = 6,                 // to one server; the toolkit opens no more
-        MAX_FOR_SERVER = 2 * CONNECTIONS // handed to it, so that no connection waits for this thread
+        CONNECTIONS = 6 // to one server, and as many again for what gives way
     };
 
+    ~httpService() override;
     // Any thread.
     static httpService& instance();
     // Takes down what the action asks for, on the thread that posts it. An action that is posted again
@@ -48,12 +48,12 @@ public:
     // The action is being destroyed.
     static void forget(quint64 action);
 
-    // From here on: the network thread.
-    bool isHere() const;
-    httpTransfer* transferOf(QNetworkReply* reply) const;
+    // Gives up what there is, on the network thread, which ends.
+    void close();
 
 private:
-    httpService() = default;
+    // From here on: the network thread.
+    httpService();
     // What goes to one server.
     struct tagServer
     {
@@ -68,10 +68,10 @@ private:
     void ended(httpTransfer* transfer);
     void done(httpTransfer* transfer, bool good);
 
-    QNetworkAccessManager& managerFor(const tagHttpJob& job);
+    httpLoop& loopFor(const tagHttpJob& job);
 
-    QNetworkAccessManager* m_pManager = nullptr;
-    QNetworkAccessManager* m_pWayGiver = nullptr; // each has connections of its own
+    std::unique_ptr<httpLoop> m_loop;
+    std::unique_ptr<httpLoop> m_wayGivers; // each has connections of its own
     diskRoom m_room;
     QHash<QByteArray, tagServer> m_servers;
     QHash<quint64, int> m_jobs; // that wait or are active, of each action

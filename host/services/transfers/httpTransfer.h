@@ -1,13 +1,15 @@
 #pragma once
 // One HTTP transfer into a file. Lives on the network thread.
+#include "host/services/transfers/httpRequest.h"
 #include "host/services/transfers/httpService.h"
 #include "support/file/chAtomicFile.h"
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
-class httpTransfer : public QObject
+class httpTransfer : public QObject, private httpRequest::Listener
 {
 public:
     enum : int {
@@ -18,49 +20,48 @@ public:
     static constexpr qint64 MAX_SIZE = 256 << 20; // bytes
 
     using DoneCall = std::function<void(httpTransfer* transfer, bool good)>;
-    // room: of the disk, shared by all transfers; outlives them.
+    // room: of the disk, shared by all transfers; outlives them. done: called once, and not from start().
     httpTransfer(const tagHttpJob& job, diskRoom& room, DoneCall done);
-    ~httpTransfer() override;
 
-    // hasConnection: false while it waits for one, which is no stall of the server.
-    void start(QNetworkAccessManager& manager, bool hasConnection);
+    // loop: outlives this.
+    void start(httpLoop& loop);
     // Ends it, and nobody is told.
     void giveUp();
-    // The reply is finished: puts the file in its place if all is well, and tells. Does so once.
-    void conclude();
 
     const tagHttpJob& job() const { return m_job; }
-    QNetworkReply* reply() const { return m_pReply; }
     // MD5 of what was stored, as text; empty when nobody wants it.
     QByteArray checkSum() const;
     // Scheme, host and port.
     static QByteArray serverOf(const QByteArray& url);
 
 private:
+    bool onHead() override;
+    bool onBytes(const char* bytes, size_t size) override;
+    void onEnd() override;
     void begin(const QUrl& url);
     QUrl redirectTarget() const;
     void followTo(const QUrl& target);
-    void onHead();
-    void onData();
-    void onFinished();
+    void look();
+    bool refuse(const char* reason);
     void fail(const char* reason);
-    bool isAnswerGood();
+    void conclude();
+    void findFailure();
     bool openFile();
-    bool store(const QByteArray& bytes);
-    int status() const;
-    qint64 announcedSize() const;
+    bool store(const char* bytes, size_t size);
     qint64 sizeLimit() const;
     const char* whatIsWrong();
-    const char* tlsFailure();
+    const char* whyNoAnswer();
 
     tagHttpJob m_job;
     QByteArray m_folder; // of its file, device path
     diskRoom& m_room;
     DoneCall m_done;
-    QNetworkAccessManager* m_pManager = nullptr;
-    QNetworkReply* m_pReply = nullptr;
+    httpLoop* m_pLoop = nullptr;
+    std::unique_ptr<httpRequest> m_request;
+    QUrl m_redirect; // where the answer sends it on to
     int m_nRedirects = 0;
     QTimer m_stall;
+    QElapsedTimer m_heard; // since the last byte
     QTimer m_end;
     chAtomicFile m_file;
     bool m_bOpen = false;

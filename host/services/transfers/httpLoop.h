@@ -1,0 +1,41 @@
+#pragma once
+// Carries requests on the event loop of its thread, over a few connections to each server that stay open for
+// the next ones. Lives on the network thread.
+#include <QObject>
+#include <QTimer>
+#include <curl/curl.h>
+
+class QSocketNotifier;
+
+class httpLoop : public QObject
+{
+public:
+    // One that the loop carries.
+    class Request
+    {
+    public:
+        virtual ~Request() = default;
+        // It is over. The loop carries it until it is removed.
+        virtual void end(CURLcode result) = 0;
+    };
+
+    // connections: at most, to one server; requests beyond wait for one.
+    explicit httpLoop(int connections);
+    // Its requests have gone before.
+    ~httpLoop() override;
+
+    // The private pointer of the handle is its Request.
+    void add(CURL* request);
+    void remove(CURL* request);
+
+private:
+    struct tagSocket;
+    static int onSocket(CURL* request, curl_socket_t socket, int what, void* self, void* known);
+    static int onTimer(CURLM* requests, long ms, void* self);
+    tagSocket* watch(curl_socket_t socket);
+    void act(curl_socket_t socket, int events);
+    void tellEnds();
+
+    CURLM* m_pRequests;
+    QTimer m_timer;
+};
