@@ -53,7 +53,7 @@ TEST_F(Names, WithSignsThatMeanThemselvesAreGood)
     EXPECT_EQ(resultOf(enroll("50% off", "aabbcc", "k y+%", "100%").body), "registered");
     stop();
     EXPECT_EQ(m_process.readAllStandardError(), "");
-    EXPECT_FALSE(log().contains("content: "));
+    EXPECT_FALSE(log().contains("cannot be sent"));
 }
 
 TEST_F(Names, OfContentThatCannotBeAskedForAreToldAtTheStartAndLeftOut)

@@ -50,6 +50,7 @@ protected:
     ~SignServerTest() override;
 
     void start(const QStringList& options = {});
+    void startProgram(const QString& program, const QStringList& options = {});
     void stop();
     QString path(const QByteArray& name) const { return m_folder.path() + "/" + QString::fromUtf8(name); }
     void write(const QByteArray& name, const QByteArray& bytes) const;

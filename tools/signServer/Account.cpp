@@ -2,6 +2,7 @@
 #include "tools/signServer/KeyRows.h"
 #include "tools/signServer/RequestText.h"
 #include <QCryptographicHash>
+#include <QSet>
 #include <algorithm>
 
 namespace {
@@ -105,4 +106,36 @@ QStringList Account::Complaints() const
             complaints.append(QString("server.ini: the display \"%1\" %2").arg(row.first, CannotBeSent));
     }
     return complaints;
+}
+
+QByteArray Account::Setting(const char* section, const char* name) const
+{
+    return KeyRowValue(KeyRows(m_folder.Content(kSettings), section), name);
+}
+
+QList<AdmittedDisplay> Account::Displays()
+{
+    // As IsAdmitted, for many at a time.
+    const KeyRowList rows = KeyRows(m_folder.Content(kSettings), "displays");
+    using Row = QPair<QByteArray, QByteArray>;
+    QSet<Row> admitted;
+    for (const auto& [name, key] : rows)
+        admitted.insert(Row(name, key.toLower()));
+    QList<AdmittedDisplay> displays;
+    QSet<QByteArray> registered;
+    const QHash<QByteArray, QByteArray> names = m_registrations.All();
+    for (auto it = names.begin(); it != names.end(); ++it) {
+        const QByteArray key = it.key().toLower();
+        const bool isAdmitted = admitted.contains(Row(it.value(), key)) || admitted.contains(Row("*", key)) ||
+                                admitted.contains(Row(it.value(), "*")) || admitted.contains(Row("*", "*"));
+        if (!isAdmitted)
+            continue;
+        displays.append({it.key(), it.value()});
+        registered.insert(key);
+    }
+    for (const auto& [name, key] : rows) {
+        if (key != "*" && name != "*" && !registered.contains(key.toLower()))
+            displays.append({key, name});
+    }
+    return displays;
 }

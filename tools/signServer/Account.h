@@ -8,6 +8,11 @@
 #include "tools/signServer/Registrations.h"
 #include <QStringList>
 
+struct AdmittedDisplay
+{
+    QByteArray key, name;
+};
+
 class Account
 {
 public:
@@ -25,6 +30,11 @@ public:
     void Settle() { m_registrations.Settle(); }
     // What in server.ini no phone could send; a line each.
     QStringList Complaints() const;
+    // The value of a key of server.ini; null without one.
+    QByteArray Setting(const char* section, const char* name) const;
+    // The displays that are admitted: those that have registered, and those that are still to come, as far as
+    // server.ini names them with their keys.
+    QList<AdmittedDisplay> Displays();
 
 private:
     QByteArray Refuses(const QByteArray& key, const QByteArray& password, const QByteArray& name,

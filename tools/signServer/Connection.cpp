@@ -104,6 +104,7 @@ void Connection::Receive(Step next)
 {
     m_stream.async_read_some(asio::buffer(m_block),
                              [self = shared_from_this(), next](error_code error, size_t n) {
+                                 self->Hear(error);
                                  if (error || self->m_bOver)
                                      return;
                                  // From its first byte on the whole request has one time.
@@ -210,13 +211,24 @@ void Connection::Finish(bool sent)
 {
     const bool whole = sent && m_pAnswer->IsWhole();
     const bool keeps = sent && m_pAnswer->Keeps();
-    m_service.Finish({m_request, m_response, m_nBodyBytes, whole, m_time.elapsed()});
+    const Served served = {m_request, m_response, m_nBodyBytes, whole, m_time.elapsed()};
+    m_service.Finish(served);
+    m_pUnheard = whole && !m_response.sum.isEmpty() ? std::make_unique<Served>(served) : nullptr;
     m_pAnswer.reset();
     m_piece = AnswerStream::Piece();
     if (keeps)
         AwaitRequest();
     else if (sent)
         SayGoodbye();
+}
+
+// A small file lies in the systems' memory when it has gone out: who ends the connection without reading it
+// makes a reset of it, and who goes on or ends it well has read it.
+void Connection::Hear(const error_code& error)
+{
+    if (m_pUnheard && error == asio::error::connection_reset)
+        m_service.Lose(*m_pUnheard);
+    m_pUnheard.reset();
 }
 
 // What has come and was not read would make the system throw the answer away with the connection.
@@ -232,6 +244,7 @@ void Connection::SayGoodbye()
 void Connection::Drain()
 {
     m_stream.async_read_some(asio::buffer(m_block), [self = shared_from_this()](error_code error, size_t n) {
+        self->Hear(error);
         self->m_nDrained += qint64(n);
         if (!error && !self->m_bOver && self->m_nDrained < kMostDrained)
             self->Drain();

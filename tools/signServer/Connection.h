@@ -43,6 +43,7 @@ private:
     void WatchForLeaving();
     void Write();
     void Finish(bool sent);
+    void Hear(const boost::system::error_code& error);
     void SayGoodbye();
     void Drain();
 
@@ -59,6 +60,7 @@ private:
     WebResponse m_response;
     std::unique_ptr<AnswerStream> m_pAnswer;
     AnswerStream::Piece m_piece;
+    std::unique_ptr<Served> m_pUnheard; // a file that went out, until the other side is heard again
     qint64 m_nBodyBytes = 0;
     qint64 m_nDrained = 0;
     bool m_bOver = false;

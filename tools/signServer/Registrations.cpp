@@ -54,6 +54,13 @@ QByteArray Registrations::NameOf(const QByteArray& hardwareKey)
     return m_names.value(hardwareKey);
 }
 
+QHash<QByteArray, QByteArray> Registrations::All()
+{
+    QMutexLocker locker(&m_lock);
+    FollowFile();
+    return m_names;
+}
+
 bool Registrations::HasRoomFor(const QByteArray& hardwareKey)
 {
     QMutexLocker locker(&m_lock);

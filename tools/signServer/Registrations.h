@@ -19,6 +19,8 @@ public:
 
     // Null for a phone that has not registered.
     QByteArray NameOf(const QByteArray& hardwareKey);
+    // The names, by hardware key.
+    QHash<QByteArray, QByteArray> All();
     // There is room for this phone.
     bool HasRoomFor(const QByteArray& hardwareKey);
     void Remember(const QByteArray& hardwareKey, const QByteArray& name, const Done& done);

@@ -1,12 +1,16 @@
 #include "tools/signServer/ScheduleReply.h"
 #include "tools/signServer/ReplyText.h"
-#include "tools/signServer/RequestText.h"
+#include "tools/signServer/SentName.h"
+#include <QCryptographicHash>
+#include <QDateTime>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
 namespace {
 
-constexpr qint64 kLargestMedia = 8 << 20; // a phone fetches no larger file
+// A phone fetches no larger file.
+constexpr qint64 kLargestMedia = 8 << 20;
+constexpr qint64 kLargestLayout = 1 << 20;
 const char* const kFirstTime = "2000-01-01 00:00:00";
 const char* const kLastTime = "2037-12-31 23:59:59";
 
@@ -16,8 +20,25 @@ QString ValueOr(const QXmlStreamAttributes& attributes, const char* name, const 
     return value.isEmpty() ? QString::fromLatin1(otherwise) : value.toString();
 }
 
+// As a phone reads it; the zone of the server stands for the phone's.
+qint64 SecondsOf(const QString& text, const QString& eventType)
+{
+    int n[6] = {};
+    std::sscanf(text.toUtf8().constData(), "%d-%d-%d %d:%d:%d", n, n + 1, n + 2, n + 3, n + 4, n + 5);
+    const Qt::TimeSpec zone = eventType == "sametime" ? Qt::UTC : Qt::LocalTime;
+    const QDateTime time(QDate(n[0], n[1], n[2]), QTime(n[3], n[4], n[5]), zone);
+    return time.isValid() ? time.toSecsSinceEpoch() : 0;
+}
+
+QString Size(qint64 bytes)
+{
+    return QString("%1 MiB").arg(bytes >> 20);
+}
+
 bool IsForDisplay(const QXmlStreamAttributes& attributes, const QString& display)
 {
+    if (display.isEmpty())
+        return true;
     const QString list = attributes.value("displays").toString();
     if (list.trimmed().isEmpty())
         return true;
@@ -30,15 +51,47 @@ bool IsForDisplay(const QXmlStreamAttributes& attributes, const QString& display
 
 } // namespace
 
-QByteArray ScheduleReply::For(const QByteArray& display)
+void ScheduleReply::Clear()
 {
     m_layouts.clear();
     m_files.clear();
+    m_uses.clear();
     m_complaints.clear();
+}
+
+QByteArray ScheduleReply::For(const QByteArray& display)
+{
+    Clear();
     // A schedule that is half written says nothing about what the displays should drop.
     if (!ReadSchedule(QString::fromUtf8(display)))
         return QByteArray();
     return NdeckReply([this](QXmlStreamWriter& xml) { Write(xml); });
+}
+
+void ScheduleReply::ForAll()
+{
+    Clear();
+    ReadSchedule(QString());
+}
+
+ScheduledFilesPtr ScheduleReply::Files() const
+{
+    auto list = std::make_shared<ScheduledFiles>();
+    QCryptographicHash id(QCryptographicHash::Md5);
+    for (const File& file : m_files) {
+        ScheduledFile one = {file.type.toUtf8(), file.path.toUtf8(), file.sum, {}};
+        for (const Layout& layout : m_layouts) {
+            if (file.type == "layout" && layout.file == file.path)
+                one.times.append(
+                    {SecondsOf(layout.fromdt, layout.eventType), SecondsOf(layout.todt, layout.eventType)});
+        }
+        id.addData(one.type + '/' + one.name + '/' + one.sum + '\n');
+        for (const auto& [from, to] : one.times)
+            id.addData(QByteArray::number(from) + '-' + QByteArray::number(to) + '\n');
+        list->files.append(one);
+    }
+    list->id = id.result().toHex();
+    return list;
 }
 
 int ScheduleReply::ReadSchedule(const QString& display)
@@ -65,56 +118,59 @@ int ScheduleReply::ReadSchedule(const QString& display)
 
 void ScheduleReply::TakeLayout(const Layout& layout)
 {
-    const OpenFilePtr file = m_folder.Open("layout", layout.file.toUtf8());
-    if (!file) {
-        Complain(QString("layouts/%1 is not there").arg(layout.file));
-        return;
-    }
-    if (!ArrivesAsSent(layout.file.toUtf8())) {
-        Complain(QString("layouts/%1 %2").arg(layout.file, CannotBeSent));
-        return;
-    }
-    QStringList media;
-    if (!MediaOf(layout, *file, media))
-        return;
-    m_layouts.append(layout);
-    if (!HasFile("layout", layout.file))
-        m_files.append({"layout", layout.file, m_folder.Sum(*file), file->Size()});
-    for (const QString& name : media)
-        TakeMedia(name);
-}
-
-int ScheduleReply::MediaOf(const Layout& layout, const OpenFile& file, QStringList& names)
-{
-    QXmlStreamReader xml(file.Read(0, file.Size()));
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        const bool isMedia = xml.name() == QLatin1String("media");
-        const QString name = xml.attributes().value(isMedia ? "path" : "background").toString();
-        if (!name.isEmpty())
-            names.append(name);
-    }
-    if (!xml.hasError())
-        return 1;
-    Complain(
-        QString("layouts/%1, line %2: %3").arg(layout.file).arg(xml.lineNumber()).arg(xml.errorString()));
-    return 0;
-}
-
-void ScheduleReply::TakeMedia(const QString& name)
-{
-    if (HasFile("media", name))
-        return;
-    const OpenFilePtr file = m_folder.Open("media", name.toUtf8());
+    const OpenFilePtr file = OpenSent("layout", layout.file, kLargestLayout);
     if (!file)
-        Complain(QString("media/%1 is not there").arg(name));
-    else if (!ArrivesAsSent(name.toUtf8()))
-        Complain(QString("media/%1 %2").arg(name, CannotBeSent));
-    else if (file->Size() > kLargestMedia)
-        Complain(QString("media/%1 is larger than a phone fetches (8 MiB)").arg(name));
+        return;
+    const LayoutText text(file->Read(0, file->Size()));
+    if (!text.Error().isEmpty()) {
+        Complain(QString("layouts/%1, %2").arg(layout.file, text.Error()));
+        return;
+    }
+    m_layouts.append(layout);
+    if (HasFile("layout", layout.file))
+        return;
+    m_files.append({"layout", layout.file, m_folder.Sum(*file), file->Size()});
+    for (const QString& fault : text.Faults())
+        Complain(QString("layouts/%1, %2").arg(layout.file, fault));
+    for (const LayoutText::Use& use : text.Uses())
+        TakeMedia(use);
+}
+
+// A file that phones fetch; null, with a complaint, for every other one.
+OpenFilePtr ScheduleReply::OpenSent(const char* type, const QString& name, qint64 most)
+{
+    const QByteArray folder = type == QByteArray("layout") ? "layouts/" : "media/";
+    const QString shown = folder + name;
+    const OpenFilePtr file = m_folder.Open(type, name.toUtf8());
+    const QByteArray fault = NameFault(name.toUtf8());
+    if (!fault.isEmpty())
+        Complain(shown + " " + fault);
+    else if (!file)
+        Complain(shown + " is not there");
+    else if (file->Size() > most)
+        Complain(QString("%1 is larger than a phone fetches (%2)").arg(shown, Size(most)));
     else
-        m_files.append({"media", name, m_folder.Sum(*file), file->Size()});
+        return file;
+    return nullptr;
+}
+
+void ScheduleReply::TakeMedia(const LayoutText::Use& use)
+{
+    const bool isKnown = HasFile("media", use.name);
+    const OpenFilePtr file = isKnown ? nullptr : OpenSent("media", use.name, kLargestMedia);
+    if (file)
+        m_files.append({"media", use.name, m_folder.Sum(*file), file->Size()});
+    const bool isUsed = std::any_of(m_uses.begin(), m_uses.end(), [&](const LayoutText::Use& one) {
+        return one.name == use.name && one.kind == use.kind;
+    });
+    if ((file || isKnown) && !isUsed)
+        m_uses.append(use);
+}
+
+void ScheduleReply::Complain(const QString& text)
+{
+    if (!m_complaints.contains(text))
+        m_complaints.append(text);
 }
 
 bool ScheduleReply::HasFile(const QString& type, const QString& path) const

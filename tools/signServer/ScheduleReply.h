@@ -8,11 +8,10 @@
 //
 // Without times a layout shows always, without "displays" on all. "eventType" and "applet" go to the phone as
 // they stand. Sizes and sums are the server's to find.
+#include "tools/signServer/LayoutText.h"
+#include "tools/signServer/ScheduledFiles.h"
 #include "tools/signServer/SignFolder.h"
-#include <QStringList>
-#include <QVector>
 
-class QXmlStreamReader;
 class QXmlStreamWriter;
 
 class ScheduleReply
@@ -21,8 +20,14 @@ public:
     explicit ScheduleReply(const SignFolder& folder) : m_folder(folder) {}
 
     QByteArray For(const QByteArray& display);
+    // Looks at the layouts of all displays, for Complaints and Uses.
+    void ForAll();
     // What the last call had to leave out, and why; a line each.
     const QStringList& Complaints() const { return m_complaints; }
+    // The files of the last answer.
+    ScheduledFilesPtr Files() const;
+    // The media of the last call that are there, each kind of use once.
+    const QVector<LayoutText::Use>& Uses() const { return m_uses; }
 
 private:
     struct Layout
@@ -36,16 +41,19 @@ private:
         qint64 size;
     };
 
+    void Clear();
+    // display: empty for all.
     int ReadSchedule(const QString& display);
     void TakeLayout(const Layout& layout);
-    int MediaOf(const Layout& layout, const OpenFile& file, QStringList& names);
-    void TakeMedia(const QString& name);
+    OpenFilePtr OpenSent(const char* type, const QString& name, qint64 most);
+    void TakeMedia(const LayoutText::Use& use);
     bool HasFile(const QString& type, const QString& path) const;
     void Write(QXmlStreamWriter& xml) const;
-    void Complain(const QString& text) { m_complaints.append(text); }
+    void Complain(const QString& text);
 
     const SignFolder& m_folder;
     QVector<Layout> m_layouts;
     QVector<File> m_files; // layouts first, each file once
+    QVector<LayoutText::Use> m_uses;
     QStringList m_complaints;
 };

@@ -16,10 +16,50 @@ bool IsFromThisMachine(const WebRequest& request)
     return address.startsWith("127.") || address == "::1" || address.startsWith("::ffff:127.");
 }
 
+bool IsRead(const WebRequest& request)
+{
+    return request.method == "GET" || request.method == "HEAD";
+}
+
+// False for a request that no phone makes.
+bool IsOfDisplay(const Served& served, DisplayEvent& event)
+{
+    const QByteArray& path = served.request.asked.path;
+    if (path == "/service/register.htm")
+        event.kind = DisplayEvent::Registration;
+    else if (path == "/service/getschedule.htm")
+        event.kind = DisplayEvent::Look;
+    else if (path == "/service/getfile.htm")
+        event.kind = DisplayEvent::File;
+    else
+        return false;
+    return served.request.method == "GET";
+}
+
+DisplayEvent EventOf(const Served& served, DisplayEvent event)
+{
+    const RequestText& asked = served.request.asked;
+    const WebResponse& response = served.response;
+    const bool isGranted = response.status == 200 || response.status == 304;
+    event.key = asked.Value("hardwareKey");
+    event.name = response.display;
+    event.address = served.request.address;
+    event.refused = response.refused;
+    event.whole = served.whole && isGranted;
+    event.files = response.files;
+    event.fileType = asked.Value("fileType");
+    event.fileName = asked.Value("filePath");
+    event.sum = response.sum;
+    if (event.kind != DisplayEvent::File && event.refused.isEmpty() && !event.whole)
+        event.refused = "the answer was cut off";
+    return event;
+}
+
 } // namespace
 
 SignServer::SignServer(const QByteArray& folder, RequestLog& log)
-    : m_folder(folder), m_account(m_folder), m_faults(m_folder), m_log(log)
+    : m_folder(folder), m_account(m_folder), m_faults(m_folder), m_log(log),
+      m_status(m_folder, m_account, m_log)
 {
 }
 
@@ -29,10 +69,14 @@ void SignServer::Answer(const WebRequest& request, const Reply& reply)
         reply(AnswerFaults(request));
         return;
     }
+    if (StatusDesk::IsStatusPath(request.asked.path) && IsRead(request)) {
+        reply(AnswerStatus(request));
+        return;
+    }
     WebResponse response;
     response.fault = m_faults.Choose(PercentDecoded(request.target));
     const FaultKind kind = response.fault.kind;
-    if (request.method != "GET" && request.method != "HEAD") {
+    if (!IsRead(request)) {
         AnswerRefused(response, "no such service", 404);
     } else if (kind == FaultKind::Refuse) {
         AnswerRefused(response, "refused", response.fault.status);
@@ -104,7 +148,8 @@ void SignServer::AnswerSchedule(const WebRequest& request, WebResponse& response
 {
     if (!Admits(request, response, 200))
         return;
-    const QByteArray schedule = ScheduleOf(response.display);
+    QByteArray schedule;
+    ScheduleOf(response.display, schedule, response.files);
     if (schedule.isEmpty())
         AnswerRefused(response, "the schedule cannot be read", 503);
     else
@@ -112,19 +157,17 @@ void SignServer::AnswerSchedule(const WebRequest& request, WebResponse& response
 }
 
 // While schedule.xml is being written, the phones go on with what they had.
-QByteArray SignServer::ScheduleOf(const QByteArray& display)
+void SignServer::ScheduleOf(const QByteArray& display, QByteArray& schedule, ScheduledFilesPtr& files)
 {
     ScheduleReply maker(m_folder);
-    const QByteArray schedule = maker.For(display);
+    schedule = maker.For(display);
+    files = maker.Files();
+    m_status.Complain(maker.Complaints());
     QMutexLocker locker(&m_scheduleLock);
-    if (m_complaints[display] != maker.Complaints()) {
-        m_complaints[display] = maker.Complaints();
-        for (const QString& complaint : maker.Complaints())
-            m_log.Line("content: " + complaint.toUtf8());
-    }
     if (!schedule.isEmpty())
-        m_goodSchedules[display] = schedule;
-    return m_goodSchedules[display];
+        m_goodSchedules[display] = {schedule, files};
+    schedule = m_goodSchedules[display].first;
+    files = m_goodSchedules[display].second;
 }
 
 void SignServer::AnswerFile(const WebRequest& request, WebResponse& response)
@@ -189,8 +232,34 @@ WebResponse SignServer::AnswerFaults(const WebRequest& request)
     return response;
 }
 
+WebResponse SignServer::AnswerStatus(const WebRequest& request)
+{
+    const StatusAnswer answer =
+        m_status.Answer({request.asked.path, request.asked.Value("display"), request.address,
+                         request.Field("host"), request.Field("authorization")});
+    WebResponse response;
+    response.status = answer.status;
+    response.type = answer.type;
+    response.body = answer.body;
+    response.fields = answer.fields;
+    return response;
+}
+
+void SignServer::Lose(const Served& served)
+{
+    DisplayEvent event;
+    if (!IsOfDisplay(served, event))
+        return;
+    event = EventOf(served, event);
+    event.whole = false;
+    m_status.Note(event);
+}
+
 void SignServer::Finish(const Served& served)
 {
+    DisplayEvent event;
+    if (IsOfDisplay(served, event))
+        m_status.Note(EventOf(served, event));
     const WebRequest& request = served.request;
     const WebResponse& response = served.response;
     const QByteArray asked = request.method.isEmpty() ? QByteArray("(no request)")

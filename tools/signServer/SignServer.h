@@ -4,6 +4,7 @@
 #include "tools/signServer/Account.h"
 #include "tools/signServer/NameCheck.h"
 #include "tools/signServer/RequestLog.h"
+#include "tools/signServer/StatusDesk.h"
 #include "tools/signServer/WebExchange.h"
 
 class SignServer : public WebService
@@ -21,6 +22,7 @@ public:
     void Settle() { m_account.Settle(); }
     void Answer(const WebRequest& request, const Reply& reply) override;
     void Finish(const Served& served) override;
+    void Lose(const Served& served) override;
 
 private:
     static void Spoil(WebResponse& response);
@@ -33,13 +35,15 @@ private:
     void AnswerPublicFeed(const WebRequest& request, WebResponse& response);
     void AnswerIcon(const WebRequest& request, WebResponse& response);
     WebResponse AnswerFaults(const WebRequest& request);
-    QByteArray ScheduleOf(const QByteArray& display);
+    void ScheduleOf(const QByteArray& display, QByteArray& schedule, ScheduledFilesPtr& files);
+    WebResponse AnswerStatus(const WebRequest& request);
 
     SignFolder m_folder;
     Account m_account;
     FaultPlan m_faults;
     RequestLog& m_log;
     QMutex m_scheduleLock;
-    QHash<QByteArray, QByteArray> m_goodSchedules; // by display, the last one that could be made
-    QHash<QByteArray, QStringList> m_complaints;   // by display, what was said last
+    // By display, the last one that could be made, and its files.
+    QHash<QByteArray, QPair<QByteArray, ScheduledFilesPtr>> m_goodSchedules;
+    StatusDesk m_status;
 };

@@ -2,6 +2,7 @@
 // A request as it came, the answer to it, and what became of both.
 #include "tools/signServer/FaultPlan.h"
 #include "tools/signServer/RequestText.h"
+#include "tools/signServer/ScheduledFiles.h"
 #include <QMap>
 #include <functional>
 
@@ -30,9 +31,10 @@ struct WebResponse
     Fault fault;          // how it goes wrong on its way
 
     // For those who keep the books.
-    QByteArray display; // the name of the display that asked, if it is known
-    QByteArray refused; // why it does not get what it asked for
-    QByteArray sum;     // of the file
+    QByteArray display;      // the name of the display that asked, if it is known
+    QByteArray refused;      // why it does not get what it asked for
+    QByteArray sum;          // of the file
+    ScheduledFilesPtr files; // of the schedule
 };
 
 // What became of a request; the body of the response is no longer in it.
@@ -56,4 +58,6 @@ public:
     virtual void Answer(const WebRequest& request, const Reply& reply) = 0;
     // Every request ends here, also one that was refused before it was understood.
     virtual void Finish(const Served& served) = 0;
+    // A file that had gone out whole did not arrive so: its reader went before its end. Comes after Finish.
+    virtual void Lose(const Served& served) = 0;
 };

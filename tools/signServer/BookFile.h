@@ -1,0 +1,8 @@
+#pragma once
+// The displays' book on the disk, so that the server knows after a restart what they have. Any thread.
+#include "tools/signServer/DisplayBook.h"
+
+// file: a path of this machine. Nothing for a file that is missing, damaged or larger than a book can be.
+DisplayBook::Records ReadBookFile(const QByteArray& file);
+// Readable by the server's user alone. 0 when it cannot be written; the old file then stays.
+int WriteBookFile(const QByteArray& file, const DisplayBook::Records& records);
