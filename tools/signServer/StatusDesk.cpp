@@ -4,6 +4,7 @@
 #include "tools/signServer/RequestLog.h"
 #include "tools/signServer/StatusJson.h"
 #include "tools/signServer/StatusPage.h"
+#include <arpa/inet.h>
 #include <ctime>
 
 namespace {
@@ -29,7 +30,9 @@ bool IsLoopback(const QByteArray& address)
 bool IsLoopbackHost(const QByteArray& host)
 {
     QByteArray name = host.startsWith('[') ? host.mid(1, host.indexOf(']') - 1) : host.split(':').first();
-    return name == "localhost" || IsLoopback(name);
+    in_addr address;
+    const bool isAddress = name == "::1" || inet_pton(AF_INET, name.constData(), &address) == 1;
+    return name == "localhost" || (isAddress && IsLoopback(name));
 }
 
 // "Basic" and name:password in base 64; any name will do.
