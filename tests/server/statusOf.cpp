@@ -110,6 +110,6 @@ void StatusTest::writeShow() const
     write("schedule.xml", "<schedule><layout file='a.xml'/></schedule>");
     write("layouts/a.xml", "<layout background='one.jpg'><region left='0' top='0' width='80' height='80'>"
                            "<media type='image' path='two.png'/></region></layout>");
-    write("media/one.jpg", noise(90000));
+    write("media/one.jpg", noise(40000));
     write("media/two.png", noise(3000, 2));
 }

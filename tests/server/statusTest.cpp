@@ -103,7 +103,7 @@ TEST_F(Status, AFileThatChangedIsMissingUntilItIsFetchedAgain)
     startEnrolled();
     schedule();
     fetchAll();
-    write("media/one.jpg", noise(90000, 7));
+    write("media/one.jpg", noise(40000, 7));
     EXPECT_EQ(display()["standing"], "in step") << "the display has not been told";
     schedule();
     EXPECT_THAT(names("missing"), ElementsAre("media/one.jpg"));
