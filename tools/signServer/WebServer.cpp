@@ -36,6 +36,8 @@ int WebServer::Bind(const QByteArray& address, int port)
         m_acceptor.bind(endpoint, error);
     if (!error)
         m_acceptor.listen(kBacklog, error);
+    if (!error)
+        m_acceptor.non_blocking(true, error);
     return error ? -1 : m_acceptor.local_endpoint(error).port();
 }
 
@@ -65,17 +67,25 @@ void WebServer::Accept()
 {
     if (m_bHalted)
         return;
-    m_acceptor.async_accept(asio::make_strand(m_context),
-                            [this](error_code error, Connection::Socket socket) {
-                                if (m_bHalted)
-                                    return;
-                                if (!error)
-                                    Take(std::move(socket));
-                                if (error && error != asio::error::connection_aborted)
-                                    AcceptLater();
-                                else
-                                    Accept();
-                            });
+    m_acceptor.async_wait(tcp::acceptor::wait_read, [this](error_code) { TakeAll(); });
+}
+
+// One at a time would wait behind all that the others have to do, and a building of phones would wait for it.
+void WebServer::TakeAll()
+{
+    error_code error;
+    for (int i = 0; i < kBacklog && !error && !m_bHalted; ++i) {
+        Connection::Socket socket(asio::make_strand(m_context));
+        m_acceptor.accept(socket, error);
+        if (!error)
+            Take(std::move(socket));
+        else if (error == asio::error::connection_aborted)
+            error.clear();
+    }
+    if (error && error != asio::error::would_block)
+        AcceptLater();
+    else
+        Accept();
 }
 
 // Without room the socket closes here, and whoever asked can ask again.

@@ -20,6 +20,7 @@ private:
     using tcp = boost::asio::ip::tcp;
 
     void Accept();
+    void TakeAll();
     void Take(Connection::Socket socket);
     void AcceptLater();
 
