@@ -10,6 +10,7 @@
 #include "tests/frame/testPages.h"
 #include <QDir>
 #include <QFile>
+#include <QRegularExpressionValidator>
 
 namespace {
 
@@ -98,6 +99,16 @@ TEST_F(BoundPage, EachShowRefreshesSetsInputMethodsAndTheFocus)
     EXPECT_EQ(page.m_nRefreshed, 2);
     EXPECT_EQ(qGetCurrentIME(page.m_pName), "ABC");
     EXPECT_EQ(page.focusWidget(), page.m_pAddress);
+}
+
+TEST_F(BoundPage, ARefreshSeesWhatIsStoredAndNotWhatWasLeft)
+{
+    dlgConfigPage page;
+    open(page);
+    page.m_pName->setText("abandoned");
+    back(page);
+    open(page);
+    EXPECT_EQ(page.m_strRefreshedWith, "nobody");
 }
 
 TEST_F(BoundPage, SaveStoresTellsAndCloses)
@@ -195,13 +206,24 @@ TEST_F(BoundPage, AFieldOfDigitsTakesNothingElse)
     dlgConfigPage page;
     open(page);
     kit::tap(page.m_pSeconds);
-    kit::type("1a2");
+    kit::type("1a*#+ 2");
     kit::padKey('3');
     EXPECT_EQ(page.m_pSeconds->text(), "123");
     kit::type("4");
     EXPECT_EQ(page.m_pSeconds->text(), "123");
     page.m_pSeconds->clear();
     EXPECT_TRUE(page.m_pSeconds->hasAcceptableInput());
+}
+
+TEST_F(BoundPage, APagesOwnValidatorStays)
+{
+    dlgConfigPage page;
+    QLineEdit edit(&page);
+    QRegularExpressionValidator own(QRegularExpression("[0-9*#]*"));
+    edit.setValidator(&own);
+    page.Bind({{&edit, registryOpen(SYSTEM_INI, "Test"), "strOwn", "", "123", "123", 3, DIGITS_ONLY}});
+    EXPECT_EQ(edit.validator(), &own);
+    EXPECT_EQ(edit.maxLength(), 3);
 }
 
 TEST_F(BoundPage, WhatWasStoredOfTwoSectionsIsToldThoughTheOtherFailed)

@@ -142,6 +142,18 @@ TEST_F(FocusKeysTest, AnEditThatIsLeftBlanksTheKeysAsDeclared)
     EXPECT_EQ(page.ime(), "");
 }
 
+TEST_F(FocusKeysTest, AListThatIsLeftIsNoEdit)
+{
+    page.FollowFocus(
+        {{FOCUS_TABLE, SHOWS_METHOD, SHOWS_LABEL}, {FOCUS_LEFT_EDIT, SHOWS_NOTHING, SHOWS_NOTHING}});
+    open();
+    go(page.m_pTable);
+    ASSERT_EQ(page.ime(), "2aB");
+    go(page.m_pCheck);
+    EXPECT_EQ(page.ime(), "2aB");
+    EXPECT_EQ(page.deleteKey(), "Delete");
+}
+
 TEST_F(FocusKeysTest, ABlankKeyDoesNothingAndComesBackWithItsJob)
 {
     page.FollowFocus(

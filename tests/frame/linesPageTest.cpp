@@ -6,6 +6,8 @@
 #include "support/host/message.h"
 #include "tests/file/failingCalls.h"
 #include "tests/kit/pageTest.h"
+#include <QDir>
+#include <QFile>
 #include <QFrame>
 #include <QLabel>
 #include <QStackedWidget>
@@ -41,6 +43,8 @@ public:
     QLineEdit* m_pOn = new QLineEdit(this);
     QLineEdit* m_pOff = new QLineEdit(this);
     int m_nBound = 0;
+    int m_nRefreshed = 0;
+    QString m_strRefreshedWith;
 
 protected:
     void BindLine(int line) override
@@ -52,6 +56,11 @@ protected:
             {m_pOn, account, "On", "", "2aB,ABC,abc,123", "123", 32},
             {m_pOff, account, "Off", "", "2aB,ABC,abc,123", "123"},
         });
+    }
+    void RefreshData() override
+    {
+        ++m_nRefreshed;
+        m_strRefreshedWith = m_pOn->text();
     }
     int save() override
     {
@@ -139,6 +148,21 @@ TEST_F(LinesPages, EveryShowStartsOnTheFirstLineWithTheStoredValues)
     EXPECT_EQ(body(2)->m_nBound, 1);
 }
 
+TEST_F(LinesPages, EachShowRefreshesEveryBodyWithWhatIsStored)
+{
+    show(dialog);
+    back();
+    for (int line = 0; line < 4; ++line) {
+        nuxSetRegistryString(lineFile(line), "Code", "On", "77");
+        body(line)->m_nRefreshed = 0;
+    }
+    show(dialog);
+    for (int line = 0; line < 4; ++line) {
+        EXPECT_EQ(body(line)->m_nRefreshed, 1) << line;
+        EXPECT_EQ(body(line)->m_strRefreshedWith, "77") << line;
+    }
+}
+
 TEST_F(LinesPages, ABodyOfAnotherLineIsBoundAnew)
 {
     nuxSetRegistryString(lineFile(3), "Code", "On", "33");
@@ -194,14 +218,52 @@ TEST_F(LinesPages, AFullDiskIsToldOnTheFirstLineThatIsNotStored)
     expectChangesTold({"3 1"});
 }
 
+TEST_F(LinesPages, LinesThatCannotBeStoredDoNotKeepTheOthersFromIt)
+{
+    show(dialog);
+    for (int line : {1, 2, 3})
+        body(line)->m_pOn->setText("5");
+    for (int line : {1, 2, 3})
+        body(line)->m_pOff->setText("6");
+    for (int line : {1, 2}) {
+        QFile::remove(hostPath(lineFile(line)));
+        ASSERT_TRUE(QDir().mkpath(hostPath(lineFile(line))));
+    }
+    kit::BoxAnswers boxes({"ok"});
+    save();
+    EXPECT_EQ(boxes.texts(), QStringList("The settings cannot be saved!"));
+    EXPECT_EQ(tab(), 1) << "the first that failed";
+    expectStored(lineFile(3), "Code", "On", "5");
+    expectChangesTold({"3 3"});
+    for (int line : {1, 2})
+        ASSERT_TRUE(QDir().rmdir(hostPath(lineFile(line))));
+    expectSaved();
+    expectStored(lineFile(1), "Code", "On", "5");
+    expectStored(lineFile(2), "Code", "Off", "6");
+}
+
+TEST_F(LinesPages, APageMadeInAnotherLanguageShowsItOnEveryLine)
+{
+    ASSERT_EQ(GetLanguageHelper()->SetLanguage("German"), 1);
+    dlgCodes german;
+    show(german);
+    for (int line = 0; line < 4; ++line) {
+        const auto* made = static_cast<subDlgCode*>(german.Body(line));
+        EXPECT_EQ(made->m_pCaption->text(), qTranslate("Password")) << line;
+        EXPECT_EQ(made->m_pCalls->itemText(0), qTranslate("Disabled")) << line;
+    }
+    EXPECT_NE(qTranslate("Password"), "Password");
+}
+
 TEST_F(LinesPages, TabsCaptionsAndChoicesFollowTheLanguage)
 {
     show(dialog);
     back();
     ASSERT_EQ(GetLanguageHelper()->SetLanguage("German"), 1);
     show(dialog);
-    EXPECT_EQ(dialog.findChild<qLinePages*>()->m_pTabs->tabText(1), "Leitung 2");
     for (int line = 0; line < 4; ++line) {
+        EXPECT_EQ(dialog.findChild<qLinePages*>()->m_pTabs->tabText(line),
+                  QString("Leitung %1").arg(line + 1));
         EXPECT_EQ(body(line)->m_pCaption->text(), qTranslate("Password")) << line;
         EXPECT_EQ(body(line)->m_pCalls->itemText(0), qTranslate("Disabled")) << line;
         EXPECT_EQ(body(line)->m_pCalls->currentIndex(), 1) << line;

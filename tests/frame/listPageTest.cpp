@@ -154,6 +154,9 @@ TEST_F(ListPage, ATableThatStepsByItselfGoesRoundAtItsEndsOnly)
     EXPECT_EQ(list.m_pTable->currentRow(), 2);
     EXPECT_FALSE(tableWrapRow(list.m_pTable, Qt::Key_Up));
     EXPECT_FALSE(tableWrapRow(list.m_pTable, Qt::Key_Left));
+    list.m_pTable->setCurrentCell(-1, -1);
+    EXPECT_FALSE(tableWrapRow(list.m_pTable, Qt::Key_Up));
+    EXPECT_EQ(list.m_pTable->currentRow(), -1);
     list.m_pTable->setRowCount(1);
     EXPECT_FALSE(tableWrapRow(list.m_pTable, Qt::Key_Up));
 }
@@ -188,6 +191,7 @@ TEST_F(ListPage, ARowIsTakenAwayWithItsElement)
 TEST_F(ListPage, AFileThatIsGoneLeavesTheTextsAndNoElement)
 {
     show(dialog);
+    dialog.m_rules.SetElement(1, 1, dialog.m_rules.Element(1));
     back();
     QFile::remove(hostPath(RULES_XML));
     show(dialog);
@@ -195,15 +199,19 @@ TEST_F(ListPage, AFileThatIsGoneLeavesTheTextsAndNoElement)
     EXPECT_EQ(dialog.m_pTable->item(1, 0)->text(), "a1");
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(dialog.m_rules.Element(i), nullptr);
+    EXPECT_FALSE(dialog.m_pTable->item(1, 1)->data(XmlTable::ELEMENT_ROLE).isValid());
     EXPECT_EQ(dialog.m_rules.List(), nullptr);
     EXPECT_EQ(dialog.m_rules.Save(), 0);
     EXPECT_FALSE(QFile::exists(hostPath(RULES_XML)));
 }
 
-TEST_F(ListPage, AFileWithoutTheListIsNoList)
+TEST_F(ListPage, AFileWithoutTheListIsNoListAndIsNotWritten)
 {
-    writeFile(RULES_XML, "<Others><Rule/></Others>");
+    const QByteArray others = "<Others><Rule/></Others>";
+    writeFile(RULES_XML, others);
     EXPECT_EQ(dialog.LoadData(), 0);
+    EXPECT_EQ(dialog.m_rules.Save(), 0);
+    EXPECT_EQ(readFile(RULES_XML), others);
 }
 
 TEST_F(ListPage, AFullDiskIsToldAndKeepsDocumentAndRows)

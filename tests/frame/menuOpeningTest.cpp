@@ -1,16 +1,15 @@
 // One form for each menu file and menu name, and the boot.
 #include "frame/menuOpening.h"
 #include "frame/configFiles.h"
-#include "frame/popupDialog.h"
 #include "frame/roomHooks.h"
 #include "support/host/bars.h"
 #include "support/host/desktop.h"
-#include "support/host/dialogs.h"
 #include "support/host/iconview.h"
 #include "tests/frame/failingMenu.h"
 #include "tests/frame/frameTest.h"
 #include <QApplication>
 #include <QFile>
+#include <cstring>
 
 namespace {
 
@@ -162,6 +161,19 @@ TEST_F(Menus, AMenuThatTheHostCannotMakeIsNeitherShownNorListed)
     EXPECT_EQ(GetListFrame().size(), 1);
 }
 
+TEST_F(Menus, AFormInUseIsNotGivenToTheNextMenuWhenItFailsAgain)
+{
+    ASSERT_EQ(settingOpenFrame("Directory"), 1);
+    const dlgIconviewForm* directory = GetListFrame().front().pValue;
+    {
+        FailingMenu failing;
+        ASSERT_EQ(settingOpenFrame("Directory"), 0);
+    }
+    settingOpenXml("media.xml");
+    ASSERT_NE(form("media.xml"), nullptr);
+    EXPECT_NE(form("media.xml"), directory);
+}
+
 TEST_F(Menus, LDAPIsThereWhenItsKeyIsNotZero)
 {
     EXPECT_EQ(IsExsitLDAP(), 0);
@@ -229,6 +241,14 @@ protected:
         kit::settle();
     }
     ~Boot() override { frmDesktop::GetInstance()->m_pLoading = nullptr; }
+    static QWidget* built(const char* page)
+    {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (strcmp(window->metaObject()->className(), page) == 0)
+                return window;
+        }
+        return nullptr;
+    }
     frmLoading m_loading;
 };
 
@@ -273,8 +293,10 @@ TEST_F(Boot, AllStepsRunInOrderAndTheirWindowsStayHidden)
         EXPECT_FALSE(entry.pValue->isVisible()) << entry.strKey.GetText();
     }
     EXPECT_EQ(menus, QStringList({"setting.xml", "callfeature.xml", "application.xml", "media.xml"}));
-    EXPECT_FALSE(PopupDialog<dlgPhoneBook>(nullptr, 1, 0, 0)->isVisible());
-    EXPECT_FALSE(PopupDialog<dlgCallHistroy>(nullptr, 1, 0, 0)->isVisible());
+    for (const char* page : {"dlgPhoneBook", "dlgContactEditor", "dlgRemotePhoneBook", "dlgCallHistroy"}) {
+        ASSERT_NE(built(page), nullptr) << page;
+        EXPECT_FALSE(built(page)->isVisible()) << page;
+    }
 }
 
 TEST_F(Boot, TheWindowsOfTheBootAreTheOnesThatOpenLater)

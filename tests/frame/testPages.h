@@ -29,6 +29,7 @@ class dlgConfigPage : public ConfigPage
     Q_OBJECT
 public:
     explicit dlgConfigPage(QWidget* parent = nullptr, tagLeftBarInfo* info = nullptr);
+    using ConfigPage::Bind;
     using ConfigPage::Check;
     PageFrame& frame() { return m_frame; }
 
@@ -38,11 +39,16 @@ public:
     QCheckBox* m_pEnable;
     QLineEdit* m_pSeconds; // tied to user.ini, digits only
     int m_nRefreshed = 0;
+    QString m_strRefreshedWith;
     int m_nBroadcasts = 0;
     int m_nSaveResult = 1;
 
 protected:
-    void RefreshData() override { ++m_nRefreshed; }
+    void RefreshData() override
+    {
+        ++m_nRefreshed;
+        m_strRefreshedWith = m_pName->text();
+    }
     QWidget* FirstFocus() override { return m_pAddress; }
     int save() override { return m_nSaveResult; }
     void BroadcastChange() override { ++m_nBroadcasts; }

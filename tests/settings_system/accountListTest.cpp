@@ -130,6 +130,15 @@ TEST_F(AccountList, ATextOfNineCharactersIsNotCut)
     EXPECT_EQ(text(2), " 1234567@t...");
 }
 
+TEST_F(AccountList, ACutNeverSplitsACharacter)
+{
+    store(0, "12345678😀", "sip.test");
+    store(1, "1234567😀", "sip.test");
+    openList();
+    EXPECT_EQ(text(1), " 12345678...");
+    EXPECT_EQ(text(2), " 1234567😀...");
+}
+
 TEST_F(AccountList, EachButtonOpensItsAccount)
 {
     for (int number = 1; number <= 4; ++number) {
@@ -233,6 +242,28 @@ TEST_F(AccountList, ALineWithoutANameIsShownInTheLanguageOfTheShow)
     EXPECT_NE(page->findChild<qLeftBar*>()->title(), "Account Setting");
 }
 
+TEST_F(AccountList, ANameOfTheFileStaysWhenTheLanguageChanges)
+{
+    store(0, "Al", "b.de");
+    openList();
+    GetLanguageHelper()->SetLanguage("German");
+    kit::settle();
+    EXPECT_EQ(text(1), " Al@b.de");
+    EXPECT_EQ(text(2), " Konto 2  ");
+}
+
+TEST_F(AccountList, ANameOfThePhoneServiceStaysWhenTheLanguageChangesAndGoesWithItsUser)
+{
+    store(2, "Al", "b.de");
+    openList();
+    refresh(1, LINE_REGISTERED, "42", "b.de");
+    refresh(2, LINE_DISABLED, "", "");
+    GetLanguageHelper()->SetLanguage("German");
+    kit::settle();
+    EXPECT_EQ(text(2), " 42@b.de");
+    EXPECT_EQ(text(3), " Konto 3  ");
+}
+
 TEST_F(AccountList, TheFirstButtonTakesAText)
 {
     openList();
@@ -281,4 +312,5 @@ TEST_F(AccountList, TheSmallButtonOfALineWithoutAccountIsNotTranslated)
     refresh(3, LINE_DISABLED, "", "");
     setupAccountButton(&small, 3);
     EXPECT_EQ(small.text(), "Account4");
+    EXPECT_EQ(GetButtonImage(&small, 3), FG03);
 }

@@ -143,6 +143,17 @@ TEST_F(AccountPage, ADisabledLineSavesWhateverIsThere)
     EXPECT_EQ(account("SIPServerPort"), "nonsense");
 }
 
+TEST_F(AccountPage, ADisabledLineHasItsOtherGroupsChecked)
+{
+    openAccount();
+    tick("chkEnableLine", false);
+    tick("chkEnableOutBound", true);
+    enter("editServer2", "not a host");
+    expectRefused("OutBound server is invalid!", "editServer2");
+    tick("chkEnableStun", true);
+    expectRefused("STUN server is invalid!", "editServer1");
+}
+
 TEST_F(AccountPage, StunIsCheckedWhenItIsOn)
 {
     openAccount();
@@ -203,6 +214,13 @@ TEST_F(AccountPage, AReadOnlyServerIsDisabledAndStillChecked)
 
 TEST_F(AccountPage, WithoutTheFlagTheServerIsOpen)
 {
+    openAccount();
+    EXPECT_TRUE(child<QLineEdit>("editServer0")->isEnabled());
+}
+
+TEST_F(AccountPage, OnlyOneIsTheFlagOfAReadOnlyServer)
+{
+    nuxSetRegistryInt(ACCOUNT_FILE, "account", "bSIPServerHostReadOnly", 2);
     openAccount();
     EXPECT_TRUE(child<QLineEdit>("editServer0")->isEnabled());
 }

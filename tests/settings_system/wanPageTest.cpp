@@ -1,5 +1,6 @@
 #include "frame/modSetting.h"
 #include "host/services/system/netWorld.h"
+#include "settings/system/dlgWan.h"
 #include "support/host/ime.h"
 #include "support/host/net.h"
 #include "tests/settings_system/systemPageTest.h"
@@ -45,7 +46,19 @@ protected:
     }
 };
 
+// Some toolkits take its input methods from an edit whose text is hidden. The one in use does not: while this
+// is set, the linker leads the calls to one that does.
+bool s_bEchoEndsInput = false;
+
 } // namespace
+
+extern "C" void __real__ZN9QLineEdit11setEchoModeENS_8EchoModeE(QLineEdit* edit, QLineEdit::EchoMode mode);
+extern "C" void __wrap__ZN9QLineEdit11setEchoModeENS_8EchoModeE(QLineEdit* edit, QLineEdit::EchoMode mode)
+{
+    __real__ZN9QLineEdit11setEchoModeENS_8EchoModeE(edit, mode);
+    if (s_bEchoEndsInput)
+        edit->setAttribute(Qt::WA_InputMethodEnabled, mode == QLineEdit::Normal);
+}
 
 TEST_F(WanPage, OpensByNameWithTheStoredValuesAndTheFocusOnDhcp)
 {
@@ -119,6 +132,15 @@ TEST_F(WanPage, TheHiddenPasswordKeepsItsInputMethods)
     kit::padKey('2');
     kit::stepTime(1500);
     EXPECT_EQ(password->text(), "A");
+}
+
+TEST_F(WanPage, TheHiddenPasswordKeepsItsInputMethodsWithAToolkitThatTakesThem)
+{
+    s_bEchoEndsInput = true;
+    dlgWan wan(nullptr, nullptr);
+    s_bEchoEndsInput = false;
+    show(wan);
+    EXPECT_TRUE(child<QLineEdit>("editPassword")->testAttribute(Qt::WA_InputMethodEnabled));
 }
 
 TEST_F(WanPage, TheInputMethodsStartAnewAtEachShow)
@@ -310,12 +332,14 @@ TEST_F(WanPage, StaticAddressInUseIsRefusedEvenIfUnchanged)
     expectRefused("Ip Address is used!", "editIPAddress");
 }
 
-TEST_F(WanPage, AnUnchangedStoredMaskPassesThoughItIsInvalid)
+TEST_F(WanPage, UnchangedStoredEntriesPassThoughTheyAreInvalid)
 {
-    nuxSetRegistryString(SYSTEM_FILE, "Network", "strWanMask", "255.0.255.0");
+    for (const QString& key : kAddressKeys)
+        nuxSetRegistryString(SYSTEM_FILE, "Network", fromQString(key).GetText(), "255.0.255");
     openWan();
     expectSaved();
-    EXPECT_EQ(network("strWanMask"), "255.0.255.0");
+    for (const QString& key : kAddressKeys)
+        EXPECT_EQ(network(fromQString(key).GetText()), "255.0.255") << qPrintable(key);
 }
 
 TEST_F(WanPage, TheQuestionComesWithoutAnyChangeToo)
@@ -384,6 +408,30 @@ TEST_F(WanPage, OpeningWithDhcpAndAutoWriteStoresTheLiveAddress)
     EXPECT_EQ(network("strWanPrimaryDNS"), "10.9.0.1");
     EXPECT_EQ(network("strWanSecondaryDNS"), "10.9.0.2");
     EXPECT_EQ(network("eWANType"), "0");
+}
+
+TEST_F(WanPage, OpeningWithPppoeAndAutoWriteStoresTheLiveAddressToo)
+{
+    nuxSetRegistryString(SYSTEM_FILE, "Network", "eWANType", "1");
+    nuxSetRegistryString(SYSTEM_FILE, "Network", "bAutoWriteWanIp", "1");
+    netWorld().address = in_addr{inet_addr("10.1.2.3")};
+    openWan();
+    EXPECT_EQ(child<QLineEdit>("editIPAddress")->text(), "10.1.2.3");
+    EXPECT_EQ(network("strWanIP"), "10.1.2.3");
+    EXPECT_EQ(network("eWANType"), "1");
+}
+
+TEST_F(WanPage, TheStoredTypeDecidesAboutAutoWriteAndNotTheRadioThatWasLeft)
+{
+    nuxSetRegistryString(SYSTEM_FILE, "Network", "bAutoWriteWanIp", "1");
+    netWorld().address = in_addr{inet_addr("10.1.2.3")};
+    openWan();
+    chooseType("radBtnDHCP");
+    back();
+    openWan();
+    EXPECT_TRUE(child<QRadioButton>("radBtnStaticIp")->isChecked());
+    EXPECT_EQ(child<QLineEdit>("editIPAddress")->text(), "192.168.1.20");
+    EXPECT_EQ(network("strWanIP"), "192.168.1.20");
 }
 
 TEST_F(WanPage, AStaticAddressIsNotOverwrittenByAutoWrite)
