@@ -58,7 +58,7 @@ const char* const kLoading = "loading";
 
 void setText(QWebView& view, const QString& html)
 {
-    if (view.html() != html) {
+    if (view.html() != html || !view.isLoaded()) {
         view.setProperty(kLoading, !html.isEmpty());
         view.setHtml(html, QUrl());
     }
@@ -291,7 +291,7 @@ bool nDeckPanel::IsShowing(const mediaBase& media) const
     }
     if (const auto* text = dynamic_cast<const mediaText*>(&media)) {
         const auto* view = qobject_cast<const QWebView*>(m_pContent);
-        return view && view->html() == toQString(text->GetHtmlContent());
+        return view && view->isLoaded() && view->html() == toQString(text->GetHtmlContent());
     }
     return isKind<videoAssistant>(m_pContent);
 }

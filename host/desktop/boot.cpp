@@ -2,6 +2,7 @@
 #include "host/desktop/callMedia.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
+#include "host/desktop/textWarmUp.h"
 #include "host/services/keyfiles/deviceFiles.h"
 #include "support/host/box.h"
 #include "support/host/desktop.h"
@@ -29,6 +30,7 @@ void bootStep(int index)
     }
     frmDesktop::GetInstance()->FinishLoading();
     displayClient::instance().start();
+    new textWarmUp(qApp);
     if (!deviceFilesAreStored())
         QTimer::singleShot(0, qApp, tellNothingIsStored);
 }

@@ -1,5 +1,16 @@
 #include "host/web/requestGuard.h"
+#include "host/services/transfers/ownAddress.h"
 #include <QStringList>
+
+namespace {
+
+QByteArray targetOf(const QUrl& url)
+{
+    const int usual = url.scheme() == "https" ? 443 : 80;
+    return url.host().toLatin1() + ':' + QByteArray::number(url.port(usual));
+}
+
+} // namespace
 
 bool requestGuard::isAllowed(const QUrl& address)
 {
@@ -7,8 +18,18 @@ bool requestGuard::isAllowed(const QUrl& address)
     return schemes.contains(address.scheme().toLower());
 }
 
+// A name is left to whoever looks it up.
+QByteArray requestGuard::targetHere(const QUrl& server)
+{
+    const QHostAddress address(server.host());
+    const bool isHere = server.host() == "localhost" || (!address.isNull() && ownAddress::isOwn(address));
+    return isHere ? targetOf(server) : QByteArray();
+}
+
 void requestGuard::interceptRequest(QWebEngineUrlRequestInfo& info)
 {
-    if (!isAllowed(info.requestUrl()))
+    const bool isReading = info.requestMethod() == "GET" || info.requestMethod() == "HEAD";
+    const bool isSent = !m_here.isEmpty() && !isReading && targetOf(info.requestUrl()) == m_here;
+    if (isSent || !isAllowed(info.requestUrl()))
         info.block(true);
 }

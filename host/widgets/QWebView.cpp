@@ -1,13 +1,15 @@
 #include "host/widgets/textPanel.h"
 #include "host/widgets/webPlugin.h"
-#include "support/host/trace.h"
 #include "support/host/webview.h"
 #include <QResizeEvent>
+#include <QTimer>
 #include <memory>
 
 namespace {
 constexpr double kSmallestZoom = 0.25;
 constexpr double kLargestZoom = 5;
+// A text that nobody has seen for so long is not the next one soon.
+constexpr int kUnloadMs = 1000;
 } // namespace
 
 struct QWebView::Private
@@ -17,14 +19,18 @@ struct QWebView::Private
     void show();
     void showPlain();
     void hideAll();
+    void unload();
     bool startPanel();
     tagWebPanelEvents events();
+    bool isWanted() const { return !html.isEmpty() && isLoaded; }
 
     QWebView* view;
     QString html;
     double zoom = 1;
     std::unique_ptr<webPanel> panel;
     textPanel* plain = nullptr;
+    bool isLoaded = true; // false: the text was taken from the engine, because nobody saw it
+    QTimer unseen;
 };
 
 // The engine's events are taken up from the event loop: whoever hears of them may delete the view.
@@ -36,23 +42,22 @@ tagWebPanelEvents QWebView::Private::events()
     tagWebPanelEvents events;
     events.begun = [this, later] {
         later([this] {
-            if (!html.isEmpty() && panel)
+            if (isWanted() && panel)
                 panel->widget()->show();
         });
     };
     events.loaded = [this, later](bool ok) {
         later([this, ok] {
-            if (!html.isEmpty())
+            if (isWanted())
                 emit view->loadFinished(ok);
         });
     };
     events.died = [this, later] {
         later([this] {
-            if (!html.isEmpty())
+            if (isWanted())
                 showPlain();
         });
     };
-    events.say = [](const char* line) { nuxTrace(TRACE_NOTE, "%s", line); };
     return events;
 }
 
@@ -109,12 +114,25 @@ void QWebView::Private::showPlain()
         view, [this] { emit view->loadFinished(false); }, Qt::QueuedConnection);
 }
 
+// Its scripts end, and what they hold is free.
+void QWebView::Private::unload()
+{
+    if (html.isEmpty() || !panel || view->isVisible())
+        return;
+    isLoaded = false;
+    hideAll();
+    panel->setHtml(QString());
+}
+
 QWebView::QWebView(QWidget* parent) : QWidget(parent), m_p(new Private(this))
 {
     connect(&webPlugin::instance(), &webPlugin::finished, this, [this] {
-        if (!m_p->html.isEmpty())
+        if (m_p->isWanted())
             m_p->show();
     });
+    m_p->unseen.setSingleShot(true);
+    m_p->unseen.setInterval(kUnloadMs);
+    connect(&m_p->unseen, &QTimer::timeout, this, [this] { m_p->unload(); });
 }
 
 QWebView::~QWebView()
@@ -125,13 +143,21 @@ QWebView::~QWebView()
 void QWebView::setHtml(const QString& html, const QUrl&)
 {
     m_p->html = html;
-    if (!html.isEmpty()) {
-        m_p->show();
+    m_p->isLoaded = true;
+    if (html.isEmpty()) {
+        m_p->hideAll();
+        if (m_p->panel)
+            m_p->panel->setHtml(html);
         return;
     }
-    m_p->hideAll();
-    if (m_p->panel)
-        m_p->panel->setHtml(html);
+    m_p->show();
+    if (!isVisible())
+        m_p->unseen.start();
+}
+
+bool QWebView::isLoaded() const
+{
+    return m_p->isLoaded;
 }
 
 QString QWebView::html() const
@@ -163,4 +189,20 @@ void QWebView::resizeEvent(QResizeEvent* event)
         m_p->panel->widget()->setGeometry(rect());
     if (m_p->plain)
         m_p->plain->setGeometry(rect());
+}
+
+void QWebView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    m_p->unseen.stop();
+    if (m_p->isLoaded)
+        return;
+    m_p->isLoaded = true;
+    m_p->show();
+}
+
+void QWebView::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    m_p->unseen.start();
 }

@@ -16,6 +16,9 @@ public:
     // The page is transparent where the text paints nothing. It cannot read the phone's files.
     void setHtml(const QString& html, const QUrl& base = QUrl());
     QString html() const;
+    // False while the text is not in the engine, because nobody has seen the view for a second. The next show
+    // loads it again from its beginning, and so does setHtml, which a hidden view takes for a second.
+    bool isLoaded() const;
     // How large the page is drawn, for a frame that is shown smaller: 0.25 to 5; 1 at start. Keeps for later
     // texts.
     void setZoomFactor(double factor);
@@ -28,6 +31,8 @@ signals:
 
 protected:
     void resizeEvent(QResizeEvent*) override;
+    void showEvent(QShowEvent*) override;
+    void hideEvent(QHideEvent*) override;
 
 private:
     struct Private;

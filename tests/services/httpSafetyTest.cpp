@@ -1,6 +1,7 @@
 // Transfers that are not to be trusted: sent on into this machine, or by a server that nobody vouches for.
 // And what must not wait for the many.
 #include "host/services/system/hostLog.h"
+#include "host/services/transfers/ownAddress.h"
 #include "host/services/transfers/redirectRule.h"
 #include "support/host/http.h"
 #include "tests/kit/phoneTest.h"
@@ -68,7 +69,8 @@ protected:
     static QHostAddress addressOnTheNetwork()
     {
         for (const QHostAddress& address : QNetworkInterface::allAddresses()) {
-            if (address.protocol() == QAbstractSocket::IPv4Protocol && !redirectRule::isOwnAddress(address))
+            if (address.protocol() == QAbstractSocket::IPv4Protocol && !address.isLoopback() &&
+                !address.isLinkLocal())
                 return address;
         }
         return QHostAddress();
@@ -97,6 +99,20 @@ TEST_F(HttpSafety, AServerElsewhereMayNotSendOnIntoThisMachine)
     EXPECT_TRUE(allows("http://192.0.2.77/", "https://192.0.2.78/x"));
 }
 
+TEST_F(HttpSafety, TheAddressesOfTheMachinesInterfacesAreItsOwn)
+{
+    ownAddress::interfaces() = [] {
+        return QList<QHostAddress>{QHostAddress("192.0.2.77"), QHostAddress("2001:db8::77"),
+                                   QHostAddress("fe80::77%eth0")};
+    };
+    for (const char* own : {"192.0.2.77", "::ffff:192.0.2.77", "2001:db8::77", "2001:db8::77%eth0"})
+        EXPECT_TRUE(ownAddress::isOwn(QHostAddress(own))) << own;
+    EXPECT_FALSE(ownAddress::isOwn(QHostAddress("192.0.2.78")));
+    EXPECT_FALSE(ownAddress::isOwn(QHostAddress("2001:db8::78")));
+    EXPECT_FALSE(allows("http://192.0.2.78/", "http://192.0.2.77/x"));
+    EXPECT_TRUE(allows("http://192.0.2.77/", "http://127.0.0.1/x"));
+}
+
 TEST_F(HttpSafety, NobodyIsSentOnToLessSafety)
 {
     EXPECT_FALSE(allows("https://192.0.2.77/", "http://192.0.2.78/x"));
@@ -109,6 +125,8 @@ TEST_F(HttpSafety, ATransferFromElsewhereThatIsSentIntoThisMachineFails)
     const QHostAddress elsewhere = addressOnTheNetwork();
     if (elsewhere.isNull())
         GTEST_SKIP() << "this machine has no network";
+    // There is no other machine: this one's address on the network stands for it.
+    ownAddress::interfaces() = [] { return QList<QHostAddress>(); };
     httpServer victim, server(elsewhere);
     victim.onRequest = [](QTcpSocket& socket, const QByteArray&) {
         socket.write(httpServer::answer("secret"));

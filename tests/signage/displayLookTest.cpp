@@ -1,6 +1,8 @@
 // A whole layout, to be looked at.
 #include "support/host/webview.h"
+#include "tests/kit/plain/processes.h"
 #include "tests/signage/displayFixture.h"
+#include <QElapsedTimer>
 #include <QPushButton>
 
 class DisplayLook : public DisplayTest
@@ -54,4 +56,36 @@ TEST_F(DisplayLook, PicturesTextAndButtonStandSideBySide)
     EXPECT_EQ(frame().findChildren<QPushButton*>().size(), 1);
     EXPECT_EQ(QColor(pixel(200, 200)).name().left(3), "#ff");
     EXPECT_EQ(pixel(20, 20), sky.pixel(20, 20));
+}
+
+TEST_F(DisplayLook, AScriptEndsWithTheShow)
+{
+    addLayout("a.xml",
+              layout(region(text("<body style=\"background:#fff\"><script>setInterval(() => { const end "
+                                 "= Date.now() + 45; while (Date.now() < end) ; }, 50)</script></body>",
+                                 "60"))));
+    takeUp();
+    show();
+    ASSERT_TRUE(kit::waitUntil([] { return whitePixels(QRect(0, 0, 100, 100)) == 10000; }, 60000));
+    const pid_t process = kit::textProcess();
+    ASSERT_NE(process, 0);
+    const auto takes = [process](double share) {
+        return kit::waitUntil(
+            [&] {
+                const double before = kit::cpuSeconds(process);
+                QElapsedTimer timer;
+                timer.start();
+                kit::waitUntil([&] { return timer.elapsed() > 1000; });
+                const double taken = (kit::cpuSeconds(process) - before) * 1000 / double(timer.elapsed());
+                return share > 0 ? taken > share : taken < 0.05;
+            },
+            20000);
+    };
+    ASSERT_TRUE(takes(0.3));
+    kit::key(Qt::Key_Return);
+    ASSERT_FALSE(window().isVisible());
+    EXPECT_TRUE(takes(0));
+    // It comes back with the show.
+    show();
+    EXPECT_TRUE(kit::waitUntil([] { return whitePixels(QRect(0, 0, 100, 100)) == 10000; }, 60000));
 }

@@ -1,133 +1,14 @@
-#include "support/host/webview.h"
 #include "host/look/look.h"
-#include "host/services/system/hostLog.h"
 #include "host/widgets/webPlugin.h"
 #include "tests/kit/eventCounter.h"
-#include "tests/kit/phoneTest.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/widgets/webViewStand.h"
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QMap>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <csignal>
 #include <unistd.h>
-
-namespace {
-
-constexpr int kEngineMs = 30000; // the engine's first text, on a busy machine
-constexpr QRect kView(100, 100, 400, 100);
-
-bool isNear(QColor colour, QColor wanted)
-{
-    return qAbs(colour.red() - wanted.red()) < 40 && qAbs(colour.green() - wanted.green()) < 40 &&
-           qAbs(colour.blue() - wanted.blue()) < 40;
-}
-
-// The smallest rectangle that holds all pixels of that colour.
-QRect extent(const QImage& image, QColor colour)
-{
-    QRect found;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (isNear(image.pixelColor(x, y), colour))
-                found |= QRect(x, y, 1, 1);
-        }
-    }
-    return found;
-}
-
-// A view on a green window, as a panel lies on its frame.
-class WebView : public PhoneTest
-{
-protected:
-    WebView()
-    {
-        window.setGeometry(0, 0, 800, 480);
-        QPalette palette;
-        palette.setColor(QPalette::Window, QColor(0, 128, 0));
-        window.setPalette(palette);
-        window.setAutoFillBackground(true);
-        view = new QWebView(&window);
-        view->setGeometry(kView);
-        QObject::connect(view, &QWebView::loadFinished, [this](bool ok) { ends.append(ok); });
-        window.show();
-        kit::settle();
-    }
-    ~WebView() override { window.hide(); }
-
-    QRect whereIs(QColor colour) { return extent(kit::screen(), colour); }
-    bool shows(QColor colour, int ms = kEngineMs)
-    {
-        return kit::waitUntil([&] { return !whereIs(colour).isEmpty(); }, ms);
-    }
-    bool isEmpty()
-    {
-        return whereIs(QColor(0, 128, 0)) == QRect(0, 0, 800, 480) && whereIs(Qt::red).isEmpty() &&
-               whereIs(Qt::blue).isEmpty() && whereIs(Qt::yellow).isEmpty();
-    }
-    std::string traced() const { return traces().join("|").toStdString(); }
-
-    QWidget window{nullptr, Qt::FramelessWindowHint};
-    QWebView* view;
-    QList<bool> ends;
-};
-
-QString box(const char* colour, const char* place = "left:20px;top:30px;width:50px;height:40px")
-{
-    return QString("<div style='position:absolute;background:%1;%2'></div>").arg(colour, place);
-}
-
-// The engine's process that draws: the youngest of those that descend from this one.
-pid_t drawingProcess()
-{
-    QMap<pid_t, QByteArray> parents;
-    QList<pid_t> engine;
-    for (const QString& name : QDir("/proc").entryList(QDir::Dirs)) {
-        QFile status("/proc/" + name + "/status");
-        if (!status.open(QIODevice::ReadOnly))
-            continue;
-        const QByteArray text = status.readAll();
-        parents[name.toInt()] = text.mid(text.indexOf("\nPPid:\t") + 7).split('\n').first();
-        if (text.startsWith("Name:\tQtWebEngine"))
-            engine.append(name.toInt());
-    }
-    pid_t youngest = 0;
-    for (const pid_t process : engine) {
-        pid_t ancestor = process;
-        while (ancestor > 1 && ancestor != getpid())
-            ancestor = parents[ancestor].toInt();
-        if (ancestor == getpid())
-            youngest = qMax(youngest, process);
-    }
-    return youngest;
-}
-
-// Every address that is asked for; answers nothing.
-class WebServer : public QTcpServer
-{
-public:
-    WebServer()
-    {
-        listen(QHostAddress::LocalHost);
-        connect(this, &QTcpServer::newConnection, this, [this] {
-            QTcpSocket* client = nextPendingConnection();
-            connect(client, &QTcpSocket::readyRead, this, [this, client] {
-                asked.append(client->readLine().trimmed());
-                client->write("HTTP/1.1 200 OK\r\nAccess-Control-Allow-Origin: *\r\nContent-Length: 0\r\n"
-                              "Connection: close\r\n\r\n");
-                client->disconnectFromHost();
-            });
-        });
-    }
-    QString address() const { return QString("http://127.0.0.1:%1/").arg(serverPort()); }
-    QByteArrayList asked;
-};
-
-} // namespace
 
 TEST_F(WebView, TextIsWhereItBelongsAndTheRestIsTransparent)
 {
@@ -250,6 +131,7 @@ TEST_F(WebView, NothingOfThePhonesFilesIsRead)
 TEST_F(WebView, ATextGoesNowhereByItselfAndOpensNothing)
 {
     WebServer server;
+    mayReach(server);
     const QString html = R"(<meta http-equiv=refresh content='0;url=%1refreshed'><img src='%1picture.png'>
         <form id=form action='%1sent'></form><a id=link href='%1followed'>x</a><script>
         window.open('%1opened'); alert('x'); form.submit(); link.click(); location = '%1moved';
@@ -267,6 +149,7 @@ TEST_F(WebView, ATextGoesNowhereByItselfAndOpensNothing)
 TEST_F(WebView, ATouchGoesToTheViewAndNotIntoTheText)
 {
     WebServer server;
+    mayReach(server);
     view->setHtml(
         QString("<a href='%1followed' style='position:absolute;left:0;top:0;width:400px;height:90px;"
                 "background:blue'></a><script>onmousedown = onmousemove = () => "
@@ -287,7 +170,7 @@ TEST_F(WebView, AKilledProcessCostsTheTextItsLooksUntilTheNext)
 {
     view->setHtml("<p style='color:yellow;font-size:40px'>Hello</p>" + box("linear-gradient(blue,blue)"));
     ASSERT_TRUE(shows(Qt::blue));
-    const pid_t process = drawingProcess();
+    const pid_t process = kit::textProcess();
     ASSERT_NE(process, 0);
     kill(process, SIGKILL);
     ASSERT_TRUE(kit::waitUntil([&] { return ends.contains(false); }, kEngineMs));
@@ -357,9 +240,6 @@ TEST_F(WebView, ATextThatIsTooLongForTheEngineIsPlain)
 
 namespace {
 
-const char* const kMarquee = "<body style='margin:0'><marquee direction=left scrollamount=6 height='100%'>"
-                             "<div style='background:red;width:200px;height:20px'></div></marquee></body>";
-
 // Counts what the engine paints in a view, and in which turn of the window.
 class EnginePaints : public QObject
 {
@@ -397,16 +277,6 @@ private:
     QWidget* m_pView;
     int m_nTurn = 0;
 };
-
-// Milliseconds of processor time of a process, all its threads.
-qint64 processorMs(pid_t process)
-{
-    QFile file(QString("/proc/%1/stat").arg(process));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray text = file.readAll();
-    const QByteArrayList fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-    return (fields.value(11).toLongLong() + fields.value(12).toLongLong()) * 1000 / sysconf(_SC_CLK_TCK);
-}
 
 } // namespace
 
@@ -457,15 +327,15 @@ TEST_F(WebView, AHiddenTextCostsNothingAndRunsOnWhenItIsShown)
     EnginePaints paints(&window, view);
     view->setHtml(kMarquee);
     ASSERT_TRUE(paints.reach(50));
-    const pid_t process = drawingProcess();
+    const pid_t process = kit::textProcess();
     view->hide();
     ASSERT_TRUE(paints.rest(500));
     const qsizetype before = paints.turns.size();
-    const qint64 phone = processorMs(getpid()), engine = processorMs(process);
+    const double phone = kit::cpuSeconds(getpid()), engine = kit::cpuSeconds(process);
     ASSERT_TRUE(paints.rest(1000));
     EXPECT_EQ(paints.turns.size(), before);
-    EXPECT_LT(processorMs(getpid()) - phone, 500);
-    EXPECT_LT(processorMs(process) - engine, 100);
+    EXPECT_LT(kit::cpuSeconds(getpid()) - phone, 0.5);
+    EXPECT_LT(kit::cpuSeconds(process) - engine, 0.1);
     view->show();
     EXPECT_TRUE(paints.reach(int(before) + 50));
 }

@@ -1,15 +1,12 @@
 #pragma once
 // Where a server may send a transfer on to: never to less safety, nor from elsewhere into this machine, whose
 // services trust those who are on it. Any thread with an event loop.
-#include <QHostAddress>
 #include <QObject>
 #include <QUrl>
 #include <functional>
 
 namespace redirectRule {
 
-// Loopback, link-local, and "any", which is this machine as well.
-bool isOwnAddress(const QHostAddress& address);
 // answer: called once, on context's thread, unless context goes before; names are looked up meanwhile.
 void ask(const QUrl& from, const QUrl& to, QObject* context, std::function<void(bool allowed)> answer);
 

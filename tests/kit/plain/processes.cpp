@@ -2,6 +2,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QHash>
+#include <QList>
 #include <QThread>
 #include <csignal>
 #include <sys/prctl.h>
@@ -46,6 +48,29 @@ qint64 kit::childOf(qint64 parent, const QByteArray& program)
             return entry.toInt();
     }
     return 0;
+}
+
+// The youngest of the engine's processes that descend from this one.
+pid_t kit::textProcess()
+{
+    QHash<pid_t, pid_t> parents;
+    QList<pid_t> engine;
+    for (const QString& entry : QDir("/proc").entryList(QDir::Dirs)) {
+        const QByteArray stat = entry.toInt() > 0 ? readProc(entry.toInt(), "stat") : QByteArray();
+        const QList<QByteArray> fields = statFields(stat);
+        parents[entry.toInt()] = fields.value(1).toInt();
+        if (stat.mid(stat.indexOf('(')).startsWith("(QtWebEngine") && fields.value(0) != "Z")
+            engine.append(entry.toInt());
+    }
+    pid_t youngest = 0;
+    for (const pid_t process : engine) {
+        pid_t ancestor = process;
+        while (ancestor > 1 && ancestor != getpid())
+            ancestor = parents.value(ancestor);
+        if (ancestor == getpid())
+            youngest = qMax(youngest, process);
+    }
+    return youngest;
 }
 
 qint64 kit::statusKiB(qint64 pid, const char* name)

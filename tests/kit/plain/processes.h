@@ -14,6 +14,8 @@ void endWithUs(QProcess& process, uid_t user = 0);
 
 // The living process of that program whose parent is the given one; 0 when there is none.
 qint64 childOf(qint64 parent, const QByteArray& program);
+// The process of the rich-text engine that draws for this one; 0 when there is none.
+pid_t textProcess();
 // A line of /proc/PID/status in KiB ("VmHWM", "VmRSS"); 0 when there is no such process.
 qint64 statusKiB(qint64 pid, const char* name);
 // Processor time of the process so far, in seconds; 0 when there is none.
