@@ -18,7 +18,8 @@ namespace {
 constexpr int kEngineMs = 60000; // in real time, on a busy machine
 constexpr int kIdle = textWarmUp::IDLE_MS;
 
-// What one turn of the event loop took of the thread's processor time, at most, in milliseconds.
+// What the turns of the event loop took of the thread's processor time that a person might notice, in
+// milliseconds. Processor time: the machine of a test is busy with others.
 class TurnMeter
 {
 public:
@@ -27,12 +28,14 @@ public:
     void look()
     {
         const double time = now();
-        m_longest = std::max(m_longest, time - m_before);
+        if (time - m_before > kShort)
+            m_sum += time - m_before;
         m_before = time;
     }
-    double longest() const { return m_longest; }
+    double sum() const { return m_sum; }
 
 private:
+    static constexpr double kShort = 2;
     static double now()
     {
         timespec time = {};
@@ -40,7 +43,7 @@ private:
         return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
     }
     double m_before;
-    double m_longest = 0;
+    double m_sum = 0;
 };
 
 class TextWarmUp : public SignageTest
@@ -81,12 +84,14 @@ protected:
         view.setHtml("<body style='background:red'>Hello</body>");
         view.show();
         return kit::waitUntil(
-            [&] {
-                if (meter)
-                    meter->look();
-                return isThere && QColor(kit::screen().pixel(400, 250)) == QColor(Qt::red);
-            },
-            kEngineMs);
+                   [&] {
+                       if (meter)
+                           meter->look();
+                       return isThere;
+                   },
+                   kEngineMs) &&
+               kit::waitUntil([] { return QColor(kit::screen().pixel(400, 250)) == QColor(Qt::red); },
+                              kEngineMs);
     }
     QWidget window{nullptr, Qt::FramelessWindowHint};
     std::unique_ptr<textWarmUp> warmUp;
@@ -113,9 +118,8 @@ TEST_F(TextWarmUp, TheFirstTextOfAnIdlePhoneHoldsTheThreadUpForAFractionOfAColdS
     ASSERT_TRUE(becomesWarm(&warming));
     TurnMeter first;
     ASSERT_TRUE(showsText(&first));
-    printf("longest turn: %.1f ms while warming, %.1f ms at the first text\n", warming.longest(),
-           first.longest());
-    EXPECT_LT(first.longest() * 4, warming.longest());
+    printf("held up for %.1f ms while warming, for %.1f ms at the first text\n", warming.sum(), first.sum());
+    EXPECT_LT(first.sum() * 3, warming.sum());
 }
 
 TEST_F(TextWarmUp, ATouchComesFirst)
