@@ -16,11 +16,12 @@ constexpr int kCacheBytes = 2 * 1024 * 1024;
 constexpr int kHeapMiB = 96; // of one script; the process has a limit of its own
 
 // Draws in software wherever the phone runs; one process draws all texts. Its own count of frames gives way
-// to that of frameBeat. All that goes to the network goes through the proxy, names of this machine too.
+// to that of frameBeat. A text is laid out before it is shown, and not in the background for that. All that
+// goes to the network goes through the proxy, names of this machine too.
 void setFlags(bool isSandboxed, quint16 proxy)
 {
     QByteArray flags = "--disable-gpu --disable-frame-rate-limit --renderer-process-limit=1 --log-level=3 "
-                       "--disable-logging --proxy-bypass-list=<-loopback> "
+                       "--disable-logging --disable-renderer-backgrounding --proxy-bypass-list=<-loopback> "
                        "--force-webrtc-ip-handling-policy=disable_non_proxied_udp";
     flags += " --proxy-server=socks5://127.0.0.1:" + QByteArray::number(proxy);
     flags += " --js-flags=--max-old-space-size=" + QByteArray::number(kHeapMiB);
