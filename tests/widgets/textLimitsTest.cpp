@@ -32,8 +32,8 @@ void PrintTo(const Greedy& greedy, std::ostream* stream)
 
 QString textOf(const Greedy& greedy)
 {
-    return box("red") + "<p style='color:yellow;font-size:40px'>Hello</p><script>" + greedy.script +
-           "</script>";
+    return box("linear-gradient(red,red)") + "<p style='color:yellow;font-size:40px'>Hello</p><script>" +
+           greedy.script + "</script>";
 }
 
 const Greedy kSpins[] = {
