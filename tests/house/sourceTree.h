@@ -9,9 +9,11 @@ struct Include
 {
     QString path; // from the root of the source tree
     int line;
+    bool isPlain = true; // written as that path, in quotes
 };
 
-// What the file includes of this tree; what the build makes ("ui_dlgWan.h") is left out.
+// What the file includes of this tree, however that is spelled; what the build makes ("ui_dlgWan.h") is left
+// out.
 QVector<Include> includesOf(const SourceFile& file);
 
 QString sourcePath(const QString& path);
