@@ -6,6 +6,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -34,11 +36,14 @@ protected:
         QProcess script;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("HX_SYSROOT", m_root.path());
+        // What a test puts there is run in the place of the system's.
+        environment.insert("PATH", path("/bin") + ":" + environment.value("PATH"));
         script.setProcessEnvironment(environment);
         script.start("/bin/sh", {sourcePath("rootfs/scripts/factory.sh")});
         script.waitForFinished();
         return script.exitCode();
     }
+    bool isLink(const QString& devicePath) const { return QFileInfo(path(devicePath)).isSymLink(); }
     std::string read(const QString& devicePath) const { return readText(path(devicePath)).toStdString(); }
 
     QTemporaryDir m_root;
@@ -106,4 +111,50 @@ TEST_F(FactoryReset, APhoneThatLostAllItsDataIsFilled)
     ASSERT_TRUE(QDir(path("/rundata")).removeRecursively());
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(read("/rundata/config/user/user.ini"), "[Volume]\nnRing=20\n");
+}
+
+TEST_F(FactoryReset, NobodyElseMayReadTheSettings)
+{
+    const QString factory = path("/phone/factory/rundata/config/user/user.ini");
+    ASSERT_EQ(chmod(factory.toUtf8().constData(), 0644), 0);
+    const mode_t usual = umask(022);
+    EXPECT_EQ(run(), 0);
+    umask(usual);
+    for (const char* name : {"/rundata/config", "/rundata/config/user", "/rundata/config/user/user.ini"}) {
+        struct stat info = {};
+        ASSERT_EQ(stat(path(name).toUtf8().constData(), &info), 0) << name;
+        EXPECT_EQ(info.st_mode & 077, 0u) << name;
+    }
+}
+
+TEST_F(FactoryReset, HiddenFilesOfTheFactoryComeToo)
+{
+    write("/phone/factory/rundata/.version", "1");
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(read("/rundata/.version"), "1");
+}
+
+TEST_F(FactoryReset, LinksOfTheUserThatLeadNowhereGo)
+{
+    for (const char* name : {"/rundata/mine", "/rundata/.mine", "/rundata/media"})
+        ASSERT_EQ(symlink("/nowhere/at/all", path(name).toUtf8().constData()), 0);
+    EXPECT_EQ(run(), 0);
+    EXPECT_FALSE(isLink("/rundata/mine"));
+    EXPECT_FALSE(isLink("/rundata/.mine"));
+    EXPECT_FALSE(isLink("/rundata/media"));
+    EXPECT_TRUE(QFileInfo(path("/rundata/media/ring")).isDir());
+}
+
+TEST_F(FactoryReset, WhatAlwaysComesBackIsOverlaidWithTheFactorys)
+{
+    // A phone that makes its settings again as soon as they are away.
+    write("/bin/mv", "#!/bin/sh\nPATH=/bin:/usr/bin\nmv \"$@\" 2>/dev/null || exit\n"
+                     "case $2 in */.factory.old/*)\n"
+                     "    mkdir -p \"$HX_SYSROOT/rundata/config/user\"\n"
+                     "    echo x >\"$HX_SYSROOT/rundata/config/user/x.ini\" ;;\nesac\n");
+    ASSERT_EQ(chmod(path("/bin/mv").toUtf8().constData(), 0755), 0);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(read("/rundata/config/user/x.ini"), "x\n") << "it came back";
+    EXPECT_EQ(read("/rundata/config/user/user.ini"), "[Volume]\nnRing=20\n");
+    EXPECT_EQ(read("/rundata/data/dsskey.xml"), "<DssKey/>");
 }

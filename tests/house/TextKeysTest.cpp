@@ -88,6 +88,44 @@ TEST_F(TextKeys, ALanguageFileThatIsBrokenIsLeftAlone)
     EXPECT_EQ(language().toStdString(), (QString(Head) + "<message>").toStdString());
 }
 
+TEST_F(TextKeys, AFileWithAPlaceForEntriesAndAFaultElsewhereIsLeftAlone)
+{
+    write("frame/page.cpp", R"(HX_TR("New"))");
+    const QString torn = QString(Head) + "    <message><source>Save</wrong></message>\n" + Tail;
+    write("rootfs/language/hx_de.ts", torn);
+    EXPECT_EQ(run(), 1);
+    EXPECT_EQ(language().toStdString(), torn.toStdString());
+}
+
+TEST_F(TextKeys, TheFilesAfterABrokenOneGetTheirTexts)
+{
+    write("frame/page.cpp", R"(HX_TR("New"))");
+    write("rootfs/language/hx_de.ts", QString(Head) + "<message>");
+    write("rootfs/language/hx_fr.ts", QString(Head) + Tail);
+    EXPECT_EQ(run(), 1);
+    EXPECT_EQ(language("fr").toStdString(), (Head + unfinished("New") + Tail).toStdString());
+}
+
+TEST_F(TextKeys, ANoteMayHaveAnyCharacter)
+{
+    write("frame/page.cpp", R"re(HX_TR_NOTE("Exit", "leave & <close>"))re");
+    write("rootfs/language/hx_de.ts", QString(Head) + Tail);
+    ASSERT_EQ(run(), 0);
+    EXPECT_EQ(language().toStdString(),
+              (Head + unfinished("Exit", "leave &amp; &lt;close&gt;") + Tail).toStdString());
+    ASSERT_EQ(run(), 0);
+    EXPECT_EQ(language().count("<message>"), 1) << "it is known again";
+}
+
+TEST_F(TextKeys, TheDataOfTheFactoryHasTextsButForTheNamesOfPictures)
+{
+    write("rootfs/factory/data/keys.xml", R"(<Keys><item title="Of the factory"/></Keys>)");
+    write("rootfs/factory/data/picture-dial.xml", R"(<Dial><item title="Grandma"/></Dial>)");
+    write("rootfs/language/hx_de.ts", QString(Head) + Tail);
+    ASSERT_EQ(run(), 0);
+    EXPECT_EQ(language().toStdString(), (Head + unfinished("Of the factory") + Tail).toStdString());
+}
+
 TEST_F(TextKeys, ATreeWithoutTextsIsAnError)
 {
     EXPECT_EQ(run(), 1);

@@ -72,6 +72,16 @@ TEST_F(Language, AnUnknownLanguageIsRefusedAndTheOldOneStays)
     EXPECT_EQ(GetLanguageHelper()->GetLanguage(), "German");
 }
 
+TEST_F(Language, ALanguageWhoseFileCannotBeReadIsRefusedAndTheOldOneStays)
+{
+    ASSERT_EQ(GetLanguageHelper()->SetLanguage("German"), 1);
+    writeFile("/phone/resource/language/French.qm", "torn");
+    EXPECT_EQ(GetLanguageHelper()->SetLanguage("French"), 0);
+    EXPECT_EQ(GetLanguageHelper()->GetLanguage(), "German");
+    EXPECT_STREQ(Translate("Save"), "Speichern");
+    EXPECT_EQ(traces().filter("French.qm cannot be read").size(), 1);
+}
+
 TEST_F(Language, AllLanguagesHaveTheirNativeNames)
 {
     chObjArray<tagLanguageName, true, 4> names;

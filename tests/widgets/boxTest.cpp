@@ -100,9 +100,18 @@ TEST_F(Box, ArrowsMoveBetweenTheButtons)
               0);
 }
 
-TEST_F(Box, EscapeIsNo)
+TEST_F(Box, EscapeAndTheKeysOfBackAreNo)
 {
-    EXPECT_EQ(ask(BOX_QUESTION, [&] { kit::key(Qt::Key_Escape); }), 0);
+    for (Qt::Key key : {Qt::Key_Escape, Qt::Key_Back, Qt::Key_F4}) {
+        EXPECT_EQ(ask(BOX_QUESTION,
+                      [&] {
+                          kit::key(key);
+                          EXPECT_FALSE(box->isVisible()) << key;
+                          if (box->isVisible())
+                              kit::tap(button("btnNo"));
+                      }),
+                  0);
+    }
 }
 
 TEST_F(Box, TouchOutsideDoesNothing)
@@ -159,6 +168,20 @@ TEST_F(Box, TimeOfTheMachineIsNoTimeOfABoxsWhileClocksAreHeld)
                   },
                   3000),
               1);
+}
+
+TEST_F(Box, WithNoTimeAtAllItClosesAsNoAtOnce)
+{
+    bool waits = false;
+    EXPECT_EQ(ask(
+                  BOX_QUESTION,
+                  [&] {
+                      waits = true;
+                      kit::tap(button("btnYes"));
+                  },
+                  0),
+              0);
+    EXPECT_FALSE(waits);
 }
 
 TEST_F(Box, WithoutTimeOutItWaits)

@@ -106,6 +106,21 @@ TEST_F(Windows, PageThatOpensAnotherWhileItClosesDoesNotWakeTheOneBelow)
     EXPECT_TRUE(next.isActiveWindow());
 }
 
+TEST_F(Windows, ThatTakeNoKeysAreSkippedWhenTheTopOneGoes)
+{
+    for (Qt::WindowType flag : {Qt::WindowDoesNotAcceptFocus, Qt::WindowTransparentForInput}) {
+        QWidget keyless(nullptr, Qt::Tool | Qt::FramelessWindowHint | flag);
+        low.open();
+        high.open();
+        keyless.show();
+        kit::settle();
+        high.hide();
+        kit::settle();
+        ASSERT_EQ(QWSServer::clientWindows().value(0), &keyless);
+        EXPECT_TRUE(low.isActiveWindow()) << flag;
+    }
+}
+
 TEST_F(Windows, FocusOfThePageBelowIsKept)
 {
     QLineEdit* first = low.add<QLineEdit>(QRect(200, 100, 200, 36));
