@@ -203,17 +203,18 @@ TEST(IncludeRules, NoSpellingOfAPathGetsRoundThem)
     };
     for (const char* path : {"frame/noteBox.cpp", "host/services/messages/timer.cpp"}) {
         for (const QString& spelling : spellings) {
+            SCOPED_TRACE(qPrintable(spelling));
             const SourceFile file = {path, "\n/* why */ # include " + spelling + "\n"};
-            EXPECT_EQ(forbiddenIncludes(file), QStringList("host/desktop/restart.h")) << qPrintable(spelling);
+            EXPECT_EQ(forbiddenIncludes(file).join(" ").toStdString(), "host/desktop/restart.h");
             const QVector<Include> includes = includesOf(file);
-            ASSERT_EQ(includes.size(), 1) << qPrintable(spelling);
+            ASSERT_EQ(includes.size(), 1);
             EXPECT_EQ(includes.first().line, 2);
-            EXPECT_FALSE(isWrittenFromTheRoot(includes.first())) << qPrintable(spelling);
+            EXPECT_FALSE(isWrittenFromTheRoot(includes.first()));
         }
     }
     const SourceFile good = {"frame/noteBox.cpp",
                              "#include \"support/host/box.h\"\n#include <QDialog>\n#include <unistd.h>\n"};
-    EXPECT_EQ(forbiddenIncludes(good), QStringList());
+    EXPECT_EQ(forbiddenIncludes(good).join(" ").toStdString(), "");
     ASSERT_EQ(includesOf(good).size(), 1);
     EXPECT_TRUE(isWrittenFromTheRoot(includesOf(good).first()));
 }

@@ -138,25 +138,6 @@ TEST_F(Entry, AWindowOfTheBoxItselfDoesNotCancelIt)
               1);
 }
 
-// A dialog would take its box's modality.
-TEST_F(Entry, APlainWindowOfTheBoxItselfDoesNotCancelIt)
-{
-    QWidget* own = nullptr;
-    EXPECT_EQ(ask([&] {
-                  QWidget* box = QApplication::activeModalWidget();
-                  own = new QWidget(box, Qt::Window | Qt::FramelessWindowHint);
-                  own->setWindowModality(Qt::NonModal);
-                  own->show();
-                  kit::settle();
-                  EXPECT_FALSE(own->isModal());
-                  EXPECT_TRUE(box->isVisible());
-                  own->hide();
-                  kit::settle();
-                  kit::key(Qt::Key_Return);
-              }),
-              1);
-}
-
 TEST_F(Entry, ABoxThatDoesNotLetItselfBeCancelledDoesNotKeepThePhone)
 {
     StubbornBox box(&low);
