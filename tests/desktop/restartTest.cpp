@@ -4,6 +4,7 @@
 #include "host/services/system/folderWatch.h"
 #include "tests/desktop/signageStand.h"
 #include <QApplication>
+#include <QFile>
 #include <QTimer>
 
 namespace {
