@@ -16,12 +16,9 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <cstdio>
-#include <malloc.h>
 #include <unistd.h>
 
 namespace {
-
-constexpr int kLargeBlock = 512 * 1024;
 
 struct Options
 {
@@ -77,13 +74,6 @@ void wireModule()
     hostSetModule(entries);
 }
 
-// A picture of the screen's size goes back to the system when it is freed. The allocator would take such
-// sizes into its heap after the first, where what lies between them keeps their room.
-void giveLargeBlocksBack()
-{
-    mallopt(M_MMAP_THRESHOLD, kLargeBlock);
-}
-
 int run(QApplication& application, const Options& options)
 {
     controlServer control;
@@ -103,7 +93,6 @@ int run(QApplication& application, const Options& options)
 
 int main(int argc, char** argv)
 {
-    giveLargeBlocksBack();
     // All of them: the toolkit takes its own out.
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
