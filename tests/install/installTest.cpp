@@ -127,7 +127,7 @@ TEST_F(Install, EachComponentHoldsItsOwn)
 // Of the parts that are not the demonstration server's.
 TEST_F(Install, RunBuildsAllThatIsInstalled)
 {
-    static const QRegularExpression line("^build release (.+)$", QRegularExpression::MultilineOption);
+    static const QRegularExpression line("^ *build release (.+)$", QRegularExpression::MultilineOption);
     const QString targets = line.match(readFile(HX_SOURCE_DIR "/run")).captured(1);
     ASSERT_FALSE(targets.isEmpty());
     const Result built = runs("ninja", QStringList{"-C", HX_BUILD_DIR, "-t", "inputs"} + targets.split(' '));
