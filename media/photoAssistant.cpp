@@ -25,8 +25,13 @@ bool photoAssistant::LoadFileList(const FileList& list)
 
 void photoAssistant::Show()
 {
-    if (!m_files.empty())
-        SetLabelImage(m_pLabel, *m_pCurrent);
+    if (m_files.empty())
+        return;
+    SetLabelImage(m_pLabel, *m_pCurrent);
+    FileList::iterator next = m_pCurrent;
+    if (++next == m_files.end())
+        next = m_files.begin();
+    PrepareLabelImage(m_pLabel, *next);
 }
 
 void photoAssistant::ShowFirstImage()

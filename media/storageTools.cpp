@@ -1,10 +1,27 @@
 #include "media/storageTools.h"
 #include "media/videoAssistant.h"
 #include "support/file/path.h"
-#include "support/host/image.h"
+#include "support/host/picture.h"
 #include "support/host/storage.h"
 #include <algorithm>
 #include <cstring>
+
+namespace {
+
+const char* const kRequest = "pictureRequest"; // of a label: of the picture that it waits for
+
+// As the label is going to show it.
+tagPictureWish wishOf(const QLabel& label, const char* file)
+{
+    tagPictureWish wish;
+    wish.strPath = file;
+    wish.nWidth = label.width();
+    wish.nHeight = label.height();
+    wish.eFit = label.hasScaledContents() ? PICTURE_FIT_SIDES : PICTURE_FIT_INSIDE;
+    return wish;
+}
+
+} // namespace
 
 void GetFileArrayInStorage(chStringArray& paths)
 {
@@ -43,11 +60,27 @@ bool SetLabelImage(QLabel* label, const char* file)
 {
     if (!label || !pathFileExist(file))
         return false;
-    const QPixmap picture = GetImageManager()->GetImage(file);
-    if (picture.isNull())
-        return false;
-    label->setPixmap(picture);
+    pictureCancel(label->property(kRequest).toInt());
+    label->setProperty(kRequest, 0);
+    const tagPictureWish wish = wishOf(*label, file);
+    PICTURE_RESULT result = PICTURE_MISSING;
+    QPixmap picture;
+    if (pictureAtOnce(wish, result, picture)) {
+        if (result == PICTURE_READ)
+            label->setPixmap(picture);
+        return result == PICTURE_READ;
+    }
+    label->setProperty(kRequest,
+                       pictureRequest(wish, label, [label](PICTURE_RESULT told, const QPixmap& read) {
+                           if (told == PICTURE_READ)
+                               label->setPixmap(read);
+                       }));
     return true;
+}
+
+void PrepareLabelImage(const QLabel* label, const char* file)
+{
+    picturePrepare(wishOf(*label, file));
 }
 
 videoAssistant* qReplaceVideoAssistant(QWidget* placeholder, int mode)

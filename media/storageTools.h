@@ -17,7 +17,10 @@ bool IsPartOfAll(const char* part, const char* all); // all starts with part
 bool IsExistCurrentStorage(const char* path);        // path starts with a mount path
 bool IsDirInclude(const char* path, const chStringArray& paths);
 bool IsFileInArray(const char* name, const chStringArray& names); // exactly
-// A file that is not there, or is no picture, leaves the label as it is: false.
+// The picture in the size of the label; a large one comes a moment later, unless another was set by then. A
+// file that is not there, or is no picture, leaves the label as it is: false when that is known at once.
 bool SetLabelImage(QLabel* label, const char* file);
+// Reads it ahead.
+void PrepareLabelImage(const QLabel* label, const char* file);
 // The placeholder closes and is deleted; the new surface takes its geometry and belongs to its parent.
 videoAssistant* qReplaceVideoAssistant(QWidget* placeholder, int mode);

@@ -1,11 +1,12 @@
 #include "signage/nDeckCover.h"
+#include "signage/nDeckPicture.h"
 #include "support/host/webview.h"
 #include <QPainter>
 
 namespace {
 
 constexpr int kPaintMs = 80;          // from a text that is laid out to its first picture, and some more
-constexpr int kLongestWaitMs = 10000; // a text that fails does not keep the old picture up for ever
+constexpr int kLongestWaitMs = 10000; // what does not come does not keep the old picture up for ever
 
 } // namespace
 
@@ -19,11 +20,23 @@ nDeckCover::nDeckCover(QWidget* frame, const QRect& rect) : QWidget(frame), m_pi
     hide();
 }
 
-void nDeckCover::Await(QWebView* view)
+void nDeckCover::AwaitText(QWebView* view)
 {
-    m_awaited.append(view);
-    connect(view, &QWebView::loadFinished, this, [this, view] { OnLoaded(view); });
-    connect(view, &QObject::destroyed, this, [this, view] { OnLoaded(view); });
+    m_bText = true;
+    Await(view);
+    connect(view, &QWebView::loadFinished, this, [this, view] { Arrived(view); });
+}
+
+void nDeckCover::AwaitPicture(nDeckPicture* picture)
+{
+    Await(picture);
+    connect(picture, &nDeckPicture::settled, this, [this, picture] { Arrived(picture); });
+}
+
+void nDeckCover::Await(QObject* what)
+{
+    m_awaited.append(what);
+    connect(what, &QObject::destroyed, this, [this, what] { Arrived(what); });
 }
 
 void nDeckCover::Settle()
@@ -37,12 +50,14 @@ void nDeckCover::Settle()
     m_limit.start(kLongestWaitMs);
 }
 
-void nDeckCover::OnLoaded(QWebView* view)
+void nDeckCover::Arrived(QObject* what)
 {
-    if (m_awaited.removeAll(view) + m_awaited.removeAll(QPointer<QWebView>()) == 0)
+    if (m_awaited.removeAll(what) == 0 || !m_awaited.isEmpty() || !isVisible())
         return;
-    if (m_awaited.isEmpty() && isVisible())
+    if (m_bText)
         m_limit.start(kPaintMs);
+    else
+        End();
 }
 
 void nDeckCover::End()

@@ -306,7 +306,7 @@ void nDeckDisplay::ChangeCurrent(iterator layout)
         m_current = layout;
         return;
     }
-    const bool keeps = layout != end() && layout->HasText();
+    const bool keeps = layout != end() && layout->TakesTime();
     if (keeps)
         GetNDeckScreen().KeepPicture(QRect());
     UnloadShown();
@@ -326,6 +326,18 @@ void nDeckDisplay::ChangeCurrent(iterator layout)
     m_current = layout;
     if (keeps)
         GetNDeckScreen().ReleasePicture();
+    if (layout != end() && GetNDeckScreen().IsFrameVisible())
+        PrepareAfter(layout);
+}
+
+// Pictures take their time, and the next layout's turn comes.
+void nDeckDisplay::PrepareAfter(iterator layout)
+{
+    iterator next = layout;
+    if (++next == end())
+        next = begin();
+    if (next != layout)
+        next->Prepare();
 }
 
 void nDeckDisplay::StartTimer(int duration, int shortest)

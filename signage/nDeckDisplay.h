@@ -67,6 +67,7 @@ private:
     bool IsTooQuick(iterator layout);
     void UnloadShown();
     void ChangeCurrent(iterator layout);
+    void PrepareAfter(iterator layout);
     void StartTimer(int duration, int shortest);
 
     iterator m_current;

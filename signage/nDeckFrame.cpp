@@ -21,16 +21,22 @@
 namespace {
 
 const char* const kGeneralPicture = HX_THEME("general/gen_bg.jpg");
+const char* const kTheme = HX_THEME("");
 const QRect kFullScreen(0, 0, NDECK_WIDTH, NDECK_HEIGHT);
 constexpr int kLookMs = 100; // a file is looked at no more often
 
-// A picture with another shape fills the frame all the same.
+// One of the phone's own, which takes less than a frame. With another shape it fills the frame all the same.
 QPixmap filling(const char* path, QSize size)
 {
     const QPixmap pixmap = GetImageManager()->GetImageByScale(path, size.width(), size.height());
     if (pixmap.isNull() || pixmap.size() == size)
         return pixmap;
     return GetImageManager()->GetImage(path).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+bool isOfTheme(const chString& path)
+{
+    return strncmp(path, kTheme, strlen(kTheme)) == 0;
 }
 
 chString backgroundPath(const chString& name)
@@ -132,8 +138,8 @@ void nDeckFrame::GiveBack(QWidget* widget)
         GetNDeckVideoManager().StopPlayVideo(0);
         video->ShowVideoViewer(0);
         video->SetHideRect(QRect(0, 0, -1, -1), 1, 1);
-    } else if (auto* label = qobject_cast<QLabel*>(widget)) {
-        label->clear();
+    } else if (auto* picture = qobject_cast<nDeckPicture*>(widget)) {
+        picture->Forget();
     } else if (auto* panel = qobject_cast<nDeckPanel*>(widget)) {
         panel->ForgetWidgets();
     }
@@ -161,7 +167,7 @@ void nDeckFrame::SetBackgroundImage(chString name, bool)
     if (isSame && m_background.stat == wanted.stat)
         return;
     m_background = wanted;
-    SetBackgroundBrush(BackgroundPixmap(wanted.strPath));
+    ReadBackground(wanted.strPath);
 }
 
 bool nDeckFrame::IsBackground(const tagBackground& wanted) const
@@ -170,15 +176,50 @@ bool nDeckFrame::IsBackground(const tagBackground& wanted) const
            m_background.strPath == wanted.strPath && m_background.size == wanted.size;
 }
 
-// The general background takes the place of a picture that is not fit to be shown.
-QPixmap nDeckFrame::BackgroundPixmap(const chString& path)
+// The old one stays until the new one is there.
+void nDeckFrame::ReadBackground(const chString& path)
 {
-    QPixmap pixmap;
-    if (!path.IsEmpty() && IsImageValid(path))
-        pixmap = filling(path, size());
-    else if (!path.IsEmpty())
-        nuxTrace(TRACE_DETAIL, "picture (%s) is invalid", path.GetText());
-    return pixmap.isNull() ? filling(kGeneralPicture, size()) : pixmap;
+    SettleBackground();
+    if (path.IsEmpty() || (isOfTheme(path) && IsImageValid(path))) {
+        TakeBackground(PICTURE_READ, path.IsEmpty() ? QPixmap() : filling(path, size()));
+        return;
+    }
+    const tagPictureWish wish = nDeckBackgroundWish(path, size());
+    PICTURE_RESULT result = PICTURE_MISSING;
+    QPixmap picture;
+    if (pictureAtOnce(wish, result, picture)) {
+        TakeBackground(result, picture);
+        return;
+    }
+    if (m_pCover)
+        m_pCover->Await(this);
+    m_nBackgroundRequest = pictureRequest(wish, this, [this](PICTURE_RESULT told, const QPixmap& read) {
+        TakeBackground(told, read);
+        SettleBackground();
+    });
+}
+
+// The general background takes the place of a picture that is not fit to be shown.
+void nDeckFrame::TakeBackground(PICTURE_RESULT result, const QPixmap& picture)
+{
+    if (result == PICTURE_REFUSED)
+        nuxTrace(TRACE_DETAIL, "picture (%s) is invalid", m_background.strPath.GetText());
+    SetBackgroundBrush(picture.isNull() ? filling(kGeneralPicture, size()) : picture);
+}
+
+// Nothing is waited for any more.
+void nDeckFrame::SettleBackground()
+{
+    pictureCancel(m_nBackgroundRequest);
+    m_nBackgroundRequest = 0;
+    for (nDeckCover* cover : findChildren<nDeckCover*>(Qt::FindDirectChildrenOnly))
+        cover->Arrived(this);
+}
+
+tagPictureWish nDeckFrame::PictureWish(const chString& name, const chRect* rect) const
+{
+    return rect ? nDeckPictureWish(nDeckPath(name), scaled(*rect, m_fRcRate).size())
+                : nDeckBackgroundWish(backgroundPath(name), size());
 }
 
 void nDeckFrame::SetBackgroundColor(chString color)
@@ -190,6 +231,7 @@ void nDeckFrame::SetBackgroundColor(chString color)
     if (IsBackground(wanted))
         return;
     m_background = wanted;
+    SettleBackground();
     QColor solid;
     solid.setNamedColor(toQString(color));
     SetBackgroundBrush(solid);
@@ -353,7 +395,13 @@ void nDeckFrame::ReleasePicture()
 void nDeckFrame::AwaitText(QWebView* view)
 {
     if (m_pCover)
-        m_pCover->Await(view);
+        m_pCover->AwaitText(view);
+}
+
+void nDeckFrame::AwaitPicture(nDeckPicture* picture)
+{
+    if (m_pCover)
+        m_pCover->AwaitPicture(picture);
 }
 
 // Those inside of rect, or (null) all. What is being exchanged keeps its own, which shows what they showed.

@@ -54,10 +54,14 @@ public:
     float GetRectRate() const { return m_fRcRate; }
 
     // Between these two what rect shows (null: all of it) is exchanged: it stays on the screen until the
-    // texts awaited meanwhile are there. They nest; the outermost pair counts.
+    // texts and pictures awaited meanwhile are there. They nest; the outermost pair counts.
     void KeepPicture(const QRect& rect = QRect());
     void ReleasePicture();
     void AwaitText(QWebView* view);
+    void AwaitPicture(nDeckPicture* picture);
+    // What a picture of the show is read as. rect: of its region, in layout coordinates; null: the
+    // background.
+    tagPictureWish PictureWish(const chString& name, const chRect* rect) const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -85,7 +89,9 @@ private:
     bool IsBackground(const tagBackground& wanted) const;
     void SetBackgroundBrush(const QBrush& brush);
     void SetBackgroundAgain();
-    QPixmap BackgroundPixmap(const chString& name);
+    void ReadBackground(const chString& path);
+    void TakeBackground(PICTURE_RESULT result, const QPixmap& picture);
+    void SettleBackground();
     void OnOwnEvent(QEvent* event);
     void EndCovers(const QRect& rect);
     void InstallFilter();
@@ -98,6 +104,7 @@ private:
     float m_fRcRate = 1.0f;
     bool m_bFiltering = false; // sees the events of the application
     tagBackground m_background;
+    int m_nBackgroundRequest = 0;
     QElapsedTimer m_looked; // at its file
     int m_nKeeps = 0;
     QPointer<nDeckCover> m_pCover; // of the exchange under way

@@ -26,6 +26,13 @@ bool isAwaited(const char* kind, const chString& name)
     return true;
 }
 
+// The one that the region begins with; empty when that is no picture.
+chString firstPicture(const nDeckRegion& region)
+{
+    const auto* image = region.empty() ? nullptr : dynamic_cast<const mediaImage*>(*region.begin());
+    return image ? image->GetImageFileName() : chString();
+}
+
 // Empty for a medium without one.
 chString fileOf(const mediaBase& media)
 {
@@ -108,8 +115,13 @@ void nDeckLayout::OnLayoutReload()
         OnLayoutLoad();
         return;
     }
+    const bool keeps = TakesTime();
+    if (keeps)
+        GetNDeckScreen().KeepPicture(QRect());
     OnLayoutUnload();
     OnLayoutLoad();
+    if (keeps)
+        GetNDeckScreen().ReleasePicture();
 }
 
 void nDeckLayout::ShowNdeckLayout()
@@ -192,13 +204,28 @@ void nDeckLayout::CloseMeetingLamp()
     UnRegisterScreenSavers(SCREEN_SAVERS_MEETING, 0);
 }
 
-bool nDeckLayout::HasText() const
+bool nDeckLayout::TakesTime() const
 {
+    if (!GetNDeckScreen().IsFrameVisible())
+        return false;
+    bool isReady = m_strBackground.IsEmpty() || GetNDeckScreen().IsPictureReady(m_strBackground, nullptr);
     for (const nDeckRegion& region : m_regions) {
-        for (const mediaBase* media : region) {
-            if (media->GetMediaType() == MEDIA_TYPE_TEXT)
-                return true;
-        }
+        for (const mediaBase* media : region)
+            isReady = isReady && media->GetMediaType() != MEDIA_TYPE_TEXT;
+        const chString first = firstPicture(region);
+        isReady =
+            isReady && (first.IsEmpty() || GetNDeckScreen().IsPictureReady(first, &region.GetRegionRect()));
     }
-    return false;
+    return !isReady;
+}
+
+void nDeckLayout::Prepare() const
+{
+    if (!m_strBackground.IsEmpty())
+        GetNDeckScreen().PreparePicture(m_strBackground, nullptr);
+    for (const nDeckRegion& region : m_regions) {
+        const chString first = firstPicture(region);
+        if (!first.IsEmpty())
+            GetNDeckScreen().PreparePicture(first, &region.GetRegionRect());
+    }
 }

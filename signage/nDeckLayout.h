@@ -51,7 +51,10 @@ public:
     const chString& GetBackground() const { return m_strBackground; }
     const chString& GetBgColor() const { return m_strBgColor; }
     const chObjList_dynamic<nDeckRegion, 16>& GetRegions() const { return m_regions; }
-    bool HasText() const;
+    // Something that it begins with could not be drawn at once.
+    bool TakesTime() const;
+    // Reads the pictures ahead that it begins with.
+    void Prepare() const;
 
 private:
     bool IsMediaFinished(mediaBase& media) const;

@@ -34,13 +34,8 @@ bool isKind(QWidget* widget)
     return qobject_cast<T*>(widget) != nullptr;
 }
 
-bool isPictureLabel(QWidget* widget)
-{
-    return isKind<QLabel>(widget) && !isKind<videoAssistant>(widget) && !isKind<nDeckPanel>(widget);
-}
-
 // A widget of the kind, in panel: a free one of the pool, or a new one.
-template <class T, class MADE = T>
+template <class T>
 T* takeContent(QWidget* panel, bool (*fits)(QWidget*))
 {
     NdeckWidgetPoolManager& pool = GetNdeckWidgetPoolManager();
@@ -48,7 +43,7 @@ T* takeContent(QWidget* panel, bool (*fits)(QWidget*))
         widget->setParent(panel);
         return static_cast<T*>(widget);
     }
-    T* made = new MADE(panel);
+    T* made = new T(panel);
     pool.Add(made);
     return made;
 }
@@ -100,7 +95,7 @@ void nDeckPanel::UpdatePanelMedia(mediaBase* media)
 {
     if (!media)
         return;
-    const bool keeps = m_pContent && isVisible() && media->GetMediaType() == MEDIA_TYPE_TEXT;
+    const bool keeps = m_pContent && isVisible() && TakesTime(*media);
     if (keeps)
         GetNDeckScreen().KeepPicture(geometry());
     ReleaseContent();
@@ -118,15 +113,24 @@ void nDeckPanel::UpdatePanelMedia(mediaBase* media)
         GetNDeckScreen().ReleasePicture();
 }
 
+// It is not on the screen as soon as it is asked for.
+bool nDeckPanel::TakesTime(const mediaBase& media) const
+{
+    const auto* image = dynamic_cast<const mediaImage*>(&media);
+    if (!image)
+        return media.GetMediaType() == MEDIA_TYPE_TEXT;
+    return !GetNDeckScreen().IsPictureReady(image->GetImageFileName(), &m_original);
+}
+
 void nDeckPanel::ReleaseContent()
 {
     if (!m_pContent)
         return;
     if (isKind<videoAssistant>(m_pContent)) {
         GetNDeckVideoManager().StopPlayVideo(0);
-    } else if (auto* label = qobject_cast<QLabel*>(m_pContent)) {
-        label->clear();
-        label->hide();
+    } else if (auto* picture = qobject_cast<nDeckPicture*>(m_pContent)) {
+        picture->Forget();
+        picture->hide();
     } else if (auto* view = qobject_cast<QWebView*>(m_pContent)) {
         view->setHtml(QString());
         view->hide();
@@ -145,16 +149,17 @@ QRect nDeckPanel::ContentRect() const
 bool nDeckPanel::UpdatePicture(mediaImage& media)
 {
     const chString path = nDeckPath(media.GetImageFileName());
-    auto* label = takeContent<QLabel, nDeckPicture>(this, isPictureLabel);
+    auto* label = takeContent<nDeckPicture>(this, isKind<nDeckPicture>);
     m_pContent = label;
     label->setGeometry(ContentRect());
-    if (!GetNDeckFileManager().IsFileExist(media.GetImageFileName(), 1) || !IsImageValid(path))
+    if (!GetNDeckFileManager().IsFileExist(media.GetImageFileName(), 1))
         return false;
     label->setScaledContents(true);
-    label->setPixmap(GetImageManager()->GetImage(path));
     label->lower();
-    label->show();
-    return true;
+    label->ShowFile(path);
+    if (!label->IsSettled())
+        GetNDeckScreen().AwaitPicture(label);
+    return !label->IsSettled() || !label->pixmap().isNull();
 }
 
 bool nDeckPanel::UpdateRichText(mediaText& media)
@@ -283,11 +288,9 @@ bool nDeckPanel::IsShowing(const mediaBase& media) const
     if (!m_pContent || (m_pBtnDial ? m_pBtnDial->text() : QString()) != number)
         return false;
     if (const auto* image = dynamic_cast<const mediaImage*>(&media)) {
-        const auto* label = qobject_cast<const QLabel*>(m_pContent);
-        const chString path = nDeckPath(image->GetImageFileName());
-        return label && !label->pixmap().isNull() &&
-               GetNDeckFileManager().IsFileExist(image->GetImageFileName(), 0) &&
-               label->pixmap().cacheKey() == GetImageManager()->GetImage(path).cacheKey();
+        const auto* picture = qobject_cast<const nDeckPicture*>(m_pContent);
+        return picture && picture->IsShowing(nDeckPath(image->GetImageFileName())) &&
+               GetNDeckFileManager().IsFileExist(image->GetImageFileName(), 0);
     }
     if (const auto* text = dynamic_cast<const mediaText*>(&media)) {
         const auto* view = qobject_cast<const QWebView*>(m_pContent);

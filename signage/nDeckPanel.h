@@ -49,6 +49,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    bool TakesTime(const mediaBase& media) const;
     void ReleaseContent();
     void RemoveDialButton();
     void MakeDialButton(const mediaBase& media);

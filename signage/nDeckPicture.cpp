@@ -3,12 +3,88 @@
 #include "signage/nDeckScreen.h"
 #include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
 
 namespace {
 
 constexpr unsigned kPictureLimit = 0x1e0000; // bytes
+constexpr int kLookMs = 100;                 // a file is looked at no more often
+constexpr int kMostScreens = 2;              // in each direction, that a picture has pixels for
+
+bool isFit(const char* path)
+{
+    return PhotoFile().IsOk(path, kPictureLimit);
+}
+
+tagPictureWish wishOf(const chString& path, const QSize& size, PICTURE_FIT fit)
+{
+    tagPictureWish wish;
+    wish.strPath = path;
+    wish.nWidth = std::min<int>(size.width(), kMostScreens * NDECK_WIDTH);
+    wish.nHeight = std::min<int>(size.height(), kMostScreens * NDECK_HEIGHT);
+    wish.eFit = fit;
+    wish.check = isFit;
+    return wish;
+}
 
 } // namespace
+
+void nDeckPicture::ShowFile(const chString& path)
+{
+    m_strPath = path;
+    fileStat(path, m_stat);
+    m_looked.start();
+    Read();
+}
+
+void nDeckPicture::Forget()
+{
+    pictureCancel(m_nRequest);
+    m_nRequest = 0;
+    m_strPath = chString();
+    clear();
+}
+
+void nDeckPicture::Read()
+{
+    pictureCancel(m_nRequest);
+    m_nRequest = 0;
+    const tagPictureWish wish = nDeckPictureWish(m_strPath, size());
+    PICTURE_RESULT result = PICTURE_MISSING;
+    QPixmap picture;
+    if (pictureAtOnce(wish, result, picture)) {
+        Take(result, picture);
+        return;
+    }
+    m_nRequest = pictureRequest(wish, this, [this](PICTURE_RESULT told, const QPixmap& read) {
+        m_nRequest = 0;
+        Take(told, read);
+        emit settled();
+    });
+}
+
+void nDeckPicture::Take(PICTURE_RESULT result, const QPixmap& picture)
+{
+    m_eResult = result;
+    setVisible(result == PICTURE_READ);
+    if (result == PICTURE_READ)
+        setPixmap(picture);
+    else
+        clear();
+}
+
+bool nDeckPicture::IsShowing(const chString& path) const
+{
+    if (m_strPath.IsEmpty() || !(m_strPath == path))
+        return false;
+    if (m_nRequest == 0 && m_eResult == PICTURE_MISSING)
+        return false;
+    if (m_looked.elapsed() < kLookMs)
+        return true;
+    m_looked.start();
+    tagFileStat stat;
+    return fileStat(path, stat) && stat == m_stat;
+}
 
 void nDeckPicture::paintEvent(QPaintEvent* event)
 {
@@ -21,7 +97,31 @@ void nDeckPicture::paintEvent(QPaintEvent* event)
     painter.drawPixmap(rect(), pixmap());
 }
 
+void nDeckPicture::resizeEvent(QResizeEvent* event)
+{
+    QLabel::resizeEvent(event);
+    if (!m_strPath.IsEmpty())
+        Read();
+}
+
 bool IsImageValid(const chString& path)
 {
-    return PhotoFile().IsOk(path, kPictureLimit);
+    return isFit(path);
+}
+
+tagPictureWish nDeckPictureWish(const chString& path, const QSize& size)
+{
+    return wishOf(path, size, PICTURE_FIT_SIDES);
+}
+
+tagPictureWish nDeckBackgroundWish(const chString& path, const QSize& size)
+{
+    return wishOf(path, size, PICTURE_FIT_EXACT);
+}
+
+bool nDeckPictureIsReady(const tagPictureWish& wish)
+{
+    PICTURE_RESULT result = PICTURE_MISSING;
+    QPixmap picture;
+    return pictureAtOnce(wish, result, picture);
 }

@@ -1,7 +1,8 @@
 #include "signage/nDeckPromoter.h"
 #include "signage/nDeckFolder.h"
+#include "signage/nDeckPicture.h"
+#include "signage/nDeckScreen.h"
 #include "signage/pictureNames.h"
-#include "support/host/image.h"
 #include "support/host/trace.h"
 #include <algorithm>
 
@@ -59,5 +60,5 @@ void nDeckPromoter::PutRecordIntoUse(const _nDeckFileNode& record)
 void nDeckPromoter::StockPictureToCache(const chString& path)
 {
     if (hasExtension(path, {".PNG", ".JPEG", ".JPG", ".BMP", ".JIF"}))
-        GetImageManager()->PrepareNode(path);
+        picturePrepare(nDeckPictureWish(path, QSize(NDECK_WIDTH, NDECK_HEIGHT)));
 }

@@ -131,9 +131,21 @@ void nDeckRegion::LoadNextMedia()
     // The panel may have gone back to the pool, and to another region, in the meantime.
     if (m_pPanel && m_pPanel->GetRegion() == this)
         m_pPanel->UpdatePanelMedia(*m_current);
+    PrepareNext();
     if (size() > 1)
         m_timer.SetTimer(std::max((*m_current)->GetDuration(), 1), nullptr, this,
                          &nDeckRegion::OnTimerLoadNextMedia);
+}
+
+// A picture takes its time, and its turn comes.
+void nDeckRegion::PrepareNext()
+{
+    iterator next = m_current;
+    if (++next == end())
+        next = begin();
+    const auto* image = next == m_current ? nullptr : dynamic_cast<const mediaImage*>(*next);
+    if (image && m_pPanel && GetNDeckScreen().IsFrameVisible())
+        GetNDeckScreen().PreparePicture(image->GetImageFileName(), &m_rect);
 }
 
 int nDeckRegion::OnTimerLoadNextMedia(msgObject&)

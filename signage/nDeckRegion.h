@@ -46,6 +46,7 @@ public:
 
 private:
     void AppendMedia(xmlElement* element);
+    void PrepareNext();
 
     chRect m_rect;
     iterator m_current;

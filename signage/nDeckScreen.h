@@ -8,6 +8,7 @@
 class QRect;
 class QWebView;
 class mediaBase;
+class nDeckPicture;
 class nDeckRegion;
 
 enum { NDECK_WIDTH = 800, NDECK_HEIGHT = 480 }; // the design size of every layout
@@ -38,10 +39,16 @@ public:
     virtual nDeckPlace* CreatePanel(const chRect& rect) = 0;
     virtual void ClearPannels() = 0;
     // Between these two what rect shows (null: all of it) is exchanged: it stays on the screen until the
-    // texts awaited meanwhile are there. They nest; the outermost pair counts.
+    // texts and pictures awaited meanwhile are there. They nest; the outermost pair counts.
     virtual void KeepPicture(const QRect& rect) = 0;
     virtual void ReleasePicture() = 0;
     virtual void AwaitText(QWebView* view) = 0;
+    virtual void AwaitPicture(nDeckPicture* picture) = 0;
+    // The picture could be drawn at once. rect: of its region, in layout coordinates (right: left + width);
+    // null for the background, whose name is as SetBackgroundImage has it.
+    virtual bool IsPictureReady(const chString& name, const chRect* rect) = 0;
+    // Reads it ahead, so that it will be.
+    virtual void PreparePicture(const chString& name, const chRect* rect) = 0;
 
     virtual bool IsFrameVisible() const = 0;
     virtual bool IsFrameFullScreen() const = 0; // it lives in the full-screen window

@@ -44,6 +44,21 @@ void nDeckStage::AwaitText(QWebView* view)
     GetnDeckFrame().AwaitText(view);
 }
 
+void nDeckStage::AwaitPicture(nDeckPicture* picture)
+{
+    GetnDeckFrame().AwaitPicture(picture);
+}
+
+bool nDeckStage::IsPictureReady(const chString& name, const chRect* rect)
+{
+    return nDeckPictureIsReady(GetnDeckFrame().PictureWish(name, rect));
+}
+
+void nDeckStage::PreparePicture(const chString& name, const chRect* rect)
+{
+    picturePrepare(GetnDeckFrame().PictureWish(name, rect));
+}
+
 bool nDeckStage::IsFrameVisible() const
 {
     return GetnDeckFrame().isVisible();

@@ -12,6 +12,9 @@ public:
     void KeepPicture(const QRect& rect) override;
     void ReleasePicture() override;
     void AwaitText(QWebView* view) override;
+    void AwaitPicture(nDeckPicture* picture) override;
+    bool IsPictureReady(const chString& name, const chRect* rect) override;
+    void PreparePicture(const chString& name, const chRect* rect) override;
     bool IsFrameVisible() const override;
     bool IsFrameFullScreen() const override;
     E_NDECKWINDOW_TYPE GetFrameType() const override;

@@ -10,7 +10,9 @@
 #include "support/host/image.h"
 #include "support/host/language.h"
 #include "support/host/module.h"
+#include "support/host/picture.h"
 #include "support/host/screen.h"
+#include "support/host/text.h"
 #include "support/host/ui.h"
 #include "ui_frmCall.h"
 #include <QKeyEvent>
@@ -51,12 +53,9 @@ QString stateOf(const tagCall& call)
     return qTranslate(failed ? call.strReason.toUtf8().constData() : stateText(call));
 }
 
-QPixmap pictureOf(const tagContact& contact)
+QPixmap pictureOfNobody()
 {
-    QPixmap picture = GetImageManager()->GetImageByScale(contact.strPicture.toUtf8().constData(),
-                                                         kPicture.width(), kPicture.height());
-    return picture.isNull() ? GetImageManager()->GetImageByScale(kNobody, kPicture.width(), kPicture.height())
-                            : picture;
+    return GetImageManager()->GetImageByScale(kNobody, kPicture.width(), kPicture.height());
 }
 
 } // namespace
@@ -125,8 +124,27 @@ void frmCall::showCall(const tagCall& call)
     m_ui->labName->setText(name.isEmpty() ? call.strNumber : name);
     m_ui->labNumber->setText(name.isEmpty() ? QString() : call.strNumber);
     m_ui->labLine->setText(lineName(call.nAccount));
-    m_ui->labPicture->setPicture(pictureOf(contact));
+    showPicture(contact.strPicture);
     showState();
+}
+
+// One that takes a moment comes into the place of nobody's.
+void frmCall::showPicture(const QString& path)
+{
+    pictureCancel(m_nPicture);
+    m_nPicture = 0;
+    tagPictureWish wish;
+    wish.strPath = fromQString(path);
+    wish.nWidth = kPicture.width();
+    wish.nHeight = kPicture.height();
+    const auto take = [this](PICTURE_RESULT, const QPixmap& picture) {
+        m_ui->labPicture->setPicture(picture.isNull() ? pictureOfNobody() : picture);
+    };
+    PICTURE_RESULT result = PICTURE_MISSING;
+    QPixmap picture;
+    if (!path.isEmpty() && !pictureAtOnce(wish, result, picture))
+        m_nPicture = pictureRequest(wish, this, take);
+    take(result, picture);
 }
 
 void frmCall::showState()

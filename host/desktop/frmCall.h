@@ -38,6 +38,7 @@ private:
     void showDisplay();
     void layOut();
     void showCall(const tagCall& call);
+    void showPicture(const QString& path);
     void showState();
     void showSound();
     void showSoftKeys();
@@ -50,6 +51,7 @@ private:
     tagCall m_call;      // the one that is shown
     int m_nLastId = 0;   // of the calls that have begun
     QString m_strDigits; // sent in this call
+    int m_nPicture = 0;  // request of the contact's
     QTimer m_tick;
     QTimer m_end;
     bool m_bMuted = false; // here, so it ends with the call

@@ -11,6 +11,7 @@
 #include "support/host/language.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
+#include "support/host/picture.h"
 #include "support/host/registry.h"
 #include "support/host/text.h"
 #include "support/host/ui.h"
@@ -25,6 +26,7 @@ constexpr int kColumns = 6;
 constexpr int kColumnWidth = 128;
 constexpr int kLongestNumber = 32;
 const char* const kUserIni = "/rundata/config/user/user.ini";
+const char* const kOwnPictures = "/phone/"; // small, and there at once
 const char* const kWallpapers = "/phone/resource/sysdata/wallpaper/";
 
 struct HomeTile
@@ -72,8 +74,19 @@ struct frmDesktop::Private
     homeButton* keys[kColumns] = {};
     QTimer refresh;
     QPixmap wallpaper;
+    int wallpaperRequest = 0;
 
     homeButton* at(int row, int column) const { return row == 0 ? tiles[column] : keys[column]; }
+    // The factory's takes the place of one that cannot be shown.
+    void takeWallpaper(QWidget* desktop, QPixmap picture)
+    {
+        if (picture.isNull())
+            picture = GetImageManager()->GetImage(chString(kWallpapers) + "wallpaper.jpg");
+        wallpaper = picture.isNull() || picture.size() == desktop->size()
+                        ? picture
+                        : picture.scaled(desktop->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        desktop->update();
+    }
     void showCaptions()
     {
         for (int column = 0; column < kColumns; ++column)
@@ -140,14 +153,22 @@ void frmDesktop::FinishLoading()
 
 void frmDesktop::SetWallPaper(const char* path)
 {
+    pictureCancel(m_p->wallpaperRequest);
+    m_p->wallpaperRequest = 0;
     const chString wanted = path && *path ? chString(path) : configuredWallpaper();
-    QPixmap picture = GetImageManager()->GetImage(wanted);
-    if (picture.isNull())
-        picture = GetImageManager()->GetImage(chString(kWallpapers) + "wallpaper.jpg");
-    m_p->wallpaper = picture.isNull() || picture.size() == size()
-                         ? picture
-                         : picture.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    update();
+    if (toQString(wanted).startsWith(kOwnPictures)) {
+        m_p->takeWallpaper(this, GetImageManager()->GetImage(wanted));
+        return;
+    }
+    tagPictureWish wish;
+    wish.strPath = wanted;
+    wish.nWidth = width();
+    wish.nHeight = height();
+    wish.eFit = PICTURE_FIT_EXACT;
+    m_p->wallpaperRequest = pictureRequest(wish, this, [this](PICTURE_RESULT, const QPixmap& picture) {
+        m_p->wallpaperRequest = 0;
+        m_p->takeWallpaper(this, picture);
+    });
 }
 
 void frmDesktop::ReloadQuickKeys()

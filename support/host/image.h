@@ -1,7 +1,11 @@
 #pragma once
-// A cache of decoded pictures, by device path. User-interface thread.
+// A cache of decoded pictures, by device path, for those of the phone itself: they are read where they are
+// asked for, and one of more than IMAGE_PIXEL_LIMIT pixels is none. Pictures of users come by picture.h.
+// User-interface thread.
 #include "support/host/api.h"
 #include <QPixmap>
+
+enum : int { IMAGE_PIXEL_LIMIT = 1966080 }; // 1920 by 1024
 
 class HX_HOST_API ImageManager
 {
@@ -17,14 +21,13 @@ public:
     void PrepareNode(const char* path);
     // How many pictures are still to be read that way.
     int GetPreparing() const;
+    // In all its sizes.
     void RemoveImageInCache(const char* path);
 
 private:
     friend ImageManager* GetImageManager();
-    ImageManager();
-    ~ImageManager();
-    struct Private;
-    Private* m_p;
+    ImageManager() = default;
+    ~ImageManager() = default;
 };
 
 HX_HOST_API ImageManager* GetImageManager();

@@ -1,0 +1,145 @@
+// Pictures that are large, damaged or meant to hurt, in a show that goes on.
+#include "media/PhotoFile.h"
+#include "signage/nDeckPicture.h"
+#include "support/host/image.h"
+#include "support/host/picture.h"
+#include "tests/kit/plain/pictureFiles.h"
+#include "tests/signage/displayFixture.h"
+#include <QLabel>
+#include <ctime>
+
+namespace {
+
+constexpr int kLongMs = 60000; // for a machine under load
+
+double secondsOf(clockid_t clock)
+{
+    timespec used;
+    clock_gettime(clock, &used);
+    return double(used.tv_sec) + double(used.tv_nsec) / 1e9;
+}
+
+class ShowPictures : public DisplayTest
+{
+protected:
+    static bool settled()
+    {
+        return kit::waitUntil([] { return picturePending() == 0; }, kLongMs);
+    }
+    static QPixmap shown(int index)
+    {
+        auto* label = qobject_cast<QLabel*>(panels().value(index)->GetContent());
+        return label && label->isVisible() ? label->pixmap() : QPixmap();
+    }
+};
+
+} // namespace
+
+TEST_F(ShowPictures, EightLargeOnesTakeNoneOfThisThreadsTime)
+{
+    const QByteArray large = kit::pngOfOneColour({6000, 4000});
+    QByteArray regions;
+    for (int i = 0; i < 8; ++i) {
+        const QByteArray name = QByteArray::number(i) + ".png";
+        addFile(name.constData(), large);
+        regions += region(QRect(100 * i, 0, 100, 480), image(name.constData(), "50"));
+    }
+    addLayout("a.xml", layout(regions));
+    takeUp();
+    const double ours = secondsOf(CLOCK_THREAD_CPUTIME_ID), all = secondsOf(CLOCK_PROCESS_CPUTIME_ID);
+    show();
+    EXPECT_TRUE(settled());
+    const double share =
+        (secondsOf(CLOCK_THREAD_CPUTIME_ID) - ours) / (secondsOf(CLOCK_PROCESS_CPUTIME_ID) - all);
+    EXPECT_LT(share, 0.4);
+    ASSERT_EQ(panels().size(), 8);
+    for (int i = 0; i < 8; ++i)
+        EXPECT_EQ(shown(i).size(), QSize(100, 480)) << "in the size of its place";
+    EXPECT_EQ(pixel(50, 100), qRgb(0, 0, 0));
+}
+
+TEST_F(ShowPictures, ThatAreCutShortAreNotShown)
+{
+    const QList<QPair<const char*, QByteArray>> files = {
+        {"a.bmp", picture(Qt::red, "BMP", QSize(300, 200))},
+        {"b.png", picture(Qt::red, "PNG", QSize(300, 200))},
+        {"c.jpg", picture(Qt::red, "JPG", QSize(300, 200))},
+        {"d.gif", kit::gifOfScreen({1, 1})},
+    };
+    QByteArray regions;
+    for (const auto& [name, bytes] : files) {
+        addFile(name, bytes.left(bytes.size() / 2));
+        regions += region(QRect(0, 0, 300, 200), image(name, "50"));
+    }
+    addLayout("a.xml", layout(regions));
+    takeUp();
+    show();
+    EXPECT_TRUE(settled());
+    ASSERT_EQ(panels().size(), 4);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(shown(i).isNull()) << files[i].first;
+        frame().SetBackgroundImage(files[i].first, true);
+        EXPECT_TRUE(settled());
+        const QImage general(hostPath("/phone/resource/theme/default/bmp/general/gen_bg.jpg"));
+        EXPECT_EQ(pixel(300, 240), general.pixel(300, 240)) << files[i].first;
+    }
+    EXPECT_TRUE(PhotoFile().IsOk("/rundata/nDeck/a.bmp", IMAGE_SIZE_LIMIT)) << "the check is another matter";
+}
+
+TEST_F(ShowPictures, TheOldLayoutStaysUntilTheNewOnesPicturesAreThere)
+{
+    addFile("red.png", picture(Qt::red, "PNG", QSize(1200, 800)));
+    addFile("blue.png", picture(Qt::blue, "PNG", QSize(1200, 800)));
+    addLayout("a.xml", layout(region(image("red.png", "2")), "bgcolor=\"#ffffff\""));
+    addLayout("b.xml",
+              layout(region(QRect(0, 0, 400, 480), image("blue.png", "2")), "background=\"blue.png\""));
+    takeUp();
+    show();
+    EXPECT_TRUE(settled());
+    EXPECT_EQ(pixel(200, 200), qRgb(255, 0, 0));
+    // As if nothing had been read ahead.
+    GetImageManager()->RemoveImageInCache("/rundata/nDeck/blue.png");
+    display().SetCurrentLayout([] {
+        auto next = display().GetCurrentLayout();
+        return ++next;
+    }());
+    EXPECT_EQ(current(), "b.xml");
+    EXPECT_EQ(pixel(200, 200), qRgb(255, 0, 0));
+    EXPECT_EQ(pixel(600, 200), qRgb(255, 0, 0));
+    EXPECT_TRUE(kit::waitUntil([] { return frame().findChildren<nDeckCover*>().isEmpty(); }, kLongMs));
+    EXPECT_EQ(pixel(200, 200), qRgb(0, 0, 255));
+    EXPECT_EQ(pixel(600, 200), qRgb(0, 0, 255));
+}
+
+TEST_F(ShowPictures, TheNextLayoutsAndTheNextMediasPicturesAreReadAhead)
+{
+    for (const char* name : {"red.png", "blue.png", "green.png"})
+        addFile(name, picture(Qt::red, "PNG", QSize(1200, 800)));
+    addLayout("a.xml", layout(region(image("red.png", "2") + image("blue.png", "2"))));
+    addLayout("b.xml", layout(region(QRect(10, 20, 300, 200), image("green.png", "2"))));
+    takeUp();
+    show();
+    EXPECT_TRUE(settled());
+    const chRect whole(0, 0, 800, 480), part(10, 20, 310, 220);
+    EXPECT_TRUE(GetNDeckScreen().IsPictureReady("blue.png", &whole));
+    EXPECT_TRUE(GetNDeckScreen().IsPictureReady("green.png", &part));
+    EXPECT_FALSE(GetNDeckScreen().IsPictureReady("red.png", &part));
+}
+
+TEST_F(ShowPictures, AnotherSizeOfTheFrameReadsThemAnew)
+{
+    addFile("red.png", picture(Qt::red, "PNG", QSize(1200, 800)));
+    addLayout("a.xml", layout(region(image("red.png", "50"))));
+    takeUp();
+    QWidget home;
+    home.resize(800, 480);
+    home.show();
+    EXPECT_TRUE(nDeckWindowDisplay(1, NDECK_WINDOW_IDLE, &home, QRect(0, 0, 400, 240)));
+    EXPECT_TRUE(settled());
+    EXPECT_EQ(shown(0).size(), QSize(400, 240));
+    frame().SetRectRate(1.0f);
+    frame().resize(800, 480);
+    EXPECT_TRUE(settled());
+    EXPECT_EQ(shown(0).size(), QSize(800, 480));
+    frame().SetFrameParent(nullptr, QRect());
+}
