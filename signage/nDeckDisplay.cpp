@@ -326,17 +326,19 @@ void nDeckDisplay::ChangeCurrent(iterator layout)
     m_current = layout;
     if (keeps)
         GetNDeckScreen().ReleasePicture();
-    if (layout != end() && GetNDeckScreen().IsFrameVisible())
-        PrepareAfter(layout);
 }
 
 // Pictures take their time, and the next layout's turn comes.
-void nDeckDisplay::PrepareAfter(iterator layout)
+void nDeckDisplay::PrepareAfter(const nDeckLayout& layout)
 {
-    iterator next = layout;
+    iterator next = begin();
+    while (next != end() && &*next != &layout)
+        ++next;
+    if (next == end())
+        return;
     if (++next == end())
         next = begin();
-    if (next != layout)
+    if (&*next != &layout)
         next->Prepare();
 }
 

@@ -39,6 +39,7 @@ public:
 
     void SetShowLayout(int show) { m_bShow = show; }
     int IsShowLayout() const override { return m_bShow; }
+    void PrepareAfter(const nDeckLayout& layout) override;
 
     // The switches, from the key file at each call.
     HX_MODULE_API bool IsNdeckEnable();
@@ -67,7 +68,6 @@ private:
     bool IsTooQuick(iterator layout);
     void UnloadShown();
     void ChangeCurrent(iterator layout);
-    void PrepareAfter(iterator layout);
     void StartTimer(int duration, int shortest);
 
     iterator m_current;

@@ -137,6 +137,8 @@ void nDeckLayout::ShowNdeckLayout()
     for (nDeckRegion& region : m_regions)
         region.OnRegionLoad(this);
     m_bDrawn = true;
+    if (GetNDeckScreen().IsFrameVisible())
+        GetNDeckShow().PrepareAfter(*this);
 }
 
 void nDeckLayout::ShowBackground()

@@ -2,6 +2,8 @@
 // What those who fetch, register and hold a layout know of the running show. User-interface thread.
 #include "signage/displayFrame.h"
 
+class nDeckLayout;
+
 class nDeckShow
 {
 public:
@@ -21,6 +23,8 @@ public:
     virtual DisplayFrame& GetDisplayFrame() = 0;
     // Whether layouts are drawn, or only timed.
     virtual int IsShowLayout() const = 0;
+    // What comes after that layout is read ahead.
+    virtual void PrepareAfter(const nDeckLayout& layout) = 0;
 
 protected:
     virtual ~nDeckShow() = default;

@@ -7,6 +7,7 @@
 #include "tests/kit/plain/pictureFiles.h"
 #include "tests/kit/plain/processes.h"
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFile>
 #include <QImage>
 #include <QPainter>
@@ -273,6 +274,19 @@ TEST_F(Pictures, WhatWasReadIsThereAtOnceUntilItsFileChanges)
     EXPECT_FALSE(pictureAtOnce(wish("/rundata/a.png", {70, 70}), result, picture));
     putInPlace("/rundata/a.png", encoded(plain({3000, 1000}), "PNG"));
     EXPECT_FALSE(pictureAtOnce(wish("/rundata/a.png"), result, picture));
+}
+
+TEST_F(Pictures, AFileThatHasJustComeOrChangedIsRead)
+{
+    PICTURE_RESULT result = PICTURE_READ;
+    QPixmap picture;
+    ASSERT_TRUE(pictureAtOnce(wish("/rundata/a.png"), result, picture));
+    EXPECT_EQ(result, PICTURE_MISSING);
+    for (int width = 40; width < 60; ++width) {
+        writeFile("/rundata/a.png", encoded(plain({width, 48}), "PNG"));
+        ASSERT_TRUE(pictureAtOnce(wish("/rundata/a.png"), result, picture));
+        EXPECT_EQ(picture.width(), width);
+    }
 }
 
 TEST_F(Pictures, ATinyOneIsThereAtOnce)

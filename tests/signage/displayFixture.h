@@ -10,6 +10,7 @@
 #include "signage/nDeckRegister.h"
 #include "signage/nDeckWindow.h"
 #include "support/host/net.h"
+#include "support/host/picture.h"
 #include "support/host/registry.h"
 #include "support/host/text.h"
 #include "tests/kit/kitTime.h"
@@ -46,6 +47,14 @@ protected:
     static void show(E_NDECKWINDOW_TYPE type = NDECK_WINDOW_PAGE)
     {
         EXPECT_TRUE(nDeckWindowDisplay(1, type, nullptr, kFull));
+        kit::settle();
+        picturesCome();
+    }
+
+    // Large ones take a moment.
+    static void picturesCome()
+    {
+        EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
         kit::settle();
     }
 

@@ -262,7 +262,7 @@ TEST_F(FrameDraw, BackgroundIsScaledToTheNewSize)
     takeUp();
     showIn(home, QRect(0, 0, 400, 240));
     frame().resize(200, 120);
-    kit::settle();
+    picturesCome();
     EXPECT_EQ(frame().palette().brush(QPalette::Window).texture().size(), QSize(200, 120));
     frame().SetBackgroundColor("#112233");
     frame().resize(100, 60);

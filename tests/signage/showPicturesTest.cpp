@@ -22,10 +22,6 @@ double secondsOf(clockid_t clock)
 class ShowPictures : public DisplayTest
 {
 protected:
-    static bool settled()
-    {
-        return kit::waitUntil([] { return picturePending() == 0; }, kLongMs);
-    }
     static QPixmap shown(int index)
     {
         auto* label = qobject_cast<QLabel*>(panels().value(index)->GetContent());
@@ -48,7 +44,6 @@ TEST_F(ShowPictures, EightLargeOnesTakeNoneOfThisThreadsTime)
     takeUp();
     const double ours = secondsOf(CLOCK_THREAD_CPUTIME_ID), all = secondsOf(CLOCK_PROCESS_CPUTIME_ID);
     show();
-    EXPECT_TRUE(settled());
     const double share =
         (secondsOf(CLOCK_THREAD_CPUTIME_ID) - ours) / (secondsOf(CLOCK_PROCESS_CPUTIME_ID) - all);
     EXPECT_LT(share, 0.4);
@@ -74,12 +69,11 @@ TEST_F(ShowPictures, ThatAreCutShortAreNotShown)
     addLayout("a.xml", layout(regions));
     takeUp();
     show();
-    EXPECT_TRUE(settled());
     ASSERT_EQ(panels().size(), 4);
     for (int i = 0; i < 4; ++i) {
         EXPECT_TRUE(shown(i).isNull()) << files[i].first;
         frame().SetBackgroundImage(files[i].first, true);
-        EXPECT_TRUE(settled());
+        picturesCome();
         const QImage general(hostPath("/phone/resource/theme/default/bmp/general/gen_bg.jpg"));
         EXPECT_EQ(pixel(300, 240), general.pixel(300, 240)) << files[i].first;
     }
@@ -95,7 +89,6 @@ TEST_F(ShowPictures, TheOldLayoutStaysUntilTheNewOnesPicturesAreThere)
               layout(region(QRect(0, 0, 400, 480), image("blue.png", "2")), "background=\"blue.png\""));
     takeUp();
     show();
-    EXPECT_TRUE(settled());
     EXPECT_EQ(pixel(200, 200), qRgb(255, 0, 0));
     // As if nothing had been read ahead.
     GetImageManager()->RemoveImageInCache("/rundata/nDeck/blue.png");
@@ -119,7 +112,6 @@ TEST_F(ShowPictures, TheNextLayoutsAndTheNextMediasPicturesAreReadAhead)
     addLayout("b.xml", layout(region(QRect(10, 20, 300, 200), image("green.png", "2"))));
     takeUp();
     show();
-    EXPECT_TRUE(settled());
     const chRect whole(0, 0, 800, 480), part(10, 20, 310, 220);
     EXPECT_TRUE(GetNDeckScreen().IsPictureReady("blue.png", &whole));
     EXPECT_TRUE(GetNDeckScreen().IsPictureReady("green.png", &part));
@@ -135,11 +127,11 @@ TEST_F(ShowPictures, AnotherSizeOfTheFrameReadsThemAnew)
     home.resize(800, 480);
     home.show();
     EXPECT_TRUE(nDeckWindowDisplay(1, NDECK_WINDOW_IDLE, &home, QRect(0, 0, 400, 240)));
-    EXPECT_TRUE(settled());
+    picturesCome();
     EXPECT_EQ(shown(0).size(), QSize(400, 240));
     frame().SetRectRate(1.0f);
     frame().resize(800, 480);
-    EXPECT_TRUE(settled());
+    picturesCome();
     EXPECT_EQ(shown(0).size(), QSize(800, 480));
     frame().SetFrameParent(nullptr, QRect());
 }

@@ -48,21 +48,21 @@ ImageCache& ImageCache::instance()
     return *cache;
 }
 
-tagImageNode* ImageCache::find(const tagImageKey& key)
+tagImageNode* ImageCache::find(const tagImageKey& key, LOOK look)
 {
     const auto found = m_nodes.find(key);
-    if (found == m_nodes.end() || !isCurrent(*found, key.path))
+    if (found == m_nodes.end() || !isCurrent(*found, key.path, look))
         return nullptr;
     found->nUsed = ++m_nUses;
     return &*found;
 }
 
-bool ImageCache::isCurrent(tagImageNode& node, const QByteArray& path)
+bool ImageCache::isCurrent(tagImageNode& node, const QByteArray& path, LOOK look)
 {
     const qint64 now = nowMs();
     if (node.origin.nRoot != deviceGetRootNumber())
         return false;
-    if (now - node.nLookedMs < kLookMs)
+    if (look == LOOK_NOW_AND_THEN && now - node.nLookedMs < kLookMs)
         return true;
     if (!(tagImageOrigin::of(path.constData()) == node.origin))
         return false; // and whoever asks next looks again

@@ -48,8 +48,9 @@ class ImageCache
 public:
     static ImageCache& instance();
 
+    enum LOOK { LOOK_NOW, LOOK_NOW_AND_THEN }; // at the file: for whoever asks once, and each time he paints
     // Null when it is not there or its file has changed. Valid until the next call.
-    tagImageNode* find(const tagImageKey& key);
+    tagImageNode* find(const tagImageKey& key, LOOK look);
     // Takes the place of what was there, and is kept if that was. Valid until the next call.
     tagImageNode* store(const tagImageKey& key, const tagDecodedPicture& picture,
                         const tagImageOrigin& origin);
@@ -58,7 +59,7 @@ public:
     void remove(const QByteArray& path);
 
 private:
-    static bool isCurrent(tagImageNode& node, const QByteArray& path);
+    static bool isCurrent(tagImageNode& node, const QByteArray& path, LOOK look);
     void makeRoom(qsizetype needed);
 
     QHash<tagImageKey, tagImageNode> m_nodes;

@@ -14,7 +14,7 @@ tagImageNode& fresh(const tagImageKey& key)
 {
     tagPictureLimits limits;
     limits.nPixels = IMAGE_PIXEL_LIMIT;
-    tagImageNode* node = ImageCache::instance().find(key);
+    tagImageNode* node = ImageCache::instance().find(key, ImageCache::LOOK_NOW_AND_THEN);
     return node ? *node : *PictureService::readNow(key, limits);
 }
 

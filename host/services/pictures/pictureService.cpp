@@ -9,7 +9,7 @@ namespace {
 constexpr size_t kMostAhead = 16;       // pictures that wait to be read ahead
 constexpr qint64 kTinyBytes = 64 << 10; // of a file that takes less than a frame to read
 constexpr qint64 kTinyPixels = 64 << 10;
-constexpr int kTinyRoom = 800 * 480;
+constexpr int kTinyRoom = 800 * 480; // pixels that it is stretched to
 
 tagPictureShape shapeOf(const tagPictureWish& wish)
 {
@@ -128,7 +128,7 @@ void PictureService::startNext()
             const std::shared_ptr<tagJob> job = m_pRunning ? nullptr : takeNext();
             if (!job)
                 return;
-            if (tagImageNode* known = ImageCache::instance().find(job->key))
+            if (tagImageNode* known = ImageCache::instance().find(job->key, ImageCache::LOOK_NOW))
                 tell(*job, *known);
             else
                 start(job);
@@ -186,7 +186,9 @@ tagImageNode* PictureService::readTiny(const tagImageKey& key)
     limits.nPixels = kTinyPixels;
     const tagImageOrigin origin = tagImageOrigin::of(key.path.constData());
     const QSize& room = key.shape.room;
-    if (origin.stat.nSize > kTinyBytes || room.width() * room.height() > kTinyRoom)
+    const bool isEnlarged =
+        key.shape.eFit == tagPictureShape::EXACT && room.width() * room.height() > kTinyRoom;
+    if (origin.stat.nSize > kTinyBytes || isEnlarged)
         return nullptr;
     const tagDecodedPicture picture = decodeChecked(key, limits, nullptr);
     return picture.eResult == PICTURE_TOO_LARGE ? nullptr
@@ -206,14 +208,14 @@ void pictureCancel(int request)
 void picturePrepare(const tagPictureWish& wish)
 {
     const tagImageKey key = keyOf(wish);
-    if (!ImageCache::instance().find(key))
+    if (!ImageCache::instance().find(key, ImageCache::LOOK_NOW))
         PictureService::instance().prepare(key);
 }
 
 bool pictureAtOnce(const tagPictureWish& wish, PICTURE_RESULT& result, QPixmap& picture)
 {
     const tagImageKey key = keyOf(wish);
-    const tagImageNode* node = ImageCache::instance().find(key);
+    const tagImageNode* node = ImageCache::instance().find(key, ImageCache::LOOK_NOW);
     if (!node) {
         node = PictureService::instance().readTiny(key);
         if (!node)
