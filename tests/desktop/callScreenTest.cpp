@@ -1,9 +1,12 @@
 #include "host/desktop/frmCall.h"
+#include "host/desktop/roundPicture.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "support/host/box.h"
 #include "support/host/phone.h"
+#include "support/host/picture.h"
 #include "tests/desktop/desktopTest.h"
+#include "tests/kit/plain/pictureFiles.h"
 #include <QApplication>
 #include <QTimer>
 
@@ -50,6 +53,22 @@ TEST_F(CallScreen, ComesWithACallAndShowsWhoAndWhat)
     kit::stepTime(3000);
     EXPECT_NE(labelText(screen(), "labDuration"), "");
     kit::shot("call-talking");
+}
+
+TEST_F(CallScreen, ThePictureOfAContactComesAMomentLater)
+{
+    writeFile("/rundata/data/ann.png", kit::pngOfOneColour({3000, 2000}));
+    writeFile("/rundata/data/contactData.xml",
+              "<contactData><group name=\"A\"><contact name=\"Ann\" number=\"4711\" "
+              "sImagePath=\"/rundata/data/ann.png\"/></group></contactData>");
+    dial("4711");
+    const auto* place = screen()->findChild<roundPicture*>("labPicture");
+    const QImage nobody = place->picture().toImage();
+    EXPECT_FALSE(nobody.isNull());
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
+    EXPECT_NE(place->picture().toImage(), nobody);
+    EXPECT_EQ(place->picture().size(), QSize(126, 84));
+    EXPECT_EQ(place->picture().toImage().pixelColor(60, 40), QColor(Qt::black));
 }
 
 TEST_F(CallScreen, EndHangsUpAndTheScreenGoesAMomentLater)

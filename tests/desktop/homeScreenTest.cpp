@@ -8,9 +8,11 @@
 #include "support/host/clock.h"
 #include "support/host/desktop.h"
 #include "support/host/module.h"
+#include "support/host/picture.h"
 #include "support/host/registry.h"
 #include "support/host/screen.h"
 #include "tests/desktop/desktopTest.h"
+#include "tests/kit/plain/pictureFiles.h"
 #include <QApplication>
 #include <QDialog>
 
@@ -228,10 +230,28 @@ TEST_F(HomeScreen, AMissingWallpaperFallsBackToTheOneOfThePhone)
 {
     desktop_SetWallPaper(nullptr);
     const QImage usual = home->grab().toImage();
-    desktop_SetWallPaper("/rundata/media/wallpaper/gone.jpg");
-    EXPECT_EQ(home->grab().toImage(), usual);
     desktop_SetWallPaper("/phone/resource/theme/default/bmp/general/gen_setting_bg.jpg");
     EXPECT_NE(home->grab().toImage(), usual);
+    desktop_SetWallPaper("/rundata/media/wallpaper/gone.jpg");
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }));
+    EXPECT_EQ(home->grab().toImage(), usual);
+}
+
+TEST_F(HomeScreen, AWallpaperOfACameraComesAMomentLaterAndTheLastOneStays)
+{
+    const QByteArray black = kit::pngOfOneColour({6000, 4000});
+    writeFile("/rundata/media/wallpaper/black.png", black);
+    desktop_SetWallPaper(nullptr);
+    const QImage usual = home->grab().toImage();
+    desktop_SetWallPaper("/rundata/media/wallpaper/black.png");
+    EXPECT_EQ(home->grab().toImage(), usual) << "nothing is read here";
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
+    EXPECT_EQ(home->grab().toImage().pixelColor(600, 150), QColor(Qt::black));
+    writeFile("/rundata/media/wallpaper/other.png", black);
+    desktop_SetWallPaper("/rundata/media/wallpaper/other.png");
+    desktop_SetWallPaper(nullptr);
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
+    EXPECT_EQ(home->grab().toImage(), usual);
 }
 
 TEST_F(HomeScreen, TheLoadingScreenShowsEachStep)

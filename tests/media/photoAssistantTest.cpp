@@ -1,4 +1,6 @@
 #include "media/photoAssistant.h"
+#include "support/host/picture.h"
+#include "tests/kit/plain/pictureFiles.h"
 #include "tests/media/mediaTest.h"
 #include <QLabel>
 
@@ -82,6 +84,29 @@ TEST_F(SlideShow, AnotherListTakesThePlaceOfTheOldOne)
     EXPECT_EQ(show.GetFileSize(), 1);
     EXPECT_FALSE(show.LoadFileList(FileList()));
     EXPECT_EQ(show.GetFileSize(), 1);
+}
+
+TEST_F(SlideShow, PicturesOfACameraComeInTheSizeOfTheScreenAndTheNextIsReadAhead)
+{
+    for (const char* path : {"/rundata/a.png", "/rundata/b.png"})
+        writeFile(path, kit::pngOfOneColour({6000, 4000}));
+    load({"/rundata/a.png", "/rundata/b.png", "/rundata/1.png"});
+    EXPECT_EQ(shown(), 0);
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
+    EXPECT_EQ(shown(), 800);
+    show.GetLabel()->clear();
+    show.PlayNext();
+    EXPECT_EQ(shown(), 800) << "at once";
+}
+
+TEST_F(SlideShow, APictureThatComesLateDoesNotTakeThePlaceOfAnother)
+{
+    writeFile("/rundata/a.png", kit::pngOfOneColour({6000, 4000}));
+    load({"/rundata/a.png", "/rundata/1.png"});
+    show.PlayNext();
+    EXPECT_EQ(shown(), 10);
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
+    EXPECT_EQ(shown(), 10);
 }
 
 TEST_F(SlideShow, AFileThatVanishedIsPassedOver)
