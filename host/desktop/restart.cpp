@@ -22,6 +22,8 @@ constexpr int kNoteMs = 3000;
 const char* const kRunFolder = "/rundata/run";
 const char* const kMark = "/rundata/run/restart"; // left by the script
 const char* const kScript = "/phone/scripts/factory.sh";
+const char* const kFinish = "/phone/scripts/factory.sh finish";
+const char* const kCopy = "/rundata/.factory"; // there while the script runs
 
 void restart()
 {
@@ -59,6 +61,8 @@ void lookForMark()
 
 void hostFollowFactoryReset()
 {
+    if (pathFileExist(kCopy))
+        shellCommand::run(kFinish);
     // A phone that only starts has the new settings.
     unlink(devicePath(kMark).GetText());
     auto* watch = new folderWatch(QCoreApplication::instance());

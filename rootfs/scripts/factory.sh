@@ -14,12 +14,22 @@ old="$live/.factory.old"
     exit 1
 }
 
+# "factory.sh finish", at the start of a phone: a reset that had begun to take things away is gone through again, of one
+# that had not nothing stays.
+if [ "${1:-}" = finish ] && [ -z "$(ls -A "$old" 2>/dev/null)" ]; then
+    rm -rf "$fresh" "$old"
+    exit 0
+fi
+
 # /rundata is a partition of its own: it is refilled in place. The copy is complete before anything old
 # goes, and a run that was cut short is made good by the next one. "run" belongs to the phone that is running:
 # its processes meet there.
 rm -rf "$fresh" "$old"
+# Half a copy would keep the room that the settings need.
+trap 'rm -rf "$fresh" "$old"' EXIT
 mkdir -p "$fresh" "$old"
 cp -R "$pristine/." "$fresh"
+trap - EXIT
 sync
 
 # exchange NAME: away with the old one, and the new one, if there is one, in its place. A phone that runs may make it

@@ -134,6 +134,17 @@ TEST_F(Factory, AScriptThatFailsIsToldAndThePhoneGoesOn)
     waitPage("frmDesktop");
 }
 
+// The power had gone while the copy was made.
+TEST_F(Factory, AHalfCopyIsGoneWithTheNextStart)
+{
+    kill();
+    write("/rundata/.factory/data/half.xml", "<Half/>");
+    write("/rundata/data/mine.xml", "<Mine/>");
+    start();
+    EXPECT_FALSE(exists("/rundata/.factory"));
+    EXPECT_TRUE(exists("/rundata/data/mine.xml"));
+}
+
 // As an administrator may do it from a shell.
 TEST_F(Factory, TheScriptAloneRestartsTheRunningPhone)
 {

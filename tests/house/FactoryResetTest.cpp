@@ -31,7 +31,7 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
     }
-    int run() const
+    int run(const QStringList& arguments = {}) const
     {
         QProcess script;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -39,7 +39,7 @@ protected:
         // What a test puts there is run in the place of the system's.
         environment.insert("PATH", path("/bin") + ":" + environment.value("PATH"));
         script.setProcessEnvironment(environment);
-        script.start("/bin/sh", {sourcePath("rootfs/scripts/factory.sh")});
+        script.start("/bin/sh", QStringList{sourcePath("rootfs/scripts/factory.sh")} + arguments);
         script.waitForFinished();
         return script.exitCode();
     }
@@ -104,6 +104,37 @@ TEST_F(FactoryReset, ARunThatWasCutShortIsMadeGoodByTheNext)
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(read("/rundata/data/dsskey.xml"), "<DssKey/>");
     EXPECT_FALSE(QFileInfo::exists(path("/rundata/stale.xml")));
+}
+
+TEST_F(FactoryReset, OfACopyForWhichThereIsNoRoomNothingStays)
+{
+    write("/bin/cp", "#!/bin/sh\nfor to in \"$@\"; do :; done\necho half >\"$to/half\"\nexit 1\n");
+    ASSERT_EQ(chmod(path("/bin/cp").toUtf8().constData(), 0755), 0);
+    EXPECT_NE(run(), 0);
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/.factory")));
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/.factory.old")));
+    EXPECT_EQ(read("/rundata/data/mine.xml"), "<Mine/>");
+}
+
+TEST_F(FactoryReset, FinishRemovesACopyThatNothingHadMadeRoomFor)
+{
+    write("/rundata/.factory/config/half.ini", "[Volume]\n");
+    QDir().mkpath(path("/rundata/.factory.old"));
+    EXPECT_EQ(run({"finish"}), 0);
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/.factory")));
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/.factory.old")));
+    EXPECT_EQ(read("/rundata/data/mine.xml"), "<Mine/>") << "the user's";
+}
+
+TEST_F(FactoryReset, FinishCompletesWhatHadBegunToTakeThingsAway)
+{
+    QDir().mkpath(path("/rundata/.factory/data"));
+    QDir().mkpath(path("/rundata/.factory.old"));
+    ASSERT_TRUE(QFile::rename(path("/rundata/config"), path("/rundata/.factory.old/1")));
+    EXPECT_EQ(run({"finish"}), 0);
+    EXPECT_EQ(read("/rundata/config/user/user.ini"), "[Volume]\nnRing=20\n");
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/data/mine.xml")));
+    EXPECT_FALSE(QFileInfo::exists(path("/rundata/.factory.old")));
 }
 
 TEST_F(FactoryReset, APhoneThatLostAllItsDataIsFilled)
