@@ -199,13 +199,16 @@ void nDeckFileManager::OnFile(const nDeckHttpAction& action)
         GetNDeckShow().OnFileCame(action.strFile);
 }
 
+// Where a show is kept, a layout that was given up keeps nobody but itself away.
 bool nDeckFileManager::IsDownloadLayoutsFinished() const
 {
     if (!m_pNewFrame)
         return true;
+    const bool isKept = nDeckKeepsShow();
     for (const _nDeckLayoutNode& layout : m_pNewFrame->layouts) {
-        if (!m_book.IsKnown(layout.file + NDECK_WAITING, layout.md5) &&
-            !m_book.IsKnown(layout.file, layout.md5))
+        const bool isKnown = m_book.IsKnown(layout.file + NDECK_WAITING, layout.md5) ||
+                             m_book.IsKnown(layout.file, layout.md5);
+        if (!isKnown && (!isKept || m_fetcher.IsComing(layout.file)))
             return false;
     }
     return true;

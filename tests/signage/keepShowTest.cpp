@@ -258,6 +258,39 @@ TEST_F(KeepShow, AFileThatNeverComesKeepsOnlyItsOwnLayoutAway)
     EXPECT_EQ(colour(), QColor(Qt::blue));
 }
 
+TEST_F(KeepShow, ALayoutThatNeverComesKeepsOnlyItselfAway)
+{
+    server.layouts = {{"a.xml", Content::showing("one.png")}, {"never.xml", Content::showing("one.png")}};
+    server.medias = {{"one.png", kRed}};
+    server.failing = {"never.xml"};
+    show();
+    manager.DownloadDisplayFrame();
+    EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::red; }, 20000)) << "of a phone without a show";
+    server.layouts[0] = {"a.xml", Content::showing("two.png")};
+    server.medias = {{"two.png", kBlue}};
+    manager.DownloadDisplayFrame();
+    EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::blue; }, 20000)) << "of one that has one";
+    kit::stepTime(10100);
+    EXPECT_EQ(current(), "a.xml");
+    server.failing = {};
+    kit::stepTime(70000); // it is asked for again
+    EXPECT_TRUE(kit::waitUntil([&] { return current() == "never.xml"; }, 20000));
+}
+
+TEST_F(KeepShow, WithoutTheKeyALayoutThatNeverComesKeepsTheOthersAway)
+{
+    configure("bKeepShow", "0");
+    server.layouts = {{"a.xml", Content::showing("one.png")}, {"never.xml", Content::showing("one.png")}};
+    server.medias = {{"one.png", kRed}};
+    server.failing = {"never.xml"};
+    show();
+    manager.DownloadDisplayFrame();
+    EXPECT_TRUE(kit::waitUntil([&] { return server.requests("never.xml") == 4; }, 20000));
+    kit::settle();
+    EXPECT_EQ(server.requests("one.png"), 0);
+    EXPECT_EQ(current(), "");
+}
+
 TEST_F(KeepShow, AScheduleOfWhichNothingCanBeShownLeavesTheOldShow)
 {
     ASSERT_NO_FATAL_FAILURE(runRed());
