@@ -28,6 +28,7 @@ QByteArray httpServer::answer(const QByteArray& body, const QByteArray& status)
 void httpServer::onConnection()
 {
     while (QTcpSocket* socket = m_server.nextPendingConnection()) {
+        ++opened;
         QObject::connect(socket, &QTcpSocket::readyRead, &m_server, [this, socket] { onData(socket); });
         QObject::connect(socket, &QTcpSocket::disconnected, &m_server, [this] { ++closed; });
     }

@@ -23,6 +23,7 @@ public:
 
     QList<QByteArray> paths;    // of the requests so far
     QList<QByteArray> requests; // with their heads
+    int opened = 0;             // connections
     int closed = 0;             // connections that the client ended
 
 private:

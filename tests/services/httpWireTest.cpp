@@ -57,6 +57,23 @@ protected:
         };
     }
 
+    // Begins so, and goes on for as long as somebody takes it.
+    void endlessAfter(const QByteArray& begin)
+    {
+        server.onRequest = [this, begin](QTcpSocket& socket, const QByteArray&) {
+            QTcpSocket* const out = &socket;
+            QObject::connect(out, &QTcpSocket::bytesWritten, out, [this, out](qint64 count) {
+                taken += count;
+                if (taken < kGivenUp && out->bytesToWrite() == 0)
+                    out->write(QByteArray(64 << 10, 'e'));
+            });
+            out->write(begin);
+        };
+    }
+
+    static constexpr qint64 kMostTaken = 16 << 20; // bytes, with what the system's buffers hold
+    static constexpr qint64 kGivenUp = 256 << 20;  // bytes
+    qint64 taken = 0;
     const QByteArray kCode = QByteArray("lobby:a b").toBase64();
     Listener listener;
     CountingAction action;
@@ -158,4 +175,36 @@ TEST_F(HttpWire, TheActionIsToldOfTheEndOnce)
     };
     EXPECT_EQ(fetch(server.url("/x")), 0);
     EXPECT_EQ(action.finished, 2);
+}
+
+TEST_F(HttpWire, SmallChunksAreGood)
+{
+    constexpr int kChunks = 30000;
+    const QByteArray all = QByteArray("8\r\n12345678\r\n").repeated(kChunks) + "0\r\n\r\n";
+    server.onRequest = [&all](QTcpSocket& socket, const QByteArray&) {
+        socket.write("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + all);
+    };
+    EXPECT_EQ(fetch(server.url("/x")), 1);
+    EXPECT_EQ(readFile(kTarget).size(), 8 * kChunks);
+}
+
+TEST_F(HttpWire, ARemarkOnAChunkThatDoesNotEndEndsTheTransfer)
+{
+    endlessAfter("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5;");
+    EXPECT_EQ(fetch(server.url("/x")), 0);
+    EXPECT_TRUE(kit::waitUntil([this] { return server.closed == 1; }));
+    EXPECT_LT(taken, kMostTaken);
+    EXPECT_EQ(readFile(kTarget), "");
+}
+
+TEST_F(HttpWire, AQuestionForThePasswordThatDoesNotEndEndsTheTransfer)
+{
+    const QByteArray question = "HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"house\"\r\n";
+    for (const char* length :
+         {"Content-Length: 99999999999\r\n\r\n", "Transfer-Encoding: chunked\r\n\r\n5;"}) {
+        taken = 0;
+        endlessAfter(question + length);
+        EXPECT_EQ(fetch(urlWith("lobby:other")), 0);
+        EXPECT_LT(taken, kMostTaken) << length;
+    }
 }

@@ -1,10 +1,13 @@
 #include "host/services/transfers/httpRequest.h"
+#include "host/services/transfers/ownAddress.h"
+#include <sys/socket.h>
 
 namespace {
 
-constexpr long kBlock = 96 << 10;       // bytes that are read at once
-constexpr size_t kMostHead = 100 << 10; // bytes
-constexpr int kStatusFinal = 200;       // and above
+constexpr long kBlock = 96 << 10;         // bytes that are read at once
+constexpr size_t kMostHead = 100 << 10;   // bytes
+constexpr qint64 kMostPadding = 64 << 10; // bytes, beyond as many as the body has
+constexpr int kStatusFinal = 200;         // and above
 constexpr int kStatusUnauthorized = 401;
 
 // The bytes are stored as they come, and their number is checked.
@@ -42,10 +45,11 @@ bool isOfTls(CURLcode result)
 
 } // namespace
 
-httpRequest::httpRequest(httpLoop& loop, const QUrl& url, Listener& listener)
-    : m_loop(loop), m_url(url), m_listener(listener), m_pEasy(curl_easy_init())
+httpRequest::httpRequest(httpLoop& loop, const QUrl& url, REACH reach, Listener& listener)
+    : m_loop(loop), m_url(url), m_eReach(reach), m_listener(listener), m_pEasy(curl_easy_init())
 {
     setOptions();
+    setJudges();
     m_loop.add(m_pEasy);
 }
 
@@ -80,6 +84,58 @@ void httpRequest::setOptions()
     set(CURLOPT_PASSWORD, m_url.password(QUrl::FullyDecoded).toUtf8().constData());
 }
 
+void httpRequest::setJudges()
+{
+    const auto set = [this](CURLoption option, auto value) { curl_easy_setopt(m_pEasy, option, value); };
+    set(CURLOPT_OPENSOCKETFUNCTION, &httpRequest::onSocket);
+    set(CURLOPT_OPENSOCKETDATA, this);
+    set(CURLOPT_PREREQFUNCTION, &httpRequest::onConnected);
+    set(CURLOPT_PREREQDATA, this);
+    set(CURLOPT_VERBOSE, 1L); // nobody else tells what comes before it is unwrapped
+    set(CURLOPT_DEBUGFUNCTION, &httpRequest::onWire);
+    set(CURLOPT_DEBUGDATA, this);
+    set(CURLOPT_NOPROGRESS, 0L);
+    set(CURLOPT_XFERINFOFUNCTION, &httpRequest::onProgress);
+    set(CURLOPT_XFERINFODATA, this);
+}
+
+bool httpRequest::mayReach(const QHostAddress& address)
+{
+    const bool barred = m_eReach == ELSEWHERE && ownAddress::isOwn(address);
+    m_bBarred = m_bBarred || barred;
+    return !barred;
+}
+
+// A name may stand for another address each time it is looked up: what counts is where it is connected to.
+curl_socket_t httpRequest::onSocket(void* self, curlsocktype, curl_sockaddr* to)
+{
+    if (!static_cast<httpRequest*>(self)->mayReach(QHostAddress(&to->addr)))
+        return CURL_SOCKET_BAD;
+    return socket(to->family, to->socktype | SOCK_CLOEXEC, to->protocol);
+}
+
+// Also on a connection that another request has opened.
+int httpRequest::onConnected(void* self, char* to, char*, int, int)
+{
+    const bool may = static_cast<httpRequest*>(self)->mayReach(QHostAddress(QString::fromLatin1(to)));
+    return may ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+}
+
+int httpRequest::onWire(CURL*, curl_infotype what, char*, size_t size, void* self)
+{
+    if (what == CURLINFO_DATA_IN)
+        static_cast<httpRequest*>(self)->m_nWire += qint64(size);
+    return 0;
+}
+
+// What a body is wrapped in has no end of its own: small chunks are good, endless remarks on one are not.
+int httpRequest::onProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
+{
+    httpRequest* request = static_cast<httpRequest*>(self);
+    request->m_bPadded = request->m_nWire - request->m_nBody > request->m_nBody + kMostPadding;
+    return request->m_bPadded;
+}
+
 size_t httpRequest::onLine(char* line, size_t, size_t length, void* self)
 {
     return static_cast<httpRequest*>(self)->takeLine(line, length) ? length : 0;
@@ -104,7 +160,10 @@ bool httpRequest::takeLine(const char* line, size_t length)
 size_t httpRequest::onBody(char* bytes, size_t, size_t size, void* self)
 {
     httpRequest* request = static_cast<httpRequest*>(self);
-    return !request->m_bHead || request->m_listener.onBytes(bytes, size) ? size : 0;
+    if (!request->m_bHead)
+        return size;
+    request->m_nBody += qint64(size);
+    return request->m_listener.onBytes(bytes, size) ? size : 0;
 }
 
 void httpRequest::end(CURLcode result)
@@ -133,6 +192,13 @@ qint64 httpRequest::announcedSize() const
     bool isNumber = false;
     const qint64 size = field("Content-Length").toLongLong(&isNumber);
     return isNumber ? size : -1;
+}
+
+bool httpRequest::isFromHere() const
+{
+    const char* address = nullptr;
+    curl_easy_getinfo(m_pEasy, CURLINFO_PRIMARY_IP, &address);
+    return address && ownAddress::isOwn(QHostAddress(QString::fromLatin1(address)));
 }
 
 QByteArray httpRequest::tlsFailure() const

@@ -3,6 +3,7 @@
 // stored. Lives on the network thread.
 #include "host/services/transfers/httpLoop.h"
 #include <QByteArray>
+#include <QHostAddress>
 #include <QUrl>
 
 class httpRequest : private httpLoop::Request
@@ -21,8 +22,12 @@ public:
         virtual void onEnd() = 0;
     };
 
+    enum REACH : int {
+        EVERYWHERE,
+        ELSEWHERE // not this machine, whose services trust those who are on it
+    };
     // Begins in a moment. loop and listener outlive it.
-    httpRequest(httpLoop& loop, const QUrl& url, Listener& listener);
+    httpRequest(httpLoop& loop, const QUrl& url, REACH reach, Listener& listener);
     // Breaks off what is still going on; nobody is told.
     ~httpRequest() override;
     httpRequest(const httpRequest&) = delete;
@@ -37,6 +42,12 @@ public:
     qint64 announcedSize() const;
     // The answer has come to its end.
     bool isWhole() const { return m_eResult == CURLE_OK; }
+    // The answer comes from one of this machine's own addresses.
+    bool isFromHere() const;
+    // It led to this machine, which it must not reach.
+    bool isBarred() const { return m_bBarred; }
+    // It was broken off: much came, and hardly any of it was body.
+    bool isPadded() const { return m_bPadded; }
     // What the handshake or the certificate failed at; empty when it was something else.
     QByteArray tlsFailure() const;
 
@@ -44,15 +55,26 @@ private:
     void end(CURLcode result) override;
     static size_t onLine(char* line, size_t, size_t length, void* self);
     static size_t onBody(char* bytes, size_t, size_t size, void* self);
+    static curl_socket_t onSocket(void* self, curlsocktype purpose, curl_sockaddr* to);
+    static int onConnected(void* self, char* to, char* from, int portTo, int portFrom);
+    static int onWire(CURL* easy, curl_infotype what, char* bytes, size_t size, void* self);
+    static int onProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t);
     bool takeLine(const char* line, size_t length);
+    bool mayReach(const QHostAddress& address);
     void setOptions();
+    void setJudges();
 
     httpLoop& m_loop;
     QUrl m_url;
+    REACH m_eReach;
     Listener& m_listener;
     CURL* m_pEasy;
     CURLcode m_eResult = CURLE_AGAIN; // not over yet
     char m_szError[CURL_ERROR_SIZE] = "";
     size_t m_nHead = 0;   // bytes
     bool m_bHead = false; // it was told
+    qint64 m_nWire = 0;   // bytes after the head, with what they are wrapped in
+    qint64 m_nBody = 0;   // bytes that were told
+    bool m_bBarred = false;
+    bool m_bPadded = false;
 };

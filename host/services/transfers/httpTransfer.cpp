@@ -8,6 +8,7 @@
 
 namespace {
 
+const char* const kNotThere = "it is sent on to where it may not go";
 constexpr int kStatusGood = 200;
 constexpr int kStatusElsewhere[] = {301, 302, 303, 305, 307, 308};
 
@@ -62,7 +63,8 @@ void httpTransfer::start(httpLoop& loop)
 void httpTransfer::begin(const QUrl& url)
 {
     m_redirect = QUrl();
-    m_request = std::make_unique<httpRequest>(*m_pLoop, url, static_cast<httpRequest::Listener&>(*this));
+    m_request =
+        std::make_unique<httpRequest>(*m_pLoop, url, m_eReach, static_cast<httpRequest::Listener&>(*this));
     m_heard.start();
     m_stall.start(STALL_MS);
 }
@@ -112,20 +114,20 @@ QUrl httpTransfer::redirectTarget() const
     return target.isEmpty() ? QUrl() : m_request->url().resolved(target);
 }
 
-void httpTransfer::followTo(const QUrl& target)
+// Once a server elsewhere has sent it on, nobody may send it into this machine any more.
+void httpTransfer::followTo(QUrl target)
 {
     if (++m_nRedirects > MAX_REDIRECTS) {
         fail("it is sent on too often");
         return;
     }
-    redirectRule::ask(addressOf(m_job.url), target, this, [this, target](bool allowed) {
-        if (!m_done || m_szFailure)
-            return;
-        if (allowed)
-            begin(target);
-        else
-            fail("it is sent on to where it may not go");
-    });
+    if (!redirectRule::isAllowed(addressOf(m_job.url), target)) {
+        fail(kNotThere);
+        return;
+    }
+    if (!m_request->isFromHere())
+        m_eReach = httpRequest::ELSEWHERE;
+    begin(target);
 }
 
 bool httpTransfer::onHead()
@@ -198,6 +200,8 @@ void httpTransfer::onEnd()
 
 const char* httpTransfer::whyNoAnswer()
 {
+    if (m_request->isBarred())
+        return kNotThere;
     const QByteArray failure = m_request->tlsFailure();
     if (failure.isEmpty())
         return "the server does not answer";
@@ -213,6 +217,8 @@ void httpTransfer::findFailure()
         refuse(whyNoAnswer());
     else if (const char* wrong = whatIsWrong())
         refuse(wrong);
+    else if (m_request->isPadded())
+        refuse("there is more around it than in it");
     else if (!m_request->isWhole())
         refuse("the connection broke");
     else if (announced >= 0 && announced != m_nReceived)

@@ -40,7 +40,7 @@ private:
     void onEnd() override;
     void begin(const QUrl& url);
     QUrl redirectTarget() const;
-    void followTo(const QUrl& target);
+    void followTo(QUrl target);
     void look();
     bool refuse(const char* reason);
     void fail(const char* reason);
@@ -60,6 +60,7 @@ private:
     std::unique_ptr<httpRequest> m_request;
     QUrl m_redirect; // where the answer sends it on to
     int m_nRedirects = 0;
+    httpRequest::REACH m_eReach = httpRequest::EVERYWHERE;
     QTimer m_stall;
     QElapsedTimer m_heard; // since the last byte
     QTimer m_end;

@@ -1,35 +1,38 @@
 #include "host/services/transfers/redirectRule.h"
-#include "host/services/transfers/ownAddress.h"
-#include <QHostInfo>
+#include <curl/curl.h>
+#include <memory>
 
 namespace {
-
-// What a name stands for; a name of nothing is nobody's.
-void askIsOwn(const QUrl& url, QObject* context, std::function<void(bool own)> answer)
-{
-    QHostInfo::lookupHost(url.host(), context, [answer = std::move(answer)](const QHostInfo& info) {
-        answer(ownAddress::isAnyOwn(info.addresses()));
-    });
-}
 
 bool isHttp(const QUrl& url)
 {
     return url.scheme() == "http" || url.scheme() == "https";
 }
 
+// The host that the transfer would ask; empty when it finds none.
+QByteArray hostAsAsked(const QUrl& url)
+{
+    const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> read(curl_url(), &curl_url_cleanup);
+    char* text = nullptr;
+    if (curl_url_set(read.get(), CURLUPART_URL, url.toEncoded(QUrl::RemoveUserInfo).constData(), 0) !=
+            CURLUE_OK ||
+        curl_url_get(read.get(), CURLUPART_HOST, &text, 0) != CURLUE_OK)
+        return QByteArray();
+    const QByteArray host(text);
+    curl_free(text);
+    return host.startsWith('[') ? host.mid(1, host.size() - 2) : host;
+}
+
+// Where one reader finds no host, another may find one in the path.
+bool isReadAlike(const QUrl& url)
+{
+    const QByteArray host = url.host(QUrl::FullyEncoded).toLatin1();
+    return url.isValid() && !host.isEmpty() && host == hostAsAsked(url);
+}
+
 } // namespace
 
-void redirectRule::ask(const QUrl& from, const QUrl& to, QObject* context,
-                       std::function<void(bool allowed)> answer)
+bool redirectRule::isAllowed(const QUrl& from, const QUrl& to)
 {
-    if (!isHttp(to) || (from.scheme() == "https" && to.scheme() != "https")) {
-        answer(false);
-        return;
-    }
-    askIsOwn(to, context, [from, context, answer = std::move(answer)](bool own) {
-        if (!own)
-            answer(true);
-        else
-            askIsOwn(from, context, answer);
-    });
+    return isHttp(to) && (from.scheme() != "https" || to.scheme() == "https") && isReadAlike(to);
 }

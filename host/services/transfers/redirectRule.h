@@ -1,13 +1,10 @@
 #pragma once
-// Where a server may send a transfer on to: never to less safety, nor from elsewhere into this machine, whose
-// services trust those who are on it. Any thread with an event loop.
-#include <QObject>
+// Where a server may send a transfer on to: to a server, and never to less safety. Which machine that is
+// shows only where it is connected to; httpRequest judges it there. Any thread.
 #include <QUrl>
-#include <functional>
 
 namespace redirectRule {
 
-// answer: called once, on context's thread, unless context goes before; names are looked up meanwhile.
-void ask(const QUrl& from, const QUrl& to, QObject* context, std::function<void(bool allowed)> answer);
+bool isAllowed(const QUrl& from, const QUrl& to);
 
 } // namespace redirectRule

@@ -1,0 +1,225 @@
+// Where a server can send a transfer on to, by address, by name and by names that change: never from
+// elsewhere into this machine.
+#include "host/services/system/hostLog.h"
+#include "host/services/transfers/ownAddress.h"
+#include "support/host/http.h"
+#include "tests/kit/phoneTest.h"
+#include "tests/services/httpServer.h"
+#include <QHash>
+#include <QMutex>
+#include <QNetworkInterface>
+#include <dlfcn.h>
+#include <netdb.h>
+
+namespace {
+
+using Answer = QList<QByteArray>; // addresses
+
+// Names of the test's own, and what they stand for each time they are looked up; the last answer stays.
+struct tagNames
+{
+    QMutex lock;
+    QHash<QByteArray, QList<Answer>> answers;
+    Answer take(const QByteArray& name)
+    {
+        const QMutexLocker locker(&lock);
+        const auto found = answers.find(name);
+        if (found == answers.end())
+            return Answer();
+        return found->size() > 1 ? found->takeFirst() : found->first();
+    }
+};
+
+tagNames& names()
+{
+    static tagNames known;
+    return known;
+}
+
+} // namespace
+
+// In place of the system's, for the whole program: what is no name of a test goes on to it.
+extern "C" Q_DECL_EXPORT int getaddrinfo(const char* name, const char* service, const addrinfo* hints,
+                                         addrinfo** result)
+{
+    using Lookup = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
+    static const Lookup system = reinterpret_cast<Lookup>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    const Answer answer = name ? names().take(name) : Answer();
+    if (answer.isEmpty())
+        return system(name, service, hints, result);
+    for (const QByteArray& address : answer) {
+        *result = nullptr;
+        if (const int failure = system(address.constData(), service, hints, result))
+            return failure;
+        while (*result)
+            result = &(*result)->ai_next;
+    }
+    return 0;
+}
+
+namespace {
+
+class Listener : public ActionCallback
+{
+public:
+    void OnCallback(taskAction*) override { ++ends; }
+    int ends = 0;
+};
+
+// Not loopback; null on a machine without a network.
+QHostAddress addressOnTheNetwork()
+{
+    for (const QHostAddress& address : QNetworkInterface::allAddresses()) {
+        if (address.protocol() == QAbstractSocket::IPv4Protocol && !address.isLoopback() &&
+            !address.isLinkLocal())
+            return address;
+    }
+    return QHostAddress();
+}
+
+// There is no other machine: this one's address on the network stands for it.
+class HttpRedirect : public PhoneTest
+{
+protected:
+    void SetUp() override
+    {
+        PhoneTest::SetUp();
+        if (kElsewhere.isNull())
+            GTEST_SKIP() << "this machine has no network";
+        ownAddress::interfaces() = [] { return QList<QHostAddress>(); };
+        server.onRequest = [this](QTcpSocket& socket, const QByteArray&) { socket.write(sentTo(target)); };
+        victim.onRequest = [](QTcpSocket& socket, const QByteArray&) {
+            socket.write(httpServer::answer("secret"));
+        };
+    }
+    void TearDown() override
+    {
+        ownAddress::interfaces() = &QNetworkInterface::allAddresses;
+        PhoneTest::TearDown();
+    }
+    static QByteArray sentTo(const QByteArray& url)
+    {
+        return httpServer::head("302 Found", {"Location: " + url, "Content-Length: 2"}) + "on";
+    }
+    // A name of the test's own, which stands for these.
+    static void nameIs(const QByteArray& name, const QList<Answer>& answers)
+    {
+        const QMutexLocker locker(&names().lock);
+        names().answers[name] = answers;
+    }
+    static QByteArray under(const QByteArray& host, const httpServer& its)
+    {
+        const QByteArray url = its.url("/x");
+        return "http://" + host + url.mid(url.lastIndexOf(':'));
+    }
+    int fetch(const QByteArray& url)
+    {
+        Listener listener;
+        HttpAction action;
+        action.strRemoteUrl = url.constData();
+        action.strLocalFile = "/rundata/data/got";
+        action.SetCallback(&listener);
+        PostAction(action);
+        EXPECT_TRUE(kit::waitUntil([&] { return listener.ends > 0; }, 10000)) << url.constData();
+        return action.nResult;
+    }
+    static bool isToldAsBarred()
+    {
+        const auto lines = hostLogFrom(1);
+        return std::any_of(lines.begin(), lines.end(), [](const auto& line) {
+            return line.strText.endsWith("failed: it is sent on to where it may not go");
+        });
+    }
+
+    const QHostAddress kElsewhere = addressOnTheNetwork();
+    const QByteArray kThere = kElsewhere.toString().toLatin1();
+    httpServer victim;
+    httpServer server{kElsewhere};
+    QByteArray target;
+};
+
+} // namespace
+
+TEST_F(HttpRedirect, AServerElsewhereCannotSendATransferIntoThisMachine)
+{
+    for (const char* own :
+         {"127.0.0.1", "localhost", "[::ffff:127.0.0.1]", "0.0.0.0", "0x7f.1", "/127.0.0.1"}) {
+        target = under(own, victim);
+        EXPECT_EQ(fetch(server.url("/")), 0) << own;
+        EXPECT_EQ(victim.opened, 0) << own;
+    }
+    EXPECT_TRUE(isToldAsBarred());
+}
+
+TEST_F(HttpRedirect, AnAddressWithoutAHostOpensNothing)
+{
+    target = under("/127.0.0.1", victim);
+    EXPECT_EQ(fetch(victim.url("/")), 1);
+    EXPECT_EQ(fetch(server.url("/")), 0);
+    victim.onRequest = server.onRequest;
+    EXPECT_EQ(fetch(victim.url("/")), 0);
+    EXPECT_EQ(victim.paths, (QList<QByteArray>{"/", "/"}));
+}
+
+TEST_F(HttpRedirect, ANameThatChangesOpensNothing)
+{
+    nameIs("always.test", {{"127.0.0.1"}});
+    nameIs("later.test", {{kThere}, {"127.0.0.1"}});
+    nameIs("among.test", {{kThere, "127.0.0.1"}});
+    for (const char* name : {"always.test", "later.test", "among.test"}) {
+        target = under(name, victim);
+        EXPECT_EQ(fetch(server.url("/")), 0) << name;
+        EXPECT_EQ(victim.opened, 0) << name;
+    }
+    EXPECT_TRUE(isToldAsBarred());
+}
+
+TEST_F(HttpRedirect, AServerThatClaimsToBeHereAsWellIsElsewhere)
+{
+    nameIs("both.test", {{kThere, "127.0.0.1"}});
+    target = victim.url("/");
+    EXPECT_EQ(fetch(under("both.test", server)), 0);
+    EXPECT_EQ(server.paths.size(), 1);
+    EXPECT_EQ(victim.opened, 0);
+}
+
+TEST_F(HttpRedirect, AConnectionIntoThisMachineThatIsOpenAlreadyIsNotUsed)
+{
+    target = under("localhost", victim);
+    EXPECT_EQ(fetch(target), 1);
+    EXPECT_EQ(fetch(server.url("/")), 0);
+    EXPECT_EQ(victim.paths.size(), 1);
+    EXPECT_TRUE(isToldAsBarred());
+}
+
+TEST_F(HttpRedirect, NobodyComesBackFromElsewhere)
+{
+    httpServer first;
+    first.onRequest = [this](QTcpSocket& socket, const QByteArray&) {
+        socket.write(sentTo(server.url("/")));
+    };
+    target = victim.url("/");
+    EXPECT_EQ(fetch(first.url("/")), 0);
+    EXPECT_EQ(server.paths.size(), 1);
+    EXPECT_EQ(victim.opened, 0);
+}
+
+TEST_F(HttpRedirect, AServerOfThisMachineMaySendOnWithinIt)
+{
+    httpServer first;
+    first.onRequest = [this](QTcpSocket& socket, const QByteArray&) {
+        socket.write(sentTo(victim.url("/")));
+    };
+    EXPECT_EQ(fetch(first.url("/")), 1);
+    EXPECT_EQ(readFile("/rundata/data/got"), "secret");
+}
+
+TEST_F(HttpRedirect, AServerElsewhereMaySendOnElsewhere)
+{
+    httpServer other(kElsewhere);
+    other.onRequest = victim.onRequest;
+    target = other.url("/");
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(fetch(server.url("/")), 1);
+    EXPECT_EQ(other.opened, 1);
+}
