@@ -208,3 +208,18 @@ TEST_F(HttpWire, AQuestionForThePasswordThatDoesNotEndEndsTheTransfer)
         EXPECT_LT(taken, kMostTaken) << length;
     }
 }
+
+TEST_F(HttpWire, ARefusalOfAWrongPasswordThatDoesNotEndEndsTheTransfer)
+{
+    endlessAfter("HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"house\"\r\n"
+                 "Content-Length: 99999999999\r\n\r\n");
+    const auto endless = server.onRequest;
+    askForPassword();
+    const auto question = server.onRequest;
+    server.onRequest = [this, endless, question](QTcpSocket& socket, const QByteArray& path) {
+        (server.requests.size() > 1 ? endless : question)(socket, path);
+    };
+    EXPECT_EQ(fetch(urlWith("lobby:other")), 0);
+    EXPECT_EQ(server.requests.size(), 2);
+    EXPECT_LT(taken, kMostTaken);
+}
