@@ -177,6 +177,28 @@ TEST_F(MenuForm, AFormThatIsOnTheStackTwiceIsClosedTwiceWithoutFault)
     EXPECT_TRUE(form.isVisible());
 }
 
+// A form that ends takes one entry along: of two the other is left.
+TEST_F(MenuForm, AFormThatWasShownTwiceIsOnTheStackTwice)
+{
+    writeMenu(3);
+    dlgIconviewForm form;
+    form.LoadFile(kMenu);
+    open(form);
+    kit::tap(keys(form)->GetButton(3));
+    open(form);
+    {
+        dlgIconviewForm never;
+    }
+    kit::tap(home(form));
+    EXPECT_FALSE(form.isVisible());
+    open(form);
+    {
+        dlgIconviewForm never;
+    }
+    kit::tap(home(form));
+    EXPECT_TRUE(form.isVisible()) << "the home button had taken both";
+}
+
 TEST_F(MenuForm, ADestroyedFormTakesTheLastShowAlong)
 {
     writeMenu(3);
