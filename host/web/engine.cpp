@@ -5,5 +5,5 @@
 void tagEngine::setServer(const QString& url) const
 {
     guard->setServer(QUrl(url));
-    proxy->setExempt(requestGuard::targetHere(QUrl(url)));
+    proxy->setExempt({requestGuard::targetHere(QUrl(url)), QUrl(url).scheme() == "https"});
 }

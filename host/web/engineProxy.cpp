@@ -1,5 +1,5 @@
 #include "host/web/engineProxy.h"
-#include "host/web/proxyLink.h"
+#include "host/web/peerOwner.h"
 #include <QNetworkProxy>
 #include <QTcpSocket>
 
@@ -29,7 +29,8 @@ void engineProxy::listen()
 void engineProxy::onConnection()
 {
     while (QTcpSocket* client = m_pServer->nextPendingConnection()) {
-        if (m_pServer->findChildren<proxyLink*>(Qt::FindDirectChildrenOnly).size() >= CONNECTIONS) {
+        const auto links = m_pServer->findChildren<proxyLink*>(Qt::FindDirectChildrenOnly);
+        if (links.size() >= CONNECTIONS || !peerOwner::isOwn(*client)) {
             client->abort();
             client->deleteLater();
             continue;
@@ -47,13 +48,13 @@ void engineProxy::onRefused(const QByteArray& target)
     emit refused(QString::fromUtf8(target));
 }
 
-void engineProxy::setExempt(const QByteArray& target)
+void engineProxy::setExempt(const tagExempt& exempt)
 {
     const QMutexLocker lock(&m_mutex);
-    m_exempt = target;
+    m_exempt = exempt;
 }
 
-QByteArray engineProxy::exempt() const
+tagExempt engineProxy::exempt() const
 {
     const QMutexLocker lock(&m_mutex);
     return m_exempt;

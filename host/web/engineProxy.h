@@ -1,8 +1,9 @@
 #pragma once
 // The one way from the engine to the network: a SOCKS 5 service on the loopback interface, whose every
 // connection is looked at. The name is looked up here and the connection goes to the address that was judged,
-// so it does not matter which part of the engine asks, and under which name. Its own thread; the functions
-// from any.
+// so it does not matter which part of the engine asks, and under which name. Only this process's user is
+// served. Its own thread; the functions from any.
+#include "host/web/proxyLink.h"
 #include <QByteArray>
 #include <QMutex>
 #include <QObject>
@@ -21,9 +22,8 @@ public:
     ~engineProxy() override;
     // 0 when it cannot listen: nothing reaches the network then.
     quint16 port() const { return m_nPort; }
-    // HOST:PORT on this machine that may be reached all the same; empty for none.
-    void setExempt(const QByteArray& target);
-    QByteArray exempt() const;
+    void setExempt(const tagExempt& exempt);
+    tagExempt exempt() const;
 
 signals:
     // Once for each target, the first few of them.
@@ -37,6 +37,6 @@ private:
     QTcpServer* m_pServer = nullptr; // on the thread
     QSet<QByteArray> m_told;
     mutable QMutex m_mutex;
-    QByteArray m_exempt; // with m_mutex
+    tagExempt m_exempt; // with m_mutex
     std::atomic<quint16> m_nPort = 0;
 };

@@ -1,5 +1,6 @@
 #include "host/web/proxyLink.h"
 #include "host/services/transfers/ownAddress.h"
+#include "host/web/readHead.h"
 #include <QHostInfo>
 #include <QNetworkProxy>
 #include <QtEndian>
@@ -39,7 +40,7 @@ QByteArray hostOf(char kind, const QByteArray& address)
 
 } // namespace
 
-proxyLink::proxyLink(QTcpSocket* client, const QByteArray& exempt, QObject* parent)
+proxyLink::proxyLink(QTcpSocket* client, const tagExempt& exempt, QObject* parent)
     : QObject(parent), m_pClient(client), m_exempt(exempt)
 {
     client->setParent(this);
@@ -47,7 +48,7 @@ proxyLink::proxyLink(QTcpSocket* client, const QByteArray& exempt, QObject* pare
     m_server.setReadBufferSize(BUFFER);
     m_server.setProxy(QNetworkProxy::NoProxy);
     m_limit.setSingleShot(true);
-    m_limit.start(CONNECT_MS);
+    m_limit.start(GREETING_MS);
     connect(&m_limit, &QTimer::timeout, this, &proxyLink::end);
     connect(client, &QTcpSocket::readyRead, this, &proxyLink::onClient);
     connect(client, &QTcpSocket::disconnected, this, &proxyLink::end);
@@ -55,7 +56,7 @@ proxyLink::proxyLink(QTcpSocket* client, const QByteArray& exempt, QObject* pare
     connect(&m_server, &QTcpSocket::connected, this, &proxyLink::onConnected);
     connect(&m_server, &QTcpSocket::errorOccurred, this, &proxyLink::onServerError);
     connect(&m_server, &QTcpSocket::readyRead, this, [this] { pass(m_server, *m_pClient); });
-    connect(&m_server, &QTcpSocket::bytesWritten, this, [this] { pass(*m_pClient, m_server); });
+    connect(&m_server, &QTcpSocket::bytesWritten, this, &proxyLink::passOn);
     onClient();
 }
 
@@ -65,10 +66,10 @@ void proxyLink::onClient()
         return;
     if (m_eState == REQUEST && !readRequest())
         return;
-    if (m_eState == FIRST_WORD)
-        readFirstWord();
+    if (m_eState == HEAD)
+        readHere();
     else if (m_eState == OPEN)
-        pass(*m_pClient, m_server);
+        passOn();
 }
 
 bool proxyLink::readGreeting()
@@ -100,6 +101,7 @@ bool proxyLink::readRequest()
     const QByteArray request = m_pClient->read(kHead + bytes + int(sizeof(quint16)));
     m_nPort = qFromBigEndian<quint16>(request.constData() + kHead + bytes);
     m_eState = CONNECTING;
+    m_limit.start(CONNECT_MS);
     onRequest(hostOf(seen[kHead - 1], request.mid(kHead, bytes)));
     return true;
 }
@@ -119,7 +121,7 @@ void proxyLink::onRequest(const QByteArray& host)
 void proxyLink::judge(const QList<QHostAddress>& addresses)
 {
     const bool isHere = ownAddress::isAnyOwn(addresses);
-    if (isHere && m_target != m_exempt) {
+    if (isHere && m_target != m_exempt.target) {
         emit refused(m_target);
         refuse(NOT_ALLOWED);
         return;
@@ -129,25 +131,32 @@ void proxyLink::judge(const QList<QHostAddress>& addresses)
         tryNext();
         return;
     }
-    m_eState = FIRST_WORD;
+    m_eState = HEAD;
     answer(DONE);
     onClient();
 }
 
-// To this machine, only what reads goes out. What is encrypted is left to the engine's own guard.
-void proxyLink::readFirstWord()
+// To this machine, one request that reads goes out. What is encrypted is left to the engine's own guard.
+void proxyLink::readHere()
 {
-    constexpr int kWord = 4;
-    constexpr char kEncrypted = 0x16;
-    const QByteArray word = m_pClient->peek(kWord);
-    if (word.size() < kWord)
-        return;
-    if (word != "GET " && word != "HEAD" && word[0] != kEncrypted) {
-        m_pClient->abort();
-        return;
+    HEAD_STATE state = HEAD_WHOLE;
+    if (m_exempt.isEncrypted) {
+        if (m_pClient->bytesAvailable() == 0)
+            return;
+        constexpr char kHandshake = 0x16;
+        state = m_pClient->peek(1)[0] == kHandshake ? HEAD_WHOLE : HEAD_REFUSED;
+    } else {
+        m_bHeadOnly = true;
+        const qsizetype looked = m_head.size();
+        m_head += m_pClient->readAll();
+        state = readHead(m_head, looked);
     }
-    m_eState = CONNECTING;
-    tryNext();
+    if (state == HEAD_REFUSED) {
+        m_pClient->abort();
+    } else if (state == HEAD_WHOLE) {
+        m_eState = CONNECTING;
+        tryNext();
+    }
 }
 
 void proxyLink::tryNext()
@@ -164,7 +173,8 @@ void proxyLink::onConnected()
     m_eState = OPEN;
     m_server.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     answer(DONE);
-    pass(*m_pClient, m_server);
+    m_server.write(m_head);
+    passOn();
 }
 
 void proxyLink::onServerError()
@@ -203,6 +213,15 @@ void proxyLink::end()
     m_pClient->disconnect(this);
     m_server.disconnect(this);
     deleteLater();
+}
+
+// The engine takes an end after an answer for that of an idle connection, and asks again on a new one.
+void proxyLink::passOn()
+{
+    if (!m_bHeadOnly)
+        pass(*m_pClient, m_server);
+    else if (m_pClient->bytesAvailable() > 0)
+        end();
 }
 
 // No more than the other side takes: what waits here is bounded.

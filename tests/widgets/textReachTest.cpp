@@ -1,12 +1,9 @@
 // Where a text may not get to, whatever it asks with: the services of this machine.
+#include "tests/widgets/proxyClient.h"
 #include "tests/widgets/webViewStand.h"
 #include <QHostInfo>
 #include <QNetworkInterface>
-#include <QNetworkProxy>
-#include <QRegularExpression>
-#include <QTcpSocket>
 #include <QUdpSocket>
-#include <QtEndian>
 
 namespace {
 
@@ -103,49 +100,6 @@ protected:
     }
 };
 
-// Says to the engine's proxy what the engine would.
-class ProxyClient
-{
-public:
-    explicit ProxyClient(quint16 port)
-    {
-        m_socket.setProxy(QNetworkProxy::NoProxy);
-        m_socket.connectToHost(QHostAddress::LocalHost, port);
-        m_socket.waitForConnected();
-        m_socket.write(QByteArray("\x05\x01\x00", 3));
-        EXPECT_EQ(read(2), QByteArray("\x05\x00", 2));
-    }
-    // 0: connected. kind: 1 and 4 for the bytes of an address, 3 for a name.
-    int connectTo(char kind, const QByteArray& host, quint16 port)
-    {
-        QByteArray request("\x05\x01\x00", 3);
-        request += kind;
-        if (kind == 3)
-            request += char(host.size());
-        request += host;
-        request.append(2, '\0');
-        qToBigEndian(port, request.data() + request.size() - 2);
-        m_socket.write(request);
-        const QByteArray answer = read(10);
-        return answer.size() < 2 ? -1 : answer[1];
-    }
-    QByteArray read(qsizetype bytes)
-    {
-        kit::waitUntil([&] { return m_socket.bytesAvailable() >= bytes; }, 10000);
-        return m_socket.read(bytes);
-    }
-    QTcpSocket& socket() { return m_socket; }
-
-private:
-    QTcpSocket m_socket;
-};
-
-quint16 proxyPort()
-{
-    static const QRegularExpression port("--proxy-server=socks5://127\\.0\\.0\\.1:(\\d+)");
-    return quint16(port.match(qgetenv("QTWEBENGINE_CHROMIUM_FLAGS")).captured(1).toUInt());
-}
-
 QByteArray bytesOf(const char* address)
 {
     const Q_IPV6ADDR bytes = QHostAddress(QString(address)).toIPv6Address();
@@ -226,7 +180,8 @@ TEST_F(TextReach, WhatIsNoReadingRequestDoesNotGetToTheServerOfThisMachine)
     mayReach(allowed);
     view->setHtml(box("red"));
     ASSERT_TRUE(shows(Qt::red));
-    for (const char* word : {"POST / HTTP/1.1\r\n", "OPTIONS * HTTP/1.1\r\n"}) {
+    for (const char* word :
+         {"POST / HTTP/1.1\r\n", "OPTIONS * HTTP/1.1\r\n", "HEADS / HTTP/1.1\r\n", "\x16\x03\x01\x02"}) {
         ProxyClient client(proxyPort());
         ASSERT_EQ(client.connectTo(3, "127.0.0.1", allowed.serverPort()), 0);
         client.socket().write(word);
@@ -239,16 +194,17 @@ TEST_F(TextReach, WhatIsNoReadingRequestDoesNotGetToTheServerOfThisMachine)
 TEST_F(TextReach, WhatMayBeReachedIsPassedOnWhole)
 {
     WebServer allowed;
-    mayReach(allowed);
+    writeFile("/rundata/config/system.ini",
+              QString("[nDeck]\nstrServerURL=https://127.0.0.1:%1/\n").arg(allowed.serverPort()).toUtf8());
     view->setHtml(box("red"));
     ASSERT_TRUE(shows(Qt::red));
-    // In place of the signage server: as much as both sides hold only in turns, then the end.
+    // In place of the signage server, encrypted: as much as both sides hold only in turns, then the end.
     QTcpServer echo;
     const quint16 port = allowed.serverPort();
     allowed.close();
     ASSERT_TRUE(echo.listen(QHostAddress::LocalHost, port));
     QByteArray got;
-    const QByteArray block = "GET " + QByteArray(1 << 20, 'x');
+    const QByteArray block = "\x16" + QByteArray(1 << 20, 'x');
     QObject::connect(&echo, &QTcpServer::newConnection, &echo, [&] {
         QTcpSocket* client = echo.nextPendingConnection();
         QObject::connect(client, &QTcpSocket::readyRead, client, [&got, &block, client] {
