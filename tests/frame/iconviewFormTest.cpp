@@ -44,6 +44,14 @@ protected:
         form.show();
         kit::settle();
     }
+    // With "Back" in between, which leaves it on the stack.
+    static void showTwice(dlgIconviewForm& form)
+    {
+        form.LoadFile(kMenu);
+        open(form);
+        kit::tap(keys(form)->GetButton(3));
+        open(form);
+    }
 };
 
 } // namespace
@@ -167,10 +175,7 @@ TEST_F(MenuForm, AFormThatIsOnTheStackTwiceIsClosedTwiceWithoutFault)
 {
     writeMenu(3);
     dlgIconviewForm form;
-    form.LoadFile(kMenu);
-    open(form);
-    kit::tap(keys(form)->GetButton(3));
-    open(form);
+    showTwice(form);
     kit::tap(home(form));
     EXPECT_FALSE(form.isVisible());
     open(form);
@@ -182,10 +187,7 @@ TEST_F(MenuForm, AFormThatWasShownTwiceIsOnTheStackTwice)
 {
     writeMenu(3);
     dlgIconviewForm form;
-    form.LoadFile(kMenu);
-    open(form);
-    kit::tap(keys(form)->GetButton(3));
-    open(form);
+    showTwice(form);
     {
         dlgIconviewForm never;
     }

@@ -32,6 +32,16 @@ protected:
         });
         return xMessageBox("Note", "Reset to factory?", BOX_QUESTION, &low, -1);
     }
+    // An open list of a combo box on the lower window.
+    QComboBox* openList()
+    {
+        QComboBox* box = low.add<QComboBox>(QRect(200, 60, 200, 36));
+        box->addItems({"One", "Two"});
+        box->show();
+        box->showPopup();
+        kit::settle();
+        return box;
+    }
     void expectUsable()
     {
         kit::settle();
@@ -214,10 +224,7 @@ TEST_F(Entry, APageThatAPersonClosesAfterwardsStaysClosed)
 
 TEST_F(Entry, AnOpenListIsClosed)
 {
-    QComboBox* box = low.add<QComboBox>(QRect(200, 60, 200, 36));
-    box->addItems({"One", "Two"});
-    box->showPopup();
-    kit::settle();
+    openList();
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
     screenBringUp(&page);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
@@ -230,11 +237,7 @@ TEST_F(Entry, AnOpenListIsClosedByAWindowThatWasOnlyCovered)
     page.open();
     low.raise();
     kit::settle();
-    QComboBox* box = low.add<QComboBox>(QRect(200, 60, 200, 36));
-    box->addItems({"One", "Two"});
-    box->show();
-    box->showPopup();
-    kit::settle();
+    openList();
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
     screenBringUp(&page);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
@@ -243,11 +246,7 @@ TEST_F(Entry, AnOpenListIsClosedByAWindowThatWasOnlyCovered)
 
 TEST_F(Entry, AnOpenListStaysUnderAWindowOfItsOwn)
 {
-    QComboBox* box = low.add<QComboBox>(QRect(200, 60, 200, 36));
-    box->addItems({"One", "Two"});
-    box->show();
-    box->showPopup();
-    kit::settle();
+    QComboBox* box = openList();
     QWidget* list = QApplication::activePopupWidget();
     ASSERT_NE(list, nullptr);
     QWidget own(list, Qt::Tool | Qt::FramelessWindowHint);
