@@ -17,15 +17,13 @@ struct httpLoop::tagSocket
 
 httpLoop::httpLoop(int connections)
 {
-    static const CURLcode isReady = curl_global_init(CURL_GLOBAL_DEFAULT);
-    Q_UNUSED(isReady)
-    m_pRequests = curl_multi_init();
-    curl_multi_setopt(m_pRequests, CURLMOPT_MAX_HOST_CONNECTIONS, long(connections));
-    curl_multi_setopt(m_pRequests, CURLMOPT_PIPELINING, long(CURLPIPE_NOTHING));
-    curl_multi_setopt(m_pRequests, CURLMOPT_SOCKETFUNCTION, &httpLoop::onSocket);
-    curl_multi_setopt(m_pRequests, CURLMOPT_SOCKETDATA, this);
-    curl_multi_setopt(m_pRequests, CURLMOPT_TIMERFUNCTION, &httpLoop::onTimer);
-    curl_multi_setopt(m_pRequests, CURLMOPT_TIMERDATA, this);
+    m_pRequests = m_curl.multi_init();
+    m_curl.multi_setopt(m_pRequests, CURLMOPT_MAX_HOST_CONNECTIONS, long(connections));
+    m_curl.multi_setopt(m_pRequests, CURLMOPT_PIPELINING, long(CURLPIPE_NOTHING));
+    m_curl.multi_setopt(m_pRequests, CURLMOPT_SOCKETFUNCTION, &httpLoop::onSocket);
+    m_curl.multi_setopt(m_pRequests, CURLMOPT_SOCKETDATA, this);
+    m_curl.multi_setopt(m_pRequests, CURLMOPT_TIMERFUNCTION, &httpLoop::onTimer);
+    m_curl.multi_setopt(m_pRequests, CURLMOPT_TIMERDATA, this);
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.callOnTimeout(this, [this] { act(CURL_SOCKET_TIMEOUT, 0); });
@@ -33,17 +31,17 @@ httpLoop::httpLoop(int connections)
 
 httpLoop::~httpLoop()
 {
-    curl_multi_cleanup(m_pRequests);
+    m_curl.multi_cleanup(m_pRequests);
 }
 
 void httpLoop::add(CURL* request)
 {
-    curl_multi_add_handle(m_pRequests, request);
+    m_curl.multi_add_handle(m_pRequests, request);
 }
 
 void httpLoop::remove(CURL* request)
 {
-    curl_multi_remove_handle(m_pRequests, request);
+    m_curl.multi_remove_handle(m_pRequests, request);
 }
 
 int httpLoop::onSocket(CURL*, curl_socket_t socket, int what, void* self, void* known)
@@ -51,7 +49,7 @@ int httpLoop::onSocket(CURL*, curl_socket_t socket, int what, void* self, void* 
     httpLoop* loop = static_cast<httpLoop*>(self);
     tagSocket* its = static_cast<tagSocket*>(known);
     if (what == CURL_POLL_REMOVE) {
-        curl_multi_assign(loop->m_pRequests, socket, nullptr);
+        loop->m_curl.multi_assign(loop->m_pRequests, socket, nullptr);
         delete its;
         return 0;
     }
@@ -70,7 +68,7 @@ httpLoop::tagSocket* httpLoop::watch(curl_socket_t socket)
             [this, socket] { act(socket, CURL_CSELECT_IN); });
     connect(watched->pWrite, &QSocketNotifier::activated, this,
             [this, socket] { act(socket, CURL_CSELECT_OUT); });
-    curl_multi_assign(m_pRequests, socket, watched);
+    m_curl.multi_assign(m_pRequests, socket, watched);
     return watched;
 }
 
@@ -87,7 +85,7 @@ int httpLoop::onTimer(CURLM*, long ms, void* self)
 void httpLoop::act(curl_socket_t socket, int events)
 {
     int running = 0;
-    curl_multi_socket_action(m_pRequests, socket, events, &running);
+    m_curl.multi_socket_action(m_pRequests, socket, events, &running);
     tellEnds();
 }
 
@@ -95,12 +93,12 @@ void httpLoop::act(curl_socket_t socket, int events)
 void httpLoop::tellEnds()
 {
     int left = 0;
-    while (const CURLMsg* news = curl_multi_info_read(m_pRequests, &left)) {
+    while (const CURLMsg* news = m_curl.multi_info_read(m_pRequests, &left)) {
         if (news->msg != CURLMSG_DONE)
             continue;
         const CURLcode result = news->data.result;
         Request* request = nullptr;
-        curl_easy_getinfo(news->easy_handle, CURLINFO_PRIVATE, &request);
+        m_curl.easy_getinfo(news->easy_handle, CURLINFO_PRIVATE, &request);
         request->end(result);
     }
 }

@@ -1,9 +1,9 @@
 #pragma once
 // Carries requests on the event loop of its thread, over a few connections to each server that stay open for
 // the next ones. Lives on the network thread.
+#include "host/services/transfers/curlLibrary.h"
 #include <QObject>
 #include <QTimer>
-#include <curl/curl.h>
 
 class QSocketNotifier;
 
@@ -19,7 +19,7 @@ public:
         virtual void end(CURLcode result) = 0;
     };
 
-    // connections: at most, to one server; requests beyond wait for one.
+    // connections: at most, to one server; requests beyond wait for one. The library is there.
     explicit httpLoop(int connections);
     // Its requests have gone before.
     ~httpLoop() override;
@@ -36,6 +36,7 @@ private:
     void act(curl_socket_t socket, int events);
     void tellEnds();
 
+    const curlLibrary& m_curl = curlLibrary::instance();
     CURLM* m_pRequests;
     QTimer m_timer;
 };

@@ -13,7 +13,8 @@ constexpr int kStatusUnauthorized = 401;
 // The bytes are stored as they come, and their number is checked.
 curl_slist* fields()
 {
-    static curl_slist* const list = curl_slist_append(nullptr, "Accept-Encoding: identity");
+    static curl_slist* const list =
+        curlLibrary::instance().slist_append(nullptr, "Accept-Encoding: identity");
     return list;
 }
 
@@ -46,7 +47,7 @@ bool isOfTls(CURLcode result)
 } // namespace
 
 httpRequest::httpRequest(httpLoop& loop, const QUrl& url, REACH reach, Listener& listener)
-    : m_loop(loop), m_url(url), m_eReach(reach), m_listener(listener), m_pEasy(curl_easy_init())
+    : m_loop(loop), m_url(url), m_eReach(reach), m_listener(listener), m_pEasy(m_curl.easy_init())
 {
     setOptions();
     setJudges();
@@ -56,12 +57,12 @@ httpRequest::httpRequest(httpLoop& loop, const QUrl& url, REACH reach, Listener&
 httpRequest::~httpRequest()
 {
     m_loop.remove(m_pEasy);
-    curl_easy_cleanup(m_pEasy);
+    m_curl.easy_cleanup(m_pEasy);
 }
 
 void httpRequest::setOptions()
 {
-    const auto set = [this](CURLoption option, auto value) { curl_easy_setopt(m_pEasy, option, value); };
+    const auto set = [this](CURLoption option, auto value) { m_curl.easy_setopt(m_pEasy, option, value); };
     set(CURLOPT_URL, addressOf(m_url).constData());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_PROXY, ""); // whatever the environment says
@@ -86,7 +87,7 @@ void httpRequest::setOptions()
 
 void httpRequest::setJudges()
 {
-    const auto set = [this](CURLoption option, auto value) { curl_easy_setopt(m_pEasy, option, value); };
+    const auto set = [this](CURLoption option, auto value) { m_curl.easy_setopt(m_pEasy, option, value); };
     set(CURLOPT_OPENSOCKETFUNCTION, &httpRequest::onSocket);
     set(CURLOPT_OPENSOCKETDATA, this);
     set(CURLOPT_PREREQFUNCTION, &httpRequest::onConnected);
@@ -175,14 +176,14 @@ void httpRequest::end(CURLcode result)
 int httpRequest::status() const
 {
     long code = 0;
-    curl_easy_getinfo(m_pEasy, CURLINFO_RESPONSE_CODE, &code);
+    m_curl.easy_getinfo(m_pEasy, CURLINFO_RESPONSE_CODE, &code);
     return int(code);
 }
 
 QByteArray httpRequest::field(const char* name) const
 {
     curl_header* found = nullptr;
-    return curl_easy_header(m_pEasy, name, 0, CURLH_HEADER, -1, &found) == CURLHE_OK
+    return m_curl.easy_header(m_pEasy, name, 0, CURLH_HEADER, -1, &found) == CURLHE_OK
                ? QByteArray(found->value).trimmed()
                : QByteArray();
 }
@@ -197,7 +198,7 @@ qint64 httpRequest::announcedSize() const
 bool httpRequest::isFromHere() const
 {
     const char* address = nullptr;
-    curl_easy_getinfo(m_pEasy, CURLINFO_PRIMARY_IP, &address);
+    m_curl.easy_getinfo(m_pEasy, CURLINFO_PRIMARY_IP, &address);
     return address && ownAddress::isOwn(QHostAddress(QString::fromLatin1(address)));
 }
 
@@ -205,5 +206,5 @@ QByteArray httpRequest::tlsFailure() const
 {
     if (!isOfTls(m_eResult))
         return QByteArray();
-    return m_szError[0] ? m_szError : curl_easy_strerror(m_eResult);
+    return m_szError[0] ? m_szError : m_curl.easy_strerror(m_eResult);
 }

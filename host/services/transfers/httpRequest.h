@@ -64,6 +64,7 @@ private:
     void setOptions();
     void setJudges();
 
+    const curlLibrary& m_curl = curlLibrary::instance();
     httpLoop& m_loop;
     QUrl m_url;
     REACH m_eReach;

@@ -211,7 +211,11 @@ void httpService::begin(const tagHttpJob& job)
         new httpTransfer(job, m_room, [this](httpTransfer* its, bool good) { done(its, good); });
     m_active.append(transfer);
     ++m_servers[job.server].nActive;
-    transfer->start(loopFor(job));
+    const curlLibrary& curl = curlLibrary::instance();
+    if (curl.isThere())
+        transfer->start(loopFor(job));
+    else
+        transfer->fail(curl.failure().constData());
 }
 
 httpLoop& httpService::loopFor(const tagHttpJob& job)

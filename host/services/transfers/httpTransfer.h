@@ -25,6 +25,8 @@ public:
 
     // loop: outlives this.
     void start(httpLoop& loop);
+    // Ends it in a moment as failed. reason: for the log, outlives this.
+    void fail(const char* reason);
     // Ends it, and nobody is told.
     void giveUp();
 
@@ -43,7 +45,6 @@ private:
     void followTo(QUrl target);
     void look();
     bool refuse(const char* reason);
-    void fail(const char* reason);
     void conclude();
     void findFailure();
     bool openFile();

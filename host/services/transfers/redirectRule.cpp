@@ -1,5 +1,5 @@
 #include "host/services/transfers/redirectRule.h"
-#include <curl/curl.h>
+#include "host/services/transfers/curlLibrary.h"
 #include <memory>
 
 namespace {
@@ -12,14 +12,17 @@ bool isHttp(const QUrl& url)
 // The host that the transfer would ask; empty when it finds none.
 QByteArray hostAsAsked(const QUrl& url)
 {
-    const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> read(curl_url(), &curl_url_cleanup);
+    const curlLibrary& curl = curlLibrary::instance();
+    if (!curl.isThere())
+        return QByteArray();
+    const std::unique_ptr<CURLU, decltype(curl.url_cleanup)> read(curl.url(), curl.url_cleanup);
     char* text = nullptr;
-    if (curl_url_set(read.get(), CURLUPART_URL, url.toEncoded(QUrl::RemoveUserInfo).constData(), 0) !=
+    if (curl.url_set(read.get(), CURLUPART_URL, url.toEncoded(QUrl::RemoveUserInfo).constData(), 0) !=
             CURLUE_OK ||
-        curl_url_get(read.get(), CURLUPART_HOST, &text, 0) != CURLUE_OK)
+        curl.url_get(read.get(), CURLUPART_HOST, &text, 0) != CURLUE_OK)
         return QByteArray();
     const QByteArray host(text);
-    curl_free(text);
+    curl.free(text);
     return host.startsWith('[') ? host.mid(1, host.size() - 2) : host;
 }
 
