@@ -5,6 +5,7 @@ namespace {
 
 constexpr int kPrepareMs = 5000;  // for a file that yields nothing
 constexpr int kReceiverMs = 1000; // for a receiver that does not come: the streams may go to another one
+constexpr int kLoadingMs = 5000;  // for one that is being loaded
 constexpr int kBeginningMs = 150; // what goes out at once at the beginning of a film
 constexpr int kJustBegunMs = 300; // a receiver that says so twice has missed nothing
 
@@ -96,6 +97,12 @@ void filmPlay::receiverReady()
         go();
     else if (m_sending.elapsed() > kJustBegunMs)
         sendAgain();
+}
+
+void filmPlay::receiverComes()
+{
+    if (m_bPrepared && !m_bGoing)
+        m_patience.start(kLoadingMs);
 }
 
 void filmPlay::sendAgain()

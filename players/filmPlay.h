@@ -26,6 +26,8 @@ public:
     void start();
     // The receiver is there: sends, or sends again from the last whole picture when it has sent before.
     void receiverReady();
+    // It is being loaded: worth waiting for longer.
+    void receiverComes();
     void pause();
     void resume();
     const tagTarget& target() const { return m_target; }

@@ -16,7 +16,7 @@ void refuse(const msgObject& msg, const char* fault)
 
 } // namespace
 
-mediaService::mediaService() : m_surface(kScreen)
+mediaService::mediaService() : m_elements([this] { applySoon(); }), m_surface(kScreen)
 {
     m_apply.setSingleShot(true);
     QObject::connect(&m_apply, &QTimer::timeout, &m_apply, [this] { apply(); });
@@ -68,6 +68,9 @@ void mediaService::startSession(msgObject& msg)
     m_bOwed = true;
     setSound(m_nVolume, false);
     setPlace(session.rcRemote);
+    // While the player reads the file. A call without pictures needs none of them.
+    if (session.nVidRemotePort != 0)
+        m_elements.load();
     applySoon();
 }
 
@@ -191,12 +194,22 @@ tagIncoming mediaService::soundToTake() const
 
 void mediaService::apply()
 {
+    if (m_elements.areComing()) {
+        if (isAnnounced() && m_bOwed)
+            tellMovie(MOVIE_MSG_RECEIVER_COMES);
+        return;
+    }
     renew(m_pictureStream, pictureToTake(), true);
     renew(m_soundStream, soundToTake(), false);
     if (isAnnounced() && m_bOwed)
-        msgPostMsgToThread(msgGetThreadByName(kMovie), MOVIE_MSG_RECEIVER,
-                           PLAYER_PORTS(m_nSoundPort, m_nPicturePort), m_nPlay);
+        tellMovie(MOVIE_MSG_RECEIVER);
     m_bOwed = m_bOwed && !isAnnounced();
+}
+
+void mediaService::tellMovie(unsigned int message) const
+{
+    msgPostMsgToThread(msgGetThreadByName(kMovie), message, PLAYER_PORTS(m_nSoundPort, m_nPicturePort),
+                       m_nPlay);
 }
 
 void mediaService::renew(std::unique_ptr<mediaStream>& stream, const tagIncoming& wanted, bool isPicture)

@@ -2,6 +2,7 @@
 // "app_hxMedia": the one session there is, its two streams, and the way of its pictures to the phone. One
 // thread, but for the pictures.
 #include "host/services/players/videoFrameWriter.h"
+#include "players/filmElements.h"
 #include "players/mediaStream.h"
 #include "players/pictureScaler.h"
 #include "support/host/message.h"
@@ -39,6 +40,7 @@ private:
     void dropStreams();
     void showPicture(const GstVideoFrame& frame);
     void tellPhone() const;
+    void tellMovie(unsigned int message) const;
 
     VOICE_PARAM m_session = {};
     bool m_bSession = false;
@@ -55,6 +57,7 @@ private:
     bool m_bMute = false;
 
     QTimer m_apply;
+    filmElements m_elements;
     std::mutex m_mutex; // of the next two: pictures come on a thread of their stream
     QRect m_place;
     QSize m_surface;

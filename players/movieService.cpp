@@ -68,6 +68,7 @@ int movieService::TryThreadMessage(msgObject& msg)
         stop();
         return 1;
     case MOVIE_MSG_RECEIVER:
+    case MOVIE_MSG_RECEIVER_COMES:
         receiver(msg);
         return 1;
     case PLAYER_MSG_UP:
@@ -237,8 +238,12 @@ bool movieService::announce(const PLAYER_STREAMS& streams)
 
 void movieService::receiver(const msgObject& msg)
 {
-    if (m_film && msg.lParam == m_film->target().nSource)
+    if (!m_film || msg.lParam != m_film->target().nSource)
+        return;
+    if (msg.message == MOVIE_MSG_RECEIVER)
         m_film->receiverReady();
+    else
+        m_film->receiverComes();
 }
 
 // A media server that has just started knows nothing of what plays.

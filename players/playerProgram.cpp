@@ -9,21 +9,6 @@
 #include <cstdio>
 #include <gst/gst.h>
 
-namespace {
-
-void loadElements(const char* const* elements)
-{
-    for (; *elements; ++elements) {
-        GstElement* element = gst_element_factory_make(*elements, nullptr);
-        if (element)
-            gst_object_unref(gst_object_ref_sink(element));
-        else
-            fprintf(stderr, "the element %s is missing\n", *elements);
-    }
-}
-
-} // namespace
-
 bool playerProgram::begin(QCoreApplication& application, const char* threadName)
 {
     QCommandLineParser parser;
@@ -49,9 +34,8 @@ bool playerProgram::begin(QCoreApplication& application, const char* threadName)
     return false;
 }
 
-int playerProgram::run(QCoreApplication& application, PLAYER_PROGRAM program, const char* const* elements)
+int playerProgram::run(QCoreApplication& application, PLAYER_PROGRAM program)
 {
-    loadElements(elements);
     msgBroadpostThreadMsg(PLAYER_MSG_UP, program, 0);
     const int result = application.exec();
     messageServiceStop();

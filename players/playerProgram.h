@@ -9,8 +9,8 @@ namespace playerProgram {
 
 // Reads "--sysroot DIR" and takes the name. False, with a line on the standard error stream, when it cannot.
 bool begin(QCoreApplication& application, const char* threadName);
-// Loads what will be needed at the first film, tells the others that this player is there, and runs until the
-// process is told to end. Answers the exit code.
-int run(QCoreApplication& application, PLAYER_PROGRAM program, const char* const* elements);
+// Tells the others that this player is there, and runs until the process is told to end. Answers the exit
+// code.
+int run(QCoreApplication& application, PLAYER_PROGRAM program);
 
 } // namespace playerProgram

@@ -1,6 +1,6 @@
 #include "players/playerRecords.h"
-#include <QHostAddress>
 #include <QStringView>
+#include <arpa/inet.h>
 #include <cstring>
 
 namespace {
@@ -36,8 +36,8 @@ bool isAddress(const char (&text)[size])
 {
     if (!isText(text))
         return false;
-    return text[0] == 0 || (strchr(text, '.') && QHostAddress(QString::fromLatin1(text)).protocol() ==
-                                                     QAbstractSocket::IPv4Protocol);
+    in_addr address;
+    return text[0] == 0 || inet_pton(AF_INET, text, &address) == 1;
 }
 
 bool isPort(int port)

@@ -11,13 +11,10 @@ int main(int argc, char** argv)
     application.setApplicationName("hxMedia");
     if (!playerProgram::begin(application, "app_hxMedia"))
         return 1;
-    static const char* const elements[] = {
-        "udpsrc",       "queue",     "rtph264depay", "avdec_h264",    "appsink", "videoconvertscale",
-        "rtpmp4gdepay", "avdec_aac", "audioconvert", "audioresample", nullptr};
     mediaService service;
     if (!service.open()) {
         fprintf(stderr, "no memory for pictures\n");
         return 1;
     }
-    return playerProgram::run(application, PLAYER_MEDIA, elements);
+    return playerProgram::run(application, PLAYER_MEDIA);
 }

@@ -9,9 +9,6 @@ int main(int argc, char** argv)
     application.setApplicationName("hxMovie");
     if (!playerProgram::begin(application, "app_hxMovie"))
         return 1;
-    static const char* const elements[] = {"filesrc",  "parsebin",   "qtdemux",    "h264parse",
-                                           "aacparse", "rtph264pay", "rtpmp4vpay", "mpeg4videoparse",
-                                           "udpsink",  "queue",      "rtpmp4gpay", nullptr};
     movieService service;
-    return playerProgram::run(application, PLAYER_MOVIE, elements);
+    return playerProgram::run(application, PLAYER_MOVIE);
 }

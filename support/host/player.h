@@ -26,6 +26,8 @@ enum : unsigned int {
     // Between the two players: what comes next on a session's ports, and that somebody waits for it there.
     MEDIA_MSG_STREAMS = 0x70020,   // to "app_hxMedia"; extra: PLAYER_STREAMS; wParam: PLAYER_PORTS
     MOVIE_MSG_RECEIVER = 0x110020, // to "app_hxMovie"; wParam: PLAYER_PORTS
+    // To "app_hxMovie", before the other: somebody will, once it has loaded what it needs.
+    MOVIE_MSG_RECEIVER_COMES = 0x110021,
     // The picture's way to the screen.
     MEDIA_MSG_FRAME = 0x120021,       // to "app_hxPhone": wParam: process, lParam: its memory of pictures
     MEDIA_MSG_PICTURE_SIZE = 0x70021, // to "app_hxMedia": size of the surface; wParam: width, lParam: height

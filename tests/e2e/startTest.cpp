@@ -1,0 +1,64 @@
+// What a phone that has just started has not loaded yet, and when it does.
+#include "places.h"
+#include "tests/e2e/livePhone.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/signServer.h"
+#include "tests/kit/plain/signTexts.h"
+#include <QFile>
+
+using namespace kit;
+
+namespace {
+
+const QByteArray kTransfers = "libcurl.so";
+const QByteArray kDecoders = "libavcodec.so";
+
+class Start : public LivePhone
+{
+protected:
+    static bool hasLoaded(qint64 process, const QByteArray& library)
+    {
+        QFile maps(QString("/proc/%1/maps").arg(process));
+        EXPECT_TRUE(maps.open(QIODevice::ReadOnly));
+        return maps.readAll().contains(library);
+    }
+    qint64 player(const QByteArray& program) const { return childOf(pid(), program); }
+    bool isUp(const QByteArray& program) const
+    {
+        return QFile::exists(root() + "/rundata/run/app_" + program + ".sock");
+    }
+    void showSignage(SignServer& server)
+    {
+        const auto setKey = [this](const QString& key, const QString& value) {
+            ctl({"config", "/rundata/config/system.ini", "nDeck", key, value});
+        };
+        setKey("strServerURL", server.url());
+        setKey("strServerKey", "hall");
+        setKey("strServerPwd", "secret");
+        setKey("strDisplayName", "Lobby");
+        setKey("nUpdateInteval", "1000");
+        setKey("bEnable", "1");
+        ctl({"set", "net", "state=2"});
+        ctl({"open-info", "Ndeck", "", "Ndeck"});
+    }
+};
+
+} // namespace
+
+TEST_F(Start, TransfersAndDecodersAreLoadedWithTheFirstOfEach)
+{
+    ASSERT_TRUE(waits([&] { return isUp("hxMovie") && isUp("hxMedia"); }, 10000));
+    EXPECT_TRUE(hasLoaded(pid(), "libhxHost.so"));
+    EXPECT_TRUE(hasLoaded(player("hxMedia"), "libgstreamer"));
+    EXPECT_FALSE(hasLoaded(pid(), kTransfers));
+    EXPECT_FALSE(hasLoaded(player("hxMedia"), kDecoders));
+    EXPECT_FALSE(hasLoaded(player("hxMovie"), kDecoders));
+
+    SignServer server;
+    server.copyMedia("film.mp4", HX_BUILD_DIR "/signageDemo/media/day.mp4");
+    server.putLayout("film.xml", signLayout(signRegion(QRect(0, 0, 800, 480), signVideo("film.mp4", 4))));
+    ASSERT_TRUE(server.start());
+    showSignage(server);
+    EXPECT_TRUE(waits([&] { return hasLoaded(pid(), kTransfers); }, 30000));
+    EXPECT_TRUE(waits([&] { return hasLoaded(player("hxMedia"), kDecoders); }, 30000));
+}
