@@ -15,6 +15,15 @@ public:
     ~RunningPhone();
     // False when it does not come up to its home screen.
     bool start(const QStringList& options = QStringList());
+    // What a start has cost when the home screen is painted.
+    struct tagStart
+    {
+        double ms = 0;    // by the clock
+        double cpuMs = 0; // processor time of the phone itself
+    };
+    // Starts it and asks it nothing. False when it does not say that it is up.
+    bool startOnly(tagStart& cost);
+    void end();
     // A command of hxctl; false when it is refused.
     bool ctl(const QStringList& command) const;
     qint64 pid() const { return m_process.processId(); }

@@ -3,6 +3,7 @@
 #include "host/desktop/homeStatus.h"
 #include "host/desktop/idleShow.h"
 #include "host/desktop/quickKeys.h"
+#include "host/desktop/readyNotice.h"
 #include "host/look/look.h"
 #include "host/screen/windowStack.h"
 #include "support/host/api.h"
@@ -75,6 +76,7 @@ struct frmDesktop::Private
     QTimer refresh;
     QPixmap wallpaper;
     int wallpaperRequest = 0;
+    bool isReadyTold = false;
 
     homeButton* at(int row, int column) const { return row == 0 ? tiles[column] : keys[column]; }
     // The factory's takes the place of one that cannot be shown.
@@ -86,6 +88,14 @@ struct frmDesktop::Private
                         ? picture
                         : picture.scaled(desktop->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         desktop->update();
+    }
+    // Once the home screen has been painted as a whole, which ends after the event at hand.
+    void tellReady(QWidget* desktop)
+    {
+        if (isReadyTold || wallpaperRequest != 0)
+            return;
+        isReadyTold = true;
+        QTimer::singleShot(0, desktop, &readyNoticeSend);
     }
     void showCaptions()
     {
@@ -215,6 +225,8 @@ void frmDesktop::paintEvent(QPaintEvent*)
         painter.drawPixmap(0, 0, m_p->wallpaper);
     if (m_p->show->state() == idleShow::CORNER)
         m_p->show->corner().paintMount(painter);
+    if (!m_pLoading)
+        m_p->tellReady(this);
 }
 
 // Digits make up a number wherever the focus is; with a number, OK dials instead of opening a tile.

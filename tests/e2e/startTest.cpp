@@ -5,6 +5,10 @@
 #include "tests/kit/plain/signServer.h"
 #include "tests/kit/plain/signTexts.h"
 #include <QFile>
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace kit;
 
@@ -61,4 +65,36 @@ TEST_F(Start, TransfersAndDecodersAreLoadedWithTheFirstOfEach)
     showSignage(server);
     EXPECT_TRUE(waits([&] { return hasLoaded(pid(), kTransfers); }, 30000));
     EXPECT_TRUE(waits([&] { return hasLoaded(player("hxMedia"), kDecoders); }, 30000));
+}
+
+// The service manager is this test.
+TEST_F(Start, TheServiceManagerIsToldOnceWhenTheHomeScreenIsThere)
+{
+    const QByteArray path = (root() + "/notices").toUtf8();
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), qsizetype(sizeof address.sun_path));
+    memcpy(address.sun_path, path.constData(), size_t(path.size()));
+    const int notices = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    ASSERT_EQ(bind(notices, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    quit();
+    qputenv("NOTIFY_SOCKET", path);
+    launch();
+    qunsetenv("NOTIFY_SOCKET");
+    QByteArray notice(100, 0);
+    ASSERT_TRUE(waits(
+        [&] {
+            const ssize_t size = recv(notices, notice.data(), size_t(notice.size()), 0);
+            notice.truncate(size > 0 ? qsizetype(size) : notice.size());
+            return size > 0;
+        },
+        20000));
+    EXPECT_EQ(notice, "READY=1");
+    EXPECT_EQ(topWindow()["class"], "frmDesktop");
+    ctl({"open", "WAN"});
+    waitPage("dlgWan");
+    key("F4");
+    waitPage("frmDesktop");
+    EXPECT_EQ(recv(notices, notice.data(), size_t(notice.size()), 0), -1) << "once";
+    close(notices);
 }
