@@ -97,10 +97,15 @@ bool serverTakesValue(const char* text)
 
 bool serverTakesConfig(const _ServerCfg& config)
 {
+    bool takesAll = true;
+    // The path that is asked for stands behind it.
+    if (strpbrk(config.strUrl, "?#")) {
+        nuxTrace(TRACE_NOTE, "the value of strServerURL cannot be used: it holds \"?\" or \"#\"");
+        takesAll = false;
+    }
     const std::pair<const char*, const chString*> values[] = {{"strServerKey", &config.strKey},
                                                               {"strServerPwd", &config.strPassword},
                                                               {"strDisplayName", &config.strName}};
-    bool takesAll = true;
     for (const auto& [key, value] : values) {
         if (serverTakesValue(*value))
             continue;

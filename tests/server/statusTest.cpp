@@ -227,6 +227,43 @@ TEST_F(Status, WhatDisplaysHaveIsKnownAfterARestart)
     EXPECT_THAT(names("whole"), ElementsAre("media/two.png"));
 }
 
+TEST_F(Status, WhoWasRefusedIsKnownWithNameAndReasonAfterARestart)
+{
+    startEnrolled();
+    enroll("Garage", "778899");
+    enroll("Cellar", "445566", "key", "wrong");
+    schedule("445566");
+    const QJsonObject garage = display("778899"), cellar = display("445566");
+    EXPECT_EQ(cellar["refusals"].toArray().size(), 2);
+    stop();
+    start();
+    EXPECT_EQ(display("778899"), garage);
+    EXPECT_EQ(display("445566"), cellar);
+    EXPECT_EQ(cellar["name"], "Cellar");
+    // One that is admitted at last is no stranger.
+    write("server.ini", "[server]\nkey=key\npassword=word\n[displays]\n*=*\n");
+    enroll("Garage", "778899");
+    stop();
+    start();
+    EXPECT_EQ(display("778899")["standing"], "incomplete");
+    EXPECT_EQ(order().count("Garage"), 1);
+}
+
+TEST_F(Status, WhyAnExpectedDisplayHasNotComeIsTold)
+{
+    write("server.ini", "[server]\nkey=key\npassword=word\n[displays]\nHall=AABBCC\n");
+    start();
+    enroll("Hall", "aabbcc", "key", "wrong");
+    for (int i = 0; i < 2; ++i) {
+        const QJsonObject hall = display("AABBCC");
+        EXPECT_EQ(hall["standing"], "refused");
+        EXPECT_EQ(hall["refusals"].toArray().first().toObject()["why"], "wrong password");
+        EXPECT_EQ(status()["displays"].toArray().size(), 1);
+        stop();
+        start();
+    }
+}
+
 TEST_F(Status, ABookThatIsDamagedIsNone)
 {
     writeShow();

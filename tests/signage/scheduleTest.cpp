@@ -205,6 +205,24 @@ TEST_F(Schedule, AValueThatWouldArriveAsAnotherIsToldAndNotSent)
     EXPECT_EQ(server.order.size(), 2);
 }
 
+TEST_F(Schedule, AnAddressThatWouldSwallowThePathIsToldAndNothingIsAskedOfIt)
+{
+    int told = 0;
+    for (const char* end : {"/?", "?a=b", "/#", "#top", "/sign?", "/a?#/"}) {
+        configure("strServerURL", server.http.url(end));
+        nDeckRegisterDisplay();
+        EXPECT_FALSE(manager.DownloadDisplayFrame()) << end;
+        ASSERT_TRUE(quiet());
+        told += 2;
+        EXPECT_EQ(traces().filter("the value of strServerURL cannot be used").size(), told) << end;
+    }
+    EXPECT_TRUE(server.http.paths.isEmpty());
+    configure("strServerURL", server.http.url("/sign%20age/"));
+    nDeckRegisterDisplay();
+    ASSERT_TRUE(quiet());
+    EXPECT_EQ(server.http.paths.size(), 1);
+}
+
 // ---- A clock that is wrong for a moment
 
 class WrongClock : public DisplayTest

@@ -97,40 +97,53 @@ DisplayRecord RecordOf(const QJsonObject& object, const Schedules& schedules)
     return record;
 }
 
-} // namespace
-
-DisplayBook::Records ReadBookFile(const QByteArray& name)
+DisplayBook::Records RecordsOf(const QJsonValue& rows, const Schedules& schedules)
 {
     DisplayBook::Records records;
-    const OpenFile file(name);
-    if (!file.IsGood() || file.Size() > kLargestFile)
-        return records;
-    const QJsonObject book = QJsonDocument::fromJson(file.Read(0, file.Size())).object();
-    Schedules schedules;
-    const QJsonObject known = book["schedules"].toObject();
-    for (auto it = known.begin(); it != known.end(); ++it)
-        schedules[it.key().toLatin1()] = ScheduleOf(it.key().toLatin1(), it.value().toArray());
-    for (const QJsonValue& value : book["displays"].toArray()) {
+    for (const QJsonValue& value : rows.toArray()) {
         const DisplayRecord record = RecordOf(value.toObject(), schedules);
         records[record.key] = record;
     }
     return records;
 }
 
-int WriteBookFile(const QByteArray& name, const DisplayBook::Records& records)
+// Adds the schedules that they have.
+QJsonArray RowsOf(const DisplayBook::Records& records, QJsonObject& schedules)
 {
-    QJsonObject schedules;
-    QJsonArray displays;
+    QJsonArray rows;
     for (const DisplayRecord& record : records) {
-        displays.append(ObjectOf(record));
+        rows.append(ObjectOf(record));
         if (record.files && !schedules.contains(TextOf(record.files->id)))
             schedules[TextOf(record.files->id)] = FilesOf(*record.files);
     }
+    return rows;
+}
+
+} // namespace
+
+StoredBook ReadBookFile(const QByteArray& name)
+{
+    const OpenFile file(name);
+    if (!file.IsGood() || file.Size() > kLargestFile)
+        return {};
+    const QJsonObject book = QJsonDocument::fromJson(file.Read(0, file.Size())).object();
+    Schedules schedules;
+    const QJsonObject known = book["schedules"].toObject();
+    for (auto it = known.begin(); it != known.end(); ++it)
+        schedules[it.key().toLatin1()] = ScheduleOf(it.key().toLatin1(), it.value().toArray());
+    return {RecordsOf(book["displays"], schedules), RecordsOf(book["strangers"], schedules)};
+}
+
+int WriteBookFile(const QByteArray& name, const StoredBook& book)
+{
+    QJsonObject schedules;
+    QJsonObject all = {{"displays", RowsOf(book.known, schedules)},
+                       {"strangers", RowsOf(book.strangers, schedules)}};
+    all["schedules"] = schedules;
     QSaveFile file(QString::fromLocal8Bit(name));
     if (!file.open(QIODevice::WriteOnly))
         return 0;
     file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    file.write(QJsonDocument(QJsonObject{{"schedules", schedules}, {"displays", displays}})
-                   .toJson(QJsonDocument::Compact));
+    file.write(QJsonDocument(all).toJson(QJsonDocument::Compact));
     return file.commit() ? 1 : 0;
 }

@@ -180,21 +180,29 @@ quint64 DisplayBook::Changes() const
     return m_nChanges;
 }
 
-void DisplayBook::Restore(const Records& known, qint64 now)
+void DisplayBook::TakeBack(DisplayRecord record, Records& records, qint64 now)
+{
+    // A clock that was ahead would keep a display from being late for as long.
+    for (qint64* time : {&record.lastLook, &record.lastRegistration, &record.heard})
+        *time = std::min(*time, now);
+    const ScheduledFilesPtr files = record.files;
+    const QByteArray states = record.states;
+    record.files.reset();
+    NoteFiles(record, files);
+    if (files && states.size() == record.states.size())
+        record.states = states;
+    records[record.key] = record;
+}
+
+void DisplayBook::Restore(const Records& known, const Records& strangers, qint64 now)
 {
     QMutexLocker locker(&m_lock);
-    for (DisplayRecord record : known) {
-        if (m_known.size() >= DISPLAY_LIMIT)
-            return;
-        // A clock that was ahead would keep a display from being late for as long.
-        for (qint64* time : {&record.lastLook, &record.lastRegistration, &record.heard})
-            *time = std::min(*time, now);
-        const ScheduledFilesPtr files = record.files;
-        const QByteArray states = record.states;
-        record.files.reset();
-        NoteFiles(record, files);
-        if (files && states.size() == record.states.size())
-            record.states = states;
-        m_known[record.key] = record;
+    for (const DisplayRecord& record : known) {
+        if (m_known.size() < DISPLAY_LIMIT)
+            TakeBack(record, m_known, now);
+    }
+    for (const DisplayRecord& record : strangers) {
+        if (m_strangers.size() < STRANGER_LIMIT && !m_known.contains(record.key))
+            TakeBack(record, m_strangers, now);
     }
 }

@@ -59,11 +59,12 @@ public:
     // Counts up with everything that is noted.
     quint64 Changes() const;
     // Of an earlier run of the server.
-    void Restore(const Records& known, qint64 now);
+    void Restore(const Records& known, const Records& strangers, qint64 now);
 
 private:
     DisplayRecord& RecordOf(const DisplayEvent& event);
     void MakeRoom();
+    void TakeBack(DisplayRecord record, Records& records, qint64 now);
     static void Apply(DisplayRecord& record, const DisplayEvent& event, qint64 now);
     static void NoteRefusal(DisplayRecord& record, const DisplayEvent& event, qint64 now);
     void NoteFiles(DisplayRecord& record, const ScheduledFilesPtr& files);

@@ -61,7 +61,8 @@ StatusAnswer Refused(int status, const char* why)
 StatusDesk::StatusDesk(const SignFolder& folder, Account& account, RequestLog& log)
     : m_folder(folder), m_account(account), m_log(log), m_notes(log)
 {
-    m_book.Restore(ReadBookFile(m_folder.PathOf(kBookFile)), Now());
+    const StoredBook stored = ReadBookFile(m_folder.PathOf(kBookFile));
+    m_book.Restore(stored.known, stored.strangers, Now());
     m_nStored = m_book.Changes();
     m_nStoredAt = Now();
     m_watch = std::make_unique<ContentWatch>(m_folder, m_notes, [this](bool isEnd) { StoreBook(isEnd); });
@@ -81,7 +82,9 @@ void StatusDesk::StoreBook(bool isEnd)
     if (changes == m_nStored || (!isEnd && Now() - m_nStoredAt < kStoreS))
         return;
     m_nStoredAt = Now();
-    const int stored = WriteBookFile(m_folder.PathOf(kBookFile), m_book.Known());
+    // Who is admitted in between is in both; that counts.
+    const DisplayBook::Records strangers = m_book.Strangers();
+    const int stored = WriteBookFile(m_folder.PathOf(kBookFile), {m_book.Known(), strangers});
     if (stored)
         m_nStored = changes;
     else if (!m_storeFailed)

@@ -42,6 +42,18 @@ auto PlaceOf(const StatusRow& row)
                            record.name.toLower(), record.key);
 }
 
+// Who never came further than a refusal is in step with nothing, but it is known why.
+DisplayRecord RecordOf(const StatusInput& input, const QByteArray& key)
+{
+    if (input.known.contains(key))
+        return input.known[key];
+    // server.ini may have the key in other letters than the phone.
+    const auto found = std::find_if(
+        input.strangers.begin(), input.strangers.end(),
+        [&](const DisplayRecord& one) { return one.key.compare(key, Qt::CaseInsensitive) == 0; });
+    return found == input.strangers.end() ? DisplayRecord() : *found;
+}
+
 // Those that the account speaks of, and whoever else asked lately.
 QVector<StatusRow> RowsOf(const StatusInput& input)
 {
@@ -50,9 +62,11 @@ QVector<StatusRow> RowsOf(const StatusInput& input)
     for (const AdmittedDisplay& expected : input.expected) {
         if (taken.contains(expected.key))
             continue;
-        taken.insert(expected.key);
         StatusRow row;
-        row.record = input.known.value(expected.key);
+        row.record = RecordOf(input, expected.key);
+        taken.insert(expected.key);
+        if (!row.record.key.isEmpty())
+            taken.insert(row.record.key);
         row.record.key = expected.key;
         row.record.name = expected.name;
         rows.append(row);
