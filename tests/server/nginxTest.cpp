@@ -54,13 +54,27 @@ protected:
             count += line.contains(text) && line.contains(" " + answer) ? 1 : 0;
         return count;
     }
+    // One question at a time: whoever asks while a change is being fetched fetches it as well.
+    QByteArray picture() const
+    {
+        const Answer answer = get(fileTarget("p.png"), {}, kDeadlineMs);
+        EXPECT_EQ(answer.status, 200);
+        return answer.body;
+    }
+    // In one step: half of a picture is none.
+    void replacePicture(const QByteArray& bytes) const
+    {
+        write("media/.new", bytes);
+        ASSERT_EQ(rename(path("media/.new").toUtf8().constData(), path("media/p.png").toUtf8().constData()),
+                  0);
+    }
     // Asks for the picture again and again until something is so.
-    bool asksUntil(const std::function<bool(const Answer&)>& isSo)
+    bool asksUntil(const std::function<bool(const QByteArray&)>& isSo)
     {
         QElapsedTimer time;
         time.start();
         while (time.elapsed() < kDeadlineMs) {
-            if (isSo(file("p.png")))
+            if (isSo(picture()))
                 return true;
             m_nginx.waitForReadyRead(50);
         }
@@ -157,19 +171,21 @@ TEST_F(Nginx, AFileThatIsThereIsNotFetchedAgain)
 
 TEST_F(Nginx, AfterAWhileTheServerIsAskedWhetherTheFileChanged)
 {
-    ASSERT_EQ(file("p.png").body, "picture");
-    EXPECT_TRUE(asksUntil([this](const Answer&) { return reached("filePath=p.png", "304 0 ") > 0; }));
+    ASSERT_EQ(picture(), "picture");
+    EXPECT_TRUE(asksUntil([this](const QByteArray&) { return reached("filePath=p.png", "304 0 ") > 0; }));
     EXPECT_EQ(reached("filePath=p.png", "200 7 "), 1);
-    write("media/p.png", "changed");
+    replacePicture("changed");
     QByteArray last = "picture";
-    EXPECT_TRUE(asksUntil([&](const Answer& answer) {
-        EXPECT_TRUE(answer.body == last || answer.body == "changed") << answer.body.constData();
-        last = answer.body;
+    EXPECT_TRUE(asksUntil([&](const QByteArray& now) {
+        EXPECT_TRUE(now == last || now == "changed") << now.constData();
+        last = now;
         return last == "changed";
     }));
     // Never the old one again.
     for (int i = 0; i < 20; ++i)
-        ASSERT_EQ(file("p.png").body, "changed");
+        ASSERT_EQ(picture(), "changed");
+    // The log's line follows the answer.
+    EXPECT_TRUE(asksUntil([this](const QByteArray&) { return reached("filePath=p.png", "200 7 ") > 1; }));
     EXPECT_EQ(reached("filePath=p.png", "200 7 "), 2);
 }
 

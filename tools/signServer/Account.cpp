@@ -1,5 +1,4 @@
 #include "tools/signServer/Account.h"
-#include "tools/signServer/KeyRows.h"
 #include "tools/signServer/RequestText.h"
 #include <QCryptographicHash>
 #include <QSet>
@@ -7,7 +6,6 @@
 
 namespace {
 
-const char* const kSettings = "server.ini";
 constexpr qsizetype kLongestName = 255; // bytes; what registers is kept for good
 constexpr qsizetype kLongestKey = 64;
 
@@ -27,16 +25,6 @@ bool IsHardwareKey(const QByteArray& key)
     });
 }
 
-bool IsAdmitted(const QByteArray& settings, const QByteArray& name, const QByteArray& hardwareKey)
-{
-    for (const auto& [admitted, key] : KeyRows(settings, "displays")) {
-        const bool names = admitted == "*" || admitted == name;
-        if (names && (key == "*" || key.compare(hardwareKey, Qt::CaseInsensitive) == 0))
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 bool IsSameSecret(const QByteArray& given, const QByteArray& right)
@@ -52,17 +40,16 @@ bool IsSameSecret(const QByteArray& given, const QByteArray& right)
 QByteArray Account::Refuses(const QByteArray& key, const QByteArray& password, const QByteArray& name,
                             const QByteArray& hardwareKey)
 {
-    const QByteArray settings = m_folder.Content(kSettings);
-    const KeyRowList account = KeyRows(settings, "server");
-    const bool keyGood = IsSameSecret(key, KeyRowValue(account, "key"));
-    const bool passwordGood = IsSameSecret(password, KeyRowValue(account, "password"));
+    const auto settings = m_settings.Now();
+    const bool keyGood = IsSameSecret(key, settings->Value("server", "key"));
+    const bool passwordGood = IsSameSecret(password, settings->Value("server", "password"));
     if (key.isEmpty() || !keyGood)
         return "unknown server key";
     if (password.isEmpty() || !passwordGood)
         return "wrong password";
     if (!IsDisplayName(name) || !IsHardwareKey(hardwareKey))
         return "a display needs a name and a hardware key";
-    if (!IsAdmitted(settings, name, hardwareKey))
+    if (!settings->Admits(name, hardwareKey))
         return "unknown display";
     return m_registrations.HasRoomFor(hardwareKey) ? "" : "too many displays are registered";
 }
@@ -82,26 +69,25 @@ void Account::Register(const QByteArray& key, const QByteArray& password, const 
 
 QByteArray Account::Check(const QByteArray& key, const QByteArray& hardwareKey, QByteArray& name)
 {
-    const QByteArray settings = m_folder.Content(kSettings);
-    if (key.isEmpty() || !IsSameSecret(key, KeyRowValue(KeyRows(settings, "server"), "key")))
+    const auto settings = m_settings.Now();
+    if (key.isEmpty() || !IsSameSecret(key, settings->Value("server", "key")))
         return "unknown server key";
     name = m_registrations.NameOf(hardwareKey);
-    if (name.isEmpty() || !IsAdmitted(settings, name, hardwareKey))
+    if (name.isEmpty() || !settings->Admits(name, hardwareKey))
         return "this display is not registered";
     return QByteArray();
 }
 
 QStringList Account::Complaints() const
 {
-    const QByteArray settings = m_folder.Content(kSettings);
-    const KeyRowList account = KeyRows(settings, "server");
+    const auto settings = m_settings.Now();
     QStringList complaints;
     // The password itself is told nobody.
     for (const char* name : {"key", "password"}) {
-        if (!ArrivesAsSent(KeyRowValue(account, name)))
+        if (!ArrivesAsSent(settings->Value("server", name)))
             complaints.append(QString("server.ini: the value of \"%1\" %2").arg(name, CannotBeSent));
     }
-    for (const auto& row : KeyRows(settings, "displays")) {
+    for (const auto& row : settings->Displays()) {
         if (!ArrivesAsSent(row.first))
             complaints.append(QString("server.ini: the display \"%1\" %2").arg(row.first, CannotBeSent));
     }
@@ -110,30 +96,22 @@ QStringList Account::Complaints() const
 
 QByteArray Account::Setting(const char* section, const char* name) const
 {
-    return KeyRowValue(KeyRows(m_folder.Content(kSettings), section), name);
+    return m_settings.Now()->Value(section, name);
 }
 
 QList<AdmittedDisplay> Account::Displays()
 {
-    // As IsAdmitted, for many at a time.
-    const KeyRowList rows = KeyRows(m_folder.Content(kSettings), "displays");
-    using Row = QPair<QByteArray, QByteArray>;
-    QSet<Row> admitted;
-    for (const auto& [name, key] : rows)
-        admitted.insert(Row(name, key.toLower()));
+    const auto settings = m_settings.Now();
     QList<AdmittedDisplay> displays;
     QSet<QByteArray> registered;
     const QHash<QByteArray, QByteArray> names = m_registrations.All();
     for (auto it = names.begin(); it != names.end(); ++it) {
-        const QByteArray key = it.key().toLower();
-        const bool isAdmitted = admitted.contains(Row(it.value(), key)) || admitted.contains(Row("*", key)) ||
-                                admitted.contains(Row(it.value(), "*")) || admitted.contains(Row("*", "*"));
-        if (!isAdmitted)
+        if (!settings->Admits(it.value(), it.key()))
             continue;
         displays.append({it.key(), it.value()});
-        registered.insert(key);
+        registered.insert(it.key().toLower());
     }
-    for (const auto& [name, key] : rows) {
+    for (const auto& [name, key] : settings->Displays()) {
         if (key != "*" && name != "*" && !registered.contains(key.toLower()))
             displays.append({key, name});
     }

@@ -6,6 +6,7 @@
 //   password=secret     Hall=*               any phone may register under this name
 //                       *=*                  any phone under any name
 #include "tools/signServer/Registrations.h"
+#include "tools/signServer/SettingsFile.h"
 #include <QStringList>
 
 struct AdmittedDisplay
@@ -19,7 +20,7 @@ public:
     // Why a phone is refused; empty when it is not.
     using Answered = std::function<void(const QByteArray&)>;
 
-    explicit Account(const SignFolder& folder) : m_folder(folder), m_registrations(folder) {}
+    explicit Account(const SignFolder& folder) : m_settings(folder), m_registrations(folder) {}
 
     // A good registration is answered when it is saved. Answered once, at once or later, on any thread.
     void Register(const QByteArray& key, const QByteArray& password, const QByteArray& name,
@@ -40,7 +41,7 @@ private:
     QByteArray Refuses(const QByteArray& key, const QByteArray& password, const QByteArray& name,
                        const QByteArray& hardwareKey);
 
-    const SignFolder& m_folder;
+    SettingsFile m_settings;
     Registrations m_registrations;
 };
 

@@ -1,8 +1,8 @@
 #include "tools/signServer/KeyRows.h"
 
-KeyRowList KeyRows(const QByteArray& text, const QByteArray& section)
+KeySections KeySectionsOf(const QByteArray& text)
 {
-    KeyRowList rows;
+    KeySections sections;
     QByteArray current;
     for (const QByteArray& raw : text.split('\n')) {
         const QByteArray line = raw.trimmed();
@@ -11,10 +11,15 @@ KeyRowList KeyRows(const QByteArray& text, const QByteArray& section)
         const qsizetype equals = line.indexOf('=');
         if (line.startsWith('[') && line.endsWith(']'))
             current = line.mid(1, line.size() - 2).trimmed();
-        else if (current == section && equals > 0)
-            rows.append({line.left(equals).trimmed(), line.mid(equals + 1).trimmed()});
+        else if (equals > 0)
+            sections[current].append({line.left(equals).trimmed(), line.mid(equals + 1).trimmed()});
     }
-    return rows;
+    return sections;
+}
+
+KeyRowList KeyRows(const QByteArray& text, const QByteArray& section)
+{
+    return KeySectionsOf(text).value(section);
 }
 
 QByteArray KeyRowValue(const KeyRowList& rows, const QByteArray& key)

@@ -17,31 +17,20 @@ Registrations::Registrations(const SignFolder& folder) : m_path(folder.PathOf("r
     m_saver.setMaxThreadCount(1);
 }
 
-Registrations::Mark Registrations::MarkOf(const QByteArray& path)
-{
-    struct stat status = {};
-    if (stat(path.constData(), &status) != 0)
-        return Mark();
-    return {quint64(status.st_ino), status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
-
-bool Registrations::IsSame(const Mark& a, const Mark& b)
-{
-    return a.inode == b.inode && a.size == b.size && a.seconds == b.seconds && a.nanoseconds == b.nanoseconds;
-}
-
 // An administrator may take a phone out while the server runs.
 void Registrations::FollowFile()
 {
-    const Mark now = MarkOf(m_path);
-    if (m_bSaving || IsSame(now, m_mark))
+    const FileMark now = FileMark::OfPath(m_path.constData());
+    if (m_bSaving || now == m_mark)
+        return;
+    const OpenFile file(m_path);
+    // What cannot be read for a moment, since no descriptor is left, counts on.
+    if (!file.IsGood() && now.size >= 0)
         return;
     m_mark = now;
     m_names.clear();
-    const OpenFile file(m_path);
-    if (!file.IsGood())
-        return;
-    for (const auto& [key, name] : KeyRows(file.Read(0, std::min(file.Size(), kLargestFile)), "registered")) {
+    const QByteArray text = file.IsGood() ? file.Read(0, std::min(file.Size(), kLargestFile)) : QByteArray();
+    for (const auto& [key, name] : KeyRows(text, "registered")) {
         if (m_names.size() < kMostDisplays && !m_names.contains(key))
             m_names[key] = name;
     }
@@ -101,7 +90,7 @@ void Registrations::SaveAll()
         locker.relock();
         if (saved) {
             m_names = names;
-            m_mark = MarkOf(m_path);
+            m_mark = FileMark::OfPath(m_path.constData());
         }
         locker.unlock();
         for (const Wish& wish : wishes)

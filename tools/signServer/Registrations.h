@@ -2,6 +2,7 @@
 // The displays that have registered, kept in registered.ini. Whoever registers while the file is being
 // written waits for the next writing, which keeps all of them: a building full of phones costs a few. Any
 // thread.
+#include "tools/signServer/FileMark.h"
 #include "tools/signServer/SignFolder.h"
 #include <QThreadPool>
 #include <functional>
@@ -31,22 +32,15 @@ private:
         QByteArray hardwareKey, name;
         Done done;
     };
-    struct Mark
-    {
-        quint64 inode = 0;
-        qint64 size = -1, seconds = 0, nanoseconds = 0;
-    };
 
     void FollowFile();
-    static Mark MarkOf(const QByteArray& path);
-    static bool IsSame(const Mark& a, const Mark& b);
     void SaveAll();
     bool Save(const QHash<QByteArray, QByteArray>& names);
 
     const QByteArray m_path;
     QMutex m_lock;
     QHash<QByteArray, QByteArray> m_names; // by hardware key, as the file has them
-    Mark m_mark;                           // of the file that they were read from or written to
+    FileMark m_mark;                       // of the file that they were read from or written to
     QList<Wish> m_wishes;
     bool m_bSaving = false;
     QThreadPool m_saver;

@@ -129,7 +129,7 @@ void ScheduleReply::TakeLayout(const Layout& layout)
     m_layouts.append(layout);
     if (HasFile("layout", layout.file))
         return;
-    m_files.append({"layout", layout.file, m_folder.Sum(*file), file->Size()});
+    m_files.append({"layout", layout.file, m_folder.Sums().Of(*file), file->Size()});
     for (const QString& fault : text.Faults())
         Complain(QString("layouts/%1, %2").arg(layout.file, fault));
     for (const LayoutText::Use& use : text.Uses())
@@ -159,7 +159,7 @@ void ScheduleReply::TakeMedia(const LayoutText::Use& use)
     const bool isKnown = HasFile("media", use.name);
     const OpenFilePtr file = isKnown ? nullptr : OpenSent("media", use.name, kLargestMedia);
     if (file)
-        m_files.append({"media", use.name, m_folder.Sum(*file), file->Size()});
+        m_files.append({"media", use.name, m_folder.Sums().Of(*file), file->Size()});
     const bool isUsed = std::any_of(m_uses.begin(), m_uses.end(), [&](const LayoutText::Use& one) {
         return one.name == use.name && one.kind == use.kind;
     });

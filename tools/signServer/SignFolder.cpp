@@ -1,17 +1,12 @@
 #include "tools/signServer/SignFolder.h"
-#include <QCryptographicHash>
 #include <algorithm>
-#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr qint64 kBlock = 256 << 10;
 constexpr qint64 kLargestText = 4 << 20; // bytes of a file that is read whole
 constexpr int kLongestName = 255;
-// A file may change again within one tick of the file system's clock without its time telling.
-constexpr time_t kSettledSeconds = 2;
 
 } // namespace
 
@@ -67,27 +62,4 @@ OpenFilePtr SignFolder::Open(const QByteArray& kind, const QByteArray& name) con
         return nullptr;
     auto file = std::make_shared<OpenFile>(PathOf(folder) + name);
     return file->IsGood() ? file : nullptr;
-}
-
-QByteArray SignFolder::Sum(const OpenFile& file) const
-{
-    const struct stat& status = file.Status();
-    const KnownSum now = {status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec, QByteArray()};
-    // The lock is held while a file is summed: two hundred phones that ask at once cause one reading of a
-    // file that has settled.
-    QMutexLocker locker(&m_lock);
-    KnownSum& known = m_sums[quint64(status.st_ino)];
-    const bool same =
-        known.size == now.size && known.seconds == now.seconds && known.nanoseconds == now.nanoseconds;
-    if (same && !known.sum.isEmpty())
-        return known.sum;
-
-    QCryptographicHash hash(QCryptographicHash::Md5);
-    for (qint64 at = 0; at < file.Size(); at += kBlock)
-        hash.addData(file.Read(at, std::min(kBlock, file.Size() - at)));
-    const QByteArray sum = hash.result().toHex();
-    known = now;
-    if (time(nullptr) - status.st_mtim.tv_sec > kSettledSeconds)
-        known.sum = sum;
-    return sum;
 }

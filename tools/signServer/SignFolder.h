@@ -1,9 +1,8 @@
 #pragma once
 // The folder that the server serves: server.ini, schedule.xml, weather.xml, stock.xml, layouts/, media/ and
-// icons/. Small files are read anew at each request, so that an edit counts from the next one on. Any thread.
+// icons/. An edit counts from the next request on. Any thread.
+#include "tools/signServer/FileSums.h"
 #include <QByteArray>
-#include <QHash>
-#include <QMutex>
 #include <QString>
 #include <memory>
 #include <sys/stat.h>
@@ -42,19 +41,11 @@ public:
     QByteArray PathOf(const char* name) const { return m_path + "/" + name; }
     // kind: "layout", "media" or "icon". Null when the name may not be asked for, or there is no such file.
     OpenFilePtr Open(const QByteArray& kind, const QByteArray& name) const;
-    // MD5 as lower-case hexadecimal text, as the phones compare it. Kept until the file changes.
-    QByteArray Sum(const OpenFile& file) const;
+    FileSums& Sums() const { return m_sums; }
 
 private:
-    struct KnownSum
-    {
-        qint64 size, seconds, nanoseconds;
-        QByteArray sum;
-    };
-
     QByteArray m_path;
-    mutable QMutex m_lock;
-    mutable QHash<quint64, KnownSum> m_sums; // by inode
+    mutable FileSums m_sums;
 };
 
 // A bare file name: no separators, no leading dot, no control characters, not longer than a file name can be.

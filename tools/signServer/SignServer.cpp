@@ -9,6 +9,7 @@ namespace {
 
 const char* const kFaultsPath = "/faults";
 const char* const kIconsPath = "/ig/images/weather/";
+constexpr int kSummers = 2;
 
 bool IsFromThisMachine(const WebRequest& request)
 {
@@ -61,6 +62,13 @@ SignServer::SignServer(const QByteArray& folder, RequestLog& log)
     : m_folder(folder), m_account(m_folder), m_faults(m_folder), m_log(log),
       m_status(m_folder, m_account, m_log)
 {
+    m_summers.setMaxThreadCount(kSummers);
+}
+
+void SignServer::Settle()
+{
+    m_summers.waitForDone();
+    m_account.Settle();
 }
 
 void SignServer::Answer(const WebRequest& request, const Reply& reply)
@@ -87,6 +95,12 @@ void SignServer::Answer(const WebRequest& request, const Reply& reply)
     } else if (request.asked.path == "/service/register.htm") {
         AnswerRegister(request, response, reply);
         return;
+    } else if (request.asked.path == "/service/getfile.htm") {
+        AnswerFile(request, response, reply);
+        return;
+    } else if (request.asked.path.startsWith(kIconsPath)) {
+        AnswerIcon(request, response, reply);
+        return;
     } else {
         AnswerPath(request, response);
     }
@@ -106,14 +120,10 @@ void SignServer::AnswerPath(const WebRequest& request, WebResponse& response)
     const QByteArray& path = request.asked.path;
     if (path == "/service/getschedule.htm")
         AnswerSchedule(request, response);
-    else if (path == "/service/getfile.htm")
-        AnswerFile(request, response);
     else if (path == "/service/weather.htm" || path == "/service/stock.htm")
         AnswerFeed(request, response);
     else if (path == "/ig/api")
         AnswerPublicFeed(request, response);
-    else if (path.startsWith(kIconsPath))
-        AnswerIcon(request, response);
     else
         AnswerRefused(response, "no such service", 404);
 }
@@ -148,38 +158,56 @@ void SignServer::AnswerSchedule(const WebRequest& request, WebResponse& response
 {
     if (!Admits(request, response, 200))
         return;
-    QByteArray schedule;
-    ScheduleOf(response.display, schedule, response.files);
-    if (schedule.isEmpty())
+    const MadeSchedulePtr schedule = ScheduleOf(response.display);
+    if (!schedule) {
         AnswerRefused(response, "the schedule cannot be read", 503);
-    else
-        AnswerXmlOrUnchanged(request, response, schedule);
+        return;
+    }
+    response.files = schedule->files;
+    AnswerXmlOrUnchanged(request, response, schedule->reply);
 }
 
 // While schedule.xml is being written, the phones go on with what they had.
-void SignServer::ScheduleOf(const QByteArray& display, QByteArray& schedule, ScheduledFilesPtr& files)
+MadeSchedulePtr SignServer::ScheduleOf(const QByteArray& display)
 {
     ScheduleReply maker(m_folder);
-    schedule = maker.For(display);
-    files = maker.Files();
+    const QByteArray reply = maker.For(display);
     m_status.Complain(maker.Complaints());
-    QMutexLocker locker(&m_scheduleLock);
-    if (!schedule.isEmpty())
-        m_goodSchedules[display] = {schedule, files};
-    schedule = m_goodSchedules[display].first;
-    files = m_goodSchedules[display].second;
+    if (!reply.isEmpty())
+        m_goodSchedules.Keep(display, {reply, maker.Files()});
+    return m_goodSchedules.LastOf(display);
 }
 
-void SignServer::AnswerFile(const WebRequest& request, WebResponse& response)
+void SignServer::AnswerFile(const WebRequest& request, WebResponse response, const Reply& reply)
 {
-    if (!Admits(request, response, 403))
-        return;
     const QByteArray name = request.asked.Value("filePath");
-    const OpenFilePtr file = m_folder.Open(request.asked.Value("fileType"), name);
-    if (file)
-        AnswerFileOrUnchanged(request, response, file, m_folder.Sum(*file), name);
+    OpenFilePtr file;
+    if (Admits(request, response, 403)) {
+        file = m_folder.Open(request.asked.Value("fileType"), name);
+        if (!file)
+            AnswerRefused(response, "no such file", 404);
+    }
+    AnswerContent(request, response, file, name, reply);
+}
+
+// A file that nobody knows yet is read elsewhere: the threads that answer wait for nobody. Without a file the
+// response is whole already.
+void SignServer::AnswerContent(const WebRequest& request, WebResponse response, const OpenFilePtr& file,
+                               const QByteArray& name, const Reply& reply)
+{
+    auto answer = [request, response, file, name, reply](const QByteArray& sum) mutable {
+        if (file)
+            AnswerFileOrUnchanged(request, response, file, sum, name);
+        Spoil(response);
+        reply(response);
+    };
+    const QByteArray known = file ? m_folder.Sums().Known(*file) : QByteArray("");
+    if (known.isNull())
+        m_summers.start([this, answer, file, asked = FileSums::Clock::now()]() mutable {
+            answer(m_folder.Sums().Of(*file, asked));
+        });
     else
-        AnswerRefused(response, "no such file", 404);
+        answer(known);
 }
 
 void SignServer::AnswerFeed(const WebRequest& request, WebResponse& response)
@@ -204,14 +232,13 @@ void SignServer::AnswerPublicFeed(const WebRequest& request, WebResponse& respon
         AnswerXml(response, StockReply(m_folder, QDateTime::currentDateTimeUtc()).ForPublic(code));
 }
 
-void SignServer::AnswerIcon(const WebRequest& request, WebResponse& response)
+void SignServer::AnswerIcon(const WebRequest& request, WebResponse response, const Reply& reply)
 {
     const QByteArray name = request.asked.path.mid(qsizetype(strlen(kIconsPath)));
     const OpenFilePtr file = m_folder.Open("icon", name);
-    if (file)
-        AnswerFileOrUnchanged(request, response, file, m_folder.Sum(*file), name);
-    else
+    if (!file)
         AnswerRefused(response, "no such picture", 404);
+    AnswerContent(request, response, file, name, reply);
 }
 
 // GET: the rules in force. POST: other rules, none for an empty body. DELETE: those of the file again.

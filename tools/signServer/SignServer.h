@@ -2,10 +2,12 @@
 // The demonstration server: answers what phones ask of a signage server and of the public weather and stock
 // feeds, from one folder. Any thread.
 #include "tools/signServer/Account.h"
+#include "tools/signServer/GoodSchedules.h"
 #include "tools/signServer/NameCheck.h"
 #include "tools/signServer/RequestLog.h"
 #include "tools/signServer/StatusDesk.h"
 #include "tools/signServer/WebExchange.h"
+#include <QThreadPool>
 
 class SignServer : public WebService
 {
@@ -19,7 +21,7 @@ public:
     QStringList ContentComplaints() const { return NameComplaints(m_folder); }
 
     // Waits until every request is answered; before the connections go.
-    void Settle() { m_account.Settle(); }
+    void Settle();
     void Answer(const WebRequest& request, const Reply& reply) override;
     void Finish(const Served& served) override;
     void Lose(const Served& served) override;
@@ -30,20 +32,21 @@ private:
     void AnswerPath(const WebRequest& request, WebResponse& response);
     void AnswerRegister(const WebRequest& request, WebResponse response, const Reply& reply);
     void AnswerSchedule(const WebRequest& request, WebResponse& response);
-    void AnswerFile(const WebRequest& request, WebResponse& response);
+    void AnswerFile(const WebRequest& request, WebResponse response, const Reply& reply);
+    void AnswerContent(const WebRequest& request, WebResponse response, const OpenFilePtr& file,
+                       const QByteArray& name, const Reply& reply);
     void AnswerFeed(const WebRequest& request, WebResponse& response);
     void AnswerPublicFeed(const WebRequest& request, WebResponse& response);
-    void AnswerIcon(const WebRequest& request, WebResponse& response);
+    void AnswerIcon(const WebRequest& request, WebResponse response, const Reply& reply);
     WebResponse AnswerFaults(const WebRequest& request);
-    void ScheduleOf(const QByteArray& display, QByteArray& schedule, ScheduledFilesPtr& files);
+    MadeSchedulePtr ScheduleOf(const QByteArray& display);
     WebResponse AnswerStatus(const WebRequest& request);
 
     SignFolder m_folder;
     Account m_account;
     FaultPlan m_faults;
     RequestLog& m_log;
-    QMutex m_scheduleLock;
-    // By display, the last one that could be made, and its files.
-    QHash<QByteArray, QPair<QByteArray, ScheduledFilesPtr>> m_goodSchedules;
+    GoodSchedules m_goodSchedules;
     StatusDesk m_status;
+    QThreadPool m_summers; // reads of files that nobody knows yet
 };

@@ -48,9 +48,10 @@ DisplayRecord RecordOf(const StatusInput& input, const QByteArray& key)
     if (input.known.contains(key))
         return input.known[key];
     // server.ini may have the key in other letters than the phone.
-    const auto found = std::find_if(
-        input.strangers.begin(), input.strangers.end(),
-        [&](const DisplayRecord& one) { return one.key.compare(key, Qt::CaseInsensitive) == 0; });
+    const auto found =
+        std::find_if(input.strangers.begin(), input.strangers.end(), [&](const DisplayRecord& one) {
+            return one.key.compare(key, Qt::CaseInsensitive) == 0;
+        });
     return found == input.strangers.end() ? DisplayRecord() : *found;
 }
 
