@@ -185,18 +185,12 @@ void nDeckFrame::ReadBackground(const chString& path)
         return;
     }
     const tagPictureWish wish = nDeckBackgroundWish(path, size());
-    PICTURE_RESULT result = PICTURE_MISSING;
-    QPixmap picture;
-    if (pictureAtOnce(wish, result, picture)) {
+    m_nBackgroundRequest = pictureTell(wish, this, [this](PICTURE_RESULT result, const QPixmap& picture) {
         TakeBackground(result, picture);
-        return;
-    }
-    if (m_pCover)
-        m_pCover->Await(this);
-    m_nBackgroundRequest = pictureRequest(wish, this, [this](PICTURE_RESULT told, const QPixmap& read) {
-        TakeBackground(told, read);
         SettleBackground();
     });
+    if (m_nBackgroundRequest && m_pCover)
+        m_pCover->Await(this);
 }
 
 // The general background takes the place of a picture that is not fit to be shown.

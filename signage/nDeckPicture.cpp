@@ -50,16 +50,12 @@ void nDeckPicture::Read()
     pictureCancel(m_nRequest);
     m_nRequest = 0;
     const tagPictureWish wish = nDeckPictureWish(m_strPath, size());
-    PICTURE_RESULT result = PICTURE_MISSING;
-    QPixmap picture;
-    if (pictureAtOnce(wish, result, picture)) {
-        Take(result, picture);
-        return;
-    }
-    m_nRequest = pictureRequest(wish, this, [this](PICTURE_RESULT told, const QPixmap& read) {
+    m_nRequest = pictureTell(wish, this, [this](PICTURE_RESULT result, const QPixmap& picture) {
+        const bool wasAwaited = m_nRequest != 0;
         m_nRequest = 0;
-        Take(told, read);
-        emit settled();
+        Take(result, picture);
+        if (wasAwaited)
+            emit settled();
     });
 }
 

@@ -140,11 +140,9 @@ void frmCall::showPicture(const QString& path)
     const auto take = [this](PICTURE_RESULT, const QPixmap& picture) {
         m_ui->labPicture->setPicture(picture.isNull() ? pictureOfNobody() : picture);
     };
-    PICTURE_RESULT result = PICTURE_MISSING;
-    QPixmap picture;
-    if (!path.isEmpty() && !pictureAtOnce(wish, result, picture))
-        m_nPicture = pictureRequest(wish, this, take);
-    take(result, picture);
+    take(PICTURE_MISSING, QPixmap());
+    if (!path.isEmpty())
+        m_nPicture = pictureTell(wish, this, take);
 }
 
 void frmCall::showState()

@@ -2,6 +2,8 @@
 #include "host/look/look.h"
 #include "support/host/api.h"
 #include "support/host/image.h"
+#include "support/host/picture.h"
+#include "support/host/text.h"
 #include "support/host/ui.h"
 #include <QKeyEvent>
 #include <QPainter>
@@ -36,7 +38,34 @@ void homeButton::setContent(const QString& picture, const QString& caption)
 {
     m_strPicture = picture;
     setText(caption);
+    if (m_kind == QuickKey)
+        readPortrait();
     update();
+}
+
+// The file may have changed while something else was on the screen.
+void homeButton::showEvent(QShowEvent* event)
+{
+    QAbstractButton::showEvent(event);
+    if (m_kind == QuickKey)
+        readPortrait();
+}
+
+// Anybody's picture, of any size. The old one stays until the new one is there.
+void homeButton::readPortrait()
+{
+    pictureCancel(m_nPortrait);
+    tagPictureWish wish;
+    wish.strPath = fromQString(m_strPicture);
+    wish.nWidth = wish.nHeight = kGlyphSize;
+    m_nPortrait = pictureTell(wish, this, [this](PICTURE_RESULT, const QPixmap& picture) {
+        m_nPortrait = 0;
+        const bool isSmall = !picture.isNull() && qMax(picture.width(), picture.height()) < kGlyphSize;
+        m_portrait =
+            isSmall ? picture.scaled(kGlyphSize, kGlyphSize, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+                    : picture;
+        update();
+    });
 }
 
 void homeButton::paintEvent(QPaintEvent*)
@@ -68,7 +97,7 @@ void homeButton::paintQuickKey(QPainter& painter)
     look::paintBox(painter, rect(), kKeyCorner, isDown() ? kKeyPressed : kKeyFill,
                    hasFocus() ? kFocusLine : 0, 2);
     const bool isNamed = !text().isEmpty();
-    const QPixmap picture = scaled(m_strPicture, kGlyphSize);
+    const QPixmap& picture = m_portrait;
     const int top = isNamed ? 14 : (height() - picture.height()) / 2;
     const QRect place(QPoint((width() - picture.width()) / 2, top), picture.size());
     // A portrait has corners; a glyph has none to lose.

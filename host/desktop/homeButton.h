@@ -1,6 +1,7 @@
 #pragma once
 // What can be touched on the home screen: a tile that opens something, or a quick key that dials.
 #include <QAbstractButton>
+#include <QPixmap>
 
 class homeButton : public QAbstractButton
 {
@@ -13,11 +14,15 @@ public:
 
 protected:
     void paintEvent(QPaintEvent*) override;
+    void showEvent(QShowEvent*) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void paintTile(QPainter& painter);
     void paintQuickKey(QPainter& painter);
+    void readPortrait();
     Kind m_kind;
     QString m_strPicture;
+    QPixmap m_portrait;  // of a quick key
+    int m_nPortrait = 0; // its request
 };

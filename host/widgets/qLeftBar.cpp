@@ -2,6 +2,8 @@
 #include "host/widgets/replacePlaceholder.h"
 #include "support/host/bars.h"
 #include "support/host/image.h"
+#include "support/host/picture.h"
+#include "support/host/text.h"
 #include <QPainter>
 
 namespace {
@@ -13,6 +15,8 @@ constexpr int kTitleLines = 3;
 constexpr int kTileShadow = 6;
 constexpr int kTileShadowDown = 2;
 constexpr qreal kTileShadowOpacity = 0.16;
+const char* const kTheme = HX_THEME("");
+const char kRequestProperty[] = "hxPictureRequest";
 const char kPictureProperty[] = "hxPicture"; // decoded once, when the icon is set
 
 struct Places
@@ -42,6 +46,25 @@ Places beside(const QRect& bar, const QSize& icon)
             Qt::AlignLeft | Qt::AlignVCenter};
 }
 
+// One of the phone's own, which takes less than a frame.
+QPixmap ownPicture(const QString& path)
+{
+    const QByteArray name = path.toUtf8();
+    const QPixmap picture = GetImageManager()->GetImage(name);
+    const bool fits =
+        picture.width() <= look::kLeftBarWidth - 2 * kMargin && picture.height() <= look::kTileSize;
+    return fits ? picture : GetImageManager()->GetImageByScale(name, look::kTileSize, look::kTileSize);
+}
+
+// Of anybody else, and of any size.
+tagPictureWish wishOf(const QString& path)
+{
+    tagPictureWish wish;
+    wish.strPath = fromQString(path);
+    wish.nWidth = wish.nHeight = look::kTileSize;
+    return wish;
+}
+
 QPixmap pictureOf(const QWidget* bar)
 {
     return bar->property(kPictureProperty).value<QPixmap>();
@@ -66,14 +89,16 @@ void qLeftBar::setTitle(const QString& title)
 void qLeftBar::setIcon(const QString& path)
 {
     m_strIcon = path;
-    QPixmap picture;
-    if (!path.isEmpty())
-        picture = GetImageManager()->GetImage(path.toUtf8().constData());
-    if (picture.width() > look::kLeftBarWidth - 2 * kMargin || picture.height() > look::kTileSize)
-        picture =
-            GetImageManager()->GetImageByScale(path.toUtf8().constData(), look::kTileSize, look::kTileSize);
-    setProperty(kPictureProperty, picture);
-    update();
+    pictureCancel(property(kRequestProperty).toInt());
+    setProperty(kRequestProperty, 0);
+    const auto take = [this](PICTURE_RESULT, const QPixmap& picture) {
+        setProperty(kPictureProperty, picture);
+        update();
+    };
+    if (path.isEmpty() || path.startsWith(kTheme))
+        take(PICTURE_READ, ownPicture(path));
+    else
+        setProperty(kRequestProperty, pictureTell(wishOf(path), this, take));
 }
 
 void qLeftBar::setIconGeometry(const QRect& rect)

@@ -51,5 +51,8 @@ HX_HOST_API void picturePrepare(const tagPictureWish& wish);
 // True when it is known without waiting: it was read before and has not changed, or it is so small that
 // reading it takes less than a frame. result: what pictureRequest would tell.
 HX_HOST_API bool pictureAtOnce(const tagPictureWish& wish, PICTURE_RESULT& result, QPixmap& picture);
+// What is known without waiting is told before the call is over, and 0 answered; everything else as by
+// pictureRequest.
+HX_HOST_API int pictureTell(const tagPictureWish& wish, QObject* owner, const PictureTold& told);
 // How many pictures are still to be read.
 HX_HOST_API int picturePending();

@@ -1,10 +1,12 @@
 #include "support/host/bars.h"
 #include "support/host/dialogs.h"
 #include "support/host/ime.h"
+#include "support/host/picture.h"
 #include "tests/desktop/desktopTest.h"
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QFile>
+#include <QImage>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -67,6 +69,28 @@ TEST_F(ContactEditor, ANewContactIsEmptyAndCannotBeDeleted)
     EXPECT_FALSE(removeButton()->isVisible());
     EXPECT_EQ(leftPicture(), "/phone/resource/contact-image/icon_contact.png");
     kit::shot("contactEditorNew");
+}
+
+TEST_F(ContactEditor, APictureOfACameraIsReadElsewhereForTheSideBar)
+{
+    QImage photo(3000, 2000, QImage::Format_RGB32);
+    photo.fill(Qt::red);
+    ASSERT_TRUE(photo.save(hostPath("/rundata/photo.png")));
+    writeFile(kFile, "<contactData><group><contact name=\"Ann\" number=\"1\" "
+                     "sImagePath=\"/rundata/photo.png\"/></group></contactData>");
+    page.EditContact(0);
+    EXPECT_GT(picturePending(), 0);
+    page.show();
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }));
+    auto* const bar = page.findChild<qLeftBar*>();
+    const QImage shown = bar->grab().toImage();
+    EXPECT_EQ(shown.pixelColor(shown.width() / 2, 60), QColor(Qt::red));
+    // Who chooses another one meanwhile sees that.
+    QFile::copy(hostPath("/rundata/photo.png"), hostPath("/rundata/other.png"));
+    bar->setIcon("/rundata/other.png");
+    bar->setIcon("");
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }));
+    EXPECT_NE(bar->grab().toImage().pixelColor(shown.width() / 2, 60), QColor(Qt::red));
 }
 
 TEST_F(ContactEditor, AnIndexOutOfRangeIsANewContact)

@@ -104,6 +104,32 @@ TEST_F(HomeScreen, AQuickKeyDialsItsNumberOnItsLine)
     EXPECT_NE(logged("dial").find("1002 2"), std::string::npos) << logged("dial");
 }
 
+TEST_F(HomeScreen, APictureOfACameraOnAQuickKeyIsReadElsewhere)
+{
+    QImage photo(3000, 2000, QImage::Format_RGB32);
+    photo.fill(Qt::red);
+    QDir().mkpath(hostPath("/rundata/picture-dial"));
+    ASSERT_TRUE(photo.save(hostPath("/rundata/picture-dial/a.png")));
+    writeFile("/rundata/data/picture-dial.xml",
+              "<picture-dial><icon title=\"Anna\" number=\"1002\" file=\"a.png\"/></picture-dial>");
+    const auto middle = [this] {
+        const QImage shown = button("quickKey1")->grab().toImage();
+        return shown.pixelColor(shown.width() / 2, 34);
+    };
+    desktop_ReLoadPicXmlFile();
+    EXPECT_NE(middle(), QColor(Qt::red));
+    EXPECT_GT(picturePending(), 0);
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }));
+    EXPECT_EQ(middle(), QColor(Qt::red));
+    // A small one is there at once, and as large.
+    ASSERT_TRUE(photo.scaled(12, 8).save(hostPath("/rundata/picture-dial/b.png")));
+    writeFile("/rundata/data/picture-dial.xml",
+              "<picture-dial><icon title=\"Anna\" number=\"1002\" file=\"b.png\"/></picture-dial>");
+    desktop_ReLoadPicXmlFile();
+    const QImage shown = button("quickKey1")->grab().toImage();
+    EXPECT_EQ(shown.pixelColor(shown.width() / 2 - 17, 27), QColor(Qt::red));
+}
+
 TEST_F(HomeScreen, AFreeQuickKeyOpensThePageThatFillsIt)
 {
     writeFile("/rundata/data/picture-dial.xml", "<picture-dial/>");

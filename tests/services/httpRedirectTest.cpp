@@ -4,6 +4,7 @@
 #include "host/services/transfers/ownAddress.h"
 #include "support/host/http.h"
 #include "tests/kit/phoneTest.h"
+#include "tests/services/httpFetch.h"
 #include "tests/services/httpServer.h"
 #include <QHash>
 #include <QMutex>
@@ -59,13 +60,6 @@ extern "C" Q_DECL_EXPORT int getaddrinfo(const char* name, const char* service, 
 
 namespace {
 
-class Listener : public ActionCallback
-{
-public:
-    void OnCallback(taskAction*) override { ++ends; }
-    int ends = 0;
-};
-
 // Not loopback; null on a machine without a network.
 QHostAddress addressOnTheNetwork()
 {
@@ -112,17 +106,6 @@ protected:
         const QByteArray url = its.url("/x");
         return "http://" + host + url.mid(url.lastIndexOf(':'));
     }
-    int fetch(const QByteArray& url)
-    {
-        Listener listener;
-        HttpAction action;
-        action.strRemoteUrl = url.constData();
-        action.strLocalFile = "/rundata/data/got";
-        action.SetCallback(&listener);
-        PostAction(action);
-        EXPECT_TRUE(kit::waitUntil([&] { return listener.ends > 0; }, 10000)) << url.constData();
-        return action.nResult;
-    }
     static bool isToldAsBarred()
     {
         const auto lines = hostLogFrom(1);
@@ -145,7 +128,7 @@ TEST_F(HttpRedirect, AServerElsewhereCannotSendATransferIntoThisMachine)
     for (const char* own :
          {"127.0.0.1", "localhost", "[::ffff:127.0.0.1]", "0.0.0.0", "0x7f.1", "/127.0.0.1"}) {
         target = under(own, victim);
-        EXPECT_EQ(fetch(server.url("/")), 0) << own;
+        EXPECT_EQ(httpFetch(server.url("/")), 0) << own;
         EXPECT_EQ(victim.opened, 0) << own;
     }
     EXPECT_TRUE(isToldAsBarred());
@@ -154,10 +137,10 @@ TEST_F(HttpRedirect, AServerElsewhereCannotSendATransferIntoThisMachine)
 TEST_F(HttpRedirect, AnAddressWithoutAHostOpensNothing)
 {
     target = under("/127.0.0.1", victim);
-    EXPECT_EQ(fetch(victim.url("/")), 1);
-    EXPECT_EQ(fetch(server.url("/")), 0);
+    EXPECT_EQ(httpFetch(victim.url("/")), 1);
+    EXPECT_EQ(httpFetch(server.url("/")), 0);
     victim.onRequest = server.onRequest;
-    EXPECT_EQ(fetch(victim.url("/")), 0);
+    EXPECT_EQ(httpFetch(victim.url("/")), 0);
     EXPECT_EQ(victim.paths, (QList<QByteArray>{"/", "/"}));
 }
 
@@ -168,7 +151,7 @@ TEST_F(HttpRedirect, ANameThatChangesOpensNothing)
     nameIs("among.test", {{kThere, "127.0.0.1"}});
     for (const char* name : {"always.test", "later.test", "among.test"}) {
         target = under(name, victim);
-        EXPECT_EQ(fetch(server.url("/")), 0) << name;
+        EXPECT_EQ(httpFetch(server.url("/")), 0) << name;
         EXPECT_EQ(victim.opened, 0) << name;
     }
     EXPECT_TRUE(isToldAsBarred());
@@ -178,7 +161,7 @@ TEST_F(HttpRedirect, AServerThatClaimsToBeHereAsWellIsElsewhere)
 {
     nameIs("both.test", {{kThere, "127.0.0.1"}});
     target = victim.url("/");
-    EXPECT_EQ(fetch(under("both.test", server)), 0);
+    EXPECT_EQ(httpFetch(under("both.test", server)), 0);
     EXPECT_EQ(server.paths.size(), 1);
     EXPECT_EQ(victim.opened, 0);
 }
@@ -186,8 +169,8 @@ TEST_F(HttpRedirect, AServerThatClaimsToBeHereAsWellIsElsewhere)
 TEST_F(HttpRedirect, AConnectionIntoThisMachineThatIsOpenAlreadyIsNotUsed)
 {
     target = under("localhost", victim);
-    EXPECT_EQ(fetch(target), 1);
-    EXPECT_EQ(fetch(server.url("/")), 0);
+    EXPECT_EQ(httpFetch(target), 1);
+    EXPECT_EQ(httpFetch(server.url("/")), 0);
     EXPECT_EQ(victim.paths.size(), 1);
     EXPECT_TRUE(isToldAsBarred());
 }
@@ -199,7 +182,7 @@ TEST_F(HttpRedirect, NobodyComesBackFromElsewhere)
         socket.write(sentTo(server.url("/")));
     };
     target = victim.url("/");
-    EXPECT_EQ(fetch(first.url("/")), 0);
+    EXPECT_EQ(httpFetch(first.url("/")), 0);
     EXPECT_EQ(server.paths.size(), 1);
     EXPECT_EQ(victim.opened, 0);
 }
@@ -210,7 +193,7 @@ TEST_F(HttpRedirect, AServerOfThisMachineMaySendOnWithinIt)
     first.onRequest = [this](QTcpSocket& socket, const QByteArray&) {
         socket.write(sentTo(victim.url("/")));
     };
-    EXPECT_EQ(fetch(first.url("/")), 1);
+    EXPECT_EQ(httpFetch(first.url("/")), 1);
     EXPECT_EQ(readFile("/rundata/data/got"), "secret");
 }
 
@@ -220,6 +203,6 @@ TEST_F(HttpRedirect, AServerElsewhereMaySendOnElsewhere)
     other.onRequest = victim.onRequest;
     target = other.url("/");
     for (int i = 0; i < 2; ++i)
-        EXPECT_EQ(fetch(server.url("/")), 1);
+        EXPECT_EQ(httpFetch(server.url("/")), 1);
     EXPECT_EQ(other.opened, 1);
 }

@@ -1,10 +1,14 @@
 // Whom the engine's proxy serves, and what of a text gets through it to this machine's own server.
 #include "host/web/peerOwner.h"
+#include "tests/kit/fewDescriptors.h"
 #include "tests/widgets/proxyClient.h"
 #include "tests/widgets/webViewStand.h"
 #include <QBuffer>
 #include <QProcess>
+#include <ctime>
+#include <memory>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -71,6 +75,13 @@ QByteArray row(const QByteArray& ends, const QByteArray& state, int uid)
            QByteArray::number(uid) + "        0 4711 1 0000000000000000 20 4 30 10 -1\n";
 }
 
+double usedSeconds()
+{
+    timespec used;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return double(used.tv_sec) + double(used.tv_nsec) / 1e9;
+}
+
 std::optional<uid_t> uidOf(QByteArray rows)
 {
     rows.prepend("  sl  local_address rem_address   st tx_queue rx_queue tr tm->when retrnsmt   uid\n");
@@ -122,6 +133,61 @@ TEST(PeerOwner, IsKnownForRealConnectionsOfBothKinds)
         ASSERT_TRUE(kit::waitUntil([&] { return server.hasPendingConnections(); }, kLongMs)) << address;
         EXPECT_TRUE(peerOwner::isOwn(*server.nextPendingConnection())) << address;
     }
+}
+
+TEST(PeerOwner, IsToldByTheKernelForOneOpenConnectionAlone)
+{
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    for (const char* address : {"127.0.0.1", "::ffff:127.0.0.1"}) {
+        QTcpSocket client;
+        client.setProxy(QNetworkProxy::NoProxy);
+        client.connectToHost(QHostAddress(address), server.serverPort());
+        ASSERT_TRUE(kit::waitUntil([&] { return server.hasPendingConnections(); }, kLongMs)) << address;
+        QTcpSocket* const accepted = server.nextPendingConnection();
+        const peerOwner::tagEnds ends{accepted->peerAddress(), accepted->peerPort(), accepted->localAddress(),
+                                      accepted->localPort()};
+        uid_t uid = 4711;
+        ASSERT_EQ(peerOwner::ask(ends, uid), peerOwner::ANSWER_FOUND) << address;
+        EXPECT_EQ(uid, geteuid());
+        EXPECT_EQ(peerOwner::uidInTables(ends), geteuid());
+        // The listener is there, this connection is not.
+        const peerOwner::tagEnds none{ends.farAddress, ends.farPort, ends.address, quint16(ends.port ^ 1)};
+        EXPECT_EQ(peerOwner::ask(none, uid), peerOwner::ANSWER_NOT_OPEN);
+        client.abort();
+        EXPECT_TRUE(
+            kit::waitUntil([&] { return accepted->state() == QAbstractSocket::UnconnectedState; }, kLongMs));
+        EXPECT_EQ(peerOwner::ask(ends, uid), peerOwner::ANSWER_NOT_OPEN);
+    }
+}
+
+TEST(PeerOwner, CostsTheSameHoweverManySocketsAreOpen)
+{
+    constexpr int kConnections = 500;
+    const FewDescriptors room(2 * kConnections + 100);
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    std::vector<std::unique_ptr<QTcpSocket>> clients;
+    QList<QTcpSocket*> accepted;
+    for (int i = 0; i < kConnections; ++i) {
+        clients.push_back(std::make_unique<QTcpSocket>());
+        clients.back()->setProxy(QNetworkProxy::NoProxy);
+        clients.back()->connectToHost(QHostAddress::LocalHost, server.serverPort());
+        ASSERT_TRUE(kit::waitUntil([&] { return server.hasPendingConnections(); }, kLongMs));
+        accepted.append(server.nextPendingConnection());
+    }
+    const auto endsOf = [](const QTcpSocket& one) {
+        return peerOwner::tagEnds{one.peerAddress(), one.peerPort(), one.localAddress(), one.localPort()};
+    };
+    constexpr int kTimes = 20;
+    uid_t uid = 0;
+    const double begin = usedSeconds();
+    for (int i = 0; i < kTimes; ++i)
+        EXPECT_EQ(peerOwner::ask(endsOf(*accepted[i * kConnections / kTimes]), uid), peerOwner::ANSWER_FOUND);
+    const double asked = usedSeconds();
+    for (int i = 0; i < kTimes; ++i)
+        EXPECT_TRUE(peerOwner::uidInTables(endsOf(*accepted[i * kConnections / kTimes])));
+    EXPECT_LT(5 * (asked - begin), usedSeconds() - asked);
 }
 
 TEST_F(TextProxy, ServesNoOtherUser)

@@ -1,4 +1,5 @@
 #include "tools/screenServer/pageConnection.h"
+#include "tools/screenServer/webSocket.h"
 
 namespace {
 
@@ -36,12 +37,13 @@ void PageConnection::begin()
 
 void PageConnection::onBytes()
 {
-    const QByteArray head = m_pSocket->peek(kHeadLimit);
-    const qsizetype end = head.indexOf("\r\n\r\n");
-    if (end < 0 && head.size() < kHeadLimit)
+    const QByteArray seen = m_pSocket->peek(kHeadLimit);
+    const qsizetype end = seen.indexOf("\r\n\r\n");
+    if (end < 0 && seen.size() < kHeadLimit)
         return;
     disconnect(m_pSocket, &QTcpSocket::readyRead, this, nullptr);
-    const std::optional<tagHttpRequest> request = end < 0 ? std::nullopt : httpParseHead(head.left(end + 4));
+    const QByteArray head = m_pSocket->read(end + 4);
+    const std::optional<tagHttpRequest> request = end < 0 ? std::nullopt : httpParseHead(head);
     if (request)
         reply(*request);
     else
@@ -58,7 +60,7 @@ void PageConnection::reply(const tagHttpRequest& request)
     else if (!isRead)
         send("405 Method Not Allowed", kText, "This page is only read.\n", true, "Allow: GET, HEAD\r\n");
     else if (request.isForWebSocket() && *path == "screen")
-        handOn();
+        replyScreen(request);
     else if (path->isEmpty()) {
         const QByteArray start = request.path().replace("/", "");
         send("302 Found", kText, "", withBody,
@@ -89,13 +91,17 @@ void PageConnection::send(const char* status, const QByteArray& type, const QByt
     m_pSocket->disconnectFromHost();
 }
 
-void PageConnection::handOn()
+void PageConnection::replyScreen(const tagHttpRequest& request)
 {
+    if (!WebSocket::isRight(request)) {
+        send("426 Upgrade Required", kText, "The screen speaks the WebSocket protocol, version 13.\n", true,
+             "Upgrade: websocket\r\nSec-WebSocket-Version: 13\r\n");
+        return;
+    }
     QTcpSocket* const socket = m_pSocket;
     socket->disconnect(this);
     socket->setParent(nullptr);
-    socket->setReadBufferSize(0);
     m_patience.stop();
     deleteLater();
-    emit screenWanted(socket);
+    emit screenWanted(socket, request);
 }

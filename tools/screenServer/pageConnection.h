@@ -17,8 +17,8 @@ public:
     void begin();
 
 signals:
-    // An admitted request for the screen, still unread; the socket is the receiver's.
-    void screenWanted(QTcpSocket* socket);
+    // An admitted request for the screen; what follows it is unread, and the socket is the receiver's.
+    void screenWanted(QTcpSocket* socket, const tagHttpRequest& request);
 
 private:
     void onBytes();
@@ -26,7 +26,7 @@ private:
     void replyFile(const QByteArray& path, bool withBody);
     void send(const char* status, const QByteArray& type, const QByteArray& body, bool withBody = true,
               const QByteArray& field = {});
-    void handOn();
+    void replyScreen(const tagHttpRequest& request);
 
     QTcpSocket* m_pSocket;
     const AccessRule& m_rule;

@@ -11,11 +11,9 @@ constexpr int kBrowserLimit = 16;
 } // namespace
 
 ScreenServer::ScreenServer(const QString& vncPath, const QString& folder)
-    : m_strVncPath(vncPath), m_folder(folder), m_token(AccessRule::newToken()),
-      m_screens("hxPhone", QWebSocketServer::NonSecureMode)
+    : m_strVncPath(vncPath), m_folder(folder), m_token(AccessRule::newToken())
 {
     connect(&m_pages, &QTcpServer::newConnection, this, &ScreenServer::onVisitor);
-    connect(&m_screens, &QWebSocketServer::newConnection, this, &ScreenServer::onBrowser);
 }
 
 bool ScreenServer::listen(int port)
@@ -48,16 +46,10 @@ void ScreenServer::onVisitor()
     }
 }
 
-void ScreenServer::onScreenWanted(QTcpSocket* socket)
+void ScreenServer::onScreenWanted(QTcpSocket* socket, const tagHttpRequest& request)
 {
     if (findChildren<ScreenBridge*>().size() >= kBrowserLimit)
         delete socket;
     else
-        m_screens.handleConnection(socket);
-}
-
-void ScreenServer::onBrowser()
-{
-    while (QWebSocket* browser = m_screens.nextPendingConnection())
-        new ScreenBridge(browser, m_strVncPath, this);
+        new ScreenBridge(socket, request, m_strVncPath, this);
 }

@@ -4,7 +4,6 @@
 #include "tools/screenServer/pageFolder.h"
 #include <QPointer>
 #include <QTcpServer>
-#include <QWebSocketServer>
 #include <memory>
 
 class PageConnection;
@@ -24,15 +23,13 @@ public:
 
 private:
     void onVisitor();
-    void onScreenWanted(QTcpSocket* socket);
-    void onBrowser();
+    void onScreenWanted(QTcpSocket* socket, const tagHttpRequest& request);
 
     QString m_strVncPath;
     PageFolder m_folder;
     QByteArray m_token;
     std::unique_ptr<AccessRule> m_rule;
     QTcpServer m_pages;
-    QWebSocketServer m_screens;
     QList<QPointer<PageConnection>> m_visitors;
     QString m_strWhy;
 };

@@ -1,5 +1,5 @@
 #include "tools/signServer/FileSums.h"
-#include "tools/signServer/SignFolder.h"
+#include "tools/signServer/OpenFile.h"
 #include <QCryptographicHash>
 #include <algorithm>
 

@@ -2,34 +2,9 @@
 // The folder that the server serves: server.ini, schedule.xml, weather.xml, stock.xml, layouts/, media/ and
 // icons/. An edit counts from the next request on. Any thread.
 #include "tools/signServer/FileSums.h"
+#include "tools/signServer/OpenFile.h"
 #include <QByteArray>
 #include <QString>
-#include <memory>
-#include <sys/stat.h>
-
-// A file held open, so that what was measured is what is sent, also when the file is replaced meanwhile.
-class OpenFile
-{
-public:
-    explicit OpenFile(const QByteArray& path);
-    ~OpenFile();
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-    // A plain file that is neither a link nor a folder.
-    bool IsGood() const { return m_good; }
-    qint64 Size() const { return m_status.st_size; }
-    const struct stat& Status() const { return m_status; }
-    // At most `most` bytes; fewer at the end of the file or after a read error.
-    QByteArray Read(qint64 from, qint64 most) const;
-
-private:
-    int m_fd;
-    bool m_good = false;
-    struct stat m_status = {};
-};
-
-using OpenFilePtr = std::shared_ptr<const OpenFile>;
 
 class SignFolder
 {

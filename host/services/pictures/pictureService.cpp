@@ -226,6 +226,16 @@ bool pictureAtOnce(const tagPictureWish& wish, PICTURE_RESULT& result, QPixmap& 
     return true;
 }
 
+int pictureTell(const tagPictureWish& wish, QObject* owner, const PictureTold& told)
+{
+    PICTURE_RESULT result = PICTURE_MISSING;
+    QPixmap picture;
+    if (!pictureAtOnce(wish, result, picture))
+        return pictureRequest(wish, owner, told);
+    told(result, picture);
+    return 0;
+}
+
 int picturePending()
 {
     return PictureService::instance().pending();

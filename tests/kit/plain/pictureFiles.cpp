@@ -115,7 +115,7 @@ QByteArray kit::pngPhoto(const QSize& size)
     return png(size, kColours, false, packed.whole());
 }
 
-QByteArray kit::jpegPhoto(const QSize& size)
+QImage kit::photo(const QSize& size)
 {
     QImage image(size, QImage::Format_RGB32);
     unsigned grain = 1;
@@ -127,10 +127,15 @@ QByteArray kit::jpegPhoto(const QSize& size)
             line[x] = qRgb((x / 8 + noise) & 255, (y / 8 + noise) & 255, ((x + y) / 16 + noise) & 255);
         }
     }
+    return image;
+}
+
+QByteArray kit::jpegPhoto(const QSize& size)
+{
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "JPG", 85);
+    photo(size).save(&buffer, "JPG", 85);
     return bytes;
 }
 

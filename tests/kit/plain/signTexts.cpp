@@ -1,4 +1,5 @@
 #include "tests/kit/plain/signTexts.h"
+#include "tests/kit/plain/pictureFiles.h"
 #include <QBuffer>
 
 namespace {
@@ -10,22 +11,6 @@ QByteArray encoded(const QImage& image, const char* format, int quality)
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, format, quality);
     return bytes;
-}
-
-// Soft shapes with some grain, as a photo has them.
-QImage photo(const QSize& size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    unsigned grain = 1;
-    for (int y = 0; y < size.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < size.width(); ++x) {
-            grain = grain * 1664525u + 1013904223u;
-            const int noise = int(grain >> 28);
-            line[x] = qRgb((x * y / 300 + noise) & 255, (x / 3 + noise) & 255, (y / 2 + noise) & 255);
-        }
-    }
-    return image;
 }
 
 QByteArray fileMedia(const char* type, const QByteArray& file, const QByteArray& seconds,
