@@ -77,9 +77,9 @@ endfunction()
 # A test program for one folder of tests/; each of its tests runs in a process of its own, so that
 # the process-wide caches of the phone start empty. WAITS: these wait for other processes most of their time.
 # They count as half a processor in "ctest -j", which ./test gives twice the number of processors, and they
-# begin first.
+# begin first, those of the highest COST before all.
 function(hx_test name)
-    cmake_parse_arguments(TEST "NO_KIT;WAITS" "DIR;TIMEOUT" "LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(TEST "NO_KIT;WAITS" "DIR;TIMEOUT;COST" "LINK;LABELS" ${ARGN})
     if(NOT TEST_TIMEOUT)
         set(TEST_TIMEOUT 300)
     endif()
@@ -103,7 +103,10 @@ function(hx_test name)
     endif()
     set(properties TIMEOUT ${TEST_TIMEOUT} PROCESSORS 2)
     if(TEST_WAITS)
-        set(properties TIMEOUT ${TEST_TIMEOUT} PROCESSORS 1 COST 10)
+        if(NOT TEST_COST)
+            set(TEST_COST 10)
+        endif()
+        set(properties TIMEOUT ${TEST_TIMEOUT} PROCESSORS 1 COST ${TEST_COST})
     endif()
     if(TEST_LABELS)
         list(APPEND properties LABELS ${TEST_LABELS})

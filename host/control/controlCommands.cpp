@@ -117,9 +117,15 @@ void ring(const QStringList& arguments, const Reply& reply)
         reply(controlDone());
 }
 
+// Whoever looks again and again saves the phone the work of packing the picture.
+const char* pictureFormat(const QString& file)
+{
+    return file.endsWith(".ppm") ? "PPM" : "PNG";
+}
+
 void shot(const QStringList& arguments, const Reply& reply)
 {
-    const bool saved = screenGrab().save(arguments[0], "PNG");
+    const bool saved = screenGrab().save(arguments[0], pictureFormat(arguments[0]));
     reply(saved ? controlDone() : controlError("cannot write " + arguments[0]));
 }
 

@@ -66,8 +66,9 @@ const char* lineOf(int reason)
     }
 }
 
-tagEngine makeEngine(bool isSandboxed, const std::function<void(const char*)>& say)
+tagEngine makeEngine(bool isSandboxed, const tagWebPanelEvents& events)
 {
+    const auto say = events.say;
     tagEngine engine;
     engine.proxy = new engineProxy;
     setFlags(isSandboxed, engine.proxy->port());
@@ -90,7 +91,7 @@ const tagEngine* engineOf(const tagWebPanelEvents& events)
     static tagEngine engine;
     static bool told = false;
     if (sandbox != SANDBOX_MISSING && !engine.profile)
-        engine = makeEngine(sandbox == SANDBOX_ON, events.say);
+        engine = makeEngine(sandbox == SANDBOX_ON, events);
     if (sandbox != SANDBOX_ON && !told) {
         told = true;
         events.say(sandbox == SANDBOX_OFF ? "rich text engine runs without its sandbox: the phone is root"
@@ -108,5 +109,6 @@ extern "C" __attribute__((visibility("default"))) webPanel* hxWebMakePanel(QWidg
                                                                            const tagWebPanelEvents& events)
 {
     const tagEngine* engine = engineOf(events);
+    rendererWatch::instance().setBudget(events.budget);
     return engine ? new enginePanel(*engine, parent, events) : nullptr;
 }

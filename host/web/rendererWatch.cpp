@@ -30,7 +30,7 @@ void rendererWatch::use(QObject* user, pid_t process, bool hasText)
     m_users[user] = {process, hasText};
     if (process > 0 && !m_processes.contains(process)) {
         processLimitMemory(process, kMost);
-        m_processes[process].nTaken = processUse(process).nProcessorMs;
+        m_processes[process] = {processUse(process).nProcessorMs, m_budget.nSavedMs};
     }
     m_nRests = 0;
     if (m_timer.isActive() || process <= 0)
@@ -93,8 +93,8 @@ void rendererWatch::lookAt(pid_t process, qint64 passed)
     }
     const bool hasText = texts(process) > 0;
     Process& known = m_processes[process];
-    known.nSaved += passed * (hasText ? SHARE_PERCENT : REST_PERCENT) / kPercent;
-    known.nSaved = std::min<qint64>(known.nSaved, hasText ? SAVED_MS : REST_SAVED_MS);
+    known.nSaved += passed * (hasText ? m_budget.nSharePercent : REST_PERCENT) / kPercent;
+    known.nSaved = std::min<qint64>(known.nSaved, hasText ? m_budget.nSavedMs : REST_SAVED_MS);
     known.nSaved -= use.nProcessorMs - known.nTaken;
     known.nTaken = use.nProcessorMs;
     if (known.nSaved < 0)

@@ -1,6 +1,7 @@
 #pragma once
 // Holds the processes that draw texts to what a phone can spare, and ends one that takes more. No timer runs
 // while no text is shown and the processes rest. User-interface thread.
+#include "host/widgets/webPanel.h"
 #include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
@@ -14,11 +15,7 @@ public:
     enum REASON { TOO_BUSY, TOO_LARGE, HANGS };
     enum : int {
         LOOK_MS = 250,
-        // All texts of a process together may take this much of one processor for ever, and save up what they
-        // do not take: a text that is long to lay out is not ended.
-        SHARE_PERCENT = 60,
-        SAVED_MS = 6000,
-        // The same when none of them is shown.
+        // Of the processor when no text is there, in place of the budget.
         REST_PERCENT = 5,
         REST_SAVED_MS = 1000,
         REST_LOOKS = 12
@@ -31,6 +28,8 @@ public:
     static constexpr qint64 PHONE_MEMORY = 128 * 1024 * 1024;
 
     static rendererWatch& instance();
+    // Of all texts of a process together, from its next look on.
+    void setBudget(const tagTextBudget& budget) { m_budget = budget; }
     // user draws with that process, a text or nothing; 0 for no process.
     void use(QObject* user, pid_t process, bool hasText);
     void leave(QObject* user);
@@ -50,13 +49,14 @@ private:
     struct Process
     {
         qint64 nTaken = 0; // processor time, ms
-        qint64 nSaved = SAVED_MS;
+        qint64 nSaved = 0;
     };
     rendererWatch();
     void look();
     void lookAtPhone(bool hasText);
     void lookAt(pid_t process, qint64 passed);
     void rest(bool hasText);
+    tagTextBudget m_budget;
     QHash<QObject*, User> m_users;
     QHash<pid_t, Process> m_processes;
     QElapsedTimer m_since;

@@ -114,14 +114,16 @@ void QWebView::Private::showPlain()
         view, [this] { emit view->loadFinished(false); }, Qt::QueuedConnection);
 }
 
-// Its scripts end, and what they hold is free.
+// Its scripts end, and what they hold is free. An engine that is still to come is not given the text.
 void QWebView::Private::unload()
 {
-    if (html.isEmpty() || !panel || view->isVisible())
+    const bool isEngines = panel || webPlugin::instance().state() == webPlugin::LOADING;
+    if (html.isEmpty() || !isEngines || view->isVisible())
         return;
     isLoaded = false;
     hideAll();
-    panel->setHtml(QString());
+    if (panel)
+        panel->setHtml(QString());
 }
 
 QWebView::QWebView(QWidget* parent) : QWidget(parent), m_p(new Private(this))

@@ -16,6 +16,14 @@ public:
     virtual void setZoom(double factor) = 0; // as QWebView
 };
 
+// What all texts together may take of one processor, and save up of what they do not take: a text that is
+// long to lay out is not ended.
+struct tagTextBudget
+{
+    int nSharePercent = 60;
+    int nSavedMs = 6000;
+};
+
 // What a panel tells and asks. They may come from inside the engine: the panel must not be deleted by them.
 struct tagWebPanelEvents
 {
@@ -24,6 +32,7 @@ struct tagWebPanelEvents
     std::function<void()> died;           // the process that drew it is gone; setHtml starts another
     std::function<void(const char*)> say; // a line for the phone's log
     std::function<QString()> server;      // the address of the signage server
+    tagTextBudget budget;                 // of the engine from this panel on
 };
 
 // The plugin's entries, by these names. Start: the engine without a panel; false when it cannot be. Panel:

@@ -82,6 +82,7 @@ webPanel* webPlugin::makePanel(QWidget* parent, tagWebPanelEvents events) const
     events.server = [] {
         return toQString(NUX_SubClass::nuxGetRegistryString(kSystem, "nDeck", "strServerURL", ""));
     };
+    events.budget = m_budget;
     return m_eState == READY ? m_pEntry(parent, events) : nullptr;
 }
 

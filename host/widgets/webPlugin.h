@@ -16,6 +16,8 @@ public:
     static webPlugin& instance();
     // For a host that keeps it elsewhere; before the first load.
     void setFile(const QString& file) { m_strFile = file; }
+    // For a host that has less to spare; from the next text on.
+    void setBudget(const tagTextBudget& budget) { m_budget = budget; }
     STATE state() const { return m_eState; }
     // Begins to load, on a thread of its own; finished() tells the end of it. Later calls do nothing.
     void load();
@@ -41,6 +43,7 @@ private:
     void onKept();
     void onKeeperDied();
     QString m_strFile;
+    tagTextBudget m_budget;
     QLibrary m_library;
     webStartEntry m_pStart = nullptr;
     webPanelEntry m_pEntry = nullptr;

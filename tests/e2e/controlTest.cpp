@@ -16,9 +16,16 @@
 
 namespace {
 
+bool isPng(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.read(4) == "\x89PNG";
+}
+
 class Control : public LivePhone
 {
 protected:
+    QJsonValue ctl(const QStringList& command, int expectedExit = 0) { return hxctl(command, expectedExit); }
     static int runBare(const QStringList& words)
     {
         QProcess process;
@@ -93,6 +100,10 @@ TEST_F(Control, AShotIsTheScreenAsPng)
     EXPECT_EQ(image.size(), QSize(800, 480));
     EXPECT_GT(image.pixelColor(400, 20).blue(), image.pixelColor(400, 20).red());
     EXPECT_EQ(ctl({"shot", "/no/such/folder/x.png"}, 1).toObject().contains("error"), true);
+    EXPECT_TRUE(isPng(root() + "/screen.png"));
+    ctl({"shot", root() + "/screen.ppm"});
+    EXPECT_FALSE(isPng(root() + "/screen.ppm"));
+    EXPECT_EQ(QImage(root() + "/screen.ppm"), image) << "the same picture in another form";
 }
 
 TEST_F(Control, MenusFramesAndStepsAnswer)

@@ -11,6 +11,9 @@
 
 namespace {
 
+constexpr int kConnectMs = 100;
+constexpr int kAnswerMs = 60000;
+
 QJsonValue parse(const QByteArray& line)
 {
     const QJsonDocument wrapped = QJsonDocument::fromJson('[' + line.trimmed() + ']');
@@ -71,15 +74,46 @@ void LivePhone::kill()
 {
     m_phone.kill();
     m_phone.waitForFinished(5000);
+    m_link.close();
     // The next one listens anew.
     QFile::remove(root() + "/control");
 }
 
+QJsonValue LivePhone::ask(const QStringList& command, int& exit)
+{
+    // Another phone may have taken the place of the one before.
+    if (!m_link.isAlive())
+        m_link.open(root() + "/control", kConnectMs);
+    const QJsonValue value = m_link.ask(command, kAnswerMs);
+    const QJsonObject answer = value.toObject();
+    if (!m_link.isOpen() || answer["usage"].toBool())
+        exit = 2;
+    else
+        exit = answer.contains("error") ? 1 : 0;
+    return value;
+}
+
 QJsonValue LivePhone::ctl(const QStringList& command, int expectedExit)
+{
+    int exit = 0;
+    const QJsonValue value = ask(command, exit);
+    EXPECT_EQ(exit, expectedExit) << qPrintable(command.join(' ')) << ": "
+                                  << qPrintable(value.toObject()["error"].toString());
+    return value;
+}
+
+int LivePhone::exitOf(const QStringList& command)
+{
+    int exit = 0;
+    ask(command, exit);
+    return exit;
+}
+
+QJsonValue LivePhone::hxctl(const QStringList& command, int expectedExit)
 {
     QProcess process;
     process.start(kit::program("hxctl"), QStringList{"-s", root() + "/control"} + command);
-    EXPECT_TRUE(process.waitForFinished(60000)) << qPrintable(command.join(' '));
+    EXPECT_TRUE(process.waitForFinished(kAnswerMs)) << qPrintable(command.join(' '));
     const QByteArray output = process.readAllStandardOutput();
     EXPECT_EQ(process.exitCode(), expectedExit) << qPrintable(command.join(' ')) << ": " << output.constData()
                                                 << process.readAllStandardError().constData();
@@ -154,6 +188,13 @@ QStringList LivePhone::logOf(const QString& kind)
             texts.append(entry.toObject()["text"].toString());
     }
     return texts;
+}
+
+QImage LivePhone::screen()
+{
+    const QString file = root() + "/screen.ppm";
+    ctl({"shot", file});
+    return QImage(file);
 }
 
 void LivePhone::shot(const QString& name)

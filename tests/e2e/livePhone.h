@@ -1,5 +1,7 @@
 #pragma once
-// A built phone in a process of its own, driven through hxctl alone.
+// A built phone in a process of its own, driven through its control socket alone.
+#include "tests/kit/plain/controlLink.h"
+#include <QImage>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QProcess>
@@ -14,8 +16,12 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    // The command's value; fails the test when hxctl does not exit with expectedExit.
+    // The command's value; fails the test when hxctl would not exit with expectedExit.
     QJsonValue ctl(const QStringList& command, int expectedExit = 0);
+    // The same through hxctl itself, which is a process for each command.
+    QJsonValue hxctl(const QStringList& command, int expectedExit = 0);
+    // The exit status that a command has; fails nothing.
+    int exitOf(const QStringList& command);
     void start();
     // Without waiting for the home screen; as another user when the test may do so.
     void launch(uid_t user = 0);
@@ -38,6 +44,7 @@ protected:
     void pad(const QString& digits);
     QString config(const QString& file, const QString& section, const QString& name);
     QStringList logOf(const QString& kind);
+    QImage screen();
     // The screen into shots/NAME.png of the build folder.
     void shot(const QString& name);
 
@@ -45,6 +52,9 @@ protected:
     qint64 pid() const { return m_phone.processId(); }
 
 private:
+    QJsonValue ask(const QStringList& command, int& exit);
+
     QTemporaryDir m_root;
     QProcess m_phone;
+    ControlLink m_link;
 };

@@ -1,6 +1,5 @@
 // The two players as the phone keeps them.
 #include "tests/e2e/livePhone.h"
-#include "tests/kit/plain/deviceFolder.h"
 #include "tests/kit/plain/processes.h"
 #include <QDir>
 #include <QFile>
@@ -21,13 +20,7 @@ protected:
                    canPost(thread);
         });
     }
-    bool canPost(const QByteArray& thread)
-    {
-        QProcess process;
-        process.start(kit::program("hxctl"), {"-s", root() + "/control", "post", thread, "1", "0", "0"});
-        process.waitForFinished();
-        return process.exitCode() == 0;
-    }
+    bool canPost(const QByteArray& thread) { return exitOf({"post", thread, "1", "0", "0"}) == 0; }
     static bool until(const std::function<bool()>& condition) { return kit::waits(condition, 8000); }
     bool hasTrace(const QString& text) { return logOf("trace").filter(text).size() > 0; }
 };

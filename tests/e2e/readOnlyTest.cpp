@@ -1,7 +1,6 @@
 // A phone whose file system cannot be written.
 #include "places.h"
 #include "tests/e2e/livePhone.h"
-#include "tests/kit/plain/deviceFolder.h"
 #include "tests/kit/plain/processes.h"
 #include <QDir>
 #include <QDirIterator>
@@ -28,14 +27,7 @@ protected:
             ASSERT_EQ(chmod(all.filePath().toUtf8(), all.fileInfo().isDir() ? 0755 : 0644), 0);
         }
     }
-    bool isPlayerThere()
-    {
-        QProcess process;
-        process.start(kit::program("hxctl"),
-                      {"-s", root() + "/control", "post", "app_hxMovie", "1", "0", "0"});
-        process.waitForFinished();
-        return process.exitCode() == 0;
-    }
+    bool isPlayerThere() { return exitOf({"post", "app_hxMovie", "1", "0", "0"}) == 0; }
     QByteArray settings() const
     {
         QFile file(root() + "/rundata/config/user/user.ini");

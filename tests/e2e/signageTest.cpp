@@ -1,5 +1,5 @@
 // From an empty folder to the screen: the phone, its players and the demonstration server, each in a
-// process of its own, driven through hxctl alone.
+// process of its own, driven through the control socket alone.
 #include "places.h"
 #include "tests/e2e/livePhone.h"
 #include "tests/kit/plain/processes.h"
@@ -57,12 +57,6 @@ protected:
     }
     void openNdeck() { ctl({"open-info", "Ndeck", "", "Ndeck"}); }
 
-    QImage screen()
-    {
-        const QString file = root() + "/screen.png";
-        ctl({"shot", file});
-        return QImage(file);
-    }
     // Waits until the screen shows the colour at the point.
     bool shows(int x, int y, const QColor& colour, int ms = kWaitMs)
     {

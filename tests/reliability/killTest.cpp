@@ -16,8 +16,10 @@ namespace {
 
 #define SYSTEM_FILE "/rundata/config/system.ini"
 constexpr unsigned kSeed = 20261121;
-constexpr int kPeerRounds = 200;
+constexpr int kPeerRounds = 100;
 constexpr int kPhoneRounds = 12;
+constexpr int kBackRounds = 10; // more of them add chance alone
+constexpr int kLongBackRounds = 25;
 constexpr int kInStepMs = 30000;
 
 class Killed : public ::testing::Test
@@ -48,6 +50,11 @@ protected:
     std::mt19937 random{kSeed};
 };
 
+// Twice, beside each other: two hundred deaths.
+class KilledOften : public Killed, public ::testing::WithParamInterface<unsigned>
+{
+};
+
 class KilledPhone : public LivePhone
 {
 protected:
@@ -69,21 +76,16 @@ protected:
         ctl({"set", "net", "state=2"});
         ctl({"open-info", "Ndeck", "", "Ndeck"});
     }
-    QString middleOfScreen()
-    {
-        const QString file = root() + "/screen.png";
-        ctl({"shot", file});
-        return QImage(file).pixelColor(400, 240).name();
-    }
+    QString middleOfScreen() { return screen().pixelColor(400, 240).name(); }
 
     SignServer server;
 };
 
 } // namespace
 
-TEST_F(Killed, ASyncSurvivesTwoHundredDeathsAtAnyMoment)
+TEST_P(KilledOften, ASyncSurvivesAHundredDeathsAtAnyMoment)
 {
-    SignContent content(server, kSeed);
+    SignContent content(server, kSeed + GetParam());
     SyncPeer peer(server.url());
     int lived = 0;
     for (int round = 0; round < kPeerRounds; ++round) {
@@ -104,6 +106,8 @@ TEST_F(Killed, ASyncSurvivesTwoHundredDeathsAtAnyMoment)
     EXPECT_TRUE(waits([&] { return peer.shows() == content.colour(); }, kInStepMs))
         << qPrintable(peer.shows());
 }
+
+INSTANTIATE_TEST_SUITE_P(Stories, KilledOften, ::testing::Values(0U, 1U));
 
 // Of transfers and of verified files, also where no schedule names them any more.
 TEST_F(Killed, WhatADeathLeftBehindIsGoneWithTheNextStart)
@@ -135,7 +139,8 @@ TEST_F(Killed, AContentThatGoesBackAfterADeathIsNotTakenForTheOneThatIsThere)
 {
     SignContent content(server, kSeed + 1);
     SyncPeer peer(server.url());
-    for (int round = 0; round < 25; ++round) {
+    const int rounds = qEnvironmentVariableIsSet("HX_LONG") ? kLongBackRounds : kBackRounds;
+    for (int round = 0; round < rounds; ++round) {
         content.change();
         ASSERT_TRUE(peer.start());
         liveAWhile(peer);

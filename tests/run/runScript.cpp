@@ -2,6 +2,7 @@
 #include "places.h"
 #include "tests/kit/plain/processes.h"
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QRegularExpression>
@@ -158,7 +159,7 @@ QByteArray RunScript::display() const
 
 QImage RunScript::phoneShot()
 {
-    const QString file = root() + "/shot.png";
+    const QString file = root() + "/shot.ppm";
     ctl({"wait", "idle", "10000"});
     ctl({"shot", file});
     return QImage(file).convertToFormat(QImage::Format_RGB32);
@@ -168,25 +169,37 @@ bool eventually(const std::function<bool()>& holds, int ms)
 {
     QEventLoop loop;
     QTimer look;
+    bool isSo = holds();
+    // From the end of one look to the next: the page is drawn meanwhile.
+    look.setSingleShot(true);
     QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-        if (holds())
+        QElapsedTimer took;
+        took.start();
+        isSo = holds();
+        if (isSo)
             loop.quit();
+        else
+            look.start(int(qMax<qint64>(kLookEveryMs, took.elapsed())));
     });
     QTimer::singleShot(ms, &loop, &QEventLoop::quit);
     look.start(kLookEveryMs);
-    if (!holds())
+    if (!isSo)
         loop.exec();
-    return holds();
+    return isSo;
 }
 
 double difference(const QImage& a, const QImage& b)
 {
     if (a.isNull() || a.size() != b.size())
         return 1;
+    const QImage left = a.convertToFormat(QImage::Format_RGB32);
+    const QImage right = b.convertToFormat(QImage::Format_RGB32);
     qint64 count = 0;
     for (int y = 0; y < a.height(); ++y) {
+        const auto* leftLine = reinterpret_cast<const QRgb*>(left.constScanLine(y));
+        const auto* rightLine = reinterpret_cast<const QRgb*>(right.constScanLine(y));
         for (int x = 0; x < a.width(); ++x)
-            count += !isNear(a.pixel(x, y), b.pixel(x, y));
+            count += !isNear(leftLine[x], rightLine[x]);
     }
     return double(count) / (double(a.width()) * a.height());
 }

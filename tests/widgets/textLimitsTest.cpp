@@ -11,11 +11,12 @@
 
 namespace {
 
-constexpr int kWindowMs = 1000;
+constexpr int kWindowMs = 400;
 constexpr double kRests = 0.05; // of a processor
-// What all texts may take: that share, and what they have saved up; and a look or two.
-constexpr double kShare = 0.6;
-constexpr double kSavedSeconds = 6 + 2; // and what two processors do until the next look
+constexpr double kIsAtIt = 0.1; // seconds of a processor
+// A script that takes all that it gets has taken this soon, on a busy machine too.
+constexpr tagTextBudget kSmall = {30, 1000};
+constexpr double kUntilLookSeconds = 2; // what two processors do until the next look
 constexpr qint64 kMiB = 1024 * 1024;
 
 // A script that takes all that it gets, and the text beside it.
@@ -80,6 +81,7 @@ void hurry(pid_t process)
 class TextLimits : public WebView
 {
 protected:
+    TextLimits() { webPlugin::instance().setBudget({}); }
     // A share of one processor over the next moment; 0 for a process that is gone.
     static double share(pid_t process)
     {
@@ -100,6 +102,13 @@ protected:
         }
         return false;
     }
+    // What begins late.
+    static bool isAtIt(pid_t process)
+    {
+        const double before = kit::cpuSeconds(process);
+        hurry(process);
+        return kit::waitUntil([&] { return kit::cpuSeconds(process) > before + kIsAtIt; }, kEngineMs);
+    }
     bool isTraced(const char* line) const { return traced().find(line) != std::string::npos; }
     void showNext(const char* colour)
     {
@@ -119,9 +128,7 @@ protected:
         view->setHtml(textOf(GetParam()));
         EXPECT_TRUE(shows(Qt::red));
         const pid_t process = kit::textProcess();
-        share(process); // it begins late
-        hurry(process);
-        EXPECT_GT(share(process), kRests);
+        EXPECT_TRUE(isAtIt(process));
         return process;
     }
 };
@@ -138,26 +145,28 @@ TEST_P(Spin, EndsWithTheShow)
 {
     const pid_t process = start();
     view->hide();
+    kit::stepTime(1100); // it is taken from the engine
+    kit::stepTime(3100); // whose process is ended when it does not let go of it
     EXPECT_TRUE(rests(process));
     showNext("blue");
 }
 
 TEST_P(Spin, IsEndedAndPlainWhileItIsShown)
 {
-    const pid_t process = start();
+    webPlugin::instance().setBudget(kSmall);
     QElapsedTimer timer;
     timer.start();
+    const pid_t process = start();
     double taken = 0;
-    const bool isEnded = kit::waitUntil(
+    EXPECT_TRUE(kit::waitUntil(
         [&] {
             hurry(process);
             taken = std::max(taken, kit::cpuSeconds(process));
-            return ends.contains(false) || taken > kSavedSeconds + kShare * double(timer.elapsed()) / 1000;
+            return ends.contains(false);
         },
-        25000);
-    EXPECT_LE(taken, kSavedSeconds + kShare * double(timer.elapsed()) / 1000);
-    if (!isEnded)
-        GTEST_SKIP() << "others have the machine: it did not get what would be too much";
+        kEngineMs));
+    EXPECT_LE(taken, (kSmall.nSavedMs + kSmall.nSharePercent * double(timer.elapsed()) / 100) / 1000 +
+                         kUntilLookSeconds);
     EXPECT_TRUE(rests(process));
     EXPECT_TRUE(isTraced("rich text takes too much of the processor, its process is ended")) << traced();
     EXPECT_FALSE(whereIs(Qt::yellow).isEmpty());
@@ -195,6 +204,8 @@ INSTANTIATE_TEST_SUITE_P(TextLimits, Hog, ::testing::ValuesIn(kHogs), nameOf);
 
 TEST_F(TextLimits, AMarqueeThatRunsForLongIsNotEnded)
 {
+    // The share as it is; with less saved up, too much shows sooner.
+    webPlugin::instance().setBudget({tagTextBudget().nSharePercent, 1500});
     QWebView other(&window);
     other.setGeometry(0, 250, 800, 200);
     other.show();
@@ -204,7 +215,7 @@ TEST_F(TextLimits, AMarqueeThatRunsForLongIsNotEnded)
     const pid_t process = kit::textProcess();
     QElapsedTimer timer;
     timer.start();
-    kit::waitUntil([&] { return timer.elapsed() > 20000; }, 25000);
+    kit::waitUntil([&] { return timer.elapsed() > 5000; }, 10000);
     EXPECT_EQ(kit::textProcess(), process);
     EXPECT_FALSE(ends.contains(false)) << traced();
 }
@@ -245,11 +256,27 @@ TEST_F(TextLimits, AHiddenTextIsUnloadedAndLoadedAgainWhenItIsShown)
 
 TEST_F(TextLimits, ATextThatIsNeverShownIsUnloadedToo)
 {
+    ASSERT_TRUE(kit::waitUntil([] { return !webPlugin::instance().warmStep(); }, kEngineMs));
     view->hide();
     view->setHtml(textOf(kSpins[1]));
-    ASSERT_TRUE(kit::waitUntil([&] { return ends.contains(true); }, kEngineMs));
+    const pid_t process = kit::textProcess();
+    EXPECT_TRUE(isAtIt(process));
     EXPECT_TRUE(kit::waitUntil([&] { return !view->isLoaded(); }));
-    EXPECT_TRUE(rests(kit::textProcess()));
+    EXPECT_TRUE(rests(process));
+}
+
+TEST_F(TextLimits, ATextThatIsHiddenBeforeTheEngineIsThereIsNotGivenToIt)
+{
+    view->hide();
+    view->setHtml(box("red"));
+    ASSERT_EQ(webPlugin::instance().state(), webPlugin::LOADING);
+    kit::stepTime(1100);
+    EXPECT_FALSE(view->isLoaded());
+    ASSERT_TRUE(kit::waitUntil([] { return webPlugin::instance().state() == webPlugin::READY; }, kEngineMs));
+    kit::settle();
+    EXPECT_TRUE(view->findChildren<QWidget*>().isEmpty()) << "nothing draws";
+    view->show();
+    EXPECT_TRUE(shows(Qt::red));
 }
 
 TEST_F(TextLimits, AFailedTextIsPlainAtOnceForAWhile)
@@ -285,11 +312,12 @@ TEST_F(TextLimits, ATextBesideOneThatHangsAndGoesIsLoadedAgain)
     view->setHtml(textOf(kSpins[0]));
     ASSERT_TRUE(shows(Qt::red));
     const pid_t process = kit::textProcess();
-    share(process); // it begins late
-    hurry(process);
-    EXPECT_GT(share(process), kRests);
+    EXPECT_TRUE(isAtIt(process));
     view->setHtml(QString());
-    ASSERT_TRUE(kit::waitUntil([&] { return isTraced("rich text process hangs, it is ended"); }, 20000));
+    kit::stepTime(2500);
+    EXPECT_FALSE(isTraced("rich text process hangs, it is ended"));
+    kit::stepTime(600);
+    EXPECT_TRUE(isTraced("rich text process hangs, it is ended"));
     ASSERT_TRUE(
         kit::waitUntil([&] { return kit::textProcess() != process && kit::textProcess() != 0; }, kEngineMs));
     EXPECT_TRUE(kit::waitUntil([&] { return whereIs(Qt::yellow) == QRect(120, 330, 50, 40); }, kEngineMs));

@@ -9,19 +9,26 @@
 inline constexpr int kEngineMs = 30000; // the engine's first text, on a busy machine
 inline constexpr QRect kView(100, 100, 400, 100);
 
+inline bool isNear(QRgb colour, QRgb wanted)
+{
+    return qAbs(qRed(colour) - qRed(wanted)) < 40 && qAbs(qGreen(colour) - qGreen(wanted)) < 40 &&
+           qAbs(qBlue(colour) - qBlue(wanted)) < 40;
+}
 inline bool isNear(QColor colour, QColor wanted)
 {
-    return qAbs(colour.red() - wanted.red()) < 40 && qAbs(colour.green() - wanted.green()) < 40 &&
-           qAbs(colour.blue() - wanted.blue()) < 40;
+    return isNear(colour.rgb(), wanted.rgb());
 }
 
 // The smallest rectangle that holds all pixels of that colour.
 inline QRect extent(const QImage& image, QColor colour)
 {
+    const QImage plain = image.convertToFormat(QImage::Format_RGB32);
+    const QRgb wanted = colour.rgb();
     QRect found;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (isNear(image.pixelColor(x, y), colour))
+    for (int y = 0; y < plain.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(plain.constScanLine(y));
+        for (int x = 0; x < plain.width(); ++x) {
+            if (isNear(line[x], wanted))
                 found |= QRect(x, y, 1, 1);
         }
     }

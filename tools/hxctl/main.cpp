@@ -33,7 +33,7 @@ const char* const kHelp =
     "number of\n"
     "                                widgets, processor milliseconds of the user interface\n"
     "memory                          bytes that the phone holds\n"
-    "shot FILE                       the screen as PNG\n"
+    "shot FILE                       the screen as PNG; as PPM, which is quicker, where FILE ends in .ppm\n"
     "log [N]                         what the phone did, from number N on\n"
     "set line I [state=] [user=] [server=] [name=] [new=] [old=]\n"
     "set net [state=] [type=] [cable=] [conflict=] [used=IP]\n"

@@ -19,6 +19,14 @@ constexpr int kSteadyMs = 10000; // one that ran so long starts again without de
 constexpr int kEndMs = 500;      // to end by itself
 constexpr int kMaxLine = 1000;   // bytes of a line in the log
 
+// A test of many deaths does not wait ten seconds between them.
+qint64 steadyMs()
+{
+    bool isSet = false;
+    const int ms = qEnvironmentVariableIntValue("HX_PLAYER_STEADY_MS", &isSet);
+    return isSet ? ms : kSteadyMs;
+}
+
 // The picture of a film that nobody sends any more would stand still for ever.
 void dropPicture()
 {
@@ -88,7 +96,7 @@ void playerProcess::onEnd(const QString& how)
 {
     if (m_bStopped)
         return;
-    if (m_running.elapsed() >= kSteadyMs)
+    if (m_running.elapsed() >= steadyMs())
         m_nDelayMs = kFirstDelayMs;
     nuxTrace(TRACE_NOTE, "%s %s, it is started again in %d ms", qPrintable(m_program), qPrintable(how),
              m_nDelayMs);

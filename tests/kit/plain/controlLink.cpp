@@ -52,6 +52,12 @@ void ControlLink::close()
     m_input.clear();
 }
 
+bool ControlLink::isAlive() const
+{
+    pollfd look = {m_nSocket, POLLRDHUP, 0};
+    return isOpen() && poll(&look, 1, 0) == 0;
+}
+
 QJsonValue ControlLink::ask(const QStringList& words, int ms)
 {
     QElapsedTimer took;

@@ -19,6 +19,8 @@ public:
     bool open(const QString& socket, int ms);
     void close();
     bool isOpen() const { return m_nSocket >= 0; }
+    // Open, and the phone at the other end is still there.
+    bool isAlive() const;
     // The command's value. The link is closed when the phone is gone, or gives no answer for ms.
     QJsonValue ask(const QStringList& words, int ms = ANSWER_MS);
     // What the last command took, in milliseconds.

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QList>
 #include <QThread>
+#include <algorithm>
 #include <csignal>
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -12,6 +13,7 @@
 namespace {
 
 constexpr int kLookEveryMs = 10;
+constexpr int kRestAtMostMs = 50;
 
 QByteArray readProc(qint64 pid, const char* name)
 {
@@ -92,10 +94,14 @@ bool kit::waits(const std::function<bool()>& holds, int ms)
 {
     QElapsedTimer time;
     time.start();
-    while (!holds()) {
-        if (time.elapsed() > ms)
+    for (;;) {
+        const qint64 before = time.elapsed();
+        if (holds())
+            return true;
+        const qint64 now = time.elapsed();
+        if (now > ms)
             return false;
-        QThread::msleep(kLookEveryMs);
+        // A look that takes long leaves the processor to those that are waited for.
+        QThread::msleep(ulong(std::clamp<qint64>(2 * (now - before), kLookEveryMs, kRestAtMostMs)));
     }
-    return true;
 }
