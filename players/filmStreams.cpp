@@ -102,6 +102,15 @@ void linkDecoded(GstElement*, GstPad* pad, gpointer into)
     gst_object_unref(sink);
 }
 
+// What is in a stream that nobody wants goes no further: the drain would hold the first of it until all
+// streams have begun, and with it those that come after it in the file.
+GstPadProbeReturn dropContent(GstPad*, GstPadProbeInfo* info, gpointer)
+{
+    const bool isContent = !GST_IS_EVENT(GST_PAD_PROBE_INFO_DATA(info)) ||
+                           GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_GAP;
+    return isContent ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+}
+
 } // namespace
 
 filmStreams::filmStreams(const QByteArray& file, const tagTarget* target)
@@ -291,6 +300,7 @@ void filmStreams::addDrain(GstPad* pad)
     gst_element_sync_state_with_parent(drain);
     GstPad* sink = gst_element_get_static_pad(drain, "sink");
     gst_pad_add_probe(sink, GST_PAD_PROBE_TYPE_BUFFER, onDrained, this, nullptr);
+    gst_pad_add_probe(sink, GST_PAD_PROBE_TYPE_DATA_DOWNSTREAM, dropContent, nullptr, nullptr);
     gst_pad_link(pad, sink);
     gst_object_unref(sink);
 }

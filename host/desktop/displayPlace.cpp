@@ -24,16 +24,24 @@ bool displayPlace::call(int show) const
 
 bool displayPlace::show()
 {
+    if (isShown())
+        return true;
+    hide();
     m_bShown = call(1);
     return m_bShown;
 }
 
 void displayPlace::hide()
 {
+    const bool isHere = m_pParent ? hasFrame() : m_bShown;
     m_bShown = false;
-    if (call(0) || !hasFrame())
-        return;
-    frame()->hide();
+    if (isHere && !call(0) && m_pParent)
+        frame()->hide();
+}
+
+bool displayPlace::hasFrame() const
+{
+    return frame() && !frame()->isHidden();
 }
 
 QWidget* displayPlace::frame() const

@@ -206,19 +206,28 @@ bool frmCall::mayShowDisplay() const
 
 void frmCall::showDisplay()
 {
-    const bool wanted = mayShowDisplay();
-    if (wanted == m_display.isShown())
-        return;
-    if (wanted)
-        m_display.show();
-    else
+    m_bBeside = mayShowDisplay();
+    if (!m_bBeside)
         m_display.hide();
+    else if (isActiveWindow())
+        m_bBeside = m_display.show();
     layOut();
+}
+
+// The frame leaves a window under another one. It may come, as what it was there, with a window that becomes
+// active, which is told so before the frame moves.
+bool frmCall::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowDeactivate)
+        m_display.windowLeft();
+    else if (event->type() == QEvent::WindowActivate)
+        QMetaObject::invokeMethod(this, &frmCall::showDisplay, Qt::QueuedConnection);
+    return QWidget::event(event);
 }
 
 void frmCall::layOut()
 {
-    const QRect place = m_display.isShown() ? kBeside : kWhole;
+    const QRect place = m_bBeside ? kBeside : kWhole;
     QWidget* const lines[] = {m_ui->labName, m_ui->labNumber, m_ui->labState, m_ui->labDuration};
     for (QWidget* line : lines)
         line->setGeometry(place.left(), line->y(), place.width(), line->height());
@@ -242,7 +251,7 @@ void frmCall::paintEvent(QPaintEvent*)
     painter.fillRect(0, 0, width(), look::kTopBarHeight, look::colour(kStrip));
     look::paintBox(painter, m_ui->labPicture->geometry().adjusted(-4, -4, 4, 4), kPicture.width() / 2.0 + 4,
                    kPictureEdge);
-    if (m_display.isShown())
+    if (m_bBeside)
         m_display.paintMount(painter);
 }
 

@@ -20,6 +20,7 @@ public:
     void onCall(const tagCall& call);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent*) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -56,6 +57,7 @@ private:
     QTimer m_end;
     bool m_bMuted = false; // here, so it ends with the call
     displayPlace m_display;
+    bool m_bBeside = false; // the signage has its place here
 };
 
 // Has the call screen follow the phone's calls from now on.

@@ -98,7 +98,6 @@ bool idleShow::showNext()
 
 bool idleShow::showCorner()
 {
-    m_bUsedCorner = true;
     if (!m_corner.show())
         return false;
     m_eState = CORNER;
@@ -122,8 +121,7 @@ void idleShow::endCorner()
     if (m_eState != CORNER)
         return;
     m_eState = AWAY;
-    if (m_corner.hasFrame())
-        m_corner.hide();
+    m_corner.hide();
     emit changed();
 }
 
@@ -143,9 +141,11 @@ void idleShow::onHomeLeft()
 
 void idleShow::onHomeActive()
 {
-    if (m_eState == FULL)
+    if (m_eState == FULL) {
         m_eState = AWAY;
-    if (m_eState == AWAY && m_bUsedCorner)
+        m_full.windowLeft();
+    }
+    if (m_eState == AWAY)
         m_corner.hide();
     plan();
 }

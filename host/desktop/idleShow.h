@@ -42,5 +42,4 @@ private:
     displayPlace m_full;
     QTimer m_timer;
     STATE m_eState = AWAY;
-    bool m_bUsedCorner = false; // the frame knows this window: it may come back by itself
 };

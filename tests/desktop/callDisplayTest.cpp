@@ -4,6 +4,7 @@
 #include "host/desktop/frmCall.h"
 #include "host/services/messages/messageBus.h"
 #include "host/services/phone/phoneService.h"
+#include "support/host/module.h"
 #include "support/host/phone.h"
 #include "tests/desktop/signageStand.h"
 #include <cstring>
@@ -37,7 +38,40 @@ protected:
     static QWidget* screen() { return kit::windows().value(0); }
     static QStringList shown() { return told().filter("frmCall"); }
     static QStringList params() { return told().filter("param"); }
+    // As the page opens it.
+    static void showFull(int show = 1)
+    {
+        hostModule().windowDisplay(show, NDECK_WINDOW_PAGE, nullptr, QRect(0, 0, 800, 480));
+        kit::settle();
+    }
+    static bool isBeside() { return frame()->isVisible() && frame()->parent() == theScreen(); }
+    // Also under another window.
+    static QWidget* theScreen()
+    {
+        for (QWidget* window : kit::windows()) {
+            if (window->inherits("frmCall"))
+                return window;
+        }
+        return nullptr;
+    }
     static constexpr int kAnswered = 2000;
+    static constexpr int kGone = 2000;
+};
+
+class Page : public QWidget
+{
+public:
+    Page()
+    {
+        setGeometry(0, 0, 800, 480);
+        show();
+        kit::settle();
+    }
+    ~Page() override
+    {
+        hide();
+        kit::settle();
+    }
 };
 
 // Hears what the phone tells the media server.
@@ -112,6 +146,100 @@ TEST_F(CallDisplay, ABusyNumberTakesItAway)
     dial("busy");
     kit::stepTime(kAnswered);
     EXPECT_EQ(shown(), (QStringList{kShow, kHide}));
+}
+
+TEST_F(CallDisplay, EveryCallThatRingsHasTheWholeScreen)
+{
+    switchOn();
+    for (int call = 1; call <= 3; ++call) {
+        showFull();
+        dial("4711");
+        EXPECT_FALSE(frame()->isVisible()) << call;
+        EXPECT_EQ(screen()->findChild<QWidget*>("labName")->width(), 720) << call;
+        forget();
+        kit::stepTime(kAnswered);
+        EXPECT_TRUE(isBeside()) << call;
+        EXPECT_EQ(shown().value(0).toStdString(), kShow) << call;
+        hangUpAll();
+        EXPECT_FALSE(frame()->isVisible()) << call;
+        kit::stepTime(kGone);
+    }
+}
+
+TEST_F(CallDisplay, ASecondCallThatRingsTakesTheFrameAwayUntilItTalks)
+{
+    switchOn();
+    dial("4711");
+    kit::stepTime(kAnswered);
+    ASSERT_TRUE(isBeside());
+    const int second = dial("4712");
+    EXPECT_FALSE(frame()->isVisible());
+    kit::stepTime(kAnswered);
+    EXPECT_TRUE(isBeside());
+    phoneService::instance().hangUp(second);
+    kit::settle();
+    EXPECT_TRUE(isBeside()) << "the first goes on";
+}
+
+TEST_F(CallDisplay, WhatWasOverTheCallGivesItsPlaceBack)
+{
+    switchOn();
+    dial("4711");
+    kit::stepTime(kAnswered);
+    for (int time = 1; time <= 2; ++time) {
+        {
+            const Page page;
+            EXPECT_FALSE(frame()->isVisible());
+            forget();
+        }
+        EXPECT_TRUE(isBeside()) << time;
+        EXPECT_EQ(shown(), QStringList{kShow}) << time;
+        showFull();
+        EXPECT_FALSE(isBeside());
+        forget();
+        showFull(0);
+        EXPECT_TRUE(isBeside()) << time;
+        EXPECT_TRUE(!shown().isEmpty() && shown().last() == kShow) << asked();
+    }
+}
+
+TEST_F(CallDisplay, AFrameThatComesBackAsThatOfAnotherPlaceIsDrawnAnew)
+{
+    switchOn();
+    switches().ringBack = true;
+    dial("4711");
+    kit::stepTime(kAnswered);
+    showFull();
+    forget();
+    dial("4712");
+    EXPECT_TRUE(isBeside());
+    EXPECT_EQ(shown(), (QStringList{kHide, kShow}));
+}
+
+TEST_F(CallDisplay, ATalkThatBeginsUnderAPageShowsTheFrameAfterIt)
+{
+    switchOn();
+    dial("4711");
+    {
+        const Page page;
+        kit::stepTime(kAnswered);
+        EXPECT_TRUE(shown().isEmpty()) << asked();
+    }
+    EXPECT_TRUE(isBeside());
+}
+
+TEST_F(CallDisplay, ACallThatEndsUnderTheShowLeavesItWhereItIs)
+{
+    switchOn();
+    dial("4711");
+    kit::stepTime(kAnswered);
+    showFull();
+    forget();
+    hangUpAll();
+    kit::stepTime(kGone);
+    EXPECT_TRUE(shown().isEmpty()) << asked();
+    EXPECT_TRUE(frame()->isVisible());
+    EXPECT_EQ(frame()->window(), screen());
 }
 
 TEST_F(CallDisplay, SwitchingTheClientOffGivesTheCallTheWholeScreen)

@@ -5,6 +5,7 @@
 #include "support/host/net.h"
 #include "support/host/player.h"
 #include "support/host/registry.h"
+#include <QHash>
 #include <QKeyEvent>
 
 namespace {
@@ -52,11 +53,57 @@ bool isOn()
     return nuxGetRegistryInt(kConfig, "nDeck", "bEnable", 0) == 1;
 }
 
+// Where the frame has been, it goes by itself when the window that it is in is left for that one.
+class Places : public QObject
+{
+public:
+    void add(QWidget* window, const QRect& rect)
+    {
+        if (!m_rects.contains(window))
+            window->installEventFilter(this);
+        m_rects.insert(window, rect);
+    }
+    void clear()
+    {
+        for (QWidget* window : m_rects.keys())
+            window->removeEventFilter(this);
+        m_rects.clear();
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::WindowDeactivate && theFrame().parent() == watched)
+            moveOn();
+        return false;
+    }
+
+private:
+    void moveOn()
+    {
+        QWidget* window = kit::windows().value(0);
+        if (window == theFrame().parent()) {
+            theFrame().hide();
+            return;
+        }
+        const bool isKnown = m_rects.contains(window);
+        theFrame().setParent(isKnown ? window : nullptr);
+        theFrame().setGeometry(m_rects.value(window));
+        theFrame().setVisible(isKnown);
+    }
+    QHash<QWidget*, QRect> m_rects;
+};
+
+Places& thePlaces()
+{
+    static Places places;
+    return places;
+}
+
 void place(int show, QWidget* parent, const QRect& rect)
 {
     QWidget* owner = parent ? parent : &theWindow();
     if (!parent)
         owner->setVisible(show != 0);
+    thePlaces().add(owner, rect);
     theFrame().setParent(owner);
     theFrame().setGeometry(rect);
     theFrame().setVisible(show != 0);
@@ -127,6 +174,7 @@ SignageTest::SignageTest()
 
 SignageTest::~SignageTest()
 {
+    thePlaces().clear();
     theFrame().setParent(nullptr);
     theWindow().hide();
     hostSetModule(tagModuleEntries());

@@ -36,6 +36,17 @@ bool isLike(const QColor& left, const QColor& right)
     return apart < 60;
 }
 
+// Each pixel is nearly the same, but for some of its edges.
+bool isLike(const QImage& left, const QImage& right)
+{
+    int apart = 0;
+    for (int y = 0; y < left.height(); ++y) {
+        for (int x = 0; x < left.width(); ++x)
+            apart += !isLike(left.pixelColor(x, y), right.pixelColor(x, y));
+    }
+    return left.size() == right.size() && apart < left.width() * left.height() / 50;
+}
+
 class Signage : public LivePhone
 {
 protected:
@@ -75,6 +86,37 @@ protected:
                 return QRect(at["x"].toInt(), at["y"].toInt(), at["w"].toInt(), at["h"].toInt());
         }
         return QRect();
+    }
+    QString textOf(const QString& name) { return widget(name)["text"].toString(); }
+    void ring() { ctl({"ring", "333", "0", "First"}); }
+    bool isInCall() { return topWindow()["class"] == "frmCall"; }
+    // A picture of the phone while the call rings; null when it rings no more.
+    QImage ringing()
+    {
+        const QString incoming = "Incoming call";
+        const bool before = isInCall() && textOf("labState") == incoming;
+        const QImage picture = screen();
+        return before && isInCall() && textOf("labState") == incoming ? picture : QImage();
+    }
+    // The signage stands beside the call, which talks.
+    bool showsInTalk(const QColor& colour)
+    {
+        const QRect beside(304, 66, 480, 288);
+        return waits([&] { return isInCall() && frameInCall() == beside; }) &&
+               shows(beside.center().x(), beside.center().y(), colour, 5000) &&
+               shows(beside.left() + 20, beside.top() + 20, colour, 5000) && textOf("labState") == "In call";
+    }
+    void endCall()
+    {
+        softKey(3);
+        EXPECT_TRUE(frameInCall().isEmpty());
+        EXPECT_TRUE(waits([&] { return !isInCall(); }));
+    }
+    // The tile of the home screen.
+    void showTile()
+    {
+        ctl({"set", "idle", "25"});
+        EXPECT_TRUE(waits([&] { return topWindow()["class"] == "frmDesktop" && !frameInCall().isEmpty(); }));
     }
     // Two pictures of the middle differ, and neither is empty.
     bool filmRuns(const QRect& at)
@@ -343,5 +385,170 @@ TEST_F(Signage, ACallStopsTheFilmUnlessItMayGoOn)
         ASSERT_TRUE(waits([&] { return topWindow()["class"] != "frmCall"; }));
         openNdeck();
         EXPECT_TRUE(filmRuns(wholeScreen())) << "after the call, " << setting;
+    }
+}
+
+TEST_F(Signage, EveryCallThatRingsIsSeenWhole)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putLayout("red.xml", layout(signRegion(wholeScreen(), signImage("red.png", 2))));
+    openNdeck();
+    ASSERT_TRUE(shows(400, 400, Red));
+    key("Return");
+    QImage alone;
+    // Before the first call no show has ever been beside one.
+    const std::function<void()> before[] = {[] {}, [this] { showTile(); }, [this] { openNdeck(); },
+                                            [this] {
+                                                ctl({"open", "WAN"});
+                                            }};
+    for (int call = 0; call < 4; ++call) {
+        setKey("bKeepShow", QString::number(call % 2));
+        before[call]();
+        waitIdle();
+        ring();
+        waitPage("frmCall");
+        int looks = 0;
+        for (QImage picture = ringing(); !picture.isNull(); picture = ringing(), ++looks) {
+            if (alone.isNull())
+                alone = picture;
+            EXPECT_EQ(picture, alone) << call << ' ' << looks;
+        }
+        EXPECT_GT(looks, 0) << call;
+        EXPECT_TRUE(showsInTalk(Red)) << call;
+        shot(QString("signage-call-%1").arg(call));
+        endCall();
+    }
+    alone.save(HX_BUILD_DIR "/shots/signage-call-rings.png");
+    EXPECT_EQ(topWindow()["class"], "dlgWan");
+    softKey(3);
+    showTile();
+    EXPECT_TRUE(shows(629, 133, Red));
+    openNdeck();
+    EXPECT_TRUE(shows(400, 400, Red)) << "after the calls";
+}
+
+TEST_F(Signage, ADeclinedCallAndABusyOneLeaveNothingBehind)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putLayout("red.xml", layout(signRegion(wholeScreen(), signImage("red.png", 2))));
+    openNdeck();
+    ASSERT_TRUE(shows(400, 400, Red));
+    key("Return");
+    ring();
+    EXPECT_TRUE(showsInTalk(Red));
+    endCall();
+    for (const char* number : {"333", "busy"}) {
+        showTile();
+        ctl({"ring", number, "0"});
+        waitPage("frmCall");
+        if (*number == '3')
+            softKey(3);
+        EXPECT_TRUE(waits([&] {
+            EXPECT_TRUE(frameInCall().isEmpty() || !isInCall()) << number;
+            return !isInCall();
+        }));
+        waitIdle();
+        EXPECT_EQ(topWindow()["class"], "frmDesktop");
+        EXPECT_TRUE(frameInCall().isEmpty()) << "somebody was there, so the tile waits";
+    }
+}
+
+TEST_F(Signage, WhatWasOverACallGivesTheShowBack)
+{
+    server.putMedia("red.png", picture(Red));
+    server.putMedia("green.png", picture(Green));
+    server.putLayout("red.xml", layout(signRegion(wholeScreen(), signImage("red.png", 2))));
+    const auto opened = [&](const char* page) {
+        ctl({"open-info", page, "", page});
+        EXPECT_TRUE(waits([&] { return !isInCall(); })) << page;
+        waitIdle();
+    };
+    for (const char* kept : {"0", "1"}) {
+        setKey("bKeepShow", kept);
+        showTile();
+        ring();
+        EXPECT_TRUE(showsInTalk(Red));
+        opened("WAN");
+        softKey(3);
+        EXPECT_TRUE(showsInTalk(Red)) << "a page";
+        opened("Nonsense");
+        shot("signage-call-box");
+        key("Return");
+        EXPECT_TRUE(showsInTalk(Red)) << "a box, with a key";
+        opened("Nonsense");
+        tap(537, 304);
+        EXPECT_TRUE(showsInTalk(Red)) << "a box, with a finger";
+        opened("Ndeck");
+        EXPECT_TRUE(shows(20, 400, Red));
+        key("Return");
+        EXPECT_TRUE(showsInTalk(Red)) << "the show itself";
+        shot("signage-call-given-back");
+        endCall();
+    }
+    ring();
+    EXPECT_TRUE(showsInTalk(Red));
+    server.putLayout("red.xml", layout(signRegion(wholeScreen(), signImage("green.png", 2))));
+    EXPECT_TRUE(showsInTalk(Green)) << "a schedule that came in talk";
+}
+
+TEST_F(Signage, InEveryCallAFilmThatMayNotGoOnPauses)
+{
+    server.copyMedia("film.mp4", HX_BUILD_DIR "/signageDemo/media/day.mp4");
+    server.putLayout("film.xml", layout(signRegion(QRect(0, 0, 640, 480), signVideo("film.mp4", 4))));
+    openNdeck();
+    ASSERT_TRUE(waits([&] { return filmRuns(wholeScreen()); }));
+    const QRect film(304, 66, 384, 288);
+    const QImage pause(root() + "/phone/resource/theme/default/bmp/misc/video_pause.jpg");
+    const auto pauses = [&] {
+        return waits([&] { return isInCall() && isLike(screen().copy(film), pause.scaled(film.size())); },
+                     5000);
+    };
+    for (int call = 1; call <= 3; ++call) {
+        ring();
+        waitPage("frmCall");
+        EXPECT_TRUE(pauses()) << call;
+        shot(QString("signage-call-pause-%1").arg(call));
+        if (call == 2) {
+            ctl({"open", "WAN"});
+            EXPECT_TRUE(waits([&] { return !isInCall(); }));
+            softKey(3);
+            EXPECT_TRUE(pauses()) << "after a page";
+            openNdeck();
+            EXPECT_TRUE(waits([&] { return !isInCall(); }));
+            key("Return");
+            EXPECT_TRUE(pauses()) << "after the show";
+            EXPECT_FALSE(filmRuns(film)) << "the next turn of the layout";
+            EXPECT_TRUE(pauses());
+        }
+        endCall();
+        openNdeck();
+        EXPECT_TRUE(filmRuns(wholeScreen())) << "after the call " << call;
+    }
+}
+
+TEST_F(Signage, AFilmWithPlainSoundPlaysBesideEveryCall)
+{
+    const QString film = root() + "/numbered.avi";
+    makeNumberedFilm(
+        film,
+        "avimux name=m ! filesink name=out audiotestsrc num-buffers=470 samplesperbuffer=1024 ! "
+        "audio/x-raw,format=S16LE,rate=48000,channels=2 ! m. %1 ! avenc_mpeg4 bitrate=4000000 ! m.",
+        {250, QSize(400, 240)});
+    server.copyMedia("film.avi", film);
+    server.putLayout("film.xml", layout(signRegion(QRect(200, 100, 400, 240), signVideo("film.avi", 4))));
+    setKey("bPlayVideoInTalk", "1");
+    const QRect alone(208, 100, 384, 240), beside(432, 66 + 60, 224, 144);
+    for (int call = 1; call <= 2; ++call) {
+        openNdeck();
+        EXPECT_TRUE(playsAt(alone)) << call;
+        ring();
+        waitPage("frmCall");
+        EXPECT_TRUE(playsAt(beside)) << call;
+        ctl({"open", "WAN"});
+        EXPECT_TRUE(waits([&] { return !isInCall(); }));
+        softKey(3);
+        EXPECT_TRUE(playsAt(beside)) << call << ", after a page";
+        shot("signage-film-beside");
+        endCall();
     }
 }

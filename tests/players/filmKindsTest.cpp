@@ -181,6 +181,43 @@ TEST_F(FilmKinds, OpusKeepsItsQuality)
     EXPECT_GT(loudest("/rundata/film.mkv"), 0.3f);
 }
 
+TEST_F(FilmKinds, AFilmIsShownThoughNobodyTakesItsSound)
+{
+    const QString pcm = QString(kTone).replace("%2", "44100") + "m.";
+    const QString avi = "avimux name=m ! filesink name=out ";
+    startBoth();
+    const QStringList kinds = {avi + pcm + " %1 ! " + kH264 + kBare + "m.",
+                               avi + pcm + " %1 ! avenc_mpeg4 ! m.",
+                               avi + QString(pcm).replace("m.", "lamemp3enc ! m.") + " %1 ! avenc_mpeg4 ! m.",
+                               avi + " %1 ! avenc_mpeg4 ! m."};
+    for (const QString& kind : kinds) {
+        makeNumberedFilm(hostPath("/rundata/film.avi"), kind);
+        tagVideoPicture old;
+        EXPECT_TRUE(kit::waitUntil([&] { return !videoFrames::instance().newest(old); }));
+        seen.clear();
+        VOICE_PARAM session = sessionParam(ask("/rundata/film.avi"), {0, 0, 320, 240});
+        ADDR_PARAM param = playParam("/rundata/film.avi");
+        // The sound is that of a call.
+        session.nAudRemotePort = 34002;
+        param.nRemoteAudioPort = 0;
+        post(movie(), MOVIE_MSG_PLAY_PARAM, param, PLAYER_THREAD_PHONE);
+        post(media(), MEDIA_MSG_SESSION_START, session, 1);
+        EXPECT_TRUE(kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last()) == 49; }))
+            << qPrintable(kind);
+        msgPostMsgToThread(movie(), MOVIE_MSG_STOP, PLAYER_THREAD_PHONE, 0);
+        msgPostMsgToThread(media(), MEDIA_MSG_SESSION_STOP, 1, 0);
+    }
+}
+
+TEST_F(FilmKinds, AFilmWithTwoLanguagesIsShown)
+{
+    const QString pcm = QString(kTone).replace("%2", "44100") + "m.";
+    makeNumberedFilm(hostPath("/rundata/film.avi"),
+                     "avimux name=m ! filesink name=out " + pcm + pcm + " %1 ! " + kH264 + kBare + "m.");
+    playIn("/rundata/film.avi", QSize(320, 240));
+    EXPECT_TRUE(kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last()) == 49; }));
+}
+
 TEST_F(FilmKinds, OfACodecThatNobodyKnowsNobodyWaitsForAPicture)
 {
     const tagColours few = {{RED}, 10};
