@@ -1,8 +1,10 @@
 #include "host/services/pictures/pictureDecoder.h"
+#include "host/services/pictures/jpegRows.h"
 #include "host/services/pictures/pictureHeader.h"
 #include "host/services/pictures/pictureSource.h"
 #include "host/services/pictures/pngRows.h"
 #include <QImageReader>
+#include <QTransform>
 #include <algorithm>
 
 namespace {
@@ -33,9 +35,51 @@ bool isTooLarge(const tagPictureHeader& header, const tagPictureShape& shape, co
     return pixels > (isWhole ? limits.nAsIsPixels : limits.nPixels) || header.nWorkBytes > limits.nWorkBytes;
 }
 
+QImage forScreen(const QImage& image)
+{
+    return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                                         : QImage::Format_RGB32);
+}
+
+QImage finished(const QImage& image, const QSize& size)
+{
+    if (image.isNull())
+        return image;
+    return forScreen(
+        image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
+
 QImage decodePng(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape)
 {
-    return PngRows(source).read(shaped(header.size, shape));
+    const QSize size = shaped(header.size, shape);
+    return finished(PngRows(source).read(size), size);
+}
+
+// The way up that a camera wrote into its picture.
+QImageIOHandler::Transformations turnOf(PictureSource& source, const tagPictureHeader& header)
+{
+    QImageReader reader(&source, header.format());
+    reader.setAutoDetectImageFormat(false);
+    const QImageIOHandler::Transformations turn = reader.transformation();
+    source.seek(0);
+    return turn;
+}
+
+QImage turned(const QImage& image, QImageIOHandler::Transformations turn)
+{
+    const QImage mirrored = image.mirrored(turn & QImageIOHandler::TransformationMirror,
+                                           turn & QImageIOHandler::TransformationFlip);
+    return turn & QImageIOHandler::TransformationRotate90 ? mirrored.transformed(QTransform().rotate(90))
+                                                          : mirrored;
+}
+
+QImage decodeJpeg(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape)
+{
+    const QImageIOHandler::Transformations turn = turnOf(source, header);
+    const bool isTurned = turn & QImageIOHandler::TransformationRotate90;
+    const QSize size = shaped(isTurned ? header.size.transposed() : header.size, shape);
+    const QSize asRead = isTurned ? size.transposed() : size;
+    return turned(finished(JpegRows(source).read(asRead), asRead), turn);
 }
 
 // What a decoder makes of the missing part of a file is no picture.
@@ -49,29 +93,22 @@ QImage decodeOther(PictureSource& source, const tagPictureHeader& header, const 
 {
     QImageReader reader(&source, header.format());
     reader.setAutoDetectImageFormat(false);
-    reader.setAutoTransform(true);
-    const bool isTurned = reader.transformation() & QImageIOHandler::TransformationRotate90;
-    const QSize size = shaped(isTurned ? header.size.transposed() : header.size, shape);
-    // Scaled while it is read, where that makes it smaller.
-    const QSize asRead = isTurned ? size.transposed() : size;
-    if (asRead != header.size)
-        reader.setScaledSize(asRead);
     source.forgetEnd();
     QImage image;
-    const bool isRead = reader.read(&image);
-    return isRead && !isCutShort(source, header) && !source.isGivenUp() ? image : QImage();
+    const bool isWhole = reader.read(&image) && !isCutShort(source, header) && !source.isGivenUp();
+    return isWhole ? finished(image, shaped(header.size, shape)) : QImage();
 }
 
-QImage forScreen(const QImage& image)
+QImage decode(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape)
 {
-    return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
-                                                         : QImage::Format_RGB32);
-}
-
-QImage finished(const QImage& image, const QSize& size)
-{
-    return forScreen(
-        image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    switch (header.eKind) {
+    case tagPictureHeader::PNG:
+        return decodePng(source, header, shape);
+    case tagPictureHeader::JPEG:
+        return decodeJpeg(source, header, shape);
+    default:
+        return decodeOther(source, header, shape);
+    }
 }
 
 } // namespace
@@ -89,9 +126,8 @@ tagDecodedPicture pictureDecode(const char* path, const tagPictureShape& shape,
         return {source.isGivenUp() ? PICTURE_TOO_SLOW : PICTURE_DAMAGED, QImage()};
     if (isTooLarge(header, shape, limits))
         return {PICTURE_TOO_LARGE, QImage()};
-    const bool isPng = header.eKind == tagPictureHeader::PNG;
-    const QImage image = isPng ? decodePng(source, header, shape) : decodeOther(source, header, shape);
+    const QImage image = decode(source, header, shape);
     if (image.isNull())
         return {source.isGivenUp() ? PICTURE_TOO_SLOW : PICTURE_DAMAGED, QImage()};
-    return {PICTURE_READ, isPng ? finished(image, shaped(header.size, shape)) : forScreen(image)};
+    return {PICTURE_READ, image};
 }
