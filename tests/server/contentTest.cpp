@@ -1,4 +1,5 @@
 #include "places.h"
+#include "tests/kit/plain/pictureFiles.h"
 #include "tests/players/films.h"
 #include "tests/server/statusOf.h"
 #include <QDateTime>
@@ -94,6 +95,22 @@ TEST_F(Content, FilmsThatPhonesPlayAreNotNamed)
     EXPECT_THAT(told(), IsEmpty());
 }
 
+TEST_F(Content, AFilmWithoutSoundIsNotNamed)
+{
+    const QString avi = "avimux name=m ! filesink name=out %1 ! ",
+                  mp4 = "mp4mux name=m ! filesink name=out %1 ! ";
+    const QString h264 = "x264enc bframes=0 speed-preset=ultrafast ! ",
+                  stamped = " ! identity name=stamp ! m.";
+    const tagColours colours = {{RED}, 5, QSize(352, 288)};
+    makeFilm(path("media/h264.avi"), avi + h264 + "m.", colours);
+    makeFilm(path("media/mpeg4.avi"), avi + "avenc_mpeg4" + stamped, colours);
+    makeFilm(path("media/h263.avi"), avi + "avenc_h263" + stamped, colours);
+    makeFilm(path("media/h264.mp4"), mp4 + h264 + "h264parse ! m.", colours);
+    writeLayout("<media type='video' path='h264.avi'/><media type='video' path='mpeg4.avi'/>"
+                "<media type='video' path='h263.avi'/><media type='video' path='h264.mp4'/>");
+    EXPECT_THAT(told(), IsEmpty());
+}
+
 TEST_F(Content, AFilmWithoutAPictureIsNamed)
 {
     makeFilm(path("media/song.mp4"),
@@ -156,6 +173,41 @@ TEST_F(Content, APictureThatIsNoneIsNamed)
     EXPECT_THAT(all, Contains("media/half.jpg: it is a damaged JPEG, or none"));
     EXPECT_EQ(all.filter("ends in no kind of picture").size(), 2);
     EXPECT_EQ(all.filter("media/text.png: no phone can read it as a picture").size(), 1);
+}
+
+// The phone's own decoder is asked, in its own bounds.
+TEST_F(Content, APictureIsNamedWhenThePhoneDoesNotShowIt)
+{
+    QByteArray media;
+    const auto put = [&](const QByteArray& name, const QByteArray& bytes) {
+        write("media/" + name, bytes);
+        media += "<media type='image' path='" + name + "'/>";
+    };
+    const QByteArray end = QByteArray::fromHex("ffd9");
+    for (const QByteArray kind : {"bmp", "png", "jpg"}) {
+        savePicture("whole." + kind, 640, 480);
+        QFile file(path("media/whole." + kind));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray whole = file.readAll();
+        put("half." + kind, whole.left(whole.size() / 2) + (kind == "jpg" ? end : ""));
+        if (kind == "jpg")
+            put("camera.jpg", whole.chopped(2) + QByteArray(20, '\0') + end);
+    }
+    put("many.png", kit::pngOfOneColour({12000, 9000}));
+    put("toomany.png", kit::pngOfOneColour({12000, 12000}));
+    put("inmemory.png", kit::pngOfOneColour({6000, 6000}, true));
+    put("good.gif", kit::gifOfScreen({1, 1}));
+    put("half.gif", kit::gifOfScreen({1, 1}).chopped(3));
+    put("scan.tif", "II*" + noise(3000));
+    writeLayout(media);
+    const QStringList all = told();
+    for (const char* damaged : {"half.bmp", "half.png", "half.jpg", "half.gif", "scan.tif"}) {
+        EXPECT_EQ(all.filter(QString("media/%1: no phone can read it as a picture").arg(damaged)).size(), 1)
+            << damaged;
+    }
+    for (const char* large : {"toomany.png", "inmemory.png"})
+        EXPECT_THAT(all, Contains(QString("media/%1: it has more pixels than a phone takes").arg(large)));
+    EXPECT_EQ(all.size(), 7) << qPrintable(all.join('\n'));
 }
 
 TEST_F(Content, AFileThatIsTooLargeIsNamedAndLeftOut)

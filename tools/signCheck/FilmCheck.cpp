@@ -41,6 +41,18 @@ QString nameOf(const GstCaps* caps)
     return name.section('(', 0, 0).trimmed();
 }
 
+// Before the first picture has come, a parser may know no more than what it could be; null for anything.
+GstCaps* kindOf(GstPad* pad)
+{
+    GstCaps* caps = gst_pad_get_current_caps(pad);
+    if (!caps)
+        caps = gst_pad_query_caps(pad, nullptr);
+    if (caps && !gst_caps_is_empty(caps) && !gst_caps_is_any(caps))
+        return gst_caps_fixate(caps);
+    gst_clear_caps(&caps);
+    return nullptr;
+}
+
 int onChoice(GstElement*, GstPad*, GstCaps*, GstElementFactory* factory, gpointer)
 {
     return filmParts::choose(factory);
@@ -70,10 +82,8 @@ void StreamList::onPad(GstElement*, GstPad* pad, gpointer self)
 
 void StreamList::note(GstPad* pad)
 {
-    GstCaps* caps = gst_pad_get_current_caps(pad);
-    if (!caps)
-        caps = gst_pad_query_caps(pad, nullptr);
-    if (caps && gst_caps_is_fixed(caps)) {
+    GstCaps* caps = kindOf(pad);
+    if (caps) {
         const char* kind = gst_structure_get_name(gst_caps_get_structure(caps, 0));
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (g_str_has_prefix(kind, "video/") || g_str_has_prefix(kind, "image/"))

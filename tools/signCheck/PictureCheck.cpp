@@ -1,9 +1,9 @@
 #include "tools/signCheck/PictureCheck.h"
+#include "host/services/pictures/pictureDecoder.h"
 #include "media/PhotoFile.h"
 #include "media/jpegHeader.h"
 #include "support/file/fileTools.h"
 #include "support/file/path.h"
-#include <QImageReader>
 
 namespace {
 
@@ -30,6 +30,23 @@ QString tooLarge(const QByteArray& file)
         .arg(IMAGE_SIZE_LIMIT);
 }
 
+// Phones read a picture for the region in which it shows; here for all of the screen.
+QStringList decoderFaults(const QByteArray& file)
+{
+    const tagPictureShape shape = {QSize(800, 480), tagPictureShape::SIDES};
+    switch (pictureDecode(file.constData(), shape, tagPictureLimits(), nullptr).eResult) {
+    case PICTURE_READ:
+        return {};
+    case PICTURE_TOO_LARGE:
+        return {"it has more pixels than a phone takes"};
+    case PICTURE_TOO_SLOW:
+        return {"it takes so long to read that phones give it up"};
+    default:
+        return {QString("no phone can read it as a picture: it is damaged, cut short or of another kind; %1")
+                    .arg(kKinds)};
+    }
+}
+
 } // namespace
 
 QStringList pictureFaults(const QByteArray& file)
@@ -41,9 +58,5 @@ QStringList pictureFaults(const QByteArray& file)
         return {tooLarge(file)};
     if (check == IMAGE_DAMAGED)
         return {"it is a damaged JPEG, or none"};
-    QImageReader reader(QString::fromLocal8Bit(file));
-    reader.setDecideFormatFromContent(true);
-    if (reader.read().isNull())
-        return {QString("no phone can read it as a picture (%1)").arg(reader.errorString())};
-    return {};
+    return decoderFaults(file);
 }
