@@ -15,7 +15,8 @@ BROWSER_PACKAGES="tigervnc-standalone-server novnc"
 FUZZ_PACKAGES="clang libclang-rt-14-dev"
 BENCH_PACKAGES="libbenchmark-dev libpugixml-dev"
 
-say() { printf '\033[1m%s\033[0m\n' "$*"; }
+# Bold in a terminal alone: a file or a pipe gets the words.
+say() { if [ -t 1 ]; then printf '\033[1m%s\033[0m\n' "$*"; else printf '%s\n' "$*"; fi; }
 fail() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
 
 missing_packages() {

@@ -3,11 +3,22 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/run/runScript.h"
 #include "tests/server/signServer.h"
+#include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 #include <csignal>
+#include <unistd.h>
 
 namespace {
+
+// It was sent to a process that has not taken it yet.
+bool isPending(qint64 pid, int signal)
+{
+    QFile file(QString("/proc/%1/status").arg(pid));
+    const QByteArray status = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const QByteArray mask = status.mid(status.indexOf("ShdPnd:") + 8, 16);
+    return mask.toULongLong(nullptr, 16) >> (signal - 1) & 1;
+}
 
 class RunEnds : public testing::Test
 {
@@ -29,6 +40,24 @@ protected:
         EXPECT_TRUE(kit::waits([&] { return !QFileInfo::exists(m_folder); }, 10000)) << qPrintable(m_folder);
         EXPECT_TRUE(kit::waits([&] { return !QFileInfo::exists(m_display); }, 10000))
             << qPrintable(m_display);
+    }
+
+    // The phone is held until it has been told to end, and then ends in its own time.
+    void endByTerminal(int number)
+    {
+        start({"--signage"});
+        const qint64 phone = m_phone.processOf("hxPhone"), display = m_phone.processOf("Xtigervnc");
+        ASSERT_TRUE(phone && display);
+        EXPECT_NE(getsid(pid_t(display)), getsid(pid_t(phone))) << "a signal of the terminal reaches it";
+        ::kill(pid_t(phone), SIGSTOP);
+        m_phone.signalTerminal(number);
+        EXPECT_TRUE(kit::waits([&] { return isPending(phone, SIGTERM); }, 10000));
+        EXPECT_TRUE(isAlive(display)) << "the phone is still there";
+        ::kill(pid_t(phone), SIGCONT);
+        ASSERT_TRUE(m_phone.waitEnd());
+        EXPECT_EQ(m_phone.exitCode(), 130);
+        EXPECT_FALSE(m_phone.output().contains("X11")) << m_phone.output().constData();
+        expectNothingLeft();
     }
 
     RunScript m_phone;
@@ -60,11 +89,35 @@ TEST_F(RunEnds, WhenToldTo)
     expectNothingLeft();
 }
 
+TEST_F(RunEnds, OnTheInterruptKeyWithTheDisplayBehindThePhone)
+{
+    endByTerminal(SIGINT);
+}
+
+TEST_F(RunEnds, OnTheQuitKeyWithTheDisplayBehindThePhone)
+{
+    endByTerminal(SIGQUIT);
+}
+
+TEST_F(RunEnds, SaysPlainWordsToAPipeAndBoldOnesToATerminal)
+{
+    start();
+    m_phone.ctl({"quit"});
+    ASSERT_TRUE(m_phone.waitEnd());
+    EXPECT_TRUE(m_phone.output().contains("\nThe phone has ended.\n")) << m_phone.output().constData();
+    EXPECT_FALSE(m_phone.output().contains('\033'));
+    QProcess terminal;
+    terminal.start("script", {"-qec", HX_SOURCE_DIR "/run --build-only --built " HX_BUILD_DIR, "/dev/null"});
+    ASSERT_TRUE(terminal.waitForFinished());
+    EXPECT_TRUE(terminal.readAll().contains("\033[1mBuilt: "));
+}
+
 TEST_F(RunEnds, WithItsTerminal)
 {
     start({"--signage"});
-    m_phone.signal(SIGHUP);
+    m_phone.signalTerminal(SIGHUP);
     ASSERT_TRUE(m_phone.waitEnd());
+    EXPECT_FALSE(m_phone.output().contains("X11")) << m_phone.output().constData();
     expectNothingLeft();
 }
 

@@ -67,7 +67,9 @@ void RunScript::launch(const QStringList& options, const QString& source, uid_t 
     environment.insert("QT_SCALE_FACTOR", "1");
     m_process.setProcessEnvironment(environment);
     kit::endWithUs(m_process, user);
-    m_process.start((source.isEmpty() ? QString(HX_SOURCE_DIR) : source) + "/run", options);
+    // Its own group of processes, as in a terminal.
+    m_process.start("setsid",
+                    QStringList{(source.isEmpty() ? QString(HX_SOURCE_DIR) : source) + "/run"} + options);
     ASSERT_TRUE(m_process.waitForStarted());
 }
 
@@ -114,6 +116,11 @@ bool RunScript::waitEnd(int ms)
 void RunScript::signal(int number) const
 {
     ::kill(pid_t(pid()), number);
+}
+
+void RunScript::signalTerminal(int number) const
+{
+    ::kill(-pid_t(pid()), number);
 }
 
 QByteArray RunScript::output()

@@ -24,6 +24,8 @@ public:
     qint64 pid() const { return m_process.processId(); }
     int exitCode() const { return m_process.exitCode(); }
     void signal(int number) const;
+    // To all whom a key of a terminal reaches, or its end.
+    void signalTerminal(int number) const;
     // All that it has printed so far.
     QByteArray output();
     QString root() const { return m_root.path(); }
