@@ -136,7 +136,9 @@ TEST_F(Connections, ABodyThatBelongsThereIsReadAndTheNextRequestServed)
     startEnrolled();
     Wire wire(m_port);
     const QByteArray rules = "refuse *second*";
-    wire.send("POST /faults HTTP/1.1\r\nHost: x\r\nContent-Length: 15\r\n\r\n" + rules.left(3));
+    wire.send(
+        "POST /faults HTTP/1.1\r\nHost: 127.0.0.1\r\nX-Signage-Change: 1\r\nContent-Length: 15\r\n\r\n" +
+        rules.left(3));
     EXPECT_TRUE(wire.readFor(1, 100).isEmpty());
     wire.send(rules.mid(3) + head({}) + kSecond);
     EXPECT_TRUE(wire.readOne().body.startsWith("refuse *second*"));

@@ -21,6 +21,14 @@ protected:
         const Answer answer = ask("POST", "/faults", text);
         ASSERT_EQ(answer.status, 200) << answer.body.constData();
     }
+    Answer request(const QByteArray& method, const QByteArray& fields, const QByteArray& body = {}) const
+    {
+        const Wire wire(m_port);
+        wire.send(method + " /faults HTTP/1.1\r\n" + fields +
+                  "Connection: close\r\nContent-Type: text/plain\r\n" +
+                  "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body);
+        return wire.readAll();
+    }
     Answer film() const { return file("film.mp4"); }
     // '.' for a good answer, 'x' for another, of so many requests.
     QByteArray pattern(int requests) const
@@ -194,7 +202,43 @@ TEST_F(Faults, CanBeSwitchedOffWhileTheServerRuns)
     EXPECT_EQ(pattern(2), "..");
     EXPECT_EQ(ask("DELETE", "/faults").body, "refuse *p.png # fitted 0, struck 0\n");
     EXPECT_EQ(pattern(2), "xx");
-    EXPECT_EQ(get("/faults").body, "refuse *p.png # fitted 2, struck 2\n");
+    EXPECT_EQ(ask("GET", "/faults").body, "refuse *p.png # fitted 2, struck 2\n");
+}
+
+// As a page in a browser of the server's machine asks, or whoever comes through a proxy there.
+TEST_F(Faults, AreChangedByNobodyButAProgramOfThisMachine)
+{
+    const QByteArray here = "Host: 127.0.0.1:80\r\n", change = "X-Signage-Change: 1\r\n";
+    for (const QByteArray& fields :
+         {here,
+          here + "Origin: http://evil.example\r\nSec-Fetch-Site: cross-site\r\nSec-Fetch-Mode: no-cors\r\n",
+          here + change + "Origin: http://evil.example\r\n", here + change + "Origin: null\r\n",
+          here + change + "Origin: http://127.0.0.1:81\r\n",
+          here + change + "Origin: https://127.0.0.1:80\r\n",
+          here + change + "Sec-Fetch-Site: cross-site\r\n", here + change + "Sec-Fetch-Site: same-site\r\n",
+          change + "Host: evil.example\r\n", change + "Host: 127.0.0.1.evil.example\r\n",
+          here + change + "X-Forwarded-For: 10.0.0.9\r\n", here + change + "Via: 1.1 proxy\r\n",
+          here + change + "X-Real-IP: 10.0.0.9\r\n", here + change + "Forwarded: for=10.0.0.9\r\n"}) {
+        EXPECT_EQ(request("POST", fields, "refuse *").status, 403) << fields.constData();
+        EXPECT_EQ(request("DELETE", fields).status, 403) << fields.constData();
+        ASSERT_EQ(pattern(1), ".") << fields.constData();
+    }
+    for (const QByteArray& fields :
+         {here, QByteArray("Host: LocalHost:80\r\n"), QByteArray("Host: [::1]:80\r\n"),
+          here + "Origin: http://127.0.0.1:80\r\nSec-Fetch-Site: same-origin\r\n"}) {
+        EXPECT_EQ(request("POST", fields + change, "refuse *p.png").status, 200) << fields.constData();
+        EXPECT_EQ(pattern(1), "x") << fields.constData();
+        EXPECT_EQ(request("POST", fields + change).status, 200);
+    }
+}
+
+TEST_F(Faults, AreToldNobodyButWhoeverIsOnThisMachine)
+{
+    EXPECT_EQ(request("GET", "Host: 127.0.0.1:80\r\n").status, 200);
+    for (const QByteArray fields :
+         {"Host: evil.example\r\n", "Host: localhost\r\nOrigin: http://evil.example\r\n",
+          "Host: localhost\r\nX-Forwarded-For: 10.0.0.9\r\n"})
+        EXPECT_EQ(request("GET", fields).status, 403) << fields.constData();
 }
 
 TEST_F(Faults, OfTheFileFollowItsEdits)

@@ -81,7 +81,16 @@ protected:
         return false;
     }
 
+    // As from a phone, that names the server's own machine.
+    int statusFor(const QByteArray& target) const
+    {
+        const Wire wire(m_cachePort);
+        wire.send("GET " + target + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+        return wire.readAll(kDeadlineMs).status;
+    }
+
     static constexpr int kFilm = 300000;
+    bool m_bOpen = false; // without what keeps the administrator's addresses to the server's machine
     int m_serverPort = 0, m_cachePort = 0;
     QProcess m_nginx;
 
@@ -102,6 +111,12 @@ private:
         choose("127.0.0.1:8080", "127.0.0.1:" + QByteArray::number(m_serverPort));
         choose("8090", "127.0.0.1:" + QByteArray::number(m_cachePort));
         choose("/var/lib/nginx/signage", path("cache").toUtf8());
+        for (const QByteArray own : {"location /faults {", "location /status {"}) {
+            const qsizetype at = block.indexOf(own);
+            EXPECT_GT(at, 0) << own.constData();
+            if (m_bOpen)
+                block.remove(at, block.indexOf('}', at) + 1 - at);
+        }
         return block;
     }
     // What Debian's own file has around the folder of examples, as far as it is about this machine.
@@ -244,6 +259,29 @@ TEST_F(Nginx, MisbehaviourCannotBeAskedForFromOutside)
     EXPECT_EQ(get("/faults").status, 404);
     EXPECT_EQ(get("/%66aults").status, 404);
     EXPECT_EQ(get("/service/../faults").status, 404);
+    EXPECT_EQ(file("p.png").body, "picture");
+}
+
+TEST_F(Nginx, TheStatusIsNotToldOutside)
+{
+    for (const QByteArray target : {"/status", "/status.json", "/status?display=aabbcc", "/%73tatus",
+                                    "//status.json", "/x/../status", "http://localhost/status.json"})
+        EXPECT_EQ(statusFor(target), 404) << target.constData();
+    EXPECT_EQ(reached("status"), 0);
+}
+
+// A block that somebody else wrote, and that passes all on.
+class OpenNginx : public Nginx
+{
+protected:
+    OpenNginx() { m_bOpen = true; }
+};
+
+TEST_F(OpenNginx, TheServerItselfRefusesWhatCameThroughAProxy)
+{
+    for (const QByteArray target : {"/status", "/status.json", "/faults"})
+        EXPECT_EQ(statusFor(target), 403) << target.constData();
+    EXPECT_EQ(ask("POST", "/faults", "refuse *").status, 403);
     EXPECT_EQ(file("p.png").body, "picture");
 }
 

@@ -183,9 +183,10 @@ Answer SignServerTest::get(const QByteArray& target, const QByteArray& fields, i
 Answer SignServerTest::ask(const QByteArray& method, const QByteArray& target, const QByteArray& body) const
 {
     Wire wire(m_port);
-    wire.send(method + " " + target +
-              " HTTP/1.1\r\nHost: sign.test\r\nConnection: close\r\nContent-Length: " +
-              QByteArray::number(body.size()) + "\r\nContent-Type: text/plain\r\n\r\n" + body);
+    wire.send(
+        method + " " + target +
+        " HTTP/1.1\r\nHost: 127.0.0.1:80\r\nConnection: close\r\nX-Signage-Change: 1\r\nContent-Length: " +
+        QByteArray::number(body.size()) + "\r\nContent-Type: text/plain\r\n\r\n" + body);
     return wire.readAll();
 }
 

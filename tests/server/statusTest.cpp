@@ -290,6 +290,12 @@ TEST_F(Status, WithoutAPasswordOnlyTheOwnMachineSeesIt)
     // A browser that another site leads here by its name.
     EXPECT_EQ(askStatus("/status", "Host: evil.example\r\n").status, 403);
     EXPECT_EQ(askStatus("/status.json", "Host: 127.0.0.1.evil.example\r\n").status, 403);
+    // Another site's page in a browser here, a link on it that a person follows, and a proxy here.
+    EXPECT_EQ(askStatus("/status.json", "Origin: http://evil.example\r\n").status, 403);
+    EXPECT_EQ(askStatus("/status", "Sec-Fetch-Site: cross-site\r\nSec-Fetch-Mode: no-cors\r\n").status, 403);
+    EXPECT_EQ(askStatus("/status", "Sec-Fetch-Site: cross-site\r\nSec-Fetch-Mode: navigate\r\n").status, 200);
+    for (const QByteArray mark : {"X-Forwarded-For", "X-Real-IP", "Forwarded", "Via"})
+        EXPECT_EQ(askStatus("/status.json", mark + ": 10.0.0.9\r\n").status, 403) << mark.constData();
     EXPECT_GE(ask("POST", "/status", "x").status, 400);
 }
 
@@ -323,7 +329,8 @@ TEST_F(Status, WithAPasswordWhoeverGivesItSeesIt)
     EXPECT_FALSE(without.body.contains("Lobby"));
     const auto with = [this](const QByteArray& words) {
         return askStatus("/status.json",
-                         "Host: far.example\r\nAuthorization: Basic " + words.toBase64() + "\r\n")
+                         "Host: far.example\r\nX-Forwarded-For: 10.0.0.9\r\nAuthorization: Basic " +
+                             words.toBase64() + "\r\n")
             .status;
     };
     EXPECT_EQ(with("anybody:s:same"), 200);

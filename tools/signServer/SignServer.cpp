@@ -1,5 +1,6 @@
 #include "tools/signServer/SignServer.h"
 #include "tools/signServer/FileAnswer.h"
+#include "tools/signServer/LocalAccess.h"
 #include "tools/signServer/ReplyText.h"
 #include "tools/signServer/ScheduleReply.h"
 #include "tools/signServer/StockReply.h"
@@ -10,12 +11,6 @@ namespace {
 const char* const kFaultsPath = "/faults";
 const char* const kIconsPath = "/ig/images/weather/";
 constexpr int kSummers = 2;
-
-bool IsFromThisMachine(const WebRequest& request)
-{
-    const QByteArray& address = request.address;
-    return address.startsWith("127.") || address == "::1" || address.startsWith("::ffff:127.");
-}
 
 bool IsRead(const WebRequest& request)
 {
@@ -245,8 +240,9 @@ void SignServer::AnswerIcon(const WebRequest& request, WebResponse response, con
 WebResponse SignServer::AnswerFaults(const WebRequest& request)
 {
     WebResponse response;
-    if (!IsFromThisMachine(request)) {
-        AnswerRefused(response, "only from the server's own machine", 403);
+    const QByteArray refusal = IsRead(request) ? LocalRefusal(request) : LocalChangeRefusal(request);
+    if (!refusal.isEmpty()) {
+        AnswerRefused(response, refusal, 403);
         return response;
     }
     if (request.method == "POST")
@@ -261,9 +257,8 @@ WebResponse SignServer::AnswerFaults(const WebRequest& request)
 
 WebResponse SignServer::AnswerStatus(const WebRequest& request)
 {
-    const StatusAnswer answer =
-        m_status.Answer({request.asked.path, request.asked.Value("display"), request.address,
-                         request.Field("host"), request.Field("authorization")});
+    const StatusAnswer answer = m_status.Answer({request.asked.path, request.asked.Value("display"),
+                                                 LocalRefusal(request), request.Field("authorization")});
     WebResponse response;
     response.status = answer.status;
     response.type = answer.type;

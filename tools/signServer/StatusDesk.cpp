@@ -4,7 +4,6 @@
 #include "tools/signServer/RequestLog.h"
 #include "tools/signServer/StatusJson.h"
 #include "tools/signServer/StatusPage.h"
-#include <arpa/inet.h>
 #include <ctime>
 
 namespace {
@@ -21,20 +20,6 @@ qint64 Now()
     return qint64(time(nullptr));
 }
 
-bool IsLoopback(const QByteArray& address)
-{
-    return address.startsWith("127.") || address == "::1" || address.startsWith("::ffff:127.");
-}
-
-// A page of another site that has its name lead here does not read along.
-bool IsLoopbackHost(const QByteArray& host)
-{
-    QByteArray name = host.startsWith('[') ? host.mid(1, host.indexOf(']') - 1) : host.split(':').first();
-    in_addr address;
-    const bool isAddress = name == "::1" || inet_pton(AF_INET, name.constData(), &address) == 1;
-    return name == "localhost" || (isAddress && IsLoopback(name));
-}
-
 // "Basic" and name:password in base 64; any name will do.
 bool GivesPassword(const QByteArray& authorization, const QByteArray& password)
 {
@@ -45,12 +30,12 @@ bool GivesPassword(const QByteArray& authorization, const QByteArray& password)
     return colon >= 0 && IsSameSecret(given.mid(colon + 1), password);
 }
 
-StatusAnswer Refused(int status, const char* why)
+StatusAnswer Refused(int status, const QByteArray& why)
 {
     StatusAnswer answer;
     answer.status = status;
     answer.type = "text/plain; charset=utf-8";
-    answer.body = QByteArray(why) + "\n";
+    answer.body = why + "\n";
     if (status == 401)
         answer.fields = {{"WWW-Authenticate", "Basic realm=\"signage status\", charset=\"UTF-8\""}};
     return answer;
@@ -126,10 +111,9 @@ StatusAnswer StatusDesk::Answer(const StatusRequest& request) const
     const QByteArray password = Setting("password");
     if (!password.isEmpty() && !GivesPassword(request.authorization, password))
         return Refused(401, "The status needs the password of [status] in server.ini.");
-    if (password.isEmpty() && !(IsLoopback(request.address) && IsLoopbackHost(request.host)))
-        return Refused(403,
-                       "The status is told on the server's own machine, unless [status] in server.ini has a "
-                       "password.");
+    if (password.isEmpty() && !request.refusal.isEmpty())
+        return Refused(403, "Without a password under [status] in server.ini the status is told " +
+                                request.refusal + ".");
     StatusAnswer answer;
     const bool isPage = request.path == kPagePath;
     answer.type = isPage ? "text/html; charset=utf-8" : "application/json";

@@ -16,7 +16,7 @@ class Account;
 struct StatusRequest
 {
     QByteArray path, display; // a key, or empty
-    QByteArray address, host; // who asks, and whom for
+    QByteArray refusal;       // why it is not the administrator's own; empty when it is
     QByteArray authorization; // the field of that name
 };
 

@@ -91,10 +91,9 @@ bool SignServer::setFaults(const QByteArray& rules)
     socket.connectToHost("127.0.0.1", quint16(m_nPort));
     if (!socket.waitForConnected(kWaitMs))
         return false;
-    socket.write(
-        "POST /faults HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\nContent-Type: text/plain\r\n"
-        "Content-Length: " +
-        QByteArray::number(rules.size()) + "\r\n\r\n" + rules);
+    socket.write("POST /faults HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\nX-Signage-Change: 1\r\n"
+                 "Content-Length: " +
+                 QByteArray::number(rules.size()) + "\r\n\r\n" + rules);
     QByteArray reply;
     while (socket.waitForReadyRead(kWaitMs))
         reply += socket.readAll();
