@@ -6,6 +6,7 @@
 #include "support/file/path.h"
 #include <QApplication>
 #include <QEvent>
+#include <fontconfig/fontconfig.h>
 
 namespace {
 
@@ -22,12 +23,23 @@ public:
     }
 };
 
+// Made here, because the library's own way reads every description of the machine's fonts as well.
+void useFonts(const char* file)
+{
+    FcConfig* config = FcConfigCreate();
+    if (FcConfigParseAndLoad(config, reinterpret_cast<const FcChar8*>(file), FcTrue))
+        FcConfigSetCurrent(config);
+    FcConfigDestroy(config);
+}
+
 } // namespace
 
 void hostPrepareFonts()
 {
-    if (pathFileExist(kFonts))
-        qputenv("FONTCONFIG_FILE", devicePath(kFonts).GetText());
+    if (!pathFileExist(kFonts))
+        return;
+    qputenv("FONTCONFIG_FILE", devicePath(kFonts).GetText()); // for the processes that it starts
+    useFonts(devicePath(kFonts).GetText());
 }
 
 void hostApplyLook(QApplication& application)
