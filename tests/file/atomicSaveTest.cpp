@@ -60,6 +60,17 @@ TEST_F(AtomicSave, ModeOfTheFileStays)
     EXPECT_EQ(modeOf("/a"), 0640u);
 }
 
+TEST_F(AtomicSave, ModeThatIsAskedForTakesThePlaceOfTheOldOne)
+{
+    put("/a", "x");
+    ASSERT_EQ(chmod(onMachine("/a").c_str(), 0644), 0);
+    chAtomicFile file;
+    ASSERT_EQ(file.Open("/a", 0600), 1);
+    EXPECT_EQ(file.Write("y", 1), 1);
+    EXPECT_EQ(file.Commit(0), 1);
+    EXPECT_EQ(modeOf("/a"), 0600u);
+}
+
 TEST_F(AtomicSave, OwnerOfTheFileStaysForTheSuperuser)
 {
     put("/a", "x");

@@ -103,6 +103,22 @@ TEST_F(FailingKind, FailedRenameIsAFailedSave)
     expectOldFileAlone();
 }
 
+// Anybody but the superuser makes another's file his own.
+TEST_F(FailingKind, FileThatCannotBeGivenAwayIsSavedAllTheSame)
+{
+    put("/a", "old");
+    if (chown(onMachine("/a").c_str(), 1234, gid_t(-1)) != 0)
+        GTEST_SKIP() << "only the superuser can make a file another's";
+    EXPECT_EQ(saveWith([](fileSystemCalls& calls) {
+                  calls.fchown = [](int, uid_t, gid_t) {
+                      errno = EPERM;
+                      return -1;
+                  };
+              }),
+              1);
+    EXPECT_EQ(get("/a"), NEW_TEXT);
+}
+
 TEST_F(FailingKind, FailedCloseIsAFailedSave)
 {
     EXPECT_EQ(saveWith([](fileSystemCalls& calls) {

@@ -1,12 +1,14 @@
 // A folder in which strangers may put things: nothing of theirs is followed, read or written.
 #include "support/file/sharedFolder.h"
 #include "support/file/atomicSave.h"
+#include "support/file/chAtomicFile.h"
 #include "support/file/chFileStdio.h"
 #include "support/file/fileTools.h"
 #include "support/file/keepAside.h"
 #include "tests/file/freshRoot.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -115,6 +117,43 @@ TEST_F(SharedFolder, SecondNameOfAnotherFileIsNeitherReadNorWritten)
     EXPECT_EQ(get("/data/secret"), "secret");
     EXPECT_EQ(fileSaveAtomic("/tmp/a", "answer", 6), 1);
     EXPECT_EQ(get("/data/secret"), "secret");
+}
+
+TEST_F(SharedFolder, SecondNameOfAnotherFileGivesNothingToTheNextOne)
+{
+    ASSERT_EQ(chmod(onMachine("/data/secret").c_str(), 0755), 0);
+    ASSERT_EQ(link(onMachine("/data/secret").c_str(), onMachine("/tmp/a").c_str()), 0);
+    EXPECT_EQ(fileSaveAtomic("/tmp/a", "answer", 6), 1);
+    struct stat info;
+    ASSERT_EQ(lstat(onMachine("/tmp/a").c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0111, 0u);
+}
+
+TEST_F(SharedFolder, FolderInTheFilesPlaceIsRefusedBeforeAnythingIsWritten)
+{
+    makeFolder("/tmp/a");
+    chAtomicFile file;
+    EXPECT_EQ(file.Open("/tmp/a"), 0);
+    EXPECT_EQ(namesIn("/tmp"), Names{"a"});
+}
+
+TEST_F(SharedFolder, OpenFilesStayWithTheProcess)
+{
+    put("/tmp/a", "a");
+    for (const char* path : {"/tmp/a", "/data/secret"}) {
+        const int fd = fileOpenSafely(onMachine(path).c_str(), O_RDONLY, 0);
+        ASSERT_GE(fd, 0) << path;
+        EXPECT_TRUE(fcntl(fd, F_GETFD) & FD_CLOEXEC) << path;
+        close(fd);
+    }
+}
+
+TEST_F(SharedFolder, StickyFolderThatOnlyItsOwnerWritesIsNotShared)
+{
+    makeFolder("/own");
+    ASSERT_EQ(chmod(onMachine("/own").c_str(), 01755), 0);
+    ASSERT_EQ(symlink("/data/secret", onMachine("/own/a").c_str()), 0);
+    EXPECT_EQ(nuxDumpTextFileA("/own/a"), "secret");
 }
 
 TEST_F(SharedFolder, FileOfAStrangerIsNotReadAndGivesNothingToTheNextOne)
