@@ -240,6 +240,21 @@ TEST_F(Http, RedirectsAreFollowedFiveTimes)
     expectUntouched();
 }
 
+TEST_F(Http, EveryStatusThatNamesAnotherPlaceIsFollowed)
+{
+    QByteArray status;
+    server.onRequest = [&](QTcpSocket& socket, const QByteArray& path) {
+        socket.write(path == "/there" ? httpServer::answer(status)
+                                      : httpServer::head(status, {"Location: /there", "Content-Length: 0"}));
+    };
+    for (const char* one :
+         {"301 Moved", "302 Found", "303 See", "305 Proxy", "307 For now", "308 For ever"}) {
+        status = one;
+        EXPECT_EQ(fetch(server.url("/")), 1) << one;
+        EXPECT_EQ(readFile(kTarget), one);
+    }
+}
+
 TEST_F(Http, RedirectToSomethingElseThanHttpFails)
 {
     for (const char* place : {"file:///etc/passwd", "ftp://127.0.0.1/x", "data:,hello"}) {
@@ -296,9 +311,12 @@ TEST_F(Http, TargetThatCannotBeWrittenFails)
 TEST_F(Http, PasswordInAnAddressIsNotTraced)
 {
     answerWith(httpServer::answer("", "404 Not Found"));
-    EXPECT_EQ(fetch(server.url("/service?password=secret")), 0);
-    EXPECT_TRUE(lastTransferFailure().contains("127.0.0.1"));
-    EXPECT_FALSE(lastTransferFailure().contains("secret"));
+    for (const char* where : {"http://", "http://lobby:secret@"}) {
+        const QByteArray url = server.url("/service?password=secret").replace("http://", where);
+        EXPECT_EQ(fetch(url), 0);
+        EXPECT_TRUE(lastTransferFailure().contains("127.0.0.1")) << where;
+        EXPECT_FALSE(lastTransferFailure().contains("secret")) << where;
+    }
 }
 
 TEST_F(Http, ActionPostedAgainAnswersForItsLastPostingOnly)
@@ -456,6 +474,28 @@ TEST_F(Http, ActionDestroyedBeforeItsTurnIsNeverAskedFor)
     answerWith(httpServer::answer("new"));
     EXPECT_EQ(fetch(server.url("/last")), 1);
     EXPECT_FALSE(server.paths.contains("/waiting"));
+}
+
+TEST_F(Http, WhoWaitsForTransfersThatAreGivenUpHasTheirTurn)
+{
+    server.onRequest = [](QTcpSocket& socket, const QByteArray& path) {
+        if (path == "/waiting")
+            socket.write(httpServer::answer("body"));
+    };
+    std::vector<std::unique_ptr<HttpAction>> silent;
+    for (int i = 0; i < httpService::CONNECTIONS; ++i) {
+        silent.push_back(std::make_unique<HttpAction>());
+        silent.back()->strRemoteUrl = server.url("/silent").constData();
+        silent.back()->strLocalFile = "/rundata/data/silent";
+        PostAction(*silent.back());
+    }
+    ASSERT_TRUE(requestArrived(httpService::CONNECTIONS));
+    post(server.url("/waiting"));
+    letNetworkLook();
+    EXPECT_EQ(callback.calls, 0);
+    silent.clear();
+    EXPECT_TRUE(kit::waitUntil([&] { return callback.calls == 1; }));
+    EXPECT_EQ(action.nResult, 1);
 }
 
 TEST_F(Http, ManyTransfersToOneServerAllArriveAFewAtATime)

@@ -1,10 +1,13 @@
 // What goes over the wire between a transfer and its server, and what the next transfer finds of it.
+#include "host/services/system/hostLog.h"
 #include "support/host/http.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/services/httpServer.h"
 #include <QSet>
 #include <QTcpSocket>
 #include <atomic>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
 
@@ -23,9 +26,11 @@ public:
     void httpFinished(QNetworkReply* reply) override
     {
         HttpAction::httpFinished(reply);
+        nice = getpriority(PRIO_PROCESS, id_t(gettid()));
         ++finished;
     }
     std::atomic<int> finished{0};
+    std::atomic<int> nice{0}; // of the thread that transfers
 };
 
 class HttpWire : public PhoneTest
@@ -177,6 +182,13 @@ TEST_F(HttpWire, TheActionIsToldOfTheEndOnce)
     EXPECT_EQ(action.finished, 2);
 }
 
+TEST_F(HttpWire, TransfersGiveWayToTheUserInterface)
+{
+    server.onRequest = [](QTcpSocket& socket, const QByteArray&) { socket.write(httpServer::answer("x")); };
+    EXPECT_EQ(fetch(server.url("/x")), 1);
+    EXPECT_GT(action.nice, getpriority(PRIO_PROCESS, 0));
+}
+
 TEST_F(HttpWire, SmallChunksAreGood)
 {
     constexpr int kChunks = 30000;
@@ -195,6 +207,7 @@ TEST_F(HttpWire, ARemarkOnAChunkThatDoesNotEndEndsTheTransfer)
     EXPECT_TRUE(kit::waitUntil([this] { return server.closed == 1; }));
     EXPECT_LT(taken, kMostTaken);
     EXPECT_EQ(readFile(kTarget), "");
+    EXPECT_TRUE(hostLogFrom(1).last().strText.endsWith("failed: there is more around it than in it"));
 }
 
 TEST_F(HttpWire, AQuestionForThePasswordThatDoesNotEndEndsTheTransfer)

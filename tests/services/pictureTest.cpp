@@ -15,6 +15,7 @@
 #include <atomic>
 #include <cstring>
 #include <ctime>
+#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 
@@ -406,6 +407,7 @@ TEST_F(Pictures, ThatTakeTooLongAreGivenUpAndTheNextIsRead)
 TEST_F(Pictures, TheWishsCheckIsAskedFirstAndElsewhere)
 {
     static std::atomic<bool> isElsewhere = false;
+    static std::atomic<int> nice = 0; // of the thread that reads
     static std::thread::id here;
     here = std::this_thread::get_id();
     writeFile("/rundata/a.png", encoded(plain(kLarge), "PNG"));
@@ -413,8 +415,10 @@ TEST_F(Pictures, TheWishsCheckIsAskedFirstAndElsewhere)
     EXPECT_EQ(read(one), PICTURE_READ);
     one.check = [](const char* path) {
         isElsewhere = std::this_thread::get_id() != here;
+        nice = getpriority(PRIO_PROCESS, id_t(gettid()));
         return strcmp(path, "/rundata/a.png") != 0;
     };
     EXPECT_EQ(read(one), PICTURE_REFUSED) << "what was read without it is another matter";
     EXPECT_TRUE(isElsewhere);
+    EXPECT_GT(nice, getpriority(PRIO_PROCESS, 0)) << "the user interface goes first";
 }
