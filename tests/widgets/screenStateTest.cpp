@@ -23,6 +23,27 @@ TEST_F(Screen, IdleTimeRunsFromTheLastTouchOrKey)
     EXPECT_LT(state.idleMs(), 200);
 }
 
+TEST_F(Screen, TouchesAndKeysAreTold)
+{
+    ScreenPage page;
+    page.open();
+    int touched = 0;
+    const auto connection = QObject::connect(&state, &screenState::touched, [&] { ++touched; });
+    kit::key(Qt::Key_Down);
+    EXPECT_EQ(touched, 1);
+    kit::tap(QPoint(400, 240));
+    QObject::disconnect(connection);
+    EXPECT_GT(touched, 1);
+}
+
+TEST_F(Screen, IdleTimeThatWasSetEndsWithTheSuspension)
+{
+    state.setIdle(90000);
+    RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    UnRegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    EXPECT_LT(state.idleMs(), 200);
+}
+
 TEST_F(Screen, ResetRestartsTheIdleTime)
 {
     kit::stepTime(5000);

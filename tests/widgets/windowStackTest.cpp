@@ -177,6 +177,79 @@ TEST_F(Windows, ScreenLeavesOutWhatAMaskCutsAway)
     EXPECT_TRUE(isColour(screenGrab(), 600, 240, red));
 }
 
+TEST_F(Windows, ScreenShowsThePageBelowATranslucentOne)
+{
+    paint(low, red);
+    low.open();
+    high.setAttribute(Qt::WA_TranslucentBackground);
+    high.setAutoFillBackground(false);
+    high.open();
+    EXPECT_TRUE(isColour(screenGrab(), 400, 240, red));
+}
+
+TEST_F(Windows, TheOneThatIsSeenHasTheKeys)
+{
+    low.open();
+    high.open();
+    low.activateWindow();
+    kit::settle();
+    EXPECT_TRUE(high.isActiveWindow());
+}
+
+TEST_F(Windows, BoxThatDoesNotLetItselfBeCancelledMakesRoomForAPage)
+{
+    class StubbornBox : public QDialog
+    {
+        void reject() override {}
+    } box;
+    low.open();
+    box.setModal(true);
+    box.show();
+    high.open();
+    EXPECT_FALSE(box.isVisible());
+    EXPECT_EQ(QWSServer::clientWindows(), QList<QWidget*>({&high, &low}));
+}
+
+TEST_F(Windows, PageThatIsBroughtUpCancelsTheBoxUponIt)
+{
+    QDialog box;
+    low.open();
+    box.setModal(true);
+    box.show();
+    screenBringUp(&low);
+    EXPECT_FALSE(box.isVisible());
+    EXPECT_EQ(QWSServer::clientWindows(), QList<QWidget*>({&low}));
+}
+
+TEST_F(Windows, WindowOfABoxLeavesItUp)
+{
+    QDialog box;
+    low.open();
+    box.setModal(true);
+    box.show();
+    QDialog itsWindow(&box);
+    itsWindow.show();
+    EXPECT_TRUE(box.isVisible());
+}
+
+TEST_F(Windows, PageThatAPersonClosedDoesNotComeAgainWhenTheBoxEnds)
+{
+    for (const bool byPerson : {false, true}) {
+        QDialog box;
+        low.open();
+        box.setModal(true);
+        box.show();
+        high.open();
+        if (byPerson)
+            kit::key(Qt::Key_Down);
+        high.hide();
+        windowStack::instance().boxesEnded();
+        kit::settle();
+        EXPECT_EQ(high.isVisible(), !byPerson);
+        high.hide();
+    }
+}
+
 TEST_F(Windows, OpenListOfAComboBoxIsOnTheScreen)
 {
     QComboBox* box = low.add<QComboBox>(QRect(200, 60, 200, 36));
