@@ -26,11 +26,19 @@ bool PhotoFile::IsOk(const char* path, unsigned limit)
 {
     const IMAGE_CHECK check = GetImageType(path, limit);
     if (check == IMAGE_TOO_LARGE)
-        m_strError = HX_TR("Image is oversized!");
+        m_strError = PHOTO_OVERSIZED;
     else if (check == IMAGE_DAMAGED)
-        m_strError = HX_TR("Image is error!");
+        m_strError = PHOTO_ERROR;
     nuxTrace(TRACE_DETAIL, "PhotoFile::IsOk info(%s)", m_strError.GetText());
     return check == IMAGE_FINE;
+}
+
+PICTURE_RESULT photoCheck(const char* path)
+{
+    PhotoFile file;
+    if (file.IsOk(path, IMAGE_SIZE_LIMIT))
+        return PICTURE_READ;
+    return file.GetErrorInfo() == PHOTO_OVERSIZED ? PICTURE_TOO_LARGE : PICTURE_DAMAGED;
 }
 
 IMAGE_CHECK PhotoFile::GetImageType(const char* path, unsigned limit)

@@ -1,9 +1,18 @@
 #pragma once
 // Is a picture file fit to be shown: by its extension and, for JPEG, by what is in it. Any thread.
+#include "support/host/api.h"
+#include "support/host/picture.h"
 #include "support/text/chString.h"
 
 enum IMAGE_CHECK { IMAGE_FINE = 0, IMAGE_TOO_LARGE = 1, IMAGE_DAMAGED = 2 };
 enum : unsigned { IMAGE_SIZE_LIMIT = 1966080 }; // bytes
+
+// Keys for the translator.
+inline constexpr char PHOTO_OVERSIZED[] = HX_TR("Image is oversized!");
+inline constexpr char PHOTO_ERROR[] = HX_TR("Image is error!");
+
+// PhotoFile::IsOk as the check of a wish for a picture: PICTURE_READ, PICTURE_TOO_LARGE or PICTURE_DAMAGED.
+PICTURE_RESULT photoCheck(const char* path);
 
 class PhotoFile
 {

@@ -11,9 +11,9 @@ constexpr unsigned kPictureLimit = 0x1e0000; // bytes
 constexpr int kLookMs = 100;                 // a file is looked at no more often
 constexpr int kMostScreens = 2;              // in each direction, that a picture has pixels for
 
-bool isFit(const char* path)
+PICTURE_RESULT check(const char* path)
 {
-    return PhotoFile().IsOk(path, kPictureLimit);
+    return PhotoFile().IsOk(path, kPictureLimit) ? PICTURE_READ : PICTURE_REFUSED;
 }
 
 tagPictureWish wishOf(const chString& path, const QSize& size, PICTURE_FIT fit)
@@ -23,7 +23,7 @@ tagPictureWish wishOf(const chString& path, const QSize& size, PICTURE_FIT fit)
     wish.nWidth = std::min<int>(size.width(), kMostScreens * NDECK_WIDTH);
     wish.nHeight = std::min<int>(size.height(), kMostScreens * NDECK_HEIGHT);
     wish.eFit = fit;
-    wish.check = isFit;
+    wish.check = check;
     return wish;
 }
 
@@ -102,7 +102,7 @@ void nDeckPicture::resizeEvent(QResizeEvent* event)
 
 bool IsImageValid(const chString& path)
 {
-    return isFit(path);
+    return check(path) == PICTURE_READ;
 }
 
 tagPictureWish nDeckPictureWish(const chString& path, const QSize& size)

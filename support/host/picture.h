@@ -34,8 +34,9 @@ struct tagPictureWish
     int nWidth = 0;   // of the room, in pixels
     int nHeight = 0;
     PICTURE_FIT eFit = PICTURE_FIT_INSIDE;
-    // Says whether the file may be read, on the other thread, before it is; null for yes.
-    bool (*check)(const char* path) = nullptr;
+    // Whether the file may be read, asked on the other thread before it is: PICTURE_READ, or else what is
+    // told. Null: it may.
+    PICTURE_RESULT (*check)(const char* path) = nullptr;
 };
 
 // The pixmap is null unless the result is PICTURE_READ.

@@ -416,7 +416,7 @@ TEST_F(Pictures, TheWishsCheckIsAskedFirstAndElsewhere)
     one.check = [](const char* path) {
         isElsewhere = std::this_thread::get_id() != here;
         nice = getpriority(PRIO_PROCESS, id_t(gettid()));
-        return strcmp(path, "/rundata/a.png") != 0;
+        return strcmp(path, "/rundata/a.png") != 0 ? PICTURE_READ : PICTURE_REFUSED;
     };
     EXPECT_EQ(read(one), PICTURE_REFUSED) << "what was read without it is another matter";
     EXPECT_TRUE(isElsewhere);

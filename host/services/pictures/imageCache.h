@@ -12,7 +12,7 @@ struct tagImageKey
 {
     QByteArray path; // device path
     tagPictureShape shape;
-    bool (*check)(const char* path) = nullptr; // see tagPictureWish
+    PICTURE_RESULT (*check)(const char* path) = nullptr; // see tagPictureWish
     bool operator==(const tagImageKey& other) const
     {
         return shape == other.shape && check == other.check && path == other.path;

@@ -26,8 +26,9 @@ tagImageKey keyOf(const tagPictureWish& wish)
 tagDecodedPicture decodeChecked(const tagImageKey& key, const tagPictureLimits& limits,
                                 const std::atomic<bool>* stop)
 {
-    if (key.check && !key.check(key.path.constData()))
-        return {PICTURE_REFUSED, QImage()};
+    const PICTURE_RESULT checked = key.check ? key.check(key.path.constData()) : PICTURE_READ;
+    if (checked != PICTURE_READ)
+        return {checked, QImage()};
     return pictureDecode(key.path.constData(), key.shape, limits, stop);
 }
 

@@ -1,0 +1,7 @@
+#include "media/dlgDemo.h"
+
+void dlgDemo::focusOutEvent(QFocusEvent* event)
+{
+    FullScreenDialog::focusOutEvent(event);
+    close();
+}

@@ -1,0 +1,35 @@
+#include "media/dlgScreenSleep.h"
+#include "support/host/trace.h"
+#include <QMouseEvent>
+
+dlgScreenSleep* dlgScreenSleep::s_pInstance = nullptr;
+
+dlgScreenSleep::dlgScreenSleep()
+{
+    setObjectName("dlgScreenSleep");
+    s_pInstance = this;
+    QPalette black = palette();
+    black.setColor(QPalette::Window, QColor(0, 0, 0));
+    setPalette(black);
+    setAutoFillBackground(true);
+}
+
+dlgScreenSleep::~dlgScreenSleep()
+{
+    if (s_pInstance == this)
+        s_pInstance = nullptr;
+}
+
+void dlgScreenSleep::OnKeyDown(int key)
+{
+    if (key != Qt::Key_F12)
+        close();
+}
+
+// The trace has always named the other window.
+void dlgScreenSleep::mousePressEvent(QMouseEvent* event)
+{
+    nuxTrace(TRACE_DETAIL, "dlgVideoScreen::mousePressEvent");
+    if (event->type() == QEvent::MouseButtonRelease)
+        close();
+}

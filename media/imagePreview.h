@@ -1,0 +1,27 @@
+#pragma once
+// Shows the selected picture in a label of the page, or why it cannot be shown. User-interface thread.
+#include "media/basePreview.h"
+#include "support/host/picture.h"
+
+class QLabel;
+
+class imagePreview : public basePreview
+{
+    Q_OBJECT
+public:
+    // The label is not owned, and outlives this object.
+    imagePreview(QObject* parent, QLabel* label, int delay, PREVIEW_MEDIA_TYPE type);
+
+    // The picture, or the words of a refusal, come a moment later, unless another is previewed by then.
+    void on_start_preview(bool bStill) override;
+    void on_stop_preview() override;
+
+private:
+    void Request(const QSize& size, bool bStill);
+    void OnRead(PICTURE_RESULT result, const QPixmap& picture, bool bStill);
+    void ShowPicture(const QPixmap& picture);
+    void ShowRefusal(const char* text);
+
+    QLabel* m_pLabel;
+    int m_nRequest = 0;
+};
