@@ -1028,5 +1028,9 @@
         <source>Discard the changes?</source>
         <translation>Änderungen verwerfen?</translation>
     </message>
+    <message>
+        <source>No media found in this phone !</source>
+        <translation>Auf diesem Telefon gibt es keine Medien!</translation>
+    </message>
 </context>
 </TS>

@@ -1028,5 +1028,9 @@
         <source>Discard the changes?</source>
         <translation>¿Descartar los cambios?</translation>
     </message>
+    <message>
+        <source>No media found in this phone !</source>
+        <translation>¡No hay archivos multimedia en este teléfono!</translation>
+    </message>
 </context>
 </TS>

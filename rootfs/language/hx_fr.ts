@@ -1028,5 +1028,9 @@
         <source>Discard the changes?</source>
         <translation>Abandonner les modifications ?</translation>
     </message>
+    <message>
+        <source>No media found in this phone !</source>
+        <translation>Aucun média dans ce téléphone !</translation>
+    </message>
 </context>
 </TS>

@@ -1028,5 +1028,9 @@
         <source>Discard the changes?</source>
         <translation>放弃更改？</translation>
     </message>
+    <message>
+        <source>No media found in this phone !</source>
+        <translation>此话机中没有媒体文件！</translation>
+    </message>
 </context>
 </TS>
