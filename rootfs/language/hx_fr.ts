@@ -1030,7 +1030,7 @@
     </message>
     <message>
         <source>No media found in this phone !</source>
-        <translation>Aucun média dans ce téléphone !</translation>
+        <translation>Aucun média dans ce téléphone !</translation>
     </message>
 </context>
 </TS>
