@@ -10,6 +10,7 @@
 #include "support/host/phone.h"
 #include "support/host/screen.h"
 #include "support/host/upgrade.h"
+#include <QPointer>
 
 namespace {
 
@@ -51,10 +52,10 @@ int PlayImageFile()
     if (isUpgrading())
         return 0;
     StopImagePlay();
-    dlgImagePlay* dialog = new dlgImagePlay;
+    const QPointer<dlgImagePlay> dialog = new dlgImagePlay;
     if (dialog->LoadImage())
         screenBringUp(dialog);
-    else
+    else if (dialog) // or another took its place while the user was told
         dialog->close();
     return 1;
 }
@@ -64,10 +65,10 @@ int PlayVideoFile()
     if (isUpgrading())
         return 0;
     StopVideoPlay();
-    dlgVideoPlay* dialog = new dlgVideoPlay;
+    const QPointer<dlgVideoPlay> dialog = new dlgVideoPlay;
     if (dialog->LoadVideo())
         screenBringUp(dialog);
-    else
+    else if (dialog)
         dialog->Destruct();
     return 1;
 }

@@ -44,6 +44,7 @@ TEST_F(EntryStory, ACallOverABoxIsTakenCareOf)
     waitPage("frmCall");
     key("F4");
     waitPage("frmDesktop");
+    waitIdle();
     EXPECT_EQ(topWindow()["active"].toBool(), true);
 }
 

@@ -209,6 +209,23 @@ TEST_F(SlideShowOnScreen, WithoutFilesItSaysSoForThreeSecondsAndDoesNotOpen)
     EXPECT_EQ(savers(), QStringList({"register 5 0", "unregister 5 0"}));
 }
 
+TEST_F(SlideShowOnScreen, AskedForAgainWhileTheUserIsToldThatThereIsNothingItTellsHimAgain)
+{
+    putTable("image", "ImageView", "*.png");
+    const kit::RunningClocks clocks; // boxes are answered by a timer
+    kit::BoxAnswers box({"keep", "ok"});
+    QTimer::singleShot(100, &page, [] {
+        PlayImageFile();
+        kit::settle();
+        kit::key(Qt::Key_Return);
+    });
+    EXPECT_EQ(PlayImageFile(), 1);
+    kit::settle();
+    EXPECT_GE(box.texts().size(), 2);
+    EXPECT_EQ(top(), "page");
+    EXPECT_EQ(dlgImagePlay::Instance(), nullptr);
+}
+
 TEST_F(SlideShowOnScreen, KeysEndItButF12AndF4EndsItWhenItIsReleased)
 {
     putPictures(2);
