@@ -67,9 +67,10 @@ void RunScript::launch(const QStringList& options, const QString& source, uid_t 
     environment.insert("QT_SCALE_FACTOR", "1");
     m_process.setProcessEnvironment(environment);
     kit::endWithUs(m_process, user);
-    // Its own group of processes, as in a terminal.
-    m_process.start("setsid",
-                    QStringList{(source.isEmpty() ? QString(HX_SOURCE_DIR) : source) + "/run"} + options);
+    // Its own group of processes, as in a terminal, where nobody ignores the terminal's keys: shells do so
+    // for what they start in the background, and this test may be.
+    const QString script = (source.isEmpty() ? QString(HX_SOURCE_DIR) : source) + "/run";
+    m_process.start("env", QStringList{"--default-signal=INT,QUIT", "setsid", script} + options);
     ASSERT_TRUE(m_process.waitForStarted());
 }
 

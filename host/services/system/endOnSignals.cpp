@@ -26,6 +26,6 @@ void endOnSignals()
     QObject::connect(notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
     struct sigaction action = {};
     action.sa_handler = onSignal;
-    for (const int number : {SIGTERM, SIGINT, SIGHUP})
+    for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT})
         sigaction(number, &action, nullptr);
 }
