@@ -92,6 +92,7 @@ void Registrations::SaveAll()
             m_names = names;
             m_mark = FileMark::OfPath(m_path.constData());
         }
+        m_bSaving = !m_wishes.isEmpty(); // whoever is told may change the file at once
         locker.unlock();
         for (const Wish& wish : wishes)
             wish.done(saved);
