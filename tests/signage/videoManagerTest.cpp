@@ -113,6 +113,8 @@ TEST_F(SignageVideo, PlayersThatStandStillHoldNothingUp)
     manager().StopPlayVideo(1);
     EXPECT_EQ(answered, 0) << "nobody was waited for";
     still.release(10);
+    movie->end(); // before what they answer with is gone
+    media->end();
 }
 
 TEST_F(SignageVideo, AFileThatIsNotThereIsNotAskedFor)
