@@ -1,36 +1,19 @@
 #include "media/dlgImagePlay.h"
-#include "media/ScreenViewFile.h"
-#include "media/showBox.h"
-#include "support/host/screen.h"
+#include "media/showFiles.h"
 #include <QTimerEvent>
 
-dlgImagePlay* dlgImagePlay::s_pInstance = nullptr;
-
-dlgImagePlay::dlgImagePlay() : m_devices(this), m_photos(this)
+dlgImagePlay::dlgImagePlay() : m_photos(this)
 {
     setObjectName("dlgImagePlay");
-    s_pInstance = this;
-    RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
-}
-
-dlgImagePlay::~dlgImagePlay()
-{
-    UnRegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
-    if (s_pInstance == this)
-        s_pInstance = nullptr;
 }
 
 bool dlgImagePlay::LoadImage()
 {
-    ScreenViewFile table;
-    ScreenViewFile::FileList files;
-    table.GetImageFileList(files);
-    if (files.size() > 1)
+    if (!loadPhotos(m_photos, 1))
+        return false;
+    if (m_photos.GetFileSize() > 1)
         StartAutoPlay();
-    if (m_photos.LoadFileList(files))
-        return true;
-    showBoxNoMedia();
-    return false;
+    return true;
 }
 
 void dlgImagePlay::StartAutoPlay()
@@ -85,25 +68,17 @@ void dlgImagePlay::OnKeyDown(int key)
     case Qt::Key_Return:
         SwitchAutoPlay();
         break;
-    case Qt::Key_F4:
-    case Qt::Key_F12:
-        break;
     default:
-        close();
+        EndShowByKeyDown(key);
     }
 }
 
 void dlgImagePlay::OnKeyUp(int key)
 {
-    if (key == Qt::Key_F4)
-        close();
+    EndShowByKeyUp(key);
 }
 
-int dlgImagePlay::TryThreadMessage(msgObject& msg)
+void dlgImagePlay::OnStorageGone()
 {
-    if (msg.message != DEVICE_MSG_EVENT)
-        return 0;
-    if (msg.wParam == DEVICE_EVENT_REMOVE)
-        close();
-    return 1;
+    close();
 }

@@ -1,27 +1,24 @@
 #pragma once
 // The slide show of the pictures that "/phone/resource/screenview.xml" names. User-interface thread.
-#include "media/DeviceAssistant.h"
 #include "media/dlgDemo.h"
+#include "media/liveInstance.h"
 #include "media/photoAssistant.h"
+#include "media/playerStay.h"
 
-class dlgImagePlay : public dlgDemo, public chMsgProcesser
+class dlgImagePlay : public dlgDemo, public PlayerStay, public LiveInstance<dlgImagePlay>
 {
     Q_OBJECT
 public:
     enum : int { PLAY_MS = 3000, TIMER_OFF = -1 }; // of each picture
 
     dlgImagePlay();
-    ~dlgImagePlay() override;
-    // The one that lives; null when there is none.
-    static dlgImagePlay* Instance() { return s_pInstance; }
-    static void ForgetInstance() { s_pInstance = nullptr; }
 
     // Shows the first picture. False, and the user was told, when there is none.
     bool LoadImage();
     bool IsAutoPlaying() const { return m_nAutoTimer != TIMER_OFF; }
-    int TryThreadMessage(msgObject& msg) override;
 
 protected:
+    void OnStorageGone() override;
     void OnKeyDown(int key) override;
     void OnKeyUp(int key) override;
     void timerEvent(QTimerEvent* event) override;
@@ -32,8 +29,6 @@ private:
     void StartAutoPlay();
     void StopAutoPlay();
 
-    static dlgImagePlay* s_pInstance;
-    DeviceAssistant m_devices;
     photoAssistant m_photos;
     int m_nAutoTimer = TIMER_OFF;
 };

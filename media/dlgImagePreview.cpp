@@ -2,12 +2,15 @@
 #include "media/storageTools.h"
 #include <QLabel>
 
-dlgImagePreview::dlgImagePreview(const char* file) : m_pLabel(new QLabel(this))
+dlgImagePreview::dlgImagePreview(const char* file, const QPixmap& picture) : m_pLabel(new QLabel(this))
 {
     setObjectName("dlgImagePreview");
     m_pLabel->setGeometry(rect());
     m_pLabel->setScaledContents(true);
-    SetLabelImage(m_pLabel, file);
+    if (picture.isNull())
+        SetLabelImage(m_pLabel, file);
+    else
+        m_pLabel->setPixmap(picture);
 }
 
 void dlgImagePreview::OnKeyDown(int key)

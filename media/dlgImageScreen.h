@@ -1,18 +1,16 @@
 #pragma once
 // The screen saver of pictures: those of "/phone/resource/screenview.xml". User-interface thread.
 #include "media/dlgDemo.h"
+#include "media/liveInstance.h"
 #include "media/photoAssistant.h"
 
-class dlgImageScreen : public dlgDemo
+class dlgImageScreen : public dlgDemo, public LiveInstance<dlgImageScreen>
 {
     Q_OBJECT
 public:
     enum : int { TIMER_OFF = -1 };
 
     dlgImageScreen();
-    ~dlgImageScreen() override;
-    // The one that lives; null when there is none.
-    static dlgImageScreen* Instance() { return s_pInstance; }
 
     // Shows the first picture. False when there is none, which the user is told with a message of non-zero.
     bool LoadImage(int bMessage);
@@ -23,7 +21,6 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
-    static dlgImageScreen* s_pInstance;
     photoAssistant m_photos;
     int m_nAutoTimer = TIMER_OFF;
 };

@@ -2,22 +2,13 @@
 #include "support/host/trace.h"
 #include <QMouseEvent>
 
-dlgScreenSleep* dlgScreenSleep::s_pInstance = nullptr;
-
 dlgScreenSleep::dlgScreenSleep()
 {
     setObjectName("dlgScreenSleep");
-    s_pInstance = this;
     QPalette black = palette();
     black.setColor(QPalette::Window, QColor(0, 0, 0));
     setPalette(black);
     setAutoFillBackground(true);
-}
-
-dlgScreenSleep::~dlgScreenSleep()
-{
-    if (s_pInstance == this)
-        s_pInstance = nullptr;
 }
 
 void dlgScreenSleep::OnKeyDown(int key)

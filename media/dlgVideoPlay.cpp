@@ -1,66 +1,35 @@
 #include "media/dlgVideoPlay.h"
-#include "media/ScreenViewFile.h"
-#include "media/showBox.h"
+#include "media/showFiles.h"
 #include "media/videoAssistant.h"
-#include "support/host/screen.h"
 
-dlgVideoPlay* dlgVideoPlay::s_pInstance = nullptr;
-
-dlgVideoPlay::dlgVideoPlay() : VideoDialog(0), m_devices(this)
+dlgVideoPlay::dlgVideoPlay() : VideoDialog(0)
 {
     setObjectName("dlgVideoPlay");
-    s_pInstance = this;
-    RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
-}
-
-dlgVideoPlay::~dlgVideoPlay()
-{
-    UnRegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
-    if (s_pInstance == this)
-        s_pInstance = nullptr;
 }
 
 bool dlgVideoPlay::LoadVideo()
 {
-    ScreenViewFile table;
-    ScreenViewFile::FileList files;
-    table.GetVideoFileList(files);
-    if (!files.empty())
-        return Video()->LoadFileList(files);
-    showBoxNoMedia();
-    return false;
+    return loadFilms(Video(), 1);
 }
 
 void dlgVideoPlay::OnKeyDown(int key)
 {
     if (TryPlayerKey(key))
         return;
-    switch (key) {
-    case Qt::Key_Left:
-        Video()->PlayLast();
-        break;
-    case Qt::Key_Right:
-        Video()->PlayNext();
-        break;
-    case Qt::Key_F4:
-    case Qt::Key_F12:
-        break;
-    default:
-        close();
-    }
+    if (key == Qt::Key_Left)
+        Video().PlayLast();
+    else if (key == Qt::Key_Right)
+        Video().PlayNext();
+    else
+        EndShowByKeyDown(key);
 }
 
 void dlgVideoPlay::OnKeyUp(int key)
 {
-    if (key == Qt::Key_F4)
-        close();
+    EndShowByKeyUp(key);
 }
 
-int dlgVideoPlay::TryThreadMessage(msgObject& msg)
+void dlgVideoPlay::OnStorageGone()
 {
-    if (msg.message != DEVICE_MSG_EVENT)
-        return 0;
-    if (msg.wParam == DEVICE_EVENT_REMOVE)
-        Destruct();
-    return 1;
+    Destruct();
 }

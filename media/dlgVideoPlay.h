@@ -1,27 +1,20 @@
 #pragma once
 // The films that "/phone/resource/screenview.xml" names, over the whole screen. User-interface thread.
-#include "media/DeviceAssistant.h"
+#include "media/liveInstance.h"
+#include "media/playerStay.h"
 #include "media/videoDialog.h"
 
-class dlgVideoPlay : public VideoDialog, public chMsgProcesser
+class dlgVideoPlay : public VideoDialog, public PlayerStay, public LiveInstance<dlgVideoPlay>
 {
     Q_OBJECT
 public:
     dlgVideoPlay();
-    ~dlgVideoPlay() override;
-    // The one that lives; null when there is none.
-    static dlgVideoPlay* Instance() { return s_pInstance; }
-    static void ForgetInstance() { s_pInstance = nullptr; }
 
     // Plays. False, and the user was told, when there is no film; false also when there is no player.
     bool LoadVideo();
-    int TryThreadMessage(msgObject& msg) override;
 
 protected:
+    void OnStorageGone() override;
     void OnKeyDown(int key) override;
     void OnKeyUp(int key) override;
-
-private:
-    static dlgVideoPlay* s_pInstance;
-    DeviceAssistant m_devices;
 };

@@ -1,23 +1,11 @@
 #include "media/dlgVideoPreview.h"
 #include "media/storageTools.h"
 #include "media/videoAssistant.h"
-#include "support/host/screen.h"
 #include "support/host/trace.h"
 
-dlgVideoPreview* dlgVideoPreview::s_pInstance = nullptr;
-
-dlgVideoPreview::dlgVideoPreview() : VideoDialog(0), m_devices(this)
+dlgVideoPreview::dlgVideoPreview() : VideoDialog(0)
 {
     setObjectName("dlgVideoPreview");
-    s_pInstance = this;
-    RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
-}
-
-dlgVideoPreview::~dlgVideoPreview()
-{
-    UnRegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
-    if (s_pInstance == this)
-        s_pInstance = nullptr;
 }
 
 bool dlgVideoPreview::LoadVideoFile(const char* file)
@@ -26,7 +14,7 @@ bool dlgVideoPreview::LoadVideoFile(const char* file)
     m_bRemovable = IsPartOfAll("/storage/uDisk", file) || IsPartOfAll("/storage/sdCard", file);
     if (m_bRemovable)
         nuxTrace(TRACE_DETAIL, "preview file is in usb or sdCard");
-    return Video()->LoadFile(file);
+    return Video().LoadFile(file);
 }
 
 void dlgVideoPreview::OnKeyDown(int key)
@@ -48,11 +36,8 @@ void dlgVideoPreview::OnKeyUp(int key)
     }
 }
 
-int dlgVideoPreview::TryThreadMessage(msgObject& msg)
+void dlgVideoPreview::OnStorageGone()
 {
-    if (msg.message != DEVICE_MSG_EVENT)
-        return 0;
-    if (msg.wParam == DEVICE_EVENT_REMOVE && m_bRemovable)
+    if (m_bRemovable)
         Destruct();
-    return 1;
 }

@@ -1,28 +1,24 @@
 #pragma once
 // One film over the whole screen. User-interface thread.
-#include "media/DeviceAssistant.h"
+#include "media/liveInstance.h"
+#include "media/playerStay.h"
 #include "media/videoDialog.h"
 #include <cstdint>
 
-class dlgVideoPreview : public VideoDialog, public chMsgProcesser
+class dlgVideoPreview : public VideoDialog, public PlayerStay, public LiveInstance<dlgVideoPreview>
 {
     Q_OBJECT
 public:
     dlgVideoPreview();
-    ~dlgVideoPreview() override;
-    // The one that lives; null when there is none.
-    static dlgVideoPreview* Instance() { return s_pInstance; }
 
     // file: device path. False when there is no player.
     bool LoadVideoFile(const char* file);
-    int TryThreadMessage(msgObject& msg) override;
 
 protected:
+    void OnStorageGone() override;
     void OnKeyDown(int key) override;
     void OnKeyUp(int key) override;
 
 private:
-    static dlgVideoPreview* s_pInstance;
-    DeviceAssistant m_devices;
     int32_t m_bRemovable = 0; // the film lies on a disk that can be pulled
 };

@@ -34,6 +34,18 @@ void FullScreenDialog::keyReleaseEvent(QKeyEvent* event)
         OnKeyUp(keyOf(*event));
 }
 
+void FullScreenDialog::EndShowByKeyDown(int key)
+{
+    if (key != Qt::Key_F4 && key != Qt::Key_F12)
+        Destruct();
+}
+
+void FullScreenDialog::EndShowByKeyUp(int key)
+{
+    if (key == Qt::Key_F4)
+        Destruct();
+}
+
 void FullScreenDialog::mouseReleaseEvent(QMouseEvent* event)
 {
     mousePressEvent(event);

@@ -76,7 +76,7 @@ void imagePreview::OnRead(PICTURE_RESULT result, const QPixmap& picture, bool bS
     if (bStill)
         ShowPicture(picture);
     else
-        PreviewImageFile(GetFile());
+        PreviewImageFile(GetFile(), picture);
 }
 
 void imagePreview::ShowPicture(const QPixmap& picture)

@@ -14,17 +14,52 @@
 
 namespace {
 
-bool isUpgrading()
+template <class T>
+void stop()
 {
-    return CAutoUpgrade::GetInstance()->IsUpgrading() != 0;
+    if (T* dialog = T::Instance())
+        dialog->Destruct();
 }
 
-void hideAndClose(QDialog* dialog)
+template <class T>
+void hideAndStop()
 {
-    if (!dialog)
-        return;
-    dialog->hide();
-    dialog->close();
+    if (T* dialog = T::Instance())
+        dialog->hide();
+    stop<T>();
+}
+
+// The show takes the place of the one before.
+template <class T>
+void stopShow()
+{
+    stop<T>();
+    T::ForgetInstance();
+}
+
+template <class T>
+int playShow(bool (T::*load)())
+{
+    if (CAutoUpgrade::GetInstance()->IsUpgrading())
+        return 0;
+    stopShow<T>();
+    const QPointer<T> dialog = new T;
+    if ((dialog->*load)())
+        screenBringUp(dialog);
+    else if (dialog) // or another took its place while the user was told
+        dialog->Destruct();
+    return 1;
+}
+
+template <class T>
+void startSaver(bool (T::*load)(int))
+{
+    hideAndStop<T>();
+    T* dialog = new T;
+    if ((dialog->*load)(0))
+        screenBringUp(dialog);
+    else
+        dialog->Destruct();
 }
 
 } // namespace
@@ -34,7 +69,12 @@ HX_ROOM_HOOK(playVideoFile, PlayVideoFile);
 
 int PreviewImageFile(const char* file)
 {
-    screenBringUp(new dlgImagePreview(file));
+    return PreviewImageFile(file, QPixmap());
+}
+
+int PreviewImageFile(const char* file, const QPixmap& picture)
+{
+    screenBringUp(new dlgImagePreview(file, picture));
     return 1;
 }
 
@@ -49,82 +89,48 @@ int PreviewVideoFile(const char* file)
 
 int PlayImageFile()
 {
-    if (isUpgrading())
-        return 0;
-    StopImagePlay();
-    const QPointer<dlgImagePlay> dialog = new dlgImagePlay;
-    if (dialog->LoadImage())
-        screenBringUp(dialog);
-    else if (dialog) // or another took its place while the user was told
-        dialog->close();
-    return 1;
+    return playShow(&dlgImagePlay::LoadImage);
 }
 
 int PlayVideoFile()
 {
-    if (isUpgrading())
-        return 0;
-    StopVideoPlay();
-    const QPointer<dlgVideoPlay> dialog = new dlgVideoPlay;
-    if (dialog->LoadVideo())
-        screenBringUp(dialog);
-    else if (dialog)
-        dialog->Destruct();
-    return 1;
+    return playShow(&dlgVideoPlay::LoadVideo);
 }
 
 void StartScreenSaver_ImageView()
 {
-    StopScreenSaver_ImageView();
-    dlgImageScreen* dialog = new dlgImageScreen;
-    if (dialog->LoadImage(0))
-        screenBringUp(dialog);
-    else
-        dialog->close();
+    startSaver(&dlgImageScreen::LoadImage);
 }
 
 void StartScreenSaver_VideoView()
 {
     phone_StopRing(0);
-    StopScreenSaver_VideoView();
-    dlgVideoScreen* dialog = new dlgVideoScreen;
-    if (dialog->LoadVideo(0))
-        screenBringUp(dialog);
-    else
-        dialog->Destruct();
+    startSaver(&dlgVideoScreen::LoadVideo);
 }
 
 void StopImagePlay()
 {
-    if (dlgImagePlay* dialog = dlgImagePlay::Instance())
-        dialog->close();
-    dlgImagePlay::ForgetInstance();
+    stopShow<dlgImagePlay>();
 }
 
 void StopVideoPlay()
 {
-    if (dlgVideoPlay* dialog = dlgVideoPlay::Instance())
-        dialog->Destruct();
-    dlgVideoPlay::ForgetInstance();
+    stopShow<dlgVideoPlay>();
 }
 
 void StopPreviewVideo()
 {
-    if (dlgVideoPreview* dialog = dlgVideoPreview::Instance())
-        dialog->Destruct();
+    stop<dlgVideoPreview>();
 }
 
 void StopScreenSaver_ImageView()
 {
-    hideAndClose(dlgImageScreen::Instance());
+    hideAndStop<dlgImageScreen>();
 }
 
 void StopScreenSaver_VideoView()
 {
-    if (dlgVideoScreen* dialog = dlgVideoScreen::Instance()) {
-        dialog->hide();
-        dialog->Destruct();
-    }
+    hideAndStop<dlgVideoScreen>();
 }
 
 void Stop_ImageView()
@@ -149,5 +155,5 @@ int OpenScreenSleepDlg()
 
 void CloseScreenSleepDlg()
 {
-    hideAndClose(dlgScreenSleep::Instance());
+    hideAndStop<dlgScreenSleep>();
 }

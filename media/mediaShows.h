@@ -3,9 +3,13 @@
 // thread.
 #include "support/host/api.h"
 
+class QPixmap;
+
 // A picture; a film, in the place of the one before. Both answer 1.
 HX_MODULE_API int PreviewImageFile(const char* file);
 HX_MODULE_API int PreviewVideoFile(const char* file);
+// The same with the picture that was read of the file for the whole screen.
+int PreviewImageFile(const char* file, const QPixmap& picture);
 
 // What "/phone/resource/screenview.xml" names, as a show or as a screen saver. A show answers 0 while the
 // firmware is updated, and 1 otherwise, also when the user was told that there is nothing to play.

@@ -21,8 +21,6 @@ VideoDialog::VideoDialog(int mute) : m_pVideo(nullptr)
     m_pVideo->setGeometry(rect());
 }
 
-VideoDialog::~VideoDialog() = default;
-
 void VideoDialog::Destruct()
 {
     m_pVideo->DestructRes();

@@ -9,15 +9,12 @@ class VideoDialog : public FullScreenDialog
 {
     Q_OBJECT
 public:
-    // Gives the surface up and closes.
-    void Destruct();
+    void Destruct() override;
 
 protected:
     // mute: of the output while it plays, 0 or 1.
     explicit VideoDialog(int mute);
-    ~VideoDialog() override;
-
-    videoAssistant* Video() const { return m_pVideo; }
+    videoAssistant& Video() const { return *m_pVideo; }
     // What the keys of a player do; false for any other key.
     bool TryPlayerKey(int key);
     void closeEvent(QCloseEvent* event) override;

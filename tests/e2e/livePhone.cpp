@@ -180,6 +180,21 @@ QString LivePhone::config(const QString& file, const QString& section, const QSt
     return ctl({"config", file, section, name}).toString();
 }
 
+void LivePhone::setSignageKey(const QString& key, const QString& value)
+{
+    ctl({"config", "/rundata/config/system.ini", "nDeck", key, value});
+}
+
+void LivePhone::joinSignage(const QString& server, int intervalMs)
+{
+    setSignageKey("strServerURL", server);
+    setSignageKey("strServerKey", "hall");
+    setSignageKey("strServerPwd", "secret");
+    setSignageKey("strDisplayName", "Lobby");
+    setSignageKey("nUpdateInteval", QString::number(intervalMs));
+    setSignageKey("bEnable", "1");
+}
+
 QStringList LivePhone::logOf(const QString& kind)
 {
     QStringList texts;

@@ -43,6 +43,10 @@ protected:
     // Digits, "*" and "#" on the phone's own pad.
     void pad(const QString& digits);
     QString config(const QString& file, const QString& section, const QString& name);
+    // One key of the signage client; and all that it needs to ask that server, which is told last that it
+    // may.
+    void setSignageKey(const QString& key, const QString& value);
+    void joinSignage(const QString& server, int intervalMs = 1000);
     QStringList logOf(const QString& kind);
     QImage screen();
     // The screen into shots/NAME.png of the build folder.

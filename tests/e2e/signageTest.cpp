@@ -16,7 +16,6 @@ using namespace kit;
 
 namespace {
 
-#define SYSTEM_FILE "/rundata/config/system.ini"
 constexpr int kWaitMs = 30000;
 
 QByteArray picture(const QColor& colour, const char* format = "png")
@@ -54,17 +53,8 @@ protected:
     {
         ASSERT_TRUE(server.start());
         LivePhone::SetUp();
-        setKey("strServerURL", server.url() + "///");
-        setKey("strServerKey", "hall");
-        setKey("strServerPwd", "secret");
-        setKey("strDisplayName", "Lobby");
-        setKey("nUpdateInteval", "1000");
-        setKey("bEnable", "1");
+        joinSignage(server.url() + "///");
         ctl({"set", "net", "state=2"});
-    }
-    void setKey(const QString& key, const QString& value)
-    {
-        ctl({"config", SYSTEM_FILE, "nDeck", key, value});
     }
     void openPage(const char* name) { ctl({"open-info", name, "", name}); }
     void openNdeck() { openPage("Ndeck"); }
@@ -121,7 +111,7 @@ protected:
     }
     void showSaver()
     {
-        setKey("bScreenSaver", "1");
+        setSignageKey("bScreenSaver", "1");
         ctl({"set", "idle", "600"});
         EXPECT_TRUE(waits([&] { return topWindow()["class"] == "nDeckWindow"; }));
     }
@@ -338,7 +328,7 @@ TEST_F(Signage, AFilmThatGoesOnInACallKeepsItsPlaceAndItsScale)
     server.putLayout("film.xml",
                      layout(signRegion(QRect(200, 100, 400, 240), signVideo("film.mp4", 4)) +
                             signRegion(QRect(0, 0, 160, 40), signText("", 4, "phoneNum=\"600\""))));
-    setKey("bPlayVideoInTalk", "1");
+    setSignageKey("bPlayVideoInTalk", "1");
     ctl({"set", "line", "0", "state=5", "user=1001", "server=pbx"});
     openNdeck();
     // The video plane's grid takes some of the region.
@@ -377,7 +367,7 @@ TEST_F(Signage, ACallStopsTheFilmUnlessItMayGoOn)
     // Until the files are there, a turn of the layout shows that they are on their way.
     ASSERT_TRUE(waits([&] { return filmRuns(wholeScreen()); })) << "before any call";
     for (const char* setting : {"0", "1"}) {
-        setKey("bPlayVideoInTalk", setting);
+        setSignageKey("bPlayVideoInTalk", setting);
         // A new turn of the layout may come between finger down and finger up.
         const int dialled = int(logOf("dial").size());
         ASSERT_TRUE(waits([&] {
@@ -407,7 +397,7 @@ TEST_F(Signage, EveryCallThatRingsIsSeenWhole)
     const std::function<void()> before[] = {[] {}, [this] { showTile(); }, [this] { openNdeck(); },
                                             [this] { showSaver(); }, [this] { openPage("WAN"); }};
     for (int call = 0; call < int(std::size(before)); ++call) {
-        setKey("bKeepShow", QString::number(call % 2));
+        setSignageKey("bKeepShow", QString::number(call % 2));
         before[call]();
         waitIdle();
         ring();
@@ -469,7 +459,7 @@ TEST_F(Signage, WhatWasOverACallGivesTheShowBack)
         waitIdle();
     };
     for (const char* kept : {"0", "1"}) {
-        setKey("bKeepShow", kept);
+        setSignageKey("bKeepShow", kept);
         showTile();
         ring();
         EXPECT_TRUE(showsInTalk(Red));
@@ -541,7 +531,7 @@ TEST_F(Signage, AFilmWithPlainSoundPlaysBesideEveryCall)
         {250, QSize(400, 240)});
     server.copyMedia("film.avi", film);
     server.putLayout("film.xml", layout(signRegion(QRect(200, 100, 400, 240), signVideo("film.avi", 4))));
-    setKey("bPlayVideoInTalk", "1");
+    setSignageKey("bPlayVideoInTalk", "1");
     const QRect alone(208, 100, 384, 240), beside(432, 66 + 60, 224, 144);
     for (int call = 1; call <= 2; ++call) {
         openNdeck();

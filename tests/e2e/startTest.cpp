@@ -33,15 +33,7 @@ protected:
     }
     void showSignage(SignServer& server)
     {
-        const auto setKey = [this](const QString& key, const QString& value) {
-            ctl({"config", "/rundata/config/system.ini", "nDeck", key, value});
-        };
-        setKey("strServerURL", server.url());
-        setKey("strServerKey", "hall");
-        setKey("strServerPwd", "secret");
-        setKey("strDisplayName", "Lobby");
-        setKey("nUpdateInteval", "1000");
-        setKey("bEnable", "1");
+        joinSignage(server.url());
         ctl({"set", "net", "state=2"});
         ctl({"open-info", "Ndeck", "", "Ndeck"});
     }

@@ -16,7 +16,9 @@
 #include "tests/kit/kitTime.h"
 #include "tests/media/fakePlayer.h"
 #include "tests/media/mediaTest.h"
+#include <QCoreApplication>
 #include <QDir>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -248,6 +250,18 @@ TEST_F(SlideShowOnScreen, TheReleaseOfTheKeyThatOpenedItDoesNotEndIt)
     start(PlayImageFile);
     kit::keyRelease(Qt::Key_F4);
     EXPECT_EQ(top(), "dlgImagePlay");
+}
+
+TEST_F(SlideShowOnScreen, AKeyThatIsHeldComesUpOnce)
+{
+    putPictures(2);
+    start(PlayImageFile);
+    kit::keyPress(Qt::Key_F4);
+    QKeyEvent repeated(QEvent::KeyRelease, Qt::Key_F4, Qt::NoModifier, QString(), true);
+    QCoreApplication::sendEvent(dlgImagePlay::Instance(), &repeated);
+    EXPECT_EQ(top(), "dlgImagePlay");
+    kit::keyRelease(Qt::Key_F4);
+    EXPECT_EQ(top(), "page");
 }
 
 TEST_F(SlideShowOnScreen, EndsWhenAnythingElseComesUp)

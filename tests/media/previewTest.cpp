@@ -216,6 +216,33 @@ TEST_F(PicturePreview, TheOneOnDemandFillsTheScreenAndLeavesTheLabelAsItIs)
     EXPECT_EQ(kit::screen().pixel(790, 10), 0xffc04020);
 }
 
+TEST_F(PicturePreview, TheOneOnDemandOpensWithItsPicture)
+{
+    writeFile("/rundata/large.png", kit::pngOfOneColour({4000, 3000}));
+    preview->startPreview("/rundata/large.png");
+    preview->on_start_preview(false);
+    EXPECT_TRUE(kit::waitUntil([] { return fullScreen() != nullptr; }, 60000));
+    ASSERT_NE(fullScreen(), nullptr);
+    EXPECT_EQ(fullScreen()->findChild<QLabel*>()->pixmap(Qt::ReturnByValue).width(), 800);
+    EXPECT_EQ(picturePending(), 0) << "it is not read again";
+}
+
+TEST_F(PicturePreview, TheWholeScreenEndsWithOkAtOnceAndWithOtherKeysWhenTheyComeUp)
+{
+    writeFile("/rundata/a.png", picture("PNG", 20, 10));
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_F4, Qt::Key_5}) {
+        PreviewImageFile("/rundata/a.png");
+        kit::settle();
+        kit::keyRelease(key);
+        kit::key(Qt::Key_F12);
+        ASSERT_NE(fullScreen(), nullptr);
+        kit::keyPress(key);
+        EXPECT_EQ(fullScreen() == nullptr, key == Qt::Key_Return) << key;
+        kit::keyRelease(key);
+        EXPECT_EQ(fullScreen(), nullptr) << key;
+    }
+}
+
 TEST_F(PicturePreview, TheOneOnDemandOfADamagedPictureStaysInTheLabel)
 {
     writeFile("/rundata/a.jpg", "no picture");
@@ -255,6 +282,16 @@ TEST_F(SoundPreview, PlaysRoundAndRoundAsLoudAsThePhoneRingsAndStops)
     mark();
     preview->stopPreview();
     EXPECT_EQ(rings(), QStringList({"stop"}));
+}
+
+TEST_F(SoundPreview, ThePhoneIsAsLoudAsItsRingWhileItPlays)
+{
+    dev_set_output_volume(60);
+    make(0);
+    preview->startPreview("/phone/a.wav");
+    EXPECT_EQ(dev_get_output_volume(), 35);
+    preview->stopPreview();
+    EXPECT_EQ(dev_get_output_volume(), 60);
 }
 
 TEST_F(SoundPreview, WithoutAStoredVolumeItIsTwenty)

@@ -137,13 +137,7 @@ class HostileSignage : public LivePhone
 protected:
     void launch(const QString& url)
     {
-        for (const QStringList& pair : QList<QStringList>{{"strServerURL", url},
-                                                          {"strServerKey", "hall"},
-                                                          {"strServerPwd", "secret"},
-                                                          {"strDisplayName", "Lobby"},
-                                                          {"nUpdateInteval", "300"},
-                                                          {"bEnable", "1"}})
-            ctl(QStringList{"config", SYSTEM_FILE, "nDeck"} + pair);
+        joinSignage(url, 300);
         before = filesOutside(root());
         ctl({"set", "net", "state=2"});
         ctl({"open-info", "Ndeck", "", "Ndeck"});

@@ -14,7 +14,6 @@ using namespace kit;
 
 namespace {
 
-#define SYSTEM_FILE "/rundata/config/system.ini"
 constexpr unsigned kSeed = 20261121;
 constexpr int kPeerRounds = 100;
 constexpr int kPhoneRounds = 12;
@@ -62,14 +61,7 @@ protected:
     {
         ASSERT_TRUE(server.start());
         LivePhone::SetUp();
-        for (const auto& [key, value] : QMap<QString, QString>{
-                 {"strServerURL", server.url()},
-                 {"strServerKey", "hall"},
-                 {"strServerPwd", "secret"},
-                 {"strDisplayName", "Lobby"},
-                 {"nUpdateInteval", "300"},
-                 {"bEnable", "1"}}.toStdMap())
-            ctl({"config", SYSTEM_FILE, "nDeck", key, value});
+        joinSignage(server.url(), 300);
     }
     void show()
     {

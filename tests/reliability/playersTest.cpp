@@ -14,7 +14,6 @@ using namespace kit;
 
 namespace {
 
-#define SYSTEM_FILE "/rundata/config/system.ini"
 constexpr unsigned kSeed = 815;
 // The phone starts a player that dies soon again later each time, until one has run for a second: ten, where
 // no test says so.
@@ -45,18 +44,9 @@ protected:
                                      "<region left=\"0\" top=\"0\" width=\"640\" height=\"352\">"
                                      "<media type=\"video\" path=\"film.mp4\" duration=\"4\"/>"
                                      "</region></layout>");
-        setKey("strServerURL", server.url());
-        setKey("strServerKey", "hall");
-        setKey("strServerPwd", "secret");
-        setKey("strDisplayName", "Lobby");
-        setKey("nUpdateInteval", "1000");
-        setKey("bEnable", "1");
+        joinSignage(server.url());
         ctl({"set", "net", "state=2"});
         ctl({"open-info", "Ndeck", "", "Ndeck"});
-    }
-    void setKey(const QString& key, const QString& value)
-    {
-        ctl({"config", SYSTEM_FILE, "nDeck", key, value});
     }
     QImage film() { return screen().copy(QRect(160, 90, 320, 170)); }
     // Several pictures that differ, one after the other, in the film's place.

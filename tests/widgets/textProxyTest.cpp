@@ -122,31 +122,48 @@ TEST(PeerOwner, IsNotLookedForWithoutEnd)
     EXPECT_EQ(uidOf(other.repeated(peerOwner::ROWS) + own), std::nullopt);
 }
 
+// Takes real connections.
+class Host
+{
+public:
+    Host() { EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost)); }
+    // The host's end of one; null when none came.
+    QTcpSocket* connected(QTcpSocket& client, const char* address = "127.0.0.1")
+    {
+        client.setProxy(QNetworkProxy::NoProxy);
+        client.connectToHost(QHostAddress(address), m_server.serverPort());
+        EXPECT_TRUE(kit::waitUntil([&] { return m_server.hasPendingConnections(); }, kLongMs)) << address;
+        return m_server.nextPendingConnection();
+    }
+
+private:
+    QTcpServer m_server;
+};
+
+peerOwner::tagEnds endsOf(const QTcpSocket& one)
+{
+    return {one.peerAddress(), one.peerPort(), one.localAddress(), one.localPort()};
+}
+
 TEST(PeerOwner, IsKnownForRealConnectionsOfBothKinds)
 {
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    Host host;
     for (const char* address : {"127.0.0.1", "::ffff:127.0.0.1"}) {
         QTcpSocket client;
-        client.setProxy(QNetworkProxy::NoProxy);
-        client.connectToHost(QHostAddress(address), server.serverPort());
-        ASSERT_TRUE(kit::waitUntil([&] { return server.hasPendingConnections(); }, kLongMs)) << address;
-        EXPECT_TRUE(peerOwner::isOwn(*server.nextPendingConnection())) << address;
+        QTcpSocket* const accepted = host.connected(client, address);
+        ASSERT_NE(accepted, nullptr);
+        EXPECT_TRUE(peerOwner::isOwn(*accepted)) << address;
     }
 }
 
 TEST(PeerOwner, IsToldByTheKernelForOneOpenConnectionAlone)
 {
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    Host host;
     for (const char* address : {"127.0.0.1", "::ffff:127.0.0.1"}) {
         QTcpSocket client;
-        client.setProxy(QNetworkProxy::NoProxy);
-        client.connectToHost(QHostAddress(address), server.serverPort());
-        ASSERT_TRUE(kit::waitUntil([&] { return server.hasPendingConnections(); }, kLongMs)) << address;
-        QTcpSocket* const accepted = server.nextPendingConnection();
-        const peerOwner::tagEnds ends{accepted->peerAddress(), accepted->peerPort(), accepted->localAddress(),
-                                      accepted->localPort()};
+        QTcpSocket* const accepted = host.connected(client, address);
+        ASSERT_NE(accepted, nullptr);
+        const peerOwner::tagEnds ends = endsOf(*accepted);
         uid_t uid = 4711;
         ASSERT_EQ(peerOwner::ask(ends, uid), peerOwner::ANSWER_FOUND) << address;
         EXPECT_EQ(uid, geteuid());
@@ -165,20 +182,14 @@ TEST(PeerOwner, CostsTheSameHoweverManySocketsAreOpen)
 {
     constexpr int kConnections = 500;
     const FewDescriptors room(2 * kConnections + 100);
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    Host host;
     std::vector<std::unique_ptr<QTcpSocket>> clients;
     QList<QTcpSocket*> accepted;
     for (int i = 0; i < kConnections; ++i) {
         clients.push_back(std::make_unique<QTcpSocket>());
-        clients.back()->setProxy(QNetworkProxy::NoProxy);
-        clients.back()->connectToHost(QHostAddress::LocalHost, server.serverPort());
-        ASSERT_TRUE(kit::waitUntil([&] { return server.hasPendingConnections(); }, kLongMs));
-        accepted.append(server.nextPendingConnection());
+        accepted.append(host.connected(*clients.back()));
+        ASSERT_NE(accepted.last(), nullptr);
     }
-    const auto endsOf = [](const QTcpSocket& one) {
-        return peerOwner::tagEnds{one.peerAddress(), one.peerPort(), one.localAddress(), one.localPort()};
-    };
     constexpr int kTimes = 20;
     uid_t uid = 0;
     const double begin = usedSeconds();
