@@ -382,7 +382,9 @@ TEST_F(BlackScreen, IsBlackAndThereIsOne)
 TEST_F(BlackScreen, ATouchEndsItAndItsTraceNamesTheOther)
 {
     start(OpenScreenSleepDlg);
-    kit::tap(QPoint(400, 200));
+    kit::press(QPoint(400, 200));
+    EXPECT_EQ(top(), "dlgScreenSleep");
+    kit::release(QPoint(400, 200));
     EXPECT_EQ(top(), "page");
     EXPECT_EQ(pressed, 0);
     EXPECT_TRUE(isTraced("dlgVideoScreen::mousePressEvent"));
@@ -554,6 +556,17 @@ TEST_F(Films, TheListEndsWithF4WhenItIsReleasedAndWithAnyOtherKeyAtOnce)
     kit::keyRelease(Qt::Key_5);
 }
 
+TEST_F(Films, AnotherListTakesThePlaceOfTheOneBefore)
+{
+    putFilms(1);
+    start(PlayVideoFile);
+    QPointer<dlgVideoPlay> first = dlgVideoPlay::Instance();
+    start(PlayVideoFile);
+    EXPECT_TRUE(first.isNull());
+    EXPECT_EQ(kit::windows().size(), 2);
+    EXPECT_EQ(top(), "dlgVideoPlay");
+}
+
 TEST_F(Films, APulledDiskEndsTheList)
 {
     putFilms(1);
@@ -584,6 +597,7 @@ TEST_F(Films, WithoutFilmsTheListSaysSoAndTheSaverDoesNot)
 TEST_F(Films, TheSaverIsMuteUnlessSetOtherwiseAndSilencesTheRing)
 {
     putFilms(1);
+    writeFile("/rundata/config/user/user.ini", "[ScreenSaver]\n");
     dev_set_output_mute(0);
     mark();
     start(StartScreenSaver_VideoView);
