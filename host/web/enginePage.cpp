@@ -7,8 +7,9 @@
 
 namespace {
 
-const char* const kBegun = "hx-text-begun";
-const char* const kLaidOut = "hx-text-laid-out";
+const char* const kBegun = "hx-text-begun ";
+const char* const kLaidOut = "hx-text-laid-out ";
+const char* const kAddress = "data:text/html;charset=UTF-8,"; // and the text
 
 const QWebEngineSettings::WebAttribute kForbidden[] = {
     QWebEngineSettings::LocalContentCanAccessFileUrls,
@@ -41,8 +42,14 @@ QWebEngineScript mark(const char* text, QWebEngineScript::InjectionPoint when)
     script.setName(text);
     script.setInjectionPoint(when);
     script.setWorldId(QWebEngineScript::ApplicationWorld);
-    script.setSourceCode(QStringLiteral("console.info('%1')").arg(text));
+    script.setSourceCode(QStringLiteral("console.info('%1' + document.URL.length)").arg(text));
     return script;
+}
+
+// How long the address is in which the engine passes a text on, in letters.
+qsizetype addressLength(const QString& html)
+{
+    return qsizetype(qstrlen(kAddress)) + html.toUtf8().toPercentEncoding().size();
 }
 
 } // namespace
@@ -66,6 +73,12 @@ void enginePage::restrict()
     settings()->setAttribute(QWebEngineSettings::PlaybackRequiresUserGesture, true);
 }
 
+void enginePage::setText(const QString& html)
+{
+    m_nAwaited = addressLength(html);
+    setHtml(html);
+}
+
 // The engine's own signals come late: it waits for every picture of the text.
 void enginePage::addMarks()
 {
@@ -73,12 +86,13 @@ void enginePage::addMarks()
     scripts().insert(mark(kLaidOut, QWebEngineScript::DocumentReady));
 }
 
+// The document before may be late: its marks say its own length.
 void enginePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& text, int,
                                           const QString&)
 {
-    if (text == QLatin1String(kBegun))
+    if (text == kBegun + QString::number(m_nAwaited))
         emit begun();
-    else if (text == QLatin1String(kLaidOut))
+    else if (text == kLaidOut + QString::number(m_nAwaited))
         emit laidOut();
 }
 

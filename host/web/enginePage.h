@@ -8,10 +8,12 @@ class enginePage : public QWebEnginePage
     Q_OBJECT
 public:
     enginePage(QWebEngineProfile* profile, QObject* parent);
+    // What is told from now on is told of this text.
+    void setText(const QString& html);
 
 signals:
-    void begun();   // a new document has taken the place of the one before
-    void laidOut(); // its text is read
+    void begun();   // the text's document has taken the place of the one before
+    void laidOut(); // the text is read
 
 protected:
     bool acceptNavigationRequest(const QUrl& address, NavigationType type, bool isMainFrame) override;
@@ -26,4 +28,6 @@ protected:
 private:
     void restrict();
     void addMarks();
+
+    qsizetype m_nAwaited = 0; // length of the address
 };

@@ -81,7 +81,7 @@ void enginePanel::load()
     if (m_strHtml.isEmpty() && m_nProcess == 0 && !m_stuck.isActive())
         return;
     m_bBegun = false;
-    m_pPage->setHtml(m_strHtml);
+    m_pPage->setText(m_strHtml);
     m_stuck.start(m_strHtml.isEmpty() ? kLeaveMs : kStuckMs);
 }
 
