@@ -116,9 +116,13 @@ void RfbScreen::askForAll()
 
 void RfbScreen::tap(int x, int y)
 {
-    const QByteArray place = bytesOf(quint16(x)) + bytesOf(quint16(y));
     for (const char button : {0, 1, 0})
-        m_send(QByteArray(1, 5) + QByteArray(1, button) + place);
+        pointer(x, y, button);
+}
+
+void RfbScreen::pointer(int x, int y, char button)
+{
+    m_send(QByteArray(1, 5) + QByteArray(1, button) + bytesOf(quint16(x)) + bytesOf(quint16(y)));
 }
 
 void RfbScreen::key(quint32 symbol)

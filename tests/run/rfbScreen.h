@@ -17,6 +17,8 @@ public:
     const QImage& picture() const { return m_picture; }
     void askForAll();
     void tap(int x, int y);
+    // Of the pointer, with no button down.
+    void move(int x, int y) { pointer(x, y, 0); }
     // A key by its number in X11.
     void key(quint32 symbol);
 
@@ -28,6 +30,7 @@ private:
     bool takeInit();
     bool takeMessage();
     bool takePicture();
+    void pointer(int x, int y, char button);
 
     std::function<void(const QByteArray&)> m_send;
     Step m_step = Step::Version;
