@@ -89,7 +89,8 @@ TEST_F(RunWindow, ShowsThePhoneAndTakesTouches)
     ASSERT_EQ(desk.windows().size(), 1);
     EXPECT_TRUE(desk.title(desk.windows().first()).startsWith("hxPhone"));
     m_desk.screen().tap(336, 289);
-    // The window's server may keep what came while it drew until something else comes: no hand is quite still.
+    // The window's server may keep what came while it drew until something else comes: no hand is quite
+    // still.
     EXPECT_TRUE(eventually([&] {
         m_desk.screen().move(336, 290);
         m_desk.screen().move(336, 289);
