@@ -1,11 +1,14 @@
 // What an action may ask of its transfer: a limit, a check sum; and how many transfers share their turns.
+#include "host/services/transfers/checkSums.h"
 #include "host/services/transfers/httpService.h"
 #include "host/services/transfers/taskBook.h"
+#include "support/file/fileTools.h"
 #include "support/host/checksum.h"
 #include "support/host/createObject.h"
 #include "support/host/http.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/services/httpServer.h"
+#include <QCryptographicHash>
 #include <QPointer>
 
 namespace {
@@ -111,6 +114,43 @@ TEST_F(HttpLimits, TheCheckSumIsThatOfTheFile)
     post(action);
     ASSERT_TRUE(answered());
     EXPECT_EQ(listener.checkSums, QList<QByteArray>{md5GetFileCheckSum(kTarget).GetText()});
+}
+
+// More than is written at once, and more than waits to be counted, with and without a length in the head.
+TEST_F(HttpLimits, TheCheckSumIsThatOfALargeFileToo)
+{
+    QByteArray body(3 * checkSums::MOST_BYTES + 12345, '\0');
+    for (qsizetype i = 0; i < body.size(); ++i)
+        body[i] = char(i * 2654435761u >> 21);
+    const QByteArray sum = QCryptographicHash::hash(body, QCryptographicHash::Md5).toHex();
+    for (const QByteArray& answer :
+         {httpServer::answer(body), QByteArray("HTTP/1.1 200 OK\r\n\r\n" + body)}) {
+        answerWith(answer, true);
+        HttpAction& action = make(server);
+        action.bCheckSum = 1;
+        post(action);
+        ASSERT_TRUE(answered(int(listener.checkSums.size()) + 1));
+        EXPECT_EQ(listener.checkSums.last(), sum);
+        EXPECT_EQ(readFile(kTarget), body);
+    }
+}
+
+TEST_F(HttpLimits, AnActionThatGoesWhileItsSumIsCountedIsNotTold)
+{
+    answerWith(httpServer::answer(QByteArray(2 * checkSums::MOST_BYTES, 'x')));
+    {
+        HttpAction gone;
+        gone.strRemoteUrl = server.url("/x").constData();
+        gone.strLocalFile = kTarget;
+        gone.bCheckSum = 1;
+        gone.SetCallback(&listener);
+        PostAction(gone);
+        ASSERT_TRUE(kit::waitUntil([] { return fileSize(kTarget) > 0; }, 10000)); // perhaps still counted
+    }
+    answerWith(httpServer::answer("next"));
+    post(make(server));
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(listener.results.size(), 1);
 }
 
 TEST_F(HttpLimits, TheCheckSumIsEmptyWhereItIsNotWantedOrTheTransferFails)

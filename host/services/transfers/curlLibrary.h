@@ -11,6 +11,7 @@
     USE(slist_append)                                                                                        \
     USE(easy_init)                                                                                           \
     USE(easy_cleanup)                                                                                        \
+    USE(easy_reset)                                                                                          \
     USE(easy_setopt)                                                                                         \
     USE(easy_getinfo)                                                                                        \
     USE(easy_header)                                                                                         \

@@ -31,7 +31,20 @@ httpLoop::httpLoop(int connections)
 
 httpLoop::~httpLoop()
 {
+    for (CURL* request : m_spare)
+        m_curl.easy_cleanup(request);
     m_curl.multi_cleanup(m_pRequests);
+}
+
+CURL* httpLoop::take()
+{
+    return m_spare.isEmpty() ? m_curl.easy_init() : m_spare.takeLast();
+}
+
+void httpLoop::giveBack(CURL* request)
+{
+    m_curl.easy_reset(request);
+    m_spare.append(request);
 }
 
 void httpLoop::add(CURL* request)

@@ -2,6 +2,7 @@
 // Carries requests on the event loop of its thread, over a few connections to each server that stay open for
 // the next ones. Lives on the network thread.
 #include "host/services/transfers/curlLibrary.h"
+#include <QList>
 #include <QObject>
 #include <QTimer>
 
@@ -24,6 +25,9 @@ public:
     // Its requests have gone before.
     ~httpLoop() override;
 
+    // A handle as a new one is, to be given back. Making one costs more than a small file.
+    CURL* take();
+    void giveBack(CURL* request);
     // The private pointer of the handle is its Request.
     void add(CURL* request);
     void remove(CURL* request);
@@ -38,5 +42,6 @@ private:
 
     const curlLibrary& m_curl = curlLibrary::instance();
     CURLM* m_pRequests;
+    QList<CURL*> m_spare;
     QTimer m_timer;
 };

@@ -47,7 +47,7 @@ bool isOfTls(CURLcode result)
 } // namespace
 
 httpRequest::httpRequest(httpLoop& loop, const QUrl& url, REACH reach, Listener& listener)
-    : m_loop(loop), m_url(url), m_eReach(reach), m_listener(listener), m_pEasy(m_curl.easy_init())
+    : m_loop(loop), m_url(url), m_eReach(reach), m_listener(listener), m_pEasy(loop.take())
 {
     setOptions();
     setJudges();
@@ -57,7 +57,7 @@ httpRequest::httpRequest(httpLoop& loop, const QUrl& url, REACH reach, Listener&
 httpRequest::~httpRequest()
 {
     m_loop.remove(m_pEasy);
-    m_curl.easy_cleanup(m_pEasy);
+    m_loop.giveBack(m_pEasy);
 }
 
 void httpRequest::setOptions()

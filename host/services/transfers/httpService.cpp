@@ -1,5 +1,6 @@
 #include "host/services/transfers/httpService.h"
 #include "host/services/system/giveWay.h"
+#include "host/services/transfers/checkSums.h"
 #include "host/services/transfers/httpLoop.h"
 #include "host/services/transfers/httpTransfer.h"
 #include "support/host/http.h"
@@ -145,6 +146,7 @@ void httpService::close()
     qDeleteAll(std::exchange(m_active, {}));
     m_loop.reset();
     m_wayGivers.reset();
+    m_sums.reset();
 }
 
 void httpService::enqueue(const tagHttpJob& job)
@@ -208,7 +210,7 @@ void httpService::startNext(const QByteArray& server)
 void httpService::begin(const tagHttpJob& job)
 {
     httpTransfer* transfer =
-        new httpTransfer(job, m_room, [this](httpTransfer* its, bool good) { done(its, good); });
+        new httpTransfer(job, m_room, sums(), [this](httpTransfer* its, bool good) { done(its, good); });
     m_active.append(transfer);
     ++m_servers[job.server].nActive;
     const curlLibrary& curl = curlLibrary::instance();
@@ -226,6 +228,13 @@ httpLoop& httpService::loopFor(const tagHttpJob& job)
     return *loop;
 }
 
+checkSums& httpService::sums()
+{
+    if (!m_sums)
+        m_sums = std::make_unique<checkSums>();
+    return *m_sums;
+}
+
 void httpService::ended(httpTransfer* transfer)
 {
     m_active.removeOne(transfer);
@@ -238,10 +247,21 @@ void httpService::done(httpTransfer* transfer, bool good)
         return;
     ended(transfer);
     const tagHttpJob job = transfer->job();
-    const QByteArray checkSum = good ? transfer->checkSum() : QByteArray();
+    const checkSums::Sum sum = good ? transfer->checkSum() : nullptr;
     transfer->deleteLater();
     if (--m_jobs[job.hold->number()] <= 0)
         m_jobs.remove(job.hold->number());
+    if (sum)
+        sums().finish(sum, this, [job](const QByteArray& checkSum) { tell(job, true, checkSum); });
+    else
+        tell(job, good, QByteArray());
+    // A transfer that ends at once must not make the list of those that wait go deeper and deeper.
+    QMetaObject::invokeMethod(
+        this, [this, server = job.server] { startNext(server); }, Qt::QueuedConnection);
+}
+
+void httpService::tell(const tagHttpJob& job, bool good, const QByteArray& checkSum)
+{
     taskDone(job.hold, [job, good, checkSum] {
         HttpAction* action = static_cast<HttpAction*>(job.hold->action());
         if (!action || !isLatest(job))
@@ -250,7 +270,4 @@ void httpService::done(httpTransfer* transfer, bool good)
         action->strCheckSum = checkSum.constData();
         return true;
     });
-    // A transfer that ends at once must not make the list of those that wait go deeper and deeper.
-    QMetaObject::invokeMethod(
-        this, [this, server = job.server] { startNext(server); }, Qt::QueuedConnection);
 }

@@ -10,6 +10,7 @@
 #include <deque>
 #include <memory>
 
+class checkSums;
 class HttpAction;
 class httpLoop;
 class httpTransfer;
@@ -67,12 +68,15 @@ private:
     void giveUpWaiting(quint64 action);
     void ended(httpTransfer* transfer);
     void done(httpTransfer* transfer, bool good);
+    static void tell(const tagHttpJob& job, bool good, const QByteArray& checkSum);
 
     httpLoop& loopFor(const tagHttpJob& job);
+    checkSums& sums();
 
     std::unique_ptr<httpLoop> m_loop;
     std::unique_ptr<httpLoop> m_wayGivers; // each has connections of its own
     diskRoom m_room;
+    std::unique_ptr<checkSums> m_sums;
     QHash<QByteArray, tagServer> m_servers;
     QHash<quint64, int> m_jobs; // that wait or are active, of each action
     QList<httpTransfer*> m_active;

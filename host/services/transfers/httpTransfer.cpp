@@ -5,6 +5,7 @@
 #include "support/host/trace.h"
 #include <QUrl>
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -38,8 +39,9 @@ QByteArray httpTransfer::serverOf(const QByteArray& url)
                                     QUrl::RemoveFragment);
 }
 
-httpTransfer::httpTransfer(const tagHttpJob& job, diskRoom& room, DoneCall done)
-    : m_job(job), m_folder(folderOf(job.file)), m_room(room), m_done(std::move(done))
+httpTransfer::httpTransfer(const tagHttpJob& job, diskRoom& room, checkSums& sums, DoneCall done)
+    : m_job(job), m_folder(folderOf(job.file)), m_room(room), m_sums(sums),
+      m_sum(job.bCheckSum ? checkSums::begin() : nullptr), m_done(std::move(done))
 {
     m_stall.setSingleShot(true);
     m_stall.setTimerType(Qt::PreciseTimer);
@@ -84,6 +86,7 @@ void httpTransfer::giveUp()
     m_done = nullptr;
     m_stall.stop();
     m_end.stop();
+    m_block.clear();
     m_file.Abandon();
     m_request.reset();
 }
@@ -163,15 +166,38 @@ const char* httpTransfer::whatIsWrong()
 bool httpTransfer::store(const char* bytes, size_t size)
 {
     m_nReceived += qint64(size);
-    if (m_job.bCheckSum)
-        m_hash.addData(QByteArrayView(bytes, qsizetype(size)));
-    return m_nReceived <= sizeLimit() && m_room.take(m_folder, qint64(size)) && openFile() &&
-           m_file.Write(bytes, size);
+    if (m_nReceived > sizeLimit() || !m_room.take(m_folder, qint64(size)))
+        return false;
+    if (m_block.isEmpty())
+        beginBlock();
+    m_block.append(bytes, qsizetype(size));
+    return m_block.size() < BLOCK || writeBlock();
 }
 
-QByteArray httpTransfer::checkSum() const
+// A write for each piece would cost more than the piece: what comes in one turn of the loop is written
+// together.
+void httpTransfer::beginBlock()
 {
-    return m_job.bCheckSum ? m_hash.result().toHex() : QByteArray();
+    const qint64 whole = m_request->announcedSize();
+    if (m_nReceived <= whole && whole <= BLOCK)
+        m_block.reserve(whole);
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (!m_szFailure && !writeBlock())
+                fail("it cannot be stored");
+        },
+        Qt::QueuedConnection);
+}
+
+bool httpTransfer::writeBlock()
+{
+    if (m_block.isEmpty())
+        return true;
+    const QByteArray block = std::exchange(m_block, QByteArray());
+    if (m_sum)
+        m_sums.add(m_sum, block);
+    return openFile() && m_file.Write(block.constData(), size_t(block.size()));
 }
 
 qint64 httpTransfer::sizeLimit() const
@@ -223,7 +249,7 @@ void httpTransfer::findFailure()
         refuse("the connection broke");
     else if (announced >= 0 && announced != m_nReceived)
         refuse("it is not complete");
-    else if (!openFile() || !m_file.Commit(m_job.bFlush))
+    else if (!openFile() || !writeBlock() || !m_file.Commit(m_job.bFlush))
         refuse("it cannot be stored");
 }
 

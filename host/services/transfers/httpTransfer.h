@@ -1,9 +1,9 @@
 #pragma once
 // One HTTP transfer into a file. Lives on the network thread.
+#include "host/services/transfers/checkSums.h"
 #include "host/services/transfers/httpRequest.h"
 #include "host/services/transfers/httpService.h"
 #include "support/file/chAtomicFile.h"
-#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
@@ -18,10 +18,12 @@ public:
         MAX_REDIRECTS = 5         // where redirectRule allows it
     };
     static constexpr qint64 MAX_SIZE = 256 << 20; // bytes
+    static constexpr qsizetype BLOCK = 256 << 10; // bytes that are written at once
 
     using DoneCall = std::function<void(httpTransfer* transfer, bool good)>;
-    // room: of the disk, shared by all transfers; outlives them. done: called once, and not from start().
-    httpTransfer(const tagHttpJob& job, diskRoom& room, DoneCall done);
+    // room: of the disk; sums: counts what comes. Both are shared by all transfers and outlive them. done:
+    // called once, and not from start().
+    httpTransfer(const tagHttpJob& job, diskRoom& room, checkSums& sums, DoneCall done);
 
     // loop: outlives this.
     void start(httpLoop& loop);
@@ -31,8 +33,8 @@ public:
     void giveUp();
 
     const tagHttpJob& job() const { return m_job; }
-    // MD5 of what was stored, as text; empty when nobody wants it.
-    QByteArray checkSum() const;
+    // Of what was stored, may still be counted; null when nobody wants it.
+    const checkSums::Sum& checkSum() const { return m_sum; }
     // Scheme, host and port.
     static QByteArray serverOf(const QByteArray& url);
 
@@ -49,6 +51,8 @@ private:
     void findFailure();
     bool openFile();
     bool store(const char* bytes, size_t size);
+    void beginBlock();
+    bool writeBlock();
     qint64 sizeLimit() const;
     const char* whatIsWrong();
     const char* whyNoAnswer();
@@ -56,6 +60,8 @@ private:
     tagHttpJob m_job;
     QByteArray m_folder; // of its file, device path
     diskRoom& m_room;
+    checkSums& m_sums;
+    checkSums::Sum m_sum;
     DoneCall m_done;
     httpLoop* m_pLoop = nullptr;
     std::unique_ptr<httpRequest> m_request;
@@ -68,7 +74,7 @@ private:
     chAtomicFile m_file;
     bool m_bOpen = false;
     qint64 m_nReceived = 0;
-    QCryptographicHash m_hash{QCryptographicHash::Md5};
+    QByteArray m_block; // received and not written
     const char* m_szFailure = nullptr;
     QByteArray m_tlsFailure;
 };
