@@ -2,6 +2,7 @@
 #include "support/host/desktop.h"
 #include "support/host/image.h"
 #include "support/host/language.h"
+#include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -27,7 +28,7 @@ void frmLoading::setText(const QString& text)
     m_strText = text;
     m_nStep = std::min(m_nStep + 1, kSteps);
     // The step that follows keeps the thread busy, so this is painted at once.
-    repaint();
+    repaint(kTrack | kTextRect);
 }
 
 QString frmLoading::text() const
@@ -35,17 +36,18 @@ QString frmLoading::text() const
     return m_strText;
 }
 
-void frmLoading::paintEvent(QPaintEvent*)
+void frmLoading::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     look::paintLeftBar(painter, rect());
-    const QPixmap tile = GetImageManager()->GetImage(HX_THEME("menu/menu_videoset.png"));
-    painter.drawPixmap((width() - tile.width()) / 2, kTileTop, tile);
-
     painter.setPen(QColor(look::kTextOnBar));
-    look::paintFitted(painter, kNameRect, Qt::AlignCenter, qTranslate("Video Phone"), look::font(32, true));
-
+    if (event->rect().intersects(kNameRect)) { // not at a step
+        const QPixmap tile = GetImageManager()->GetImage(HX_THEME("menu/menu_videoset.png"));
+        painter.drawPixmap((width() - tile.width()) / 2, kTileTop, tile);
+        look::paintFitted(painter, kNameRect, Qt::AlignCenter, qTranslate("Video Phone"),
+                          look::font(32, true));
+    }
     look::paintBox(painter, kTrack, 3, 0x33ffffff);
     QRect done = kTrack;
     done.setWidth(kTrack.width() * m_nStep / kSteps);

@@ -17,7 +17,7 @@ constexpr int kTileShadowDown = 2;
 constexpr qreal kTileShadowOpacity = 0.16;
 const char* const kTheme = HX_THEME("");
 const char kRequestProperty[] = "hxPictureRequest";
-const char kPictureProperty[] = "hxPicture"; // decoded once, when the icon is set
+const char kPictureProperty[] = "hxPicture"; // of another's, as it has come
 
 struct Places
 {
@@ -65,8 +65,24 @@ tagPictureWish wishOf(const QString& path)
     return wish;
 }
 
-QPixmap pictureOf(const QWidget* bar)
+bool isOwn(const QString& path)
 {
+    return path.isEmpty() || path.startsWith(kTheme);
+}
+
+// Nothing is asked for before it is painted: most pages are built long before that.
+QPixmap pictureOf(qLeftBar* bar)
+{
+    const QString path = bar->icon();
+    if (isOwn(path))
+        return ownPicture(path);
+    if (!bar->property(kRequestProperty).isValid()) {
+        const auto take = [bar](PICTURE_RESULT, const QPixmap& picture) {
+            bar->setProperty(kPictureProperty, picture);
+            bar->update();
+        };
+        bar->setProperty(kRequestProperty, pictureTell(wishOf(path), bar, take));
+    }
     return bar->property(kPictureProperty).value<QPixmap>();
 }
 
@@ -90,15 +106,8 @@ void qLeftBar::setIcon(const QString& path)
 {
     m_strIcon = path;
     pictureCancel(property(kRequestProperty).toInt());
-    setProperty(kRequestProperty, 0);
-    const auto take = [this](PICTURE_RESULT, const QPixmap& picture) {
-        setProperty(kPictureProperty, picture);
-        update();
-    };
-    if (path.isEmpty() || path.startsWith(kTheme))
-        take(PICTURE_READ, ownPicture(path));
-    else
-        setProperty(kRequestProperty, pictureTell(wishOf(path), this, take));
+    setProperty(kRequestProperty, QVariant());
+    update();
 }
 
 void qLeftBar::setIconGeometry(const QRect& rect)
