@@ -1,41 +1,53 @@
+#include "host/widgets/folderReading.h"
 #include "host/widgets/replacePlaceholder.h"
-#include "support/file/deviceRoot.h"
-#include "support/file/findFile.h"
-#include "support/file/path.h"
 #include "support/host/image.h"
 #include "support/host/mediaview.h"
 #include "support/host/storage.h"
-#include "support/host/text.h"
 #include "support/xml/xmlFile.h"
 #include <QCoreApplication>
-#include <QDir>
+#include <QElapsedTimer>
 #include <QMouseEvent>
+#include <QTimer>
+#include <memory>
 
 namespace {
 
 const char kStorages[] = "/storage"; // stands for the list of storages
 const char kFolderIcon[] = HX_THEME("icon/icon_folder.png");
 constexpr int kIconSize = 32;
-enum { PathRole = Qt::UserRole, FolderRole };
+constexpr int kWaitMs = 12; // for a folder that is read at once; a disk may take longer
+constexpr int kTurnMs = 4;  // for the rows that are made in one turn of the event loop
+enum { NameRole = Qt::UserRole, PathRole, FolderRole };
 
-bool isBelow(const QString& path, const QString& folder)
+bool isBelow(const QByteArray& path, const QByteArray& folder)
 {
-    return path == folder || path.startsWith(folder + QLatin1Char('/'));
+    return path == folder || path.startsWith(folder + '/');
 }
 
-QString cleanFolder(const char* path)
+// Without "." and "..", and with single slashes.
+QByteArray cleanFolder(const char* path)
 {
-    return QDir::cleanPath(QString::fromUtf8(path));
+    QByteArrayList parts;
+    for (const QByteArray& part : QByteArray(path).split('/')) {
+        if (part == ".." && !parts.isEmpty())
+            parts.removeLast();
+        else if (!part.isEmpty() && part != "." && part != "..")
+            parts.append(part);
+    }
+    return '/' + parts.join('/');
 }
 
-QDir deviceFolder(const QString& path)
+// A name may hold whatever a disk can store: what moves the rest of the line is not shown.
+QString shownName(const QByteArray& name)
 {
-    return QDir(toQString(devicePathFollow(path.toUtf8().constData())));
-}
-
-bool isReadableFolder(const QString& path)
-{
-    return pathIsDirectory(path.toUtf8().constData()) && deviceFolder(path).isReadable();
+    QString text = QString::fromUtf8(name);
+    for (QChar& letter : text) {
+        const ushort code = letter.unicode();
+        const bool turns = (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
+        if (turns || letter.category() == QChar::Other_Control)
+            letter = QLatin1Char(' ');
+    }
+    return text;
 }
 
 bool isReadOnly(xmlElement* item)
@@ -55,26 +67,55 @@ chString importFolder(xmlElement* type)
     return chString();
 }
 
+// The mount path of the storage that holds path; empty when it is not there.
+QByteArray storageOf(const QByteArray& path)
+{
+    chObjArray<tagStorageInfo, true, 4> storages;
+    device_GetStorageArray(storages);
+    for (const tagStorageInfo& storage : storages) {
+        if (isBelow(path, storage.strPath.GetText()))
+            return storage.strPath.GetText();
+    }
+    return QByteArray();
+}
+
+QByteArray above(const QByteArray& path)
+{
+    return path == storageOf(path) ? QByteArray(kStorages) : path.left(path.lastIndexOf('/'));
+}
+
 } // namespace
 
 struct qMediaImportView::Private : public QObject
 {
-    explicit Private(qMediaImportView* view) : q(view) { q->viewport()->installEventFilter(this); }
+    explicit Private(qMediaImportView* view);
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void AddFolder(const QString& name, const QString& path);
-    void AddFile(const QString& name, const QString& path);
+    QListWidgetItem* AddRow(const QByteArray& name, bool isFolder);
+    void AddRowOf(const QByteArray& name, const QByteArray& path);
     void ListStorages();
-    void ListFolder(const QString& path);
-    QString StorageOf(const QString& path) const;
-    QString Above(const QString& path) const;
-    int RowOf(const QString& path) const;
+    void Show(const QByteArray& folder);
+    void OnMoreRows();
+    void AddRows();
+    int RowOf(const QByteArray& path) const;
+    QByteArray PathOf(const QListWidgetItem* item) const;
 
     qMediaImportView* q;
     chString strFilter;
     chString strImport;
-    QString current;
+    QByteArray current;
+    QByteArray before;                      // the folder that was on view last
+    std::unique_ptr<FolderReading> reading; // null when all rows are there
+    int nNext = 0;                          // of its entries, to become a row
+    QTimer moreRows;
     bool tappedCurrent = false;
 };
+
+qMediaImportView::Private::Private(qMediaImportView* view) : q(view)
+{
+    q->viewport()->installEventFilter(this);
+    moreRows.setInterval(0);
+    moreRows.callOnTimeout(this, [this] { OnMoreRows(); });
+}
 
 // The first tap on a row selects it, the next one opens it: a folder can be selected without going into it. A
 // quick second tap is a tap like any other.
@@ -94,18 +135,21 @@ bool qMediaImportView::Private::eventFilter(QObject* watched, QEvent* event)
     return false;
 }
 
-void qMediaImportView::Private::AddFolder(const QString& name, const QString& path)
+QListWidgetItem* qMediaImportView::Private::AddRow(const QByteArray& name, bool isFolder)
 {
-    QListWidgetItem* item = new QListWidgetItem(QIcon(GetImageManager()->GetImage(kFolderIcon)), name, q);
-    item->setData(PathRole, path);
-    item->setData(FolderRole, true);
+    QListWidgetItem* item = new QListWidgetItem(shownName(name), q);
+    item->setData(NameRole, name);
+    if (isFolder) {
+        item->setIcon(QIcon(GetImageManager()->GetImage(kFolderIcon)));
+        item->setData(FolderRole, true);
+    }
+    return item;
 }
 
-void qMediaImportView::Private::AddFile(const QString& name, const QString& path)
+// A folder that is not one of the folder on view.
+void qMediaImportView::Private::AddRowOf(const QByteArray& name, const QByteArray& path)
 {
-    QListWidgetItem* item = new QListWidgetItem(name, q);
-    item->setData(PathRole, path);
-    item->setData(FolderRole, false);
+    AddRow(name, true)->setData(PathRole, path);
 }
 
 void qMediaImportView::Private::ListStorages()
@@ -113,49 +157,74 @@ void qMediaImportView::Private::ListStorages()
     chObjArray<tagStorageInfo, true, 4> storages;
     device_GetStorageArray(storages);
     for (const tagStorageInfo& storage : storages)
-        AddFolder(toQString(storage.strName), toQString(storage.strPath));
+        AddRowOf(storage.strName.GetText(), storage.strPath.GetText());
 }
 
-void qMediaImportView::Private::ListFolder(const QString& path)
+// The way up is there at once, the rest when it has been read.
+void qMediaImportView::Private::Show(const QByteArray& folder)
 {
-    const QDir folder = deviceFolder(path);
-    AddFolder(QStringLiteral(".."), Above(path));
-    const QDir::SortFlags order = QDir::Name | QDir::IgnoreCase;
-    for (const QString& name : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, order))
-        AddFolder(name, path + QLatin1Char('/') + name);
-    for (const QString& name : folder.entryList(QDir::Files, order)) {
-        if (pathMatchFilter(name.toUtf8().constData(), strFilter.GetText()))
-            AddFile(name, path + QLatin1Char('/') + name);
+    {
+        const QSignalBlocker quiet(q);
+        moreRows.stop();
+        q->clear();
+        before = current;
+        current = folder;
+        nNext = 0;
+        if (folder == kStorages)
+            ListStorages();
+        else
+            AddRowOf("..", above(folder));
+        if (reading && reading->isOver())
+            AddRows();
     }
+    if (q->count() > 0)
+        q->setCurrentRow(RowOf(before));
+    else
+        emit q->currentItemChanged(nullptr, nullptr);
+    if (reading && !reading->isOver())
+        reading->tell([this] { OnMoreRows(); });
 }
 
-// The mount path of the storage that holds path; empty when it is not there.
-QString qMediaImportView::Private::StorageOf(const QString& path) const
+void qMediaImportView::Private::OnMoreRows()
 {
-    chObjArray<tagStorageInfo, true, 4> storages;
-    device_GetStorageArray(storages);
-    for (const tagStorageInfo& storage : storages) {
-        const QString mount = toQString(storage.strPath);
-        if (isBelow(path, mount))
-            return mount;
+    AddRows();
+    // Who comes out of a folder stands on it, unless he has gone on meanwhile.
+    if (q->currentRow() == 0)
+        q->setCurrentRow(RowOf(before));
+}
+
+// Some each turn of the event loop.
+void qMediaImportView::Private::AddRows()
+{
+    QElapsedTimer turn;
+    turn.start();
+    const std::vector<tagDiskEntry>& entries = reading->entries();
+    for (; nNext < int(entries.size()) && !turn.hasExpired(kTurnMs); ++nNext) {
+        const tagDiskEntry& entry = entries[size_t(nNext)];
+        AddRow(QByteArray::fromStdString(entry.strName), entry.bFolder);
     }
-    return QString();
+    if (nNext < int(entries.size())) {
+        moreRows.start();
+        return;
+    }
+    moreRows.stop();
+    reading.reset();
 }
 
-QString qMediaImportView::Private::Above(const QString& path) const
+// Of the folder that holds path, or is it; the first one when there is none.
+int qMediaImportView::Private::RowOf(const QByteArray& path) const
 {
-    return path == StorageOf(path) ? QString::fromLatin1(kStorages)
-                                   : path.left(path.lastIndexOf(QLatin1Char('/')));
-}
-
-int qMediaImportView::Private::RowOf(const QString& path) const
-{
-    for (int row = 0; row < q->count(); ++row) {
-        if (isBelow(path, q->item(row)->data(PathRole).toString()) &&
-            q->item(row)->text() != QLatin1String(".."))
+    for (int row = 0; row < q->count() && q->item(row)->data(FolderRole).toBool(); ++row) {
+        if (q->item(row)->data(NameRole).toByteArray() != ".." && isBelow(path, PathOf(q->item(row))))
             return row;
     }
-    return q->count() > 0 ? 0 : -1;
+    return 0;
+}
+
+QByteArray qMediaImportView::Private::PathOf(const QListWidgetItem* item) const
+{
+    const QVariant path = item->data(PathRole);
+    return path.isValid() ? path.toByteArray() : current + '/' + item->data(NameRole).toByteArray();
 }
 
 qMediaImportView::qMediaImportView(QWidget* parent) : QListWidget(parent), m_p(new Private(this))
@@ -165,6 +234,7 @@ qMediaImportView::qMediaImportView(QWidget* parent) : QListWidget(parent), m_p(n
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideMiddle);
     setIconSize(QSize(kIconSize, kIconSize));
+    setUniformItemSizes(true);
     connect(this, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
         if (m_p->tappedCurrent)
             itemClicked(item);
@@ -195,7 +265,7 @@ bool qMediaImportView::itemIsDirectory(int row) const
 
 chString qMediaImportView::itemFullPath(int row) const
 {
-    return row >= 0 && row < count() ? fromQString(item(row)->data(PathRole).toString()) : chString();
+    return row >= 0 && row < count() ? chString(m_p->PathOf(item(row)).constData()) : chString();
 }
 
 chString qMediaImportView::getImportPath() const
@@ -205,29 +275,27 @@ chString qMediaImportView::getImportPath() const
 
 chString qMediaImportView::GetCurPath() const
 {
-    return fromQString(m_p->current);
+    return m_p->current.constData();
+}
+
+bool qMediaImportView::isReading() const
+{
+    return m_p->reading != nullptr;
 }
 
 int qMediaImportView::EnterDirectory(const char* path)
 {
-    const QString folder = cleanFolder(path);
-    const bool isList = folder == QLatin1String(kStorages);
-    if (!isList && (m_p->StorageOf(folder).isEmpty() || !isReadableFolder(folder)))
-        return 0;
-    const QString before = m_p->current;
-    {
-        const QSignalBlocker quiet(this);
-        clear();
-        m_p->current = folder;
-        if (isList)
-            m_p->ListStorages();
-        else
-            m_p->ListFolder(folder);
+    const QByteArray folder = cleanFolder(path);
+    std::unique_ptr<FolderReading> reading;
+    if (folder != kStorages) {
+        if (storageOf(folder).isEmpty())
+            return 0;
+        reading = std::make_unique<FolderReading>(folder, m_p->strFilter.GetText());
+        if (reading->waitFor(kWaitMs) && !reading->isFolder())
+            return 0;
     }
-    if (count() > 0)
-        setCurrentRow(m_p->RowOf(before));
-    else
-        emit currentItemChanged(nullptr, nullptr);
+    m_p->reading = std::move(reading);
+    m_p->Show(folder);
     return 1;
 }
 
@@ -239,7 +307,7 @@ void qMediaImportView::removeCurrentSelect()
 void qMediaImportView::itemClicked(QListWidgetItem* item)
 {
     if (item && item->data(FolderRole).toBool())
-        EnterDirectory(item->data(PathRole).toString().toUtf8().constData());
+        EnterDirectory(m_p->PathOf(item).constData());
 }
 
 qMediaImportView* qReplaceMediaImportView(QWidget* placeholder)

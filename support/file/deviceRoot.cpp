@@ -15,10 +15,10 @@
 namespace {
 
 // Two kinds of link lead out of the root, to a folder of this machine: one in "/storage" stands for a
-// plugged disk, and "/phone" itself for the image of the device, which many roots share.
+// plugged disk, "/phone" and "/mini-boot" for the image of the device, which many roots share.
 bool leadsOut(const std::string& place, const std::string& part)
 {
-    return place == "/storage" || (place.empty() && part == "phone");
+    return place == "/storage" || (place.empty() && (part == "phone" || part == "mini-boot"));
 }
 
 // As many links in a row as the kernel follows.

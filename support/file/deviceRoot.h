@@ -16,7 +16,7 @@ NUX_API unsigned deviceGetRootNumber();
 NUX_API chString devicePath(const char* path);
 // As devicePath, and every link on the way is followed inside the root; links that go round in a circle are
 // not. Two kinds lead to a folder of this machine: a link in "/storage", which stands for a plugged disk, and
-// "/phone" when it is one, which stands for the device image.
+// "/phone" and "/mini-boot" when they are links, which stand for the device image.
 // A link in a folder where any user may put things stays as it is (sharedFolder.h).
 NUX_API chString devicePathFollow(const char* path);
 // As devicePathFollow, but what the last part names stays as it is, also when it is a link: for those who

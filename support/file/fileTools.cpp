@@ -126,6 +126,11 @@ int fileFlushFolder(const char* path)
     return flushed;
 }
 
+void fileFlushAll()
+{
+    sync();
+}
+
 int fileCopy(const char* from, const char* to)
 {
     size_t size = 0;

@@ -32,6 +32,8 @@ NUX_API int fileRemove(const char* path);
 NUX_API int fileRename(const char* from, const char* to);
 // Makes everything that was stored on the folder's disk so far safe from a loss of power; takes its time.
 NUX_API int fileFlushFolder(const char* path);
+// The same for all disks; takes its time too.
+NUX_API void fileFlushAll();
 // Replaces the target whole or leaves it alone.
 NUX_API int fileCopy(const char* from, const char* to);
 // For a library that reads by itself: a descriptor, the caller's to close. -1 for what is no plain file or

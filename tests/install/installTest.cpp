@@ -56,7 +56,8 @@ protected:
         ASSERT_TRUE(QDir().mkpath(root() + "/storage"));
         ASSERT_EQ(runs("cp", {"-r", image + "/rundata", root()}).exitCode, 0);
         ASSERT_TRUE(QDir().mkpath(root() + "/rundata/run"));
-        ASSERT_TRUE(QFile::link(image + "/phone", root() + "/phone"));
+        for (const char* part : {"/phone", "/mini-boot"})
+            ASSERT_TRUE(QFile::link(image + part, root() + part));
     }
     QStringList installedFiles() const
     {

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -55,23 +54,11 @@ std::string_view programName(std::string_view word)
     return slash == std::string_view::npos ? word : word.substr(slash + 1);
 }
 
-// The environment with the device root in it, for the phone's scripts.
-std::vector<std::string> environmentWith(const std::string& root)
-{
-    std::vector<std::string> result;
-    for (char** entry = environ; *entry; ++entry) {
-        if (strncmp(*entry, "HX_SYSROOT=", 11) != 0)
-            result.emplace_back(*entry);
-    }
-    result.push_back("HX_SYSROOT=" + root);
-    return result;
-}
-
 bool spawn(const std::string& command, pid_t& child)
 {
     const std::string root = deviceGetRoot().GetText();
     std::string text = shellCommand::mapped(command, root);
-    std::vector<std::string> environment = environmentWith(root);
+    std::vector<std::string> environment = shellCommand::environment(root);
     std::vector<char*> variables;
     for (std::string& entry : environment)
         variables.push_back(entry.data());
@@ -110,6 +97,17 @@ std::string shellCommand::mapped(const std::string& command, const std::string& 
             quote = 0;
         result += c;
     }
+    return result;
+}
+
+std::vector<std::string> shellCommand::environment(const std::string& root)
+{
+    std::vector<std::string> result;
+    for (char** entry = environ; *entry; ++entry) {
+        if (strncmp(*entry, "HX_SYSROOT=", 11) != 0)
+            result.emplace_back(*entry);
+    }
+    result.push_back("HX_SYSROOT=" + root);
     return result;
 }
 

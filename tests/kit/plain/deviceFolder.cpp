@@ -29,9 +29,11 @@ bool copyOne(const QString& source, const QString& target)
     namespace fs = std::filesystem;
     std::error_code failed;
     fs::copy_file(source.toStdString(), target.toStdString(), failed);
+    const fs::perms kept = fs::status(source.toStdString(), failed).permissions() & fs::perms::owner_exec;
     if (!failed)
         fs::permissions(target.toStdString(),
-                        fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read, failed);
+                        fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | kept,
+                        failed);
     return !failed;
 }
 
@@ -45,8 +47,11 @@ bool linkOne(const QString& source, const QString& target)
 bool kit::fillDeviceFolder(const QString& folder, Firmware firmware)
 {
     const QString image = HX_BUILD_DIR "/rootfs";
-    bool done = firmware == Firmware::Link ? QFile::link(image + "/phone", folder + "/phone")
-                                           : takeFolder(image + "/phone", folder + "/phone", linkOne);
+    bool done = true;
+    for (const char* part : {"/phone", "/mini-boot"})
+        done = (firmware == Firmware::Link ? QFile::link(image + part, folder + part)
+                                           : takeFolder(image + part, folder + part, linkOne)) &&
+               done;
     done = takeFolder(image + "/rundata", folder + "/rundata", copyOne) && done;
     for (const char* path : {"rundata/run", "rundata/data", "rundata/config/user/voip", "storage", "dev"})
         done = QDir(folder).mkpath(path) && done;
