@@ -63,6 +63,7 @@ dlgMediaImport::dlgMediaImport(const char* type, QWidget* parent)
     setupImportFileList(m_pView);
     m_pView->setFrameShape(QFrame::NoFrame);
     m_pView->setFocus();
+    m_pView->installEventFilter(this);
     ui->labImagePreview->hide();
     SetKey(KEY_EXIT, "Exit", HX_TR("Exit"), SLOT(on_click_Back()));
     connect(m_pView, &QListWidget::currentItemChanged, this, &dlgMediaImport::on_currentItemChanged);
@@ -156,6 +157,15 @@ void dlgMediaImport::on_currentItemChanged()
         if (!path.IsEmpty())
             m_pPreview->startPreview(path);
     }
+}
+
+// The list would keep some of the keys that are OK. A held key opens one folder.
+bool dlgMediaImport::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress || !qIsOkKey(static_cast<QKeyEvent*>(event)->key()))
+        return QDialog::eventFilter(watched, event);
+    keyPressEvent(static_cast<QKeyEvent*>(event));
+    return true;
 }
 
 void dlgMediaImport::keyPressEvent(QKeyEvent* event)

@@ -56,6 +56,7 @@ protected:
     QLabel* PreviewLabel() const;
 
     void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
     void on_currentItemChanged();

@@ -1032,5 +1032,41 @@
         <source>No media found in this phone !</source>
         <translation>Auf diesem Telefon gibt es keine Medien!</translation>
     </message>
+    <message>
+        <source>Enter</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Importieren</translation>
+    </message>
+    <message>
+        <source>No enough space !</source>
+        <translation>Nicht genug Speicherplatz!</translation>
+    </message>
+    <message>
+        <source>Load the same file ?</source>
+        <translation>Eine Datei dieses Namens ist schon da. Ersetzen?</translation>
+    </message>
+    <message>
+        <source>Loading fail!</source>
+        <translation>Der Import ist fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Successful loading!</source>
+        <translation>Die Datei wurde importiert.</translation>
+    </message>
+    <message>
+        <source>Importing...</source>
+        <translation>Wird importiert …</translation>
+    </message>
+    <message>
+        <source>Deleting...</source>
+        <translation>Wird gelöscht …</translation>
+    </message>
+    <message>
+        <source>Delete failed!</source>
+        <translation>Löschen ist fehlgeschlagen!</translation>
+    </message>
 </context>
 </TS>

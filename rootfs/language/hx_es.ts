@@ -1032,5 +1032,41 @@
         <source>No media found in this phone !</source>
         <translation>¡No hay archivos multimedia en este teléfono!</translation>
     </message>
+    <message>
+        <source>Enter</source>
+        <translation>Abrir</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Importar</translation>
+    </message>
+    <message>
+        <source>No enough space !</source>
+        <translation>¡No hay espacio suficiente!</translation>
+    </message>
+    <message>
+        <source>Load the same file ?</source>
+        <translation>Ya existe un archivo con ese nombre. ¿Reemplazarlo?</translation>
+    </message>
+    <message>
+        <source>Loading fail!</source>
+        <translation>¡La importación ha fallado!</translation>
+    </message>
+    <message>
+        <source>Successful loading!</source>
+        <translation>El archivo se ha importado.</translation>
+    </message>
+    <message>
+        <source>Importing...</source>
+        <translation>Importando…</translation>
+    </message>
+    <message>
+        <source>Deleting...</source>
+        <translation>Borrando…</translation>
+    </message>
+    <message>
+        <source>Delete failed!</source>
+        <translation>¡No se ha podido borrar!</translation>
+    </message>
 </context>
 </TS>

@@ -1032,5 +1032,41 @@
         <source>No media found in this phone !</source>
         <translation>Aucun média dans ce téléphone !</translation>
     </message>
+    <message>
+        <source>Enter</source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Importer</translation>
+    </message>
+    <message>
+        <source>No enough space !</source>
+        <translation>Espace insuffisant !</translation>
+    </message>
+    <message>
+        <source>Load the same file ?</source>
+        <translation>Un fichier de ce nom existe déjà. Le remplacer ?</translation>
+    </message>
+    <message>
+        <source>Loading fail!</source>
+        <translation>L’importation a échoué !</translation>
+    </message>
+    <message>
+        <source>Successful loading!</source>
+        <translation>Le fichier a été importé.</translation>
+    </message>
+    <message>
+        <source>Importing...</source>
+        <translation>Importation…</translation>
+    </message>
+    <message>
+        <source>Deleting...</source>
+        <translation>Effacement…</translation>
+    </message>
+    <message>
+        <source>Delete failed!</source>
+        <translation>L’effacement a échoué !</translation>
+    </message>
 </context>
 </TS>

@@ -1032,5 +1032,41 @@
         <source>No media found in this phone !</source>
         <translation>此话机中没有媒体文件！</translation>
     </message>
+    <message>
+        <source>Enter</source>
+        <translation>打开</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>No enough space !</source>
+        <translation>空间不足！</translation>
+    </message>
+    <message>
+        <source>Load the same file ?</source>
+        <translation>已有同名文件，要替换吗？</translation>
+    </message>
+    <message>
+        <source>Loading fail!</source>
+        <translation>导入失败！</translation>
+    </message>
+    <message>
+        <source>Successful loading!</source>
+        <translation>导入成功！</translation>
+    </message>
+    <message>
+        <source>Importing...</source>
+        <translation>正在导入…</translation>
+    </message>
+    <message>
+        <source>Deleting...</source>
+        <translation>正在删除…</translation>
+    </message>
+    <message>
+        <source>Delete failed!</source>
+        <translation>删除失败！</translation>
+    </message>
 </context>
 </TS>

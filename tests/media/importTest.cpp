@@ -1,0 +1,329 @@
+// Files come from a disk into the phone.
+#include "support/host/phone.h"
+#include "support/host/xmlcache.h"
+#include "tests/kit/kitTime.h"
+#include "tests/media/importPage.h"
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+
+namespace {
+
+using Texts = QStringList;
+
+class Import : public ImportTest
+{
+protected:
+    static Texts ringNames()
+    {
+        Texts names;
+        for (const tagRingFile& ring : getMyXmlCache()->ringFiles())
+            names.append(toQString(ring.strName) + " " + toQString(ring.strPath));
+        return names;
+    }
+    // A file of a size that no disk of this machine holds, and that takes no room.
+    void putTooLarge(const QString& name) const
+    {
+        struct statvfs info;
+        ASSERT_EQ(statvfs(root().toUtf8(), &info), 0);
+        put(name);
+        ASSERT_EQ(truncate((stick() + '/' + name).toUtf8(), off_t(info.f_bavail) * off_t(info.f_frsize)), 0);
+    }
+};
+
+TEST_F(Import, AFileLandsInTheFolderOfItsTypeAndThePageStaysOpen)
+{
+    const QByteArray content = picture("PNG", 20, 10);
+    put("a b.png", content);
+    openImages();
+    enter();
+    EXPECT_EQ(import("a b.png"), Texts{"Successful loading!"});
+    EXPECT_EQ(readFile("/rundata/media/image/a b.png"), content) << "only scaled pictures lose their blanks";
+    EXPECT_EQ(kit::windows().value(0), page);
+    EXPECT_EQ(view->currentRow(), rowOf("a b.png"));
+    EXPECT_EQ(keys().value(1), "Import") << "for the next one";
+}
+
+TEST_F(Import, AFilmLandsAmongTheFilms)
+{
+    put("clips/film.mp4", QByteArray(300000, 'f'));
+    open<dlgVideoImport>("video");
+    enter("/storage/usb1/clips");
+    EXPECT_EQ(import("film.mp4"), Texts{"Successful loading!"});
+    EXPECT_EQ(readFile("/rundata/media/video/film.mp4"), QByteArray(300000, 'f'));
+}
+
+TEST_F(Import, ARingToneIsEnteredUnderItsBareName)
+{
+    put("My Tune.wav", "tune");
+    open<dlgSoundImport>("sound");
+    enter();
+    const qsizetype before = ringNames().size();
+    EXPECT_EQ(import("My Tune.wav"), Texts{"Successful loading!"});
+    EXPECT_EQ(ringNames().size(), before + 1);
+    EXPECT_EQ(ringNames().last(), "My Tune.wav /rundata/media/ring/My Tune.wav");
+}
+
+TEST_F(Import, OtherTypesAreNoRingTones)
+{
+    put("film.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    const Texts before = ringNames();
+    import("film.mp4");
+    EXPECT_EQ(ringNames(), before);
+}
+
+TEST_F(Import, ARingToneThatFailsIsNotEntered)
+{
+    put("tune.wav");
+    QDir().mkpath(hostPath("/rundata/media/ring/tune.wav"));
+    open<dlgSoundImport>("sound");
+    enter();
+    const Texts before = ringNames();
+    EXPECT_EQ(import("tune.wav", {"yes", "ok"}), Texts({"Load the same file ?", "Loading fail!"}));
+    EXPECT_EQ(ringNames(), before);
+}
+
+TEST_F(Import, WithoutRoomNothingIsCopied)
+{
+    putTooLarge("film.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    const kit::BoxAnswers boxes({"keep"});
+    EXPECT_EQ(import("film.mp4"), Texts{"No enough space !"});
+    EXPECT_FALSE(has("/rundata/media/video/film.mp4"));
+}
+
+TEST_F(Import, TheRoomIsAskedForBeforeTheFileOfTheSameName)
+{
+    putTooLarge("film.mp4");
+    writeFile("/rundata/media/video/film.mp4", "old");
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(import("film.mp4"), Texts{"No enough space !"});
+    EXPECT_EQ(readFile("/rundata/media/video/film.mp4"), "old");
+}
+
+TEST_F(Import, AFileOfTheSameNameIsReplacedOnlyWhenTheUserWants)
+{
+    put("film.mp4", "new");
+    writeFile("/rundata/media/video/film.mp4", "old");
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(import("film.mp4", {"no"}), Texts{"Load the same file ?"});
+    EXPECT_EQ(readFile("/rundata/media/video/film.mp4"), "old");
+    EXPECT_EQ(import("film.mp4", {"yes", "ok"}), Texts({"Load the same file ?", "Successful loading!"}));
+    EXPECT_EQ(readFile("/rundata/media/video/film.mp4"), "new");
+}
+
+TEST_F(Import, WhatCannotBeReplacedIsToldAndTraced)
+{
+    put("film.mp4");
+    QDir().mkpath(hostPath("/rundata/media/video/film.mp4/kept"));
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(import("film.mp4", {"yes", "ok"}), Texts({"Load the same file ?", "Loading fail!"}));
+    EXPECT_TRUE(isTraced("Import file (/storage/usb1/film.mp4) to (/rundata/media/video/film.mp4) fail!"));
+    EXPECT_TRUE(has("/rundata/media/video/film.mp4/kept")) << "a folder stays";
+}
+
+TEST_F(Import, AFailedImportLeavesNothingUnderTheName)
+{
+    put("film.mp4");
+    writeFile("/rundata/media/video/film.mp4", "old");
+    open<dlgVideoImport>("video");
+    enter();
+    select("film.mp4");
+    QFile::remove(stick() + "/film.mp4");
+    QFile::link(hostPath("/rundata/config/system.ini"), stick() + "/film.mp4");
+    EXPECT_EQ(import("film.mp4", {"yes", "ok"}), Texts({"Load the same file ?", "Loading fail!"}));
+    EXPECT_FALSE(has("/rundata/media/video/film.mp4"));
+}
+
+TEST_F(Import, ALinkInThePhonesFolderIsReplacedAndNotFollowed)
+{
+    put("film.mp4", "new");
+    QFile::link("/rundata/config/system.ini", hostPath("/rundata/media/video/film.mp4"));
+    const QByteArray before = readFile("/rundata/config/system.ini");
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(import("film.mp4", {"yes", "ok"}), Texts({"Load the same file ?", "Successful loading!"}));
+    EXPECT_EQ(readFile("/rundata/config/system.ini"), before);
+    EXPECT_FALSE(QFileInfo(hostPath("/rundata/media/video/film.mp4")).isSymLink());
+    EXPECT_EQ(readFile("/rundata/media/video/film.mp4"), "new");
+}
+
+TEST_F(Import, APipeInThePhonesFolderHoldsNobodyUp)
+{
+    put("film.mp4");
+    ASSERT_EQ(mkfifo(hostPath("/rundata/media/video/film.mp4").toUtf8(), 0666), 0);
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(import("film.mp4", {"yes", "ok"}), Texts({"Load the same file ?", "Loading fail!"}));
+}
+
+TEST_F(Import, NamesOfAllKindsArriveAsTheyAre)
+{
+    const Texts names = {"$(reboot).mp4", "`reboot`.mp4",     "a\"b'c.mp4",
+                         "new\nline.mp4", "\xE9\x9F\xB3.mp4", QString(251, 'n') + ".mp4",
+                         "-rf.mp4",       "%s%n.mp4"};
+    for (const QString& name : names)
+        put(name, name.toUtf8());
+    open<dlgVideoImport>("video");
+    enter();
+    for (const QString& name : names) {
+        EXPECT_EQ(import(name), Texts{"Successful loading!"}) << qPrintable(name);
+        EXPECT_EQ(readFile(("/rundata/media/video/" + name).toUtf8()), name.toUtf8());
+    }
+    EXPECT_EQ(filesIn("/rundata/media/video").size(), names.size());
+}
+
+TEST_F(Import, NamesThatAreNoTextArriveByteForByte)
+{
+    const QByteArray name = "\xff\xfe\x80.mp4";
+    QFile file(stick() + "/x");
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    ASSERT_EQ(rename((stick() + "/x").toUtf8(), stick().toUtf8() + '/' + name), 0);
+    open<dlgVideoImport>("video");
+    enter();
+    ASSERT_EQ(view->count(), 2);
+    view->setCurrentRow(1);
+    const kit::BoxAnswers boxes({"ok"});
+    softKey(1);
+    EXPECT_EQ(boxes.texts(), Texts{"Successful loading!"});
+    struct stat info;
+    EXPECT_EQ(stat(hostPath("/rundata/media/video/").toUtf8() + name, &info), 0);
+}
+
+TEST_F(Import, AFolderOrNoRowIsNotImported)
+{
+    put("clips/film.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    const kit::BoxAnswers boxes;
+    view->setCurrentRow(1);
+    QMetaObject::invokeMethod(page, "on_click_Import");
+    view->setCurrentRow(-1);
+    QMetaObject::invokeMethod(page, "on_click_Import");
+    QMetaObject::invokeMethod(page, "on_click_Delete");
+    QMetaObject::invokeMethod(page, "on_click_Preview");
+    EXPECT_TRUE(boxes.texts().isEmpty());
+    EXPECT_EQ(filesIn("/rundata/media/video"), Texts());
+}
+
+TEST_F(Import, ATypeThatMayBeWrittenNowhereHasNoRoom)
+{
+    writeFile("/phone/resource/mediafile.xml",
+              "<MediaFile><video filter=\"*\"><filelist>"
+              "<item path=\"/phone/resource/x\" bReadOnly=\"1\"/></filelist></video></MediaFile>");
+    put("film.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(import("film.mp4"), Texts{"No enough space !"});
+}
+
+TEST_F(Import, AFolderThatIsMissingIsMade)
+{
+    put("film.mp4", "new");
+    QDir(hostPath("/rundata/media/video")).removeRecursively();
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(import("film.mp4"), Texts{"Successful loading!"});
+    EXPECT_EQ(readFile("/rundata/media/video/film.mp4"), "new");
+}
+
+// Deleting.
+
+int g_syncs = 0;
+
+class ImportDelete : public Import
+{
+protected:
+    ImportDelete() { g_syncs = 0; }
+    Texts erase(const QString& name, const QStringList& answers)
+    {
+        view->setCurrentRow(rowOf(name));
+        kit::waitUntil([this] { return keys().value(2) == "Delete"; });
+        const kit::BoxAnswers boxes(answers);
+        softKey(2);
+        EXPECT_EQ(boxes.unexpected(), 0);
+        return boxes.texts();
+    }
+};
+
+TEST_F(ImportDelete, AsksAndRemovesFileAndRowAndFlushesTheDisks)
+{
+    put("film.mp4");
+    put("other.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(erase("film.mp4", {"no"}), Texts{"Delete film.mp4?"});
+    EXPECT_EQ(view->count(), 3);
+    EXPECT_TRUE(QFile::exists(stick() + "/film.mp4"));
+    EXPECT_EQ(g_syncs, 0);
+    EXPECT_EQ(erase("film.mp4", {"yes"}), Texts{"Delete film.mp4?"});
+    EXPECT_EQ(rows(), Texts({"..", "other.mp4"}));
+    EXPECT_FALSE(QFile::exists(stick() + "/film.mp4"));
+    EXPECT_TRUE(kit::waitUntil([] { return g_syncs == 1; }));
+}
+
+TEST_F(ImportDelete, AnEmptyFolderGoesAndAFullOneStays)
+{
+    put("full/film.mp4");
+    QDir(stick()).mkdir("empty");
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(erase("empty", {"yes"}), Texts{"Delete empty?"});
+    EXPECT_FALSE(QFile::exists(stick() + "/empty"));
+    EXPECT_EQ(erase("full", {"yes", "no"}), Texts({"Delete full?", "Delete failed!"}));
+    EXPECT_TRUE(QFile::exists(stick() + "/full/film.mp4"));
+    EXPECT_EQ(rows(), Texts({"..", "full"}));
+    EXPECT_TRUE(kit::waitUntil([] { return g_syncs == 2; })) << "then too";
+}
+
+TEST_F(ImportDelete, AFailureIsToldForThreeSeconds)
+{
+    put("full/film.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    view->setCurrentRow(1);
+    const kit::BoxAnswers boxes({"yes", "keep"});
+    bool isThere = false;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        if (boxes.texts().size() < 2)
+            return;
+        look.stop();
+        kit::holdClocks(true);
+        kit::stepTime(2900);
+        isThere = kit::windows().value(0)->objectName() == "dlgMessageBox";
+        kit::stepTime(200);
+        kit::holdClocks(false);
+    });
+    look.start(1);
+    softKey(2);
+    EXPECT_TRUE(isThere);
+    EXPECT_EQ(kit::windows().value(0), page);
+}
+
+TEST_F(ImportDelete, ALinkInThePlaceOfTheFileGoesAndNotWhatItLeadsTo)
+{
+    put("film.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    select("film.mp4");
+    QFile::remove(stick() + "/film.mp4");
+    QFile::link(hostPath("/rundata/config/system.ini"), stick() + "/film.mp4");
+    erase("film.mp4", {"yes"});
+    EXPECT_TRUE(has("/rundata/config/system.ini"));
+    EXPECT_FALSE(QFileInfo(stick() + "/film.mp4").isSymLink());
+}
+
+} // namespace
+
+// Takes the place of the system's for the library too: what it would flush is of no use to a test.
+extern "C" __attribute__((visibility("default"))) void sync() noexcept
+{
+    ++g_syncs;
+}
