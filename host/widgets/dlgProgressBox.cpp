@@ -76,7 +76,8 @@ void dlgProgressBox::reject()
 {
     m_bAway = true;
     hide();
-    windowStack::instance().boxesEnded();
+    // It has no caller that would close the window again; by then the stack knows which one it is.
+    QMetaObject::invokeMethod(&windowStack::instance(), &windowStack::boxesEnded, Qt::QueuedConnection);
 }
 
 bool dlgProgressBox::eventFilter(QObject* watched, QEvent* event)
@@ -140,6 +141,8 @@ int xProgressBox::Exec()
         m_p->box->show();
         m_p->loop.exec();
     }
+    if (m_p->box)
+        m_p->box->hide();
     return m_p->isFinished && !m_p->isCancelled && m_p->box;
 }
 

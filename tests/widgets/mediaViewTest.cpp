@@ -3,6 +3,11 @@
 #include "tests/widgets/screenPage.h"
 #include <QDir>
 #include <QLabel>
+#include <algorithm>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -35,6 +40,23 @@ protected:
         return names;
     }
     int load() { return view->LoadMediaType(kTable, "sound"); }
+    // Enters the folder and waits for its rows; what the view answered.
+    int enter(const char* folder)
+    {
+        const int answer = view->EnterDirectory(folder);
+        EXPECT_TRUE(kit::waitUntil([this] { return !view->isReading(); }));
+        return answer;
+    }
+    // That many files of the type.
+    void fill(const char* folder, int files) const
+    {
+        const QString path = hostPath(folder);
+        QDir().mkpath(path);
+        for (int i = 0; i < files; ++i) {
+            QFile file(QString("%1/%2.wav").arg(path).arg(i, 6, 10, QChar('0')));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        }
+    }
 
     ScreenPage page;
     qMediaImportView* view;
@@ -70,7 +92,7 @@ TEST_F(MediaView, ImportFolderIsTheFirstThatMayBeWritten)
 TEST_F(MediaView, FolderShowsTheWayUpThenFoldersThenFilesOfTheType)
 {
     load();
-    ASSERT_EQ(view->EnterDirectory("/storage/usb1"), 1);
+    ASSERT_EQ(enter("/storage/usb1"), 1);
     EXPECT_EQ(names(), QStringList({"..", "Music", "Alarm.MP3", "tune.wav"}));
     EXPECT_EQ(path(0), "/storage");
     EXPECT_EQ(path(1), "/storage/usb1/Music");
@@ -83,7 +105,7 @@ TEST_F(MediaView, FolderShowsTheWayUpThenFoldersThenFilesOfTheType)
 TEST_F(MediaView, WayUpSortsBeforeTheFolderOnView)
 {
     load();
-    view->EnterDirectory("/storage/usb1/Music/deep");
+    enter("/storage/usb1/Music/deep");
     EXPECT_EQ(path(0), "/storage/usb1/Music");
     EXPECT_GT(current(), path(0));
     EXPECT_LT(current(), path(1));
@@ -101,7 +123,7 @@ TEST_F(MediaView, RowsOutOfRangeAreNothing)
 TEST_F(MediaView, FoldersOutsideTheStoragesAreRefused)
 {
     load();
-    view->EnterDirectory("/storage/usb1");
+    enter("/storage/usb1");
     for (const char* folder : {"/rundata", "/storage/usb9", "/storage/usb1/../../rundata",
                                "/storage/usb1/none", "/storage/usb1/tune.wav", "/storage/usb1x", ""}) {
         EXPECT_EQ(view->EnterDirectory(folder), 0) << folder;
@@ -129,7 +151,7 @@ TEST_F(MediaView, ClickedFolderIsEnteredAndAFileIsNot)
 TEST_F(MediaView, FirstTapSelectsAFolderAndTheSecondEntersIt)
 {
     load();
-    view->EnterDirectory("/storage/usb1");
+    enter("/storage/usb1");
     page.open();
     view->setCurrentRow(3);
     const QPoint music = view->viewport()->mapToGlobal(view->visualItemRect(view->item(1)).center());
@@ -144,10 +166,10 @@ TEST_F(MediaView, FirstRowIsCurrentInANewFolderAndTheLeftFolderOnTheWayBack)
 {
     load();
     EXPECT_EQ(view->currentRow(), 0);
-    view->EnterDirectory("/storage/usb1");
+    enter("/storage/usb1");
     EXPECT_EQ(view->currentRow(), 0);
-    view->EnterDirectory("/storage/usb1/Music");
-    view->EnterDirectory("/storage/usb1");
+    enter("/storage/usb1/Music");
+    enter("/storage/usb1");
     EXPECT_EQ(view->currentRow(), 1);
 }
 
@@ -158,7 +180,7 @@ TEST_F(MediaView, EachNewFolderTellsItsCurrentRowOnceWithTheNewFolderInPlace)
     QObject::connect(view, &QListWidget::currentItemChanged, [&](QListWidgetItem* item) {
         told.append(current() + "|" + (item ? item->text() : QString("none")));
     });
-    view->EnterDirectory("/storage/usb1");
+    enter("/storage/usb1");
     EXPECT_EQ(told, QStringList({"/storage/usb1|.."}));
 }
 
@@ -177,7 +199,7 @@ TEST_F(MediaView, ListWithoutStoragesTellsThatNothingIsCurrent)
 TEST_F(MediaView, RemovedSelectionTakesItsRowOnly)
 {
     load();
-    view->EnterDirectory("/storage/usb1");
+    enter("/storage/usb1");
     view->setCurrentRow(2);
     view->removeCurrentSelect();
     EXPECT_EQ(names(), QStringList({"..", "Music", "tune.wav"}));
@@ -187,11 +209,111 @@ TEST_F(MediaView, RemovedSelectionTakesItsRowOnly)
     EXPECT_EQ(view->count(), 3);
 }
 
+TEST_F(MediaView, AFolderOfTwentyThousandFilesHoldsNothingUp)
+{
+    fill("/storage/usb1/many", 20000);
+    writeFile("/storage/usb1/many/Zoo/x.wav", "x");
+    load();
+    enter("/storage/usb1");
+    page.open();
+    double longest = 0;
+    timespec before = {};
+    const auto lap = [&] {
+        timespec now = {};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+        if (before.tv_sec || before.tv_nsec)
+            longest = std::max(longest, double(now.tv_sec - before.tv_sec) * 1e3 +
+                                            double(now.tv_nsec - before.tv_nsec) / 1e6);
+        before = now;
+    };
+    lap();
+    ASSERT_EQ(view->EnterDirectory("/storage/usb1/many"), 1);
+    lap();
+    EXPECT_EQ(current(), "/storage/usb1/many");
+    EXPECT_EQ(names().value(0), "..") << "the way up is there at once";
+    EXPECT_EQ(view->currentRow(), 0);
+    EXPECT_TRUE(kit::waitUntil(
+        [&] {
+            lap();
+            return !view->isReading();
+        },
+        60000));
+    ASSERT_EQ(view->count(), 20002);
+    EXPECT_EQ(names().mid(0, 3), QStringList({"..", "Zoo", "000000.wav"}));
+    EXPECT_EQ(path(20001), "/storage/usb1/many/019999.wav");
+    EXPECT_LT(longest, 200) << "each of its turns does a small part of the work";
+}
+
+TEST_F(MediaView, WhoLeavesAFolderBeforeItIsReadSeesNoneOfItsRows)
+{
+    fill("/storage/usb1/many", 5000);
+    load();
+    enter("/storage/usb1");
+    view->EnterDirectory("/storage/usb1/many");
+    enter("/storage/usb1/Music");
+    kit::settle();
+    EXPECT_EQ(names(), QStringList({"..", "deep"}));
+}
+
+TEST_F(MediaView, WhoComesBackIntoALargeFolderStandsOnTheOneHeLeftUnlessHeHasGoneOn)
+{
+    fill("/storage/usb1/many", 5000);
+    for (int i = 0; i < 300; ++i)
+        QDir().mkpath(hostPath("/storage/usb1/many/") + QString("f%1").arg(i, 3, 10, QChar('0')));
+    load();
+    enter("/storage/usb1/many/f250");
+    enter("/storage/usb1/many");
+    EXPECT_EQ(path(view->currentRow()), "/storage/usb1/many/f250");
+    enter("/storage/usb1/many/f250");
+    view->EnterDirectory("/storage/usb1/many");
+    if (view->isReading() && view->count() > 1) // else the machine was quick
+        view->setCurrentRow(1);
+    const int row = view->currentRow();
+    EXPECT_TRUE(kit::waitUntil([this] { return !view->isReading(); }));
+    if (row == 1) {
+        EXPECT_EQ(view->currentRow(), 1);
+    }
+}
+
+TEST_F(MediaView, LinksPipesAndHiddenFilesAreNotShown)
+{
+    writeFile("/storage/usb1/.secret/x.wav", "x");
+    QFile::link(hostPath("/rundata"), hostPath("/storage/usb1/rundata"));
+    QFile::link(hostPath("/storage/usb1/tune.wav"), hostPath("/storage/usb1/again.wav"));
+    QFile::link("/dev/zero", hostPath("/storage/usb1/zero.wav"));
+    ASSERT_EQ(mkfifo(hostPath("/storage/usb1/pipe.wav").toUtf8(), 0666), 0);
+    load();
+    EXPECT_EQ(enter("/storage/usb1"), 1);
+    EXPECT_EQ(names(), QStringList({"..", "Music", "Alarm.MP3", "tune.wav"}));
+    EXPECT_EQ(view->EnterDirectory("/storage/usb1/rundata"), 0);
+    EXPECT_EQ(current(), "/storage/usb1");
+}
+
+TEST_F(MediaView, NamesThatAreNoTextKeepTheirBytes)
+{
+    const QByteArray odd = QByteArray("/storage/usb1/\xff\xfe.wav");
+    const int fd = creat((root().toUtf8() + odd).constData(), 0644);
+    ASSERT_GE(fd, 0);
+    close(fd);
+    load();
+    enter("/storage/usb1");
+    EXPECT_STREQ(view->itemFullPath(view->count() - 1).GetText(), odd.constData());
+}
+
+TEST_F(MediaView, LineEndsAndTurnsOfTheWritingAreBlanksInANameOnTheScreen)
+{
+    writeFile("/storage/usb1/a\nb\tc\xE2\x80\xAE.wav", "x");
+    load();
+    enter("/storage/usb1");
+    EXPECT_EQ(names().value(2), "a b c .wav");
+    EXPECT_EQ(path(2), QString::fromUtf8("/storage/usb1/a\nb\tc\xE2\x80\xAE.wav"));
+}
+
 TEST_F(MediaView, NamesInOtherScriptsAreShown)
 {
     writeFile("/storage/usb1/\xE9\x9F\xB3.wav", "x");
     load();
-    view->EnterDirectory("/storage/usb1");
+    enter("/storage/usb1");
     EXPECT_TRUE(names().contains(QString::fromUtf8("\xE9\x9F\xB3.wav")));
     EXPECT_STREQ(view->itemFullPath(view->count() - 1).GetText(), "/storage/usb1/\xE9\x9F\xB3.wav");
 }
