@@ -14,6 +14,9 @@ namespace {
 
 const char kStorages[] = "/storage"; // stands for the list of storages
 const char kFolderIcon[] = HX_THEME("icon/icon_folder.png");
+const char kFilmIcon[] = HX_THEME("icon/icon_file_film.png");
+const char kPictureIcon[] = HX_THEME("icon/icon_file_picture.png");
+const char kSoundIcon[] = HX_THEME("icon/icon_file_sound.png");
 constexpr int kIconSize = 32;
 constexpr int kWaitMs = 12; // for a folder that is read at once; a disk may take longer
 constexpr int kTurnMs = 4;  // for the rows that are made in one turn of the event loop
@@ -48,6 +51,19 @@ QString shownName(const QByteArray& name)
             letter = QLatin1Char(' ');
     }
     return text;
+}
+
+QIcon iconOf(const char* path)
+{
+    return QIcon(GetImageManager()->GetImage(path));
+}
+
+// Of the files of a type of the media table.
+QIcon fileIcon(const QByteArray& type)
+{
+    if (type == "sound")
+        return iconOf(kSoundIcon);
+    return iconOf(type == "video" || type == "ad" ? kFilmIcon : kPictureIcon);
 }
 
 bool isReadOnly(xmlElement* item)
@@ -100,6 +116,8 @@ struct qMediaImportView::Private : public QObject
     QByteArray PathOf(const QListWidgetItem* item) const;
 
     qMediaImportView* q;
+    const QIcon folderIcon = iconOf(kFolderIcon);
+    QIcon fileIcon;
     chString strFilter;
     chString strImport;
     QByteArray current;
@@ -139,10 +157,9 @@ QListWidgetItem* qMediaImportView::Private::AddRow(const QByteArray& name, bool 
 {
     QListWidgetItem* item = new QListWidgetItem(shownName(name), q);
     item->setData(NameRole, name);
-    if (isFolder) {
-        item->setIcon(QIcon(GetImageManager()->GetImage(kFolderIcon)));
+    item->setIcon(isFolder ? folderIcon : fileIcon);
+    if (isFolder)
         item->setData(FolderRole, true);
-    }
     return item;
 }
 
@@ -255,6 +272,7 @@ int qMediaImportView::LoadMediaType(const char* table, const char* type)
         return 0;
     m_p->strFilter = found->GetAttributeValue("filter").GetString();
     m_p->strImport = importFolder(found);
+    m_p->fileIcon = fileIcon(type);
     return EnterDirectory(kStorages);
 }
 
