@@ -10,6 +10,7 @@
 #include "support/host/trace.h"
 #include <QRegularExpression>
 #include <algorithm>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -37,8 +38,10 @@ chString timeName(const chString& source, const chString& target)
 
 std::string withoutBlanks(const chString& path)
 {
-    std::string result = path.GetText();
-    result.erase(std::remove(result.begin(), result.end(), ' '), result.end());
+    const std::string text = path.GetText();
+    std::string result;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(result),
+                 [](char letter) { return letter != ' '; });
     return result;
 }
 

@@ -21,13 +21,6 @@ std::string orderWord(const tagScaleOrder& order)
            std::to_string(order.nHeight) + " @&@" + order.strTarget + " @&@" + kVerdict;
 }
 
-// A verdict that is cut, or that nobody gave, is not the one that refuses.
-bool isVerdictGood()
-{
-    std::string text;
-    return fileRead(kVerdict, text, kVerdictRoom) != FILE_READ_DONE || text != "0";
-}
-
 } // namespace
 
 std::string scaleCommand(const tagScaleOrder& order)
@@ -35,6 +28,12 @@ std::string scaleCommand(const tagScaleOrder& order)
     const std::string command =
         std::string("export ") + kPlugins + ";" + kProgram + " \"" + orderWord(order) + "\"";
     return command.size() < kCommandRoom ? command : std::string();
+}
+
+bool isScaleVerdictGood(const char* file)
+{
+    std::string text;
+    return fileRead(file, text, kVerdictRoom) != FILE_READ_DONE || text != "0";
 }
 
 bool scalePicture(const tagScaleOrder& order, const std::atomic<bool>& cancel)
@@ -52,5 +51,5 @@ bool scalePicture(const tagScaleOrder& order, const std::atomic<bool>& cancel)
     program.lstVariables = {kPlugins};
     program.nTimeoutMs = kTimeoutMs;
     program.pCancel = &cancel;
-    return sysProgram(program) != PROGRAM_KILLED && isVerdictGood();
+    return sysProgram(program) != PROGRAM_KILLED && isScaleVerdictGood(kVerdict);
 }

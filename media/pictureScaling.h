@@ -15,6 +15,9 @@ struct tagScaleOrder
 // The command as a person would type it, for the log; empty when it has more than 255 bytes: such a picture
 // is not scaled.
 std::string scaleCommand(const tagScaleOrder& order);
+// What the program has written into its file, a device path: false for the text "0" and nothing else, also
+// when there is no such file or it is too large to be a verdict.
+bool isScaleVerdictGood(const char* file);
 // Runs the program and waits, not on the user-interface thread. False when its verdict is the text "0", or
 // when it did not end by itself; cancel ends it from another thread.
 bool scalePicture(const tagScaleOrder& order, const std::atomic<bool>& cancel);

@@ -11,6 +11,7 @@ trap 'kill "$phone" 2>/dev/null || true; rm -rf "$work"' EXIT
 
 cp -r "$build/rootfs/rundata" "$work/rundata"
 ln -s "$PWD/$build/rootfs/phone" "$work/phone"
+ln -s "$PWD/$build/rootfs/mini-boot" "$work/mini-boot"
 mkdir -p "$work/rundata/run" "$work/storage" "$work/shots"
 QT_QPA_PLATFORM=offscreen "$build/bin/hxPhone" --sysroot "$work" --control "$work/control" 2>/dev/null &
 phone=$!

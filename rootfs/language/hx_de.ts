@@ -1046,7 +1046,7 @@
     </message>
     <message>
         <source>Load the same file ?</source>
-        <translation>Eine Datei dieses Namens ist schon da. Ersetzen?</translation>
+        <translation>Die Datei ist schon da. Ersetzen?</translation>
     </message>
     <message>
         <source>Loading fail!</source>
@@ -1058,15 +1058,23 @@
     </message>
     <message>
         <source>Importing...</source>
-        <translation>Wird importiert …</translation>
+        <translation>Wird importiert …</translation>
     </message>
     <message>
         <source>Deleting...</source>
-        <translation>Wird gelöscht …</translation>
+        <translation>Wird gelöscht …</translation>
     </message>
     <message>
         <source>Delete failed!</source>
-        <translation>Löschen ist fehlgeschlagen!</translation>
+        <translation>Die Datei kann nicht gelöscht werden!</translation>
+    </message>
+    <message>
+        <source>Delete </source>
+        <translation>Löschen von </translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
     </message>
 </context>
 </TS>

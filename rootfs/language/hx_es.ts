@@ -1068,5 +1068,13 @@
         <source>Delete failed!</source>
         <translation>¡No se ha podido borrar!</translation>
     </message>
+    <message>
+        <source>Delete </source>
+        <translation>Borrar </translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vista previa</translation>
+    </message>
 </context>
 </TS>

@@ -1068,5 +1068,13 @@
         <source>Delete failed!</source>
         <translation>L’effacement a échoué !</translation>
     </message>
+    <message>
+        <source>Delete </source>
+        <translation>Effacer </translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Aperçu</translation>
+    </message>
 </context>
 </TS>

@@ -1058,15 +1058,23 @@
     </message>
     <message>
         <source>Importing...</source>
-        <translation>正在导入…</translation>
+        <translation>正在导入……</translation>
     </message>
     <message>
         <source>Deleting...</source>
-        <translation>正在删除…</translation>
+        <translation>正在删除……</translation>
     </message>
     <message>
         <source>Delete failed!</source>
         <translation>删除失败！</translation>
+    </message>
+    <message>
+        <source>Delete </source>
+        <translation>删除 </translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>预览</translation>
     </message>
 </context>
 </TS>

@@ -27,5 +27,6 @@ HX_HOST_API long long getFreeSpace(const char* path);
 // Bytes that stay free whatever is stored at path under that index. A removable disk never has to keep
 // more free than its own bookkeeping.
 HX_HOST_API long long PathReservedSpace(const char* path, COUNT_ENOUTH_SPACE_INDEX index);
-// Any thread. 1 when the file source fits into directory with the reserve left free; 0 also when there is no source.
+// Any thread. 1 when the file source fits into directory with the reserve left free; 0 also when there is no
+// source.
 HX_HOST_API int IsEnoughSpace(const char* source, const char* directory, COUNT_ENOUTH_SPACE_INDEX index);

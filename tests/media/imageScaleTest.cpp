@@ -3,6 +3,7 @@
 #include "tests/kit/plain/pictureFiles.h"
 #include "tests/media/mediaTest.h"
 #include "tools/imageScale/ScaleOrder.h"
+#include <QFile>
 #include <QProcess>
 
 namespace {

@@ -9,6 +9,7 @@
 #include "support/host/registry.h"
 #include "tests/media/fakePlayer.h"
 #include "tests/media/importPage.h"
+#include <QFile>
 #include <sys/stat.h>
 
 namespace {

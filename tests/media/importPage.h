@@ -11,6 +11,7 @@
 #include "support/host/text.h"
 #include "tests/media/mediaTest.h"
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QPointer>
 #include <QTimer>

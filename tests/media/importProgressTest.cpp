@@ -3,6 +3,7 @@
 #include "tests/kit/kitTime.h"
 #include "tests/media/heldWrites.h"
 #include "tests/media/importPage.h"
+#include <QFile>
 #include <QPushButton>
 
 namespace {

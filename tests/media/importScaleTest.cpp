@@ -4,6 +4,7 @@
 #include "support/host/program.h"
 #include "tests/kit/kitTime.h"
 #include "tests/media/importPage.h"
+#include <QFile>
 #include <cstring>
 #include <ctime>
 

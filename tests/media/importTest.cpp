@@ -3,6 +3,7 @@
 #include "support/host/xmlcache.h"
 #include "tests/kit/kitTime.h"
 #include "tests/media/importPage.h"
+#include <QFile>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 

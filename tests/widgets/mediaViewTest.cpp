@@ -2,6 +2,7 @@
 #include "support/file/chFileStdio.h"
 #include "tests/widgets/screenPage.h"
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <algorithm>
 #include <ctime>
