@@ -53,6 +53,12 @@ std::string broken(const QString& language, const QString& text)
     return all;
 }
 
+// A text that a name follows ends with the blank before it, as its key does.
+QString withoutGap(const LanguageEntry& entry)
+{
+    return entry.key.endsWith(' ') && entry.text.endsWith(' ') ? entry.text.chopped(1) : entry.text;
+}
+
 struct Term
 {
     QRegularExpression key;
@@ -101,7 +107,7 @@ TEST(LanguageRules, EveryTextKeepsThePunctuationOfItsLanguage)
 {
     for (const Language& language : Languages) {
         for (const LanguageEntry& entry : entriesOf(language))
-            EXPECT_EQ(broken(language.code, entry.text), "")
+            EXPECT_EQ(broken(language.code, withoutGap(entry)), "")
                 << language.code << ": " << qPrintable(entry.text);
     }
 }
