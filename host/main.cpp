@@ -8,6 +8,7 @@
 #include "host/services/messages/messageBus.h"
 #include "host/services/players/playerProcesses.h"
 #include "host/services/system/endOnSignals.h"
+#include "media/mediaShows.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckRegister.h"
 #include "signage/nDeckVideoManager.h"
@@ -67,9 +68,20 @@ void wireSignage(tagModuleEntries& entries)
     entries.onMovieMessage = [](msgObject& msg) { return GetNDeckVideoManager().OnMovieAdMessage(msg); };
 }
 
+void wireSavers(tagModuleEntries& entries)
+{
+    entries.startPhotoSaver = StartScreenSaver_ImageView;
+    entries.stopPhotoSaver = StopScreenSaver_ImageView;
+    entries.startFilmSaver = StartScreenSaver_VideoView;
+    entries.stopFilmSaver = StopScreenSaver_VideoView;
+    entries.openSleep = OpenScreenSleepDlg;
+    entries.closeSleep = CloseScreenSleepDlg;
+}
+
 void wireModule()
 {
     tagModuleEntries entries = settingEntries();
+    wireSavers(entries);
     wireSignage(entries);
     hostSetModule(entries);
 }

@@ -5,10 +5,7 @@
 dlgScreenSleep::dlgScreenSleep()
 {
     setObjectName("dlgScreenSleep");
-    QPalette black = palette();
-    black.setColor(QPalette::Window, QColor(0, 0, 0));
-    setPalette(black);
-    setAutoFillBackground(true);
+    setModal(true); // it lies upon a box, and does not answer it
 }
 
 void dlgScreenSleep::OnKeyDown(int key)

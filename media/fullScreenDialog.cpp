@@ -19,6 +19,11 @@ FullScreenDialog::FullScreenDialog() : QDialog(nullptr, Qt::FramelessWindowHint)
     setFocusPolicy(Qt::StrongFocus); // it has no child that would take the keys
     setFocus();
     setGeometry(kScreen);
+    // What is there before the first picture, and around it.
+    QPalette black = palette();
+    black.setColor(QPalette::Window, QColor(0, 0, 0));
+    setPalette(black);
+    setAutoFillBackground(true);
 }
 
 // Not the dialog's own keys: they would close it without its player.

@@ -1,5 +1,6 @@
 #pragma once
-// What the players and savers over the whole screen share. Deleted when it closes. User-interface thread.
+// What the players and savers over the whole screen share: they are black, and deleted when they close.
+// User-interface thread.
 #include <QDialog>
 #include <QSet>
 

@@ -87,6 +87,7 @@ void screen(const QStringList&, const Reply& reply)
     reply(QJsonObject{{"idle", state.idleMs()},
                       {"saverHeld", state.isSaverSuspended()},
                       {"lamp", state.isLampLit()},
+                      {"backlight", state.isBacklightOn()},
                       {"top", topClass()},
                       {"widgets", int(QApplication::allWidgets().size())},
                       {"busy", busyMs()}});

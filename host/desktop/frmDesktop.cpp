@@ -1,6 +1,7 @@
 #include "host/desktop/homeButton.h"
 #include "host/desktop/homeClock.h"
 #include "host/desktop/homeStatus.h"
+#include "host/desktop/idleSaver.h"
 #include "host/desktop/idleShow.h"
 #include "host/desktop/quickKeys.h"
 #include "host/desktop/readyNotice.h"
@@ -135,6 +136,7 @@ frmDesktop::frmDesktop() : QWidget(nullptr, Qt::FramelessWindowHint), m_p(new Pr
     }
     m_p->show = new idleShow(this);
     connect(m_p->show, &idleShow::changed, this, qOverload<>(&QWidget::update));
+    new idleSaver(this);
     m_p->tiles[2]->setFocus();
     ReloadQuickKeys();
     m_p->showCaptions();

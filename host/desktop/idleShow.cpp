@@ -1,21 +1,20 @@
 #include "host/desktop/idleShow.h"
 #include "host/desktop/displayClient.h"
+#include "host/desktop/idleSaver.h"
 #include "host/look/look.h"
 #include "host/screen/screenState.h"
 #include "host/services/phone/phoneService.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
-#include "support/host/registry.h"
 #include "support/host/screen.h"
 #include <QEvent>
 #include <QWidget>
+#include <climits>
 
 namespace {
 
 constexpr QRect kCorner(504, 58, 250, 150);
 constexpr QRect kScreen(0, 0, look::kScreenWidth, look::kScreenHeight);
-constexpr int kMsInSecond = 1000;
-const char* const kUserIni = "/rundata/config/user/user.ini";
 
 } // namespace
 
@@ -48,8 +47,8 @@ int idleShow::fullMs()
     const auto isSaver = hostModule().isDisplaySaverEnabled;
     if (!isSaver || !isSaver())
         return -1;
-    const int seconds = nuxGetRegistryInt(kUserIni, "ScreenSaver", "nTimeout", 0);
-    return seconds > 0 ? seconds * kMsInSecond : int(FULL_MS);
+    const qint64 saver = idleSaver::saverMs();
+    return saver > 0 ? int(qMin<qint64>(saver, INT_MAX)) : int(FULL_MS);
 }
 
 int idleShow::dueMs() const

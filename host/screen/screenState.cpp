@@ -1,4 +1,5 @@
 #include "host/screen/screenState.h"
+#include "host/services/system/backlight.h"
 #include "host/services/system/hostLog.h"
 
 screenState& screenState::instance()
@@ -33,6 +34,15 @@ void screenState::touch()
 {
     emit touched();
     restartIdle();
+}
+
+void screenState::setBacklight(bool on)
+{
+    if (m_bBacklight == on)
+        return;
+    m_bBacklight = on;
+    hostLog("backlight", on ? QStringLiteral("on") : QStringLiteral("off"));
+    backlightSwitch(on);
 }
 
 void screenState::suspendSaver(SCREEN_SAVERS client)

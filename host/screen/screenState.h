@@ -1,6 +1,6 @@
 #pragma once
 // What the home screen asks: how long nobody has touched the phone, whether a page suspends the screen saver,
-// whether the message lamp is lit. User-interface thread.
+// whether backlight and message lamp are lit. User-interface thread.
 #include "support/host/screen.h"
 #include <QElapsedTimer>
 #include <QObject>
@@ -24,6 +24,9 @@ public:
     bool isSaverSuspended() const { return !m_suspending.isEmpty(); }
     bool isLampLit() const { return !m_lampReasons.isEmpty(); }
 
+    bool isBacklightOn() const { return m_bBacklight; }
+    void setBacklight(bool on);
+
     void suspendSaver(SCREEN_SAVERS client);
     void resumeSaver(SCREEN_SAVERS client);
     void lightLamp(SIGNAL_LAMP reason);
@@ -41,6 +44,7 @@ private:
     screenState();
     QElapsedTimer m_idle;
     qint64 m_nHeadStart = 0; // milliseconds
+    bool m_bBacklight = true;
     QSet<int> m_suspending;
     QSet<int> m_lampReasons;
 };

@@ -21,6 +21,15 @@ struct tagModuleEntries
     int (*cacheWindows)(int index) = nullptr;
     qIconView* (*iconView)() = nullptr;
 
+    // Savers of pictures and of films, and the black screen: over the whole screen, until a key or a touch.
+    // One that has nothing to show does not come up.
+    void (*startPhotoSaver)() = nullptr;
+    void (*stopPhotoSaver)() = nullptr;
+    void (*startFilmSaver)() = nullptr;
+    void (*stopFilmSaver)() = nullptr;
+    int (*openSleep)() = nullptr;
+    void (*closeSleep)() = nullptr;
+
     // Signage. Asks the server for this display; ends the client; shows or hides its frame in a window of the
     // host's (null: full screen).
     void (*registerDisplay)() = nullptr;

@@ -1,5 +1,4 @@
 #include "host/services/messages/messageBus.h"
-#include "host/services/storage/storageWorld.h"
 #include "media/dlgImagePlay.h"
 #include "media/dlgImageScreen.h"
 #include "media/dlgScreenSleep.h"
@@ -15,9 +14,8 @@
 #include "support/host/upgrade.h"
 #include "tests/kit/kitTime.h"
 #include "tests/media/fakePlayer.h"
-#include "tests/media/mediaTest.h"
+#include "tests/media/showTest.h"
 #include <QCoreApplication>
-#include <QDir>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
@@ -27,7 +25,6 @@
 
 namespace {
 
-const unsigned kColours[] = {0xffc04020, 0xff20c040, 0xff2040c0};
 constexpr unsigned kPause = 0x110004;
 constexpr unsigned kResume = 0x110005;
 constexpr unsigned kPrevious = 0x110007;
@@ -35,7 +32,7 @@ constexpr unsigned kNext = 0x110008;
 constexpr unsigned kSessionStop = 0x70002;
 
 // The phone under the show: a window with a button that a touch must not reach.
-class FullScreen : public MediaTest
+class FullScreen : public ShowTest
 {
 protected:
     FullScreen() : button(&page)
@@ -58,48 +55,10 @@ protected:
         kit::settle();
     }
 
-    void putPictures(int count)
-    {
-        for (int i = 0; i < count; ++i)
-            writeFile(QString("/rundata/media/image/%1.png").arg(i).toUtf8(),
-                      picture("PNG", 8, 8, kColours[i]));
-        putTable("image", "ImageView", "*.png");
-    }
-    void putFilms(int count)
-    {
-        for (int i = 0; i < count; ++i)
-            writeFile(QString("/rundata/media/video/%1.mp4").arg(i).toUtf8(), "film");
-        putTable("video", "VideoView", "*.mp4");
-    }
-    void putTable(const char* folder, const char* kind, const char* filter)
-    {
-        writeFile("/phone/resource/screenview.xml",
-                  QString("<%1><time><timeout interval=\"9\"/></time><storage><device type=\"phone\"><file>"
-                          "<item path=\"/rundata/media/%2\" filter=\"%3\" bSubDir=\"0\"/>"
-                          "</file></device></storage></%1>")
-                      .arg(kind, folder, filter)
-                      .toUtf8());
-    }
     static QString top()
     {
         kit::settle();
         return kit::windows().isEmpty() ? QString() : kit::windows().first()->objectName();
-    }
-    static bool isAt(int picture)
-    {
-        const QImage screen = kit::screen();
-        return screen.pixel(5, 5) == kColours[picture] && screen.pixel(795, 475) == kColours[picture];
-    }
-    void plug(STORAGE_TYPE type, const char* name)
-    {
-        QDir(m_disks.path()).mkpath(name);
-        EXPECT_FALSE(storageWorldPlug(type, m_disks.filePath(name)).isEmpty());
-        kit::settle();
-    }
-    void unplug(const char* name)
-    {
-        EXPECT_EQ(storageWorldUnplug(m_disks.filePath(name)), 1);
-        kit::settle();
     }
     QStringList savers() const { return logged("saver"); }
     // Asks for a show and lets it come up.
@@ -113,7 +72,6 @@ protected:
     QWidget page;
     QPushButton button;
     int pressed = 0;
-    QTemporaryDir m_disks;
 };
 
 class SlideShowOnScreen : public FullScreen

@@ -278,6 +278,18 @@ TEST_F(KeyFileSafety, OldFilesAndFoldersAreClosedAtTheStart)
     EXPECT_TRUE(deviceFilesAreStored());
 }
 
+TEST_F(KeyFileSafety, TheFoldersOfTheUsersMediaAreThereAndHisAlone)
+{
+    ASSERT_TRUE(QDir().mkpath(hostPath("/rundata/media/ring")));
+    for (const char* folder : {"/rundata/media", "/rundata/media/ring"})
+        ASSERT_EQ(chmod(machine(folder), 0777), 0);
+    deviceFilesStart();
+    for (const char* folder :
+         {"/rundata/media", "/rundata/media/image", "/rundata/media/video", "/rundata/media/ring",
+          "/rundata/media/wallpaper", "/rundata/media/contact-image"})
+        EXPECT_EQ(modeOf(folder), 0700) << folder;
+}
+
 TEST_F(KeyFileSafety, ANumberThatIsCutShortEndsNeitherReadersNorWriters)
 {
     writeFile(kFile, "[A]\nk=1\n");

@@ -1,4 +1,6 @@
 #include "tools/signDemo/FilmFile.h"
+#include <QFile>
+#include <QtEndian>
 #include <cstdio>
 #include <cstring>
 #include <gst/app/gstappsrc.h>
@@ -8,7 +10,7 @@ namespace {
 
 int Complain(const char* what)
 {
-    std::fprintf(stderr, "hxSignDemo: %s\n", what);
+    std::fprintf(stderr, "film: %s\n", what);
     return 0;
 }
 
@@ -18,7 +20,7 @@ GstElement* MakePipeline(const QByteArray& file, const FilmSource& film)
     gchar* text = g_strdup_printf(
         "appsrc name=video format=time block=true max-bytes=8000000 "
         "caps=video/x-raw,format=BGRx,width=%d,height=%d,framerate=%d/1 "
-        "! videoconvert ! x264enc bitrate=1100 key-int-max=%d bframes=0 speed-preset=medium "
+        "! videoconvert ! x264enc threads=1 bitrate=1100 key-int-max=%d bframes=0 speed-preset=medium "
         "! video/x-h264,profile=constrained-baseline ! h264parse ! mp4mux name=mux faststart=true "
         "! filesink name=file "
         "appsrc name=audio format=time max-bytes=0 "
@@ -93,6 +95,41 @@ int WaitForEnd(GstElement* pipeline)
     return good;
 }
 
+quint32 NumberAt(const QByteArray& bytes, qsizetype at)
+{
+    return qFromBigEndian<quint32>(bytes.constData() + at);
+}
+
+// The boxes of an MP4 file from `at` to `end`: in those that tell when they were made, nothing is left of it.
+void ForgetTimes(QByteArray& bytes, qsizetype at, qsizetype end)
+{
+    constexpr qsizetype kHead = 8, kFlags = 4;
+    while (at + kHead + kFlags <= end) {
+        const qsizetype size = qsizetype(NumberAt(bytes, at));
+        if (size < kHead + kFlags || at + size > end)
+            return;
+        const QByteArray name = bytes.mid(at + 4, 4);
+        if (name == "moov" || name == "trak" || name == "mdia") {
+            ForgetTimes(bytes, at + kHead, at + size);
+        } else if (name == "mvhd" || name == "tkhd" || name == "mdhd") {
+            const qsizetype two = bytes[at + kHead] == 0 ? 8 : 16; // made, and changed
+            bytes.replace(at + kHead + kFlags, two, QByteArray(two, 0));
+        }
+        at += size;
+    }
+}
+
+// The same pictures make the same file, whenever it is made.
+int ForgetTimes(const QByteArray& file)
+{
+    QFile film(QFile::decodeName(file));
+    if (!film.open(QIODevice::ReadWrite))
+        return Complain("the file cannot be read again");
+    QByteArray bytes = film.readAll();
+    ForgetTimes(bytes, 0, bytes.size());
+    return film.seek(0) && film.write(bytes) == bytes.size() ? 1 : Complain("the file cannot be written");
+}
+
 } // namespace
 
 int WriteFilm(const QByteArray& file, const FilmSource& film)
@@ -108,5 +145,5 @@ int WriteFilm(const QByteArray& file, const FilmSource& film)
     const int written = WaitForEnd(pipeline);
     gst_element_set_state(pipeline, GST_STATE_NULL);
     gst_object_unref(pipeline);
-    return written;
+    return written && ForgetTimes(file);
 }

@@ -14,6 +14,10 @@ namespace {
 
 constexpr const char* kSettings = "/rundata/config";
 constexpr const char* kData = "/rundata/data";
+// Where the user's own files go; those above stand before those in them.
+constexpr const char* kMedia[] = {"/rundata/media",           "/rundata/media/image",
+                                  "/rundata/media/video",     "/rundata/media/ring",
+                                  "/rundata/media/wallpaper", "/rundata/media/contact-image"};
 constexpr mode_t kModeBits = 07777;
 constexpr mode_t kOthers = 0077;
 constexpr int kDepth = 8; // folders in folders; the phone's own have three
@@ -84,6 +88,10 @@ void deviceFilesStart()
                  kSettings);
     for (const char* tree : {kSettings, kData})
         closeTree(tree);
+    for (const char* folder : kMedia) {
+        if (g_isStored && !pathMakePrivateDirectory(folder))
+            ++g_nStayOpen;
+    }
     if (g_nStayOpen > 0)
         nuxTrace(TRACE_NOTE, "%d files and folders of the phone stay open to other users", g_nStayOpen);
     if (runFolder::make() && runFolder::isWritable())
