@@ -2,6 +2,7 @@
 // against reading it whole and scaling it down there. Each in a process of its own.
 #include "bench/phoneBench.h"
 #include "bench/threadWatch.h"
+#include "media/photoAssistant.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/picture.h"
 #include "tests/kit/plain/pictureFiles.h"
@@ -10,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImageReader>
+#include <QLabel>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <cmath>
@@ -24,6 +26,9 @@ constexpr double kMostMs = 400; // until the picture is on the screen
 constexpr double kMostStallMs = 33;
 constexpr double kMostMiB = 60;
 constexpr int kTimes = 3;
+constexpr int kShown = 3;
+constexpr double kTurnMs = 3000; // of a slide show
+constexpr double kFrameMs = 16;
 
 struct tagFigures
 {
@@ -86,6 +91,54 @@ int runOne(int argc, char** argv)
     _exit(0);
 }
 
+// Three of the picture as a slide show: how long before its turn the next is ready, and what the change
+// costs.
+int runShow(int argc, char** argv)
+{
+    deviceSetRoot(argv[2]);
+    QApplication application(argc, argv);
+    QWidget dialog;
+    dialog.resize(kWidth, kHeight);
+    dialog.show();
+    photoAssistant show(&dialog);
+    photoAssistant::FileList files;
+    for (int i = 0; i < kShown; ++i)
+        files.push_back(chString(QByteArray(argv[3]) + QByteArray::number(i)));
+    double readyMs = 0, changeMs = 0;
+    QElapsedTimer timer;
+    for (int turn = 0; turn <= 2 * kShown; ++turn) {
+        timer.start();
+        if (turn == 0)
+            show.LoadFileList(files);
+        else
+            show.PlayNext();
+        dialog.repaint();
+        if (turn > 0)
+            changeMs = std::max(changeMs, double(timer.nsecsElapsed()) / 1e6);
+        while (picturePending() > 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+        readyMs = std::max(readyMs, double(timer.nsecsElapsed()) / 1e6);
+    }
+    const bool isShown = show.GetLabel()->pixmap(Qt::ReturnByValue).width() > 0;
+    printf("%f %f %d\n", readyMs, changeMs, isShown);
+    fflush(stdout);
+    _exit(0);
+}
+
+void addShow(RatioTable& table, const char* program, const QString& root)
+{
+    QProcess child;
+    kit::endWithUs(child);
+    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    child.start(program, {"--show", root, "/photo.jpg"});
+    child.waitForFinished(-1);
+    const QList<QByteArray> figures = child.readAllStandardOutput().simplified().split(' ');
+    const bool isGood = figures.size() == 3 && figures[2] == "1";
+    const QString what = "slide show of 24 megapixels";
+    table.add(what + ": the next picture is ready", isGood ? figures[0].toDouble() : HUGE_VAL, kTurnMs, "ms");
+    table.add(what + ": the change", isGood ? figures[1].toDouble() : HUGE_VAL, kFrameMs, "ms");
+}
+
 // The best of some.
 tagFigures figuresOf(const char* program, const char* way, const QString& root, const char* path)
 {
@@ -119,7 +172,7 @@ void write(const QString& path, const QByteArray& bytes)
 int main(int argc, char** argv)
 {
     if (argc == 4)
-        return runOne(argc, argv);
+        return strcmp(argv[1], "--show") == 0 ? runShow(argc, argv) : runOne(argc, argv);
     const QTemporaryDir root;
     write(root.path() + "/photo.jpg", kit::jpegPhoto({6000, 4000}));
     write(root.path() + "/photo.png", kit::pngPhoto({10000, 6000}));
@@ -141,5 +194,8 @@ int main(int argc, char** argv)
         table.add(what + ": the same against reading it whole", ours.mostMiB, whole.mostMiB, "MB");
         table.add(what + ": memory left in use", ours.keptMiB, kMostMiB / 4, "MB");
     }
+    for (int i = 0; i < kShown; ++i)
+        QFile::copy(root.path() + "/photo.jpg", root.path() + QString("/photo.jpg%1").arg(i));
+    addShow(table, argv[0], root.path());
     return table.print() ? 0 : 1;
 }

@@ -89,14 +89,15 @@ private:
 class IdleSaver : public ShowTest
 {
 protected:
-    IdleSaver()
+    explicit IdleSaver(bool hasCallScreen = true)
     {
         kit::holdClocks(true);
         hostSetModule(entries());
         phoneService::instance().backend();
         setTimes(60, 0);
         home = frmDesktop::GetInstance();
-        callScreenInstall();
+        if (hasCallScreen)
+            callScreenInstall();
         home->FinishLoading();
         saver = home->findChild<idleSaver*>();
         putPictures(2);
@@ -203,14 +204,14 @@ TEST_F(IdleSaver, NeverComesWithoutATime)
     for (const char* value : {"0", "", "-5", "soon"}) {
         EXPECT_EQ(nuxSetRegistryString(kUserIni, "ScreenSaver", "nTimeout", value), 1);
         touch();
-        kit::stepTime(1000 * 1000);
+        kit::stepTime(200 * 1000);
         EXPECT_EQ(top(), "frmDesktop") << value;
     }
     writeFile(kUserIni, "[Theme]\n");
     EXPECT_TRUE(
         kit::waitUntil([] { return nuxGetRegistryInt(kUserIni, "ScreenSaver", "nTimeout", 7) == 7; }));
     touch();
-    kit::stepTime(1000 * 1000);
+    kit::stepTime(200 * 1000);
     EXPECT_EQ(top(), "frmDesktop");
 }
 
@@ -448,6 +449,14 @@ TEST_F(IdleSaver, WithoutPicturesNothingComesUntilThereAreSome)
     kit::stepTime(idleSaver::AGAIN_MS);
     EXPECT_EQ(top(), "dlgImageScreen");
     EXPECT_TRUE(isAt(0));
+    touch();
+    QFile::remove(hostPath("/rundata/media/image/0.png"));
+    kit::stepTime(60000);
+    ASSERT_EQ(top(), "frmDesktop");
+    touch();
+    putPictures(1);
+    kit::stepTime(60000);
+    EXPECT_EQ(top(), "dlgImageScreen") << "whoever was there meanwhile waits no longer than always";
 }
 
 TEST_F(IdleSaver, WithoutPicturesItGetsDarkAllTheSame)
@@ -615,6 +624,39 @@ TEST_F(IdleSaver, ABoxThatComesUpLightsIt)
     xMessageBox("Note", "Reboot device?", BOX_QUESTION, home, -1);
     EXPECT_FALSE(wasDark);
     EXPECT_EQ(top(), "frmDesktop");
+}
+
+// Whoever shows calls in a way of his own.
+class IdleWithoutCallScreen : public IdleSaver
+{
+protected:
+    IdleWithoutCallScreen() : IdleSaver(false) {}
+};
+
+TEST_F(IdleWithoutCallScreen, ACallEndsASaverAndLightsTheScreenAllTheSame)
+{
+    kit::stepTime(60000);
+    ASSERT_EQ(top(), "dlgImageScreen");
+    ring();
+    EXPECT_EQ(top(), "frmDesktop");
+    hangUpAll();
+    kit::stepTime(59000);
+    EXPECT_EQ(top(), "frmDesktop") << "whoever hung up has his time";
+    setTimes(0, 60);
+    kit::stepTime(60000);
+    ASSERT_TRUE(isDark());
+    ring();
+    EXPECT_FALSE(isDark());
+    EXPECT_EQ(top(), "frmDesktop");
+}
+
+using IdleStart = ShowTest;
+
+TEST_F(IdleStart, APhoneThatEndedInTheDarkStartsInTheLight)
+{
+    writeFile("/sys/class/backlight/lcd/bl_power", "4");
+    frmDesktop::GetInstance();
+    EXPECT_EQ(readFile("/sys/class/backlight/lcd/bl_power"), "0");
 }
 
 class IdleFilms : public IdleSaver

@@ -118,4 +118,22 @@ TEST_F(SlideShow, AFileThatVanishedIsPassedOver)
     EXPECT_EQ(shown(), 30);
 }
 
+// Made once: packing them takes longer than all that is looked at.
+TEST_F(SlideShow, OfPicturesOfTwentyFourMegapixelsTheNextIsThereBeforeItsTurn)
+{
+    const QByteArray photo = kit::jpegPhoto({6000, 4000});
+    for (const char* file : {"/rundata/a.jpg", "/rundata/b.jpg", "/rundata/c.jpg"})
+        writeFile(file, photo);
+    load({"/rundata/a.jpg", "/rundata/b.jpg", "/rundata/c.jpg"});
+    ASSERT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 30000));
+    for (int turn = 0; turn < 6; ++turn) {
+        const qint64 before = show.GetLabel()->pixmap(Qt::ReturnByValue).cacheKey();
+        show.PlayNext();
+        EXPECT_NE(show.GetLabel()->pixmap(Qt::ReturnByValue).cacheKey(), before)
+            << "in the call itself, " << turn;
+        EXPECT_GE(shown(), 720);
+        ASSERT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 30000));
+    }
+}
+
 } // namespace

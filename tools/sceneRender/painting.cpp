@@ -212,7 +212,7 @@ void Painting::water(const Water& water)
             fractalNoise((x + water.shift) / (26 + 0.5 * down), row / 2.2, water.seed, 3) - 0.5;
         tone = at(x + water.ripple * wave * down * 0.10,
                   water.line - 1 - std::max(down * 0.94 + water.ripple * wave * (6 + down * 0.35), 0.0));
-        mix(tone, own, water.deep * (0.45 + 0.55 * smoothStep(0, kHeight - water.line, down)));
+        mix(tone, own, water.near + (water.deep - water.near) * smoothStep(0, kHeight - water.line, down));
         if (wave > 0)
             add(tone, {1, 1, 1}, 0.10 * wave * water.ripple);
     });

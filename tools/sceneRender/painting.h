@@ -46,7 +46,8 @@ struct Water
 {
     double line = 300; // where it begins
     QColor colour;
-    double deep = 0.6; // share of its own colour at the lower edge
+    double near = 0.27; // share of its own colour at the line
+    double deep = 0.6;  // and at the lower edge
     double ripple = 1;
     unsigned seed = 1;
     double shift = 0;

@@ -69,7 +69,7 @@ void lake(Painting& p)
              .mist = 30,
              .trees = 120,
              .treeHeight = 34});
-    p.water({.line = 304, .colour = "#1b5670", .deep = 0.42, .ripple = 0.7, .seed = 2});
+    p.water({.line = 304, .colour = "#1b5670", .near = 0.19, .deep = 0.42, .ripple = 0.7, .seed = 2});
     p.ridge({.base = 500,
              .height = 60,
              .wave = 240,
@@ -165,7 +165,7 @@ void harbour(Painting& p)
              .top = "#75598f",
              .bottom = "#a8799a",
              .mist = 50});
-    p.water({.line = 306, .colour = "#574a86", .deep = 0.4, .ripple = 1, .seed = 11});
+    p.water({.line = 306, .colour = "#574a86", .near = 0.18, .deep = 0.4, .ripple = 1, .seed = 11});
     p.glitter(300, 306, 50, "#ffe7a8", 0.7);
     houses(p);
     boat(p, 170, 372);

@@ -51,8 +51,8 @@ void sunset(Painting& p)
     p.sky({{0, "#1c1a3d"}, {130, "#4b2a5c"}, {220, "#8c3f5c"}, {286, "#d9794a"}, {306, "#e89a52"}});
     p.clouds({.top = 60, .bottom = 240, .colour = "#e88a62", .opacity = 0.42, .cover = 0.5, .seed = 9});
     p.clouds({.top = 10, .bottom = 130, .colour = "#2a2148", .opacity = 0.5, .cover = 0.55, .seed = 15});
-    p.glow({556, 282}, 330, "#ffcf7d", 0.62);
-    p.disc({556, 284}, 27, "#ffe9b8");
+    p.glow({656, 282}, 330, "#ffcf7d", 0.62);
+    p.disc({656, 284}, 27, "#ffe9b8");
     p.ridge({.base = 306,
              .height = 52,
              .wave = 230,
@@ -62,8 +62,8 @@ void sunset(Painting& p)
              .bottom = "#94505a",
              .mist = 40,
              .shift = 90});
-    p.water({.line = 304, .colour = "#23173b", .deep = 0.62, .ripple = 1.1, .seed = 6});
-    p.glitter(556, 304, 54, "#ffc98a", 0.55);
+    p.water({.line = 304, .colour = "#2e1a42", .near = 0.78, .deep = 0.97, .ripple = 1.1, .seed = 6});
+    p.glitter(656, 304, 24, "#ffb27a", 0.30);
     p.ridge({.base = 520,
              .height = 130,
              .wave = 330,
@@ -153,12 +153,12 @@ void aurora(Painting& p)
              .mist = 40,
              .trees = 92,
              .treeHeight = 26});
-    p.water({.line = 336, .colour = "#061522", .deep = 0.5, .ripple = 0.8, .seed = 3});
+    p.water({.line = 336, .colour = "#061522", .near = 0.22, .deep = 0.5, .ripple = 0.8, .seed = 3});
 }
 
 void silk(Painting& p)
 {
-    p.silk({"#0a2240", "#0f3a66", "#17598c", "#2379a9", "#4b9cc2"}, 6);
+    p.silk({"#0a2240", "#0e365f", "#144e80", "#195b89", "#1d6490"}, 6);
 }
 
 } // namespace
