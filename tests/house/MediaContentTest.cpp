@@ -4,10 +4,12 @@
 #include "tests/house/sourceTree.h"
 #include "tests/kit/plain/deviceFolder.h"
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtEndian>
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 

@@ -1,179 +1,14 @@
-// A phone that nobody uses: when its savers and its dark screen come, what keeps them off, and what ends
-// them.
-#include "host/desktop/idleSaver.h"
-#include "host/desktop/displayClient.h"
-#include "host/desktop/frmCall.h"
-#include "host/screen/screenState.h"
+// A phone that nobody uses: when its savers come, what keeps them off, and what ends them.
 #include "host/services/messages/messageBus.h"
-#include "host/services/phone/phoneService.h"
-#include "host/services/phone/phoneSimulation.h"
 #include "media/dlgImageScreen.h"
-#include "media/mediaShows.h"
 #include "support/host/box.h"
-#include "support/host/desktop.h"
-#include "support/host/module.h"
-#include "support/host/phone.h"
 #include "support/host/player.h"
-#include "support/host/registry.h"
-#include "support/host/screen.h"
-#include "support/host/upgrade.h"
-#include "tests/kit/kitTime.h"
+#include "tests/kit/eventCounter.h"
 #include "tests/media/fakePlayer.h"
-#include "tests/media/showTest.h"
-#include <QApplication>
-#include <QKeyEvent>
-#include <QLineEdit>
+#include "tests/media/idleSaverStand.h"
+#include <QFile>
 #include <QTimer>
-#include <qpa/qwindowsysteminterface.h>
-
-namespace {
-
-const char* const kUserIni = "/rundata/config/user/user.ini";
-const QPoint kTile(80, 270); // of the home screen
-int s_nOpened = 0;
-
-tagModuleEntries entries()
-{
-    tagModuleEntries entries;
-    entries.openPage = [](const chString&, QWidget*) { ++s_nOpened; };
-    entries.openMenu = [](const chString&) { ++s_nOpened; };
-    entries.startPhotoSaver = StartScreenSaver_ImageView;
-    entries.stopPhotoSaver = StopScreenSaver_ImageView;
-    entries.startFilmSaver = StartScreenSaver_VideoView;
-    entries.stopFilmSaver = StopScreenSaver_VideoView;
-    entries.openSleep = OpenScreenSleepDlg;
-    entries.closeSleep = CloseScreenSleepDlg;
-    entries.isDisplayEnabled = [] {
-        return nuxGetRegistryInt("/rundata/config/system.ini", "nDeck", "bEnable", 0) == 1;
-    };
-    return entries;
-}
-
-// A page with something typed on it.
-class Page : public QWidget
-{
-public:
-    Page() : QWidget(nullptr, Qt::FramelessWindowHint), edit(this)
-    {
-        setObjectName("page");
-        setGeometry(0, 0, 800, 480);
-        edit.setGeometry(100, 100, 200, 36);
-        screenBringUp(this);
-        kit::settle();
-        edit.setFocus();
-        kit::settle();
-    }
-    QLineEdit edit;
-};
-
-// One of another room, for whoever asks for its class.
-class NamedPage : public QWidget
-{
-public:
-    explicit NamedPage(const char* name) : QWidget(nullptr, Qt::FramelessWindowHint), m_name(name)
-    {
-        setObjectName("named");
-        setGeometry(0, 0, 800, 480);
-        screenBringUp(this);
-        kit::settle();
-    }
-    void* qt_metacast(const char* name) override
-    {
-        return m_name == name ? this : QWidget::qt_metacast(name);
-    }
-
-private:
-    const QByteArray m_name;
-};
-
-class IdleSaver : public ShowTest
-{
-protected:
-    explicit IdleSaver(bool hasCallScreen = true)
-    {
-        kit::holdClocks(true);
-        hostSetModule(entries());
-        phoneService::instance().backend();
-        setTimes(60, 0);
-        home = frmDesktop::GetInstance();
-        if (hasCallScreen)
-            callScreenInstall();
-        home->FinishLoading();
-        saver = home->findChild<idleSaver*>();
-        putPictures(2);
-        touch();
-        mark();
-    }
-    ~IdleSaver() override
-    {
-        CAutoUpgrade::GetInstance()->SetUpgrading(0);
-        hangUpAll();
-        Stop_ImageView();
-        Stop_VideoView();
-        CloseScreenSleepDlg();
-        for (QWidget* window : kit::windows())
-            window->hide();
-        kit::settle();
-        hostSetModule(tagModuleEntries());
-    }
-
-    static void set(const char* section, const char* key, int value)
-    {
-        EXPECT_EQ(nuxSetRegistryInt(kUserIni, section, key, value), 1);
-    }
-    // Seconds; as when the phone has started with them.
-    static void setTimes(int saver, int sleep)
-    {
-        set("ScreenSaver", "nTimeout", saver);
-        set("Sleep", "nTimeout", sleep);
-        screenState::instance().restartIdle();
-    }
-    static void touch()
-    {
-        kit::settle();
-        kit::tap(QPoint(450, 210)); // where nothing is
-        kit::settle();
-    }
-    static QString top()
-    {
-        kit::settle();
-        return kit::windows().isEmpty() ? QString() : kit::windows().first()->objectName();
-    }
-    static void tellSettings()
-    {
-        msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_WALLPAPER, 0);
-        kit::settle();
-    }
-    static void ring()
-    {
-        EXPECT_TRUE(phoneSimulation::instance()->ring("333", 0, "Anna"));
-        kit::settle();
-    }
-    static void hangUpAll()
-    {
-        for (const tagCall& call : phoneService::instance().calls())
-            phoneService::instance().hangUp(call.nId);
-        kit::settle();
-    }
-    static bool isDark() { return !screenState::instance().isBacklightOn(); }
-    static bool isBlack()
-    {
-        const QImage screen = kit::screen();
-        return screen.pixel(5, 5) == 0xff000000u && screen.pixel(400, 240) == 0xff000000u;
-    }
-    // The finger of the window system: held down, or a key that repeats itself.
-    static void keyAgain(QEvent::Type type, Qt::Key key)
-    {
-        QWindowSystemInterface::handleKeyEvent<QWindowSystemInterface::SynchronousDelivery>(
-            QGuiApplication::focusWindow(), type, key, Qt::NoModifier, QString(), true);
-        kit::settle();
-    }
-
-    frmDesktop* home = nullptr;
-    idleSaver* saver = nullptr;
-};
-
-} // namespace
+#include <memory>
 
 TEST_F(IdleSaver, PicturesComeAfterTheTimeWithoutATouchOrKey)
 {
@@ -232,14 +67,14 @@ TEST_F(IdleSaver, ATouchEndsItAndPressesNothingBelow)
 
 TEST_F(IdleSaver, AKeyEndsItAndWhileItIsHeldDoesNothingElse)
 {
-    Page page;
+    TypedPage page;
     kit::stepTime(60000);
     ASSERT_EQ(top(), "dlgImageScreen");
     kit::keyPress(Qt::Key_A, {}, "a");
     EXPECT_EQ(top(), "page");
     for (int i = 0; i < 3; ++i) {
-        keyAgain(QEvent::KeyRelease, Qt::Key_A);
-        keyAgain(QEvent::KeyPress, Qt::Key_A);
+        keyAgain(QEvent::KeyRelease, Qt::Key_A, "a");
+        keyAgain(QEvent::KeyPress, Qt::Key_A, "a");
     }
     kit::keyRelease(Qt::Key_A, {}, "a");
     EXPECT_EQ(page.edit.text(), "");
@@ -251,7 +86,7 @@ TEST_F(IdleSaver, AKeyEndsItAndWhileItIsHeldDoesNothingElse)
 
 TEST_F(IdleSaver, ComesOverAPageWhichIsAsItWasAfterwards)
 {
-    Page page;
+    TypedPage page;
     kit::type("typed");
     kit::stepTime(60000);
     ASSERT_EQ(top(), "dlgImageScreen");
@@ -421,7 +256,7 @@ TEST_F(IdleSaver, AnythingThatComesUpEndsIt)
 {
     kit::stepTime(60000);
     ASSERT_EQ(saver->state(), idleSaver::SAVER);
-    Page page;
+    TypedPage page;
     EXPECT_EQ(top(), "page");
     EXPECT_EQ(saver->state(), idleSaver::AWAKE);
     EXPECT_EQ(dlgImageScreen::Instance(), nullptr);
@@ -442,7 +277,11 @@ TEST_F(IdleSaver, WithoutPicturesNothingComesUntilThereAreSome)
     for (const char* file : {"/rundata/media/image/0.png", "/rundata/media/image/1.png"})
         QFile::remove(hostPath(file));
     setTimes(60, 3600);
+    EventCounter timers(QEvent::Timer);
+    qApp->installEventFilter(&timers);
     kit::stepTime(150000);
+    qApp->removeEventFilter(&timers);
+    EXPECT_LT(timers.count, 2000) << "it does not try all the time";
     EXPECT_EQ(top(), "frmDesktop");
     EXPECT_EQ(saver->state(), idleSaver::AWAKE);
     putPictures(1);
@@ -510,153 +349,6 @@ TEST_F(IdleSaver, WhenAllPicturesWereOnTheStorageTheSaverEndsWithIt)
     plug(STORAGE_USB, "stick");
     kit::stepTime(idleSaver::AGAIN_MS);
     EXPECT_TRUE(isAt(0)) << "and comes again with it";
-}
-
-TEST_F(IdleSaver, TheScreenGetsDarkAfterItsOwnTime)
-{
-    for (const char* light : {"lcd", "keys"})
-        writeFile(QByteArray("/sys/class/backlight/") + light + "/bl_power", "0");
-    setTimes(0, 120);
-    kit::stepTime(119900);
-    EXPECT_FALSE(isDark());
-    kit::stepTime(100);
-    EXPECT_TRUE(isDark());
-    EXPECT_EQ(top(), "dlgScreenSleep");
-    EXPECT_TRUE(isBlack());
-    EXPECT_EQ(readFile("/sys/class/backlight/lcd/bl_power"), "4");
-    EXPECT_EQ(readFile("/sys/class/backlight/keys/bl_power"), "4");
-    kit::press(kTile);
-    EXPECT_TRUE(isBlack());
-    kit::release(kTile);
-    EXPECT_FALSE(isDark());
-    EXPECT_EQ(top(), "frmDesktop");
-    EXPECT_EQ(s_nOpened, 0);
-    EXPECT_EQ(readFile("/sys/class/backlight/lcd/bl_power"), "0");
-    EXPECT_EQ(logged("backlight"), QStringList({"off", "on"}));
-    kit::stepTime(120000);
-    EXPECT_TRUE(isDark()) << "and again";
-}
-
-TEST_F(IdleSaver, AKeyWakesItAndDoesNothingElse)
-{
-    setTimes(0, 60);
-    kit::stepTime(60000);
-    ASSERT_TRUE(isDark());
-    kit::key(Qt::Key_F12);
-    EXPECT_TRUE(isDark());
-    kit::key(Qt::Key_Return);
-    EXPECT_FALSE(isDark());
-    EXPECT_EQ(top(), "frmDesktop");
-    EXPECT_EQ(s_nOpened, 0) << "no tile";
-}
-
-TEST_F(IdleSaver, ACallLightsItAndGetsTheScreen)
-{
-    setTimes(0, 60);
-    kit::stepTime(60000);
-    ASSERT_TRUE(isDark());
-    ring();
-    EXPECT_FALSE(isDark());
-    EXPECT_EQ(top(), "frmCall");
-    EXPECT_TRUE(kit::windows().first()->isActiveWindow());
-    kit::stepTime(120000);
-    EXPECT_FALSE(isDark()) << "as long as it lasts";
-}
-
-TEST_F(IdleSaver, APageThatComesUpLightsIt)
-{
-    setTimes(0, 60);
-    kit::stepTime(60000);
-    ASSERT_TRUE(isDark());
-    Page page;
-    EXPECT_FALSE(isDark());
-    EXPECT_EQ(top(), "page");
-    kit::type("x");
-    EXPECT_EQ(page.edit.text(), "x");
-}
-
-TEST_F(IdleSaver, DarknessEndsASaverAndNoneComesInIt)
-{
-    setTimes(60, 90);
-    kit::stepTime(60000);
-    ASSERT_EQ(top(), "dlgImageScreen");
-    kit::stepTime(30000);
-    EXPECT_EQ(top(), "dlgScreenSleep");
-    EXPECT_EQ(dlgImageScreen::Instance(), nullptr);
-    kit::stepTime(600000);
-    EXPECT_EQ(top(), "dlgScreenSleep");
-    touch();
-    EXPECT_EQ(top(), "frmDesktop") << "not the saver";
-    setTimes(120, 60);
-    kit::stepTime(600000);
-    EXPECT_EQ(top(), "dlgScreenSleep");
-}
-
-TEST_F(IdleSaver, DarknessLiesUponABoxAndDoesNotAnswerIt)
-{
-    setTimes(0, 60);
-    bool wasDark = false;
-    QString after;
-    QTimer::singleShot(0, home, [&] {
-        kit::stepTime(60000);
-        wasDark = isDark();
-        kit::key(Qt::Key_Return);
-        after = kit::windows().first()->metaObject()->className();
-        kit::key(Qt::Key_Return);
-    });
-    EXPECT_NE(xMessageBox("Note", "Delete?", BOX_QUESTION, home, -1), 0);
-    EXPECT_TRUE(wasDark);
-    EXPECT_EQ(after, "dlgMessageBox");
-    EXPECT_FALSE(isDark());
-}
-
-TEST_F(IdleSaver, ABoxThatComesUpLightsIt)
-{
-    setTimes(0, 60);
-    kit::stepTime(60000);
-    ASSERT_TRUE(isDark());
-    bool wasDark = true;
-    QTimer::singleShot(0, home, [&] {
-        kit::settle();
-        wasDark = isDark();
-        kit::key(Qt::Key_Return);
-    });
-    xMessageBox("Note", "Reboot device?", BOX_QUESTION, home, -1);
-    EXPECT_FALSE(wasDark);
-    EXPECT_EQ(top(), "frmDesktop");
-}
-
-// Whoever shows calls in a way of his own.
-class IdleWithoutCallScreen : public IdleSaver
-{
-protected:
-    IdleWithoutCallScreen() : IdleSaver(false) {}
-};
-
-TEST_F(IdleWithoutCallScreen, ACallEndsASaverAndLightsTheScreenAllTheSame)
-{
-    kit::stepTime(60000);
-    ASSERT_EQ(top(), "dlgImageScreen");
-    ring();
-    EXPECT_EQ(top(), "frmDesktop");
-    hangUpAll();
-    kit::stepTime(59000);
-    EXPECT_EQ(top(), "frmDesktop") << "whoever hung up has his time";
-    setTimes(0, 60);
-    kit::stepTime(60000);
-    ASSERT_TRUE(isDark());
-    ring();
-    EXPECT_FALSE(isDark());
-    EXPECT_EQ(top(), "frmDesktop");
-}
-
-using IdleStart = ShowTest;
-
-TEST_F(IdleStart, APhoneThatEndedInTheDarkStartsInTheLight)
-{
-    writeFile("/sys/class/backlight/lcd/bl_power", "4");
-    frmDesktop::GetInstance();
-    EXPECT_EQ(readFile("/sys/class/backlight/lcd/bl_power"), "0");
 }
 
 class IdleFilms : public IdleSaver
