@@ -1,4 +1,5 @@
 #include "media/importJob.h"
+#include "support/file/chAtomicFile.h"
 #include "support/file/fileTools.h"
 #include "support/file/path.h"
 #include "support/text/chString.h"
@@ -19,7 +20,10 @@ int ImportJob::Run()
 bool ImportJob::CopyAndScale()
 {
     chString folder(m_order.strTarget.c_str());
-    if (!pathRemoveFileSpec(folder) || !pathMakeDirectories(folder) || !m_copy.Run())
+    if (!pathRemoveFileSpec(folder) || !pathMakeDirectories(folder))
+        return false;
+    chAtomicFile::Sweep(folder); // of imports that a loss of power ended
+    if (!m_copy.Run())
         return false;
     const bool isScaled = m_order.nWidth > 0 && m_order.nHeight > 0;
     return !isScaled || scalePicture(m_order, m_bAborted);

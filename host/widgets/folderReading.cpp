@@ -1,8 +1,19 @@
 #include "host/widgets/folderReading.h"
 #include "support/file/findFile.h"
+#include "support/text/chString.h"
 #include <QString>
 #include <algorithm>
 #include <utility>
+
+namespace {
+
+// A text of the phone ends with a whole letter: a name that does not would become that of another file.
+bool isWholeText(const std::string& name)
+{
+    return name == chString(name.c_str()).GetText();
+}
+
+} // namespace
 
 struct FolderReading::Content
 {
@@ -29,7 +40,7 @@ bool FolderReading::Content::Read()
 
 bool FolderReading::Content::IsOfInterest(const tagDiskEntry& entry) const
 {
-    return entry.strName[0] != '.' &&
+    return entry.strName[0] != '.' && isWholeText(entry.strName) &&
            (entry.bFolder || pathMatchFilter(entry.strName.c_str(), filter.c_str()));
 }
 

@@ -4,17 +4,20 @@
 #include "support/file/fileSystemCalls.h"
 #include "support/file/keepAside.h"
 
+#include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <stdio.h>
+#include <string.h>
 #include <sys/file.h>
 #include <sys/random.h>
 #include <unistd.h>
 
 namespace {
 
-const int SLOT_COUNT = 16;            // saves of one file at a time
-const size_t NAME_IN_TEMPORARY = 200; // leaves room for what is put around it in a name of 255 bytes
+const int SLOT_COUNT = 16;             // saves of one file at a time
+const size_t NAME_IN_TEMPORARY = 200;  // leaves room for what is put around it in a name of 255 bytes
+const char TEMPORARY_MARK[] = ".save"; // behind the file's name, then the slot
 const mode_t MODE_BITS = 07777;
 const mode_t NEW_FILE_MODE = 0666; // less the process's mask
 
@@ -95,7 +98,7 @@ bool chAtomicFile::OpenTemporary()
 {
     const std::string name = m_strTarget.substr(m_strTarget.rfind('/') + 1, NAME_IN_TEMPORARY);
     for (int slot = 0; slot < SLOT_COUNT; ++slot) {
-        m_strTemporary = m_strFolder + "/." + name + ".save" + std::to_string(slot);
+        m_strTemporary = m_strFolder + "/." + name + TEMPORARY_MARK + std::to_string(slot);
         m_nFd = CreateTemporary();
         if (m_nFd < 0 && errno != EEXIST)
             return false;
@@ -117,7 +120,7 @@ bool chAtomicFile::OpenTemporary()
 int chAtomicFile::CreateTemporary() const
 {
     const int fd = MakeTemporary();
-    return fd >= 0 || errno != EEXIST || !RemoveStale() ? fd : MakeTemporary();
+    return fd >= 0 || errno != EEXIST || !RemoveStale(m_strTemporary.c_str()) ? fd : MakeTemporary();
 }
 
 int chAtomicFile::MakeTemporary() const
@@ -127,15 +130,31 @@ int chAtomicFile::MakeTemporary() const
 }
 
 // Keeps errno as EEXIST when the file is in use.
-bool chAtomicFile::RemoveStale() const
+bool chAtomicFile::RemoveStale(const char* path)
 {
-    const char* path = m_strTemporary.c_str();
     const int fd = sys().open(path, O_WRONLY | O_CLOEXEC | O_NOFOLLOW, 0);
     const bool removed = fd >= 0 && claimFile(fd, path) == Claim::MINE && sys().unlink(path) == 0;
     if (fd >= 0)
         sys().close(fd);
     errno = EEXIST;
     return removed;
+}
+
+void chAtomicFile::Sweep(const char* folder)
+{
+    const std::string place = devicePathFollow(folder).GetText();
+    DIR* entries = filePlaceOf((place + "/a").c_str()) == PLACE_OURS ? opendir(place.c_str()) : nullptr;
+    while (const dirent* entry = entries ? readdir(entries) : nullptr) {
+        const std::string name = entry->d_name;
+        const size_t mark = name.rfind(TEMPORARY_MARK);
+        const bool isTemporary =
+            name[0] == '.' && mark != std::string::npos && mark > 0 &&
+            name.find_first_not_of("0123456789", mark + strlen(TEMPORARY_MARK)) == std::string::npos;
+        if (isTemporary)
+            RemoveStale((place + "/" + name).c_str());
+    }
+    if (entries)
+        closedir(entries);
 }
 
 int chAtomicFile::Write(const char* data, size_t size)

@@ -29,6 +29,9 @@ public:
     int FlushFolder() const;
     // Leaves the old file as it was and nothing beside it.
     void Abandon();
+    // Removes what processes that were killed, or a loss of power, left of files that were to come into the
+    // folder, a device path. Those that are being written stay. The next save of a file does so for its own.
+    static void Sweep(const char* folder);
 
 private:
     bool LookAtTarget();
@@ -37,7 +40,7 @@ private:
     bool OpenUnguessable();
     int CreateTemporary() const;
     int MakeTemporary() const;
-    bool RemoveStale() const;
+    static bool RemoveStale(const char* path);
     bool TakeOverOwner() const;
     bool FlushData() const;
     int OpenFolder() const;

@@ -1,4 +1,5 @@
 // Files that come from a disk into the phone.
+#include "support/file/chAtomicFile.h"
 #include "support/file/chFileImport.h"
 #include "tests/file/failingCalls.h"
 #include "tests/file/freshRoot.h"
@@ -93,6 +94,20 @@ TEST_F(FileImport, WritesThatTakeAPartAreGoneOnWith)
     calls.setMostBytes(1000);
     EXPECT_EQ(chFileImport("/storage/usb1/film", "/media/film").Run(), 1);
     EXPECT_TRUE(get("/media/film") == content);
+}
+
+TEST_F(FileImport, WhatALossOfPowerLeftIsSweptAndWhatIsBeingWrittenStays)
+{
+    for (const char* name : {"/media/.film.save0", "/media/.save3", "/media/.other.mp4.save15"})
+        put(name, "half");
+    for (const char* name : {"/media/film.save0", "/media/.film.saved", "/media/.hidden"})
+        put(name, "kept");
+    chAtomicFile writing;
+    ASSERT_EQ(writing.Open("/media/now"), 1);
+    chAtomicFile::Sweep("/media");
+    EXPECT_EQ(namesIn("/media"), Names({".film.saved", ".hidden", ".now.save0", ".save3", "film.save0"}));
+    EXPECT_EQ(writing.Commit(0), 1);
+    chAtomicFile::Sweep("/none");
 }
 
 // Holds the copy in a write, so that something can happen meanwhile.

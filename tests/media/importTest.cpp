@@ -1,9 +1,12 @@
 // Files come from a disk into the phone.
 #include "support/host/phone.h"
+#include "support/host/trace.h"
 #include "support/host/xmlcache.h"
 #include "tests/kit/kitTime.h"
 #include "tests/media/importPage.h"
+#include <QDir>
 #include <QFile>
+#include <malloc.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
@@ -232,6 +235,41 @@ TEST_F(Import, AFolderThatIsMissingIsMade)
     enter();
     EXPECT_EQ(import("film.mp4"), Texts{"Successful loading!"});
     EXPECT_EQ(readFile("/rundata/media/video/film.mp4"), "new");
+}
+
+TEST_F(Import, HalfAFileThatALossOfPowerLeftGoesWithTheNextImport)
+{
+    writeFile("/rundata/media/video/.big.mp4.save0", "half of it");
+    put("film.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    EXPECT_EQ(import("film.mp4"), Texts{"Successful loading!"});
+    EXPECT_EQ(filesIn("/rundata/media/video"), Texts{"film.mp4"});
+}
+
+TEST_F(Import, APageThatIsOpenedManyTimesLeavesNothingBehind)
+{
+    put("a.png", picture("PNG", 20, 10));
+    const auto visit = [this](int times) {
+        for (int i = 0; i < times; ++i) {
+            openImages();
+            enter();
+            view->setCurrentRow(1);
+            EXPECT_TRUE(kit::waitUntil([this] { return keys().value(1) == "Import"; }));
+            page->close();
+            kit::settle();
+        }
+        EXPECT_TRUE(kit::waitUntil([] { return QDir("/proc/self/task").entryList().size() <= 40; }));
+    };
+    const auto files = [] { return QDir("/proc/self/fd").entryList(QDir::AllEntries | QDir::System).size(); };
+    for (int i = 0; i < 2000; ++i)
+        nuxTrace(TRACE_DETAIL, "a full log grows no more: PhotoFile::IsOk info()");
+    visit(250);
+    const auto filesBefore = files();
+    const size_t heapBefore = mallinfo2().uordblks;
+    visit(200);
+    EXPECT_LE(files(), filesBefore);
+    EXPECT_LT(double(mallinfo2().uordblks), double(heapBefore) * 1.01);
 }
 
 // Deleting.

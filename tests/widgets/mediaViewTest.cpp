@@ -301,6 +301,16 @@ TEST_F(MediaView, NamesThatAreNoTextKeepTheirBytes)
     EXPECT_STREQ(view->itemFullPath(view->count() - 1).GetText(), odd.constData());
 }
 
+// "Caf\xe9" would be asked for, and deleted, as "Caf".
+TEST_F(MediaView, ANameThatEndsInHalfALetterIsNotTakenForAnother)
+{
+    writeFile("/storage/usb1/Caf/x.wav", "x");
+    ASSERT_EQ(mkdir((root().toUtf8() + "/storage/usb1/Caf\xe9").constData(), 0755), 0);
+    load();
+    enter("/storage/usb1");
+    EXPECT_EQ(names(), QStringList({"..", "Caf", "Music", "Alarm.MP3", "tune.wav"}));
+}
+
 TEST_F(MediaView, LineEndsAndTurnsOfTheWritingAreBlanksInANameOnTheScreen)
 {
     writeFile("/storage/usb1/a\nb\tc\xE2\x80\xAE.wav", "x");
