@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
 #include <cmath>
 #include <cstring>
 #include <unistd.h>
@@ -115,8 +116,11 @@ int runShow(int argc, char** argv)
         dialog.repaint();
         if (turn > 0)
             changeMs = std::max(changeMs, double(timer.nsecsElapsed()) / 1e6);
-        while (picturePending() > 0)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+        // Nothing tells that one was read ahead.
+        while (picturePending() > 0) {
+            QCoreApplication::processEvents();
+            QThread::msleep(1);
+        }
         readyMs = std::max(readyMs, double(timer.nsecsElapsed()) / 1e6);
     }
     const bool isShown = show.GetLabel()->pixmap(Qt::ReturnByValue).width() > 0;
