@@ -20,7 +20,9 @@ bool isOneOf(GstElementFactory* factory, const char* const (&names)[COUNT])
 
 gboolean noteOrientation(GstPad*, GstEvent** event, gpointer turns)
 {
-    static const char* const kTurned[] = {"rotate-0", "rotate-90", "rotate-180", "rotate-270"};
+    static const char* const kTurned[] = {"rotate-0",        "rotate-90",      "rotate-180",
+                                          "rotate-270",      "flip-rotate-0",  "flip-rotate-90",
+                                          "flip-rotate-180", "flip-rotate-270"};
     if (GST_EVENT_TYPE(*event) != GST_EVENT_TAG)
         return TRUE;
     GstTagList* tags = nullptr;

@@ -184,7 +184,14 @@ bool mediaStream::buildPicture(const tagDecoder& kind, GstElement* depayloader)
 // The element from which pictures come upright.
 GstElement* mediaStream::addTurn(GstElement* decoder)
 {
-    static const char* const kMethods[] = {"none", "clockwise", "rotate-180", "counterclockwise"};
+    static const char* const kMethods[] = {"none",
+                                           "clockwise",
+                                           "rotate-180",
+                                           "counterclockwise",
+                                           "horizontal-flip",
+                                           "upper-right-diagonal",
+                                           "vertical-flip",
+                                           "upper-left-diagonal"};
     if (m_incoming.nQuarterTurns == 0)
         return decoder;
     GstElement* turn = add("videoflip");

@@ -19,7 +19,7 @@ struct tagIncoming
     tagStream stream;
     int nPort = 0;
     int nFrom = 0;             // the port of who sends it; 0: nobody is known, and nothing is taken
-    int nQuarterTurns = 0;     // by which pictures are turned, clockwise: 0 to 3
+    int nQuarterTurns = 0;     // see PLAYER_STREAMS
     bool bDecodeOrder = false; // stamps tell when a picture is decoded, not when it is shown
 };
 

@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kMaxRate = 1000000; // Hz
 constexpr int kMaxChannels = 8;
-constexpr int kQuarterTurns = 4;
+constexpr int kQuarterTurns = 8; // of the picture, and of its mirror image
 
 template <int size>
 bool endsInside(const char (&text)[size])

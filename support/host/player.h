@@ -91,8 +91,9 @@ struct PLAYER_STREAMS
     // The ports of the player's own sockets: what comes from others is not the player's. 0: nothing comes.
     uint16_t nSoundFrom;
     uint16_t nPictureFrom;
-    uint16_t nQuarterTurns; // by which the pictures are to be turned, clockwise: 0 to 3
-    uint16_t bDecodeOrder;  // non-zero: stamps tell when a picture is decoded, not when it is shown
+    // By which the pictures are to be turned, clockwise: 0 to 3; 4 more: mirrored before, left to right.
+    uint16_t nQuarterTurns;
+    uint16_t bDecodeOrder; // non-zero: stamps tell when a picture is decoded, not when it is shown
 };
 
 // Where the player sends the streams of a file. A remote port of 0: the stream is not sent.

@@ -9,6 +9,7 @@
 #include <QtEndian>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -107,7 +108,37 @@ private:
     QObject m_context;
 };
 
+// Where a header lays a picture: x becomes a*x + c*y, and y becomes b*x + d*y.
+struct tagLaying
+{
+    int a, b, c, d;
+};
+
+class LaidFilm : public FilmKinds, public ::testing::WithParamInterface<tagLaying>
+{
+};
+
 } // namespace
+
+TEST_P(LaidFilm, IsShownAsItsHeaderSays)
+{
+    const auto [a, b, c, d] = GetParam();
+    const QString path = hostPath("/rundata/film.mp4");
+    makeNumberedFilm(path, QString("mp4mux name=m ! filesink name=out %1 ! ") + kH264 + "m.");
+    Mp4 film(readFile("/rundata/film.mp4"));
+    for (const auto& [offset, number] : {std::pair(44, a), {48, b}, {56, c}, {60, d}})
+        film.setWord("tkhd", offset, quint32(number) << 16);
+    writeFile("/rundata/film.mp4", film.bytes());
+    playIn("/rundata/film.mp4", a == 0 ? QSize(240, 320) : QSize(320, 240));
+    const QTransform back = QTransform(a, b, c, d, 0, 0).inverted();
+    EXPECT_TRUE(
+        kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last().transformed(back)) > 5; }));
+    EXPECT_EQ(numberIn(seen[0].transformed(back)), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Mirrored, LaidFilm,
+                         ::testing::Values(tagLaying{-1, 0, 0, 1}, tagLaying{0, 1, 1, 0}));
+INSTANTIATE_TEST_SUITE_P(Turned, LaidFilm, ::testing::Values(tagLaying{0, -1, 1, 0}));
 
 TEST_F(FilmKinds, OfAFilmThatWasCutNothingBeforeTheCutIsShown)
 {

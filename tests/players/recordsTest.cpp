@@ -102,12 +102,12 @@ TEST(PlayerRecords, StreamsThatNobodyCanSendOrTurnAreRefused)
     PLAYER_STREAMS good = {};
     good.nSoundFrom = 40000;
     good.nPictureFrom = 40001;
-    good.nQuarterTurns = 3;
+    good.nQuarterTurns = 7;
     PLAYER_STREAMS read = {};
     EXPECT_EQ(playerRecords::readStreams(&good, sizeof good, read), nullptr);
     EXPECT_EQ(memcmp(&good, &read, sizeof good), 0);
     PLAYER_STREAMS bad = good;
-    bad.nQuarterTurns = 4;
+    bad.nQuarterTurns = 8;
     EXPECT_STREQ(playerRecords::readStreams(&bad, sizeof bad, read), "a number is out of range");
     bad = good;
     bad.nPictureFrom = 53;

@@ -26,7 +26,16 @@ QImage scene()
     return image;
 }
 
-enum KIND { BASELINE, RESTARTS, PROGRESSIVE, COMPONENTS_APART, GRAY, INKS };
+enum KIND {
+    BASELINE,
+    RESTARTS,
+    PROGRESSIVE,
+    COMPONENTS_APART,
+    GRAY,
+    INKS,
+    ARITHMETIC,
+    ARITHMETIC_PROGRESSIVE
+};
 
 const KIND kKinds[] = {BASELINE, RESTARTS, PROGRESSIVE, COMPONENTS_APART, GRAY, INKS};
 
@@ -35,7 +44,8 @@ void choose(jpeg_compress_struct& info, KIND kind)
     static const jpeg_scan_info apart[] = {
         {1, {0, 0, 0, 0}, 0, 63, 0, 0}, {1, {1, 0, 0, 0}, 0, 63, 0, 0}, {1, {2, 0, 0, 0}, 0, 63, 0, 0}};
     info.restart_in_rows = kind == RESTARTS ? 2 : 0;
-    if (kind == PROGRESSIVE)
+    info.arith_code = kind == ARITHMETIC || kind == ARITHMETIC_PROGRESSIVE;
+    if (kind == PROGRESSIVE || kind == ARITHMETIC_PROGRESSIVE)
         jpeg_simple_progression(&info);
     if (kind == COMPONENTS_APART) {
         info.scan_info = apart;
@@ -148,6 +158,27 @@ TEST_F(Jpeg, WithoutTheRoundOfAComponentIsDamaged)
         EXPECT_TRUE(rounds == 1 || decode(bytes.left(at) + kEnd).eResult == PICTURE_DAMAGED) << rounds;
     }
     EXPECT_EQ(rounds, 3);
+}
+
+TEST_F(Jpeg, WithoutARoundOfAProgressiveOneIsDamaged)
+{
+    const QByteArray bytes = photo(PROGRESSIVE);
+    qsizetype rounds = 0;
+    for (qsizetype at = bytes.indexOf("\xff\xda"); at >= 0; at = bytes.indexOf("\xff\xda", at + 2)) {
+        ++rounds;
+        EXPECT_TRUE(rounds == 1 || decode(bytes.left(at) + kEnd).eResult == PICTURE_DAMAGED) << rounds;
+    }
+    EXPECT_GT(rounds, 5);
+}
+
+// Where it ends early, nobody can tell.
+TEST_F(Jpeg, OfArithmeticCodesIsNone)
+{
+    for (const KIND kind : {ARITHMETIC, ARITHMETIC_PROGRESSIVE}) {
+        const QByteArray bytes = photo(kind);
+        EXPECT_EQ(decode(bytes).eResult, PICTURE_DAMAGED) << kind;
+        EXPECT_EQ(decode(bytes.left(bytes.size() / 2) + kEnd).eResult, PICTURE_DAMAGED) << kind;
+    }
 }
 
 TEST_F(Jpeg, OfWhichAPieceInTheMiddleIsMissingIsDamaged)

@@ -1,4 +1,5 @@
 #include "host/services/pictures/gifBlocks.h"
+#include "host/services/pictures/gifPixels.h"
 #include "host/services/pictures/pictureSource.h"
 #include <QtEndian>
 #include <algorithm>
@@ -37,6 +38,20 @@ public:
             skip(length);
         return length == 0;
     }
+    // The same, read by somebody.
+    bool readPieces(GifPixels& pixels)
+    {
+        int length = next();
+        for (; length > 0; length = next()) {
+            for (int i = 0; i < length; ++i) {
+                const int byte = next();
+                if (byte < 0)
+                    return false;
+                pixels.addByte(byte);
+            }
+        }
+        return length == 0;
+    }
 
 private:
     bool fill()
@@ -59,16 +74,18 @@ int coloursOf(int flags)
     return flags & HAS_COLOURS ? 3 << ((flags & 7) + 1) : 0;
 }
 
-// A frame, of which the code is read. Grows the size to where it reaches.
-bool walkFrame(Walk& walk, QSize& size)
+// A frame, of which the code is read. Grows the size to where it reaches. The first one is shown: it has all
+// its pixels.
+bool walkFrame(Walk& walk, QSize& size, bool isFirst)
 {
     const int left = walk.next16(), top = walk.next16(), width = walk.next16(), height = walk.next16();
     const int flags = walk.next();
     if (flags < 0)
         return false;
     size = size.expandedTo(QSize(left + width, top + height));
-    walk.skip(coloursOf(flags) + 1);
-    return walk.skipPieces();
+    walk.skip(coloursOf(flags));
+    GifPixels pixels(walk.next());
+    return isFirst ? walk.readPieces(pixels) && pixels.count() >= qint64(width) * height : walk.skipPieces();
 }
 
 } // namespace
@@ -89,7 +106,7 @@ QSize gifReadSize(PictureSource& source)
                 return QSize();
             break;
         case FRAME:
-            if (!walkFrame(walk, size))
+            if (!walkFrame(walk, size, !hasFrame))
                 return QSize();
             hasFrame = true;
             break;

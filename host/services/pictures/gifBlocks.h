@@ -5,5 +5,5 @@
 class PictureSource;
 
 // Pixels of the screen, or of a frame that is larger; empty when the file is cut short anywhere before its
-// last block.
+// last block, or its first frame has fewer pixels than it says.
 QSize gifReadSize(PictureSource& source);

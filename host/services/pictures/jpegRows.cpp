@@ -63,7 +63,7 @@ bool JpegRows::readAll(const QSize& least)
     if (m_image.isNull())
         return false;
     readRows();
-    const bool isWhole = hasAllComponents();
+    const bool isWhole = hasAllRounds();
     jpeg_finish_decompress(&m_info);
     return isWhole && !m_source.isGivenUp();
 }
@@ -119,6 +119,8 @@ void JpegRows::prepare(const QSize& least)
     m_progress.progress_monitor = lookAtTime;
     m_info.progress = &m_progress;
     jpeg_read_header(&m_info, TRUE);
+    if (m_info.arith_code)
+        return; // at an early end its decoder goes on with zeros, and says nothing
     const double larger = std::min(double(m_info.image_width) / std::max(1, least.width()),
                                    double(m_info.image_height) / std::max(1, least.height()));
     m_info.scale_num = unsigned(std::clamp(int(std::ceil(kWhole / larger)), 1, kWhole));
@@ -141,9 +143,14 @@ void JpegRows::readRows()
 }
 
 // Of one that comes in several rounds, whole ones may be missing, which is no warning.
-bool JpegRows::hasAllComponents() const
+bool JpegRows::hasAllRounds() const
 {
-    const jpeg_component_info* const all = m_info.comp_info;
-    return std::all_of(all, all + m_info.num_components,
-                       [](const jpeg_component_info& one) { return one.quant_table; });
+    const int count = m_info.num_components;
+    const bool isSeen =
+        std::all_of(m_info.comp_info, m_info.comp_info + count,
+                    [](const jpeg_component_info& component) { return component.quant_table; });
+    if (!isSeen || !m_info.progressive_mode)
+        return isSeen;
+    const int* const missing = m_info.coef_bits[0]; // of each number: how many bits, or -1 for all
+    return std::all_of(missing, missing + count * DCTSIZE2, [](int bits) { return bits == 0; });
 }

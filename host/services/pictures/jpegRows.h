@@ -20,7 +20,7 @@ public:
     JpegRows& operator=(const JpegRows&) = delete;
 
     // Of at least as many pixels as asked for in both directions, when there are so many. Null when the file
-    // is damaged, cut short or given up.
+    // is damaged, cut short or given up, and for arithmetic codes, of which no cut can be told.
     QImage read(const QSize& least);
 
 private:
@@ -33,7 +33,7 @@ private:
     bool readAll(const QSize& least);
     void prepare(const QSize& least);
     void readRows();
-    bool hasAllComponents() const;
+    bool hasAllRounds() const;
 
     PictureSource& m_source;
     jmp_buf m_back;
