@@ -377,7 +377,7 @@ void nDeckFileManager::RemoveOldMediaFile()
 // the middle.
 void nDeckFileManager::RemoveStrayFiles()
 {
-    if (!m_pNewFrame->bStraysLeft || !m_bScheduleFresh)
+    if (!m_pNewFrame->bStraysLeft)
         return;
     m_pNewFrame->bStraysLeft = false;
     for (const chString& path : frameStrays(m_book.Nodes(), m_frame, *m_pNewFrame))

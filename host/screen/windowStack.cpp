@@ -268,7 +268,7 @@ void windowStack::activateTop()
     for (QWidget* window : windows()) {
         if (window->windowFlags() & (Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput))
             continue;
-        if (!window->isActiveWindow() && window->windowType() != Qt::Popup)
+        if (!window->isActiveWindow()) // as an open list always is
             window->activateWindow();
         return;
     }

@@ -129,6 +129,23 @@ TEST(Book, WhoIsAdmittedIsAStrangerNoMore)
     EXPECT_EQ(restored.Strangers().keys(), QList<QByteArray>{"b"});
 }
 
+TEST(Book, WhatIsTakenBackIsBounded)
+{
+    DisplayBook::Records known, strangers;
+    for (int i = 0; i < DisplayBook::DISPLAY_LIMIT + 100; ++i) {
+        const QByteArray key = QByteArray::number(i);
+        known[key].key = key;
+        strangers["x" + key].key = "x" + key;
+    }
+    DisplayBook book;
+    book.Restore(known, strangers, kNow);
+    EXPECT_EQ(book.Known().size(), DisplayBook::DISPLAY_LIMIT);
+    EXPECT_EQ(book.Strangers().size(), DisplayBook::STRANGER_LIMIT);
+    book.Note(lookOf("new"), kNow);
+    EXPECT_TRUE(book.Known().contains("new"));
+    EXPECT_LE(book.Known().size(), DisplayBook::DISPLAY_LIMIT);
+}
+
 TEST(Book, AClockThatWasAheadKeepsNobodyFromBeingLate)
 {
     DisplayBook ahead;

@@ -282,6 +282,24 @@ TEST_F(Content, MediaThatShowNothingAreNamed)
                             "layouts/a.xml, region 1: no phone shows media of the type \"flash\""));
 }
 
+TEST_F(Content, WarningsWithoutEndAreToldInPart)
+{
+    const int all = 1200, kept = 1000, onThePage = 100;
+    QByteArray rows;
+    for (int i = 0; i < all; ++i)
+        rows += "<layout file='none" + QByteArray::number(i) + ".xml'/>";
+    write("schedule.xml", "<schedule>" + rows + "</schedule>");
+    start();
+    ASSERT_TRUE(contentIsChecked());
+    EXPECT_EQ(warnings().size(), kept);
+    EXPECT_EQ(log().count("content: "), kept);
+    const QByteArray body = page().body;
+    const qsizetype begin = body.indexOf("Content that no phone shows");
+    const QByteArray list = body.mid(begin, body.indexOf("</ul>", begin) - begin);
+    EXPECT_EQ(list.count("<li>"), onThePage + 1);
+    EXPECT_TRUE(list.contains("<li>and 900 more</li>"));
+}
+
 TEST_F(Content, AWarningGoesWhenTheFileIsGood)
 {
     write("media/a.png", "no picture");

@@ -2,20 +2,27 @@
 #include "host/services/keyfiles/deviceFiles.h"
 #include "host/services/keyfiles/keyFileCache.h"
 #include "host/services/keyfiles/keyFileLock.h"
+#include "host/services/keyfiles/sharedGeneration.h"
 #include "host/services/messages/messageBus.h"
 #include "host/services/system/hostLog.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/registry.h"
 #include "tests/kit/fewDescriptors.h"
+#include "tests/kit/kitTime.h"
 #include "tests/kit/phoneTest.h"
 #include <QDir>
 #include <QFile>
+#include <atomic>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
 #include <functional>
+#include <memory>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -29,6 +36,7 @@ const uid_t kStranger = 65534;
 class KeyFileSafety : public PhoneTest
 {
 protected:
+    ~KeyFileSafety() override { kit::holdClocks(false); }
     QByteArray machine(const char* path) const { return hostPath(path).toUtf8(); }
     int modeOf(const char* path) const
     {
@@ -89,6 +97,67 @@ public:
 private:
     pid_t m_child = -1;
     bool m_bDone = false;
+};
+
+// Another writer, in a thread of his own, who wants the lock.
+class OtherWriter
+{
+public:
+    explicit OtherWriter(const std::string& folder)
+        : m_thread([this, folder] {
+              const keyFileLock lock(folder);
+              m_bTaken = lock.IsTaken();
+              m_bEnded = true;
+          })
+    {
+    }
+    ~OtherWriter()
+    {
+        kit::moveClocks(60000);
+        m_thread.join();
+    }
+    bool hadIt() const { return m_bTaken; }
+    bool hasEnded() const { return m_bEnded; }
+
+private:
+    std::atomic<bool> m_bTaken{false};
+    std::atomic<bool> m_bEnded{false};
+    std::thread m_thread;
+};
+
+class KeyFileLock : public KeyFileSafety
+{
+protected:
+    // Clocks that stand still: whoever waits does so until the test moves them.
+    KeyFileLock() : folder(hostPath("/rundata/run").toStdString())
+    {
+        QDir().mkpath(hostPath("/rundata/run"));
+        kit::holdClocks(true);
+    }
+    // For as long as the processor is busy with it: the clocks stand still.
+    static bool soon(const std::function<bool()>& condition)
+    {
+        for (const std::clock_t end = std::clock() + 3 * CLOCKS_PER_SEC; std::clock() < end;) {
+            if (condition())
+                return true;
+            std::this_thread::yield();
+        }
+        return condition();
+    }
+    // Whose turn it is next holds the first byte.
+    bool isWaitedFor() const
+    {
+        const int fd = open(machine(kLockFile), O_RDWR | O_CLOEXEC);
+        struct flock place = {};
+        place.l_type = F_WRLCK;
+        place.l_whence = SEEK_SET;
+        place.l_len = 1;
+        const bool isKnown = fcntl(fd, F_OFD_GETLK, &place) == 0;
+        close(fd);
+        return isKnown && place.l_type != F_UNLCK;
+    }
+
+    const std::string folder;
 };
 
 QByteArray manyLines()
@@ -168,6 +237,39 @@ TEST_F(KeyFileSafety, AWriterThatStandsStillMakesTheSaveFailSoonAndIsTold)
     }
     EXPECT_EQ(nuxSetRegistryString(kFile, "A", "k", "2"), 1);
     EXPECT_EQ(readFile(kFile), "[A]\nk=2\n");
+}
+
+TEST_F(KeyFileLock, WhoeverWaitsIsNextThoughAnotherComesAgainAtOnce)
+{
+    for (int round = 0; round < 20; ++round) {
+        auto held = std::make_unique<keyFileLock>(folder);
+        ASSERT_TRUE(held->IsTaken());
+        const OtherWriter other(folder);
+        ASSERT_TRUE(soon([this] { return isWaitedFor(); }));
+        held.reset();
+        const keyFileLock again(folder);
+        ASSERT_TRUE(again.IsTaken());
+        ASSERT_TRUE(other.hadIt());
+    }
+}
+
+TEST_F(KeyFileLock, IsWaitedForSomeFramesAndNoLonger)
+{
+    constexpr int kTwoFramesMs = 33;
+    for (const bool isGivenBack : {true, false}) {
+        auto held = std::make_unique<keyFileLock>(folder);
+        const OtherWriter other(folder);
+        ASSERT_TRUE(soon([this] { return isWaitedFor(); }));
+        kit::moveClocks(kTwoFramesMs);
+        for (int look = 0; look < 1000; ++look)
+            ASSERT_TRUE(isWaitedFor());
+        if (isGivenBack)
+            held.reset();
+        else
+            kit::moveClocks(kTwoFramesMs);
+        EXPECT_TRUE(soon([&] { return other.hasEnded(); }));
+        EXPECT_EQ(other.hadIt(), isGivenBack);
+    }
 }
 
 TEST_F(KeyFileSafety, TheLockIsForThePhonesUserAlone)
@@ -288,6 +390,100 @@ TEST_F(KeyFileSafety, TheFoldersOfTheUsersMediaAreThereAndHisAlone)
          {"/rundata/media", "/rundata/media/image", "/rundata/media/video", "/rundata/media/ring",
           "/rundata/media/wallpaper", "/rundata/media/contact-image"})
         EXPECT_EQ(modeOf(folder), 0700) << folder;
+}
+
+// Plays the phone's user among files of somebody else, which only the superuser can.
+TEST_F(KeyFileSafety, WhatCannotBeClosedToOthersIsCounted)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the superuser can play another user";
+    for (const char* folder : {"/rundata/config", "/rundata/data", "/rundata/media"})
+        QDir(hostPath(folder)).removeRecursively();
+    ASSERT_EQ(chmod(root().toUtf8(), 0755), 0);
+    const char* const own = "/rundata/config/own.ini";
+    const char* const closed = "/rundata/config/closed.ini";
+    for (const char* file : {own, closed, "/rundata/config/a.ini", "/rundata/data/b.ini"})
+        writeFile(file, "[A]\nk=1\n");
+    for (const char* path : {"/rundata", "/rundata/config", "/rundata/data", own})
+        ASSERT_EQ(chown(machine(path), kStranger, kStranger), 0);
+    ASSERT_EQ(chmod(machine(closed), 0600), 0);
+    const pid_t child = startChild([] {
+        if (setresuid(kStranger, kStranger, kStranger) != 0)
+            return false;
+        deviceFilesStart();
+        return traces("2 files and folders of the phone stay open to other users") == 1;
+    });
+    EXPECT_TRUE(endedWell(child));
+    EXPECT_EQ(modeOf(own), 0600);
+    mark();
+    deviceFilesStart();
+    EXPECT_TRUE(logged("trace").filter("stay open").isEmpty());
+}
+
+// The clocks stand still in the tests of the number: no tick makes anybody look at the file itself.
+TEST_F(KeyFileSafety, WhoeverFindsTheNumberCutShortSharesItAgain)
+{
+    kit::holdClocks(true);
+    writeFile(kFile, "[A]\nk=1\n");
+    ASSERT_EQ(nuxSetRegistryInt(kFile, "A", "k", 2), 1);
+    ASSERT_EQ(nuxGetRegistryInt(kFile, "A", "k", 0), 2);
+    ASSERT_EQ(truncate(machine(kNumber), 0), 0);
+    ASSERT_EQ(nuxGetRegistryInt(kFile, "A", "k", 0), 2);
+    for (int round = 3; round < 10; ++round) {
+        ASSERT_TRUE(
+            endedWell(startChild([round] { return nuxSetRegistryInt(kFile, "A", "k", round) != 0; })));
+        ASSERT_EQ(nuxGetRegistryInt(kFile, "A", "k", 0), round);
+    }
+}
+
+TEST_F(KeyFileSafety, AWriteThatFindsTheNumberCutShortIsSeenByTheOthers)
+{
+    kit::holdClocks(true);
+    writeFile(kFile, "[A]\nk=1\n");
+    ASSERT_EQ(nuxGetRegistryInt(kFile, "A", "k", 0), 1);
+    int written[2];
+    ASSERT_EQ(pipe(written), 0);
+    const pid_t reader = startChild([&written] {
+        char word = 0;
+        return read(written[0], &word, 1) == 1 && nuxGetRegistryInt(kFile, "A", "k", 0) == 2;
+    });
+    ASSERT_EQ(truncate(machine(kNumber), 0), 0);
+    EXPECT_EQ(nuxSetRegistryInt(kFile, "A", "k", 2), 1);
+    EXPECT_EQ(write(written[1], "w", 1), 1);
+    EXPECT_TRUE(endedWell(reader));
+    close(written[0]);
+    close(written[1]);
+}
+
+TEST_F(KeyFileSafety, WithoutRoomForTheNumberTheFileItselfIsLookedAt)
+{
+    kit::holdClocks(true);
+    writeFile(kFile, "[A]\nk=1\n");
+    const char* const next = "/rundata/config/user/next.ini";
+    writeFile(next, "[A]\nk=22\n");
+    QFile::remove(hostPath(kNumber));
+    EXPECT_TRUE(endedWell(startChild([&] {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit full = {0, RLIM_INFINITY};
+        return setrlimit(RLIMIT_FSIZE, &full) == 0 && nuxGetRegistryInt(kFile, "A", "k", 0) == 1 &&
+               rename(machine(next), machine(kFile)) == 0 && nuxGetRegistryInt(kFile, "A", "k", 0) == 22;
+    })));
+}
+
+TEST_F(KeyFileSafety, TheNumberIsThatOfTheRootInForce)
+{
+    const QTemporaryDir next;
+    QDir(next.path()).mkpath("rundata");
+    sharedGeneration before, other;
+    before.Follow(deviceGetRootNumber(), 0);
+    deviceSetRoot(next.path().toUtf8());
+    other.Follow(deviceGetRootNumber(), 0);
+    before.Follow(deviceGetRootNumber(), 0);
+    ASSERT_TRUE(before.IsShared() && other.IsShared());
+    const uint64_t value = before.Value();
+    other.CountUp();
+    EXPECT_EQ(before.Value(), value + 1);
+    deviceSetRoot(root().toUtf8());
 }
 
 TEST_F(KeyFileSafety, ANumberThatIsCutShortEndsNeitherReadersNorWriters)

@@ -149,8 +149,10 @@ TEST_F(Pictures, ComeInTheSizeThatIsWished)
         EXPECT_EQ(m_picture.size(), QSize(2000, 1000));
         read(wish(path, {1 << 20, 1 << 20}, PICTURE_FIT_EXACT));
         EXPECT_EQ(m_picture.size(), QSize(PICTURE_ROOM_WIDTH, PICTURE_ROOM_HEIGHT));
-        read(wish(path, {0, -5}));
-        EXPECT_EQ(m_picture.size(), QSize(1, 1));
+        for (const PICTURE_FIT fit : {PICTURE_FIT_INSIDE, PICTURE_FIT_SIDES, PICTURE_FIT_EXACT}) {
+            read(wish(path, {0, -5}, fit));
+            EXPECT_EQ(m_picture.size(), QSize(1, 1)) << fit;
+        }
     }
 }
 
@@ -299,9 +301,12 @@ TEST_F(Pictures, ATinyOneIsThereAtOnce)
     EXPECT_EQ(picture.size(), QSize(80, 48));
     ASSERT_TRUE(pictureAtOnce(wish("/rundata/none.png"), result, picture));
     EXPECT_EQ(result, PICTURE_MISSING);
-    writeFile("/rundata/a.gif", kit::gifOfScreen({4000, 4000}));
-    EXPECT_FALSE(pictureAtOnce(wish("/rundata/a.gif"), result, picture))
-        << "the file is tiny, not the picture";
+    writeFile("/rundata/a.gif", kit::gifOfScreen({1000, 1000}));
+    writeFile("/rundata/b.png", kit::pngOfOneColour({1200, 800}));
+    for (const char* path : {"/rundata/a.gif", "/rundata/b.png"}) {
+        EXPECT_FALSE(pictureAtOnce(wish(path), result, picture)) << "the file is tiny, not the picture";
+        EXPECT_EQ(read(wish(path)), PICTURE_READ);
+    }
 }
 
 TEST_F(Pictures, ThoseOfACameraTakeLittleMemoryAndNoneOfThisThreadsTime)

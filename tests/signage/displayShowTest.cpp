@@ -283,6 +283,20 @@ TEST_F(DisplayShow, MissingLayoutFileIsTriedEveryTenMilliseconds)
     EXPECT_EQ(background(), "");
 }
 
+TEST_F(DisplayShow, LayoutWhoseMediaTakeNoTimeComesRoundEveryTenMilliseconds)
+{
+    addColours();
+    addLayout("a.xml", coloured("red.png", "0"));
+    takeUp();
+    show();
+    mark();
+    for (int ms = 0; ms < 200; ++ms)
+        kit::stepTime(1);
+    EXPECT_GE(rounds(), 18);
+    EXPECT_LE(rounds(), 22);
+    EXPECT_EQ(pixel(300, 240), qRgb(255, 0, 0));
+}
+
 TEST_F(DisplayShow, MissingLayoutFileIsSkippedAtOnceWhenThereAreOthers)
 {
     addColours();

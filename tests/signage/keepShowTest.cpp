@@ -1,8 +1,11 @@
 // A show that is kept ("bKeepShow"): through starts without a server, through answers that say nothing, and
 // through changes of the schedule whose files take their time.
 #include "signage/nDeckRegister.h"
+#include "support/host/storage.h"
 #include "tests/signage/displayFixture.h"
 #include "tests/signage/signageTest.h"
+#include "tests/signage/smallDisk.h"
+#include <QTimer>
 
 namespace {
 
@@ -174,6 +177,32 @@ TEST_F(KeepShow, ALayoutWhoseFileIsMissingTakesItsTurnWhenItHasCome)
     EXPECT_EQ(current(), "b.xml");
 }
 
+TEST_F(KeepShow, ALayoutWhoseBackgroundIsMissingTakesItsTurnWhenItHasCome)
+{
+    const QByteArray small = kit::signRegion(QRect(0, 0, 100, 100), kit::signImage("one.png", "10"));
+    server.layouts = {{"a.xml", Content::showing("one.png")},
+                      {"b.xml", kit::signLayout(small, "background=\"sky.png\"")},
+                      {"c.xml", kit::signLayout(small, "background=\"unlisted.png\"")}};
+    server.medias = {{"one.png", kRed}, {"sky.png", kBlue}};
+    server.silent = {"sky.png"};
+    show();
+    ASSERT_TRUE(manager.DownloadDisplayFrame());
+    ASSERT_TRUE(
+        kit::waitUntil([&] { return server.requests("sky.png") == 1 && colour() == Qt::red; }, 20000));
+    for (int i = 0; i < 5; ++i) {
+        kit::stepTime(7000);
+        EXPECT_EQ(current(), "a.xml");
+        EXPECT_EQ(colour(), QColor(Qt::red));
+    }
+    server.release();
+    EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::blue; }, 20000));
+    EXPECT_EQ(current(), "b.xml");
+    for (int i = 0; i < 5; ++i) {
+        kit::stepTime(7000);
+        EXPECT_NE(current(), "c.xml") << "of which one file is fetched by nobody";
+    }
+}
+
 TEST_F(KeepShow, ALayoutAloneIsDrawnAsSoonAsItsLastFileHasCome)
 {
     server.layouts = {{"a.xml", Content::showing("one.png", "600")}};
@@ -243,6 +272,50 @@ TEST_F(KeepShow, AScheduleWhoseFilesWaitIsTakenUpThoughTheNextLookSaysNothing)
     EXPECT_EQ(colour(), QColor(Qt::red));
     server.release();
     EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::blue; }, 20000));
+}
+
+TEST_F(KeepShow, AScheduleThatIsBeingTakenUpOutlivesALookThatFails)
+{
+    constexpr int kFiles = 400; // they come into use over many turns
+    ASSERT_NO_FATAL_FAILURE(runRed());
+    server.layouts[0].content = Content::showing("two.png");
+    server.medias = {{"two.png", kBlue}};
+    for (int i = 0; i < kFiles; ++i)
+        server.medias.append({QByteArray::number(i) + ".txt", QByteArray::number(i)});
+    ASSERT_TRUE(manager.DownloadDisplayFrame());
+    bool isBetween = false;
+    QTimer eachTurn;
+    eachTurn.callOnTimeout([&] {
+        const bool isBegun = deck("a.xml") == server.layouts[0].content;
+        isBetween = isBegun && manager.GetDisplayFrame().medias.size() == 1;
+        if (!isBegun)
+            return;
+        eachTurn.stop();
+        server.silent = {"schedule"};
+        server.scheduleStatus = "503 Service Unavailable";
+        EXPECT_TRUE(manager.DownloadDisplayFrame());
+    });
+    eachTurn.start(0);
+    ASSERT_TRUE(kit::waitUntil(
+        [&] { return server.requests("schedule") == 3 && deckFiles().filter(".new").isEmpty(); }, 20000));
+    ASSERT_TRUE(isBetween) << "the test came too late";
+    EXPECT_EQ(colour(), QColor(Qt::red));
+    server.release();
+    EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::blue; }, 20000));
+    EXPECT_EQ(names(manager.GetDisplayFrame().medias).size(), kFiles + 1);
+}
+
+TEST_F(KeepShow, AFileThatWaitsForRoomComesWhenThereIsSome)
+{
+    server.medias = {{"one.png", kRed, "9000"}};
+    kit::limitDisk(PathReservedSpace("/rundata/nDeck", SPACE_NDECK) + 8192);
+    ASSERT_TRUE(sync());
+    EXPECT_EQ(server.requests("one.png"), 0);
+    EXPECT_TRUE(traces().contains("DownLoadMediaFile no free space return"));
+    EXPECT_EQ(records(), QStringList());
+    kit::limitDisk(-1);
+    kit::stepTime(70000);
+    EXPECT_TRUE(kit::waitUntil([&] { return records() == QStringList{"one.png.new"}; }));
 }
 
 TEST_F(KeepShow, AFileThatNeverComesKeepsOnlyItsOwnLayoutAway)

@@ -232,6 +232,20 @@ TEST_F(Windows, WindowOfABoxLeavesItUp)
     EXPECT_TRUE(box.isVisible());
 }
 
+TEST_F(Windows, WindowOfAnOpenListLeavesItOpenAndAnyOtherClosesIt)
+{
+    low.open();
+    QWidget list(&low, Qt::Popup);
+    list.show();
+    ASSERT_EQ(QApplication::activePopupWidget(), &list);
+    QWidget itsWindow(&list, Qt::Tool); // the toolkit closes lists under others by itself
+    itsWindow.show();
+    EXPECT_TRUE(list.isVisible());
+    QWidget another(&low, Qt::Tool);
+    another.show();
+    EXPECT_FALSE(list.isVisible());
+}
+
 TEST_F(Windows, PageThatAPersonClosedDoesNotComeAgainWhenTheBoxEnds)
 {
     for (const bool byPerson : {false, true}) {
