@@ -9,6 +9,7 @@
 #include <QtEndian>
 #include <algorithm>
 #include <cmath>
+#include <ostream>
 #include <utility>
 
 namespace {
@@ -114,6 +115,11 @@ struct tagLaying
     int a, b, c, d;
 };
 
+void PrintTo(const tagLaying& laying, std::ostream* stream)
+{
+    *stream << laying.a << laying.b << laying.c << laying.d;
+}
+
 class LaidFilm : public FilmKinds, public ::testing::WithParamInterface<tagLaying>
 {
 };
@@ -133,7 +139,8 @@ TEST_P(LaidFilm, IsShownAsItsHeaderSays)
     const QTransform back = QTransform(a, b, c, d, 0, 0).inverted();
     EXPECT_TRUE(
         kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last().transformed(back)) > 5; }));
-    EXPECT_EQ(numberIn(seen[0].transformed(back)), 0);
+    const int first = numberIn(seen[0].transformed(back));
+    EXPECT_TRUE(first >= 0 && first < 5) << first;
 }
 
 INSTANTIATE_TEST_SUITE_P(Mirrored, LaidFilm,
