@@ -34,6 +34,12 @@ struct tagRoomHooks
     int (*playImageFile)() = nullptr;
     int (*playVideoFile)() = nullptr;
 
+    // settings/personal. The media manager is left after it may have changed wallpapers or ring tones: the
+    // page that shows them as a choice fills it anew; nothing while getScreenSaverDlg() or getSoundDlg() has
+    // no page.
+    void (*reloadWallPaper)() = nullptr;
+    void (*reloadSound)() = nullptr;
+
     // signage.
     int (*isNdeckEnable)() = nullptr;
     void (*ndeckSetAutoUpdateEnable)(int enable) = nullptr;
