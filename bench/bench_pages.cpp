@@ -1,27 +1,34 @@
-// How long a person waits for a page: first and cached opens to painted, and the boot pre-building.
+// How long a person waits for a page: first and cached opens to painted, the boot pre-building, and a list of
+// thousands of pictures.
 #include "bench/phoneBench.h"
 #include "frame/moduleEntries.h"
 #include "host/desktop/boot.h"
 #include "host/look/look.h"
 #include "host/services/messages/messageBus.h"
+#include "media/mediaPages.h"
 #include "settings/system/systemPages.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/desktop.h"
 #include "support/host/screen.h"
 #include "tests/kit/plain/deviceFolder.h"
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QImage>
 #include <QKeyEvent>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <unistd.h>
 #include <vector>
 
 namespace {
 
 constexpr int kCachedOpens = 500;
+constexpr int kPictures = 5000;
 
 // Notes the moment at which a window of the class has painted itself.
 class PaintWatch : public QObject
@@ -106,6 +113,61 @@ void benchPage(RatioTable& table, const char* page, const char* className)
               percentile99(opens, &Opening::worked), 8, "ms");
 }
 
+// A folder of so many pictures, which are one file.
+void putPictures(const QString& root)
+{
+    const QString folder = root + "/rundata/media/image/";
+    QDir().mkpath(folder);
+    QImage picture(320, 240, QImage::Format_RGB32);
+    picture.fill(0xff2060a0);
+    picture.save(folder + "0000.png");
+    for (int i = 1; i < kPictures; ++i)
+        link((folder + "0000.png").toUtf8(),
+             (folder + QString("%1.png").arg(i, 4, 10, QChar(u'0'))).toUtf8());
+}
+
+// One key, until the list has painted the row that it leads to.
+Opening step(int key)
+{
+    PaintWatch watch("dlgMediaManager");
+    const double before = processorMs();
+    QElapsedTimer timer;
+    timer.start();
+    QWidget* focus = QApplication::focusWidget();
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(focus, &press);
+    while (!watch.hasPainted && timer.elapsed() < 5000)
+        QCoreApplication::processEvents();
+    return {double(timer.nsecsElapsed()) / 1e6, processorMs() - before};
+}
+
+void benchManyPictures(RatioTable& table)
+{
+    const Opening first = openToPainted("Photo Manager", "dlgMediaManager");
+    table.add(QString("%1 pictures: open to painted").arg(kPictures), first.waited, 100, "ms");
+    table.add("processor time of it", first.worked, 100, "ms");
+    // The rows to come are there when a turn has nothing left to do.
+    QElapsedTimer rest;
+    rest.start();
+    const QTableWidget* list = QApplication::activeWindow()->findChild<QTableWidget*>();
+    double longest = 0;
+    while (list->rowCount() < kPictures && rest.elapsed() < 5000) {
+        const double before = processorMs();
+        QCoreApplication::processEvents();
+        longest = std::max(longest, processorMs() - before);
+    }
+    table.add("all rows after it", double(rest.nsecsElapsed()) / 1e6, 1000, "ms");
+    table.add("the longest turn meanwhile", longest, 16, "ms");
+    std::vector<Opening> steps;
+    for (int i = 0; i < kPictures; ++i)
+        steps.push_back(step(Qt::Key_Down));
+    for (int i = 0; i < 20; ++i)
+        steps.push_back(step(i % 2 ? Qt::Key_Down : Qt::Key_Up)); // round at the ends
+    table.add("a step through them, 99th percentile", percentile99(steps, &Opening::waited), 16, "ms");
+    table.add("processor time of it, 99th percentile", percentile99(steps, &Opening::worked), 16, "ms");
+    closeTop("dlgMediaManager");
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -117,6 +179,7 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     hostApplyLook(application);
     settingsSystemPages();
+    mediaPages();
     hostSetModule(settingEntries());
     frmDesktop::GetInstance()->m_pLoading = new frmLoading;
     frmDesktop::GetInstance()->m_pLoading->show();
@@ -130,5 +193,8 @@ int main(int argc, char** argv)
     frmDesktop::GetInstance()->FinishLoading();
     benchPage(table, "WAN", "dlgWan");
     benchPage(table, "Account Setting", "dlgAccount_Setting_Btn");
+    benchPage(table, "Sound Manager", "dlgMediaManager");
+    putPictures(root.path());
+    benchManyPictures(table);
     return table.print() ? 0 : 1;
 }

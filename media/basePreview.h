@@ -32,10 +32,11 @@ public:
 
 protected:
     void timerEvent(QTimerEvent* event) override;
-
-private:
+    // By a preview that begins on demand: stopPreview() ends it, as one that began by itself.
+    void SetActive() { m_bActive = 1; }
     void KillTimer();
 
+private:
     int32_t m_nTimerId = NO_TIMER;
     int32_t m_nDelay;
     chString m_strFile;

@@ -37,16 +37,20 @@ imagePreview::imagePreview(QObject* parent, QLabel* label, int delay, PREVIEW_ME
     setFontStyle(kTextSize, kTextWeight, m_pLabel, true);
 }
 
+// One on demand is a preview that can be stopped, also before the label's turn.
 void imagePreview::on_start_preview(bool bStill)
 {
+    SetActive();
     Request(bStill ? m_pLabel->size() : kScreen, bStill);
 }
 
-// The one over the whole screen is read before it opens: what is refused never covers the page.
+// The one over the whole screen is read before it opens: what is refused never covers the page. The one for
+// the label may come up meanwhile, and takes nothing from it.
 void imagePreview::Request(const QSize& size, bool bStill)
 {
-    pictureCancel(m_nRequest);
-    m_nRequest = 0;
+    int& request = bStill ? m_nStillRequest : m_nDemandRequest;
+    pictureCancel(request);
+    request = 0;
     tagPictureWish wish;
     wish.strPath = GetFile();
     wish.nWidth = size.width();
@@ -59,8 +63,8 @@ void imagePreview::Request(const QSize& size, bool bStill)
         OnRead(result, picture, bStill);
         return;
     }
-    m_nRequest = pictureRequest(wish, this, [this, bStill](PICTURE_RESULT told, const QPixmap& read) {
-        m_nRequest = 0;
+    request = pictureRequest(wish, this, [this, bStill](PICTURE_RESULT told, const QPixmap& read) {
+        (bStill ? m_nStillRequest : m_nDemandRequest) = 0;
         OnRead(told, read, bStill);
     });
 }
@@ -95,7 +99,8 @@ void imagePreview::ShowRefusal(const char* text)
 
 void imagePreview::on_stop_preview()
 {
-    pictureCancel(m_nRequest);
-    m_nRequest = 0;
+    pictureCancel(m_nStillRequest);
+    pictureCancel(m_nDemandRequest);
+    m_nStillRequest = m_nDemandRequest = 0;
     m_pLabel->hide();
 }

@@ -23,5 +23,6 @@ private:
     void ShowRefusal(const char* text);
 
     QLabel* m_pLabel;
-    int m_nRequest = 0;
+    int m_nStillRequest = 0;  // for the label
+    int m_nDemandRequest = 0; // for the whole screen
 };

@@ -1,13 +1,48 @@
 #include "media/mediaListLook.h"
-#include <QPalette>
-#include <QWidget>
+#include "media/mediaNameDelegate.h"
+#include <QHeaderView>
+#include <QTableWidget>
 
 namespace {
 
+constexpr int kRowHeight = 40;
+constexpr int kIconColumn = 40;
+constexpr int kIconSize = 32;
 const QColor kText(51, 59, 62);
 const QColor kHighlight(201, 222, 241);
 
 } // namespace
+
+void setupMediaFileList(QTableWidget* table)
+{
+    table->horizontalHeader()->setVisible(false);
+    table->verticalHeader()->setVisible(false);
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table->verticalHeader()->setDefaultSectionSize(kRowHeight);
+    table->setSelectionMode(QAbstractItemView::SingleSelection);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setShowGrid(false);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table->setAutoScroll(true);
+    table->setFrameShape(QFrame::NoFrame);
+    table->setWordWrap(false);
+    table->setTabKeyNavigation(false);
+    table->setTextElideMode(Qt::ElideMiddle); // a camera's names differ at their ends
+    table->setItemDelegateForColumn(0, new MediaNameDelegate(table));
+    table->setColumnCount(2);
+    table->horizontalHeader()->setMinimumSectionSize(kIconColumn);
+    fitMediaFileList(table);
+    table->setIconSize(QSize(kIconSize, kIconSize));
+    setMediaListColours(table);
+}
+
+void fitMediaFileList(QTableWidget* table)
+{
+    table->setColumnWidth(1, kIconColumn);
+    table->setColumnWidth(0, table->width() - kIconColumn);
+}
 
 void setMediaListColours(QWidget* list)
 {

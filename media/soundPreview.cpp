@@ -39,8 +39,11 @@ soundPreview::~soundPreview()
     stopPreview();
 }
 
+// One on demand does not begin anew when the time of the delay is over.
 void soundPreview::on_start_preview(bool)
 {
+    KillTimer();
+    SetActive();
     setNewVoiceInfo();
     phone_PlayRing(GetFile(), 1);
 }

@@ -1,6 +1,7 @@
 #include "host/desktop/contactBook.h"
 #include "host/desktop/hostPage.h"
 #include "host/desktop/lineName.h"
+#include "support/file/path.h"
 #include "support/host/api.h"
 #include "support/host/box.h"
 #include "support/host/combo.h"
@@ -34,12 +35,14 @@ struct dlgContactEditor::Private
     Ui_dlgContactEditor ui;
     hostPage page;
     tagContact contact; // as it was read
+    int nPictures = 0;  // of the media table, and "None"
 
     void fillPictures(const QString& chosen);
     void showContact();
     void showChoices();
     tagContact edited() const;
     bool isChanged() const;
+    bool isDeleted(const chString& picture) const;
     void showPicture(qLeftBar* bar) const;
 };
 
@@ -90,6 +93,7 @@ void dlgContactEditor::Private::fillPictures(const QString& chosen)
     ui.cmbPicture->clear();
     qAddComboBoxItem(ui.cmbPicture, qTranslate("None"), "");
     qFillMediaCommboView(ui.cmbPicture, kPictureTable, "contact-image");
+    nPictures = ui.cmbPicture->count();
     const chString stored = fromQString(chosen);
     if (!qSelectComboBoxItem(ui.cmbPicture, stored)) {
         // A picture from elsewhere stays the contact's.
@@ -158,10 +162,21 @@ void dlgContactEditor::EditContact(int index)
     m_p->page.softKeys()->SetButtonTitle(kKeyIme, qGetCurrentIME(m_p->ui.editName));
 }
 
+// One from elsewhere may come back with its disk.
+bool dlgContactEditor::Private::isDeleted(const chString& picture) const
+{
+    const int chosen = ui.cmbPicture->currentIndex();
+    return chosen > 0 && chosen < nPictures && !pathFileExist(picture);
+}
+
+// Whoever deletes a picture gives its contacts the default one; a Save must not bring the old one back.
 void dlgContactEditor::reloadContactImage()
 {
-    QComboBox* box = m_p->ui.cmbPicture;
-    m_p->fillPictures(toQString(qGetExternValue(box, box->currentIndex())));
+    const chString chosen = qGetExternValue(m_p->ui.cmbPicture, m_p->ui.cmbPicture->currentIndex());
+    const QString shown = m_p->isDeleted(chosen) ? QString(kDefaultPicture) : toQString(chosen);
+    if (m_p->contact.strPicture == toQString(chosen))
+        m_p->contact.strPicture = shown;
+    m_p->fillPictures(shown);
 }
 
 void dlgContactEditor::showEvent(QShowEvent* event)

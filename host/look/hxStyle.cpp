@@ -60,8 +60,9 @@ void drawShapedFrame(QPainter& painter, const QStyleOptionFrame& option, const Q
     case QFrame::Box:
         look::paintBox(painter, option.rect, look::kPanelCorner, 0, look::kPanelLine);
         break;
-    case QFrame::StyledPanel:
-        if (qobject_cast<const QAbstractScrollArea*>(widget))
+    case QFrame::StyledPanel: // of a list, or of a plain frame behind one
+        if (qobject_cast<const QAbstractScrollArea*>(widget) ||
+            (widget && widget->metaObject() == &QFrame::staticMetaObject))
             stylePaint::panel(painter, option, widget);
         break;
     default:

@@ -1076,5 +1076,29 @@
         <source>Preview</source>
         <translation>Vorschau</translation>
     </message>
+    <message>
+        <source>It's Image is use,Delete it ?</source>
+        <translation>Das Bild gehört zu einem Kontakt. Löschen?</translation>
+    </message>
+    <message>
+        <source>It's read only,can't be deleted!</source>
+        <translation>Die Datei ist schreibgeschützt und kann nicht gelöscht werden!</translation>
+    </message>
+    <message>
+        <source>It's the Wall Paper! Delete it ?</source>
+        <translation>Das ist das Hintergrundbild! Löschen?</translation>
+    </message>
+    <message>
+        <source>No media found in this phone!</source>
+        <translation>Auf diesem Telefon gibt es keine Medien!</translation>
+    </message>
+    <message>
+        <source>The USB device is not connected!</source>
+        <translation>Das USB-Gerät ist nicht angeschlossen!</translation>
+    </message>
+    <message>
+        <source>USB</source>
+        <translation>USB</translation>
+    </message>
 </context>
 </TS>

@@ -1076,5 +1076,29 @@
         <source>Preview</source>
         <translation>Vista previa</translation>
     </message>
+    <message>
+        <source>It's Image is use,Delete it ?</source>
+        <translation>La imagen es de un contacto. ¿Borrarla?</translation>
+    </message>
+    <message>
+        <source>It's read only,can't be deleted!</source>
+        <translation>¡El archivo es de solo lectura y no se puede borrar!</translation>
+    </message>
+    <message>
+        <source>It's the Wall Paper! Delete it ?</source>
+        <translation>¡Es el fondo de pantalla! ¿Borrarlo?</translation>
+    </message>
+    <message>
+        <source>No media found in this phone!</source>
+        <translation>¡No hay archivos multimedia en este teléfono!</translation>
+    </message>
+    <message>
+        <source>The USB device is not connected!</source>
+        <translation>¡El dispositivo USB no está conectado!</translation>
+    </message>
+    <message>
+        <source>USB</source>
+        <translation>USB</translation>
+    </message>
 </context>
 </TS>

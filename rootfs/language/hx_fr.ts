@@ -1076,5 +1076,29 @@
         <source>Preview</source>
         <translation>Aperçu</translation>
     </message>
+    <message>
+        <source>It's Image is use,Delete it ?</source>
+        <translation>L’image est celle d’un contact. L’effacer ?</translation>
+    </message>
+    <message>
+        <source>It's read only,can't be deleted!</source>
+        <translation>Ce fichier est en lecture seule et ne peut pas être effacé !</translation>
+    </message>
+    <message>
+        <source>It's the Wall Paper! Delete it ?</source>
+        <translation>C’est le fond d’écran ! L’effacer ?</translation>
+    </message>
+    <message>
+        <source>No media found in this phone!</source>
+        <translation>Aucun média dans ce téléphone !</translation>
+    </message>
+    <message>
+        <source>The USB device is not connected!</source>
+        <translation>L’appareil USB n’est pas connecté !</translation>
+    </message>
+    <message>
+        <source>USB</source>
+        <translation>USB</translation>
+    </message>
 </context>
 </TS>

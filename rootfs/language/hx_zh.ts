@@ -1076,5 +1076,29 @@
         <source>Preview</source>
         <translation>预览</translation>
     </message>
+    <message>
+        <source>It's Image is use,Delete it ?</source>
+        <translation>联系人正在使用此图片，是否删除？</translation>
+    </message>
+    <message>
+        <source>It's read only,can't be deleted!</source>
+        <translation>此文件为只读，不能删除！</translation>
+    </message>
+    <message>
+        <source>It's the Wall Paper! Delete it ?</source>
+        <translation>这是当前壁纸！是否删除？</translation>
+    </message>
+    <message>
+        <source>No media found in this phone!</source>
+        <translation>此话机中没有媒体文件！</translation>
+    </message>
+    <message>
+        <source>The USB device is not connected!</source>
+        <translation>USB 设备未连接！</translation>
+    </message>
+    <message>
+        <source>USB</source>
+        <translation>USB</translation>
+    </message>
 </context>
 </TS>

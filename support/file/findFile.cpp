@@ -72,6 +72,18 @@ std::string joined(const std::string& folder, const std::string& name)
     return folder.back() == '/' ? folder + name : folder + "/" + name;
 }
 
+// DT_REG, DT_DIR or another DT_ value. A folder mostly tells it itself, and then nobody asks for each of
+// thousands of files; what a link leads to is what counts.
+int kindOf(const std::string& folder, const dirent& entry)
+{
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
+        return entry.d_type;
+    struct stat info;
+    if (stat(devicePathFollow(joined(folder, entry.d_name).c_str()), &info) != 0)
+        return DT_UNKNOWN;
+    return S_ISREG(info.st_mode) ? DT_REG : S_ISDIR(info.st_mode) ? DT_DIR : DT_UNKNOWN;
+}
+
 bool readFolder(const std::string& folder, FolderContent& content)
 {
     DIR* dir = opendir(devicePathFollow(folder.c_str()));
@@ -79,12 +91,12 @@ bool readFolder(const std::string& folder, FolderContent& content)
         return false;
     while (const dirent* entry = readdir(dir)) {
         const std::string name = entry->d_name;
-        struct stat info;
-        if (name == "." || name == ".." || stat(devicePathFollow(joined(folder, name).c_str()), &info) != 0)
+        if (name == "." || name == "..")
             continue;
-        if (S_ISREG(info.st_mode))
+        const int kind = kindOf(folder, *entry);
+        if (kind == DT_REG)
             content.files.push_back(name);
-        else if (S_ISDIR(info.st_mode))
+        else if (kind == DT_DIR)
             content.folders.push_back(name);
     }
     closedir(dir);

@@ -444,6 +444,48 @@ TEST_F(ContactEditor, NewPicturesAreOfferedAfterAReloadAndTheChosenOneStays)
     EXPECT_EQ(picture()->currentText(), "Home.png");
 }
 
+TEST_F(ContactEditor, AChosenPictureThatWasDeletedGivesWayToTheDefaultOne)
+{
+    const char* const mine = "/rundata/media/contact-image/mine.png";
+    writeFile(mine, "x");
+    writeFile(kFile,
+              QByteArray("<contactData><group name=\"A\"><contact name=\"A\" number=\"1\" sImagePath=\"") +
+                  mine + "\"/></group></contactData>");
+    open(0);
+    ASSERT_EQ(picture()->currentText(), "mine.png");
+    ASSERT_TRUE(QFile::remove(hostPath(mine)));
+    page.reloadContactImage();
+    EXPECT_EQ(choices(picture()).find("mine.png"), std::string::npos);
+    EXPECT_EQ(leftPicture(), "/phone/resource/contact-image/icon_contact.png");
+    kit::BoxAnswers boxes({"no"});
+    page.EditContact(-1);
+    EXPECT_EQ(boxes.texts(), QStringList()) << "nobody has changed anything";
+}
+
+TEST_F(ContactEditor, ADeletedPictureIsNotStoredAgain)
+{
+    const char* const mine = "/rundata/media/contact-image/mine.png";
+    writeFile(mine, "x");
+    open(0);
+    picture()->setCurrentText("mine.png");
+    ASSERT_EQ(picture()->currentText(), "mine.png");
+    ASSERT_TRUE(QFile::remove(hostPath(mine)));
+    page.reloadContactImage();
+    save();
+    EXPECT_FALSE(readFile(kFile).contains(mine));
+    EXPECT_TRUE(readFile(kFile).contains("sImagePath=\"/phone/resource/contact-image/icon_contact.png\""));
+}
+
+TEST_F(ContactEditor, APictureOfAPulledDiskStaysOverAReload)
+{
+    writeFile(kFile, "<contactData><group name=\"A\"><contact name=\"A\" number=\"1\" "
+                     "sImagePath=\"/storage/usb/me.png\"/></group></contactData>");
+    open(0);
+    page.reloadContactImage();
+    save();
+    EXPECT_TRUE(readFile(kFile).contains("sImagePath=\"/storage/usb/me.png\""));
+}
+
 TEST_F(ContactEditor, TheRecordOfAMenuIsShownInTheLeftBar)
 {
     tagLeftBarInfo info{"/phone/resource/theme/default/bmp/menu/menu_phonebook.png", "Directory"};
