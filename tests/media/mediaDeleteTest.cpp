@@ -227,10 +227,10 @@ protected:
         putPicture("/rundata/media/contact-image/b.png");
     }
     const QByteArray contacts =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<contactData><other><contact "
-        "sImagePath=\"/rundata/media/contact-image/b.png\"/>"
-        "</other><group name=\"A\"><contact name=\"Anna\" sImagePath=\"/rundata/media/contact-image/a.png\"/>"
-        "<contact name=\"Bert\" sImagePath=\"/elsewhere.png\"/></group><group name=\"B\">"
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<contactData><group name=\"A\">"
+        "<contact name=\"Anna\" sImagePath=\"/rundata/media/contact-image/a.png\"/>"
+        "<contact name=\"Bert\" sImagePath=\"/elsewhere.png\"/></group>"
+        "<other><contact sImagePath=\"/rundata/media/contact-image/b.png\"/></other><group name=\"B\">"
         "<entry name=\"Cleo\" sImagePath=\"/rundata/media/contact-image/a.png\"/></group></contactData>";
 };
 

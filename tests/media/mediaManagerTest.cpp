@@ -1,5 +1,6 @@
 #include "tests/media/mediaManagerTest.h"
 #include "host/services/players/speaker.h"
+#include "host/services/system/hostLog.h"
 #include "media/mediaShows.h"
 #include "media/soundPreview.h"
 #include "support/host/image.h"
@@ -7,9 +8,11 @@
 #include "support/host/picture.h"
 #include "tests/kit/plain/pictureFiles.h"
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <malloc.h>
 
 namespace {
 
@@ -233,6 +236,21 @@ TEST_F(MediaManager, OkAndTheKeyPreviewShowThePictureOverTheWholeScreen)
     EXPECT_EQ(kit::screen().pixel(5, 5), 0xff20c040);
 }
 
+// The preview was stopped, and no other row became the current one.
+TEST_F(MediaManager, TheKeyPreviewBeginsThatOfTheFirstRowAnew)
+{
+    putPhotos({"a.png", "b.png"});
+    open("Photo Manager");
+    page->hide();
+    page->show();
+    kit::stepTime(1000);
+    EXPECT_TRUE(label()->isHidden());
+    softKey(0);
+    kit::key(Qt::Key_F4);
+    kit::stepTime(500);
+    EXPECT_TRUE(label()->isVisible());
+}
+
 TEST_F(MediaManager, AKeyThatIsHeldOpensOnePreview)
 {
     putPhotos({"a.png"});
@@ -417,6 +435,35 @@ TEST_F(MediaManager, ThePreviewOfThePageBeforeDoesNotComeBack)
     kit::stepTime(1000);
     EXPECT_TRUE(label()->isHidden());
     EXPECT_EQ(page->findChildren<basePreview*>().size(), 1);
+}
+
+TEST_F(MediaManager, ManyOpensLeaveNothing)
+{
+    putPhotos({"a.png", "b.png"});
+    putRings({"a.wav"});
+    const auto openAll = [&] {
+        for (const char* name :
+             {"Photo Manager", "Sound Manager", "Video Manager", "Contact Picture Manage"}) {
+            open(name);
+            kit::stepTime(1100);
+            EXPECT_TRUE(arePicturesRead());
+            softKey(3);
+        }
+    };
+    const auto files = [] { return QDir("/proc/self/fd").entryList(QDir::AllEntries | QDir::System).size(); };
+    // The log keeps so much, and no more.
+    for (int i = 0; i < 2500; ++i)
+        hostLog("fill", QString(80, 'x'));
+    for (int warm = 0; warm < 3; ++warm)
+        openAll();
+    const qsizetype objects = page->findChildren<QObject*>().size();
+    const qsizetype open = files();
+    const size_t heap = mallinfo2().uordblks;
+    for (int i = 0; i < 25; ++i)
+        openAll();
+    EXPECT_EQ(page->findChildren<QObject*>().size(), objects);
+    EXPECT_EQ(files(), open);
+    EXPECT_LT(mallinfo2().uordblks, heap + heap / 100);
 }
 
 TEST_F(MediaManager, TheTextsFollowTheLanguage)

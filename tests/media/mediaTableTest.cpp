@@ -151,9 +151,9 @@ TEST_F(MediaTable, AFolderWithoutRightsIsAnEmptyOne)
 TEST_F(MediaTable, NamesOfAnyScriptAndLengthCanBeShownAndDeleted)
 {
     const QByteArray longest = QByteArray(251, 'x') + ".png";
-    const QByteArrayList names = {"夏の湖.png", "лето.png",     "ﺎﻠﺼﻴﻓ.png", "a\nb.png",
+    const QByteArrayList names = {"夏の湖.png", "лето.png",    "ﺎﻠﺼﻴﻓ.png", "a\nb.png",
                                   "%s%n.png",   "<b>x<i>.png", "a&b.png",   "\xff\xfe.png",
-                                  "$(x).png",   longest,        " .png"};
+                                  "$(x).png",   longest,       " .png"};
     for (const QByteArray& name : names) {
         const int file = ::open(inFolder(name), O_CREAT | O_WRONLY, 0600);
         ASSERT_GE(file, 0) << name.constData();

@@ -120,6 +120,7 @@ TEST_F(MediaUsb, TheFirstImportIntoAnEmptyListBringsItsRowAndTheKeyDelete)
     putPhotos({"a.png"});
     leave(import);
     EXPECT_EQ(row(), 0);
+    EXPECT_TRUE(list()->item(0, 0)->isSelected());
     EXPECT_EQ(playing(), QList<int>({0}));
     EXPECT_EQ(softKeyTitle(1), "Delete");
     kit::stepTime(500);
