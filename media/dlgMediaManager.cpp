@@ -9,6 +9,7 @@
 #include "media/dlgVideoImport.h"
 #include "media/imagePreview.h"
 #include "media/mediaListLook.h"
+#include "media/mediaNameDelegate.h"
 #include "media/soundPreview.h"
 #include "media/videoPreview.h"
 #include "support/file/fileTools.h"

@@ -2,6 +2,9 @@
 // Paints the name of a media file in one line; what its folder puts in front is paler. User-interface thread.
 #include <QStyledItemDelegate>
 
+// What a row keeps for it: how many of the name's letters are its folder's.
+enum : int { MEDIA_SHORT_NAME_ROLE = 0x101 };
+
 class MediaNameDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

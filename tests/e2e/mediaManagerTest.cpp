@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QTemporaryDir>
 #include <functional>
 
 namespace {
@@ -57,6 +59,15 @@ protected:
         key("Right", steps);
         key("Return");
         waitPage("dlgMediaManager");
+    }
+    // Whether the page has a soft key of that name.
+    bool hasKey(const QString& name)
+    {
+        for (const QJsonValue widget : topWindow()["widgets"].toArray()) {
+            if (widget["class"] == "qSoftButton" && widget["name"] == name)
+                return true;
+        }
+        return false;
     }
     // A tap on a row of the list, which is a box of 40 pixels under the top of the list.
     void tapRow(int row)
@@ -194,6 +205,34 @@ TEST_F(MediaStory, AFilmIsPlayedFromTheList)
     EXPECT_EQ(widget("labText")["text"], "The USB device is not connected!");
     tap("btnOK");
     waitPage("dlgMediaManager");
+}
+
+TEST_F(MediaStory, APictureComesFromAStickIntoAnEmptyList)
+{
+    QTemporaryDir stick;
+    QImage picture(320, 240, QImage::Format_RGB32);
+    picture.fill(kGreen);
+    ASSERT_TRUE(picture.save(stick.filePath("holiday.png")));
+    ctl({"set", "storage", "plug", "usb", stick.path()});
+    openByFinger(kPhotoManager);
+    EXPECT_FALSE(hasKey("Delete"));
+    softKey(2);
+    waitPage("dlgImageImport");
+    key("Return"); // into the stick
+    waitIdle();
+    key("Down");
+    EXPECT_TRUE(until([&] { return hasKey("Import"); }));
+    key("F2");
+    waitPage("dlgMessageBox");
+    EXPECT_EQ(widget("labText")["text"], "Successful loading!");
+    key("Return");
+    waitPage("dlgImageImport");
+    key("F4");
+    waitPage("dlgMediaManager");
+    EXPECT_TRUE(QFile::exists(host("/rundata/media/image/holiday.png")));
+    EXPECT_TRUE(shows(kGreen, QPoint(600, 250)));
+    EXPECT_TRUE(hasKey("Delete"));
+    shot("media-imported");
 }
 
 TEST_F(MediaStory, AnIncomingCallSilencesTheRingToneUnderTest)

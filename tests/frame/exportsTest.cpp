@@ -105,6 +105,6 @@ TEST(Exports, HoldThePagesThatThisPhoneHas)
 {
     const QStringList pages = pageClasses();
     for (const char* page : {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook",
-                             "dlgLDAP", "dlgWan", "dlgAccount_Setting_Btn"})
+                             "dlgLDAP", "dlgWan", "dlgAccount_Setting_Btn", "dlgMediaManager"})
         EXPECT_TRUE(pages.contains(page)) << page;
 }

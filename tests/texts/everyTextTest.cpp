@@ -7,6 +7,7 @@
 #include "frame/pageTable.h"
 #include "host/desktop/dlgBrowser.h"
 #include "host/desktop/frmCall.h"
+#include "host/services/storage/storageWorld.h"
 #include "host/widgets/dlgMessageBox.h"
 #include "places.h"
 #include "support/host/box.h"
@@ -25,7 +26,10 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QFile>
+#include <QListWidget>
 #include <QSet>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QXmlStreamReader>
 
@@ -54,7 +58,9 @@ protected:
 
     void look(QWidget* window)
     {
-        m_seen.insert(window->metaObject()->className());
+        // Several classes may share the form of the one that they derive from.
+        for (const QMetaObject* kind = window->metaObject(); kind; kind = kind->superClass())
+            m_seen.insert(kind->className());
         for (const QString& cut : cutTexts(window, m_texts))
             m_cut.insert(cut);
     }
@@ -79,6 +85,7 @@ protected:
     }
 
     void visitPages();
+    void visitImports();
     void visitMenus();
     void visitHome();
     void visitCalls();
@@ -86,6 +93,7 @@ protected:
     void visitAll()
     {
         visitPages();
+        visitImports();
         visitMenus();
         visitHome();
         visitCalls();
@@ -127,6 +135,33 @@ void EveryText::visitPages()
     }
     ShowLoadingTipBox();
     lookAndClose();
+}
+
+// The pages of a disk, which the lists of media open: the list of disks, then a file.
+void EveryText::visitImports()
+{
+    QTemporaryDir disk;
+    for (const char* name : {"a.png", "a.mp4", "a.wav"}) {
+        QFile file(disk.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    ASSERT_FALSE(storageWorldPlug(STORAGE_USB, disk.path()).isEmpty());
+    kit::settle();
+    for (const char* name : {"Photo Manager", "Video Manager", "Sound Manager"}) {
+        settingOpenPage(chString(name), static_cast<QWidget*>(nullptr));
+        kit::settle();
+        kit::key(Qt::Key_F3);
+        kit::settle();
+        look(kit::windows().first());
+        kit::key(Qt::Key_Return);
+        const QListWidget* files = kit::windows().first()->findChild<QListWidget*>();
+        ASSERT_NE(files, nullptr) << name;
+        EXPECT_TRUE(kit::waitUntil([&] { return files->count() == 2; })) << name;
+        kit::key(Qt::Key_Down);
+        kit::settle();
+        lookAndClose();
+    }
+    EXPECT_EQ(storageWorldUnplug(disk.path()), 1);
 }
 
 void EveryText::visitMenus()
