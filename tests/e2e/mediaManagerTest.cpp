@@ -32,6 +32,11 @@ protected:
         QDir().mkpath(QFileInfo(host(file)).path());
         ASSERT_TRUE(picture.save(host(file)));
     }
+    // What of its kind the phone brings along stands first in a list.
+    int stock(const char* kind) const
+    {
+        return int(QDir(host(QString("/phone/resource/sysdata/") + kind)).entryList(QDir::Files).size());
+    }
     static bool until(const std::function<bool()>& holds) { return kit::waits(holds, 15000); }
     bool shows(QRgb colour, QPoint place)
     {
@@ -84,8 +89,9 @@ TEST_F(MediaStory, PhotosAreSeenAndDeletedByFinger)
     putPicture("/rundata/media/image/a.png", kRed);
     putPicture("/rundata/media/image/b.png", kGreen);
     openByFinger(kPhotoManager);
+    tapRow(stock("ephoto"));
     EXPECT_TRUE(shows(kRed, QPoint(600, 250)));
-    tapRow(1);
+    tapRow(stock("ephoto") + 1);
     EXPECT_TRUE(shows(kGreen, QPoint(600, 250)));
     shot("media-photos");
     softKey(0);
@@ -106,6 +112,7 @@ TEST_F(MediaStory, PhotosAreSeenAndDeletedByFinger)
     waitPage("dlgIconviewForm");
     tap(kPhotoManager.x(), kPhotoManager.y());
     waitPage("dlgMediaManager");
+    tapRow(stock("ephoto"));
     EXPECT_TRUE(shows(kRed, QPoint(600, 250)));
 }
 
@@ -114,8 +121,9 @@ TEST_F(MediaStory, PhotosAreSeenAndDeletedByKeys)
     putPicture("/rundata/media/image/a.png", kRed);
     putPicture("/rundata/media/image/b.png", kGreen);
     openByKeys(2);
+    key("Up", 2); // round, to the last but one
     EXPECT_TRUE(shows(kRed, QPoint(600, 250)));
-    key("Up"); // round, to the last one
+    key("Down");
     key("Return");
     waitPage("dlgImagePreview");
     EXPECT_TRUE(shows(kGreen, QPoint(5, 470)));
@@ -195,6 +203,7 @@ TEST_F(MediaStory, AFilmIsPlayedFromTheList)
     ASSERT_TRUE(film.open(QIODevice::WriteOnly));
     film.close();
     openByFinger(kVideoManager);
+    tapRow(stock("video"));
     softKey(0);
     waitPage("dlgVideoPreview");
     EXPECT_EQ(logOf("trace").filter("----[/rundata/media/video/a.mp4]---").size(), 1);
@@ -207,7 +216,7 @@ TEST_F(MediaStory, AFilmIsPlayedFromTheList)
     waitPage("dlgMediaManager");
 }
 
-TEST_F(MediaStory, APictureComesFromAStickIntoAnEmptyList)
+TEST_F(MediaStory, APictureComesFromAStickToTheEndOfTheList)
 {
     QTemporaryDir stick;
     QImage picture(320, 240, QImage::Format_RGB32);
@@ -215,7 +224,6 @@ TEST_F(MediaStory, APictureComesFromAStickIntoAnEmptyList)
     ASSERT_TRUE(picture.save(stick.filePath("holiday.png")));
     ctl({"set", "storage", "plug", "usb", stick.path()});
     openByFinger(kPhotoManager);
-    EXPECT_FALSE(hasKey("Delete"));
     softKey(2);
     waitPage("dlgImageImport");
     key("Return"); // into the stick
@@ -230,8 +238,8 @@ TEST_F(MediaStory, APictureComesFromAStickIntoAnEmptyList)
     key("F4");
     waitPage("dlgMediaManager");
     EXPECT_TRUE(QFile::exists(host("/rundata/media/image/holiday.png")));
+    key("Up"); // round
     EXPECT_TRUE(shows(kGreen, QPoint(600, 250)));
-    EXPECT_TRUE(hasKey("Delete"));
     shot("media-imported");
 }
 

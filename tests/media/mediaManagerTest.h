@@ -9,6 +9,7 @@
 #include "tests/media/mediaTest.h"
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QTableWidget>
@@ -22,6 +23,9 @@ protected:
     {
         mediaPages();
         kit::holdClocks(true);
+        // Of photos and films the phone has those that a test puts there.
+        for (const char* folder : {"/phone/resource/sysdata/ephoto", "/phone/resource/sysdata/video"})
+            QDir(hostPath(folder)).removeRecursively();
     }
 
     struct Pictures : MediaTest
