@@ -160,6 +160,7 @@ TEST_F(MediaManager, TheFirstRowIsTheCurrentOneAndIsPreviewedAfterHalfASecond)
     putPhotos({"a.png", "b.png"});
     open("Photo Manager");
     EXPECT_EQ(row(), 0);
+    EXPECT_TRUE(list()->item(0, 0)->isSelected());
     EXPECT_EQ(playing(), QList<int>({0}));
     EXPECT_STREQ(manager()->getCurrentMediaFullPath(), "/rundata/media/image/a.png");
     EXPECT_FALSE(manager()->getCurrentMediaReadOnly());
