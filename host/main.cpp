@@ -95,6 +95,7 @@ int run(QApplication& application, const Options& options)
     }
     endOnSignals();
     hostFollowFactoryReset();
+    hostFollowRestarts();
     if (options.players)
         playerProcessesStart();
     hostBoot();
@@ -129,8 +130,7 @@ int main(int argc, char** argv)
     const int result = run(application, options);
     messageServiceStop();
     deviceFilesStop();
-    if (result == HOST_START_ANEW)
-        hostStartAnew(arguments);
+    hostStartAnew(arguments, result);
     // Cached pages live as long as the process: none is taken down against a toolkit that is gone already.
     fflush(nullptr);
     _exit(result);

@@ -25,6 +25,9 @@ GstBusSyncReply busWatch::onMessage(GstBus*, GstMessage* message, gpointer self)
     case GST_MESSAGE_ASYNC_DONE:
         watch->post(EVENT::READY);
         break;
+    case GST_MESSAGE_SEGMENT_DONE:
+        watch->post(EVENT::SEGMENT);
+        break;
     case GST_MESSAGE_EOS:
         watch->post(EVENT::END);
         break;

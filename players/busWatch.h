@@ -8,7 +8,9 @@
 class busWatch : public QObject
 {
 public:
-    enum class EVENT { READY, END, FAILED }; // came to its pause; came to the end of the stream; cannot go on
+    // Came to its pause; came to the end of the segment that was asked for; came to the end of the stream;
+    // cannot go on.
+    enum class EVENT { READY, SEGMENT, END, FAILED };
     using Handler = std::function<void(EVENT)>;
 
     // The pipeline must live as long as this. name: what a trace line of a failure calls it; empty: there

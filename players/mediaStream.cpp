@@ -1,8 +1,8 @@
 #include "players/mediaStream.h"
+#include "players/soundEnd.h"
 #include "players/soundSink.h"
 #include "support/host/trace.h"
 #include <gst/app/gstappsink.h>
-#include <gst/audio/audio.h>
 
 struct tagDecoder
 {
@@ -232,22 +232,9 @@ bool mediaStream::buildSound(const tagDecoder& kind, GstElement* depayloader)
             g_object_set(silence, "sync", FALSE, "async", FALSE, nullptr);
         return silence && gst_element_link(depayloader, silence);
     }
-    gst_bin_add(GST_BIN(m_pPipeline), sink);
     GstElement* decoder = add(kind.pDecoder);
-    GstElement* floats = add("audioconvert");
-    GstElement* form = add("capsfilter");
-    GstElement* convert = add("audioconvert");
-    GstElement* resample = add("audioresample");
-    if (!decoder || !floats || !form || !convert || !resample)
-        return false;
-    GstCaps* caps = gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, GST_AUDIO_NE(F32), "layout",
-                                        G_TYPE_STRING, "interleaved", nullptr);
-    g_object_set(form, "caps", caps, nullptr);
-    gst_caps_unref(caps);
-    GstPad* pad = gst_element_get_static_pad(form, "src");
-    m_volume.watch(pad);
-    gst_object_unref(pad);
-    return gst_element_link_many(depayloader, decoder, floats, form, convert, resample, sink, nullptr);
+    GstElement* end = addSoundEnd(m_pPipeline, sink, m_volume);
+    return decoder && end && gst_element_link_many(depayloader, decoder, end, nullptr);
 }
 
 void mediaStream::joinClock()

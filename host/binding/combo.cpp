@@ -1,8 +1,6 @@
 #include "support/host/combo.h"
-#include "support/file/findFile.h"
-#include "support/file/path.h"
+#include "host/binding/mediaFiles.h"
 #include "support/host/text.h"
-#include "support/xml/xmlFile.h"
 #include <QComboBox>
 #include <QRadioButton>
 
@@ -15,15 +13,6 @@ const char kRadioValue[] = "externValue";
 int indexOfValue(const QComboBox* box, const char* value)
 {
     return box ? box->findData(QString::fromUtf8(value), kExternValue, Qt::MatchExactly) : -1;
-}
-
-int addFolder(QComboBox* box, const char* folder, const char* filter, const char* shortname)
-{
-    chObjList_dynamic<chString, 16> files;
-    nuxFindFile(folder, filter, files, 0);
-    for (const chString& file : files)
-        qAddComboBoxItem(box, chString(shortname) + pathGetFileNamePos(file), file);
-    return files.size();
 }
 
 } // namespace
@@ -79,19 +68,8 @@ int qFillMediaCommboView(QComboBox* box, const char* table, const char* type)
 {
     if (!box)
         return 0;
-    xmlFile document;
-    if (!document.LoadFromFile(table) || !document.GetRootElement())
-        return 0;
-    xmlElement* media = document.GetRootElement()->FindChildElement(type);
-    if (!media)
-        return 0;
-    const chString filter = media->GetAttributeValue("filter").GetString();
-    int added = 0;
-    xmlElement* folder = xmlFindElementFromRoot(media, "filelist", "item", 0);
-    for (; folder; folder = xmlGetNextElement(folder)) {
-        if (strcmp(folder->GetName(), "item") == 0)
-            added += addFolder(box, folder->GetAttributeValue("path"), filter,
-                               folder->GetAttributeValue("shortname"));
-    }
-    return added;
+    const QList<tagMediaFile> files = mediaFilesOf(table, type);
+    for (const tagMediaFile& file : files)
+        qAddComboBoxItem(box, file.strShown, file.strPath);
+    return int(files.size());
 }

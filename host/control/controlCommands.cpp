@@ -105,11 +105,12 @@ void memory(const QStringList&, const Reply& reply)
 void ring(const QStringList& arguments, const Reply& reply)
 {
     bool isIndex = false;
-    const int line = arguments.value(1, "0").toInt(&isIndex);
+    const bool isPstn = arguments.value(1) == "pstn";
+    const int line = isPstn ? int(PHONE_LINE_PSTN) : arguments.value(1, "0").toInt(&isIndex);
     phoneService::instance().backend();
     phoneSimulation* simulation = phoneSimulation::instance();
-    if (!isIndex)
-        reply(controlUsage("ring NUMBER [LINE] [NAME]"));
+    if (!isIndex && !isPstn)
+        reply(controlUsage("ring NUMBER [LINE|pstn] [NAME]"));
     else if (!simulation)
         reply(controlError("the phone has a real line service"));
     else if (!simulation->ring(arguments[0], line, arguments.value(2)))
@@ -211,7 +212,7 @@ const Command kCommands[] = {
     {"shot", 1, 1, shot, "shot FILE"},
     {"log", 0, 1, log, "log [N]"},
     {"set", 2, 8, controlSet, "set line|net|pstn|calls|upgrading|clock|storage|idle|language ..."},
-    {"ring", 1, 3, ring, "ring NUMBER [LINE] [NAME]"},
+    {"ring", 1, 3, ring, "ring NUMBER [LINE|pstn] [NAME]"},
     {"post", 4, 5, post, "post THREAD MESSAGE WPARAM LPARAM [HEX]"},
     {"config", 3, 4, config, "config FILE SECTION KEY [VALUE]"},
     {"wait", 2, 3, controlWait, "wait page CLASS MS | wait idle MS"},

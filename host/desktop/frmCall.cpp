@@ -1,5 +1,6 @@
 #include "host/desktop/frmCall.h"
 #include "host/desktop/callRecords.h"
+#include "host/desktop/callSound.h"
 #include "host/desktop/contactBook.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/lineName.h"
@@ -95,6 +96,9 @@ frmCall::~frmCall() = default;
 
 void frmCall::onCall(const tagCall& call)
 {
+    // A call that was refused for the user has not rung.
+    if (call.bIncoming && call.eState == CALL_ENDED && call.nId > m_nLastId)
+        return;
     const QList<tagCall> calls = phoneService::instance().calls();
     if (call.eState != CALL_ENDED)
         showCall(call);
@@ -156,17 +160,33 @@ void frmCall::showState()
 void frmCall::showSound()
 {
     m_ui->barVolume->setValue(dev_get_output_volume());
-    m_ui->labMute->setText(m_bMuted ? qTranslate("Muted") : QString());
+    const bool isQuiet = m_bMuted || (isAsked() && callSound::instance().isSilenced());
+    m_ui->labMute->setText(isQuiet ? qTranslate("Muted") : QString());
 }
 
 void frmCall::showSoftKeys()
 {
     m_ui->labVolume->setText(qTranslate("Volume"));
+    if (isAsked()) {
+        showKeysOfQuestion();
+        return;
+    }
     m_pSoftKeys->SetButton(0, "Mute", Translate(m_bMuted ? HX_TR("Unmute") : HX_TR("Mute")), this,
                            SLOT(on_click_Mute()));
     m_pSoftKeys->SetButton(1, "VolumeDown", Translate("Volume -"), this, SLOT(on_click_VolumeDown()));
     m_pSoftKeys->SetButton(2, "VolumeUp", Translate("Volume +"), this, SLOT(on_click_VolumeUp()));
     m_pSoftKeys->SetButton(3, "End", Translate("End"), this, SLOT(on_click_End()));
+}
+
+void frmCall::showKeysOfQuestion()
+{
+    m_pSoftKeys->SetButton(0, "Answer", Translate(HX_TR("Answer")), this, SLOT(on_click_Answer()));
+    m_pSoftKeys->SetButton(1, "", "", nullptr, nullptr);
+    if (callSound::instance().isSilenced())
+        m_pSoftKeys->SetButton(2, "", "", nullptr, nullptr);
+    else
+        m_pSoftKeys->SetButton(2, "Mute", Translate(HX_TR("Mute")), this, SLOT(on_click_Mute()));
+    m_pSoftKeys->SetButton(3, "Decline", Translate(HX_TR("Decline")), this, SLOT(on_click_End()));
 }
 
 // A call that begins comes up over all else; what becomes of it leaves the windows as a person has put them.
@@ -274,8 +294,13 @@ void frmCall::keyPressEvent(QKeyEvent* event)
     case Qt::Key_VolumeMute:
         on_click_Mute();
         break;
+    case Qt::Key_Call:
+        on_click_Answer();
+        break;
     default:
-        if (!sendDigit(event->text()))
+        if (qIsOkKey(event->key()))
+            on_click_Answer();
+        else if (!sendDigit(event->text()))
             QWidget::keyPressEvent(event);
     }
 }
@@ -295,14 +320,18 @@ bool frmCall::sendDigit(const QString& text)
 
 void frmCall::changeVolume(int step)
 {
-    dev_set_output_volume(dev_get_output_volume() + step);
+    callSound::instance().changeVolume(step);
     showSound();
 }
 
 void frmCall::on_click_Mute()
 {
-    m_bMuted = !m_bMuted;
-    dev_set_output_mute(m_bMuted);
+    if (isAsked()) {
+        callSound::instance().silence();
+    } else {
+        m_bMuted = !m_bMuted;
+        dev_set_output_mute(m_bMuted);
+    }
     showSound();
     showSoftKeys();
 }
@@ -324,11 +353,18 @@ void frmCall::on_click_End()
         close();
 }
 
+void frmCall::on_click_Answer()
+{
+    if (isAsked())
+        phoneService::instance().answer(m_call.nId);
+}
+
 void callScreenInstall()
 {
     static frmCall* screen = nullptr;
     if (screen)
         return;
+    callSound::instance(); // hears of a call before the screen shows how loud it is
     screen = new frmCall;
     phoneService::instance().addCallListener([](const tagCall& call) { screen->onCall(call); });
 }

@@ -28,7 +28,8 @@ private slots:
     void on_click_Mute();
     void on_click_VolumeDown();
     void on_click_VolumeUp();
-    void on_click_End();
+    void on_click_End(); // declines a call that comes in
+    void on_click_Answer();
 
 private:
     enum { END_MS = 1500, TICK_MS = 200 };
@@ -43,8 +44,10 @@ private:
     void showState();
     void showSound();
     void showSoftKeys();
+    void showKeysOfQuestion();
     void tick();
     void changeVolume(int step);
+    bool isAsked() const { return m_call.bIncoming && m_call.eState == CALL_RINGING; }
     bool sendDigit(const QString& text);
 
     std::unique_ptr<Ui_frmCall> m_ui;

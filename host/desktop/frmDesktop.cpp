@@ -7,10 +7,12 @@
 #include "host/desktop/readyNotice.h"
 #include "host/look/look.h"
 #include "host/screen/windowStack.h"
+#include "support/file/fileTools.h"
 #include "support/host/api.h"
 #include "support/host/desktop.h"
 #include "support/host/image.h"
 #include "support/host/language.h"
+#include "support/host/message.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
 #include "support/host/picture.h"
@@ -67,7 +69,7 @@ chString configuredWallpaper()
 
 } // namespace
 
-struct frmDesktop::Private
+struct frmDesktop::Private : chMsgProcesser
 {
     homeStatus* status = nullptr;
     homeClock* clock = nullptr;
@@ -76,10 +78,19 @@ struct frmDesktop::Private
     homeButton* keys[kColumns] = {};
     QTimer refresh;
     QPixmap wallpaper;
+    chString wallpaperPath;
+    tagFileStat wallpaperFile;
     int wallpaperRequest = 0;
     bool isReadyTold = false;
 
     homeButton* at(int row, int column) const { return row == 0 ? tiles[column] : keys[column]; }
+    // Whoever stores another one may have shown it himself.
+    bool isWallpaperOfSettings() const
+    {
+        tagFileStat now;
+        fileStat(wallpaperPath, now);
+        return wallpaperPath == configuredWallpaper() && now == wallpaperFile;
+    }
     // The factory's takes the place of one that cannot be shown.
     void takeWallpaper(QWidget* desktop, QPixmap picture)
     {
@@ -97,6 +108,14 @@ struct frmDesktop::Private
             return;
         isReadyTold = true;
         QTimer::singleShot(0, desktop, &readyNoticeSend);
+    }
+    int TryThreadMessage(msgObject& msg) override
+    {
+        const bool isWallpaper =
+            msg.message == CONFIG_MSG_BCAST_CHANGED && msg.wParam == CONFIG_CHANGED_WALLPAPER;
+        if (isWallpaper && !isWallpaperOfSettings())
+            desktop_SetWallPaper(nullptr);
+        return 0;
     }
     void showCaptions()
     {
@@ -168,6 +187,9 @@ void frmDesktop::SetWallPaper(const char* path)
     pictureCancel(m_p->wallpaperRequest);
     m_p->wallpaperRequest = 0;
     const chString wanted = path && *path ? chString(path) : configuredWallpaper();
+    m_p->wallpaperPath = wanted;
+    m_p->wallpaperFile = {};
+    fileStat(wanted, m_p->wallpaperFile);
     if (toQString(wanted).startsWith(kOwnPictures)) {
         m_p->takeWallpaper(this, GetImageManager()->GetImage(wanted));
         return;
@@ -241,7 +263,9 @@ bool frmDesktop::eventFilter(QObject* watched, QEvent* event)
 
 void frmDesktop::keyPressEvent(QKeyEvent* event)
 {
-    if (!editNumber(event))
+    if (event->key() == Qt::Key_F8)
+        m_p->status->toggleDoNotDisturb();
+    else if (!editNumber(event))
         moveFocus(event->key());
 }
 

@@ -1,11 +1,14 @@
 #include "host/desktop/homeStatus.h"
 #include "host/look/look.h"
 #include "host/screen/screenState.h"
+#include "host/services/phone/doNotDisturb.h"
 #include "host/widgets/lampMark.h"
 #include "support/host/api.h"
+#include "support/host/box.h"
 #include "support/host/image.h"
 #include "support/host/language.h"
 #include "support/host/net.h"
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -17,6 +20,8 @@ constexpr int kLinesRight = 640;
 constexpr int kLineGap = 18;
 constexpr int kLineText = 24; // from where a line begins
 constexpr int kLampX = 688;
+constexpr int kBellX = 652;
+constexpr QRect kBellTouch(642, 0, 38, 40); // as a finger needs it
 constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kLineOff = 0xb3ffffff;
 
@@ -36,7 +41,7 @@ bool homeStatus::State::operator==(const State& other) const
 {
     return std::equal(lines, lines + PHONE_ACCOUNT_COUNT, other.lines) &&
            std::equal(on, on + PHONE_ACCOUNT_COUNT, other.on) && newMessages == other.newMessages &&
-           networkUp == other.networkUp && lampOn == other.lampOn;
+           networkUp == other.networkUp && lampOn == other.lampOn && isUndisturbed == other.isUndisturbed;
 }
 
 homeStatus::homeStatus(QWidget* parent) : QWidget(parent)
@@ -55,7 +60,8 @@ homeStatus::~homeStatus()
 
 int homeStatus::TryThreadMessage(msgObject& msg)
 {
-    if (msg.message == PHONE_PUBLIC_MSG_ACCOUNT_REFRESH)
+    const bool isPhoneSetting = msg.message == CONFIG_MSG_BCAST_CHANGED && msg.wParam == CONFIG_CHANGED_PHONE;
+    if (msg.message == PHONE_PUBLIC_MSG_ACCOUNT_REFRESH || isPhoneSetting)
         refresh();
     // Whoever else shows the lines wants it too.
     return 0;
@@ -74,6 +80,7 @@ homeStatus::State homeStatus::currentState()
     }
     state.networkUp = netGetNetworkSta() == NET_UP;
     state.lampOn = screenState::instance().isLampLit();
+    state.isUndisturbed = doNotDisturb::isOn();
     return state;
 }
 
@@ -84,6 +91,19 @@ void homeStatus::refresh()
         return;
     m_state = now;
     update();
+}
+
+void homeStatus::toggleDoNotDisturb()
+{
+    if (!doNotDisturb::setOn(!doNotDisturb::isOn()))
+        xMessageBox(Translate("Note"), Translate(HX_TR("The settings cannot be saved!")), BOX_NOTE, this, -1);
+    refresh();
+}
+
+void homeStatus::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (kBellTouch.contains(event->position().toPoint()))
+        toggleDoNotDisturb();
 }
 
 QString homeStatus::lineText(int index) const
@@ -149,6 +169,9 @@ void homeStatus::paintRight(QPainter& painter)
     painter.drawPixmap(766, top,
                        icon(m_state.networkUp ? HX_THEME("icon/status_network.png")
                                               : HX_THEME("icon/status_network_off.png")));
+    painter.drawPixmap(kBellX, top,
+                       icon(m_state.isUndisturbed ? HX_THEME("icon/status_disturb_off.png")
+                                                  : HX_THEME("icon/status_bell.png")));
     paintLampMark(painter, QPoint(kLampX, height() / 2));
     if (m_state.newMessages > 0) {
         painter.drawPixmap(713, top, icon(HX_THEME("icon/status_message.png")));

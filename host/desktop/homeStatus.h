@@ -1,5 +1,6 @@
 #pragma once
-// The strip at the top of the home screen: the lines with their states, waiting messages, the network.
+// The strip at the top of the home screen: the lines with their states, waiting messages, the network, and a
+// bell, whose touch switches do-not-disturb.
 #include "support/host/message.h"
 #include "support/host/phone.h"
 #include <QWidget>
@@ -13,6 +14,7 @@ public:
     int TryThreadMessage(msgObject& msg) override;
     // Reads everything again; repaints when something differs.
     void refresh();
+    void toggleDoNotDisturb();
     // What line index shows, for those who cannot see it.
     QString lineText(int index) const;
     bool isLineOn(int index) const;
@@ -21,6 +23,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent*) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     int paintLine(QPainter& painter, int x, int index);
@@ -33,6 +36,7 @@ private:
         int newMessages = 0;
         bool networkUp = false;
         bool lampOn = false;
+        bool isUndisturbed = false;
         bool operator==(const State& other) const;
     };
     static State currentState();

@@ -1,5 +1,6 @@
 #include "host/desktop/restart.h"
 #include "host/services/system/folderWatch.h"
+#include "host/services/system/netWorld.h"
 #include "host/services/system/shellCommand.h"
 #include "host/services/system/thisDevice.h"
 #include "support/file/deviceRoot.h"
@@ -70,10 +71,18 @@ void hostFollowFactoryReset()
     watch->Add(devicePath(kRunFolder).GetText());
 }
 
-void hostStartAnew(const QStringList& arguments)
+void hostFollowRestarts()
 {
+    netWorldSetRestart([] { QCoreApplication::exit(HOST_START_AGAIN); });
+}
+
+void hostStartAnew(const QStringList& arguments, int result)
+{
+    if (result != HOST_START_ANEW && result != HOST_START_AGAIN)
+        return;
     // What the phone has written since it was reset is none of the factory's.
-    shellCommand::run(kScript);
+    if (result == HOST_START_ANEW)
+        shellCommand::run(kScript);
     const QByteArray program = QCoreApplication::applicationFilePath().toLocal8Bit();
     QList<QByteArray> texts;
     for (const QString& argument : arguments)

@@ -1,7 +1,8 @@
-// hxMedia: the media server, a process of its own. Receives the streams of a session, plays its sound, and
-// leaves its pictures for the phone.
+// hxMedia: the media server, a process of its own. Receives the streams of a session, plays its sound,
+// leaves its pictures for the phone, and plays the phone's tones.
 #include "players/mediaService.h"
 #include "players/playerProgram.h"
+#include "players/toneService.h"
 #include <QCoreApplication>
 #include <cstdio>
 
@@ -11,6 +12,7 @@ int main(int argc, char** argv)
     application.setApplicationName("hxMedia");
     if (!playerProgram::begin(application, "app_hxMedia"))
         return 1;
+    toneService tones;
     mediaService service;
     if (!service.open()) {
         fprintf(stderr, "no memory for pictures\n");

@@ -37,7 +37,8 @@ private:
     Private* m_p;
 };
 
-// Never null; lives until the process ends. The first call takes the language from the configuration.
+// Never null; lives until the process ends. The first call takes the language from the configuration; another
+// one that is stored later is that of the next start.
 HX_HOST_API CLanguageHelper* GetLanguageHelper();
 
 inline const char* Translate(const char* key)

@@ -35,6 +35,14 @@ enum : unsigned int {
     // To "app_hxMedia": wParam: non-zero silences the session, until it ends. A session begins aloud: before
     // it the phone mutes its output so that nothing of its own mixes in.
     MEDIA_MSG_MUTE = 0x70023,
+    // Tones of the phone itself, to "app_hxMedia": they sound beside a session, at the phone's volume.
+    MEDIA_MSG_TONE_PLAY = 0x70024, // a sound file; extra: file path with its zero; wParam: non-zero: round
+                                   // and round; lParam: its number, for MEDIA_MSG_TONE_FAILED
+    MEDIA_MSG_TONE_STOP = 0x70025,
+    MEDIA_MSG_TONE_KEY = 0x70026,  // a short tone; wParam: the character of a DTMF key
+    MEDIA_MSG_TONE_MUTE = 0x70027, // wParam: non-zero silences them, until it is taken back
+    // From "app_hxMedia": the file cannot be played; lParam: its number.
+    MEDIA_MSG_TONE_FAILED = 0x120022,
     // Broadcast by a player that has just started, also after one died: what was asked of the one before
     // is forgotten. wParam: PLAYER_PROGRAM.
     PLAYER_MSG_UP = 0x120020,

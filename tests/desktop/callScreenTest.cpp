@@ -1,5 +1,6 @@
 #include "host/desktop/frmCall.h"
 #include "host/desktop/roundPicture.h"
+#include "host/services/phone/doNotDisturb.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "support/host/box.h"
@@ -32,6 +33,12 @@ protected:
     {
         ASSERT_EQ(phone_CallNumber(number, 0, 0), 1);
         kit::settle();
+    }
+    static void ring(const char* number, int line = 0)
+    {
+        ASSERT_TRUE(phoneSimulation::instance()->ring(number, line, ""));
+        kit::settle();
+        ASSERT_NE(screen(), nullptr);
     }
     static constexpr int kAnswered = 2000; // ms after which the other side has answered
 
@@ -161,11 +168,69 @@ TEST_F(CallScreen, UnderAPageItComesUpWithTheNextCallAndNotBefore)
     EXPECT_NE(screen(), nullptr);
 }
 
+TEST_F(CallScreen, AnIncomingCallIsAnsweredByASoftKey)
+{
+    ring("4711");
+    EXPECT_EQ(softKeys(screen()), "Answer||Mute|Decline");
+    kit::shot("call-incoming");
+    kit::stepTime(kAnswered);
+    EXPECT_EQ(labelText(screen(), "labState"), "Incoming call");
+    tapSoftKey(screen(), 0);
+    EXPECT_EQ(labelText(screen(), "labState"), "In call");
+    EXPECT_EQ(softKeys(screen()), "Mute|Volume -|Volume +|End");
+    EXPECT_TRUE(phoneService::instance().calls().value(0).eState == CALL_TALKING);
+}
+
+TEST_F(CallScreen, AnIncomingCallIsAnsweredByOk)
+{
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Select, Qt::Key_Call}) {
+        ring("4711");
+        kit::key(key);
+        EXPECT_EQ(labelText(screen(), "labState"), "In call") << key;
+        kit::key(key);
+        EXPECT_EQ(phoneService::instance().calls().size(), 1);
+        hangUpAll();
+    }
+}
+
+TEST_F(CallScreen, AnIncomingCallIsDeclined)
+{
+    ring("4711");
+    tapSoftKey(screen(), 3);
+    EXPECT_TRUE(phoneService::instance().calls().isEmpty());
+    kit::stepTime(1600);
+    EXPECT_EQ(screen(), nullptr);
+}
+
+TEST_F(CallScreen, ACallThatWasRefusedForTheUserDoesNotComeUp)
+{
+    ASSERT_TRUE(doNotDisturb::setOn(true));
+    phoneSimulation::instance()->ring("4711", 0, "");
+    kit::settle();
+    EXPECT_EQ(screen(), nullptr);
+    dial("4712");
+    ASSERT_NE(screen(), nullptr);
+    phoneSimulation::instance()->ring("4711", 0, "");
+    kit::settle();
+    EXPECT_EQ(labelText(screen(), "labName"), "4712") << "nor in the place of one that is there";
+}
+
+TEST_F(CallScreen, NamesTheAnalogueLine)
+{
+    phoneSimulation::instance()->setPstn(1);
+    ring("4711", PHONE_LINE_PSTN);
+    EXPECT_EQ(labelText(screen(), "labLine"), "PSTN");
+    phoneSimulation::instance()->setPstn(0);
+}
+
 TEST_F(CallScreen, NothingIsCutInAnyLanguage)
 {
     for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {
         setLanguage(language);
         dial("4711");
+        EXPECT_EQ(cutTexts(screen()), "") << language;
+        hangUpAll();
+        ring("4711");
         EXPECT_EQ(cutTexts(screen()), "") << language;
         hangUpAll();
         kit::stepTime(2000);

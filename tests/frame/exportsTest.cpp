@@ -66,6 +66,8 @@ QStringList entryPoints()
         "Stop_ImageView()",
         "Stop_VideoView()",
         "getIconView()",
+        "getScreenSaverDlg()",
+        "getSoundDlg()",
         "nDeckDisplay::IsHoldEnable()",
         "nDeckDisplay::IsNdeckEnable()",
         "nDeckDisplay::IsPlayVideoInTalk()",
@@ -105,6 +107,7 @@ TEST(Exports, HoldThePagesThatThisPhoneHas)
 {
     const QStringList pages = pageClasses();
     for (const char* page : {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook",
-                             "dlgLDAP", "dlgWan", "dlgAccount_Setting_Btn", "dlgMediaManager"})
+                             "dlgLDAP", "dlgWan", "dlgAccount_Setting_Btn", "dlgMediaManager", "dlgSound",
+                             "dlgScreenSaver", "dlgPhone_Setting", "dlgTvOutPut", "dlgAutoServer"})
         EXPECT_TRUE(pages.contains(page)) << page;
 }

@@ -3,6 +3,7 @@
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "host/services/players/soundOutput.h"
+#include "host/services/players/speaker.h"
 #include "support/host/net.h"
 #include "support/host/phone.h"
 #include "support/xml/xmlFile.h"
@@ -385,6 +386,81 @@ TEST_F(Speaker, TonesAndRingsAreLoggedAndPlayed)
     EXPECT_EQ(logged("ring"),
               (QStringList{"/rundata/data/my.wav 1", "stop", "/rundata/data/none.wav 0", " 0"}));
     EXPECT_EQ(told, (QStringList{"tone 65", "play my.wav loop", "stop", "play none.wav", "play "}));
+}
+
+TEST_F(Speaker, WhileACallRingsNobodyElsePlaysOrStops)
+{
+    for (const char* tone : {"call", "mine"})
+        writeFile(QString("/rundata/%1.wav").arg(tone).toUtf8(), "RIFF");
+    speaker::instance().ringForCall({"/rundata/call.wav"});
+    told.clear();
+    EXPECT_EQ(phone_PlayRing("/rundata/mine.wav", 1), 0);
+    phone_StopRing(0);
+    EXPECT_EQ(told, QStringList());
+    EXPECT_TRUE(speaker::instance().isCallRinging());
+    speaker::instance().endCallRing();
+    EXPECT_EQ(told, (QStringList{"stop", "unmute"}));
+    told.clear();
+    speaker::instance().endCallRing();
+    EXPECT_EQ(told, QStringList()) << "the tone of a page goes on";
+    EXPECT_EQ(phone_PlayRing("/rundata/mine.wav", 1), 1);
+    phone_StopRing(0);
+    EXPECT_EQ(told, (QStringList{"play mine.wav loop", "stop"}));
+}
+
+TEST_F(Speaker, ACallRingsThroughAMute)
+{
+    writeFile("/rundata/call.wav", "RIFF");
+    dev_set_output_mute(1);
+    told.clear();
+    speaker::instance().ringForCall({"/rundata/call.wav"});
+    EXPECT_EQ(told, (QStringList{"unmute", "play call.wav loop"}));
+    dev_set_output_mute(0);
+    dev_set_output_mute(1);
+    EXPECT_EQ(told.size(), 2) << "what a film does meanwhile";
+    told.clear();
+    speaker::instance().endCallRing();
+    EXPECT_EQ(told, (QStringList{"stop", "mute"}));
+    EXPECT_EQ(dev_get_output_mute(), 1);
+}
+
+TEST_F(Speaker, OneToneStandsInForAnother)
+{
+    writeFile("/rundata/b.wav", "RIFF");
+    writeFile("/rundata/c.wav", "RIFF");
+    speaker::instance().ringForCall({"/rundata/a.wav", "/rundata/b.wav", "/rundata/c.wav"});
+    EXPECT_EQ(told.last(), "play b.wav loop");
+    speaker::instance().fileFailed();
+    EXPECT_EQ(told.last(), "play c.wav loop");
+    told.clear();
+    speaker::instance().fileFailed();
+    EXPECT_EQ(told, QStringList());
+    speaker::instance().endCallRing();
+    told.clear();
+    speaker::instance().fileFailed();
+    EXPECT_EQ(told, QStringList());
+}
+
+TEST_F(Speaker, TheVolumeOfACallIsNobodyElses)
+{
+    voiceInfo film(2, 70, 1);
+    voiceInfo call(VOICE_CALL, 30, 0);
+    voiceInfo later(2, 90, 1);
+    phone_SetVoiceInfo(&film);
+    phone_SetVoiceInfo(&call);
+    EXPECT_EQ(dev_get_output_volume(), 30);
+    phone_SetVoiceInfo(&later);
+    EXPECT_EQ(dev_get_output_volume(), 30);
+    // A film that ends puts its volume back.
+    dev_set_output_volume(64);
+    phone_RemoveVoiceInfo(&film);
+    phone_RemoveVoiceInfo(&later);
+    EXPECT_EQ(dev_get_output_volume(), 30);
+    call.nVolume = 45;
+    phone_SetVoiceInfo(&call);
+    EXPECT_EQ(dev_get_output_volume(), 45);
+    phone_RemoveVoiceInfo(&call);
+    EXPECT_EQ(dev_get_output_volume(), 64);
 }
 
 TEST_F(Speaker, WithoutADeviceItIsSilent)

@@ -162,6 +162,16 @@ TEST_F(Net, ARestartIsRecordedAndDoesNotHappen)
     EXPECT_EQ(logged("reboot"), QStringList{"1"});
 }
 
+TEST_F(Net, ARestartIsThePhonesWhereTheMachineStaysAsItIs)
+{
+    static int s_nRestarts = 0;
+    netWorldSetRestart([] { ++s_nRestarts; });
+    sysreboot(1);
+    netWorldSetRestart(nullptr);
+    sysreboot(1);
+    EXPECT_EQ(s_nRestarts, 1);
+}
+
 TEST_F(Net, TheClockIsTheLocalWallClock)
 {
     time_t now = machineTime();

@@ -40,7 +40,7 @@ const char* const kHelp =
     "set pstn N | set calls [total=] [talk=] | set upgrading N\n"
     "set clock \"YYYY-MM-DD hh:mm:ss\"\n"
     "set storage plug usb|sd DIR | set storage unplug DIR\n"
-    "ring NUMBER [LINE] [NAME]       a call comes in\n"
+    "ring NUMBER [LINE|pstn] [NAME]  a call comes in; on the analogue line after \"set pstn 1\"\n"
     "set language NAME               English, Chinese, German, French, Spanish\n"
     "set idle SECONDS                as if nobody had touched the phone for so long\n"
     "post THREAD MESSAGE WPARAM LPARAM [HEX]\n"

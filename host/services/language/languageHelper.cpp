@@ -83,23 +83,6 @@ std::vector<std::string> allNames()
 
 struct CLanguageHelper::Private
 {
-    // Told when somebody else writes another language into the configuration.
-    class Notify : public qRegistryNotify
-    {
-    public:
-        explicit Notify(CLanguageHelper* helper) : m_pHelper(helper)
-        {
-            MonitorSection(kUserFile, "Language");
-        }
-        void OnRegistryChanged(HREGISTRY section) override
-        {
-            m_pHelper->SetLanguage(registryGetString(section, "strGUILanguage", kOwnLanguage));
-        }
-
-    private:
-        CLanguageHelper* m_pHelper;
-    };
-
     bool Load(const chString& name);
     const char* Find(const char* key, const char* note);
     const char* Keep(const QByteArray& text) { return texts.insert(text.toStdString()).first->c_str(); }
@@ -108,7 +91,6 @@ struct CLanguageHelper::Private
     std::unique_ptr<QTranslator> translator; // null for the language of the keys
     QHash<QByteArray, const char*> found;    // of the present language
     std::unordered_set<std::string> texts;   // all that were handed out, in all languages
-    std::unique_ptr<Notify> notify;
 };
 
 bool CLanguageHelper::Private::Load(const chString& name)
@@ -147,7 +129,6 @@ CLanguageHelper::CLanguageHelper() : m_p(new Private)
     const chString name =
         NUX_SubClass::nuxGetRegistryString(kUserFile, "Language", "strGUILanguage", kOwnLanguage);
     SetLanguage(name);
-    m_p->notify = std::make_unique<Private::Notify>(this);
 }
 
 CLanguageHelper::~CLanguageHelper()

@@ -25,10 +25,12 @@ public:
     virtual tagAccountInfo account(int index) const = 0;
     // The account calls go out on; -1 when none is registered.
     virtual int defaultAccount() const = 0;
-    // account: 0 to 3, or -1 for the default one; flags as phone_CallNumber. The call's id, 0 when it was
-    // not begun.
+    // account: 0 to 3, PHONE_LINE_PSTN, or -1 for the default one; flags as phone_CallNumber. The call's id,
+    // 0 when it was not begun.
     virtual int dial(const QString& number, int account, int flags) = 0;
-    // False when there is no such call.
+    // False when there is no such call, or it does not wait for that.
+    virtual bool answer(int id) = 0;
+    // Of a call that comes in: declines it. False when there is no such call.
     virtual bool hangUp(int id) = 0;
     virtual QList<tagCall> calls() const = 0;
     // As the module sees them; a simulation may count calls that nobody made here.

@@ -28,6 +28,11 @@ QList<tagCall> phoneService::calls()
     return backend().calls();
 }
 
+bool phoneService::answer(int id)
+{
+    return backend().answer(id);
+}
+
 bool phoneService::hangUp(int id)
 {
     return backend().hangUp(id);

@@ -19,6 +19,7 @@ public:
     phoneBackend& backend();
 
     QList<tagCall> calls();
+    bool answer(int id);
     bool hangUp(int id);
     // Called with each call that begins, changes or ends. The answer is for removeCallListener.
     using CallListener = std::function<void(const tagCall& call)>;

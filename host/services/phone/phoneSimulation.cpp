@@ -1,4 +1,5 @@
 #include "host/services/phone/phoneSimulation.h"
+#include "host/services/phone/doNotDisturb.h"
 #include "host/services/phone/phoneService.h"
 #include <algorithm>
 
@@ -37,20 +38,29 @@ void phoneSimulation::setCalls(int total, int talk)
 int phoneSimulation::dial(const QString& number, int account, int)
 {
     const int line = account == -1 ? defaultAccount() : account;
-    if (number.isEmpty() || line >= PHONE_ACCOUNT_COUNT || line < -1)
+    if (number.isEmpty() || line > PHONE_LINE_PSTN || line < -1)
         return 0;
-    if (line < 0 || !m_accounts.isRegistered(line)) {
+    if (!isReady(line)) {
         m_calls.refuse(number, line, "The line is not registered");
         return 0;
     }
     return m_calls.begin(number, line);
 }
 
+bool phoneSimulation::isReady(int line) const
+{
+    return line == PHONE_LINE_PSTN ? hasPstn() : line >= 0 && m_accounts.isRegistered(line);
+}
+
 bool phoneSimulation::ring(const QString& number, int line, const QString& name)
 {
-    if (number.isEmpty() || line < 0 || line >= PHONE_ACCOUNT_COUNT)
+    const bool isLine = line >= 0 && (line < PHONE_ACCOUNT_COUNT || (line == PHONE_LINE_PSTN && hasPstn()));
+    if (number.isEmpty() || !isLine)
         return false;
-    m_calls.ring(number, line, name);
+    if (doNotDisturb::refuses(line))
+        m_calls.turnAway(number, line, name);
+    else
+        m_calls.ring(number, line, name);
     return true;
 }
 

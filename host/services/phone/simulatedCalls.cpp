@@ -19,7 +19,7 @@ tagCall simulatedCalls::newCall(const QString& number, int account)
 
 int simulatedCalls::begin(const QString& number, int account)
 {
-    return add(newCall(number, account));
+    return add(newCall(number, account), RING_MS, &simulatedCalls::answered);
 }
 
 int simulatedCalls::ring(const QString& number, int account, const QString& name)
@@ -27,13 +27,13 @@ int simulatedCalls::ring(const QString& number, int account, const QString& name
     tagCall call = newCall(number, account);
     call.bIncoming = true;
     call.strName = name;
-    return add(call);
+    return add(call, number == kBusyNumber ? RING_MS : CALLER_MS, &simulatedCalls::givenUp);
 }
 
-int simulatedCalls::add(const tagCall& call)
+int simulatedCalls::add(const tagCall& call, int ms, void (simulatedCalls::*then)(int id))
 {
     m_calls.append({call, QElapsedTimer()});
-    QTimer::singleShot(RING_MS, Qt::PreciseTimer, this, [this, id = call.nId] { answered(id); });
+    QTimer::singleShot(ms, Qt::PreciseTimer, this, [this, then, id = call.nId] { (this->*then)(id); });
     m_changed(call);
     return call.nId;
 }
@@ -43,6 +43,15 @@ void simulatedCalls::refuse(const QString& number, int account, const char* reas
     tagCall call = newCall(number, account);
     call.eState = CALL_ENDED;
     call.strReason = reason;
+    m_changed(call);
+}
+
+void simulatedCalls::turnAway(const QString& number, int account, const QString& name)
+{
+    tagCall call = newCall(number, account);
+    call.bIncoming = true;
+    call.strName = name;
+    call.eState = CALL_ENDED;
     m_changed(call);
 }
 
@@ -64,9 +73,31 @@ void simulatedCalls::answered(int id)
         end(index, "Busy");
         return;
     }
+    talk(index);
+}
+
+void simulatedCalls::givenUp(int id)
+{
+    const int index = indexOf(id);
+    if (index >= 0 && m_calls[index].call.eState == CALL_RINGING)
+        end(index, "");
+}
+
+void simulatedCalls::talk(int index)
+{
     m_calls[index].call.eState = CALL_TALKING;
     m_calls[index].talking.start();
     m_changed(shown(m_calls[index]));
+}
+
+bool simulatedCalls::answer(int id)
+{
+    const int index = indexOf(id);
+    const bool rings =
+        index >= 0 && m_calls[index].call.bIncoming && m_calls[index].call.eState == CALL_RINGING;
+    if (rings)
+        talk(index);
+    return rings;
 }
 
 bool simulatedCalls::hangUp(int id)

@@ -1,6 +1,7 @@
 #pragma once
-// The calls of the simulated phone: each rings for a moment, then talks until it is hung up; the number
-// "busy" is always busy. User-interface thread.
+// The calls of the simulated phone. One that goes out rings for a moment, then talks until it is hung up; one
+// that comes in rings until it is answered, or its caller gives up. The number "busy" is always busy, and
+// gives up soon. User-interface thread.
 #include "host/services/phone/tagCall.h"
 #include <QElapsedTimer>
 #include <QList>
@@ -10,7 +11,8 @@
 class simulatedCalls : public QObject
 {
 public:
-    enum : int { RING_MS = 1500 };
+    // Until the other side answers; until a caller gives up.
+    enum : int { RING_MS = 1500, CALLER_MS = 60000 };
 
     // changed: told each call that begins, changes or ends.
     explicit simulatedCalls(std::function<void(const tagCall&)> changed) : m_changed(std::move(changed)) {}
@@ -21,6 +23,10 @@ public:
     int ring(const QString& number, int account, const QString& name);
     // A call that cannot be begun is told of all the same, with the reason.
     void refuse(const QString& number, int account, const char* reason);
+    // A call from outside that was refused for the user: told as one that has ended.
+    void turnAway(const QString& number, int account, const QString& name);
+    // False unless the call comes in and rings.
+    bool answer(int id);
     bool hangUp(int id);
     QList<tagCall> calls() const;
     bool isTalking() const;
@@ -33,10 +39,12 @@ private:
     };
 
     tagCall newCall(const QString& number, int account);
-    int add(const tagCall& call);
+    int add(const tagCall& call, int ms, void (simulatedCalls::*then)(int id));
     static tagCall shown(const tagLiveCall& live);
     int indexOf(int id) const;
     void answered(int id);
+    void givenUp(int id);
+    void talk(int index);
     void end(int index, const char* reason);
 
     std::function<void(const tagCall&)> m_changed;

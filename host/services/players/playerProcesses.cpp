@@ -1,6 +1,7 @@
 #include "host/services/players/playerProcesses.h"
 #include "host/services/messages/messageBus.h"
 #include "host/services/players/filmSound.h"
+#include "host/services/players/playerSound.h"
 #include "host/services/players/videoFrames.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/player.h"
@@ -122,6 +123,7 @@ void playerProcess::logOutput()
 void playerProcessesStart()
 {
     filmSound::start();
+    soundOutput::setInstance(std::make_unique<playerSound>());
     for (const char* program : {"hxMedia", "hxMovie"}) {
         auto* player = new playerProcess(program, QCoreApplication::instance());
         QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, player,

@@ -1,5 +1,5 @@
 #include "host/services/players/soundOutput.h"
-#include <QFileInfo>
+#include "host/services/players/filmFile.h"
 
 namespace {
 
@@ -13,7 +13,9 @@ std::unique_ptr<soundOutput>& theOutput()
 
 bool soundOutput::playFile(const QString& file, bool)
 {
-    return QFileInfo(file).isFile();
+    QByteArray path;
+    tagFileStat stat;
+    return filmFileFind(file.toUtf8(), path, stat);
 }
 
 void soundOutput::stopFile() {}

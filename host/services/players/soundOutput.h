@@ -8,7 +8,8 @@ class HX_HOST_API soundOutput
 {
 public:
     virtual ~soundOutput() = default;
-    // file: a path of this machine. False when it cannot be played.
+    // file: a device path. False when there is no such file; one that turns out to be no sound is told to
+    // speaker::fileFailed().
     virtual bool playFile(const QString& file, bool loop);
     virtual void stopFile();
     // A short tone of a key: the character of a DTMF key.

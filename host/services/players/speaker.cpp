@@ -2,9 +2,7 @@
 #include "host/services/players/filmSound.h"
 #include "host/services/players/soundOutput.h"
 #include "host/services/system/hostLog.h"
-#include "support/file/deviceRoot.h"
 #include "support/host/registry.h"
-#include "support/host/text.h"
 #include <algorithm>
 
 namespace {
@@ -35,7 +33,10 @@ int speaker::volume()
 
 void speaker::setVolume(int volume)
 {
-    setLevel(inRange(volume));
+    if (isCallClaimed())
+        m_nOwnVolume = inRange(volume);
+    else
+        setLevel(inRange(volume));
 }
 
 void speaker::setLevel(int level)
@@ -50,7 +51,8 @@ void speaker::setMute(bool mute)
 {
     m_bMute = mute;
     hostLog("mute", QString::number(int(mute)));
-    soundOutput::instance().setMute(mute);
+    if (!m_bCallRings)
+        soundOutput::instance().setMute(mute);
     filmSound::muteChanged();
 }
 
@@ -67,15 +69,26 @@ void speaker::claim(voiceInfo* info)
 
 void speaker::unclaim(voiceInfo* info)
 {
-    const bool wasNewest = !m_claims.isEmpty() && m_claims.last() == info;
+    const bool wasNewest = newestClaim() == info && info;
     m_claims.removeAll(info);
     if (wasNewest)
         applyNewestClaim();
 }
 
+// Of a call, if there is one.
+const voiceInfo* speaker::newestClaim() const
+{
+    for (auto claim = m_claims.rbegin(); claim != m_claims.rend(); ++claim) {
+        if ((*claim)->nType == VOICE_CALL)
+            return *claim;
+    }
+    return m_claims.isEmpty() ? nullptr : m_claims.last();
+}
+
 void speaker::applyNewestClaim()
 {
-    const int level = m_claims.isEmpty() ? m_nOwnVolume : inRange(m_claims.last()->nVolume);
+    const voiceInfo* newest = newestClaim();
+    const int level = newest ? inRange(newest->nVolume) : m_nOwnVolume;
     if (level != volume())
         setLevel(level);
 }
@@ -90,11 +103,46 @@ bool speaker::playRing(const char* file, bool loop)
 {
     const QString path = QString::fromUtf8(file);
     hostLog("ring", path + (loop ? " 1" : " 0"));
-    return soundOutput::instance().playFile(toQString(devicePath(file)), loop);
+    return !m_bCallRings && soundOutput::instance().playFile(path, loop);
 }
 
 void speaker::stopRing()
 {
     hostLog("ring", "stop");
+    if (!m_bCallRings)
+        soundOutput::instance().stopFile();
+}
+
+void speaker::ringForCall(const QStringList& files)
+{
+    m_bCallRings = true;
+    m_rings = files;
+    soundOutput::instance().setMute(false);
+    ringNext();
+}
+
+void speaker::ringNext()
+{
+    while (!m_rings.isEmpty()) {
+        const QString file = m_rings.takeFirst();
+        hostLog("ring", "call " + file);
+        if (soundOutput::instance().playFile(file, true))
+            return;
+    }
+}
+
+void speaker::endCallRing()
+{
+    if (!m_bCallRings)
+        return;
+    m_bCallRings = false;
+    hostLog("ring", "call stop");
     soundOutput::instance().stopFile();
+    soundOutput::instance().setMute(m_bMute);
+}
+
+void speaker::fileFailed()
+{
+    if (m_bCallRings)
+        ringNext();
 }

@@ -20,6 +20,8 @@ namespace {
 // clock, whatever the phone sets.
 std::atomic<long> g_ahead{0};
 
+void (*g_pRestart)() = nullptr;
+
 long machineLocalTime()
 {
     timespec now;
@@ -60,6 +62,11 @@ void netWorldSetClock(long localSeconds)
     g_ahead = localSeconds - machineLocalTime();
 }
 
+void netWorldSetRestart(void (*restart)())
+{
+    g_pRestart = restart;
+}
+
 void netSetLocalTime(int year, int month, int day, int hour, int minute, int second)
 {
     const chTime time(year, month, day, hour, minute, second);
@@ -79,7 +86,9 @@ void sysreboot(int mode)
 {
     hostLog("reboot", QString::number(mode));
     if (!isThisDevice()) {
-        nuxTrace(TRACE_NOTE, "The phone would restart now");
+        nuxTrace(TRACE_NOTE, "The phone restarts, the machine does not");
+        if (g_pRestart)
+            g_pRestart();
         return;
     }
     sync();

@@ -23,5 +23,8 @@ struct tagNetWorld
 };
 HX_HOST_API tagNetWorld& netWorld();
 
+// What sysreboot() does besides being logged where the machine stays as it is; null: nothing.
+HX_HOST_API void netWorldSetRestart(void (*restart)());
+
 // The clock as netGetLocalTime gives it from now on; it runs on from there. The machine's stays as it is.
 HX_HOST_API void netWorldSetClock(long localSeconds);

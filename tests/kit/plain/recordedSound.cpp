@@ -1,0 +1,102 @@
+#include "tests/kit/plain/recordedSound.h"
+#include <QFile>
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr double kTurn = 6.283185307179586;
+constexpr double kLoud = 0.8;
+constexpr float kQuiet = 0.02f;
+constexpr double kShare = 0.1; // of the whole power
+
+void putNumber(QByteArray& out, quint32 value, int bytes)
+{
+    for (int i = 0; i < bytes; ++i)
+        out.append(char(value >> (8 * i) & 0xff));
+}
+
+} // namespace
+
+QByteArray kit::recordingSink(const QString& file)
+{
+    return "filesink async=false sync=true append=true buffer-mode=unbuffered location=" + file.toUtf8();
+}
+
+QByteArray kit::waveFile(double hertz, double seconds, int rate)
+{
+    const quint32 count = quint32(seconds * rate);
+    QByteArray out = "RIFF";
+    putNumber(out, 36 + 2 * count, 4);
+    out += "WAVEfmt ";
+    putNumber(out, 16, 4);
+    putNumber(out, 1, 2);
+    putNumber(out, 1, 2);
+    putNumber(out, quint32(rate), 4);
+    putNumber(out, quint32(2 * rate), 4);
+    putNumber(out, 2, 2);
+    putNumber(out, 16, 2);
+    out += "data";
+    putNumber(out, 2 * count, 4);
+    for (quint32 i = 0; i < count; ++i)
+        putNumber(out, quint32(quint16(qint16(kLoud * 32767 * std::sin(kTurn * hertz * i / rate)))), 2);
+    return out;
+}
+
+kit::RecordedSound::RecordedSound(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const QByteArray bytes = file.readAll();
+    m_samples.resize(size_t(bytes.size()) / sizeof(float));
+    memcpy(m_samples.data(), bytes.constData(), m_samples.size() * sizeof(float));
+}
+
+kit::RecordedSound kit::RecordedSound::from(double second, double seconds, int rate) const
+{
+    const size_t first = std::min(m_samples.size(), size_t(second * rate));
+    const size_t end = std::min(m_samples.size(), first + size_t(seconds * rate));
+    return RecordedSound({m_samples.begin() + qptrdiff(first), m_samples.begin() + qptrdiff(end)}, rate);
+}
+
+kit::RecordedSound kit::RecordedSound::last(double seconds, int rate) const
+{
+    return from(std::max(0.0, this->seconds(rate) - seconds), seconds, rate);
+}
+
+double kit::RecordedSound::peak() const
+{
+    double most = 0;
+    for (const float sample : m_samples)
+        most = std::max(most, double(std::fabs(sample)));
+    return most;
+}
+
+// The power of one frequency, as one bin of a Fourier transform.
+bool kit::RecordedSound::has(double hertz) const
+{
+    double real = 0;
+    double imaginary = 0;
+    double power = 0;
+    for (size_t i = 0; i < m_samples.size(); ++i) {
+        const double at = kTurn * hertz * double(i) / m_nRate;
+        real += m_samples[i] * std::cos(at);
+        imaginary += m_samples[i] * std::sin(at);
+        power += double(m_samples[i]) * m_samples[i];
+    }
+    const double count = double(m_samples.size());
+    return power > 0 && 2 * (real * real + imaginary * imaginary) / count > kShare * power;
+}
+
+int kit::RecordedSound::longestQuiet() const
+{
+    int longest = 0;
+    int quiet = 0;
+    for (const float sample : m_samples) {
+        quiet = std::fabs(sample) < kQuiet ? quiet + 1 : 0;
+        longest = std::max(longest, quiet);
+    }
+    return longest;
+}

@@ -1,0 +1,40 @@
+#pragma once
+// What a loudspeaker was given, as floats in a file, and sounds to compare with. One channel.
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+namespace kit {
+
+// HX_SOUND_SINK for a loudspeaker that keeps the pace of the clock and writes all it gets to the end of a
+// file.
+QByteArray recordingSink(const QString& file);
+// A WAV file of one sound of 0.8 of full scale.
+QByteArray waveFile(double hertz, double seconds, int rate);
+
+class RecordedSound
+{
+public:
+    explicit RecordedSound(const QString& file);
+    explicit RecordedSound(std::vector<float> samples, int rate)
+        : m_samples(std::move(samples)), m_nRate(rate)
+    {
+    }
+
+    qint64 size() const { return qint64(m_samples.size()); }
+    double seconds(int rate) const { return double(size()) / rate; }
+    // A piece of it; shorter, or empty, where there is less.
+    RecordedSound from(double second, double seconds, int rate) const;
+    RecordedSound last(double seconds, int rate) const;
+    double peak() const;
+    // That sound is a good part of the piece. Pieces only: they know their rate.
+    bool has(double hertz) const;
+    // Samples in a row of (nearly) nothing.
+    int longestQuiet() const;
+
+private:
+    std::vector<float> m_samples;
+    int m_nRate = 0;
+};
+
+} // namespace kit

@@ -1,0 +1,156 @@
+// Calls from outside: they ring until somebody does something about it, and not at all for who is not to be
+// disturbed.
+#include "host/services/phone/callHistory.h"
+#include "host/services/phone/doNotDisturb.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
+#include "support/host/phone.h"
+#include "support/host/registry.h"
+#include "support/xml/xmlFile.h"
+#include "tests/kit/phoneTest.h"
+
+namespace {
+
+const char* const kUserFile = "/rundata/config/user/user.ini";
+
+class IncomingCall : public PhoneTest
+{
+protected:
+    IncomingCall()
+    {
+        phoneService::instance().setBackend(std::make_unique<phoneSimulation>());
+        m_nListener =
+            phoneService::instance().addCallListener([this](const tagCall& call) { heard.append(call); });
+        mark();
+    }
+    ~IncomingCall() override
+    {
+        // The history is written on another thread; the device root is not taken away under it.
+        for (const tagCall& call : phoneService::instance().calls())
+            phoneService::instance().hangUp(call.nId);
+        EXPECT_TRUE(kit::waitUntil(
+            [&] { return readFile("/rundata/data/callHistory.xml").count("<Call ") >= ended(); }));
+        phoneService::instance().removeCallListener(m_nListener);
+        phoneService::instance().setBackend(nullptr);
+    }
+    int ended() const
+    {
+        int count = 0;
+        for (const tagCall& call : heard)
+            count += call.eState == CALL_ENDED;
+        return count;
+    }
+    static bool ring(const char* number, int line = 0)
+    {
+        return phoneSimulation::instance()->ring(number, line, "Anna");
+    }
+    static QList<tagCall> calls() { return phoneService::instance().calls(); }
+
+    QList<tagCall> heard;
+
+private:
+    int m_nListener;
+};
+
+TEST_F(IncomingCall, RingsUntilItIsAnswered)
+{
+    ASSERT_TRUE(ring("4711"));
+    kit::stepTime(30000);
+    ASSERT_EQ(calls().size(), 1);
+    EXPECT_EQ(calls()[0].eState, CALL_RINGING);
+    EXPECT_EQ(phone_IsPhoneInTalk(), 0);
+    EXPECT_TRUE(phoneService::instance().answer(calls()[0].nId));
+    EXPECT_EQ(calls()[0].eState, CALL_TALKING);
+    EXPECT_EQ(phone_IsPhoneInTalk(), 1);
+    kit::stepTime(61000);
+    ASSERT_EQ(calls().size(), 1) << "a caller who talks does not give up";
+    EXPECT_GE(calls()[0].nSeconds, 60);
+}
+
+TEST_F(IncomingCall, ACallerGivesUpAfterAMinute)
+{
+    ring("4711");
+    kit::stepTime(59000);
+    EXPECT_EQ(calls().size(), 1);
+    kit::stepTime(1000);
+    EXPECT_TRUE(calls().isEmpty());
+    EXPECT_EQ(heard.last().eState, CALL_ENDED);
+    EXPECT_EQ(heard.last().nSeconds, 0);
+    EXPECT_EQ(heard.last().strReason, "");
+}
+
+TEST_F(IncomingCall, IsAnsweredOnceAndOnlyWhenItRings)
+{
+    EXPECT_FALSE(phoneService::instance().answer(77));
+    ring("4711");
+    const int id = calls()[0].nId;
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_FALSE(phoneService::instance().answer(id));
+    tagLineSetting setting;
+    setting.state = LINE_REGISTERED;
+    phoneSimulation::instance()->setLine(0, setting);
+    ASSERT_EQ(phone_CallNumber("33", 0, 0), 1);
+    EXPECT_FALSE(phoneService::instance().answer(calls().last().nId)) << "the other side answers";
+}
+
+TEST_F(IncomingCall, DeclinedItIsOver)
+{
+    ring("4711");
+    EXPECT_TRUE(phoneService::instance().hangUp(calls()[0].nId));
+    EXPECT_TRUE(calls().isEmpty());
+    kit::stepTime(61000);
+    EXPECT_EQ(ended(), 1);
+}
+
+TEST_F(IncomingCall, TheAnalogueLineRingsWhereThereIsOne)
+{
+    EXPECT_FALSE(ring("4711", PHONE_LINE_PSTN));
+    phoneSimulation::instance()->setPstn(1);
+    EXPECT_TRUE(ring("4711", PHONE_LINE_PSTN));
+    EXPECT_EQ(calls()[0].nAccount, PHONE_LINE_PSTN);
+    EXPECT_FALSE(ring("4711", PHONE_LINE_PSTN + 1));
+    EXPECT_FALSE(ring("", 0));
+    EXPECT_FALSE(ring("4711", -1));
+}
+
+TEST_F(IncomingCall, TheAnalogueLineDialsWhereThereIsOne)
+{
+    EXPECT_EQ(phone_CallNumber("4711", PHONE_LINE_PSTN, 0), 0);
+    phoneSimulation::instance()->setPstn(1);
+    EXPECT_EQ(phone_CallNumber("4711", PHONE_LINE_PSTN, 0), 1);
+    EXPECT_EQ(phone_CallNumber("4711", PHONE_LINE_PSTN + 1, 0), 0);
+}
+
+TEST_F(IncomingCall, WhoIsNotToBeDisturbedMissesIt)
+{
+    EXPECT_FALSE(doNotDisturb::isOn()) << "as the factory has it";
+    EXPECT_TRUE(doNotDisturb::setOn(true));
+    EXPECT_EQ(logged("broadcast"), QStringList{"0x10007 11 0"});
+    EXPECT_TRUE(ring("4711", 2));
+    EXPECT_TRUE(calls().isEmpty());
+    ASSERT_EQ(heard.size(), 1) << "it never rang";
+    EXPECT_EQ(heard[0].eState, CALL_ENDED);
+    EXPECT_TRUE(heard[0].bIncoming);
+    EXPECT_EQ(heard[0].nAccount, 2);
+    EXPECT_TRUE(kit::waitUntil(
+        [&] { return readFile("/rundata/data/callHistory.xml").contains("direction=\"in\""); }));
+    EXPECT_TRUE(doNotDisturb::setOn(false));
+    ring("4711", 2);
+    EXPECT_EQ(calls().size(), 1);
+}
+
+TEST_F(IncomingCall, TheAnalogueLineHasASettingOfItsOwn)
+{
+    phoneSimulation::instance()->setPstn(1);
+    doNotDisturb::setOn(true);
+    ring("1", PHONE_LINE_PSTN);
+    EXPECT_EQ(calls().size(), 1) << "without effect on it";
+    nuxSetRegistryInt(kUserFile, "DND", "bEffectPstn", 1);
+    ring("2", PHONE_LINE_PSTN);
+    EXPECT_EQ(calls().size(), 1);
+    doNotDisturb::setOn(false);
+    ring("3", PHONE_LINE_PSTN);
+    EXPECT_EQ(calls().size(), 2);
+}
+
+} // namespace
