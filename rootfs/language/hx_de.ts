@@ -1100,5 +1100,125 @@
         <source>USB</source>
         <translation>USB</translation>
     </message>
+    <message>
+        <source>10minutes</source>
+        <translation>10 Minuten</translation>
+    </message>
+    <message>
+        <source>1minute</source>
+        <translation>1 Minute</translation>
+    </message>
+    <message>
+        <source>2minutes</source>
+        <translation>2 Minuten</translation>
+    </message>
+    <message>
+        <source>30minutes</source>
+        <translation>30 Minuten</translation>
+    </message>
+    <message>
+        <source>30seconds</source>
+        <translation>30 Sekunden</translation>
+    </message>
+    <message>
+        <source>5minutes</source>
+        <translation>5 Minuten</translation>
+    </message>
+    <message>
+        <source>Always on</source>
+        <translation>Immer an</translation>
+    </message>
+    <message>
+        <source>Answer</source>
+        <translation>Annehmen</translation>
+    </message>
+    <message>
+        <source>Backlight Time</source>
+        <translation>Beleuchtung aus nach</translation>
+    </message>
+    <message>
+        <source>DND Effect On PSTN</source>
+        <translation>„Nicht stören“ gilt auch am Analoganschluss</translation>
+    </message>
+    <message>
+        <source>Decline</source>
+        <translation>Ablehnen</translation>
+    </message>
+    <message>
+        <source>Desktop Setting</source>
+        <translation>Bildschirm einrichten</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>Manuell</translation>
+    </message>
+    <message>
+        <source>NTSC</source>
+        <translation>NTSC</translation>
+    </message>
+    <message>
+        <source>Never</source>
+        <translation>Nie</translation>
+    </message>
+    <message>
+        <source>PAL</source>
+        <translation>PAL</translation>
+    </message>
+    <message>
+        <source>Phone Setting</source>
+        <translation>Telefon einrichten</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>Fotos</translation>
+    </message>
+    <message>
+        <source>Reset language ?</source>
+        <translation>Das Telefon für die neue Sprache neu starten?</translation>
+    </message>
+    <message>
+        <source>Ringing Tone</source>
+        <translation>Klingelton</translation>
+    </message>
+    <message>
+        <source>Ringing Volume</source>
+        <translation>Klingellautstärke</translation>
+    </message>
+    <message>
+        <source>Screen Type</source>
+        <translation>Inhalt des Bildschirmschoners</translation>
+    </message>
+    <message>
+        <source>Server URL</source>
+        <translation>Server-URL</translation>
+    </message>
+    <message>
+        <source>TV Format</source>
+        <translation>TV-Norm</translation>
+    </message>
+    <message>
+        <source>Talking Volume</source>
+        <translation>Gesprächslautstärke</translation>
+    </message>
+    <message>
+        <source>Tones and Volume</source>
+        <translation>Töne und Lautstärke</translation>
+    </message>
+    <message>
+        <source>Update Server Setting</source>
+        <translation>Update-Server einrichten</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Filme</translation>
+    </message>
+    <message>
+        <source>Wallpaper</source>
+        <translation>Hintergrund</translation>
+    </message>
 </context>
 </TS>

@@ -1100,5 +1100,125 @@
         <source>USB</source>
         <translation>USB</translation>
     </message>
+    <message>
+        <source>10minutes</source>
+        <translation>10 minutos</translation>
+    </message>
+    <message>
+        <source>1minute</source>
+        <translation>1 minuto</translation>
+    </message>
+    <message>
+        <source>2minutes</source>
+        <translation>2 minutos</translation>
+    </message>
+    <message>
+        <source>30minutes</source>
+        <translation>30 minutos</translation>
+    </message>
+    <message>
+        <source>30seconds</source>
+        <translation>30 segundos</translation>
+    </message>
+    <message>
+        <source>5minutes</source>
+        <translation>5 minutos</translation>
+    </message>
+    <message>
+        <source>Always on</source>
+        <translation>Siempre encendida</translation>
+    </message>
+    <message>
+        <source>Answer</source>
+        <translation>Contestar</translation>
+    </message>
+    <message>
+        <source>Backlight Time</source>
+        <translation>Luz de pantalla</translation>
+    </message>
+    <message>
+        <source>DND Effect On PSTN</source>
+        <translation>«No molestar» también en la línea analógica</translation>
+    </message>
+    <message>
+        <source>Decline</source>
+        <translation>Rechazar</translation>
+    </message>
+    <message>
+        <source>Desktop Setting</source>
+        <translation>Ajustes de pantalla</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Idioma</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>Manual</translation>
+    </message>
+    <message>
+        <source>NTSC</source>
+        <translation>NTSC</translation>
+    </message>
+    <message>
+        <source>Never</source>
+        <translation>Nunca</translation>
+    </message>
+    <message>
+        <source>PAL</source>
+        <translation>PAL</translation>
+    </message>
+    <message>
+        <source>Phone Setting</source>
+        <translation>Ajustes del teléfono</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>Fotos</translation>
+    </message>
+    <message>
+        <source>Reset language ?</source>
+        <translation>¿Reiniciar el teléfono en este idioma?</translation>
+    </message>
+    <message>
+        <source>Ringing Tone</source>
+        <translation>Tono de llamada</translation>
+    </message>
+    <message>
+        <source>Ringing Volume</source>
+        <translation>Volumen del tono</translation>
+    </message>
+    <message>
+        <source>Screen Type</source>
+        <translation>Contenido del salvapantallas</translation>
+    </message>
+    <message>
+        <source>Server URL</source>
+        <translation>URL del servidor</translation>
+    </message>
+    <message>
+        <source>TV Format</source>
+        <translation>Norma de TV</translation>
+    </message>
+    <message>
+        <source>Talking Volume</source>
+        <translation>Volumen de conversación</translation>
+    </message>
+    <message>
+        <source>Tones and Volume</source>
+        <translation>Tonos y volumen</translation>
+    </message>
+    <message>
+        <source>Update Server Setting</source>
+        <translation>Servidor de actualización</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Vídeos</translation>
+    </message>
+    <message>
+        <source>Wallpaper</source>
+        <translation>Fondo de pantalla</translation>
+    </message>
 </context>
 </TS>

@@ -1100,5 +1100,125 @@
         <source>USB</source>
         <translation>USB</translation>
     </message>
+    <message>
+        <source>10minutes</source>
+        <translation>10 minutes</translation>
+    </message>
+    <message>
+        <source>1minute</source>
+        <translation>1 minute</translation>
+    </message>
+    <message>
+        <source>2minutes</source>
+        <translation>2 minutes</translation>
+    </message>
+    <message>
+        <source>30minutes</source>
+        <translation>30 minutes</translation>
+    </message>
+    <message>
+        <source>30seconds</source>
+        <translation>30 secondes</translation>
+    </message>
+    <message>
+        <source>5minutes</source>
+        <translation>5 minutes</translation>
+    </message>
+    <message>
+        <source>Always on</source>
+        <translation>Toujours allumé</translation>
+    </message>
+    <message>
+        <source>Answer</source>
+        <translation>Répondre</translation>
+    </message>
+    <message>
+        <source>Backlight Time</source>
+        <translation>Extinction de l’écran</translation>
+    </message>
+    <message>
+        <source>DND Effect On PSTN</source>
+        <translation>« Ne pas déranger » vaut aussi pour la ligne analogique</translation>
+    </message>
+    <message>
+        <source>Decline</source>
+        <translation>Refuser</translation>
+    </message>
+    <message>
+        <source>Desktop Setting</source>
+        <translation>Réglage de l’écran</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Langue</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>Manuel</translation>
+    </message>
+    <message>
+        <source>NTSC</source>
+        <translation>NTSC</translation>
+    </message>
+    <message>
+        <source>Never</source>
+        <translation>Jamais</translation>
+    </message>
+    <message>
+        <source>PAL</source>
+        <translation>PAL</translation>
+    </message>
+    <message>
+        <source>Phone Setting</source>
+        <translation>Réglage du téléphone</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>Photos</translation>
+    </message>
+    <message>
+        <source>Reset language ?</source>
+        <translation>Redémarrer le téléphone dans cette langue ?</translation>
+    </message>
+    <message>
+        <source>Ringing Tone</source>
+        <translation>Sonnerie</translation>
+    </message>
+    <message>
+        <source>Ringing Volume</source>
+        <translation>Volume de la sonnerie</translation>
+    </message>
+    <message>
+        <source>Screen Type</source>
+        <translation>Contenu de l’écran de veille</translation>
+    </message>
+    <message>
+        <source>Server URL</source>
+        <translation>URL du serveur</translation>
+    </message>
+    <message>
+        <source>TV Format</source>
+        <translation>Norme TV</translation>
+    </message>
+    <message>
+        <source>Talking Volume</source>
+        <translation>Volume de conversation</translation>
+    </message>
+    <message>
+        <source>Tones and Volume</source>
+        <translation>Sons et volume</translation>
+    </message>
+    <message>
+        <source>Update Server Setting</source>
+        <translation>Serveur de mise à jour</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Films</translation>
+    </message>
+    <message>
+        <source>Wallpaper</source>
+        <translation>Fond d’écran</translation>
+    </message>
 </context>
 </TS>

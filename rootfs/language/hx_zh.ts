@@ -1100,5 +1100,125 @@
         <source>USB</source>
         <translation>USB</translation>
     </message>
+    <message>
+        <source>10minutes</source>
+        <translation>10 分钟</translation>
+    </message>
+    <message>
+        <source>1minute</source>
+        <translation>1 分钟</translation>
+    </message>
+    <message>
+        <source>2minutes</source>
+        <translation>2 分钟</translation>
+    </message>
+    <message>
+        <source>30minutes</source>
+        <translation>30 分钟</translation>
+    </message>
+    <message>
+        <source>30seconds</source>
+        <translation>30 秒</translation>
+    </message>
+    <message>
+        <source>5minutes</source>
+        <translation>5 分钟</translation>
+    </message>
+    <message>
+        <source>Always on</source>
+        <translation>常亮</translation>
+    </message>
+    <message>
+        <source>Answer</source>
+        <translation>接听</translation>
+    </message>
+    <message>
+        <source>Backlight Time</source>
+        <translation>背光时间</translation>
+    </message>
+    <message>
+        <source>DND Effect On PSTN</source>
+        <translation>免打扰对 PSTN 生效</translation>
+    </message>
+    <message>
+        <source>Decline</source>
+        <translation>拒接</translation>
+    </message>
+    <message>
+        <source>Desktop Setting</source>
+        <translation>桌面设置</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>手动</translation>
+    </message>
+    <message>
+        <source>NTSC</source>
+        <translation>NTSC</translation>
+    </message>
+    <message>
+        <source>Never</source>
+        <translation>从不</translation>
+    </message>
+    <message>
+        <source>PAL</source>
+        <translation>PAL</translation>
+    </message>
+    <message>
+        <source>Phone Setting</source>
+        <translation>话机设置</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>照片</translation>
+    </message>
+    <message>
+        <source>Reset language ?</source>
+        <translation>重启话机以切换语言？</translation>
+    </message>
+    <message>
+        <source>Ringing Tone</source>
+        <translation>铃声</translation>
+    </message>
+    <message>
+        <source>Ringing Volume</source>
+        <translation>铃声音量</translation>
+    </message>
+    <message>
+        <source>Screen Type</source>
+        <translation>屏幕保护类型</translation>
+    </message>
+    <message>
+        <source>Server URL</source>
+        <translation>服务器 URL</translation>
+    </message>
+    <message>
+        <source>TV Format</source>
+        <translation>电视制式</translation>
+    </message>
+    <message>
+        <source>Talking Volume</source>
+        <translation>通话音量</translation>
+    </message>
+    <message>
+        <source>Tones and Volume</source>
+        <translation>铃声和音量</translation>
+    </message>
+    <message>
+        <source>Update Server Setting</source>
+        <translation>更新服务器设置</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>视频</translation>
+    </message>
+    <message>
+        <source>Wallpaper</source>
+        <translation>壁纸</translation>
+    </message>
 </context>
 </TS>

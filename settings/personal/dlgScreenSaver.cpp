@@ -69,22 +69,30 @@ dlgScreenSaver::dlgScreenSaver(QWidget* parent, tagLeftBarInfo* info)
 
 dlgScreenSaver::~dlgScreenSaver() = default;
 
-// The page opens with a picture, before the files are listed.
+// The page opens with a picture, before the files are listed; one that takes a moment comes unless another
+// has been chosen by then.
 void dlgScreenSaver::showStoredPicture()
 {
     m_strWallpaper = NUX_SubClass::nuxGetRegistryString(USER_INI, kTheme, kWallpaper, kFirstWallpaper);
     const char* name = pathGetFileNamePos(m_strWallpaper.GetText());
     addFilenameComboBoxItem(ui->cmbBoxPic, name, m_strWallpaper.GetText());
     ui->labShowPic->setScaledContents(true);
-    tagPictureWish wish;
-    wish.strPath =
+    const chString path =
         m_strWallpaper.GetText()[0] == '/' ? m_strWallpaper : chString(kOwnFolder) + m_strWallpaper;
+    if (toQString(path).startsWith(kOwnFolder)) {
+        const QSize size = ui->labShowPic->size();
+        ui->labShowPic->setPixmap(GetImageManager()->GetImageByScale(path, size.width(), size.height()));
+        return;
+    }
+    tagPictureWish wish;
+    wish.strPath = path;
     wish.nWidth = ui->labShowPic->width();
     wish.nHeight = ui->labShowPic->height();
     wish.eFit = PICTURE_FIT_SIDES;
     wish.check = photoCheck;
-    pictureTell(wish, this, [this](PICTURE_RESULT result, const QPixmap& picture) {
-        if (result == PICTURE_READ && m_nPreview < 0)
+    pictureTell(wish, this, [this, path](PICTURE_RESULT result, const QPixmap& picture) {
+        const bool isChosen = qGetExternValue(ui->cmbBoxPic, ui->cmbBoxPic->currentIndex()) == path;
+        if (result == PICTURE_READ && isChosen && ui->labShowPic->pixmap().isNull())
             ui->labShowPic->setPixmap(picture);
     });
 }

@@ -1,7 +1,6 @@
 // A reset to the factory's settings, on the running phone: it starts anew and works.
 #include "places.h"
 #include "tests/e2e/livePhone.h"
-#include "tests/kit/plain/controlLink.h"
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -20,19 +19,6 @@ protected:
         waitPage("dlgMessageBox");
         EXPECT_EQ(widget("labText")["text"], "Reset to factory?");
         tap("btnYes");
-    }
-    // Until the phone of the same number is at its home screen again.
-    void waitForRestart()
-    {
-        ControlLink link;
-        ASSERT_TRUE(link.open(root() + "/control", 5000));
-        // It answers until it ends.
-        while (link.isOpen())
-            link.ask({"screen"}, 10000);
-        ASSERT_TRUE(link.open(root() + "/control", 20000));
-        link.close();
-        waitPage("frmDesktop");
-        waitIdle();
     }
     void write(const QString& path, const QByteArray& content)
     {
@@ -65,7 +51,7 @@ TEST_F(Factory, TellsTheUserAndStartsAnewThroughTheBootScreen)
     waitPage("dlgMessageBox");
     EXPECT_EQ(widget("labText")["text"], "The phone restarts with its factory settings.");
     shot("factory-note");
-    waitForRestart();
+    restartBy({"screen"});
     EXPECT_EQ(pid(), before);
     EXPECT_NE(config(USER_FILE, "Volume", "nRing"), "7");
     EXPECT_FALSE(exists("/rundata/data/mine.xml"));
@@ -82,7 +68,7 @@ TEST_F(Factory, IsNotHeldUpByWhatIsAskedOverItsNote)
     EXPECT_EQ(widget("labText")["text"], "The phone restarts with its factory settings.");
     ctl({"open", "Factory"});
     EXPECT_EQ(widget("labText")["text"], "Reset to factory?");
-    waitForRestart();
+    restartBy({"screen"});
     EXPECT_EQ(topWindow()["class"], "frmDesktop");
 }
 
@@ -93,7 +79,7 @@ TEST_F(Factory, LeavesThePlayersReachableAndTheRootTaken)
     waitPage("dlgMessageBox");
     EXPECT_TRUE(exists("/rundata/run/app_hxPhone.sock")) << "removed under the running phone";
     EXPECT_TRUE(exists("/rundata/run/app_hxPhone.lock")) << "removed under the running phone";
-    waitForRestart();
+    restartBy({"screen"});
     ASSERT_TRUE(arePlayersReachable());
     ctl({"post", "app_hxMedia", "0x70002", "0", "0"});
     ctl({"post", "app_hxMovie", "0x110002", "0", "0"});
@@ -115,7 +101,7 @@ TEST_F(Factory, WhatThePhoneWritesUntilItEndsDoesNotStay)
     waitPage("dlgMessageBox");
     ctl({"config", USER_FILE, "Volume", "nRing", "7"});
     write("/rundata/nDeck/display.xml", "<Display/>");
-    waitForRestart();
+    restartBy({"screen"});
     EXPECT_NE(config(USER_FILE, "Volume", "nRing"), "7");
     EXPECT_FALSE(exists("/rundata/nDeck/display.xml"));
 }
@@ -155,6 +141,6 @@ TEST_F(Factory, TheScriptAloneRestartsTheRunningPhone)
     script.start("/bin/sh", {root() + "/phone/scripts/factory.sh"});
     ASSERT_TRUE(script.waitForFinished(20000));
     EXPECT_EQ(script.exitCode(), 0);
-    waitForRestart();
+    restartBy({"screen"});
     EXPECT_EQ(topWindow()["class"], "frmDesktop");
 }

@@ -63,6 +63,26 @@ void LivePhone::quit()
     waitForEnd();
 }
 
+void LivePhone::restartByTap(const QString& widgetName)
+{
+    const QPoint middle = middleOf(widgetName);
+    restartBy({"touch", QString::number(middle.x()), QString::number(middle.y())});
+}
+
+void LivePhone::restartBy(const QStringList& command)
+{
+    ControlLink link;
+    ASSERT_TRUE(link.open(root() + "/control", 5000));
+    link.ask(command, kConnectMs * 100);
+    // It answers until it ends.
+    while (link.isOpen())
+        link.ask({"screen"}, kConnectMs * 100);
+    ASSERT_TRUE(link.open(root() + "/control", 20000));
+    link.close();
+    waitPage("frmDesktop");
+    waitIdle();
+}
+
 void LivePhone::waitForEnd()
 {
     ASSERT_TRUE(m_phone.waitForFinished(10000));
@@ -152,8 +172,14 @@ void LivePhone::tap(int x, int y)
 
 void LivePhone::tap(const QString& widgetName)
 {
+    const QPoint middle = middleOf(widgetName);
+    tap(middle.x(), middle.y());
+}
+
+QPoint LivePhone::middleOf(const QString& widgetName)
+{
     const QJsonObject at = widget(widgetName);
-    tap(at["x"].toInt() + at["w"].toInt() / 2, at["y"].toInt() + at["h"].toInt() / 2);
+    return {at["x"].toInt() + at["w"].toInt() / 2, at["y"].toInt() + at["h"].toInt() / 2};
 }
 
 void LivePhone::softKey(int index)

@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QPoint>
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -27,6 +28,10 @@ protected:
     void launch(uid_t user = 0);
     void quit();
     void kill();
+    // A finger on a widget, or another command, by which the phone starts anew, as the same process: until it
+    // is at its home screen again.
+    void restartByTap(const QString& widgetName);
+    void restartBy(const QStringList& command);
     // The phone ends by itself, cleanly.
     void waitForEnd();
 
@@ -38,6 +43,7 @@ protected:
     QJsonObject focusWidget();
     void tap(int x, int y);
     void tap(const QString& widgetName);
+    QPoint middleOf(const QString& widgetName);
     void softKey(int index);
     void key(const QString& name, int times = 1);
     // Digits, "*" and "#" on the phone's own pad.

@@ -16,6 +16,7 @@ using namespace kit;
 
 namespace {
 
+constexpr int kLooksWhileItRings = 15;
 constexpr int kWaitMs = 30000;
 
 QByteArray picture(const QColor& colour, const char* format = "png")
@@ -79,7 +80,17 @@ protected:
         return QRect();
     }
     QString textOf(const QString& name) { return widget(name)["text"].toString(); }
-    void ring() { ctl({"ring", "333", "0", "First"}); }
+    void ring()
+    {
+        ctl({"ring", "333", "0", "First"});
+        waitPage("frmCall");
+    }
+    void answer() { softKey(0); }
+    void takeCall()
+    {
+        ring();
+        answer();
+    }
     bool isInCall() { return topWindow()["class"] == "frmCall"; }
     // A picture of the phone while the call rings; null when it rings no more.
     QImage ringing()
@@ -401,14 +412,13 @@ TEST_F(Signage, EveryCallThatRingsIsSeenWhole)
         before[call]();
         waitIdle();
         ring();
-        waitPage("frmCall");
-        int looks = 0;
-        for (QImage picture = ringing(); !picture.isNull(); picture = ringing(), ++looks) {
+        for (int look = 0; look < kLooksWhileItRings; ++look) {
+            const QImage picture = ringing();
             if (alone.isNull())
                 alone = picture;
-            EXPECT_TRUE(picture == alone) << call << ' ' << looks;
+            EXPECT_TRUE(!picture.isNull() && picture == alone) << call << ' ' << look;
         }
-        EXPECT_GT(looks, 0) << call;
+        answer();
         EXPECT_TRUE(showsInTalk(Red)) << call;
         shot(QString("signage-call-%1").arg(call));
         endCall();
@@ -429,7 +439,7 @@ TEST_F(Signage, ADeclinedCallAndABusyOneLeaveNothingBehind)
     openNdeck();
     ASSERT_TRUE(shows(400, 400, Red));
     key("Return");
-    ring();
+    takeCall();
     EXPECT_TRUE(showsInTalk(Red));
     endCall();
     for (const char* number : {"333", "busy"}) {
@@ -461,7 +471,7 @@ TEST_F(Signage, WhatWasOverACallGivesTheShowBack)
     for (const char* kept : {"0", "1"}) {
         setSignageKey("bKeepShow", kept);
         showTile();
-        ring();
+        takeCall();
         EXPECT_TRUE(showsInTalk(Red));
         opened("WAN");
         softKey(3);
@@ -480,7 +490,7 @@ TEST_F(Signage, WhatWasOverACallGivesTheShowBack)
         shot("signage-call-given-back");
         endCall();
     }
-    ring();
+    takeCall();
     EXPECT_TRUE(showsInTalk(Red));
     server.putLayout("red.xml", layout(signRegion(wholeScreen(), signImage("green.png", 2))));
     EXPECT_TRUE(showsInTalk(Green)) << "a schedule that came in talk";
@@ -499,8 +509,7 @@ TEST_F(Signage, InEveryCallAFilmThatMayNotGoOnPauses)
                      5000);
     };
     for (int call = 1; call <= 3; ++call) {
-        ring();
-        waitPage("frmCall");
+        takeCall();
         EXPECT_TRUE(pauses()) << call;
         shot(QString("signage-call-pause-%1").arg(call));
         if (call == 2) {
@@ -536,8 +545,7 @@ TEST_F(Signage, AFilmWithPlainSoundPlaysBesideEveryCall)
     for (int call = 1; call <= 2; ++call) {
         openNdeck();
         EXPECT_TRUE(playsAt(alone)) << call;
-        ring();
-        waitPage("frmCall");
+        takeCall();
         EXPECT_TRUE(playsAt(beside)) << call;
         openPage("WAN");
         EXPECT_TRUE(waits([&] { return !isInCall(); }));

@@ -73,9 +73,7 @@ TEST_F(Story, AStaticAddressIsSetByFinger)
     waitPage("dlgMessageBox");
     EXPECT_EQ(widget("labText")["text"], "Network configuration has changed, reboot system?");
     shot("story-wan-question");
-    tap("btnYes");
-    ctl({"wait", "idle", "5000"});
-    EXPECT_EQ(logOf("reboot").size(), 1);
+    restartByTap("btnYes");
     expectStaticAddressStored();
 }
 

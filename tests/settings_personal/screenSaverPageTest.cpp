@@ -102,6 +102,7 @@ TEST_F(ScreenSaverPage, ShowsItsTextsAndWhatIsStored)
     EXPECT_EQ(chosen("cmbBoxSleep"), "600");
     EXPECT_EQ(chosen("cmbBoxPic"), path("b-green").toStdString());
     EXPECT_EQ(focusName(), "cmbBoxScreenSaver");
+    EXPECT_EQ(shown(), QColor(Qt::green)) << "before the preview's time";
     kit::stepTime(200);
     EXPECT_EQ(shown(), QColor(Qt::green));
     kit::shot("screensaver-page");
@@ -139,7 +140,7 @@ TEST_F(ScreenSaverPage, OfANewPhoneThatPictureIsTheFactorys)
     made.show();
     page = &made;
     EXPECT_EQ(pictures()->itemText(0), "wallpaper.jpg");
-    EXPECT_TRUE(kit::waitUntil([&] { return !preview()->pixmap().isNull(); }));
+    EXPECT_EQ(preview()->pixmap().size(), QSize(300, 180)) << "there at once";
 }
 
 TEST_F(ScreenSaverPage, AnotherPictureIsPreviewedAMomentLater)

@@ -38,7 +38,8 @@ void phoneSimulation::setCalls(int total, int talk)
 int phoneSimulation::dial(const QString& number, int account, int)
 {
     const int line = account == -1 ? defaultAccount() : account;
-    if (number.isEmpty() || line > PHONE_LINE_PSTN || line < -1)
+    const bool isLine = line < PHONE_ACCOUNT_COUNT || (line == PHONE_LINE_PSTN && hasPstn());
+    if (number.isEmpty() || !isLine || line < -1)
         return 0;
     if (!isReady(line)) {
         m_calls.refuse(number, line, "The line is not registered");
