@@ -62,6 +62,21 @@ protected:
     }
     void openPage() { open("Screen Saver"); }
 
+    // A box is answered in time that runs.
+    void expectFailedSave()
+    {
+        const kit::RunningClocks running;
+        PageTest::expectFailedSave(USER_FILE);
+    }
+    // Of a phone without the manager's page, which says so.
+    void openManager()
+    {
+        const kit::RunningClocks running;
+        kit::BoxAnswers boxes({"ok"});
+        softKey(1);
+        EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
+    }
+
     QComboBox* pictures() const { return child<QComboBox>("cmbBoxPic"); }
     QLabel* preview() const { return child<QLabel>("labShowPic"); }
     // The colour that the preview shows; invalid while it shows nothing.
@@ -257,7 +272,7 @@ TEST_F(ScreenSaverPage, ASaveThatChangesTheTimeAloneTellsToo)
     expectChangesTold({"17 0"});
 }
 
-TEST_F(ScreenSaverPage, TheNewWallpaperIsOnTheHomeScreenAndHeldReady)
+TEST_F(ScreenSaverPage, TheNewWallpaperIsOnTheHomeScreen)
 {
     frmDesktop* home = frmDesktop::GetInstance();
     home->show();
@@ -266,17 +281,23 @@ TEST_F(ScreenSaverPage, TheNewWallpaperIsOnTheHomeScreenAndHeldReady)
         return kit::waitUntil([&] { return home->grab().toImage().pixelColor(600, 215) == QColor(colour); });
     };
     EXPECT_TRUE(homeIs(Qt::green));
-    GetImageManager()->AddNode(path("b-green"), 1);
     openPage();
     choose("cmbBoxPic", path("a-red"));
     expectSaved();
     EXPECT_TRUE(homeIs(Qt::red));
-    // What is in the memory is answered whatever becomes of the file for a moment.
-    kit::holdClocks(true);
+}
+
+// What is in the memory is answered for a moment whatever becomes of the file.
+TEST_F(ScreenSaverPage, TheNewWallpaperIsHeldReadyAndTheOldOneIsForgotten)
+{
+    openPage();
+    choose("cmbBoxPic", path("a-red"));
+    ASSERT_EQ(GetImageManager()->AddNode(path("b-green"), 1), 1);
+    expectSaved();
     QFile::remove(hostPath(path("a-red")));
     QFile::remove(hostPath(path("b-green")));
     EXPECT_FALSE(GetImageManager()->GetImage(path("a-red")).isNull());
-    EXPECT_TRUE(GetImageManager()->GetImage(path("b-green")).isNull()) << "the old one is forgotten";
+    EXPECT_TRUE(GetImageManager()->GetImage(path("b-green")).isNull());
 }
 
 TEST_F(ScreenSaverPage, AFullDiskIsToldAndKeepsWhatWasChosen)
@@ -284,7 +305,7 @@ TEST_F(ScreenSaverPage, AFullDiskIsToldAndKeepsWhatWasChosen)
     openPage();
     choose("cmbBoxPic", path("c-blue"));
     choose("cmbBoxScreenSaver", "600");
-    expectFailedSave(USER_FILE);
+    expectFailedSave();
     expectChangesTold({});
     EXPECT_EQ(chosen("cmbBoxPic"), path("c-blue").toStdString());
     EXPECT_EQ(chosen("cmbBoxScreenSaver"), "600");
@@ -332,8 +353,7 @@ TEST_F(ScreenSaverPage, TheManagerIsOpenedAndTheChosenPictureIsChosenAfterIt)
     openPage();
     EXPECT_EQ(getScreenSaverDlg(), page);
     choose("cmbBoxPic", path("c-blue"));
-    kit::BoxAnswers boxes({"ok"}); // of a phone without that page
-    softKey(1);
+    openManager();
     EXPECT_FALSE(traces().filter("settingOpenPage(Wallpaper Manager)").isEmpty());
     QFile::remove(hostPath(path("a-red")));
     roomHooks().reloadWallPaper();
@@ -352,19 +372,18 @@ TEST_F(ScreenSaverPage, AWallpaperThatWasDeletedGivesWayToTheFirst)
 {
     openPage();
     GetImageManager()->AddNode(path("b-green"), 1);
-    kit::BoxAnswers boxes({"ok"});
-    softKey(1);
+    openManager();
     QFile::remove(hostPath(path("b-green")));
     store("120", "1", "600", path("c-blue")); // as the manager does
     roomHooks().reloadWallPaper();
+    EXPECT_TRUE(GetImageManager()->GetImage(path("b-green")).isNull()) << "forgotten";
+    QFile::remove(hostPath(path("c-blue")));
+    EXPECT_FALSE(GetImageManager()->GetImage(path("c-blue")).isNull()) << "held ready";
     EXPECT_EQ(chosen("cmbBoxPic"), path("a-red").toStdString());
     kit::stepTime(200);
     EXPECT_EQ(shown(), QColor(Qt::red));
     EXPECT_TRUE(traces().contains("---------------After delete, New "
                                   "wallPaper:[/rundata/media/wallpaper/c-blue.png]----------------------"));
-    EXPECT_TRUE(GetImageManager()->GetImage(path("b-green")).isNull());
-    QFile::remove(hostPath(path("c-blue")));
-    EXPECT_FALSE(GetImageManager()->GetImage(path("c-blue")).isNull()) << "held ready";
     back();
     EXPECT_FALSE(page->isVisible());
     kit::stepTime(200);
