@@ -107,7 +107,7 @@ TEST_F(CallSound, WithNothingSetItIsTheFirstToneAtTwenty)
 {
     writeFile(kUserFile, "");
     ring();
-    EXPECT_EQ(heard(), QStringList{"Chime.wav 20"});
+    EXPECT_EQ(heard(), QStringList{"Breeze.wav 20"});
     answer();
     EXPECT_EQ(dev_get_output_volume(), 50);
 }
@@ -116,7 +116,7 @@ TEST_F(CallSound, AToneThatIsGoneGivesWayToTheFirst)
 {
     QFile::remove(hostPath("/rundata/media/ring/mine.wav"));
     ring();
-    EXPECT_EQ(heard(), QStringList{"Chime.wav 70"});
+    EXPECT_EQ(heard(), QStringList{"Breeze.wav 70"});
 }
 
 TEST_F(CallSound, AToneThatCannotBePlayedGivesWayToTheFactorys)
