@@ -348,6 +348,8 @@ TEST_F(KeepShow, ALayoutThatNeverComesKeepsOnlyItselfAway)
     server.failing = {};
     bool hasCome = false;
     for (int look = 0; look < 20 && !hasCome; ++look) { // it is asked for again, less and less often
+        // A transfer that is still under way would take the step for a silence of the server.
+        ASSERT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }, 20000));
         kit::stepTime(30000);
         hasCome = kit::waitUntil([&] { return current() == "never.xml"; }, 1000);
     }
