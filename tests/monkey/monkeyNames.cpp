@@ -40,7 +40,8 @@ QStringList monkeyPageNames()
     // A name that ends with a number, and one that nobody has.
     names += QStringList{"Account1", "Door Phone1", "Nowhere"};
     names.removeDuplicates();
-    // A reset each few seconds would leave no time for anything else: the icon in its menu is enough.
+    // A restart each few seconds would leave no time for anything else: the icons in their menu are enough.
     names.removeAll("Factory");
+    names.removeAll("Reboot");
     return names;
 }
