@@ -52,9 +52,10 @@ TEST_F(PhoneBook, ListsTheContactsOfAllGroupsAndNothingElse)
 
 TEST_F(PhoneBook, ALineThatThePhoneDoesNotHaveIsShownAsAuto)
 {
-    writeContacts("<contact name=\"A\" number=\"1\" line=\"4\"/><contact name=\"B\" number=\"2\"/>");
+    writeContacts("<contact name=\"A\" number=\"1\" line=\"5\"/><contact name=\"B\" number=\"2\"/>"
+                  "<contact name=\"C\" number=\"3\" line=\"4\"/>");
     open();
-    EXPECT_EQ(rowsOf(&page), "A,1,Auto|B,2,Auto");
+    EXPECT_EQ(rowsOf(&page), "A,1,Auto|B,2,Auto|C,3,PSTN");
 }
 
 TEST_F(PhoneBook, AnEmptyBookSaysSo)

@@ -141,6 +141,12 @@ protected:
         EXPECT_TRUE(phoneSimulation::instance()->ring("333", 0, "Anna"));
         kit::settle();
     }
+    // Or the caller gives up after a minute.
+    static void answer()
+    {
+        EXPECT_TRUE(phoneService::instance().answer(phoneService::instance().calls().first().nId));
+        kit::settle();
+    }
     static void hangUpAll()
     {
         for (const tagCall& call : phoneService::instance().calls())

@@ -114,6 +114,7 @@ TEST_F(IdleSaver, NeverComesOverABoxAndDoesOnceItIsAnswered)
 TEST_F(IdleSaver, NeverComesDuringACallAndLeavesWhoHungUpHisTime)
 {
     ring();
+    answer();
     EXPECT_EQ(top(), "frmCall");
     kit::stepTime(300000);
     EXPECT_EQ(top(), "frmCall");

@@ -160,12 +160,16 @@ TEST_F(ScreenView, TheFactoryTableFindsTheFilesOfThePhoneAndOfItsStorages)
     writeFile("/rundata/media/video/b.mp4", "");
     disk(STORAGE_USB, "A", {"deep/c.png", "d.mp4"});
     disk(STORAGE_SD, "B", {"e.jpeg", "f.3gp"});
-    EXPECT_EQ(images(),
-              QStringList({"/rundata/media/image/a.jpg", "/storage/sd1/e.jpeg", "/storage/usb1/deep/c.png"}));
+    QStringList photos{"/rundata/media/image/a.jpg"};
+    for (const char* stock : {"Dunes", "Forest", "Harbour", "Lake", "Roofs", "Winter"})
+        photos.append(QString("/phone/resource/sysdata/ephoto/%1.jpg").arg(stock));
+    photos += QStringList{"/storage/sd1/e.jpeg", "/storage/usb1/deep/c.png"};
+    EXPECT_EQ(images(), photos);
     FileList list;
     EXPECT_TRUE(view.GetVideoFileList(list));
     EXPECT_EQ(texts(list),
-              QStringList({"/rundata/media/video/b.mp4", "/storage/sd1/f.3gp", "/storage/usb1/d.mp4"}));
+              QStringList({"/rundata/media/video/b.mp4", "/phone/resource/sysdata/video/Morning.mp4",
+                           "/storage/sd1/f.3gp", "/storage/usb1/d.mp4"}));
 }
 
 } // namespace
