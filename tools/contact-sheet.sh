@@ -25,8 +25,7 @@ back() { ctl key F4; ctl wait idle 3000; }
 ctl set clock "2026-11-21 14:05:00"
 ctl set line 0 state=5 user=1001 server=pbx new=3
 for language in English Chinese German French Spanish; do
-  ctl config /rundata/config/user/user.ini Language strGUILanguage $language
-  ctl post app_hxPhone 0x10007 11 0
+  ctl set language $language
   ctl wait idle 3000
   shot
   for menu in setting callfeature application media; do ctl menu $menu.xml; shot; back; done
@@ -39,6 +38,9 @@ for language in English Chinese German French Spanish; do
   ctl touch 270 100; shot; back; back
   ctl open "Directory"; shot; back
   ctl open "Call Histroy"; shot; back
+  for page in "Photo Manager" "Sound Manager" "Sound Set" "Screen Saver" "Personalize" "Auto Provision"; do
+    ctl open "$page"; ctl wait idle 3000; sleep 1; shot; back # a preview comes after a moment
+  done
   ctl open "Reboot"; shot; ctl key Escape; ctl wait idle 3000
 done
 "$build/bin/hxContactSheet" docs/contact-sheet.jpg "$work"/shots/*.png
