@@ -1,4 +1,5 @@
 // What the phone brings along to look at and to listen to.
+#include "support/file/deviceRoot.h"
 #include "support/file/findFile.h"
 #include "support/xml/xmlFile.h"
 #include "tests/house/sourceTree.h"
@@ -19,6 +20,8 @@ const QString kWallpapers = "/phone/resource/sysdata/wallpaper";
 const QString kPhotos = "/phone/resource/sysdata/ephoto";
 const QString kRings = "/phone/resource/sysdata/ring";
 const QString kContacts = "/phone/resource/contact-image";
+const char* const kMediaTable = "/phone/resource/mediafile.xml";
+const char* const kShowTable = "/phone/resource/screenview.xml";
 const QSize kScreen(800, 480);
 
 QStringList filesIn(const QString& folder, const QString& filter)
@@ -84,9 +87,18 @@ Ring ringOf(const QString& name)
     return ring;
 }
 
+// The phone's own paths lead into the image, wherever that lies: below /tmp others may write.
+class ImageRoot
+{
+public:
+    ImageRoot() { deviceSetRoot(imagePath("").toUtf8().constData()); }
+    ~ImageRoot() { deviceSetRoot(""); }
+};
+
 QStringList foldersOf(const char* type, bool isReadOnly)
 {
-    xmlFile table(imagePath("/phone/resource/mediafile.xml").toUtf8().constData());
+    const ImageRoot root;
+    xmlFile table(kMediaTable);
     QStringList folders;
     xmlElement* list = xmlFindElementByName(&table, type);
     EXPECT_NE(list, nullptr) << type;
@@ -100,7 +112,8 @@ QStringList foldersOf(const char* type, bool isReadOnly)
 
 QString filterOf(const char* type)
 {
-    xmlFile table(imagePath("/phone/resource/mediafile.xml").toUtf8().constData());
+    const ImageRoot root;
+    xmlFile table(kMediaTable);
     xmlElement* list = xmlFindElementByName(&table, type);
     return list ? list->GetAttributeValue("filter").GetString().GetText() : QString();
 }
@@ -205,7 +218,8 @@ TEST(MediaContent, EveryTypeOfTheMediaTableHasAFolderOfTheUsersAndWhatThePhoneBr
 
 TEST(MediaContent, ShowsPlayWhatTheUserHasAndWhatThePhoneBrings)
 {
-    xmlFile table(imagePath("/phone/resource/screenview.xml").toUtf8().constData());
+    const ImageRoot root;
+    xmlFile table(kShowTable);
     const std::pair<const char*, const char*> shows[] = {{"ImageView", "ephoto"}, {"VideoView", "ad"}};
     for (const auto& [show, type] : shows) {
         QStringList played;
