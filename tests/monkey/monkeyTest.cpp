@@ -37,7 +37,10 @@ constexpr double kSlowShare = 0.01;  // of actions: what the machine does beside
 constexpr double kBusyShare = 0.001; // of actions: its own time tells the phone apart from the machine
 constexpr int kParts = 4;            // of a run: what chance alone finds comes in the first
 constexpr int kLooksAtLeast = 10 * kParts;
-constexpr double kGrowthKiB = 512; // between the second part and the last, whatever lies between them
+constexpr double kScreenKiB = kScreenWidth * kScreenHeight * 4 / 1024.0;
+// Between the second part and the last, whatever lies between them. A wallpaper that is chosen late is kept,
+// and so is the one before it while somebody may go back to it.
+constexpr double kGrowthKiB = 512 + 2 * kScreenKiB;
 constexpr double kGrowthWidgets = 4;
 constexpr double kGrowthFiles = 1;
 
