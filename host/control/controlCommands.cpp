@@ -7,6 +7,7 @@
 #include "host/screen/windowStack.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
+#include "host/services/pictures/imageCache.h"
 #include "host/services/system/hostLog.h"
 #include "support/host/message.h"
 #include "support/host/module.h"
@@ -94,11 +95,12 @@ void screen(const QStringList&, const Reply& reply)
 }
 
 // What the phone holds, without what the allocator keeps for the next; 0 under a sanitizer, which has its
-// own.
+// own. The pictures are those that were read before, a part of it.
 void memory(const QStringList&, const Reply& reply)
 {
     const struct mallinfo2 heap = mallinfo2();
-    reply(QJsonObject{{"heap", double(heap.uordblks + heap.hblkhd)}});
+    reply(QJsonObject{{"heap", double(heap.uordblks + heap.hblkhd)},
+                      {"pictures", double(ImageCache::instance().bytes())}});
 }
 
 // An incoming call of the simulated world.

@@ -128,3 +128,11 @@ void ImageCache::remove(const QByteArray& path)
         it = m_nodes.erase(it);
     }
 }
+
+qsizetype ImageCache::bytes() const
+{
+    qsizetype sum = 0;
+    for (const tagImageNode& node : m_nodes)
+        sum += node.cost();
+    return sum;
+}

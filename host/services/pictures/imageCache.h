@@ -57,6 +57,8 @@ public:
     void setKept(tagImageNode& node, bool kept);
     // In all its shapes.
     void remove(const QByteArray& path);
+    // Of all pictures, those that are kept too.
+    qsizetype bytes() const;
 
 private:
     static bool isCurrent(tagImageNode& node, const QByteArray& path, LOOK look);
