@@ -44,6 +44,20 @@ protected:
         kit::stepTime(10100); // its file came into use
         ASSERT_EQ(colour(), QColor(Qt::red));
     }
+    // Turn after turn, while the server holds back what another layout needs; then it does not any more.
+    void expectRedUntilReleased(const char* awaited)
+    {
+        show();
+        ASSERT_TRUE(manager.DownloadDisplayFrame());
+        ASSERT_TRUE(
+            kit::waitUntil([&] { return server.requests(awaited) == 1 && colour() == Qt::red; }, 20000));
+        for (int i = 0; i < 5; ++i) {
+            kit::stepTime(7000);
+            EXPECT_EQ(current(), "a.xml");
+            EXPECT_EQ(colour(), QColor(Qt::red));
+        }
+        server.release();
+    }
     // As a phone before the restart left it.
     void storeRed() const
     {
@@ -158,16 +172,7 @@ TEST_F(KeepShow, ALayoutWhoseFileIsMissingTakesItsTurnWhenItHasCome)
     server.layouts = {{"a.xml", Content::showing("one.png")}, {"b.xml", Content::showing("two.png")}};
     server.medias = {{"one.png", kRed}, {"two.png", kBlue}};
     server.silent = {"two.png"};
-    show();
-    ASSERT_TRUE(manager.DownloadDisplayFrame());
-    ASSERT_TRUE(
-        kit::waitUntil([&] { return server.requests("two.png") == 1 && colour() == Qt::red; }, 20000));
-    for (int i = 0; i < 5; ++i) {
-        kit::stepTime(7000);
-        EXPECT_EQ(current(), "a.xml");
-        EXPECT_EQ(colour(), QColor(Qt::red));
-    }
-    server.release();
+    ASSERT_NO_FATAL_FAILURE(expectRedUntilReleased("two.png"));
     EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::blue; }, 20000));
     kit::stepTime(9000);
     EXPECT_EQ(current(), "b.xml");
@@ -185,16 +190,7 @@ TEST_F(KeepShow, ALayoutWhoseBackgroundIsMissingTakesItsTurnWhenItHasCome)
                       {"c.xml", kit::signLayout(small, "background=\"unlisted.png\"")}};
     server.medias = {{"one.png", kRed}, {"sky.png", kBlue}};
     server.silent = {"sky.png"};
-    show();
-    ASSERT_TRUE(manager.DownloadDisplayFrame());
-    ASSERT_TRUE(
-        kit::waitUntil([&] { return server.requests("sky.png") == 1 && colour() == Qt::red; }, 20000));
-    for (int i = 0; i < 5; ++i) {
-        kit::stepTime(7000);
-        EXPECT_EQ(current(), "a.xml");
-        EXPECT_EQ(colour(), QColor(Qt::red));
-    }
-    server.release();
+    ASSERT_NO_FATAL_FAILURE(expectRedUntilReleased("sky.png"));
     EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::blue; }, 20000));
     EXPECT_EQ(current(), "b.xml");
     for (int i = 0; i < 5; ++i) {
