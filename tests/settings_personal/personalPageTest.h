@@ -39,20 +39,6 @@ protected:
     {
         return {softKeyTitle(0), softKeyTitle(1), softKeyTitle(2), softKeyTitle(3)};
     }
-    // A box is answered in time that runs.
-    void expectFailedSave()
-    {
-        const kit::RunningClocks running;
-        PageTest::expectFailedSave(USER_FILE);
-    }
-    // Of a phone without the manager's page, which says so.
-    void openManager()
-    {
-        const kit::RunningClocks running;
-        kit::BoxAnswers boxes({"ok"});
-        softKey(1);
-        EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
-    }
     QString title() const { return page->findChild<qTopBar*>()->title(); }
 
 private:

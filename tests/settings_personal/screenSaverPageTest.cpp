@@ -62,6 +62,21 @@ protected:
     }
     void openPage() { open("Screen Saver"); }
 
+    // A box is answered in time that runs.
+    void expectFailedSave()
+    {
+        const kit::RunningClocks running;
+        PageTest::expectFailedSave(USER_FILE);
+    }
+    // Of a phone without the manager's page, which says so.
+    void openManager()
+    {
+        const kit::RunningClocks running;
+        kit::BoxAnswers boxes({"ok"});
+        softKey(1);
+        EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
+    }
+
     QComboBox* pictures() const { return child<QComboBox>("cmbBoxPic"); }
     QLabel* preview() const { return child<QLabel>("labShowPic"); }
     // The colour that the preview shows; invalid while it shows nothing.

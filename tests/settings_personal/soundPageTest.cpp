@@ -37,6 +37,20 @@ protected:
     {
         kit::tap(bar->mapToGlobal(QPoint(int(bar->width() * part), bar->height() / 2)));
     }
+    // A box is answered in time that runs.
+    void expectFailedSave()
+    {
+        const kit::RunningClocks running;
+        PageTest::expectFailedSave(USER_FILE);
+    }
+    // Of a phone without the manager's page, which says so.
+    void openManager()
+    {
+        const kit::RunningClocks running;
+        kit::BoxAnswers boxes({"ok"});
+        softKey(1);
+        EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
+    }
     void putBoxOver()
     {
         m_over.setGeometry(0, 0, 800, 480);
