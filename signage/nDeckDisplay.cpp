@@ -35,6 +35,13 @@ std::string contentOf(const chString& name)
     return content;
 }
 
+// What is on the disk is what the schedule asks for.
+bool isInUse(const nDeckLayout& layout)
+{
+    const nDeckFileManager& files = GetNDeckFileManager();
+    return files.IsFileExistByList(layout.GetName(), layout.GetMd5(), files.GetFileList());
+}
+
 // Of a layout whose file may not be in use yet.
 std::string waitingContent(const _nDeckLayoutNode& node)
 {
@@ -124,6 +131,7 @@ void nDeckDisplay::AppendLayout(const _nDeckLayoutNode& node)
     layout.SetSchedule(from, to);
     layout.SetMeeting(node.bMeeting);
     layout.SetLayoutContent(node.file, contentOf(node.file).c_str(), node.md5);
+    layout.SetLate(!isInUse(layout));
 }
 
 void nDeckDisplay::LoadNextReadyLayout()
@@ -134,7 +142,19 @@ void nDeckDisplay::LoadNextReadyLayout()
         UpdateDisplay(&m_frame);
         return;
     }
+    ReadLateLayouts();
     SetCurrentLayout(nDeckKeepsShow() ? FindNextComplete() : FindNextReady());
+}
+
+// Where a show is kept, a frame may be taken up before all its layouts have come.
+void nDeckDisplay::ReadLateLayouts()
+{
+    for (nDeckLayout& layout : *this) {
+        if (!layout.IsLate() || !isInUse(layout))
+            continue;
+        layout.SetLayoutContent(layout.GetName(), contentOf(layout.GetName()).c_str(), layout.GetMd5());
+        layout.SetLate(false);
+    }
 }
 
 // Once round the ring from behind the current one. What is over goes, wherever it is met.
@@ -185,9 +205,12 @@ nDeckDisplay::iterator nDeckDisplay::RemovePassed(iterator layout)
     return erase(layout);
 }
 
-// One that is not complete is awaited from now on.
+// One that is not complete is awaited from now on. One that nobody could read yet asks again at its next
+// turn.
 bool nDeckDisplay::TakeIfComplete(iterator layout)
 {
+    if (layout->IsLate() && !layout->HasContent())
+        return false;
     tagAwaited awaited;
     awaited.layout = layout;
     awaited.files = layout->GetFiles();

@@ -58,6 +58,7 @@ private:
         size_t nNext = 0; // the first one that is missing
     };
     void AppendLayout(const _nDeckLayoutNode& node);
+    void ReadLateLayouts();
     iterator FindNextReady();
     iterator FindNextComplete();
     iterator RemovePassed(iterator layout);

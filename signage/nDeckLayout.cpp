@@ -56,6 +56,10 @@ int nDeckLayout::SetLayoutContent(const char* name, const char* content, const c
     xmlElement* root = document.GetRootElement();
     if (!root)
         return 0;
+    m_bContent = true;
+    m_nDuration = -1;
+    m_bDrawn = false;
+    m_regions.clear();
     m_strBackground = root->GetAttributeValue("background").GetString();
     m_strBgColor = root->GetAttributeValue("bgcolor").GetString();
     m_size.cx = atoi(root->GetAttributeValue("width").GetText());

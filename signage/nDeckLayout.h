@@ -24,6 +24,10 @@ public:
     // content: the text of the layout file. 0 when it is empty or damaged: the layout then has the regions
     // that were read, or none.
     int SetLayoutContent(const char* name, const char* content, const char* md5);
+    // Its file was not in use when its content was read: there is none, or that of another schedule.
+    void SetLate(bool late) { m_bLate = late; }
+    bool IsLate() const { return m_bLate; }
+    bool HasContent() const { return m_bContent; }
     void SetSchedule(const chTime& from, const chTime& to);
     void SetMeeting(int meeting) { m_bMeeting = meeting; }
     int IsMettingLayout() const { return m_bMeeting; }
@@ -72,4 +76,6 @@ private:
     chString m_strBackground;
     int m_bMeeting = 0;
     bool m_bDrawn = false; // its regions are loaded
+    bool m_bLate = false;
+    bool m_bContent = false;
 };

@@ -78,6 +78,7 @@ protected:
         return display.GetCurrentLayout() == display.end() ? QString()
                                                            : toQString(display.GetCurrentLayout()->GetName());
     }
+    qsizetype turns() const { return traces().filter("nDeckDisplay::OnTimerLoadNextLayout").size(); }
     qsizetype updates() const { return traces().filter("nDeckDisplay::UpdateDisplay(layout count").size(); }
 };
 
@@ -335,21 +336,60 @@ TEST_F(KeepShow, ALayoutThatNeverComesKeepsOnlyItselfAway)
     show();
     manager.DownloadDisplayFrame();
     EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::red; }, 20000)) << "of a phone without a show";
-    server.layouts[0] = {"a.xml", Content::showing("two.png")};
-    server.medias = {{"two.png", kBlue}};
+    server.layouts = {{"a.xml", Content::showing("two.png")}, {"never.xml", Content::showing("three.png")}};
+    server.medias = {{"two.png", kBlue}, {"three.png", kGreen}};
     manager.DownloadDisplayFrame();
     EXPECT_TRUE(kit::waitUntil([&] { return colour() == Qt::blue; }, 20000)) << "of one that has one";
     kit::stepTime(10100);
     EXPECT_EQ(current(), "a.xml");
+    const qsizetype before = turns();
+    kit::stepTime(30000);
+    EXPECT_EQ(turns(), before + 3) << "what nobody could read yet takes no turn";
+    EXPECT_EQ(colour(), QColor(Qt::blue));
     server.failing = {};
-    bool hasCome = false;
-    for (int look = 0; look < 20 && !hasCome; ++look) { // it is asked for again, less and less often
-        kit::stepTime(30000);
+    // It is asked for again, less and less often, at last about once in an hour; its turn takes ten seconds.
+    for (int look = 0; look < 900 && current() != "never.xml"; ++look) {
+        kit::stepTime(7000);
         // A transfer that is still under way would take the next step for a silence of the server.
         ASSERT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }, 20000));
-        hasCome = kit::waitUntil([&] { return current() == "never.xml"; }, 1000);
+        kit::settle();
     }
-    EXPECT_TRUE(hasCome);
+    EXPECT_EQ(current(), "never.xml");
+    EXPECT_EQ(colour(), QColor(Qt::green));
+}
+
+// Under the name of the one that shows, beside another or alone, or of one that waits for its turn.
+TEST_F(KeepShow, AChangedLayoutThatComesLateTakesThePlaceOfTheOldOne)
+{
+    ASSERT_NO_FATAL_FAILURE(runRed());
+    const QList<QByteArray> shows = {"a.xml b.xml", "b.xml a.xml", "b.xml"}; // the late one first
+    for (const QByteArray& names : shows) {
+        const QByteArray late = names.split(' ').first();
+        server.layouts.clear();
+        for (const QByteArray& name : names.split(' '))
+            server.layouts.append({name, Content::showing("one.png")});
+        server.medias = {{"one.png", kRed}};
+        ASSERT_TRUE(quiet() && syncIntoUse());
+        kit::stepTime(10100);
+        server.layouts[0] = {late, Content::showing("two.png")};
+        server.medias = {{"one.png", kRed}, {"two.png", kBlue}};
+        server.failing = {late};
+        ASSERT_TRUE(quiet() && sync());
+        for (int i = 0; i < 5; ++i) {
+            kit::stepTime(7000);
+            EXPECT_EQ(colour(), QColor(Qt::red)) << names.constData();
+        }
+        server.failing = {};
+        bool isBlue = false;
+        for (int look = 0; look < 900 && !isBlue; ++look) {
+            kit::stepTime(7000);
+            ASSERT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }, 20000));
+            kit::settle();
+            isBlue = colour() == Qt::blue;
+        }
+        EXPECT_TRUE(isBlue) << names.constData();
+        EXPECT_EQ(current(), QString(late));
+    }
 }
 
 TEST_F(KeepShow, WithoutTheKeyALayoutThatNeverComesKeepsTheOthersAway)
