@@ -116,8 +116,7 @@ protected:
         EXPECT_TRUE(manager().IsMoviePlaying());
         EXPECT_TRUE(movie->hears(1));
         EXPECT_TRUE(media->hears(1));
-        movie->forget();
-        media->forget();
+        forgetAll();
     }
     // What the movie player was told up to now: a last message comes behind all others.
     QList<unsigned> movieMessages()

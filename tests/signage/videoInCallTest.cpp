@@ -48,8 +48,7 @@ TEST_F(SignageVideoInCall, WhenTheCallEndsTheFilePlaysInItsOwnSessionAgain)
     manager().SetPlayParam(&call, kSession);
     setCalls(0, 0);
     EXPECT_TRUE(manager().SetPlayParam(nullptr, 99));
-    movie->forget();
-    media->forget();
+    forgetAll();
     manager().SetPlayRegion(region());
     start();
     ASSERT_TRUE(movie->hears(1) && media->hears(1));
@@ -135,7 +134,7 @@ TEST_F(SignageVideoInCall, ToldAgainThatThereIsNoCallItMakesItsParametersUpAnew)
     play();
     manager().PausePlayVideo();
     EXPECT_TRUE(manager().SetPlayParam(nullptr, 0));
-    media->forget();
+    forgetAll();
     start();
     ASSERT_TRUE(media->hears(1));
     const VOICE_PARAM voice = recordOf<VOICE_PARAM>(media->told()[0]);

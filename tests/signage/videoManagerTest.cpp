@@ -378,8 +378,7 @@ TEST_F(SignageVideo, APlayerThatStartedAgainIsToldWhatPlays)
     EXPECT_EQ(media->messages(), QList<unsigned>{0x70001});
     EXPECT_EQ(movieMessages(), QList<unsigned>{0x110002});
     manager().StopPlayVideo(0);
-    movie->forget();
-    media->forget();
+    forgetAll();
     msgBroadpostThreadMsg(PLAYER_MSG_UP, PLAYER_MOVIE, 0);
     msgBroadpostThreadMsg(PLAYER_MSG_UP, PLAYER_MEDIA, 0);
     kit::settle();
@@ -453,7 +452,7 @@ TEST_F(SignageVideo, AnotherFileSetDuringAPauseIsTheOneThatPlays)
     play();
     manager().PausePlayVideo();
     manager().SetPlayFile(kOther);
-    movie->forget();
+    forgetAll();
     start();
     ASSERT_EQ(movieMessages(), QList<unsigned>{0x110002});
     EXPECT_STREQ(recordOf<ADDR_PARAM>(movie->told()[0]).szFile, kOther);
