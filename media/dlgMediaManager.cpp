@@ -42,6 +42,9 @@ constexpr size_t kRowsAStep = 64; // more than the list shows
 
 constexpr int kPanelEdge = 780; // of a list over the whole page
 constexpr int kPanelAir = 6;    // around the list
+constexpr int kFactsAir = 9;    // between a picture and what is said of it
+constexpr int kFactsTextSize = 16;
+constexpr int kFactsTextWeight = 50;
 
 const QRect kContactPreview(QPoint(585, 150), QPoint(710, 275));
 const QRect kWidePreview(QPoint(495, 150), QPoint(794, 329));
@@ -82,6 +85,11 @@ dlgMediaManager::dlgMediaManager(QWidget* parent, tagLeftBarInfo* info)
     m_formPreview = ui->labImagePreview->geometry();
     m_formList = ui->tabWgtMediaList->geometry();
     ui->labImagePreview->hide();
+    ui->labImageFacts->hide();
+    setFontStyle(kFactsTextSize, kFactsTextWeight, ui->labImageFacts, true);
+    QPalette palette = ui->labImageFacts->palette();
+    palette.setColor(QPalette::WindowText, kMediaSecondaryText);
+    ui->labImageFacts->setPalette(palette);
     setupMediaFileList(ui->tabWgtMediaList);
     connect(ui->tabWgtMediaList, &QTableWidget::currentItemChanged, this,
             &dlgMediaManager::on_my_currentItemChanged);
@@ -101,7 +109,9 @@ int dlgMediaManager::LoadImageMedia(const char* type)
     BeginLoad(type);
     PlaceList(true);
     PlaceImagePreview();
-    return EndLoad(new imagePreview(this, ui->labImagePreview, kImageDelayMs, PREVIEW_IMAGE), "image");
+    auto* preview = new imagePreview(this, ui->labImagePreview, kImageDelayMs, PREVIEW_IMAGE);
+    preview->SetFactsLabel(ui->labImageFacts);
+    return EndLoad(preview, "image");
 }
 
 int dlgMediaManager::LoadVideoMedia(const char* type)
@@ -150,6 +160,10 @@ void dlgMediaManager::PlaceImagePreview()
     } else {
         ui->labImagePreview->setGeometry(m_formPreview);
     }
+    QRect facts = ui->labImageFacts->geometry();
+    facts.moveCenter(ui->labImagePreview->geometry().center());
+    facts.moveTop(ui->labImagePreview->geometry().bottom() + kFactsAir);
+    ui->labImageFacts->setGeometry(facts);
 }
 
 // Without pictures to show the list has the whole page.

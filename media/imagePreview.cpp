@@ -4,10 +4,12 @@
 #include "support/host/language.h"
 #include "support/host/ui.h"
 #include <QLabel>
+#include <QLocale>
 
 namespace {
 
-constexpr int kTextSize = 18; // pixels
+constexpr int kTextSize = 18;           // pixels
+constexpr long long kLeastBytes = 1000; // of those that are told
 constexpr int kTextWeight = 75;
 const QSize kScreen(800, 480);
 // A small label has no room for the words of a refusal.
@@ -51,12 +53,7 @@ void imagePreview::Request(const QSize& size, bool bStill)
     int& request = bStill ? m_nStillRequest : m_nDemandRequest;
     pictureCancel(request);
     request = 0;
-    tagPictureWish wish;
-    wish.strPath = GetFile();
-    wish.nWidth = size.width();
-    wish.nHeight = size.height();
-    wish.eFit = PICTURE_FIT_SIDES;
-    wish.check = photoCheck;
+    const tagPictureWish wish = WishFor(size);
     PICTURE_RESULT result = PICTURE_MISSING;
     QPixmap picture;
     if (pictureAtOnce(wish, result, picture)) {
@@ -67,6 +64,17 @@ void imagePreview::Request(const QSize& size, bool bStill)
         (bStill ? m_nStillRequest : m_nDemandRequest) = 0;
         OnRead(told, read, bStill);
     });
+}
+
+tagPictureWish imagePreview::WishFor(const QSize& size) const
+{
+    tagPictureWish wish;
+    wish.strPath = GetFile();
+    wish.nWidth = size.width();
+    wish.nHeight = size.height();
+    wish.eFit = PICTURE_FIT_SIDES;
+    wish.check = photoCheck;
+    return wish;
 }
 
 void imagePreview::OnRead(PICTURE_RESULT result, const QPixmap& picture, bool bStill)
@@ -87,6 +95,19 @@ void imagePreview::ShowPicture(const QPixmap& picture)
 {
     m_pLabel->setPixmap(picture);
     m_pLabel->show();
+    ShowFacts();
+}
+
+void imagePreview::ShowFacts()
+{
+    tagPictureFacts facts;
+    if (!m_pFacts || !pictureFacts(WishFor(m_pLabel->size()), facts))
+        return;
+    const QString bytes =
+        QLocale(QLocale::English)
+            .formattedDataSize(qMax(facts.nBytes, kLeastBytes), 0, QLocale::DataSizeSIFormat);
+    m_pFacts->setText(QString::fromUtf8("%1 x %2 \u00b7 %3").arg(facts.nWidth).arg(facts.nHeight).arg(bytes));
+    m_pFacts->show();
 }
 
 void imagePreview::ShowRefusal(const char* text)
@@ -103,4 +124,6 @@ void imagePreview::on_stop_preview()
     pictureCancel(m_nDemandRequest);
     m_nStillRequest = m_nDemandRequest = 0;
     m_pLabel->hide();
+    if (m_pFacts)
+        m_pFacts->hide();
 }

@@ -11,6 +11,8 @@ class imagePreview : public basePreview
 public:
     // The label is not owned, and outlives this object.
     imagePreview(QObject* parent, QLabel* label, int delay, PREVIEW_MEDIA_TYPE type);
+    // Tells pixels and bytes of what the other label shows; not owned either.
+    void SetFactsLabel(QLabel* label) { m_pFacts = label; }
 
     // The picture, or the words of a refusal, come a moment later, unless another is previewed by then.
     void on_start_preview(bool bStill) override;
@@ -22,7 +24,11 @@ private:
     void ShowPicture(const QPixmap& picture);
     void ShowRefusal(const char* text);
 
+    tagPictureWish WishFor(const QSize& size) const;
+    void ShowFacts();
+
     QLabel* m_pLabel;
+    QLabel* m_pFacts = nullptr;
     int m_nStillRequest = 0;  // for the label
     int m_nDemandRequest = 0; // for the whole screen
 };

@@ -1,12 +1,11 @@
 #include "media/mediaNameDelegate.h"
+#include "media/mediaListLook.h"
 #include <QApplication>
 #include <QPainter>
 #include <QTextLayout>
 #include <algorithm>
 
 namespace {
-
-const QColor kShortName(138, 152, 164);
 
 bool breaksLine(QChar letter)
 {
@@ -22,7 +21,7 @@ void paintName(QPainter& painter, const QStyleOptionViewItem& option, const QRec
     QTextLayout::FormatRange range;
     range.start = 0;
     range.length = shown == option.text ? shortName : 0;
-    range.format.setForeground(kShortName);
+    range.format.setForeground(kMediaSecondaryText);
     if (range.length > 0)
         layout.setFormats({range});
     layout.beginLayout();

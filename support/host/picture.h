@@ -55,5 +55,13 @@ HX_HOST_API bool pictureAtOnce(const tagPictureWish& wish, PICTURE_RESULT& resul
 // What is known without waiting is told before the call is over, and 0 answered; everything else as by
 // pictureRequest.
 HX_HOST_API int pictureTell(const tagPictureWish& wish, QObject* owner, const PictureTold& told);
+// What the file of a picture holds that was read by that wish; false when it was not, or has changed since.
+struct tagPictureFacts
+{
+    int nWidth = 0; // pixels, the way up followed
+    int nHeight = 0;
+    long long nBytes = 0;
+};
+HX_HOST_API bool pictureFacts(const tagPictureWish& wish, tagPictureFacts& facts);
 // How many pictures are still to be read.
 HX_HOST_API int picturePending();

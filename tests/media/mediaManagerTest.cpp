@@ -25,6 +25,7 @@ protected:
         Stop_VideoView();
     }
     QString title() { return page->findChild<qTopBar*>()->title(); }
+    QLabel* facts() { return child<QLabel>("labImageFacts"); }
     qLeftBar* leftBar() { return page->findChild<qLeftBar*>(); }
     static QString top()
     {
@@ -184,6 +185,28 @@ TEST_F(MediaManager, AnotherRowTakesTheIconAlongAndIsPreviewedAnew)
     kit::stepTime(500);
     EXPECT_TRUE(label()->isVisible());
     EXPECT_EQ(label()->grab().toImage().pixel(150, 90), 0xff20c040);
+}
+
+TEST_F(MediaManager, BelowThePreviewStandWhatThePictureMeasuresAndItsBytes)
+{
+    const QByteArray photo = Pictures::picture("JPG", 400, 200);
+    writeFile("/rundata/media/image/a.jpg", photo);
+    writeFile("/rundata/media/image/b.png", "no picture");
+    open("Photo Manager");
+    EXPECT_TRUE(facts()->isHidden());
+    kit::stepTime(500);
+    EXPECT_TRUE(arePicturesRead());
+    EXPECT_EQ(facts()->text(),
+              QString::fromUtf8("400 x 200 \u00b7 %1 kB").arg(qRound(double(photo.size()) / 1000)));
+    EXPECT_TRUE(facts()->isVisible());
+    EXPECT_EQ(facts()->geometry().center().x(), label()->geometry().center().x());
+    EXPECT_GT(facts()->y(), label()->geometry().bottom());
+    tapRow(1);
+    EXPECT_TRUE(facts()->isHidden());
+    kit::stepTime(500);
+    EXPECT_TRUE(arePicturesRead());
+    EXPECT_TRUE(label()->isVisible());
+    EXPECT_TRUE(facts()->isHidden()) << "of what is refused nothing is told";
 }
 
 TEST_F(MediaManager, AStepWithinTheRowStaysOnItsPreview)

@@ -186,18 +186,34 @@ TEST_F(Pictures, LookAsTheyDo)
     }
 }
 
+// Says that the right side was above.
+const QByteArray kTurnedByACamera = QByteArray::fromHex("ffe1002245786966000049492a0008000000"
+                                                        "010012010300010000000600000000000000");
+
 TEST_F(Pictures, AreTurnedAsTheCameraSays)
 {
     QImage image = plain({1600, 800});
     QPainter(&image).fillRect(0, 0, 800, 800, Qt::blue);
-    const QByteArray turned = QByteArray::fromHex("ffe1002245786966000049492a0008000000"
-                                                  "010012010300010000000600000000000000");
     const QByteArray bytes = encoded(image, "JPG");
-    writeFile("/rundata/a.jpg", bytes.left(2) + turned + bytes.mid(2));
+    writeFile("/rundata/a.jpg", bytes.left(2) + kTurnedByACamera + bytes.mid(2));
     ASSERT_EQ(read(wish("/rundata/a.jpg", {400, 400})), PICTURE_READ);
     EXPECT_EQ(m_picture.size(), QSize(200, 400));
     EXPECT_GT(m_picture.toImage().pixelColor(100, 50).blue(), 200) << "what was left is above";
     EXPECT_GT(m_picture.toImage().pixelColor(100, 350).red(), 200);
+}
+
+TEST_F(Pictures, WhatTheFileHoldsIsKnownOnceItWasRead)
+{
+    const QByteArray bytes = encoded(plain({1600, 800}), "JPG");
+    writeFile("/rundata/a.jpg", bytes.left(2) + kTurnedByACamera + bytes.mid(2));
+    ASSERT_EQ(read(wish("/rundata/a.jpg", {400, 400})), PICTURE_READ);
+    tagPictureFacts facts;
+    ASSERT_TRUE(pictureFacts(wish("/rundata/a.jpg", {400, 400}), facts));
+    EXPECT_EQ(QSize(facts.nWidth, facts.nHeight), QSize(800, 1600)) << "of the file, and not of the room";
+    EXPECT_EQ(facts.nBytes, readFile("/rundata/a.jpg").size());
+    EXPECT_FALSE(pictureFacts(wish("/rundata/b.jpg", {400, 400}), facts)) << "nobody has read it";
+    writeFile("/rundata/a.jpg", "another");
+    EXPECT_FALSE(pictureFacts(wish("/rundata/a.jpg", {400, 400}), facts)) << "it is no more what was read";
 }
 
 TEST_F(Pictures, AreToldAfterTheCallOnThisThread)

@@ -79,6 +79,7 @@ tagImageNode* ImageCache::store(const tagImageKey& key, const tagDecodedPicture&
     tagImageNode node;
     node.eResult = picture.eResult;
     node.pixmap = QPixmap::fromImage(picture.image);
+    node.sizeInFile = picture.sizeInFile;
     node.origin = origin;
     if (picture.eResult == PICTURE_MISSING)
         node.origin.stat = tagFileStat();

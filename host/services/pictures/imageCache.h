@@ -35,6 +35,7 @@ struct tagImageNode
 {
     PICTURE_RESULT eResult = PICTURE_MISSING;
     QPixmap pixmap;
+    QSize sizeInFile; // pixels, the way up followed
     tagImageOrigin origin;
     qint64 nLookedMs = 0;
     quint64 nUsed = 0;

@@ -55,7 +55,6 @@ QImage decodePng(PictureSource& source, const tagPictureHeader& header, const ta
     return finished(PngRows(source).read(size), size);
 }
 
-// The way up that a camera wrote into its picture.
 QImageIOHandler::Transformations turnOf(PictureSource& source, const tagPictureHeader& header)
 {
     QImageReader reader(&source, header.format());
@@ -75,11 +74,9 @@ QImage turned(const QImage& image, QImageIOHandler::Transformations turn)
 
 QImage decodeJpeg(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape)
 {
-    const QImageIOHandler::Transformations turn = turnOf(source, header);
-    const bool isTurned = turn & QImageIOHandler::TransformationRotate90;
-    const QSize size = shaped(isTurned ? header.size.transposed() : header.size, shape);
-    const QSize asRead = isTurned ? size.transposed() : size;
-    return turned(finished(JpegRows(source).read(asRead), asRead), turn);
+    const QSize size = shaped(header.shownSize(), shape);
+    const QSize asRead = header.isTurned() ? size.transposed() : size;
+    return turned(finished(JpegRows(source).read(asRead), asRead), header.turn);
 }
 
 // What a decoder makes of the missing part of a file is no picture.
@@ -120,14 +117,16 @@ tagDecodedPicture pictureDecode(const char* path, const tagPictureShape& shape,
     if (!source.openPath(path))
         return {};
     if (source.size() > limits.nFileBytes)
-        return {PICTURE_TOO_LARGE, QImage()};
-    const tagPictureHeader header = pictureReadHeader(source);
+        return {PICTURE_TOO_LARGE, QImage(), QSize()};
+    tagPictureHeader header = pictureReadHeader(source);
     if (header.eKind == tagPictureHeader::NONE || header.size.isEmpty())
-        return {source.isGivenUp() ? PICTURE_TOO_SLOW : PICTURE_DAMAGED, QImage()};
+        return {source.isGivenUp() ? PICTURE_TOO_SLOW : PICTURE_DAMAGED, QImage(), QSize()};
     if (isTooLarge(header, shape, limits))
-        return {PICTURE_TOO_LARGE, QImage()};
+        return {PICTURE_TOO_LARGE, QImage(), QSize()};
+    if (header.eKind == tagPictureHeader::JPEG)
+        header.turn = turnOf(source, header);
     const QImage image = decode(source, header, shape);
     if (image.isNull())
-        return {source.isGivenUp() ? PICTURE_TOO_SLOW : PICTURE_DAMAGED, QImage()};
-    return {PICTURE_READ, image};
+        return {source.isGivenUp() ? PICTURE_TOO_SLOW : PICTURE_DAMAGED, QImage(), QSize()};
+    return {PICTURE_READ, image, header.shownSize()};
 }

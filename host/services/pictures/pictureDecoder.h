@@ -34,7 +34,8 @@ struct tagPictureLimits
 struct tagDecodedPicture
 {
     PICTURE_RESULT eResult = PICTURE_MISSING;
-    QImage image; // null unless PICTURE_READ; in the form that a pixmap takes as it is
+    QImage image;     // null unless PICTURE_READ; in the form that a pixmap takes as it is
+    QSize sizeInFile; // pixels, the way up followed
 };
 
 // path: device path; cancel: set by another thread, it ends the work soon; null for never.

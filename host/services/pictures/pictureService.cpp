@@ -28,7 +28,7 @@ tagDecodedPicture decodeChecked(const tagImageKey& key, const tagPictureLimits& 
 {
     const PICTURE_RESULT checked = key.check ? key.check(key.path.constData()) : PICTURE_READ;
     if (checked != PICTURE_READ)
-        return {checked, QImage()};
+        return {checked, QImage(), QSize()};
     return pictureDecode(key.path.constData(), key.shape, limits, stop);
 }
 
@@ -235,6 +235,15 @@ int pictureTell(const tagPictureWish& wish, QObject* owner, const PictureTold& t
         return pictureRequest(wish, owner, told);
     told(result, picture);
     return 0;
+}
+
+bool pictureFacts(const tagPictureWish& wish, tagPictureFacts& facts)
+{
+    const tagImageNode* node = ImageCache::instance().find(keyOf(wish), ImageCache::LOOK_NOW);
+    if (!node || node->eResult != PICTURE_READ)
+        return false;
+    facts = {node->sizeInFile.width(), node->sizeInFile.height(), node->origin.stat.nSize};
+    return true;
 }
 
 int picturePending()
