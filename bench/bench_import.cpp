@@ -25,7 +25,7 @@ constexpr qint64 kBytes = 200 << 20;
 constexpr int kRounds = 15;
 constexpr double kMostRatio = 1.2;
 constexpr double kMostStallMs = 33;
-const char* const kSource = "/storage/usb1/film.mp4";
+const char* const kSource = "/storage/uDisk1/film.mp4";
 const char* const kTarget = "/rundata/media/video/film.mp4";
 
 void writeFilm(const QString& path)

@@ -20,6 +20,7 @@ constexpr rlim_t kMemory = rlim_t(2) << 30; // bytes of addresses
 constexpr rlim_t kProcessorS = 13;       // seconds; phones give a picture up after ten
 constexpr qint64 kMostSaid = 4096;       // bytes that are read of what it says
 constexpr time_t kSettledS = 2;          // a file that changed no later is whole
+constexpr int kGiveWay = 19;             // niceness: phones do not wait for a check
 constexpr int kChecked = 0, kFaulty = 1; // what the program ends with
 
 void Limit(__rlimit_resource what, rlim_t most)
@@ -32,6 +33,7 @@ void Limit(__rlimit_resource what, rlim_t most)
 void Confine()
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setpriority(PRIO_PROCESS, 0, kGiveWay);
     Limit(RLIMIT_AS, kMemory);
     Limit(RLIMIT_CPU, kProcessorS);
     Limit(RLIMIT_CORE, 0);
