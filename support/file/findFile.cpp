@@ -138,7 +138,7 @@ int nuxFindFile(const char* directory, const char* filter, chObjList_dynamic<chS
     while (start.size() > 1 && start.back() == '/')
         start.pop_back();
     std::set<FolderId> seen;
-    if (start.empty() || !isNewFolder(start, seen))
+    if (start.empty() || start[0] != '/' || !isNewFolder(start, seen))
         return 0;
     bool readable = false;
     std::vector<std::string> waiting(1, start); // the next one at the end

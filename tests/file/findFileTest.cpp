@@ -96,6 +96,17 @@ TEST_F(FindFile, MissingFolderGivesNothing)
     EXPECT_EQ(m_result, 0);
 }
 
+TEST_F(FindFile, ARelativePathLeadsNowhere)
+{
+    put("/file", "x");
+    const std::string outside = onMachine("/");
+    ASSERT_EQ(chdir(outside.c_str()), 0);
+    for (const char* folder : {".", "./", "..", "x/.."}) {
+        EXPECT_EQ(find(folder, "*", 0), Names{}) << folder;
+        EXPECT_EQ(m_result, 0) << folder;
+    }
+}
+
 TEST_F(FindFile, HitsGoToTheEndOfTheList)
 {
     put("/a", "x");
