@@ -10,7 +10,6 @@
 #include "support/host/registry.h"
 #include "support/host/screen.h"
 #include "support/host/storage.h"
-#include "support/host/upgrade.h"
 #include <QApplication>
 #include <QKeyEvent>
 #include <algorithm>
@@ -57,8 +56,8 @@ bool isOnTop(const char* className)
 bool isScreenNeeded()
 {
     return !topWindow() || phone_GetCallTotal() > 0 || screenState::instance().isSaverSuspended() ||
-           CAutoUpgrade::GetInstance()->IsUpgrading() || QGuiApplication::mouseButtons() != Qt::NoButton ||
-           frmDesktop::GetInstance()->m_pLoading || isOnTop(kCalibration);
+           QGuiApplication::mouseButtons() != Qt::NoButton || frmDesktop::GetInstance()->m_pLoading ||
+           isOnTop(kCalibration);
 }
 
 // A box would be answered by what covers it.
