@@ -204,7 +204,8 @@ void dlgMediaImport::ImportCurrent()
     const chString source = CurrentFile();
     const chString folder = m_pView->getImportPath();
     chDiskWork look([from = std::string(source.GetText()), to = std::string(folder.GetText())] {
-        return IsEnoughSpace(from.c_str(), to.c_str(), SPACE_MEDIA);
+        // What is gone meanwhile needs no room: the copy says that it failed.
+        return !pathFileExist(from.c_str()) || IsEnoughSpace(from.c_str(), to.c_str(), SPACE_MEDIA);
     });
     if (!diskWait(look, this, HX_TR("Importing..."), noPercent) || !page)
         return;

@@ -51,7 +51,7 @@ TEST_F(Import, AFilmLandsAmongTheFilms)
 {
     put("clips/film.mp4", QByteArray(300000, 'f'));
     open<dlgVideoImport>("video");
-    enter("/storage/usb1/clips");
+    enter("/storage/uDisk1/clips");
     EXPECT_EQ(import("film.mp4"), Texts{"Successful loading!"});
     EXPECT_EQ(readFile("/rundata/media/video/film.mp4"), QByteArray(300000, 'f'));
 }
@@ -98,6 +98,16 @@ TEST_F(Import, WithoutRoomNothingIsCopied)
     EXPECT_FALSE(has("/rundata/media/video/film.mp4"));
 }
 
+TEST_F(Import, ASourceThatIsGoneMeanwhileFailsAndNeedsNoRoom)
+{
+    put("film.mp4");
+    open<dlgVideoImport>("video");
+    enter();
+    ASSERT_TRUE(QFile::remove(stick() + "/film.mp4"));
+    EXPECT_EQ(import("film.mp4"), Texts{"Loading fail!"});
+    EXPECT_FALSE(has("/rundata/media/video/film.mp4"));
+}
+
 TEST_F(Import, TheRoomIsAskedForBeforeTheFileOfTheSameName)
 {
     putTooLarge("film.mp4");
@@ -127,7 +137,7 @@ TEST_F(Import, WhatCannotBeReplacedIsToldAndTraced)
     open<dlgVideoImport>("video");
     enter();
     EXPECT_EQ(import("film.mp4", {"yes", "ok"}), Texts({"Load the same file ?", "Loading fail!"}));
-    EXPECT_TRUE(isTraced("Import file (/storage/usb1/film.mp4) to (/rundata/media/video/film.mp4) fail!"));
+    EXPECT_TRUE(isTraced("Import file (/storage/uDisk1/film.mp4) to (/rundata/media/video/film.mp4) fail!"));
     EXPECT_TRUE(has("/rundata/media/video/film.mp4/kept")) << "a folder stays";
 }
 
