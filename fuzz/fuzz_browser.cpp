@@ -12,7 +12,7 @@
 
 namespace {
 
-const char* const kDisk = "/storage/usb1";
+const char* const kDisk = "/storage/uDisk1";
 constexpr int kMostEntries = 64;
 
 // A name that is taken stays what it is.

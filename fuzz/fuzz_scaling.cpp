@@ -15,7 +15,7 @@ const char* const kVerdict = "/verdict";
 // As the word stands in the command.
 void checkOrder(const std::string& name)
 {
-    const tagScaleOrder given = {"/storage/usb1/" + name, "/rundata/media/t.jpg", 126, 90};
+    const tagScaleOrder given = {"/storage/uDisk1/" + name, "/rundata/media/t.jpg", 126, 90};
     const std::string command = scaleCommand(given);
     expect(command.size() < 256);
     if (command.empty())

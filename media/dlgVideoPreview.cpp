@@ -11,7 +11,7 @@ dlgVideoPreview::dlgVideoPreview() : VideoDialog(0)
 bool dlgVideoPreview::LoadVideoFile(const char* file)
 {
     nuxTrace(TRACE_DETAIL, "----[%s]---", file);
-    m_bRemovable = IsPartOfAll("/storage/uDisk", file) || IsPartOfAll("/storage/sdCard", file);
+    m_bRemovable = IsPartOfAll("/storage/", file); // "uDisk1", "sdCard1", or as a system names its mounts
     if (m_bRemovable)
         nuxTrace(TRACE_DETAIL, "preview file is in usb or sdCard");
     return Video().LoadFile(file);

@@ -427,11 +427,11 @@ TEST_F(ContactEditor, TheChosenPictureIsShownAndSaved)
 TEST_F(ContactEditor, APictureFromElsewhereStaysTheContacts)
 {
     writeFile(kFile, "<contactData><group name=\"A\"><contact name=\"A\" number=\"1\" "
-                     "sImagePath=\"/storage/usb/me.png\"/></group></contactData>");
+                     "sImagePath=\"/storage/uDisk/me.png\"/></group></contactData>");
     open(0);
     EXPECT_EQ(picture()->currentText(), "me.png");
     save();
-    EXPECT_TRUE(readFile(kFile).contains("sImagePath=\"/storage/usb/me.png\""));
+    EXPECT_TRUE(readFile(kFile).contains("sImagePath=\"/storage/uDisk/me.png\""));
 }
 
 TEST_F(ContactEditor, NewPicturesAreOfferedAfterAReloadAndTheChosenOneStays)
@@ -479,11 +479,11 @@ TEST_F(ContactEditor, ADeletedPictureIsNotStoredAgain)
 TEST_F(ContactEditor, APictureOfAPulledDiskStaysOverAReload)
 {
     writeFile(kFile, "<contactData><group name=\"A\"><contact name=\"A\" number=\"1\" "
-                     "sImagePath=\"/storage/usb/me.png\"/></group></contactData>");
+                     "sImagePath=\"/storage/uDisk/me.png\"/></group></contactData>");
     open(0);
     page.reloadContactImage();
     save();
-    EXPECT_TRUE(readFile(kFile).contains("sImagePath=\"/storage/usb/me.png\""));
+    EXPECT_TRUE(readFile(kFile).contains("sImagePath=\"/storage/uDisk/me.png\""));
 }
 
 TEST_F(ContactEditor, TheRecordOfAMenuIsShownInTheLeftBar)

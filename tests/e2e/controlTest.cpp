@@ -198,7 +198,7 @@ TEST_F(Control, WhatBoxesHeldGoesBackToTheSystem)
 TEST_F(Control, ADiskComesAndGoes)
 {
     QDir(root()).mkpath("disk");
-    EXPECT_EQ(ctl({"set", "storage", "plug", "usb", root() + "/disk"}).toString(), "/storage/usb1");
+    EXPECT_EQ(ctl({"set", "storage", "plug", "usb", root() + "/disk"}).toString(), "/storage/uDisk1");
     ctl({"set", "storage", "unplug", root() + "/disk"});
     ctl({"set", "storage", "unplug", root() + "/disk"}, 1);
 }

@@ -120,7 +120,7 @@ TEST_F(ImportStory, APictureOfAContactIsScaledByKeysWhateverItIsCalled)
     EXPECT_EQ(QImage(file("/rundata/media/contact-image/") + made.first()).size(), QSize(126, 126));
     EXPECT_TRUE(logOf("reboot").isEmpty());
     EXPECT_EQ(
-        logOf("command").filter("/mini-boot/bin/imageScale.exx @&@/storage/usb1/$(reboot) `id`.jpg").size(),
+        logOf("command").filter("/mini-boot/bin/imageScale.exx @&@/storage/uDisk1/$(reboot) `id`.jpg").size(),
         1);
     key("F4");
     waitPage("dlgMediaManager");
@@ -146,7 +146,7 @@ TEST_F(ImportStory, ARingToneIsThereToBeChosen)
     key("Return");
     goTo("tune.wav");
     ASSERT_TRUE(offers(1, "Import"));
-    EXPECT_TRUE(kit::waits([&] { return logOf("ring").contains("/storage/usb1/tune.wav 1"); }, 5000));
+    EXPECT_TRUE(kit::waits([&] { return logOf("ring").contains("/storage/uDisk1/tune.wav 1"); }, 5000));
     key("F2");
     expectBox("Successful loading!", "btnOK");
     key("F4");

@@ -19,18 +19,18 @@ class FileImport : public FreshRoot
 protected:
     FileImport()
     {
-        for (const char* folder : {"/media", "/storage", "/storage/usb1"})
+        for (const char* folder : {"/media", "/storage", "/storage/uDisk1"})
             makeFolder(folder);
         for (size_t i = 0; i < 3 * BLOCK + 17; ++i)
             content += char(i * 7 + i / 251);
-        put("/storage/usb1/film", content);
+        put("/storage/uDisk1/film", content);
     }
     std::string content;
 };
 
 TEST_F(FileImport, TheTargetHasEveryByteOfTheSource)
 {
-    chFileImport copy("/storage/usb1/film", "/media/film");
+    chFileImport copy("/storage/uDisk1/film", "/media/film");
     EXPECT_EQ(copy.Percent(), 0);
     EXPECT_EQ(copy.Run(), 1);
     EXPECT_EQ(copy.Percent(), 100);
@@ -40,15 +40,15 @@ TEST_F(FileImport, TheTargetHasEveryByteOfTheSource)
 
 TEST_F(FileImport, AnEmptyFileIsCopied)
 {
-    put("/storage/usb1/empty", "");
-    EXPECT_EQ(chFileImport("/storage/usb1/empty", "/media/empty").Run(), 1);
+    put("/storage/uDisk1/empty", "");
+    EXPECT_EQ(chFileImport("/storage/uDisk1/empty", "/media/empty").Run(), 1);
     EXPECT_TRUE(isThere("/media/empty"));
 }
 
 TEST_F(FileImport, AFileOfTheNameIsReplaced)
 {
     put("/media/film", "older and longer than nothing");
-    EXPECT_EQ(chFileImport("/storage/usb1/film", "/media/film").Run(), 1);
+    EXPECT_EQ(chFileImport("/storage/uDisk1/film", "/media/film").Run(), 1);
     EXPECT_TRUE(get("/media/film") == content);
 }
 
@@ -57,8 +57,8 @@ TEST_F(FileImport, ATargetThatIsALinkGivesItsPlaceAndNothingBehindItIsTouched)
     put("/secret", "secret");
     ASSERT_EQ(symlink("/secret", onMachine("/media/film").c_str()), 0);
     ASSERT_EQ(symlink("/nowhere", onMachine("/media/other").c_str()), 0);
-    EXPECT_EQ(chFileImport("/storage/usb1/film", "/media/film").Run(), 1);
-    EXPECT_EQ(chFileImport("/storage/usb1/film", "/media/other").Run(), 1);
+    EXPECT_EQ(chFileImport("/storage/uDisk1/film", "/media/film").Run(), 1);
+    EXPECT_EQ(chFileImport("/storage/uDisk1/film", "/media/other").Run(), 1);
     EXPECT_EQ(get("/secret"), "secret");
     EXPECT_FALSE(isThere("/nowhere"));
     EXPECT_TRUE(get("/media/film") == content);
@@ -67,14 +67,14 @@ TEST_F(FileImport, ATargetThatIsALinkGivesItsPlaceAndNothingBehindItIsTouched)
 
 TEST_F(FileImport, WhatIsNoFileIsNeitherReadNorReplaced)
 {
-    ASSERT_EQ(mkfifo(onMachine("/storage/usb1/pipe").c_str(), 0666), 0);
+    ASSERT_EQ(mkfifo(onMachine("/storage/uDisk1/pipe").c_str(), 0666), 0);
     ASSERT_EQ(mkfifo(onMachine("/media/pipe").c_str(), 0666), 0);
-    ASSERT_EQ(symlink("film", onMachine("/storage/usb1/link").c_str()), 0);
+    ASSERT_EQ(symlink("film", onMachine("/storage/uDisk1/link").c_str()), 0);
     makeFolder("/media/folder");
-    for (const char* source : {"/storage/usb1/pipe", "/storage/usb1/link", "/storage/usb1/none"})
+    for (const char* source : {"/storage/uDisk1/pipe", "/storage/uDisk1/link", "/storage/uDisk1/none"})
         EXPECT_EQ(chFileImport(source, "/media/a").Run(), 0) << source;
     for (const char* target : {"/media/folder", "/media/pipe", "/none/a"})
-        EXPECT_EQ(chFileImport("/storage/usb1/film", target).Run(), 0) << target;
+        EXPECT_EQ(chFileImport("/storage/uDisk1/film", target).Run(), 0) << target;
     EXPECT_EQ(namesIn("/media"), Names({"folder", "pipe"}));
 }
 
@@ -83,7 +83,7 @@ TEST_F(FileImport, AFullDiskLeavesNothingAndTheOldFileAsItWas)
     put("/media/film", "old");
     FailingCalls calls;
     calls.setSpace(2 * BLOCK);
-    EXPECT_EQ(chFileImport("/storage/usb1/film", "/media/film").Run(), 0);
+    EXPECT_EQ(chFileImport("/storage/uDisk1/film", "/media/film").Run(), 0);
     EXPECT_EQ(get("/media/film"), "old");
     EXPECT_EQ(namesIn("/media"), Names{"film"});
 }
@@ -92,7 +92,7 @@ TEST_F(FileImport, WritesThatTakeAPartAreGoneOnWith)
 {
     FailingCalls calls;
     calls.setMostBytes(1000);
-    EXPECT_EQ(chFileImport("/storage/usb1/film", "/media/film").Run(), 1);
+    EXPECT_EQ(chFileImport("/storage/uDisk1/film", "/media/film").Run(), 1);
     EXPECT_TRUE(get("/media/film") == content);
 }
 
@@ -156,7 +156,7 @@ Gate* Gate::s_gate = nullptr;
 TEST_F(FileImport, OneThatIsCancelledLeavesNothing)
 {
     Gate gate;
-    chFileImport copy("/storage/usb1/film", "/media/film");
+    chFileImport copy("/storage/uDisk1/film", "/media/film");
     int done = -1;
     std::thread thread([&] { done = copy.Run(); });
     gate.waitForWrite(2);
@@ -172,7 +172,7 @@ TEST_F(FileImport, OneThatIsCancelledLeavesNothing)
 
 TEST_F(FileImport, ACancelThatComesTooLateSaysSo)
 {
-    chFileImport copy("/storage/usb1/film", "/media/film");
+    chFileImport copy("/storage/uDisk1/film", "/media/film");
     EXPECT_EQ(copy.Run(), 1);
     EXPECT_EQ(copy.Cancel(), 0);
     EXPECT_TRUE(isThere("/media/film"));

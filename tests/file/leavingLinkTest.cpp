@@ -21,7 +21,7 @@ protected:
         EXPECT_EQ(symlink("/rundata", onMachine("/data").c_str()), 0);
         char name[] = "/tmp/hxDiskXXXXXX";
         m_disk = mkdtemp(name);
-        EXPECT_EQ(symlink(m_disk.c_str(), onMachine("/storage/usb").c_str()), 0);
+        EXPECT_EQ(symlink(m_disk.c_str(), onMachine("/storage/uDisk").c_str()), 0);
         fileSetReportSink([](const char* text) { s_report = text; });
     }
     ~LinkedFolder() override
@@ -37,7 +37,7 @@ std::string LinkedFolder::s_report;
 
 TEST_F(LinkedFolder, FilesBehindItAreRemovedAndRenamed)
 {
-    for (const char* folder : {"/data", "/storage/usb"}) {
+    for (const char* folder : {"/data", "/storage/uDisk"}) {
         const std::string a = std::string(folder) + "/a", b = std::string(folder) + "/b";
         FILE* file = fopen(devicePathFollow(a.c_str()), "w");
         ASSERT_NE(file, nullptr);
@@ -54,7 +54,7 @@ TEST_F(LinkedFolder, FoldersAreMadeBehindItAndNotOnTheMachine)
 {
     EXPECT_EQ(pathMakeDirectories("/data/x/y"), 1);
     EXPECT_EQ(namesIn("/rundata"), Names{"x"});
-    EXPECT_EQ(pathMakeDirectories("/storage/usb/z"), 1);
+    EXPECT_EQ(pathMakeDirectories("/storage/uDisk/z"), 1);
     EXPECT_TRUE(std::filesystem::is_directory(m_disk + "/z"));
 }
 
@@ -68,12 +68,12 @@ TEST_F(LinkedFolder, DamagedFileOnADiskIsKeptBesideItUnderANameOfTheDevice)
 {
     std::ofstream(m_disk + "/a.xml") << "broken";
     chString kept;
-    EXPECT_EQ(fileCopyAside("/storage/usb/a.xml", kept), 1);
-    EXPECT_EQ(kept, "/storage/usb/a.xml.bad");
-    EXPECT_EQ(s_report, "/storage/usb/a.xml cannot be understood, kept as /storage/usb/a.xml.bad");
+    EXPECT_EQ(fileCopyAside("/storage/uDisk/a.xml", kept), 1);
+    EXPECT_EQ(kept, "/storage/uDisk/a.xml.bad");
+    EXPECT_EQ(s_report, "/storage/uDisk/a.xml cannot be understood, kept as /storage/uDisk/a.xml.bad");
     EXPECT_EQ(nuxDumpTextFileA(kept), "broken");
     EXPECT_EQ(fileRemove(kept), 1);
-    EXPECT_EQ(fileKeepAside("/storage/usb/a.xml"), 1);
+    EXPECT_EQ(fileKeepAside("/storage/uDisk/a.xml"), 1);
     EXPECT_FALSE(std::filesystem::exists(m_disk + "/a.xml"));
     EXPECT_TRUE(std::filesystem::exists(m_disk + "/a.xml.bad"));
 }
@@ -81,10 +81,10 @@ TEST_F(LinkedFolder, DamagedFileOnADiskIsKeptBesideItUnderANameOfTheDevice)
 TEST_F(LinkedFolder, LinkToAFileOnADiskIsKeptBesideThatFile)
 {
     std::ofstream(m_disk + "/a.xml") << "broken";
-    ASSERT_EQ(symlink("/storage/usb/a.xml", onMachine("/rundata/l.xml").c_str()), 0);
+    ASSERT_EQ(symlink("/storage/uDisk/a.xml", onMachine("/rundata/l.xml").c_str()), 0);
     chString kept;
     EXPECT_EQ(fileCopyAside("/data/l.xml", kept), 1);
-    EXPECT_EQ(kept, "/storage/usb/a.xml.bad");
+    EXPECT_EQ(kept, "/storage/uDisk/a.xml.bad");
     EXPECT_TRUE(std::filesystem::exists(m_disk + "/a.xml.bad"));
 }
 

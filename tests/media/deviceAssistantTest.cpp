@@ -114,7 +114,7 @@ TEST_F(Devices, WithAnEqualCountTheOldPathIsDropped)
     plug("B"); // usb2
     DeviceAssistant assistant(&page);
     storageWorldUnplug(folder("A"));
-    EXPECT_EQ(storageWorldPlug(STORAGE_SD, folder("C")), "/storage/sd1");
+    EXPECT_EQ(storageWorldPlug(STORAGE_SD, folder("C")), "/storage/sdCard1");
     kit::settle();
     assistant.Refresh();
     hearOnlyOwnPaths(assistant);

@@ -467,13 +467,13 @@ TEST_F(Films, APulledDiskEndsThePreviewOfItsOwnFilmOnly)
     start(PreviewVideoFile, "/rundata/a.mp4");
     unplug("a");
     EXPECT_EQ(top(), "dlgVideoPreview");
-    for (const char* file : {"/storage/uDisk1/a.mp4", "/storage/sdCard/a.mp4"}) {
-        plug(STORAGE_USB, "a");
+    for (STORAGE_TYPE type : {STORAGE_USB, STORAGE_SD}) {
+        const QString file = plug(type, "a") + "/a.mp4";
         mark();
-        start(PreviewVideoFile, file);
+        start(PreviewVideoFile, file.toUtf8());
         EXPECT_TRUE(isTraced("preview file is in usb or sdCard"));
         unplug("a");
-        EXPECT_EQ(top(), "page") << file;
+        EXPECT_EQ(top(), "page") << qPrintable(file);
     }
     unplug("b");
 }

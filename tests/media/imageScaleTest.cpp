@@ -134,8 +134,8 @@ TEST(ScaleOrder, TheWordsAreToldApartByTheirMarks)
 {
     ScaleOrder order;
     ASSERT_TRUE(
-        order.parse("@&@/storage/usb1/my @&@5 @&@x face.jpg @&@126 @&@90 @&@/rundata/t.jpg @&@/tmp/v"));
-    EXPECT_EQ(order.strSource, "/storage/usb1/my @&@5 @&@x face.jpg");
+        order.parse("@&@/storage/uDisk1/my @&@5 @&@x face.jpg @&@126 @&@90 @&@/rundata/t.jpg @&@/tmp/v"));
+    EXPECT_EQ(order.strSource, "/storage/uDisk1/my @&@5 @&@x face.jpg");
     EXPECT_EQ(order.nWidth, 126);
     EXPECT_EQ(order.nHeight, 90);
     EXPECT_EQ(order.strTarget, "/rundata/t.jpg");

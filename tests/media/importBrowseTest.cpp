@@ -48,16 +48,16 @@ TEST_F(ImportBrowse, AFolderIsEnteredByItsKeyAndTheWayUpLeavesIt)
     fillStick();
     openImages();
     softKey(0);
-    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/usb1");
+    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/uDisk1");
     EXPECT_EQ(rows(), QStringList({"..", "photos", "damaged.jpg", "good.png", "large.jpg"}));
     EXPECT_EQ(keys(), QStringList({"Enter", "", "", "Exit"})) << "the way up";
     view->setCurrentRow(1);
     EXPECT_EQ(keys(), QStringList({"Enter", "", "Delete", "Exit"})) << "a folder";
     kit::key(Qt::Key_Return);
-    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/usb1/photos");
+    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/uDisk1/photos");
     EXPECT_EQ(keys(), QStringList({"Enter", "", "", "Exit"})) << "the way up of a folder";
     kit::key(Qt::Key_Return);
-    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/usb1");
+    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/uDisk1");
     EXPECT_EQ(view->currentRow(), 1);
 }
 
@@ -131,7 +131,7 @@ TEST_F(ImportBrowse, ARingToneIsPlayedAfterASecondAsLoudAsThePhoneRings)
     select("tune.wav");
     EXPECT_EQ(keys(), QStringList({"Preview", "Import", "Delete", "Exit"}));
     mark();
-    EXPECT_TRUE(kit::waitUntil([this] { return logged("ring").contains("/storage/usb1/tune.wav 1"); }));
+    EXPECT_TRUE(kit::waitUntil([this] { return logged("ring").contains("/storage/uDisk1/tune.wav 1"); }));
     mark();
     view->setCurrentRow(0);
     EXPECT_EQ(logged("ring"), QStringList{"stop"});
@@ -150,7 +150,7 @@ TEST_F(ImportBrowse, APageThatClosesIsSilentAndTellsThatItWasLeft)
     open<dlgSoundImport>("sound");
     enter();
     select("tune.wav");
-    EXPECT_TRUE(kit::waitUntil([this] { return logged("ring").contains("/storage/usb1/tune.wav 1"); }));
+    EXPECT_TRUE(kit::waitUntil([this] { return logged("ring").contains("/storage/uDisk1/tune.wav 1"); }));
     QStringList told;
     QObject::connect(page, &QDialog::finished,
                      [&](int result) { told.append(QString("finished %1").arg(result)); });
@@ -229,8 +229,8 @@ TEST_F(ImportBrowse, WhatIsNeitherFileNorFolderIsNotShown)
     openImages();
     enter();
     EXPECT_EQ(rows(), QStringList({"..", "photos", "damaged.jpg", "good.png", "large.jpg"}));
-    EXPECT_EQ(view->EnterDirectory("/storage/usb1/etc"), 0);
-    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/usb1");
+    EXPECT_EQ(view->EnterDirectory("/storage/uDisk1/etc"), 0);
+    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/uDisk1");
 }
 
 // What the disks tell.
@@ -241,7 +241,7 @@ protected:
     void plugSecond()
     {
         QDir().mkpath(secondStick());
-        EXPECT_EQ(storageWorldPlug(STORAGE_USB, secondStick()), "/storage/usb2");
+        EXPECT_EQ(storageWorldPlug(STORAGE_USB, secondStick()), "/storage/uDisk2");
         kit::settle();
     }
 };
@@ -260,7 +260,7 @@ TEST_F(ImportDisks, ANewOneLeavesWhoBrowsesAnotherWhereHeIs)
     enter();
     select("good.png");
     plugSecond();
-    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/usb1");
+    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/uDisk1");
     EXPECT_EQ(view->currentRow(), rowOf("good.png"));
 }
 
@@ -269,7 +269,7 @@ TEST_F(ImportDisks, PullingTheOneOnViewLeadsBackToTheList)
     fillStick();
     openImages();
     plugSecond();
-    enter("/storage/usb1/photos");
+    enter("/storage/uDisk1/photos");
     pull();
     kit::settle();
     EXPECT_STREQ(view->GetCurPath().GetText(), "/storage");
@@ -282,10 +282,10 @@ TEST_F(ImportDisks, PullingAnotherOneLeavesTheBrowserWhereItIs)
     fillStick();
     openImages();
     plugSecond();
-    enter("/storage/usb1/photos");
+    enter("/storage/uDisk1/photos");
     EXPECT_EQ(storageWorldUnplug(secondStick()), 1);
     kit::settle();
-    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/usb1/photos");
+    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/uDisk1/photos");
 }
 
 TEST_F(ImportDisks, PullingTheLastOneClosesThePage)
@@ -294,7 +294,7 @@ TEST_F(ImportDisks, PullingTheLastOneClosesThePage)
     open<dlgSoundImport>("sound");
     enter();
     select("tune.wav");
-    EXPECT_TRUE(kit::waitUntil([this] { return logged("ring").contains("/storage/usb1/tune.wav 1"); }));
+    EXPECT_TRUE(kit::waitUntil([this] { return logged("ring").contains("/storage/uDisk1/tune.wav 1"); }));
     mark();
     pull();
     kit::settle();

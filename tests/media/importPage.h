@@ -23,7 +23,7 @@ protected:
     ImportTest()
     {
         QDir().mkpath(stick());
-        EXPECT_EQ(storageWorldPlug(STORAGE_USB, stick()), "/storage/usb1");
+        EXPECT_EQ(storageWorldPlug(STORAGE_USB, stick()), "/storage/uDisk1");
         for (const char* folder : {"image", "video", "ring", "contact-image"})
             QDir().mkpath(hostPath("/rundata/media/") + folder);
     }
@@ -67,7 +67,7 @@ protected:
     }
     void openImages() { open<dlgImageImport>("image"); }
     void openContacts() { open<dlgImageImport>("contact-image", 126, 126); }
-    void enter(const char* folder = "/storage/usb1")
+    void enter(const char* folder = "/storage/uDisk1")
     {
         ASSERT_EQ(view->EnterDirectory(folder), 1);
         ASSERT_TRUE(kit::waitUntil([this] { return !view->isReading(); }));

@@ -87,8 +87,8 @@ TEST_F(ImportProgress, CancelRemovesTheTargetAndSaysNothing)
         softKey(1);
         EXPECT_EQ(boxes.texts(), Texts()) << key;
         EXPECT_EQ(top(), page);
-        EXPECT_TRUE(
-            isTraced("Import file (/storage/usb1/film.mp4) to (/rundata/media/video/film.mp4) is cancelled"));
+        EXPECT_TRUE(isTraced(
+            "Import file (/storage/uDisk1/film.mp4) to (/rundata/media/video/film.mp4) is cancelled"));
         writes.release();
         EXPECT_TRUE(kit::waitUntil([this] { return filesThere().isEmpty(); })) << key;
         select("other.mp4");
@@ -144,7 +144,7 @@ TEST_F(ImportProgress, AnotherStickThatIsPulledEndsNothing)
     const kit::BoxAnswers boxes({"ok"});
     softKey(1);
     EXPECT_EQ(boxes.texts(), Texts{"Successful loading!"});
-    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/usb1");
+    EXPECT_STREQ(view->GetCurPath().GetText(), "/storage/uDisk1");
 }
 
 TEST_F(ImportProgress, AStickPulledWithAnotherLeftLeadsBackToTheList)

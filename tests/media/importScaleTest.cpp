@@ -51,7 +51,7 @@ TEST_F(ImportScale, APictureHasTheSizeOfAContactsThen)
     EXPECT_EQ(imported("face.jpg").size(), QSize(126, 126));
     EXPECT_EQ(readFile("/tmp/imageScale.out"), "1");
     EXPECT_EQ(trace(), "=========cCommand(export QT_PLUGIN_PATH=/phone/lib;/mini-boot/bin/imageScale.exx "
-                       "\"@&@/storage/usb1/face.jpg @&@126 @&@126 @&@/rundata/media/contact-image/face.jpg "
+                       "\"@&@/storage/uDisk1/face.jpg @&@126 @&@126 @&@/rundata/media/contact-image/face.jpg "
                        "@&@/tmp/imageScale.out\")");
 }
 
@@ -63,7 +63,7 @@ TEST_F(ImportScale, BlanksAreTakenOutOfTheNameAndItKeepsItsLetters)
     EXPECT_EQ(import("my Face_1.a.JPG"), Texts{"Successful loading!"});
     EXPECT_EQ(filesThere(), Texts{"myFace_1.a.JPG"});
     EXPECT_EQ(imported("myFace_1.a.JPG").size(), QSize(126, 126));
-    EXPECT_TRUE(trace().contains("\"@&@/storage/usb1/my Face_1.a.JPG @&@126"));
+    EXPECT_TRUE(trace().contains("\"@&@/storage/uDisk1/my Face_1.a.JPG @&@126"));
 }
 
 TEST_F(ImportScale, ANameInOtherLettersBecomesTheTime)
@@ -95,7 +95,7 @@ TEST_F(ImportScale, NoNameEverReachesAShell)
         enter();
         setSecond(second++);
         EXPECT_EQ(import(name), Texts{"Successful loading!"}) << name;
-        EXPECT_TRUE(trace().contains(QString("\"@&@/storage/usb1/%1 @&@126 @&@126 @&@").arg(name))) << name;
+        EXPECT_TRUE(trace().contains(QString("\"@&@/storage/uDisk1/%1 @&@126 @&@126 @&@").arg(name))) << name;
         mark();
         delete page;
     }
@@ -134,7 +134,7 @@ TEST_F(ImportScale, OnlyTheVerdictZeroIsAFailure)
     EXPECT_EQ(import("face.jpg"), Texts{"Loading fail!"});
     EXPECT_EQ(filesThere(), Texts()) << "the target is removed";
     EXPECT_TRUE(
-        isTraced("Import file (/storage/usb1/face.jpg) to (/rundata/media/contact-image/face.jpg) fail!"));
+        isTraced("Import file (/storage/uDisk1/face.jpg) to (/rundata/media/contact-image/face.jpg) fail!"));
 }
 
 TEST_F(ImportScale, AVerdictOnAnotherPictureDoesNotCount)
@@ -200,7 +200,7 @@ TEST_F(ImportScale, AFailedCopyLeavesNothingUnderAnyName)
 // The longest name whose command still fits, and one blank more, which the target loses.
 TEST_F(ImportScale, ACommandOf256BytesIsRefusedAndLeavesNothing)
 {
-    const tagScaleOrder nameless = {"/storage/usb1/.jpg", "/rundata/media/contact-image/.jpg", 126, 126};
+    const tagScaleOrder nameless = {"/storage/uDisk1/.jpg", "/rundata/media/contact-image/.jpg", 126, 126};
     const int room = 255 - int(scaleCommand(nameless).size());
     const QString letters(room / 2, 'n');
     const QString fits = QString(room % 2, ' ') + letters + ".jpg";
@@ -216,7 +216,7 @@ TEST_F(ImportScale, ACommandOf256BytesIsRefusedAndLeavesNothing)
     EXPECT_EQ(import(longer), Texts{"Loading fail!"});
     EXPECT_EQ(filesThere(), Texts{letters + ".jpg"});
     EXPECT_EQ(trace(), "");
-    EXPECT_TRUE(isTraced("(/storage/usb1/" + longer + ") has too long a name to be scaled"));
+    EXPECT_TRUE(isTraced("(/storage/uDisk1/" + longer + ") has too long a name to be scaled"));
 }
 
 TEST_F(ImportScale, AWidthOrHeightBelowOneIsAPlainCopy)

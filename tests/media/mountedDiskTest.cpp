@@ -59,29 +59,30 @@ protected:
     bool come() const
     {
         if (!isInOwnWorld())
-            return QDir().mkdir(hostPath("/storage/usb1"));
-        return mkdir("/storage/usb1", 0755) == 0 && mount("disk", "/storage/usb1", "tmpfs", 0, nullptr) == 0;
+            return QDir().mkdir(hostPath("/storage/uDisk1"));
+        return mkdir("/storage/uDisk1", 0755) == 0 &&
+               mount("disk", "/storage/uDisk1", "tmpfs", 0, nullptr) == 0;
     }
     bool go() const
     {
-        return isInOwnWorld() ? umount("/storage/usb1") == 0 : QDir().rmdir(hostPath("/storage/usb1"));
+        return isInOwnWorld() ? umount("/storage/uDisk1") == 0 : QDir().rmdir(hostPath("/storage/uDisk1"));
     }
     void followADisk() const
     {
         Page page;
         DeviceAssistant assistant(&page);
-        EXPECT_FALSE(IsExistCurrentStorage("/storage/usb1/a.jpg"));
+        EXPECT_FALSE(IsExistCurrentStorage("/storage/uDisk1/a.jpg"));
         ASSERT_TRUE(come());
         EXPECT_TRUE(kit::waitUntil([&] { return !page.heard.isEmpty(); })) << "nobody asked for the disks";
         EXPECT_EQ(page.heard, QList<unsigned>{DEVICE_EVENT_REFRESH});
         assistant.Refresh();
-        EXPECT_TRUE(IsExistCurrentStorage("/storage/usb1/a.jpg"));
+        EXPECT_TRUE(IsExistCurrentStorage("/storage/uDisk1/a.jpg"));
         EXPECT_EQ(device_GetStorageCount(STORAGE_USB), 1);
         page.heard.clear();
         ASSERT_TRUE(go());
         EXPECT_TRUE(kit::waitUntil([&] { return !page.heard.isEmpty(); }));
         EXPECT_EQ(page.heard, QList<unsigned>{DEVICE_EVENT_REMOVE});
-        EXPECT_FALSE(IsExistCurrentStorage("/storage/usb1/a.jpg"));
+        EXPECT_FALSE(IsExistCurrentStorage("/storage/uDisk1/a.jpg"));
     }
 };
 

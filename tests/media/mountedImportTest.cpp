@@ -54,17 +54,17 @@ protected:
     }
     void come(const QByteArray& film) const
     {
-        ASSERT_EQ(mkdir(machine("/storage/usb1"), 0755), 0);
-        ASSERT_TRUE(!isInOwnWorld() || mount("disk", "/storage/usb1", "tmpfs", 0, nullptr) == 0);
-        QFile file(machine("/storage/usb1/film.mp4"));
+        ASSERT_EQ(mkdir(machine("/storage/uDisk1"), 0755), 0);
+        ASSERT_TRUE(!isInOwnWorld() || mount("disk", "/storage/uDisk1", "tmpfs", 0, nullptr) == 0);
+        QFile file(machine("/storage/uDisk1/film.mp4"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(film), film.size());
     }
     // Though the copy has a file of it open, as with a stick that is pulled.
     void go() const
     {
-        ASSERT_EQ(isInOwnWorld() ? umount2("/storage/usb1", MNT_DETACH)
-                                 : rename(machine("/storage/usb1"), machine("/gone")),
+        ASSERT_EQ(isInOwnWorld() ? umount2("/storage/uDisk1", MNT_DETACH)
+                                 : rename(machine("/storage/uDisk1"), machine("/gone")),
                   0);
     }
     bool isImported() const { return access(machine("/rundata/media/video/film.mp4"), F_OK) == 0; }

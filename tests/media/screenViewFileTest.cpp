@@ -99,9 +99,9 @@ TEST_F(ScreenView, DevicesOfTheTableComeInTheirOrderThenStoragesThenRules)
     disk(STORAGE_USB, "B", {"p/e.jpg", "f.png"});
     disk(STORAGE_SD, "C", {"g.jpg", "p/h.jpg"});
     writeFile("/rundata/i/x.jpg", "");
-    EXPECT_EQ(images(), QStringList({"/storage/usb1/p/a.jpg", "/storage/usb1/p/b.jpg", "/storage/usb1/c.png",
-                                     "/storage/usb2/p/e.jpg", "/storage/usb2/f.png", "/rundata/i/x.jpg",
-                                     "/storage/sd1/g.jpg"}));
+    EXPECT_EQ(images(), QStringList({"/storage/uDisk1/p/a.jpg", "/storage/uDisk1/p/b.jpg",
+                                     "/storage/uDisk1/c.png", "/storage/uDisk2/p/e.jpg",
+                                     "/storage/uDisk2/f.png", "/rundata/i/x.jpg", "/storage/sdCard1/g.jpg"}));
 }
 
 TEST_F(ScreenView, SubfoldersAreSearchedOnlyWhenTheRuleSaysSo)
@@ -163,13 +163,13 @@ TEST_F(ScreenView, TheFactoryTableFindsTheFilesOfThePhoneAndOfItsStorages)
     QStringList photos{"/rundata/media/image/a.jpg"};
     for (const char* stock : {"Dunes", "Forest", "Harbour", "Lake", "Roofs", "Winter"})
         photos.append(QString("/phone/resource/sysdata/ephoto/%1.jpg").arg(stock));
-    photos += QStringList{"/storage/sd1/e.jpeg", "/storage/usb1/deep/c.png"};
+    photos += QStringList{"/storage/sdCard1/e.jpeg", "/storage/uDisk1/deep/c.png"};
     EXPECT_EQ(images(), photos);
     FileList list;
     EXPECT_TRUE(view.GetVideoFileList(list));
     EXPECT_EQ(texts(list),
               QStringList({"/rundata/media/video/b.mp4", "/phone/resource/sysdata/video/Morning.mp4",
-                           "/storage/sd1/f.3gp", "/storage/usb1/d.mp4"}));
+                           "/storage/sdCard1/f.3gp", "/storage/uDisk1/d.mp4"}));
 }
 
 } // namespace

@@ -41,11 +41,14 @@ protected:
     }
     // What is on the disk of that name, on this machine.
     QString onDisk(const char* name, const char* file) const { return m_disks.filePath(name) + "/" + file; }
-    void plug(STORAGE_TYPE type, const char* name)
+    // The phone's path of the disk.
+    QString plug(STORAGE_TYPE type, const char* name)
     {
         QDir(m_disks.path()).mkpath(name);
-        EXPECT_FALSE(storageWorldPlug(type, m_disks.filePath(name)).isEmpty());
+        const QString path = storageWorldPlug(type, m_disks.filePath(name));
+        EXPECT_FALSE(path.isEmpty());
         kit::settle();
+        return path;
     }
     void unplug(const char* name)
     {

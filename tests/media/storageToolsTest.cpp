@@ -30,31 +30,31 @@ TEST_F(StorageTools, MountPathsAreAppended)
     GetFileArrayInStorage(paths);
     ASSERT_EQ(paths.GetSize(), 3);
     EXPECT_STREQ(paths[0], "/first");
-    EXPECT_STREQ(paths[1], "/storage/sd1");
-    EXPECT_STREQ(paths[2], "/storage/usb1");
+    EXPECT_STREQ(paths[1], "/storage/sdCard1");
+    EXPECT_STREQ(paths[2], "/storage/uDisk1");
 }
 
 TEST_F(StorageTools, APathOnADiskThatIsThereIsKnown)
 {
-    EXPECT_FALSE(IsExistCurrentStorage("/storage/usb1/a.jpg"));
+    EXPECT_FALSE(IsExistCurrentStorage("/storage/uDisk1/a.jpg"));
     plug(STORAGE_USB, "A");
-    EXPECT_TRUE(IsExistCurrentStorage("/storage/usb1/a.jpg"));
-    EXPECT_TRUE(IsExistCurrentStorage("/storage/usb1"));
+    EXPECT_TRUE(IsExistCurrentStorage("/storage/uDisk1/a.jpg"));
+    EXPECT_TRUE(IsExistCurrentStorage("/storage/uDisk1"));
     EXPECT_FALSE(IsExistCurrentStorage("/storage"));
-    EXPECT_FALSE(IsExistCurrentStorage("/rundata/storage/usb1"));
+    EXPECT_FALSE(IsExistCurrentStorage("/rundata/storage/uDisk1"));
     storageWorldUnplug(m_disks.filePath("A"));
-    EXPECT_FALSE(IsExistCurrentStorage("/storage/usb1/a.jpg"));
+    EXPECT_FALSE(IsExistCurrentStorage("/storage/uDisk1/a.jpg"));
 }
 
 TEST_F(StorageTools, AnEntryThatStartsThePathIncludesIt)
 {
     chStringArray paths;
-    EXPECT_FALSE(IsDirInclude("/storage/usb1/x", paths));
-    paths.Append("/storage/sd1");
-    paths.Append("/storage/usb1");
-    EXPECT_TRUE(IsDirInclude("/storage/usb1/x", paths));
-    EXPECT_TRUE(IsDirInclude("/storage/usb10", paths));
-    EXPECT_FALSE(IsDirInclude("/storage/usb", paths));
+    EXPECT_FALSE(IsDirInclude("/storage/uDisk1/x", paths));
+    paths.Append("/storage/sdCard1");
+    paths.Append("/storage/uDisk1");
+    EXPECT_TRUE(IsDirInclude("/storage/uDisk1/x", paths));
+    EXPECT_TRUE(IsDirInclude("/storage/uDisk10", paths));
+    EXPECT_FALSE(IsDirInclude("/storage/uDisk", paths));
     EXPECT_FALSE(IsDirInclude(nullptr, paths));
 }
 

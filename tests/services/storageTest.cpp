@@ -59,11 +59,11 @@ TEST_F(Storage, WithoutADiskThereIsNone)
 
 TEST_F(Storage, PluggedDisksAreListedWithTypePathAndName)
 {
-    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("HOLIDAY")), "/storage/usb1");
-    EXPECT_EQ(storageWorldPlug(STORAGE_SD, disk("CARD")), "/storage/sd1");
-    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("WORK")), "/storage/usb2");
-    EXPECT_EQ(paths(),
-              QStringList({"2 /storage/sd1 CARD", "1 /storage/usb1 HOLIDAY", "1 /storage/usb2 WORK"}));
+    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("HOLIDAY")), "/storage/uDisk1");
+    EXPECT_EQ(storageWorldPlug(STORAGE_SD, disk("CARD")), "/storage/sdCard1");
+    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("WORK")), "/storage/uDisk2");
+    EXPECT_EQ(paths(), QStringList({"2 /storage/sdCard1 CARD", "1 /storage/uDisk1 HOLIDAY",
+                                    "1 /storage/uDisk2 WORK"}));
     EXPECT_EQ(device_GetStorageCount(STORAGE_ANY), 3);
     EXPECT_EQ(device_GetStorageCount(STORAGE_USB), 2);
     EXPECT_EQ(device_GetStorageCount(STORAGE_SD), 1);
@@ -74,16 +74,16 @@ TEST_F(Storage, AnUnpluggedDiskIsGoneAndItsPlaceIsFree)
     storageWorldPlug(STORAGE_USB, disk("A"));
     storageWorldPlug(STORAGE_USB, disk("B"));
     EXPECT_EQ(storageWorldUnplug(disk("A")), 1);
-    EXPECT_EQ(paths(), QStringList{"1 /storage/usb2 B"});
+    EXPECT_EQ(paths(), QStringList{"1 /storage/uDisk2 B"});
     EXPECT_EQ(storageWorldUnplug(disk("A")), 0);
-    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("C")), "/storage/usb1");
+    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("C")), "/storage/uDisk1");
     EXPECT_TRUE(QDir(disk("A")).exists());
 }
 
 TEST_F(Storage, ADiskIsPluggedOnlyOnceAndMustBeThere)
 {
-    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("A")), "/storage/usb1");
-    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("A")), "/storage/usb1");
+    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("A")), "/storage/uDisk1");
+    EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("A")), "/storage/uDisk1");
     EXPECT_EQ(storageWorldPlug(STORAGE_USB, disk("A") + "/none"), "");
     EXPECT_EQ(device_GetStorageCount(STORAGE_ANY), 1);
 }
@@ -105,12 +105,12 @@ TEST_F(Storage, TheFilesOfAPluggedDiskAreReached)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
     storageWorldPlug(STORAGE_USB, path);
-    EXPECT_TRUE(pathFileExist("/storage/usb1/pictures/x.jpg"));
-    EXPECT_FALSE(pathFileExist("/storage/usb1/../../etc/passwd"));
+    EXPECT_TRUE(pathFileExist("/storage/uDisk1/pictures/x.jpg"));
+    EXPECT_FALSE(pathFileExist("/storage/uDisk1/../../etc/passwd"));
     chObjList_dynamic<chString, 16> files;
-    EXPECT_TRUE(nuxFindFile("/storage/usb1", "*.jpg", files, 1));
+    EXPECT_TRUE(nuxFindFile("/storage/uDisk1", "*.jpg", files, 1));
     ASSERT_EQ(files.size(), 1);
-    EXPECT_EQ(files.front(), "/storage/usb1/pictures/x.jpg");
+    EXPECT_EQ(files.front(), "/storage/uDisk1/pictures/x.jpg");
 }
 
 TEST_F(Storage, WhoRegisteredHearsOfComingAndGoing)
@@ -145,10 +145,10 @@ TEST_F(Storage, OneEventIsToldOnceAndOnlyToThoseWhoseFolderHoldsTheDisk)
     Listener own;
     Listener other;
     device_RegisterNotify(&both, "/storage");
-    device_RegisterNotify(&both, "/storage/usb1/");
-    device_RegisterNotify(&own, "/storage/usb1");
-    device_RegisterNotify(&own, "/storage/usb1");
-    device_RegisterNotify(&other, "/storage/usb");
+    device_RegisterNotify(&both, "/storage/uDisk1/");
+    device_RegisterNotify(&own, "/storage/uDisk1");
+    device_RegisterNotify(&own, "/storage/uDisk1");
+    device_RegisterNotify(&other, "/storage/uDisk");
     storageWorldPlug(STORAGE_USB, disk("A"));
     kit::settle();
     EXPECT_EQ(both.events.size(), 1);
@@ -160,10 +160,10 @@ TEST_F(Storage, WhoUnregisteredOrEndedHearsNothing)
 {
     Listener listener;
     device_RegisterNotify(&listener, "/storage");
-    device_RegisterNotify(&listener, "/storage/usb1");
-    device_RegisterNotify(&listener, "/storage/usb1");
+    device_RegisterNotify(&listener, "/storage/uDisk1");
+    device_RegisterNotify(&listener, "/storage/uDisk1");
     device_UnRegisterNotify(&listener, "/storage");
-    device_UnRegisterNotify(&listener, "/storage/usb1/");
+    device_UnRegisterNotify(&listener, "/storage/uDisk1/");
     device_UnRegisterNotify(&listener, "/never");
     device_RegisterNotify(nullptr, "/storage");
     {
@@ -181,7 +181,7 @@ TEST_F(Storage, AnotherDiskInTheSamePlaceIsAChange)
     storageWorldPlug(STORAGE_USB, disk("A"));
     Listener listener;
     device_RegisterNotify(&listener, "/storage");
-    const QString link = hostPath("/storage/usb1");
+    const QString link = hostPath("/storage/uDisk1");
     ASSERT_TRUE(QFile::remove(link) && QFile::link(disk("B"), link));
     EXPECT_TRUE(kit::waitUntil([&] { return !listener.events.isEmpty(); }));
     EXPECT_EQ(listener.events, QList<unsigned>{DEVICE_EVENT_REFRESH});
@@ -205,7 +205,7 @@ TEST_F(Storage, EachPlaceHasItsReserve)
     EXPECT_EQ(PathReservedSpace("/rundata/media/image", SPACE_MEDIA), 8 * mb);
     EXPECT_EQ(PathReservedSpace("/rundata/nDeck/", SPACE_NDECK), 16 * mb);
     EXPECT_EQ(PathReservedSpace("/rundata/x", SPACE_STORAGE), 1 * mb);
-    EXPECT_EQ(PathReservedSpace("/storage/usb1/x", SPACE_MEDIA), 1 * mb);
+    EXPECT_EQ(PathReservedSpace("/storage/uDisk1/x", SPACE_MEDIA), 1 * mb);
     EXPECT_EQ(PathReservedSpace("/storage", SPACE_NDECK), 1 * mb);
     EXPECT_EQ(PathReservedSpace(nullptr, SPACE_MEDIA), 8 * mb);
 }
@@ -216,7 +216,7 @@ TEST_F(Storage, ThePathTellsWhichReserveATransferKeeps)
     EXPECT_EQ(storageSpaceOf("/rundata/nDeckOther"), SPACE_MEDIA);
     EXPECT_EQ(storageSpaceOf("/rundata/nDeck/"), SPACE_NDECK);
     EXPECT_EQ(storageSpaceOf("/rundata/nDeck"), SPACE_NDECK);
-    EXPECT_EQ(storageSpaceOf("/storage/usb1/x"), SPACE_STORAGE);
+    EXPECT_EQ(storageSpaceOf("/storage/uDisk1/x"), SPACE_STORAGE);
     EXPECT_EQ(storageSpaceOf(nullptr), SPACE_MEDIA);
 }
 
@@ -262,22 +262,22 @@ TEST_F(Storage, AFileThatIsNotThereFitsNowhere)
 
 TEST(StorageList, TheNameTellsTheType)
 {
-    for (const char* name : {"sd", "sd1", "SD2", "sdcard", "mmcblk0p1"})
+    for (const char* name : {"sd", "sd1", "sdCard1", "SD2", "sdcard", "mmcblk0p1"})
         EXPECT_EQ(storageList::typeOf(name), STORAGE_SD) << name;
-    for (const char* name : {"usb1", "sda1", "sdb", "disk", "USB"})
+    for (const char* name : {"uDisk1", "usb1", "sda1", "sdb", "disk", "USB"})
         EXPECT_EQ(storageList::typeOf(name), STORAGE_USB) << name;
 }
 
 TEST(StorageList, MountPointsDirectlyInTheFolderAreDisks)
 {
     const QByteArray table = "22 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
-                             "40 22 8:17 / /storage/usb1 rw,noatime shared:5 - vfat /dev/sdb1 rw\n"
+                             "40 22 8:17 / /storage/uDisk1 rw,noatime shared:5 - vfat /dev/sdb1 rw\n"
                              "41 22 8:33 / /storage/my\\040disk rw - vfat /dev/sdc1 rw\n"
-                             "42 22 8:34 / /storage/usb1/deep rw - vfat /dev/sdd1 rw\n"
+                             "42 22 8:34 / /storage/uDisk1/deep rw - vfat /dev/sdd1 rw\n"
                              "43 22 8:35 / /storage rw - ext4 /dev/sde1 rw\n"
                              "44 22 8:36 / /storages/x rw - ext4 /dev/sdf1 rw\nshort line\n";
     const auto found = storageList::mountsIn(table, "/storage");
     ASSERT_EQ(found.size(), 2);
-    EXPECT_EQ(found[0], (QPair<QByteArray, QByteArray>("usb1", "8:17 /dev/sdb1")));
+    EXPECT_EQ(found[0], (QPair<QByteArray, QByteArray>("uDisk1", "8:17 /dev/sdb1")));
     EXPECT_EQ(found[1].first, "my disk");
 }

@@ -375,7 +375,7 @@ TEST_F(Box, WordTooLongForALineIsBroken)
                 << "runs out of the box";
             kit::tap(button("btnOK"));
         },
-        -1, "/storage/usb/averylongfilenamewithoutanyblankinitthatcannotbewrappedatwordsatall.mp4");
+        -1, "/storage/uDisk/averylongfilenamewithoutanyblankinitthatcannotbewrappedatwordsatall.mp4");
 }
 
 TEST_F(Box, FocusedButtonIsTheBlueOne)

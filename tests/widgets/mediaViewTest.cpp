@@ -28,7 +28,7 @@ protected:
                           "<item path=\"/phone/resource/x\" bReadOnly=\"1\"/></filelist></locked>"
                           "</MediaFile>");
         for (const char* file : {"tune.wav", "Alarm.MP3", "notes.txt", ".hidden.wav", "Music/deep/song.wav"})
-            writeFile((QByteArray("/storage/usb1/") + file).constData(), "x");
+            writeFile((QByteArray("/storage/uDisk1/") + file).constData(), "x");
         view = page.add<qMediaImportView>(QRect(200, 60, 400, 360));
     }
     QString path(int row) const { return QString::fromUtf8(view->itemFullPath(row).GetText()); }
@@ -65,13 +65,13 @@ protected:
 
 TEST_F(MediaView, StartsAtTheListOfStorages)
 {
-    writeFile("/storage/usb2/x.txt", "x");
+    writeFile("/storage/uDisk2/x.txt", "x");
     ASSERT_EQ(load(), 1);
     EXPECT_EQ(current(), "/storage");
     ASSERT_EQ(view->count(), 2);
-    EXPECT_EQ(path(0), "/storage/usb1");
+    EXPECT_EQ(path(0), "/storage/uDisk1");
     EXPECT_TRUE(view->itemIsDirectory(0));
-    EXPECT_EQ(path(1), "/storage/usb2");
+    EXPECT_EQ(path(1), "/storage/uDisk2");
 }
 
 TEST_F(MediaView, UnknownTypeOrTableIsRefused)
@@ -93,11 +93,11 @@ TEST_F(MediaView, ImportFolderIsTheFirstThatMayBeWritten)
 TEST_F(MediaView, FolderShowsTheWayUpThenFoldersThenFilesOfTheType)
 {
     load();
-    ASSERT_EQ(enter("/storage/usb1"), 1);
+    ASSERT_EQ(enter("/storage/uDisk1"), 1);
     EXPECT_EQ(names(), QStringList({"..", "Music", "Alarm.MP3", "tune.wav"}));
     EXPECT_EQ(path(0), "/storage");
-    EXPECT_EQ(path(1), "/storage/usb1/Music");
-    EXPECT_EQ(path(3), "/storage/usb1/tune.wav");
+    EXPECT_EQ(path(1), "/storage/uDisk1/Music");
+    EXPECT_EQ(path(3), "/storage/uDisk1/tune.wav");
     EXPECT_TRUE(view->itemIsDirectory(0));
     EXPECT_TRUE(view->itemIsDirectory(1));
     EXPECT_FALSE(view->itemIsDirectory(2));
@@ -106,8 +106,8 @@ TEST_F(MediaView, FolderShowsTheWayUpThenFoldersThenFilesOfTheType)
 TEST_F(MediaView, WayUpSortsBeforeTheFolderOnView)
 {
     load();
-    enter("/storage/usb1/Music/deep");
-    EXPECT_EQ(path(0), "/storage/usb1/Music");
+    enter("/storage/uDisk1/Music/deep");
+    EXPECT_EQ(path(0), "/storage/uDisk1/Music");
     EXPECT_GT(current(), path(0));
     EXPECT_LT(current(), path(1));
 }
@@ -124,15 +124,15 @@ TEST_F(MediaView, RowsOutOfRangeAreNothing)
 TEST_F(MediaView, FoldersOutsideTheStoragesAreRefused)
 {
     load();
-    enter("/storage/usb1");
-    for (const char* folder : {"/rundata", "/storage/usb9", "/storage/usb1/../../rundata",
-                               "/storage/usb1/none", "/storage/usb1/tune.wav", "/storage/usb1x", ""}) {
+    enter("/storage/uDisk1");
+    for (const char* folder : {"/rundata", "/storage/uDisk9", "/storage/uDisk1/../../rundata",
+                               "/storage/uDisk1/none", "/storage/uDisk1/tune.wav", "/storage/uDisk1x", ""}) {
         // On a busy machine the disk may answer too late to be asked at once.
         EXPECT_TRUE(kit::waitUntil([&] {
-            enter("/storage/usb1");
+            enter("/storage/uDisk1");
             return view->EnterDirectory(folder) == 0;
         })) << folder;
-        EXPECT_EQ(current(), "/storage/usb1");
+        EXPECT_EQ(current(), "/storage/uDisk1");
         EXPECT_EQ(view->count(), 4);
     }
     EXPECT_EQ(view->EnterDirectory(nullptr), 0);
@@ -142,39 +142,39 @@ TEST_F(MediaView, ClickedFolderIsEnteredAndAFileIsNot)
 {
     load();
     view->itemClicked(view->item(0));
-    EXPECT_EQ(current(), "/storage/usb1");
+    EXPECT_EQ(current(), "/storage/uDisk1");
     view->itemClicked(view->item(3));
-    EXPECT_EQ(current(), "/storage/usb1");
+    EXPECT_EQ(current(), "/storage/uDisk1");
     view->itemClicked(view->item(1));
-    EXPECT_EQ(current(), "/storage/usb1/Music");
+    EXPECT_EQ(current(), "/storage/uDisk1/Music");
     view->itemClicked(view->item(0));
-    EXPECT_EQ(current(), "/storage/usb1");
+    EXPECT_EQ(current(), "/storage/uDisk1");
     view->itemClicked(nullptr);
-    EXPECT_EQ(current(), "/storage/usb1");
+    EXPECT_EQ(current(), "/storage/uDisk1");
 }
 
 TEST_F(MediaView, FirstTapSelectsAFolderAndTheSecondEntersIt)
 {
     load();
-    enter("/storage/usb1");
+    enter("/storage/uDisk1");
     page.open();
     view->setCurrentRow(3);
     const QPoint music = view->viewport()->mapToGlobal(view->visualItemRect(view->item(1)).center());
     kit::tap(music);
     EXPECT_EQ(view->currentRow(), 1);
-    EXPECT_EQ(current(), "/storage/usb1");
+    EXPECT_EQ(current(), "/storage/uDisk1");
     kit::tap(music);
-    EXPECT_EQ(current(), "/storage/usb1/Music");
+    EXPECT_EQ(current(), "/storage/uDisk1/Music");
 }
 
 TEST_F(MediaView, FirstRowIsCurrentInANewFolderAndTheLeftFolderOnTheWayBack)
 {
     load();
     EXPECT_EQ(view->currentRow(), 0);
-    enter("/storage/usb1");
+    enter("/storage/uDisk1");
     EXPECT_EQ(view->currentRow(), 0);
-    enter("/storage/usb1/Music");
-    enter("/storage/usb1");
+    enter("/storage/uDisk1/Music");
+    enter("/storage/uDisk1");
     EXPECT_EQ(view->currentRow(), 1);
 }
 
@@ -185,14 +185,14 @@ TEST_F(MediaView, EachNewFolderTellsItsCurrentRowOnceWithTheNewFolderInPlace)
     QObject::connect(view, &QListWidget::currentItemChanged, [&](QListWidgetItem* item) {
         told.append(current() + "|" + (item ? item->text() : QString("none")));
     });
-    enter("/storage/usb1");
-    EXPECT_EQ(told, QStringList({"/storage/usb1|.."}));
+    enter("/storage/uDisk1");
+    EXPECT_EQ(told, QStringList({"/storage/uDisk1|.."}));
 }
 
 TEST_F(MediaView, ListWithoutStoragesTellsThatNothingIsCurrent)
 {
     load();
-    QDir(hostPath("/storage/usb1")).removeRecursively();
+    QDir(hostPath("/storage/uDisk1")).removeRecursively();
     int told = 0;
     QObject::connect(view, &QListWidget::currentItemChanged,
                      [&](QListWidgetItem* item) { told += item == nullptr; });
@@ -204,7 +204,7 @@ TEST_F(MediaView, ListWithoutStoragesTellsThatNothingIsCurrent)
 TEST_F(MediaView, RemovedSelectionTakesItsRowOnly)
 {
     load();
-    enter("/storage/usb1");
+    enter("/storage/uDisk1");
     view->setCurrentRow(2);
     view->removeCurrentSelect();
     EXPECT_EQ(names(), QStringList({"..", "Music", "tune.wav"}));
@@ -216,10 +216,10 @@ TEST_F(MediaView, RemovedSelectionTakesItsRowOnly)
 
 TEST_F(MediaView, AFolderOfTwentyThousandFilesHoldsNothingUp)
 {
-    fill("/storage/usb1/many", 20000);
-    writeFile("/storage/usb1/many/Zoo/x.wav", "x");
+    fill("/storage/uDisk1/many", 20000);
+    writeFile("/storage/uDisk1/many/Zoo/x.wav", "x");
     load();
-    enter("/storage/usb1");
+    enter("/storage/uDisk1");
     page.open();
     double longest = 0;
     timespec before = {};
@@ -232,9 +232,9 @@ TEST_F(MediaView, AFolderOfTwentyThousandFilesHoldsNothingUp)
         before = now;
     };
     lap();
-    ASSERT_EQ(view->EnterDirectory("/storage/usb1/many"), 1);
+    ASSERT_EQ(view->EnterDirectory("/storage/uDisk1/many"), 1);
     lap();
-    EXPECT_EQ(current(), "/storage/usb1/many");
+    EXPECT_EQ(current(), "/storage/uDisk1/many");
     EXPECT_EQ(names().value(0), "..") << "the way up is there at once";
     EXPECT_EQ(view->currentRow(), 0);
     EXPECT_TRUE(kit::waitUntil(
@@ -245,32 +245,32 @@ TEST_F(MediaView, AFolderOfTwentyThousandFilesHoldsNothingUp)
         60000));
     ASSERT_EQ(view->count(), 20002);
     EXPECT_EQ(names().mid(0, 3), QStringList({"..", "Zoo", "000000.wav"}));
-    EXPECT_EQ(path(20001), "/storage/usb1/many/019999.wav");
+    EXPECT_EQ(path(20001), "/storage/uDisk1/many/019999.wav");
     EXPECT_LT(longest, 200) << "each of its turns does a small part of the work";
 }
 
 TEST_F(MediaView, WhoLeavesAFolderBeforeItIsReadSeesNoneOfItsRows)
 {
-    fill("/storage/usb1/many", 5000);
+    fill("/storage/uDisk1/many", 5000);
     load();
-    enter("/storage/usb1");
-    view->EnterDirectory("/storage/usb1/many");
-    enter("/storage/usb1/Music");
+    enter("/storage/uDisk1");
+    view->EnterDirectory("/storage/uDisk1/many");
+    enter("/storage/uDisk1/Music");
     kit::settle();
     EXPECT_EQ(names(), QStringList({"..", "deep"}));
 }
 
 TEST_F(MediaView, WhoComesBackIntoALargeFolderStandsOnTheOneHeLeftUnlessHeHasGoneOn)
 {
-    fill("/storage/usb1/many", 5000);
+    fill("/storage/uDisk1/many", 5000);
     for (int i = 0; i < 300; ++i)
-        QDir().mkpath(hostPath("/storage/usb1/many/") + QString("f%1").arg(i, 3, 10, QChar('0')));
+        QDir().mkpath(hostPath("/storage/uDisk1/many/") + QString("f%1").arg(i, 3, 10, QChar('0')));
     load();
-    enter("/storage/usb1/many/f250");
-    enter("/storage/usb1/many");
-    EXPECT_EQ(path(view->currentRow()), "/storage/usb1/many/f250");
-    enter("/storage/usb1/many/f250");
-    view->EnterDirectory("/storage/usb1/many");
+    enter("/storage/uDisk1/many/f250");
+    enter("/storage/uDisk1/many");
+    EXPECT_EQ(path(view->currentRow()), "/storage/uDisk1/many/f250");
+    enter("/storage/uDisk1/many/f250");
+    view->EnterDirectory("/storage/uDisk1/many");
     if (view->isReading() && view->count() > 1) // else the machine was quick
         view->setCurrentRow(1);
     const int row = view->currentRow();
@@ -282,55 +282,55 @@ TEST_F(MediaView, WhoComesBackIntoALargeFolderStandsOnTheOneHeLeftUnlessHeHasGon
 
 TEST_F(MediaView, LinksPipesAndHiddenFilesAreNotShown)
 {
-    writeFile("/storage/usb1/.secret/x.wav", "x");
-    QFile::link(hostPath("/rundata"), hostPath("/storage/usb1/rundata"));
-    QFile::link(hostPath("/storage/usb1/tune.wav"), hostPath("/storage/usb1/again.wav"));
-    QFile::link("/dev/zero", hostPath("/storage/usb1/zero.wav"));
-    ASSERT_EQ(mkfifo(hostPath("/storage/usb1/pipe.wav").toUtf8(), 0666), 0);
+    writeFile("/storage/uDisk1/.secret/x.wav", "x");
+    QFile::link(hostPath("/rundata"), hostPath("/storage/uDisk1/rundata"));
+    QFile::link(hostPath("/storage/uDisk1/tune.wav"), hostPath("/storage/uDisk1/again.wav"));
+    QFile::link("/dev/zero", hostPath("/storage/uDisk1/zero.wav"));
+    ASSERT_EQ(mkfifo(hostPath("/storage/uDisk1/pipe.wav").toUtf8(), 0666), 0);
     load();
-    EXPECT_EQ(enter("/storage/usb1"), 1);
+    EXPECT_EQ(enter("/storage/uDisk1"), 1);
     EXPECT_EQ(names(), QStringList({"..", "Music", "Alarm.MP3", "tune.wav"}));
-    EXPECT_EQ(view->EnterDirectory("/storage/usb1/rundata"), 0);
-    EXPECT_EQ(current(), "/storage/usb1");
+    EXPECT_EQ(view->EnterDirectory("/storage/uDisk1/rundata"), 0);
+    EXPECT_EQ(current(), "/storage/uDisk1");
 }
 
 TEST_F(MediaView, NamesThatAreNoTextKeepTheirBytes)
 {
-    const QByteArray odd = QByteArray("/storage/usb1/\xff\xfe.wav");
+    const QByteArray odd = QByteArray("/storage/uDisk1/\xff\xfe.wav");
     const int fd = creat((root().toUtf8() + odd).constData(), 0644);
     ASSERT_GE(fd, 0);
     close(fd);
     load();
-    enter("/storage/usb1");
+    enter("/storage/uDisk1");
     EXPECT_STREQ(view->itemFullPath(view->count() - 1).GetText(), odd.constData());
 }
 
 // "Caf\xe9" would be asked for, and deleted, as "Caf".
 TEST_F(MediaView, ANameThatEndsInHalfALetterIsNotTakenForAnother)
 {
-    writeFile("/storage/usb1/Caf/x.wav", "x");
-    ASSERT_EQ(mkdir((root().toUtf8() + "/storage/usb1/Caf\xe9").constData(), 0755), 0);
+    writeFile("/storage/uDisk1/Caf/x.wav", "x");
+    ASSERT_EQ(mkdir((root().toUtf8() + "/storage/uDisk1/Caf\xe9").constData(), 0755), 0);
     load();
-    enter("/storage/usb1");
+    enter("/storage/uDisk1");
     EXPECT_EQ(names(), QStringList({"..", "Caf", "Music", "Alarm.MP3", "tune.wav"}));
 }
 
 TEST_F(MediaView, LineEndsAndTurnsOfTheWritingAreBlanksInANameOnTheScreen)
 {
-    writeFile("/storage/usb1/a\nb\tc\xE2\x80\xAE.wav", "x");
+    writeFile("/storage/uDisk1/a\nb\tc\xE2\x80\xAE.wav", "x");
     load();
-    enter("/storage/usb1");
+    enter("/storage/uDisk1");
     EXPECT_EQ(names().value(2), "a b c .wav");
-    EXPECT_EQ(path(2), QString::fromUtf8("/storage/usb1/a\nb\tc\xE2\x80\xAE.wav"));
+    EXPECT_EQ(path(2), QString::fromUtf8("/storage/uDisk1/a\nb\tc\xE2\x80\xAE.wav"));
 }
 
 TEST_F(MediaView, NamesInOtherScriptsAreShown)
 {
-    writeFile("/storage/usb1/\xE9\x9F\xB3.wav", "x");
+    writeFile("/storage/uDisk1/\xE9\x9F\xB3.wav", "x");
     load();
-    enter("/storage/usb1");
+    enter("/storage/uDisk1");
     EXPECT_TRUE(names().contains(QString::fromUtf8("\xE9\x9F\xB3.wav")));
-    EXPECT_STREQ(view->itemFullPath(view->count() - 1).GetText(), "/storage/usb1/\xE9\x9F\xB3.wav");
+    EXPECT_STREQ(view->itemFullPath(view->count() - 1).GetText(), "/storage/uDisk1/\xE9\x9F\xB3.wav");
 }
 
 TEST_F(MediaView, TakesThePlaceholdersPlace)

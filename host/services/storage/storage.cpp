@@ -27,7 +27,8 @@ bool isBelow(const std::string& path, const std::string& folder)
 
 QString freeLinkName(STORAGE_TYPE type)
 {
-    const QString start = type == STORAGE_SD ? QStringLiteral("/storage/sd") : QStringLiteral("/storage/usb");
+    const QString start =
+        type == STORAGE_SD ? QStringLiteral("/storage/sdCard") : QStringLiteral("/storage/uDisk");
     int number = 1;
     while (pathFileExist((start + QString::number(number)).toUtf8()))
         ++number;

@@ -5,7 +5,7 @@
 #include "support/host/storage.h"
 #include <QString>
 
-// dir: an existing folder of this machine. The device path of the new storage ("/storage/usb1"); that of
+// dir: an existing folder of this machine. The device path of the new storage ("/storage/uDisk1"); that of
 // the storage it is already; empty when it cannot be.
 HX_HOST_API QString storageWorldPlug(STORAGE_TYPE type, const QString& dir);
 // 1 when a storage that dir stands for was removed.
