@@ -8,6 +8,7 @@
 #include "host/services/messages/messageBus.h"
 #include "host/services/players/playerProcesses.h"
 #include "host/services/system/endOnSignals.h"
+#include "host/touch/mousePanel.h"
 #include "media/mediaShows.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckRegister.h"
@@ -25,6 +26,7 @@ struct Options
 {
     QString control;
     bool players = true;
+    bool rawTouch = false;
 };
 
 Options parseOptions(const QStringList& arguments)
@@ -35,9 +37,10 @@ Options parseOptions(const QStringList& arguments)
     const QCommandLineOption sysroot("sysroot", "Folder that stands for the device's file system.", "DIR");
     const QCommandLineOption control("control", "Socket on which hxctl may drive the phone.", "SOCKET");
     const QCommandLineOption noPlayers("no-players", "Starts neither movie player nor media server.");
-    parser.addOptions({sysroot, control, noPlayers});
+    const QCommandLineOption rawTouch("raw-touch", "The mouse is the finger on a simulated touch panel.");
+    parser.addOptions({sysroot, control, noPlayers, rawTouch});
     parser.process(arguments);
-    return {parser.value(control), !parser.isSet(noPlayers)};
+    return {parser.value(control), !parser.isSet(noPlayers), parser.isSet(rawTouch)};
 }
 
 // The device root is needed for the fonts, which are needed before the application object.
@@ -99,6 +102,8 @@ int run(QApplication& application, const Options& options)
     if (options.players)
         playerProcessesStart();
     hostBoot();
+    if (options.rawTouch && !MousePanel::start(&application))
+        fprintf(stderr, "hxPhone: no simulated touch panel without a device root of its own\n");
     return application.exec();
 }
 

@@ -207,6 +207,7 @@ const Command kCommands[] = {
     {"cache", 1, 1, cache, "cache INDEX"},
     {"tree", 0, 0, tree, "tree"},
     {"touch", 2, 3, controlTouch, "touch X Y [down|move|up]"},
+    {"touch-raw", 1, 3, controlTouchRaw, "touch-raw X Y [PRESSURE] | touch-raw up"},
     {"key", 1, 2, controlKey, "key NAME [press|release]"},
     {"type", 1, 1, controlType, "type TEXT"},
     {"screen", 0, 0, screen, "screen"},

@@ -1,9 +1,8 @@
 #include "host/control/inputInjector.h"
-#include "support/host/screen.h"
+#include "host/touch/finger.h"
+#include "host/touch/touchPanel.h"
 #include <QApplication>
 #include <QMetaEnum>
-#include <QPointer>
-#include <QWidget>
 #include <QWindow>
 #include <qpa/qwindowsysteminterface.h>
 
@@ -11,36 +10,7 @@ using Reply = ControlReply;
 
 namespace {
 
-QPointer<QWidget> g_touched; // a window keeps the finger that went down in it
-
-QWidget* windowAt(const QPoint& screen)
-{
-    for (QWidget* window : QWSServer::clientWindows()) {
-        if (window->geometry().contains(screen))
-            return window;
-    }
-    return nullptr;
-}
-
-void sendMouse(QWidget* window, const QPoint& screen, QEvent::Type type)
-{
-    if (!window || !window->windowHandle())
-        return;
-    const bool isMove = type == QEvent::MouseMove;
-    const bool isHeld = type == QEvent::MouseButtonPress || (isMove && g_touched);
-    QWindowSystemInterface::handleMouseEvent(
-        window->windowHandle(), QPointF(screen - window->geometry().topLeft()), QPointF(screen),
-        isHeld ? Qt::LeftButton : Qt::NoButton, isMove ? Qt::NoButton : Qt::LeftButton, type);
-}
-
-void touch(const QPoint& screen, QEvent::Type type)
-{
-    if (type == QEvent::MouseButtonPress)
-        g_touched = windowAt(screen);
-    sendMouse(g_touched ? g_touched.data() : windowAt(screen), screen, type);
-    if (type == QEvent::MouseButtonRelease)
-        g_touched = nullptr;
-}
+constexpr int kPressure = 100; // of a finger on the panel
 
 struct KeyStroke
 {
@@ -88,11 +58,36 @@ void controlTouch(const QStringList& arguments, const Reply& reply)
     controlRunLater(
         [screen, how] {
             if (how.isEmpty() || how == "down")
-                touch(screen, QEvent::MouseButtonPress);
+                fingerTouch(screen, FINGER_DOWN);
             if (how == "move")
-                touch(screen, QEvent::MouseMove);
+                fingerTouch(screen, FINGER_MOVE);
             if (how.isEmpty() || how == "up")
-                touch(screen, QEvent::MouseButtonRelease);
+                fingerTouch(screen, FINGER_UP);
+        },
+        reply);
+}
+
+void controlTouchRaw(const QStringList& arguments, const Reply& reply)
+{
+    const bool lifts = arguments == QStringList{"up"};
+    bool areNumbers = lifts || arguments.size() > 1;
+    int numbers[3] = {0, 0, kPressure};
+    for (int i = 0; areNumbers && !lifts && i < arguments.size(); ++i)
+        numbers[i] = arguments[i].toInt(&areNumbers);
+    if (!areNumbers) {
+        reply(controlUsage("touch-raw X Y [PRESSURE] | touch-raw up"));
+        return;
+    }
+    if (!TouchPanel::instance().start()) {
+        reply(controlError("the phone has no simulated touch panel"));
+        return;
+    }
+    controlRunLater(
+        [numbers, lifts] {
+            if (lifts)
+                TouchPanel::instance().lift();
+            else
+                TouchPanel::instance().report(numbers[0], numbers[1], numbers[2]);
         },
         reply);
 }

@@ -314,7 +314,7 @@ bool QWSServer::isMouseOpen()
 void QWSServer::setCursorVisible(bool visible)
 {
     static bool hidden = false;
-    if (hidden == !visible)
+    if (hidden == !visible || (!visible && windowStack::instance().keepsPointer()))
         return;
     hidden = !visible;
     if (hidden)

@@ -23,6 +23,9 @@ public:
     void boxesEnded();
     // Touches of the window system are dropped while it is off.
     void setTouch(bool on) { m_bTouch = on; }
+    // The pointer stays in sight: a person works with a mouse.
+    void keepPointer() { m_bKeepsPointer = true; }
+    bool keepsPointer() const { return m_bKeepsPointer; }
     bool isTouchOn() const { return m_bTouch; }
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -40,6 +43,7 @@ private:
     void activateTop();
     void showWantedAgain();
     bool m_bTouch = true;
+    bool m_bKeepsPointer = false;
     QList<QPointer<QWidget>> m_stack; // topmost first
     QWidget* m_pUnder = nullptr;      // being shown under the others
     QPointer<QWidget> m_pWanted;      // brought up over boxes whose callers are not done yet

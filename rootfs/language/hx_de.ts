@@ -1220,5 +1220,21 @@
         <source>Wallpaper</source>
         <translation>Hintergrund</translation>
     </message>
+    <message>
+        <source>Can not open Device</source>
+        <translation>Der Touchscreen lässt sich nicht öffnen.</translation>
+    </message>
+    <message>
+        <source>LCD Adjusting fail, please try again!</source>
+        <translation>Die Kalibrierung ist fehlgeschlagen. Bitte noch einmal versuchen!</translation>
+    </message>
+    <message>
+        <source>Please keep pressing each black cross until it moves to the next position on the screen or confirmation page appears!</source>
+        <translation>Bitte jedes schwarze Kreuz gedrückt halten, bis es zur nächsten Stelle springt oder die Bestätigung erscheint!</translation>
+    </message>
+    <message>
+        <source>Touch screen calibration finish. Use the new profile?</source>
+        <translation>Die Kalibrierung des Touchscreens ist beendet. Das neue Profil verwenden?</translation>
+    </message>
 </context>
 </TS>

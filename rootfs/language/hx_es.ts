@@ -1220,5 +1220,21 @@
         <source>Wallpaper</source>
         <translation>Fondo de pantalla</translation>
     </message>
+    <message>
+        <source>Can not open Device</source>
+        <translation>No se puede abrir la pantalla táctil.</translation>
+    </message>
+    <message>
+        <source>LCD Adjusting fail, please try again!</source>
+        <translation>¡La calibración ha fallado; inténtelo de nuevo!</translation>
+    </message>
+    <message>
+        <source>Please keep pressing each black cross until it moves to the next position on the screen or confirmation page appears!</source>
+        <translation>¡Mantenga pulsada cada cruz negra hasta que pase a la siguiente posición o aparezca la confirmación!</translation>
+    </message>
+    <message>
+        <source>Touch screen calibration finish. Use the new profile?</source>
+        <translation>La calibración de la pantalla táctil ha terminado. ¿Usar el nuevo perfil?</translation>
+    </message>
 </context>
 </TS>

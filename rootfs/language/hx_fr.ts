@@ -1220,5 +1220,21 @@
         <source>Wallpaper</source>
         <translation>Fond d’écran</translation>
     </message>
+    <message>
+        <source>Can not open Device</source>
+        <translation>Impossible d’ouvrir l’écran tactile.</translation>
+    </message>
+    <message>
+        <source>LCD Adjusting fail, please try again!</source>
+        <translation>Échec du calibrage. Veuillez réessayer !</translation>
+    </message>
+    <message>
+        <source>Please keep pressing each black cross until it moves to the next position on the screen or confirmation page appears!</source>
+        <translation>Maintenez le doigt sur chaque croix noire jusqu’à ce qu’elle se déplace ou que la confirmation s’affiche !</translation>
+    </message>
+    <message>
+        <source>Touch screen calibration finish. Use the new profile?</source>
+        <translation>Le calibrage de l’écran tactile est terminé. Utiliser le nouveau profil ?</translation>
+    </message>
 </context>
 </TS>

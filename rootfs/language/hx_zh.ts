@@ -1220,5 +1220,21 @@
         <source>Wallpaper</source>
         <translation>壁纸</translation>
     </message>
+    <message>
+        <source>Can not open Device</source>
+        <translation>无法打开触摸屏。</translation>
+    </message>
+    <message>
+        <source>LCD Adjusting fail, please try again!</source>
+        <translation>校准失败，请重试！</translation>
+    </message>
+    <message>
+        <source>Please keep pressing each black cross until it moves to the next position on the screen or confirmation page appears!</source>
+        <translation>请按住每个黑色十字，直到它移到下一个位置或出现确认页面！</translation>
+    </message>
+    <message>
+        <source>Touch screen calibration finish. Use the new profile?</source>
+        <translation>触摸屏校准完成。是否使用新的配置？</translation>
+    </message>
 </context>
 </TS>

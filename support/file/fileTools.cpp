@@ -2,11 +2,14 @@
 
 #include "support/file/chAtomicFile.h"
 #include "support/file/deviceRoot.h"
+#include "support/file/path.h"
 #include "support/file/sharedFolder.h"
 
 #include <errno.h>
 #include <fcntl.h>
+#include <limits.h>
 #include <stdio.h>
+#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -174,4 +177,25 @@ chString nuxDumpTextFileA(const char* path)
     if (!fileReadWhole(path, text))
         return chString();
     return chString(text.data(), int(text.size()));
+}
+
+int fileMakeLink(const char* target, const char* link)
+{
+    chString folder = link;
+    if (!pathRemoveFileSpec(folder) || !pathMakeDirectories(folder))
+        return 0;
+    const chString place = devicePathFollowFolder(link);
+    char now[PATH_MAX];
+    const ssize_t length = readlink(place, now, sizeof(now));
+    if (length == ssize_t(strlen(target)) && memcmp(now, target, size_t(length)) == 0)
+        return 1;
+    const std::string beside = std::string(place.GetText()) + ".new";
+    if (unlink(beside.c_str()) != 0 && errno != ENOENT)
+        return 0;
+    if (symlink(target, beside.c_str()) != 0)
+        return 0;
+    if (rename(beside.c_str(), place) == 0)
+        return 1;
+    unlink(beside.c_str());
+    return 0;
 }

@@ -45,3 +45,6 @@ NUX_API FILE_READ fileRead(const char* path, std::string& data, size_t limit = 2
 NUX_API int fileReadWhole(const char* path, std::string& data, size_t limit = 256u << 20);
 // The text of a file, as it stands; empty when it cannot be read.
 NUX_API chString nuxDumpTextFileA(const char* path);
+// Makes link a link to target, which is stored as it stands. It takes the place of a file or another link of
+// that name, in one step; one that is right already stays. Makes the folders on the way.
+NUX_API int fileMakeLink(const char* target, const char* link);

@@ -68,6 +68,10 @@ QStringList entryPoints()
         "getIconView()",
         "getScreenSaverDlg()",
         "getSoundDlg()",
+        "hack_tv",
+        "hack_x",
+        "hack_xxx",
+        "hack_y",
         "nDeckDisplay::IsHoldEnable()",
         "nDeckDisplay::IsNdeckEnable()",
         "nDeckDisplay::IsPlayVideoInTalk()",
@@ -79,6 +83,8 @@ QStringList entryPoints()
         "nDeckVideoManager::SetPlayParam(VOICE_PARAM*, int)",
         "nDeckWindowDisplay(int, E_NDECKWINDOW_TYPE, QWidget*, QRect)",
         "onRefreshIconView()",
+        "perform_calibration(calibration*)",
+        "samp",
         "settingCacheWindows(int)",
         "settingDialNum(qDialNumberItem*, QWidget*)",
         "settingIpCamera(IPCameraIconViewItem*, QWidget*)",
@@ -89,6 +95,12 @@ QStringList entryPoints()
         "settingOpenPage(int, " + text + ", " + text + ", QWidget*)",
         "settingOpenXml(" + text + " const&)",
         "settingPromptUserLevel(QString const&, QWidget*)",
+        "ts_open(char const*, int)",
+        "ts_read_raw(tsdev*, ts_sample*, int)",
+        "xess",
+        "yess",
+        "__ts_attach(tsdev*, ts_module*)",
+        "__ts_raw",
     };
     for (const QString& page : pageClasses())
         names.append(QString("%1* PopupDialog<%1>(tagLeftBarInfo*, int, int, int)").arg(page));
@@ -108,6 +120,7 @@ TEST(Exports, HoldThePagesThatThisPhoneHas)
     const QStringList pages = pageClasses();
     for (const char* page : {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook",
                              "dlgLDAP", "dlgWan", "dlgAccount_Setting_Btn", "dlgMediaManager", "dlgSound",
-                             "dlgScreenSaver", "dlgPhone_Setting", "dlgTvOutPut", "dlgAutoServer"})
+                             "dlgScreenSaver", "dlgPhone_Setting", "dlgTvOutPut", "dlgAutoServer",
+                             "dlgCalibration"})
         EXPECT_TRUE(pages.contains(page)) << page;
 }

@@ -40,13 +40,14 @@ const QMap<QString, QStringList> AllowedRooms = {
     {"host/look", {}},
     {"host/screen", {"host/services/system", "host/look"}},
     {"host/input", {}},
+    {"host/touch", {"host/look", "host/screen"}},
     {"host/binding", {}},
     {"host/menu", {}},
     {"host/managers", {}},
     {"host/widgets", {"host/services", "host/look", "host/screen", "host/menu"}},
     {"host/desktop", UnderTheDesktop},
     {"host/web", {"host/services", "host/look", "host/widgets"}},
-    {"host/control", UnderTheDesktop + QStringList{"host/desktop"}},
+    {"host/control", UnderTheDesktop + QStringList{"host/desktop", "host/touch"}},
     {"players", {"host/services"}},
 };
 

@@ -1,0 +1,13 @@
+#pragma once
+// A finger on the screen, put in below the toolkit's widgets as the window system would. User-interface
+// thread.
+#include <QPoint>
+
+class QInputDevice;
+
+enum FINGER { FINGER_DOWN, FINGER_MOVE, FINGER_UP };
+
+// screen: in pixels. A window keeps the finger that went down in it until it is up.
+void fingerTouch(const QPoint& screen, FINGER what);
+// What these touches come from, to tell them from those of a mouse.
+const QInputDevice* fingerDevice();
