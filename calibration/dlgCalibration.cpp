@@ -2,6 +2,7 @@
 #include "calibration/cross.h"
 #include "calibration/touchDriver.h"
 #include "frame/noteBox.h"
+#include "support/file/rawDevice.h"
 #include "support/host/phone.h"
 #include "support/host/screen.h"
 #include "support/host/trace.h"
@@ -25,6 +26,7 @@ constexpr int kMargin = 50; // of the outer crosses
 constexpr int kWatchdogMs = 30000;
 constexpr int kSamplingMs = 100;
 constexpr int kReleaseMs = 20;
+constexpr int kMostInTick = 64;
 constexpr int kFailureMs = 3000;
 constexpr int kMostAttempts = 3;
 constexpr int kFilterX = 6; // what the driver works with
@@ -75,6 +77,7 @@ dlgCalibration::dlgCalibration(QWidget* parent, tagLeftBarInfo* info)
     m_pText->setWordWrap(true);
     m_pCross->setObjectName("frmCross");
     m_failure.setSingleShot(true);
+    m_watchdog.setTimerType(Qt::PreciseTimer);
     connect(&m_failure, &QTimer::timeout, this, &dlgCalibration::changeText);
     connect(&m_watchdog, &QTimer::timeout, this, &dlgCalibration::exitAdjust);
     for (QWidget* widget :
@@ -228,17 +231,28 @@ void dlgCalibration::OnPointUp(msgObject&)
     if (m_sampler.IsWaiting())
         return;
     m_pDevice = OpenDevice(m_pDevice);
+    m_nReleaseSamples = 0;
     if (m_pDevice)
-        m_sampler.Request(m_pDevice, [this](const ts_sample& sample) { onReleaseSample(sample); });
+        askReleaseSample();
     else
         onReleaseSample(ts_sample());
 }
 
+void dlgCalibration::askReleaseSample()
+{
+    m_sampler.Request(m_pDevice, [this](const ts_sample& sample) { onReleaseSample(sample); });
+}
+
+// A panel may report faster than the ticks come: what waits already is looked through, or a finger that left
+// long ago would still count as there.
 void dlgCalibration::onReleaseSample(const ts_sample& sample)
 {
     forgetLostDevice();
-    if (sample.pressure != 0)
+    if (sample.pressure != 0) {
+        if (++m_nReleaseSamples < kMostInTick && rawDeviceWait(m_pDevice->fd, 0) > 0)
+            askReleaseSample();
         return;
+    }
     m_release.KillTimer();
     m_nSamples = 0;
     GetTouchPoint();

@@ -53,6 +53,7 @@ private:
     void killTimers();
     void askSample();
     void onSample(const ts_sample& sample);
+    void askReleaseSample();
     void onReleaseSample(const ts_sample& sample);
     void forgetLostDevice();
     void endPoint();
@@ -64,6 +65,7 @@ private:
     int m_nPressCount = 0; // the point in progress
     int m_nAttempts = 0;   // rounds since the page came up
     int m_nSamples = 0;    // of the point in progress
+    int m_nReleaseSamples = 0; // of this tick
     int m_nWidth = 0;
     int m_nHeight = 0;
     tsdev* m_pDevice = nullptr;

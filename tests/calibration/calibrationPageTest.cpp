@@ -219,6 +219,24 @@ TEST_F(CalibrationPage, ANewPointBeginsOnlyAfterTheFingerHasLeft)
     EXPECT_EQ(cross(), kPlaces[2]);
 }
 
+TEST_F(CalibrationPage, AFingerThatHasLeftIsSeenBehindAllThatItReportedBefore)
+{
+    openPage();
+    holdAt(100, 100);
+    ASSERT_EQ(cross(), kPlaces[1]);
+    for (int i = 0; i < 300; ++i)
+        send(report(100, 100, 9));
+    send(lifted());
+    kit::release({400, 100});
+    kit::stepTime(30);
+    const int before = unread();
+    kit::settle();
+    EXPECT_LE(unread(), before - 10 * 32) << "as fast as it can be read, not one a tick";
+    EXPECT_TRUE(kit::waitUntil([this] { return unread() == 0; }));
+    holdAt(700, 100);
+    EXPECT_EQ(cross(), kPlaces[2]);
+}
+
 TEST_F(CalibrationPage, TheCrossGoesRoundItsFivePlaces)
 {
     openPage();
