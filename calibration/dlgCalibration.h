@@ -62,9 +62,9 @@ private:
     void takeNewProfile();
     void showText(const char* text, Qt::GlobalColor colour);
 
-    int m_nPressCount = 0; // the point in progress
-    int m_nAttempts = 0;   // rounds since the page came up
-    int m_nSamples = 0;    // of the point in progress
+    int m_nPressCount = 0;     // the point in progress
+    int m_nAttempts = 0;       // rounds since the page came up
+    int m_nSamples = 0;        // of the point in progress
     int m_nReleaseSamples = 0; // of this tick
     int m_nWidth = 0;
     int m_nHeight = 0;

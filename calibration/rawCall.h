@@ -1,7 +1,7 @@
 #pragma once
 // One call for samples: makes them of the device's records, one record at a time, so that whoever calls waits
 // in its own way. Same thread as the reader's.
-#include "calibration/touchReader.h"
+#include "calibration/touchTypes.h"
 #include "support/file/rawDevice.h"
 
 enum RAW_RESULT {

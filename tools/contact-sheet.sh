@@ -41,6 +41,7 @@ for language in English Chinese German French Spanish; do
   for page in "Photo Manager" "Sound Manager" "Sound Set" "Screen Saver" "Personalize" "Auto Provision"; do
     ctl open "$page"; ctl wait idle 3000; sleep 1; shot; back # a preview comes after a moment
   done
+  ctl open "LCD Adjusting"; ctl key Return; ctl wait page dlgCalibration 3000; shot; back
   ctl open "Reboot"; shot; ctl key Escape; ctl wait idle 3000
 done
 "$build/bin/hxContactSheet" docs/contact-sheet.jpg "$work"/shots/*.png

@@ -3,11 +3,11 @@
 // thread.
 #include <QPoint>
 
-class QInputDevice;
+class QMouseEvent;
 
 enum FINGER { FINGER_DOWN, FINGER_MOVE, FINGER_UP };
 
 // screen: in pixels. A window keeps the finger that went down in it until it is up.
 void fingerTouch(const QPoint& screen, FINGER what);
-// What these touches come from, to tell them from those of a mouse.
-const QInputDevice* fingerDevice();
+// True for such a touch, and for what the toolkit makes of it; false for one of a mouse.
+bool fingerIs(const QMouseEvent* event);

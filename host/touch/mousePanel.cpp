@@ -43,13 +43,11 @@ bool MousePanel::eventFilter(QObject* watched, QEvent* event)
     if (!watched->isWindowType())
         return false;
     const QEvent::Type type = event->type();
-    // A second touch comes as a press as well.
-    if (type == QEvent::MouseButtonDblClick)
-        return true;
-    if (type != QEvent::MouseButtonPress && type != QEvent::MouseMove && type != QEvent::MouseButtonRelease)
+    if (type != QEvent::MouseButtonPress && type != QEvent::MouseMove && type != QEvent::MouseButtonRelease &&
+        type != QEvent::MouseButtonDblClick)
         return false;
     const QMouseEvent* mouse = static_cast<QMouseEvent*>(event);
-    if (mouse->device() == fingerDevice())
+    if (fingerIs(mouse))
         return false;
     m_finger = mouse->globalPosition().toPoint();
     if (type == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton) {

@@ -118,9 +118,9 @@ TEST(Exports, AreTheEntryPointsAndThePagesOfAllRooms)
 TEST(Exports, HoldThePagesThatThisPhoneHas)
 {
     const QStringList pages = pageClasses();
-    for (const char* page : {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook",
-                             "dlgLDAP", "dlgWan", "dlgAccount_Setting_Btn", "dlgMediaManager", "dlgSound",
-                             "dlgScreenSaver", "dlgPhone_Setting", "dlgTvOutPut", "dlgAutoServer",
-                             "dlgCalibration"})
+    for (const char* page :
+         {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook", "dlgLDAP", "dlgWan",
+          "dlgAccount_Setting_Btn", "dlgMediaManager", "dlgSound", "dlgScreenSaver", "dlgPhone_Setting",
+          "dlgTvOutPut", "dlgAutoServer", "dlgCalibration"})
         EXPECT_TRUE(pages.contains(page)) << page;
 }
