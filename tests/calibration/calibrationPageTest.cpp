@@ -50,6 +50,7 @@ double busyMs()
 TEST_F(CalibrationPage, CoversTheScreenWithACrossAndAnInstruction)
 {
     openPage();
+    EXPECT_EQ(kit::screen().pixelColor(600, 100), QColor(Qt::white));
     EXPECT_EQ(page->metaObject()->className(), QString("dlgCalibration"));
     EXPECT_EQ(page->geometry(), QRect(0, 0, 800, 480));
     EXPECT_EQ(page->focusPolicy(), Qt::StrongFocus);
@@ -207,10 +208,12 @@ TEST_F(CalibrationPage, ANewPointBeginsOnlyAfterTheFingerHasLeft)
     holdAt(100, 100);
     ASSERT_EQ(cross(), kPlaces[1]);
     kit::release({400, 100});
+    kit::stepTime(10);
     kit::press({400, 100});
-    for (int i = 0; i < 20; ++i) {
-        send(report(100, 100, 9) + report(100, 100, 9));
-        kit::stepTime(100);
+    const QByteArray touch = shortRecords({x(100), y(100), pressure(9)}); // nothing keeps a read waiting
+    for (int i = 0; i < 170; ++i) {
+        send(touch);
+        kit::stepTime(i < 150 ? 4 : 60); // a tenth of a second of silence would be a finger that has left
     }
     EXPECT_EQ(cross(), kPlaces[1]);
     send(lifted());
@@ -321,10 +324,8 @@ TEST_F(CalibrationPage, AFullDiskIsToldAndKeepsTheOldMappingAndThePage)
     EXPECT_TRUE(isOpen());
     EXPECT_EQ(readFile(kStored), "1 2 3 4 5 6 7\n");
     EXPECT_FALSE(QFileInfo::exists(hostPath("/etc/pointercal")));
-    // Another round is possible, and the page does not stay for ever.
+    // For another round; but not for ever.
     EXPECT_EQ(cross(), kPlaces[0]);
-    holdAt(100, 100);
-    EXPECT_EQ(cross(), kPlaces[1]);
     kit::stepTime(31000);
     EXPECT_FALSE(isOpen());
 }

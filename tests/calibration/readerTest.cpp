@@ -169,6 +169,12 @@ TEST_F(RawReader, ASecondXOrYBeginsTheNextSampleAlsoInTheNextCall)
     expectSample(read(1)[0], 11, 30, 0);
     put({pressure(1)});
     expectSample(read(1)[0], 11, 31, 1); // the kept y is there, and so is the pressure
+    put({x(12), x(13)});
+    expectSample(read(1)[0], 12, 31, 1);
+    put({x(14)});
+    expectSample(read(1)[0], 13, 31, 1); // and not overwritten
+    put({y(41)});
+    expectSample(read(1)[0], 14, 41, 1);
 }
 
 TEST_F(RawReader, HalfAPositionIsASampleWhenNothingFollows)
