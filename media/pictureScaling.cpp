@@ -7,7 +7,7 @@
 namespace {
 
 constexpr size_t kCommandRoom = 256; // with the zero at its end
-constexpr int kTimeoutMs = 30000;    // the program gives up by itself long before, but a disk may hang
+constexpr int kTimeoutMs = 30000;    // the program bounds its own work, but a disk may hang
 constexpr size_t kVerdictRoom = 64;
 const char* const kProgram = "/mini-boot/bin/imageScale.exx";
 const char* const kPlugins = "QT_PLUGIN_PATH=/phone/lib";

@@ -5,6 +5,7 @@
 #include "tests/file/freshRoot.h"
 
 #include <condition_variable>
+#include <fcntl.h>
 #include <mutex>
 #include <thread>
 
@@ -86,6 +87,31 @@ TEST_F(FileImport, AFullDiskLeavesNothingAndTheOldFileAsItWas)
     EXPECT_EQ(chFileImport("/storage/uDisk1/film", "/media/film").Run(), 0);
     EXPECT_EQ(get("/media/film"), "old");
     EXPECT_EQ(namesIn("/media"), Names{"film"});
+}
+
+// The memory of this process is a file that cannot be read at its beginning.
+TEST_F(FileImport, AReadErrorIsNoEndOfTheFile)
+{
+    ASSERT_EQ(symlink("/proc/self", onMachine("/storage/uDisk2").c_str()), 0);
+    put("/media/film", "old");
+    EXPECT_EQ(chFileImport("/storage/uDisk2/mem", "/media/film").Run(), 0);
+    EXPECT_EQ(get("/media/film"), "old");
+    EXPECT_EQ(namesIn("/media"), Names{"film"});
+}
+
+TEST_F(FileImport, LeavesNoDescriptorOpen)
+{
+    const auto nextDescriptor = [] {
+        const int fd = open("/dev/null", O_RDONLY);
+        close(fd);
+        return fd;
+    };
+    makeFolder("/media/folder");
+    const int before = nextDescriptor();
+    EXPECT_EQ(chFileImport("/storage/uDisk1/film", "/media/film").Run(), 1);
+    EXPECT_EQ(nextDescriptor(), before);
+    EXPECT_EQ(chFileImport("/storage/uDisk1/film", "/media/folder").Run(), 0);
+    EXPECT_EQ(nextDescriptor(), before) << "of one that failed";
 }
 
 TEST_F(FileImport, WritesThatTakeAPartAreGoneOnWith)

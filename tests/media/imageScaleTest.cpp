@@ -5,27 +5,43 @@
 #include "tools/imageScale/ScaleOrder.h"
 #include <QFile>
 #include <QProcess>
+#include <cstdlib>
+#include <sys/resource.h>
 
 namespace {
 
 class ImageScale : public MediaTest
 {
 protected:
-    // Its exit status.
-    int run(const QStringList& arguments) const
+    void start(QProcess& process, const QStringList& arguments) const
     {
-        QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("HX_SYSROOT", root());
         process.setProcessEnvironment(environment);
         process.start(HX_BUILD_DIR "/rootfs/mini-boot/bin/imageScale.exx", arguments);
-        EXPECT_TRUE(process.waitForFinished(60000));
+        EXPECT_TRUE(process.waitForStarted(60000));
+    }
+    // Its exit status; -1 for one that was killed.
+    static int exitOf(QProcess& process)
+    {
+        EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished(60000));
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+    int run(const QStringList& arguments) const
+    {
+        QProcess process;
+        start(process, arguments);
+        return exitOf(process);
+    }
+    static QStringList order(const QString& source, const QString& target = "/rundata/t.png",
+                             const QString& size = "126 @&@126")
+    {
+        return {"@&@" + source + " @&@" + size + " @&@" + target + " @&@/rundata/verdict"};
     }
     int scale(const QString& source, const QString& target = "/rundata/t.png",
               const QString& size = "126 @&@126") const
     {
-        return run({"@&@" + source + " @&@" + size + " @&@" + target + " @&@/rundata/verdict"});
+        return run(order(source, target, size));
     }
     QByteArray verdict() const { return readFile("/rundata/verdict"); }
     QImage result(const char* name = "/rundata/t.png") const { return QImage(hostPath(name)); }
@@ -69,7 +85,8 @@ TEST_F(ImageScale, ThePixelsBetweenTwoColoursAreMixed)
 TEST_F(ImageScale, EachKindKeepsItsKind)
 {
     for (const auto& [name, start] :
-         {std::pair("a.jpg", "\xff\xd8"), std::pair("a.JPEG", "\xff\xd8"), std::pair("a.png", "\x89PNG"),
+         {std::pair("a.jpg", "\xff\xd8"), std::pair("a.JPEG", "\xff\xd8"), std::pair("a.jpe", "\xff\xd8"),
+          std::pair("a.Jfif", "\xff\xd8"), std::pair("a.BMP", "BM"), std::pair("a.png", "\x89PNG"),
           std::pair("a.bmp", "BM"), std::pair("noext", "\x89PNG")}) {
         const QByteArray target = QByteArray("/rundata/out/") + name;
         writeFile(target, "the copy");
@@ -78,6 +95,22 @@ TEST_F(ImageScale, EachKindKeepsItsKind)
         EXPECT_TRUE(readFile(target).startsWith(start)) << name;
         EXPECT_EQ(result(target).size(), QSize(126, 126));
     }
+}
+
+TEST_F(ImageScale, AJpegLooksAsThePictureDoes)
+{
+    writeFile("/rundata/photo.jpg", kit::jpegPhoto({600, 600}));
+    EXPECT_EQ(scale("/rundata/photo.jpg"), 0);
+    EXPECT_EQ(scale("/rundata/photo.jpg", "/rundata/t.jpg"), 0);
+    const QImage exact = result();
+    const QImage jpeg = result("/rundata/t.jpg");
+    ASSERT_EQ(jpeg.size(), exact.size());
+    double off = 0;
+    for (int y = 0; y < 126; ++y) {
+        for (int x = 0; x < 126; ++x)
+            off += std::abs(qGreen(jpeg.pixel(x, y)) - qGreen(exact.pixel(x, y)));
+    }
+    EXPECT_LT(off / (126 * 126), 2);
 }
 
 TEST_F(ImageScale, WhatCanBeSeenThroughStaysSoOrGetsWhiteBehindIt)
@@ -116,6 +149,45 @@ TEST_F(ImageScale, APictureWithoutEndIsRefusedAndALargeOneIsScaled)
     EXPECT_EQ(verdict(), "1");
 }
 
+TEST_F(ImageScale, RunsWithinBoundsOfTimeAndMemory)
+{
+    writeFile("/rundata/large.png", kit::pngOfOneColour({8000, 8000}));
+    QProcess process;
+    start(process, order("/rundata/large.png"));
+    QByteArray limits;
+    const auto limit = [&](const QByteArray& name) {
+        const qsizetype at = limits.indexOf(name);
+        return at < 0 ? -1 : limits.mid(at + name.size()).simplified().split(' ').value(0).toLongLong();
+    };
+    EXPECT_TRUE(kit::waitUntil(
+        [&] {
+            QFile file(QString("/proc/%1/limits").arg(process.processId()));
+            limits = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            return limit("Max cpu time") > 0 || process.state() == QProcess::NotRunning;
+        },
+        60000));
+    EXPECT_GT(limit("Max cpu time"), 0);
+    EXPECT_LT(limit("Max cpu time"), 30) << "by then the phone has given it up";
+#ifndef __SANITIZE_ADDRESS__
+    EXPECT_GT(limit("Max address space"), 0);
+    EXPECT_LE(limit("Max address space"), 512 << 20);
+#endif
+    EXPECT_EQ(exitOf(process), 0);
+}
+
+TEST_F(ImageScale, OneThatDiesInTheMiddleHasNotSaidThatItHasScaled)
+{
+    writeFile("/rundata/a.png", halves("PNG"));
+    QProcess process;
+    process.setChildProcessModifier([] {
+        const rlimit none = {100, 100};
+        setrlimit(RLIMIT_FSIZE, &none); // room for a verdict, and none for a picture
+    });
+    start(process, order("/rundata/a.png", "/rundata/t.bmp"));
+    EXPECT_EQ(exitOf(process), -1);
+    EXPECT_NE(verdict(), "1");
+}
+
 TEST_F(ImageScale, ATargetThatCannotBeWrittenIsZero)
 {
     writeFile("/rundata/a.png", halves("PNG"));
@@ -140,6 +212,15 @@ TEST(ScaleOrder, TheWordsAreToldApartByTheirMarks)
     EXPECT_EQ(order.nHeight, 90);
     EXPECT_EQ(order.strTarget, "/rundata/t.jpg");
     EXPECT_EQ(order.strVerdict, "/tmp/v");
+}
+
+TEST(ScaleOrder, ASideHasAtMost4096Pixels)
+{
+    ScaleOrder order;
+    EXPECT_TRUE(order.parse("@&@/a @&@4096 @&@1 @&@/t @&@/v"));
+    EXPECT_EQ(order.nWidth, 4096);
+    EXPECT_TRUE(order.parse("@&@/a @&@1 @&@4096 @&@/t @&@/v"));
+    EXPECT_EQ(order.nHeight, 4096);
 }
 
 TEST(ScaleOrder, WhatIsMissingOrNoSizeIsNoOrder)

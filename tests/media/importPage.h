@@ -9,6 +9,7 @@
 #include "support/host/screen.h"
 #include "support/host/storage.h"
 #include "support/host/text.h"
+#include "tests/kit/kitTime.h"
 #include "tests/media/mediaTest.h"
 #include <QDir>
 #include <QFile>
@@ -126,6 +127,31 @@ protected:
             action();
         });
         look->start(1);
+    }
+    // Acts while the box with that text is there, which the test has its answers keep, and answers it.
+    void whileTold(const QString& text, const std::function<void()>& action)
+    {
+        QTimer* look = new QTimer(qApp);
+        QObject::connect(look, &QTimer::timeout, look, [=] {
+            const QWidget* top = kit::windows().value(0);
+            const QLabel* words = top ? top->findChild<QLabel*>("labText") : nullptr;
+            if (!words || words->text() != text)
+                return;
+            look->stop();
+            look->deleteLater();
+            action();
+            kit::key(Qt::Key_Return);
+        });
+        look->start(1);
+    }
+    // A minute later the box on the screen is still there.
+    static bool stays()
+    {
+        const QWidget* box = kit::windows().value(0);
+        kit::holdClocks(true);
+        kit::stepTime(60000);
+        kit::holdClocks(false);
+        return kit::windows().value(0) == box;
     }
     QLabel* label() const { return page->findChild<QLabel*>("labImagePreview"); }
 

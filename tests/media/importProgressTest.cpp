@@ -3,8 +3,10 @@
 #include "tests/kit/kitTime.h"
 #include "tests/media/heldWrites.h"
 #include "tests/media/importPage.h"
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QPushButton>
+#include <QThread>
 
 namespace {
 
@@ -30,6 +32,15 @@ protected:
     static bool isUp(const char* name) { return top() && top()->objectName() == name; }
     bool isThere() const { return has("/rundata/media/video/film.mp4"); }
     Texts filesThere() const { return filesIn("/rundata/media/video"); }
+    static int threadsNow() { return int(QDir("/proc/self/task").entryList(QDir::AllDirs).size()); }
+    // The copy is over, and the page has not yet heard of it.
+    void waitForTheEnd(int threads) const
+    {
+        const QDeadlineTimer deadline(20000);
+        while ((!isThere() || threadsNow() > threads) && !deadline.hasExpired())
+            QThread::yieldCurrentThread();
+        EXPECT_TRUE(isThere());
+    }
 };
 
 TEST_F(ImportProgress, ABoxShowsHowFarItIsAndGoesWithTheEnd)
@@ -110,6 +121,78 @@ TEST_F(ImportProgress, ACancelOfAReplacementLeavesNoFileOfTheName)
     EXPECT_TRUE(kit::waitUntil([this] { return filesThere().isEmpty(); }));
 }
 
+TEST_F(ImportProgress, OneThatIsDoneInTheMomentOfTheCancelGoesToo)
+{
+    openFilms();
+    const int threads = threadsNow();
+    HeldWrites writes;
+    whenUp(kBox, [&] {
+        writes.release();
+        waitForTheEnd(threads);
+        kit::key(Qt::Key_F4);
+    });
+    const kit::BoxAnswers boxes;
+    softKey(1);
+    EXPECT_EQ(boxes.texts(), Texts());
+    EXPECT_EQ(filesThere(), Texts());
+}
+
+TEST_F(ImportProgress, AStickPulledInTheMomentOfTheSuccessTakesThePageAlongAfterItsWords)
+{
+    openFilms();
+    const int threads = threadsNow();
+    HeldWrites writes;
+    whenUp(kBox, [&] {
+        writes.release();
+        waitForTheEnd(threads);
+        pull();
+        kit::settle();
+    });
+    const kit::BoxAnswers boxes({"ok"});
+    softKey(1);
+    kit::settle();
+    EXPECT_EQ(boxes.texts(), Texts{"Successful loading!"});
+    EXPECT_TRUE(isThere());
+    EXPECT_EQ(page, nullptr);
+}
+
+TEST_F(ImportProgress, AFailureAfterACancelIsToldAgain)
+{
+    openFilms();
+    {
+        HeldWrites writes;
+        whenUp(kBox, [&] { kit::key(Qt::Key_F4); });
+        const kit::BoxAnswers boxes;
+        softKey(1);
+        EXPECT_EQ(boxes.texts(), Texts());
+    }
+    QFile::remove(stick() + "/other.mp4");
+    EXPECT_EQ(import("other.mp4"), Texts{"Loading fail!"});
+}
+
+TEST_F(ImportProgress, TheStickOfTheSecondImportIsTheOneThatEndsIt)
+{
+    QDir().mkpath(secondStick());
+    QFile::copy(stick() + "/other.mp4", secondStick() + "/other.mp4");
+    storageWorldPlug(STORAGE_USB, secondStick());
+    open<dlgVideoImport>("video");
+    enter("/storage/uDisk2");
+    EXPECT_EQ(import("other.mp4"), Texts{"Successful loading!"});
+    enter();
+    select("film.mp4");
+    HeldWrites writes;
+    whenUp(kBox, [&] {
+        EXPECT_TRUE(kit::waitUntil([&] { return writes.isHeld(); }));
+        pull();
+        kit::settle();
+        writes.release();
+    });
+    const kit::BoxAnswers boxes({"ok"});
+    softKey(1);
+    EXPECT_EQ(boxes.texts(), Texts{"Loading fail!"});
+    EXPECT_EQ(filesThere(), Texts{"other.mp4"});
+}
+
 TEST_F(ImportProgress, AStickThatIsPulledEndsItWithItsWordsAndThenThePage)
 {
     openFilms();
@@ -176,6 +259,7 @@ TEST_F(ImportProgress, TouchesReachThePageNeitherBeforeTheBoxNorWhileItIsThere)
         kit::tap(QPoint(300, 100));
         QMetaObject::invokeMethod(page, "on_click_Import");
         QMetaObject::invokeMethod(page, "on_click_Delete");
+        QMetaObject::invokeMethod(page, "on_click_Preview");
         EXPECT_TRUE(isUp(kBox));
         writes.release();
     });
@@ -250,7 +334,8 @@ protected:
     void hang() const
     {
         const char* program = "/mini-boot/bin/imageScale.exx";
-        writeFile(program, "#!/bin/sh\necho x > \"$HX_SYSROOT/begun\"\nwhile :; do sleep 0.02; done\n");
+        writeFile(program, "#!/bin/sh\necho x > \"$HX_SYSROOT/begun\"\nwhile :; do printf x >> "
+                           "\"$HX_SYSROOT/beats\"; sleep 0.02; done\n");
         QFile::setPermissions(hostPath(program), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     Texts contacts() const { return filesIn("/rundata/media/contact-image"); }
@@ -272,6 +357,28 @@ TEST_F(ScaleProgress, ACancelEndsTheProgramAndRemovesTheCopyWhateverItIsCalled)
     softKey(1);
     EXPECT_EQ(boxes.texts(), Texts());
     EXPECT_TRUE(kit::waitUntil([this] { return contacts().isEmpty(); }));
+}
+
+TEST_F(ScaleProgress, AProgramThatHangsIsEndedAfterHalfAMinute)
+{
+    hang();
+    put("face.jpg", picture("JPG", 40, 40));
+    openContacts();
+    enter();
+    select("face.jpg");
+    whenUp(kBox, [&] {
+        EXPECT_TRUE(kit::waitUntil([this] { return has("/begun"); }));
+        kit::moveClocks(28000);
+        QFile::remove(hostPath("/beats"));
+        EXPECT_TRUE(kit::waitUntil([this] { return readFile("/beats").size() > 10; }))
+            << "so long it may take";
+        kit::moveClocks(3000);
+    });
+    const kit::BoxAnswers boxes({"ok"});
+    softKey(1);
+    EXPECT_EQ(boxes.texts(), Texts{"Loading fail!"});
+    EXPECT_EQ(contacts(), Texts());
+    EXPECT_TRUE(isTraced("/mini-boot/bin/imageScale.exx is given up"));
 }
 
 TEST_F(ScaleProgress, AStickThatIsPulledEndsTheProgram)

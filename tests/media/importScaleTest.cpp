@@ -147,6 +147,17 @@ TEST_F(ImportScale, AVerdictOnAnotherPictureDoesNotCount)
     EXPECT_EQ(import("face.jpg"), Texts{"Successful loading!"});
 }
 
+TEST_F(ImportScale, WhereAnotherVerdictCannotBeTakenAwayNothingCounts)
+{
+    QDir().mkpath(hostPath("/tmp/imageScale.out"));
+    put("face.jpg", good);
+    openContacts();
+    enter();
+    EXPECT_EQ(import("face.jpg"), Texts{"Loading fail!"});
+    EXPECT_EQ(filesThere(), Texts());
+    EXPECT_TRUE(isTraced("/tmp/imageScale.out is somebody else's"));
+}
+
 TEST_F(ImportScale, AVerdictThatIsALinkIsNotFollowed)
 {
     QDir().mkpath(hostPath("/tmp"));

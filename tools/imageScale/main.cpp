@@ -11,11 +11,10 @@
 #include <cstdio>
 #include <strings.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 namespace {
 
-constexpr unsigned kMostSeconds = 20; // a disk that hangs
+constexpr rlim_t kMostSeconds = 20; // of the processor; on a disk that hangs the phone gives it up
 constexpr rlim_t kMostMemory = 512u << 20;
 constexpr int kQuality = 90;
 
@@ -62,8 +61,10 @@ bool scale(const ScaleOrder& order)
 }
 
 // The address sanitizer takes room for itself that no program uses.
-void boundMemory()
+void setBounds()
 {
+    const rlimit time = {kMostSeconds, kMostSeconds};
+    setrlimit(RLIMIT_CPU, &time);
 #ifndef __SANITIZE_ADDRESS__
     const rlimit memory = {kMostMemory, kMostMemory};
     setrlimit(RLIMIT_AS, &memory);
@@ -80,8 +81,7 @@ int main(int argc, char** argv)
                              "Writes 1 into VERDICT when it has scaled the picture, else 0.\n");
         return 2;
     }
-    alarm(kMostSeconds);
-    boundMemory();
+    setBounds();
     QCoreApplication application(argc, argv);
     const bool done = scale(order);
     return fileSaveAtomic(order.strVerdict.c_str(), done ? "1" : "0", 1) && done ? 0 : 1;
