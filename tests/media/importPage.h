@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QPointer>
+#include <QPushButton>
 #include <QTimer>
 #include <functional>
 
@@ -128,17 +129,17 @@ protected:
         });
         look->start(1);
     }
-    // Acts while the box with that text is there, which the test has its answers keep, and answers it.
+    // Acts while a note is there, which the test has its answers keep, and answers it: the one of that text.
     void whileTold(const QString& text, const std::function<void()>& action)
     {
         QTimer* look = new QTimer(qApp);
         QObject::connect(look, &QTimer::timeout, look, [=] {
             const QWidget* top = kit::windows().value(0);
-            const QLabel* words = top ? top->findChild<QLabel*>("labText") : nullptr;
-            if (!words || words->text() != text)
+            if (!top || top->objectName() != "dlgMessageBox" || !top->findChild<QPushButton*>("btnOK"))
                 return;
             look->stop();
             look->deleteLater();
+            EXPECT_EQ(top->findChild<QLabel*>("labText")->text(), text);
             action();
             kit::key(Qt::Key_Return);
         });
