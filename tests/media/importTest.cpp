@@ -4,8 +4,8 @@
 #include "support/host/xmlcache.h"
 #include "tests/kit/heldName.h"
 #include "tests/kit/kitTime.h"
+#include "tests/kit/smallDisk.h"
 #include "tests/media/importPage.h"
-#include "tests/signage/smallDisk.h"
 #include <QDir>
 #include <QFile>
 #include <atomic>

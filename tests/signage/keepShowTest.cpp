@@ -2,9 +2,9 @@
 // through changes of the schedule whose files take their time.
 #include "signage/nDeckRegister.h"
 #include "support/host/storage.h"
+#include "tests/kit/smallDisk.h"
 #include "tests/signage/displayFixture.h"
 #include "tests/signage/signageTest.h"
-#include "tests/signage/smallDisk.h"
 #include <QTimer>
 
 namespace {

@@ -1,5 +1,5 @@
 // The test program's own statvfs: a disk is as full as a test needs it.
-#include "tests/signage/smallDisk.h"
+#include "tests/kit/smallDisk.h"
 #include <atomic>
 #include <sys/statvfs.h>
 

@@ -1,4 +1,5 @@
 #pragma once
+// For programs that are linked with --wrap=statvfs.
 
 namespace kit {
 
