@@ -147,13 +147,17 @@ TEST_F(MediaView, FoldersOutsideTheStoragesAreRefused)
 TEST_F(MediaView, ClickedFolderIsEnteredAndAFileIsNot)
 {
     load();
-    view->itemClicked(view->item(0));
+    const auto click = [this](int row) {
+        view->itemClicked(view->item(row));
+        EXPECT_TRUE(kit::waitUntil([this] { return !view->isReading(); }));
+    };
+    click(0);
     EXPECT_EQ(current(), "/storage/uDisk1");
-    view->itemClicked(view->item(3));
+    click(3);
     EXPECT_EQ(current(), "/storage/uDisk1");
-    view->itemClicked(view->item(1));
+    click(1);
     EXPECT_EQ(current(), "/storage/uDisk1/Music");
-    view->itemClicked(view->item(0));
+    click(0);
     EXPECT_EQ(current(), "/storage/uDisk1");
     view->itemClicked(nullptr);
     EXPECT_EQ(current(), "/storage/uDisk1");
