@@ -1,38 +1,26 @@
 #include "signage/scheduleTime.h"
 #include "support/host/net.h"
 #include "support/host/registry.h"
+#include "support/host/zone.h"
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
-#include <strings.h>
 
 namespace {
 
 constexpr int kYearLimit = 9999;
 constexpr int kFieldLimit = 100000; // of the others, so that no sum leaves the range
-constexpr long kHourSeconds = 3600;
-constexpr long kMinuteSeconds = 60;
-constexpr int kMinutesInHour = 60;
-constexpr const char* kOldPrefix = "GMT";
 
 int within(int value, int limit)
 {
     return std::clamp(value, -limit, limit);
 }
 
-// Seconds that the phone's zone is ahead: "+05:30 ", "-3" or, as phones stored it once, "GMT+05:30 ".
-long zoneSeconds()
+// A moment of UTC in the phone's zone: its hours, and its summer time where the phone knows the rules.
+chTime phoneTime(const chTime& utc)
 {
     const chString zone =
         NUX_SubClass::nuxGetRegistryString("/rundata/config/system.ini", "LocalTime", "strTimeName", "0");
-    const char* text = zone;
-    text += strncasecmp(text, kOldPrefix, strlen(kOldPrefix)) == 0 ? strlen(kOldPrefix) : 0;
-    int hours = 0, minutes = 0;
-    // Without a colon right behind the hours there are no minutes.
-    sscanf(text, "%9d:%2d", &hours, &minutes);
-    const bool isBehind = text[strspn(text, " \t")] == '-';
-    const long shift = std::clamp(minutes, 0, kMinutesInHour - 1) * kMinuteSeconds;
-    return within(hours, kFieldLimit) * kHourSeconds + (isBehind ? -shift : shift);
+    return utc + chTimeSpan(zoneSeconds(zone) + netGetSummerTime(utc.GetTime()));
 }
 
 } // namespace
@@ -60,7 +48,7 @@ bool IsSchedulePassed(const chTime& to)
 void scheduleWindow(const chString& fromdt, const chString& todt, const chString& eventType, chTime& from,
                     chTime& to)
 {
-    const chTimeSpan shift(eventType == "sametime" ? zoneSeconds() : 0);
-    from = str2Time(fromdt) + shift;
-    to = str2Time(todt) + shift;
+    const bool isUtc = eventType == "sametime";
+    from = isUtc ? phoneTime(str2Time(fromdt)) : str2Time(fromdt);
+    to = isUtc ? phoneTime(str2Time(todt)) : str2Time(todt);
 }

@@ -8,6 +8,6 @@ chTime str2Time(const char* text);
 // Both ends belong to the window.
 bool IsScheduleValid(const chTime& from, const chTime& to);
 bool IsSchedulePassed(const chTime& to);
-// The times of a layout as local times: those of "sametime" are shifted by the phone's zone.
+// The times of a layout as local times: those of "sametime" are UTC.
 void scheduleWindow(const chString& fromdt, const chString& todt, const chString& eventType, chTime& from,
                     chTime& to);

@@ -4,6 +4,7 @@
 #include "host/desktop/frmCall.h"
 #include "host/desktop/textWarmUp.h"
 #include "host/screen/windowStack.h"
+#include "host/services/clock/networkTime.h"
 #include "host/services/keyfiles/deviceFiles.h"
 #include "support/host/box.h"
 #include "support/host/desktop.h"
@@ -45,6 +46,7 @@ void bootStep(int index)
     }
     frmDesktop::GetInstance()->FinishLoading();
     displayClient::instance().start();
+    networkTime::instance().start();
     new textWarmUp(qApp);
     if (!deviceFilesAreStored())
         QTimer::singleShot(0, qApp, tellNothingIsStored);

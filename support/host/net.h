@@ -26,8 +26,11 @@ HX_HOST_API int netIsIPConflictting();
 // Applies the stored network settings now.
 HX_HOST_API void netFlushNetworkConfig();
 
-// Local wall clock, as seconds for chTime(long).
+// Local wall clock, as seconds for chTime(long): in the zone that is stored, with its summer time.
 HX_HOST_API long netGetLocalTime();
+// Seconds that summer time adds, at that moment of UTC, to the hours with which the stored zone begins; 0 for
+// a zone without rules.
+HX_HOST_API long netGetSummerTime(long utcSeconds);
 HX_HOST_API void netSetLocalTime(int year, int month, int day, int hour, int minute, int second);
 
 // Restarts the phone; mode is 1.

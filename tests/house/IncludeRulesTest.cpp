@@ -29,6 +29,7 @@ const QMap<QString, QStringList> AllowedRooms = {
     {"applets", {"frame", "signage"}},
     {"calibration", {"frame"}},
     {"host/services/system", {}},
+    {"host/services/clock", {"host/services/system"}},
     {"host/services/pictures", {"host/services/system"}},
     {"host/services/keyfiles", {"host/services/system"}},
     {"host/services/language", {"host/services/keyfiles"}},

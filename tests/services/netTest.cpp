@@ -17,11 +17,6 @@ protected:
     ~Net() override
     {
         netWorld() = tagNetWorld();
-        timespec now;
-        clock_gettime(CLOCK_REALTIME, &now);
-        tm parts = {};
-        localtime_r(&now.tv_sec, &parts);
-        netWorldSetClock(timegm(&parts));
     }
     static in_addr address(const char* text)
     {
@@ -174,6 +169,7 @@ TEST_F(Net, ARestartIsThePhonesWhereTheMachineStaysAsItIs)
 
 TEST_F(Net, TheClockIsTheLocalWallClock)
 {
+    nuxSetRegistryString("/rundata/config/system.ini", "LocalTime", "strTimeName", "");
     time_t now = machineTime();
     tm parts = {};
     localtime_r(&now, &parts);
