@@ -3,6 +3,7 @@
 #include "frame/roomHooks.h"
 #include "settings/system/dlgAccount_Setting.h"
 #include "settings/system/dlgAccount_Setting_Btn.h"
+#include "settings/system/dlgDateAndTime.h"
 #include "settings/system/dlgWan.h"
 
 namespace {
@@ -16,6 +17,7 @@ QDialog* newAccountPage(int index)
 
 HX_PAGE(dlgWan);
 HX_PAGE(dlgAccount_Setting_Btn);
+HX_PAGE(dlgDateAndTime);
 HX_ROOM_HOOK(makeAccountPage, newAccountPage);
 
 void settingsSystemPages() {}

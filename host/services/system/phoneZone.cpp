@@ -40,7 +40,7 @@ std::string ruleOf(const tagZone& zone)
     }
     ZONE_MATCH best = ZONE_SAME_HOURS;
     std::string rule;
-    xmlElement* row = table.GetRootElement()->GetFirstChildElement();
+    xmlElement* row = xmlFindElementFromRoot(&table, "DSTData", "DST");
     for (; row && best != ZONE_SAME; row = xmlGetNextElement(row)) {
         const chString time = row->GetAttributeValue("szTime").GetString();
         const chString name = row->GetAttributeValue("szZone").GetString();
