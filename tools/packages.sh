@@ -6,7 +6,7 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache lld pkg-config qt6-base-dev qt6-bas
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
   libcurl4-openssl-dev
   gstreamer1.0-libav gstreamer1.0-tools
-  libcairo2-dev fonts-noto-core fonts-noto-extra fonts-noto-cjk"
+  libcairo2-dev tzdata fonts-noto-core fonts-noto-extra fonts-noto-cjk"
 # locales: a test prints numbers under a decimal comma. docbook-xsl, shared-mime-info: documents that others wrote.
 # nginx-light: the cache that the signage server's document describes; the tests start their own.
 TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format docbook-xsl shared-mime-info nginx-light"

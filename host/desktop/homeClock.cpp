@@ -61,16 +61,27 @@ void homeClock::setNumber(const QString& number)
     update();
 }
 
+QString homeClock::timeText(const chTime& now) const
+{
+    if (!m_bTwelveHours)
+        return toQString(now.Format("%H:%M"));
+    const int hour = now.GetHour() % 12 ? now.GetHour() % 12 : 12;
+    return QString("%1:%2").arg(hour).arg(now.GetMinute(), 2, 10, QChar('0'));
+}
+
+QString homeClock::text() const
+{
+    return m_strNumber.isEmpty() ? timeText(chTime(m_nShownMinute * kSecondsPerMinute)) : m_strNumber;
+}
+
 void homeClock::paintTime(QPainter& painter, const chTime& now) const
 {
     QRect row(0, 0, width(), 96);
     painter.setFont(look::font(kTimeSize));
     if (!m_bTwelveHours) {
-        painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, toQString(now.Format("%H:%M")));
+        painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, timeText(now));
         return;
     }
-    const int hour = now.GetHour() % 12 ? now.GetHour() % 12 : 12;
-    const QString text = QString("%1:%2").arg(hour).arg(now.GetMinute(), 2, 10, QChar('0'));
     // The language says whether the half of the day comes before or after the time.
     const QString whole = qTranslate(now.GetHour() < 12 ? HX_TR("%1 AM") : HX_TR("%1 PM"));
     const QString half = QString(whole).remove(QStringLiteral("%1")).trimmed();
@@ -79,7 +90,7 @@ void homeClock::paintTime(QPainter& painter, const chTime& now) const
     if (isBefore)
         row.setLeft(halfWidth + kHalfGap);
     QRect taken;
-    painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, text, &taken);
+    painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, timeText(now), &taken);
     const QRect place(isBefore ? 0 : taken.right() + kHalfGap, taken.top(), halfWidth + 1,
                       taken.height() - 16);
     look::paintFitted(painter, place, Qt::AlignLeft | Qt::AlignBottom, half, look::font(kHalfSize));

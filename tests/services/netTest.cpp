@@ -14,10 +14,7 @@ class Net : public PhoneTest
 {
 protected:
     Net() { netWorld() = tagNetWorld(); }
-    ~Net() override
-    {
-        netWorld() = tagNetWorld();
-    }
+    ~Net() override { netWorld() = tagNetWorld(); }
     static in_addr address(const char* text)
     {
         in_addr result = {};

@@ -73,6 +73,18 @@ TEST_F(Schedule, ZonesThatWereStoredWithLettersInFrontCountAsWell)
     }
 }
 
+TEST_F(Schedule, TheSummerTimeOfTheChosenZoneCountsOnItsDays)
+{
+    setZone("+01:00 ");
+    nuxSetRegistryString("/rundata/config/system.ini", "LocalTime", "strZoneName", "Germany, Berlin");
+    chTime from, to;
+    scheduleWindow("2026-07-01 12:00:00", "2026-12-01 12:00:00", "sametime", from, to);
+    EXPECT_EQ(from, str2Time("2026-07-01 14:00:00"));
+    EXPECT_EQ(to, str2Time("2026-12-01 13:00:00"));
+    scheduleWindow("2026-07-01 12:00:00", "2026-12-01 12:00:00", "", from, to);
+    EXPECT_EQ(from, str2Time("2026-07-01 12:00:00"));
+}
+
 TEST_F(Schedule, EveryZoneOfThePhonesTableIsRead)
 {
     xmlFile table;

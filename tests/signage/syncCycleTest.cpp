@@ -19,6 +19,12 @@ protected:
         EXPECT_TRUE(sync());
         return names(manager.GetDisplayFrame().layouts);
     }
+    // The clock shows the same as before.
+    static void setZone(const char* text)
+    {
+        nuxSetRegistryString("/rundata/config/system.ini", "LocalTime", "strTimeName", text);
+        netWorldSetClock(chTime(2026, 11, 21, 14, 5, 0).GetTime());
+    }
     int shownLayouts() const { return GetNDeckDispaly().GetLayoutsCount(); }
 };
 
@@ -149,20 +155,20 @@ TEST_F(SyncCycle, CountsBothEndsOfAWindowToIt)
 
 TEST_F(SyncCycle, MovesTheWindowOfTheSameTimeByThePhonesZone)
 {
-    nuxSetRegistryString("/rundata/config/system.ini", "LocalTime", "strTimeName", "8 Peking");
+    setZone("8 Peking");
     EXPECT_EQ(layoutsInWindow("2026-11-21 06:00:00", "2026-11-21 07:00:00", "sametime"),
               QStringList{"a.xml"});
     EXPECT_TRUE(traces().contains("SetLayoutSchedule FromDt(2026-11-21 14:00:00) ToDt(2026-11-21 15:00:00)"));
     EXPECT_EQ(layoutsInWindow("2026-11-21 06:00:00", "2026-11-21 07:00:00", "Sametime"), QStringList());
     EXPECT_EQ(layoutsInWindow("2026-11-21 14:00:00", "2026-11-21 15:00:00", "sametime"), QStringList());
-    nuxSetRegistryString("/rundata/config/system.ini", "LocalTime", "strTimeName", "-3");
+    setZone("-3");
     EXPECT_EQ(layoutsInWindow("2026-11-21 17:00:00", "2026-11-21 18:00:00", "sametime"),
               QStringList{"a.xml"});
 }
 
 TEST_F(SyncCycle, KeepsTheTimesOfALayoutAsTheReplyHasThem)
 {
-    nuxSetRegistryString("/rundata/config/system.ini", "LocalTime", "strTimeName", "8");
+    setZone("8");
     EXPECT_EQ(layoutsInWindow("2026-11-21 6:0:0", "2026-11-21 07:00:00", "sametime"), QStringList{"a.xml"});
     const _nDeckLayoutNode& layout = manager.GetDisplayFrame().layouts.front();
     EXPECT_STREQ(layout.fromdt, "2026-11-21 6:0:0");

@@ -1,6 +1,7 @@
 #include "tests/kit/plain/timeServer.h"
 #include <QtEndian>
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -37,7 +38,7 @@ kit::TimeServer::TimeServer(long long utc)
     m_nSocket = boundSocket("127.0.0.1", m_nPort);
     m_nElsewhere = boundSocket("127.0.0.2", other);
     answer(utc);
-    if (pipe(m_aStop) == 0)
+    if (pipe2(m_aStop, O_CLOEXEC) == 0)
         m_thread = std::thread([this] { serve(); });
 }
 
