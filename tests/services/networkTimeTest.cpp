@@ -343,11 +343,12 @@ TEST_F(NetworkTime, AFloodOfForgedAnswersEndsTheQuestion)
 {
     kit::tagTimeAnswer forged = good();
     forged.bRepeatsNumber = false;
-    server.answer(QList<kit::tagTimeAnswer>(sntpClient::DATAGRAMS, forged));
+    QList<kit::tagTimeAnswer> answers(sntpClient::DATAGRAMS, forged);
+    answers.append(good());
+    server.answer(answers);
     start();
-    EXPECT_TRUE(isTraced("Time server 127.0.0.1: an answer to another question"))
-        << "before its time is over";
-    EXPECT_TRUE(isOwnTime());
+    EXPECT_TRUE(isTraced("Time server 127.0.0.1: an answer to another question"));
+    EXPECT_TRUE(isOwnTime()) << "what comes behind them is not looked at";
 }
 
 TEST_F(NetworkTime, EachQuestionHasANumberOfItsOwn)
