@@ -55,6 +55,11 @@ protected:
     {
         return kit::waitUntil([&] { return server.asked() >= count; }, kWaitMs) && server.asked() == count;
     }
+    // What was sent has had its time to arrive.
+    bool isNotAskedAgain(int count)
+    {
+        return !kit::waitUntil([&] { return server.asked() > count; }, 50) && server.asked() == count;
+    }
     // The phone looks at what came, or did not come, and goes on.
     bool isTraced(const QString& text)
     {
@@ -103,13 +108,13 @@ TEST_F(NetworkTime, ItIsAskedEveryHour)
     start();
     ASSERT_TRUE(isTraced("the clock moves by"));
     kit::holdClocks(true);
-    kit::moveClocks(kHourMs - 1000);
+    kit::moveClocks(kHourMs - 60000);
     kit::settle();
-    EXPECT_EQ(server.asked(), 1);
     kit::holdClocks(false);
+    EXPECT_TRUE(isNotAskedAgain(1));
     mark();
     server.answer(kServersUtc + 7200);
-    kit::stepTime(1000);
+    kit::moveClocks(60000);
     ASSERT_TRUE(isTraced("the clock moves by"));
     EXPECT_EQ(server.asked(), 2);
     EXPECT_LT(std::abs(netGetLocalTime() - kServersUtc - 7200), 30);
@@ -131,7 +136,7 @@ TEST_F(NetworkTime, BeforeTheStartNobodyIsAskedWhateverChanges)
 {
     saved();
     passHours(2);
-    EXPECT_EQ(server.asked(), 0);
+    EXPECT_TRUE(isNotAskedAgain(0));
 }
 
 TEST_F(NetworkTime, WhoSetsTheClockByHandAsksNobody)
@@ -142,7 +147,7 @@ TEST_F(NetworkTime, WhoSetsTheClockByHandAsksNobody)
         saved();
         passHours(2);
     }
-    EXPECT_EQ(server.asked(), 0);
+    EXPECT_TRUE(isNotAskedAgain(0));
 }
 
 TEST_F(NetworkTime, AnAnswerThatComesAfterTheClockWasSetByHandIsLate)
@@ -156,7 +161,7 @@ TEST_F(NetworkTime, AnAnswerThatComesAfterTheClockWasSetByHandIsLate)
     EXPECT_TRUE(isOwnTime());
     saved();
     passHours(2);
-    EXPECT_EQ(server.asked(), 1);
+    EXPECT_TRUE(isNotAskedAgain(1));
 }
 
 TEST_F(NetworkTime, WhileTheNetworkIsDownItIsLookedForAndNobodyIsAsked)
@@ -264,8 +269,8 @@ TEST_F(NetworkTime, AKissOfRateIsObeyedForAnHour)
     kit::holdClocks(true);
     kit::moveClocks(kHourMs - sntpClient::ANSWER_MS - 60000);
     kit::settle();
-    EXPECT_EQ(server.asked(), 1);
     kit::holdClocks(false);
+    EXPECT_TRUE(isNotAskedAgain(1));
     kit::moveClocks(60000);
     EXPECT_TRUE(isTraced("the clock moves by"));
 }
@@ -277,7 +282,7 @@ TEST_F(NetworkTime, AServerThatForbidsItIsNotAskedAgainBeforeSomebodySaves)
     kiss.strReference = "DENY";
     expectRefused({kiss}, "it asks to be left alone, DENY");
     passHours(3);
-    EXPECT_EQ(server.asked(), 1);
+    EXPECT_TRUE(isNotAskedAgain(1));
     server.answer(kServersUtc);
     saved();
     EXPECT_TRUE(isTraced("the clock moves by"));
