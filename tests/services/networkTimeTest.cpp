@@ -134,6 +134,7 @@ TEST_F(NetworkTime, ItIsAskedAtOnceWhenTheSettingsChange)
 
 TEST_F(NetworkTime, BeforeTheStartNobodyIsAskedWhateverChanges)
 {
+    networkTime::instance();
     saved();
     passHours(2);
     EXPECT_TRUE(isNotAskedAgain(0));
