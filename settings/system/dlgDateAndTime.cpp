@@ -71,13 +71,6 @@ void dlgDateAndTime::bindWidgets()
         {{{ui->radBtnNTP, "1"}, {ui->radBtnManualMode, "0"}}, local, "bNTPEnable", "0"},
         {ui->cmbBoxTimeFormat, registryOpen(USER_INI, "DateTime"), "eTimeFormat", "0", kFormats},
     });
-    // The frames have taken the places of others, at the end of the page.
-    QWidget* last = ui->radBtnManualMode;
-    for (const char* name : {"editYear", "editMonth", "editDay", "editHour", "editMinute", "editSecond"}) {
-        QWidget* edit = findChild<QWidget*>(name);
-        setTabOrder(last, edit);
-        last = edit;
-    }
 }
 
 void dlgDateAndTime::RefreshData()
