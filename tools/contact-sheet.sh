@@ -34,6 +34,7 @@ for language in English Chinese German French Spanish; do
   ctl touch 188 213; ctl touch 600 213; shot
   ctl key F1; shot
   ctl key Return; back
+  ctl open "Date & Time"; shot; back
   ctl open "Account Setting"; shot
   ctl touch 270 100; shot; back; back
   ctl open "Directory"; shot; back
