@@ -8,6 +8,7 @@
 #include "support/xml/xmlFile.h"
 #include "tests/kit/kitTime.h"
 #include "tests/settings_system/systemPageTest.h"
+#include <QFile>
 #include <QLabel>
 #include <QRadioButton>
 
