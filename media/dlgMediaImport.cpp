@@ -26,7 +26,6 @@ enum { KEY_ENTER = 0, KEY_IMPORT = 1, KEY_DELETE_FILE = 2, KEY_EXIT = 3 };
 
 constexpr int kTextSize = 18; // pixels
 constexpr int kTextWeight = 75;
-constexpr int kIconSize = 32;
 constexpr int kDeleteFailedMs = 3000;
 constexpr int kEndMs = 48; // for a cancelled import to clear up
 const char* const kStorages = "/storage";
@@ -44,8 +43,7 @@ int noPercent()
 void setupImportFileList(QListWidget* list)
 {
     setFontStyle(kTextSize, kTextWeight, list, true);
-    setMediaListColours(list);
-    list->setIconSize(QSize(kIconSize, kIconSize));
+    setupMediaRows(list);
 }
 
 dlgMediaImport::dlgMediaImport(const char* type, QWidget* parent)
@@ -61,7 +59,7 @@ dlgMediaImport::dlgMediaImport(const char* type, QWidget* parent)
     m_pSoftKeyBar = qReplaceSoftKeyBar(ui->labSoftKeyBar);
     m_pView = qReplaceMediaImportView(ui->lstWgtMediaList);
     setupImportFileList(m_pView);
-    m_pView->setFrameShape(QFrame::NoFrame);
+    placeMediaList(m_pView, ui->frmList, m_pView->geometry(), true);
     m_pView->setFocus();
     m_pView->installEventFilter(this);
     ui->labImagePreview->hide();
@@ -82,7 +80,7 @@ void dlgMediaImport::Open(basePreview* preview)
 void dlgMediaImport::HidePreview()
 {
     ui->labImagePreview->hide();
-    m_pView->setFixedWidth(ui->labImagePreview->geometry().right() + 1 - m_pView->x());
+    placeMediaList(m_pView, ui->frmList, m_pView->geometry(), false);
 }
 
 QLabel* dlgMediaImport::PreviewLabel() const

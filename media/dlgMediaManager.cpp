@@ -40,9 +40,7 @@ constexpr int kSoundDelayMs = 1000;
 constexpr int kNoMediaMs = 3000;
 constexpr size_t kRowsAStep = 64; // more than the list shows
 
-constexpr int kPanelEdge = 780; // of a list over the whole page
-constexpr int kPanelAir = 6;    // around the list
-constexpr int kFactsAir = 9;    // between a picture and what is said of it
+constexpr int kFactsAir = 9; // between a picture and what is said of it
 constexpr int kFactsTextSize = 16;
 constexpr int kFactsTextWeight = 50;
 
@@ -169,11 +167,8 @@ void dlgMediaManager::PlaceImagePreview()
 // Without pictures to show the list has the whole page.
 void dlgMediaManager::PlaceList(bool isBesidePreview)
 {
-    const int more = isBesidePreview ? 0 : kPanelEdge - m_formList.right();
-    ui->tabWgtMediaList->setGeometry(m_formList.adjusted(0, 0, more, 0));
+    placeMediaList(ui->tabWgtMediaList, ui->frmList, m_formList, isBesidePreview);
     fitMediaFileList(ui->tabWgtMediaList);
-    ui->frmList->setGeometry(
-        ui->tabWgtMediaList->geometry().adjusted(-kPanelAir, -kPanelAir, kPanelAir, kPanelAir));
 }
 
 void dlgMediaManager::ShowPreviewKey(bool isThere)

@@ -2,6 +2,8 @@
 // The look of the lists of media files. User-interface thread.
 #include <QColor>
 
+class QListView;
+class QRect;
 class QTableWidget;
 class QWidget;
 
@@ -13,5 +15,8 @@ inline const QColor kMediaSecondaryText(138, 152, 164);
 void setupMediaFileList(QTableWidget* table);
 // After the table got another width.
 void fitMediaFileList(QTableWidget* table);
-// The colours of such a list, over whatever lies behind it.
-void setMediaListColours(QWidget* list);
+// The rows of a list of another kind: as high, in the same colours, with icons of the same size.
+void setupMediaRows(QListView* list);
+// Puts the list there, or, without a preview beside it, over the width of the page, and the card that it lies
+// on around it.
+void placeMediaList(QWidget* list, QWidget* card, const QRect& besidePreview, bool hasPreview);

@@ -1,6 +1,7 @@
 #include "host/desktop/frmCall.h"
 #include "host/desktop/callRecords.h"
 #include "host/desktop/callSound.h"
+#include "host/desktop/clockText.h"
 #include "host/desktop/contactBook.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/lineName.h"
@@ -11,6 +12,7 @@
 #include "support/host/image.h"
 #include "support/host/language.h"
 #include "support/host/module.h"
+#include "support/host/net.h"
 #include "support/host/picture.h"
 #include "support/host/screen.h"
 #include "support/host/text.h"
@@ -32,6 +34,29 @@ constexpr QSize kPicture(126, 126);
 constexpr QRect kWhole(40, 40, 720, 336);
 constexpr QRect kBeside(14, 40, 276, 336);
 constexpr QRect kDisplay(304, 66, 480, 288);
+// What asks is larger, and has buttons below.
+constexpr int kPictureTop = 56;
+constexpr int kNameTop = 196;
+constexpr int kStateTop = 290;
+constexpr int kAskedPictureTop = 64;
+constexpr int kAskedNameTop = 212;
+constexpr int kAskedStateTop = 264;
+constexpr QRect kLine(14, 0, 380, 40);
+constexpr QRect kMute(406, 0, 270, 40);
+constexpr QRect kVolume(100, 386, 190, 30);
+constexpr QRect kVolumeBar(306, 386, 240, 30);
+constexpr QRect kAskedLine(12, 0, 272, 40);
+constexpr QRect kAskedMute(510, 0, 166, 40);
+constexpr QRect kAskedVolume(290, 0, 98, 40);
+constexpr QRect kAskedVolumeBar(398, 5, 100, 30);
+constexpr int kInnerRing = 10; // from the picture's edge
+constexpr int kOuterRing = 24;
+constexpr QRgb kRings = 0x1effffff;
+constexpr QRgb kPale = 0xffd3e0ee;
+constexpr QPointF kLight(240, 0); // of the page behind a question
+constexpr qreal kLightReach = 860;
+constexpr QRgb kSky[] = {0xff3f7fb8, 0xff1d4b79, 0xff112c4a};
+constexpr qreal kSkyMiddle = 0.45;
 constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kPictureEdge = 0x40ffffff;
 const char* const kNobody = "/phone/resource/contact-image/icon_contact.png";
@@ -52,6 +77,27 @@ QString stateOf(const tagCall& call)
 {
     const bool failed = call.eState == CALL_ENDED && !call.strReason.isEmpty();
     return qTranslate(failed ? call.strReason.toUtf8().constData() : stateText(call));
+}
+
+QString joined(const QString& one, const QString& other)
+{
+    return one.isEmpty() || other.isEmpty() ? one + other : one + QStringLiteral(" \u00b7 ") + other;
+}
+
+// The user's own number of a line; empty when it has none.
+QString numberOfLine(int line)
+{
+    tagAccountInfo info;
+    if (line < 0 || line >= PHONE_ACCOUNT_COUNT || !phone_GetAccountInfoById(line, &info))
+        return QString();
+    return QString::fromUtf8(info.szUser);
+}
+
+void setColour(QLabel* label, QRgb colour)
+{
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, look::colour(colour));
+    label->setPalette(palette);
 }
 
 QPixmap pictureOfNobody()
@@ -76,6 +122,12 @@ frmCall::frmCall()
     setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labLine, true);
     setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labMute, true);
     setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labVolume, true);
+    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labClock, true);
+    m_ui->btnAnswer->setDisc(HX_THEME("button/btn_answer_bg01.png"), HX_THEME("button/btn_answer_bg02.png"));
+    m_ui->btnDecline->setDisc(HX_THEME("button/btn_decline_bg01.png"),
+                              HX_THEME("button/btn_decline_bg02.png"));
+    connect(m_ui->btnAnswer, &callButton::clicked, this, &frmCall::on_click_Answer);
+    connect(m_ui->btnDecline, &callButton::clicked, this, &frmCall::on_click_End);
     m_pSoftKeys = new qSoftKeyBar(this);
     m_pSoftKeys->move(0, look::kScreenHeight - look::kSoftKeyHeight);
     m_tick.setInterval(TICK_MS);
@@ -85,8 +137,8 @@ frmCall::frmCall()
     connect(&m_end, &QTimer::timeout, this, &frmCall::close);
     connect(&displayClient::instance(), &displayClient::enabledChanged, this, &frmCall::showDisplay);
     qFollowLanguage(this, [this] {
-        m_ui->labLine->setText(lineName(m_call.nAccount));
         showState();
+        showClock();
         showSound();
         showSoftKeys();
     });
@@ -120,16 +172,18 @@ void frmCall::onCall(const tagCall& call)
 
 void frmCall::showCall(const tagCall& call)
 {
-    if (call.nId != m_call.nId)
+    if (call.nId != m_call.nId) {
         m_strDigits.clear();
+        m_bVolumeChanged = false;
+    }
     m_call = call;
     const tagContact contact = contactOfNumber(contactsRead(), call.strNumber);
     const QString name = call.strName.isEmpty() ? contact.strName : call.strName;
     m_ui->labName->setText(name.isEmpty() ? call.strNumber : name);
-    m_ui->labNumber->setText(name.isEmpty() ? QString() : call.strNumber);
-    m_ui->labLine->setText(lineName(call.nAccount));
+    m_strNumber = name.isEmpty() ? QString() : call.strNumber;
     showPicture(contact.strPicture);
     showState();
+    showClock();
 }
 
 // One that takes a moment comes into the place of nobody's.
@@ -141,6 +195,7 @@ void frmCall::showPicture(const QString& path)
     wish.strPath = fromQString(path);
     wish.nWidth = kPicture.width();
     wish.nHeight = kPicture.height();
+    wish.eFit = PICTURE_FIT_COVER;
     const auto take = [this](PICTURE_RESULT, const QPixmap& picture) {
         m_ui->labPicture->setPicture(picture.isNull() ? pictureOfNobody() : picture);
     };
@@ -152,9 +207,30 @@ void frmCall::showPicture(const QString& path)
 void frmCall::showState()
 {
     const bool talked = m_call.eState == CALL_TALKING || m_call.nSeconds > 0;
-    m_ui->labState->setText(stateOf(m_call));
+    const QString line = lineName(m_call.nAccount);
+    m_ui->labNumber->setText(isAsked() ? QString() : m_strNumber);
+    m_ui->labState->setText(isAsked() ? joined(m_strNumber, stateOf(m_call)) : stateOf(m_call));
+    m_ui->labLine->setText(
+        isAsked() ? m_ui->labLine->fontMetrics().elidedText(joined(line, numberOfLine(m_call.nAccount)),
+                                                            Qt::ElideRight, kAskedLine.width())
+                  : line);
     const QString duration = talked ? durationText(m_call.nSeconds) : QString();
     m_ui->labDuration->setText(m_strDigits.isEmpty() ? duration : m_strDigits.right(kDigitsShown));
+}
+
+void frmCall::showClock()
+{
+    m_ui->labClock->setText(clockText(netGetLocalTime()));
+}
+
+void frmCall::showQuestion()
+{
+    m_ui->btnAnswer->setText(qTranslate(HX_TR("Answer")));
+    m_ui->btnDecline->setText(qTranslate(HX_TR("Decline")));
+    m_ui->btnAnswer->setVisible(isAsked());
+    m_ui->btnDecline->setVisible(isAsked());
+    m_ui->labVolume->setVisible(!isAsked() || m_bVolumeChanged);
+    m_ui->barVolume->setVisible(!isAsked() || m_bVolumeChanged);
 }
 
 void frmCall::showSound()
@@ -167,6 +243,7 @@ void frmCall::showSound()
 void frmCall::showSoftKeys()
 {
     m_ui->labVolume->setText(qTranslate("Volume"));
+    showQuestion();
     if (isAsked()) {
         showKeysOfQuestion();
         return;
@@ -248,11 +325,25 @@ bool frmCall::event(QEvent* event)
 void frmCall::layOut()
 {
     const QRect place = m_bBeside ? kBeside : kWhole;
+    m_ui->labName->move(0, isAsked() ? kAskedNameTop : kNameTop);
+    m_ui->labState->move(0, isAsked() ? kAskedStateTop : kStateTop);
     QWidget* const lines[] = {m_ui->labName, m_ui->labNumber, m_ui->labState, m_ui->labDuration};
     for (QWidget* line : lines)
         line->setGeometry(place.left(), line->y(), place.width(), line->height());
-    m_ui->labPicture->move(place.center().x() - kPicture.width() / 2, m_ui->labPicture->y());
+    m_ui->labPicture->move(place.left() + (place.width() - kPicture.width()) / 2,
+                           isAsked() ? kAskedPictureTop : kPictureTop);
+    setColour(m_ui->labState, isAsked() ? kPale : look::kTextOnBar);
+    layOutStrip();
+    showQuestion();
     update();
+}
+
+void frmCall::layOutStrip()
+{
+    m_ui->labLine->setGeometry(isAsked() ? kAskedLine : kLine);
+    m_ui->labMute->setGeometry(isAsked() ? kAskedMute : kMute);
+    m_ui->labVolume->setGeometry(isAsked() ? kAskedVolume : kVolume);
+    m_ui->barVolume->setGeometry(isAsked() ? kAskedVolumeBar : kVolumeBar);
 }
 
 void frmCall::tick()
@@ -262,11 +353,29 @@ void frmCall::tick()
             m_call = call;
     }
     showState();
+    showClock();
+}
+
+void frmCall::paintQuestion(QPainter& painter) const
+{
+    QRadialGradient sky(kLight, kLightReach);
+    sky.setColorAt(0, look::colour(kSky[0]));
+    sky.setColorAt(kSkyMiddle, look::colour(kSky[1]));
+    sky.setColorAt(1, look::colour(kSky[2]));
+    painter.fillRect(rect(), sky);
+    for (const int out : {kOuterRing, kInnerRing}) {
+        const QRect ring = m_ui->labPicture->geometry().adjusted(-out, -out, out, out);
+        look::paintBox(painter, ring, ring.height() / 2.0, kRings);
+    }
 }
 
 void frmCall::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    if (isAsked()) {
+        paintQuestion(painter);
+        return;
+    }
     look::paintLeftBar(painter, rect());
     painter.fillRect(0, 0, width(), look::kTopBarHeight, look::colour(kStrip));
     look::paintBox(painter, m_ui->labPicture->geometry().adjusted(-4, -4, 4, 4), kPicture.width() / 2.0 + 4,
@@ -321,6 +430,8 @@ bool frmCall::sendDigit(const QString& text)
 void frmCall::changeVolume(int step)
 {
     callSound::instance().changeVolume(step);
+    m_bVolumeChanged = true;
+    showQuestion();
     showSound();
 }
 

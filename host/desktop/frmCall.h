@@ -8,6 +8,7 @@
 #include <QWidget>
 #include <memory>
 
+class QPainter;
 class Ui_frmCall;
 
 class frmCall : public QWidget
@@ -39,9 +40,13 @@ private:
     bool mayShowDisplay() const;
     void showDisplay();
     void layOut();
+    void layOutStrip();
+    void paintQuestion(QPainter& painter) const;
     void showCall(const tagCall& call);
     void showPicture(const QString& path);
     void showState();
+    void showQuestion();
+    void showClock();
     void showSound();
     void showSoftKeys();
     void showKeysOfQuestion();
@@ -54,11 +59,13 @@ private:
     qSoftKeyBar* m_pSoftKeys = nullptr;
     tagCall m_call;      // the one that is shown
     int m_nLastId = 0;   // of the calls that have begun
+    QString m_strNumber; // of who is named; empty when the number stands for the name
     QString m_strDigits; // sent in this call
     int m_nPicture = 0;  // request of the contact's
     QTimer m_tick;
     QTimer m_end;
-    bool m_bMuted = false; // here, so it ends with the call
+    bool m_bMuted = false;         // here, so it ends with the call
+    bool m_bVolumeChanged = false; // of a ring, which shows it then
     displayPlace m_display;
     bool m_bBeside = false; // the signage has its place here
 };

@@ -58,12 +58,10 @@ void homeButton::readPortrait()
     tagPictureWish wish;
     wish.strPath = fromQString(m_strPicture);
     wish.nWidth = wish.nHeight = kGlyphSize;
+    wish.eFit = PICTURE_FIT_COVER;
     m_nPortrait = pictureTell(wish, this, [this](PICTURE_RESULT, const QPixmap& picture) {
         m_nPortrait = 0;
-        const bool isSmall = !picture.isNull() && qMax(picture.width(), picture.height()) < kGlyphSize;
-        m_portrait =
-            isSmall ? picture.scaled(kGlyphSize, kGlyphSize, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-                    : picture;
+        m_portrait = picture;
         update();
     });
 }

@@ -1,9 +1,9 @@
 #include "host/desktop/homeClock.h"
+#include "host/desktop/clockText.h"
 #include "host/look/look.h"
 #include "support/host/clock.h"
 #include "support/host/language.h"
 #include "support/host/net.h"
-#include "support/host/registry.h"
 #include "support/host/text.h"
 #include <QPainter>
 
@@ -30,12 +30,6 @@ QString dateText(const chTime& time)
              qTranslate(kMonths[time.GetMonth() - 1]));
 }
 
-// "1" is the clock of twelve hours.
-bool isTwelveHourClock()
-{
-    return nuxGetRegistryInt("/rundata/config/user/user.ini", "DateTime", "eTimeFormat", 0) == 1;
-}
-
 } // namespace
 
 homeClock::homeClock(QWidget* parent) : QWidget(parent)
@@ -47,7 +41,7 @@ homeClock::homeClock(QWidget* parent) : QWidget(parent)
 void homeClock::refresh()
 {
     const long minute = netGetLocalTime() / kSecondsPerMinute;
-    const bool twelveHours = isTwelveHourClock();
+    const bool twelveHours = clockHasTwelveHours();
     if (minute == m_nShownMinute && twelveHours == m_bTwelveHours)
         return;
     m_nShownMinute = minute;

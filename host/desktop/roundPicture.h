@@ -1,5 +1,5 @@
 #pragma once
-// A picture cut to a circle.
+// A picture cut to a circle, which it fills.
 #include <QPixmap>
 #include <QWidget>
 

@@ -1,4 +1,5 @@
 #include "host/look/hxStyle.h"
+#include "host/look/comboList.h"
 #include "host/look/look.h"
 #include "host/look/stylePaint.h"
 #include <QAbstractItemView>
@@ -6,7 +7,6 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPlainTextEdit>
 #include <QStyleFactory>
 #include <QStyleOption>
@@ -18,24 +18,12 @@ constexpr int kLabelSpacing = 10; // from an indicator to its label
 constexpr int kScrollBarExtent = 10;
 constexpr int kCaret = 2;
 constexpr int kListTextMargin = 14;
+constexpr int kRowIconGap = 10; // from the icon of a row to its text
 constexpr int kFirstColumnMargin = 20;
 constexpr int kColumnMargin = 1;
 constexpr int kNoTextMargin = -2; // the toolkit adds one, and one for the frame
 constexpr int kPopupLine = 1;
 constexpr int kTabWidth = 110;
-
-bool isComboContainer(const QObject* object)
-{
-    return object->inherits("QComboBoxPrivateContainer");
-}
-
-// A rounded window without a compositor: the corners are masked out.
-void maskPopup(QWidget* popup)
-{
-    QPainterPath shape;
-    shape.addRoundedRect(popup->rect(), look::kCorner, look::kCorner);
-    popup->setMask(QRegion(shape.toFillPolygon().toPolygon()));
-}
 
 void drawPopupFrame(QPainter& painter, const QRect& rect)
 {
@@ -44,7 +32,7 @@ void drawPopupFrame(QPainter& painter, const QRect& rect)
 
 void drawShapedFrame(QPainter& painter, const QStyleOptionFrame& option, const QWidget* widget)
 {
-    if (widget && isComboContainer(widget)) {
+    if (widget && comboListIsWindow(widget)) {
         drawPopupFrame(painter, option.rect);
         return;
     }
@@ -106,7 +94,7 @@ void hxStyle::polish(QPalette& palette)
 
 void hxStyle::polish(QWidget* widget)
 {
-    if (isComboContainer(widget))
+    if (comboListIsWindow(widget))
         widget->installEventFilter(this);
     // Round corners: the frame paints what lies behind the rows.
     const bool isList = qobject_cast<QAbstractItemView*>(widget) && !qobject_cast<QHeaderView*>(widget);
@@ -124,8 +112,10 @@ void hxStyle::polish(QWidget* widget)
 
 bool hxStyle::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Resize && isComboContainer(watched))
-        maskPopup(static_cast<QWidget*>(watched));
+    if (event->type() == QEvent::Resize && comboListIsWindow(watched))
+        comboListRound(static_cast<QWidget*>(watched));
+    else if (event->type() == QEvent::Show && comboListIsWindow(watched))
+        comboListPlace(static_cast<QWidget*>(watched));
     return false;
 }
 
@@ -306,6 +296,23 @@ int hxStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget
     }
 }
 
+// Text and icon of a row; rect: where the toolkit has it.
+static QRect rowPart(QStyle::SubElement part, QRect rect, const QStyleOptionViewItem& item,
+                     const QWidget* widget)
+{
+    const bool isTable = widget && widget->inherits("QTableView");
+    const bool isFirst = stylePaint::isFirstCell(item, widget);
+    if (!isFirst && !isTable)
+        return rect;
+    const int margin = !isTable ? kListTextMargin : isFirst ? kFirstColumnMargin : kColumnMargin;
+    if (part == QStyle::SE_ItemViewItemDecoration)
+        return rect.translated(margin, 0);
+    const bool isBesideIcon = item.features & QStyleOptionViewItem::HasDecoration &&
+                              item.decorationPosition == QStyleOptionViewItem::Left;
+    const bool isLine = item.decorationPosition == QStyleOptionViewItem::Left && !isTable;
+    return rect.adjusted(margin + (isBesideIcon ? kRowIconGap : 0), 0, isLine ? -kListTextMargin : 0, 0);
+}
+
 QRect hxStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const
 {
     switch (element) {
@@ -316,20 +323,9 @@ QRect hxStyle::subElementRect(SubElement element, const QStyleOption* option, co
     }
     case SE_ItemViewItemText:
     case SE_ItemViewItemDecoration: {
-        QRect rect = QProxyStyle::subElementRect(element, option, widget);
+        const QRect rect = QProxyStyle::subElementRect(element, option, widget);
         const auto* item = as<QStyleOptionViewItem>(option);
-        const bool isTable = widget && widget->inherits("QTableView");
-        if (!item || stylePaint::isComboList(widget))
-            return rect;
-        const bool isFirst = stylePaint::isFirstCell(*item, widget);
-        if (!isFirst && !isTable)
-            return rect;
-        const int margin = !isTable ? kListTextMargin : isFirst ? kFirstColumnMargin : kColumnMargin;
-        if (element == SE_ItemViewItemText)
-            rect.adjust(margin, 0, 0, 0);
-        else
-            rect.translate(margin, 0);
-        return rect;
+        return item && !stylePaint::isComboList(widget) ? rowPart(element, rect, *item, widget) : rect;
     }
     case SE_TabWidgetTabBar:
         return QRect(option->rect.left(), option->rect.top(), option->rect.width(), look::kTabHeight);

@@ -62,6 +62,7 @@ tagPictureWish wishOf(const QString& path)
     tagPictureWish wish;
     wish.strPath = fromQString(path);
     wish.nWidth = wish.nHeight = look::kTileSize;
+    wish.eFit = PICTURE_FIT_COVER;
     return wish;
 }
 

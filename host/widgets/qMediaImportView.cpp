@@ -53,9 +53,13 @@ QString shownName(const QByteArray& name)
     return text;
 }
 
+// In a row that is chosen as in any other.
 QIcon iconOf(const char* path)
 {
-    return QIcon(GetImageManager()->GetImage(path));
+    const QPixmap picture = GetImageManager()->GetImage(path);
+    QIcon icon(picture);
+    icon.addPixmap(picture, QIcon::Selected);
+    return icon;
 }
 
 // Of the files of a type of the media table.

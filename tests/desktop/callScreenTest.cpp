@@ -3,12 +3,19 @@
 #include "host/services/phone/doNotDisturb.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
+#include "host/services/system/netWorld.h"
 #include "support/host/box.h"
+#include "support/host/clock.h"
 #include "support/host/phone.h"
 #include "support/host/picture.h"
+#include "support/host/registry.h"
 #include "tests/desktop/desktopTest.h"
 #include "tests/kit/plain/pictureFiles.h"
+#include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
+#include <QLineF>
+#include <QPainter>
 #include <QTimer>
 
 namespace {
@@ -74,8 +81,40 @@ TEST_F(CallScreen, ThePictureOfAContactComesAMomentLater)
     EXPECT_FALSE(nobody.isNull());
     EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
     EXPECT_NE(place->picture().toImage(), nobody);
-    EXPECT_EQ(place->picture().size(), QSize(126, 84));
+    EXPECT_EQ(place->picture().size(), QSize(126, 126));
     EXPECT_EQ(place->picture().toImage().pixelColor(60, 40), QColor(Qt::black));
+}
+
+// Red, green and blue side by side: of what is three times as wide as high, the circle shows the green.
+TEST_F(CallScreen, APictureOfAnyShapeFillsTheCircle)
+{
+    for (const int height : {10, 42, 126, 1000}) {
+        QImage image(3 * height, height, QImage::Format_RGB32);
+        image.fill(Qt::green);
+        QPainter(&image).fillRect(0, 0, height, height, Qt::red);
+        QPainter(&image).fillRect(2 * height, 0, height, height, Qt::blue);
+        const QString path = QString("/rundata/data/wide%1.png").arg(height);
+        writeFile(path.toUtf8(), "");
+        ASSERT_TRUE(image.save(hostPath(path.toUtf8())));
+        writeFile("/rundata/data/contactData.xml",
+                  QString("<contactData><group name=\"A\"><contact name=\"Ann\" number=\"4711\" "
+                          "sImagePath=\"%1\"/></group></contactData>")
+                      .arg(path)
+                      .toUtf8());
+        dial("4711");
+        ASSERT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
+        kit::settle();
+        const QRect place = screen()->findChild<roundPicture*>("labPicture")->geometry();
+        const QImage shown = kit::screen().copy(place);
+        for (int angle = 0; angle < 360; angle += 15) {
+            const QLineF radius = QLineF::fromPolar(place.width() / 2 - 8, angle);
+            const QColor colour =
+                shown.pixelColor((QPointF(place.width(), place.height()) / 2 + radius.p2()).toPoint());
+            EXPECT_TRUE(colour.green() > 200 && colour.red() < 60 && colour.blue() < 60)
+                << height << " at " << angle << ": " << colour.name().toStdString();
+        }
+        hangUpAll();
+    }
 }
 
 TEST_F(CallScreen, EndHangsUpAndTheScreenGoesAMomentLater)
@@ -213,6 +252,162 @@ TEST_F(CallScreen, ACallThatWasRefusedForTheUserDoesNotComeUp)
     phoneSimulation::instance()->ring("4711", 0, "");
     kit::settle();
     EXPECT_EQ(labelText(screen(), "labName"), "4712") << "nor in the place of one that is there";
+}
+
+TEST_F(CallScreen, AnIncomingCallSaysWhoAndWhatInOneLineAndOnWhichNumber)
+{
+    ASSERT_TRUE(phoneSimulation::instance()->ring("1002", 1, "Anna Berg"));
+    kit::settle();
+    EXPECT_EQ(labelText(screen(), "labName"), "Anna Berg");
+    EXPECT_EQ(labelText(screen(), "labState"), "1002 \u00b7 Incoming call");
+    EXPECT_EQ(labelText(screen(), "labNumber"), "");
+    EXPECT_EQ(labelText(screen(), "labLine"), "Line 2 \u00b7 1002");
+    EXPECT_LT(screen()->findChild<QLabel*>("labLine")->y(), 40);
+    kit::shot("call-incoming-name");
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(labelText(screen(), "labState"), "In call");
+    EXPECT_EQ(labelText(screen(), "labNumber"), "1002");
+    EXPECT_EQ(labelText(screen(), "labLine"), "Line 2");
+}
+
+TEST_F(CallScreen, AnIncomingCallHasRoundButtonsForWhatThePhoneCanDo)
+{
+    ring("4711");
+    QList<QAbstractButton*> shown;
+    for (QAbstractButton* button : screen()->findChildren<QAbstractButton*>()) {
+        if (button->objectName().startsWith("btn") && button->isVisible())
+            shown.append(button);
+    }
+    ASSERT_EQ(shown.size(), 2);
+    EXPECT_EQ(shown[0]->objectName(), "btnDecline");
+    EXPECT_EQ(shown[1]->objectName(), "btnAnswer");
+    EXPECT_EQ(shown[0]->text(), "Decline");
+    EXPECT_EQ(shown[1]->text(), "Answer");
+    EXPECT_EQ(shown[0]->geometry().center().x() + shown[1]->geometry().center().x(), 799)
+        << "about the middle";
+    EXPECT_EQ(shown[0]->y(), shown[1]->y());
+    EXPECT_TRUE(screen()->hasFocus()) << "the keys stay the screen's";
+    const QImage picture = kit::screen();
+    const QColor red = picture.pixelColor(shown[0]->geometry().center().x(), shown[0]->y() + 10);
+    const QColor green = picture.pixelColor(shown[1]->geometry().center().x(), shown[1]->y() + 10);
+    EXPECT_GT(red.red(), red.green() + 60);
+    EXPECT_GT(green.green(), green.red() + 60);
+    kit::press(shown[1]->geometry().center());
+    EXPECT_NE(kit::screen().pixelColor(shown[1]->geometry().center().x(), shown[1]->y() + 10), green)
+        << "a finger sees what it presses";
+    kit::release(shown[1]->geometry().center());
+    EXPECT_EQ(labelText(screen(), "labState"), "In call");
+    EXPECT_FALSE(shown[0]->isVisible() || shown[1]->isVisible());
+    hangUpAll();
+    ring("4712");
+    kit::tap(shown[0]);
+    EXPECT_TRUE(phoneService::instance().calls().isEmpty());
+    EXPECT_FALSE(shown[0]->isVisible()) << "of a call that has ended";
+}
+
+// Each ring a little paler than the one outside of it.
+TEST_F(CallScreen, TwoRingsGoRoundThePictureOfWhoCalls)
+{
+    ring("4711");
+    const QRect picture = screen()->findChild<roundPicture*>("labPicture")->geometry();
+    EXPECT_EQ(picture, QRect(337, 64, 126, 126));
+    const QImage shown = kit::screen();
+    for (int angle = 0; angle < 360; angle += 30) {
+        const auto brightness = [&](double radius) {
+            const QPointF at = QPointF(400, 127) + QLineF::fromPolar(radius, angle).p2();
+            return qGreen(shown.pixel(at.toPoint()));
+        };
+        EXPECT_GT(brightness(68), brightness(80) + 5) << angle;
+        EXPECT_GT(brightness(80), brightness(92) + 5) << angle;
+    }
+}
+
+TEST_F(CallScreen, TheTimeOfDayStandsAtTheTopRightAsLongAsTheScreenIsThere)
+{
+    const auto setClock = [](int minute) {
+        netWorldSetClock(chTime(2026, 11, 21, 14, minute, 0).GetTime());
+        kit::stepTime(250);
+    };
+    setClock(5);
+    ring("4711");
+    const QLabel* clock = screen()->findChild<QLabel*>("labClock");
+    ASSERT_NE(clock, nullptr);
+    EXPECT_EQ(clock->text(), "14:05");
+    EXPECT_EQ(clock->geometry().right(), 787);
+    EXPECT_EQ(clock->geometry().bottom(), 39);
+    EXPECT_TRUE(clock->alignment() & Qt::AlignRight);
+    setClock(6);
+    EXPECT_EQ(clock->text(), "14:06") << "while it rings";
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(clock->isVisible());
+    setClock(7);
+    EXPECT_EQ(clock->text(), "14:07") << "while one talks";
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "DateTime", "eTimeFormat", 1);
+    kit::stepTime(250);
+    EXPECT_EQ(clock->text(), "2:07 PM");
+    hangUpAll();
+    dial("4711");
+    EXPECT_TRUE(clock->isVisible());
+}
+
+TEST_F(CallScreen, TheVolumeOfARingIsShownWhenItChanges)
+{
+    dial("4711");
+    const QWidget* bar = screen()->findChild<QWidget*>("barVolume");
+    EXPECT_TRUE(bar->isVisible()) << "of a call that goes out, always";
+    hangUpAll();
+    ring("4712");
+    EXPECT_FALSE(bar->isVisible());
+    kit::key(Qt::Key_Up);
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_LT(bar->geometry().bottom(), 40);
+    kit::shot("call-incoming-volume");
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->y(), 386) << "its place in a call";
+    hangUpAll();
+    ring("4713");
+    EXPECT_FALSE(bar->isVisible()) << "of another call";
+}
+
+TEST_F(CallScreen, NothingLiesOverAnythingElseInAnyLanguage)
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "DateTime", "eTimeFormat", 1);
+    for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {
+        setLanguage(language);
+        ASSERT_TRUE(phoneSimulation::instance()->ring("1002", 0, "Anna Berg"));
+        kit::settle();
+        kit::key(Qt::Key_VolumeUp);
+        kit::key(Qt::Key_VolumeMute);
+        kit::settle();
+        kit::shot(QString("call-incoming-%1").arg(language));
+        QList<QWidget*> shown;
+        for (QWidget* child : screen()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+            const QLabel* label = qobject_cast<QLabel*>(child);
+            if (child->isVisible() && !(label && label->text().isEmpty()))
+                shown.append(child);
+        }
+        EXPECT_GE(shown.size(), 9) << language;
+        for (const QWidget* one : shown) {
+            EXPECT_TRUE(screen()->rect().contains(one->geometry())) << one->objectName().toStdString();
+            for (const QWidget* other : shown) {
+                EXPECT_TRUE(one == other || !one->geometry().intersects(other->geometry()))
+                    << language << ": " << one->objectName().toStdString() << " and "
+                    << other->objectName().toStdString();
+            }
+        }
+        for (const char* name : {"btnAnswer", "btnDecline"}) {
+            const QAbstractButton* button = screen()->findChild<QAbstractButton*>(name);
+            EXPECT_LE(button->fontMetrics().horizontalAdvance(button->text()), button->width()) << language;
+        }
+        for (const char* name : {"labState", "labLine", "labClock", "labMute", "labVolume"}) {
+            const QLabel* label = screen()->findChild<QLabel*>(name);
+            EXPECT_FALSE(label->text().isEmpty()) << name;
+            EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width())
+                << language << ' ' << name;
+        }
+        hangUpAll();
+    }
 }
 
 TEST_F(CallScreen, NamesTheAnalogueLine)

@@ -97,6 +97,24 @@ TEST_F(ContactEditor, APictureOfACameraIsReadElsewhereForTheSideBar)
     EXPECT_NE(bar->grab().toImage().pixelColor(shown.width() / 2, 60), QColor(Qt::red));
 }
 
+TEST_F(ContactEditor, APictureOfAnyShapeFillsItsPlaceInTheSideBar)
+{
+    for (const QSize& size : {QSize(300, 600), QSize(800, 200), QSize(20, 10)}) {
+        QImage photo(size, QImage::Format_RGB32);
+        photo.fill(Qt::red);
+        const QByteArray path = "/rundata/shape" + QByteArray::number(size.width()) + ".png";
+        ASSERT_TRUE(photo.save(hostPath(path.constData())));
+        page.show();
+        auto* const bar = page.findChild<qLeftBar*>();
+        bar->setIcon(path);
+        bar->grab();
+        EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }));
+        const QImage shown = bar->grab().toImage();
+        for (const QPoint& at : {QPoint(30, 40), QPoint(120, 40), QPoint(30, 128), QPoint(120, 128)})
+            EXPECT_EQ(shown.pixelColor(at), QColor(Qt::red)) << size.width() << " at " << at.y();
+    }
+}
+
 TEST_F(ContactEditor, AnIndexOutOfRangeIsANewContact)
 {
     open(3);

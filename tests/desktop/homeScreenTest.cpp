@@ -130,6 +130,27 @@ TEST_F(HomeScreen, APictureOfACameraOnAQuickKeyIsReadElsewhere)
     EXPECT_EQ(shown.pixelColor(shown.width() / 2 - 17, 27), QColor(Qt::red));
 }
 
+TEST_F(HomeScreen, APictureOfAnyShapeFillsItsSquareOnAQuickKey)
+{
+    for (const QSize& size : {QSize(600, 300), QSize(300, 600), QSize(16, 8)}) {
+        QImage photo(size, QImage::Format_RGB32);
+        photo.fill(Qt::red);
+        QDir().mkpath(hostPath("/rundata/picture-dial"));
+        const QString file = QString("shape%1.png").arg(size.width());
+        ASSERT_TRUE(photo.save(hostPath("/rundata/picture-dial/") + file));
+        writeFile("/rundata/data/picture-dial.xml",
+                  QString("<picture-dial><icon title=\"Anna\" number=\"1002\" file=\"%1\"/></picture-dial>")
+                      .arg(file)
+                      .toUtf8());
+        desktop_ReLoadPicXmlFile();
+        EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }));
+        const QImage shown = button("quickKey1")->grab().toImage();
+        for (const QPoint& at : {QPoint(-19, 20), QPoint(19, 20), QPoint(0, 1), QPoint(0, 38)})
+            EXPECT_EQ(shown.pixelColor(shown.width() / 2 + at.x(), 14 + at.y()), QColor(Qt::red))
+                << size.width() << " at " << at.x() << ',' << at.y();
+    }
+}
+
 TEST_F(HomeScreen, AFreeQuickKeyOpensThePageThatFillsIt)
 {
     writeFile("/rundata/data/picture-dial.xml", "<picture-dial/>");

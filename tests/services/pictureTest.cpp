@@ -156,6 +156,33 @@ TEST_F(Pictures, ComeInTheSizeThatIsWished)
     }
 }
 
+// Its middle is green, and what lies on both sides of a square in the middle is red or blue.
+TEST_F(Pictures, FillARoomOfAnotherShapeWithTheirMiddle)
+{
+    for (const QSize& size : {QSize(1500, 500), QSize(500, 1500), QSize(30, 10), QSize(10, 30), QSize(90, 30),
+                              QSize(4800, 40), QSize(40, 4800)}) {
+        const int side = qMin(size.width(), size.height());
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::blue);
+        QPainter painter(&image);
+        const bool isWide = size.width() > size.height();
+        painter.fillRect(0, 0, size.width() / (isWide ? 2 : 1), size.height() / (isWide ? 1 : 2), Qt::red);
+        painter.fillRect((size.width() - side) / 2, (size.height() - side) / 2, side, side, Qt::green);
+        painter.end();
+        for (const QByteArray& path : writeEachKind(image)) {
+            EXPECT_EQ(read(wish(path, {60, 60}, PICTURE_FIT_COVER)), PICTURE_READ) << path.constData();
+            ASSERT_EQ(m_picture.size(), QSize(60, 60)) << path.constData() << size.width();
+            const QImage shown = m_picture.toImage();
+            for (const QPoint& at : {QPoint(9, 9), QPoint(50, 9), QPoint(30, 30), QPoint(9, 50)}) {
+                const QColor colour = shown.pixelColor(at);
+                EXPECT_TRUE(colour.green() > 200 && colour.red() < 60 && colour.blue() < 60)
+                    << path.constData() << ' ' << size.width() << ' ' << at.x() << ' ' << at.y();
+            }
+        }
+        kit::stepTime(kLookMs + 20);
+    }
+}
+
 // All ways in which a PNG holds its pixels, against the toolkit's reader.
 TEST_F(Pictures, LookAsTheyDo)
 {

@@ -9,6 +9,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QFile>
+#include <QLabel>
 
 namespace {
 
@@ -50,6 +51,17 @@ protected:
         kit::BoxAnswers boxes({"ok"});
         softKey(1);
         EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
+    }
+    // The rows of the page, above a bar, in which the pictures differ.
+    static QList<int> rowsThatDiffer(const QImage& one, const QImage& other, const QWidget* bar)
+    {
+        QList<int> rows;
+        for (int y = bar->y() - 40; y < bar->y(); ++y) {
+            const QRect line(bar->x() - 10, y, bar->width(), 1);
+            if (one.copy(line) != other.copy(line))
+                rows.append(y);
+        }
+        return rows;
     }
     void putBoxOver()
     {
@@ -99,6 +111,28 @@ TEST_F(SoundPage, ShowsItsTextsAndWhatIsStored)
     EXPECT_EQ(talk()->value(), 60);
     EXPECT_EQ(focusName(), "cmbBoxRingFile");
     kit::shot("sound-page");
+}
+
+// Some languages have letters that reach below their line in both names of the bars.
+TEST_F(SoundPage, TheRingOfABarLeavesAirBelowItsLabel)
+{
+    openPage();
+    for (const auto& [bar, name] : {std::pair(ring(), "labRing"), std::pair(talk(), "labTalk")}) {
+        QLabel* label = child<QLabel>(name);
+        label->setText("gjpqy");
+        list()->setFocus();
+        kit::settle();
+        const QImage plain = kit::screen();
+        bar->setFocus();
+        kit::settle();
+        const QImage ringed = kit::screen();
+        label->setText("");
+        kit::settle();
+        const QList<int> text = rowsThatDiffer(kit::screen(), ringed, bar);
+        const QList<int> edge = rowsThatDiffer(plain, ringed, bar);
+        ASSERT_FALSE(text.isEmpty() || edge.isEmpty());
+        EXPECT_GE(edge.first() - text.last(), 5) << name;
+    }
 }
 
 TEST_F(SoundPage, OpeningItIsSilentAndLeavesTheVolumeAlone)

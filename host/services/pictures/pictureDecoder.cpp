@@ -10,6 +10,7 @@
 namespace {
 
 const QSize kSmallest(1, 1);
+constexpr int kLongest = 8; // rooms of a picture that is read to be cut
 
 QSize shaped(const QSize& size, const tagPictureShape& shape)
 {
@@ -23,6 +24,11 @@ QSize shaped(const QSize& size, const tagPictureShape& shape)
         return shape.room;
     case tagPictureShape::FITTED:
         return fitted;
+    case tagPictureShape::COVER:
+        return size.scaled(shape.room, Qt::KeepAspectRatioByExpanding)
+            .boundedTo(shape.room * kLongest)
+            .boundedTo(size)
+            .expandedTo(kSmallest);
     default:
         return size;
     }
@@ -49,10 +55,22 @@ QImage finished(const QImage& image, const QSize& size)
         image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
+// Of one that covers its room, the middle; whole: its size in the file, in which it has its shape.
+QImage cut(const QImage& image, const QSize& whole, const tagPictureShape& shape)
+{
+    if (shape.eFit != tagPictureShape::COVER || image.isNull())
+        return image;
+    const QSizeF part = QSizeF(shape.room).scaled(whole, Qt::KeepAspectRatio);
+    const int width = qBound(1, qRound(image.width() * part.width() / whole.width()), image.width());
+    const int height = qBound(1, qRound(image.height() * part.height() / whole.height()), image.height());
+    const QRect middle((image.width() - width) / 2, (image.height() - height) / 2, width, height);
+    return finished(image.copy(middle), shape.room);
+}
+
 QImage decodePng(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape)
 {
     const QSize size = shaped(header.size, shape);
-    return finished(PngRows(source).read(size), size);
+    return cut(finished(PngRows(source).read(size), size), header.size, shape);
 }
 
 QImageIOHandler::Transformations turnOf(PictureSource& source, const tagPictureHeader& header)
@@ -76,7 +94,8 @@ QImage decodeJpeg(PictureSource& source, const tagPictureHeader& header, const t
 {
     const QSize size = shaped(header.shownSize(), shape);
     const QSize asRead = header.isTurned() ? size.transposed() : size;
-    return turned(finished(JpegRows(source).read(asRead), asRead), header.turn);
+    const QImage image = turned(finished(JpegRows(source).read(asRead), asRead), header.turn);
+    return cut(image, header.shownSize(), shape);
 }
 
 // What a decoder makes of the missing part of a file is no picture.
@@ -93,7 +112,7 @@ QImage decodeOther(PictureSource& source, const tagPictureHeader& header, const 
     source.forgetEnd();
     QImage image;
     const bool isWhole = reader.read(&image) && !isCutShort(source, header) && !source.isGivenUp();
-    return isWhole ? finished(image, shaped(header.size, shape)) : QImage();
+    return isWhole ? cut(finished(image, shaped(header.size, shape)), header.size, shape) : QImage();
 }
 
 QImage decode(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape)

@@ -13,6 +13,7 @@ struct tagPictureShape
         INSIDE = PICTURE_FIT_INSIDE,
         SIDES = PICTURE_FIT_SIDES,
         EXACT = PICTURE_FIT_EXACT,
+        COVER = PICTURE_FIT_COVER,
         FITTED,
         AS_IS
     };

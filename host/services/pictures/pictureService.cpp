@@ -187,8 +187,9 @@ tagImageNode* PictureService::readTiny(const tagImageKey& key)
     limits.nPixels = kTinyPixels;
     const tagImageOrigin origin = tagImageOrigin::of(key.path.constData());
     const QSize& room = key.shape.room;
-    const bool isEnlarged =
-        key.shape.eFit == tagPictureShape::EXACT && room.width() * room.height() > kTinyRoom;
+    const bool mayEnlarge =
+        key.shape.eFit == tagPictureShape::EXACT || key.shape.eFit == tagPictureShape::COVER;
+    const bool isEnlarged = mayEnlarge && room.width() * room.height() > kTinyRoom;
     if (origin.stat.nSize > kTinyBytes || isEnlarged)
         return nullptr;
     const tagDecodedPicture picture = decodeChecked(key, limits, nullptr);
