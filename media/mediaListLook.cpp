@@ -1,7 +1,9 @@
 #include "media/mediaListLook.h"
 #include "media/mediaNameDelegate.h"
+#include <QColor>
 #include <QHeaderView>
 #include <QListView>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 
 namespace {

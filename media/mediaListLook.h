@@ -1,14 +1,9 @@
 #pragma once
 // The look of the lists of media files. User-interface thread.
-#include <QColor>
-
 class QListView;
 class QRect;
 class QTableWidget;
 class QWidget;
-
-// Of what is said beside a name or a picture.
-inline const QColor kMediaSecondaryText(138, 152, 164);
 
 // Rows of 40 pixels without headers, grid and scroll bars; the second of two columns is 40 wide, for an icon
 // of 32 pixels.

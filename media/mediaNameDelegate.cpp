@@ -1,5 +1,4 @@
 #include "media/mediaNameDelegate.h"
-#include "media/mediaListLook.h"
 #include <QApplication>
 #include <QPainter>
 #include <QTextLayout>

@@ -173,7 +173,7 @@ TEST_F(CallScreen, ComesUpOverABoxWhichIsCancelled)
     EXPECT_EQ(xMessageBox("Note", "Reboot device?", BOX_QUESTION, &below, -1), 0);
     kit::settle();
     ASSERT_NE(screen(), nullptr);
-    EXPECT_EQ(labelText(screen(), "labState"), "Incoming call");
+    EXPECT_EQ(labelText(screen(), "labState"), "4711 \u00b7 Incoming call");
     EXPECT_EQ(labelText(screen(), "labName"), "Anna");
     EXPECT_TRUE(screen()->isActiveWindow());
     kit::key(Qt::Key_Escape);
