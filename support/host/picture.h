@@ -14,7 +14,7 @@ enum PICTURE_FIT {
     PICTURE_FIT_INSIDE, // the shape kept, inside of the room; never enlarged
     PICTURE_FIT_SIDES,  // each side at most the room's, for whoever stretches it; never enlarged
     PICTURE_FIT_EXACT,  // stretched to the room
-    PICTURE_FIT_COVER // the shape kept, the room filled, the same cut off on both sides; enlarged if need be
+    PICTURE_FIT_COVER   // the shape kept, the room filled with the middle; enlarged if need be
 };
 
 enum PICTURE_RESULT {

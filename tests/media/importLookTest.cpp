@@ -157,7 +157,8 @@ TEST_F(ImportLook, TheWordsOfARefusalAreWholeAndInTheMiddleInEveryLanguage)
                             ink |= QRect(x, y, 1, 1);
                     }
                 }
-                EXPECT_LE(std::abs(ink.center().x() - place.center().x()), 8) << "a full stop of a wide script is half blank";
+                EXPECT_LE(std::abs(ink.center().x() - place.center().x()), 8)
+                    << "a full stop of a wide script is half blank";
                 EXPECT_LE(std::abs(ink.center().y() - place.center().y()), 6);
                 EXPECT_LE(std::abs(ink.width() - words.width()), 16) << "whole lines";
                 EXPECT_GE(ink.height(), words.height() - 16) << "all of them";
