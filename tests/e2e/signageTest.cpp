@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kLooksWhileItRings = 15;
 constexpr int kWaitMs = 30000;
+constexpr QRect kBelowTheClock(0, 40, 800, 440);
 
 QByteArray picture(const QColor& colour, const char* format = "png")
 {
@@ -92,12 +93,12 @@ protected:
         answer();
     }
     bool isInCall() { return topWindow()["class"] == "frmCall"; }
-    // A picture of the phone while the call rings; null when it rings no more.
+    // A picture of the phone while the call rings, without its time of day; null when it rings no more.
     QImage ringing()
     {
-        const QString incoming = "Incoming call";
+        const QString incoming = QString::fromUtf8("333 \u00b7 Incoming call");
         const bool before = isInCall() && textOf("labState") == incoming;
-        const QImage picture = screen();
+        const QImage picture = screen().copy(kBelowTheClock);
         return before && isInCall() && textOf("labState") == incoming ? picture : QImage();
     }
     // The signage stands beside the call, which talks.
