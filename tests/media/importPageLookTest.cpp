@@ -10,10 +10,10 @@ namespace {
 
 const QRect kPage(152, 40, 648, 400); // between the bars
 
-class ImportLook : public ImportTest
+class ImportPageLook : public ImportTest
 {
 protected:
-    ImportLook()
+    ImportPageLook()
     {
         put("HHHH.png", picture("PNG", 20, 10));
         put("a name that is far too long for any row of any list of the phone and is shortened.png",
@@ -23,7 +23,7 @@ protected:
         for (int i = 0; i < 12; ++i)
             put(QString("folder %1/x.png").arg(i));
     }
-    ~ImportLook() override { GetLanguageHelper()->SetLanguage("English"); }
+    ~ImportPageLook() override { GetLanguageHelper()->SetLanguage("English"); }
     QFrame* card() const { return page->findChild<QFrame*>("frmList"); }
     // Of a row, on the screen, without its line at the bottom.
     QRect rowRect(int row) const
@@ -56,7 +56,7 @@ protected:
     }
 };
 
-TEST_F(ImportLook, TheListLiesOnACardWithAMarginToAllSides)
+TEST_F(ImportPageLook, TheListLiesOnACardWithAMarginToAllSides)
 {
     openImages();
     ASSERT_NE(card(), nullptr);
@@ -75,7 +75,7 @@ TEST_F(ImportLook, TheListLiesOnACardWithAMarginToAllSides)
     kit::shot("import_sound");
 }
 
-TEST_F(ImportLook, TheCardIsThatOfTheManager)
+TEST_F(ImportPageLook, TheCardIsThatOfTheManager)
 {
     dlgMediaManager manager(nullptr, nullptr);
     manager.LoadSoundMedia("sound");
@@ -85,7 +85,7 @@ TEST_F(ImportLook, TheCardIsThatOfTheManager)
     EXPECT_EQ(card()->frameShape(), manager.findChild<QFrame*>("frmList")->frameShape());
 }
 
-TEST_F(ImportLook, RowsAreThoseOfTheManagerAndTheirIconsStandApart)
+TEST_F(ImportPageLook, RowsAreThoseOfTheManagerAndTheirIconsStandApart)
 {
     openImages();
     enter();
@@ -103,7 +103,7 @@ TEST_F(ImportLook, RowsAreThoseOfTheManagerAndTheirIconsStandApart)
     kit::shot("import_rows");
 }
 
-TEST_F(ImportLook, ALongNameEndsWhereTheLineBelowItEnds)
+TEST_F(ImportPageLook, ALongNameEndsWhereTheLineBelowItEnds)
 {
     openImages();
     enter();
@@ -116,7 +116,7 @@ TEST_F(ImportLook, ALongNameEndsWhereTheLineBelowItEnds)
     EXPECT_GE(ink.last(), rowRect(rowOf(name)).right() - 60);
 }
 
-TEST_F(ImportLook, AnIconOfTheChosenRowKeepsItsColours)
+TEST_F(ImportPageLook, AnIconOfTheChosenRowKeepsItsColours)
 {
     openImages();
     enter();
@@ -125,7 +125,7 @@ TEST_F(ImportLook, AnIconOfTheChosenRowKeepsItsColours)
               icon.pixmap(QSize(32, 32), QIcon::Normal).toImage());
 }
 
-TEST_F(ImportLook, TheWordsOfARefusalAreWholeAndInTheMiddleInEveryLanguage)
+TEST_F(ImportPageLook, TheWordsOfARefusalAreWholeAndInTheMiddleInEveryLanguage)
 {
     for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {
         ASSERT_EQ(GetLanguageHelper()->SetLanguage(language), 1);
