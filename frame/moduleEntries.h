@@ -15,5 +15,7 @@ inline tagModuleEntries settingEntries()
     entries.refreshMenu = RefreshOpenXml;
     entries.cacheWindows = settingCacheWindows;
     entries.iconView = getIconView;
+    entries.promptUserLevel = settingPromptUserLevel;
+    entries.setDialNumber = settingDialNum;
     return entries;
 }

@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTimeEdit>
@@ -49,6 +50,12 @@ void addFilesOfFolder(QComboBox* box, const char* shortName, const char* folder,
 void setupLineEdit(QLineEdit*) {}
 
 void setupCheckbox(QCheckBox*) {}
+
+void setupPasswordEdit(QLineEdit* edit)
+{
+    edit->setEchoMode(QLineEdit::Password);
+    edit->setAttribute(Qt::WA_InputMethodEnabled, true);
+}
 
 void setupIconButton(QPushButton* button, const char* image)
 {

@@ -15,6 +15,8 @@ class QWidget;
 
 void setupLineEdit(QLineEdit* edit);   // a hook that every edit passes
 void setupCheckbox(QCheckBox* button); // a hook that every check box passes
+// Hides what is typed; the phone's input methods stay, which a hidden text would do without.
+void setupPasswordEdit(QLineEdit* edit);
 // image: device path; a picture that cannot be loaded leaves the button without icon.
 void setupIconButton(QPushButton* button, const char* image);
 void setupTextButton(QPushButton* button, const char* text); // text as it stands

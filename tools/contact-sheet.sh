@@ -43,6 +43,9 @@ for language in English Chinese German French Spanish; do
     ctl open "$page"; ctl wait idle 3000; sleep 1; shot; back # a preview comes after a moment
   done
   ctl open "LCD Adjusting"; ctl key Return; ctl wait page dlgCalibration 3000; shot; back
+  ctl open "Status"; shot; ctl key F2; shot; back; back
+  ctl open "Security"; shot; back
+  ctl menu setting.xml; ctl key F1; ctl touch 719 130; ctl wait page dlgPassWord 3000; shot; back; back
   ctl open "Reboot"; shot; ctl key Escape; ctl wait idle 3000
 done
 "$build/bin/hxContactSheet" docs/contact-sheet.jpg "$work"/shots/*.png

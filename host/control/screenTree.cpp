@@ -24,6 +24,9 @@ QString textOf(const QWidget* widget)
         return key->title();
     if (auto* box = qobject_cast<const QComboBox*>(widget))
         return box->currentText();
+    // As a person sees it: a password is nobody's to read.
+    if (auto* edit = qobject_cast<const QLineEdit*>(widget))
+        return edit->echoMode() == QLineEdit::Normal ? edit->text() : edit->displayText();
     return widget->property("text").toString();
 }
 

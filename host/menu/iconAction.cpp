@@ -1,5 +1,6 @@
 #include "host/menu/iconAction.h"
 #include "support/host/box.h"
+#include "support/host/dialitem.h"
 #include "support/host/language.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
@@ -40,10 +41,58 @@ void call(const IconMenuItem& item, QWidget* window)
         phone_CallNumber(item.strTarget.toUtf8().constData(), account, 0);
 }
 
+void setNumber(qDialNumberItem* number, QWidget* window)
+{
+    const tagModuleEntries& module = hostModule();
+    if (NUX_ASSERT(module.setDialNumber != nullptr, "module.setDialNumber != NULL"))
+        module.setDialNumber(number, window);
+}
+
+// Lives as long as the window that the icon is in: the box keeps hold of it.
+qDialNumberItem* numberOf(const IconMenuItem& item, QWidget* window)
+{
+    const QString name = QStringLiteral("dial ") + item.strTarget;
+    if (auto* known = window->findChild<qDialNumberItem*>(name, Qt::FindDirectChildrenOnly))
+        return known;
+    auto* number = new qDialNumberItem(fromQString(item.strTarget), window);
+    number->setObjectName(name);
+    return number;
+}
+
+void dial(const IconMenuItem& item, QWidget* window)
+{
+    qDialNumberItem* number = numberOf(item, window);
+    if (number->PhoneNumber().IsEmpty())
+        setNumber(number, window);
+    else
+        number->Call();
+}
+
+// A module that cannot ask lets nobody in.
+bool isAllowed(const IconMenuItem& item, QWidget* window)
+{
+    if (item.strLevel.isEmpty())
+        return true;
+    const tagModuleEntries& module = hostModule();
+    return NUX_ASSERT(module.promptUserLevel != nullptr, "module.promptUserLevel != NULL") &&
+           module.promptUserLevel(item.strLevel, window) != 0;
+}
+
 } // namespace
+
+bool holdIconMenuItem(const IconMenuItem& item, QWidget* window)
+{
+    if (item.eAction != IconMenuItem::DialItem)
+        return false;
+    if (isAllowed(item, window))
+        setNumber(numberOf(item, window), window);
+    return true;
+}
 
 void openIconMenuItem(const IconMenuItem& item, QWidget* window)
 {
+    if (!isAllowed(item, window))
+        return;
     switch (item.eAction) {
     case IconMenuItem::OpenPage:
         openPage(item, window);
@@ -56,6 +105,9 @@ void openIconMenuItem(const IconMenuItem& item, QWidget* window)
         break;
     case IconMenuItem::CallNumber:
         call(item, window);
+        break;
+    case IconMenuItem::DialItem:
+        dial(item, window);
         break;
     }
 }

@@ -3,5 +3,8 @@
 
 class QWidget;
 
-// Does what an icon stands for. window is the one that the icon is in. User-interface thread.
+// Does what an icon stands for, when the user may. window is the one that the icon is in. User-interface
+// thread.
 void openIconMenuItem(const IconMenuItem& item, QWidget* window);
+// What holding an icon does: true when there is such a thing.
+bool holdIconMenuItem(const IconMenuItem& item, QWidget* window);

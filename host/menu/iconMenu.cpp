@@ -46,6 +46,12 @@ IconMenuItem readMenuItem(xmlElement* element)
         return item;
     item.strTitle = attribute(element, "title");
     item.strIcon = attribute(element, "icon");
+    item.strLevel = attribute(element, "level");
+    item.strTarget = attribute(element, "dial");
+    if (!item.strTarget.isEmpty()) {
+        item.eAction = IconMenuItem::DialItem;
+        return item;
+    }
     item.strTarget = attribute(element, "menu");
     if (item.strTarget.isEmpty())
         return item;

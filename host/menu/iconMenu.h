@@ -6,13 +6,14 @@
 
 struct IconMenuItem
 {
-    enum Action { OpenPage, OpenMenu, OpenDirectory, CallNumber };
+    enum Action { OpenPage, OpenMenu, OpenDirectory, CallNumber, DialItem };
 
     QString strTitle;   // name of the page and key of the caption
     QString strCaption; // a name that a person gave, shown instead of the title; may be empty
     QString strIcon;    // device path
     Action eAction = OpenPage;
-    QString strTarget; // the menu file, the address of a remote phone book, the number to call
+    QString strLevel;  // "admin": the administrator's password is asked for first
+    QString strTarget; // the menu file, the address of a remote phone book, the number to call or its key
     int nDetail = 0;   // kind of directory (0 local, 1 remote, 2 LDAP), or the account of a call (-1: any)
 
     // In the present language.

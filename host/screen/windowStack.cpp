@@ -9,6 +9,8 @@
 
 namespace {
 
+const char kBoxMark[] = "hxBox";
+
 bool isTouch(QEvent::Type type)
 {
     switch (type) {
@@ -279,11 +281,16 @@ QImage screenGrab()
     return compose(windowStack::instance().windows());
 }
 
-QImage screenGrabWithout(const QMetaObject& kind)
+QImage screenGrabWithoutBoxes()
 {
     QList<QWidget*> windows = windowStack::instance().windows();
-    windows.removeIf([&kind](const QWidget* window) { return window->metaObject()->inherits(&kind); });
+    windows.removeIf([](const QWidget* window) { return window->property(kBoxMark).toBool(); });
     return compose(windows);
+}
+
+void screenMarkBox(QWidget* window)
+{
+    window->setProperty(kBoxMark, true);
 }
 
 QList<QWidget*> QWSServer::clientWindows()

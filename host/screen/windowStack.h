@@ -51,5 +51,6 @@ private:
 
 // The screen as a person sees it: 800 by 480, all windows composed.
 QImage screenGrab();
-// The same without the windows of a class.
-QImage screenGrabWithout(const QMetaObject& kind);
+// The same without boxes, and the mark of one.
+QImage screenGrabWithoutBoxes();
+void screenMarkBox(QWidget* window);

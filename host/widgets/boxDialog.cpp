@@ -3,6 +3,7 @@
 #include "host/look/look.h"
 #include "host/screen/windowStack.h"
 #include "host/widgets/fittedLabel.h"
+#include "support/host/box.h"
 #include "support/host/image.h"
 #include "support/host/language.h"
 #include <QKeyEvent>
@@ -98,12 +99,21 @@ QPushButton* BoxDialog::addButton(const char* name, const char* key, int place)
 }
 
 // A box below is left out: dimmed once more with each that comes, the screen would go black.
-QPixmap BoxDialog::drawBackground() const
+QPixmap qBoxBackdrop(QWidget* window, const QRect& rect)
 {
-    QImage screen = screenGrabWithout(staticMetaObject);
+    screenMarkBox(window);
+    QImage screen = screenGrabWithoutBoxes();
     QPainter painter(&screen);
     painter.fillRect(kScreen, look::colour(look::kDim));
-    look::paintShadow(painter, m_box.translated(0, kShadowDown), kShadow, kShadowOpacity);
+    look::paintShadow(painter, rect.translated(0, kShadowDown), kShadow, kShadowOpacity);
+    painter.end();
+    return QPixmap::fromImage(screen);
+}
+
+QPixmap BoxDialog::drawBackground()
+{
+    QPixmap screen = qBoxBackdrop(this, m_box);
+    QPainter painter(&screen);
     look::paintBox(painter, m_box, look::kBoxCorner, look::kField);
     QPainterPath round;
     round.addRoundedRect(m_box, look::kBoxCorner, look::kBoxCorner);
@@ -118,7 +128,8 @@ QPixmap BoxDialog::drawBackground() const
     const int middle = (m_box.top() + kStrip + kTextTop + textBottom) / 2;
     painter.drawPixmap(m_box.left() + kIconLeft, middle - kIconSize / 2,
                        GetImageManager()->GetImage(m_szPicture));
-    return QPixmap::fromImage(screen);
+    painter.end();
+    return screen;
 }
 
 void BoxDialog::paintEvent(QPaintEvent* event)

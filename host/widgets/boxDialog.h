@@ -31,7 +31,7 @@ protected:
 private:
     void addTexts(const QString& title, const QString& text);
     void stepFocus(int step);
-    QPixmap drawBackground() const;
+    QPixmap drawBackground();
     void renewBackground();
 
     const char* m_szPicture;

@@ -14,10 +14,12 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QTextEdit>
+#include <QTimer>
 
 namespace {
 
 constexpr int kSwipePixels = 60;
+constexpr int kHoldMs = 800;
 constexpr int kSlipPixels = 24; // a finger that moved further is not about to tap
 
 // Where the widget uses arrows and OK itself.
@@ -61,6 +63,7 @@ struct qIconView::Private
     void Select(int row);
     void Open(int row);
     void Release(const QPoint& point);
+    void Hold();
     bool TakesKeys(const QObject* receiver) const;
     bool OnKey(const QKeyEvent* key);
     void ListenToKeys(bool listen);
@@ -74,6 +77,7 @@ struct qIconView::Private
     bool pressShown = false;
     bool fingerDown = false;
     QPoint pressPoint;
+    QTimer hold;
 };
 
 // A selected icon is found again by its title; where that is gone, the icon in its place is selected.
@@ -131,8 +135,24 @@ void qIconView::Private::Open(int row)
     openIconMenuItem(item, q->window());
 }
 
+// A finger that stays long enough has done what it came for.
+void qIconView::Private::Hold()
+{
+    if (!fingerDown || !pressShown)
+        return;
+    const int row = pressed;
+    const IconMenuItem item = menu.items.at(row);
+    if (item.eAction != IconMenuItem::DialItem)
+        return;
+    fingerDown = false;
+    pressed = -1;
+    Select(row);
+    holdIconMenuItem(item, q->window());
+}
+
 void qIconView::Private::Release(const QPoint& point)
 {
+    hold.stop();
     const QPoint way = point - pressPoint;
     const int row = pressShown ? pressed : -1;
     fingerDown = false;
@@ -158,6 +178,8 @@ bool qIconView::Private::OnKey(const QKeyEvent* key)
     const int row = qMax(q->currentRow(), 0);
     if (isArrow(key->key()))
         Select(neighbour(row, key->key(), q->count(), grid.Columns()));
+    else if (key->key() == Qt::Key_Asterisk)
+        return holdIconMenuItem(menu.items.at(row), q->window());
     else if (!qIsOkKey(key->key()))
         return false;
     else if (!key->isAutoRepeat())
@@ -181,6 +203,9 @@ qIconView::qIconView(QWidget* parent) : QListWidget(parent), m_p(new Private(thi
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setUniformItemSizes(true);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_p->hold.setSingleShot(true);
+    m_p->hold.setInterval(kHoldMs);
+    connect(&m_p->hold, &QTimer::timeout, this, [this] { m_p->Hold(); });
     viewport()->setAutoFillBackground(false);
     qFollowLanguage(this, [this] { m_p->Retranslate(); });
 }
@@ -288,6 +313,7 @@ void qIconView::mousePressEvent(QMouseEvent* event)
     m_p->pressPoint = event->pos() + viewport()->pos();
     m_p->pressed = m_p->RowAt(m_p->pressPoint);
     m_p->pressShown = m_p->pressed >= 0;
+    m_p->hold.start();
     viewport()->update();
 }
 

@@ -1236,5 +1236,9 @@
         <source>Touch screen calibration finish. Use the new profile?</source>
         <translation>Die Kalibrierung des Touchscreens ist beendet. Das neue Profil verwenden?</translation>
     </message>
+    <message>
+        <source>Please input the phone number:</source>
+        <translation>Bitte die Rufnummer eingeben:</translation>
+    </message>
 </context>
 </TS>

@@ -1236,5 +1236,9 @@
         <source>Touch screen calibration finish. Use the new profile?</source>
         <translation>La calibración de la pantalla táctil ha terminado. ¿Usar el nuevo perfil?</translation>
     </message>
+    <message>
+        <source>Please input the phone number:</source>
+        <translation>Introduzca el número de teléfono:</translation>
+    </message>
 </context>
 </TS>

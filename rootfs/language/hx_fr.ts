@@ -1236,5 +1236,9 @@
         <source>Touch screen calibration finish. Use the new profile?</source>
         <translation>Le calibrage de l’écran tactile est terminé. Utiliser le nouveau profil ?</translation>
     </message>
+    <message>
+        <source>Please input the phone number:</source>
+        <translation>Saisissez le numéro :</translation>
+    </message>
 </context>
 </TS>

@@ -1236,5 +1236,9 @@
         <source>Touch screen calibration finish. Use the new profile?</source>
         <translation>触摸屏校准完成。是否使用新的配置？</translation>
     </message>
+    <message>
+        <source>Please input the phone number:</source>
+        <translation>请输入电话号码：</translation>
+    </message>
 </context>
 </TS>

@@ -18,9 +18,7 @@ dlgAutoServer::dlgAutoServer(QWidget* parent, tagLeftBarInfo* info)
     BuildFrame(ui->frmBackground, HX_TR("Update Server Setting"), KEYS_EDIT);
     for (QLineEdit* edit : {ui->editServerURL, ui->editUserName, ui->editPassword})
         setupLineEdit(edit);
-    // A password echo switches input methods off; this one keeps them.
-    ui->editPassword->setEchoMode(QLineEdit::Password);
-    ui->editPassword->setAttribute(Qt::WA_InputMethodEnabled, true);
+    setupPasswordEdit(ui->editPassword);
     const HREGISTRY server = registryOpen(SYSTEM_INI, "AutoProvision");
     Bind({
         {ui->editServerURL, server, "strServerURL", "", kTextIme, kFirstIme, kLongestEntry},

@@ -1,6 +1,7 @@
 #include "settings/system/dlgWan.h"
 #include "frame/configFiles.h"
 #include "frame/noteBox.h"
+#include "frame/wgtHelper.h"
 #include "support/host/net.h"
 #include "support/host/text.h"
 #include "ui_dlgWan.h"
@@ -27,10 +28,7 @@ dlgWan::~dlgWan() = default;
 
 void dlgWan::InitData()
 {
-    // A password echo switches input methods off; this one keeps them.
-    ui->editPassword->setEchoMode(QLineEdit::Password);
-    ui->editPassword->setAttribute(Qt::WA_InputMethodEnabled, true);
-
+    setupPasswordEdit(ui->editPassword);
     const HREGISTRY network = registryOpen(SYSTEM_INI, kNetwork);
     Bind({
         {{{ui->radBtnDHCP, "0"}, {ui->radBtnPPPoE, "1"}, {ui->radBtnStaticIp, "2"}},

@@ -2,6 +2,8 @@
 #include "support/host/api.h"
 #include <functional>
 
+class QPixmap;
+class QRect;
 class QWidget;
 
 enum { BOX_NOTE = 0, BOX_QUESTION = 1 };
@@ -10,6 +12,10 @@ enum { BOX_NOTE = 0, BOX_QUESTION = 1 };
 // has one button, BOX_QUESTION two; returns non-zero on yes. timeoutMs: closes by itself after so many
 // milliseconds (as "no"); -1 never. User-interface thread.
 HX_HOST_API int xMessageBox(const char* title, const char* text, int type, QWidget* parent, int timeoutMs);
+
+// What a box of a page's own lies on, as large as the screen: what is there, dimmed and without other boxes,
+// and the shadow of a box at rect. window is that box, and covers the screen. User-interface thread.
+HX_HOST_API QPixmap qBoxBackdrop(QWidget* window, const QRect& rect);
 
 // A modal box with a bar that fills and the button "Cancel", while another thread works. User-interface
 // thread.

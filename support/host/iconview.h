@@ -3,8 +3,11 @@
 #include "support/host/api.h"
 #include <QListWidget>
 
-// A menu file is XML: <RootMenu title= icon=> with one <item title= icon= [menu=]/> each. title is the
-// page's name and the key of the caption; menu names another menu file that the item opens instead.
+// A menu file is XML: <RootMenu title= icon=> with one <item title= icon= [menu=|dial=] [level=]/> each.
+// title is the page's name and the key of the caption. menu names another menu file that the item opens
+// instead. dial names a number that it calls instead: a key of "DialNumber" in the user's key file, which the
+// user is asked for when it has none, and when he holds the icon. level "admin" asks for the administrator's
+// password first.
 class HX_HOST_API qIconView : public QListWidget
 {
     Q_OBJECT

@@ -7,6 +7,8 @@
 #include "support/text/chString.h"
 #include <QRect>
 
+class QString;
+class qDialNumberItem;
 class qIconView;
 struct VOICE_PARAM;
 
@@ -20,6 +22,10 @@ struct tagModuleEntries
     void (*refreshMenu)(const chString& file) = nullptr;
     int (*cacheWindows)(int index) = nullptr;
     qIconView* (*iconView)() = nullptr;
+    // Whether the user may do what asks for that level; "admin" asks him for the administrator's password.
+    int (*promptUserLevel)(const QString& level, QWidget* parent) = nullptr;
+    // The box that sets the number of an item.
+    void (*setDialNumber)(qDialNumberItem* item, QWidget* parent) = nullptr;
 
     // Savers of pictures and of films, and the black screen: over the whole screen, until a key or a touch.
     // One that has nothing to show does not come up.

@@ -14,8 +14,8 @@ HX_HOST_API in_addr netGetWanGateway();
 HX_HOST_API in_addr netGetWanPrimaryDNS();
 HX_HOST_API in_addr netGetWanSecondaryDNS();
 HX_HOST_API chString addr2String(const in_addr& address);
-// "00:11:22:33:44:55" of interface number index, upper case; zeros when there is none.
-HX_HOST_API chString netGetMACText(int index);
+// The phone's, upper case, with that character between the bytes; 0 stands for ":". Zeros when there is none.
+HX_HOST_API chString netGetMACText(int separator);
 
 HX_HOST_API int netGetNetworkType(); // NET_TYPE
 HX_HOST_API int netGetNetworkSta();  // NET_STATE

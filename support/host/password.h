@@ -1,5 +1,6 @@
 #pragma once
-// The password file: users with a salted hash of their password.
+// The password file: users with a salted hash of their password. A hash takes longer than a frame: asked on
+// the user-interface thread, a check and a new password let its events go on meanwhile, touches and keys too.
 #include "support/host/api.h"
 #include "support/text/chString.h"
 

@@ -85,6 +85,19 @@ QStringList entryPoints()
         "onRefreshIconView()",
         "perform_calibration(calibration*)",
         "samp",
+        "passwordLineEdit::AddorMinusChars(QString)",
+        "passwordLineEdit::initDisplayfromFile(char const*, char const*, char const*)",
+        "passwordLineEdit::inputMethodEvent(QInputMethodEvent*)",
+        "passwordLineEdit::makeConnect()",
+        "passwordLineEdit::metaObject() const",
+        "passwordLineEdit::passwordLineEdit()",
+        "passwordLineEdit::passwordLineEdit()", // complete, and as a base
+        "passwordLineEdit::passwordLineEdit(QWidget*)",
+        "passwordLineEdit::passwordLineEdit(QWidget*)",
+        "passwordLineEdit::qt_metacall(QMetaObject::Call, int, void**)",
+        "passwordLineEdit::qt_metacast(char const*)",
+        "passwordLineEdit::setReplacedChar(QString)",
+        "passwordLineEdit::staticMetaObject",
         "settingCacheWindows(int)",
         "settingDialNum(qDialNumberItem*, QWidget*)",
         "settingIpCamera(IPCameraIconViewItem*, QWidget*)",
@@ -101,6 +114,9 @@ QStringList entryPoints()
         "yess",
         "__ts_attach(tsdev*, ts_module*)",
         "__ts_raw",
+        "typeinfo for passwordLineEdit",
+        "typeinfo name for passwordLineEdit",
+        "vtable for passwordLineEdit",
     };
     for (const QString& page : pageClasses())
         names.append(QString("%1* PopupDialog<%1>(tagLeftBarInfo*, int, int, int)").arg(page));
@@ -121,6 +137,6 @@ TEST(Exports, HoldThePagesThatThisPhoneHas)
     for (const char* page :
          {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook", "dlgLDAP", "dlgWan",
           "dlgAccount_Setting_Btn", "dlgMediaManager", "dlgSound", "dlgScreenSaver", "dlgPhone_Setting",
-          "dlgTvOutPut", "dlgAutoServer", "dlgCalibration"})
+          "dlgTvOutPut", "dlgAutoServer", "dlgCalibration", "dlgSecurity", "dlgStatus", "dlgVersion_Detail"})
         EXPECT_TRUE(pages.contains(page)) << page;
 }

@@ -14,8 +14,6 @@ protected:
     int tracedTimes(const QString& part) const { return int(traces().filter(part).size()); }
 
     void writeKey(const char* file, const char* section, const char* key, const char* value);
-    // A copy of its own of one firmware file, with other content.
-    void replaceFirmwareFile(const char* devicePath, const QByteArray& content) const;
 };
 
 // Of a text of the log: the user sees "%s" as it stands.

@@ -12,6 +12,7 @@ struct MenuItem
     QString title;
     QString icon;
     QString menu;
+    QString level;
 };
 
 struct Menu
@@ -24,7 +25,7 @@ struct Menu
 
 const QStringList MenuFiles = {"setting.xml", "callfeature.xml", "application.xml", "media.xml"};
 
-// Every page that is opened by its whole name.
+// Every page that is opened by its whole name from a menu: "Version Detail" is opened by "Status" alone.
 const QStringList PageTitles = {"Directory",
                                 "Call Histroy",
                                 "Wallpaper Manager",
@@ -59,7 +60,6 @@ const QStringList PageTitles = {"Directory",
                                 "Stock",
                                 "LCD Adjusting",
                                 "Ndeck",
-                                "Version Detail",
                                 "Auto Provision",
                                 "Picture-dial Setting"};
 
@@ -77,7 +77,8 @@ Menu loadMenu(const QString& file)
             menu.title = title;
             menu.icon = icon;
         } else if (xml.name() == QLatin1String("item")) {
-            menu.items.append({title, icon, attributes.value("menu").toString()});
+            menu.items.append(
+                {title, icon, attributes.value("menu").toString(), attributes.value("level").toString()});
         } else {
             menu.error = "element " + xml.name().toString();
         }
@@ -136,6 +137,16 @@ TEST(Menus, EveryItemOpensAPageOrAMenuThatThePhoneHas)
                                    : QFileInfo::exists(imagePath("/rundata/data/" + item.menu));
             EXPECT_TRUE(opens) << qPrintable(item.title) << " " << qPrintable(item.menu);
         }
+    }
+}
+
+// A newcomer reaches every page.
+TEST(Menus, OnlyAResetAsksForTheAdministrator)
+{
+    for (const QString& file : MenuFiles) {
+        for (const MenuItem& item : loadMenu(file).items)
+            EXPECT_EQ(item.level.toStdString(), item.title == "Factory" ? "admin" : "")
+                << qPrintable(item.title);
     }
 }
 

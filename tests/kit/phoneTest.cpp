@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
+#include <QFileInfo>
 #include <QThread>
 #include <algorithm>
 #include <ctime>
@@ -52,6 +53,25 @@ void PhoneTest::writeFile(const char* devicePath, const QByteArray& content) con
     file.close();
     // The registry finds changes of other programs a few milliseconds late.
     keyFileCache::GetInstance().LookAgain();
+}
+
+void PhoneTest::replaceFirmwareFile(const char* devicePath, const QByteArray& content) const
+{
+    // The firmware is a link to the built image: its folders on the way become folders of this test.
+    const QStringList parts = QString(devicePath).split('/', Qt::SkipEmptyParts);
+    QString path = root();
+    for (int i = 0; i + 1 < parts.size(); ++i) {
+        path += "/" + parts[i];
+        const QString image = QFileInfo(path).symLinkTarget();
+        if (image.isEmpty())
+            continue;
+        QFile::remove(path);
+        QDir().mkpath(path);
+        for (const QFileInfo& entry : QDir(image).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot))
+            QFile::link(entry.filePath(), path + "/" + entry.fileName());
+    }
+    QFile::remove(hostPath(devicePath));
+    writeFile(devicePath, content);
 }
 
 void kit::settle()

@@ -35,6 +35,8 @@ public:
     QByteArray readFile(const char* devicePath) const;
     // Makes the folders on the way.
     void writeFile(const char* devicePath, const QByteArray& content) const;
+    // A file of the device image, for this test alone.
+    void replaceFirmwareFile(const char* devicePath, const QByteArray& content) const;
 
     // Texts of one kind of log entry since the test began, or since the last mark().
     QStringList logged(const QString& kind) const { return m_log.texts(kind); }

@@ -182,6 +182,15 @@ protected:
         return ways;
     }
 
+    // The box for the administrator's password over its menu, and the note over that box.
+    void visitPassword()
+    {
+        act({{"menu", "setting.xml"}, {"key", "F1"}, {"touch", "719", "130"}});
+        act({{"wait", "page", "dlgPassWord", "5000"}, {"type", "x"}, {"key", "Return"}});
+        act({{"wait", "page", "dlgMessageBox", "5000"}});
+        ASSERT_TRUE(goHomeUnlessGone()) << report();
+    }
+
     // The lists that only the home screen leads to, a call, and every state of the lines and the network.
     void visitWorld()
     {
@@ -219,6 +228,7 @@ protected:
             ASSERT_TRUE(m_link.isOpen() || hasRestarted()) << report();
             m_seen.clear();
             ASSERT_NO_FATAL_FAILURE(visitAll(names, menus));
+            ASSERT_NO_FATAL_FAILURE(visitPassword());
             ASSERT_NO_FATAL_FAILURE(visitWorld());
         }
         m_looks.clear();

@@ -46,6 +46,8 @@ TEST_F(Net, TheWorldOverridesTheMachine)
     EXPECT_EQ(addr2String(netGetWanPrimaryDNS()), "9.9.9.9");
     EXPECT_EQ(addr2String(netGetWanSecondaryDNS()), "8.8.8.8");
     EXPECT_EQ(netGetMACText(0), "00:11:22:33:44:55");
+    EXPECT_EQ(netGetMACText(':'), "00:11:22:33:44:55");
+    EXPECT_EQ(netGetMACText('-'), "00-11-22-33-44-55");
 }
 
 TEST_F(Net, LinkFactsAreTheWorlds)
@@ -76,8 +78,6 @@ TEST_F(Net, FactsOfTheMachineAreWellFormed)
 {
     const QRegularExpression mac(QRegularExpression::anchoredPattern("([0-9A-F]{2}:){5}[0-9A-F]{2}"));
     EXPECT_TRUE(mac.match(QString::fromUtf8(netGetMACText(0).GetText())).hasMatch());
-    EXPECT_EQ(netGetMACText(1000), "00:00:00:00:00:00");
-    EXPECT_EQ(netGetMACText(-1), "00:00:00:00:00:00");
     const int state = netGetNetworkSta();
     EXPECT_TRUE(state == NET_DOWN || state == NET_STARTING || state == NET_UP);
     if (state == NET_UP) {

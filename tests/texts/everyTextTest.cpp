@@ -10,6 +10,8 @@
 #include "host/services/storage/storageWorld.h"
 #include "host/widgets/dlgMessageBox.h"
 #include "places.h"
+#include "settings/system/dlgPassWord.h"
+#include "settings/system/dlgSetDialNumber.h"
 #include "support/host/box.h"
 #include "support/host/desktop.h"
 #include "support/host/iconview.h"
@@ -236,6 +238,12 @@ void EveryText::visitCalls()
 // A box may show any text of the phone.
 void EveryText::visitBoxes()
 {
+    dlgPassWord password;
+    password.show();
+    lookAndClose();
+    dlgSetDialNumber number(nullptr, nullptr);
+    number.show();
+    lookAndClose();
     for (const char* title : {"Note", "Warning", "Error"}) {
         dlgMessageBox box(qTranslate(title), qTranslate("Reboot device?"), BOX_QUESTION, nullptr);
         look(&box);

@@ -23,7 +23,7 @@ void phoneSimulation::start(phoneEvents* events)
 bool phoneSimulation::setLine(int index, const tagLineSetting& setting)
 {
     const int state = setting.state.value_or(LINE_DISABLED);
-    if (index < 0 || index >= PHONE_ACCOUNT_COUNT || state < int(LINE_DISABLED) || state > int(LINE_EXIT))
+    if (index < 0 || index >= PHONE_ACCOUNT_COUNT || state < int(LINE_DISABLED))
         return false;
     m_accounts.set(index, setting);
     return true;

@@ -5,6 +5,9 @@
 #include "support/host/password.h"
 #include "support/host/trace.h"
 #include <QByteArray>
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QThread>
 #include <crypt.h>
 #include <cstring>
 #include <memory>
@@ -38,12 +41,28 @@ std::string hashed(const char* password, const char* setting)
     return result;
 }
 
+// Longer than a frame: the thread of the user interface goes on meanwhile.
+std::string hashedAside(const char* password, const char* setting)
+{
+    const QCoreApplication* application = QCoreApplication::instance();
+    if (!application || QThread::currentThread() != application->thread())
+        return hashed(password, setting);
+    std::string result;
+    QEventLoop loop;
+    const std::unique_ptr<QThread> worker(QThread::create([&] { result = hashed(password, setting); }));
+    QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
+    worker->start();
+    loop.exec();
+    worker->wait(); // the loop ends with the application too
+    return result;
+}
+
 std::string newHash(const char* password)
 {
     char setting[CRYPT_GENSALT_OUTPUT_SIZE];
     if (!crypt_gensalt_rn(kMethod, 0, nullptr, 0, setting, sizeof setting))
         return std::string();
-    return hashed(password, setting);
+    return hashedAside(password, setting);
 }
 
 bool sameInConstantTime(const std::string& left, const std::string& right)
@@ -144,7 +163,7 @@ int filePassword::IsRightUserPassword(const char* user, const char* password) co
 {
     const User* known = user ? m_p->Find(user) : nullptr;
     const std::string expected = known && !known->hash.empty() ? known->hash : kNobodysHash;
-    const std::string given = hashed(password ? password : "", expected.c_str());
+    const std::string given = hashedAside(password ? password : "", expected.c_str());
     const bool isSame = sameInConstantTime(expected, given);
     const bool isFirst = known && known->hash.empty() && password && *password == 0;
     return known && password && (isSame || isFirst) ? 1 : 0;

@@ -71,16 +71,25 @@ chString addr2String(const in_addr& address)
     return chString(text);
 }
 
-chString netGetMACText(int index)
+namespace {
+
+QByteArray firstMac()
 {
-    if (index == 0 && netWorld().mac)
-        return chString(netWorld().mac->toUtf8().constData());
-    int number = 0;
     for (const netFacts::tagInterface& entry : netFacts::interfaces()) {
-        if (!entry.mac.isEmpty() && number++ == index)
-            return chString(entry.mac.constData());
+        if (!entry.mac.isEmpty())
+            return entry.mac;
     }
-    return chString(kNoMac);
+    return kNoMac;
+}
+
+} // namespace
+
+chString netGetMACText(int separator)
+{
+    QByteArray mac = netWorld().mac ? netWorld().mac->toUtf8() : firstMac();
+    if (separator > 0)
+        mac.replace(':', char(separator));
+    return chString(mac.constData());
 }
 
 int netGetNetworkType()

@@ -1,0 +1,84 @@
+#include "settings/system/dlgSecurity.h"
+#include "settings/system/adminPassword.h"
+#include "support/host/ime.h"
+#include "support/host/message.h"
+#include "support/host/password.h"
+#include "support/host/text.h"
+#include "support/host/trace.h"
+#include "ui_dlgSecurity.h"
+#include <QScopedValueRollback>
+
+namespace {
+
+constexpr int kLongestPassword = 99;
+
+} // namespace
+
+dlgSecurity::dlgSecurity(QWidget* parent, tagLeftBarInfo* info)
+    : SettingPage(parent, info), ui(new Ui::dlgSecurity)
+{
+    ui->setupUi(this);
+    BuildFrame(ui->frmBackground, HX_TR("Admin Password"), KEYS_EDIT);
+    for (QLineEdit* edit : {ui->editOld, ui->editNew, ui->editAgain})
+        adminSetupEdit(edit);
+    ui->editNew->setMaxLength(kLongestPassword);
+}
+
+dlgSecurity::~dlgSecurity() = default;
+
+void dlgSecurity::showEvent(QShowEvent* event)
+{
+    SettingPage::showEvent(event);
+    clearEdits();
+    const chString method = adminInputMethod();
+    for (QLineEdit* edit : {ui->editOld, ui->editNew, ui->editAgain})
+        qSetCurrentIME(edit, method);
+    ui->editOld->setFocus();
+}
+
+// No password waits in a hidden page.
+void dlgSecurity::hideEvent(QHideEvent* event)
+{
+    clearEdits();
+    SettingPage::hideEvent(event);
+}
+
+void dlgSecurity::clearEdits()
+{
+    for (QLineEdit* edit : {ui->editOld, ui->editNew, ui->editAgain})
+        edit->clear();
+}
+
+// The hashes take their time, in which the page lives on: a second "Save" has nothing to add, and whoever
+// leaves it changes nothing.
+void dlgSecurity::on_click_Save()
+{
+    if (m_bSaving)
+        return;
+    const QScopedValueRollback<bool> saving(m_bSaving, true);
+    changePassword();
+}
+
+void dlgSecurity::changePassword()
+{
+    const chString old = fromQString(qReturnLineEdit(ui->editOld));
+    const chString wanted = fromQString(qReturnLineEdit(ui->editNew));
+    const chString again = fromQString(qReturnLineEdit(ui->editAgain));
+    filePassword file(ADMIN_PASSWORD_FILE);
+    const bool wasShown = isVisible();
+    const int isRight = file.IsRightUserPassword(ADMIN_USER, old);
+    if (wasShown && !isVisible())
+        return;
+    if (!isRight) {
+        Refuse(ui->editOld, HX_TR("Old password is wrong!"));
+        return;
+    }
+    if (wanted != again) {
+        Refuse(ui->editNew, HX_TR("New passwords do not match."));
+        return;
+    }
+    if (!file.SetUserPassword(ADMIN_USER, wanted) || !file.SaveToFile(ADMIN_PASSWORD_FILE))
+        nuxTrace(TRACE_NOTE, "The administrator's password is not stored");
+    msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_PASSWORD, 0);
+    accept();
+}
