@@ -181,6 +181,22 @@ TEST_F(Images, TheCacheIsBoundedAndTheOldestGoesButKeptOnesStay)
         images.RemoveImageInCache(path);
 }
 
+TEST_F(Images, WhatSomebodyHoldsStaysSinceItsMemoryWould)
+{
+    for (int i = 0; i < 6; ++i)
+        writePicture(QByteArray("/rundata/" + QByteArray::number(i) + ".png"), {1000, 1000}, Qt::red);
+    QPixmap held = images.GetImage("/rundata/0.png");
+    const qint64 key = held.cacheKey();
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 1; i < 6; ++i)
+            images.GetImage(QByteArray("/rundata/" + QByteArray::number(i) + ".png"));
+        EXPECT_EQ(images.GetImage("/rundata/0.png").cacheKey() == key, round == 0);
+        held = QPixmap();
+    }
+    for (int i = 0; i < 6; ++i)
+        images.RemoveImageInCache(QByteArray("/rundata/" + QByteArray::number(i) + ".png"));
+}
+
 TEST_F(Images, APreparedPictureIsInTheCacheBeforeItIsAskedFor)
 {
     writePicture("/rundata/a.png", {30, 20}, Qt::red);

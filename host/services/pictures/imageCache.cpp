@@ -98,14 +98,18 @@ tagImageNode* ImageCache::store(const tagImageKey& key, const tagDecodedPicture&
     return &*m_nodes.insert(own, node);
 }
 
+// To forget one that somebody still holds gives no memory back, and takes more when it is read again.
 void ImageCache::makeRoom(qsizetype needed)
 {
     while (m_nCost > 0 && m_nCost + needed > kMemoryLimit) {
         auto oldest = m_nodes.end();
         for (auto it = m_nodes.begin(); it != m_nodes.end(); ++it) {
-            if (!it->bKept && (oldest == m_nodes.end() || it->nUsed < oldest->nUsed))
+            const bool isHeld = it->bKept || !(it->pixmap.isNull() || it->pixmap.isDetached());
+            if (!isHeld && (oldest == m_nodes.end() || it->nUsed < oldest->nUsed))
                 oldest = it;
         }
+        if (oldest == m_nodes.end())
+            return;
         m_nCost -= oldest->cost();
         m_nodes.erase(oldest);
     }
