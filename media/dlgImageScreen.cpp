@@ -11,8 +11,9 @@ dlgImageScreen::dlgImageScreen() : m_photos(this)
 
 bool dlgImageScreen::LoadImage(int bMessage)
 {
-    if (!loadPhotos(m_photos, bMessage))
+    if (!loadPhotos(m_photos, bMessage) || m_photos.IsNothingShown())
         return false;
+    m_photos.SetNothingTold([this] { close(); });
     if (m_photos.GetFileSize() > 1)
         m_nAutoTimer = startTimer(dlgImagePlay::PLAY_MS, Qt::PreciseTimer);
     return true;

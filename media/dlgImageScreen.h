@@ -12,7 +12,8 @@ public:
 
     dlgImageScreen();
 
-    // Shows the first picture. False when there is none, which the user is told with a message of non-zero.
+    // Shows the first picture. False when there is none, which the user is told with a message of non-zero,
+    // or none that can be shown. When that turns out later, the saver ends.
     bool LoadImage(int bMessage);
 
 protected:

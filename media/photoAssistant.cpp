@@ -19,6 +19,7 @@ bool photoAssistant::LoadFileList(const FileList& list)
     if (list.empty())
         return false;
     m_files = list;
+    m_nRefused = 0;
     ShowFirstImage();
     return true;
 }
@@ -27,11 +28,23 @@ void photoAssistant::Show()
 {
     if (m_files.empty())
         return;
-    SetLabelImage(m_pLabel, *m_pCurrent);
+    SetLabelImage(m_pLabel, *m_pCurrent, [this](bool isShown) { OnShown(isShown); });
     FileList::iterator next = m_pCurrent;
     if (++next == m_files.end())
         next = m_files.begin();
     PrepareLabelImage(m_pLabel, *next);
+}
+
+bool photoAssistant::IsNothingShown() const
+{
+    return m_nRefused >= m_files.size() && m_pLabel->pixmap().isNull();
+}
+
+void photoAssistant::OnShown(bool isShown)
+{
+    m_nRefused = isShown ? 0 : m_nRefused + 1;
+    if (IsNothingShown() && m_nothingTold)
+        m_nothingTold();
 }
 
 void photoAssistant::ShowFirstImage()

@@ -56,10 +56,15 @@ bool IsFileInArray(const char* name, const chStringArray& names)
     });
 }
 
-bool SetLabelImage(QLabel* label, const char* file)
+bool SetLabelImage(QLabel* label, const char* file, const std::function<void(bool isShown)>& told)
 {
+    const auto tell = [told](bool isShown) {
+        if (told)
+            told(isShown);
+        return isShown;
+    };
     if (!label || !pathFileExist(file))
-        return false;
+        return tell(false);
     pictureCancel(label->property(kRequest).toInt());
     label->setProperty(kRequest, 0);
     const tagPictureWish wish = wishOf(*label, file);
@@ -68,12 +73,13 @@ bool SetLabelImage(QLabel* label, const char* file)
     if (pictureAtOnce(wish, result, picture)) {
         if (result == PICTURE_READ)
             label->setPixmap(picture);
-        return result == PICTURE_READ;
+        return tell(result == PICTURE_READ);
     }
     label->setProperty(kRequest,
-                       pictureRequest(wish, label, [label](PICTURE_RESULT told, const QPixmap& read) {
-                           if (told == PICTURE_READ)
+                       pictureRequest(wish, label, [label, tell](PICTURE_RESULT late, const QPixmap& read) {
+                           if (late == PICTURE_READ)
                                label->setPixmap(read);
+                           tell(late == PICTURE_READ);
                        }));
     return true;
 }

@@ -3,6 +3,7 @@
 // User-interface thread.
 #include "support/container/chArray.h"
 #include "support/text/chString.h"
+#include <functional>
 
 class QLabel;
 class QWidget;
@@ -19,7 +20,9 @@ bool IsDirInclude(const char* path, const chStringArray& paths);
 bool IsFileInArray(const char* name, const chStringArray& names); // exactly
 // The picture in the size of the label; a large one comes a moment later, unless another was set by then. A
 // file that is not there, or is no picture, leaves the label as it is: false when that is known at once.
-bool SetLabelImage(QLabel* label, const char* file);
+// told: once it is known whether it is on the label, maybe before the call is over; never when another was
+// set by then.
+bool SetLabelImage(QLabel* label, const char* file, const std::function<void(bool isShown)>& told = nullptr);
 // Reads it ahead.
 void PrepareLabelImage(const QLabel* label, const char* file);
 // The placeholder closes and is deleted; the new surface takes its geometry and belongs to its parent.

@@ -144,10 +144,14 @@ void idleSaver::onStorageGone()
     plan();
 }
 
+// A saver that ends without a person had nothing to show, or gave way to what is to be seen for a while.
 void idleSaver::onWindows()
 {
-    if (m_eState != AWAKE && topWindow() != m_pWindow)
-        end();
+    if (m_eState == AWAKE || topWindow() == m_pWindow)
+        return;
+    if (m_eState == SAVER && screenState::instance().idleMs() >= saverMs())
+        m_nNotBefore = screenState::instance().idleMs() + AGAIN_MS;
+    end();
 }
 
 // No timer runs while there is nothing to wait for: whatever changes that comes here.

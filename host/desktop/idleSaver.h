@@ -16,7 +16,7 @@ public:
     enum STATE { AWAKE, SAVER, ASLEEP };
     enum : int {
         RETRY_MS = 5000,  // while something on the screen keeps it off
-        AGAIN_MS = 60000, // after a saver that had nothing to show
+        AGAIN_MS = 60000, // after a saver that had nothing to show, or gave way
     };
 
     explicit idleSaver(QObject* parent);

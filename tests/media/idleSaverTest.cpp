@@ -4,6 +4,8 @@
 #include "support/host/box.h"
 #include "support/host/player.h"
 #include "tests/kit/eventCounter.h"
+#include "tests/kit/heldPictures.h"
+#include "tests/kit/plain/pictureFiles.h"
 #include "tests/media/fakePlayer.h"
 #include "tests/media/idleSaverStand.h"
 #include <QFile>
@@ -258,6 +260,10 @@ TEST_F(IdleSaver, AnythingThatComesUpEndsIt)
     EXPECT_EQ(top(), "page");
     EXPECT_EQ(saver->state(), idleSaver::AWAKE);
     EXPECT_EQ(dlgImageScreen::Instance(), nullptr);
+    kit::stepTime(59900);
+    EXPECT_EQ(top(), "page") << "it is to be seen for a while";
+    kit::stepTime(100);
+    EXPECT_EQ(top(), "dlgImageScreen");
 }
 
 TEST_F(IdleSaver, ACallEndsItAndGetsTheScreen)
@@ -286,7 +292,9 @@ TEST_F(IdleSaver, WithoutPicturesNothingComesUntilThereAreSome)
     EXPECT_EQ(top(), "frmDesktop");
     EXPECT_EQ(saver->state(), idleSaver::AWAKE);
     putPictures(1);
-    kit::stepTime(idleSaver::AGAIN_MS);
+    kit::stepTime(29900);
+    EXPECT_EQ(top(), "frmDesktop") << "it tries again a minute after the last time";
+    kit::stepTime(100);
     EXPECT_EQ(top(), "dlgImageScreen");
     EXPECT_TRUE(isAt(0));
     touch();
@@ -317,6 +325,41 @@ TEST_F(IdleSaver, ADamagedPictureIsPassedOverInBlack)
     EXPECT_TRUE(isAt(1));
     kit::stepTime(3000);
     EXPECT_TRUE(isAt(1)) << "the one before it stays";
+}
+
+TEST_F(IdleSaver, WhenNoPictureCanBeShownItEndsAndTriesAgainAMinuteLater)
+{
+    for (const char* file : {"/rundata/media/image/0.png", "/rundata/media/image/1.png"})
+        writeFile(file, "\x89PNG\r\n\x1a\nno picture");
+    kit::stepTime(60000);
+    ASSERT_EQ(top(), "dlgImageScreen") << "the second one may be better";
+    kit::stepTime(3000);
+    EXPECT_EQ(top(), "frmDesktop");
+    EXPECT_EQ(saver->state(), idleSaver::AWAKE);
+    putPictures(2);
+    kit::stepTime(59900);
+    EXPECT_EQ(top(), "frmDesktop");
+    kit::stepTime(100);
+    EXPECT_TRUE(isAt(0));
+}
+
+TEST_F(IdleSaver, TheOnlyPictureThatTurnsOutToBeNoneEndsIt)
+{
+    writeFile("/rundata/media/image/0.png", kit::pngOfOneColour({4000, 3000}).left(5000));
+    QFile::remove(hostPath("/rundata/media/image/1.png"));
+    {
+        const kit::HeldPictures pictures;
+        kit::stepTime(60000);
+        ASSERT_EQ(top(), "dlgImageScreen") << "it is read first";
+    }
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
+    EXPECT_EQ(top(), "frmDesktop");
+    writeFile("/rundata/media/image/0.png", "no picture");
+    kit::stepTime(60000);
+    EXPECT_EQ(top(), "frmDesktop") << "which is known at once";
+    putPictures(1);
+    kit::stepTime(60000);
+    EXPECT_TRUE(isAt(0));
 }
 
 TEST_F(IdleSaver, PicturesOfAStorageThatIsPulledGoAndTheOthersStay)

@@ -55,6 +55,24 @@ TEST_F(IdleSaver, ACallLightsItAndGetsTheScreen)
     EXPECT_FALSE(isDark()) << "as long as it lasts";
 }
 
+TEST_F(IdleSaver, ThereIsLightBeforeTheDarkWindowGoes)
+{
+    static bool wasDark;
+    wasDark = true;
+    tagModuleEntries entries = saverEntries();
+    entries.closeSleep = [] {
+        wasDark = isDark();
+        CloseScreenSleepDlg();
+    };
+    hostSetModule(entries);
+    setTimes(0, 60);
+    kit::stepTime(60000);
+    ASSERT_TRUE(isDark());
+    ring();
+    EXPECT_FALSE(wasDark);
+    EXPECT_EQ(top(), "frmCall");
+}
+
 TEST_F(IdleSaver, APageThatComesUpLightsIt)
 {
     setTimes(0, 60);
