@@ -464,7 +464,6 @@ void dlgMediaManager::PlayCurrentAgain()
     if (row < 0)
         return;
     ui->tabWgtMediaList->selectRow(row);
-    ShowPlayIcon(row, true);
     m_pPreview->startPreview(getCurrentMediaFullPath());
 }
 

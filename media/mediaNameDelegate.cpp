@@ -12,6 +12,13 @@ bool breaksLine(QChar letter)
            letter == QChar::ParagraphSeparator;
 }
 
+// Of what is left out, in the middle, the short name may be a part.
+int equalLetters(const QString& shown, const QString& whole)
+{
+    const auto [end, other] = std::mismatch(shown.begin(), shown.end(), whole.begin(), whole.end());
+    return int(end - shown.begin());
+}
+
 // One line, laid out as a whole: letters of some scripts join, and some run from right to left.
 void paintName(QPainter& painter, const QStyleOptionViewItem& option, const QRect& room, int shortName)
 {
@@ -19,7 +26,7 @@ void paintName(QPainter& painter, const QStyleOptionViewItem& option, const QRec
     QTextLayout layout(shown, option.font);
     QTextLayout::FormatRange range;
     range.start = 0;
-    range.length = shown == option.text ? shortName : 0;
+    range.length = std::min(shortName, equalLetters(shown, option.text));
     range.format.setForeground(kMediaSecondaryText);
     if (range.length > 0)
         layout.setFormats({range});

@@ -27,6 +27,22 @@ protected:
             all.append(toQString(file.strName));
         return all;
     }
+    static constexpr int kText = 18; // where the text of a row begins
+    static constexpr int kPale = 120;
+    static constexpr int kDark = 100;
+    // Of so many columns of the first row.
+    int darkest(int left, int width)
+    {
+        const QPoint row =
+            list()->viewport()->mapToGlobal(list()->visualItemRect(list()->item(0, 0)).topLeft());
+        const QImage screen = kit::screen();
+        int grey = 255;
+        for (int y = row.y(); y < row.y() + 38; ++y) {
+            for (int x = row.x() + left; x < row.x() + left + width; ++x)
+                grey = qMin(grey, qGray(screen.pixel(x, y)));
+        }
+        return grey;
+    }
     // Waits for what the page still adds.
     bool hasRows(int count)
     {
@@ -81,6 +97,15 @@ TEST_F(MediaTable, TakesSoManyFoldersAndNoMore)
     putTable("ephoto", "*.png", items);
     putPhotos({"a.png"});
     EXPECT_EQ(shown("ephoto").size(), MEDIA_FOLDER_LIMIT);
+}
+
+TEST_F(MediaTable, TakesSoManyFilesAndNoMore)
+{
+    putPhotos({"a.png", "b.png", "c.png"});
+    std::vector<tagMediaFile> files(MEDIA_FILE_LIMIT - 2);
+    ASSERT_TRUE(mediaFilesRead("ephoto", files));
+    EXPECT_EQ(files.size(), size_t(MEDIA_FILE_LIMIT));
+    EXPECT_STREQ(files.back().strName, "b.png");
 }
 
 TEST_F(MediaTable, WhatIsNoFileIsNoRow)
@@ -210,22 +235,26 @@ TEST_F(MediaTable, TheShortNameOfTheFolderIsPaler)
     putTable("ephoto", "*.png", "<item path=\"/rundata/media/image\" shortname=\"WWWW\"/>");
     putPhotos({"a.png", "MMMM.png"});
     open("Photo Manager");
-    const QPoint place =
-        list()->viewport()->mapToGlobal(list()->visualItemRect(list()->item(0, 0)).topLeft());
-    const QImage screen = kit::screen();
-    const auto darkest = [&](int left, int width) {
-        int grey = 255;
-        for (int y = place.y(); y < place.y() + 38; ++y) {
-            for (int x = left; x < left + width; ++x)
-                grey = qMin(grey, qGray(screen.pixel(x, y)));
-        }
-        return grey;
-    };
     const int width = list()->fontMetrics().horizontalAdvance("WWWW");
-    const int text = place.x() + 18;
-    EXPECT_GT(darkest(text, width - 4), 120);
-    EXPECT_LT(darkest(text + width + 2, width / 2), 100);
+    EXPECT_GT(darkest(kText, width - 4), kPale);
+    EXPECT_LT(darkest(kText + width + 2, width / 2), kDark);
     kit::shot("mediaManager-shortName");
+}
+
+TEST_F(MediaTable, OfANameThatIsTooLongTheShortNameIsPalerUpToWhatIsLeftOut)
+{
+    putTable("ephoto", "*.png", "<item path=\"/rundata/media/image\" shortname=\"WWWW\"/>");
+    putPicture(("/rundata/media/image/" + QByteArray(40, 'M') + ".png").constData());
+    open("Photo Manager");
+    const int width = list()->fontMetrics().horizontalAdvance("WWWW");
+    EXPECT_GT(darkest(kText, width - 4), kPale);
+    EXPECT_LT(darkest(kText + width + 2, width / 2), kDark);
+    kit::shot("mediaManager-shortNameOfLong");
+    putTable("ephoto", "*.png",
+             "<item path=\"/rundata/media/image\" shortname=\"" + QByteArray(60, 'W') + "\"/>");
+    open("Photo Manager");
+    EXPECT_GT(darkest(kText, width - 4), kPale);
+    EXPECT_LT(darkest(list()->columnWidth(0) - width, width / 2), kDark) << "the end of the file's own name";
 }
 
 TEST_F(MediaTable, ThousandsOfFilesComeWhileThePageIsUsed)
