@@ -4,7 +4,6 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/recordedSound.h"
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <cmath>
@@ -15,7 +14,6 @@ namespace {
 #define SYSTEM_FILE "/rundata/config/system.ini"
 
 constexpr int kRate = 16000;
-constexpr int kSilenceMs = 500;
 constexpr int kWaitMs = 20000;
 constexpr double kPiece = 0.25; // seconds
 
@@ -55,20 +53,10 @@ protected:
             },
             kWaitMs);
     }
-    // Nothing more comes for longer than the pieces in which sound comes.
     bool isSilent()
     {
-        qint64 before = -1;
-        QElapsedTimer still;
-        return kit::waits(
-            [&] {
-                const qint64 now = heard().size();
-                if (now != before)
-                    still.start();
-                before = now;
-                return still.hasExpired(kSilenceMs);
-            },
-            kWaitMs);
+        kit::StillSound sound(root() + "/sound.raw");
+        return kit::waits([&] { return sound.isStill(); }, kWaitMs);
     }
     void openPage(const char* name, const char* window)
     {

@@ -3,6 +3,7 @@
 #include "host/services/players/soundOutput.h"
 #include "settings/personal/personalPages.h"
 #include "support/host/module.h"
+#include "tests/kit/kitTime.h"
 #include "tests/kit/pageTest.h"
 
 #define USER_FILE "/rundata/config/user/user.ini"
@@ -38,6 +39,20 @@ protected:
     QStringList softKeys() const
     {
         return {softKeyTitle(0), softKeyTitle(1), softKeyTitle(2), softKeyTitle(3)};
+    }
+    // A box is answered in time that runs.
+    void expectFullDiskTold()
+    {
+        const kit::RunningClocks running;
+        expectFailedSave(USER_FILE);
+    }
+    // Of a phone without the manager's page, which says so.
+    void askForManager()
+    {
+        const kit::RunningClocks running;
+        kit::BoxAnswers boxes({"ok"});
+        softKey(1);
+        EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
     }
     QString title() const { return page->findChild<qTopBar*>()->title(); }
 

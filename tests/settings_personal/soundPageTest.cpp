@@ -38,20 +38,6 @@ protected:
     {
         kit::tap(bar->mapToGlobal(QPoint(int(bar->width() * part), bar->height() / 2)));
     }
-    // A box is answered in time that runs.
-    void expectFailedSave()
-    {
-        const kit::RunningClocks running;
-        PageTest::expectFailedSave(USER_FILE);
-    }
-    // Of a phone without the manager's page, which says so.
-    void openManager()
-    {
-        const kit::RunningClocks running;
-        kit::BoxAnswers boxes({"ok"});
-        softKey(1);
-        EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
-    }
     // The rows of the page, above a bar, in which the pictures differ.
     static QList<int> rowsThatDiffer(const QImage& one, const QImage& other, const QWidget* bar)
     {
@@ -361,6 +347,15 @@ TEST_F(SoundPage, SaveIsSilentStoresAndTells)
     expectChangesTold({"18 0"});
 }
 
+TEST_F(SoundPage, TheFirstToneOfTheListCanBeSavedToo)
+{
+    openPage();
+    kit::key(Qt::Key_Left);
+    ASSERT_EQ(list()->currentIndex(), 0);
+    expectSaved();
+    expectStored(USER_FILE, "Ring", "strRingFile", "/rundata/media/own/Alto.wav");
+}
+
 TEST_F(SoundPage, AnUnchangedSaveTellsAllTheSame)
 {
     openPage();
@@ -376,7 +371,7 @@ TEST_F(SoundPage, AFullDiskIsToldAndKeepsWhatWasSet)
     kit::key(Qt::Key_Right);
     touch(ring(), 0.5);
     const int set = ring()->value();
-    expectFailedSave();
+    expectFullDiskTold();
     expectChangesTold({});
     EXPECT_EQ(list()->currentText(), "Cello.wav");
     EXPECT_EQ(ring()->value(), set);
@@ -404,7 +399,7 @@ TEST_F(SoundPage, TheManagerIsOpenedInSilence)
     openPage();
     touch(ring(), 0.5);
     heard();
-    openManager();
+    askForManager();
     EXPECT_EQ(heard().value(0), "stop");
     EXPECT_FALSE(traces().filter("settingOpenPage(Sound Manager)").isEmpty());
 }
@@ -414,7 +409,7 @@ TEST_F(SoundPage, AfterTheManagerTheChosenToneIsChosenStill)
     openPage();
     EXPECT_EQ(getSoundDlg(), page);
     kit::key(Qt::Key_Right);
-    openManager();
+    askForManager();
     kit::stepTime(2000);
     heard();
     writeFile("/rundata/media/own/Aria.wav", "RIFF");
@@ -429,7 +424,7 @@ TEST_F(SoundPage, AfterTheManagerTheFirstIsChosenWhenTheToneIsGone)
 {
     openPage();
     kit::key(Qt::Key_Right);
-    openManager();
+    askForManager();
     QFile::remove(hostPath("/rundata/media/own/Cello.wav"));
     roomHooks().reloadSound();
     EXPECT_EQ(list()->count(), 3);

@@ -10,6 +10,7 @@ constexpr double kTurn = 6.283185307179586;
 constexpr double kLoud = 0.8;
 constexpr float kQuiet = 0.02f;
 constexpr double kShare = 0.1; // of the whole power
+constexpr int kSilenceMs = 500;
 
 void putNumber(QByteArray& out, quint32 value, int bytes)
 {
@@ -99,4 +100,13 @@ int kit::RecordedSound::longestQuiet() const
         longest = std::max(longest, quiet);
     }
     return longest;
+}
+
+bool kit::StillSound::isStill()
+{
+    const qint64 now = RecordedSound(m_file).size();
+    if (now != m_nBefore)
+        m_still.start();
+    m_nBefore = now;
+    return m_still.hasExpired(kSilenceMs);
 }

@@ -1,6 +1,7 @@
 #pragma once
 // What a loudspeaker was given, as floats in a file, and sounds to compare with. One channel.
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QString>
 #include <vector>
 
@@ -35,6 +36,19 @@ public:
 private:
     std::vector<float> m_samples;
     int m_nRate = 0;
+};
+
+// Asked again and again: whether nothing has come for longer than the pieces in which sound comes.
+class StillSound
+{
+public:
+    explicit StillSound(const QString& file) : m_file(file) {}
+    bool isStill();
+
+private:
+    const QString m_file;
+    qint64 m_nBefore = -1;
+    QElapsedTimer m_still;
 };
 
 } // namespace kit
