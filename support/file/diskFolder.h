@@ -16,8 +16,8 @@ struct tagDiskEntry
 
 enum : int { DISK_ENTRY_LIMIT = 50000 }; // of one folder; what comes after them is left out
 
-// The folder's files and folders, in no order. 0 when it cannot be read, or was given up: cancel is set by
-// another thread; null for never.
+// Appends the folder's files and folders, in no order. 0 when it cannot be read, or was given up: cancel is
+// set by another thread; null for never.
 NUX_API int diskListFolder(const char* path, std::vector<tagDiskEntry>& entries,
                            const std::atomic<bool>* cancel);
 NUX_API int diskIsFolder(const char* path);

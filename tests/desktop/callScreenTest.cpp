@@ -10,6 +10,7 @@
 #include "support/host/picture.h"
 #include "support/host/registry.h"
 #include "tests/desktop/desktopTest.h"
+#include "tests/kit/heldPictures.h"
 #include "tests/kit/plain/pictureFiles.h"
 #include <QAbstractButton>
 #include <QApplication>
@@ -115,6 +116,23 @@ TEST_F(CallScreen, APictureOfAnyShapeFillsTheCircle)
         }
         hangUpAll();
     }
+}
+
+TEST_F(CallScreen, ThePictureOfTheCallerBeforeDoesNotComeLate)
+{
+    writeFile("/rundata/data/ann.png", kit::pngOfOneColour({3000, 2000}));
+    writeFile("/rundata/data/contactData.xml",
+              "<contactData><group name=\"A\"><contact name=\"Ann\" number=\"4711\" "
+              "sImagePath=\"/rundata/data/ann.png\"/></group></contactData>");
+    QImage nobody;
+    {
+        const kit::HeldPictures pictures;
+        dial("4711");
+        ring("4712");
+        nobody = screen()->findChild<roundPicture*>("labPicture")->picture().toImage();
+    }
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
+    EXPECT_EQ(screen()->findChild<roundPicture*>("labPicture")->picture().toImage(), nobody);
 }
 
 TEST_F(CallScreen, EndHangsUpAndTheScreenGoesAMomentLater)

@@ -157,4 +157,13 @@ TEST_F(DiskFolder, IsGivenUpWhenNobodyWantsItAnyMore)
     EXPECT_EQ(diskListFolder("/storage/uDisk1", entries, &cancel), 0);
 }
 
+TEST_F(DiskFolder, ListsSoManyEntriesAndNoMore)
+{
+    put("/storage/uDisk1/another", "content");
+    std::vector<tagDiskEntry> entries(DISK_ENTRY_LIMIT - 2);
+    EXPECT_EQ(diskListFolder("/storage/uDisk1", entries, nullptr), 1);
+    EXPECT_EQ(entries.size(), size_t(DISK_ENTRY_LIMIT));
+    EXPECT_FALSE(entries.back().strName.empty());
+}
+
 } // namespace

@@ -25,6 +25,16 @@ public:
         return found;
     }
     QStringList traces() const { return texts("trace"); }
+    // The entries of several kinds as they followed each other: "volume 35".
+    QStringList entries(const QStringList& kinds) const
+    {
+        QStringList found;
+        for (const tagLogEntry& entry : hostLogFrom(m_nFirst)) {
+            if (kinds.contains(entry.strKind))
+                found.append(entry.strKind + ' ' + entry.strText);
+        }
+        return found;
+    }
 
 private:
     int m_nFirst = 1;

@@ -40,6 +40,7 @@ public:
 
     // Texts of one kind of log entry since the test began, or since the last mark().
     QStringList logged(const QString& kind) const { return m_log.texts(kind); }
+    QStringList loggedInOrder(const QStringList& kinds) const { return m_log.entries(kinds); }
     QStringList traces() const { return m_log.texts("trace"); }
     void mark() { m_log.mark(); }
 

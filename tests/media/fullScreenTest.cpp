@@ -318,6 +318,19 @@ TEST_F(PictureSaver, AnyKeyEndsItButF12)
     kit::keyRelease(Qt::Key_F4);
 }
 
+TEST_F(PictureSaver, EndingAllPicturesEndsItAndAShow)
+{
+    putPictures(1);
+    start(StartScreenSaver_ImageView);
+    Stop_ImageView();
+    EXPECT_EQ(top(), "page");
+    EXPECT_EQ(dlgImageScreen::Instance(), nullptr);
+    start(PlayImageFile);
+    Stop_ImageView();
+    EXPECT_EQ(top(), "page");
+    EXPECT_EQ(dlgImagePlay::Instance(), nullptr);
+}
+
 class BlackScreen : public FullScreen
 {
 };

@@ -181,6 +181,27 @@ TEST_F(MediaDelete, TheWallpaperGoesAndTheStockOneComes)
     EXPECT_TRUE(kit::waitUntil([&] { return !isRed(); }, 20000)) << "the home screen shows it on";
 }
 
+TEST_F(MediaDelete, TheWallpaperIsStoredBeforeAnybodyIsTold)
+{
+    static MediaDelete* test;
+    static QStringList before;
+    test = this;
+    before = {"not stored"};
+    putPhotos({"a.png"});
+    putWallpaper("/rundata/media/image/a.png");
+    open("Photo Manager");
+    {
+        const FailingCalls calls; // none does
+        fileGetSystemCalls().rename = [](const char* from, const char* to) {
+            before = test->logged("broadcast");
+            return fileDefaultSystemCalls().rename(from, to);
+        };
+        askedWhenDeleting({"yes"});
+    }
+    EXPECT_EQ(before, QStringList());
+    expectChangesTold({"17 0"});
+}
+
 TEST_F(MediaDelete, TheWallpaperThatIsKeptStaysTheWallpaper)
 {
     putPhotos({"a.png"});
@@ -245,6 +266,22 @@ TEST_F(ContactImage, APictureOfAContactIsAskedForAndTakenFromAllWhoHaveIt)
     expected.replace("/rundata/media/contact-image/a.png", kNoImage);
     EXPECT_EQ(readFile(kContacts).simplified().replace("> <", "><"),
               expected.simplified().replace("> <", "><"));
+}
+
+TEST_F(ContactImage, ThePictureAndItsRowGoBeforeTheContactsLoseIt)
+{
+    putContacts(contacts);
+    open("Contact Picture Manage");
+    bool isPictureThere = true;
+    QByteArray before;
+    QObject::connect(list()->model(), &QAbstractItemModel::rowsRemoved, list(), [&] {
+        isPictureThere = isThere("/rundata/media/contact-image/a.png");
+        before = readFile(kContacts);
+    });
+    askedWhenDeleting({"yes"});
+    EXPECT_FALSE(isPictureThere);
+    EXPECT_EQ(before, contacts);
+    EXPECT_NE(readFile(kContacts), contacts);
 }
 
 TEST_F(ContactImage, APictureThatIsKeptStaysWithItsContacts)

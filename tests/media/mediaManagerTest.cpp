@@ -6,6 +6,7 @@
 #include "support/host/image.h"
 #include "support/host/phone.h"
 #include "support/host/picture.h"
+#include "tests/kit/heldPictures.h"
 #include "tests/kit/plain/pictureFiles.h"
 #include <QCoreApplication>
 #include <QDir>
@@ -292,6 +293,24 @@ TEST_F(MediaManager, APictureOnDemandIsNotLostWhenTheLabelsTurnComes)
     tapRow(1);
     softKey(0);
     kit::stepTime(600);
+    EXPECT_TRUE(arePicturesRead());
+    kit::settle();
+    EXPECT_EQ(top(), "dlgImagePreview");
+}
+
+TEST_F(MediaManager, ASecondDemandTakesThePlaceOfTheFirst)
+{
+    putPhotos({"a.png"});
+    writeFile("/rundata/media/image/b.jpg", kit::jpegPhoto({1920, 1000}));
+    open("Photo Manager");
+    tapRow(1);
+    {
+        const kit::HeldPictures pictures;
+        softKey(0);
+        const int waiting = picturePending();
+        softKey(0);
+        EXPECT_EQ(picturePending(), waiting) << "it is read once";
+    }
     EXPECT_TRUE(arePicturesRead());
     kit::settle();
     EXPECT_EQ(top(), "dlgImagePreview");

@@ -11,10 +11,10 @@ namespace {
 class MediaUsb : public MediaManagerTest
 {
 protected:
-    void plug()
+    void plug(STORAGE_TYPE type = STORAGE_USB)
     {
         QDir(m_disks.path()).mkpath("stick");
-        EXPECT_FALSE(storageWorldPlug(STORAGE_USB, m_disks.filePath("stick")).isEmpty());
+        EXPECT_FALSE(storageWorldPlug(type, m_disks.filePath("stick")).isEmpty());
         kit::settle();
     }
     QDialog* openUsb(const char* name)
@@ -70,6 +70,18 @@ TEST_F(MediaUsb, EachKindOfMediaHasItsOwnPage)
         leave(shown);
         EXPECT_EQ(kit::windows().first(), page);
     }
+}
+
+TEST_F(MediaUsb, ACardAloneIsADiskToo)
+{
+    kit::holdClocks(false);
+    plug(STORAGE_SD);
+    const kit::BoxAnswers boxes;
+    QDialog* shown = openUsb("Photo Manager");
+    EXPECT_EQ(boxes.texts(), QStringList());
+    ASSERT_NE(shown, page);
+    EXPECT_STREQ(shown->metaObject()->className(), "dlgImageImport");
+    leave(shown);
 }
 
 TEST_F(MediaUsb, ARingToneIsSilentBeforeTheDiskIsBrowsed)

@@ -1,3 +1,4 @@
+#include "host/services/pictures/pictureService.h"
 #include "host/services/players/speaker.h"
 #include "media/imagePreview.h"
 #include "media/mediaShows.h"
@@ -168,6 +169,17 @@ TEST_F(PicturePreview, AnOversizedOneSaysSoInTheLabel)
     EXPECT_TRUE(label.isVisible());
 }
 
+TEST_F(PicturePreview, OneThatTakesTooLongSaysThatItIsOversized)
+{
+    writeFile("/rundata/a.png", kit::pngOfOneColour({6000, 4000}));
+    tagPictureLimits limits;
+    limits.nCpuMs = 5;
+    PictureService::instance().setLimits(limits);
+    start("/rundata/a.png");
+    PictureService::instance().setLimits(tagPictureLimits());
+    EXPECT_EQ(label.text(), "Image is oversized!");
+}
+
 TEST_F(PicturePreview, ADamagedOneSaysSoInTheLabel)
 {
     writeFile("/rundata/a.jpg", "no picture");
@@ -292,6 +304,17 @@ TEST_F(SoundPreview, ThePhoneIsAsLoudAsItsRingWhileItPlays)
     EXPECT_EQ(dev_get_output_volume(), 35);
     preview->stopPreview();
     EXPECT_EQ(dev_get_output_volume(), 60);
+}
+
+TEST_F(SoundPreview, AToneIsNeverHeardAtAnotherVolume)
+{
+    dev_set_output_volume(60);
+    make(0);
+    mark();
+    preview->startPreview("/phone/a.wav");
+    preview->stopPreview();
+    EXPECT_EQ(loggedInOrder({"volume", "ring"}),
+              QStringList({"volume 35", "ring /phone/a.wav 1", "ring stop", "volume 60"}));
 }
 
 TEST_F(SoundPreview, WithoutAStoredVolumeItIsTwenty)

@@ -10,6 +10,24 @@
 
 namespace {
 
+QList<unsigned> s_posted;
+
+} // namespace
+
+extern "C" int __real__Z18msgPostMsgToThreadP12chThreadBasejjj(chThreadBase* thread, unsigned message,
+                                                               unsigned wParam, unsigned lParam);
+extern "C" int __wrap__Z18msgPostMsgToThreadP12chThreadBasejjj(chThreadBase* thread, unsigned message,
+                                                               unsigned wParam, unsigned lParam);
+
+int __wrap__Z18msgPostMsgToThreadP12chThreadBasejjj(chThreadBase* thread, unsigned message, unsigned wParam,
+                                                    unsigned lParam)
+{
+    s_posted.append(message);
+    return __real__Z18msgPostMsgToThreadP12chThreadBasejjj(thread, message, wParam, lParam);
+}
+
+namespace {
+
 class Surface : public videoAssistant
 {
 public:
@@ -155,6 +173,15 @@ TEST_F(VideoSurface, TearingDownGivesTheSurfaceUpAndBringsTheSoundBack)
     EXPECT_EQ(movie->messages(), QList<unsigned>{0x110006});
     EXPECT_EQ(dev_get_output_mute(), 0);
     EXPECT_EQ(dev_get_output_volume(), 30);
+}
+
+TEST_F(VideoSurface, TheSessionEndsBeforeThePlayerStops)
+{
+    startPlayers();
+    videoAssistant surface(1, nullptr);
+    s_posted.clear();
+    surface.DestructRes();
+    EXPECT_EQ(s_posted, QList<unsigned>({0x70002, 0x110006}));
 }
 
 TEST_F(VideoSurface, TearingDownTwiceDoesNothingTheSecondTime)

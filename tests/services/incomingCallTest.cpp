@@ -142,9 +142,10 @@ TEST_F(IncomingCall, WhoIsNotToBeDisturbedMissesIt)
 TEST_F(IncomingCall, TheAnalogueLineHasASettingOfItsOwn)
 {
     phoneSimulation::instance()->setPstn(1);
+    writeFile(kUserFile, "");
     doNotDisturb::setOn(true);
     ring("1", PHONE_LINE_PSTN);
-    EXPECT_EQ(calls().size(), 1) << "without effect on it";
+    EXPECT_EQ(calls().size(), 1) << "without effect on it while nothing is set";
     nuxSetRegistryInt(kUserFile, "DND", "bEffectPstn", 1);
     ring("2", PHONE_LINE_PSTN);
     EXPECT_EQ(calls().size(), 1);

@@ -1,21 +1,46 @@
 // The page "Screen Saver": times, kind, and the wallpaper that shows as it is chosen.
 #include "frame/roomHooks.h"
+#include "host/services/system/hostLog.h"
 #include "settings/personal/dlgScreenSaver.h"
 #include "support/host/combo.h"
 #include "support/host/desktop.h"
 #include "support/host/image.h"
 #include "support/host/picture.h"
 #include "support/host/text.h"
+#include "tests/kit/heldPictures.h"
 #include "tests/kit/kitTime.h"
+#include "tests/kit/plain/pictureFiles.h"
 #include "tests/settings_personal/personalPageTest.h"
 #include <QAbstractItemView>
 #include <QBuffer>
 #include <QFile>
 #include <QLabel>
+#include <algorithm>
 
 namespace {
 
 int s_bSignage = 0;
+qsizetype s_nBroadcastsAtWallpaper = -1;
+
+qsizetype broadcasts()
+{
+    const QList<tagLogEntry> log = hostLogFrom(1);
+    return std::count_if(log.begin(), log.end(),
+                         [](const tagLogEntry& entry) { return entry.strKind == "broadcast"; });
+}
+
+} // namespace
+
+extern "C" void __real__Z20desktop_SetWallPaperPKc(const char* path);
+extern "C" void __wrap__Z20desktop_SetWallPaperPKc(const char* path);
+
+void __wrap__Z20desktop_SetWallPaperPKc(const char* path)
+{
+    s_nBroadcastsAtWallpaper = broadcasts();
+    __real__Z20desktop_SetWallPaperPKc(path);
+}
+
+namespace {
 
 class ScreenSaverPage : public PersonalPageTest
 {
@@ -27,7 +52,7 @@ protected:
         roomHooks().isNdeckEnable = [] { return s_bSignage; };
         writeFile(
             "/phone/resource/mediafile.xml",
-            "<MediaFile><wallpaper filter=\"*.png\"><filelist>"
+            "<MediaFile><wallpaper filter=\"*.png;*.jpg\"><filelist>"
             "<item path=\"/rundata/media/wallpaper\" shortname=\"\"/></filelist></wallpaper></MediaFile>");
         paint("a-red", Qt::red);
         paint("b-green", Qt::green);
@@ -61,21 +86,6 @@ protected:
                                  sleep + "\n[Theme]\nstrWallpaper=" + wallpaper + "\n");
     }
     void openPage() { open("Screen Saver"); }
-
-    // A box is answered in time that runs.
-    void expectFailedSave()
-    {
-        const kit::RunningClocks running;
-        PageTest::expectFailedSave(USER_FILE);
-    }
-    // Of a phone without the manager's page, which says so.
-    void openManager()
-    {
-        const kit::RunningClocks running;
-        kit::BoxAnswers boxes({"ok"});
-        softKey(1);
-        EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
-    }
 
     QComboBox* pictures() const { return child<QComboBox>("cmbBoxPic"); }
     QLabel* preview() const { return child<QLabel>("labShowPic"); }
@@ -156,6 +166,31 @@ TEST_F(ScreenSaverPage, OfANewPhoneThatPictureIsTheFactorys)
     page = &made;
     EXPECT_EQ(pictures()->itemText(0), "wallpaper.jpg");
     EXPECT_EQ(preview()->pixmap().size(), QSize(300, 180)) << "there at once";
+}
+
+TEST_F(ScreenSaverPage, OpensWithoutAPictureThatTheCheckRefuses)
+{
+    QImage wide(1921, 100, QImage::Format_RGB32);
+    wide.fill(Qt::red);
+    ASSERT_TRUE(wide.save(hostPath("/rundata/media/wallpaper/wide.jpg")));
+    store("120", "1", "600", "/rundata/media/wallpaper/wide.jpg");
+    dlgScreenSaver made(nullptr, nullptr);
+    made.show();
+    page = &made;
+    EXPECT_FALSE(shown().isValid());
+}
+
+TEST_F(ScreenSaverPage, AStoredPictureThatComesLateDoesNotCoverAnotherChoice)
+{
+    writeFile(path("b-green"), kit::pngOfOneColour({4000, 3000}));
+    {
+        const kit::HeldPictures pictures;
+        openPage();
+        choose("cmbBoxPic", path("c-blue"));
+    }
+    EXPECT_NE(shown(), QColor(Qt::black));
+    kit::stepTime(200);
+    EXPECT_EQ(shown(), QColor(Qt::blue));
 }
 
 TEST_F(ScreenSaverPage, AnotherPictureIsPreviewedAMomentLater)
@@ -257,6 +292,17 @@ TEST_F(ScreenSaverPage, SaveStoresAllAndTellsOnce)
     expectChangesTold({"17 0"});
 }
 
+TEST_F(ScreenSaverPage, TheHomeScreenTakesTheWallpaperBeforeAnybodyIsTold)
+{
+    openPage();
+    choose("cmbBoxPic", path("c-blue"));
+    const qsizetype before = broadcasts();
+    s_nBroadcastsAtWallpaper = -1;
+    expectSaved();
+    EXPECT_EQ(s_nBroadcastsAtWallpaper, before);
+    EXPECT_EQ(broadcasts(), before + 1);
+}
+
 TEST_F(ScreenSaverPage, AnUnchangedSaveTellsNobody)
 {
     openPage();
@@ -305,7 +351,7 @@ TEST_F(ScreenSaverPage, AFullDiskIsToldAndKeepsWhatWasChosen)
     openPage();
     choose("cmbBoxPic", path("c-blue"));
     choose("cmbBoxScreenSaver", "600");
-    expectFailedSave();
+    expectFullDiskTold();
     expectChangesTold({});
     EXPECT_EQ(chosen("cmbBoxPic"), path("c-blue").toStdString());
     EXPECT_EQ(chosen("cmbBoxScreenSaver"), "600");
@@ -353,7 +399,7 @@ TEST_F(ScreenSaverPage, TheManagerIsOpenedAndTheChosenPictureIsChosenAfterIt)
     openPage();
     EXPECT_EQ(getScreenSaverDlg(), page);
     choose("cmbBoxPic", path("c-blue"));
-    openManager();
+    askForManager();
     EXPECT_FALSE(traces().filter("settingOpenPage(Wallpaper Manager)").isEmpty());
     QFile::remove(hostPath(path("a-red")));
     roomHooks().reloadWallPaper();
@@ -372,7 +418,7 @@ TEST_F(ScreenSaverPage, AWallpaperThatWasDeletedGivesWayToTheFirst)
 {
     openPage();
     GetImageManager()->AddNode(path("b-green"), 1);
-    openManager();
+    askForManager();
     QFile::remove(hostPath(path("b-green")));
     store("120", "1", "600", path("c-blue")); // as the manager does
     roomHooks().reloadWallPaper();
@@ -390,6 +436,20 @@ TEST_F(ScreenSaverPage, AWallpaperThatWasDeletedGivesWayToTheFirst)
     kit::waitUntil([] { return picturePending() == 0; });
     EXPECT_EQ(preview()->pixmap().toImage().pixelColor(5, 5), QColor(Qt::red))
         << "the first is the saved one";
+}
+
+TEST_F(ScreenSaverPage, AfterADeletedWallpaperBackRestoresTheFirst)
+{
+    openPage();
+    askForManager();
+    QFile::remove(hostPath(path("b-green")));
+    roomHooks().reloadWallPaper();
+    choose("cmbBoxPic", path("c-blue"));
+    kit::stepTime(200);
+    ASSERT_EQ(shown(), QColor(Qt::blue));
+    back();
+    kit::stepTime(200);
+    EXPECT_EQ(preview()->pixmap().toImage().pixelColor(5, 5), QColor(Qt::red));
 }
 
 TEST_F(ScreenSaverPage, AManagerThatWasNotOpenedFromHereChangesNoChoice)
