@@ -18,6 +18,7 @@
 #include <QLineF>
 #include <QPainter>
 #include <QTimer>
+#include <memory>
 
 namespace {
 
@@ -76,10 +77,12 @@ TEST_F(CallScreen, ThePictureOfAContactComesAMomentLater)
     writeFile("/rundata/data/contactData.xml",
               "<contactData><group name=\"A\"><contact name=\"Ann\" number=\"4711\" "
               "sImagePath=\"/rundata/data/ann.png\"/></group></contactData>");
+    auto pictures = std::make_unique<kit::HeldPictures>();
     dial("4711");
     const auto* place = screen()->findChild<roundPicture*>("labPicture");
     const QImage nobody = place->picture().toImage();
     EXPECT_FALSE(nobody.isNull());
+    pictures.reset();
     EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 60000));
     EXPECT_NE(place->picture().toImage(), nobody);
     EXPECT_EQ(place->picture().size(), QSize(126, 126));
