@@ -38,16 +38,14 @@ std::string contentOf(const chString& name)
 // What is on the disk is what the schedule asks for.
 bool isInUse(const nDeckLayout& layout)
 {
-    const nDeckFileManager& files = GetNDeckFileManager();
-    return files.IsFileExistByList(layout.GetName(), layout.GetMd5(), files.GetFileList());
+    return GetNDeckFileManager().IsFileKnown(layout.GetName(), layout.GetMd5());
 }
 
 // Of a layout whose file may not be in use yet.
 std::string waitingContent(const _nDeckLayoutNode& node)
 {
-    const nDeckNodeList& known = GetNDeckFileManager().GetFileList();
     const chString waiting = node.file + NDECK_WAITING;
-    const bool isWaiting = GetNDeckFileManager().IsFileExistByList(waiting, node.md5, known);
+    const bool isWaiting = GetNDeckFileManager().IsFileKnown(waiting, node.md5);
     return contentOf(isWaiting ? waiting : node.file);
 }
 
@@ -142,8 +140,12 @@ void nDeckDisplay::LoadNextReadyLayout()
         UpdateDisplay(&m_frame);
         return;
     }
+    if (!nDeckKeepsShow()) {
+        SetCurrentLayout(FindNextReady());
+        return;
+    }
     ReadLateLayouts();
-    SetCurrentLayout(nDeckKeepsShow() ? FindNextComplete() : FindNextReady());
+    SetCurrentLayout(FindNextComplete());
 }
 
 // Where a show is kept, a frame may be taken up before all its layouts have come.

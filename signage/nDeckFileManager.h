@@ -41,6 +41,8 @@ public:
     DisplayFrame& GetDisplayFrame() { return m_frame; }
     // Whether the list proves that the file is in the folder with that content, in use or waiting.
     bool IsFileHere(const chString& name, const chString& md5) const;
+    // Whether the list has a record of that path and content; a waiting file's path ends with NDECK_WAITING.
+    bool IsFileKnown(const chString& path, const chString& md5) const { return m_book.IsKnown(path, md5); }
     // Whether a file of that name is in use, or waits and will be with the next layout.
     bool IsFileAtHand(const chString& name) const;
 

@@ -28,6 +28,27 @@ protected:
         enter();
         select("film.mp4");
     }
+    void plugSecondStick() const
+    {
+        QDir().mkpath(secondStick());
+        EXPECT_EQ(storageWorldPlug(STORAGE_USB, secondStick()), "/storage/uDisk2");
+    }
+    // Imports the row that is chosen; the stick is pulled in the middle. What the boxes then say.
+    Texts importAndPull(const std::function<void()>& whilePulled = [] {})
+    {
+        HeldWrites writes;
+        whenUp(kBox, [&] {
+            EXPECT_TRUE(kit::waitUntil([&] { return writes.isHeld(); }));
+            pull();
+            kit::settle();
+            whilePulled();
+            writes.release();
+        });
+        const kit::BoxAnswers boxes({"ok"});
+        softKey(1);
+        kit::settle();
+        return boxes.texts();
+    }
     static QWidget* top() { return kit::windows().value(0); }
     static bool isUp(const char* name) { return top() && top()->objectName() == name; }
     bool isThere() const { return has("/rundata/media/video/film.mp4"); }
@@ -178,42 +199,22 @@ TEST_F(ImportProgress, AFailureAfterACancelIsToldAgain)
 
 TEST_F(ImportProgress, TheStickOfTheSecondImportIsTheOneThatEndsIt)
 {
-    QDir().mkpath(secondStick());
-    QFile::copy(stick() + "/other.mp4", secondStick() + "/other.mp4");
-    storageWorldPlug(STORAGE_USB, secondStick());
+    plugSecondStick();
+    ASSERT_TRUE(QFile::copy(stick() + "/other.mp4", secondStick() + "/other.mp4"));
     open<dlgVideoImport>("video");
     enter("/storage/uDisk2");
     EXPECT_EQ(import("other.mp4"), Texts{"Successful loading!"});
     enter();
     select("film.mp4");
-    HeldWrites writes;
-    whenUp(kBox, [&] {
-        EXPECT_TRUE(kit::waitUntil([&] { return writes.isHeld(); }));
-        pull();
-        kit::settle();
-        writes.release();
-    });
-    const kit::BoxAnswers boxes({"ok"});
-    softKey(1);
-    EXPECT_EQ(boxes.texts(), Texts{"Loading fail!"});
+    EXPECT_EQ(importAndPull(), Texts{"Loading fail!"});
     EXPECT_EQ(filesThere(), Texts{"other.mp4"});
 }
 
 TEST_F(ImportProgress, AStickThatIsPulledEndsItWithItsWordsAndThenThePage)
 {
     openFilms();
-    HeldWrites writes;
-    whenUp(kBox, [&] {
-        EXPECT_TRUE(kit::waitUntil([&] { return writes.isHeld(); }));
-        pull();
-        kit::settle();
-        EXPECT_TRUE(isUp(kBox)) << "until the copy has ended";
-        writes.release();
-    });
-    const kit::BoxAnswers boxes({"ok"});
-    softKey(1);
-    kit::settle();
-    EXPECT_EQ(boxes.texts(), Texts{"Loading fail!"});
+    const Texts said = importAndPull([] { EXPECT_TRUE(isUp(kBox)) << "until the copy has ended"; });
+    EXPECT_EQ(said, Texts{"Loading fail!"});
     EXPECT_EQ(filesThere(), Texts());
     EXPECT_EQ(page, nullptr);
     EXPECT_TRUE(kit::windows().isEmpty());
@@ -221,8 +222,7 @@ TEST_F(ImportProgress, AStickThatIsPulledEndsItWithItsWordsAndThenThePage)
 
 TEST_F(ImportProgress, AnotherStickThatIsPulledEndsNothing)
 {
-    QDir().mkpath(secondStick());
-    storageWorldPlug(STORAGE_USB, secondStick());
+    plugSecondStick();
     openFilms();
     HeldWrites writes;
     whenUp(kBox, [&] {
@@ -238,18 +238,9 @@ TEST_F(ImportProgress, AnotherStickThatIsPulledEndsNothing)
 
 TEST_F(ImportProgress, AStickPulledWithAnotherLeftLeadsBackToTheList)
 {
-    QDir().mkpath(secondStick());
-    storageWorldPlug(STORAGE_USB, secondStick());
+    plugSecondStick();
     openFilms();
-    HeldWrites writes;
-    whenUp(kBox, [&] {
-        pull();
-        kit::settle();
-        writes.release();
-    });
-    const kit::BoxAnswers boxes({"ok"});
-    softKey(1);
-    EXPECT_EQ(boxes.texts(), Texts{"Loading fail!"});
+    EXPECT_EQ(importAndPull(), Texts{"Loading fail!"});
     EXPECT_STREQ(view->GetCurPath().GetText(), "/storage");
     EXPECT_EQ(rows(), Texts{"SECOND"});
 }
