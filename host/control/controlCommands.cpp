@@ -1,12 +1,11 @@
 #include "host/control/controlCommands.h"
+#include "host/control/callCommands.h"
 #include "host/control/inputInjector.h"
 #include "host/control/screenTree.h"
 #include "host/control/waiting.h"
 #include "host/control/worldCommands.h"
 #include "host/screen/screenState.h"
 #include "host/screen/windowStack.h"
-#include "host/services/phone/phoneService.h"
-#include "host/services/phone/phoneSimulation.h"
 #include "host/services/pictures/imageCache.h"
 #include "host/services/system/hostLog.h"
 #include "support/host/message.h"
@@ -106,24 +105,6 @@ void memory(const QStringList&, const Reply& reply)
                       {"pictures", double(ImageCache::instance().bytes())}});
 }
 
-// An incoming call of the simulated world.
-void ring(const QStringList& arguments, const Reply& reply)
-{
-    bool isIndex = false;
-    const bool isPstn = arguments.value(1) == "pstn";
-    const int line = isPstn ? int(PHONE_LINE_PSTN) : arguments.value(1, "0").toInt(&isIndex);
-    phoneService::instance().backend();
-    phoneSimulation* simulation = phoneSimulation::instance();
-    if (!isIndex && !isPstn)
-        reply(controlUsage("ring NUMBER [LINE|pstn] [NAME]"));
-    else if (!simulation)
-        reply(controlError("the phone has a real line service"));
-    else if (!simulation->ring(arguments[0], line, arguments.value(2)))
-        reply(controlError("no such line or number"));
-    else
-        reply(controlDone());
-}
-
 // Whoever looks again and again saves the phone the work of packing the picture.
 const char* pictureFormat(const QString& file)
 {
@@ -218,7 +199,9 @@ const Command kCommands[] = {
     {"shot", 1, 1, shot, "shot FILE"},
     {"log", 0, 1, log, "log [N]"},
     {"set", 2, 8, controlSet, "set line|net|pstn|calls|upgrading|clock|storage|idle|language ..."},
-    {"ring", 1, 3, ring, "ring NUMBER [LINE|pstn] [NAME]"},
+    {"ring", 1, 12, controlRing, CONTROL_RING_FORM},
+    {"calls", 0, 0, controlCalls, "calls"},
+    {"other-side", 2, 2, controlOtherSide, CONTROL_OTHER_SIDE_FORM},
     {"post", 4, 5, post, "post THREAD MESSAGE WPARAM LPARAM [HEX]"},
     {"config", 3, 4, config, "config FILE SECTION KEY [VALUE]"},
     {"wait", 2, 3, controlWait, "wait page CLASS MS | wait idle MS"},

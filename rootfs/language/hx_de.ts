@@ -1240,5 +1240,13 @@
         <source>Please input the phone number:</source>
         <translation>Bitte die Rufnummer eingeben:</translation>
     </message>
+    <message>
+        <source>No line is free</source>
+        <translation>Es ist keine Leitung frei</translation>
+    </message>
+    <message>
+        <source>This cannot be dialled</source>
+        <translation>Das kann nicht gewählt werden</translation>
+    </message>
 </context>
 </TS>

@@ -1240,5 +1240,13 @@
         <source>Please input the phone number:</source>
         <translation>Introduzca el número de teléfono:</translation>
     </message>
+    <message>
+        <source>No line is free</source>
+        <translation>Ninguna línea está libre</translation>
+    </message>
+    <message>
+        <source>This cannot be dialled</source>
+        <translation>No se puede marcar</translation>
+    </message>
 </context>
 </TS>

@@ -1240,5 +1240,13 @@
         <source>Please input the phone number:</source>
         <translation>Saisissez le numéro :</translation>
     </message>
+    <message>
+        <source>No line is free</source>
+        <translation>Aucune ligne n’est libre</translation>
+    </message>
+    <message>
+        <source>This cannot be dialled</source>
+        <translation>Ce numéro ne peut pas être composé</translation>
+    </message>
 </context>
 </TS>

@@ -1240,5 +1240,13 @@
         <source>Please input the phone number:</source>
         <translation>请输入电话号码：</translation>
     </message>
+    <message>
+        <source>No line is free</source>
+        <translation>没有空闲线路</translation>
+    </message>
+    <message>
+        <source>This cannot be dialled</source>
+        <translation>无法拨打此号码</translation>
+    </message>
 </context>
 </TS>

@@ -149,9 +149,91 @@ TEST_F(IncomingCall, TheAnalogueLineHasASettingOfItsOwn)
     nuxSetRegistryInt(kUserFile, "DND", "bEffectPstn", 1);
     ring("2", PHONE_LINE_PSTN);
     EXPECT_EQ(calls().size(), 1);
-    doNotDisturb::setOn(false);
+    phoneService::instance().hangUp(calls()[0].nId);
     ring("3", PHONE_LINE_PSTN);
-    EXPECT_EQ(calls().size(), 2);
+    EXPECT_EQ(calls().size(), 0);
+    doNotDisturb::setOn(false);
+    ring("4", PHONE_LINE_PSTN);
+    EXPECT_EQ(calls().size(), 1);
+}
+
+TEST_F(IncomingCall, WhoIsTalkedToIsHeldMutedAndHearsTones)
+{
+    ring("4711");
+    const int id = calls()[0].nId;
+    callRules& rules = phoneService::instance().rules();
+    EXPECT_TRUE(rules.answer(id));
+    EXPECT_TRUE(rules.setHeld(id, true));
+    EXPECT_FALSE(rules.setHeld(id, true)) << "it is held already";
+    EXPECT_TRUE(calls()[0].bHeld);
+    EXPECT_TRUE(rules.setHeld(id, false));
+    EXPECT_FALSE(calls()[0].bHeld);
+    EXPECT_TRUE(rules.setMuted(id, true));
+    EXPECT_TRUE(calls()[0].bMuted);
+    EXPECT_TRUE(rules.sendTones(id, "12#"));
+    EXPECT_EQ(calls()[0].strTones, "12#");
+    EXPECT_TRUE(phoneSimulation::instance()->holdFromOutside(id, true));
+    EXPECT_FALSE(phoneSimulation::instance()->holdFromOutside(id, true));
+    EXPECT_TRUE(calls()[0].bRemoteHeld);
+    EXPECT_EQ(heard.last().bRemoteHeld, true);
+    EXPECT_TRUE(rules.transfer(id, "600"));
+    EXPECT_EQ(heard.last().eEnd, CALL_TRANSFERRED);
+    EXPECT_EQ(heard.last().strTarget, "600");
+    EXPECT_TRUE(calls().isEmpty());
+    EXPECT_EQ(phoneSimulation::instance()->endedCalls()[0].strTones, "12#");
+}
+
+TEST_F(IncomingCall, EachEndsAsItDid)
+{
+    callRules& rules = phoneService::instance().rules();
+    ring("1");
+    rules.decline(calls()[0].nId);
+    ring("2");
+    rules.forward(calls()[0].nId, "600");
+    ring("3");
+    phoneSimulation::instance()->hangUpFromOutside(calls()[0].nId);
+    ring("4");
+    rules.answer(calls()[0].nId);
+    phoneSimulation::instance()->hangUpFromOutside(calls()[0].nId);
+    ring("5");
+    kit::stepTime(61000);
+    QList<int> ends;
+    for (const tagCall& call : phoneSimulation::instance()->endedCalls().mid(0, 5))
+        ends.prepend(call.eEnd);
+    EXPECT_EQ(ends, (QList<int>{CALL_DECLINED, CALL_FORWARDED, CALL_MISSED, CALL_HUNG_UP, CALL_MISSED}));
+    EXPECT_FALSE(phoneSimulation::instance()->hangUpFromOutside(1 << 20));
+}
+
+TEST_F(IncomingCall, WhoHidesTheNumberNeedsNone)
+{
+    tagCaller caller;
+    EXPECT_FALSE(phoneSimulation::instance()->ringFrom(caller));
+    caller.bAnonymous = true;
+    caller.bVideo = true;
+    EXPECT_TRUE(phoneSimulation::instance()->ringFrom(caller));
+    EXPECT_TRUE(calls()[0].bAnonymous);
+    EXPECT_FALSE(calls()[0].bVideo) << "not before both want it";
+    phoneService::instance().answer(calls()[0].nId);
+    EXPECT_TRUE(calls()[0].bVideo);
+    EXPECT_EQ(calls()[0].options.nFrameRate, 30);
+}
+
+TEST_F(IncomingCall, WhatIsSentToAnotherLineOfThePhoneComesBack)
+{
+    for (int line = 0; line < 2; ++line) {
+        tagLineSetting setting;
+        setting.state = LINE_REGISTERED;
+        setting.user = QString("100%1").arg(line + 1);
+        setting.server = "pbx.test";
+        phoneSimulation::instance()->setLine(line, setting);
+    }
+    ring("4711", 0);
+    EXPECT_TRUE(phoneService::instance().rules().forward(calls()[0].nId, "1002"));
+    kit::settle();
+    ASSERT_EQ(calls().size(), 1);
+    EXPECT_EQ(calls()[0].nAccount, 1);
+    EXPECT_EQ(calls()[0].strNumber, "4711");
+    EXPECT_EQ(calls()[0].forwardedBy, QStringList{"1001"});
 }
 
 } // namespace

@@ -39,7 +39,7 @@ int phone_CallNumber(const char* number, int account, int flags)
 {
     const QString dialled = QString::fromUtf8(number);
     hostLog("dial", QString("%1 %2 %3").arg(dialled).arg(account).arg(flags));
-    return backend().dial(dialled, account, flags) != 0;
+    return phoneService::instance().rules().dial(dialled, account) != 0;
 }
 
 int phone_GetCallTotal()

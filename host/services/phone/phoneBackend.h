@@ -1,18 +1,28 @@
 #pragma once
-// What makes the calls: a SIP stack, or the simulation of one. User-interface thread.
+// What makes the calls: a SIP stack, or the simulation of one. It knows no settings but those of the
+// accounts: what becomes of a call is decided by callRules. User-interface thread.
 #include "host/services/phone/tagCall.h"
 #include "support/host/phone.h"
 #include <QList>
 
-// Hears from the backend.
-class phoneEvents
+// Hears what becomes of accounts and calls.
+class phoneNews
 {
 public:
-    virtual ~phoneEvents() = default;
+    virtual ~phoneNews() = default;
     // Anything of the account changed.
     virtual void accountChanged(int index) = 0;
     // A call began, changed or ended; an ended one is gone from calls().
     virtual void callChanged(const tagCall& call) = 0;
+};
+
+// Hears from the backend.
+class phoneEvents : public phoneNews
+{
+public:
+    // A call from outside. It is among calls(), and nobody was told of it: before this returns, one of
+    // ring(), answer(), refuse() and deflect() says what becomes of it.
+    virtual void callArrived(const tagCall& call) = 0;
 };
 
 class HX_HOST_API phoneBackend
@@ -25,13 +35,28 @@ public:
     virtual tagAccountInfo account(int index) const = 0;
     // The account calls go out on; -1 when none is registered.
     virtual int defaultAccount() const = 0;
-    // account: 0 to 3, PHONE_LINE_PSTN, or -1 for the default one; flags as phone_CallNumber. The call's id,
-    // 0 when it was not begun.
-    virtual int dial(const QString& number, int account, int flags) = 0;
-    // False when there is no such call, or it does not wait for that.
-    virtual bool answer(int id) = 0;
-    // Of a call that comes in: declines it. False when there is no such call.
+    // account: 0 to 3, PHONE_LINE_PSTN, or -1 where none is registered. The call's id, 0 when it was not
+    // begun: where there is such a line, a call that has ended tells why.
+    virtual int dial(const QString& number, int account, const tagCallOptions& options) = 0;
+
+    // All of these are false when there is no such call, or it does not wait for that.
+
+    // A call that has arrived rings at both ends.
+    virtual bool ring(int id) = 0;
+    virtual bool answer(int id, const tagCallOptions& options) = 0;
+    // Of a call that comes in: CALL_DECLINED, CALL_BUSY, CALL_DISTURBED or CALL_REJECTED.
+    virtual bool refuse(int id, CALL_END why) = 0;
+    // Of a call that comes in: sends it to another number.
+    virtual bool deflect(int id, const QString& number) = 0;
     virtual bool hangUp(int id) = 0;
+    // The rest: of a call that talks.
+    virtual bool setHeld(int id, bool held) = 0;
+    virtual bool setMuted(int id, bool muted) = 0;
+    // Puts the other side through to the number, without waiting for it: the call is over here.
+    virtual bool transfer(int id, const QString& number) = 0;
+    // One of "0123456789*#ABCD".
+    virtual bool sendTone(int id, QChar tone) = 0;
+
     virtual QList<tagCall> calls() const = 0;
     // As the module sees them; a simulation may count calls that nobody made here.
     virtual int callTotal() const = 0;

@@ -12,8 +12,11 @@ phoneService& phoneService::instance()
 void phoneService::setBackend(std::unique_ptr<phoneBackend> backend)
 {
     m_pBackend = std::move(backend);
-    if (m_pBackend)
-        m_pBackend->start(this);
+    m_pRules.reset();
+    if (!m_pBackend)
+        return;
+    m_pRules = std::make_unique<callRules>(*m_pBackend, *this);
+    m_pBackend->start(m_pRules.get());
 }
 
 phoneBackend& phoneService::backend()
@@ -23,19 +26,10 @@ phoneBackend& phoneService::backend()
     return *m_pBackend;
 }
 
-QList<tagCall> phoneService::calls()
+callRules& phoneService::rules()
 {
-    return backend().calls();
-}
-
-bool phoneService::answer(int id)
-{
-    return backend().answer(id);
-}
-
-bool phoneService::hangUp(int id)
-{
-    return backend().hangUp(id);
+    backend();
+    return *m_pRules;
 }
 
 int phoneService::addCallListener(CallListener listener)

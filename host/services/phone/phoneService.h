@@ -1,14 +1,16 @@
 #pragma once
-// Accounts and calls: passes on what the backend tells to the module and to the call screen, and keeps
-// the history of calls. User-interface thread.
+// Accounts and calls: what the phone's pages and screens do with calls goes through the rules to the backend;
+// what these tell goes to the module and to the call screen, and into the history of calls. User-interface
+// thread.
 #include "host/services/messages/processerBook.h"
+#include "host/services/phone/callRules.h"
 #include "host/services/phone/phoneBackend.h"
 #include <QMap>
 #include <QMutex>
 #include <functional>
 #include <memory>
 
-class HX_HOST_API phoneService : public phoneEvents
+class HX_HOST_API phoneService : public phoneNews
 {
 public:
     static phoneService& instance();
@@ -18,9 +20,11 @@ public:
     void setBackend(std::unique_ptr<phoneBackend> backend);
     phoneBackend& backend();
 
-    QList<tagCall> calls();
-    bool answer(int id);
-    bool hangUp(int id);
+    // What may be done with calls, and what is set for them.
+    callRules& rules();
+    QList<tagCall> calls() { return rules().calls(); }
+    bool answer(int id) { return rules().answer(id); }
+    bool hangUp(int id) { return rules().hangUp(id); }
     // Called with each call that begins, changes or ends. The answer is for removeCallListener.
     using CallListener = std::function<void(const tagCall& call)>;
     int addCallListener(CallListener listener);
@@ -45,6 +49,8 @@ private:
     bool wantsAccount(const tagProcesserRef& processer, int index) const;
     QList<tagProcesserRef> processersFor(int index) const;
 
+    // In this order: the rules hear from the backend until it is gone.
+    std::unique_ptr<callRules> m_pRules;
     std::unique_ptr<phoneBackend> m_pBackend;
     QMap<int, CallListener> m_listeners;
     int m_nLastListener = 0;

@@ -20,16 +20,28 @@ public:
     void setCalls(int total, int talk);
 
     // A call from outside, on a line of 0 to PHONE_ACCOUNT_COUNT - 1, or PHONE_LINE_PSTN where there is that
-    // line; it rings, unless do-not-disturb refuses it. False for a line that is none, and for an empty
-    // number.
+    // line. False for a line that is none, and for a caller without a number who does not hide it.
+    bool ringFrom(const tagCaller& caller);
     bool ring(const QString& number, int line, const QString& name);
+    // What the other side of a call does. False when there is no such call, or it does not wait for that.
+    bool holdFromOutside(int id, bool held) { return m_calls.holdFromOutside(id, held); }
+    bool hangUpFromOutside(int id) { return m_calls.hangUpFromOutside(id); }
+    // The last ones, newest first.
+    QList<tagCall> endedCalls() const { return m_calls.endedCalls(); }
 
     void start(phoneEvents* events) override;
     tagAccountInfo account(int index) const override { return m_accounts.info(index); }
     int defaultAccount() const override { return m_accounts.defaultAccount(); }
-    int dial(const QString& number, int account, int flags) override;
-    bool answer(int id) override { return m_calls.answer(id); }
+    int dial(const QString& number, int account, const tagCallOptions& options) override;
+    bool ring(int id) override { return m_calls.ring(id); }
+    bool answer(int id, const tagCallOptions& options) override { return m_calls.answer(id, options); }
+    bool refuse(int id, CALL_END why) override { return m_calls.refuse(id, why); }
+    bool deflect(int id, const QString& number) override;
     bool hangUp(int id) override { return m_calls.hangUp(id); }
+    bool setHeld(int id, bool held) override { return m_calls.setHeld(id, held); }
+    bool setMuted(int id, bool muted) override { return m_calls.setMuted(id, muted); }
+    bool transfer(int id, const QString& number) override { return m_calls.transfer(id, number); }
+    bool sendTone(int id, QChar tone) override { return m_calls.sendTone(id, tone); }
     QList<tagCall> calls() const override { return m_calls.calls(); }
     int callTotal() const override { return m_nOtherCalls + int(m_calls.calls().size()); }
     bool isInTalk() const override { return m_bOtherTalk || m_calls.isTalking(); }
@@ -39,6 +51,7 @@ public:
 
 private:
     bool isReady(int line) const;
+    int lineOf(const QString& number) const;
 
     phoneEvents* m_pEvents = nullptr;
     simulatedAccounts m_accounts;

@@ -10,48 +10,59 @@ constexpr int kMsInSecond = 1000;
 tagCall simulatedCalls::newCall(const QString& number, int account)
 {
     tagCall call;
-    call.nId = ++m_nLastId;
+    call.nId = callNewId();
     call.strNumber = number;
     call.nAccount = account;
     call.nStartTime = netGetLocalTime();
     return call;
 }
 
-int simulatedCalls::begin(const QString& number, int account)
-{
-    return add(newCall(number, account), RING_MS, &simulatedCalls::answered);
-}
-
-int simulatedCalls::ring(const QString& number, int account, const QString& name)
+int simulatedCalls::begin(const QString& number, int account, const tagCallOptions& options)
 {
     tagCall call = newCall(number, account);
-    call.bIncoming = true;
-    call.strName = name;
-    return add(call, number == kBusyNumber ? RING_MS : CALLER_MS, &simulatedCalls::givenUp);
-}
-
-int simulatedCalls::add(const tagCall& call, int ms, void (simulatedCalls::*then)(int id))
-{
-    m_calls.append({call, QElapsedTimer()});
-    QTimer::singleShot(ms, Qt::PreciseTimer, this, [this, then, id = call.nId] { (this->*then)(id); });
+    call.options = options;
+    call.bAnonymous = options.bAnonymous;
+    // Whoever is called here would like to see and be seen.
+    m_calls.append({call, true, QElapsedTimer()});
+    later(RING_MS, call.nId, &simulatedCalls::answered);
     m_changed(call);
     return call.nId;
 }
 
-void simulatedCalls::refuse(const QString& number, int account, const char* reason)
+void simulatedCalls::arrive(const tagCaller& caller)
 {
-    tagCall call = newCall(number, account);
-    call.eState = CALL_ENDED;
-    call.strReason = reason;
-    m_changed(call);
+    tagCall call = newCall(caller.strNumber, caller.nLine);
+    call.bIncoming = true;
+    call.strName = caller.strName;
+    call.bAnonymous = caller.bAnonymous;
+    call.forwardedBy = caller.forwardedBy;
+    m_calls.append({call, caller.bVideo, QElapsedTimer()});
+    m_arrived(call);
 }
 
-void simulatedCalls::turnAway(const QString& number, int account, const QString& name)
+bool simulatedCalls::ring(int id)
+{
+    const int index = indexOfRinging(id);
+    if (index < 0)
+        return false;
+    const tagCall call = m_calls[index].call;
+    later(call.strNumber == kBusyNumber ? RING_MS : CALLER_MS, id, &simulatedCalls::givenUp);
+    m_changed(call);
+    return true;
+}
+
+void simulatedCalls::later(int ms, int id, void (simulatedCalls::*then)(int id))
+{
+    QTimer::singleShot(ms, Qt::PreciseTimer, this, [this, then, id] { (this->*then)(id); });
+}
+
+void simulatedCalls::fail(const QString& number, int account, const char* reason)
 {
     tagCall call = newCall(number, account);
-    call.bIncoming = true;
-    call.strName = name;
     call.eState = CALL_ENDED;
+    call.eEnd = CALL_FAILED;
+    call.strReason = reason;
+    remember(call);
     m_changed(call);
 }
 
@@ -64,57 +75,163 @@ int simulatedCalls::indexOf(int id) const
     return -1;
 }
 
+// Of a call from outside.
+int simulatedCalls::indexOfRinging(int id) const
+{
+    const int index = indexOf(id);
+    const bool rings =
+        index >= 0 && m_calls[index].call.bIncoming && m_calls[index].call.eState == CALL_RINGING;
+    return rings ? index : -1;
+}
+
+tagCall* simulatedCalls::talkingCall(int id)
+{
+    const int index = indexOf(id);
+    return index >= 0 && m_calls[index].call.eState == CALL_TALKING ? &m_calls[index].call : nullptr;
+}
+
 void simulatedCalls::answered(int id)
 {
     const int index = indexOf(id);
     if (index < 0)
         return;
-    if (m_calls[index].call.strNumber == kBusyNumber) {
-        end(index, "Busy");
-        return;
-    }
-    talk(index);
+    if (m_calls[index].call.strNumber == kBusyNumber)
+        end(index, CALL_FAILED, "Busy");
+    else
+        talk(index);
 }
 
 void simulatedCalls::givenUp(int id)
 {
-    const int index = indexOf(id);
-    if (index >= 0 && m_calls[index].call.eState == CALL_RINGING)
-        end(index, "");
+    const int index = indexOfRinging(id);
+    if (index >= 0)
+        end(index, CALL_MISSED);
 }
 
 void simulatedCalls::talk(int index)
 {
-    m_calls[index].call.eState = CALL_TALKING;
-    m_calls[index].talking.start();
-    m_changed(shown(m_calls[index]));
+    tagLiveCall& live = m_calls[index];
+    live.call.eState = CALL_TALKING;
+    live.call.bVideo = live.bWantsVideo && live.call.options.bVideo;
+    live.talking.start();
+    m_changed(shown(live));
 }
 
-bool simulatedCalls::answer(int id)
+bool simulatedCalls::answer(int id, const tagCallOptions& options)
 {
-    const int index = indexOf(id);
-    const bool rings =
-        index >= 0 && m_calls[index].call.bIncoming && m_calls[index].call.eState == CALL_RINGING;
-    if (rings)
-        talk(index);
-    return rings;
+    const int index = indexOfRinging(id);
+    if (index < 0)
+        return false;
+    m_calls[index].call.options = options;
+    talk(index);
+    return true;
+}
+
+bool simulatedCalls::refuse(int id, CALL_END why)
+{
+    const int index = indexOfRinging(id);
+    return index >= 0 && end(index, why);
+}
+
+bool simulatedCalls::deflect(int id, const QString& number)
+{
+    const int index = indexOfRinging(id);
+    if (index < 0)
+        return false;
+    m_calls[index].call.strTarget = number;
+    return end(index, CALL_FORWARDED);
 }
 
 bool simulatedCalls::hangUp(int id)
 {
     const int index = indexOf(id);
-    if (index >= 0)
-        end(index, "");
-    return index >= 0;
+    return index >= 0 && end(index, indexOfRinging(id) < 0 ? CALL_HUNG_UP : CALL_DECLINED);
 }
 
-void simulatedCalls::end(int index, const char* reason)
+bool simulatedCalls::hangUpFromOutside(int id)
+{
+    const int index = indexOf(id);
+    return index >= 0 && end(index, indexOfRinging(id) < 0 ? CALL_HUNG_UP : CALL_MISSED);
+}
+
+bool simulatedCalls::tell(int id)
+{
+    m_changed(shown(m_calls[indexOf(id)]));
+    return true;
+}
+
+bool simulatedCalls::setHeld(int id, bool held)
+{
+    tagCall* call = talkingCall(id);
+    if (!call || call->bHeld == held)
+        return false;
+    call->bHeld = held;
+    return tell(id);
+}
+
+bool simulatedCalls::holdFromOutside(int id, bool held)
+{
+    tagCall* call = talkingCall(id);
+    if (!call || call->bRemoteHeld == held)
+        return false;
+    call->bRemoteHeld = held;
+    return tell(id);
+}
+
+bool simulatedCalls::setMuted(int id, bool muted)
+{
+    tagCall* call = talkingCall(id);
+    if (!call || call->bMuted == muted)
+        return false;
+    call->bMuted = muted;
+    return tell(id);
+}
+
+bool simulatedCalls::transfer(int id, const QString& number)
+{
+    tagCall* call = talkingCall(id);
+    if (!call)
+        return false;
+    call->strTarget = number;
+    return end(indexOf(id), CALL_TRANSFERRED);
+}
+
+bool simulatedCalls::sendTone(int id, QChar tone)
+{
+    tagCall* call = talkingCall(id);
+    if (!call)
+        return false;
+    call->strTones += tone;
+    return tell(id);
+}
+
+bool simulatedCalls::end(int index, CALL_END why, const char* reason)
 {
     tagCall call = shown(m_calls[index]);
     m_calls.removeAt(index);
     call.eState = CALL_ENDED;
+    call.eEnd = why;
     call.strReason = reason;
+    remember(call);
     m_changed(call);
+    return true;
+}
+
+void simulatedCalls::remember(const tagCall& call)
+{
+    m_ended.prepend(call);
+    if (m_ended.size() > ENDED_MAX)
+        m_ended.removeLast();
+}
+
+tagCaller simulatedCalls::callerOf(int id) const
+{
+    const int index = indexOf(id);
+    if (index < 0)
+        return tagCaller();
+    const tagLiveCall& live = m_calls[index];
+    return {live.call.strNumber,  live.call.nAccount, live.call.strName,
+            live.call.bAnonymous, live.bWantsVideo,   live.call.forwardedBy};
 }
 
 tagCall simulatedCalls::shown(const tagLiveCall& live)

@@ -8,46 +8,76 @@
 #include <QObject>
 #include <functional>
 
+// A call from outside.
+struct tagCaller
+{
+    QString strNumber; // empty, or one that nobody is to see, for an anonymous caller
+    int nLine = 0;     // 0 to 3, or PHONE_LINE_PSTN
+    QString strName;
+    bool bAnonymous = false;
+    bool bVideo = false;     // wants to be seen
+    QStringList forwardedBy; // as in tagCall
+};
+
 class simulatedCalls : public QObject
 {
 public:
-    // Until the other side answers; until a caller gives up.
-    enum : int { RING_MS = 1500, CALLER_MS = 60000 };
+    // Until the other side answers; until a caller gives up; calls that have ended and are remembered.
+    enum : int { RING_MS = 1500, CALLER_MS = 60000, ENDED_MAX = 32 };
 
-    // changed: told each call that begins, changes or ends.
-    explicit simulatedCalls(std::function<void(const tagCall&)> changed) : m_changed(std::move(changed)) {}
+    using Told = std::function<void(const tagCall&)>;
+    // changed: told each call that begins, changes or ends; arrived: one from outside, before that.
+    simulatedCalls(Told changed, Told arrived) : m_changed(std::move(changed)), m_arrived(std::move(arrived))
+    {
+    }
 
     // The call's id.
-    int begin(const QString& number, int account);
-    // A call that comes from outside.
-    int ring(const QString& number, int account, const QString& name);
+    int begin(const QString& number, int account, const tagCallOptions& options);
+    void arrive(const tagCaller& caller);
     // A call that cannot be begun is told of all the same, with the reason.
-    void refuse(const QString& number, int account, const char* reason);
-    // A call from outside that was refused for the user: told as one that has ended.
-    void turnAway(const QString& number, int account, const QString& name);
-    // False unless the call comes in and rings.
-    bool answer(int id);
+    void fail(const QString& number, int account, const char* reason);
+    // As those of phoneBackend.
+    bool ring(int id);
+    bool answer(int id, const tagCallOptions& options);
+    bool refuse(int id, CALL_END why);
+    bool deflect(int id, const QString& number);
     bool hangUp(int id);
+    bool setHeld(int id, bool held);
+    bool setMuted(int id, bool muted);
+    bool transfer(int id, const QString& number);
+    bool sendTone(int id, QChar tone);
+
+    bool holdFromOutside(int id, bool held);
+    bool hangUpFromOutside(int id);
+    // As the call came in.
+    tagCaller callerOf(int id) const;
     QList<tagCall> calls() const;
+    QList<tagCall> endedCalls() const { return m_ended; }
     bool isTalking() const;
 
 private:
     struct tagLiveCall
     {
         tagCall call;
-        QElapsedTimer talking; // valid from the answer on
+        bool bWantsVideo = false; // the other side
+        QElapsedTimer talking;    // valid from the answer on
     };
 
-    tagCall newCall(const QString& number, int account);
-    int add(const tagCall& call, int ms, void (simulatedCalls::*then)(int id));
+    static tagCall newCall(const QString& number, int account);
+    void later(int ms, int id, void (simulatedCalls::*then)(int id));
     static tagCall shown(const tagLiveCall& live);
     int indexOf(int id) const;
+    int indexOfRinging(int id) const;
+    tagCall* talkingCall(int id);
+    bool tell(int id);
     void answered(int id);
     void givenUp(int id);
     void talk(int index);
-    void end(int index, const char* reason);
+    bool end(int index, CALL_END why, const char* reason = "");
+    void remember(const tagCall& call);
 
-    std::function<void(const tagCall&)> m_changed;
+    Told m_changed;
+    Told m_arrived;
     QList<tagLiveCall> m_calls;
-    int m_nLastId = 0;
+    QList<tagCall> m_ended;
 };

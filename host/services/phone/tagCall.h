@@ -1,10 +1,35 @@
 #pragma once
 // One call, as the phone service reports it.
+#include "support/host/api.h"
 #include <QString>
+#include <QStringList>
 
 enum : int { PHONE_LINE_PSTN = 4 }; // the analogue line, behind those of the accounts
 
 enum CALL_STATE { CALL_RINGING = 0, CALL_TALKING = 1, CALL_ENDED = 2 };
+
+enum CALL_END {
+    CALL_NOT_ENDED,
+    CALL_HUNG_UP,   // by either side, after they talked or while it went out
+    CALL_MISSED,    // it came in, and the caller gave up
+    CALL_DECLINED,  // by the user
+    CALL_BUSY,      // it came in while no other call could
+    CALL_DISTURBED, // refused by do-not-disturb
+    CALL_REJECTED,  // refused since the caller is anonymous
+    CALL_FORWARDED, // to strTarget
+    CALL_TRANSFERRED,
+    CALL_FAILED // strReason tells why
+};
+
+// What goes along with a call from this side.
+struct tagCallOptions
+{
+    bool bAnonymous = false; // the own number is kept back
+    bool bVideo = false;
+    bool bCamera = false; // shows the own picture
+    int nBandwidth = 0;   // kbit/s of video; 0: what the network bears
+    int nFrameRate = 30;  // pictures a second
+};
 
 struct tagCall
 {
@@ -13,8 +38,23 @@ struct tagCall
     QString strName;   // empty when it is not known
     int nAccount = -1; // 0 to 3, or PHONE_LINE_PSTN
     bool bIncoming = false;
+    bool bAnonymous = false;  // the caller, or the user, keeps the number back
+    QStringList forwardedBy;  // numbers whose phones have sent it on to this one, the last one last
+    bool bVideo = false;      // both sides want it
+    tagCallOptions options;   // of this side
+    bool bHeld = false;       // by the user
+    bool bRemoteHeld = false; // by the other side
+    bool bMuted = false;      // the other side does not hear the user
+    QString strTones;         // sent in this call
     CALL_STATE eState = CALL_RINGING;
+    CALL_END eEnd = CALL_NOT_ENDED;
+    QString strTarget;   // of a call that was forwarded or transferred
     long nStartTime = 0; // of dialling, as netGetLocalTime()
     int nSeconds = 0;    // of talking
     QString strReason;   // why it failed, for a person, in English; empty for a call that was hung up
 };
+
+// Nobody here has heard of the caller: he gave up, or was turned away without a ring.
+HX_HOST_API bool callIsMissed(const tagCall& call);
+// For whoever tells of a new call. User-interface thread.
+HX_HOST_API int callNewId();

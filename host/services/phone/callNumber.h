@@ -1,0 +1,15 @@
+#pragma once
+// Numbers and addresses, as they are typed, dialled and compared.
+#include "support/host/phone.h"
+#include <QString>
+
+enum { CALL_NUMBER_MAX = 128 }; // characters
+
+// What is dialled for what was typed or stored: without the blanks, hyphens and brackets that people put
+// between digits. Empty when it could not be dialled: nothing of a number or an address, control characters,
+// quotes, slashes.
+HX_HOST_API QString callNumberOf(const QString& typed);
+// For the screen: without control characters.
+HX_HOST_API QString callTextOf(const QString& received);
+// Whether both name the same person: "sip:" in front does not count, and a host only where both have one.
+HX_HOST_API bool callIsSameNumber(const QString& one, const QString& other);

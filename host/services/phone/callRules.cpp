@@ -1,0 +1,304 @@
+#include "host/services/phone/callRules.h"
+#include "host/services/phone/callNumber.h"
+#include "host/services/phone/doNotDisturb.h"
+#include "support/host/language.h"
+#include "support/host/net.h"
+#include <QTimer>
+#include <algorithm>
+
+namespace {
+
+constexpr int kMsInSecond = 1000;
+
+bool isRingingIn(const tagCall& call)
+{
+    return call.nId && call.bIncoming && call.eState == CALL_RINGING;
+}
+
+tagCall shown(tagCall call)
+{
+    call.strName = callTextOf(call.strName);
+    call.strNumber = callTextOf(call.strNumber);
+    return call;
+}
+
+} // namespace
+
+callRules::callRules(phoneBackend& backend, phoneNews& news) : m_backend(backend), m_news(news) {}
+
+QList<tagCall> callRules::calls() const
+{
+    QList<tagCall> calls = m_backend.calls();
+    for (tagCall& call : calls)
+        call = shown(call);
+    return calls;
+}
+
+tagCall callRules::find(int id) const
+{
+    for (const tagCall& call : m_backend.calls()) {
+        if (call.nId == id)
+            return call;
+    }
+    return tagCall();
+}
+
+bool callRules::rings(int id) const
+{
+    return isRingingIn(find(id));
+}
+
+void callRules::callArrived(const tagCall& call)
+{
+    const int id = call.nId;
+    if (call.bAnonymous && m_settings.line(call.nAccount).bRejectAnonymous) {
+        m_backend.refuse(id, CALL_REJECTED);
+        return;
+    }
+    if (doNotDisturb::refuses(call.nAccount)) {
+        m_backend.refuse(id, CALL_DISTURBED);
+        return;
+    }
+    const bool taken = isTaken(call);
+    QString target = targetFor(call, callSettings::forward(FORWARD_ALWAYS));
+    if (target.isEmpty() && taken)
+        target = targetFor(call, callSettings::forward(FORWARD_BUSY));
+    if (!target.isEmpty())
+        m_backend.deflect(id, target);
+    else if (taken)
+        m_backend.refuse(id, CALL_BUSY);
+    else
+        startRinging(call);
+}
+
+// There is no room for one more call.
+bool callRules::isTaken(const tagCall& call) const
+{
+    int others = 0;
+    bool onPstn = false;
+    for (const tagCall& other : m_backend.calls()) {
+        if (other.nId == call.nId)
+            continue;
+        ++others;
+        onPstn = onPstn || other.nAccount == PHONE_LINE_PSTN;
+    }
+    if (others == 0)
+        return false;
+    // An analogue line carries one call.
+    const bool lineTaken = onPstn && call.nAccount == PHONE_LINE_PSTN;
+    return lineTaken || others >= CALLS_MAX || !m_settings.isWaiting(call.nAccount);
+}
+
+// Empty when the call is not forwarded: nobody is there to do it for an analogue line, and what would come
+// back is not sent.
+QString callRules::targetFor(const tagCall& call, const tagForward& forward) const
+{
+    const QString target = callNumberOf(forward.strTarget);
+    const bool mayLeave = call.nAccount != PHONE_LINE_PSTN && call.forwardedBy.size() < FORWARDS_MAX;
+    return mayLeave && !comesFrom(call, target) ? target : QString();
+}
+
+bool callRules::comesFrom(const tagCall& call, const QString& number) const
+{
+    for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index) {
+        const tagAccountInfo info = m_backend.account(index);
+        const QString user = QString::fromUtf8(info.szUser);
+        if (!user.isEmpty() && callIsSameNumber(user + '@' + QString::fromUtf8(info.szServer), number))
+            return true;
+    }
+    const auto isSame = [&](const QString& other) { return callIsSameNumber(other, number); };
+    return isSame(call.strNumber) || std::any_of(call.forwardedBy.begin(), call.forwardedBy.end(), isSame);
+}
+
+// Of two that are up at once the answer comes first.
+void callRules::startRinging(const tagCall& call)
+{
+    const std::optional<int> answerAfter = callSettings::autoAnswer(call.nAccount);
+    const tagForward forward = callSettings::forward(FORWARD_NO_ANSWER);
+    const QString target = targetFor(call, forward);
+    if (!m_backend.ring(call.nId))
+        return;
+    if (answerAfter)
+        after(*answerAfter, call.nId, &callRules::answerByItself);
+    if (target.isEmpty())
+        return;
+    QTimer::singleShot(forward.nSeconds * kMsInSecond, Qt::PreciseTimer, this, [this, id = call.nId, target] {
+        if (rings(id))
+            m_backend.deflect(id, target);
+    });
+}
+
+void callRules::after(int seconds, int id, void (callRules::*then)(int id))
+{
+    QTimer::singleShot(seconds * kMsInSecond, Qt::PreciseTimer, this,
+                       [this, then, id] { (this->*then)(id); });
+}
+
+// Nobody who talks, or waits for somebody to answer, is interrupted.
+void callRules::answerByItself(int id)
+{
+    for (const tagCall& call : m_backend.calls()) {
+        if (call.nId != id && !isRingingIn(call))
+            return;
+    }
+    answer(id);
+}
+
+bool callRules::answer(int id)
+{
+    const tagCall call = find(id);
+    if (!isRingingIn(call))
+        return false;
+    holdOthers(id);
+    return m_backend.answer(id, m_settings.line(call.nAccount).options);
+}
+
+bool callRules::decline(int id)
+{
+    return rings(id) && m_backend.refuse(id, CALL_DECLINED);
+}
+
+bool callRules::hangUp(int id)
+{
+    return rings(id) ? decline(id) : m_backend.hangUp(id);
+}
+
+bool callRules::forward(int id, const QString& number)
+{
+    const QString target = callNumberOf(m_settings.plan().rewrite(callNumberOf(number)));
+    return rings(id) && !target.isEmpty() && m_backend.deflect(id, target);
+}
+
+bool callRules::setHeld(int id, bool held)
+{
+    if (find(id).eState != CALL_TALKING)
+        return false;
+    if (!held)
+        holdOthers(id);
+    return m_backend.setHeld(id, held);
+}
+
+void callRules::holdOthers(int id)
+{
+    for (const tagCall& call : m_backend.calls()) {
+        if (call.nId != id && call.eState == CALL_TALKING && !call.bHeld)
+            m_backend.setHeld(call.nId, true);
+    }
+}
+
+bool callRules::setMuted(int id, bool muted)
+{
+    return find(id).eState == CALL_TALKING && m_backend.setMuted(id, muted);
+}
+
+bool callRules::transfer(int id, const QString& number)
+{
+    const QString target = callNumberOf(m_settings.plan().rewrite(callNumberOf(number)));
+    return find(id).eState == CALL_TALKING && !target.isEmpty() && m_backend.transfer(id, target);
+}
+
+bool callRules::sendTones(int id, const QString& tones)
+{
+    const auto isTone = [](QChar tone) { return QStringLiteral("0123456789*#ABCD").contains(tone); };
+    if (find(id).eState != CALL_TALKING || tones.isEmpty() ||
+        !std::all_of(tones.begin(), tones.end(), isTone))
+        return false;
+    return std::all_of(tones.begin(), tones.end(), [&](QChar tone) { return m_backend.sendTone(id, tone); });
+}
+
+int callRules::fail(const QString& number, int account, const char* reason)
+{
+    tagCall call;
+    call.nId = callNewId();
+    call.strNumber = number;
+    call.nAccount = account;
+    call.nStartTime = netGetLocalTime();
+    call.eState = CALL_ENDED;
+    call.eEnd = CALL_FAILED;
+    call.strReason = reason;
+    m_news.callChanged(shown(call));
+    return 0;
+}
+
+// The one that the settings make of the one that was asked for.
+int callRules::lineFor(int account) const
+{
+    const int line = account == -1 ? m_backend.defaultAccount() : account;
+    const bool wantsPstn = line == -1 || m_settings.line(line).eMode == CALL_MODE_PSTN;
+    return wantsPstn && m_backend.hasPstn() ? int(PHONE_LINE_PSTN) : line;
+}
+
+int callRules::dial(const QString& number, int account)
+{
+    if (number.trimmed().isEmpty())
+        return 0;
+    const QString dialled = callNumberOf(m_settings.plan().rewrite(callNumberOf(number)));
+    const int line = lineFor(account);
+    if (dialled.isEmpty())
+        return fail(number, line, HX_TR("This cannot be dialled"));
+    const QList<tagCall> calls = m_backend.calls();
+    const bool lineTaken = line == PHONE_LINE_PSTN &&
+                           std::any_of(calls.begin(), calls.end(),
+                                       [](const tagCall& call) { return call.nAccount == PHONE_LINE_PSTN; });
+    if (lineTaken || calls.size() >= CALLS_MAX)
+        return fail(dialled, line, HX_TR("No line is free"));
+    holdOthers(0);
+    return m_backend.dial(dialled, line, m_settings.line(line).options);
+}
+
+void callRules::callChanged(const tagCall& call)
+{
+    if (call.eState == CALL_TALKING && !call.bHeld)
+        holdOthers(call.nId);
+    m_news.callChanged(shown(call));
+    if (call.nId == m_nCodeCall && call.eState == CALL_TALKING)
+        QTimer::singleShot(CODE_TALK_MS, Qt::PreciseTimer, this,
+                           [this, id = call.nId] { m_backend.hangUp(id); });
+    if (call.eState == CALL_ENDED && !m_codes.isEmpty())
+        QTimer::singleShot(0, this, &callRules::dialCodes);
+}
+
+int callRules::TryThreadMessage(msgObject& msg)
+{
+    if (msg.message != CONFIG_MSG_BCAST_CHANGED)
+        return 0;
+    if (msg.wParam == CONFIG_CHANGED_ACCOUNT && msg.lParam < PHONE_ACCOUNT_COUNT)
+        lineChanged(int(msg.lParam));
+    else
+        m_settings.readAgain(msg.wParam);
+    return 0;
+}
+
+// The exchange is told as well, by the codes that are set.
+void callRules::lineChanged(int line)
+{
+    const tagLineCalls before = m_settings.readLineAgain(line);
+    const tagLineCalls& now = m_settings.line(line);
+    if (now.bAnonymous != before.bAnonymous)
+        putCode({line, false, now.bAnonymous ? now.strAnonymousOn : now.strAnonymousOff});
+    if (now.bRejectAnonymous != before.bRejectAnonymous)
+        putCode({line, true, now.bRejectAnonymous ? now.strRejectOn : now.strRejectOff});
+    dialCodes();
+}
+
+// In the place of one that still waits for the same.
+void callRules::putCode(const tagCode& code)
+{
+    m_codes.removeIf(
+        [&](const tagCode& old) { return old.nLine == code.nLine && old.bReject == code.bReject; });
+    if (!code.strNumber.trimmed().isEmpty())
+        m_codes.append(code);
+}
+
+// As they are set: the dial plan is for what people dial.
+void callRules::dialCodes()
+{
+    while (!m_codes.isEmpty() && m_backend.calls().isEmpty()) {
+        const tagCode code = m_codes.takeFirst();
+        const QString number = callNumberOf(code.strNumber);
+        if (number.isEmpty())
+            fail(code.strNumber, code.nLine, HX_TR("This cannot be dialled"));
+        else
+            m_nCodeCall = m_backend.dial(number, code.nLine, tagCallOptions());
+    }
+}

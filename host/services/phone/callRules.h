@@ -1,0 +1,82 @@
+#pragma once
+// What becomes of calls by the settings, between whoever uses the phone and what makes the calls. It needs no
+// screen. User-interface thread.
+//
+// A call that comes in is, in this order: rejected when its caller is anonymous and the line wants that;
+// refused by do-not-disturb; forwarded, when all are; forwarded or busy, when no other call may come; else it
+// rings, and is answered or forwarded when its time is up. Nothing is forwarded to where it came from, or to
+// this phone.
+//
+// A number that goes out is rewritten by the dial plan before a line is chosen. Who talks last talks: the
+// others are put on hold.
+#include "host/services/phone/callSettings.h"
+#include "host/services/phone/phoneBackend.h"
+#include "support/host/message.h"
+#include <QObject>
+
+class HX_HOST_API callRules : public QObject, public phoneEvents, public chMsgProcesser
+{
+public:
+    enum {
+        CALLS_MAX = 4,       // at once, as many as the phone has lines
+        FORWARDS_MAX = 5,    // of one call, by this phone and others
+        CODE_TALK_MS = 3000, // until a code that was dialled for a setting is taken as heard
+    };
+
+    // Both outlive the rules. News hears of every call but those that have not been decided yet.
+    callRules(phoneBackend& backend, phoneNews& news);
+
+    // account: 0 to 3, PHONE_LINE_PSTN, or -1 for the default one. The call's id, 0 when it was not begun:
+    // news is then told why.
+    int dial(const QString& number, int account);
+    // Of a call from outside that rings.
+    bool answer(int id);
+    bool decline(int id);
+    bool forward(int id, const QString& number);
+    // Declines one from outside that rings.
+    bool hangUp(int id);
+    // Of a call that talks. Who is taken back puts the others on hold.
+    bool setHeld(int id, bool held);
+    bool setMuted(int id, bool muted);
+    bool transfer(int id, const QString& number);
+    // "0123456789*#ABCD", in their order; false when one is none of these, and nothing is sent.
+    bool sendTones(int id, const QString& tones);
+
+    QList<tagCall> calls() const;
+    const callSettings& settings() const { return m_settings; }
+
+    void accountChanged(int index) override { m_news.accountChanged(index); }
+    void callChanged(const tagCall& call) override;
+    void callArrived(const tagCall& call) override;
+    int TryThreadMessage(msgObject& msg) override;
+
+private:
+    struct tagCode
+    {
+        int nLine;
+        bool bReject; // of the rejection, else of the anonymous calls
+        QString strNumber;
+    };
+
+    tagCall find(int id) const;
+    bool rings(int id) const;
+    bool isTaken(const tagCall& call) const;
+    QString targetFor(const tagCall& call, const tagForward& forward) const;
+    bool comesFrom(const tagCall& call, const QString& number) const;
+    void startRinging(const tagCall& call);
+    void after(int seconds, int id, void (callRules::*then)(int id));
+    void answerByItself(int id);
+    void holdOthers(int id);
+    int fail(const QString& number, int account, const char* reason);
+    int lineFor(int account) const;
+
+    void lineChanged(int line);
+    void putCode(const tagCode& code);
+    void dialCodes();
+
+    phoneBackend& m_backend;
+    phoneNews& m_news;
+    callSettings m_settings;
+    QList<tagCode> m_codes; // to be dialled while nobody calls, one after the other
+    int m_nCodeCall = 0;
+};
