@@ -54,8 +54,10 @@ void PageFrame::Build(QDialog* page, LeftBarOperation* leftBar, QFrame* backgrou
     m_strTitle = title;
 
     m_pLeftBar = leftBar;
-    leftBar->m_pLeftBar = makeLeftBar(page);
-    leftBar->setLeftBar();
+    if (leftBar) {
+        leftBar->m_pLeftBar = makeLeftBar(page);
+        leftBar->setLeftBar();
+    }
 
     m_pSoftKeyBar = new qSoftKeyBar(page);
     m_pSoftKeyBar->setGeometry(kSoftKeys);
@@ -90,7 +92,7 @@ void PageFrame::SetLeftBar(const char* icon, const char* title)
 
 void PageFrame::showLeftBar()
 {
-    if (m_strLeftTitle.IsEmpty())
+    if (!m_pLeftBar || m_strLeftTitle.IsEmpty())
         return;
     m_pLeftBar->m_pLeftBar->setIcon(toQString(m_strLeftIcon));
     m_pLeftBar->m_pLeftBar->setTitle(qTranslate(m_strLeftTitle.GetText()));
@@ -105,7 +107,7 @@ void PageFrame::SetTitle(const char* title)
 // A record stays on show when it is taken away, and may be gone while the page is on view.
 void PageFrame::Translate()
 {
-    if (const tagLeftBarInfo* info = m_pLeftBar->m_pLeftBarInfo) {
+    if (const tagLeftBarInfo* info = m_pLeftBar ? m_pLeftBar->m_pLeftBarInfo : nullptr) {
         m_strLeftIcon = fromQString(info->strIcon);
         m_strLeftTitle = fromQString(info->strTitle);
     }

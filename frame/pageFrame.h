@@ -22,8 +22,8 @@ enum { SOFT_KEY_SAVE = 0, SOFT_KEY_IME = 1, SOFT_KEY_DELETE = 2, SOFT_KEY_BACK =
 class PageFrame
 {
 public:
-    // background: the form's frame that all else lies on. title: English key. keys: of PAGE_KEYS.
-    // Shows the texts of the form translated.
+    // leftBar: null for a page without that bar. background: the form's frame that all else lies on. title:
+    // English key. keys: of PAGE_KEYS. Shows the texts of the form translated.
     void Build(QDialog* page, LeftBarOperation* leftBar, QFrame* background, const char* title, int keys);
     // A key of the page's own; label: English key. slot is SLOT(...) of the page.
     void SetSoftKey(int index, const char* name, const char* label, const char* slot);

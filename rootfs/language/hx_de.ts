@@ -1248,5 +1248,70 @@
         <source>This cannot be dialled</source>
         <translation>Das kann nicht gewählt werden</translation>
     </message>
+    <message>
+        <source>DSS Key</source>
+        <comment>one of them</comment>
+        <translation>DSS-Taste</translation>
+    </message>
+    <message>
+        <source>DSS Key List</source>
+        <translation>DSS-Tasten</translation>
+    </message>
+    <message>
+        <source>DSS Key Setting</source>
+        <translation>DSS-Taste einstellen</translation>
+    </message>
+    <message>
+        <source>Speed Dial Setting</source>
+        <translation>Kurzwahl einstellen</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation>Beschriftung</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Extension</source>
+        <translation>Nebenstelle</translation>
+    </message>
+    <message>
+        <source>Speed Dial</source>
+        <translation>Kurzwahl</translation>
+    </message>
+    <message>
+        <source>BLF</source>
+        <translation>BLF</translation>
+    </message>
+    <message>
+        <source>BLF List</source>
+        <translation>BLF-Liste</translation>
+    </message>
+    <message>
+        <source>N/A</source>
+        <translation>N/A</translation>
+    </message>
+    <message>
+        <source>Value can't be empty!</source>
+        <translation>Der Wert fehlt!</translation>
+    </message>
+    <message>
+        <source>Extension is invalid!</source>
+        <translation>Die Nebenstelle ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Delete the record?</source>
+        <translation>Eintrag löschen?</translation>
+    </message>
 </context>
 </TS>

@@ -1248,5 +1248,70 @@
         <source>This cannot be dialled</source>
         <translation>No se puede marcar</translation>
     </message>
+    <message>
+        <source>DSS Key</source>
+        <comment>one of them</comment>
+        <translation>Tecla DSS</translation>
+    </message>
+    <message>
+        <source>DSS Key List</source>
+        <translation>Teclas DSS</translation>
+    </message>
+    <message>
+        <source>DSS Key Setting</source>
+        <translation>Ajuste de tecla DSS</translation>
+    </message>
+    <message>
+        <source>Speed Dial Setting</source>
+        <translation>Ajuste de marcación rápida</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Tecla</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Tipo</translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation>Etiqueta</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valor</translation>
+    </message>
+    <message>
+        <source>Extension</source>
+        <translation>Extensión</translation>
+    </message>
+    <message>
+        <source>Speed Dial</source>
+        <translation>Marcación rápida</translation>
+    </message>
+    <message>
+        <source>BLF</source>
+        <translation>BLF</translation>
+    </message>
+    <message>
+        <source>BLF List</source>
+        <translation>Lista BLF</translation>
+    </message>
+    <message>
+        <source>N/A</source>
+        <translation>N/A</translation>
+    </message>
+    <message>
+        <source>Value can't be empty!</source>
+        <translation>¡Falta el valor!</translation>
+    </message>
+    <message>
+        <source>Extension is invalid!</source>
+        <translation>¡La extensión no es válida!</translation>
+    </message>
+    <message>
+        <source>Delete the record?</source>
+        <translation>¿Eliminar la entrada?</translation>
+    </message>
 </context>
 </TS>

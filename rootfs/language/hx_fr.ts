@@ -1248,5 +1248,70 @@
         <source>This cannot be dialled</source>
         <translation>Ce numéro ne peut pas être composé</translation>
     </message>
+    <message>
+        <source>DSS Key</source>
+        <comment>one of them</comment>
+        <translation>Touche DSS</translation>
+    </message>
+    <message>
+        <source>DSS Key List</source>
+        <translation>Touches DSS</translation>
+    </message>
+    <message>
+        <source>DSS Key Setting</source>
+        <translation>Réglage de touche DSS</translation>
+    </message>
+    <message>
+        <source>Speed Dial Setting</source>
+        <translation>Réglage des numéros abrégés</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Touche</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation>Étiquette</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+    <message>
+        <source>Extension</source>
+        <translation>Poste</translation>
+    </message>
+    <message>
+        <source>Speed Dial</source>
+        <translation>Numéro abrégé</translation>
+    </message>
+    <message>
+        <source>BLF</source>
+        <translation>BLF</translation>
+    </message>
+    <message>
+        <source>BLF List</source>
+        <translation>Liste BLF</translation>
+    </message>
+    <message>
+        <source>N/A</source>
+        <translation>N/A</translation>
+    </message>
+    <message>
+        <source>Value can't be empty!</source>
+        <translation>Saisissez la valeur !</translation>
+    </message>
+    <message>
+        <source>Extension is invalid!</source>
+        <translation>Le poste n’est pas valide !</translation>
+    </message>
+    <message>
+        <source>Delete the record?</source>
+        <translation>Supprimer l’entrée ?</translation>
+    </message>
 </context>
 </TS>

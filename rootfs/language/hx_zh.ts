@@ -1248,5 +1248,70 @@
         <source>This cannot be dialled</source>
         <translation>无法拨打此号码</translation>
     </message>
+    <message>
+        <source>DSS Key</source>
+        <comment>one of them</comment>
+        <translation>可编程键</translation>
+    </message>
+    <message>
+        <source>DSS Key List</source>
+        <translation>可编程键列表</translation>
+    </message>
+    <message>
+        <source>DSS Key Setting</source>
+        <translation>可编程键设置</translation>
+    </message>
+    <message>
+        <source>Speed Dial Setting</source>
+        <translation>快速拨号设置</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>按键</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation>标签</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>值</translation>
+    </message>
+    <message>
+        <source>Extension</source>
+        <translation>分机</translation>
+    </message>
+    <message>
+        <source>Speed Dial</source>
+        <translation>快速拨号</translation>
+    </message>
+    <message>
+        <source>BLF</source>
+        <translation>BLF</translation>
+    </message>
+    <message>
+        <source>BLF List</source>
+        <translation>BLF 列表</translation>
+    </message>
+    <message>
+        <source>N/A</source>
+        <translation>N/A</translation>
+    </message>
+    <message>
+        <source>Value can't be empty!</source>
+        <translation>值不能为空！</translation>
+    </message>
+    <message>
+        <source>Extension is invalid!</source>
+        <translation>分机无效！</translation>
+    </message>
+    <message>
+        <source>Delete the record?</source>
+        <translation>删除该记录？</translation>
+    </message>
 </context>
 </TS>

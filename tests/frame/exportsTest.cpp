@@ -47,6 +47,7 @@ QStringList entryPoints()
     QStringList names = {
         "CloseScreenSleepDlg()",
         "GetDateTime()",
+        "GetDssKeySetting()",
         "GetNDeckDispaly()",
         "GetNDeckVideoManager()",
         "OnUnLaunchNDeck()",
@@ -66,8 +67,11 @@ QStringList entryPoints()
         "Stop_ImageView()",
         "Stop_VideoView()",
         "getIconView()",
+        "dlgDssKeySetting::ShowByDsskeyIndex(int)",
+        "dlgSpeedDial::SetTabWgtRow(int)",
         "getScreenSaverDlg()",
         "getSoundDlg()",
+        "getSpeedDialDialog()",
         "hack_tv",
         "hack_x",
         "hack_xxx",
@@ -137,6 +141,7 @@ TEST(Exports, HoldThePagesThatThisPhoneHas)
     for (const char* page :
          {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook", "dlgLDAP", "dlgWan",
           "dlgAccount_Setting_Btn", "dlgMediaManager", "dlgSound", "dlgScreenSaver", "dlgPhone_Setting",
-          "dlgTvOutPut", "dlgAutoServer", "dlgCalibration", "dlgSecurity", "dlgStatus", "dlgVersion_Detail"})
+          "dlgTvOutPut", "dlgAutoServer", "dlgCalibration", "dlgSecurity", "dlgStatus", "dlgVersion_Detail",
+          "dlgDssKeyList"})
         EXPECT_TRUE(pages.contains(page)) << page;
 }

@@ -10,6 +10,8 @@
 #include "host/services/storage/storageWorld.h"
 #include "host/widgets/dlgMessageBox.h"
 #include "places.h"
+#include "settings/call/dlgDssKeySetting.h"
+#include "settings/call/dlgSpeedDial.h"
 #include "settings/system/dlgPassWord.h"
 #include "settings/system/dlgSetDialNumber.h"
 #include "support/host/box.h"
@@ -135,6 +137,10 @@ void EveryText::visitPages()
         PopupAccountDialog(account, 1);
         lookAndClose();
     }
+    GetDssKeySetting()->ShowByDsskeyIndex(0);
+    lookAndClose();
+    getSpeedDialDialog()->show();
+    lookAndClose();
     ShowLoadingTipBox();
     lookAndClose();
 }
