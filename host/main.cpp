@@ -10,6 +10,7 @@
 #include "host/services/system/endOnSignals.h"
 #include "host/touch/mousePanel.h"
 #include "media/mediaShows.h"
+#include "settings/call/dlgDialPlan.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckRegister.h"
 #include "signage/nDeckVideoManager.h"
@@ -84,6 +85,7 @@ void wireSavers(tagModuleEntries& entries)
 void wireModule()
 {
     tagModuleEntries entries = settingEntries();
+    entries.makeDialPlan = [](tagLeftBarInfo* info) -> QDialog* { return new dlgDialPlan(nullptr, info); };
     wireSavers(entries);
     wireSignage(entries);
     hostSetModule(entries);

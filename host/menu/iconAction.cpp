@@ -4,8 +4,10 @@
 #include "support/host/language.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
+#include "support/host/screen.h"
 #include "support/host/text.h"
 #include "support/host/trace.h"
+#include <QDialog>
 
 namespace {
 
@@ -30,6 +32,20 @@ void openDirectory(const IconMenuItem& item, QWidget* window)
         return;
     const chString title = item.nDetail == 0 ? chString() : fromQString(item.strTitle);
     module.openDirectory(item.nDetail, title, fromQString(item.strTarget), window);
+}
+
+// Made with its first opening, and kept; the icon's record lives as long as the page.
+void openDialPlan(const IconMenuItem& item)
+{
+    static tagLeftBarInfo info;
+    static QDialog* page = nullptr;
+    const tagModuleEntries& module = hostModule();
+    if (!NUX_ASSERT(module.makeDialPlan != nullptr, "module.makeDialPlan != NULL"))
+        return;
+    info = {item.strIcon, item.strTitle};
+    if (!page)
+        page = module.makeDialPlan(&info);
+    screenBringUp(page);
 }
 
 void call(const IconMenuItem& item, QWidget* window)
@@ -102,6 +118,9 @@ void openIconMenuItem(const IconMenuItem& item, QWidget* window)
         break;
     case IconMenuItem::OpenDirectory:
         openDirectory(item, window);
+        break;
+    case IconMenuItem::OpenDialPlan:
+        openDialPlan(item);
         break;
     case IconMenuItem::CallNumber:
         call(item, window);

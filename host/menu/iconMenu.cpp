@@ -52,6 +52,11 @@ IconMenuItem readMenuItem(xmlElement* element)
         item.eAction = IconMenuItem::DialItem;
         return item;
     }
+    // A page that the host makes: there is this one.
+    if (attribute(element, "make") == QLatin1String("dialplan")) {
+        item.eAction = IconMenuItem::OpenDialPlan;
+        return item;
+    }
     item.strTarget = attribute(element, "menu");
     if (item.strTarget.isEmpty())
         return item;

@@ -7,6 +7,7 @@
 #include "support/text/chString.h"
 #include <QRect>
 
+class QDialog;
 class QString;
 class qDialNumberItem;
 class qIconView;
@@ -24,6 +25,8 @@ struct tagModuleEntries
     qIconView* (*iconView)() = nullptr;
     // Whether the user may do what asks for that level; "admin" asks him for the administrator's password.
     int (*promptUserLevel)(const QString& level, QWidget* parent) = nullptr;
+    // The page "Dial Plan", which has no name to be opened by. info: kept by pointer, see tagLeftBarInfo.
+    QDialog* (*makeDialPlan)(tagLeftBarInfo* info) = nullptr;
     // The box that sets the number of an item.
     void (*setDialNumber)(qDialNumberItem* item, QWidget* parent) = nullptr;
 

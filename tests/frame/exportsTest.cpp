@@ -66,6 +66,8 @@ QStringList entryPoints()
         "StopVideoPlay()",
         "Stop_ImageView()",
         "Stop_VideoView()",
+        "dlgDialPlan::dlgDialPlan(QWidget*, tagLeftBarInfo*)",
+        "dlgDialPlan::dlgDialPlan(QWidget*, tagLeftBarInfo*)", // complete, and as a base
         "getIconView()",
         "dlgDssKeySetting::ShowByDsskeyIndex(int)",
         "dlgSpeedDial::SetTabWgtRow(int)",
