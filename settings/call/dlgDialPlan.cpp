@@ -35,7 +35,8 @@ dlgDialPlan::dlgDialPlan(QWidget* parent, tagLeftBarInfo* info)
     m_frame.SetSoftKey(0, "Add", HX_TR("Add"), SLOT(on_click_Add()));
     m_frame.SetLeftBar(HX_THEME("menu/menu_dialplan.png"), HX_TR("Dial Plan"));
     SetFilter(FILTER_WHILE_SHOWN);
-    FollowFocus({{FOCUS_EDIT, SHOWS_METHOD, SHOWS_AS_BEFORE}, {FOCUS_LEFT_EDIT, SHOWS_NOTHING, SHOWS_AS_BEFORE}});
+    FollowFocus(
+        {{FOCUS_EDIT, SHOWS_METHOD, SHOWS_AS_BEFORE}, {FOCUS_LEFT_EDIT, SHOWS_NOTHING, SHOWS_AS_BEFORE}});
     for (QLineEdit* edit : {ui->editPrefix, ui->editReplace}) {
         setupLineEdit(edit);
         edit->setMaxLength(kLongestText);
@@ -294,7 +295,8 @@ int dlgDialPlan::saveRules()
     return isSaved;
 }
 
-// A deletion is on the disk already, but told only here. A user who was told that nothing can be saved may leave.
+// A deletion is on the disk already, but told only here. A user who was told that nothing can be saved may
+// leave.
 void dlgDialPlan::on_click_Back()
 {
     const bool mayLeave = m_bFailureTold;
@@ -323,12 +325,18 @@ bool dlgDialPlan::eventFilter(QObject* watched, QEvent* event)
         if (key == Qt::Key_Up || key == Qt::Key_Down)
             ListMove();
     }
-    // The keys alone come to the edits by OK on their rule.
     if (!isHidden() && watched == ui->tabWgtList && event->type() == QEvent::KeyPress &&
-        qIsOkKey(static_cast<QKeyEvent*>(event)->key()) && ui->tabWgtList->currentRow() >= 0) {
-        on_tabWgtList_clicked(ui->tabWgtList->currentIndex());
-        ui->editPrefix->setFocus();
+        goesToEdits(static_cast<QKeyEvent*>(event)->key()))
         return true;
-    }
     return SettingPage::eventFilter(watched, event);
+}
+
+// The keys alone come to the edits by OK, or Right, on their rule.
+bool dlgDialPlan::goesToEdits(int key)
+{
+    if ((!qIsOkKey(key) && key != Qt::Key_Right) || ui->tabWgtList->currentRow() < 0)
+        return false;
+    on_tabWgtList_clicked(ui->tabWgtList->currentIndex());
+    ui->editPrefix->setFocus();
+    return true;
 }

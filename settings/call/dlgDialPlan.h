@@ -1,7 +1,7 @@
 #pragma once
-// The page "Dial Plan": which prefixes of dialled numbers are replaced, and by what. The host makes it. The rules
-// are the elements of "/rundata/data/dialplan.xml"; what changes stays in the open document until Delete or Back
-// saves it. User-interface thread.
+// The page "Dial Plan": which prefixes of dialled numbers are replaced, and by what. The host makes it. The
+// rules are the elements of "/rundata/data/dialplan.xml"; what changes stays in the open document until
+// Delete or Back saves it. User-interface thread.
 #include "frame/settingPage.h"
 #include "frame/xmlTable.h"
 #include <memory>
@@ -58,6 +58,7 @@ private:
     void addRule(const QString& prefix, const QString& replace);
     void setRow(int row, xmlElement* rule, const QString& prefix, const QString& replace);
     int saveRules();
+    bool goesToEdits(int key);
 
     std::unique_ptr<Ui::dlgDialPlan> ui;
     std::unique_ptr<XmlTable> m_pRules; // a rule for each row, in both cells

@@ -13,6 +13,7 @@ struct MenuItem
     QString icon;
     QString menu;
     QString level;
+    QString make;
 };
 
 struct Menu
@@ -77,8 +78,8 @@ Menu loadMenu(const QString& file)
             menu.title = title;
             menu.icon = icon;
         } else if (xml.name() == QLatin1String("item")) {
-            menu.items.append(
-                {title, icon, attributes.value("menu").toString(), attributes.value("level").toString()});
+            menu.items.append({title, icon, attributes.value("menu").toString(),
+                               attributes.value("level").toString(), attributes.value("make").toString()});
         } else {
             menu.error = "element " + xml.name().toString();
         }
@@ -132,9 +133,12 @@ TEST(Menus, EveryItemOpensAPageOrAMenuThatThePhoneHas)
 {
     for (const QString& file : MenuFiles) {
         for (const MenuItem& item : loadMenu(file).items) {
-            const bool opens = item.menu.isEmpty()
-                                   ? PageTitles.contains(item.title)
-                                   : QFileInfo::exists(imagePath("/rundata/data/" + item.menu));
+            // The one page that the host makes has no name to be opened by.
+            const bool isMade = item.title == "Dial Plan" && item.make == "dialplan";
+            EXPECT_EQ(isMade, !item.make.isEmpty()) << qPrintable(item.title);
+            const bool opens =
+                isMade || (item.menu.isEmpty() ? PageTitles.contains(item.title)
+                                               : QFileInfo::exists(imagePath("/rundata/data/" + item.menu)));
             EXPECT_TRUE(opens) << qPrintable(item.title) << " " << qPrintable(item.menu);
         }
     }
@@ -148,6 +152,11 @@ TEST(Menus, OnlyAResetAsksForTheAdministrator)
             EXPECT_EQ(item.level.toStdString(), item.title == "Factory" ? "admin" : "")
                 << qPrintable(item.title);
     }
+}
+
+TEST(Menus, TheDialPlanIsAmongTheCallFeatures)
+{
+    EXPECT_TRUE(titlesOf(loadMenu("callfeature.xml")).contains("Dial Plan"));
 }
 
 TEST(Menus, NoMenuNamesATitleTwice)

@@ -7,6 +7,7 @@
 #include "tests/file/failingCalls.h"
 #include "tests/kit/pageTest.h"
 #include <QApplication>
+#include <QFile>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -17,7 +18,8 @@
 
 namespace {
 
-const char* const kTwoRules = "<DialRule><Data Prefix=\"00\" Replace=\"+\"/><Data Prefix=\"9\" Replace=\"\"/></DialRule>";
+const char* const kTwoRules =
+    "<DialRule><Data Prefix=\"00\" Replace=\"+\"/><Data Prefix=\"9\" Replace=\"\"/></DialRule>";
 
 QByteArray rules(int count)
 {
@@ -234,8 +236,11 @@ TEST_F(DialPlanPage, ARowChosenByKeysEnablesTheEditsAndGoesRound)
     EXPECT_EQ(edits(), "00=+");
     kit::key(Qt::Key_Up);
     EXPECT_EQ(edits(), "8=0");
-    kit::key(Qt::Key_Return);
-    EXPECT_EQ(focusName(), "editPrefix");
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Right}) {
+        list()->setFocus();
+        kit::key(key);
+        EXPECT_EQ(focusName(), "editPrefix") << key;
+    }
 }
 
 // A row that keys choose leaves the page adding: what it holds is in use then.

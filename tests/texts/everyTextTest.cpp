@@ -12,6 +12,7 @@
 #include "places.h"
 #include "settings/call/dlgDssKeySetting.h"
 #include "settings/call/dlgSpeedDial.h"
+#include "settings/call/dlgDialPlan.h"
 #include "settings/system/dlgPassWord.h"
 #include "settings/system/dlgSetDialNumber.h"
 #include "support/host/box.h"
@@ -133,6 +134,9 @@ void EveryText::visitPages()
         page->Open(1, 1);
         lookAndClose();
     }
+    dlgDialPlan plan(nullptr, nullptr);
+    plan.show();
+    lookAndClose();
     for (int account = 0; account < PHONE_ACCOUNT_COUNT; ++account) {
         PopupAccountDialog(account, 1);
         lookAndClose();

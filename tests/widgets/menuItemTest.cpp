@@ -36,6 +36,12 @@ void setDialNumber(qDialNumberItem* item, QWidget*)
     item->SavePhoneNumber("200");
 }
 
+QDialog* makeDialPlan(tagLeftBarInfo* info)
+{
+    g_done.append("make " + info->strTitle + ' ' + info->strIcon);
+    return new QDialog;
+}
+
 class MenuItem : public PhoneTest
 {
 protected:
@@ -45,6 +51,7 @@ protected:
         entries.openPageWithInfo = openPage;
         entries.openMenu = openMenu;
         entries.promptUserLevel = promptUserLevel;
+        entries.makeDialPlan = makeDialPlan;
         entries.setDialNumber = setDialNumber;
         hostSetModule(entries);
         g_done.clear();
@@ -165,4 +172,27 @@ TEST_F(MenuItem, HeldOthersOpenWhenTheFingerLifts)
                   kit::release(icon(1));
               }),
               QStringList());
+}
+
+TEST_F(MenuItem, ThatIsMadeIsMadeOnceAndShownEachTime)
+{
+    showMenu("<item title='Dial Plan' icon='p.png' make='dialplan'/><item title='WAN' make='another'/>");
+    EXPECT_EQ(doneBy([] { kit::tap(icon(0)); }), QStringList{"make Dial Plan p.png"});
+    QWidget* page = kit::windows().first();
+    ASSERT_NE(page, &window);
+    page->hide();
+    kit::settle();
+    EXPECT_EQ(doneBy([] { kit::tap(icon(0)); }), QStringList());
+    EXPECT_EQ(kit::windows().first(), page);
+    page->hide();
+    kit::settle();
+    EXPECT_EQ(doneBy([] { kit::tap(icon(1)); }), QStringList{"page WAN"});
+}
+
+TEST_F(MenuItem, ThatIsMadeByTheModuleDoesNothingWithoutIt)
+{
+    hostSetModule(tagModuleEntries());
+    showMenu("<item title='Dial Plan' make='dialplan'/>");
+    kit::tap(icon(0));
+    EXPECT_EQ(kit::windows().first(), &window);
 }
