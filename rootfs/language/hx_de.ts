@@ -1313,5 +1313,41 @@
         <source>Delete the record?</source>
         <translation>Eintrag löschen?</translation>
     </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Dial Plan</source>
+        <translation>Wählplan</translation>
+    </message>
+    <message>
+        <source>Dial number exist.</source>
+        <translation>Die Vorwahl ist schon vergeben.</translation>
+    </message>
+    <message>
+        <source>Prefix</source>
+        <translation>Vorwahl</translation>
+    </message>
+    <message>
+        <source>Prefix is empty.</source>
+        <translation>Die Vorwahl fehlt.</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersatz</translation>
+    </message>
+    <message>
+        <source>Replace is empty.</source>
+        <translation>Der Ersatz fehlt.</translation>
+    </message>
+    <message>
+        <source>The dial plan cannot be read!</source>
+        <translation>Der Wählplan kann nicht gelesen werden!</translation>
+    </message>
+    <message>
+        <source>The max number should &lt;= 20!</source>
+        <translation>Es sind höchstens 20 Einträge möglich!</translation>
+    </message>
 </context>
 </TS>

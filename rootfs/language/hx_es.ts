@@ -1313,5 +1313,41 @@
         <source>Delete the record?</source>
         <translation>¿Eliminar la entrada?</translation>
     </message>
+    <message>
+        <source>Add</source>
+        <translation>Añadir</translation>
+    </message>
+    <message>
+        <source>Dial Plan</source>
+        <translation>Plan de marcación</translation>
+    </message>
+    <message>
+        <source>Dial number exist.</source>
+        <translation>El prefijo ya existe.</translation>
+    </message>
+    <message>
+        <source>Prefix</source>
+        <translation>Prefijo</translation>
+    </message>
+    <message>
+        <source>Prefix is empty.</source>
+        <translation>Falta el prefijo.</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Sustitución</translation>
+    </message>
+    <message>
+        <source>Replace is empty.</source>
+        <translation>Falta la sustitución.</translation>
+    </message>
+    <message>
+        <source>The dial plan cannot be read!</source>
+        <translation>¡No se puede leer el plan de marcación!</translation>
+    </message>
+    <message>
+        <source>The max number should &lt;= 20!</source>
+        <translation>¡Solo se admiten 20 entradas!</translation>
+    </message>
 </context>
 </TS>

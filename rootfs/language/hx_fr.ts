@@ -1313,5 +1313,41 @@
         <source>Delete the record?</source>
         <translation>Supprimer l’entrée ?</translation>
     </message>
+    <message>
+        <source>Add</source>
+        <translation>Ajouter</translation>
+    </message>
+    <message>
+        <source>Dial Plan</source>
+        <translation>Plan de numérotation</translation>
+    </message>
+    <message>
+        <source>Dial number exist.</source>
+        <translation>Ce préfixe existe déjà.</translation>
+    </message>
+    <message>
+        <source>Prefix</source>
+        <translation>Préfixe</translation>
+    </message>
+    <message>
+        <source>Prefix is empty.</source>
+        <translation>Saisissez un préfixe.</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Remplacement</translation>
+    </message>
+    <message>
+        <source>Replace is empty.</source>
+        <translation>Saisissez un remplacement.</translation>
+    </message>
+    <message>
+        <source>The dial plan cannot be read!</source>
+        <translation>Le plan de numérotation ne peut pas être lu !</translation>
+    </message>
+    <message>
+        <source>The max number should &lt;= 20!</source>
+        <translation>20 entrées au maximum !</translation>
+    </message>
 </context>
 </TS>

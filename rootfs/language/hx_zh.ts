@@ -1313,5 +1313,41 @@
         <source>Delete the record?</source>
         <translation>删除该记录？</translation>
     </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Dial Plan</source>
+        <translation>拨号规则</translation>
+    </message>
+    <message>
+        <source>Dial number exist.</source>
+        <translation>该前缀已存在。</translation>
+    </message>
+    <message>
+        <source>Prefix</source>
+        <translation>前缀</translation>
+    </message>
+    <message>
+        <source>Prefix is empty.</source>
+        <translation>前缀不能为空。</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>替换为</translation>
+    </message>
+    <message>
+        <source>Replace is empty.</source>
+        <translation>替换内容不能为空。</translation>
+    </message>
+    <message>
+        <source>The dial plan cannot be read!</source>
+        <translation>无法读取拨号规则！</translation>
+    </message>
+    <message>
+        <source>The max number should &lt;= 20!</source>
+        <translation>最多 20 条记录！</translation>
+    </message>
 </context>
 </TS>
