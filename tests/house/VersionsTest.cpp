@@ -58,6 +58,7 @@ TEST(Versions, OfLibrariesAreThoseThatTheBuildLinks)
                                                             {"GStreamer", "gstreamer-1.0"},
                                                             {"libjpeg-turbo", "libjpeg"},
                                                             {"libpng", "libpng"},
+                                                            {"ISA-L", "libisal"},
                                                             {"Expat", "expat"},
                                                             {"libcurl", "libcurl"},
                                                             {"libxcrypt", "libxcrypt"}};

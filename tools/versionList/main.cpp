@@ -11,6 +11,7 @@
 #include <curl/curlver.h>
 #include <expat.h>
 #include <gst/gst.h>
+#include <isa-l.h>
 #include <jconfig.h>
 #include <png.h>
 
@@ -43,6 +44,8 @@ QList<tagModule> modules(const QString& version)
     all.append(tagModule{"GStreamer", gstreamerVersion()});
     all.append(tagModule{"libjpeg-turbo", AS_TEXT(LIBJPEG_TURBO_VERSION)});
     all.append(tagModule{"libpng", png_get_libpng_ver(nullptr)});
+    all.append(tagModule{"ISA-L", AS_TEXT(ISAL_MAJOR_VERSION) "." AS_TEXT(ISAL_MINOR_VERSION) "." AS_TEXT(
+                                      ISAL_PATCH_VERSION)});
     all.append(
         tagModule{"Expat", QStringLiteral("%1.%2.%3").arg(expat.major).arg(expat.minor).arg(expat.micro)});
     all.append(tagModule{"libcurl", LIBCURL_VERSION});

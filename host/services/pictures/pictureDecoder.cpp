@@ -3,6 +3,7 @@
 #include "host/services/pictures/pictureHeader.h"
 #include "host/services/pictures/pictureSource.h"
 #include "host/services/pictures/pngRows.h"
+#include "host/services/pictures/pngUnpacked.h"
 #include <QImageReader>
 #include <QTransform>
 #include <algorithm>
@@ -34,11 +35,16 @@ QSize shaped(const QSize& size, const tagPictureShape& shape)
     }
 }
 
+qint64 pixelsOf(const tagPictureHeader& header)
+{
+    return qint64(header.size.width()) * header.size.height();
+}
+
 bool isTooLarge(const tagPictureHeader& header, const tagPictureShape& shape, const tagPictureLimits& limits)
 {
-    const qint64 pixels = qint64(header.size.width()) * header.size.height();
     const bool isWhole = shape.eFit == tagPictureShape::AS_IS;
-    return pixels > (isWhole ? limits.nAsIsPixels : limits.nPixels) || header.nWorkBytes > limits.nWorkBytes;
+    return pixelsOf(header) > (isWhole ? limits.nAsIsPixels : limits.nPixels) ||
+           header.nWorkBytes > limits.nWorkBytes;
 }
 
 QImage forScreen(const QImage& image)
@@ -67,10 +73,28 @@ QImage cut(const QImage& image, const QSize& whole, const tagPictureShape& shape
     return finished(image.copy(middle), shape.room);
 }
 
-QImage decodePng(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape)
+QImage readPngByTwo(PictureSource& source, const QSize& least)
+{
+    PngUnpacked unpacked(source);
+    return unpacked.start() ? PngRows(source, &unpacked).read(least) : QImage();
+}
+
+// Whether one is damaged, the plain way says.
+QImage readPng(PictureSource& source, const QSize& least, bool isLarge)
+{
+    const QImage image = isLarge ? readPngByTwo(source, least) : QImage();
+    if (!image.isNull() || source.isGivenUp())
+        return image;
+    source.seek(0);
+    return PngRows(source).read(least);
+}
+
+QImage decodePng(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape,
+                 const tagPictureLimits& limits)
 {
     const QSize size = shaped(header.size, shape);
-    return cut(finished(PngRows(source).read(size), size), header.size, shape);
+    const bool isLarge = pixelsOf(header) > limits.nAlonePixels;
+    return cut(finished(readPng(source, size, isLarge), size), header.size, shape);
 }
 
 QImageIOHandler::Transformations turnOf(PictureSource& source, const tagPictureHeader& header)
@@ -115,11 +139,12 @@ QImage decodeOther(PictureSource& source, const tagPictureHeader& header, const 
     return isWhole ? cut(finished(image, shaped(header.size, shape)), header.size, shape) : QImage();
 }
 
-QImage decode(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape)
+QImage decode(PictureSource& source, const tagPictureHeader& header, const tagPictureShape& shape,
+              const tagPictureLimits& limits)
 {
     switch (header.eKind) {
     case tagPictureHeader::PNG:
-        return decodePng(source, header, shape);
+        return decodePng(source, header, shape, limits);
     case tagPictureHeader::JPEG:
         return decodeJpeg(source, header, shape);
     default:
@@ -144,7 +169,7 @@ tagDecodedPicture pictureDecode(const char* path, const tagPictureShape& shape,
         return {PICTURE_TOO_LARGE, QImage(), QSize()};
     if (header.eKind == tagPictureHeader::JPEG)
         header.turn = turnOf(source, header);
-    const QImage image = decode(source, header, shape);
+    const QImage image = decode(source, header, shape, limits);
     if (image.isNull())
         return {source.isGivenUp() ? PICTURE_TOO_SLOW : PICTURE_DAMAGED, QImage(), QSize()};
     return {PICTURE_READ, image, header.shownSize()};

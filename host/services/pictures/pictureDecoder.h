@@ -29,7 +29,8 @@ struct tagPictureLimits
     qint64 nPixels = 128 << 20;             // of the file
     qint64 nWorkBytes = 48 << 20;           // where it has to be in memory as a whole
     qint64 nAsIsPixels = IMAGE_PIXEL_LIMIT; // of one that is not scaled
-    int nCpuMs = 10000;                     // of the thread's processor time
+    qint64 nAlonePixels = 4 << 20;          // of the file; a larger PNG is unpacked on a thread of its own
+    int nCpuMs = 10000;                     // of the processor time of its threads
 };
 
 struct tagDecodedPicture

@@ -7,17 +7,19 @@
 
 namespace {
 
-qint64 usedMs()
-{
-    timespec used;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
-    return used.tv_sec * 1000LL + used.tv_nsec / 1000000LL;
-}
+constexpr qint64 kNsPerMs = 1000000;
 
 } // namespace
 
+qint64 PictureSource::threadNs()
+{
+    timespec used;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return used.tv_sec * 1000 * kNsPerMs + used.tv_nsec;
+}
+
 PictureSource::PictureSource(const std::atomic<bool>* cancel, int cpuMs)
-    : m_pCancel(cancel), m_nEndMs(usedMs() + cpuMs)
+    : m_pCancel(cancel), m_nEndNs(threadNs() + cpuMs * kNsPerMs)
 {
 }
 
@@ -51,7 +53,7 @@ bool PictureSource::readAt(qint64 position, void* data, qint64 count)
 
 bool PictureSource::isGivenUp()
 {
-    m_bGivenUp = m_bGivenUp || (m_pCancel && *m_pCancel) || usedMs() > m_nEndMs;
+    m_bGivenUp = m_bGivenUp || (m_pCancel && *m_pCancel) || threadNs() + m_nElsewhereNs > m_nEndNs;
     return m_bGivenUp;
 }
 

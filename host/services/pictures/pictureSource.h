@@ -1,16 +1,21 @@
 #pragma once
 // The bytes of a picture file for a decoder, which is given up by reading no further: when nobody wants the
-// picture any more, or when it has used up its time. One thread.
+// picture any more, or when it has used up its time. One thread; readAt() any.
 #include <QIODevice>
 #include <atomic>
 
 class PictureSource : public QIODevice
 {
 public:
-    // cancel: set by any thread; null for never. cpuMs: processor time of this thread that may be used.
+    // cancel: set by any thread; null for never. cpuMs: processor time of this thread that may be used,
+    // that of another one that helps counted in.
     PictureSource(const std::atomic<bool>* cancel, int cpuMs);
     ~PictureSource() override;
     bool openPath(const char* path);
+
+    // Processor time in all of one other thread that works for this picture; that thread.
+    void useElsewhere(qint64 ns) { m_nElsewhereNs = ns; }
+    static qint64 threadNs(); // processor time of this thread
 
     qint64 size() const override { return m_nSize; }
     bool seek(qint64 position) override;
@@ -31,7 +36,8 @@ protected:
 
 private:
     const std::atomic<bool>* m_pCancel;
-    const qint64 m_nEndMs; // of this thread's processor time
+    const qint64 m_nEndNs; // of this thread's processor time
+    std::atomic<qint64> m_nElsewhereNs = 0;
     int m_nFile = -1;
     qint64 m_nSize = 0;
     qint64 m_nAt = 0;

@@ -1,20 +1,25 @@
 #pragma once
 // Decodes a PNG row by row, so that a picture of any size takes the memory of what is left of it: whole
 // numbers of pixels become one. Any thread.
+#include "host/services/pictures/pixelSums.h"
 #include <QImage>
 #include <QSize>
 #include <csetjmp>
-#include <cstdint>
 #include <vector>
 
 #include <png.h>
 
 class PictureSource;
+class PngUnpacked;
 
 class PngRows
 {
 public:
-    explicit PngRows(PictureSource& source) : m_source(source) {}
+    // unpacked: where the bytes come from, and lives longer than this; null for the source itself.
+    explicit PngRows(PictureSource& source, PngUnpacked* unpacked = nullptr)
+        : m_source(source), m_pUnpacked(unpacked)
+    {
+    }
     ~PngRows();
     PngRows(const PngRows&) = delete;
     PngRows& operator=(const PngRows&) = delete;
@@ -29,22 +34,18 @@ private:
     static void ignoreWarning(png_structp, png_const_charp) {}
     bool readAll(const QSize& least);
     void readHead();
+    void lookAtSums(bool isNeeded);
     void prepare(const QSize& least);
     void readRows();
     void readInterlaced();
-    void addRow(int y, const png_byte* row);
-    void finishLine(int line, int rows);
 
     PictureSource& m_source;
+    PngUnpacked* const m_pUnpacked;
     jmp_buf m_back;
     png_structp m_pPng = nullptr;
     png_infop m_pInfo = nullptr;
-    int m_nChannels = 0; // of a row, 3 or 4
     QSize m_size;
-    int m_nColumns = 1; // that become one
-    int m_nRows = 1;
     std::vector<png_byte> m_row;
     std::vector<png_bytep> m_rows; // of one that is interlaced
-    std::vector<uint32_t> m_sums;
-    QImage m_image;
+    PixelSums m_sums;
 };
