@@ -115,6 +115,19 @@ QByteArray kit::pngPhoto(const QSize& size)
     return png(size, kColours, false, packed.whole());
 }
 
+QByteArray kit::pngMended(const QByteArray& png)
+{
+    QByteArray mended = png.left(8);
+    while (mended.size() + 12 <= png.size()) {
+        const auto at = mended.size();
+        const auto count = qsizetype(qFromBigEndian<quint32>(png.constData() + at));
+        if (count > png.size() - at - 12)
+            break;
+        mended += chunk(png.mid(at + 4, 4), png.mid(at + 8, count));
+    }
+    return mended + png.mid(mended.size());
+}
+
 QImage kit::photo(const QSize& size)
 {
     QImage image(size, QImage::Format_RGB32);

@@ -10,6 +10,8 @@ namespace kit {
 QByteArray pngOfOneColour(const QSize& size, bool isInterlaced = false);
 // As large as that of a photo. The height is a multiple of 50.
 QByteArray pngPhoto(const QSize& size);
+// With the checksum of each chunk as it should be, as far as there are chunks.
+QByteArray pngMended(const QByteArray& png);
 // Soft shapes with some grain, as a photo has them.
 QImage photo(const QSize& size);
 QByteArray jpegPhoto(const QSize& size);
