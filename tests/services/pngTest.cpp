@@ -14,6 +14,7 @@
 namespace {
 
 constexpr char kPath[] = "/rundata/a.png";
+constexpr char kDamaged[] = "/rundata/b.png";
 constexpr int kLongCpuMs = 60000;
 constexpr int kMostLate = 4; // of 100 KB, out of a block
 constexpr qint64 kAll = INT64_MAX;
@@ -292,19 +293,24 @@ TEST_F(Pngs, EndTheirThreadWhereverTheyAreLeft)
 {
     const QByteArray bytes = kit::pngPhoto({3000, 2000});
     writeFile(kPath, bytes);
+    QByteArray damaged = bytes;
+    damaged[damaged.size() / 2] = char(damaged[damaged.size() / 2] ^ 1);
+    writeFile(kDamaged, damaged);
     const int threads = threadCount();
     std::vector<uchar> read(100 * 1024);
     for (int i = 0; i < 200; ++i) {
         std::atomic<bool> cancel = false;
         PictureSource source(&cancel, kLongCpuMs);
-        ASSERT_TRUE(source.openPath(kPath));
+        ASSERT_TRUE(source.openPath(i % 2 == 0 ? kPath : kDamaged));
         PngUnpacked unpacked(source);
         ASSERT_TRUE(unpacked.start());
         int late = 0; // pieces that come although nobody wants them
         for (int times = 0; times < i; ++times) {
             cancel = cancel || (i % 3 == 0 && times == i / 2);
-            if (!unpacked.read(read.data(), read.size()))
+            if (!unpacked.read(read.data(), read.size())) {
+                EXPECT_FALSE(unpacked.read(read.data(), read.size())) << "and no wait for what never comes";
                 break;
+            }
             late += cancel;
         }
         EXPECT_LE(late, kMostLate);

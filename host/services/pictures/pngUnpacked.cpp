@@ -97,6 +97,8 @@ bool PngUnpacked::nextBlock()
 bool PngUnpacked::nextPiece()
 {
     const bool isFirst = !m_pBlock;
+    if (!isFirst && m_pBlock->eStep == PngInflater::UNUSUAL)
+        return false; // no other will come
     if (isFirst || m_nTaken == m_pBlock->nCount) {
         if (!isFirst && m_pBlock->eStep == PngInflater::WHOLE)
             return goBehind();
