@@ -208,6 +208,8 @@ TEST_F(Pngs, ThatAreOddOrDamagedEndAsOnThePlainWay)
     filled.insert(data, empty);
     later.insert(later.size() - 1, empty);
     after.insert(after.size() - 1, chunks[data]);
+    QList<QByteArray> mistaken = chunks;
+    mistaken[data].back() = char(mistaken[data].back() ^ 1);
     QByteArray junk = chunks[chunks.size() - 2], dictionary = png, window = png;
     junk[3] = char(junk[3] + 3);
     junk.insert(junk.size() - 4, "abc");
@@ -223,6 +225,7 @@ TEST_F(Pngs, ThatAreOddOrDamagedEndAsOnThePlainWay)
         {"last data", withoutDataSum(png, 4)},
         {"too many rows", withHeight(png, kSmall.height() - 20)},
         {"too few rows", withHeight(png, kSmall.height() + 1)},
+        {"sum of a chunk", mistaken.join()},
         {"other order", swapped.join()},
         {"text between", parted.join()},
         {"twice", doubled.join()},
