@@ -57,12 +57,17 @@ keyFileCache::Slot* keyFileCache::Open(std::string_view path)
 
 keyFileCache::Slot& keyFileCache::FindSlot(std::string_view path)
 {
-    const auto found = m_slots.find(path);
-    if (found != m_slots.end())
-        return *found->second;
-    auto slot = std::make_unique<Slot>();
-    slot->path = path;
-    return *m_slots.emplace(slot->path, std::move(slot)).first->second;
+    // Who reads a key reads more of the same file.
+    if (m_pLast && m_pLast->path == path)
+        return *m_pLast;
+    auto found = m_slots.find(path);
+    if (found == m_slots.end()) {
+        auto slot = std::make_unique<Slot>();
+        slot->path = path;
+        found = m_slots.emplace(slot->path, std::move(slot)).first;
+    }
+    m_pLast = found->second.get();
+    return *m_pLast;
 }
 
 std::map<std::string, std::string> keyFileCache::SectionValues(Slot& slot, std::string_view section)

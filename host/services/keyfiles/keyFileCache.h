@@ -40,23 +40,23 @@ public:
     static keyFileCache& GetInstance();
     Slot* Open(std::string_view path);
 
-    // Calls take with the value, or null when there is none. The value is valid during the call, which must
-    // not use the cache.
+    // Calls take with the value, or null when there is none, and gives what it gives. The value is valid during
+    // the call, which must not use the cache.
     template <class TAKE>
-    void Read(Slot& slot, uint32_t sectionHash, std::string_view section, std::string_view key, TAKE take)
+    auto Read(Slot& slot, uint32_t sectionHash, std::string_view section, std::string_view key, TAKE take)
     {
         std::lock_guard<std::mutex> guard(m_lock);
         Refresh(slot);
-        take(slot.document.Find(sectionHash, section, key));
+        return take(slot.document.Find(sectionHash, section, key));
     }
     template <class TAKE>
-    void Read(std::string_view path, std::string_view section, std::string_view key, TAKE take)
+    auto Read(std::string_view path, std::string_view section, std::string_view key, TAKE take)
     {
         const uint32_t sectionHash = keyFile::HashSection(section);
         std::lock_guard<std::mutex> guard(m_lock);
         Slot& slot = FindSlot(path);
         Refresh(slot);
-        take(slot.document.Find(sectionHash, section, key));
+        return take(slot.document.Find(sectionHash, section, key));
     }
     std::map<std::string, std::string> SectionValues(Slot& slot, std::string_view section);
 
@@ -83,4 +83,5 @@ private:
     std::mutex m_lock;
     sharedGeneration m_generation;
     std::map<std::string, std::unique_ptr<Slot>, std::less<>> m_slots;
+    Slot* m_pLast = nullptr; // that was found
 };

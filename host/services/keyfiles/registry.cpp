@@ -63,13 +63,11 @@ std::string handleName(std::string_view file, std::string_view section)
 }
 
 template <class TAKE>
-void readValue(HREGISTRY handle, const char* key, TAKE take)
+auto readValue(HREGISTRY handle, const char* key, TAKE take)
 {
-    if (handle)
-        keyFileCache::GetInstance().Read(*handle->pSlot, handle->nHash, handle->strSection, textOf(key),
-                                         take);
-    else
-        take(static_cast<const std::string*>(nullptr));
+    return handle ? keyFileCache::GetInstance().Read(*handle->pSlot, handle->nHash, handle->strSection,
+                                                     textOf(key), take)
+                  : take(static_cast<const std::string*>(nullptr));
 }
 
 bool isStored(KeyFileSave result)
@@ -86,13 +84,9 @@ chString stringOf(const std::string* value, const char* def)
 
 int nuxGetRegistryInt(const char* file, const char* section, const char* key, int def)
 {
-    int result = def;
-    keyFileCache::GetInstance().Read(textOf(file), textOf(section), textOf(key),
-                                     [&result](const std::string* value) {
-                                         if (value)
-                                             result = leadingNumber(*value);
-                                     });
-    return result;
+    return keyFileCache::GetInstance().Read(
+        textOf(file), textOf(section), textOf(key),
+        [def](const std::string* value) { return value ? leadingNumber(*value) : def; });
 }
 
 void nuxGetRegistryString(const char* file, const char* section, const char* key, char* buffer,
@@ -110,11 +104,8 @@ void nuxGetRegistryString(const char* file, const char* section, const char* key
 chString NUX_SubClass::nuxGetRegistryString(const char* file, const char* section, const char* key,
                                             const char* def)
 {
-    chString result;
-    keyFileCache::GetInstance().Read(
-        textOf(file), textOf(section), textOf(key),
-        [&result, def](const std::string* value) { result = stringOf(value, def); });
-    return result;
+    return keyFileCache::GetInstance().Read(textOf(file), textOf(section), textOf(key),
+                                            [def](const std::string* value) { return stringOf(value, def); });
 }
 
 int nuxSetRegistryInt(const char* file, const char* section, const char* key, int value)
@@ -143,19 +134,13 @@ HREGISTRY registryOpen(const char* file, const char* section)
 
 int registryGetInt(HREGISTRY handle, const char* key, int def)
 {
-    int result = def;
-    readValue(handle, key, [&result](const std::string* value) {
-        if (value)
-            result = leadingNumber(*value);
-    });
-    return result;
+    return readValue(handle, key,
+                     [def](const std::string* value) { return value ? leadingNumber(*value) : def; });
 }
 
 chString registryGetString(HREGISTRY handle, const char* key, const char* def)
 {
-    chString result;
-    readValue(handle, key, [&result, def](const std::string* value) { result = stringOf(value, def); });
-    return result;
+    return readValue(handle, key, [def](const std::string* value) { return stringOf(value, def); });
 }
 
 int registrySetString(HREGISTRY handle, const char* key, const char* value)
