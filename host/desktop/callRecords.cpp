@@ -1,21 +1,34 @@
 #include "host/desktop/callRecords.h"
+#include "host/desktop/clockText.h"
+#include "host/services/system/phoneZone.h"
 #include "support/host/api.h"
 #include "support/host/clock.h"
 #include "support/host/net.h"
 #include "support/host/text.h"
 #include "support/xml/xmlFile.h"
+#include <QDateTime>
 
 namespace {
 
 const char* const kFile = "/rundata/data/callHistory.xml";
 constexpr int kSecondsPerMinute = 60;
 constexpr int kMinutesPerHour = 60;
-constexpr int kDayLength = 10;    // "YYYY-MM-DD"
-constexpr int kMinuteLength = 16; // "YYYY-MM-DD hh:mm"
 
 QString valueOf(xmlElement* element, const char* attribute)
 {
     return toQString(element->GetAttributeValue(attribute).GetString());
+}
+
+// A call is told in the zone of today; one without its moment as it was written.
+long startOf(xmlElement* element)
+{
+    bool known = false;
+    const qlonglong utc = valueOf(element, "utc").toLongLong(&known);
+    if (known)
+        return zoneLocalOf(long(utc));
+    const QDateTime written = QDateTime::fromString(valueOf(element, "start"), "yyyy-MM-dd hh:mm:ss");
+    return written.isValid() ? long(QDateTime(written.date(), written.time(), Qt::UTC).toSecsSinceEpoch())
+                             : 0;
 }
 
 tagCallRecord recordOf(xmlElement* element)
@@ -25,9 +38,14 @@ tagCallRecord recordOf(xmlElement* element)
     call.strName = valueOf(element, "name");
     call.nLine = valueOf(element, "line").toInt() - 1;
     call.bIncoming = valueOf(element, "direction") == "in";
-    call.strStart = valueOf(element, "start");
+    call.nStart = startOf(element);
     call.nSeconds = valueOf(element, "seconds").toInt();
     return call;
+}
+
+QString dayOf(long localSeconds)
+{
+    return toQString(chTime(localSeconds).Format("%Y-%m-%d"));
 }
 
 } // namespace
@@ -72,7 +90,9 @@ QString durationText(int seconds)
 
 QString callRecordTime(const tagCallRecord& call)
 {
-    const QString today = toQString(chTime(netGetLocalTime()).Format("%Y-%m-%d"));
-    const QString minute = call.strStart.left(kMinuteLength);
-    return minute.left(kDayLength) == today ? minute.mid(kDayLength + 1) : minute;
+    if (call.nStart == 0)
+        return QString();
+    const QString day = dayOf(call.nStart);
+    const QString time = clockText(call.nStart);
+    return day == dayOf(netGetLocalTime()) ? time : day + ' ' + time;
 }

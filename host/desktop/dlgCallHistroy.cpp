@@ -29,7 +29,7 @@ dlgCallHistroy::dlgCallHistroy(QWidget* parent, tagLeftBarInfo* info)
     m_p->page.setSoftKey(3, "Back", HX_TR("Back"), SLOT(on_click_Back()));
     m_p->list = new hostList(
         m_p->ui.tabList, m_p->ui.labNotice,
-        {{HX_TR("Name"), 270}, {HX_TR("Number"), 170}, {HX_TR("Time"), 190}, {HX_TR("Duration"), 110}});
+        {{HX_TR("Name"), 250}, {HX_TR("Number"), 170}, {HX_TR("Time"), 210}, {HX_TR("Duration"), 110}});
     connect(m_p->list, &hostList::opened, this, &dlgCallHistroy::on_click_Call);
     qFollowLanguage(this, [this] { m_p->load(); });
 }

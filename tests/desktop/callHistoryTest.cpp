@@ -2,7 +2,9 @@
 #include "host/services/system/netWorld.h"
 #include "support/host/clock.h"
 #include "support/host/dialogs.h"
+#include "support/host/net.h"
 #include "support/host/phone.h"
+#include "support/host/registry.h"
 #include "tests/desktop/desktopTest.h"
 #include <QFile>
 #include <QTableWidget>
@@ -14,7 +16,7 @@ const char* const kCalls =
     "<CallHistory>"
     "<Call number=\"1002\" name=\"\" line=\"2\" direction=\"out\" start=\"2026-11-21 14:03:59\" "
     "seconds=\"65\"/>"
-    "<Call number=\"555\" name=\"Doctor\" line=\"1\" direction=\"in\" start=\"2026-11-20 09:30:00\" "
+    "<Call number=\"555\" name=\"Doctor\" line=\"1\" direction=\"in\" start=\"2026-11-20 12:30:00\" "
     "seconds=\"3723\"/>"
     "<Call number=\"556\" name=\"\" line=\"3\" direction=\"in\" start=\"2026-11-20 08:00:00\" seconds=\"0\"/>"
     "</CallHistory>";
@@ -46,12 +48,49 @@ TEST_F(CallHistory, ListsWhoWhenAndHowLong)
     EXPECT_EQ(softKeys(&page), "Call||Clear|Back");
     EXPECT_EQ(headingsOf(&page), "Name,Number,Time,Duration");
     EXPECT_EQ(rowsOf(&page),
-              "Anna,1002,14:03,1:05|Doctor,555,2026-11-20 09:30,1:02:03|556,556,2026-11-20 08:00,");
+              "Anna,1002,14:03,1:05|Doctor,555,2026-11-20 12:30,1:02:03|556,556,2026-11-20 08:00,");
     EXPECT_EQ(listOf(&page)->currentRow(), 0);
     for (int row = 0; row < 3; ++row)
         EXPECT_FALSE(listOf(&page)->item(row, 0)->icon().isNull());
     EXPECT_EQ(cutTexts(&page), "");
     kit::shot("callHistory");
+}
+
+TEST_F(CallHistory, FollowsTheZoneThatIsChosen)
+{
+    const char* const file = "/rundata/config/system.ini";
+    const auto choose = [&](const char* hours) {
+        nuxSetRegistryString(file, "LocalTime", "strTimeName", hours);
+        nuxSetRegistryString(file, "LocalTime", "strZoneName", "Nowhere");
+    };
+    choose("+08:00 ");
+    netSetLocalTime(2026, 7, 10, 12, 50, 0);
+    const QByteArray moment = QByteArray::number(qlonglong(chTime(2026, 7, 10, 4, 48, 0).GetTime()));
+    writeFile(kFile, "<CallHistory><Call number=\"1\" start=\"2026-07-10 12:48:00\" utc=\"" + moment +
+                         "\"/><Call number=\"2\" start=\"2026-07-10 12:40:00\"/><Call number=\"3\" "
+                         "start=\"then\" utc=\"soon\"/></CallHistory>");
+    open();
+    EXPECT_EQ(rowsOf(&page), "1,1,12:48,|2,2,12:40,|3,3,,");
+    page.hide();
+    choose("-05:00 ");
+    open();
+    EXPECT_EQ(rowsOf(&page), "1,1,23:48,|2,2,2026-07-10 12:40,|3,3,,");
+}
+
+TEST_F(CallHistory, TellsTheTimeAsItIsChosen)
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "DateTime", "eTimeFormat", 1);
+    for (const char* language : {"English", "German", "French", "Spanish", "Chinese"}) {
+        page.hide();
+        setLanguage(language);
+        openWithCalls();
+        EXPECT_EQ(cutTexts(&page), "") << language;
+        kit::shot(QString("callHistoryTwelve") + language);
+        if (language == std::string("English")) {
+            EXPECT_EQ(rowsOf(&page), "Anna,1002,2:03 PM,1:05|Doctor,555,2026-11-20 12:30 PM,1:02:03|556,556,"
+                                     "2026-11-20 8:00 AM,");
+        }
+    }
 }
 
 TEST_F(CallHistory, AnIconTellsHowTheCallWent)

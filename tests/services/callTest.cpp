@@ -4,8 +4,10 @@
 #include "host/services/phone/phoneSimulation.h"
 #include "host/services/players/soundOutput.h"
 #include "host/services/players/speaker.h"
+#include "support/host/clock.h"
 #include "support/host/net.h"
 #include "support/host/phone.h"
+#include "support/host/registry.h"
 #include "support/xml/xmlFile.h"
 #include "tests/kit/phoneTest.h"
 #include <QStringList>
@@ -204,6 +206,21 @@ TEST_F(Calls, EndedCallsAreInTheHistoryNewestFirst)
     EXPECT_EQ(history("seconds", 2), (QStringList{"0", "3"}));
     EXPECT_EQ(history("name", 2), (QStringList{"", ""}));
     EXPECT_TRUE(history("start", 2)[1].startsWith("2024-02-29 23:59:5"));
+}
+
+TEST_F(Calls, HistoryKeepsTheMomentOfACallWhateverTheZone)
+{
+    const char* const file = "/rundata/config/system.ini";
+    nuxSetRegistryString(file, "LocalTime", "strTimeName", "-05:00 ");
+    nuxSetRegistryString(file, "LocalTime", "strZoneName", "Nowhere");
+    netSetLocalTime(2024, 2, 29, 23, 59, 0);
+    phone_CallNumber("600", 1, -1);
+    phoneService::instance().hangUp(calls()[0].nId);
+    EXPECT_TRUE(history("start", 1)[0].startsWith("2024-02-29 23:59:0"));
+    const long utc = chTime(2024, 3, 1, 4, 59, 0).GetTime();
+    const long stored = history("utc", 1)[0].toLong();
+    EXPECT_GE(stored, utc);
+    EXPECT_LT(stored, utc + 60);
 }
 
 TEST_F(Calls, RefusedCallIsInTheHistoryToo)

@@ -40,8 +40,8 @@ public:
     static keyFileCache& GetInstance();
     Slot* Open(std::string_view path);
 
-    // Calls take with the value, or null when there is none, and gives what it gives. The value is valid during
-    // the call, which must not use the cache.
+    // Calls take with the value, or null when there is none, and gives what it gives. The value is valid
+    // during the call, which must not use the cache.
     template <class TAKE>
     auto Read(Slot& slot, uint32_t sectionHash, std::string_view section, std::string_view key, TAKE take)
     {

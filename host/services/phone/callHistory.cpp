@@ -1,4 +1,5 @@
 #include "host/services/phone/callHistory.h"
+#include "host/services/system/phoneZone.h"
 #include "support/host/clock.h"
 #include "support/host/task.h"
 #include "support/host/text.h"
@@ -32,6 +33,7 @@ void writeCall(xmlElement* element, const tagCall& call)
     element->SetAttributeValue("line", QByteArray::number(call.nAccount + 1).constData());
     element->SetAttributeValue("direction", call.bIncoming ? "in" : "out");
     element->SetAttributeValue("start", start);
+    element->SetAttributeValue("utc", QByteArray::number(qlonglong(zoneUtcOf(call.nStartTime))).constData());
     element->SetAttributeValue("seconds", QByteArray::number(call.nSeconds).constData());
 }
 
