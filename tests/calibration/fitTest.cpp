@@ -1,6 +1,7 @@
 // The mapping from panel to screen, against one in double precision.
 #include "calibration/calibrationFit.h"
 #include "tests/kit/phoneTest.h"
+#include <climits>
 #include <cmath>
 #include <random>
 
@@ -177,6 +178,33 @@ TEST_F(CalibrationFit, ADeterminantOfATenthIsEnough)
         cal.y[i] = y[i];
     }
     EXPECT_TRUE(perform_calibration(&cal));
+}
+
+// Near one spot the sums outgrow the digits of a float, and their difference may fall below zero.
+TEST_F(CalibrationFit, ADeterminantFarBelowZeroIsOne)
+{
+    calibration cal = touched({0, 1, 0, 0, 0, 1});
+    const int x[] = {3001, 3002, 3002, 3000, 3000};
+    const int y[] = {3000, 3002, 3002, 3001, 3001};
+    for (int i = 0; i < CALIBRATION_POINTS; ++i) {
+        cal.x[i] = x[i];
+        cal.y[i] = y[i];
+    }
+    mark();
+    EXPECT_TRUE(perform_calibration(&cal));
+    EXPECT_TRUE(traces().filter("determinant is too small").isEmpty());
+    EXPECT_FALSE(calibrationHolds(cal)) << "the proof finds it";
+}
+
+TEST_F(CalibrationFit, WhatIsNoNumberDoesNotHold)
+{
+    calibration cal = touched({0, 1, 0, 0, 0, 1});
+    for (int i = 0; i < CALIBRATION_POINTS; ++i)
+        cal.x[i] = cal.y[i] = INT_MAX - i;
+    EXPECT_TRUE(perform_calibration(&cal));
+    for (int part = 0; part < CALIBRATION_PARTS - 1; ++part)
+        EXPECT_EQ(cal.a[part], INT_MIN) << part;
+    EXPECT_FALSE(calibrationHolds(cal));
 }
 
 TEST_F(CalibrationFit, PositionsThatNoPanelHasAreNoHarm)

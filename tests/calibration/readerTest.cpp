@@ -253,6 +253,21 @@ TEST_F(RawReader, AFloodWithoutASampleEndsTheCall)
     expectUntouched(read(1)[0]);
 }
 
+TEST_F(RawReader, RecordsWithoutASampleAreCountedForEachSampleAnew)
+{
+    constexpr int kSamples = 100;
+    std::vector<tagRecord> records;
+    for (int i = 0; i < kSamples; ++i) {
+        records.insert(records.end(), RAW_RECORD_LIMIT / kSamples + 1, end());
+        records.push_back(x(i));
+        records.push_back(y(2 * i));
+    }
+    put(records);
+    const std::vector<ts_sample> samples = read(kSamples);
+    for (int i = 0; i < kSamples; ++i)
+        expectSample(samples[size_t(i)], i, 2 * i, 0);
+}
+
 TEST_F(RawReader, OpensADeviceOfTheDeviceRootAndAttachesItsOneModule)
 {
     writeFile("/dev/input/event0", shortRecords({x(3), y(4)}));
@@ -267,6 +282,20 @@ TEST_F(RawReader, OpensADeviceOfTheDeviceRootAndAttachesItsOneModule)
     EXPECT_EQ(ts->list->ops->read(ts->list, &sample, 1), 1);
     expectSample(sample, 3, 4, 0);
     touchDeviceClose(ts);
+    EXPECT_EQ(__ts_raw.dev, nullptr);
+}
+
+TEST_F(RawReader, ADeviceThatClosesLeavesTheModuleToTheOneThatHasItNow)
+{
+    writeFile("/dev/input/event0", {});
+    tsdev* first = ts_open("/dev/input/event0", 1);
+    tsdev* second = ts_open("/dev/input/event0", 1);
+    ASSERT_NE(second, nullptr);
+    touchDeviceClose(first);
+    EXPECT_EQ(__ts_raw.dev, second);
+    touchDeviceClose(second);
+    EXPECT_EQ(__ts_raw.dev, nullptr);
+    touchDeviceClose(nullptr);
 }
 
 TEST_F(RawReader, OpensWithoutWaitingWhenAskedTo)

@@ -1,3 +1,4 @@
+#include "host/desktop/clockText.h"
 #include "host/desktop/homeButton.h"
 #include "host/desktop/homeClock.h"
 #include "host/desktop/homeStatus.h"
@@ -271,6 +272,25 @@ TEST_F(HomeScreen, TheTwelveHourClockTellsMorningFromAfternoon)
     EXPECT_NE(afternoon, morning);
     kit::shot("home_twelve_hours");
     EXPECT_NE(shot(0), shot(12));
+}
+
+TEST_F(HomeScreen, TheTwelveHourClockHasNoHourZero)
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "DateTime", "eTimeFormat", 1);
+    const struct
+    {
+        int hour;
+        const char* text;
+        const char* whole;
+    } moments[] = {{0, "12:05", "12:05 AM"},  {1, "1:05", "1:05 AM"},  {11, "11:05", "11:05 AM"},
+                   {12, "12:05", "12:05 PM"}, {13, "1:05", "1:05 PM"}, {23, "11:05", "11:05 PM"}};
+    for (const auto& moment : moments) {
+        const chTime time(2026, 11, 21, moment.hour, 5, 0);
+        netWorldSetClock(time.GetTime());
+        kit::stepTime(1100);
+        EXPECT_EQ(clock()->text(), moment.text) << moment.hour;
+        EXPECT_EQ(clockText(time.GetTime()), moment.whole);
+    }
 }
 
 TEST_F(HomeScreen, AMissingWallpaperFallsBackToTheOneOfThePhone)

@@ -50,6 +50,7 @@ TEST_F(Control, BadUsageAndAMissingPhoneExitWithTwo)
     EXPECT_EQ(runBare({"-s", root() + "/nothing-here", "tree"}), 2);
     EXPECT_EQ(runBare({"-s", root() + "/control", "dance"}), 2);
     EXPECT_EQ(runBare({"-s", root() + "/control", "touch", "x", "1"}), 2);
+    EXPECT_EQ(runBare({"-s", root() + "/control", "touch-raw", "7"}), 2);
     EXPECT_EQ(runBare({"--help"}), 0);
     EXPECT_EQ(runBare({"-s", root() + "/control", "--help"}), 0);
     EXPECT_EQ(runBare({"-s", root() + "/nothing-here", "-h"}), 0);

@@ -1,5 +1,6 @@
 // What the device image says about its versions is what was built, and what the build found.
 #include "tests/house/sourceTree.h"
+#include "tests/kit/plain/deviceFolder.h"
 #include <QDir>
 #include <QMap>
 #include <QProcess>
@@ -67,4 +68,25 @@ TEST(Versions, OfLibrariesAreThoseThatTheBuildLinks)
         EXPECT_NE(versions[name].toStdString(), "") << name;
         EXPECT_EQ(versions[name].toStdString(), packageVersion(package).toStdString()) << name;
     }
+}
+
+TEST(Versions, StandUnderTheirRootAndTheHardwareHasItsName)
+{
+    QXmlStreamReader xml(readText(imagePath("/phone/resource/module-version.xml")));
+    ASSERT_TRUE(xml.readNextStartElement());
+    EXPECT_EQ(xml.name().toString().toStdString(), "Version");
+    const QStringList lines = readText(imagePath("/phone/resource/version.ini")).split('\n');
+    ASSERT_EQ(lines.size(), 4);
+    EXPECT_EQ(lines[0].toStdString(), "[Version]");
+    EXPECT_TRUE(lines[2].startsWith("strHardware=")) << qPrintable(lines[2]);
+    EXPECT_GT(lines[2].size(), QString("strHardware=").size());
+}
+
+TEST(Versions, ThatCannotBeWrittenAreTold)
+{
+    QProcess tool;
+    tool.start(kit::program("hxVersionList"), {"/no/such/folder", "1.2.3", "Board 7"});
+    EXPECT_TRUE(tool.waitForFinished());
+    EXPECT_EQ(tool.exitCode(), 1);
+    EXPECT_TRUE(tool.readAllStandardError().contains("/no/such/folder/version.ini"));
 }

@@ -55,6 +55,18 @@ int secondsOf(const QString& time)
     return time[0] == '-' ? -seconds : seconds;
 }
 
+void writeData(const QString& folder, const QByteArray& version, const QByteArray& countries,
+               const QByteArray& zones)
+{
+    const std::pair<const char*, QByteArray> files[] = {
+        {"tzdata.zi", version + '\n'}, {"iso3166.tab", countries}, {"zone.tab", zones}};
+    for (const auto& [name, text] : files) {
+        QFile file(folder + '/' + name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(text), text.size());
+    }
+}
+
 int makeTable(const QString& data, const QString& names, const QString& target, QByteArray* errors = nullptr)
 {
     QProcess tool;
@@ -130,6 +142,33 @@ TEST(ZoneTable, TheSameDataMakeTheSameTable)
     QTemporaryDir folder;
     ASSERT_EQ(makeTable(kData, kNames, folder.filePath("AutoDST.xml")), 0);
     EXPECT_EQ(contentOf(folder.filePath("AutoDST.xml")), contentOf(imagePath("/phone/resource/AutoDST.xml")));
+}
+
+TEST(ZoneTable, NamesStandInTheOrderOfTheirLettersWhateverTheirCaseAndAccents)
+{
+    QTemporaryDir folder;
+    writeData(folder.path(), "# version 2025b", "ZM\tZambia\nBG\tbulgaria\nAX\tÅland Islands\n",
+              "ZM\t-1525+02817\tAfrica/Lusaka\nBG\t+4241+02319\tEurope/Sofia\n"
+              "AX\t+6006+01957\tEurope/Mariehamn\n");
+    const QString target = folder.filePath("AutoDST.xml");
+    ASSERT_EQ(makeTable(folder.path(), kNames, target), 0);
+    const QByteArray table = contentOf(target);
+    EXPECT_TRUE(table.contains("<!-- Time-zone data 2025b -->")) << table.constData();
+    int last = 0;
+    for (const char* name : {"UTC", "Åland Islands, Mariehamn", "bulgaria, Sofia", "Zambia, Lusaka"}) {
+        const int place = int(table.indexOf(QByteArray("szZone=\"") + name + '"'));
+        EXPECT_GT(place, last) << name << '\n' << table.constData();
+        last = place;
+    }
+}
+
+TEST(ZoneTable, DataThatDoNotSayTheirVersionAreTold)
+{
+    QTemporaryDir folder;
+    writeData(folder.path(), "# no number", "", "");
+    QByteArray errors;
+    EXPECT_EQ(makeTable(folder.path(), kNames, folder.filePath("AutoDST.xml"), &errors), 1);
+    EXPECT_TRUE(errors.contains("does not say which version it is")) << errors.constData();
 }
 
 TEST(ZoneTable, DataThatAreMissingOrBrokenAreTold)

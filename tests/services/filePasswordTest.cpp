@@ -1,4 +1,5 @@
 #include "support/host/password.h"
+#include "tests/file/failingCalls.h"
 #include "tests/kit/fewDescriptors.h"
 #include "tests/kit/phoneTest.h"
 #include <QDir>
@@ -147,6 +148,48 @@ TEST_F(FilePassword, AFileThatIsDamagedInPartLetsNobodyIn)
     ASSERT_EQ(store("admin", "secret"), 1);
     writeFile(kFile, readFile(kFile) + "no line of a password file\n");
     EXPECT_EQ(isRight("admin", "secret"), 0);
+}
+
+TEST_F(FilePassword, LinesOfARemarkAndEmptyOnesAreNoDamage)
+{
+    ASSERT_EQ(store("admin", "secret"), 1);
+    writeFile(kFile, "# who may do what\n\n" + readFile(kFile) + "\r\n#admin:plain\n#\n");
+    EXPECT_EQ(isRight("admin", "secret"), 1);
+    EXPECT_EQ(isRight("admin", ""), 0);
+}
+
+TEST_F(FilePassword, AZeroInALineIsDamage)
+{
+    ASSERT_EQ(store("admin", "secret"), 1);
+    const QByteArray line = readFile(kFile);
+    writeFile(kFile, line.chopped(1) + QByteArray("\0\n", 2));
+    EXPECT_EQ(isRight("admin", "secret"), 0);
+    writeFile(kFile, QByteArray("a\0b", 3) + line.mid(5) + line);
+    EXPECT_EQ(isRight("admin", "secret"), 0);
+}
+
+TEST_F(FilePassword, ASaveThatFailsLeavesTheDamagedFileAndNoOther)
+{
+    const char* const kept = "/rundata/data/htpasswd.bad";
+    writeFile(kFile, "no password file");
+    filePassword file(kFile);
+    ASSERT_EQ(file.SetUserPassword("admin", "new"), 1);
+    int failed = 0;
+    for (int call = 0;; ++call) {
+        FailingCalls disk;
+        disk.failAt(call, EIO);
+        const int isSaved = file.SaveToFile(kFile);
+        if (!disk.failed())
+            break;
+        if (isSaved)
+            writeFile(kFile, "no password file");
+        else
+            EXPECT_FALSE(QFile::exists(hostPath(kept))) << call;
+        failed += isSaved ? 0 : 1;
+        EXPECT_EQ(readFile(kFile), "no password file") << call;
+        QFile::remove(hostPath(kept));
+    }
+    EXPECT_GT(failed, 2);
 }
 
 TEST_F(FilePassword, ADamagedFileIsKeptAsideByASave)

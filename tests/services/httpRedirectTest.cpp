@@ -6,57 +6,8 @@
 #include "tests/kit/phoneTest.h"
 #include "tests/services/httpFetch.h"
 #include "tests/services/httpServer.h"
-#include <QHash>
-#include <QMutex>
+#include "tests/services/ownNames.h"
 #include <QNetworkInterface>
-#include <dlfcn.h>
-#include <netdb.h>
-
-namespace {
-
-using Answer = QList<QByteArray>; // addresses
-
-// Names of the test's own, and what they stand for each time they are looked up; the last answer stays.
-struct tagNames
-{
-    QMutex lock;
-    QHash<QByteArray, QList<Answer>> answers;
-    Answer take(const QByteArray& name)
-    {
-        const QMutexLocker locker(&lock);
-        const auto found = answers.find(name);
-        if (found == answers.end())
-            return Answer();
-        return found->size() > 1 ? found->takeFirst() : found->first();
-    }
-};
-
-tagNames& names()
-{
-    static tagNames known;
-    return known;
-}
-
-} // namespace
-
-// In place of the system's, for the whole program: what is no name of a test goes on to it.
-extern "C" Q_DECL_EXPORT int getaddrinfo(const char* name, const char* service, const addrinfo* hints,
-                                         addrinfo** result)
-{
-    using Lookup = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
-    static const Lookup system = reinterpret_cast<Lookup>(dlsym(RTLD_NEXT, "getaddrinfo"));
-    const Answer answer = name ? names().take(name) : Answer();
-    if (answer.isEmpty())
-        return system(name, service, hints, result);
-    for (const QByteArray& address : answer) {
-        *result = nullptr;
-        if (const int failure = system(address.constData(), service, hints, result))
-            return failure;
-        while (*result)
-            result = &(*result)->ai_next;
-    }
-    return 0;
-}
 
 namespace {
 
@@ -94,12 +45,6 @@ protected:
     static QByteArray sentTo(const QByteArray& url)
     {
         return httpServer::head("302 Found", {"Location: " + url, "Content-Length: 2"}) + "on";
-    }
-    // A name of the test's own, which stands for these.
-    static void nameIs(const QByteArray& name, const QList<Answer>& answers)
-    {
-        const QMutexLocker locker(&names().lock);
-        names().answers[name] = answers;
     }
     static QByteArray under(const QByteArray& host, const httpServer& its)
     {
@@ -148,9 +93,9 @@ TEST_F(HttpRedirect, AnAddressWithoutAHostOpensNothing)
 
 TEST_F(HttpRedirect, ANameThatChangesOpensNothing)
 {
-    nameIs("always.test", {{"127.0.0.1"}});
-    nameIs("later.test", {{kThere}, {"127.0.0.1"}});
-    nameIs("among.test", {{kThere, "127.0.0.1"}});
+    ownNames::set("always.test", {{"127.0.0.1"}});
+    ownNames::set("later.test", {{kThere}, {"127.0.0.1"}});
+    ownNames::set("among.test", {{kThere, "127.0.0.1"}});
     for (const char* name : {"always.test", "later.test", "among.test"}) {
         target = under(name, victim);
         EXPECT_EQ(httpFetch(server.url("/")), 0) << name;
@@ -161,7 +106,7 @@ TEST_F(HttpRedirect, ANameThatChangesOpensNothing)
 
 TEST_F(HttpRedirect, AServerThatClaimsToBeHereAsWellIsElsewhere)
 {
-    nameIs("both.test", {{kThere, "127.0.0.1"}});
+    ownNames::set("both.test", {{kThere, "127.0.0.1"}});
     target = victim.url("/");
     EXPECT_EQ(httpFetch(under("both.test", server)), 0);
     EXPECT_EQ(server.paths.size(), 1);

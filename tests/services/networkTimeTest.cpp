@@ -8,6 +8,7 @@
 #include "tests/kit/kitTime.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/kit/plain/timeServer.h"
+#include <cstdlib>
 
 #define SYSTEM_FILE "/rundata/config/system.ini"
 
@@ -16,6 +17,7 @@ namespace {
 constexpr long long kServersUtc = 1800000000; // in 2027
 constexpr int kWaitMs = 20000;
 constexpr int kHourMs = networkTime::HOUR_MS;
+constexpr int kSettleMs = 300; // in which what was saved has its effect
 
 class NetworkTime : public PhoneTest
 {
@@ -54,6 +56,16 @@ protected:
     bool isAsked(int count)
     {
         return kit::waitUntil([&] { return server.asked() >= count; }, kWaitMs) && server.asked() == count;
+    }
+    // What the client says when the answer to its last question is there.
+    static void answerMs(qint64 utcMs)
+    {
+        emit networkTime::instance().findChild<sntpClient*>()->answered(utcMs);
+    }
+    static long long storedAhead()
+    {
+        return strtoll(NUX_SubClass::nuxGetRegistryString(SYSTEM_FILE, "LocalTime", "nAheadMs", ""), nullptr,
+                       10);
     }
     // What was sent has had its time to arrive.
     bool isNotAskedAgain(int count)
@@ -158,11 +170,95 @@ TEST_F(NetworkTime, AnAnswerThatComesAfterTheClockWasSetByHandIsLate)
     ASSERT_TRUE(isAsked(1));
     // The page has stored its settings, and is about to say so.
     configure("bNTPEnable", "0");
-    emit networkTime::instance().findChild<sntpClient*>()->answered(kServersUtc * 1000);
+    answerMs(kServersUtc * 1000);
     EXPECT_TRUE(isOwnTime());
     saved();
     passHours(2);
     EXPECT_TRUE(isNotAskedAgain(1));
+}
+
+TEST_F(NetworkTime, AnAnswerThatComesAfterTheServerWasChangedIsLate)
+{
+    server.answer(QList<kit::tagTimeAnswer>{});
+    start();
+    ASSERT_TRUE(isAsked(1));
+    configure("strPrimaryNTPServer", "localhost");
+    answerMs(kServersUtc * 1000);
+    EXPECT_TRUE(isOwnTime());
+}
+
+TEST_F(NetworkTime, OtherChangesOfTheSettingsAskNobody)
+{
+    start();
+    ASSERT_TRUE(isTraced("the clock moves by"));
+    for (const unsigned kind : {CONFIG_CHANGED_DATE_TIME - 1u, CONFIG_CHANGED_DATE_TIME + 1u, 0u})
+        msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, kind, 0);
+    kit::stepTime(kSettleMs);
+    EXPECT_TRUE(isNotAskedAgain(1));
+}
+
+TEST_F(NetworkTime, ASaveEndsTheQuestionThatIsUnderWay)
+{
+    server.answer(QList<kit::tagTimeAnswer>{});
+    start();
+    ASSERT_TRUE(isAsked(1));
+    configure("bNTPEnable", "0");
+    saved();
+    kit::stepTime(2 * sntpClient::ANSWER_MS);
+    EXPECT_TRUE(traces().filter("Time server").isEmpty()) << qPrintable(traces().join("|"));
+}
+
+TEST_F(NetworkTime, ASaveMakesThePauseBehindAFailureShortAgain)
+{
+    server.answer(QList<kit::tagTimeAnswer>{});
+    start();
+    for (int asked = 1; asked <= 3; ++asked) {
+        ASSERT_TRUE(isAsked(asked));
+        mark();
+        kit::stepTime(sntpClient::ANSWER_MS);
+        ASSERT_TRUE(isTraced("no answer"));
+        kit::moveClocks(kHourMs);
+        kit::settle();
+    }
+    ASSERT_TRUE(isAsked(4));
+    saved();
+    kit::stepTime(kSettleMs);
+    ASSERT_TRUE(isAsked(5));
+    mark();
+    kit::stepTime(sntpClient::ANSWER_MS);
+    ASSERT_TRUE(isTraced("no answer"));
+    kit::stepTime(networkTime::RETRY_MS);
+    EXPECT_TRUE(isAsked(6));
+}
+
+TEST_F(NetworkTime, ADifferenceThatNobodySeesIsNotStored)
+{
+    start();
+    ASSERT_TRUE(isTraced("the clock moves by"));
+    kit::holdClocks(true);
+    answerMs((kServersUtc + 60) * 1000);
+    answerMs(kServersUtc * 1000);
+    const long long stored = storedAhead();
+    for (const int ms : {999, -999}) {
+        answerMs(kServersUtc * 1000 + ms);
+        EXPECT_EQ(storedAhead(), stored) << ms;
+    }
+    answerMs(kServersUtc * 1000 + 1000);
+    EXPECT_EQ(storedAhead() - stored, 1000);
+    kit::holdClocks(false);
+}
+
+TEST_F(NetworkTime, SecondsBefore1970AreCutDownwardsAsThoseAfterIt)
+{
+    start();
+    ASSERT_TRUE(isTraced("the clock moves by"));
+    kit::holdClocks(true);
+    for (const auto& [ms, seconds] : {std::pair{0, 0}, std::pair{999, 0}, std::pair{-1, -1},
+                                      std::pair{-1000, -1}, std::pair{-1001, -2}}) {
+        answerMs(ms);
+        EXPECT_EQ(netGetLocalTime(), seconds) << ms;
+    }
+    kit::holdClocks(false);
 }
 
 TEST_F(NetworkTime, WhileTheNetworkIsDownItIsLookedForAndNobodyIsAsked)
@@ -289,6 +385,16 @@ TEST_F(NetworkTime, AServerThatForbidsItIsNotAskedAgainBeforeSomebodySaves)
     EXPECT_TRUE(isTraced("the clock moves by"));
 }
 
+TEST_F(NetworkTime, AServerThatRestrictsItIsNotAskedAgainEither)
+{
+    kit::tagTimeAnswer kiss = good();
+    kiss.nStratum = 0;
+    kiss.strReference = "RSTR";
+    expectRefused({kiss}, "it asks to be left alone, RSTR");
+    passHours(3);
+    EXPECT_TRUE(isNotAskedAgain(1));
+}
+
 TEST_F(NetworkTime, AServerThatIsNotSynchronisedChangesNothing)
 {
     kit::tagTimeAnswer answer = good();
@@ -353,6 +459,21 @@ TEST_F(NetworkTime, AFloodOfForgedAnswersEndsTheQuestion)
     start();
     EXPECT_TRUE(isTraced("Time server 127.0.0.1: an answer to another question"));
     EXPECT_TRUE(isOwnTime()) << "what comes behind them is not looked at";
+}
+
+TEST_F(NetworkTime, TheForgedAnswersOfOneQuestionDoNotCountForTheNext)
+{
+    kit::tagTimeAnswer forged = good();
+    forged.bRepeatsNumber = false;
+    QList<kit::tagTimeAnswer> answers(sntpClient::DATAGRAMS - 1, forged);
+    answers.append(good());
+    server.answer(answers);
+    start();
+    ASSERT_TRUE(isTraced("the clock moves by"));
+    mark();
+    saved();
+    kit::stepTime(kSettleMs);
+    EXPECT_TRUE(isTraced("the clock moves by")) << qPrintable(traces().join("|"));
 }
 
 TEST_F(NetworkTime, EachQuestionHasANumberOfItsOwn)

@@ -84,6 +84,19 @@ TEST_F(PhoneZone, SummerTimeBeginsAndEndsAtItsSecond)
     EXPECT_EQ(netGetSummerTime(utc(1, 1, 0)), 1800) << "half an hour is enough there";
 }
 
+TEST_F(PhoneZone, AnotherPlaceOfTheSameHoursHasRulesOfItsOwn)
+{
+    store("+01:00 ", "Germany, Berlin");
+    EXPECT_EQ(local(utc(7, 1, 0)), "07-01 02:00:00");
+    store("+01:00 ", "Nigeria, Lagos");
+    EXPECT_EQ(local(utc(7, 1, 0)), "07-01 01:00:00");
+    store("+01:00 ", "Germany, Berlin");
+    EXPECT_EQ(local(utc(7, 1, 0)), "07-01 02:00:00");
+    store("+02:00 ", "Germany, Berlin");
+    EXPECT_EQ(local(utc(7, 1, 0)), "07-01 02:00:00");
+    EXPECT_EQ(local(utc(1, 1, 0)), "01-01 02:00:00") << "the place has other hours: no rules fit";
+}
+
 TEST_F(PhoneZone, TheOldNamesOfZonesHaveTheirRulesToo)
 {
     for (const auto& [time, name] : {std::pair{"GMT+02:00 ", "Helsinki"}, std::pair{"+02:00 ", "Athens"}}) {
@@ -227,6 +240,24 @@ TEST_F(PhoneZone, AClockThatWasSetBeforeIsThatOfTheStart)
 TEST_F(PhoneZone, ADifferenceThatIsNoneIsLeftAlone)
 {
     nuxSetRegistryString(SYSTEM_FILE, "LocalTime", "nAheadMs", "99999999999999999999");
+    store("", "");
+    timespec machine;
+    clock_gettime(CLOCK_REALTIME, &machine);
+    EXPECT_LE(std::abs(netGetLocalTime() - zoneLocalOf(machine.tv_sec)), 1);
+}
+
+TEST_F(PhoneZone, ADifferenceInThePastThatIsNoneIsLeftAlone)
+{
+    nuxSetRegistryString(SYSTEM_FILE, "LocalTime", "nAheadMs", "-99999999999999999999");
+    store("", "");
+    timespec machine;
+    clock_gettime(CLOCK_REALTIME, &machine);
+    EXPECT_LE(std::abs(netGetLocalTime() - zoneLocalOf(machine.tv_sec)), 1);
+}
+
+TEST_F(PhoneZone, ADifferenceOfMoreThanCenturiesBackIsLeftAlone)
+{
+    nuxSetRegistryString(SYSTEM_FILE, "LocalTime", "nAheadMs", "-7000000000000");
     store("", "");
     timespec machine;
     clock_gettime(CLOCK_REALTIME, &machine);

@@ -170,6 +170,14 @@ TEST_F(DateEdits, TheCheckCorrectsAllThree)
     EXPECT_EQ(text(), "1970 01 01");
 }
 
+TEST_F(DateEdits, TheCheckCorrectsTheYearBeforeTheDayIsJudgedByIt)
+{
+    date("", "2", "29"); // a year 0 would be a leap year
+    EXPECT_EQ(text(), " 2 29");
+    frame.checkDate();
+    EXPECT_EQ(text(), "1970 02 28");
+}
+
 TEST_F(TimeEdits, TheTimeHasTwoDigits)
 {
     EXPECT_EQ(edit("editHour")->text(), "07");

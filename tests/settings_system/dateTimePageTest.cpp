@@ -6,6 +6,7 @@
 #include "support/host/ime.h"
 #include "support/host/net.h"
 #include "support/xml/xmlFile.h"
+#include "tests/file/failingCalls.h"
 #include "tests/kit/kitTime.h"
 #include "tests/settings_system/systemPageTest.h"
 #include <QFile>
@@ -379,6 +380,23 @@ TEST_F(DateTimePage, AZoneThatCannotBeStoredIsTold)
     EXPECT_EQ(zones()->currentText(), "+05:30 India, New Delhi");
     expectSaved();
     EXPECT_EQ(zoneKeys(), (QStringList{"+05:30 ", "India, New Delhi"}));
+}
+
+TEST_F(DateTimePage, WhenTheOtherSettingsCannotBeSavedTheZoneIsNotStoredEither)
+{
+    openPage();
+    chooseZone("+05:30 India, New Delhi");
+    choose("cmbBoxTimeFormat", "1");
+    kit::BoxAnswers boxes({"ok"});
+    {
+        FailingCalls disk;
+        disk.failAt(0, EIO);
+        save();
+        EXPECT_TRUE(disk.failed());
+    }
+    EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
+    EXPECT_TRUE(page->isVisible());
+    EXPECT_EQ(zoneKeys(), (QStringList{"+01:00 ", "Germany, Berlin"}));
 }
 
 TEST_F(DateTimePage, TheServerHasFourInputMethodsAndTheFieldsDigits)

@@ -6,7 +6,9 @@
 #include "support/host/language.h"
 #include "support/host/password.h"
 #include "tests/settings_system/systemPageTest.h"
+#include <QCoreApplication>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QTimer>
 
@@ -270,6 +272,37 @@ TEST_F(PasswordBox, AWindowThatComesUpDuringTheCheckCancelsItToo)
               }),
               0);
     EXPECT_FALSE(traces().contains("Verify that password is right!"));
+}
+
+TEST_F(PasswordBox, ASecondOkDuringTheCheckAddsNothing)
+{
+    EXPECT_EQ(asks([this] {
+                  kit::BoxAnswers boxes({"ok", "ok"});
+                  kit::type("secret");
+                  QObject::connect(
+                      child<QPushButton>("btnOK"), &QPushButton::released, page,
+                      [this] { QTimer::singleShot(0, page, [] { kit::key(Qt::Key_Return); }); },
+                      Qt::SingleShotConnection);
+                  tap("btnOK");
+                  EXPECT_EQ(boxes.texts(), QStringList{"Password is wrong!"});
+                  tap("btnCancel");
+              }),
+              0);
+}
+
+TEST_F(PasswordBox, AnOkThatIsHeldPressesOnce)
+{
+    EXPECT_EQ(asks([this] {
+                  kit::BoxAnswers boxes({"ok"});
+                  kit::type("secret");
+                  QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+                  QCoreApplication::sendEvent(page, &repeated);
+                  EXPECT_TRUE(boxes.texts().isEmpty());
+                  kit::key(Qt::Key_Return);
+                  EXPECT_EQ(boxes.texts().size(), 1);
+                  tap("btnCancel");
+              }),
+              0);
 }
 
 TEST_F(PasswordBox, ItsTitleIsTranslated)

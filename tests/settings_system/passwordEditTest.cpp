@@ -52,6 +52,12 @@ TEST_F(PasswordEdit, TypingShowsMasks)
     EXPECT_EQ(edit.focusPolicy(), Qt::FocusPolicy(11));
 }
 
+TEST_F(PasswordEdit, InputMethodsAreToldThatItIsSecret)
+{
+    EXPECT_EQ(edit.inputMethodHints(), Qt::ImhSensitiveData | Qt::ImhNoPredictiveText);
+    EXPECT_EQ(passwordLineEdit().inputMethodHints(), edit.inputMethodHints());
+}
+
 TEST_F(PasswordEdit, DeletingTheSecondCharacterKeepsTheCursorBehindTheFirst)
 {
     kit::type("abc");

@@ -83,6 +83,17 @@ TEST_F(SecurityPage, BackDuringTheCheckChangesNothingAndTellsNothing)
     expectChangesTold({});
 }
 
+TEST_F(SecurityPage, ASecondSaveDuringTheCheckAddsNothing)
+{
+    openPage();
+    enterAll("wrong", "new", "new");
+    kit::BoxAnswers boxes({"ok", "ok"});
+    QTimer::singleShot(0, page, [this] { QMetaObject::invokeMethod(page, "on_click_Save"); });
+    QMetaObject::invokeMethod(page, "on_click_Save");
+    EXPECT_EQ(boxes.texts(), QStringList{"Old password is wrong!"});
+    EXPECT_TRUE(page->isVisible());
+}
+
 TEST_F(SecurityPage, AWrongOldPasswordIsRefusedFirst)
 {
     openPage();

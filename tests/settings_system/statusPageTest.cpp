@@ -296,6 +296,17 @@ TEST_F(StatusPage, HiddenItIsToldOfNothingAndAsksForNothing)
     EXPECT_EQ(text("valueLinkStatus"), "Connected");
 }
 
+TEST_F(StatusPage, AServerMayHaveLettersOfAnyLanguage)
+{
+    tagLineSetting line;
+    line.state = LINE_REGISTERED;
+    line.user = "1000";
+    line.server = QString::fromUtf8("münchen-東京.test");
+    ASSERT_TRUE(phoneSimulation::instance()->setLine(0, line));
+    openStatus();
+    EXPECT_EQ(text("valueServer"), line.server);
+}
+
 TEST_F(StatusPage, ANameLongerThanThePageEndsWithDots)
 {
     setLine(0, LINE_REGISTERED, QString(100, 'W'));

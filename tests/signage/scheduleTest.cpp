@@ -73,6 +73,12 @@ TEST_F(Schedule, ZonesThatWereStoredWithLettersInFrontCountAsWell)
     }
 }
 
+TEST_F(Schedule, WithoutAZoneLayoutsOfTheSameTimeAreNotShifted)
+{
+    writeFile("/rundata/config/system.ini", "");
+    EXPECT_EQ(shift(), 0);
+}
+
 TEST_F(Schedule, TheSummerTimeOfTheChosenZoneCountsOnItsDays)
 {
     setZone("+01:00 ");

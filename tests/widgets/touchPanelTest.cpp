@@ -203,6 +203,31 @@ TEST_F(TouchPanelTest, AFingerTouchesWhereTheCalibrationSays)
     EXPECT_EQ(window.touches, (QStringList{"down 200,100", "move 201,101", "up 201,101"}));
 }
 
+TEST_F(TouchPanelTest, AFingerKeepsTheCalibrationThatItCameDownWith)
+{
+    writeFile(kStored, "65536 0 0 0 65536 0 65536\n");
+    TouchedWindow window;
+    report(200, 100, 60);
+    writeFile(kStored, kTurned);
+    report(201, 101, 60);
+    lift();
+    EXPECT_EQ(window.touches, (QStringList{"down 200,100", "move 201,101", "up 201,101"}));
+    report(3200, 1100, 60);
+    lift();
+    EXPECT_EQ(window.touches.mid(3), (QStringList{"down 200,100", "up 200,100"}));
+}
+
+TEST_F(TouchPanelTest, APressureBelowZeroIsNoFinger)
+{
+    writeFile(kStored, "65536 0 0 0 65536 0 65536\n");
+    TouchedWindow window;
+    report(200, 100, -1);
+    EXPECT_TRUE(window.touches.isEmpty());
+    report(200, 100, 1);
+    report(300, 100, -2147483647 - 1);
+    EXPECT_EQ(window.touches, (QStringList{"down 200,100", "up 200,100"}));
+}
+
 TEST_F(TouchPanelTest, NothingIsTouchedWhileTheTouchInputIsClosed)
 {
     TouchedWindow window;

@@ -30,7 +30,7 @@ long long storedAhead()
 {
     const chString text = NUX_SubClass::nuxGetRegistryString(kSystemIni, kSection, kAheadKey, "0");
     const long long ahead = strtoll(text, nullptr, 10);
-    return std::llabs(ahead) <= kLargestAhead ? ahead : 0;
+    return ahead >= -kLargestAhead && ahead <= kLargestAhead ? ahead : 0;
 }
 
 // What the phone's clock is ahead of the machine's, in milliseconds. Read when a clock is asked for first.
