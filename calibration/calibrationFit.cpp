@@ -1,5 +1,6 @@
 #include "calibration/calibrationFit.h"
 #include "support/host/trace.h"
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 
@@ -71,17 +72,19 @@ void fitAxis(const tagPlane& plane, const calibration& cal, const int* screen, i
     parts[2] = scaled(ofY);
 }
 
-// In long numbers: a damaged mapping may not fit.
-long long mapped(const calibration& cal, int point, int first)
+__extension__ using Wide = __int128; // two products of 64 bits and their sum fit
+
+// In wide numbers, cut to what an int holds: a damaged mapping may not fit.
+int mapped(const calibration& cal, int point, int first)
 {
-    const long long sum = static_cast<long long>(cal.a[first + 1]) * cal.x[point] +
-                          static_cast<long long>(cal.a[first + 2]) * cal.y[point] + cal.a[first];
-    return sum / cal.a[CALIBRATION_PARTS - 1];
+    const Wide sum =
+        Wide(cal.a[first + 1]) * cal.x[point] + Wide(cal.a[first + 2]) * cal.y[point] + cal.a[first];
+    return int(std::clamp(sum / cal.a[CALIBRATION_PARTS - 1], Wide(INT_MIN), Wide(INT_MAX)));
 }
 
-bool isNear(long long value, int wanted)
+bool isNear(int value, int wanted)
 {
-    return std::llabs(value - wanted) <= CALIBRATION_TOLERANCE;
+    return std::llabs(static_cast<long long>(value) - wanted) <= CALIBRATION_TOLERANCE;
 }
 
 } // namespace
@@ -102,10 +105,10 @@ bool calibrationHolds(const calibration& cal)
     if (cal.a[CALIBRATION_PARTS - 1] == 0)
         return false;
     for (int i = 0; i < CALIBRATION_POINTS; ++i) {
-        const long long x = mapped(cal, i, 0);
-        const long long y = mapped(cal, i, 3);
+        const int x = mapped(cal, i, 0);
+        const int y = mapped(cal, i, 3);
         if (!isNear(x, cal.xfb[i]) || !isNear(y, cal.yfb[i])) {
-            nuxTrace(TRACE_NOTE, "check error((%d, %d) != (%d, %d)", int(x), int(y), cal.xfb[i], cal.yfb[i]);
+            nuxTrace(TRACE_NOTE, "check error((%d, %d) != (%d, %d)", x, y, cal.xfb[i], cal.yfb[i]);
             return false;
         }
     }

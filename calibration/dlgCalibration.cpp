@@ -158,10 +158,24 @@ void dlgCalibration::mousePressEvent(QMouseEvent*)
         return;
     m_pDevice = OpenDevice(m_pDevice);
     if (!m_pDevice) {
-        noteBox(HX_TR("Can not open Device"), this);
+        tellNoDevice();
         return;
     }
     GetTouchPoint();
+}
+
+void dlgCalibration::tellNoDevice()
+{
+    const QPointer<dlgCalibration> page = this;
+    noteBox(HX_TR("Can not open Device"), this);
+    if (page && page->isUnderCall())
+        exitAdjust();
+}
+
+// A call takes away the box that lay over the page, and the page was not the active window then.
+bool dlgCalibration::isUnderCall() const
+{
+    return isVisible() && phone_GetCallTotal() != 0 && QWSServer::clientWindows().value(0) != this;
 }
 
 void dlgCalibration::GetTouchPoint()
@@ -340,7 +354,9 @@ void dlgCalibration::takeNewProfile()
 {
     const QPointer<dlgCalibration> page = this;
     if (!noteUnlessSaved(touchSaveMapping(m_ObjCalibration), this)) {
-        if (page && page->isVisible())
+        if (page && page->isUnderCall())
+            exitAdjust();
+        else if (page && page->isVisible())
             restartWatchdog();
         return;
     }

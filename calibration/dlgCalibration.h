@@ -58,8 +58,10 @@ private:
     void forgetLostDevice();
     void endPoint();
     void tellFailure();
+    void tellNoDevice();
     void askConsent();
     void takeNewProfile();
+    bool isUnderCall() const;
     void showText(const char* text, Qt::GlobalColor colour);
 
     int m_nPressCount = 0;     // the point in progress

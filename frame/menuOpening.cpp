@@ -1,5 +1,6 @@
 #include "frame/menuOpening.h"
 #include "frame/configFiles.h"
+#include "frame/shippedTable.h"
 #include "frame/xmlUnderRoot.h"
 #include "support/host/managers.h"
 #include "support/host/registry.h"
@@ -120,7 +121,7 @@ int IsExsitLDAP()
 int IsExsitRemoteDirectory()
 {
     xmlFile file(nullptr);
-    if (!file.LoadFromFile(REMOTE_BOOK_XML))
+    if (!shippedTableLoad(file, REMOTE_BOOK_XML))
         return 0;
     xmlElement* book = xmlFindUnderRoot(file, "RemotePhoneBook");
     return book && book->FindChildElement("item") != nullptr;

@@ -1,4 +1,5 @@
 #include "media/ScreenViewFile.h"
+#include "frame/shippedTable.h"
 #include "support/file/findFile.h"
 #include "support/host/storage.h"
 #include "support/xml/xmlFile.h"
@@ -64,7 +65,7 @@ bool ScreenViewFile::parseFileToStruct(const char* file, const char* type)
 {
     m_viewFile = tagViewFile();
     xmlFile document;
-    xmlElement* view = document.LoadFromFile(file) ? xmlFindElementFromRoot(&document, type) : nullptr;
+    xmlElement* view = shippedTableLoad(document, file) ? xmlFindElementFromRoot(&document, type) : nullptr;
     if (!view)
         return false;
     m_viewFile.nInterval = numberOf(xmlFindElementFromRoot(view, "time", "timeout"), "interval");

@@ -139,7 +139,7 @@ IconMenuItem readRemoteBook(xmlElement* element)
 void addRemoteBooks(IconMenu& menu)
 {
     xmlFile document;
-    if (!document.LoadFromFile("/rundata/data/remotebook.xml") || !document.GetRootElement())
+    if (!document.LoadFromFile("/rundata/data/remotebook.xml", XML_TABLE_LIMIT) || !document.GetRootElement())
         return;
     if (const xmlElement* books = document.GetRootElement()->FindChildElement("RemotePhoneBook"))
         readItems(books, menu, readRemoteBook);
@@ -156,7 +156,7 @@ int loadIconMenu(const char* path, IconMenu& menu)
 {
     menu = IconMenu();
     xmlFile document;
-    if (document.LoadFromFile(path) && readDocument(document, menu))
+    if (document.LoadFromFile(path, XML_TABLE_LIMIT) && readDocument(document, menu))
         return 1;
     nuxTrace(TRACE_NOTE, "menu %s not loaded: %s", path ? path : "", document.GetErrorText());
     return 0;

@@ -11,9 +11,12 @@ const char* const kFile = "/rundata/data/pointercal";
 constexpr size_t kLongest = 4096; // bytes
 constexpr int kParts = 7;
 
-int onScreen(long long sum, int scale, int size)
+__extension__ using Wide = __int128; // two products of 64 bits and their sum fit
+
+int onScreen(int x, int ofX, int y, int ofY, int offset, int scale, int size)
 {
-    return int(std::clamp(sum / scale, 0LL, static_cast<long long>(size - 1)));
+    const Wide sum = Wide(x) * ofX + Wide(y) * ofY + offset;
+    return int(std::clamp(sum / scale, Wide(0), Wide(size - 1)));
 }
 
 } // namespace
@@ -54,8 +57,6 @@ void TouchMapping::setWhole()
 
 QPoint TouchMapping::toScreen(int x, int y) const
 {
-    const long long wideX = x;
-    const long long wideY = y;
-    return {onScreen(wideX * m_ax + wideY * m_bx + m_cx, m_nScale, look::kScreenWidth),
-            onScreen(wideX * m_ay + wideY * m_by + m_cy, m_nScale, look::kScreenHeight)};
+    return {onScreen(x, m_ax, y, m_bx, m_cx, m_nScale, look::kScreenWidth),
+            onScreen(x, m_ay, y, m_by, m_cy, m_nScale, look::kScreenHeight)};
 }

@@ -22,11 +22,6 @@ const char* const kFirst = "01";
 const int BigMonth[] = {1, 3, 5, 7, 8, 10, 12};
 const int SmallMonth[] = {4, 6, 9, 11};
 
-bool isYear(int year)
-{
-    return year >= kFirstYear && year <= kLastYear;
-}
-
 template <int N>
 bool isOneOf(const int (&months)[N], int month)
 {
@@ -84,7 +79,13 @@ DataEditFrame::DataEditFrame(QWidget* parent)
 
 void DataEditFrame::setupNow()
 {
+    m_nClockYear = chTime(netGetLocalTime()).GetYear();
     setupLineDataEdit(m_pYear, m_pMonth, m_pDay);
+}
+
+bool DataEditFrame::isYear(int year) const
+{
+    return (year >= kFirstYear && year <= kLastYear) || year == m_nClockYear;
 }
 
 int DataEditFrame::year() const

@@ -12,7 +12,8 @@ public:
     explicit DataEditFrame(QWidget* parent = nullptr);
     // Today.
     void setupNow();
-    // Corrects all three as if each had been left.
+    // Corrects all three as if each had been left. A year that the clock had when it was shown stays as it
+    // is, also beyond those that can be typed.
     void checkDate();
     int year() const;
     int month() const;
@@ -27,6 +28,9 @@ private slots:
     void FocusOutSetDay();
 
 private:
+    bool isYear(int year) const;
+
+    int m_nClockYear = 0; // that setupNow() has shown
     QLineEdit* m_pYear;
     QLineEdit* m_pMonth;
     QLineEdit* m_pDay;

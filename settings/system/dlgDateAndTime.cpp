@@ -1,6 +1,7 @@
 #include "settings/system/dlgDateAndTime.h"
 #include "frame/configFiles.h"
 #include "frame/noteBox.h"
+#include "frame/shippedTable.h"
 #include "frame/wgtHelper.h"
 #include "frame/xmlUnderRoot.h"
 #include "settings/system/dataEditFrame.h"
@@ -115,7 +116,7 @@ void dlgDateAndTime::DateandTime_insert_TimeZone()
         nuxTrace(TRACE_NOTE, "dlgDateAndTime point ui->cmbBoxTimeZone is Null!");
         return;
     }
-    if (!pathFileExist(kZoneTable) || !m_xmlZones.LoadFromFile(kZoneTable))
+    if (!pathFileExist(kZoneTable) || !shippedTableLoad(m_xmlZones, kZoneTable))
         return;
     m_pZones = xmlFindUnderRoot(m_xmlZones, kZoneRoot);
     if (!m_pZones)
@@ -186,6 +187,12 @@ void dlgDateAndTime::BroadcastChange()
     msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_DATE_TIME, 0);
 }
 
+int dlgDateAndTime::setClock()
+{
+    return netSetLocalTime(m_pDate->year(), m_pDate->month(), m_pDate->day(), m_pTime->hour(),
+                           m_pTime->minute(), m_pTime->second());
+}
+
 void dlgDateAndTime::on_click_Save()
 {
     if (!save())
@@ -195,9 +202,8 @@ void dlgDateAndTime::on_click_Save()
     if (!noteUnlessSaved(isStored, this))
         return;
     // The time that was typed is that of the zone that now is stored.
-    if (isManual())
-        netSetLocalTime(m_pDate->year(), m_pDate->month(), m_pDate->day(), m_pTime->hour(), m_pTime->minute(),
-                        m_pTime->second());
+    if (isManual() && !noteUnlessSaved(setClock(), this))
+        return;
     BroadcastChange();
     accept();
 }

@@ -43,6 +43,7 @@ private:
     void SetTimeZoneIndex();
     bool isManual() const;
     bool storeZone();
+    int setClock();
     xmlElement* firstZone() const;
 
     std::unique_ptr<Ui::dlgDateAndTime> ui;

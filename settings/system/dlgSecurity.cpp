@@ -29,6 +29,7 @@ dlgSecurity::~dlgSecurity() = default;
 void dlgSecurity::showEvent(QShowEvent* event)
 {
     SettingPage::showEvent(event);
+    ++m_nShow;
     clearEdits();
     const chString method = adminInputMethod();
     for (QLineEdit* edit : {ui->editOld, ui->editNew, ui->editAgain})
@@ -36,9 +37,10 @@ void dlgSecurity::showEvent(QShowEvent* event)
     ui->editOld->setFocus();
 }
 
-// No password waits in a hidden page.
+// No password waits in a hidden page, and no save goes on for one.
 void dlgSecurity::hideEvent(QHideEvent* event)
 {
+    ++m_nShow;
     clearEdits();
     SettingPage::hideEvent(event);
 }
@@ -49,13 +51,13 @@ void dlgSecurity::clearEdits()
         edit->clear();
 }
 
-// The hashes take their time, in which the page lives on: a second "Save" has nothing to add, and whoever
-// leaves it changes nothing.
+// The hashes take their time, in which the page lives on: a second "Save" of the same showing has nothing to
+// add, and whoever leaves the page changes nothing, opened again or not.
 void dlgSecurity::on_click_Save()
 {
-    if (m_bSaving)
+    if (m_nSaving == m_nShow)
         return;
-    const QScopedValueRollback<bool> saving(m_bSaving, true);
+    const QScopedValueRollback<int> saving(m_nSaving, m_nShow);
     changePassword();
 }
 
@@ -64,10 +66,10 @@ void dlgSecurity::changePassword()
     const chString old = fromQString(qReturnLineEdit(ui->editOld));
     const chString wanted = fromQString(qReturnLineEdit(ui->editNew));
     const chString again = fromQString(qReturnLineEdit(ui->editAgain));
+    const int show = m_nShow;
     filePassword file(ADMIN_PASSWORD_FILE);
-    const bool wasShown = isVisible();
     const int isRight = file.IsRightUserPassword(ADMIN_USER, old);
-    if (wasShown && !isVisible())
+    if (show != m_nShow)
         return;
     if (!isRight) {
         Refuse(ui->editOld, HX_TR("Old password is wrong!"));
@@ -77,8 +79,13 @@ void dlgSecurity::changePassword()
         Refuse(ui->editNew, HX_TR("New passwords do not match."));
         return;
     }
-    if (!file.SetUserPassword(ADMIN_USER, wanted) || !file.SaveToFile(ADMIN_PASSWORD_FILE))
+    const int isSet = file.SetUserPassword(ADMIN_USER, wanted);
+    if (show != m_nShow)
+        return;
+    if (!isSet || !file.SaveToFile(ADMIN_PASSWORD_FILE))
         nuxTrace(TRACE_NOTE, "The administrator's password is not stored");
+    if (show != m_nShow)
+        return;
     msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_PASSWORD, 0);
     accept();
 }

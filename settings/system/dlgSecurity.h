@@ -27,5 +27,6 @@ private:
     void changePassword();
 
     std::unique_ptr<Ui::dlgSecurity> ui;
-    bool m_bSaving = false;
+    int m_nShow = 0;   // grows with each show and each hide
+    int m_nSaving = 0; // the showing that is being saved, 0 is none
 };

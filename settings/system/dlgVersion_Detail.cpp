@@ -1,4 +1,5 @@
 #include "settings/system/dlgVersion_Detail.h"
+#include "frame/shippedTable.h"
 #include "frame/tableRows.h"
 #include "frame/wgtHelper.h"
 #include "frame/xmlTable.h"
@@ -39,7 +40,7 @@ void dlgVersion_Detail::InitData()
 
 void dlgVersion_Detail::LoadData()
 {
-    if (!m_xmlFile.LoadFromFile(kFile) || !m_xmlFile.GetRootElement())
+    if (!shippedTableLoad(m_xmlFile, kFile) || !m_xmlFile.GetRootElement())
         return;
     for (xmlElement* module = m_xmlFile.GetRootElement()->FindChildElement("Module"); module;
          module = xmlGetNextElement(module)) {

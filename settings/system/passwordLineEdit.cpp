@@ -62,6 +62,10 @@ void passwordLineEdit::rememberSelection()
 void passwordLineEdit::AddorMinusChars(QString text)
 {
     m_nCursor = cursorPosition();
+    if (m_nTakenFrom >= 0) {
+        processCommit();
+        return;
+    }
     m_nTyped = typedCharacters(text);
     if (m_nTyped > 0)
         onCurPos(m_nCursor);
@@ -133,6 +137,28 @@ void passwordLineEdit::inputMethodEvent(QInputMethodEvent* event)
 {
     QInputMethodEvent masked(masks(event->preeditString().size()), event->attributes());
     masked.setCommitString(event->commitString(), event->replacementStart(), event->replacementLength());
+    measureCommit(masked);
     QLineEdit::inputMethodEvent(&masked);
+    m_nTakenFrom = -1;
     event->setAccepted(masked.isAccepted());
+}
+
+// What was selected goes first; then the event counts from the cursor.
+void passwordLineEdit::measureCommit(const QInputMethodEvent& event)
+{
+    m_nSelected = int(selectionLength());
+    m_nSelectedFrom = hasSelectedText() ? selectionStart() : cursorPosition();
+    const int left = int(text().size()) - m_nSelected;
+    m_nTakenFrom = qBound(0, m_nSelectedFrom + event.replacementStart(), left);
+    m_nTaken = qBound(0, event.replacementLength(), left - m_nTakenFrom);
+}
+
+// It says itself where it writes, so its text may look like masks and may stand behind the cursor.
+void passwordLineEdit::processCommit()
+{
+    const QString typed = text().mid(m_nTakenFrom, text().size() - m_nLength + m_nSelected + m_nTaken);
+    change(m_nSelectedFrom, m_nSelected, QString());
+    change(m_nTakenFrom, m_nTaken, typed);
+    const int shorter = int(typed.size() - typed.toUcs4().size());
+    showMasks(m_nCursor >= m_nTakenFrom + typed.size() ? m_nCursor - shorter : m_nCursor);
 }

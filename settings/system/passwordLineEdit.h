@@ -40,6 +40,8 @@ private:
     void onCurPos(int position);
     void processReplacedChar(int position);
     void processMinusChars();
+    void measureCommit(const QInputMethodEvent& event);
+    void processCommit();
     void change(qsizetype from, qsizetype removed, const QString& typed);
     void take(const QString& real);
     void showMasks(int cursor);
@@ -48,8 +50,11 @@ private:
     int m_nLength = 0; // of the text after the last edit
     int m_nCursor = 0; // at the last edit
     QString m_strRealText;
-    QString m_strDisplay;  // one mask for each character of the real text
-    int m_nTyped = 0;      // characters that the edit has brought, before the cursor
-    int m_nSelected = 0;   // characters that were selected before the edit
+    QString m_strDisplay; // one mask for each character of the real text
+    int m_nTyped = 0;     // characters that the edit has brought, before the cursor
+    int m_nSelected = 0;  // characters that were selected before the edit
+    int m_nSelectedFrom = 0;
+    int m_nTaken = 0;      // characters that an input method's text takes the place of, and
+    int m_nTakenFrom = -1; // where they begin when what was selected has gone; -1: none is at work
     bool m_bShows = false; // the text changes by the edit's own hand
 };

@@ -31,7 +31,9 @@ HX_HOST_API long netGetLocalTime();
 // Seconds that summer time adds, at that moment of UTC, to the hours with which the stored zone begins; 0 for
 // a zone without rules.
 HX_HOST_API long netGetSummerTime(long utcSeconds);
-HX_HOST_API void netSetLocalTime(int year, int month, int day, int hour, int minute, int second);
+// 1 when the clock is set, and right after the next start as well; else it is as it was: it is no time, or
+// cannot be stored.
+HX_HOST_API int netSetLocalTime(int year, int month, int day, int hour, int minute, int second);
 
 // Restarts the phone; mode is 1.
 HX_HOST_API void sysreboot(int mode);

@@ -1,6 +1,10 @@
 #pragma once
 // The password file: users with a salted hash of their password. A hash takes longer than a frame: asked on
 // the user-interface thread, a check and a new password let its events go on meanwhile, touches and keys too.
+// What a hash of the file may cost is bounded, to about half a second of a PC: yescrypt and scrypt with up to
+// 64 MiB, SHA-crypt with up to 1,000,000 rounds, bcrypt with a cost of up to 12, MD5-crypt. Any other lets
+// nobody in, and is traced when the file is read. When the phone ends, a hash that takes longer than a moment
+// is left alone: the check fails then, and nothing is set.
 #include "support/host/api.h"
 #include "support/text/chString.h"
 

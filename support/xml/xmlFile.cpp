@@ -12,16 +12,17 @@ xmlFile::xmlFile(const char* path)
         ClearDocument();
 }
 
-int xmlFile::LoadFromFile(const char* path)
+int xmlFile::LoadFromFile(const char* path, size_t limit)
 {
     Forget(path);
     tagFileStat stat; // before the read: a later change is a change
     fileStat(path, stat);
     std::string data;
-    m_eLastRead = fileRead(path, data);
+    m_eLastRead = fileRead(path, data, limit);
     if (m_eLastRead != FILE_READ_DONE) {
         ClearDocument();
-        SetError("The file cannot be read.", 1, 1);
+        const bool isTooLarge = m_eLastRead == FILE_READ_TOO_LARGE;
+        SetError(isTooLarge ? "The file is too large." : "The file cannot be read.", 1, 1);
         if (m_eLastRead == FILE_READ_FAILED)
             Remember(path, false, stat);
         return 0;

@@ -7,6 +7,13 @@
 #include <string>
 #include <vector>
 
+enum : size_t {
+    // Bytes of a table that the phone is shipped with, and that is read while somebody waits for a page:
+    // eight
+    // times the largest.
+    XML_TABLE_LIMIT = 256 * 1024
+};
+
 class NUX_API xmlFile : public xmlDocument
 {
 public:
@@ -14,8 +21,9 @@ public:
     explicit xmlFile(const char* path = nullptr);
     ~xmlFile() = default;
 
-    // 0 when the file is missing, cannot be read or is not well-formed; GetErrorText() tells why.
-    int LoadFromFile(const char* path);
+    // 0 when the file is missing, cannot be read, has more than limit bytes or is not well-formed;
+    // GetErrorText() tells why.
+    int LoadFromFile(const char* path, size_t limit = 256u << 20);
     // What became of the last load's read: one that failed says nothing about what the file holds, so
     // nothing that was to be added to it may take its place.
     FILE_READ GetLastRead() const { return m_eLastRead; }

@@ -10,7 +10,7 @@ namespace {
 
 const char* const kFile = "/rundata/config/system.ini";
 const char* const kSection = "LocalTime";
-constexpr int kLargestPort = 65535;
+const char* const kPortKey = "nNTPPort";
 constexpr double kMsPerSecond = 1000.0;
 
 // Codes with which a server forbids to be asked, other than for a while.
@@ -45,7 +45,8 @@ int networkTime::TryThreadMessage(msgObject& msg)
 {
     if (m_bStarted && msg.message == CONFIG_MSG_BCAST_CHANGED && msg.wParam == CONFIG_CHANGED_DATE_TIME) {
         m_nRetryMs = RETRY_MS;
-        look();
+        m_client.stop();
+        m_next.start(SETTLE_MS);
     }
     return 0;
 }
@@ -56,13 +57,24 @@ bool networkTime::readServer()
     if (nuxGetRegistryInt(kFile, kSection, "bNTPEnable", 0) != 1)
         return false;
     const chString server = NUX_SubClass::nuxGetRegistryString(kFile, kSection, "strPrimaryNTPServer", "");
-    const int port = nuxGetRegistryInt(kFile, kSection, "nNTPPort", PORT);
-    const bool isValid = IsValidServerName(server) && port > 0 && port <= kLargestPort;
-    if (!isValid && !server.IsEmpty())
-        nuxTrace(TRACE_NOTE, "\"%s\" is no time server", server.GetText());
     m_strServer = toQString(server);
-    m_nPort = quint16(port);
-    return isValid;
+    if (!IsValidServerName(server)) {
+        if (!server.IsEmpty())
+            nuxTrace(TRACE_NOTE, "\"%s\" is no time server", server.GetText());
+        return false;
+    }
+    const chString port = NUX_SubClass::nuxGetRegistryString(kFile, kSection, kPortKey, "");
+    if (!port.IsEmpty() && !IsValidPort(port)) {
+        nuxTrace(TRACE_NOTE, "Time server %s: \"%s\" is no port", server.GetText(), port.GetText());
+        return false;
+    }
+    m_nPort = quint16(nuxGetRegistryInt(kFile, kSection, kPortKey, PORT));
+    return true;
+}
+
+QString networkTime::serverAndPort() const
+{
+    return m_strServer + QLatin1Char(':') + QString::number(m_nPort);
 }
 
 void networkTime::look()
@@ -71,7 +83,10 @@ void networkTime::look()
     m_client.stop();
     if (!readServer())
         return;
-    if (netGetNetworkSta() != NET_UP)
+    const QDeadlineTimer leftAlone = m_leftAlone.value(serverAndPort());
+    if (!leftAlone.hasExpired())
+        m_next.start(int(leftAlone.remainingTime()));
+    else if (netGetNetworkSta() != NET_UP)
         m_next.start(NETWORK_MS);
     else
         m_client.ask(m_strServer, m_nPort);
@@ -84,7 +99,7 @@ void networkTime::onAnswer(qint64 utcMs)
     if (!readServer() || m_strServer != asked)
         return;
     const long long moved = utcMs - phoneClockUtcMs();
-    phoneClockSetUtcMs(utcMs);
+    phoneClockFollowUtcMs(utcMs);
     nuxTrace(TRACE_DETAIL, "Time server %s: the clock moves by %.3f s", qPrintable(m_strServer),
              double(moved) / kMsPerSecond);
     m_nRetryMs = RETRY_MS;
@@ -98,6 +113,10 @@ void networkTime::onFailure(const QByteArray& why, bool isKiss)
     // Until the settings change, or the next start.
     if (isKiss && isForbidden(why))
         return;
+    if (isKiss) {
+        m_leftAlone.removeIf([](const auto& server) { return server.value().hasExpired(); });
+        m_leftAlone[serverAndPort()].setRemainingTime(HOUR_MS);
+    }
     m_next.start(isKiss ? HOUR_MS : m_nRetryMs);
     m_nRetryMs = std::min(m_nRetryMs * 2, int(HOUR_MS));
 }

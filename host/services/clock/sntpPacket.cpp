@@ -28,6 +28,9 @@ constexpr qint64 kMsPerSecond = 1000;
 constexpr qint64 kSecondsFrom1900To1970 = 2208988800LL;
 // Nobody means a time before this program was written.
 constexpr qint64 kFirstMs = 1735689600LL * kMsPerSecond; // 2025
+// Nor one after the years that can be typed on the phone, whichever zone it is in: the last is 2038.
+constexpr qint64 kSecondsAhead = 14LL * 3600; // of the first zone that has a new year
+constexpr qint64 kLastMs = (2177452800LL - kSecondsAhead) * kMsPerSecond;
 
 quint8 byteAt(const QByteArray& packet, int at)
 {
@@ -99,6 +102,8 @@ QByteArray faultOfTimes(const QByteArray& packet, qint64 tripMs)
         return "it took longer than the answer did";
     if (utcMs(sent) < kFirstMs)
         return "its time is long past";
+    if (utcMs(sent) >= kLastMs)
+        return "its time is too far ahead";
     return {};
 }
 

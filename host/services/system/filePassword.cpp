@@ -1,4 +1,6 @@
+#include "host/services/system/hashCost.h"
 #include "support/file/atomicSave.h"
+#include "support/file/chDiskWork.h"
 #include "support/file/fileTools.h"
 #include "support/file/keepAside.h"
 #include "support/file/path.h"
@@ -19,6 +21,7 @@ namespace {
 
 // The file has a line for each user: the name, percent-encoded, a colon, and the hash of the password.
 constexpr size_t kFileLimit = 1 << 20;
+constexpr int kEndingMs = 200; // for the last hash of a phone that ends
 const char* const kFirstUser = "admin";
 const char* const kMethod = "$y$"; // yescrypt
 
@@ -30,6 +33,12 @@ struct User
 {
     std::string name;
     std::string hash; // empty: the password is empty, and was never set
+    bool isBounded() const { return hash.empty() || hashCostIsBounded(hash); }
+};
+
+struct HashWork
+{
+    std::string password, setting, hash;
 };
 
 std::string hashed(const char* password, const char* setting)
@@ -41,20 +50,22 @@ std::string hashed(const char* password, const char* setting)
     return result;
 }
 
-// Longer than a frame: the thread of the user interface goes on meanwhile.
+// Longer than a frame: the thread of the user interface goes on meanwhile. Empty when the phone ends first.
 std::string hashedAside(const char* password, const char* setting)
 {
     const QCoreApplication* application = QCoreApplication::instance();
     if (!application || QThread::currentThread() != application->thread())
         return hashed(password, setting);
-    std::string result;
-    QEventLoop loop;
-    const std::unique_ptr<QThread> worker(QThread::create([&] { result = hashed(password, setting); }));
-    QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
-    worker->start();
+    const auto job = std::make_shared<HashWork>(HashWork{password, setting, {}});
+    QEventLoop loop; // ends with the application too
+    chDiskWork work([job] {
+        job->hash = hashed(job->password.c_str(), job->setting.c_str());
+        explicit_bzero(job->password.data(), job->password.size());
+        return 1;
+    });
+    work.Tell([&loop] { QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection); });
     loop.exec();
-    worker->wait(); // the loop ends with the application too
-    return result;
+    return work.Wait(kEndingMs) ? job->hash : std::string();
 }
 
 std::string newHash(const char* password)
@@ -133,6 +144,12 @@ void filePassword::Private::Load(const char* file)
     }
     unread = read == FILE_READ_FAILED;
     broken = !unread && (read != FILE_READ_DONE || !readUsers(text, users));
+    for (const User& user : users) {
+        if (!user.isBounded())
+            nuxTrace(TRACE_NOTE,
+                     "The password file %s has a hash that costs too much for \"%s\": it lets nobody in",
+                     file, user.name.c_str());
+    }
     if (!broken && !unread)
         return;
     // Nobody gets in by a file that was damaged.
@@ -162,7 +179,8 @@ filePassword::~filePassword()
 int filePassword::IsRightUserPassword(const char* user, const char* password) const
 {
     const User* known = user ? m_p->Find(user) : nullptr;
-    const std::string expected = known && !known->hash.empty() ? known->hash : kNobodysHash;
+    const bool hasHash = known && !known->hash.empty() && known->isBounded();
+    const std::string expected = hasHash ? known->hash : kNobodysHash;
     const std::string given = hashedAside(password ? password : "", expected.c_str());
     const bool isSame = sameInConstantTime(expected, given);
     const bool isFirst = known && known->hash.empty() && password && *password == 0;

@@ -52,12 +52,22 @@ long secondsOf(long long ms)
     return long(ms >= 0 ? ms / kMsPerSecond : -((-ms + kMsPerSecond - 1) / kMsPerSecond));
 }
 
-void store(long long value)
+bool store(long long value)
 {
-    if (std::llabs(storedAhead() - value) < kNotWorthStoring)
-        return;
-    if (!nuxSetRegistryString(kSystemIni, kSection, kAheadKey, std::to_string(value).c_str()))
-        nuxTrace(TRACE_NOTE, "The clock cannot be stored: it is that of the machine after the next start");
+    if (std::llabs(storedAhead() - value) < kNotWorthStoring ||
+        nuxSetRegistryString(kSystemIni, kSection, kAheadKey, std::to_string(value).c_str()))
+        return true;
+    nuxTrace(TRACE_NOTE, "The clock cannot be stored");
+    return false;
+}
+
+bool setClock(long long utcMs)
+{
+    const long long wanted = utcMs - machineMs();
+    if (!store(wanted))
+        return false;
+    ahead() = wanted;
+    return true;
 }
 
 bool setMachineClock(long long utcMs)
@@ -84,13 +94,15 @@ long long phoneClockUtcMs()
     return machineMs() + ahead();
 }
 
-bool phoneClockSetUtcMs(long long utcMs)
+// What cannot be stored is asked for again after the next start.
+void phoneClockFollowUtcMs(long long utcMs)
 {
-    if (isThisDevice())
-        return setMachineClock(utcMs);
+    if (isThisDevice()) {
+        setMachineClock(utcMs);
+        return;
+    }
     ahead() = utcMs - machineMs();
     store(ahead());
-    return true;
 }
 
 long netGetLocalTime()
@@ -108,14 +120,15 @@ void netWorldSetClock(long localSeconds)
     ahead() = zoneUtcOf(localSeconds) * kMsPerSecond - machineMs();
 }
 
-void netSetLocalTime(int year, int month, int day, int hour, int minute, int second)
+int netSetLocalTime(int year, int month, int day, int hour, int minute, int second)
 {
     const chTime time(year, month, day, hour, minute, second);
     if (!isDate(time, year, month, day, hour, minute, second)) {
         nuxTrace(TRACE_NOTE, "%d-%d-%d %d:%d:%d is no time to set the clock to", year, month, day, hour,
                  minute, second);
-        return;
+        return 0;
     }
     hostLog("clock", toQString(time.Format("%Y-%m-%d %H:%M:%S")));
-    phoneClockSetUtcMs(zoneUtcOf(time.GetTime()) * kMsPerSecond);
+    const long long utcMs = zoneUtcOf(time.GetTime()) * kMsPerSecond;
+    return isThisDevice() ? setMachineClock(utcMs) : setClock(utcMs);
 }

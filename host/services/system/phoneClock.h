@@ -5,6 +5,6 @@
 
 // UTC as the phone has it, in milliseconds since 1970.
 long long phoneClockUtcMs();
-// The clock is that from now on. False when the machine's cannot be set; a difference that cannot be stored
-// lasts until the phone ends.
-HX_HOST_API bool phoneClockSetUtcMs(long long utcMs);
+// The clock is that from now on, as a time server says. What cannot be set or stored is traced; a difference
+// that cannot be stored lasts until the phone ends.
+HX_HOST_API void phoneClockFollowUtcMs(long long utcMs);

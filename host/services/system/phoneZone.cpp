@@ -34,7 +34,7 @@ bool g_isRead = false;
 std::string ruleOf(const tagZone& zone)
 {
     xmlFile table;
-    if (!table.LoadFromFile(kTable)) {
+    if (!table.LoadFromFile(kTable, XML_TABLE_LIMIT)) {
         nuxTrace(TRACE_NOTE, "No zone has rules for summer time: %s", table.GetErrorText());
         return {};
     }
