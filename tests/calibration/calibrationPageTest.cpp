@@ -10,8 +10,10 @@
 #include "tests/file/failingCalls.h"
 #include "tests/kit/kitTime.h"
 #include <QApplication>
+#include <QDialog>
 #include <QFileInfo>
 #include <QLabel>
+#include <QTimer>
 #include <cmath>
 #include <ctime>
 #include <sys/syscall.h>
@@ -417,6 +419,60 @@ TEST_F(CalibrationPage, ACallThatComesInEndsItAndRestoresTheFilter)
     phoneService::instance().backend();
     phoneSimulation::instance()->setCalls(1, 0);
     other.show();
+    kit::settle();
+    EXPECT_FALSE(isOpen());
+    expectJitter("6\n", "8\n");
+}
+
+// A call comes up as soon as the box with that text is there; others are answered with yes.
+class CallOverBox
+{
+public:
+    explicit CallOverBox(const char* text)
+    {
+        m_look.callOnTimeout([this, text] {
+            QDialog* box = qobject_cast<QDialog*>(kit::windows().value(0));
+            if (!box || qstrcmp(box->metaObject()->className(), "dlgMessageBox") != 0)
+                return;
+            if (box->findChild<QLabel*>("labText")->text() != text) {
+                box->accept();
+                return;
+            }
+            m_look.stop();
+            phoneService::instance().backend();
+            phoneSimulation::instance()->setCalls(1, 0);
+            m_call.setGeometry(0, 0, 800, 480);
+            m_call.show();
+        });
+        m_look.start(1);
+    }
+
+private:
+    QTimer m_look;
+    QWidget m_call;
+};
+
+TEST_F(CalibrationPage, ACallEndsItAlsoWhenItsOwnNoteIsUp)
+{
+    writeFile("/proc/tsc/x_jitter", "");
+    writeFile("/proc/tsc/y_jitter", "");
+    unlink(qPrintable(hostPath("/dev/input/TouchScreen")));
+    openPage();
+    const CallOverBox call("Can not open Device");
+    kit::tap({400, 100});
+    kit::settle();
+    EXPECT_FALSE(isOpen());
+    expectJitter("6\n", "8\n");
+}
+
+TEST_F(CalibrationPage, ACallEndsItAlsoWhenAFailedSaveIsTold)
+{
+    writeFile("/proc/tsc/x_jitter", "");
+    writeFile("/proc/tsc/y_jitter", "");
+    openPage();
+    QDir().mkpath(hostPath(kStored)); // no file takes the place of a folder
+    const CallOverBox call("The settings cannot be saved!");
+    touchFivePoints();
     kit::settle();
     EXPECT_FALSE(isOpen());
     expectJitter("6\n", "8\n");

@@ -267,3 +267,18 @@ TEST_F(CalibrationFit, AMappingIsTakenInWholeNumbers)
     cal.a[6] = 0;
     EXPECT_FALSE(calibrationHolds(cal));
 }
+
+TEST_F(CalibrationFit, NoMappingIsTooLargeToBeJudged)
+{
+    calibration cal = touched({0, 1, 0, 0, 0, 1});
+    for (int i = 0; i < CALIBRATION_POINTS; ++i)
+        cal.x[i] = cal.y[i] = INT_MIN;
+    for (int part = 0; part < CALIBRATION_PARTS; ++part)
+        cal.a[part] = part % 3 == 0 ? 0 : INT_MIN;
+    for (const int divisor : {INT_MIN, -1, 1, INT_MAX}) {
+        cal.a[6] = divisor;
+        mark();
+        EXPECT_FALSE(calibrationHolds(cal));
+        EXPECT_EQ(traces().filter("check error").size(), 1);
+    }
+}

@@ -5,6 +5,7 @@
 #include "support/host/bars.h"
 #include "support/host/desktop.h"
 #include "support/host/iconview.h"
+#include "support/xml/xmlFile.h"
 #include "tests/frame/failingMenu.h"
 #include "tests/frame/frameTest.h"
 #include <QApplication>
@@ -200,6 +201,10 @@ TEST_F(Menus, ARemoteDirectoryNeedsAtLeastOneItem)
         writeFile(REMOTE_BOOK_XML, text);
         EXPECT_EQ(IsExsitRemoteDirectory(), 1) << text;
     }
+    writeFile(REMOTE_BOOK_XML, "<root><RemotePhoneBook><item/></RemotePhoneBook></root>" +
+                                   QByteArray(XML_TABLE_LIMIT, ' '));
+    EXPECT_EQ(IsExsitRemoteDirectory(), 0) << "far too large";
+    EXPECT_EQ(traces().filter("is larger than").size(), 1);
     QFile::remove(hostPath(REMOTE_BOOK_XML));
     EXPECT_EQ(IsExsitRemoteDirectory(), 0);
 }

@@ -1,5 +1,6 @@
 #include "media/ScreenViewFile.h"
 #include "host/services/storage/storageWorld.h"
+#include "support/xml/xmlFile.h"
 #include "tests/media/mediaTest.h"
 #include <QDir>
 #include <QFile>
@@ -62,6 +63,15 @@ TEST_F(ScreenView, AMissingTableOrSectionGivesFalseAndNoFiles)
     writeTable("<ImageView><broken");
     EXPECT_FALSE(view.GetImageFileList(list));
     EXPECT_EQ(texts(list), QStringList{"/kept"});
+}
+
+TEST_F(ScreenView, ATableThatIsFarTooLargeIsNotRead)
+{
+    mark();
+    writeTable(table(device("phone", rule("/rundata/i", "*.jpg"))) + QByteArray(XML_TABLE_LIMIT, ' '));
+    FileList list;
+    EXPECT_FALSE(view.GetImageFileList(list));
+    EXPECT_EQ(traces().filter("is larger than").size(), 1);
 }
 
 TEST_F(ScreenView, TheSectionsStandAtDocumentLevel)

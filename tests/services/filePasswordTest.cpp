@@ -2,6 +2,7 @@
 #include "tests/file/failingCalls.h"
 #include "tests/kit/fewDescriptors.h"
 #include "tests/kit/phoneTest.h"
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTimer>
@@ -225,6 +226,101 @@ TEST_F(FilePassword, ASaveThatIsNotPossibleIsZero)
 {
     EXPECT_EQ(filePassword(kFile).SaveToFile("/rundata/none/htpasswd"), 0);
     EXPECT_EQ(filePassword(kFile).SaveToFile(nullptr), 0);
+}
+
+// All of "secret".
+TEST_F(FilePassword, HashesOfEveryBoundedCostLetIn)
+{
+    for (const char* hash :
+         {"$1$salt$ez2vlPGdaLYkJam5pWs/Y1", "$5$salt$kpa26zwgX83BPSR8d7w93OIXbFt/d3UOTZaAu5vsTM6",
+          "$6$rounds=100000$salt$w7KyVDyVQ1Ki.i9lRcLj."
+          "Nm7FbZD0fiAEzSBdZi97dTM7OQulYlxEavyNLmiD7RwPspmny4OUAUbY5Mwo"
+          "yL5h1",
+          "$2b$05$abcdefghijklmnopqrstuuOQiyCxlgf/oeuTqixKmWdcYUh4Hjl0a",
+          "$gy$j9T$LN0q1vAU0nBUAqc3bDRkz/$S5Fj5ckPpR9ZazhUvJZ.ERbVzXRasOFT5yFhFdcs.nC",
+          "$7$CU..../....SodiumChloride$SgDhJBZvaSDBMst5B70Nz13SP83yo8VuHlxDcyI3x22",
+          "$y$j75$abcd$4kXmLgaKDvIX6kdRHPMTHEFMzZbz3KU11lQ0dx6AKZ3",
+          "$y$jBT$LN0q1vAU0nBUAqc3bDRkz/$WjG5gvvae0NgCu5K4z.4QRdlfDX.VH7AoduRCqRJv75"}) {
+        writeFile(kFile, QByteArray("admin:") + hash + "\n");
+        mark();
+        EXPECT_EQ(isRight("admin", "secret"), 1) << hash;
+        EXPECT_EQ(isRight("admin", "wrong"), 0) << hash;
+        EXPECT_TRUE(traces().filter("costs too much").isEmpty()) << hash;
+    }
+}
+
+TEST_F(FilePassword, AHashThatCostsTooMuchLetsNobodyInAndIsTracedOnce)
+{
+    for (const char* hash : {"$6$rounds=1000001$salt$/"
+                             "bpvTjCC0iqUycwQF6ajejMFC.NWUwzQk4j0F6qnn50c68H5lfXq06XmFpNyTaNdWJEXXvIaljxA05R"
+                             ".JHTAY1",
+                             "$2b$13$abcdefghijklmnopqrstuuyd9ipDgNyTEie103vumVuve9x.2WtxW",
+                             "$y$jCT$salt$7aCpuqfe4IemhDRAe86/qGuQV9BohwSasDcfazxn4NC",
+                             "$y$j9T/.$LN0q1vAU0nBUAqc3bDRkz/$dc8UiAhYNVGbYOyQpgzwB6RtbWyYnbyImtfD48ZfyU9",
+                             "$sha1$4000$abcdefgh$jeOWHbZ7maksf3rfQG2UezgX7GAQ"}) {
+        writeFile(kFile, QByteArray("admin:") + hash + "\n");
+        mark();
+        const filePassword file(kFile);
+        EXPECT_EQ(file.IsRightUserPassword("admin", "secret"), 0) << hash;
+        EXPECT_EQ(file.IsRightUserPassword("admin", ""), 0) << hash;
+        EXPECT_EQ(traces().filter("has a hash that costs too much for \"admin\"").size(), 1) << hash;
+    }
+}
+
+// They would take hours, or memory that no phone has.
+TEST_F(FilePassword, AbsurdCostsAreNotPaid)
+{
+    for (const char* hash : {"$6$rounds=999999999$salt$x",
+                             "$5$rounds=999999999$salt$x",
+                             "$6$rounds=99999999999999999999$salt$x",
+                             "$6$rounds=-1$s$x",
+                             "$6$rounds=$s$x",
+                             "$2b$31$abcdefghijklmnopqrstuuabc",
+                             "$2y$99$a",
+                             "$2b$",
+                             "$y$jFT$LN0q1vAU0nBUAqc3bDRkz/$abc",
+                             "$y$jzzzz$x$y",
+                             "$y$",
+                             "$y$j",
+                             "$gy$jjT$a$b",
+                             "$7$jU..../....salt$x",
+                             "$7$CUzzzzzzzzzsalt$x",
+                             "$7$",
+                             "$sha1$999999999$a$b",
+                             "$md5,rounds=999999999$a$b",
+                             "$3$$x",
+                             "$"}) {
+        writeFile(kFile, QByteArray("admin:") + hash + "\n");
+        mark();
+        EXPECT_EQ(isRight("admin", "secret"), 0) << hash;
+        EXPECT_EQ(traces().filter("costs too much").size(), 1) << hash;
+    }
+}
+
+TEST_F(FilePassword, ASaveKeepsTheHashesOfOthersWhateverTheyCost)
+{
+    writeFile(kFile, "boss:$6$rounds=999999999$salt$x\n");
+    ASSERT_EQ(store("admin", "new"), 1);
+    EXPECT_TRUE(readFile(kFile).startsWith("boss:$6$rounds=999999999$salt$x\nadmin:$y$"));
+    EXPECT_EQ(isRight("admin", "new"), 1);
+    ASSERT_EQ(store("boss", "other"), 1);
+    EXPECT_EQ(isRight("boss", "other"), 1);
+}
+
+// The dearest method with the longest password takes seconds; the answer would be yes.
+TEST_F(FilePassword, APhoneThatEndsDoesNotWaitForAHash)
+{
+    writeFile(
+        kFile,
+        "admin:$6$rounds=1000000$salt$spu60/92rgBxOMeqqgDi5FFSN6AxyPWaDR8/Tn5KyyThZQyDxvwDtgMKNL8.bFPACqa"
+        "Qkv9H5NwZifuuG8GC/0\n");
+    int answer = -1;
+    QTimer::singleShot(0, [&answer] {
+        QTimer::singleShot(0, &QCoreApplication::quit);
+        answer = isRight("admin", std::string(500, 'a').c_str());
+    });
+    QCoreApplication::exec();
+    EXPECT_EQ(answer, 0);
 }
 
 // Of this process, in nanoseconds: what else the machine does must not count.

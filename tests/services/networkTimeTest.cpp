@@ -335,11 +335,12 @@ TEST_F(NetworkTime, WhatIsNoServerIsNotAsked)
         EXPECT_TRUE(isTraced(QString("\"%1\" is no time server").arg(name)));
     }
     configure("strPrimaryNTPServer", "127.0.0.1");
-    for (const char* port : {"0", "-1", "65536"}) {
+    for (const char* port : {"0", "-1", "65536", "x", "12 3"}) {
         configure("nNTPPort", port);
         mark();
         start();
-        EXPECT_TRUE(isTraced("is no time server")) << port;
+        EXPECT_TRUE(isTraced(QString("Time server 127.0.0.1: \"%1\" is no port").arg(port)));
+        EXPECT_TRUE(traces().filter("is no time server").isEmpty()) << port;
     }
     EXPECT_TRUE(isOwnTime());
 }
@@ -370,6 +371,51 @@ TEST_F(NetworkTime, AKissOfRateIsObeyedForAnHour)
     EXPECT_TRUE(isNotAskedAgain(1));
     kit::moveClocks(60000);
     EXPECT_TRUE(isTraced("the clock moves by"));
+}
+
+TEST_F(NetworkTime, AKissOfRateIsObeyedAcrossSavesToo)
+{
+    kit::tagTimeAnswer kiss = good();
+    kiss.nStratum = 0;
+    kiss.strReference = "RATE";
+    expectRefused({kiss}, "it asks to be left alone, RATE");
+    server.answer(kServersUtc);
+    for (int i = 0; i < 5; ++i) {
+        saved();
+        kit::stepTime(5000);
+    }
+    EXPECT_TRUE(isNotAskedAgain(1));
+    // Nobody else has said so.
+    configure("strPrimaryNTPServer", "localhost");
+    saved();
+    kit::stepTime(5000);
+    ASSERT_TRUE(isTraced("Time server localhost: the clock moves by"));
+    configure("strPrimaryNTPServer", "127.0.0.1");
+    saved();
+    kit::stepTime(5000);
+    EXPECT_TRUE(isNotAskedAgain(2));
+    passHours(1);
+    EXPECT_TRUE(isAsked(3));
+}
+
+TEST_F(NetworkTime, ManyChangesInARowMakeOneQuestion)
+{
+    start();
+    ASSERT_TRUE(isTraced("the clock moves by"));
+    mark();
+    for (int i = 0; i < 200; ++i) {
+        saved();
+        kit::settle();
+    }
+    ASSERT_TRUE(isTraced("the clock moves by"));
+    EXPECT_TRUE(isNotAskedAgain(2));
+}
+
+TEST_F(NetworkTime, ATimeFarAheadChangesNothing)
+{
+    kit::tagTimeAnswer answer = good();
+    answer.nUtc = 3660681600LL; // in 2086
+    expectRefused({answer}, "its time is too far ahead");
 }
 
 TEST_F(NetworkTime, AServerThatForbidsItIsNotAskedAgainBeforeSomebodySaves)

@@ -5,6 +5,7 @@
 #include "support/host/net.h"
 #include "support/host/registry.h"
 #include "support/host/zone.h"
+#include "support/xml/xmlFile.h"
 #include "tests/kit/kitTime.h"
 #include "tests/kit/phoneTest.h"
 #include <QFile>
@@ -193,6 +194,16 @@ TEST_F(PhoneZone, TheClockGoesOverTheChangeWhileItRuns)
     kit::moveClocks(2000);
     EXPECT_EQ(now().left(11), "10-31 01:00");
     kit::holdClocks(false);
+}
+
+TEST_F(PhoneZone, ATableThatIsFarTooLargeHasNoRules)
+{
+    writeTable("<DSTData><DST szTime=\"+01:00 \" szZone=\"A\" szRule=\"Europe/Berlin\"/></DSTData>" +
+               QByteArray(XML_TABLE_LIMIT, ' '));
+    store("+01:00 ", "A");
+    mark();
+    zoneSummerSeconds(1814400000);
+    EXPECT_FALSE(traces().filter("No zone has rules for summer time: The file is too large.").isEmpty());
 }
 
 TEST_F(PhoneZone, AnotherZoneShowsTheSameMoment)

@@ -64,12 +64,22 @@ TEST(SntpPacket, ItsFractionsAreThoseOfASecond)
 
 TEST(SntpPacket, TheSecondsGoOnWhenTheirCounterBeginsAnewIn2036)
 {
-    for (const long long utc : {2085978495LL, 2085978497LL, 4102444800LL}) {
+    for (const long long utc : {2085978495LL, 2085978497LL, 2177402399LL}) {
         kit::tagTimeAnswer answer = good();
         answer.nUtc = utc;
         const tagSntpAnswer verdict = judged(answer, 0);
         EXPECT_EQ(verdict.eKind, SNTP_GOOD) << verdict.strReason.constData();
         EXPECT_EQ(verdict.nUtcMs, utc * 1000);
+    }
+}
+
+// It is 2038 everywhere until ten hours before the year ends in UTC.
+TEST(SntpPacket, ATimeAfterTheYearsOfThePhoneIsRefused)
+{
+    for (const long long utc : {2177402400LL, 3660681600LL, 4102444800LL}) {
+        kit::tagTimeAnswer answer = good();
+        answer.nUtc = utc;
+        expectRefused(answer, "its time is too far ahead");
     }
 }
 

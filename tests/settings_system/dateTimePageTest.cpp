@@ -449,3 +449,46 @@ TEST_F(DateTimePage, FieldsAreTypedOnTheDigitPad)
     kit::key(Qt::Key_Down);
     EXPECT_EQ(fields(), "2029 12 02 10 25 07");
 }
+
+TEST_F(DateTimePage, AClockThatCannotBeStoredIsToldAndStaysAsItIs)
+{
+    openManual();
+    enter("editYear", "2028");
+    expectFailedSave(SYSTEM_FILE);
+    EXPECT_EQ(now().left(14), "2027-03-02 10:");
+    EXPECT_EQ(child<QLineEdit>("editYear")->text(), "2028");
+    expectChangesTold({});
+    expectSaved();
+    EXPECT_EQ(now().left(14), "2028-03-02 10:");
+    expectChangesTold({"19 0"});
+}
+
+TEST_F(DateTimePage, AYearOfTheClockThatCannotBeTypedStaysAsItIs)
+{
+    for (const int year : {2086, 2039, 1969}) {
+        hold();
+        netWorldSetClock(chTime(year, 3, 2, 10, 25, 7).GetTime());
+        openManual();
+        EXPECT_EQ(fields(), QString("%1 03 02 10 25 07").arg(year));
+        kit::tap(child<QLineEdit>("editYear"));
+        kit::key(Qt::Key_Down);
+        EXPECT_EQ(child<QLineEdit>("editYear")->text(), QString::number(year)) << "left as it was";
+        expectSaved();
+        EXPECT_EQ(now(), QString("%1-03-02 10:25:07").arg(year));
+    }
+    openManual();
+    child<QLineEdit>("editYear")->setText("2086");
+    EXPECT_EQ(child<QLineEdit>("editYear")->text(), "1970") << "of another clock";
+}
+
+TEST_F(DateTimePage, ATableOfZonesThatIsFarTooLargeIsNotReadAndTraced)
+{
+    const QByteArray row = "<DST szTime=\"+01:00 \" szZone=\"Germany, Berlin\"/>";
+    writeZones("<DSTData>" + row + QByteArray(XML_TABLE_LIMIT, ' ') + "</DSTData>");
+    mark();
+    openPage();
+    EXPECT_EQ(zones()->count(), 0);
+    EXPECT_EQ(traces().filter(ZONE_FILE " is larger than").size(), 1);
+    expectSaved();
+    EXPECT_EQ(zoneKeys(), (QStringList{"+01:00 ", "Germany, Berlin"}));
+}

@@ -257,3 +257,42 @@ TEST_F(PasswordEdit, NothingTypedComesBackByUndoOrCopy)
     edit.copy();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "***");
 }
+
+TEST_F(PasswordEdit, AnInputMethodMayReplaceCharactersByTextThatLooksLikeMasks)
+{
+    kit::type("ab");
+    compose("", "*x", -2, 2);
+    expect("*x", 2);
+    edit.setText("abc");
+    compose("", "*", -1, 1);
+    expect("ab*", 3);
+    edit.setText("abc");
+    compose("", "**", -3, 3);
+    expect("**", 2);
+    edit.setText("abcd");
+    compose("", "*", -3, 1);
+    EXPECT_EQ(edit.realText(), "a*cd") << "before the last characters";
+    edit.setText("abcd");
+    edit.setCursorPosition(1);
+    compose("", "*x", 1, 2);
+    EXPECT_EQ(edit.realText(), "ab*x") << "behind the cursor";
+    edit.setText("abcd");
+    edit.setSelection(1, 2);
+    compose("", "*", -1, 1);
+    expect("*d", 1);
+    edit.setText("abcd");
+    edit.setSelection(0, 3);
+    compose("", "**", 0, 0);
+    expect("**d", 2);
+}
+
+TEST_F(PasswordEdit, WhatAnInputMethodBringsIsCutToTheRoomThereIs)
+{
+    edit.setMaxLength(4);
+    kit::type("abcd");
+    compose("", "*xyz", -2, 2);
+    expect("ab*x", 4);
+    edit.setMaxLength(10);
+    compose("", QString::fromUtf8("\U0001F600*"), -1, 1);
+    expect(QString::fromUtf8("ab*\U0001F600*"), 5);
+}

@@ -211,3 +211,59 @@ TEST_F(SecurityPage, NothingThatWasTypedIsTracedOrStoredReadably)
         EXPECT_EQ(logged(kind).filter("Geheim").size(), 0) << kind;
     EXPECT_FALSE(readFile(kFile).contains("Geheim"));
 }
+
+TEST_F(SecurityPage, ASaveBelongsToItsShowing)
+{
+    openPage();
+    enterAll("old", "new", "new");
+    QWidget* shown = page;
+    QTimer::singleShot(0, page, [this] {
+        back();
+        openPage();
+        enter("editOld", "typed");
+    });
+    QMetaObject::invokeMethod(shown, "on_click_Save");
+    EXPECT_TRUE(page->isVisible());
+    EXPECT_EQ(edit("editOld")->text(), "typed");
+    EXPECT_EQ(isRight("old"), 1);
+    expectChangesTold({});
+}
+
+TEST_F(SecurityPage, ASaveOfTheNextShowingDoesNotWaitForTheOneThatWasLeft)
+{
+    openPage();
+    enterAll("old", "left", "left");
+    QWidget* shown = page;
+    QTimer::singleShot(0, page, [this] {
+        back();
+        openPage();
+        enterAll("old", "next", "next");
+        expectSaved();
+    });
+    QMetaObject::invokeMethod(shown, "on_click_Save");
+    EXPECT_EQ(isRight("next"), 1);
+    expectChangesTold({"21 0"});
+}
+
+// The second hash, that of the new password, takes its time as well.
+TEST_F(SecurityPage, BackWhileTheNewPasswordIsHashedChangesNothing)
+{
+    // MD5-crypt of "old": it is checked within the first turn of the events.
+    const QByteArray quick = "admin:$1$salt$dnV8II5nvDz2lzLUsta9B.\n";
+    writeFile(kFile, quick);
+    for (int turns = 1; turns <= 6; ++turns) {
+        openPage();
+        enterAll("old", "new", "new");
+        int left = turns;
+        QTimer leave;
+        QObject::connect(&leave, &QTimer::timeout, page, [&] {
+            if (--left == 0)
+                back();
+        });
+        leave.start(1);
+        QMetaObject::invokeMethod(page, "on_click_Save");
+        if (left > 0)
+            break; // done before: this machine is quick
+        EXPECT_EQ(readFile(kFile), quick) << turns;
+    }
+}

@@ -40,6 +40,14 @@ protected:
 
 } // namespace
 
+TEST_F(VersionPage, AListThatIsFarTooLargeIsNotReadAndTraced)
+{
+    mark();
+    openPage("<Version><Module name=\"a\" version=\"1\"/>" + QByteArray(XML_TABLE_LIMIT, ' ') + "</Version>");
+    EXPECT_EQ(table->rowCount(), 0);
+    EXPECT_EQ(traces().filter("is larger than").size(), 1);
+}
+
 TEST_F(VersionPage, ListsTheModulesOfTheFileInItsOrder)
 {
     openPage(

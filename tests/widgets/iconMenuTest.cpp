@@ -1,6 +1,7 @@
 #include "host/menu/iconMenu.h"
 #include "support/host/iconview.h"
 #include "support/host/registry.h"
+#include "support/xml/xmlFile.h"
 #include "tests/kit/phoneTest.h"
 #include <QFile>
 
@@ -52,6 +53,15 @@ TEST_F(IconMenus, OtherElementsAndItemsWithoutATitleAreLeftOut)
                    "<item title=\"A\"/></RootMenu>"),
               1);
     EXPECT_EQ(captions(), QStringList{"A"});
+}
+
+TEST_F(IconMenus, AFileThatIsFarTooLargeGivesAnEmptyMenuAndATraceLine)
+{
+    mark();
+    EXPECT_EQ(load("<RootMenu title=\"T\"><item title=\"A\"/></RootMenu>" + QByteArray(XML_TABLE_LIMIT, ' ')),
+              0);
+    EXPECT_EQ(view.currentIconCount(), 0);
+    EXPECT_EQ(traces().filter("The file is too large.").size(), 1);
 }
 
 TEST_F(IconMenus, MissingFileGivesAnEmptyMenuAndATraceLine)

@@ -13,10 +13,13 @@
 #include <QMouseEvent>
 #include <QRegularExpression>
 #include <QWidget>
+#include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
 #include <linux/input-event-codes.h>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -149,6 +152,32 @@ TEST_F(TouchPanelTest, WhateverThePanelSaysIsOnTheScreen)
     mapping.look();
     EXPECT_EQ(mapping.toScreen(2147483647, 2147483647), QPoint(799, 0));
     EXPECT_EQ(mapping.toScreen(-2147483647 - 1, -2147483647 - 1), QPoint(0, 479));
+}
+
+TEST_F(TouchPanelTest, NoMappingAndNoPositionIsTooLarge)
+{
+    const long long extremes[] = {INT_MIN, -1, 0, 1, INT_MAX};
+    for (const long long ofX : extremes) {
+        for (const long long ofY : extremes) {
+            for (const long long scale : {INT_MIN, -1, 1, INT_MAX}) {
+                writeFile(kStored,
+                          QByteArray::fromStdString(std::to_string(ofX) + ' ' + std::to_string(ofY) + " 0 " +
+                                                    std::to_string(ofX) + ' ' + std::to_string(ofY) +
+                                                    " -2147483648 " + std::to_string(scale)));
+                TouchMapping mapping;
+                mapping.look();
+                for (const long long x : extremes) {
+                    for (const long long y : extremes) {
+                        const long double sum =
+                            static_cast<long double>(x * ofX) + static_cast<long double>(y * ofY);
+                        const QPoint at = mapping.toScreen(int(x), int(y));
+                        EXPECT_NEAR(at.x(), double(std::clamp(sum / scale, 0.0L, 799.0L)), 1);
+                        EXPECT_NEAR(at.y(), double(std::clamp((sum + INT_MIN) / scale, 0.0L, 479.0L)), 1);
+                    }
+                }
+            }
+        }
+    }
 }
 
 TEST_F(TouchPanelTest, AFingerIsReportedToWhoeverReadsTheDevice)

@@ -38,6 +38,7 @@ networkTime::networkTime()
 void networkTime::start()
 {
     m_bStarted = true;
+    m_leftAlone.clear();
     m_next.start(START_MS);
 }
 
