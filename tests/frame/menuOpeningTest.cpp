@@ -201,8 +201,8 @@ TEST_F(Menus, ARemoteDirectoryNeedsAtLeastOneItem)
         writeFile(REMOTE_BOOK_XML, text);
         EXPECT_EQ(IsExsitRemoteDirectory(), 1) << text;
     }
-    writeFile(REMOTE_BOOK_XML, "<root><RemotePhoneBook><item/></RemotePhoneBook></root>" +
-                                   QByteArray(XML_TABLE_LIMIT, ' '));
+    writeFile(REMOTE_BOOK_XML,
+              "<root><RemotePhoneBook><item/></RemotePhoneBook></root>" + QByteArray(XML_TABLE_LIMIT, ' '));
     EXPECT_EQ(IsExsitRemoteDirectory(), 0) << "far too large";
     EXPECT_EQ(traces().filter("is larger than").size(), 1);
     QFile::remove(hostPath(REMOTE_BOOK_XML));
