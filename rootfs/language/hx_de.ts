@@ -1349,5 +1349,205 @@
         <source>The max number should &lt;= 20!</source>
         <translation>Es sind höchstens 20 Einträge möglich!</translation>
     </message>
+    <message>
+        <source>(1-100s)</source>
+        <translation>(1–100 s)</translation>
+    </message>
+    <message>
+        <source>10fps</source>
+        <translation>10 Bilder/s</translation>
+    </message>
+    <message>
+        <source>128kbps</source>
+        <translation>128 kbit/s</translation>
+    </message>
+    <message>
+        <source>15fps</source>
+        <translation>15 Bilder/s</translation>
+    </message>
+    <message>
+        <source>192kbps</source>
+        <translation>192 kbit/s</translation>
+    </message>
+    <message>
+        <source>1Mbps</source>
+        <translation>1 Mbit/s</translation>
+    </message>
+    <message>
+        <source>20fps</source>
+        <translation>20 Bilder/s</translation>
+    </message>
+    <message>
+        <source>256kbps</source>
+        <translation>256 kbit/s</translation>
+    </message>
+    <message>
+        <source>25fps</source>
+        <translation>25 Bilder/s</translation>
+    </message>
+    <message>
+        <source>30fps</source>
+        <translation>30 Bilder/s</translation>
+    </message>
+    <message>
+        <source>384kbps</source>
+        <translation>384 kbit/s</translation>
+    </message>
+    <message>
+        <source>512kbps</source>
+        <translation>512 kbit/s</translation>
+    </message>
+    <message>
+        <source>768kbps</source>
+        <translation>768 kbit/s</translation>
+    </message>
+    <message>
+        <source>After 15 Seconds</source>
+        <translation>Nach 15 Sekunden</translation>
+    </message>
+    <message>
+        <source>After 30 Seconds</source>
+        <translation>Nach 30 Sekunden</translation>
+    </message>
+    <message>
+        <source>After 5 Seconds</source>
+        <translation>Nach 5 Sekunden</translation>
+    </message>
+    <message>
+        <source>Always Forward</source>
+        <translation>Immer umleiten</translation>
+    </message>
+    <message>
+        <source>Always forward number is invalid!</source>
+        <translation>Die Nummer für „Immer umleiten“ ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Anonymous Call Off code can't be empty!</source>
+        <translation>Der Aus-Code für den anonymen Anruf fehlt!</translation>
+    </message>
+    <message>
+        <source>Anonymous Call Rejection</source>
+        <translation>Anonyme Anrufe abweisen</translation>
+    </message>
+    <message>
+        <source>Auto Answer Type</source>
+        <translation>Zeit der Auto-Annahme</translation>
+    </message>
+    <message>
+        <source>Bandwidth</source>
+        <translation>Bandbreite</translation>
+    </message>
+    <message>
+        <source>Busy Forward</source>
+        <translation>Bei Besetzt umleiten</translation>
+    </message>
+    <message>
+        <source>Busy forward number is invalid!</source>
+        <translation>Die Nummer für „Bei Besetzt umleiten“ ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Can't forward to own number!</source>
+        <translation>Die Umleitung auf die eigene Nummer ist nicht möglich!</translation>
+    </message>
+    <message>
+        <source>Directly</source>
+        <translation>Sofort</translation>
+    </message>
+    <message>
+        <source>Effect On PSTN</source>
+        <translation>Gilt auch für die Analogleitung</translation>
+    </message>
+    <message>
+        <source>Enable Auto Answer</source>
+        <translation>Auto-Annahme aktivieren</translation>
+    </message>
+    <message>
+        <source>Enable Call Waiting</source>
+        <translation>Anklopfen aktivieren</translation>
+    </message>
+    <message>
+        <source>Enabled</source>
+        <translation>Aktiviert</translation>
+    </message>
+    <message>
+        <source>Forward Setting</source>
+        <translation>Rufumleitung</translation>
+    </message>
+    <message>
+        <source>Frame Rate</source>
+        <translation>Bildrate</translation>
+    </message>
+    <message>
+        <source>Hotline Delay(0~10s)</source>
+        <translation>Direktruf nach (0–10 s)</translation>
+    </message>
+    <message>
+        <source>Hotline Number</source>
+        <translation>Nummer des Direktrufs</translation>
+    </message>
+    <message>
+        <source>Key #</source>
+        <translation>Taste #</translation>
+    </message>
+    <message>
+        <source>Key *</source>
+        <translation>Taste *</translation>
+    </message>
+    <message>
+        <source>Local Video</source>
+        <translation>Eigenes Bild</translation>
+    </message>
+    <message>
+        <source>No Answer Forward</source>
+        <translation>Ohne Antwort umleiten</translation>
+    </message>
+    <message>
+        <source>No answer forward number is invalid!</source>
+        <translation>Die Nummer für „Ohne Antwort umleiten“ ist ungültig!</translation>
+    </message>
+    <message>
+        <source>No answer time is not within 1-100 seconds!</source>
+        <translation>Die Zeit ohne Antwort liegt nicht zwischen 1 und 100 Sekunden!</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Off Code</source>
+        <translation>Aus-Code</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>Ein</translation>
+    </message>
+    <message>
+        <source>On Code</source>
+        <translation>Ein-Code</translation>
+    </message>
+    <message>
+        <source>PSTN Call</source>
+        <translation>Analoger Anruf</translation>
+    </message>
+    <message>
+        <source>Preferred Call Type</source>
+        <translation>Bevorzugte Anrufart</translation>
+    </message>
+    <message>
+        <source>Rejection Off code can't be empty!</source>
+        <translation>Der Aus-Code für die Abweisung fehlt!</translation>
+    </message>
+    <message>
+        <source>Time limited(0-10s)!</source>
+        <translation>Die Zeit liegt zwischen 0 und 10 Sekunden!</translation>
+    </message>
+    <message>
+        <source>Video Call</source>
+        <translation>Videoanruf</translation>
+    </message>
+    <message>
+        <source>Voice Call</source>
+        <translation>Sprachanruf</translation>
+    </message>
 </context>
 </TS>

@@ -1349,5 +1349,205 @@
         <source>The max number should &lt;= 20!</source>
         <translation>¡Solo se admiten 20 entradas!</translation>
     </message>
+    <message>
+        <source>(1-100s)</source>
+        <translation>(1-100 s)</translation>
+    </message>
+    <message>
+        <source>10fps</source>
+        <translation>10 fps</translation>
+    </message>
+    <message>
+        <source>128kbps</source>
+        <translation>128 kbps</translation>
+    </message>
+    <message>
+        <source>15fps</source>
+        <translation>15 fps</translation>
+    </message>
+    <message>
+        <source>192kbps</source>
+        <translation>192 kbps</translation>
+    </message>
+    <message>
+        <source>1Mbps</source>
+        <translation>1 Mbps</translation>
+    </message>
+    <message>
+        <source>20fps</source>
+        <translation>20 fps</translation>
+    </message>
+    <message>
+        <source>256kbps</source>
+        <translation>256 kbps</translation>
+    </message>
+    <message>
+        <source>25fps</source>
+        <translation>25 fps</translation>
+    </message>
+    <message>
+        <source>30fps</source>
+        <translation>30 fps</translation>
+    </message>
+    <message>
+        <source>384kbps</source>
+        <translation>384 kbps</translation>
+    </message>
+    <message>
+        <source>512kbps</source>
+        <translation>512 kbps</translation>
+    </message>
+    <message>
+        <source>768kbps</source>
+        <translation>768 kbps</translation>
+    </message>
+    <message>
+        <source>After 15 Seconds</source>
+        <translation>A los 15 segundos</translation>
+    </message>
+    <message>
+        <source>After 30 Seconds</source>
+        <translation>A los 30 segundos</translation>
+    </message>
+    <message>
+        <source>After 5 Seconds</source>
+        <translation>A los 5 segundos</translation>
+    </message>
+    <message>
+        <source>Always Forward</source>
+        <translation>Desviar siempre</translation>
+    </message>
+    <message>
+        <source>Always forward number is invalid!</source>
+        <translation>¡El número de «Desviar siempre» no es válido!</translation>
+    </message>
+    <message>
+        <source>Anonymous Call Off code can't be empty!</source>
+        <translation>¡Falta el código de fin de la llamada anónima!</translation>
+    </message>
+    <message>
+        <source>Anonymous Call Rejection</source>
+        <translation>Rechazar llamadas anónimas</translation>
+    </message>
+    <message>
+        <source>Auto Answer Type</source>
+        <translation>Momento de la respuesta automática</translation>
+    </message>
+    <message>
+        <source>Bandwidth</source>
+        <translation>Ancho de banda</translation>
+    </message>
+    <message>
+        <source>Busy Forward</source>
+        <translation>Desviar si comunica</translation>
+    </message>
+    <message>
+        <source>Busy forward number is invalid!</source>
+        <translation>¡El número de «Desviar si comunica» no es válido!</translation>
+    </message>
+    <message>
+        <source>Can't forward to own number!</source>
+        <translation>¡No se puede desviar al número propio!</translation>
+    </message>
+    <message>
+        <source>Directly</source>
+        <translation>De inmediato</translation>
+    </message>
+    <message>
+        <source>Effect On PSTN</source>
+        <translation>Vale también para la línea RTB</translation>
+    </message>
+    <message>
+        <source>Enable Auto Answer</source>
+        <translation>Activar la respuesta automática</translation>
+    </message>
+    <message>
+        <source>Enable Call Waiting</source>
+        <translation>Activar la llamada en espera</translation>
+    </message>
+    <message>
+        <source>Enabled</source>
+        <translation>Activado</translation>
+    </message>
+    <message>
+        <source>Forward Setting</source>
+        <translation>Desvío de llamadas</translation>
+    </message>
+    <message>
+        <source>Frame Rate</source>
+        <translation>Imágenes por segundo</translation>
+    </message>
+    <message>
+        <source>Hotline Delay(0~10s)</source>
+        <translation>Línea directa tras (0-10 s)</translation>
+    </message>
+    <message>
+        <source>Hotline Number</source>
+        <translation>Número de línea directa</translation>
+    </message>
+    <message>
+        <source>Key #</source>
+        <translation>Tecla #</translation>
+    </message>
+    <message>
+        <source>Key *</source>
+        <translation>Tecla *</translation>
+    </message>
+    <message>
+        <source>Local Video</source>
+        <translation>Vídeo propio</translation>
+    </message>
+    <message>
+        <source>No Answer Forward</source>
+        <translation>Desviar sin respuesta</translation>
+    </message>
+    <message>
+        <source>No answer forward number is invalid!</source>
+        <translation>¡El número de «Desviar sin respuesta» no es válido!</translation>
+    </message>
+    <message>
+        <source>No answer time is not within 1-100 seconds!</source>
+        <translation>¡El tiempo sin respuesta no está entre 1 y 100 segundos!</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>Off Code</source>
+        <translation>Código de fin</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>Sí</translation>
+    </message>
+    <message>
+        <source>On Code</source>
+        <translation>Código de inicio</translation>
+    </message>
+    <message>
+        <source>PSTN Call</source>
+        <translation>Llamada RTB</translation>
+    </message>
+    <message>
+        <source>Preferred Call Type</source>
+        <translation>Tipo de llamada preferido</translation>
+    </message>
+    <message>
+        <source>Rejection Off code can't be empty!</source>
+        <translation>¡Falta el código de fin del rechazo!</translation>
+    </message>
+    <message>
+        <source>Time limited(0-10s)!</source>
+        <translation>¡El tiempo va de 0 a 10 segundos!</translation>
+    </message>
+    <message>
+        <source>Video Call</source>
+        <translation>Videollamada</translation>
+    </message>
+    <message>
+        <source>Voice Call</source>
+        <translation>Llamada de voz</translation>
+    </message>
 </context>
 </TS>

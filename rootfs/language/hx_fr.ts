@@ -1349,5 +1349,205 @@
         <source>The max number should &lt;= 20!</source>
         <translation>20 entrées au maximum !</translation>
     </message>
+    <message>
+        <source>(1-100s)</source>
+        <translation>(1–100 s)</translation>
+    </message>
+    <message>
+        <source>10fps</source>
+        <translation>10 i/s</translation>
+    </message>
+    <message>
+        <source>128kbps</source>
+        <translation>128 kbit/s</translation>
+    </message>
+    <message>
+        <source>15fps</source>
+        <translation>15 i/s</translation>
+    </message>
+    <message>
+        <source>192kbps</source>
+        <translation>192 kbit/s</translation>
+    </message>
+    <message>
+        <source>1Mbps</source>
+        <translation>1 Mbit/s</translation>
+    </message>
+    <message>
+        <source>20fps</source>
+        <translation>20 i/s</translation>
+    </message>
+    <message>
+        <source>256kbps</source>
+        <translation>256 kbit/s</translation>
+    </message>
+    <message>
+        <source>25fps</source>
+        <translation>25 i/s</translation>
+    </message>
+    <message>
+        <source>30fps</source>
+        <translation>30 i/s</translation>
+    </message>
+    <message>
+        <source>384kbps</source>
+        <translation>384 kbit/s</translation>
+    </message>
+    <message>
+        <source>512kbps</source>
+        <translation>512 kbit/s</translation>
+    </message>
+    <message>
+        <source>768kbps</source>
+        <translation>768 kbit/s</translation>
+    </message>
+    <message>
+        <source>After 15 Seconds</source>
+        <translation>Après 15 secondes</translation>
+    </message>
+    <message>
+        <source>After 30 Seconds</source>
+        <translation>Après 30 secondes</translation>
+    </message>
+    <message>
+        <source>After 5 Seconds</source>
+        <translation>Après 5 secondes</translation>
+    </message>
+    <message>
+        <source>Always Forward</source>
+        <translation>Toujours renvoyer</translation>
+    </message>
+    <message>
+        <source>Always forward number is invalid!</source>
+        <translation>Le numéro de « Toujours renvoyer » n’est pas valide !</translation>
+    </message>
+    <message>
+        <source>Anonymous Call Off code can't be empty!</source>
+        <translation>Saisissez le code d’arrêt de l’appel anonyme !</translation>
+    </message>
+    <message>
+        <source>Anonymous Call Rejection</source>
+        <translation>Rejet d’appels anonymes</translation>
+    </message>
+    <message>
+        <source>Auto Answer Type</source>
+        <translation>Délai de la réponse automatique</translation>
+    </message>
+    <message>
+        <source>Bandwidth</source>
+        <translation>Bande passante</translation>
+    </message>
+    <message>
+        <source>Busy Forward</source>
+        <translation>Renvoyer si occupé</translation>
+    </message>
+    <message>
+        <source>Busy forward number is invalid!</source>
+        <translation>Le numéro de « Renvoyer si occupé » n’est pas valide !</translation>
+    </message>
+    <message>
+        <source>Can't forward to own number!</source>
+        <translation>Impossible de renvoyer vers son propre numéro !</translation>
+    </message>
+    <message>
+        <source>Directly</source>
+        <translation>Immédiatement</translation>
+    </message>
+    <message>
+        <source>Effect On PSTN</source>
+        <translation>Vaut aussi pour la ligne RTC</translation>
+    </message>
+    <message>
+        <source>Enable Auto Answer</source>
+        <translation>Activer la réponse automatique</translation>
+    </message>
+    <message>
+        <source>Enable Call Waiting</source>
+        <translation>Activer le double appel</translation>
+    </message>
+    <message>
+        <source>Enabled</source>
+        <translation>Activé</translation>
+    </message>
+    <message>
+        <source>Forward Setting</source>
+        <translation>Renvoi d’appel</translation>
+    </message>
+    <message>
+        <source>Frame Rate</source>
+        <translation>Images par seconde</translation>
+    </message>
+    <message>
+        <source>Hotline Delay(0~10s)</source>
+        <translation>Appel direct après (0–10 s)</translation>
+    </message>
+    <message>
+        <source>Hotline Number</source>
+        <translation>Numéro d’appel direct</translation>
+    </message>
+    <message>
+        <source>Key #</source>
+        <translation>Touche #</translation>
+    </message>
+    <message>
+        <source>Key *</source>
+        <translation>Touche *</translation>
+    </message>
+    <message>
+        <source>Local Video</source>
+        <translation>Vidéo locale</translation>
+    </message>
+    <message>
+        <source>No Answer Forward</source>
+        <translation>Renvoyer sans réponse</translation>
+    </message>
+    <message>
+        <source>No answer forward number is invalid!</source>
+        <translation>Le numéro de « Renvoyer sans réponse » n’est pas valide !</translation>
+    </message>
+    <message>
+        <source>No answer time is not within 1-100 seconds!</source>
+        <translation>Le délai sans réponse n’est pas entre 1 et 100 secondes !</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Désactivé</translation>
+    </message>
+    <message>
+        <source>Off Code</source>
+        <translation>Code d’arrêt</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>Activé</translation>
+    </message>
+    <message>
+        <source>On Code</source>
+        <translation>Code d’activation</translation>
+    </message>
+    <message>
+        <source>PSTN Call</source>
+        <translation>Appel RTC</translation>
+    </message>
+    <message>
+        <source>Preferred Call Type</source>
+        <translation>Type d’appel préféré</translation>
+    </message>
+    <message>
+        <source>Rejection Off code can't be empty!</source>
+        <translation>Saisissez le code d’arrêt du rejet !</translation>
+    </message>
+    <message>
+        <source>Time limited(0-10s)!</source>
+        <translation>Le délai va de 0 à 10 secondes !</translation>
+    </message>
+    <message>
+        <source>Video Call</source>
+        <translation>Appel vidéo</translation>
+    </message>
+    <message>
+        <source>Voice Call</source>
+        <translation>Appel vocal</translation>
+    </message>
 </context>
 </TS>

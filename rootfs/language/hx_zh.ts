@@ -1349,5 +1349,205 @@
         <source>The max number should &lt;= 20!</source>
         <translation>最多 20 条记录！</translation>
     </message>
+    <message>
+        <source>(1-100s)</source>
+        <translation>(1-100 秒)</translation>
+    </message>
+    <message>
+        <source>10fps</source>
+        <translation>10 帧/秒</translation>
+    </message>
+    <message>
+        <source>128kbps</source>
+        <translation>128 kbps</translation>
+    </message>
+    <message>
+        <source>15fps</source>
+        <translation>15 帧/秒</translation>
+    </message>
+    <message>
+        <source>192kbps</source>
+        <translation>192 kbps</translation>
+    </message>
+    <message>
+        <source>1Mbps</source>
+        <translation>1 Mbps</translation>
+    </message>
+    <message>
+        <source>20fps</source>
+        <translation>20 帧/秒</translation>
+    </message>
+    <message>
+        <source>256kbps</source>
+        <translation>256 kbps</translation>
+    </message>
+    <message>
+        <source>25fps</source>
+        <translation>25 帧/秒</translation>
+    </message>
+    <message>
+        <source>30fps</source>
+        <translation>30 帧/秒</translation>
+    </message>
+    <message>
+        <source>384kbps</source>
+        <translation>384 kbps</translation>
+    </message>
+    <message>
+        <source>512kbps</source>
+        <translation>512 kbps</translation>
+    </message>
+    <message>
+        <source>768kbps</source>
+        <translation>768 kbps</translation>
+    </message>
+    <message>
+        <source>After 15 Seconds</source>
+        <translation>15 秒后</translation>
+    </message>
+    <message>
+        <source>After 30 Seconds</source>
+        <translation>30 秒后</translation>
+    </message>
+    <message>
+        <source>After 5 Seconds</source>
+        <translation>5 秒后</translation>
+    </message>
+    <message>
+        <source>Always Forward</source>
+        <translation>始终转移</translation>
+    </message>
+    <message>
+        <source>Always forward number is invalid!</source>
+        <translation>始终转移的号码无效！</translation>
+    </message>
+    <message>
+        <source>Anonymous Call Off code can't be empty!</source>
+        <translation>匿名呼叫的关闭代码不能为空！</translation>
+    </message>
+    <message>
+        <source>Anonymous Call Rejection</source>
+        <translation>拒接匿名呼叫</translation>
+    </message>
+    <message>
+        <source>Auto Answer Type</source>
+        <translation>自动应答类型</translation>
+    </message>
+    <message>
+        <source>Bandwidth</source>
+        <translation>带宽</translation>
+    </message>
+    <message>
+        <source>Busy Forward</source>
+        <translation>遇忙转移</translation>
+    </message>
+    <message>
+        <source>Busy forward number is invalid!</source>
+        <translation>遇忙转移的号码无效！</translation>
+    </message>
+    <message>
+        <source>Can't forward to own number!</source>
+        <translation>不能转移到本机号码！</translation>
+    </message>
+    <message>
+        <source>Directly</source>
+        <translation>立即</translation>
+    </message>
+    <message>
+        <source>Effect On PSTN</source>
+        <translation>对 PSTN 线路有效</translation>
+    </message>
+    <message>
+        <source>Enable Auto Answer</source>
+        <translation>启用自动应答</translation>
+    </message>
+    <message>
+        <source>Enable Call Waiting</source>
+        <translation>启用呼叫等待</translation>
+    </message>
+    <message>
+        <source>Enabled</source>
+        <translation>已启用</translation>
+    </message>
+    <message>
+        <source>Forward Setting</source>
+        <translation>呼叫转移设置</translation>
+    </message>
+    <message>
+        <source>Frame Rate</source>
+        <translation>帧率</translation>
+    </message>
+    <message>
+        <source>Hotline Delay(0~10s)</source>
+        <translation>热线延时 (0-10 秒)</translation>
+    </message>
+    <message>
+        <source>Hotline Number</source>
+        <translation>热线号码</translation>
+    </message>
+    <message>
+        <source>Key #</source>
+        <translation># 键</translation>
+    </message>
+    <message>
+        <source>Key *</source>
+        <translation>* 键</translation>
+    </message>
+    <message>
+        <source>Local Video</source>
+        <translation>本地视频</translation>
+    </message>
+    <message>
+        <source>No Answer Forward</source>
+        <translation>无应答转移</translation>
+    </message>
+    <message>
+        <source>No answer forward number is invalid!</source>
+        <translation>无应答转移的号码无效！</translation>
+    </message>
+    <message>
+        <source>No answer time is not within 1-100 seconds!</source>
+        <translation>无应答时间不在 1-100 秒之间！</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>关</translation>
+    </message>
+    <message>
+        <source>Off Code</source>
+        <translation>关闭代码</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>开</translation>
+    </message>
+    <message>
+        <source>On Code</source>
+        <translation>开启代码</translation>
+    </message>
+    <message>
+        <source>PSTN Call</source>
+        <translation>PSTN 呼叫</translation>
+    </message>
+    <message>
+        <source>Preferred Call Type</source>
+        <translation>首选呼叫类型</translation>
+    </message>
+    <message>
+        <source>Rejection Off code can't be empty!</source>
+        <translation>拒接的关闭代码不能为空！</translation>
+    </message>
+    <message>
+        <source>Time limited(0-10s)!</source>
+        <translation>时间限制为 0-10 秒！</translation>
+    </message>
+    <message>
+        <source>Video Call</source>
+        <translation>视频呼叫</translation>
+    </message>
+    <message>
+        <source>Voice Call</source>
+        <translation>语音呼叫</translation>
+    </message>
 </context>
 </TS>

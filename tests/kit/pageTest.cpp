@@ -74,6 +74,25 @@ QString PageTest::softKeyTitle(int index) const
     return page->findChild<qSoftKeyBar*>()->GetButtonTitle(index);
 }
 
+QStringList PageTest::softKeys() const
+{
+    return {softKeyTitle(0), softKeyTitle(1), softKeyTitle(2), softKeyTitle(3)};
+}
+
+QString PageTest::title() const
+{
+    return page->findChild<qTopBar*>()->title();
+}
+
+QStringList PageTest::items(const char* name) const
+{
+    const QComboBox* box = child<QComboBox>(name);
+    QStringList all;
+    for (int i = 0; i < box->count(); ++i)
+        all.append(box->itemText(i) + ": " + box->itemData(i).toString());
+    return all;
+}
+
 void PageTest::expectRefused(const char* file, const char* message, const char* focus)
 {
     const QByteArray before = readFile(file);

@@ -39,6 +39,11 @@ protected:
     void save() { softKey(0); }
     void back() { softKey(3); }
     QString softKeyTitle(int index) const;
+    QStringList softKeys() const;
+    // Of the top bar.
+    QString title() const;
+    // "text: stored value" of each item of a combo box.
+    QStringList items(const char* box) const;
 
     // Save shows this note and nothing else, moves the focus there, leaves the file as it was and the page
     // open.

@@ -28,18 +28,6 @@ protected:
     }
     int level() const { return m_nLevel; }
 
-    QStringList items(const char* box) const
-    {
-        QStringList all;
-        for (int i = 0; i < child<QComboBox>(box)->count(); ++i)
-            all.append(child<QComboBox>(box)->itemText(i) + ": " +
-                       child<QComboBox>(box)->itemData(i).toString());
-        return all;
-    }
-    QStringList softKeys() const
-    {
-        return {softKeyTitle(0), softKeyTitle(1), softKeyTitle(2), softKeyTitle(3)};
-    }
     // A box is answered in time that runs.
     void expectFullDiskTold()
     {
@@ -54,7 +42,6 @@ protected:
         softKey(1);
         EXPECT_EQ(boxes.texts(), QStringList{"Unknow dialog type"});
     }
-    QString title() const { return page->findChild<qTopBar*>()->title(); }
 
 private:
     class Recorder : public soundOutput
