@@ -18,16 +18,16 @@ public:
     ~dlgForward_Setting() override;
 
     // Whether the number is that of a registered line; tells the user so.
-    bool IsForwadingtoSelf(const QString& number);
+    HX_MODULE_API bool IsForwadingtoSelf(const QString& number);
     // Show these in the place of what is there.
-    void Display_Always_Forward(Qt::CheckState state, const char* target);
-    void Display_Busy_Forward(Qt::CheckState state, const char* target);
-    void Display_No_Answer_Forward(Qt::CheckState state, const char* target, const char* time);
+    HX_MODULE_API void Display_Always_Forward(Qt::CheckState state, const char* target);
+    HX_MODULE_API void Display_Busy_Forward(Qt::CheckState state, const char* target);
+    HX_MODULE_API void Display_No_Answer_Forward(Qt::CheckState state, const char* target, const char* time);
     // Move the focus by that many of the inputs, round at the ends, and on to one that is enabled.
-    void setNextFocus(int steps);
-    void setPreFocus(int steps);
+    HX_MODULE_API void setNextFocus(int steps);
+    HX_MODULE_API void setPreFocus(int steps);
     // The inputs begin anew; always 0.
-    int initm_cur(QList<QObject*> inputs);
+    HX_MODULE_API int initm_cur(QList<QObject*> inputs);
 
 protected:
     QWidget* FirstFocus() override;

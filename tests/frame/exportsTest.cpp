@@ -70,6 +70,13 @@ QStringList entryPoints()
         "dlgDialPlan::dlgDialPlan(QWidget*, tagLeftBarInfo*)", // complete, and as a base
         "getIconView()",
         "dlgDssKeySetting::ShowByDsskeyIndex(int)",
+        "dlgForward_Setting::Display_Always_Forward(Qt::CheckState, char const*)",
+        "dlgForward_Setting::Display_Busy_Forward(Qt::CheckState, char const*)",
+        "dlgForward_Setting::Display_No_Answer_Forward(Qt::CheckState, char const*, char const*)",
+        "dlgForward_Setting::IsForwadingtoSelf(QString const&)",
+        "dlgForward_Setting::initm_cur(QList<QObject*>)",
+        "dlgForward_Setting::setNextFocus(int)",
+        "dlgForward_Setting::setPreFocus(int)",
         "dlgSpeedDial::SetTabWgtRow(int)",
         "getScreenSaverDlg()",
         "getSoundDlg()",

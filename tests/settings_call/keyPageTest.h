@@ -59,11 +59,6 @@ protected:
         }
         return texts.join('|').toStdString();
     }
-    QString title() const { return page->findChild<qTopBar*>()->title(); }
-    QStringList softKeys() const
-    {
-        return {softKeyTitle(0), softKeyTitle(1), softKeyTitle(2), softKeyTitle(3)};
-    }
     // What the phone reported as broken contracts.
     int reports(const QString& text) const
     {

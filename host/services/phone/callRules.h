@@ -20,7 +20,7 @@ public:
     enum {
         CALLS_MAX = 4,       // at once, as many as the phone has lines
         FORWARDS_MAX = 5,    // of one call, by this phone and others
-        CODE_TALK_MS = 3000, // until a code that was dialled for a setting is taken as heard
+        CODE_TALK_MS = 2000, // until a code that was dialled for a setting is taken as heard
     };
 
     // Both outlive the rules. News hears of every call but those that have not been decided yet.
