@@ -7,6 +7,7 @@
 #include "frame/pageTable.h"
 #include "host/desktop/dlgBrowser.h"
 #include "host/desktop/frmCall.h"
+#include "host/services/phone/phoneSimulation.h"
 #include "host/services/storage/storageWorld.h"
 #include "host/widgets/dlgMessageBox.h"
 #include "places.h"
@@ -19,6 +20,7 @@
 #include "support/host/desktop.h"
 #include "support/host/iconview.h"
 #include "support/host/language.h"
+#include "support/host/linepages.h"
 #include "support/host/net.h"
 #include "support/host/phone.h"
 #include "support/host/registry.h"
@@ -50,6 +52,9 @@ protected:
         hostSetModule(settingEntries());
         QObject::connect(&m_boxes, &QTimer::timeout, &m_boxes, [this] { lookAtBox(); });
         m_boxes.start(1);
+        // What is shown only where there is an analogue line.
+        phone_GetPSTNEnable();
+        phoneSimulation::instance()->setPstn(1);
     }
     ~EveryText() override { GetLanguageHelper()->SetLanguage("English"); }
 
@@ -66,6 +71,8 @@ protected:
         // Several classes may share the form of the one that they derive from.
         for (const QMetaObject* kind = window->metaObject(); kind; kind = kind->superClass())
             m_seen.insert(kind->className());
+        for (const qLineBodyWidget* body : window->findChildren<qLineBodyWidget*>())
+            m_seen.insert(body->metaObject()->className());
         for (const QString& cut : cutTexts(window, m_texts))
             m_cut.insert(cut);
     }
@@ -228,7 +235,8 @@ void EveryText::visitCalls()
     call.strNumber = "1002";
     for (const bool isIncoming : {false, true}) {
         for (const CALL_STATE state : {CALL_RINGING, CALL_TALKING, CALL_ENDED}) {
-            for (const char* reason : {"", HX_TR("Busy"), HX_TR("The line is not registered")}) {
+            for (const char* reason : {"", HX_TR("Busy"), HX_TR("The line is not registered"),
+                                       HX_TR("No line is free"), HX_TR("This cannot be dialled")}) {
                 call.bIncoming = isIncoming;
                 call.eState = state;
                 call.strReason = reason;
