@@ -30,6 +30,8 @@ constexpr int kScreenWidth = 800;
 constexpr int kScreenHeight = 480;
 constexpr int kTouchStep = 40; // between the touches of the tour
 constexpr int kMostTours = 4;
+constexpr int kLines = 4;
+constexpr int kTabHeight = 40;
 constexpr int kLineStates = 7;
 constexpr int kNetStates = 3;
 constexpr double kAnswerMs = kIsSanitized ? 1000 : 200;
@@ -172,14 +174,39 @@ protected:
     {
         QVector<MonkeyHand::Action> ways{{{"key", "F1"}}, {{"key", "F2"}}, {{"key", "F3"}}};
         const QJsonArray windows = m_link.ask({"tree"}).toObject()["windows"].toArray();
-        for (const QJsonValue& value : windows.first().toObject()["widgets"].toArray()) {
+        const QJsonArray widgets = windows.first().toObject()["widgets"].toArray();
+        const QVector<QStringList> tabs = tabsOf(widgets);
+        for (const QJsonValue& value : widgets) {
             const QJsonObject widget = value.toObject();
             const QString type = widget["class"].toString();
-            if (widget["visible"].toBool() && (type.endsWith("PushButton") || type == "QComboBox"))
-                ways.append({{"touch", QString::number(widget["x"].toInt() + widget["w"].toInt() / 2),
-                              QString::number(widget["y"].toInt() + widget["h"].toInt() / 2)}});
+            if (!widget["visible"].toBool() || !(type.endsWith("PushButton") || type == "QComboBox"))
+                continue;
+            const QStringList touch = touchAt(widget["x"].toInt() + widget["w"].toInt() / 2,
+                                              widget["y"].toInt() + widget["h"].toInt() / 2);
+            ways.append({touch});
+            // Each line has lists of its own.
+            for (qsizetype tab = 0; tab < tabs.size() && type == "QComboBox"; ++tab)
+                ways.append({tabs[tab], touch});
         }
         return ways;
+    }
+
+    static QStringList touchAt(int x, int y) { return {"touch", QString::number(x), QString::number(y)}; }
+
+    // Those of the lines behind the first one.
+    static QVector<QStringList> tabsOf(const QJsonArray& widgets)
+    {
+        QVector<QStringList> tabs;
+        for (const QJsonValue& value : widgets) {
+            const QJsonObject widget = value.toObject();
+            if (widget["class"] != "qLinePages" || !widget["visible"].toBool())
+                continue;
+            const int width = widget["w"].toInt() / kLines;
+            for (int line = 1; line < kLines; ++line)
+                tabs.append(touchAt(widget["x"].toInt() + line * width + width / 2,
+                                    widget["y"].toInt() + kTabHeight / 2));
+        }
+        return tabs;
     }
 
     // The box for the administrator's password over its menu, and the note over that box.
