@@ -216,6 +216,9 @@ TEST_F(IncomingCall, WhoHidesTheNumberNeedsNone)
     phoneService::instance().answer(calls()[0].nId);
     EXPECT_TRUE(calls()[0].bVideo);
     EXPECT_EQ(calls()[0].options.nFrameRate, 30);
+    ring("4711");
+    phoneService::instance().answer(calls()[1].nId);
+    EXPECT_FALSE(calls()[1].bVideo) << "the caller does not";
 }
 
 TEST_F(IncomingCall, WhatIsSentToAnotherLineOfThePhoneComesBack)
