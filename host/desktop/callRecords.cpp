@@ -40,6 +40,9 @@ tagCallRecord recordOf(xmlElement* element)
     call.bIncoming = valueOf(element, "direction") == "in";
     call.nStart = startOf(element);
     call.nSeconds = valueOf(element, "seconds").toInt();
+    // Older lists do not say it: nobody talked then.
+    const QString missed = valueOf(element, "missed");
+    call.bMissed = missed.isEmpty() ? call.bIncoming && call.nSeconds == 0 : missed == "1";
     return call;
 }
 
@@ -72,7 +75,7 @@ QString callRecordPicture(const tagCallRecord& call)
 {
     if (!call.bIncoming)
         return HX_THEME("icon/call_out.png");
-    return call.nSeconds > 0 ? HX_THEME("icon/call_in.png") : HX_THEME("icon/call_missed.png");
+    return call.bMissed ? HX_THEME("icon/call_missed.png") : HX_THEME("icon/call_in.png");
 }
 
 QString durationText(int seconds)

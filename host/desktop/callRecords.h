@@ -10,8 +10,9 @@ struct tagCallRecord
     QString strName; // empty when it is not known
     int nLine = -1;  // 0 to 3, -1 the default one
     bool bIncoming = false;
-    long nStart = 0;  // local time as for chTime(long); 0 when it is not known
-    int nSeconds = 0; // 0: nobody talked
+    long nStart = 0;      // local time as for chTime(long); 0 when it is not known
+    int nSeconds = 0;     // 0: nobody talked
+    bool bMissed = false; // nobody here heard of it
 };
 
 // Newest first.

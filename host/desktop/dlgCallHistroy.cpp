@@ -1,6 +1,8 @@
 #include "host/desktop/callRecords.h"
 #include "host/desktop/hostList.h"
 #include "host/desktop/hostPage.h"
+#include "host/desktop/lineName.h"
+#include "host/desktop/missedCalls.h"
 #include "host/services/phone/callHistory.h"
 #include "support/host/api.h"
 #include "support/host/box.h"
@@ -27,9 +29,12 @@ dlgCallHistroy::dlgCallHistroy(QWidget* parent, tagLeftBarInfo* info)
     m_p->page.setSoftKey(0, "Call", HX_TR("Call"), SLOT(on_click_Call()));
     m_p->page.setSoftKey(2, "Clear", HX_TR("Clear"), SLOT(on_click_Clear()));
     m_p->page.setSoftKey(3, "Back", HX_TR("Back"), SLOT(on_click_Back()));
-    m_p->list = new hostList(
-        m_p->ui.tabList, m_p->ui.labNotice,
-        {{HX_TR("Name"), 250}, {HX_TR("Number"), 170}, {HX_TR("Time"), 210}, {HX_TR("Duration"), 110}});
+    m_p->list = new hostList(m_p->ui.tabList, m_p->ui.labNotice,
+                             {{HX_TR("Name"), 190},
+                              {HX_TR("Number"), 130},
+                              {HX_TR("Line"), 100},
+                              {HX_TR("Time"), 210},
+                              {HX_TR("Duration"), 110}});
     connect(m_p->list, &hostList::opened, this, &dlgCallHistroy::on_click_Call);
     qFollowLanguage(this, [this] { m_p->load(); });
 }
@@ -46,7 +51,8 @@ void dlgCallHistroy::Private::load()
     QList<tagListRow> rows;
     for (const tagCallRecord& call : calls) {
         const QString duration = call.nSeconds > 0 ? durationText(call.nSeconds) : QString();
-        rows.append({{callRecordName(call, contacts), call.strNumber, callRecordTime(call), duration},
+        rows.append({{callRecordName(call, contacts), call.strNumber, lineName(call.nLine),
+                      callRecordTime(call), duration},
                      callRecordPicture(call)});
     }
     list->setRows(rows, HX_TR("There are no calls yet."));
@@ -58,6 +64,7 @@ void dlgCallHistroy::showEvent(QShowEvent* event)
     m_p->load();
     m_p->list->goToFirst();
     m_p->list->setFocus();
+    missedCalls::instance().clear();
 }
 
 // A call from here has been added since.

@@ -1,9 +1,12 @@
 #include "host/desktop/frmCall.h"
+#include "host/desktop/callAction.h"
 #include "host/desktop/callRecords.h"
 #include "host/desktop/callSound.h"
+#include "host/desktop/callTexts.h"
 #include "host/desktop/clockText.h"
 #include "host/desktop/contactBook.h"
 #include "host/desktop/displayClient.h"
+#include "host/desktop/frmDial.h"
 #include "host/desktop/lineName.h"
 #include "host/look/look.h"
 #include "host/screen/screenState.h"
@@ -41,14 +44,17 @@ constexpr int kStateTop = 290;
 constexpr int kAskedPictureTop = 64;
 constexpr int kAskedNameTop = 212;
 constexpr int kAskedStateTop = 264;
-constexpr QRect kLine(14, 0, 380, 40);
-constexpr QRect kMute(406, 0, 270, 40);
-constexpr QRect kVolume(100, 386, 190, 30);
-constexpr QRect kVolumeBar(306, 386, 240, 30);
-constexpr QRect kAskedLine(12, 0, 272, 40);
-constexpr QRect kAskedMute(510, 0, 166, 40);
-constexpr QRect kAskedVolume(290, 0, 98, 40);
-constexpr QRect kAskedVolumeBar(398, 5, 100, 30);
+constexpr int kLineWidth = 272;
+// In a call, when its touch pad is open; the tones' keys beside it.
+constexpr QRect kBesidePad(14, 40, 406, 312);
+// The other calls: beside the picture, or above the signage frame.
+constexpr QRect kOthers(14, 46, 290, 72);
+constexpr QRect kOthersBesidePad(14, 46, 130, 72);
+constexpr QRect kOthersAbove(304, 42, 480, 22);
+constexpr QSize kAction(104, 80);
+constexpr int kActionTop = 360;
+constexpr int kActionStep = 110;
+constexpr int kFailedMs = 3000;
 constexpr int kInnerRing = 10; // from the picture's edge
 constexpr int kOuterRing = 24;
 constexpr QRgb kRings = 0x1effffff;
@@ -60,38 +66,6 @@ constexpr qreal kSkyMiddle = 0.45;
 constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kPictureEdge = 0x40ffffff;
 const char* const kNobody = "/phone/resource/contact-image/icon_contact.png";
-
-const char* stateText(const tagCall& call)
-{
-    switch (call.eState) {
-    case CALL_RINGING:
-        return call.bIncoming ? HX_TR("Incoming call") : HX_TR("Calling...");
-    case CALL_TALKING:
-        return HX_TR("In call");
-    default:
-        return HX_TR("Call ended");
-    }
-}
-
-QString stateOf(const tagCall& call)
-{
-    const bool failed = call.eState == CALL_ENDED && !call.strReason.isEmpty();
-    return qTranslate(failed ? call.strReason.toUtf8().constData() : stateText(call));
-}
-
-QString joined(const QString& one, const QString& other)
-{
-    return one.isEmpty() || other.isEmpty() ? one + other : one + QStringLiteral(" \u00b7 ") + other;
-}
-
-// The user's own number of a line; empty when it has none.
-QString numberOfLine(int line)
-{
-    tagAccountInfo info;
-    if (line < 0 || line >= PHONE_ACCOUNT_COUNT || !phone_GetAccountInfoById(line, &info))
-        return QString();
-    return QString::fromUtf8(info.szUser);
-}
 
 void setColour(QLabel* label, QRgb colour)
 {
@@ -123,9 +97,17 @@ frmCall::frmCall()
     setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labMute, true);
     setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labVolume, true);
     setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labClock, true);
+    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labOthers, true);
+    setColour(m_ui->labOthers, look::kTextOnBar);
+    m_ui->wgtPad->hide();
+    connect(m_ui->wgtPad, &dialPad::typed, this, [this](QChar sign) { sendDigit(sign); });
+    makeActions();
     m_ui->btnAnswer->setDisc(HX_THEME("button/btn_answer_bg01.png"), HX_THEME("button/btn_answer_bg02.png"));
     m_ui->btnDecline->setDisc(HX_THEME("button/btn_decline_bg01.png"),
                               HX_THEME("button/btn_decline_bg02.png"));
+    m_ui->btnForward->setDisc(HX_THEME("button/btn_forward_bg01.png"),
+                              HX_THEME("button/btn_forward_bg02.png"));
+    connect(m_ui->btnForward, &callButton::clicked, this, &frmCall::on_click_Forward);
     connect(m_ui->btnAnswer, &callButton::clicked, this, &frmCall::on_click_Answer);
     connect(m_ui->btnDecline, &callButton::clicked, this, &frmCall::on_click_End);
     m_pSoftKeys = new qSoftKeyBar(this);
@@ -152,12 +134,15 @@ void frmCall::onCall(const tagCall& call)
     if (call.bIncoming && call.eState == CALL_ENDED && call.nId > m_nLastId)
         return;
     const QList<tagCall> calls = phoneService::instance().calls();
-    if (call.eState != CALL_ENDED)
-        showCall(call);
-    else if (!calls.isEmpty())
-        showCall(calls.last());
-    else
-        showCall(call);
+    const bool failedBeside = call.eState == CALL_ENDED && !call.strReason.isEmpty() && !calls.isEmpty();
+    if (failedBeside) {
+        m_strFailed = callJoinedText(call.strNumber, callStateText(call));
+        QTimer::singleShot(kFailedMs, this, [this] {
+            m_strFailed.clear();
+            showOthers();
+        });
+    }
+    showCall(calls.isEmpty() ? call : mostUrgent(calls));
     if (calls.isEmpty()) {
         m_tick.stop();
         m_end.start();
@@ -172,11 +157,18 @@ void frmCall::onCall(const tagCall& call)
 
 void frmCall::showCall(const tagCall& call)
 {
-    if (call.nId != m_call.nId) {
-        m_strDigits.clear();
-        m_bVolumeChanged = false;
-    }
+    const bool isSame = call.nId == m_call.nId;
     m_call = call;
+    m_strDigits = call.strTones;
+    if (!talks())
+        showPad(false);
+    showOthers();
+    if (isSame) {
+        showState();
+        return;
+    }
+    m_bVolumeChanged = false;
+    m_nChosen = -1;
     const tagContact contact = contactOfNumber(contactsRead(), call.strNumber);
     const QString name = call.strName.isEmpty() ? contact.strName : call.strName;
     m_ui->labName->setText(name.isEmpty() ? call.strNumber : name);
@@ -184,6 +176,153 @@ void frmCall::showCall(const tagCall& call)
     showPicture(contact.strPicture);
     showState();
     showClock();
+}
+
+// A call that asks, then one that talks or goes out, the newest of these; then one that is held. The one that
+// is shown stays before another like it.
+tagCall frmCall::mostUrgent(const QList<tagCall>& calls) const
+{
+    enum { HELD = 1, ACTIVE, ASKS };
+    tagCall best;
+    int highest = 0;
+    for (const tagCall& call : calls) {
+        const bool asks = call.bIncoming && call.eState == CALL_RINGING;
+        const int rank = asks ? ASKS : call.bHeld ? HELD : ACTIVE;
+        if (rank > highest || (rank == highest && (rank == ACTIVE || call.nId == m_call.nId)))
+            best = call;
+        highest = qMax(highest, rank);
+    }
+    return best;
+}
+
+// The next one that could be talked to instead; none when its id is 0.
+tagCall frmCall::otherCall() const
+{
+    tagCall first;
+    bool isBehind = false;
+    for (const tagCall& call : phoneService::instance().calls()) {
+        if (call.nId == m_call.nId)
+            isBehind = true;
+        else if (call.eState == CALL_TALKING && isBehind)
+            return call;
+        else if (call.eState == CALL_TALKING && !first.nId)
+            first = call;
+    }
+    return first;
+}
+
+// A line for each call beside the one that is shown.
+void frmCall::showOthers()
+{
+    QStringList lines;
+    for (const tagCall& call : phoneService::instance().calls()) {
+        if (call.nId == m_call.nId)
+            continue;
+        if (!m_names.contains(call.nId))
+            m_names[call.nId] = callWhoText(call);
+        lines.append(
+            m_ui->labOthers->fontMetrics().elidedText(callJoinedText(m_names[call.nId], callStateText(call)),
+                                                      Qt::ElideRight, m_ui->labOthers->width()));
+    }
+    if (!m_strFailed.isEmpty())
+        lines.append(
+            m_ui->labOthers->fontMetrics().elidedText(m_strFailed, Qt::ElideRight, m_ui->labOthers->width()));
+    m_ui->labOthers->setText(lines.join(m_bBeside ? QStringLiteral("   ") : QStringLiteral("\n")));
+}
+
+void frmCall::makeActions()
+{
+    struct tagAction
+    {
+        const char* name;
+        const char* glyph;
+        void (frmCall::*slot)();
+    };
+    const tagAction made[ACTION_COUNT] = {
+        {"actMute", HX_THEME("icon/talk_mute.png"), &frmCall::on_click_Mute},
+        {"actHold", HX_THEME("icon/talk_hold.png"), &frmCall::on_click_Hold},
+        {"actKeys", HX_THEME("icon/talk_keys.png"), &frmCall::on_click_Keys},
+        {"actTransfer", HX_THEME("icon/talk_transfer.png"), &frmCall::on_click_Transfer},
+        {"actAdd", HX_THEME("icon/talk_add.png"), &frmCall::on_click_AddCall},
+        {"actSwap", HX_THEME("icon/talk_swap.png"), &frmCall::on_click_Swap}};
+    for (int i = 0; i < ACTION_COUNT; ++i) {
+        m_actions[i] = new callAction(this);
+        m_actions[i]->setObjectName(made[i].name);
+        m_actions[i]->setGlyph(made[i].glyph);
+        m_actions[i]->setFixedSize(kAction);
+        connect(m_actions[i], &callAction::clicked, this, made[i].slot);
+    }
+}
+
+bool frmCall::isAvailable(ACTION action) const
+{
+    return talks() && (action != ACTION_SWAP || otherCall().nId != 0);
+}
+
+void frmCall::showActions()
+{
+    const QString words[ACTION_COUNT] = {
+        qTranslate(m_call.bMuted ? HX_TR("Unmute") : HX_TR("Mute")),
+        qTranslate(m_call.bHeld ? HX_TR("Resume") : HX_TR("Hold")),
+        qTranslate(HX_TR("Keys")),
+        qTranslate(HX_TR("Transfer")),
+        qTranslate(HX_TR("Add call")),
+        qTranslate(HX_TR("Swap")),
+    };
+    const bool on[ACTION_COUNT] = {m_call.bMuted, m_call.bHeld, m_bPad};
+    for (int i = 0; i < ACTION_COUNT; ++i) {
+        m_actions[i]->setText(words[i]);
+        m_actions[i]->setOn(on[i]);
+        m_actions[i]->setVisible(isAvailable(ACTION(i)));
+        m_actions[i]->setChosen(i == m_nChosen);
+    }
+    layOutActions();
+}
+
+// About the middle, whichever there are.
+void frmCall::layOutActions()
+{
+    int count = 0;
+    for (int i = 0; i < ACTION_COUNT; ++i)
+        count += isAvailable(ACTION(i));
+    int x = (width() - count * kActionStep) / 2 + (kActionStep - kAction.width()) / 2;
+    for (int i = 0; i < ACTION_COUNT; ++i) {
+        if (!isAvailable(ACTION(i)))
+            continue;
+        m_actions[i]->move(x, kActionTop);
+        x += kActionStep;
+    }
+}
+
+// To the next one that there is, and round.
+void frmCall::chooseAction(int step)
+{
+    if (!talks())
+        return;
+    int at = m_nChosen < 0 && step < 0 ? int(ACTION_COUNT) : m_nChosen;
+    do {
+        at = (at + step + ACTION_COUNT) % ACTION_COUNT;
+    } while (!isAvailable(ACTION(at)));
+    m_nChosen = at;
+    showActions();
+}
+
+bool frmCall::pressChosen()
+{
+    const bool can = m_nChosen >= 0 && isAvailable(ACTION(m_nChosen));
+    if (can)
+        m_actions[m_nChosen]->click();
+    return can;
+}
+
+void frmCall::showPad(bool show)
+{
+    if (m_bPad == show)
+        return;
+    m_bPad = show;
+    m_ui->wgtPad->setVisible(show);
+    showDisplay();
+    showActions();
 }
 
 // One that takes a moment comes into the place of nobody's.
@@ -209,10 +348,11 @@ void frmCall::showState()
     const bool talked = m_call.eState == CALL_TALKING || m_call.nSeconds > 0;
     const QString line = lineName(m_call.nAccount);
     m_ui->labNumber->setText(isAsked() ? QString() : m_strNumber);
-    m_ui->labState->setText(isAsked() ? joined(m_strNumber, stateOf(m_call)) : stateOf(m_call));
+    m_ui->labState->setText(isAsked() ? callJoinedText(m_strNumber, callStateText(m_call))
+                                      : callStateText(m_call));
     m_ui->labLine->setText(
-        isAsked() ? m_ui->labLine->fontMetrics().elidedText(joined(line, numberOfLine(m_call.nAccount)),
-                                                            Qt::ElideRight, kAskedLine.width())
+        isAsked() ? m_ui->labLine->fontMetrics().elidedText(
+                        callJoinedText(line, callOwnNumber(m_call.nAccount)), Qt::ElideRight, kLineWidth)
                   : line);
     const QString duration = talked ? durationText(m_call.nSeconds) : QString();
     m_ui->labDuration->setText(m_strDigits.isEmpty() ? duration : m_strDigits.right(kDigitsShown));
@@ -227,7 +367,9 @@ void frmCall::showQuestion()
 {
     m_ui->btnAnswer->setText(qTranslate(HX_TR("Answer")));
     m_ui->btnDecline->setText(qTranslate(HX_TR("Decline")));
+    m_ui->btnForward->setText(qTranslate(HX_TR_NOTE("Forward", "a call that rings"), "a call that rings"));
     m_ui->btnAnswer->setVisible(isAsked());
+    m_ui->btnForward->setVisible(isAsked());
     m_ui->btnDecline->setVisible(isAsked());
     m_ui->labVolume->setVisible(!isAsked() || m_bVolumeChanged);
     m_ui->barVolume->setVisible(!isAsked() || m_bVolumeChanged);
@@ -236,7 +378,7 @@ void frmCall::showQuestion()
 void frmCall::showSound()
 {
     m_ui->barVolume->setValue(dev_get_output_volume());
-    const bool isQuiet = m_bMuted || (isAsked() && callSound::instance().isSilenced());
+    const bool isQuiet = (talks() && m_call.bMuted) || (isAsked() && callSound::instance().isSilenced());
     m_ui->labMute->setText(isQuiet ? qTranslate("Muted") : QString());
 }
 
@@ -244,21 +386,32 @@ void frmCall::showSoftKeys()
 {
     m_ui->labVolume->setText(qTranslate("Volume"));
     showQuestion();
+    showActions();
     if (isAsked()) {
         showKeysOfQuestion();
         return;
     }
-    m_pSoftKeys->SetButton(0, "Mute", Translate(m_bMuted ? HX_TR("Unmute") : HX_TR("Mute")), this,
-                           SLOT(on_click_Mute()));
-    m_pSoftKeys->SetButton(1, "VolumeDown", Translate("Volume -"), this, SLOT(on_click_VolumeDown()));
-    m_pSoftKeys->SetButton(2, "VolumeUp", Translate("Volume +"), this, SLOT(on_click_VolumeUp()));
+    if (talks()) {
+        m_pSoftKeys->SetButton(0, "Mute", Translate(m_call.bMuted ? HX_TR("Unmute") : HX_TR("Mute")), this,
+                               SLOT(on_click_Mute()));
+        m_pSoftKeys->SetButton(1, "Hold", Translate(m_call.bHeld ? HX_TR("Resume") : HX_TR("Hold")), this,
+                               SLOT(on_click_Hold()));
+        m_pSoftKeys->SetButton(2, "Transfer", Translate(HX_TR("Transfer")), this, SLOT(on_click_Transfer()));
+    } else {
+        m_pSoftKeys->SetButton(0, "", "", nullptr, nullptr);
+        m_pSoftKeys->SetButton(1, "VolumeDown", Translate("Volume -"), this, SLOT(on_click_VolumeDown()));
+        m_pSoftKeys->SetButton(2, "VolumeUp", Translate("Volume +"), this, SLOT(on_click_VolumeUp()));
+    }
     m_pSoftKeys->SetButton(3, "End", Translate("End"), this, SLOT(on_click_End()));
 }
 
 void frmCall::showKeysOfQuestion()
 {
     m_pSoftKeys->SetButton(0, "Answer", Translate(HX_TR("Answer")), this, SLOT(on_click_Answer()));
-    m_pSoftKeys->SetButton(1, "", "", nullptr, nullptr);
+    m_pSoftKeys->SetButton(
+        1, "Forward",
+        qTranslate(HX_TR_NOTE("Forward", "a call that rings"), "a call that rings").toUtf8().constData(),
+        this, SLOT(on_click_Forward()));
     if (callSound::instance().isSilenced())
         m_pSoftKeys->SetButton(2, "", "", nullptr, nullptr);
     else
@@ -281,9 +434,9 @@ void frmCall::close()
 {
     m_tick.stop();
     m_end.stop();
-    if (m_bMuted)
-        dev_set_output_mute(0);
-    m_bMuted = false;
+    m_strFailed.clear();
+    m_names.clear();
+    showPad(false);
     showDisplay();
     // Whoever hung up is still there.
     screenState::instance().restartIdle();
@@ -292,7 +445,7 @@ void frmCall::close()
 
 bool frmCall::mayShowDisplay() const
 {
-    if (!isVisible() || !displayClient::instance().isEnabled())
+    if (!isVisible() || m_bPad || !displayClient::instance().isEnabled())
         return false;
     const auto talk = hostModule().isDisplayTalkEnabled;
     const auto ringBack = hostModule().isDisplayRingBackEnabled;
@@ -324,7 +477,7 @@ bool frmCall::event(QEvent* event)
 
 void frmCall::layOut()
 {
-    const QRect place = m_bBeside ? kBeside : kWhole;
+    const QRect place = m_bPad ? kBesidePad : m_bBeside ? kBeside : kWhole;
     m_ui->labName->move(0, isAsked() ? kAskedNameTop : kNameTop);
     m_ui->labState->move(0, isAsked() ? kAskedStateTop : kStateTop);
     QWidget* const lines[] = {m_ui->labName, m_ui->labNumber, m_ui->labState, m_ui->labDuration};
@@ -333,17 +486,10 @@ void frmCall::layOut()
     m_ui->labPicture->move(place.left() + (place.width() - kPicture.width()) / 2,
                            isAsked() ? kAskedPictureTop : kPictureTop);
     setColour(m_ui->labState, isAsked() ? kPale : look::kTextOnBar);
-    layOutStrip();
+    m_ui->labOthers->setGeometry(m_bPad ? kOthersBesidePad : m_bBeside ? kOthersAbove : kOthers);
+    showOthers();
     showQuestion();
     update();
-}
-
-void frmCall::layOutStrip()
-{
-    m_ui->labLine->setGeometry(isAsked() ? kAskedLine : kLine);
-    m_ui->labMute->setGeometry(isAsked() ? kAskedMute : kMute);
-    m_ui->labVolume->setGeometry(isAsked() ? kAskedVolume : kVolume);
-    m_ui->barVolume->setGeometry(isAsked() ? kAskedVolumeBar : kVolumeBar);
 }
 
 void frmCall::tick()
@@ -353,6 +499,7 @@ void frmCall::tick()
             m_call = call;
     }
     showState();
+    showOthers();
     showClock();
 }
 
@@ -406,9 +553,15 @@ void frmCall::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Call:
         on_click_Answer();
         break;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        chooseAction(event->key() == Qt::Key_Right ? 1 : -1);
+        break;
     default:
-        if (qIsOkKey(event->key()))
+        if (qIsOkKey(event->key()) && isAsked())
             on_click_Answer();
+        else if (qIsOkKey(event->key()))
+            pressChosen();
         else if (!sendDigit(event->text()))
             QWidget::keyPressEvent(event);
     }
@@ -419,11 +572,8 @@ bool frmCall::sendDigit(const QString& text)
     static const QString digits("0123456789*#");
     if (text.size() != 1 || !digits.contains(text))
         return false;
-    if (m_call.eState == CALL_TALKING) {
+    if (talks() && phoneService::instance().rules().sendTones(m_call.nId, text))
         phone_PlayDTMF(text[0].toLatin1());
-        m_strDigits += text;
-        showState();
-    }
     return true;
 }
 
@@ -437,14 +587,45 @@ void frmCall::changeVolume(int step)
 
 void frmCall::on_click_Mute()
 {
-    if (isAsked()) {
+    if (isAsked())
         callSound::instance().silence();
-    } else {
-        m_bMuted = !m_bMuted;
-        dev_set_output_mute(m_bMuted);
-    }
+    else
+        phoneService::instance().rules().setMuted(m_call.nId, !m_call.bMuted);
     showSound();
     showSoftKeys();
+}
+
+void frmCall::on_click_Hold()
+{
+    phoneService::instance().rules().setHeld(m_call.nId, !m_call.bHeld);
+}
+
+void frmCall::on_click_Forward()
+{
+    if (isAsked())
+        dialScreenOpenFor(DIAL_FORWARD, m_call.nId);
+}
+
+void frmCall::on_click_Transfer()
+{
+    if (talks())
+        dialScreenOpenFor(DIAL_TRANSFER, m_call.nId);
+}
+
+void frmCall::on_click_Keys()
+{
+    showPad(!m_bPad);
+}
+
+void frmCall::on_click_AddCall()
+{
+    dialScreenOpen();
+}
+
+// Whoever is taken back puts the others on hold, and is shown then.
+void frmCall::on_click_Swap()
+{
+    phoneService::instance().rules().setHeld(otherCall().nId, false);
 }
 
 void frmCall::on_click_VolumeDown()

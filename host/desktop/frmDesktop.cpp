@@ -1,8 +1,11 @@
+#include "host/desktop/callButton.h"
+#include "host/desktop/frmDial.h"
 #include "host/desktop/homeButton.h"
 #include "host/desktop/homeClock.h"
 #include "host/desktop/homeStatus.h"
 #include "host/desktop/idleSaver.h"
 #include "host/desktop/idleShow.h"
+#include "host/desktop/missedCalls.h"
 #include "host/desktop/quickKeys.h"
 #include "host/desktop/readyNotice.h"
 #include "host/look/look.h"
@@ -28,6 +31,7 @@ namespace {
 constexpr int kRefreshMs = 1000;
 constexpr int kColumns = 6;
 constexpr int kColumnWidth = 128;
+constexpr QRect kDialKey(392, 62, 84, 84);
 constexpr int kLongestNumber = 32;
 const char* const kUserIni = "/rundata/config/user/user.ini";
 const char* const kOwnPictures = "/phone/"; // small, and there at once
@@ -117,6 +121,8 @@ struct frmDesktop::Private : chMsgProcesser
             desktop_SetWallPaper(nullptr);
         return 0;
     }
+    // The list of calls tells them; its tile how many there are.
+    void showMissed() { tiles[1]->setBadge(missedCalls::instance().count()); }
     void showCaptions()
     {
         for (int column = 0; column < kColumns; ++column)
@@ -153,6 +159,13 @@ frmDesktop::frmDesktop() : QWidget(nullptr, Qt::FramelessWindowHint), m_p(new Pr
         button->installEventFilter(this);
         key->installEventFilter(this);
     }
+    callButton* dial = new callButton(this);
+    dial->setObjectName("btnDial");
+    dial->setDisc(HX_THEME("button/btn_answer_bg01.png"), HX_THEME("button/btn_answer_bg02.png"));
+    dial->setGeometry(kDialKey);
+    connect(dial, &QAbstractButton::clicked, this, [] { dialScreenOpen(); });
+    m_p->showMissed();
+    connect(&missedCalls::instance(), &missedCalls::changed, this, [this] { m_p->showMissed(); });
     m_p->show = new idleShow(this);
     connect(m_p->show, &idleShow::changed, this, qOverload<>(&QWidget::update));
     new idleSaver(this);
@@ -293,7 +306,11 @@ bool frmDesktop::editNumber(QKeyEvent* event)
     static const QString digits("0123456789*#");
     const QString number = m_p->clock->number();
     if (event->text().size() == 1 && digits.contains(event->text())) {
-        m_p->clock->setNumber((number + event->text()).left(kLongestNumber));
+        dialScreenOpen(event->text());
+        return true;
+    }
+    if (event->key() == Qt::Key_Call) {
+        dialScreenOpen();
         return true;
     }
     if (number.isEmpty())

@@ -15,6 +15,10 @@ constexpr int kTileSize = 78;
 constexpr int kTileTop = 12;
 constexpr int kGlyphSize = 40;
 constexpr int kCaptionLines = 2;
+constexpr int kBadgeSize = 28;
+constexpr int kBadgeText = 15;
+constexpr int kBadgeOut = 8; // over the corner
+constexpr QRgb kBadgeColour = 0xffe2402b;
 constexpr int kPortraitCorner = 10;
 constexpr int kKeyCorner = 14;
 constexpr QRgb kKeyFill = 0x26ffffff;
@@ -41,6 +45,25 @@ void homeButton::setContent(const QString& picture, const QString& caption)
     if (m_kind == QuickKey)
         readPortrait();
     update();
+}
+
+void homeButton::setBadge(int number)
+{
+    if (number == m_nBadge)
+        return;
+    m_nBadge = number;
+    update();
+}
+
+void homeButton::paintBadge(QPainter& painter, const QRect& tile) const
+{
+    const QString text = QString::number(m_nBadge);
+    painter.setFont(look::font(kBadgeText, true));
+    const int width = qMax(kBadgeSize, painter.fontMetrics().horizontalAdvance(text) + kBadgeSize / 2);
+    const QRect mark(tile.right() + kBadgeOut - width, tile.top() - kBadgeOut, width, kBadgeSize);
+    look::paintBox(painter, mark, kBadgeSize / 2.0, kBadgeColour, look::kTextOnBar, 2);
+    painter.setPen(QColor(look::kTextOnBar));
+    painter.drawText(mark, Qt::AlignCenter, text);
 }
 
 // The file may have changed while something else was on the screen.
@@ -85,6 +108,8 @@ void homeButton::paintTile(QPainter& painter)
     const QRect tile((width() - kTileSize) / 2, kTileTop, kTileSize, kTileSize);
     look::paintShadow(painter, tile, 6, 0.25);
     painter.drawPixmap(tile.topLeft(), scaled(m_strPicture, kTileSize));
+    if (m_nBadge > 0)
+        paintBadge(painter, tile);
     painter.setPen(QColor(look::kTextOnBar));
     const QRect caption(0, tile.bottom() + 4, width(), height() - tile.bottom() - 4);
     look::paintFitted(painter, caption, Qt::AlignCenter, text(), look::font(look::kSmallSize), kCaptionLines);

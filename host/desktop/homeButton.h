@@ -11,6 +11,9 @@ public:
     homeButton(Kind kind, QWidget* parent);
     // captionKey: English key, shown translated; for a quick key a name, shown as it stands.
     void setContent(const QString& picture, const QString& caption);
+    // A number in a red mark on its picture; 0 for none.
+    void setBadge(int number);
+    int badge() const { return m_nBadge; }
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -18,6 +21,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void paintBadge(QPainter& painter, const QRect& tile) const;
     void paintTile(QPainter& painter);
     void paintQuickKey(QPainter& painter);
     void readPortrait();
@@ -25,4 +29,5 @@ private:
     QString m_strPicture;
     QPixmap m_portrait;  // of a quick key
     int m_nPortrait = 0; // its request
+    int m_nBadge = 0;
 };

@@ -46,9 +46,9 @@ TEST_F(CallHistory, ListsWhoWhenAndHowLong)
     openWithCalls();
     EXPECT_EQ(pageTitle(&page), "Call Histroy");
     EXPECT_EQ(softKeys(&page), "Call||Clear|Back");
-    EXPECT_EQ(headingsOf(&page), "Name,Number,Time,Duration");
-    EXPECT_EQ(rowsOf(&page),
-              "Anna,1002,14:03,1:05|Doctor,555,2026-11-20 12:30,1:02:03|556,556,2026-11-20 08:00,");
+    EXPECT_EQ(headingsOf(&page), "Name,Number,Line,Time,Duration");
+    EXPECT_EQ(rowsOf(&page), "Anna,1002,Line 2,14:03,1:05|Doctor,555,Line 1,2026-11-20 12:30,1:02:03|"
+                             "556,556,Line 3,2026-11-20 08:00,");
     EXPECT_EQ(listOf(&page)->currentRow(), 0);
     for (int row = 0; row < 3; ++row)
         EXPECT_FALSE(listOf(&page)->item(row, 0)->icon().isNull());
@@ -98,9 +98,22 @@ TEST_F(CallHistory, AnIconTellsHowTheCallWent)
     tagCallRecord call;
     EXPECT_TRUE(callRecordPicture(call).endsWith("call_out.png"));
     call.bIncoming = true;
+    call.bMissed = true;
     EXPECT_TRUE(callRecordPicture(call).endsWith("call_missed.png"));
-    call.nSeconds = 1;
+    call.bMissed = false;
     EXPECT_TRUE(callRecordPicture(call).endsWith("call_in.png"));
+}
+
+TEST_F(CallHistory, TellsMissedCallsFromDeclinedOnesAndOlderListsByTheirTime)
+{
+    writeFile(kFile, "<CallHistory><Call number=\"1\" direction=\"in\" missed=\"1\" seconds=\"0\"/>"
+                     "<Call number=\"2\" direction=\"in\" missed=\"0\" seconds=\"0\"/>"
+                     "<Call number=\"3\" direction=\"in\" seconds=\"0\"/>"
+                     "<Call number=\"4\" direction=\"in\" seconds=\"5\"/></CallHistory>");
+    QList<bool> missed;
+    for (const tagCallRecord& call : callRecordsRead())
+        missed.append(call.bMissed);
+    EXPECT_EQ(missed, (QList<bool>{true, false, true, false}));
 }
 
 TEST_F(CallHistory, ADurationHasHoursOnlyWhenItNeedsThem)
@@ -208,7 +221,7 @@ TEST_F(CallHistory, NothingIsCutInAnyLanguage)
         setLanguage(language);
         openWithCalls();
         EXPECT_EQ(cutTexts(&page), "") << language;
-        EXPECT_NE(headingsOf(&page), "Name,Number,Time,Duration") << language;
+        EXPECT_NE(headingsOf(&page), "Name,Number,Line,Time,Duration") << language;
         kit::shot(QString("callHistory") + language);
     }
 }

@@ -149,27 +149,18 @@ TEST_F(CallScreen, EndHangsUpAndTheScreenGoesAMomentLater)
     EXPECT_TRUE(below.isActiveWindow());
 }
 
-TEST_F(CallScreen, SoftKeysChangeTheVolumeAndMute)
+TEST_F(CallScreen, SoftKeysChangeTheVolumeWhileItIsCalled)
 {
     dial("4711");
+    EXPECT_EQ(softKeys(screen()), "|Volume -|Volume +|End");
     const int before = dev_get_output_volume();
     tapSoftKey(screen(), 2);
     EXPECT_GT(dev_get_output_volume(), before);
     tapSoftKey(screen(), 1);
     EXPECT_EQ(dev_get_output_volume(), before);
-    tapSoftKey(screen(), 0);
-    EXPECT_EQ(dev_get_output_mute(), 1);
-    tapSoftKey(screen(), 0);
-    EXPECT_EQ(dev_get_output_mute(), 0);
-}
-
-TEST_F(CallScreen, AMuteEndsWithTheCall)
-{
-    dial("4711");
-    tapSoftKey(screen(), 0);
-    tapSoftKey(screen(), 3);
-    kit::stepTime(1600);
-    EXPECT_EQ(dev_get_output_mute(), 0);
+    kit::stepTime(kAnswered);
+    kit::key(Qt::Key_Up);
+    EXPECT_GT(dev_get_output_volume(), before);
 }
 
 TEST_F(CallScreen, DigitsAreTonesWhileTalking)
@@ -178,6 +169,7 @@ TEST_F(CallScreen, DigitsAreTonesWhileTalking)
     kit::stepTime(kAnswered);
     kit::padKey('5');
     EXPECT_NE(logged("tone"), "");
+    EXPECT_EQ(phoneService::instance().calls().first().strTones, "5");
 }
 
 TEST_F(CallScreen, ABusyNumberSaysWhyAndGoes)
@@ -231,13 +223,13 @@ TEST_F(CallScreen, UnderAPageItComesUpWithTheNextCallAndNotBefore)
 TEST_F(CallScreen, AnIncomingCallIsAnsweredByASoftKey)
 {
     ring("4711");
-    EXPECT_EQ(softKeys(screen()), "Answer||Mute|Decline");
+    EXPECT_EQ(softKeys(screen()), "Answer|Forward|Mute|Decline");
     kit::shot("call-incoming");
     kit::stepTime(kAnswered);
     EXPECT_EQ(labelText(screen(), "labState"), "Incoming call");
     tapSoftKey(screen(), 0);
     EXPECT_EQ(labelText(screen(), "labState"), "In call");
-    EXPECT_EQ(softKeys(screen()), "Mute|Volume -|Volume +|End");
+    EXPECT_EQ(softKeys(screen()), "Mute|Hold|Transfer|End");
     EXPECT_TRUE(phoneService::instance().calls().value(0).eState == CALL_TALKING);
 }
 
@@ -299,7 +291,11 @@ TEST_F(CallScreen, AnIncomingCallHasRoundButtonsForWhatThePhoneCanDo)
         if (button->objectName().startsWith("btn") && button->isVisible())
             shown.append(button);
     }
-    ASSERT_EQ(shown.size(), 2);
+    ASSERT_EQ(shown.size(), 3);
+    EXPECT_EQ(shown[1]->objectName(), "btnForward");
+    EXPECT_EQ(shown[1]->text(), "Forward");
+    EXPECT_NEAR(shown[1]->geometry().center().x(), 400, 1);
+    shown.removeAt(1);
     EXPECT_EQ(shown[0]->objectName(), "btnDecline");
     EXPECT_EQ(shown[1]->objectName(), "btnAnswer");
     EXPECT_EQ(shown[0]->text(), "Decline");
@@ -385,7 +381,7 @@ TEST_F(CallScreen, TheVolumeOfARingIsShownWhenItChanges)
     kit::shot("call-incoming-volume");
     kit::key(Qt::Key_Return);
     EXPECT_TRUE(bar->isVisible());
-    EXPECT_EQ(bar->y(), 386) << "its place in a call";
+    EXPECT_LT(bar->geometry().bottom(), 40) << "its place in a call too";
     hangUpAll();
     ring("4713");
     EXPECT_FALSE(bar->isVisible()) << "of another call";
@@ -417,7 +413,7 @@ TEST_F(CallScreen, NothingLiesOverAnythingElseInAnyLanguage)
                     << other->objectName().toStdString();
             }
         }
-        for (const char* name : {"btnAnswer", "btnDecline"}) {
+        for (const char* name : {"btnAnswer", "btnForward", "btnDecline"}) {
             const QAbstractButton* button = screen()->findChild<QAbstractButton*>(name);
             EXPECT_LE(button->fontMetrics().horizontalAdvance(button->text()), button->width()) << language;
         }

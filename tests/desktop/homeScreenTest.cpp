@@ -8,6 +8,7 @@
 #include "host/services/system/netWorld.h"
 #include "support/host/clock.h"
 #include "support/host/desktop.h"
+#include "support/host/dialogs.h"
 #include "support/host/module.h"
 #include "support/host/picture.h"
 #include "support/host/registry.h"
@@ -16,6 +17,7 @@
 #include "tests/kit/plain/pictureFiles.h"
 #include <QApplication>
 #include <QDialog>
+#include <QLineEdit>
 
 namespace {
 
@@ -169,25 +171,61 @@ TEST_F(HomeScreen, ABrokenQuickKeyFileLeavesAllKeysFree)
         EXPECT_EQ(button(qPrintable(QString("quickKey%1").arg(key)))->text(), "");
 }
 
-TEST_F(HomeScreen, ANumberTypedHereIsDialled)
+TEST_F(HomeScreen, ADigitOpensTheDialScreenWithIt)
 {
-    for (const char digit : {'4', '7', '1', '*', '#', '9'})
+    for (const char digit : {'4', '7', '1', '*', '9'})
         kit::padKey(digit);
-    EXPECT_EQ(clock()->number(), "471*#9");
-    kit::shot("home-dialling");
-    kit::key(Qt::Key_Backspace);
+    const QLineEdit* number = kit::windows().first()->findChild<QLineEdit*>("editNumber");
+    ASSERT_NE(number, nullptr);
+    EXPECT_EQ(number->text(), "471*9");
     kit::key(Qt::Key_Return);
-    EXPECT_NE(logged("dial").find("471*#"), std::string::npos) << logged("dial");
-    EXPECT_EQ(clock()->number(), "");
+    EXPECT_NE(logged("dial").find("471*9 -1"), std::string::npos) << logged("dial");
     EXPECT_TRUE(g_opened.isEmpty());
 }
 
-TEST_F(HomeScreen, EscapeDropsTheNumber)
+TEST_F(HomeScreen, TheGreenKeyAndTheReceiverOpenTheDialScreenEmpty)
 {
-    kit::padKey('4');
-    kit::key(Qt::Key_Escape);
-    EXPECT_EQ(clock()->number(), "");
+    const auto opensEmpty = [](const std::function<void()>& hand) {
+        hand();
+        kit::settle();
+        const QLineEdit* number = kit::windows().first()->findChild<QLineEdit*>("editNumber");
+        const bool isEmpty = number && number->text().isEmpty();
+        kit::key(Qt::Key_Escape);
+        return isEmpty && kit::windows().first() == frmDesktop::GetInstance();
+    };
+    EXPECT_TRUE(opensEmpty([this] { kit::tap(button("btnDial")); }));
+    EXPECT_TRUE(opensEmpty([] { kit::key(Qt::Key_Call); }));
     EXPECT_EQ(logged("dial"), "");
+}
+
+TEST_F(HomeScreen, MissedCallsAreCountedOnTheTileOfTheCalls)
+{
+    const auto* tile = frmDesktop::GetInstance()->findChild<homeButton*>("tileCallHistroy");
+    ASSERT_NE(tile, nullptr);
+    EXPECT_EQ(tile->badge(), 0);
+    const QImage before = kit::screen().copy(tile->geometry());
+    for (int call = 0; call < 2; ++call) {
+        ASSERT_TRUE(phoneSimulation::instance()->ring("4711", 0, ""));
+        ASSERT_TRUE(
+            phoneSimulation::instance()->hangUpFromOutside(phoneService::instance().calls().first().nId));
+    }
+    EXPECT_EQ(tile->badge(), 2);
+    kit::settle();
+    EXPECT_TRUE(kit::waitUntil(
+        [] { return nuxGetRegistryInt("/rundata/config/user/user.ini", "CallHistory", "nMissed", 0) == 2; }));
+    // A call that the user declines, or talks, is not missed.
+    ASSERT_TRUE(phoneSimulation::instance()->ring("4711", 0, ""));
+    phoneService::instance().hangUp(phoneService::instance().calls().first().nId);
+    EXPECT_EQ(tile->badge(), 2);
+    kit::stepTime(2000);
+    EXPECT_NE(kit::screen().copy(tile->geometry()), before);
+    kit::shot("home-missed");
+    dlgCallHistroy page(nullptr, nullptr);
+    page.show();
+    EXPECT_EQ(tile->badge(), 0);
+    EXPECT_TRUE(kit::waitUntil([] {
+        return nuxGetRegistryInt("/rundata/config/user/user.ini", "CallHistory", "nMissed", -1) == 0;
+    }));
 }
 
 TEST_F(HomeScreen, LinesAreShownLive)

@@ -7,6 +7,7 @@
 #include "frame/pageTable.h"
 #include "host/desktop/dlgBrowser.h"
 #include "host/desktop/frmCall.h"
+#include "host/desktop/frmDial.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "host/services/storage/storageWorld.h"
 #include "host/widgets/dlgMessageBox.h"
@@ -246,11 +247,22 @@ void EveryText::visitCalls()
         }
     }
     call.eState = CALL_TALKING;
+    for (const bool isOn : {false, true}) {
+        call.bMuted = call.bHeld = call.bRemoteHeld = isOn;
+        screen.onCall(call);
+        look(&screen);
+    }
+    call.bHeld = false;
     screen.onCall(call);
-    kit::settle();
-    kit::key(Qt::Key_VolumeMute);
     look(&screen);
     screen.hide();
+    frmDial dial;
+    for (const DIAL_FOR purpose : {DIAL_TRANSFER, DIAL_FORWARD}) {
+        dial.openForCall(purpose, 1);
+        look(&dial);
+    }
+    dial.openToCall("1", -1);
+    lookAndClose();
 }
 
 // A box may show any text of the phone.

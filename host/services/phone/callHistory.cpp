@@ -34,6 +34,7 @@ void writeCall(xmlElement* element, const tagCall& call)
     element->SetAttributeValue("direction", call.bIncoming ? "in" : "out");
     element->SetAttributeValue("start", start);
     element->SetAttributeValue("utc", QByteArray::number(qlonglong(zoneUtcOf(call.nStartTime))).constData());
+    element->SetAttributeValue("missed", callIsMissed(call) ? "1" : "0");
     element->SetAttributeValue("seconds", QByteArray::number(call.nSeconds).constData());
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 // The calls of the past, in "/rundata/data/callHistory.xml": <CallHistory> with a <Call number name line
-// direction start utc seconds> for each, the newest first. line: 1 to 4, 0 for none; direction: "out" or
-// "in"; start: "YYYY-MM-DD hh:mm:ss", local time of the zone of that day; utc: the same moment in seconds
-// since 1970, by which a page tells it in another zone. The files are written on a task thread.
+// direction start utc missed seconds> for each, the newest first. line: 1 to 4, 5 for the analogue one, 0 for
+// none; direction: "out" or "in"; start: "YYYY-MM-DD hh:mm:ss", local time of the zone of that day; utc: the
+// same moment in seconds since 1970, by which a page tells it in another zone; missed: "1" when nobody here
+// heard of it. The files are written on a task thread.
 #include "host/services/phone/tagCall.h"
 #include "support/host/api.h"
 

@@ -1,0 +1,49 @@
+#include "host/desktop/callTexts.h"
+#include "host/desktop/contactBook.h"
+#include "support/host/api.h"
+#include "support/host/language.h"
+#include "support/host/phone.h"
+
+namespace {
+
+const char* stateText(const tagCall& call)
+{
+    switch (call.eState) {
+    case CALL_RINGING:
+        return call.bIncoming ? HX_TR("Incoming call") : HX_TR("Calling...");
+    case CALL_TALKING:
+        return call.bHeld         ? HX_TR("On hold")
+               : call.bRemoteHeld ? HX_TR("Held by the other side")
+                                  : HX_TR("In call");
+    default:
+        return HX_TR("Call ended");
+    }
+}
+
+} // namespace
+
+QString callStateText(const tagCall& call)
+{
+    const bool failed = call.eState == CALL_ENDED && !call.strReason.isEmpty();
+    return qTranslate(failed ? call.strReason.toUtf8().constData() : stateText(call));
+}
+
+QString callWhoText(const tagCall& call)
+{
+    const QString name =
+        call.strName.isEmpty() ? contactOfNumber(contactsRead(), call.strNumber).strName : call.strName;
+    return name.isEmpty() ? call.strNumber : name;
+}
+
+QString callJoinedText(const QString& one, const QString& other)
+{
+    return one.isEmpty() || other.isEmpty() ? one + other : one + QStringLiteral(" \u00b7 ") + other;
+}
+
+QString callOwnNumber(int line)
+{
+    tagAccountInfo info;
+    if (line < 0 || line >= PHONE_ACCOUNT_COUNT || !phone_GetAccountInfoById(line, &info))
+        return QString();
+    return QString::fromUtf8(info.szUser);
+}

@@ -1,0 +1,315 @@
+// What can be done in a call: hold, mute, tones, putting through, a second call.
+#include "host/desktop/callAction.h"
+#include "host/desktop/frmCall.h"
+#include "host/desktop/frmDial.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
+#include "support/host/message.h"
+#include "support/host/registry.h"
+#include "tests/desktop/desktopTest.h"
+#include <QLabel>
+#include <QLineEdit>
+
+namespace {
+
+class CallActions : public DesktopTest
+{
+protected:
+    CallActions()
+    {
+        nuxSetRegistryString("/rundata/config/user/user.ini", "CallWaiting", "bEnable", "1");
+        msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
+        callScreenInstall();
+        below.setGeometry(0, 0, 800, 480);
+        below.show();
+        kit::settle();
+    }
+    static frmCall* screen() { return qobject_cast<frmCall*>(kit::windows().value(0)); }
+    static frmDial* dial() { return qobject_cast<frmDial*>(kit::windows().value(0)); }
+    static callAction* action(const char* name) { return screen()->findChild<callAction*>(name); }
+    static void ring(const char* number, const char* name = "")
+    {
+        ASSERT_TRUE(phoneSimulation::instance()->ring(number, 0, name));
+        kit::settle();
+        ASSERT_NE(screen(), nullptr);
+    }
+    // A call that talks.
+    static void talk(const char* number, const char* name = "")
+    {
+        ring(number, name);
+        kit::key(Qt::Key_Return);
+        ASSERT_EQ(call(number).eState, CALL_TALKING);
+    }
+    static tagCall call(const char* number)
+    {
+        for (const tagCall& call : phoneService::instance().calls()) {
+            if (call.strNumber == number)
+                return call;
+        }
+        return {};
+    }
+    static tagCall lastEnded() { return phoneSimulation::instance()->endedCalls().first(); }
+    static std::string state() { return labelText(screen(), "labState"); }
+    static std::string others() { return labelText(screen(), "labOthers"); }
+    static std::string name() { return labelText(screen(), "labName"); }
+
+    QWidget below;
+};
+
+} // namespace
+
+TEST_F(CallActions, AreThereWhileOneTalksEachLargeEnoughForAFinger)
+{
+    ring("4711");
+    for (const char* each : {"actMute", "actHold", "actKeys", "actTransfer", "actAdd", "actSwap"})
+        EXPECT_FALSE(action(each)->isVisible()) << each;
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(softKeys(screen()), "Mute|Hold|Transfer|End");
+    for (const char* each : {"actMute", "actHold", "actKeys", "actTransfer", "actAdd"}) {
+        EXPECT_TRUE(action(each)->isVisible()) << each;
+        EXPECT_GE(action(each)->width(), 48);
+        EXPECT_GE(action(each)->height(), 48);
+        EXPECT_LE(action(each)->geometry().bottom(), 440);
+    }
+    EXPECT_FALSE(action("actSwap")->isVisible());
+    kit::shot("call-actions");
+}
+
+TEST_F(CallActions, HoldAndResumeByFingerBySoftKeyAndByArrows)
+{
+    talk("4711");
+    kit::tap(action("actHold"));
+    EXPECT_TRUE(call("4711").bHeld);
+    EXPECT_EQ(state(), "On hold");
+    EXPECT_EQ(action("actHold")->text(), "Resume");
+    EXPECT_TRUE(action("actHold")->isOn());
+    EXPECT_EQ(softKeys(screen()), "Mute|Resume|Transfer|End");
+    kit::shot("call-held");
+    tapSoftKey(screen(), 1);
+    EXPECT_FALSE(call("4711").bHeld);
+    EXPECT_EQ(state(), "In call");
+    kit::key(Qt::Key_Right);
+    kit::key(Qt::Key_Right);
+    EXPECT_TRUE(action("actHold")->isChosen());
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(call("4711").bHeld);
+    kit::key(Qt::Key_Left);
+    EXPECT_TRUE(action("actMute")->isChosen());
+    kit::key(Qt::Key_Left);
+    EXPECT_TRUE(action("actAdd")->isChosen()) << "round, past what is not there";
+}
+
+TEST_F(CallActions, MuteIsTheCallsOwnAndLeavesTheLoudspeaker)
+{
+    talk("4711");
+    for (const bool muted : {true, false}) {
+        kit::tap(action("actMute"));
+        EXPECT_EQ(call("4711").bMuted, muted);
+        EXPECT_EQ(labelText(screen(), "labMute"), muted ? "Muted" : "");
+        EXPECT_EQ(action("actMute")->text(), muted ? "Unmute" : "Mute");
+    }
+    tapSoftKey(screen(), 0);
+    EXPECT_TRUE(call("4711").bMuted);
+    kit::key(Qt::Key_VolumeMute);
+    EXPECT_FALSE(call("4711").bMuted);
+    EXPECT_EQ(dev_get_output_mute(), 0);
+}
+
+TEST_F(CallActions, TheOtherSideMayHoldToo)
+{
+    talk("4711");
+    ASSERT_TRUE(phoneSimulation::instance()->holdFromOutside(call("4711").nId, true));
+    EXPECT_EQ(state(), "Held by the other side");
+    ASSERT_TRUE(phoneSimulation::instance()->holdFromOutside(call("4711").nId, false));
+    EXPECT_EQ(state(), "In call");
+}
+
+TEST_F(CallActions, TonesGoOutByKeysAndByTheTouchPad)
+{
+    talk("4711");
+    kit::padKey('5');
+    const QWidget* pad = screen()->findChild<QWidget*>("wgtPad");
+    EXPECT_FALSE(pad->isVisible());
+    kit::tap(action("actKeys"));
+    ASSERT_TRUE(pad->isVisible());
+    for (const char* sign : {"key1", "keyStar", "keyHash", "key0"}) {
+        EXPECT_GE(pad->findChild<QWidget*>(sign)->height(), 48);
+        kit::tap(pad->findChild<QWidget*>(sign));
+    }
+    EXPECT_EQ(call("4711").strTones, "51*#0");
+    EXPECT_EQ(labelText(screen(), "labDuration"), "51*#0");
+    EXPECT_FALSE(pad->geometry().intersects(screen()->findChild<QLabel*>("labName")->geometry()));
+    EXPECT_FALSE(pad->geometry().intersects(action("actKeys")->geometry()));
+    kit::shot("call-pad");
+    kit::tap(action("actKeys"));
+    EXPECT_FALSE(pad->isVisible());
+    kit::tap(action("actKeys"));
+    hangUpAll();
+    kit::stepTime(2000);
+    ring("4712");
+    EXPECT_FALSE(pad->isVisible()) << "of the next call";
+}
+
+TEST_F(CallActions, ATransferAsksForItsNumberAndEndsTheCallHere)
+{
+    talk("4711");
+    tapSoftKey(screen(), 2);
+    ASSERT_NE(dial(), nullptr);
+    EXPECT_EQ(pageTitle(dial()), "Transfer");
+    EXPECT_EQ(softKeys(dial()), "Transfer|123|Delete|Back");
+    EXPECT_FALSE(dial()->findChild<QWidget*>("wgtLines")->isVisible());
+    kit::shot("call-transfer");
+    kit::padKey('8');
+    kit::padKey('1');
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(dial(), nullptr);
+    EXPECT_EQ(lastEnded().eEnd, CALL_TRANSFERRED);
+    EXPECT_EQ(lastEnded().strTarget, "81");
+}
+
+TEST_F(CallActions, ATransferToNothingThatCanBeDialledIsToldAndTheCallGoesOn)
+{
+    talk("4711");
+    kit::tap(action("actTransfer"));
+    kit::type("1/2");
+    kit::BoxAnswers boxes({"ok"});
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(boxes.texts(), QStringList{"This cannot be dialled"});
+    ASSERT_NE(dial(), nullptr);
+    EXPECT_EQ(dial()->findChild<QLineEdit*>("editNumber")->text(), "1/2");
+    EXPECT_EQ(call("4711").eState, CALL_TALKING);
+}
+
+TEST_F(CallActions, TheNumberOfATransferGoesWithItsCall)
+{
+    talk("4711");
+    kit::tap(action("actTransfer"));
+    ASSERT_NE(dial(), nullptr);
+    ASSERT_TRUE(phoneSimulation::instance()->hangUpFromOutside(call("4711").nId));
+    kit::settle();
+    EXPECT_EQ(dial(), nullptr);
+}
+
+TEST_F(CallActions, ARingingCallIsSentOnByHand)
+{
+    for (const bool byFinger : {true, false}) {
+        ring("4711");
+        if (byFinger)
+            kit::tap(screen()->findChild<QWidget*>("btnForward"));
+        else
+            tapSoftKey(screen(), 1);
+        ASSERT_NE(dial(), nullptr);
+        EXPECT_EQ(pageTitle(dial()), "Forward");
+        kit::padKey('9');
+        kit::key(Qt::Key_Return);
+        EXPECT_EQ(lastEnded().eEnd, CALL_FORWARDED);
+        EXPECT_EQ(lastEnded().strTarget, "9");
+        kit::stepTime(2000);
+    }
+}
+
+TEST_F(CallActions, ASecondCallIsShownAndItsAnswerHoldsTheFirst)
+{
+    talk("4711", "Anna");
+    ring("4712", "Bob");
+    EXPECT_EQ(name(), "Bob");
+    EXPECT_EQ(state(), "4712 \u00b7 Incoming call");
+    EXPECT_EQ(others(), "Anna \u00b7 In call");
+    kit::shot("call-second");
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(call("4711").bHeld);
+    EXPECT_FALSE(call("4712").bHeld);
+    EXPECT_EQ(name(), "Bob");
+    EXPECT_EQ(state(), "In call");
+    EXPECT_EQ(others(), "Anna \u00b7 On hold");
+    kit::shot("call-two");
+}
+
+TEST_F(CallActions, ASecondCallThatIsDeclinedLeavesTheFirstTalking)
+{
+    talk("4711", "Anna");
+    ring("4712", "Bob");
+    kit::tap(screen()->findChild<QWidget*>("btnDecline"));
+    EXPECT_EQ(lastEnded().eEnd, CALL_DECLINED);
+    EXPECT_EQ(name(), "Anna");
+    EXPECT_FALSE(call("4711").bHeld);
+    EXPECT_EQ(others(), "");
+}
+
+TEST_F(CallActions, SwapGoesFromOneToTheOther)
+{
+    talk("4711", "Anna");
+    ring("4712", "Bob");
+    kit::key(Qt::Key_Return);
+    ASSERT_TRUE(action("actSwap")->isVisible());
+    kit::tap(action("actSwap"));
+    EXPECT_EQ(name(), "Anna");
+    EXPECT_FALSE(call("4711").bHeld);
+    EXPECT_TRUE(call("4712").bHeld);
+    EXPECT_EQ(others(), "Bob \u00b7 On hold");
+    kit::key(Qt::Key_Left);
+    EXPECT_TRUE(action("actSwap")->isChosen());
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(name(), "Bob");
+    EXPECT_TRUE(call("4711").bHeld);
+    // What becomes of the one that is held does not bring it up.
+    ASSERT_TRUE(phoneSimulation::instance()->holdFromOutside(call("4711").nId, true));
+    EXPECT_EQ(name(), "Bob");
+    tapSoftKey(screen(), 3);
+    EXPECT_EQ(name(), "Anna");
+    EXPECT_EQ(state(), "On hold");
+    EXPECT_FALSE(action("actSwap")->isVisible());
+}
+
+TEST_F(CallActions, ACallIsAddedFromTheCall)
+{
+    talk("4711", "Anna");
+    kit::tap(action("actAdd"));
+    ASSERT_NE(dial(), nullptr);
+    EXPECT_EQ(pageTitle(dial()), "Dial");
+    kit::padKey('7');
+    kit::key(Qt::Key_Return);
+    ASSERT_NE(screen(), nullptr);
+    EXPECT_EQ(name(), "7");
+    EXPECT_EQ(state(), "Calling...");
+    EXPECT_TRUE(call("4711").bHeld);
+}
+
+TEST_F(CallActions, AFailureBesideACallIsToldForAMoment)
+{
+    talk("4711", "Anna");
+    dialScreenOpen("busy");
+    kit::settle();
+    kit::key(Qt::Key_Return);
+    kit::stepTime(2000);
+    ASSERT_NE(screen(), nullptr);
+    EXPECT_EQ(name(), "Anna");
+    EXPECT_EQ(others(), "busy \u00b7 Busy");
+    kit::stepTime(3500);
+    EXPECT_EQ(others(), "");
+}
+
+TEST_F(CallActions, NothingIsCutOrCoveredInAnyLanguage)
+{
+    for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {
+        setLanguage(language);
+        kit::settle();
+        talk("4711", "Anna Berg");
+        ring("4712", "Bob Long");
+        kit::key(Qt::Key_Return);
+        kit::tap(action("actHold"));
+        kit::settle();
+        kit::shot(QString("call-two-%1").arg(language));
+        EXPECT_EQ(cutTexts(screen()), "") << language;
+        QList<callAction*> shown;
+        for (callAction* each : screen()->findChildren<callAction*>()) {
+            EXPECT_LE(each->fontMetrics().horizontalAdvance(each->text()), each->width())
+                << language << ' ' << each->text().toStdString();
+            for (const callAction* other : std::as_const(shown))
+                EXPECT_FALSE(other->geometry().intersects(each->geometry()));
+            shown.append(each);
+        }
+        hangUpAll();
+        kit::stepTime(2000);
+    }
+}
