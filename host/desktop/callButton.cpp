@@ -40,6 +40,8 @@ void callButton::paintEvent(QPaintEvent*)
     const QRect disc(QPoint((width() - m_normal.width()) / 2, 0), m_normal.size());
     paintRoundShadow(painter, disc);
     painter.drawPixmap(disc.topLeft(), isDown() ? m_pressed : m_normal);
+    if (text().isEmpty())
+        return;
     painter.setPen(look::colour(look::kTextOnBar));
     look::paintFitted(painter, rect().adjusted(0, kWordTop, 0, 0), Qt::AlignCenter, text(), font());
 }

@@ -11,9 +11,12 @@
 
 namespace {
 
-constexpr int kGap = 8;
+constexpr int kGap = 6;
+constexpr int kUsualCount = 5; // with the analogue line they are narrower
 constexpr int kCorner = 10;
 constexpr int kNameSize = 16;
+constexpr int kNarrowGap = 4;
+constexpr int kNarrowNameSize = 14;
 constexpr int kNumberSize = 14;
 constexpr int kRingRoom = 3;
 constexpr QRgb kPale = 0xff9fb1c2;
@@ -88,8 +91,9 @@ QString dialLines::text() const
 QRect dialLines::place(int index) const
 {
     const int count = int(m_lines.size());
-    const int width = (this->width() - 2 * kRingRoom - (count - 1) * kGap) / qMax(1, count);
-    return QRect(kRingRoom + index * (width + kGap), kRingRoom, width, height() - 2 * kRingRoom);
+    const int gap = count > kUsualCount ? kNarrowGap : kGap;
+    const int width = (this->width() - 2 * kRingRoom - (count - 1) * gap) / qMax(1, count);
+    return QRect(kRingRoom + index * (width + gap), kRingRoom, width, height() - 2 * kRingRoom);
 }
 
 void dialLines::showEvent(QShowEvent*)
@@ -132,6 +136,7 @@ void dialLines::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    const int nameSize = m_lines.size() > kUsualCount ? kNarrowNameSize : kNameSize;
     for (int index = 0; index < m_lines.size(); ++index) {
         const tagLine& line = m_lines[index];
         const QRect box = place(index);
@@ -145,8 +150,8 @@ void dialLines::paintEvent(QPaintEvent*)
             look::paintRing(painter, box, kCorner);
         painter.setPen(look::colour(chosen ? look::kTextOnBar : line.bReady ? look::kText : kPale));
         const bool two = !line.strNumber.isEmpty();
-        const QRect name = two ? box.adjusted(3, 10, -3, -box.height() / 2 + 4) : box.adjusted(3, 3, -3, -3);
-        look::paintFitted(painter, name, Qt::AlignCenter, line.strName, look::font(kNameSize, true));
+        const QRect name = two ? box.adjusted(1, 10, -1, -box.height() / 2 + 4) : box.adjusted(1, 3, -1, -3);
+        look::paintFitted(painter, name, Qt::AlignCenter, line.strName, look::font(nameSize, true));
         if (two) {
             painter.setFont(look::font(kNumberSize));
             const QRect number = box.adjusted(4, box.height() / 2, -4, -8);

@@ -8,6 +8,7 @@
 class dialLines : public QWidget, public chMsgProcesser
 {
     Q_OBJECT
+    Q_PROPERTY(QString text READ text)
 public:
     explicit dialLines(QWidget* parent = nullptr);
     ~dialLines() override;

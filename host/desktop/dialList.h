@@ -7,6 +7,7 @@
 class dialList : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(QString text READ text)
 public:
     enum { ROW_HEIGHT = 50 };
 

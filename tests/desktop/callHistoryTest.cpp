@@ -70,11 +70,11 @@ TEST_F(CallHistory, FollowsTheZoneThatIsChosen)
                          "\"/><Call number=\"2\" start=\"2026-07-10 12:40:00\"/><Call number=\"3\" "
                          "start=\"then\" utc=\"soon\"/></CallHistory>");
     open();
-    EXPECT_EQ(rowsOf(&page), "1,1,12:48,|2,2,12:40,|3,3,,");
+    EXPECT_EQ(rowsOf(&page), "1,1,Auto,12:48,|2,2,Auto,12:40,|3,3,Auto,,");
     page.hide();
     choose("-05:00 ");
     open();
-    EXPECT_EQ(rowsOf(&page), "1,1,23:48,|2,2,2026-07-10 12:40,|3,3,,");
+    EXPECT_EQ(rowsOf(&page), "1,1,Auto,23:48,|2,2,Auto,2026-07-10 12:40,|3,3,Auto,,");
 }
 
 TEST_F(CallHistory, TellsTheTimeAsItIsChosen)
@@ -87,8 +87,9 @@ TEST_F(CallHistory, TellsTheTimeAsItIsChosen)
         EXPECT_EQ(cutTexts(&page), "") << language;
         kit::shot(QString("callHistoryTwelve") + language);
         if (language == std::string("English")) {
-            EXPECT_EQ(rowsOf(&page), "Anna,1002,2:03 PM,1:05|Doctor,555,2026-11-20 12:30 PM,1:02:03|556,556,"
-                                     "2026-11-20 8:00 AM,");
+            EXPECT_EQ(rowsOf(&page),
+                      "Anna,1002,Line 2,2:03 PM,1:05|Doctor,555,Line 1,2026-11-20 12:30 PM,1:02:03|"
+                      "556,556,Line 3,2026-11-20 8:00 AM,");
         }
     }
 }

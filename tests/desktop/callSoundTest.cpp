@@ -239,7 +239,7 @@ TEST_F(CallSound, TheVolumeOfATalkStaysForTheNext)
 {
     ring();
     answer();
-    tapSoftKey(screen(), 2);
+    kit::key(Qt::Key_Up);
     EXPECT_EQ(dev_get_output_volume(), 45);
     hangUpAll();
     EXPECT_TRUE(kit::waitUntil([&] { return stored("nTalkOutput") == 45; }));
@@ -292,7 +292,7 @@ TEST_F(CallSound, MuteSilencesTheRingUntilTheNextCall)
     heard();
     tapSoftKey(screen(), 2);
     EXPECT_EQ(heard(), QStringList{"stop"});
-    EXPECT_EQ(softKeys(screen()), "Answer|||Decline");
+    EXPECT_EQ(softKeys(screen()), "Answer|Forward||Decline");
     EXPECT_EQ(labelText(screen(), "labMute"), "Muted");
     EXPECT_EQ(dev_get_output_mute(), 0) << "the talk is to be heard";
     tellSoundChanged();

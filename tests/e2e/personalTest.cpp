@@ -192,7 +192,7 @@ TEST_F(Personal, TheTalkVolumeIsThatOfCallsAndASampleOfItIsHeard)
     EXPECT_EQ(logOf("volume").last(), "20");
     softKey(0);
     EXPECT_EQ(logOf("volume").last().toInt(), talk);
-    softKey(2); // louder
+    key("Up"); // louder
     EXPECT_EQ(logOf("volume").last().toInt(), talk + 10);
     // Set anew from the page, in the middle of the talk.
     openPage("Sound Set", "dlgSound");

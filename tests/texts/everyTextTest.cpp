@@ -262,7 +262,11 @@ void EveryText::visitCalls()
         look(&dial);
     }
     dial.openToCall("1", -1);
+    look(&dial);
+    phoneSimulation::instance()->setPstn(1);
+    dial.openToCall("1", -1);
     lookAndClose();
+    phoneSimulation::instance()->setPstn(0);
 }
 
 // A box may show any text of the phone.
