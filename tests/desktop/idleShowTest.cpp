@@ -1,7 +1,6 @@
 #include "host/desktop/idleShow.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
-#include "host/desktop/homeClock.h"
 #include "host/services/system/netWorld.h"
 #include "support/host/clock.h"
 #include "support/host/desktop.h"
@@ -11,6 +10,7 @@
 #include "tests/desktop/signageStand.h"
 #include "tests/kit/eventCounter.h"
 #include <QApplication>
+#include <QLineEdit>
 #include <QRegularExpression>
 
 namespace {
@@ -45,7 +45,12 @@ protected:
         return told().filter(QRegularExpression("^(show|hide)")).join("|").toStdString();
     }
     static bool endsWith(const char* what) { return QString::fromStdString(shown()).endsWith(what); }
-    QString number() { return home->findChild<homeClock*>()->number(); }
+    // What is typed on the dial screen, if that is what a person sees.
+    static QString number()
+    {
+        const QLineEdit* edit = kit::windows().first()->findChild<QLineEdit*>("editNumber");
+        return edit ? edit->text() : QString();
+    }
     frmDesktop* home;
 };
 
