@@ -1549,5 +1549,46 @@
         <source>Voice Call</source>
         <translation>Sprachanruf</translation>
     </message>
+    <message>
+        <source>Add call</source>
+        <translation>Neuer Anruf</translation>
+    </message>
+    <message>
+        <source>Dial</source>
+        <translation>Wählen</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <comment>a call that rings</comment>
+        <translation>Weiterleiten</translation>
+    </message>
+    <message>
+        <source>Held by the other side</source>
+        <translation>Von der anderen Seite gehalten</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>Halten</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>On hold</source>
+        <translation>Gehalten</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Fortsetzen</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>Wechseln</translation>
+    </message>
+    <message>
+        <source>Transfer</source>
+        <translation>Übergeben</translation>
+    </message>
 </context>
 </TS>

@@ -1549,5 +1549,46 @@
         <source>Voice Call</source>
         <translation>Llamada de voz</translation>
     </message>
+    <message>
+        <source>Add call</source>
+        <translation>Otra llamada</translation>
+    </message>
+    <message>
+        <source>Dial</source>
+        <translation>Marcar</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <comment>a call that rings</comment>
+        <translation>Desviar</translation>
+    </message>
+    <message>
+        <source>Held by the other side</source>
+        <translation>Retenida por el otro lado</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>Retener</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Teclado</translation>
+    </message>
+    <message>
+        <source>On hold</source>
+        <translation>Retenida</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Reanudar</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>Alternar</translation>
+    </message>
+    <message>
+        <source>Transfer</source>
+        <translation>Transferir</translation>
+    </message>
 </context>
 </TS>

@@ -1549,5 +1549,46 @@
         <source>Voice Call</source>
         <translation>Appel vocal</translation>
     </message>
+    <message>
+        <source>Add call</source>
+        <translation>Nouvel appel</translation>
+    </message>
+    <message>
+        <source>Dial</source>
+        <translation>Composer</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <comment>a call that rings</comment>
+        <translation>Renvoyer</translation>
+    </message>
+    <message>
+        <source>Held by the other side</source>
+        <translation>Mis en attente par le correspondant</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>Attente</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Clavier</translation>
+    </message>
+    <message>
+        <source>On hold</source>
+        <translation>En attente</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Reprendre</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>Permuter</translation>
+    </message>
+    <message>
+        <source>Transfer</source>
+        <translation>Transférer</translation>
+    </message>
 </context>
 </TS>

@@ -1549,5 +1549,46 @@
         <source>Voice Call</source>
         <translation>语音呼叫</translation>
     </message>
+    <message>
+        <source>Add call</source>
+        <translation>新增通话</translation>
+    </message>
+    <message>
+        <source>Dial</source>
+        <translation>拨号</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <comment>a call that rings</comment>
+        <translation>转移</translation>
+    </message>
+    <message>
+        <source>Held by the other side</source>
+        <translation>对方已保持</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>保持</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>键盘</translation>
+    </message>
+    <message>
+        <source>On hold</source>
+        <translation>保持中</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>恢复</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>切换</translation>
+    </message>
+    <message>
+        <source>Transfer</source>
+        <translation>转接</translation>
+    </message>
 </context>
 </TS>
