@@ -88,6 +88,7 @@ frmDial::frmDial()
     m_ui->editNumber->installEventFilter(this);
     m_ui->wgtLines->installEventFilter(this);
     m_hotline.setSingleShot(true);
+    m_hotline.setTimerType(Qt::PreciseTimer);
     connect(&m_hotline, &QTimer::timeout, this, &frmDial::callHotline);
     connect(m_ui->editNumber, &QLineEdit::textChanged, this, &frmDial::cleanNumber);
     connect(m_ui->wgtPad, &dialPad::typed, this, &frmDial::typeSign);

@@ -8,6 +8,7 @@
 #include "support/host/message.h"
 #include "support/host/registry.h"
 #include "tests/desktop/desktopTest.h"
+#include "tests/kit/kitTime.h"
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
@@ -295,12 +296,15 @@ TEST_F(DialScreen, TheKeyThatSendsEndsTheNumberAsItIsSet)
 TEST_F(DialScreen, TheHotlineCallsAfterItsDelayWhenNothingIsTyped)
 {
     setHotline("8001", "3");
-    open();
+    kit::holdClocks(true);
+    dialScreenOpen();
+    screen = kit::windows().first();
     kit::stepTime(2900);
     EXPECT_EQ(called(), "");
     kit::stepTime(200);
     EXPECT_EQ(called(), "8001 on 0");
     EXPECT_FALSE(isOpen());
+    kit::holdClocks(false);
 }
 
 TEST_F(DialScreen, TheHotlineWaitsForNobodyWhoTypesChoosesOrLeaves)
