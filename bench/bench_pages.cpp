@@ -6,6 +6,7 @@
 #include "host/look/look.h"
 #include "host/services/messages/messageBus.h"
 #include "media/mediaPages.h"
+#include "settings/call/callPages.h"
 #include "settings/system/systemPages.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/desktop.h"
@@ -178,6 +179,7 @@ int main(int argc, char** argv)
     hostPrepareFonts();
     QApplication application(argc, argv);
     hostApplyLook(application);
+    settingsCallPages();
     settingsSystemPages();
     mediaPages();
     hostSetModule(settingEntries());
@@ -193,6 +195,9 @@ int main(int argc, char** argv)
     frmDesktop::GetInstance()->FinishLoading();
     benchPage(table, "WAN", "dlgWan");
     benchPage(table, "Account Setting", "dlgAccount_Setting_Btn");
+    benchPage(table, "Auto Answer", "dlgAuto_Answer");
+    benchPage(table, "Anonymous Call", "dlgAnonymousCallDialog");
+    benchPage(table, "Video Set", "dlgVideoSet");
     benchPage(table, "Sound Manager", "dlgMediaManager");
     putPictures(root.path());
     benchManyPictures(table);

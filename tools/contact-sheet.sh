@@ -42,6 +42,9 @@ for language in English Chinese German French Spanish; do
   for page in "Photo Manager" "Sound Manager" "Sound Set" "Screen Saver" "Personalize" "Auto Provision"; do
     ctl open "$page"; ctl wait idle 3000; sleep 1; shot; back # a preview comes after a moment
   done
+  for page in "Forward" "Hotline" "Call Waiting" "Key As Send" "Auto Answer" "Anonymous Call" "Video Set"; do
+    ctl open "$page"; shot; back
+  done
   ctl open "LCD Adjusting"; ctl key Return; ctl wait page dlgCalibration 3000; shot; back
   ctl open "Status"; shot; ctl key F2; shot; back; back
   ctl open "Security"; shot; back

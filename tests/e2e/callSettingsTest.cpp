@@ -190,4 +190,31 @@ TEST_F(CallSettings, ACallIsMadeWithTheVideoThatItsLineHas)
     hangUpAll();
 }
 
+TEST_F(CallSettings, TheDialScreenEndsANumberByTheKeyThatIsSetAndCallsTheHotline)
+{
+    openPage("Key As Send", "dlgKey_As_Send");
+    step("cmbBoxKeyAsSend", "Key *");
+    saved(false);
+    tap("btnDial");
+    waitPage("frmDial");
+    waitIdle();
+    pad("80*");
+    waitPage("frmCall");
+    EXPECT_EQ(calls()[0].toObject()["number"].toString(), "80");
+    hangUpAll();
+
+    openPage("Hotline", "dlgHotline");
+    pad("112");
+    arrowTo("editDelayTime");
+    key("Backspace");
+    pad("1");
+    saved(true);
+    waitPage("frmDesktop");
+    tap("btnDial");
+    waitPage("frmDial");
+    waitPage("frmCall");
+    EXPECT_EQ(calls()[0].toObject()["number"].toString(), "112");
+    hangUpAll();
+}
+
 } // namespace
