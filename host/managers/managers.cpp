@@ -1,6 +1,5 @@
 #include "support/host/managers.h"
 #include "host/managers/weatherState.h"
-#include "support/host/module.h"
 #include "support/host/trace.h"
 #include "support/xml/xmlFile.h"
 
@@ -12,18 +11,6 @@ int countItems(const xmlElement* keys)
     for (xmlElement* element = keys->GetFirstChildElement(); element; element = xmlGetNextElement(element))
         count += qstrcmp(element->GetName(), "Item") == 0;
     return count;
-}
-
-// The module refreshes a generated menu through its manager before it shows it, and loads the file for
-// that: a refresh inside a refresh has nothing left to do.
-void refreshMenu(const char* file)
-{
-    static bool refreshing = false;
-    if (refreshing || !hostModule().refreshMenu)
-        return;
-    refreshing = true;
-    hostModule().refreshMenu(chString(file));
-    refreshing = false;
 }
 
 } // namespace
@@ -44,28 +31,6 @@ int DssKeyManager::LoadFile(const char* path, int)
 DssKeyManager* GetDssKeyManager()
 {
     static DssKeyManager manager;
-    return &manager;
-}
-
-void IPCameraIconViewManager::RefreshIPCameraIconView()
-{
-    refreshMenu("ipcameradata.xml");
-}
-
-IPCameraIconViewManager* GetIPCameraIconViewManager()
-{
-    static IPCameraIconViewManager manager;
-    return &manager;
-}
-
-void DoorPhoneIconViewManager::RefreshIconView()
-{
-    refreshMenu("doorphonedata.xml");
-}
-
-DoorPhoneIconViewManager* GetDoorPhoneIconViewManager()
-{
-    static DoorPhoneIconViewManager manager;
     return &manager;
 }
 

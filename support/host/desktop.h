@@ -1,6 +1,8 @@
 #pragma once
 // The home screen and the loading screen. User-interface thread.
 #include "support/host/api.h"
+#include "support/text/chString.h"
+#include <QIcon>
 #include <QWidget>
 
 class HX_HOST_API frmLoading : public QWidget
@@ -49,6 +51,24 @@ private:
     bool editNumber(QKeyEvent* event);
     struct Private;
     Private* m_p;
+};
+
+// One of the pictures that dial, as the desktop shows it.
+class PicDialIconViewItem
+{
+public:
+    PicDialIconViewItem(int row, const chString& file, const QIcon& decoration)
+        : m_nRow(row), m_strFile(file), m_decoration(decoration)
+    {
+    }
+    int GetRow() const { return m_nRow; }                 // its slot, from 0
+    const chString& GetFile() const { return m_strFile; } // name of its picture, as the slot's file has it
+    const QIcon& GetDecoration() const { return m_decoration; }
+
+private:
+    int m_nRow;
+    chString m_strFile;
+    QIcon m_decoration;
 };
 
 HX_HOST_API void desktop_SetWallPaper(const char* path);

@@ -33,7 +33,7 @@ int xmlFile::LoadFromFile(const char* path, size_t limit)
     return 1;
 }
 
-int xmlFile::SaveToFile(const char* path)
+int xmlFile::SaveToFile(const char* path, mode_t mode)
 {
     xmlWriter writer(*this);
     const std::string& text = writer.Write();
@@ -43,7 +43,7 @@ int xmlFile::SaveToFile(const char* path)
     chString kept;
     if (old == OLD_UNREAD || (old == OLD_DAMAGED && !fileCopyAside(path, kept)))
         return 0;
-    if (fileSaveAtomic(path, text.data(), text.size())) {
+    if (fileSaveAtomic(path, text.data(), text.size(), mode)) {
         tagFileStat stat;
         fileStat(path, stat);
         Remember(path, true, stat);

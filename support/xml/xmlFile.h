@@ -5,6 +5,7 @@
 #include "support/xml/xmlElement.h"
 #include "support/xml/xmlFind.h"
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 enum : size_t {
@@ -13,6 +14,7 @@ enum : size_t {
     // times the largest.
     XML_TABLE_LIMIT = 256 * 1024
 };
+enum : mode_t { XML_FILE_PRIVATE = 0600 }; // for its owner alone
 
 class NUX_API xmlFile : public xmlDocument
 {
@@ -30,8 +32,9 @@ public:
     // Whole or not at all; 0 leaves the old file. A document that could not be loaded again (without an
     // element, beyond the limits) is not saved. An old file that is not well-formed is kept aside before
     // it is replaced, whichever document it is that replaces it; one that this document could not read, or
-    // that cannot be read now, is left alone.
-    int SaveToFile(const char* path);
+    // that cannot be read now, is left alone. mode: of the new file, for what others must not read; 0 as
+    // fileSaveAtomic.
+    int SaveToFile(const char* path, mode_t mode = 0);
 
 private:
     enum OLD_FILE { OLD_MISSING, OLD_GOOD, OLD_DAMAGED, OLD_UNREAD };

@@ -50,6 +50,7 @@ QStringList entryPoints()
         "GetDssKeySetting()",
         "GetNDeckDispaly()",
         "GetNDeckVideoManager()",
+        "GetdlgPictureDialSetting()",
         "OnUnLaunchNDeck()",
         "OpenScreenSleepDlg()",
         "PlayImageFile()",
@@ -68,6 +69,7 @@ QStringList entryPoints()
         "Stop_VideoView()",
         "dlgDialPlan::dlgDialPlan(QWidget*, tagLeftBarInfo*)",
         "dlgDialPlan::dlgDialPlan(QWidget*, tagLeftBarInfo*)", // complete, and as a base
+        "dlgPictureDialSetting::ShowByIconViewItem(PicDialIconViewItem*)",
         "getIconView()",
         "dlgDssKeySetting::ShowByDsskeyIndex(int)",
         "dlgForward_Setting::Display_Always_Forward(Qt::CheckState, char const*)",
@@ -151,6 +153,6 @@ TEST(Exports, HoldThePagesThatThisPhoneHas)
          {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook", "dlgLDAP", "dlgWan",
           "dlgAccount_Setting_Btn", "dlgMediaManager", "dlgSound", "dlgScreenSaver", "dlgPhone_Setting",
           "dlgTvOutPut", "dlgAutoServer", "dlgCalibration", "dlgSecurity", "dlgStatus", "dlgVersion_Detail",
-          "dlgDssKeyList"})
+          "dlgDssKeyList", "dlgVoice_Mail_Setting", "dlgPictureDialSetting", "dlgIpCamera"})
         EXPECT_TRUE(pages.contains(page)) << page;
 }
