@@ -17,5 +17,6 @@ inline tagModuleEntries settingEntries()
     entries.iconView = getIconView;
     entries.promptUserLevel = settingPromptUserLevel;
     entries.setDialNumber = settingDialNum;
+    entries.editCamera = settingIpCamera;
     return entries;
 }

@@ -11,6 +11,7 @@
 #include "host/touch/mousePanel.h"
 #include "media/mediaShows.h"
 #include "settings/call/dlgDialPlan.h"
+#include "settings/call/dlgPictureDialSetting.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckRegister.h"
 #include "signage/nDeckVideoManager.h"
@@ -86,6 +87,9 @@ void wireModule()
 {
     tagModuleEntries entries = settingEntries();
     entries.makeDialPlan = [](tagLeftBarInfo* info) -> QDialog* { return new dlgDialPlan(nullptr, info); };
+    entries.editPictureDial = [](PicDialIconViewItem* item) {
+        GetdlgPictureDialSetting()->ShowByIconViewItem(item);
+    };
     wireSavers(entries);
     wireSignage(entries);
     hostSetModule(entries);

@@ -19,12 +19,15 @@ struct KeyStroke
     Qt::KeyboardModifiers modifiers;
 };
 
-// The digits, "*" and "#" are the phone's own key pad; other names are those of the toolkit.
+// The digits, "*" and "#" are the phone's own key pad, and "message" is a key of it; other names are those of
+// the toolkit.
 KeyStroke strokeNamed(const QString& name)
 {
     static const QString pad("0123456789*#");
     if (name.size() == 1 && pad.contains(name))
         return {name[0].unicode(), name, Qt::KeypadModifier};
+    if (name == QLatin1String("message"))
+        return {Qt::Key_F9, QString(), {}};
     const QMetaEnum keys = QMetaEnum::fromType<Qt::Key>();
     const int key = keys.keyToValue(("Key_" + name).toLatin1().constData());
     return {key < 0 ? 0 : key, QString(), {}};

@@ -2,6 +2,7 @@
 #include "host/desktop/callMedia.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
+#include "host/desktop/messageKey.h"
 #include "host/desktop/textWarmUp.h"
 #include "host/screen/windowStack.h"
 #include "host/services/clock/networkTime.h"
@@ -61,6 +62,7 @@ void hostBoot()
     callMediaInstall();
     frmDesktop* desktop = frmDesktop::GetInstance();
     callScreenInstall();
+    new messageKey(qApp);
     giveMemoryBackWhenQuiet();
     desktop->m_pLoading = new frmLoading;
     desktop->m_pLoading->show();

@@ -226,7 +226,10 @@ void frmDesktop::ReloadQuickKeys()
         homeButton* button = m_p->keys[column];
         button->disconnect(this);
         button->setContent(key.strPicture, key.strName);
-        connect(button, &QAbstractButton::clicked, this, [key] { quickKeyPress(key); });
+        connect(button, &QAbstractButton::clicked, this,
+                [key, column, button] { quickKeyPress(key, column, button->portrait()); });
+        connect(button, &homeButton::held, this,
+                [key, column, button] { quickKeyEdit(key, column, button->portrait()); });
     }
 }
 

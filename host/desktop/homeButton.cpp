@@ -5,6 +5,7 @@
 #include "support/host/picture.h"
 #include "support/host/text.h"
 #include "support/host/ui.h"
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -19,6 +20,7 @@ constexpr int kBadgeSize = 28;
 constexpr int kBadgeText = 15;
 constexpr int kBadgeOut = 8; // over the corner
 constexpr QRgb kBadgeColour = 0xffe2402b;
+constexpr int kHoldMs = 800;
 constexpr int kPortraitCorner = 10;
 constexpr int kKeyCorner = 14;
 constexpr QRgb kKeyFill = 0x26ffffff;
@@ -36,6 +38,57 @@ QPixmap scaled(const QString& path, int size)
 homeButton::homeButton(Kind kind, QWidget* parent) : QAbstractButton(parent), m_kind(kind)
 {
     setFocusPolicy(Qt::StrongFocus);
+    m_hold.setSingleShot(true);
+    m_hold.setInterval(kHoldMs);
+    connect(&m_hold, &QTimer::timeout, this, &homeButton::hold);
+    connect(this, &QAbstractButton::released, &m_hold, &QTimer::stop);
+}
+
+// What comes up while it is held has not been asked for by a finger.
+bool homeButton::event(QEvent* event)
+{
+    if (event->type() == QEvent::FocusOut || event->type() == QEvent::Hide)
+        m_hold.stop();
+    return QAbstractButton::event(event);
+}
+
+// The rest of the touch, or of the key, is nobody's: it would go on to press what has come up.
+void homeButton::hold()
+{
+    if (!isDown())
+        return;
+    setDown(false);
+    emit held();
+    qApp->installEventFilter(this);
+}
+
+bool homeButton::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseMove:
+        return watched == this;
+    case QEvent::MouseButtonRelease:
+        if (watched == this)
+            qApp->removeEventFilter(this);
+        return watched == this;
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        if (!watched->isWindowType())
+            return false;
+        if (!static_cast<QKeyEvent*>(event)->isAutoRepeat())
+            qApp->removeEventFilter(this);
+        return static_cast<QKeyEvent*>(event)->isAutoRepeat();
+    default:
+        return false;
+    }
+}
+
+void homeButton::mousePressEvent(QMouseEvent* event)
+{
+    qApp->removeEventFilter(this);
+    QAbstractButton::mousePressEvent(event);
+    if (m_kind == QuickKey && isDown())
+        m_hold.start();
 }
 
 void homeButton::setContent(const QString& picture, const QString& caption)
@@ -138,11 +191,30 @@ void homeButton::paintQuickKey(QPainter& painter)
 
 void homeButton::keyPressEvent(QKeyEvent* event)
 {
-    if (qIsOkKey(event->key())) {
-        if (!event->isAutoRepeat())
-            click();
+    if (!qIsOkKey(event->key())) {
+        // The arrows move over the whole screen, which the home screen knows.
+        event->ignore();
         return;
     }
-    // The arrows move over the whole screen, which the home screen knows.
-    event->ignore();
+    if (event->isAutoRepeat())
+        return;
+    if (m_kind == Tile) {
+        click();
+        return;
+    }
+    setDown(true);
+    m_hold.start();
+}
+
+void homeButton::keyReleaseEvent(QKeyEvent* event)
+{
+    if (m_kind == Tile || !qIsOkKey(event->key())) {
+        QAbstractButton::keyReleaseEvent(event);
+        return;
+    }
+    if (event->isAutoRepeat() || !m_hold.isActive())
+        return;
+    m_hold.stop();
+    setDown(false);
+    click();
 }

@@ -7,6 +7,7 @@
 #include "support/host/box.h"
 #include "support/host/image.h"
 #include "support/host/language.h"
+#include "support/host/module.h"
 #include "support/host/net.h"
 #include <QMouseEvent>
 #include <QPainter>
@@ -22,6 +23,7 @@ constexpr int kLineText = 24; // from where a line begins
 constexpr int kLampX = 688;
 constexpr int kBellX = 652;
 constexpr QRect kBellTouch(642, 0, 38, 40); // as a finger needs it
+constexpr QRect kMessageTouch(704, 0, 56, 40);
 constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kLineOff = 0xb3ffffff;
 
@@ -48,6 +50,7 @@ homeStatus::homeStatus(QWidget* parent) : QWidget(parent)
 {
     setObjectName("homeStatus");
     m_state = currentState();
+    screenState::instance().setMessagesWait(m_state.newMessages > 0);
     phone_RegAccountNotify(this, -1);
     connect(&screenState::instance(), &screenState::lampChanged, this, &homeStatus::refresh);
     qFollowLanguage(this, [this] { refresh(); });
@@ -90,6 +93,7 @@ void homeStatus::refresh()
     if (now == m_state)
         return;
     m_state = now;
+    screenState::instance().setMessagesWait(now.newMessages > 0);
     update();
 }
 
@@ -102,8 +106,11 @@ void homeStatus::toggleDoNotDisturb()
 
 void homeStatus::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (kBellTouch.contains(event->position().toPoint()))
+    const QPoint at = event->position().toPoint();
+    if (kBellTouch.contains(at))
         toggleDoNotDisturb();
+    else if (m_state.newMessages > 0 && kMessageTouch.contains(at))
+        hostModule().openPage(chString("Message"), nullptr);
 }
 
 QString homeStatus::lineText(int index) const

@@ -1,6 +1,6 @@
 #pragma once
 // The strip at the top of the home screen: the lines with their states, waiting messages, the network, and a
-// bell, whose touch switches do-not-disturb.
+// bell, whose touch switches do-not-disturb. A touch on the messages does what the message key does.
 #include "support/host/message.h"
 #include "support/host/phone.h"
 #include <QWidget>

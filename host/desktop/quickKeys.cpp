@@ -1,9 +1,11 @@
 #include "host/desktop/quickKeys.h"
 #include "support/file/path.h"
 #include "support/host/api.h"
+#include "support/host/desktop.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
 #include "support/host/text.h"
+#include "support/host/trace.h"
 #include "support/xml/xmlFile.h"
 #include <cstdlib>
 
@@ -22,19 +24,20 @@ tagQuickKey freeKey()
 
 tagQuickKey keyOf(xmlElement* slot)
 {
-    tagQuickKey key;
+    tagQuickKey key = freeKey();
+    key.strFile = slot->GetAttributeValue("file").GetString();
     key.strNumber = slot->GetAttributeValue("number").GetString();
     if (key.strNumber.IsEmpty())
-        return freeKey();
+        return key;
     key.strName = toQString(slot->GetAttributeValue("title").GetString());
     if (key.strName.isEmpty())
         key.strName = toQString(key.strNumber);
-    const chString picture = slot->GetAttributeValue("file").GetString();
     // The name comes from a file that other programs write too.
     key.strPicture =
-        pathIsSafeName(picture) ? kPictures + toQString(picture) : HX_THEME("icon/quick_user.png");
+        pathIsSafeName(key.strFile) ? kPictures + toQString(key.strFile) : HX_THEME("icon/quick_user.png");
     const char* line = slot->GetAttributeValue("line");
-    key.nLine = *line ? atoi(line) : -1;
+    const int number = *line ? atoi(line) : -1;
+    key.nLine = number < PHONE_ACCOUNT_COUNT ? number : -1;
     return key;
 }
 
@@ -53,10 +56,18 @@ QList<tagQuickKey> quickKeysRead()
     return keys;
 }
 
-void quickKeyPress(const tagQuickKey& key)
+void quickKeyPress(const tagQuickKey& key, int row, const QPixmap& picture)
 {
     if (key.strNumber.IsEmpty())
-        hostModule().openPage(chString("Picture-dial Setting"), nullptr);
+        quickKeyEdit(key, row, picture);
     else
         phone_CallNumber(key.strNumber, key.nLine, 0);
+}
+
+void quickKeyEdit(const tagQuickKey& key, int row, const QPixmap& picture)
+{
+    const auto edit = hostModule().editPictureDial;
+    PicDialIconViewItem item(row, key.strFile, QIcon(picture));
+    if (NUX_ASSERT(edit != nullptr, "module.editPictureDial != NULL"))
+        edit(&item);
 }

@@ -1,7 +1,6 @@
 #include "host/menu/iconAction.h"
-#include "support/host/box.h"
 #include "support/host/dialitem.h"
-#include "support/host/language.h"
+#include "support/host/managers.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
 #include "support/host/screen.h"
@@ -48,11 +47,45 @@ void openDialPlan(const IconMenuItem& item)
     screenBringUp(page);
 }
 
-void call(const IconMenuItem& item, QWidget* window)
+// Its page has the number of the door phone behind the name without a blank: "Door Phone1".
+void editDoorPhone(const IconMenuItem& item, QWidget* window)
+{
+    static const QString name = QStringLiteral("Door Phone");
+    IconMenuItem page = item;
+    const tagModuleEntries& module = hostModule();
+    if (page.strTitle.startsWith(name + ' '))
+        page.strTitle.remove(name.size(), 1);
+    if (NUX_ASSERT(module.openPageWithInfo != nullptr, "module.openPageWithInfo != NULL"))
+        module.openPageWithInfo(fromQString(page.strTitle), {item.strIcon, item.strTitle}, window);
+}
+
+void editCamera(const IconMenuItem& item, QWidget* window)
+{
+    const tagModuleEntries& module = hostModule();
+    if (!NUX_ASSERT(module.editCamera != nullptr, "module.editCamera != NULL"))
+        return;
+    for (IPCameraIconViewItem* camera : GetIPCameraIconViewManager()->GetItems()) {
+        if (toQString(camera->m_strTitle).trimmed() == item.strTitle) {
+            module.editCamera(camera, window);
+            return;
+        }
+    }
+}
+
+void editDevice(const IconMenuItem& item, QWidget* window)
+{
+    if (item.eAction == IconMenuItem::CallCamera)
+        editCamera(item, window);
+    else
+        editDoorPhone(item, window);
+}
+
+// One that nobody has set up yet is set up first.
+void callDevice(const IconMenuItem& item, QWidget* window)
 {
     const int account = item.nDetail < PHONE_ACCOUNT_COUNT ? qMax(item.nDetail, -1) : -1;
     if (item.strTarget.isEmpty())
-        xMessageBox(Translate("Note"), Translate("The phone number is empty!"), BOX_NOTE, window, -1);
+        editDevice(item, window);
     else
         phone_CallNumber(item.strTarget.toUtf8().constData(), account, 0);
 }
@@ -96,12 +129,22 @@ bool isAllowed(const IconMenuItem& item, QWidget* window)
 
 } // namespace
 
+bool canHoldIconMenuItem(const IconMenuItem& item)
+{
+    return item.eAction == IconMenuItem::DialItem || item.eAction == IconMenuItem::CallDoorPhone ||
+           item.eAction == IconMenuItem::CallCamera;
+}
+
 bool holdIconMenuItem(const IconMenuItem& item, QWidget* window)
 {
-    if (item.eAction != IconMenuItem::DialItem)
+    if (!canHoldIconMenuItem(item))
         return false;
-    if (isAllowed(item, window))
+    if (!isAllowed(item, window))
+        return true;
+    if (item.eAction == IconMenuItem::DialItem)
         setNumber(numberOf(item, window), window);
+    else
+        editDevice(item, window);
     return true;
 }
 
@@ -122,8 +165,9 @@ void openIconMenuItem(const IconMenuItem& item, QWidget* window)
     case IconMenuItem::OpenDialPlan:
         openDialPlan(item);
         break;
-    case IconMenuItem::CallNumber:
-        call(item, window);
+    case IconMenuItem::CallDoorPhone:
+    case IconMenuItem::CallCamera:
+        callDevice(item, window);
         break;
     case IconMenuItem::DialItem:
         dial(item, window);

@@ -66,17 +66,18 @@ IconMenuItem readMenuItem(xmlElement* element)
     return item;
 }
 
-// A door phone's title is the name of its page, "Door Phone 1".
 IconMenuItem readDoorPhone(xmlElement* element)
 {
     IconMenuItem item;
     item.strTitle = attribute(element, "title");
     item.strCaption = content(element, "DisplayName");
     item.strIcon = QStringLiteral(HX_THEME("menu/menu_doorphoneitem.png"));
+    item.eAction = IconMenuItem::CallDoorPhone;
+    item.nDetail = -1;
+    item.strTarget = content(element, "PhoneNumber");
     return item;
 }
 
-// A camera has no page of its own name: it is called.
 IconMenuItem readCamera(xmlElement* element)
 {
     IconMenuItem item;
@@ -85,7 +86,7 @@ IconMenuItem readCamera(xmlElement* element)
     item.strTitle = attribute(element, "title");
     item.strCaption = content(element, "DisplayName");
     item.strIcon = QStringLiteral(HX_THEME("menu/menu_ipcamera.png"));
-    item.eAction = IconMenuItem::CallNumber;
+    item.eAction = IconMenuItem::CallCamera;
     item.strTarget = content(element, "PhoneNumber");
     const QString account = content(element, "Account");
     item.nDetail = account.isEmpty() ? -1 : account.toInt();

@@ -62,13 +62,22 @@ void screenState::resumeSaver(SCREEN_SAVERS client)
     emit saverSuspended(false);
 }
 
+// Beside the reasons: nobody who darkens the lamp takes the messages away.
+void screenState::setMessagesWait(bool wait)
+{
+    const bool wasLit = isLampLit();
+    m_bMessagesWait = wait;
+    if (isLampLit() != wasLit)
+        emit lampChanged(!wasLit);
+}
+
 void screenState::lightLamp(SIGNAL_LAMP reason)
 {
     if (reason == SIGNAL_LAMP_OFF)
         return;
-    const bool first = m_lampReasons.isEmpty();
+    const bool wasLit = isLampLit();
     m_lampReasons.insert(reason);
-    if (first)
+    if (!wasLit)
         emit lampChanged(true);
 }
 

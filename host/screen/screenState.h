@@ -22,13 +22,14 @@ public:
     // As if nobody had touched the phone for so long, in milliseconds.
     void setIdle(qint64 ms);
     bool isSaverSuspended() const { return !m_suspending.isEmpty(); }
-    bool isLampLit() const { return !m_lampReasons.isEmpty(); }
+    bool isLampLit() const { return m_bMessagesWait || !m_lampReasons.isEmpty(); }
 
     bool isBacklightOn() const { return m_bBacklight; }
     void setBacklight(bool on);
 
     void suspendSaver(SCREEN_SAVERS client);
     void resumeSaver(SCREEN_SAVERS client);
+    void setMessagesWait(bool wait); // in a voice mail box
     void lightLamp(SIGNAL_LAMP reason);
     void darkenLamp(SIGNAL_LAMP reason);
 
@@ -46,5 +47,6 @@ private:
     qint64 m_nHeadStart = 0; // milliseconds
     bool m_bBacklight = true;
     QSet<int> m_suspending;
+    bool m_bMessagesWait = false;
     QSet<int> m_lampReasons;
 };

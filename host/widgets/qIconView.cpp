@@ -142,7 +142,7 @@ void qIconView::Private::Hold()
         return;
     const int row = pressed;
     const IconMenuItem item = menu.items.at(row);
-    if (item.eAction != IconMenuItem::DialItem)
+    if (!canHoldIconMenuItem(item))
         return;
     fingerDown = false;
     pressed = -1;

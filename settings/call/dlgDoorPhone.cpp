@@ -20,10 +20,6 @@ const tagChoice kModels[] = {
     {HX_TR("Mobotix"), "0"}, {HX_TR("2N"), "1"}, {HX_TR("Linkcom"), "2"}, {HX_TR("Custom"), "3"}};
 enum { MODEL_MOBOTIX = 0 };
 
-// The titles that the factory's file has; others are shown as they stand.
-[[maybe_unused]] const char* const kTitles[] = {HX_TR("Door Phone 1"), HX_TR("Door Phone 2"),
-                                                HX_TR("Door Phone 3"), HX_TR("Door Phone 4")};
-
 int modelIndex(const chString& name)
 {
     for (int index = 0; index < int(std::size(kModels)); ++index) {

@@ -7,6 +7,8 @@
 #include "support/text/chString.h"
 #include <QRect>
 
+class IPCameraIconViewItem;
+class PicDialIconViewItem;
 class QDialog;
 class QString;
 class qDialNumberItem;
@@ -29,6 +31,10 @@ struct tagModuleEntries
     QDialog* (*makeDialPlan)(tagLeftBarInfo* info) = nullptr;
     // The box that sets the number of an item.
     void (*setDialNumber)(qDialNumberItem* item, QWidget* parent) = nullptr;
+    // The page of a camera, and that of the pictures that dial, at the slot of one of them. What they need of
+    // the item they copy.
+    void (*editCamera)(IPCameraIconViewItem* item, QWidget* parent) = nullptr;
+    void (*editPictureDial)(PicDialIconViewItem* item) = nullptr;
 
     // Savers of pictures and of films, and the black screen: over the whole screen, until a key or a touch.
     // One that has nothing to show does not come up.

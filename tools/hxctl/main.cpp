@@ -29,7 +29,7 @@ const char* const kHelp =
     "touch-raw X Y [PRESSURE]        what the touch panel reports, in its own counts (0 to 4095); PRESSURE "
     "100\n"
     "touch-raw up                    the finger has left the panel\n"
-    "key NAME [press|release]        a key by its name: Up, Return, F1, 5, *\n"
+    "key NAME [press|release]        a key by its name: Up, Return, F1, 5, *, message\n"
     "type TEXT                       text into the focus widget, key by key\n"
     "screen                          idle milliseconds, saver held off, lamp and backlight lit; class of "
     "the\n"
