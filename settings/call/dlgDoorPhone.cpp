@@ -70,10 +70,12 @@ void dlgDoorPhone::showEvent(QShowEvent* event)
     ui->cmbDevModel->setFocus();
 }
 
-// Whatever is missing leaves the page without data.
+// Whatever is missing leaves the page without data. What was read of a broken file must not take its place.
 void dlgDoorPhone::LoadFile()
 {
-    if (!m_xmlFile.LoadFromFile(kFile) || !xmlFindElementFromRoot(&m_xmlFile, "DoorPhone", 0))
+    if (!m_xmlFile.LoadFromFile(kFile))
+        m_xmlFile.ClearDocument();
+    if (!xmlFindElementFromRoot(&m_xmlFile, "DoorPhone", 0))
         return;
     m_strTitle = fmtString("Door Phone %d", m_iIndex);
     xmlElement* item = entry();

@@ -85,9 +85,8 @@ int accountIndex(xmlElement* slot)
 }
 
 // A name that is too long for the edit is shown from its beginning.
-void showName(QLineEdit* edit, const QString& name)
+void showBeginning(QLineEdit* edit)
 {
-    edit->setText(name);
     if (edit->text().size() > kNameShown)
         edit->setCursorPosition(kNameShown);
 }
@@ -172,8 +171,7 @@ void dlgPictureDialSetting::showEvent(QShowEvent* event)
             showPicture(file);
         }
     }
-    if (ui->editName->text().size() > kNameShown)
-        ui->editName->setCursorPosition(kNameShown);
+    showBeginning(ui->editName);
     qSetCurrentIME(ui->editName, "2aB");
     qSetCurrentIME(ui->editNumber, "123");
     ui->tabWgtList->setFocus();
@@ -209,6 +207,7 @@ void dlgPictureDialSetting::DelayLoadData()
     if (m_bFirstIn) {
         m_bFirstIn = false;
         ui->editName->setMaxLength(kLongestName);
+        showBeginning(ui->editName); // a limit moves the cursor
         ui->editNumber->setMaxLength(kLongestNumber);
         setupComboBox(ui->cmbPic);
         connect(ui->cmbPic, SIGNAL(currentIndexChanged(int)), this, SLOT(on_cmbPic_indexchanged(int)));
@@ -285,7 +284,8 @@ void dlgPictureDialSetting::on_tabWgtList_currentItemChanged(QTableWidgetItem* c
 
 void dlgPictureDialSetting::showSlot(int row)
 {
-    showName(ui->editName, cell(row, COLUMN_NAME));
+    ui->editName->setText(cell(row, COLUMN_NAME));
+    showBeginning(ui->editName);
     ui->editNumber->setText(cell(row, COLUMN_NUMBER));
     showChoices(m_pSlots->Element(row));
 }
