@@ -2,7 +2,9 @@
 #include "host/desktop/homeButton.h"
 #include "host/desktop/homeClock.h"
 #include "host/desktop/homeStatus.h"
+#include "host/desktop/messageKey.h"
 #include "host/look/look.h"
+#include "host/screen/screenState.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "host/services/system/netWorld.h"
@@ -32,6 +34,12 @@ protected:
         tagModuleEntries entries;
         entries.openPage = [](const chString& name, QWidget*) { g_opened.append(name.GetText()); };
         entries.openMenu = [](const chString& file) { g_opened.append(file.GetText()); };
+        entries.editPictureDial = [](PicDialIconViewItem* item) {
+            g_opened.append(QString("slot %1 %2 %3")
+                                .arg(item->GetRow())
+                                .arg(item->GetFile().GetText())
+                                .arg(!item->GetDecoration().isNull()));
+        };
         entries.cacheWindows = [](int index) {
             g_opened.append(QString("step%1").arg(index));
             return index < 8 ? 1 : 0;
@@ -160,7 +168,113 @@ TEST_F(HomeScreen, AFreeQuickKeyOpensThePageThatFillsIt)
     desktop_ReLoadPicXmlFile();
     EXPECT_EQ(button("quickKey6")->text(), "");
     kit::tap(button("quickKey6"));
-    EXPECT_EQ(g_opened, QStringList{"Picture-dial Setting"});
+    EXPECT_EQ(g_opened, QStringList{"slot 5  1"});
+}
+
+TEST_F(HomeScreen, AQuickKeyThatIsHeldIsEditedAndNotDialled)
+{
+    writeFile(
+        "/rundata/data/picture-dial.xml",
+        "<picture-dial><icon/><icon title='Anna' number='1002' file='Home.png' line='0'/></picture-dial>");
+    desktop_ReLoadPicXmlFile();
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }));
+    const QPoint at = button("quickKey2")->mapToGlobal(QPoint(20, 20));
+    kit::press(at);
+    kit::stepTime(700);
+    EXPECT_TRUE(g_opened.isEmpty());
+    kit::stepTime(200);
+    EXPECT_EQ(g_opened, QStringList{"slot 1 Home.png 1"});
+    kit::release(at);
+    kit::settle();
+    EXPECT_EQ(logged("dial"), "");
+    EXPECT_EQ(g_opened.size(), 1);
+    kit::tap(button("quickKey2"));
+    EXPECT_NE(logged("dial").find("1002 0"), std::string::npos);
+}
+
+TEST_F(HomeScreen, AFingerThatLeavesAQuickKeyEditsNothing)
+{
+    writeFile("/rundata/data/picture-dial.xml",
+              "<picture-dial><icon title='Anna' number='1002' file='Home.png' line='0'/></picture-dial>");
+    desktop_ReLoadPicXmlFile();
+    kit::press(button("quickKey1")->mapToGlobal(QPoint(20, 20)));
+    kit::moveTo(QPoint(400, 100));
+    kit::stepTime(1000);
+    kit::release(QPoint(400, 100));
+    EXPECT_TRUE(g_opened.isEmpty());
+    EXPECT_EQ(logged("dial"), "");
+}
+
+TEST_F(HomeScreen, OkDialsAndEditsWhenItIsHeld)
+{
+    writeFile("/rundata/data/picture-dial.xml",
+              "<picture-dial><icon title='Anna' number='1002' file='Home.png' line='7'/></picture-dial>");
+    desktop_ReLoadPicXmlFile();
+    button("quickKey1")->setFocus();
+    kit::key(Qt::Key_Return);
+    EXPECT_NE(logged("dial").find("1002 -1"), std::string::npos) << "a line that is none is the default one";
+    hangUpAll();
+    kit::stepTime(3000);
+    home->raise();
+    home->activateWindow();
+    button("quickKey1")->setFocus();
+    mark();
+    kit::keyPress(Qt::Key_Return);
+    kit::stepTime(900);
+    EXPECT_EQ(g_opened, QStringList{"slot 0 Home.png 1"});
+    kit::keyRelease(Qt::Key_Return);
+    EXPECT_EQ(logged("dial"), "");
+}
+
+TEST_F(HomeScreen, WaitingMessagesLightTheLampAndATouchDoesWhatTheKeyDoes)
+{
+    tagLineSetting line;
+    line.newMessages = 0;
+    phoneSimulation::instance()->setLine(0, line);
+    kit::settle();
+    EXPECT_FALSE(screenState::instance().isLampLit());
+    kit::tap(QPoint(724, 20));
+    EXPECT_TRUE(g_opened.isEmpty()) << "nothing is there";
+    line.newMessages = 2;
+    phoneSimulation::instance()->setLine(0, line);
+    kit::settle();
+    EXPECT_TRUE(screenState::instance().isLampLit());
+    kit::tap(QPoint(724, 20));
+    EXPECT_EQ(g_opened, QStringList{"Message"});
+}
+
+TEST_F(HomeScreen, TheMessageKeyWorksOnPagesAndNotOverABox)
+{
+    const messageKey key(nullptr);
+    kit::key(Qt::Key_F9);
+    EXPECT_EQ(g_opened, QStringList{"Message"});
+    QDialog page;
+    page.setGeometry(0, 0, 800, 480);
+    page.show();
+    kit::settle();
+    kit::key(Qt::Key_F9);
+    EXPECT_EQ(g_opened, (QStringList{"Message", "Message"}));
+    QDialog box(&page);
+    box.setModal(true);
+    box.show();
+    kit::settle();
+    kit::key(Qt::Key_F9);
+    EXPECT_EQ(g_opened.size(), 2);
+    box.hide();
+    kit::settle();
+    RegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    kit::key(Qt::Key_F9);
+    UnRegisterScreenSavers(SCREEN_SAVERS_PLAYER, 0);
+    EXPECT_EQ(g_opened.size(), 2) << "a player has the screen";
+    QWSServer::closeMouse();
+    kit::key(Qt::Key_F9);
+    QWSServer::openMouse();
+    EXPECT_EQ(g_opened.size(), 2) << "a calibration";
+    phoneSimulation::instance()->ring("4711", 0, "");
+    kit::settle();
+    kit::key(Qt::Key_F9);
+    EXPECT_EQ(g_opened.size(), 2) << "a call";
+    hangUpAll();
 }
 
 TEST_F(HomeScreen, ABrokenQuickKeyFileLeavesAllKeysFree)

@@ -2,6 +2,7 @@
 #include "host/services/system/hostLog.h"
 #include "host/widgets/IconGrid.h"
 #include "support/host/language.h"
+#include "support/host/managers.h"
 #include "support/host/module.h"
 #include "support/host/registry.h"
 #include "tests/kit/phoneTest.h"
@@ -480,13 +481,58 @@ TEST_F(IconView, ItemWithAMenuOpensThatMenu)
     EXPECT_EQ(g_opened, QStringList{"menu doorphonedata.xml"});
 }
 
-TEST_F(IconView, DoorPhoneOpensThePageOfItsTitle)
+TEST_F(IconView, DoorPhoneWithoutANumberOpensItsPage)
 {
     showMenu("<DoorPhone><item title=\"Door Phone 2\"><DisplayName>Gate</DisplayName></item></DoorPhone>");
     kit::tap(icon(0));
-    EXPECT_EQ(g_opened, QStringList{"page Door Phone 2 "
+    EXPECT_EQ(g_opened, QStringList{"page Door Phone2 "
                                     "/phone/resource/theme/default/bmp/menu/menu_doorphoneitem.png "
                                     "Door Phone 2"});
+    EXPECT_EQ(logged("dial"), QStringList());
+}
+
+TEST_F(IconView, DoorPhoneIsCalledByATouchAndSetUpByHoldingIt)
+{
+    showMenu("<DoorPhone><item title=\"Door Phone 1\"><PhoneNumber>8100</PhoneNumber></item></DoorPhone>");
+    kit::tap(icon(0));
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(logged("dial"), (QStringList{"8100 -1 0", "8100 -1 0"}));
+    EXPECT_TRUE(g_opened.isEmpty());
+    mark();
+    kit::press(icon(0));
+    kit::stepTime(900);
+    kit::release(icon(0));
+    kit::key(Qt::Key_Asterisk, {}, "*");
+    ASSERT_EQ(g_opened.size(), 2);
+    EXPECT_TRUE(g_opened[0].startsWith("page Door Phone1 "));
+    EXPECT_EQ(g_opened[1], g_opened[0]);
+    EXPECT_EQ(logged("dial"), QStringList());
+}
+
+TEST_F(IconView, CameraIsSetUpByHoldingIt)
+{
+    static QStringList edited;
+    edited.clear();
+    tagModuleEntries entries = hostModule();
+    entries.editCamera = [](IPCameraIconViewItem* item, QWidget* parent) {
+        edited.append(QString("%1 %2").arg(item->m_strDisplayName.GetText()).arg(parent != nullptr));
+    };
+    hostSetModule(entries);
+    writeFile("/rundata/data/ipcameradata.xml",
+              "<IPCamera><item title='IP Camera 1'/><item title='IP Camera 2'><DisplayName>Yard</DisplayName>"
+              "<PhoneNumber>8200</PhoneNumber></item></IPCamera>");
+    GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    view->LoadMenuFile("/rundata/data/ipcameradata.xml");
+    showPage();
+    kit::press(icon(1));
+    kit::stepTime(900);
+    kit::release(icon(1));
+    EXPECT_EQ(edited, QStringList{"Yard 1"});
+    EXPECT_EQ(logged("dial"), QStringList());
+    // One without a number is set up first.
+    kit::tap(icon(0));
+    EXPECT_EQ(edited, (QStringList{"Yard 1", " 1"}));
+    EXPECT_EQ(logged("dial"), QStringList());
 }
 
 TEST_F(IconView, DirectoryEntriesOpenTheirPhoneBooks)
@@ -523,15 +569,6 @@ TEST_F(IconView, CameraWithoutALineOfItsOwnIsCalledOnTheDefaultOne)
         kit::tap(icon(0));
         EXPECT_EQ(logged("dial"), QStringList{"1 -1 0"}) << account;
     }
-}
-
-TEST_F(IconView, CameraWithoutANumberSaysSo)
-{
-    kit::BoxAnswers boxes{{"ok"}};
-    showMenu("<IPCamera><item title=\"IP Camera 1\"><PhoneNumber/></item></IPCamera>");
-    kit::tap(icon(0));
-    EXPECT_EQ(boxes.titles(), QStringList{"Note"});
-    EXPECT_EQ(boxes.texts(), QStringList{"The phone number is empty!"});
 }
 
 TEST_F(IconView, IconsWithoutAModuleOpenNothing)

@@ -103,6 +103,22 @@ TEST_F(Screen, LampIsLitWhileThereIsAReason)
     EXPECT_EQ(logged("lamp"), QStringList({"register 1", "register 1", "unregister 1"}));
 }
 
+TEST_F(Screen, LampOfMessagesIsNobodysToDarken)
+{
+    screenState& state = screenState::instance();
+    QList<bool> told;
+    const QMetaObject::Connection listener =
+        QObject::connect(&state, &screenState::lampChanged, [&](bool lit) { told.append(lit); });
+    state.setMessagesWait(true);
+    RegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    UnRegisterSignalLamp(SIGNAL_LAMP_OFF);
+    EXPECT_TRUE(state.isLampLit());
+    state.setMessagesWait(false);
+    EXPECT_FALSE(state.isLampLit());
+    EXPECT_EQ(told, (QList<bool>{true, false}));
+    QObject::disconnect(listener);
+}
+
 TEST_F(Screen, LampOffTakesAllReasonsAway)
 {
     RegisterSignalLamp(SIGNAL_LAMP_MEETING);
