@@ -149,10 +149,26 @@ TEST(Exports, AreTheEntryPointsAndThePagesOfAllRooms)
 TEST(Exports, HoldThePagesThatThisPhoneHas)
 {
     const QStringList pages = pageClasses();
-    for (const char* page :
-         {"dlgPhoneBook", "dlgContactEditor", "dlgCallHistroy", "dlgRemotePhoneBook", "dlgLDAP", "dlgWan",
-          "dlgAccount_Setting_Btn", "dlgMediaManager", "dlgSound", "dlgScreenSaver", "dlgPhone_Setting",
-          "dlgTvOutPut", "dlgAutoServer", "dlgCalibration", "dlgSecurity", "dlgStatus", "dlgVersion_Detail",
-          "dlgDssKeyList", "dlgVoice_Mail_Setting", "dlgPictureDialSetting", "dlgIpCamera"})
+    for (const char* page : {"dlgPhoneBook",
+                             "dlgContactEditor",
+                             "dlgCallHistroy",
+                             "dlgRemotePhoneBook",
+                             "dlgLDAP",
+                             "dlgWan",
+                             "dlgAccount_Setting_Btn",
+                             "dlgMediaManager",
+                             "dlgSound",
+                             "dlgScreenSaver",
+                             "dlgPhone_Setting",
+                             "dlgTvOutPut",
+                             "dlgAutoServer",
+                             "dlgCalibration",
+                             "dlgSecurity",
+                             "dlgStatus",
+                             "dlgVersion_Detail",
+                             "dlgDssKeyList",
+                             "dlgVoice_Mail_Setting",
+                             "dlgPictureDialSetting",
+                             "dlgIpCamera"})
         EXPECT_TRUE(pages.contains(page)) << page;
 }
