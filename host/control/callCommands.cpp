@@ -45,6 +45,7 @@ QJsonObject factsOf(const tagCall& call)
             {"forwardedBy", QJsonArray::fromStringList(call.forwardedBy)},
             {"video", call.bVideo},
             {"camera", call.options.bCamera},
+            {"microphone", call.options.bMicrophone},
             {"bandwidth", call.options.nBandwidth},
             {"frameRate", call.options.nFrameRate},
             {"wantsVideo", call.options.bVideo},

@@ -1,5 +1,6 @@
 #include "host/desktop/boot.h"
 #include "host/desktop/callMedia.h"
+#include "host/desktop/deviceCalls.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
 #include "host/desktop/messageKey.h"
@@ -59,6 +60,7 @@ void hostBoot()
 {
     // In this order they hear of a call: the home screen lets go of the signage frame, the call screen takes
     // it.
+    deviceCallsInstall();
     callMediaInstall();
     frmDesktop* desktop = frmDesktop::GetInstance();
     callScreenInstall();

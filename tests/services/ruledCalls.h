@@ -52,9 +52,9 @@ public:
     {
         return ended("transfer " + number, id, CALL_TRANSFERRED);
     }
-    bool sendTone(int id, QChar tone) override
+    bool sendTone(int id, QChar tone, bool secret) override
     {
-        return changed(QString("tone %1").arg(tone), id, [](tagCall&) {});
+        return changed(QString(secret ? "secret tone %1" : "tone %1").arg(tone), id, [](tagCall&) {});
     }
     QList<tagCall> calls() const override { return live; }
     int callTotal() const override { return int(live.size()); }

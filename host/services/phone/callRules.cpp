@@ -72,13 +72,15 @@ void callRules::callArrived(const tagCall& call)
 }
 
 // There is no room for one more call.
-bool callRules::isTaken(const tagCall& call) const
+bool callRules::isTaken(const tagCall& call)
 {
     int others = 0;
     bool onPstn = false;
     for (const tagCall& other : m_backend.calls()) {
         if (other.nId == call.nId)
             continue;
+        if (isRefusedBy(other))
+            return true;
         ++others;
         onPstn = onPstn || other.nAccount == PHONE_LINE_PSTN;
     }
@@ -87,6 +89,33 @@ bool callRules::isTaken(const tagCall& call) const
     // An analogue line carries one call.
     const bool lineTaken = onPstn && call.nAccount == PHONE_LINE_PSTN;
     return lineTaken || others >= CALLS_MAX || !m_settings.isWaiting(call.nAccount);
+}
+
+// One that is with a door phone which wants nobody else to come in between.
+bool callRules::isRefusedBy(const tagCall& other)
+{
+    return !isRingingIn(other) && deviceOf(other).bRefusesOthers;
+}
+
+// By its number, as it is set or as the dial plan has it.
+tagCallDevice callRules::deviceOf(const tagCall& call)
+{
+    for (const tagCallDevice& device : callDevices()) {
+        const QString number = callNumberOf(device.strNumber);
+        if (!number.isEmpty() && (callIsSameNumber(number, call.strNumber) ||
+                                  callIsSameNumber(m_settings.plan().rewrite(number), call.strNumber)))
+            return device;
+    }
+    return tagCallDevice();
+}
+
+tagCallOptions callRules::optionsOf(const tagCall& call)
+{
+    tagCallOptions options = m_settings.line(call.nAccount).options;
+    const tagCallDevice device = deviceOf(call);
+    options.bCamera = options.bCamera && !device.bNoVideo;
+    options.bMicrophone = !device.bNoAudio;
+    return options;
 }
 
 // Empty when the call is not forwarded: nobody is there to do it for an analogue line, and what would come
@@ -150,7 +179,7 @@ bool callRules::answer(int id)
     if (!isRingingIn(call))
         return false;
     holdOthers(id);
-    return m_backend.answer(id, m_settings.line(call.nAccount).options);
+    return m_backend.answer(id, optionsOf(call));
 }
 
 bool callRules::decline(int id)
@@ -197,13 +226,26 @@ bool callRules::transfer(int id, const QString& number)
     return find(id).eState == CALL_TALKING && !target.isEmpty() && m_backend.transfer(id, target);
 }
 
-bool callRules::sendTones(int id, const QString& tones)
+bool callRules::isTones(const QString& tones)
 {
     const auto isTone = [](QChar tone) { return QStringLiteral("0123456789*#ABCD").contains(tone); };
-    if (find(id).eState != CALL_TALKING || tones.isEmpty() ||
-        !std::all_of(tones.begin(), tones.end(), isTone))
-        return false;
-    return std::all_of(tones.begin(), tones.end(), [&](QChar tone) { return m_backend.sendTone(id, tone); });
+    return !tones.isEmpty() && std::all_of(tones.begin(), tones.end(), isTone);
+}
+
+bool callRules::sendTones(int id, const QString& tones)
+{
+    return find(id).eState == CALL_TALKING && isTones(tones) &&
+           std::all_of(tones.begin(), tones.end(),
+                       [&](QChar tone) { return m_backend.sendTone(id, tone, false); });
+}
+
+bool callRules::openDoor(int id)
+{
+    const tagCall call = find(id);
+    const QString pin = deviceOf(call).strUnlockPin;
+    return call.eState == CALL_TALKING && isTones(pin) &&
+           std::all_of(pin.begin(), pin.end(),
+                       [&](QChar tone) { return m_backend.sendTone(id, tone, true); });
 }
 
 int callRules::fail(const QString& number, int account, const char* reason)
@@ -243,7 +285,10 @@ int callRules::dial(const QString& number, int account)
     if (lineTaken || calls.size() >= CALLS_MAX)
         return fail(dialled, line, HX_TR("No line is free"));
     holdOthers(0);
-    return m_backend.dial(dialled, line, m_settings.line(line).options);
+    tagCall call;
+    call.strNumber = dialled;
+    call.nAccount = line;
+    return m_backend.dial(dialled, line, optionsOf(call));
 }
 
 void callRules::callChanged(const tagCall& call)

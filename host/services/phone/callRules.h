@@ -9,6 +9,7 @@
 //
 // A number that goes out is rewritten by the dial plan before a line is chosen. Who talks last talks: the
 // others are put on hold.
+#include "host/services/phone/callDevices.h"
 #include "host/services/phone/callSettings.h"
 #include "host/services/phone/phoneBackend.h"
 #include "support/host/message.h"
@@ -41,7 +42,14 @@ public:
     bool transfer(int id, const QString& number);
     // "0123456789*#ABCD", in their order; false when one is none of these, and nothing is sent.
     bool sendTones(int id, const QString& tones);
+    // Sends the tones that open the door at the other end, which nobody gets to see. False where there is
+    // none.
+    bool openDoor(int id);
 
+    // The door phone or camera that the call is with; one without a number when it is with none.
+    tagCallDevice deviceOf(const tagCall& call);
+    // Whether openDoor() has tones to send.
+    bool hasDoor(const tagCall& call) { return isTones(deviceOf(call).strUnlockPin); }
     QList<tagCall> calls() const;
     const callSettings& settings() const { return m_settings; }
 
@@ -60,7 +68,10 @@ private:
 
     tagCall find(int id) const;
     bool rings(int id) const;
-    bool isTaken(const tagCall& call) const;
+    bool isTaken(const tagCall& call);
+    bool isRefusedBy(const tagCall& other);
+    tagCallOptions optionsOf(const tagCall& call);
+    static bool isTones(const QString& tones);
     QString targetFor(const tagCall& call, const tagForward& forward) const;
     bool comesFrom(const tagCall& call, const QString& number) const;
     void startRinging(const tagCall& call);

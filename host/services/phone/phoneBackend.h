@@ -54,8 +54,8 @@ public:
     virtual bool setMuted(int id, bool muted) = 0;
     // Puts the other side through to the number, without waiting for it: the call is over here.
     virtual bool transfer(int id, const QString& number) = 0;
-    // One of "0123456789*#ABCD".
-    virtual bool sendTone(int id, QChar tone) = 0;
+    // One of "0123456789*#ABCD". A secret one shows as "•" in what the call tells of its tones.
+    virtual bool sendTone(int id, QChar tone, bool secret) = 0;
 
     virtual QList<tagCall> calls() const = 0;
     // As the module sees them; a simulation may count calls that nobody made here.

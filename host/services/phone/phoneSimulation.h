@@ -41,7 +41,7 @@ public:
     bool setHeld(int id, bool held) override { return m_calls.setHeld(id, held); }
     bool setMuted(int id, bool muted) override { return m_calls.setMuted(id, muted); }
     bool transfer(int id, const QString& number) override { return m_calls.transfer(id, number); }
-    bool sendTone(int id, QChar tone) override { return m_calls.sendTone(id, tone); }
+    bool sendTone(int id, QChar tone, bool secret) override { return m_calls.sendTone(id, tone, secret); }
     QList<tagCall> calls() const override { return m_calls.calls(); }
     int callTotal() const override { return m_nOtherCalls + int(m_calls.calls().size()); }
     bool isInTalk() const override { return m_bOtherTalk || m_calls.isTalking(); }

@@ -196,12 +196,12 @@ bool simulatedCalls::transfer(int id, const QString& number)
     return end(indexOf(id), CALL_TRANSFERRED);
 }
 
-bool simulatedCalls::sendTone(int id, QChar tone)
+bool simulatedCalls::sendTone(int id, QChar tone, bool secret)
 {
     tagCall* call = talkingCall(id);
     if (!call)
         return false;
-    call->strTones += tone;
+    call->strTones += secret ? QChar(0x2022) : tone;
     return tell(id);
 }
 

@@ -45,7 +45,7 @@ public:
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
     bool transfer(int id, const QString& number);
-    bool sendTone(int id, QChar tone);
+    bool sendTone(int id, QChar tone, bool secret);
 
     bool holdFromOutside(int id, bool held);
     bool hangUpFromOutside(int id);

@@ -27,8 +27,9 @@ struct tagCallOptions
     bool bAnonymous = false; // the own number is kept back
     bool bVideo = false;
     bool bCamera = false; // shows the own picture
-    int nBandwidth = 0;   // kbit/s of video; 0: what the network bears
-    int nFrameRate = 30;  // pictures a second
+    bool bMicrophone = true;
+    int nBandwidth = 0;  // kbit/s of video; 0: what the network bears
+    int nFrameRate = 30; // pictures a second
 };
 
 struct tagCall
