@@ -402,6 +402,8 @@ void frmCall::showSoftKeys()
         m_pSoftKeys->SetButton(1, "VolumeDown", Translate("Volume -"), this, SLOT(on_click_VolumeDown()));
         m_pSoftKeys->SetButton(2, "VolumeUp", Translate("Volume +"), this, SLOT(on_click_VolumeUp()));
     }
+    if (talks() && phoneService::instance().rules().hasDoor(m_call))
+        m_pSoftKeys->SetButton(2, "OpenDoor", Translate(HX_TR("Open door")), this, SLOT(on_click_OpenDoor()));
     m_pSoftKeys->SetButton(3, "End", Translate("End"), this, SLOT(on_click_End()));
 }
 
@@ -446,6 +448,8 @@ void frmCall::close()
 bool frmCall::mayShowDisplay() const
 {
     if (!isVisible() || m_bPad || !displayClient::instance().isEnabled())
+        return false;
+    if (phoneService::instance().rules().deviceOf(m_call).bFullScreen)
         return false;
     const auto talk = hostModule().isDisplayTalkEnabled;
     const auto ringBack = hostModule().isDisplayRingBackEnabled;
@@ -643,6 +647,12 @@ void frmCall::on_click_End()
 {
     if (!phoneService::instance().hangUp(m_call.nId))
         close();
+}
+
+// Which digits do it is not shown.
+void frmCall::on_click_OpenDoor()
+{
+    phoneService::instance().rules().openDoor(m_call.nId);
 }
 
 void frmCall::on_click_Answer()

@@ -40,6 +40,7 @@ private slots:
     void on_click_Keys();
     void on_click_AddCall();
     void on_click_Swap();
+    void on_click_OpenDoor();
 
 private:
     enum { END_MS = 1500, TICK_MS = 200 };

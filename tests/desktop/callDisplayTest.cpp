@@ -3,6 +3,7 @@
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
 #include "host/services/messages/messageBus.h"
+#include "host/services/phone/callDevices.h"
 #include "host/services/phone/phoneService.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
@@ -357,4 +358,22 @@ TEST_F(CallDisplay, TheClientHearsThatAFilmIsOver)
     EXPECT_EQ(msgPostMsgToThread(msgGetThreadByName("app_hxPhone"), MOVIE_MSG_FINISHED, 0, 0), 1);
     EXPECT_TRUE(kit::waitUntil([] { return told().contains("movie 120002"); }));
     messageServiceStop();
+}
+
+TEST_F(CallDisplay, ADeviceOverTheWholeScreenHasNoShowBesideIt)
+{
+    switchOn();
+    callDevicesAre([] {
+        tagCallDevice device;
+        device.strNumber = "8200";
+        device.bFullScreen = true;
+        return QList<tagCallDevice>{device};
+    });
+    dial("8201");
+    kit::stepTime(kAnswered);
+    EXPECT_TRUE(isBeside());
+    dial("8200");
+    kit::stepTime(kAnswered);
+    EXPECT_FALSE(isBeside());
+    callDevicesAre(nullptr);
 }

@@ -1,0 +1,67 @@
+// A call with a door phone: its door is opened from the call screen.
+#include "host/desktop/deviceCalls.h"
+#include "host/desktop/frmCall.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
+#include "support/host/managers.h"
+#include "tests/desktop/desktopTest.h"
+#include <QLabel>
+
+namespace {
+
+class DoorCall : public DesktopTest
+{
+protected:
+    DoorCall()
+    {
+        registerLines();
+        writeFile("/rundata/data/doorphonedata.xml",
+                  "<DoorPhone><item title='Door Phone 1'><PhoneNumber>8100</PhoneNumber><UnlockPIN>9137"
+                  "</UnlockPIN></item><item title='Door Phone 2'><PhoneNumber>8101</PhoneNumber><UnlockPIN/>"
+                  "</item></DoorPhone>");
+        GetDoorPhoneIconViewManager()->RefreshIconView();
+        deviceCallsInstall();
+        callScreenInstall();
+    }
+    ~DoorCall() override { hangUpAll(); }
+
+    static void talk(const char* number)
+    {
+        ASSERT_TRUE(phoneSimulation::instance()->ring(number, 0, ""));
+        kit::settle();
+        const int id = phoneService::instance().calls()[0].nId;
+        ASSERT_TRUE(phoneService::instance().answer(id));
+        kit::settle();
+    }
+    static QWidget* screen() { return kit::windows().value(0); }
+    static QString tones() { return phoneService::instance().calls()[0].strTones; }
+};
+
+} // namespace
+
+TEST_F(DoorCall, TheDoorIsOpenedByAFingerAndByItsKeyAndNobodySeesTheDigits)
+{
+    talk("8100");
+    EXPECT_NE(softKeys(screen()).find("Open door"), std::string::npos) << softKeys(screen());
+    kit::shot("call-door");
+    tapSoftKey(screen(), 2);
+    EXPECT_EQ(tones(), "\u2022\u2022\u2022\u2022");
+    kit::settle();
+    for (const QLabel* label : screen()->findChildren<QLabel*>())
+        EXPECT_FALSE(label->text().contains("9137"));
+    kit::key(Qt::Key_F3);
+    EXPECT_EQ(tones().size(), 8);
+}
+
+TEST_F(DoorCall, WithoutDigitsOrWithSomebodyElseThereIsNoDoor)
+{
+    for (const char* number : {"8101", "4711"}) {
+        talk(number);
+        EXPECT_EQ(softKeys(screen()).find("Open door"), std::string::npos) << softKeys(screen());
+        hangUpAll();
+        kit::stepTime(2000);
+    }
+    ASSERT_TRUE(phoneSimulation::instance()->ring("8100", 0, ""));
+    kit::settle();
+    EXPECT_EQ(softKeys(screen()).find("Open door"), std::string::npos) << "it only rings";
+}
