@@ -1590,5 +1590,137 @@
         <source>Transfer</source>
         <translation>Übergeben</translation>
     </message>
+    <message>
+        <source>2N</source>
+        <translation>2N</translation>
+    </message>
+    <message>
+        <source>Access Pin</source>
+        <translation>Zugangs-PIN</translation>
+    </message>
+    <message>
+        <source>Account is invalid!</source>
+        <translation>Das Konto ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Advance</source>
+        <translation>Erweitert</translation>
+    </message>
+    <message>
+        <source>Basic</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>Device Model</source>
+        <translation>Gerätemodell</translation>
+    </message>
+    <message>
+        <source>Display Name already exists!</source>
+        <translation>Diesen Anzeigenamen gibt es schon!</translation>
+    </message>
+    <message>
+        <source>Display Name is invalid!</source>
+        <translation>Der Anzeigename ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Door Phone 2</source>
+        <translation>Türstation 2</translation>
+    </message>
+    <message>
+        <source>Door Phone 3</source>
+        <translation>Türstation 3</translation>
+    </message>
+    <message>
+        <source>Door Phone 4</source>
+        <translation>Türstation 4</translation>
+    </message>
+    <message>
+        <source>Fullscreen</source>
+        <translation>Vollbild</translation>
+    </message>
+    <message>
+        <source>IP Camera 2</source>
+        <translation>IP-Kamera 2</translation>
+    </message>
+    <message>
+        <source>IP Camera 3</source>
+        <translation>IP-Kamera 3</translation>
+    </message>
+    <message>
+        <source>IP Camera 4</source>
+        <translation>IP-Kamera 4</translation>
+    </message>
+    <message>
+        <source>IP Camera Setting</source>
+        <translation>IP-Kamera einrichten</translation>
+    </message>
+    <message>
+        <source>Index</source>
+        <translation>Nr.</translation>
+    </message>
+    <message>
+        <source>Line1</source>
+        <translation>Leitung 1</translation>
+    </message>
+    <message>
+        <source>Line2</source>
+        <translation>Leitung 2</translation>
+    </message>
+    <message>
+        <source>Line3</source>
+        <translation>Leitung 3</translation>
+    </message>
+    <message>
+        <source>Line4</source>
+        <translation>Leitung 4</translation>
+    </message>
+    <message>
+        <source>Linkcom</source>
+        <translation>Linkcom</translation>
+    </message>
+    <message>
+        <source>Mobotix</source>
+        <translation>Mobotix</translation>
+    </message>
+    <message>
+        <source>Not Send Audio</source>
+        <translation>Keinen Ton senden</translation>
+    </message>
+    <message>
+        <source>Not Send Video</source>
+        <translation>Kein Video senden</translation>
+    </message>
+    <message>
+        <source>Refuse New Incoming Call</source>
+        <translation>Andere Anrufe abweisen</translation>
+    </message>
+    <message>
+        <source>Unlock Pin</source>
+        <translation>Türöffner-PIN</translation>
+    </message>
+    <message>
+        <source>Voice Mail Setting</source>
+        <translation>Mailbox einrichten</translation>
+    </message>
+    <message>
+        <source>Voice mail number is invalid!</source>
+        <translation>Die Mailbox-Nummer ist ungültig!</translation>
+    </message>
+    <message>
+        <source>Voice mail number is invalid!!</source>
+        <translation>Die Mailbox-Nummer ist ungültig!!</translation>
+    </message>
+    <message>
+        <source>new</source>
+        <translation>neu</translation>
+    </message>
+    <message>
+        <source>old</source>
+        <translation>alt</translation>
+    </message>
 </context>
 </TS>

@@ -1590,5 +1590,137 @@
         <source>Transfer</source>
         <translation>Transferir</translation>
     </message>
+    <message>
+        <source>2N</source>
+        <translation>2N</translation>
+    </message>
+    <message>
+        <source>Access Pin</source>
+        <translation>PIN de acceso</translation>
+    </message>
+    <message>
+        <source>Account is invalid!</source>
+        <translation>¡La cuenta no es válida!</translation>
+    </message>
+    <message>
+        <source>Advance</source>
+        <translation>Avanzado</translation>
+    </message>
+    <message>
+        <source>Basic</source>
+        <translation>Básico</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Otro</translation>
+    </message>
+    <message>
+        <source>Device Model</source>
+        <translation>Modelo</translation>
+    </message>
+    <message>
+        <source>Display Name already exists!</source>
+        <translation>¡Este nombre visible ya existe!</translation>
+    </message>
+    <message>
+        <source>Display Name is invalid!</source>
+        <translation>¡El nombre visible no es válido!</translation>
+    </message>
+    <message>
+        <source>Door Phone 2</source>
+        <translation>Videoportero 2</translation>
+    </message>
+    <message>
+        <source>Door Phone 3</source>
+        <translation>Videoportero 3</translation>
+    </message>
+    <message>
+        <source>Door Phone 4</source>
+        <translation>Videoportero 4</translation>
+    </message>
+    <message>
+        <source>Fullscreen</source>
+        <translation>Pantalla completa</translation>
+    </message>
+    <message>
+        <source>IP Camera 2</source>
+        <translation>Cámara IP 2</translation>
+    </message>
+    <message>
+        <source>IP Camera 3</source>
+        <translation>Cámara IP 3</translation>
+    </message>
+    <message>
+        <source>IP Camera 4</source>
+        <translation>Cámara IP 4</translation>
+    </message>
+    <message>
+        <source>IP Camera Setting</source>
+        <translation>Ajustes de la cámara IP</translation>
+    </message>
+    <message>
+        <source>Index</source>
+        <translation>N.º</translation>
+    </message>
+    <message>
+        <source>Line1</source>
+        <translation>Línea 1</translation>
+    </message>
+    <message>
+        <source>Line2</source>
+        <translation>Línea 2</translation>
+    </message>
+    <message>
+        <source>Line3</source>
+        <translation>Línea 3</translation>
+    </message>
+    <message>
+        <source>Line4</source>
+        <translation>Línea 4</translation>
+    </message>
+    <message>
+        <source>Linkcom</source>
+        <translation>Linkcom</translation>
+    </message>
+    <message>
+        <source>Mobotix</source>
+        <translation>Mobotix</translation>
+    </message>
+    <message>
+        <source>Not Send Audio</source>
+        <translation>No enviar audio</translation>
+    </message>
+    <message>
+        <source>Not Send Video</source>
+        <translation>No enviar vídeo</translation>
+    </message>
+    <message>
+        <source>Refuse New Incoming Call</source>
+        <translation>Rechazar otras llamadas</translation>
+    </message>
+    <message>
+        <source>Unlock Pin</source>
+        <translation>PIN de apertura</translation>
+    </message>
+    <message>
+        <source>Voice Mail Setting</source>
+        <translation>Ajustes del buzón de voz</translation>
+    </message>
+    <message>
+        <source>Voice mail number is invalid!</source>
+        <translation>¡El número del buzón de voz no es válido!</translation>
+    </message>
+    <message>
+        <source>Voice mail number is invalid!!</source>
+        <translation>¡¡El número del buzón de voz no es válido!!</translation>
+    </message>
+    <message>
+        <source>new</source>
+        <translation>nuevos</translation>
+    </message>
+    <message>
+        <source>old</source>
+        <translation>antiguos</translation>
+    </message>
 </context>
 </TS>

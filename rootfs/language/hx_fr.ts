@@ -1590,5 +1590,137 @@
         <source>Transfer</source>
         <translation>Transférer</translation>
     </message>
+    <message>
+        <source>2N</source>
+        <translation>2N</translation>
+    </message>
+    <message>
+        <source>Access Pin</source>
+        <translation>Code PIN d’accès</translation>
+    </message>
+    <message>
+        <source>Account is invalid!</source>
+        <translation>Le compte n’est pas valide !</translation>
+    </message>
+    <message>
+        <source>Advance</source>
+        <translation>Avancé</translation>
+    </message>
+    <message>
+        <source>Basic</source>
+        <translation>Général</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Autre</translation>
+    </message>
+    <message>
+        <source>Device Model</source>
+        <translation>Modèle</translation>
+    </message>
+    <message>
+        <source>Display Name already exists!</source>
+        <translation>Ce nom affiché existe déjà !</translation>
+    </message>
+    <message>
+        <source>Display Name is invalid!</source>
+        <translation>Le nom affiché n’est pas valide !</translation>
+    </message>
+    <message>
+        <source>Door Phone 2</source>
+        <translation>Interphone 2</translation>
+    </message>
+    <message>
+        <source>Door Phone 3</source>
+        <translation>Interphone 3</translation>
+    </message>
+    <message>
+        <source>Door Phone 4</source>
+        <translation>Interphone 4</translation>
+    </message>
+    <message>
+        <source>Fullscreen</source>
+        <translation>Plein écran</translation>
+    </message>
+    <message>
+        <source>IP Camera 2</source>
+        <translation>Caméra IP 2</translation>
+    </message>
+    <message>
+        <source>IP Camera 3</source>
+        <translation>Caméra IP 3</translation>
+    </message>
+    <message>
+        <source>IP Camera 4</source>
+        <translation>Caméra IP 4</translation>
+    </message>
+    <message>
+        <source>IP Camera Setting</source>
+        <translation>Réglages de la caméra IP</translation>
+    </message>
+    <message>
+        <source>Index</source>
+        <translation>N°</translation>
+    </message>
+    <message>
+        <source>Line1</source>
+        <translation>Ligne 1</translation>
+    </message>
+    <message>
+        <source>Line2</source>
+        <translation>Ligne 2</translation>
+    </message>
+    <message>
+        <source>Line3</source>
+        <translation>Ligne 3</translation>
+    </message>
+    <message>
+        <source>Line4</source>
+        <translation>Ligne 4</translation>
+    </message>
+    <message>
+        <source>Linkcom</source>
+        <translation>Linkcom</translation>
+    </message>
+    <message>
+        <source>Mobotix</source>
+        <translation>Mobotix</translation>
+    </message>
+    <message>
+        <source>Not Send Audio</source>
+        <translation>Ne pas envoyer le son</translation>
+    </message>
+    <message>
+        <source>Not Send Video</source>
+        <translation>Ne pas envoyer la vidéo</translation>
+    </message>
+    <message>
+        <source>Refuse New Incoming Call</source>
+        <translation>Refuser les autres appels</translation>
+    </message>
+    <message>
+        <source>Unlock Pin</source>
+        <translation>Code PIN d’ouverture</translation>
+    </message>
+    <message>
+        <source>Voice Mail Setting</source>
+        <translation>Réglages de la messagerie vocale</translation>
+    </message>
+    <message>
+        <source>Voice mail number is invalid!</source>
+        <translation>Le numéro de messagerie vocale n’est pas valide !</translation>
+    </message>
+    <message>
+        <source>Voice mail number is invalid!!</source>
+        <translation>Le numéro de messagerie vocale n’est pas valide ! !</translation>
+    </message>
+    <message>
+        <source>new</source>
+        <translation>nouveaux</translation>
+    </message>
+    <message>
+        <source>old</source>
+        <translation>anciens</translation>
+    </message>
 </context>
 </TS>

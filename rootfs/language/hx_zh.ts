@@ -1590,5 +1590,137 @@
         <source>Transfer</source>
         <translation>转接</translation>
     </message>
+    <message>
+        <source>2N</source>
+        <translation>2N</translation>
+    </message>
+    <message>
+        <source>Access Pin</source>
+        <translation>访问 PIN 码</translation>
+    </message>
+    <message>
+        <source>Account is invalid!</source>
+        <translation>账号无效！</translation>
+    </message>
+    <message>
+        <source>Advance</source>
+        <translation>高级</translation>
+    </message>
+    <message>
+        <source>Basic</source>
+        <translation>基本</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>自定义</translation>
+    </message>
+    <message>
+        <source>Device Model</source>
+        <translation>设备型号</translation>
+    </message>
+    <message>
+        <source>Display Name already exists!</source>
+        <translation>显示名称已存在！</translation>
+    </message>
+    <message>
+        <source>Display Name is invalid!</source>
+        <translation>显示名称无效！</translation>
+    </message>
+    <message>
+        <source>Door Phone 2</source>
+        <translation>门口机 2</translation>
+    </message>
+    <message>
+        <source>Door Phone 3</source>
+        <translation>门口机 3</translation>
+    </message>
+    <message>
+        <source>Door Phone 4</source>
+        <translation>门口机 4</translation>
+    </message>
+    <message>
+        <source>Fullscreen</source>
+        <translation>全屏</translation>
+    </message>
+    <message>
+        <source>IP Camera 2</source>
+        <translation>网络摄像机 2</translation>
+    </message>
+    <message>
+        <source>IP Camera 3</source>
+        <translation>网络摄像机 3</translation>
+    </message>
+    <message>
+        <source>IP Camera 4</source>
+        <translation>网络摄像机 4</translation>
+    </message>
+    <message>
+        <source>IP Camera Setting</source>
+        <translation>网络摄像机设置</translation>
+    </message>
+    <message>
+        <source>Index</source>
+        <translation>序号</translation>
+    </message>
+    <message>
+        <source>Line1</source>
+        <translation>线路 1</translation>
+    </message>
+    <message>
+        <source>Line2</source>
+        <translation>线路 2</translation>
+    </message>
+    <message>
+        <source>Line3</source>
+        <translation>线路 3</translation>
+    </message>
+    <message>
+        <source>Line4</source>
+        <translation>线路 4</translation>
+    </message>
+    <message>
+        <source>Linkcom</source>
+        <translation>Linkcom</translation>
+    </message>
+    <message>
+        <source>Mobotix</source>
+        <translation>Mobotix</translation>
+    </message>
+    <message>
+        <source>Not Send Audio</source>
+        <translation>不发送音频</translation>
+    </message>
+    <message>
+        <source>Not Send Video</source>
+        <translation>不发送视频</translation>
+    </message>
+    <message>
+        <source>Refuse New Incoming Call</source>
+        <translation>拒绝新来电</translation>
+    </message>
+    <message>
+        <source>Unlock Pin</source>
+        <translation>开门 PIN 码</translation>
+    </message>
+    <message>
+        <source>Voice Mail Setting</source>
+        <translation>语音信箱设置</translation>
+    </message>
+    <message>
+        <source>Voice mail number is invalid!</source>
+        <translation>语音信箱号码无效！</translation>
+    </message>
+    <message>
+        <source>Voice mail number is invalid!!</source>
+        <translation>语音信箱号码无效！！</translation>
+    </message>
+    <message>
+        <source>new</source>
+        <translation>条新</translation>
+    </message>
+    <message>
+        <source>old</source>
+        <translation>条旧</translation>
+    </message>
 </context>
 </TS>
