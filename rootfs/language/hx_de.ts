@@ -1722,5 +1722,9 @@
         <source>old</source>
         <translation>alt</translation>
     </message>
+    <message>
+        <source>Open door</source>
+        <translation>Tür öffnen</translation>
+    </message>
 </context>
 </TS>

@@ -1722,5 +1722,9 @@
         <source>old</source>
         <translation>antiguos</translation>
     </message>
+    <message>
+        <source>Open door</source>
+        <translation>Abrir la puerta</translation>
+    </message>
 </context>
 </TS>

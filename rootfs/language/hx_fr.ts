@@ -1722,5 +1722,9 @@
         <source>old</source>
         <translation>anciens</translation>
     </message>
+    <message>
+        <source>Open door</source>
+        <translation>Ouvrir la porte</translation>
+    </message>
 </context>
 </TS>

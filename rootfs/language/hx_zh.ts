@@ -1722,5 +1722,9 @@
         <source>old</source>
         <translation>条旧</translation>
     </message>
+    <message>
+        <source>Open door</source>
+        <translation>开门</translation>
+    </message>
 </context>
 </TS>
