@@ -541,6 +541,21 @@ TEST_F(DialPlanPage, BackTellsAndStoresOnlyWhatWasChanged)
     expectChangesTold({});
 }
 
+// Whatever put the page away, a call or the home key: the next show begins with what is stored.
+TEST_F(DialPlanPage, AChangeThatWasLeftUnstoredIsForgottenByTheNextShow)
+{
+    openPage();
+    choose(0);
+    enter("editReplace", "011");
+    ok();
+    page->hide();
+    openPage();
+    EXPECT_EQ(rows(), (QStringList{"00=+", "9="}));
+    back();
+    expectChangesTold({});
+    EXPECT_EQ(readFile(PLAN_FILE), kTwoRules);
+}
+
 TEST_F(DialPlanPage, TheKeyThatLeavesThePageStoresToo)
 {
     openPage();
