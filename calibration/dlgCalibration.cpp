@@ -200,7 +200,8 @@ void dlgCalibration::OnSampleTimer(msgObject&)
 
 void dlgCalibration::askSample()
 {
-    m_sampler.Request(m_pDevice, [this](const ts_sample& sample) { onSample(sample); });
+    // A wait without a report is no sample.
+    m_sampler.Request(m_pDevice, 0, [this](const ts_sample& sample) { onSample(sample); });
 }
 
 void dlgCalibration::onSample(const ts_sample& sample)
@@ -254,7 +255,9 @@ void dlgCalibration::OnPointUp(msgObject&)
 
 void dlgCalibration::askReleaseSample()
 {
-    m_sampler.Request(m_pDevice, [this](const ts_sample& sample) { onReleaseSample(sample); });
+    // A finger that lies still makes no reports, and has not left.
+    m_sampler.Request(m_pDevice, samp[CALIBRATION_SAMPLES - 1].pressure,
+                      [this](const ts_sample& sample) { onReleaseSample(sample); });
 }
 
 // A panel may report faster than the ticks come: what waits already is looked through, or a finger that left

@@ -14,9 +14,10 @@ TouchSampler::TouchSampler(QObject* parent) : QObject(parent)
     connect(&m_timer, &QTimer::timeout, this, &TouchSampler::onTimeOut);
 }
 
-void TouchSampler::Request(const tsdev* device, Taken taken)
+void TouchSampler::Request(const tsdev* device, unsigned pressure, Taken taken)
 {
     Cancel();
+    m_nPressure = pressure;
     m_taken = std::move(taken);
     m_bLost = false;
     if (!RawCall::IsEnabled()) {
@@ -64,7 +65,14 @@ void TouchSampler::onTimeOut()
     if (m_call && rawDeviceWait(m_call->Descriptor(), 0) > 0)
         onReady();
     else
-        finish(ts_sample());
+        finish(silence());
+}
+
+ts_sample TouchSampler::silence() const
+{
+    ts_sample sample;
+    sample.pressure = m_nPressure;
+    return sample;
 }
 
 void TouchSampler::finish(const ts_sample& sample)

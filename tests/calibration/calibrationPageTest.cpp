@@ -215,8 +215,28 @@ TEST_F(CalibrationPage, ANewPointBeginsOnlyAfterTheFingerHasLeft)
     const QByteArray touch = shortRecords({x(100), y(100), pressure(9)}); // nothing keeps a read waiting
     for (int i = 0; i < 170; ++i) {
         send(touch);
-        kit::stepTime(i < 150 ? 4 : 60); // a tenth of a second of silence would be a finger that has left
+        kit::stepTime(i < 150 ? 4 : 60);
     }
+    EXPECT_EQ(cross(), kPlaces[1]);
+    send(lifted());
+    kit::stepTime(1500);
+    holdAt(700, 100);
+    EXPECT_EQ(cross(), kPlaces[2]);
+}
+
+TEST_F(CalibrationPage, AFingerThatLiesStillHasNotLeft)
+{
+    openPage();
+    holdAt(100, 100);
+    ASSERT_EQ(cross(), kPlaces[1]);
+    QByteArray reports;
+    for (int i = 0; i < 13; ++i)
+        reports += report(100, 100, 9);
+    for (int i = 0; i < 3; ++i) {
+        kit::stepTime(2000);
+        send(reports);
+    }
+    kit::stepTime(2000);
     EXPECT_EQ(cross(), kPlaces[1]);
     send(lifted());
     kit::stepTime(1500);
