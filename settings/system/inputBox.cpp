@@ -4,6 +4,7 @@
 #include "support/host/button.h"
 #include "support/host/image.h"
 #include "support/host/ime.h"
+#include "support/host/language.h"
 #include "support/host/ui.h"
 #include <QKeyEvent>
 #include <QLabel>
@@ -40,6 +41,7 @@ void InputBox::BuildBox(const tagInputBox& parts)
     dressButtons();
     showMethod();
     renewBackground();
+    qFollowLanguage(this, [this] { translateTexts(this); });
 }
 
 void InputBox::dressButtons()

@@ -46,7 +46,7 @@ TEST_F(Sampler, WhatHasComeWhenItsTimeIsOverStillCounts)
 {
     ts_sample taken = {-1, -1, 0, {}};
     int times = 0;
-    sampler.Request(&device, [&](const ts_sample& sample) {
+    sampler.Request(&device, 0, [&](const ts_sample& sample) {
         taken = sample;
         ++times;
     });
@@ -60,15 +60,18 @@ TEST_F(Sampler, WhatHasComeWhenItsTimeIsOverStillCounts)
     EXPECT_EQ(taken.y, 3400);
 }
 
-TEST_F(Sampler, SilenceForATenthOfASecondIsASampleOfZeros)
+TEST_F(Sampler, SilenceForATenthOfASecondIsASampleOfZerosThatKeepsThePressure)
 {
-    ts_sample taken = {-1, -1, 7, {}};
-    sampler.Request(&device, [&](const ts_sample& sample) { taken = sample; });
-    kit::stepTime(RAW_WAIT_US / 1000 - 20);
-    EXPECT_TRUE(sampler.IsWaiting());
-    EXPECT_EQ(taken.x, -1);
-    kit::stepTime(30);
-    EXPECT_FALSE(sampler.IsWaiting());
-    EXPECT_EQ(taken.x, 0);
-    EXPECT_EQ(taken.pressure, 0u);
+    for (const unsigned held : {0u, 60u}) {
+        ts_sample taken = {-1, -1, 7, {}};
+        sampler.Request(&device, held, [&](const ts_sample& sample) { taken = sample; });
+        kit::stepTime(RAW_WAIT_US / 1000 - 20);
+        EXPECT_TRUE(sampler.IsWaiting());
+        EXPECT_EQ(taken.x, -1);
+        kit::stepTime(30);
+        EXPECT_FALSE(sampler.IsWaiting());
+        EXPECT_EQ(taken.x, 0);
+        EXPECT_EQ(taken.y, 0);
+        EXPECT_EQ(taken.pressure, held);
+    }
 }

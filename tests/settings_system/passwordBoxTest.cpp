@@ -314,3 +314,17 @@ TEST_F(PasswordBox, ItsTitleIsTranslated)
         tap("btnCancel");
     });
 }
+
+TEST_F(PasswordBox, ANewLanguageShowsInPlace)
+{
+    asks([this] {
+        kit::type("pw");
+        GetLanguageHelper()->SetLanguage("French");
+        kit::settle();
+        EXPECT_EQ(child<QLabel>("labTitle")->text(), QString::fromUtf8("Saisissez le mot de passe\u00a0:"));
+        EXPECT_EQ(edit->text().size(), 2);
+        EXPECT_EQ(child<QPushButton>("btnEdit")->text(), "2aB");
+        kit::shot("password-box-fr");
+        tap("btnCancel");
+    });
+}
