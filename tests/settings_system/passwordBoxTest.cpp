@@ -321,7 +321,7 @@ TEST_F(PasswordBox, ANewLanguageShowsInPlace)
         kit::type("pw");
         GetLanguageHelper()->SetLanguage("French");
         kit::settle();
-        EXPECT_EQ(child<QLabel>("labTitle")->text(), QString::fromUtf8("Saisissez le mot de passe\u00a0:"));
+        EXPECT_EQ(child<QLabel>("labTitle")->text(), QString::fromUtf8("Saisissez le mot de passe\u202f:"));
         EXPECT_EQ(edit->text().size(), 2);
         EXPECT_EQ(child<QPushButton>("btnEdit")->text(), "2aB");
         kit::shot("password-box-fr");
