@@ -52,7 +52,7 @@ protected:
     void goToTab(int line) { tap(160 + 632 * (2 * line + 1) / 8, 70); }
 
     QJsonArray calls() { return ctl({"calls"}).toObject()["calls"].toArray(); }
-    QJsonObject lastEnded() { return ctl({"calls"}).toObject()["ended"].toArray()[0].toObject(); }
+    QJsonObject lastEnded() { return ctl({"calls"}).toObject()["ended"].toArray().at(0).toObject(); }
     bool ends(const QString& number, const QString& end)
     {
         return kit::waits([&] { return lastEnded()["number"] == number && lastEnded()["end"] == end; },
@@ -60,7 +60,7 @@ protected:
     }
     bool talks(int call)
     {
-        return kit::waits([&] { return calls()[call].toObject()["state"] == "talking"; }, kWaitMs);
+        return kit::waits([&] { return calls().at(call).toObject()["state"] == "talking"; }, kWaitMs);
     }
     void hangUpAll()
     {
@@ -125,7 +125,7 @@ TEST_F(CallSettings, ASecondCallIsBusyOrWaitsAsThePageSays)
     ASSERT_TRUE(talks(0));
     ctl({"ring", "4", "1"});
     ASSERT_EQ(calls().size(), 2);
-    EXPECT_EQ(calls()[1].toObject()["state"].toString(), "ringing");
+    EXPECT_EQ(calls().at(1).toObject()["state"].toString(), "ringing");
     hangUpAll();
 }
 
@@ -148,8 +148,8 @@ TEST_F(CallSettings, ALineAnswersByItselfRejectsWhoHidesAndTellsTheExchange)
     step("cmbAnonymousCallRejection", "On");
     saved(true);
     ASSERT_TRUE(kit::waits([&] { return calls().size() == 1; }, kWaitMs)) << "the exchange is told";
-    EXPECT_EQ(calls()[0].toObject()["number"].toString(), "*67");
-    EXPECT_FALSE(calls()[0].toObject()["anonymous"].toBool());
+    EXPECT_EQ(calls().at(0).toObject()["number"].toString(), "*67");
+    EXPECT_FALSE(calls().at(0).toObject()["anonymous"].toBool());
     hangUpAll();
     ctl({"ring", "4711", "0", "anonymous"});
     EXPECT_TRUE(ends("4711", "rejected"));
@@ -170,7 +170,7 @@ TEST_F(CallSettings, ACallIsMadeWithTheVideoThatItsLineHas)
         waitPage("frmCall");
         key("Return");
         EXPECT_TRUE(talks(0));
-        return calls()[0].toObject();
+        return calls().at(0).toObject();
     };
     QJsonObject call = answered();
     EXPECT_TRUE(call["video"].toBool());
@@ -200,7 +200,7 @@ TEST_F(CallSettings, TheDialScreenEndsANumberByTheKeyThatIsSetAndCallsTheHotline
     waitIdle();
     pad("80*");
     waitPage("frmCall");
-    EXPECT_EQ(calls()[0].toObject()["number"].toString(), "80");
+    EXPECT_EQ(calls().at(0).toObject()["number"].toString(), "80");
     hangUpAll();
 
     openPage("Hotline", "dlgHotline");
@@ -213,7 +213,7 @@ TEST_F(CallSettings, TheDialScreenEndsANumberByTheKeyThatIsSetAndCallsTheHotline
     tap("btnDial");
     waitPage("frmDial");
     waitPage("frmCall");
-    EXPECT_EQ(calls()[0].toObject()["number"].toString(), "112");
+    EXPECT_EQ(calls().at(0).toObject()["number"].toString(), "112");
     hangUpAll();
 }
 
