@@ -11,12 +11,15 @@
 #include "host/touch/mousePanel.h"
 #include "media/mediaShows.h"
 #include "settings/call/dlgDialPlan.h"
+#include "settings/call/dlgDssKeySetting.h"
 #include "settings/call/dlgPictureDialSetting.h"
+#include "settings/call/dlgSpeedDial.h"
 #include "signage/nDeckDisplay.h"
 #include "signage/nDeckRegister.h"
 #include "signage/nDeckVideoManager.h"
 #include "signage/nDeckWindow.h"
 #include "support/file/deviceRoot.h"
+#include "support/host/screen.h"
 #include <QApplication>
 #include <QCommandLineParser>
 #include <cstdio>
@@ -83,6 +86,16 @@ void wireSavers(tagModuleEntries& entries)
     entries.closeSleep = CloseScreenSleepDlg;
 }
 
+void wireKeys(tagModuleEntries& entries)
+{
+    entries.editDssKey = [](int index) { GetDssKeySetting()->ShowByDsskeyIndex(index); };
+    entries.openSpeedDials = [](int index) {
+        dlgSpeedDial* page = getSpeedDialDialog();
+        screenBringUp(page);
+        page->SetTabWgtRow(index);
+    };
+}
+
 void wireModule()
 {
     tagModuleEntries entries = settingEntries();
@@ -90,6 +103,7 @@ void wireModule()
     entries.editPictureDial = [](PicDialIconViewItem* item) {
         GetdlgPictureDialSetting()->ShowByIconViewItem(item);
     };
+    wireKeys(entries);
     wireSavers(entries);
     wireSignage(entries);
     hostSetModule(entries);

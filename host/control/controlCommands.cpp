@@ -1,6 +1,7 @@
 #include "host/control/controlCommands.h"
 #include "host/control/callCommands.h"
 #include "host/control/inputInjector.h"
+#include "host/control/keyCommands.h"
 #include "host/control/screenTree.h"
 #include "host/control/waiting.h"
 #include "host/control/worldCommands.h"
@@ -198,10 +199,12 @@ const Command kCommands[] = {
     {"memory", 0, 0, memory, "memory"},
     {"shot", 1, 1, shot, "shot FILE"},
     {"log", 0, 1, log, "log [N]"},
-    {"set", 2, 8, controlSet, "set line|net|pstn|calls|upgrading|clock|storage|idle|language ..."},
+    {"set", 2, 8, controlSet, "set line|list|net|pstn|calls|upgrading|clock|storage|idle|language ..."},
     {"ring", 1, 12, controlRing, CONTROL_RING_FORM},
     {"calls", 0, 0, controlCalls, "calls"},
     {"other-side", 2, 2, controlOtherSide, CONTROL_OTHER_SIDE_FORM},
+    {"dsskey", 1, 2, controlDssKey, "dsskey N [press|long|show]"},
+    {"lamp", 1, 2, controlLamp, "lamp NUMBER [idle|ringing|busy|unknown]"},
     {"post", 4, 5, post, "post THREAD MESSAGE WPARAM LPARAM [HEX]"},
     {"config", 3, 4, config, "config FILE SECTION KEY [VALUE]"},
     {"wait", 2, 3, controlWait, "wait page CLASS MS | wait idle MS"},

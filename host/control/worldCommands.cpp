@@ -1,4 +1,5 @@
 #include "host/control/worldCommands.h"
+#include "host/control/keyCommands.h"
 #include "host/screen/screenState.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
@@ -167,9 +168,10 @@ struct WorldPart
     QJsonValue (*set)(const QStringList& words);
 };
 
-const WorldPart kParts[] = {{"line", setLine},       {"net", setNet},     {"pstn", setPstn},
-                            {"calls", setCalls},     {"clock", setClock}, {"upgrading", setUpgrading},
-                            {"storage", setStorage}, {"idle", setIdle},   {"language", setLanguage}};
+const WorldPart kParts[] = {{"line", setLine},           {"list", controlSetList}, {"net", setNet},
+                            {"pstn", setPstn},           {"calls", setCalls},      {"clock", setClock},
+                            {"upgrading", setUpgrading}, {"storage", setStorage},  {"idle", setIdle},
+                            {"language", setLanguage}};
 
 } // namespace
 
@@ -181,5 +183,5 @@ void controlSet(const QStringList& arguments, const Reply& reply)
             return;
         }
     }
-    reply(controlUsage("set line|net|pstn|calls|upgrading|clock|storage|idle|language ..."));
+    reply(controlUsage("set line|list|net|pstn|calls|upgrading|clock|storage|idle|language ..."));
 }

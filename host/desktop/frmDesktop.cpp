@@ -1,5 +1,6 @@
 #include "host/desktop/callButton.h"
 #include "host/desktop/frmDial.h"
+#include "host/desktop/dssKeyStrip.h"
 #include "host/desktop/homeButton.h"
 #include "host/desktop/homeClock.h"
 #include "host/desktop/homeStatus.h"
@@ -80,6 +81,7 @@ struct frmDesktop::Private : chMsgProcesser
     idleShow* show = nullptr;
     homeButton* tiles[kColumns] = {};
     homeButton* keys[kColumns] = {};
+    dssKeyStrip* strip = nullptr; // comes when the screen is up
     QTimer refresh;
     QPixmap wallpaper;
     chString wallpaperPath;
@@ -87,7 +89,14 @@ struct frmDesktop::Private : chMsgProcesser
     int wallpaperRequest = 0;
     bool isReadyTold = false;
 
-    homeButton* at(int row, int column) const { return row == 0 ? tiles[column] : keys[column]; }
+    int rows() const { return strip ? 3 : 2; }
+    // From the top: the tiles, the programmable keys once they are there, the quick keys.
+    QAbstractButton* at(int row, int column) const
+    {
+        if (row == 0)
+            return tiles[column];
+        return strip && row == 1 ? strip->button(column) : keys[column];
+    }
     // Whoever stores another one may have shown it himself.
     bool isWallpaperOfSettings() const
     {
@@ -111,7 +120,16 @@ struct frmDesktop::Private : chMsgProcesser
         if (isReadyTold || wallpaperRequest != 0)
             return;
         isReadyTold = true;
-        QTimer::singleShot(0, desktop, &readyNoticeSend);
+        QTimer::singleShot(0, desktop, [this, desktop] {
+            readyNoticeSend();
+            QTimer::singleShot(0, desktop, [this, desktop] { makeStrip(desktop); });
+        });
+    }
+    void makeStrip(QWidget* desktop)
+    {
+        strip = new dssKeyStrip(desktop);
+        for (int column = 0; column < kColumns; ++column)
+            strip->button(column)->installEventFilter(desktop);
     }
     int TryThreadMessage(msgObject& msg) override
     {
@@ -144,17 +162,17 @@ frmDesktop::frmDesktop() : QWidget(nullptr, Qt::FramelessWindowHint), m_p(new Pr
     m_p->status = new homeStatus(this);
     m_p->status->setGeometry(0, 0, look::kScreenWidth, look::kTopBarHeight);
     m_p->clock = new homeClock(this);
-    m_p->clock->setGeometry(40, 68, 400, 134);
+    m_p->clock->setGeometry(40, 46, 400, 134);
     for (int column = 0; column < kColumns; ++column) {
         const HomeTile& tile = kTiles[column];
         homeButton* button = new homeButton(homeButton::Tile, this);
         button->setObjectName(tile.name);
-        button->setGeometry(18 + kColumnWidth * column, 220, 124, 138);
+        button->setGeometry(18 + kColumnWidth * column, 182, 124, 138);
         connect(button, &QAbstractButton::clicked, this, [page = tile.page] { openTile(page); });
         m_p->tiles[column] = button;
         homeButton* key = new homeButton(homeButton::QuickKey, this);
         key->setObjectName(QString("quickKey%1").arg(column + 1));
-        key->setGeometry(22 + kColumnWidth * column, 366, 116, 96);
+        key->setGeometry(22 + kColumnWidth * column, 374, 116, 96);
         m_p->keys[column] = key;
         button->installEventFilter(this);
         key->installEventFilter(this);
@@ -245,6 +263,8 @@ bool frmDesktop::event(QEvent* event)
         // What changed while a page was on top.
         m_p->clock->refresh();
         m_p->status->refresh();
+        if (m_p->strip)
+            m_p->strip->refresh();
         update();
         break;
     case QEvent::Hide:
@@ -289,7 +309,8 @@ void frmDesktop::moveFocus(int key)
 {
     int row = 0;
     int column = 0;
-    for (int i = 0; i < 2 * kColumns; ++i) {
+    const int rows = m_p->rows();
+    for (int i = 0; i < rows * kColumns; ++i) {
         if (m_p->at(i / kColumns, i % kColumns)->hasFocus()) {
             row = i / kColumns;
             column = i % kColumns;
@@ -299,8 +320,10 @@ void frmDesktop::moveFocus(int key)
         column = (column + kColumns - 1) % kColumns;
     else if (key == Qt::Key_Right)
         column = (column + 1) % kColumns;
-    else if (key == Qt::Key_Up || key == Qt::Key_Down)
-        row = 1 - row;
+    else if (key == Qt::Key_Up)
+        row = (row + rows - 1) % rows;
+    else if (key == Qt::Key_Down)
+        row = (row + 1) % rows;
     m_p->at(row, column)->setFocus(Qt::OtherFocusReason);
 }
 

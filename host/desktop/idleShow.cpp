@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr QRect kCorner(504, 58, 250, 150);
+constexpr QRect kCorner(514, 48, 230, 138);
 constexpr QRect kScreen(0, 0, look::kScreenWidth, look::kScreenHeight);
 
 } // namespace

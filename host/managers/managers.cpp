@@ -1,16 +1,25 @@
 #include "support/host/managers.h"
+#include "host/managers/dssKeys.h"
 #include "host/managers/weatherState.h"
+#include "support/file/fileTools.h"
 #include "support/host/trace.h"
 #include "support/xml/xmlFile.h"
 
 namespace {
 
-int countItems(const xmlElement* keys)
+constexpr long long kLargestKeyFile = 1 << 20; // bytes
+
+QList<tagDssKey> keysOf(const xmlElement* list, int& count)
 {
-    int count = 0;
-    for (xmlElement* element = keys->GetFirstChildElement(); element; element = xmlGetNextElement(element))
-        count += qstrcmp(element->GetName(), "Item") == 0;
-    return count;
+    QList<tagDssKey> keys;
+    count = 0;
+    for (xmlElement* element = list->GetFirstChildElement(); element; element = xmlGetNextElement(element)) {
+        if (qstrcmp(element->GetName(), "Item") != 0)
+            continue;
+        if (++count <= DSS_KEYS_MAX)
+            keys.append(dssKeyOf(element));
+    }
+    return keys;
 }
 
 } // namespace
@@ -18,13 +27,13 @@ int countItems(const xmlElement* keys)
 int DssKeyManager::LoadFile(const char* path, int)
 {
     xmlFile document;
-    const xmlElement* keys =
-        document.LoadFromFile(path) ? xmlFindElementFromRoot(&document, "DssKey", 0) : nullptr;
+    const bool isRead = path && fileSize(path) <= kLargestKeyFile && document.LoadFromFile(path);
+    const xmlElement* keys = isRead ? xmlFindElementFromRoot(&document, "DssKey", 0) : nullptr;
     if (!keys) {
         nuxTrace(TRACE_NOTE, "keys %s not loaded: %s", path ? path : "", document.GetErrorText());
         return 0;
     }
-    m_nKeys = countItems(keys);
+    dssKeysTake(keysOf(keys, m_nKeys));
     return 1;
 }
 

@@ -165,6 +165,10 @@ void openIconMenuItem(const IconMenuItem& item, QWidget* window)
     case IconMenuItem::OpenDialPlan:
         openDialPlan(item);
         break;
+    case IconMenuItem::OpenSpeedDials:
+        if (NUX_ASSERT(hostModule().openSpeedDials != nullptr, "module.openSpeedDials != NULL"))
+            hostModule().openSpeedDials(0);
+        break;
     case IconMenuItem::CallDoorPhone:
     case IconMenuItem::CallCamera:
         callDevice(item, window);

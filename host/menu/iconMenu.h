@@ -6,7 +6,16 @@
 
 struct IconMenuItem
 {
-    enum Action { OpenPage, OpenMenu, OpenDirectory, OpenDialPlan, CallDoorPhone, CallCamera, DialItem };
+    enum Action {
+        OpenPage,
+        OpenMenu,
+        OpenDirectory,
+        OpenDialPlan,
+        OpenSpeedDials,
+        CallDoorPhone,
+        CallCamera,
+        DialItem
+    };
 
     QString strTitle;   // name of the page and key of the caption
     QString strCaption; // a name that a person gave, shown instead of the title; may be empty

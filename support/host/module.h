@@ -35,6 +35,9 @@ struct tagModuleEntries
     // the item they copy.
     void (*editCamera)(IPCameraIconViewItem* item, QWidget* parent) = nullptr;
     void (*editPictureDial)(PicDialIconViewItem* item) = nullptr;
+    // The editor of a programmable key, from 0 on; the list of speed dials, at that key.
+    void (*editDssKey)(int index) = nullptr;
+    void (*openSpeedDials)(int index) = nullptr;
 
     // Savers of pictures and of films, and the black screen: over the whole screen, until a key or a touch.
     // One that has nothing to show does not come up.

@@ -99,6 +99,8 @@ TEST_F(HomeScreen, ArrowsGoRoundTheRowsAndOkOpens)
     kit::key(Qt::Key_Return);
     EXPECT_EQ(g_opened, QStringList{"Directory"});
     kit::key(Qt::Key_Down);
+    EXPECT_EQ(focusName(), "dssKey1");
+    kit::key(Qt::Key_Down);
     EXPECT_EQ(focusName(), "quickKey1");
     kit::key(Qt::Key_Down);
     EXPECT_EQ(focusName(), "tileDirectory");

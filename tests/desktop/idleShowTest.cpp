@@ -15,8 +15,8 @@
 
 namespace {
 
-const char* const kShowCorner = "show 1 frmDesktop 504,58 250x150";
-const char* const kHideCorner = "hide 1 frmDesktop 504,58 250x150";
+const char* const kShowCorner = "show 1 frmDesktop 514,48 230x138";
+const char* const kHideCorner = "hide 1 frmDesktop 514,48 230x138";
 const char* const kShowFull = "show 1 screen 0,0 800x480";
 
 class IdleShow : public SignageTest
@@ -34,7 +34,7 @@ protected:
         touch();
         forget();
     }
-    static void touch() { kit::tap(QPoint(450, 210)); }
+    static void touch() { kit::tap(QPoint(475, 100)); }
     static void setSaverTime(int seconds)
     {
         nuxSetRegistryInt("/rundata/config/user/user.ini", "ScreenSaver", "nTimeout", seconds);
@@ -186,7 +186,7 @@ TEST_F(IdleShow, TheSaverComesAgainAfterATouchEndedIt)
         kit::stepTime(61000);
         EXPECT_EQ(told().count(kShowFull), time);
         EXPECT_TRUE(frame()->isVisible()) << time;
-        kit::tap(QPoint(450, 210));
+        kit::tap(QPoint(475, 100));
         kit::settle();
         EXPECT_FALSE(frame()->isVisible()) << time;
     }

@@ -12,7 +12,7 @@ protected:
     SignageTest();
     ~SignageTest() override;
 
-    // "register", "end", "show 1 frmDesktop 504,58 250x150", "hide 3 frmCall", "param 7 34028", ...
+    // "register", "end", "show 1 frmDesktop 514,48 230x138", "hide 3 frmCall", "param 7 34028", ...
     std::string asked() const { return told().join("|").toStdString(); }
     static QStringList& told();
     static void forget() { told().clear(); }

@@ -5,6 +5,8 @@
 #include "support/host/phone.h"
 #include <QList>
 
+class phoneLamps;
+
 // Hears what becomes of accounts and calls.
 class phoneNews
 {
@@ -62,4 +64,6 @@ public:
     virtual int callTotal() const = 0;
     virtual bool isInTalk() const = 0;
     virtual bool hasPstn() const = 0;
+    // The states of other extensions; null where the backend cannot see any. They live as long as it does.
+    virtual phoneLamps* lamps() { return nullptr; }
 };

@@ -1,6 +1,7 @@
 #include "host/services/phone/phoneService.h"
 #include "host/services/messages/threadQueue.h"
 #include "host/services/phone/callHistory.h"
+#include "host/services/phone/lampBook.h"
 #include "host/services/phone/phoneSimulation.h"
 
 phoneService& phoneService::instance()
@@ -11,12 +12,14 @@ phoneService& phoneService::instance()
 
 void phoneService::setBackend(std::unique_ptr<phoneBackend> backend)
 {
+    lampBook::instance().setLamps(nullptr);
     m_pBackend = std::move(backend);
     m_pRules.reset();
     if (!m_pBackend)
         return;
     m_pRules = std::make_unique<callRules>(*m_pBackend, *this);
     m_pBackend->start(m_pRules.get());
+    lampBook::instance().setLamps(m_pBackend->lamps());
 }
 
 phoneBackend& phoneService::backend()

@@ -4,6 +4,7 @@
 #include "host/services/phone/phoneBackend.h"
 #include "host/services/phone/simulatedAccounts.h"
 #include "host/services/phone/simulatedCalls.h"
+#include "host/services/phone/simulatedLamps.h"
 
 class HX_HOST_API phoneSimulation : public phoneBackend, public chMsgProcesser
 {
@@ -26,6 +27,8 @@ public:
     // What the other side of a call does. False when there is no such call, or it does not wait for that.
     bool holdFromOutside(int id, bool held) { return m_calls.holdFromOutside(id, held); }
     bool hangUpFromOutside(int id) { return m_calls.hangUpFromOutside(id); }
+    // The extensions of the servers.
+    simulatedLamps& extensions() { return m_lamps; }
     // The last ones, newest first.
     QList<tagCall> endedCalls() const { return m_calls.endedCalls(); }
 
@@ -46,6 +49,7 @@ public:
     int callTotal() const override { return m_nOtherCalls + int(m_calls.calls().size()); }
     bool isInTalk() const override { return m_bOtherTalk || m_calls.isTalking(); }
     bool hasPstn() const override { return m_nPstn != 0; }
+    phoneLamps* lamps() override { return &m_lamps; }
 
     int TryThreadMessage(msgObject& msg) override;
 
@@ -56,6 +60,7 @@ private:
     phoneEvents* m_pEvents = nullptr;
     simulatedAccounts m_accounts;
     simulatedCalls m_calls;
+    simulatedLamps m_lamps;
     int m_nPstn = 0;
     int m_nOtherCalls = 0;
     bool m_bOtherTalk = false;

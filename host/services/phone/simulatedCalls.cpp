@@ -29,6 +29,17 @@ int simulatedCalls::begin(const QString& number, int account, const tagCallOptio
     return call.nId;
 }
 
+int simulatedCalls::pickUp(const QString& number, int account)
+{
+    const tagCall call = newCall(number, account);
+    m_calls.append({call, true, QElapsedTimer()});
+    m_changed(call);
+    const int index = indexOf(call.nId); // who was told may have hung up
+    if (index >= 0)
+        talk(index);
+    return call.nId;
+}
+
 void simulatedCalls::arrive(const tagCaller& caller)
 {
     tagCall call = newCall(caller.strNumber, caller.nLine);

@@ -33,6 +33,8 @@ public:
 
     // The call's id.
     int begin(const QString& number, int account, const tagCallOptions& options);
+    // A call that rings elsewhere talks here.
+    int pickUp(const QString& number, int account);
     void arrive(const tagCaller& caller);
     // A call that cannot be begun is told of all the same, with the reason.
     void fail(const QString& number, int account, const char* reason);
