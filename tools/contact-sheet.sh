@@ -46,6 +46,8 @@ for language in English Chinese German French Spanish; do
     ctl open "$page"; shot; back
   done
   ctl open "LCD Adjusting"; ctl key Return; ctl wait page dlgCalibration 3000; shot; back
+  ctl open "DSS Key"; shot; ctl key F1; shot; back; back
+  ctl menu callfeature.xml; ctl key F1; ctl touch 233 300; ctl wait page dlgSpeedDial 3000; shot; back; back
   ctl open "Status"; shot; ctl key F2; shot; back; back
   ctl open "Security"; shot; back
   ctl menu setting.xml; ctl key F1; ctl touch 719 130; ctl wait page dlgPassWord 3000; shot; back; back

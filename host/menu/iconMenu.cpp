@@ -52,9 +52,11 @@ IconMenuItem readMenuItem(xmlElement* element)
         item.eAction = IconMenuItem::DialItem;
         return item;
     }
-    // A page that the host makes: there is this one.
-    if (attribute(element, "make") == QLatin1String("dialplan")) {
-        item.eAction = IconMenuItem::OpenDialPlan;
+    // Pages that have no name to be opened by.
+    const QString made = attribute(element, "make");
+    if (made == QLatin1String("dialplan") || made == QLatin1String("speeddial")) {
+        item.eAction =
+            made == QLatin1String("dialplan") ? IconMenuItem::OpenDialPlan : IconMenuItem::OpenSpeedDials;
         return item;
     }
     item.strTarget = attribute(element, "menu");

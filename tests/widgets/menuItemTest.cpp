@@ -189,10 +189,22 @@ TEST_F(MenuItem, ThatIsMadeIsMadeOnceAndShownEachTime)
     EXPECT_EQ(doneBy([] { kit::tap(icon(1)); }), QStringList{"page WAN"});
 }
 
+TEST_F(MenuItem, ThatIsTheListOfSpeedDialsOpensItAtTheFirst)
+{
+    tagModuleEntries entries;
+    static QStringList opened;
+    entries.openSpeedDials = [](int index) { opened.append(QString::number(index)); };
+    hostSetModule(entries);
+    showMenu("<item title='Speed Dial' make='speeddial'/>");
+    kit::tap(icon(0));
+    EXPECT_EQ(opened, QStringList{"0"});
+}
+
 TEST_F(MenuItem, ThatIsMadeByTheModuleDoesNothingWithoutIt)
 {
     hostSetModule(tagModuleEntries());
-    showMenu("<item title='Dial Plan' make='dialplan'/>");
+    showMenu("<item title='Dial Plan' make='dialplan'/><item title='Speed Dial' make='speeddial'/>");
     kit::tap(icon(0));
+    kit::tap(icon(1));
     EXPECT_EQ(kit::windows().first(), &window);
 }
