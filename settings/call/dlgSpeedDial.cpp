@@ -22,6 +22,7 @@ namespace {
 enum COLUMN { COLUMN_KEY, COLUMN_TYPE, COLUMN_ACCOUNT, COLUMN_EXTENSION };
 enum TYPE { TYPE_NONE, TYPE_LINE, TYPE_SPEED_DIAL };
 constexpr int kRowHeight = 42;
+constexpr int kListFont = 16;
 constexpr int kLongestExtension = 99;
 constexpr int kLastRow = DSS_KEY_COUNT - 1;
 const char* const kButtonFolder = "/phone/resource/theme/default/bmp/button/";
@@ -104,6 +105,7 @@ void dlgSpeedDial::build()
     ui->editExtension->setMaxLength(kLongestExtension);
     qInstallIME(ui->editExtension, "123,2aB,ABC,abc");
     setupSpeedDialList(ui->tabWgtList);
+    setFontStyle(kListFont, -1, ui->tabWgtList, false);
     ui->tabWgtList->verticalHeader()->setMinimumSectionSize(kRowHeight);
     new FingerScroll(ui->tabWgtList);
     m_pKeys = std::make_unique<XmlTable>(ui->tabWgtList);
