@@ -1,6 +1,6 @@
 #include "host/desktop/callButton.h"
-#include "host/desktop/frmDial.h"
 #include "host/desktop/dssKeyStrip.h"
+#include "host/desktop/frmDial.h"
 #include "host/desktop/homeButton.h"
 #include "host/desktop/homeClock.h"
 #include "host/desktop/homeStatus.h"

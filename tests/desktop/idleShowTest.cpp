@@ -34,7 +34,7 @@ protected:
         touch();
         forget();
     }
-    static void touch() { kit::tap(QPoint(475, 100)); }
+    static void touch() { kit::tap(QPoint(495, 165)); }
     static void setSaverTime(int seconds)
     {
         nuxSetRegistryInt("/rundata/config/user/user.ini", "ScreenSaver", "nTimeout", seconds);
@@ -186,7 +186,7 @@ TEST_F(IdleShow, TheSaverComesAgainAfterATouchEndedIt)
         kit::stepTime(61000);
         EXPECT_EQ(told().count(kShowFull), time);
         EXPECT_TRUE(frame()->isVisible()) << time;
-        kit::tap(QPoint(475, 100));
+        kit::tap(QPoint(495, 165));
         kit::settle();
         EXPECT_FALSE(frame()->isVisible()) << time;
     }

@@ -166,7 +166,7 @@ TEST_F(Control, TheClockOfThePhoneIsSet)
 
 TEST_F(Control, TheIdleTimeIsSetAndToldWithSaverAndLamp)
 {
-    ctl({"touch", "475", "100"});
+    ctl({"touch", "495", "165"});
     EXPECT_LT(ctl({"screen"}).toObject()["idle"].toInt(), 5000);
     ctl({"set", "idle", "100"});
     const QJsonObject screen = ctl({"screen"}).toObject();

@@ -135,7 +135,7 @@ TEST_F(Keys, TheListOfSpeedDialsHasItsWordTooAndALineKeySeizesItsLine)
     EXPECT_EQ(call(), "5511@0 ringing");
     endCall("dlgIconviewForm");
     ctl({"dsskey", "2"});
-    waitPage("frmDesktop");
+    waitPage("frmDial");
     pad("55");
     key("Return");
     waitPage("frmCall");

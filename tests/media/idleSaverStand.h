@@ -123,7 +123,7 @@ protected:
     static void touch()
     {
         kit::settle();
-        kit::tap(QPoint(475, 100)); // where nothing is
+        kit::tap(QPoint(495, 165)); // where nothing is
         kit::settle();
     }
     static QString top()

@@ -193,10 +193,10 @@ TEST_F(IdleSaver, NeverComesWhileThePhoneStarts)
 
 TEST_F(IdleSaver, NeverComesUnderAFingerThatRests)
 {
-    kit::press(QPoint(475, 100));
+    kit::press(QPoint(495, 165));
     kit::stepTime(120000);
     EXPECT_EQ(top(), "frmDesktop");
-    kit::release(QPoint(475, 100));
+    kit::release(QPoint(495, 165));
     kit::stepTime(60000);
     EXPECT_EQ(top(), "dlgImageScreen");
 }
