@@ -217,7 +217,7 @@ TEST_F(IconMenus, PicturesOfTheHostsOwnMenusAreInTheTheme)
     }
     for (const IconMenuItem& item : menu.items)
         pictures.append(item.strIcon);
-    EXPECT_EQ(pictures.size(), 8);
+    EXPECT_EQ(pictures.size(), 14);
     for (const QString& picture : pictures)
         EXPECT_TRUE(QFile::exists(hostPath(picture.toUtf8().constData()))) << qPrintable(picture);
 }
