@@ -91,9 +91,10 @@ protected:
 
 TEST_F(Calibration, OfATurnedPanelIsStoredAndUsedAlsoAfterARestart)
 {
-    const QPoint icon = middleOf("tileSetting");
-    tapRaw(onPanel(icon));
-    EXPECT_EQ(top(), "frmDesktop") << "the panel lies turned, and is not calibrated yet";
+    tapRaw(onPanel(middleOf("tileDirectory")));
+    EXPECT_NE(top(), "dlgIconviewForm") << "the panel lies turned, and is not calibrated yet";
+    ctl({"key", "F4"});
+    EXPECT_TRUE(waitTop("frmDesktop"));
     openPage();
     calibrate();
     EXPECT_TRUE(waitTop("dlgMessageBox"));

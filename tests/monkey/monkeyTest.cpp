@@ -30,6 +30,8 @@ constexpr int kScreenWidth = 800;
 constexpr int kScreenHeight = 480;
 constexpr int kTouchStep = 40; // between the touches of the tour
 constexpr int kMostTours = 4;
+constexpr int kKeys = 20; // that are programmable
+constexpr int kDoors = 4;
 constexpr int kLines = 4;
 constexpr int kTabHeight = 40;
 constexpr int kLineStates = 7;
@@ -228,6 +230,14 @@ protected:
             }
         }
         act({{"frame", "Directory"}});
+        for (int key = 1; key <= kKeys; ++key) {
+            act({{"dsskey", QString::number(key)}});
+            ASSERT_TRUE(goHomeUnlessGone()) << report();
+        }
+        for (int door = 1; door <= kDoors; ++door) {
+            act({{"open", "Door Phone" + QString::number(door)}});
+            ASSERT_TRUE(goHomeUnlessGone()) << report();
+        }
         act({{"ring", "4711"}});
         ASSERT_TRUE(goHomeUnlessGone()) << report();
         for (int state = 0; state < kLineStates; ++state)

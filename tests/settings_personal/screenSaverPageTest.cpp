@@ -324,7 +324,7 @@ TEST_F(ScreenSaverPage, TheNewWallpaperIsOnTheHomeScreen)
     home->show();
     kit::settle();
     const auto homeIs = [&](Qt::GlobalColor colour) {
-        return kit::waitUntil([&] { return home->grab().toImage().pixelColor(600, 215) == QColor(colour); });
+        return kit::waitUntil([&] { return home->grab().toImage().pixelColor(600, 110) == QColor(colour); });
     };
     EXPECT_TRUE(homeIs(Qt::green));
     openPage();
