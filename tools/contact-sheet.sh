@@ -45,6 +45,11 @@ for language in English Chinese German French Spanish; do
   for page in "Forward" "Hotline" "Call Waiting" "Key As Send" "Auto Answer" "Anonymous Call" "Video Set"; do
     ctl open "$page"; shot; back
   done
+  for page in "Voice Mail" "Picture-dial Setting" "Door Phone1"; do
+    ctl open "$page"; ctl wait idle 3000; shot; back
+  done
+  ctl key 5; ctl wait page frmDial 3000; shot; back; back
+  ctl ring 1002; ctl wait page frmCall 3000; ctl key F1; ctl wait idle 3000; shot; ctl key F4; ctl wait page frmDesktop 5000
   ctl open "LCD Adjusting"; ctl key Return; ctl wait page dlgCalibration 3000; shot; back
   ctl open "DSS Key"; shot; ctl key F1; shot; back; back
   ctl menu callfeature.xml; ctl key F1; ctl touch 233 300; ctl wait page dlgSpeedDial 3000; shot; back; back

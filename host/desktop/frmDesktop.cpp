@@ -289,10 +289,10 @@ void frmDesktop::paintEvent(QPaintEvent*)
         m_p->tellReady(this);
 }
 
-// Digits make up a number wherever the focus is; with a number, OK dials instead of opening a tile.
+// A digit begins a number wherever the focus is.
 bool frmDesktop::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::KeyPress && editNumber(static_cast<QKeyEvent*>(event)))
+    if (event->type() == QEvent::KeyPress && opensDialScreen(static_cast<QKeyEvent*>(event)))
         return true;
     return QWidget::eventFilter(watched, event);
 }
@@ -301,7 +301,7 @@ void frmDesktop::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_F8)
         m_p->status->toggleDoNotDisturb();
-    else if (!editNumber(event))
+    else if (!opensDialScreen(event))
         moveFocus(event->key());
 }
 
@@ -327,29 +327,15 @@ void frmDesktop::moveFocus(int key)
     m_p->at(row, column)->setFocus(Qt::OtherFocusReason);
 }
 
-bool frmDesktop::editNumber(QKeyEvent* event)
+bool frmDesktop::opensDialScreen(QKeyEvent* event)
 {
     static const QString digits("0123456789*#");
-    const QString number = m_p->clock->number();
-    if (event->text().size() == 1 && digits.contains(event->text())) {
-        dialScreenOpen(event->text());
-        return true;
-    }
-    if (event->key() == Qt::Key_Call) {
+    const QString sign = event->text();
+    if (sign.size() == 1 && digits.contains(sign))
+        dialScreenOpen(sign);
+    else if (event->key() == Qt::Key_Call)
         dialScreenOpen();
-        return true;
-    }
-    if (number.isEmpty())
+    else
         return false;
-    if (event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete) {
-        m_p->clock->setNumber(number.chopped(1));
-    } else if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back) {
-        m_p->clock->setNumber(QString());
-    } else if (qIsOkKey(event->key())) {
-        m_p->clock->setNumber(QString());
-        phone_CallNumber(fromQString(number), -1, 0);
-    } else {
-        return false;
-    }
     return true;
 }

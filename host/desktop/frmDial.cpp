@@ -125,6 +125,8 @@ void frmDial::open(DIAL_FOR purpose, int call, const QString& typed)
     showEntries();
     screenBringUp(this);
     m_ui->editNumber->setFocus(Qt::OtherFocusReason);
+    // A dialog that comes up selects what stands there, and the next digit would take its place.
+    m_ui->editNumber->end(false);
     showPurpose();
 }
 

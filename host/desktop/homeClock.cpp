@@ -13,7 +13,6 @@ constexpr int kSecondsPerMinute = 60;
 constexpr int kTimeSize = 80;
 constexpr int kHalfSize = 28;
 constexpr int kHalfGap = 12; // between the time and its half of the day
-constexpr int kNumberSize = 56;
 constexpr int kDateSize = 20;
 
 const char* const kDays[] = {HX_TR("Sunday"),   HX_TR("Monday"), HX_TR("Tuesday"), HX_TR("Wednesday"),
@@ -49,23 +48,14 @@ void homeClock::refresh()
     update();
 }
 
-void homeClock::setNumber(const QString& number)
-{
-    m_strNumber = number;
-    update();
-}
-
 QString homeClock::timeText(const chTime& now) const
 {
-    if (!m_bTwelveHours)
-        return toQString(now.Format("%H:%M"));
-    const int hour = now.GetHour() % 12 ? now.GetHour() % 12 : 12;
-    return QString("%1:%2").arg(hour).arg(now.GetMinute(), 2, 10, QChar('0'));
+    return m_bTwelveHours ? clockTwelveHours(now) : toQString(now.Format("%H:%M"));
 }
 
 QString homeClock::text() const
 {
-    return m_strNumber.isEmpty() ? timeText(chTime(m_nShownMinute * kSecondsPerMinute)) : m_strNumber;
+    return timeText(chTime(m_nShownMinute * kSecondsPerMinute));
 }
 
 void homeClock::paintTime(QPainter& painter, const chTime& now) const
@@ -77,7 +67,7 @@ void homeClock::paintTime(QPainter& painter, const chTime& now) const
         return;
     }
     // The language says whether the half of the day comes before or after the time.
-    const QString whole = qTranslate(now.GetHour() < 12 ? HX_TR("%1 AM") : HX_TR("%1 PM"));
+    const QString whole = clockHalfOfDay(now);
     const QString half = QString(whole).remove(QStringLiteral("%1")).trimmed();
     const bool isBefore = whole.endsWith(QStringLiteral("%1"));
     const int halfWidth = QFontMetrics(look::font(kHalfSize)).horizontalAdvance(half);
@@ -94,13 +84,6 @@ void homeClock::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setPen(QColor(look::kTextOnBar));
-    if (!m_strNumber.isEmpty()) {
-        look::paintFitted(painter, QRect(0, 0, width(), 96), Qt::AlignLeft | Qt::AlignVCenter, m_strNumber,
-                          look::font(kNumberSize));
-        look::paintFitted(painter, QRect(2, 96, width(), 36), Qt::AlignLeft | Qt::AlignVCenter,
-                          qTranslate("Press OK to dial"), look::font(kDateSize));
-        return;
-    }
     const chTime now(netGetLocalTime());
     paintTime(painter, now);
     look::paintFitted(painter, QRect(0, 94, width(), 36), Qt::AlignLeft | Qt::AlignVCenter, dateText(now),

@@ -1,5 +1,5 @@
 #pragma once
-// Time and date of the home screen, or the number that is being dialled there.
+// Time and date of the home screen.
 #include <QWidget>
 
 class chTime;
@@ -10,10 +10,8 @@ class homeClock : public QWidget
     Q_PROPERTY(QString text READ text)
 public:
     explicit homeClock(QWidget* parent);
-    // Repaints when the minute, the kind of clock or the number differs.
+    // Repaints when the minute or the kind of clock differs.
     void refresh();
-    void setNumber(const QString& number);
-    QString number() const { return m_strNumber; }
     // What is shown, without the half of the day.
     QString text() const;
 
@@ -26,5 +24,4 @@ private:
 
     long m_nShownMinute = -1;
     bool m_bTwelveHours = false;
-    QString m_strNumber;
 };

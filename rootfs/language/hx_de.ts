@@ -720,10 +720,6 @@
         <translation>%1, %2. %3</translation>
     </message>
     <message>
-        <source>Press OK to dial</source>
-        <translation>Zum Wählen OK drücken</translation>
-    </message>
-    <message>
         <source>Video Phone</source>
         <translation>Videotelefon</translation>
     </message>

@@ -720,10 +720,6 @@
         <translation>%1, %2 de %3</translation>
     </message>
     <message>
-        <source>Press OK to dial</source>
-        <translation>Pulse OK para llamar</translation>
-    </message>
-    <message>
         <source>Video Phone</source>
         <translation>Videoteléfono</translation>
     </message>

@@ -720,10 +720,6 @@
         <translation>%3%2日 %1</translation>
     </message>
     <message>
-        <source>Press OK to dial</source>
-        <translation>按 OK 键拨号</translation>
-    </message>
-    <message>
         <source>Video Phone</source>
         <translation>可视电话</translation>
     </message>

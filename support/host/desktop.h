@@ -48,7 +48,7 @@ private:
     frmDesktop();
     void moveFocus(int key);
     // The number that is typed on the home screen; true when the key belonged to it.
-    bool editNumber(QKeyEvent* event);
+    bool opensDialScreen(QKeyEvent* event);
     struct Private;
     Private* m_p;
 };

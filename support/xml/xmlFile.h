@@ -9,9 +9,7 @@
 #include <vector>
 
 enum : size_t {
-    // Bytes of a table that the phone is shipped with, and that is read while somebody waits for a page:
-    // eight
-    // times the largest.
+    // Bytes of a table that comes with the phone and is read while somebody waits: eight times the largest.
     XML_TABLE_LIMIT = 256 * 1024
 };
 enum : mode_t { XML_FILE_PRIVATE = 0600 }; // for its owner alone

@@ -236,6 +236,48 @@ TEST_F(CallActions, ASecondCallThatIsDeclinedLeavesTheFirstTalking)
     EXPECT_EQ(others(), "");
 }
 
+TEST_F(CallActions, TheCallThatRangFirstIsAskedForFirst)
+{
+    talk("100");
+    ring("200");
+    ring("300");
+    EXPECT_EQ(name(), "200");
+    EXPECT_NE(others().find("300"), std::string::npos);
+    tapSoftKey(screen(), 3);
+    kit::settle();
+    EXPECT_EQ(name(), "300");
+}
+
+TEST_F(CallActions, OfCallsThatAreHeldTheOneThatIsShownStays)
+{
+    talk("100");
+    talk("200");
+    kit::tap(action("actSwap"));
+    ASSERT_EQ(name(), "100");
+    kit::tap(action("actHold"));
+    ASSERT_TRUE(call("100").bHeld && call("200").bHeld);
+    EXPECT_EQ(name(), "100");
+    kit::tap(action("actSwap"));
+    ASSERT_EQ(name(), "200");
+    kit::tap(action("actHold"));
+    ASSERT_TRUE(call("100").bHeld && call("200").bHeld);
+    EXPECT_EQ(name(), "200");
+}
+
+TEST_F(CallActions, ACallThatRingsTakesThePadAway)
+{
+    talk("100");
+    kit::tap(action("actKeys"));
+    QWidget* pad = screen()->findChild<QWidget*>("wgtPad");
+    ASSERT_TRUE(pad->isVisible());
+    ring("200");
+    EXPECT_FALSE(pad->isVisible());
+    tapSoftKey(screen(), 3);
+    kit::settle();
+    EXPECT_EQ(name(), "100");
+    EXPECT_FALSE(pad->isVisible());
+}
+
 TEST_F(CallActions, SwapGoesFromOneToTheOther)
 {
     talk("4711", "Anna");

@@ -120,6 +120,21 @@ TEST_F(DialScreen, AZeroThatIsHeldIsAPlus)
     EXPECT_EQ(number()->text(), "+4");
 }
 
+TEST_F(DialScreen, TheDigitThatOpensItIsNotReplacedByTheNext)
+{
+    for (int time = 0; time < 3; ++time) {
+        dialScreenOpen("5");
+        kit::settle();
+        QLineEdit* edit = kit::windows().value(0)->findChild<QLineEdit*>("editNumber");
+        ASSERT_NE(edit, nullptr);
+        EXPECT_FALSE(edit->hasSelectedText());
+        kit::type("6");
+        EXPECT_EQ(edit->text(), "56") << time;
+        kit::windows().value(0)->close();
+        kit::settle();
+    }
+}
+
 TEST_F(DialScreen, KeysTypeAndOkCalls)
 {
     open("8");

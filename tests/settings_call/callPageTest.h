@@ -5,6 +5,7 @@
 #include "settings/call/callPages.h"
 #include "support/host/text.h"
 #include "tests/kit/pageTest.h"
+#include <sys/stat.h>
 
 class CallPageTest : public PageTest
 {
@@ -33,6 +34,21 @@ protected:
         for (const tagCall& call : phoneService::instance().calls())
             phoneService::instance().hangUp(call.nId);
         kit::settle();
+    }
+    // The page is open: a PIN that is saved is in no log, and its file is the phone's alone.
+    void expectPinStaysSecret(const char* path)
+    {
+        enter("editPin", "9137");
+        expectSaved();
+        kit::settle();
+        EXPECT_TRUE(readFile(path).contains("9137"));
+        struct stat now = {};
+        ASSERT_EQ(stat(qPrintable(hostPath(path)), &now), 0);
+        EXPECT_EQ(now.st_mode & 0777, 0600u);
+        for (const char* kind : {"trace", "broadcast", "box", "dial"}) {
+            for (const QString& text : logged(kind))
+                EXPECT_FALSE(text.contains("9137")) << qPrintable(text);
+        }
     }
     QString title() const { return page->findChild<qTopBar*>()->title(); }
     QString pageClass() const { return page->metaObject()->className(); }
