@@ -1,8 +1,9 @@
 #pragma once
-// Makes a reference-counted object on the heap. The caller owns its first reference and gives it up with
-// DestroyObject() or Release().
+// Making and reaching reference-counted objects of a class that the caller knows.
 #include "support/host/object.h"
 
+// Makes an object on the heap. The caller owns its first reference and gives it up with DestroyObject() or
+// Release().
 template <class T>
 T& CreateObject()
 {
@@ -10,4 +11,11 @@ T& CreateObject()
     object->AddRef();
     object->SetCreatFlag(1);
     return *object;
+}
+
+// The object that the handle counts. Nothing is checked: the handle is not null, and its object is a T.
+template <class T>
+T& GetObject(const chReferObject& handle)
+{
+    return static_cast<T&>(*handle.data());
 }

@@ -1,0 +1,3 @@
+#include "applets/mvcBusinessLogic.h"
+
+MVCBusinessLogic::~MVCBusinessLogic() = default;

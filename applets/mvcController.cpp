@@ -1,0 +1,3 @@
+#include "applets/mvcController.h"
+
+MVCController::~MVCController() = default;

@@ -1,0 +1,3 @@
+#include "applets/mvcData.h"
+
+MVCData::~MVCData() = default;
