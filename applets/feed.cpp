@@ -1,0 +1,68 @@
+#include "applets/feed.h"
+#include "support/file/path.h"
+#include "support/text/chCharacter.h"
+#include <cstring>
+#include <string>
+
+namespace {
+
+bool isRightInside(const chString& path, const char* folder)
+{
+    const size_t length = strlen(folder);
+    return strncmp(path.GetText(), folder, length) == 0 && pathIsSafeName(path.GetText() + length);
+}
+
+} // namespace
+
+FEED_SOURCE feedSourceAddress(const char* file, const char* root, const char* element, const char* title,
+                              chString& address)
+{
+    xmlFile sources;
+    xmlElement* top =
+        sources.LoadFromFile(file, XML_TABLE_LIMIT) ? xmlFindElementFromRoot(&sources, root) : nullptr;
+    if (!top)
+        return FEED_SOURCE_NO_FILE;
+    for (xmlElement* source = top->GetFirstChildElement(); source; source = xmlGetNextElement(source)) {
+        if (element && strcmp(source->GetName(), element) != 0)
+            continue;
+        if (strcmp(source->GetAttributeValue("title").GetString().GetText(), title) != 0)
+            continue;
+        address = source->GetAttributeValue("address").GetString();
+        return FEED_SOURCE_FOUND;
+    }
+    return FEED_SOURCE_NO_TITLE;
+}
+
+// Letters of several bytes are stepped over whole.
+chString feedFillIn(const chString& address, const char* placeholder, const chString& value)
+{
+    const size_t length = strlen(placeholder);
+    std::string filled;
+    for (const char* at = address.GetText(); *at;) {
+        if (strncmp(at, placeholder, length) == 0) {
+            filled.append(value.GetText(), size_t(value.GetLength()));
+            at += length;
+            continue;
+        }
+        const int letter = chIsLeadbyte(*at) ? chLetterLength(at) : 1;
+        filled.append(at, size_t(letter));
+        at += letter;
+    }
+    return chString(filled.c_str());
+}
+
+void feedPost(HttpAction& action, const char* folder, long long limit)
+{
+    action.nSizeLimit = limit;
+    action.bFlush = 0;
+    const chString url = action.strRemoteUrl;
+    if (!isRightInside(action.strLocalFile, folder))
+        action.strRemoteUrl = chString();
+    PostAction(action);
+    action.strRemoteUrl = url;
+}
+
+int feedLoadAnswer(xmlFile& answer, const char* path)
+{
+    return answer.LoadFromFile(path, FEED_ANSWER_LIMIT);
+}

@@ -1,0 +1,29 @@
+#pragma once
+// What weather and stock do alike with their feeds: where one is, and what its answers may be. User-interface
+// thread.
+#include "support/host/http.h"
+#include "support/text/chString.h"
+#include "support/xml/xmlFile.h"
+
+// Bytes. A whole answer has about two thousand: one of the largest is read within a frame, a longer one fails
+// as a transfer. A picture is at most an icon.
+enum : long long { FEED_ANSWER_LIMIT = 64 * 1024, FEED_PICTURE_LIMIT = 1024 * 1024 };
+
+enum FEED_SOURCE { FEED_SOURCE_FOUND, FEED_SOURCE_NO_FILE, FEED_SOURCE_NO_TITLE };
+
+// The attribute "address" of the first child of the root whose "title" that is. element: the children's name;
+// null for any. address: as it was unless found. FEED_SOURCE_NO_FILE also for another root.
+FEED_SOURCE feedSourceAddress(const char* file, const char* root, const char* element, const char* title,
+                              chString& address);
+
+// The template with each placeholder replaced by the value as it stands: what an address means by it is its
+// server's business.
+chString feedFillIn(const chString& address, const char* placeholder, const chString& value);
+
+// Posts the action, whose local file is one of that folder ("/tmp/"), as an answer that may be lost with the
+// power. A name that leads anywhere else, or that no file can have, is never shortened into one that fits:
+// such a transfer fails as one from a server that does not answer.
+void feedPost(HttpAction& action, const char* folder, long long limit);
+
+// Reads an answer; 0 as for a missing file when it is longer than an answer may be.
+int feedLoadAnswer(xmlFile& answer, const char* path);
