@@ -1,5 +1,11 @@
 #include "applets/feed.h"
+#include "frame/configFiles.h"
+#include "signage/nDeckDisplay.h"
+#include "signage/nDeckFileManager.h"
+#include "support/file/deviceRoot.h"
+#include "support/file/fileTools.h"
 #include "support/file/path.h"
+#include "support/host/registry.h"
 #include "support/text/chCharacter.h"
 #include <cstring>
 #include <string>
@@ -12,7 +18,29 @@ bool isRightInside(const chString& path, const char* folder)
     return strncmp(path.GetText(), folder, length) == 0 && pathIsSafeName(path.GetText() + length);
 }
 
+bool isLink(const chString& path)
+{
+    return devicePathTarget(path) != path;
+}
+
 } // namespace
+
+FEED_KIND feedKind(const char* section)
+{
+    if (GetNDeckDispaly().IsNdeckEnable())
+        return FEED_KIND_SIGNAGE;
+    const chString source =
+        NUX_SubClass::nuxGetRegistryString(USER_INI, section, "strSource", FEED_PUBLIC_TITLE);
+    return source == FEED_PUBLIC_TITLE ? FEED_KIND_PUBLIC : FEED_KIND_NONE;
+}
+
+chString feedServiceAddress(const char* service, const char* key, const chString& value)
+{
+    const _ServerCfg config = GetNDeckFileManager().GetServerConfig();
+    return config.strUrl + "/service/" + service + ".htm?&serverKey=" + config.strKey +
+           "&hardwareKey=" + config.strClientKey + "&version=" + config.strVersion +
+           "&language=" + config.strLanguage + "&" + key + "=" + value;
+}
 
 FEED_SOURCE feedSourceAddress(const char* file, const char* root, const char* element, const char* title,
                               chString& address)
@@ -58,11 +86,24 @@ void feedPost(HttpAction& action, const char* folder, long long limit)
     const chString url = action.strRemoteUrl;
     if (!isRightInside(action.strLocalFile, folder))
         action.strRemoteUrl = chString();
+    else if (isLink(action.strLocalFile))
+        fileRemove(action.strLocalFile);
     PostAction(action);
     action.strRemoteUrl = url;
 }
 
 int feedLoadAnswer(xmlFile& answer, const char* path)
 {
-    return answer.LoadFromFile(path, FEED_ANSWER_LIMIT);
+    return !isLink(path) && answer.LoadFromFile(path, FEED_ANSWER_LIMIT);
+}
+
+int feedAnswerIsThere(const chString& path, const char* folder)
+{
+    return isRightInside(path, folder) && pathFileExist(path);
+}
+
+void feedRemoveAnswer(const chString& path, const char* folder)
+{
+    if (isRightInside(path, folder))
+        fileRemove(path);
 }
