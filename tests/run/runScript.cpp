@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QRegularExpression>
+#include <QTcpServer>
 #include <QTimer>
 #include <csignal>
 #include <cstdlib>
@@ -42,9 +43,16 @@ bool isNear(QRgb a, QRgb b)
            abs(qBlue(a) - qBlue(b)) < kLoss;
 }
 
+// One that nobody has at this moment.
+int freePort()
+{
+    QTcpServer server;
+    return server.listen(QHostAddress::LocalHost) ? server.serverPort() : 0;
+}
+
 } // namespace
 
-RunScript::RunScript()
+RunScript::RunScript() : m_nFeedsPort(freePort())
 {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
 }
@@ -65,6 +73,7 @@ void RunScript::launch(const QStringList& options, const QString& source, uid_t 
         environment.remove("DISPLAY");
     }
     environment.insert("QT_SCALE_FACTOR", "1");
+    environment.insert("HX_FEEDS_PORT", QString::number(m_nFeedsPort));
     m_process.setProcessEnvironment(environment);
     kit::endWithUs(m_process, user);
     // Its own group of processes, as in a terminal, where nobody ignores the terminal's keys: shells do so

@@ -33,6 +33,9 @@ public:
     // Parts of the printed address.
     int port() const { return m_nPort; }
     QByteArray token() const { return m_token; }
+    // Where its weather and stocks come from; one of its own, unless it is told another's.
+    int feedsPort() const { return m_nFeedsPort; }
+    void shareFeeds(const RunScript& other) { m_nFeedsPort = other.m_nFeedsPort; }
     QByteArray host() const { return "127.0.0.1:" + QByteArray::number(m_nPort); }
     QByteArray origin() const { return "http://" + host(); }
     QByteArray address() const { return origin() + '/' + m_token + '/'; }
@@ -60,6 +63,7 @@ private:
     QByteArray m_output;
     QByteArray m_token;
     int m_nPort = 0;
+    int m_nFeedsPort;
 };
 
 // With events delivered meanwhile; false when ms went by.

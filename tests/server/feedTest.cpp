@@ -1,8 +1,10 @@
+#include "tests/kit/plain/processes.h"
 #include "tests/server/signServer.h"
 #include <QDate>
 #include <QDateTime>
 #include <QFile>
 #include <QLocale>
+#include <QTcpServer>
 
 namespace {
 
@@ -203,6 +205,85 @@ TEST_F(Feed, WithoutItsFileKnowsNothing)
     QFile::remove(path("stock.xml"));
     EXPECT_EQ(resultOf(weather("Bern").body), "get data error");
     EXPECT_TRUE(rowsOf(stock("HBR").body, "Menu")[0].endsWith("N/A"));
+}
+
+TEST_F(Feed, AnEmptyCityIsAnUnknownCityAndNoStock)
+{
+    EXPECT_TRUE(get("/ig/api?weather=").body.contains("<weather><problem_cause data=\"\"/></weather>"));
+    EXPECT_TRUE(get("/ig/api?stock=").body.contains("<finance/>"));
+}
+
+TEST_F(Feed, ACityHasOtherNamesToo)
+{
+    write("weather.xml",
+          "<weather><city name='Munich' also='Muenchen, M\xc3\xbcnchen' latitude='48' longitude='11' "
+          "means='0 1 5 9 14 17 19 19 14 10 4 1' spread='9' wet='9 9 9 9 9 9 9 9 9 9 9 9'/>"
+          "<city name='Eleven' means='0 1 5 9 14 17 19 19 14 10 4' wet='9 9 9 9 9 9 9 9 9 9 9 9'/>"
+          "</weather>");
+    EXPECT_EQ(sectionsOf(weather("m\xc3\xbcnchen").body).size(), 5);
+    EXPECT_EQ(sectionsOf(weather("muenchen").body), sectionsOf(weather("Munich").body));
+    EXPECT_EQ(resultOf(weather("M").body), "get data error");
+    EXPECT_EQ(resultOf(weather("Eleven").body), "get data error") << "of eleven months nothing follows";
+}
+
+TEST_F(Feed, AGivenClockGivesTheDay)
+{
+    stop();
+    write("stock.xml",
+          "<stocks><stock code='M' company='Moves' base='100' swing='2' shares='1M' trades='1M'/></stocks>");
+    start({"--clock", "2026-02-27T12:30:00Z"});
+    EXPECT_TRUE(sectionsOf(weather("Bern").body)[0].contains("forecast_date=2026-02-27"));
+    EXPECT_TRUE(sectionsOf(weather("Bern").body)[3].contains("day_of_week=Sat"));
+    const QList<QByteArray> rows = rowsOf(stock("M").body, "Menu");
+    EXPECT_EQ(rows.value(11), "title=Last Trade Date value=2/27/2026");
+    EXPECT_EQ(rows.value(12), "title=Last Trade Time value=12:30pm");
+    EXPECT_TRUE(get("/ig/api?stock=M").body.contains("<current_date_utc data=\"20260227\"/>"));
+}
+
+int freePort()
+{
+    QTcpServer server;
+    return server.listen(QHostAddress::LocalHost) ? server.serverPort() : 0;
+}
+
+TEST_F(Feed, HasASecondAddressForThePublicFeedsAlone)
+{
+    stop();
+    const int port = freePort();
+    start({"--feeds", QString::number(port)});
+    ASSERT_TRUE(kit::waits([&] { return log().contains("feeds: at http://127.0.0.1:"); }, 20000));
+    m_port = port;
+    EXPECT_EQ(sectionsOf(get("/ig/api?weather=Bern").body).size(), 5);
+    EXPECT_EQ(get("/ig/images/weather/no.gif").status, 404);
+    for (const char* target :
+         {"/status", "/faults", "/service/getschedule.htm?serverKey=key&hardwareKey=aabbcc"})
+        EXPECT_EQ(get(target).status, 404) << target;
+    EXPECT_EQ(enroll("Lobby").status, 404);
+}
+
+TEST_F(Feed, TakesItsSecondAddressWhenItBecomesFree)
+{
+    stop();
+    QTcpServer stranger;
+    ASSERT_TRUE(stranger.listen(QHostAddress::LocalHost));
+    const int port = stranger.serverPort();
+    start({"--feeds", QString::number(port)});
+    EXPECT_EQ(sectionsOf(weather("Bern").body).size(), 5) << "the rest does not wait";
+    ASSERT_TRUE(kit::waits([&] { return log().contains("is another program's; waiting for it"); }, 20000));
+    stranger.close();
+    ASSERT_TRUE(kit::waits([&] { return log().contains("feeds: at http://127.0.0.1:"); }, 20000));
+    EXPECT_EQ(log().count("waiting for it"), 1);
+    m_port = port;
+    EXPECT_EQ(sectionsOf(get("/ig/api?weather=Bern").body).size(), 5);
+}
+
+TEST_F(Feed, EndsWhileItWaitsForItsSecondAddress)
+{
+    stop();
+    QTcpServer stranger;
+    ASSERT_TRUE(stranger.listen(QHostAddress::LocalHost));
+    start({"--feeds", QString::number(stranger.serverPort())});
+    stop();
 }
 
 } // namespace

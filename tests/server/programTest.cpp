@@ -40,6 +40,8 @@ TEST_F(Program, RefusesNumbersThatAreNone)
     EXPECT_EQ(run({m_folder.path(), "--port", "x"}), 2);
     EXPECT_EQ(run({m_folder.path(), "--port", "65536"}), 2);
     EXPECT_EQ(run({m_folder.path(), "--threads", "0"}), 2);
+    EXPECT_EQ(run({m_folder.path(), "--feeds", "x"}), 2);
+    EXPECT_EQ(run({m_folder.path(), "--clock", "noon"}), 2);
 }
 
 TEST_F(Program, SaysWhenItsPortOrItsLogIsNotToBeHad)

@@ -9,6 +9,8 @@
 namespace {
 
 constexpr int kFrameRate = 25, kFrames = 240;
+constexpr QRgb kPanel = 0xff38648f;
+constexpr int kFaintest = 40; // alpha that is drawn
 constexpr double kSeconds = double(kFrames) / kFrameRate;
 
 int Complain(const QString& text)
@@ -53,13 +55,31 @@ int MakeFilm(const QString& file)
     return WriteFilm(QFile::encodeName(file), film) ? 0 : 1;
 }
 
+// The format knows no half transparent edge: drawn on the blue of the phone's panels it looks smooth there.
+QImage OnPanel(const QImage& picture)
+{
+    QImage flat = picture.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < flat.height(); ++y) {
+        for (int x = 0; x < flat.width(); ++x) {
+            const QRgb ink = flat.pixel(x, y);
+            const auto mix = [&](int over, int under) {
+                return (over * qAlpha(ink) + under * (255 - qAlpha(ink))) / 255;
+            };
+            const QRgb seen = qRgb(mix(qRed(ink), qRed(kPanel)), mix(qGreen(ink), qGreen(kPanel)),
+                                   mix(qBlue(ink), qBlue(kPanel)));
+            flat.setPixel(x, y, qAlpha(ink) < kFaintest ? qRgba(0, 0, 0, 0) : seen);
+        }
+    }
+    return flat;
+}
+
 int MakeGif(const QString& from, const QString& to)
 {
     const QImage picture(from);
     QFile out(to);
     if (picture.isNull())
         return Complain(from + " is no picture");
-    if (!out.open(QIODevice::WriteOnly) || out.write(GifFile(picture)) < 0 || !out.flush())
+    if (!out.open(QIODevice::WriteOnly) || out.write(GifFile(OnPanel(picture))) < 0 || !out.flush())
         return Complain(to + ": " + out.errorString());
     return 0;
 }

@@ -12,9 +12,8 @@ struct Place
 };
 
 constexpr Place kPlaces[] = {
-    {"schedule.xml", "layout", "file", false},
-    {"schedule.xml", "layout", "displays", true},
-    {"weather.xml", "city", "name", false},
+    {"schedule.xml", "layout", "file", false}, {"schedule.xml", "layout", "displays", true},
+    {"weather.xml", "city", "name", false},    {"weather.xml", "city", "also", true},
     {"stock.xml", "stock", "code", false},
 };
 

@@ -10,6 +10,7 @@ struct RequestText
     explicit RequestText(const QByteArray& target);
 
     QByteArray path;
+    bool Has(const char* name) const { return m_values.contains(name); }
     // Empty for a name that is not there.
     QByteArray Value(const char* name) const { return m_values.value(name); }
 

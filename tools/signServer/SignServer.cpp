@@ -3,7 +3,9 @@
 #include "tools/signServer/LocalAccess.h"
 #include "tools/signServer/ReplyText.h"
 #include "tools/signServer/ScheduleReply.h"
+#include "tools/signServer/StockFile.h"
 #include "tools/signServer/StockReply.h"
+#include "tools/signServer/WeatherFile.h"
 #include "tools/signServer/WeatherReply.h"
 
 namespace {
@@ -53,8 +55,8 @@ DisplayEvent EventOf(const Served& served, DisplayEvent event)
 
 } // namespace
 
-SignServer::SignServer(const QByteArray& folder, RequestLog& log)
-    : m_folder(folder), m_account(m_folder), m_faults(m_folder), m_log(log),
+SignServer::SignServer(const QByteArray& folder, RequestLog& log, const FeedClock& clock)
+    : m_folder(folder), m_account(m_folder), m_clock(clock), m_faults(m_folder), m_log(log),
       m_status(m_folder, m_account, m_log)
 {
     m_summers.setMaxThreadCount(kSummers);
@@ -212,19 +214,20 @@ void SignServer::AnswerFeed(const WebRequest& request, WebResponse& response)
     const RequestText& asked = request.asked;
     const QByteArray here = "http://" + request.Field("host");
     if (asked.path == "/service/weather.htm")
-        AnswerXml(response, WeatherReply(m_folder, QDate::currentDate()).ForPhone(asked.Value("city"), here));
-    else
         AnswerXml(response,
-                  StockReply(m_folder, QDateTime::currentDateTimeUtc()).ForPhone(asked.Value("code")));
+                  WeatherForPhone(FindCity(m_folder, asked.Value("city"), m_clock().toLocalTime()), here));
+    else
+        AnswerXml(response, StockForPhone(FindStock(m_folder, asked.Value("code"), m_clock().toUTC())));
 }
 
 void SignServer::AnswerPublicFeed(const WebRequest& request, WebResponse& response)
 {
-    const QByteArray city = request.asked.Value("weather"), code = request.asked.Value("stock");
-    if (!city.isEmpty())
-        AnswerXml(response, WeatherReply(m_folder, QDate::currentDate()).ForPublic(city));
+    const RequestText& asked = request.asked;
+    if (asked.Has("weather"))
+        AnswerXml(response,
+                  WeatherForPublic(FindCity(m_folder, asked.Value("weather"), m_clock().toLocalTime())));
     else
-        AnswerXml(response, StockReply(m_folder, QDateTime::currentDateTimeUtc()).ForPublic(code));
+        AnswerXml(response, StockForPublic(FindStock(m_folder, asked.Value("stock"), m_clock().toUTC())));
 }
 
 void SignServer::AnswerIcon(const WebRequest& request, WebResponse response, const Reply& reply)

@@ -7,13 +7,18 @@
 #include "tools/signServer/RequestLog.h"
 #include "tools/signServer/StatusDesk.h"
 #include "tools/signServer/WebExchange.h"
+#include <QDateTime>
 #include <QThreadPool>
+#include <functional>
+
+// The time now. Any thread.
+using FeedClock = std::function<QDateTime()>;
 
 class SignServer : public WebService
 {
 public:
-    // log outlives the server.
-    SignServer(const QByteArray& folder, RequestLog& log);
+    // log outlives the server. clock: the time of forecasts and quotes.
+    SignServer(const QByteArray& folder, RequestLog& log, const FeedClock& clock);
 
     // What in server.ini no phone could send; a line each. With one the server is of no use to anybody.
     QStringList AccountComplaints() const { return m_account.Complaints(); }
@@ -44,6 +49,7 @@ private:
 
     SignFolder m_folder;
     Account m_account;
+    const FeedClock m_clock;
     FaultPlan m_faults;
     RequestLog& m_log;
     GoodSchedules m_goodSchedules;

@@ -1,14 +1,11 @@
 #include "tools/signServer/StockReply.h"
 #include "tools/signServer/ReplyText.h"
-#include <QXmlStreamReader>
+#include <QLocale>
 #include <QXmlStreamWriter>
-#include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr double kSpread = 0.02;                  // between the last trade and bid or ask
-constexpr double kSlowTurn = 420, kFastTurn = 47; // seconds of one round of the two waves
 const char* const kUnknown = "N/A";
 
 QString Money(double value)
@@ -22,80 +19,61 @@ QString Signed(double value)
     return (value < 0 && text != "0.00" ? "-" : "+") + text;
 }
 
-double Percent(double change, double previous)
+double Percent(const Quote& quote)
 {
-    return previous > 0 ? change / previous * 100 : 0;
+    return quote.previous > 0 ? (quote.price - quote.previous) / quote.previous * 100 : 0;
+}
+
+// Without a sign where there is no fall: the phone puts it there.
+QString PlainPercent(const Quote& quote)
+{
+    const QString text = Signed(Percent(quote));
+    return text.startsWith('+') ? text.mid(1) : text;
 }
 
 } // namespace
 
-double StockReply::Wander(double price, double percent) const
+QString ShortNumber(double value)
 {
-    const double turn = 2 * std::acos(-1.0);
-    const double seconds = double(m_now.toSecsSinceEpoch());
-    const double wave =
-        0.7 * std::sin(seconds / kSlowTurn * turn) + 0.3 * std::sin(seconds / kFastTurn * turn);
-    return price * (1 + percent / 100 * wave);
+    constexpr double kThousand = 1000;
+    int power = 0;
+    // What would be rounded up to a thousand is one of the next letter.
+    for (; value >= kThousand - 0.5 && power < 4; ++power)
+        value /= kThousand;
+    const int digits = value >= 99.95 ? 0 : value >= 9.995 ? 1 : 2;
+    return QString::number(value, 'f', power ? digits : 0) + QStringList{"", "K", "M", "B", "T"}[power];
 }
 
-StockReply::Quote StockReply::Find(const QByteArray& code) const
+QByteArray StockForPhone(const std::optional<Quote>& known)
 {
-    const QString wanted = QString::fromUtf8(code);
-    QXmlStreamReader xml(m_folder.Content("stock.xml"));
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        const QXmlStreamAttributes at = xml.attributes();
-        if (xml.name() != QLatin1String("stock") || at.value("code") != wanted)
-            continue;
-        Quote quote;
-        quote.known = true;
-        quote.company = at.value("company").toString();
-        quote.marketCap = at.value("market_cap").toString();
-        quote.volume = at.value("volume").toString();
-        quote.price = Wander(at.value("price").toDouble(), at.value("swing").toDouble());
-        quote.previous = at.value("previous").toDouble();
-        quote.open = at.value("open").toDouble();
-        quote.low = std::min(at.value("low").toDouble(), quote.price);
-        quote.high = std::max(at.value("high").toDouble(), quote.price);
-        return quote;
-    }
-    return Quote();
-}
-
-QByteArray StockReply::ForPhone(const QByteArray& code)
-{
-    const Quote quote = Find(code);
-    const double change = quote.price - quote.previous;
+    const Quote quote = known.value_or(Quote());
     return NdeckReply([&](QXmlStreamWriter& xml) {
         const auto row = [&](const char* title, const QString& value) {
             xml.writeEmptyElement("Menu");
             xml.writeAttribute("title", title);
-            xml.writeAttribute("value", quote.known ? value : kUnknown);
+            xml.writeAttribute("value", known ? value : kUnknown);
         };
         xml.writeStartElement("RootMenu");
         row("Company Name", quote.company);
         row("Last Trade", Money(quote.price));
-        row("Change", Signed(change));
-        row("Change in Percent", Signed(Percent(change, quote.previous)) + "%");
+        row("Change", Signed(quote.price - quote.previous));
+        row("Change in Percent", Signed(Percent(quote)) + "%");
         row("Open", Money(quote.open));
         row("Previous Close", Money(quote.previous));
         row("Day's High", Money(quote.high));
         row("Day's Low", Money(quote.low));
-        row("Bid", Money(quote.price - kSpread));
-        row("Ask", Money(quote.price + kSpread));
+        row("Bid", Money(quote.bid));
+        row("Ask", Money(quote.ask));
         row("Volume", quote.volume);
-        row("Last Trade Date", m_now.toString("M/d/yyyy"));
-        row("Last Trade Time", m_now.toString("hh:mm"));
+        row("Last Trade Date", quote.time.toString("M/d/yyyy"));
+        row("Last Trade Time", QLocale::c().toString(quote.time, "h:mmap"));
         row("Market Cap", quote.marketCap);
         xml.writeEndElement();
     });
 }
 
-QByteArray StockReply::ForPublic(const QByteArray& code)
+QByteArray StockForPublic(const std::optional<Quote>& quote)
 {
-    const Quote quote = Find(code);
-    const double change = quote.price - quote.previous;
     QByteArray reply;
     QXmlStreamWriter xml(&reply);
     const auto put = [&](const char* name, const QString& value) {
@@ -106,20 +84,20 @@ QByteArray StockReply::ForPublic(const QByteArray& code)
     xml.writeStartElement("xml_api_reply");
     xml.writeAttribute("version", "1");
     xml.writeStartElement("finance");
-    if (quote.known) {
-        put("company", quote.company);
-        put("last", Money(quote.price));
-        put("high", Money(quote.high));
-        put("low", Money(quote.low));
-        put("volume", quote.volume);
-        put("market_cap", quote.marketCap);
-        put("open", Money(quote.open));
-        put("y_close", Money(quote.previous));
-        put("change", Signed(change));
-        put("perc_change", Money(Percent(change, quote.previous)));
-        put("bid", Money(quote.price - kSpread));
-        put("ask", Money(quote.price + kSpread));
-        put("current_date_utc", m_now.toString("yyyyMMdd"));
+    if (quote) {
+        put("company", quote->company);
+        put("last", Money(quote->price));
+        put("high", Money(quote->high));
+        put("low", Money(quote->low));
+        put("volume", quote->volume);
+        put("market_cap", quote->marketCap);
+        put("open", Money(quote->open));
+        put("y_close", Money(quote->previous));
+        put("change", Signed(quote->price - quote->previous));
+        put("perc_change", PlainPercent(*quote));
+        put("bid", Money(quote->bid));
+        put("ask", Money(quote->ask));
+        put("current_date_utc", quote->time.toString("yyyyMMdd"));
     }
     xml.writeEndDocument();
     return reply;

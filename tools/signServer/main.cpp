@@ -1,4 +1,5 @@
 // hxSignServer: the demonstration server for signage, weather and stock quotes.
+#include "tools/signServer/FeedsOnly.h"
 #include "tools/signServer/SignServer.h"
 #include "tools/signServer/WebServer.h"
 #include <QCommandLineParser>
@@ -74,6 +75,20 @@ bool CheckNames(const SignServer& server, RequestLog& log)
     return account.isEmpty();
 }
 
+// A fixed time as "2026-11-21T14:05:00Z", or the machine's own; nothing for what is no time.
+FeedClock ClockOf(const QString& text)
+{
+    if (text.isEmpty())
+        return [] { return QDateTime::currentDateTimeUtc(); };
+    const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
+    return time.isValid() ? FeedClock([time] { return time; }) : FeedClock();
+}
+
+void TellOfFeeds(RequestLog& log, const QByteArray& address, bool isTaken)
+{
+    log.Line("feeds: " + (isTaken ? "at " + address : address + " is another program's; waiting for it"));
+}
+
 int WholeNumber(const QCommandLineParser& options, const char* name)
 {
     bool good = false;
@@ -102,6 +117,9 @@ int main(int argc, char** argv)
         {"connections",
          "Connections at a time (default 4096). Whoever was silent for longest gives way to the next.", "N",
          "4096"},
+        {"feeds", "Answer the public feeds at 127.0.0.1:PORT too, as soon as no other program has it.",
+         "PORT"},
+        {"clock", "The feeds' time, which stands still: 2026-11-21T14:05:00Z.", "TIME"},
         {"patience", "Seconds in which a request must have come (default 10).", "N", "10"},
     });
     options.addPositionalArgument("DIR", "The folder.");
@@ -122,13 +140,23 @@ int main(int argc, char** argv)
     RequestLog log;
     if (!log.Open(QFile::encodeName(options.value("log"))))
         return Complain(options.value("log") + " cannot be written");
-    SignServer service(QFile::encodeName(folder), log);
+    const FeedClock clock = ClockOf(options.value("clock"));
+    const int feedsPort = options.isSet("feeds") ? options.value("feeds").toUShort() : -1;
+    if (!clock || feedsPort == 0)
+        return Complain("--clock needs a time, --feeds a port");
+    SignServer service(QFile::encodeName(folder), log, clock);
+    FeedsOnly feeds(service);
     if (!CheckNames(service, log))
         return kBadUsage;
     WebServer server(service, MakeRoomFor(connections), patience * 1000);
     const int bound = server.Bind(options.value("bind").toLatin1(), port);
     if (bound <= 0)
         return Complain(QString("cannot listen at %1 port %2").arg(options.value("bind")).arg(port));
+    if (feedsPort > 0) {
+        const QByteArray address = "127.0.0.1", whole = "http://127.0.0.1:" + QByteArray::number(feedsPort);
+        server.BindWhenFree(address, feedsPort, feeds,
+                            [&log, whole](bool isTaken) { TellOfFeeds(log, whole, isTaken); });
+    }
     std::printf("http://%s:%d\n", qPrintable(options.value("bind")), bound);
     std::fflush(stdout);
     ServeUntilSignalled(server, ends, std::min(threads, kMostThreads));
