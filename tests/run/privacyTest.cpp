@@ -106,15 +106,18 @@ TEST_F(Privacy, NobodyElseReachesTheScreen)
     EXPECT_EQ(errorOfConnectingAsAStranger(screen), EACCES);
 }
 
-TEST_F(Privacy, OnlyThePageListensAndOnThisMachineAlone)
+TEST_F(Privacy, OnlyPageAndFeedsListenAndOnThisMachineAlone)
 {
-    const QByteArray port = QByteArray::number(m_phone.port(), 16).toUpper().rightJustified(4, '0');
-    EXPECT_EQ(listeningOf(m_phone.processOf("hxScreenServer")), QList<QByteArray>{"0100007F:" + port});
+    const auto onlyAt = [](int port) {
+        return QList<QByteArray>{"0100007F:" + QByteArray::number(port, 16).toUpper().rightJustified(4, '0')};
+    };
+    const qint64 page = m_phone.processOf("hxScreenServer"), feeds = m_phone.processOf("hxSignServer");
+    EXPECT_EQ(listeningOf(page), onlyAt(m_phone.port()));
+    EXPECT_TRUE(eventually([&] { return listeningOf(feeds) == onlyAt(m_phone.feedsPort()); }));
     const QList<qint64> all = m_phone.descendants();
     EXPECT_GE(all.size(), 3);
-    const qint64 page = m_phone.processOf("hxScreenServer");
     for (const qint64 process : all)
-        EXPECT_TRUE(process == page || listeningOf(process).isEmpty()) << process;
+        EXPECT_TRUE(process == page || process == feeds || listeningOf(process).isEmpty()) << process;
 }
 
 TEST_F(Privacy, NoCommandLineAndNoFileTellsTheToken)

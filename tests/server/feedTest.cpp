@@ -277,6 +277,17 @@ TEST_F(Feed, TakesItsSecondAddressWhenItBecomesFree)
     EXPECT_EQ(sectionsOf(get("/ig/api?weather=Bern").body).size(), 5);
 }
 
+TEST_F(Feed, CanBeAllThatIsServed)
+{
+    stop();
+    const int port = freePort();
+    start({"--port", "none", "--feeds", QString::number(port)});
+    ASSERT_EQ(m_port, port);
+    ASSERT_TRUE(kit::waits([&] { return log().contains("feeds: at http://127.0.0.1:"); }, 20000));
+    EXPECT_EQ(sectionsOf(get("/ig/api?weather=Bern").body).size(), 5);
+    EXPECT_EQ(enroll("Lobby").status, 404);
+}
+
 TEST_F(Feed, EndsWhileItWaitsForItsSecondAddress)
 {
     stop();

@@ -41,6 +41,7 @@ TEST_F(Program, RefusesNumbersThatAreNone)
     EXPECT_EQ(run({m_folder.path(), "--port", "65536"}), 2);
     EXPECT_EQ(run({m_folder.path(), "--threads", "0"}), 2);
     EXPECT_EQ(run({m_folder.path(), "--feeds", "x"}), 2);
+    EXPECT_EQ(run({m_folder.path(), "--port", "none"}), 2) << "there would be nothing to serve";
     EXPECT_EQ(run({m_folder.path(), "--clock", "noon"}), 2);
 }
 

@@ -64,7 +64,10 @@ void Door::TryToBind(const QByteArray& address, int port, const Told& told, bool
 
 void Door::Open()
 {
-    asio::post(m_strand, [this] { Accept(); });
+    asio::post(m_strand, [this] {
+        if (m_acceptor.is_open())
+            Accept();
+    });
 }
 
 void Door::Close(const std::function<void()>& then)

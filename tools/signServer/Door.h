@@ -16,7 +16,7 @@ public:
     int Bind(const QByteArray& address, int port);
     // As soon as nobody else has the address. told: when it has it, and once if that has to be waited for.
     void BindWhenFree(const QByteArray& address, int port, const Told& told);
-    // Takes connections from now on; after Bind. Any thread.
+    // Takes connections from now on, if it is bound. Any thread.
     void Open();
     // then: when no connection comes in any more. Any thread.
     void Close(const std::function<void()>& then);

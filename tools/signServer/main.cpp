@@ -109,7 +109,7 @@ int main(int argc, char** argv)
         "icons/ and faults.txt.");
     options.addHelpOption();
     options.addOptions({
-        {"port", "The port; 0 chooses one (default).", "PORT", "0"},
+        {"port", "The port; 0 chooses one (default), none leaves --feeds alone.", "PORT", "0"},
         {"bind", "The address to listen at (default 127.0.0.1).", "ADDRESS", "127.0.0.1"},
         {"log", "Append the log to a file (default: standard output).", "FILE"},
         {"threads", "Threads that answer; they wait for nobody (default: one for each processor).", "N",
@@ -130,8 +130,9 @@ int main(int argc, char** argv)
     const QString folder = QDir(options.positionalArguments().first()).absolutePath();
     if (!QFileInfo(folder + "/server.ini").isReadable())
         return Complain(folder + "/server.ini cannot be read");
-    bool portGood = false;
-    const int port = options.value("port").toUShort(&portGood);
+    const bool isFeedsAlone = options.value("port") == "none" && options.isSet("feeds");
+    bool portGood = isFeedsAlone;
+    const int port = isFeedsAlone ? 0 : options.value("port").toUShort(&portGood);
     const int threads = WholeNumber(options, "threads"), connections = WholeNumber(options, "connections");
     const int patience = std::min(WholeNumber(options, "patience"), kLongestPatience);
     if (!portGood || threads < 1 || connections < 1 || patience < 1)
@@ -149,15 +150,17 @@ int main(int argc, char** argv)
     if (!CheckNames(service, log))
         return kBadUsage;
     WebServer server(service, MakeRoomFor(connections), patience * 1000);
-    const int bound = server.Bind(options.value("bind").toLatin1(), port);
-    if (bound <= 0)
+    const QByteArray feedsAddress = "http://127.0.0.1:" + QByteArray::number(feedsPort);
+    if (feedsPort > 0)
+        server.BindWhenFree("127.0.0.1", feedsPort, feeds,
+                            [&](bool isTaken) { TellOfFeeds(log, feedsAddress, isTaken); });
+    const int bound = isFeedsAlone ? 0 : server.Bind(options.value("bind").toLatin1(), port);
+    if (bound < 0)
         return Complain(QString("cannot listen at %1 port %2").arg(options.value("bind")).arg(port));
-    if (feedsPort > 0) {
-        const QByteArray address = "127.0.0.1", whole = "http://127.0.0.1:" + QByteArray::number(feedsPort);
-        server.BindWhenFree(address, feedsPort, feeds,
-                            [&log, whole](bool isTaken) { TellOfFeeds(log, whole, isTaken); });
-    }
-    std::printf("http://%s:%d\n", qPrintable(options.value("bind")), bound);
+    if (isFeedsAlone)
+        std::printf("%s\n", feedsAddress.constData());
+    else
+        std::printf("http://%s:%d\n", qPrintable(options.value("bind")), bound);
     std::fflush(stdout);
     ServeUntilSignalled(server, ends, std::min(threads, kMostThreads));
     service.Settle();
