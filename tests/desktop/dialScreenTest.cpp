@@ -242,6 +242,51 @@ TEST_F(DialScreen, ArrowsGoThroughTheRowsToTheLinesAndRound)
     EXPECT_EQ(called(), "1002 on 3");
 }
 
+TEST_F(DialScreen, UpGoesBackThroughTheRows)
+{
+    open();
+    kit::key(Qt::Key_Down);
+    kit::key(Qt::Key_Down);
+    for (const int row : {0, -1}) {
+        kit::key(Qt::Key_Up);
+        EXPECT_EQ(list()->currentRow(), row);
+        EXPECT_TRUE(number()->hasFocus());
+    }
+    kit::key(Qt::Key_Up);
+    EXPECT_TRUE(lines()->hasFocus());
+}
+
+// Who is put through has no line to choose.
+TEST_F(DialScreen, WithoutLinesUpComesFromTheNumberToTheLastRow)
+{
+    ASSERT_TRUE(phoneSimulation::instance()->ring("4711", 0, ""));
+    kit::settle();
+    const int call = phoneService::instance().calls()[0].nId;
+    ASSERT_TRUE(phoneService::instance().answer(call));
+    dialScreenOpenFor(DIAL_TRANSFER, call);
+    screen = kit::windows().first();
+    ASSERT_NE(qobject_cast<frmDial*>(screen), nullptr);
+    ASSERT_TRUE(kit::waitUntil([this] { return list()->rows().size() == 2; }, 20000));
+    for (const int row : {1, 0, -1, 1}) {
+        kit::key(Qt::Key_Up);
+        EXPECT_EQ(list()->currentRow(), row);
+    }
+    kit::key(Qt::Key_Down);
+    EXPECT_EQ(list()->currentRow(), -1);
+    EXPECT_TRUE(number()->hasFocus());
+}
+
+TEST_F(DialScreen, HangUpAndBackLeaveItFromTheNumber)
+{
+    for (const Qt::Key leaves : {Qt::Key_Hangup, Qt::Key_Back}) {
+        open("4711");
+        ASSERT_TRUE(number()->hasFocus());
+        kit::key(leaves);
+        EXPECT_FALSE(isOpen()) << leaves;
+        EXPECT_EQ(called(), "");
+    }
+}
+
 TEST_F(DialScreen, ADigitOnTheLinesGoesToTheNumber)
 {
     open();
@@ -403,6 +448,36 @@ TEST_F(DialScreen, ManyRowsAreDragged)
     EXPECT_EQ(list()->currentRow(), -1);
     kit::tap(list()->mapToGlobal(QPoint(100, list()->height() - 20)));
     EXPECT_EQ(list()->currentRow(), dialDirectory::ROWS_MAX - 1);
+}
+
+TEST_F(DialScreen, KeysMoveManyRowsSoThatTheChosenOneIsSeen)
+{
+    QByteArray book = "<contactData><group name=\"A\">";
+    for (int i = 10; i < 30; ++i)
+        book += "<contact name=\"C\" number=\"9" + QByteArray::number(i) + "\"/>";
+    writeFile("/rundata/data/contactData.xml", book + "</group></contactData>");
+    open("9");
+    ASSERT_TRUE(kit::waitUntil([this] { return list()->rows().size() == dialDirectory::ROWS_MAX; }, 20000));
+    const QString last = list()->rows().last().strNumber;
+    const auto press = [](Qt::Key arrow) {
+        for (int row = 1; row < dialDirectory::ROWS_MAX; ++row)
+            kit::key(arrow);
+    };
+    kit::key(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_EQ(list()->currentRow(), dialDirectory::ROWS_MAX - 1);
+    kit::tap(list()->mapToGlobal(QPoint(100, list()->height() - 20)));
+    EXPECT_EQ(called(), last + " on 0") << "a touch of the chosen row, at the bottom, calls it";
+    hangUpAll();
+    open("9");
+    ASSERT_TRUE(kit::waitUntil([this] { return list()->rows().size() == dialDirectory::ROWS_MAX; }, 20000));
+    const QString first = list()->rows().first().strNumber;
+    kit::key(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Up);
+    EXPECT_EQ(list()->currentRow(), 0);
+    tapRow(0);
+    EXPECT_EQ(called(), first + " on 0");
 }
 
 TEST_F(DialScreen, ManyContactsAreFoundWithinAFrame)

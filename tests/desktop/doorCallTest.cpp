@@ -1,6 +1,7 @@
 // A call with a door phone: its door is opened from the call screen.
 #include "host/desktop/deviceCalls.h"
 #include "host/desktop/frmCall.h"
+#include "host/services/phone/callDevices.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "support/host/managers.h"
@@ -64,4 +65,26 @@ TEST_F(DoorCall, WithoutDigitsOrWithSomebodyElseThereIsNoDoor)
     ASSERT_TRUE(phoneSimulation::instance()->ring("8100", 0, ""));
     kit::settle();
     EXPECT_EQ(softKeys(screen()).find("Open door"), std::string::npos) << "it only rings";
+}
+
+TEST_F(DoorCall, EveryDeviceIsWhatItsFileSays)
+{
+    writeFile("/rundata/data/doorphonedata.xml",
+              "<DoorPhone><item title='Door Phone 1'><PhoneNumber>8100</PhoneNumber><FullScreen>1"
+              "</FullScreen></item><item title='Door Phone 2'><PhoneNumber>8101</PhoneNumber>"
+              "<RefuseNewIncall>1</RefuseNewIncall><FullScreen>0</FullScreen></item></DoorPhone>");
+    writeFile("/rundata/data/ipcameradata.xml",
+              "<IPCamera><item title='A'><PhoneNumber>8200</PhoneNumber><Fullscreen>1</Fullscreen></item>"
+              "<item title='B'><PhoneNumber>8201</PhoneNumber><Notsendvideo>1</Notsendvideo></item>"
+              "<item title='C'><PhoneNumber>8202</PhoneNumber><Notsendaudio>1</Notsendaudio></item>"
+              "</IPCamera>");
+    GetDoorPhoneIconViewManager()->RefreshIconView();
+    GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    QStringList all;
+    for (const tagCallDevice& device : callDevices()) {
+        all.append(device.strNumber + (device.bRefusesOthers ? " alone" : "") +
+                   (device.bFullScreen ? " full" : "") + (device.bNoVideo ? " blind" : "") +
+                   (device.bNoAudio ? " mute" : ""));
+    }
+    EXPECT_EQ(all, (QStringList{"8100 full", "8101 alone", "8200 full", "8201 blind", "8202 mute"}));
 }

@@ -284,6 +284,74 @@ TEST_F(DssKeys, AChangeIsShownWhenItIsToldAndTheSpeedDialListTellsByItself)
     EXPECT_EQ(labels()[0], "Line 4");
 }
 
+TEST_F(DssKeys, AListIsGivenBackWithItsLastKey)
+{
+    const QByteArray oneKey = "<Item Type=\"BLF List\"><ItemData Line=\"3\"/></Item>";
+    EXPECT_EQ(lampBook::instance().list(3).size(), 2);
+    for (int time = 0; time < 2; ++time) {
+        writeKeys(oneKey + "<Item Type=\"Line\"><ItemData Line=\"" + QByteArray::number(time) +
+                  "\"/></Item>");
+        tell(CONFIG_CHANGED_DSS_KEY);
+        EXPECT_EQ(lampBook::instance().list(3).size(), 2);
+    }
+    writeKeys("");
+    tell(CONFIG_CHANGED_DSS_KEY);
+    EXPECT_TRUE(lampBook::instance().list(3).isEmpty()) << "nobody watches it any more";
+    writeKeys(oneKey);
+    tell(CONFIG_CHANGED_DSS_KEY);
+    EXPECT_EQ(labels()[0], "Cleo");
+}
+
+TEST_F(DssKeys, WhatTheyAreToldOthersHearToo)
+{
+    const QList<QPair<unsigned int, unsigned int>> told = {
+        {CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_DSS_KEY},
+        {CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_DSS_KEY_FIRST},
+        {CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_ACCOUNT},
+        {PHONE_PUBLIC_MSG_ACCOUNT_REFRESH, 0}};
+    for (const auto& [message, what] : told) {
+        msgObject msg;
+        msg.message = message;
+        msg.wParam = what;
+        EXPECT_EQ(board().TryThreadMessage(msg), 0) << message << " " << what;
+    }
+}
+
+TEST_F(DssKeys, AKeyThatLooksTheSameIsNotPaintedAgain)
+{
+    const auto anna = [](const char* extension) {
+        return QByteArray("<Item Type=\"BLF\"><ItemData Line=\"0\" Label=\"Anna\" Extension=\"") + extension +
+               "\" Value=\"1\"/></Item>";
+    };
+    world().set("8001", LAMP_BUSY);
+    world().set("8002", LAMP_BUSY);
+    writeKeys(anna("8001"));
+    tell(CONFIG_CHANGED_DSS_KEY);
+    int changes = 0;
+    const QObject listener;
+    QObject::connect(&board(), &DssKeyBoard::changed, &listener, [&](int) { ++changes; });
+    writeKeys(anna("8002"));
+    tell(CONFIG_CHANGED_DSS_KEY);
+    EXPECT_TRUE(world().isWatched("8002"));
+    EXPECT_EQ(changes, 0);
+    world().set("8002", LAMP_IDLE);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(DssKeys, ALineThatIsNoneIsTheDefaultOne)
+{
+    for (const char* line : {"7", "4", "-7", "99999999999999999999"}) {
+        writeKeys(QByteArray("<Item Type=\"Speed Dial\"><ItemData Line=\"") + line +
+                  "\" Value=\"4711\"/></Item>");
+        tell(CONFIG_CHANGED_DSS_KEY);
+        mark();
+        kit::tap(key(1));
+        EXPECT_EQ(dialled(dials()), "4711 -1 0") << line;
+        hangUpAll();
+        kit::settle();
+    }
+}
+
 TEST_F(DssKeys, ABrokenFileLeavesTheKeysAsTheyWere)
 {
     for (const char* broken : {"<DssKey><Item", "<Other/>", ""}) {

@@ -19,6 +19,7 @@
 #include "tests/kit/plain/pictureFiles.h"
 #include <QApplication>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
 
 namespace {
@@ -243,6 +244,22 @@ TEST_F(HomeScreen, WaitingMessagesLightTheLampAndATouchDoesWhatTheKeyDoes)
     EXPECT_TRUE(screenState::instance().isLampLit());
     kit::tap(QPoint(724, 20));
     EXPECT_EQ(g_opened, QStringList{"Message"});
+}
+
+TEST_F(HomeScreen, AMessageKeyThatIsHeldOpensOnceAndOneForAHiddenWindowNothing)
+{
+    const messageKey key(nullptr);
+    kit::keyPress(Qt::Key_F9);
+    for (int time = 0; time < 5; ++time) {
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_F9, Qt::NoModifier, QString(), true);
+        QApplication::sendEvent(QApplication::focusWidget(), &repeated);
+    }
+    kit::keyRelease(Qt::Key_F9);
+    EXPECT_EQ(g_opened, QStringList{"Message"});
+    QWidget hidden;
+    QKeyEvent pressed(QEvent::KeyPress, Qt::Key_F9, Qt::NoModifier);
+    QApplication::sendEvent(&hidden, &pressed);
+    EXPECT_EQ(g_opened.size(), 1);
 }
 
 TEST_F(HomeScreen, TheMessageKeyWorksOnPagesAndNotOverABox)

@@ -2,11 +2,14 @@
 #include "frame/moduleEntries.h"
 #include "frame/pageClass.h"
 #include "support/host/combo.h"
+#include "support/host/image.h"
 #include "support/host/text.h"
 #include "tests/file/failingCalls.h"
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
+#include <QFrame>
+#include <QPixmap>
 
 PageTest::PageTest()
 {
@@ -124,6 +127,15 @@ void PageTest::expectFailedSave(const char* file)
     EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
     EXPECT_TRUE(page->isVisible());
     EXPECT_EQ(readFile(file), before);
+}
+
+void PageTest::expectBackground(const char* picture) const
+{
+    const QFrame* frame = child<QFrame>("frmBackground");
+    const QPixmap wanted = GetImageManager()->GetImage(chString(HX_THEME("")) + picture);
+    EXPECT_FALSE(wanted.isNull()) << picture;
+    EXPECT_TRUE(frame->autoFillBackground());
+    EXPECT_EQ(frame->palette().brush(QPalette::Window).texture().cacheKey(), wanted.cacheKey()) << picture;
 }
 
 void PageTest::expectStored(const char* file, const char* section, const char* key, const char* value)

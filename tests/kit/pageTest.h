@@ -54,6 +54,8 @@ protected:
     // afterwards.
     void expectFailedSave(const char* file);
     void expectStored(const char* file, const char* section, const char* key, const char* value);
+    // Behind the page is this picture of the theme, "general/gen_bg.jpg", and no other.
+    void expectBackground(const char* picture) const;
     // Changes that were told since the last call: "3 1" is wParam 3 with lParam 1.
     void expectChangesTold(const QStringList& changes);
 

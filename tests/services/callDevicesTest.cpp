@@ -152,3 +152,11 @@ TEST_F(DeviceCalls, TheSimulationRecordsThatTonesCameButNotWhich)
     }
     phone.hangUp(id);
 }
+
+TEST_F(DeviceCalls, ADeviceIsKnownByItsOwnNumberTooWhereThePlanRewritesIt)
+{
+    writeFile("/rundata/data/dialplan.xml", "<DialRule><Data Prefix='8' Replace='0308'/></DialRule>");
+    tellChanged(CONFIG_CHANGED_DIAL_PLAN);
+    add("8100").strUnlockPin = "7";
+    EXPECT_TRUE(rules->openDoor(talkWith("8100"))) << "as it calls";
+}

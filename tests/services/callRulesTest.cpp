@@ -335,6 +335,12 @@ TEST_F(RuledCalls, WhatCallersBringAlongIsShownWithoutControlCharacters)
     EXPECT_EQ(news.calls.last().strNumber, "4711");
     EXPECT_EQ(rules->calls()[0].strNumber, "4711");
     EXPECT_TRUE(rules->decline(id));
+    tagCall call;
+    call.strNumber = "4711";
+    call.strName = QString::fromUtf8("An\r\nna\x07 \u2028Berg\u202e");
+    EXPECT_TRUE(rules->answer(backend.arrive(call)));
+    EXPECT_EQ(news.calls.last().strName, "Anna Berg");
+    EXPECT_EQ(rules->calls()[0].strName, "Anna Berg");
 }
 
 TEST_F(RuledCalls, WhoWasNotToldOfACallHasMissedIt)

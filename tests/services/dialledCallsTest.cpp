@@ -1,6 +1,7 @@
 // What becomes of a number on its way out: dial plan, line, what goes along, and the codes that the exchange
 // is told.
 #include "host/services/phone/callNumber.h"
+#include "support/host/net.h"
 #include "tests/services/ruledCalls.h"
 #include <QFile>
 
@@ -40,6 +41,14 @@ TEST_F(DialledCalls, TheLongestPrefixIsReplaced)
     EXPECT_EQ(dialled("110"), "dial 110 on 0");
     EXPECT_EQ(dialled("0"), "dial 9 on 0");
     EXPECT_EQ(dialled("00@pbx.test"), "dial 00@pbx.test on 0") << "an address is no number";
+}
+
+TEST_F(DialledCalls, AnAddressWithoutAUserIsNoNumberEither)
+{
+    plan("<Data Prefix='s' Replace='9'/><Data Prefix='10' Replace='9'/>");
+    EXPECT_EQ(dialled("sip:600"), "dial sip:600 on 0");
+    EXPECT_EQ(dialled("10.0.0.5:5062"), "dial 10.0.0.5:5062 on 0");
+    EXPECT_EQ(dialled("sales"), "dial 9ales on 0");
 }
 
 TEST_F(DialledCalls, ThePlanIsReadAgainWhenItChanged)
@@ -104,6 +113,19 @@ TEST_F(DialledCalls, WhatCannotBeDialledIsToldAndGoesNowhere)
         EXPECT_EQ(dialled(nothing), "");
         EXPECT_TRUE(news.calls.isEmpty()) << "nobody has asked for a call";
     }
+}
+
+TEST_F(DialledCalls, ACallThatWentNowhereHasItsNumberItsLineAndItsTime)
+{
+    const long before = netGetLocalTime();
+    EXPECT_EQ(rules->dial("6'00", 2), 0);
+    ASSERT_EQ(news.calls.size(), 1);
+    EXPECT_EQ(news.calls[0].strNumber, "6'00");
+    EXPECT_EQ(news.calls[0].nAccount, 2);
+    EXPECT_EQ(news.calls[0].eState, CALL_ENDED);
+    EXPECT_EQ(news.calls[0].eEnd, CALL_FAILED);
+    EXPECT_GE(news.calls[0].nStartTime, before);
+    EXPECT_LE(news.calls[0].nStartTime, netGetLocalTime());
 }
 
 TEST_F(DialledCalls, TheLineTellsHowItsCallsAreMade)

@@ -241,3 +241,39 @@ TEST_F(Lamps, ACallThatRingsThereIsTakenHere)
     EXPECT_EQ(book().state(kAnna), LAMP_IDLE);
     book().unwatch(kAnna);
 }
+
+TEST_F(Lamps, WhoNoLongerListensIsToldNothing)
+{
+    static int calls; // outlives whoever is told by mistake
+    calls = 0;
+    const int listener =
+        book().addListener({[](const tagLampWatch&, LAMP_STATE) { ++calls; }, [](int) { ++calls; }});
+    FakeLamps lamps;
+    book().setLamps(&lamps);
+    book().watch(kAnna);
+    book().watchList(2);
+    lamps.m_pNews->lampChanged(kAnna, LAMP_BUSY);
+    lamps.m_pNews->listChanged(2, {{"8009", ""}});
+    EXPECT_EQ(calls, 2);
+    book().removeListener(listener);
+    lamps.m_pNews->lampChanged(kAnna, LAMP_IDLE);
+    lamps.m_pNews->listChanged(2, {});
+    EXPECT_EQ(calls, 2);
+    book().unwatch(kAnna);
+    book().unwatchList(2);
+    book().setLamps(nullptr);
+}
+
+TEST_F(Lamps, AListIsGoneWithTheBackendThatToldIt)
+{
+    FakeLamps lamps;
+    book().setLamps(&lamps);
+    book().watchList(2);
+    lamps.m_pNews->listChanged(2, {{"8009", "Ida"}});
+    EXPECT_EQ(members(2), QStringList{"8009=Ida"});
+    heard();
+    book().setLamps(nullptr);
+    EXPECT_EQ(members(2), QStringList());
+    EXPECT_EQ(heard(), QStringList{"list 2"});
+    book().unwatchList(2);
+}

@@ -1,6 +1,7 @@
 // The page of cameras.
 #include "frame/modSetting.h"
 #include "settings/call/dlgIpCamera.h"
+#include "support/host/ime.h"
 #include "support/host/managers.h"
 #include "support/xml/xmlFile.h"
 #include "tests/settings_call/callPageTest.h"
@@ -286,4 +287,76 @@ TEST_F(CameraPage, ThePinIsInNoTraceAndTheFileIsThePhonesAlone)
     ASSERT_EQ(chmod(qPrintable(hostPath(CAMERAS_FILE)), 0644), 0);
     openItem(0);
     expectPinStaysSecret(CAMERAS_FILE);
+}
+
+TEST_F(CameraPage, EachOfTheThreeFlagsIsItsOwn)
+{
+    const QByteArray names[] = {"Fullscreen", "Notsendvideo", "Notsendaudio"};
+    for (const QByteArray& only : names) {
+        QByteArray one = camera("IP Camera 1", "0", "2", "Gate", "8201", "11");
+        QByteArray others = camera("IP Camera 2", "0", "2", "Gate", "8201", "11");
+        QString wanted = "Mobotix|Line3|Gate|8201|11";
+        QString opposite = wanted;
+        for (const QByteArray& name : names) {
+            one.replace("<" + name + (name == only ? ">0<" : ">1<"),
+                        "<" + name + (name == only ? ">1<" : ">0<"));
+            others.replace("<" + name + (name == only ? ">1<" : ">0<"),
+                           "<" + name + (name == only ? ">0<" : ">1<"));
+            wanted += name == only ? "|1" : "|0";
+            opposite += name == only ? "|0" : "|1";
+        }
+        writeFile(CAMERAS_FILE, "<IPCamera>" + one + others + "</IPCamera>");
+        GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+        openItem(1);
+        EXPECT_EQ(fields(), opposite) << only.constData();
+        back();
+        openTitle("IP Camera 1");
+        EXPECT_EQ(fields(), wanted) << only.constData();
+        back();
+        openTitle("IP Camera 2");
+        EXPECT_EQ(fields(), opposite) << only.constData();
+        back();
+        openItem(0);
+        EXPECT_EQ(fields(), wanted) << only.constData();
+        back();
+    }
+}
+
+TEST_F(CameraPage, CamerasWithoutANameAreNoneOfAName)
+{
+    writeFile(CAMERAS_FILE, "<IPCamera>" + camera("IP Camera 1", "0", "2", "Gate", "8201", "11") +
+                                camera("IP Camera 2", "1", "", "", "", "") + "</IPCamera>");
+    GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    openItem(0);
+    enter("editPhoneName", "");
+    enter("editPhoneNum", "");
+    expectSaved();
+    EXPECT_EQ(entry("IP Camera 1"), "0|2|||11|1|0|1");
+}
+
+TEST_F(CameraPage, WhatStandsBetweenTheEntriesDoesNotCount)
+{
+    writeFile(CAMERAS_FILE, "<IPCamera>" + camera("IP Camera 1", "0", "2", "Gate", "8201", "11") +
+                                "<note title='IP Camera 2'/>" +
+                                camera("IP Camera 2", "1", "1", "Yard", "8202", "22") + "</IPCamera>");
+    GetIPCameraIconViewManager()->RefreshIPCameraIconView();
+    openTitle("IP Camera 2");
+    EXPECT_EQ(fields(), "Custom|Line2|Yard|8202|22|1|0|1");
+    expectSaved(); // its own name is not another's
+    openTitle("IP Camera 1");
+    enter("editPhoneName", "Yard");
+    expectRefused(CAMERAS_FILE, "Display Name already exists!", "editPhoneName");
+}
+
+TEST_F(CameraPage, EachShowBeginsWithItsMethods)
+{
+    openItem(0);
+    for (const char* edit : {"editPhoneName", "editPhoneNum"}) {
+        kit::tap(child<QLineEdit>(edit));
+        softKey(1);
+    }
+    back();
+    openItem(0);
+    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editPhoneName")), "2aB");
+    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editPhoneNum")), "123");
 }

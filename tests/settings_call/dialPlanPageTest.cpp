@@ -28,6 +28,7 @@ TEST_F(DialPlanPage, ShowsItsTextsAndTheRulesOfTheFile)
     EXPECT_EQ(edits(), "00=+");
     EXPECT_EQ(focusName(), "tabWgtList");
     EXPECT_EQ(notice(), "");
+    expectBackground("general/gen_bg.jpg");
     kit::shot("dial-plan");
 }
 
@@ -172,6 +173,18 @@ TEST_F(DialPlanPage, KeysDoNotEndAdding)
     EXPECT_EQ(rows(), (QStringList{"00=+", "9="}));
 }
 
+TEST_F(DialPlanPage, AChangedRuleHasItsNewPrefixInTheFile)
+{
+    openPage();
+    choose(1);
+    fill("8", "0");
+    ok();
+    back();
+    EXPECT_EQ(inFile(), (QStringList{"00=+", "8=0"}));
+    openPage();
+    EXPECT_EQ(rows(), inFile());
+}
+
 TEST_F(DialPlanPage, ANewRuleIsOnTopOfTheListAndAtTheEndOfTheFile)
 {
     openPage();
@@ -303,7 +316,7 @@ TEST_F(DialPlanPage, TheTwentyFirstRuleIsRefusedAndThePanelIsEmptyAndDisabled)
     EXPECT_EQ(boxes.texts(), QStringList{"The max number should <= 20!"});
     EXPECT_EQ(edits(), "=");
     EXPECT_TRUE(areDisabled());
-    EXPECT_FALSE(isGrey(prefix()));
+    EXPECT_FALSE(isGrey(prefix()) || isGrey(replace()));
     // It does not add: OK has nothing to store.
     ok();
     EXPECT_EQ(notice(), "Prefix is empty.");

@@ -1,6 +1,7 @@
 // The pages of door phones.
 #include "frame/pageLists.h"
 #include "settings/call/dlgDoorPhone.h"
+#include "support/host/ime.h"
 #include "support/host/managers.h"
 #include "support/xml/xmlFile.h"
 #include "tests/settings_call/callPageTest.h"
@@ -285,4 +286,29 @@ TEST_F(DoorPhonePage, TheManagerReadsAgainWhenAChangeIsTold)
     EXPECT_STREQ(items[0]->m_strUnlockPIN, "111");
     EXPECT_TRUE(items[0]->m_bRefuseNewIncall);
     EXPECT_FALSE(items[1]->m_bRefuseNewIncall);
+}
+
+TEST_F(DoorPhonePage, ARefusalThatIsSwitchedOffElsewhereUnticksTheBox)
+{
+    openDoor();
+    EXPECT_TRUE(child<QCheckBox>("checkRing")->isChecked());
+    back();
+    writeFile(DOORS_FILE, "<DoorPhone>" + door(1, "Gate", "8101", "111", "0") + "</DoorPhone>");
+    openDoor();
+    EXPECT_EQ(fields(), "2N|Gate|8101|111|0");
+}
+
+TEST_F(DoorPhonePage, EachShowBeginsAtTheModelWithItsMethods)
+{
+    openDoor();
+    for (const char* edit : {"editName", "editNumber"}) {
+        kit::tap(child<QLineEdit>(edit));
+        softKey(1);
+    }
+    ASSERT_EQ(focusName(), "editNumber");
+    back();
+    openDoor();
+    EXPECT_EQ(focusName(), "cmbDevModel");
+    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editName")), "2aB");
+    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editNumber")), "123");
 }

@@ -53,6 +53,26 @@ TEST_F(DssKeyInfo, AnotherParseClearsWhatTheRecordHad)
     }
 }
 
+TEST_F(DssKeyInfo, AKeyThatIsFreeNowIsOfNoTypeAnyMore)
+{
+    CDssKeyInfo info = parsed(item("BLF", "Line=\"1\" Label=\"l\" Extension=\"e\" Value=\"v\""));
+    xmlElement* node = xmlParseElementFromText("<Item Type=\"N/A\"/>");
+    info.ParseNode(node);
+    xmlFreeElement(node);
+    EXPECT_EQ(all(info), "0 -1   ");
+}
+
+TEST_F(DssKeyInfo, AResetLeavesNothingOfARecord)
+{
+    CDssKeyInfo info = parsed(item("BLF", "Line=\"1\" Label=\"l\" Extension=\"e\" Value=\"v\""));
+    info.m_strKeyName = "03";
+    info.m_iIndex = 2;
+    info.Reset();
+    EXPECT_EQ(all(info), "0 0   ");
+    EXPECT_STREQ(info.m_strKeyName, "");
+    EXPECT_EQ(info.m_iIndex, -1);
+}
+
 TEST_F(DssKeyInfo, TheNamesAreComparedCaseForCase)
 {
     EXPECT_EQ(all(parsed(item("speed dial", "Line=\"2\" Value=\"v\""))), "0 0   ");

@@ -67,6 +67,8 @@ TEST_F(KeyList, TheTableHasItsPlaceAndItsMeasures)
     for (int column = 0; column < 6; ++column)
         EXPECT_EQ(keys->columnWidth(column), widths[column]) << column;
     EXPECT_EQ(keys->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    expectPlain(keys);
+    expectBackground("general/gen_bg_has_topbar_and_softkey.jpg");
 }
 
 TEST_F(KeyList, TheLabelIsCutByCharactersBeyondNineBytes)
@@ -173,6 +175,21 @@ TEST_F(KeyList, EachShowBeginsAtTheFirstKey)
     back();
     openPage();
     EXPECT_EQ(current(), 0);
+    EXPECT_EQ(table(kTable)->verticalScrollBar()->value(), 0);
+}
+
+TEST_F(KeyList, AListThatAFingerHasMovedIsAtItsTopAgain)
+{
+    openPage();
+    const QPoint at = table(kTable)->viewport()->mapToGlobal(QPoint(60, 25));
+    kit::press(at);
+    for (int step = 1; step <= 10; ++step)
+        kit::moveTo(at - QPoint(0, 10 * step));
+    kit::release(at - QPoint(0, 100));
+    ASSERT_EQ(table(kTable)->verticalScrollBar()->value(), 100);
+    ASSERT_EQ(current(), 0) << "the finger came down there";
+    back();
+    openPage();
     EXPECT_EQ(table(kTable)->verticalScrollBar()->value(), 0);
 }
 

@@ -8,6 +8,8 @@
 #include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QLabel>
 
 namespace {
@@ -196,6 +198,21 @@ TEST_F(KeySetting, AKeyThatWatchedIsToldTwiceAndThenNoMore)
     expectChangesTold({"26 0"});
 }
 
+TEST_F(KeySetting, AKeyOfTheListIsToldTwiceWhenItComesAndWhenItGoes)
+{
+    openSwitched(4);
+    child<QComboBox>("cmbType")->setCurrentIndex(4);
+    expectSaved();
+    expectChangesTold({"26 0", "10 0"});
+    openKey(4);
+    choose("cmbType", "1");
+    expectSaved();
+    expectChangesTold({"26 0", "10 0"});
+    openKey(4);
+    expectSaved();
+    expectChangesTold({"26 0"});
+}
+
 // With two taps on the list of the types.
 TEST_F(KeySetting, ATypeThatIsTouchedInItsListIsToldTwiceToo)
 {
@@ -304,6 +321,25 @@ TEST_F(KeySetting, AFullDiskIsToldAndKeepsWhatWasEntered)
     EXPECT_EQ(keyInFile(3), "Speed Dial|-1,Ben,,4711");
 }
 
+TEST_F(KeySetting, AKeyThatOnlyTheListCouldTakeIsToldAndTheNextSaveWritesTheRest)
+{
+    openSwitched(3);
+    enter("editValue", "4712");
+    QFile::remove(hostPath(PHONE_FILE));
+    ASSERT_TRUE(QDir().mkpath(hostPath(PHONE_FILE))) << "nothing can be stored in a folder";
+    {
+        kit::BoxAnswers boxes({"ok"});
+        save();
+        EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
+    }
+    EXPECT_TRUE(page->isVisible());
+    EXPECT_EQ(keyInFile(3), "Speed Dial|-1,Home,,4712");
+    expectChangesTold({"26 0"});
+    ASSERT_TRUE(QDir().rmdir(hostPath(PHONE_FILE)));
+    expectSaved();
+    EXPECT_EQ(memory(3), "0|-1|4712");
+}
+
 TEST_F(KeySetting, ABrokenFileIsToldAndNeverReplaced)
 {
     openSwitched(3);
@@ -359,6 +395,20 @@ TEST_F(KeySetting, SoftKeysFollowTheFocus)
     softKey(2);
     EXPECT_EQ(child<QLineEdit>("editValue")->text(), "800");
     EXPECT_EQ(keyInFile(2), "BLF|1,Anna,8001,8001");
+}
+
+TEST_F(KeySetting, EachShowBeginsWithItsMethods)
+{
+    openSwitched(2);
+    for (const char* edit : {"editLabel", "editExtension"}) {
+        kit::tap(child<QLineEdit>(edit));
+        softKey(1);
+        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(edit)), "ABC") << edit;
+    }
+    back();
+    openKey(2);
+    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editLabel")), "2aB");
+    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editExtension")), "2aB");
 }
 
 TEST_F(KeySetting, ItsFilterIsTraced)

@@ -95,12 +95,17 @@ TEST_F(ForwardPage, EditsTakeWhatTheyMay)
 TEST_F(ForwardPage, EachShowBeginsWithDigitsAndWhatIsStored)
 {
     openPage();
-    kit::tap(child<QLineEdit>("editBusy"));
-    softKey(1);
+    const char* const edits[] = {"editAlways", "editBusy", "editNoAnswer", "editBlank"};
+    for (const char* edit : edits) {
+        kit::tap(child<QLineEdit>(edit));
+        softKey(1);
+        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(edit)), "2aB") << edit;
+    }
     enter("editBusy", "999");
     back();
     openPage();
-    EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editBusy")), "123");
+    for (const char* edit : edits)
+        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>(edit)), "123") << edit;
     EXPECT_EQ(text("editBusy"), "200");
 }
 

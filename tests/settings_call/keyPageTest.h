@@ -5,6 +5,7 @@
 #include "support/xml/xmlFile.h"
 #include "tests/kit/kitTime.h"
 #include "tests/kit/pageTest.h"
+#include <QHeaderView>
 #include <QTableWidget>
 
 #define KEY_FILE "/rundata/data/dsskey.xml"
@@ -48,6 +49,16 @@ protected:
             separator = ",";
         }
         return text;
+    }
+    // Rows without headers and grid, of which one is chosen as a whole and none is edited.
+    static void expectPlain(const QTableWidget* table)
+    {
+        EXPECT_TRUE(table->horizontalHeader()->isHidden());
+        EXPECT_TRUE(table->verticalHeader()->isHidden());
+        EXPECT_FALSE(table->showGrid());
+        EXPECT_EQ(table->selectionMode(), QAbstractItemView::SingleSelection);
+        EXPECT_EQ(table->selectionBehavior(), QAbstractItemView::SelectRows);
+        EXPECT_EQ(table->editTriggers(), QAbstractItemView::NoEditTriggers);
     }
     QTableWidget* table(const char* name) const { return child<QTableWidget>(name); }
     std::string cells(const char* name, int row) const

@@ -1,6 +1,7 @@
 // The pages "Auto Answer", "Anonymous Call" and "Video Set", with a tab for each line.
 #include "host/services/phone/phoneSimulation.h"
 #include "support/host/ime.h"
+#include "support/host/language.h"
 #include "support/host/phone.h"
 #include "tests/settings_call/callSettingTest.h"
 #include <QCheckBox>
@@ -71,6 +72,18 @@ TEST_F(AutoAnswerPage, AFullDiskIsToldAndKeepsWhatWasChosen)
     onLine(3, [this] { tick("chkAutoAnswer", true); });
     expectFailedSave(lineFile(3));
     EXPECT_EQ(tab(), 3);
+}
+
+TEST_F(AutoAnswerPage, ItsTabsFollowTheLanguage)
+{
+    openPage();
+    ASSERT_EQ(GetLanguageHelper()->SetLanguage("German"), 1);
+    kit::settle();
+    for (int line = 0; line < 4; ++line)
+        EXPECT_EQ(lines()->m_pTabs->tabText(line), QString("Leitung %1").arg(line + 1));
+    GetLanguageHelper()->SetLanguage("English");
+    kit::settle();
+    EXPECT_EQ(lines()->m_pTabs->tabText(3), "Line 4");
 }
 
 class AnonymousPage : public LineSettingTest

@@ -3,6 +3,7 @@
 #include "settings/call/dlgPictureDialSetting.h"
 #include "support/host/button.h"
 #include "support/host/desktop.h"
+#include "support/host/ime.h"
 #include "support/host/picture.h"
 #include "support/xml/xmlFile.h"
 #include "tests/file/failingCalls.h"
@@ -135,6 +136,7 @@ TEST_F(PictureDialPage, ListPanelAndButtonsStandInTheirPlaces)
     for (int i = 0; i < child<QComboBox>("cmbAccount")->count(); ++i)
         accounts.append(child<QComboBox>("cmbAccount")->itemText(i));
     EXPECT_EQ(accounts, (QStringList{"Auto", "Line 1", "Line 2", "Line 3", "Line 4"}));
+    expectBackground("general/gen_bg_has_topbar_and_softkey.jpg");
     kit::shot("picture-dial");
 }
 
@@ -254,6 +256,58 @@ TEST_F(PictureDialPage, ASlotWithOnlyAPictureIsNotEmpty)
     softKey(2);
     EXPECT_EQ(boxes.texts(), QStringList{"Delete ?"});
     EXPECT_EQ(slot(3), "||Default.png|-1|");
+}
+
+TEST_F(PictureDialPage, ASlotWithOneThingOnlyIsNotEmpty)
+{
+    const struct
+    {
+        const char* attributes;
+        const char* question;
+    } cases[] = {{"title='Eve' number='' file='Default.png' line='-1'", "Delete Eve?"},
+                 {"title='' number='5' file='Default.png' line='-1'", "Delete ?"},
+                 {"title='' number='' file='Default.png' line='0'", "Delete ?"}};
+    for (const auto& one : cases) {
+        writeFile(SLOTS_FILE, QByteArray("<picture-dial><icon ") + one.attributes + "/></picture-dial>");
+        openSlots();
+        kit::BoxAnswers boxes({"yes"});
+        softKey(2);
+        EXPECT_EQ(boxes.texts(), QStringList{one.question}) << one.attributes;
+        EXPECT_EQ(slot(0), "||Default.png|-1|") << one.attributes;
+        back();
+    }
+}
+
+TEST_F(PictureDialPage, ADeletedSlotShowsTheDefaultLine)
+{
+    openSlots();
+    ASSERT_EQ(panel(), "Anna|1002|Line 3|Door.png");
+    kit::BoxAnswers boxes({"yes"});
+    softKey(2);
+    EXPECT_EQ(panel(), "||Auto|Default.png");
+    ok();
+    EXPECT_EQ(slot(0), "||Default.png|-1|") << "and is stored with it";
+}
+
+TEST_F(PictureDialPage, EachShowBeginsWithItsMethods)
+{
+    // Also where there is no slot to be shown.
+    for (const QByteArray& content : {readFile(SLOTS_FILE), QByteArray("<picture-dial/>")}) {
+        writeFile(SLOTS_FILE, content);
+        openSlots();
+        for (const char* edit : {"editName", "editNumber"}) {
+            kit::tap(child<QLineEdit>(edit));
+            softKey(1);
+        }
+        back();
+        for (const char* edit : {"editName", "editNumber"})
+            qShift2NextIME(child<QLineEdit>(edit));
+        page->show();
+        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editName")), "2aB");
+        EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editNumber")), "123");
+        drainPictures();
+        back();
+    }
 }
 
 TEST_F(PictureDialPage, DeleteInAnEditTakesACharacter)

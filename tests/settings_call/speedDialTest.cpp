@@ -1,12 +1,14 @@
 // The list of speed dials with the editor beside it.
 #include "frame/roomHooks.h"
 #include "settings/call/dlgSpeedDial.h"
+#include "support/host/button.h"
 #include "support/host/combo.h"
 #include "support/host/ime.h"
 #include "support/host/language.h"
 #include "tests/file/failingCalls.h"
 #include "tests/settings_call/keyPageTest.h"
-#include <QCoreApplication>
+#include <QApplication>
+#include <QDialog>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -396,4 +398,76 @@ TEST_F(SpeedDial, ItsFilterIsTraced)
     EXPECT_EQ(traces().count("-----dlgSpeedDial installEventFilter----------"), 1);
     back();
     EXPECT_EQ(traces().count("-----dlgSpeedDial removeEventFilter----------"), 1);
+}
+
+TEST_F(SpeedDial, ListAndButtonsLookAsTheyShould)
+{
+    openPage();
+    expectBackground("general/gen_bg.jpg");
+    const QTableWidget* keys = table(kTable);
+    expectPlain(keys);
+    EXPECT_EQ(keys->horizontalHeader()->sectionResizeMode(0), QHeaderView::Stretch);
+    EXPECT_EQ(keys->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    EXPECT_EQ(keys->verticalHeader()->minimumSectionSize(), 42);
+    const QString folder = "/phone/resource/theme/default/bmp/button/";
+    for (int state = 0; state < 3; ++state) {
+        const QString file = QString("0%1.png").arg(state + 1);
+        EXPECT_EQ(GetButtonImage(child<QPushButton>("btnOK"), state), folder + "btn_ok_bg" + file);
+        EXPECT_EQ(GetButtonImage(child<QPushButton>("btnCancel"), state), folder + "btn_cancel_bg" + file);
+    }
+}
+
+TEST_F(SpeedDial, EachShowHasTheTwentyKeysOnceAndBeginsAtTheFirst)
+{
+    openPage();
+    goTo(7);
+    back();
+    openPage();
+    EXPECT_EQ(table(kTable)->rowCount(), 20);
+    EXPECT_EQ(current(), 0);
+    EXPECT_EQ(table(kTable)->currentColumn(), 0);
+    EXPECT_EQ(panel(), "DSS Key1|Line|Auto|on||off");
+}
+
+TEST_F(SpeedDial, ALoadChoosesTheFirstKeyWhereverTheFocusIs)
+{
+    openPage();
+    goTo(1);
+    kit::tap(child<QLineEdit>("editExtension"));
+    getSpeedDialDialog()->LoadData();
+    EXPECT_EQ(table(kTable)->rowCount(), 20);
+    EXPECT_EQ(current(), 0);
+    EXPECT_EQ(panel(), "DSS Key1|Line|Auto|on||off");
+}
+
+TEST_F(SpeedDial, UnderAnotherWindowItLooksAtNothing)
+{
+    openPage();
+    QDialog other;
+    other.setGeometry(0, 0, 800, 480);
+    other.show();
+    kit::settle();
+    ASSERT_TRUE(page->isVisible());
+    kit::tap(QPoint(400, 200)); // lifted outside the page
+    other.hide();
+    kit::settle();
+    int clicks = 0;
+    QObject::connect(child<QPushButton>("btnCancel"), &QPushButton::clicked, page, [&] { ++clicks; });
+    cancel();
+    EXPECT_EQ(clicks, 1);
+}
+
+// Whoever makes a hidden window the active one does not wake its filter.
+TEST_F(SpeedDial, HiddenItLooksAtNothing)
+{
+    openPage();
+    back();
+    QApplication::setActiveWindow(page);
+    ASSERT_TRUE(page->isActiveWindow());
+    QWidget elsewhere;
+    for (const QEvent::Type type : {QEvent::MouseButtonRelease, QEvent::MouseButtonPress}) {
+        QMouseEvent event(type, QPointF(1, 1), QPointF(1, 1), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+        EXPECT_FALSE(page->eventFilter(&elsewhere, &event)) << type;
+    }
+    QApplication::setActiveWindow(nullptr);
 }
