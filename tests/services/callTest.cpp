@@ -230,6 +230,16 @@ TEST_F(Calls, RefusedCallIsInTheHistoryToo)
     EXPECT_EQ(history("line", 1), QStringList{"1"});
 }
 
+TEST_F(Calls, ACallThatWentNowhereIsInTheHistoryWithNumberLineAndTime)
+{
+    netSetLocalTime(2024, 2, 29, 23, 59, 0);
+    phone_CallNumber("6'00", 2, -1);
+    EXPECT_TRUE(calls().isEmpty());
+    EXPECT_EQ(history("number", 1), QStringList{"6'00"});
+    EXPECT_EQ(history("line", 1), QStringList{"3"});
+    EXPECT_TRUE(history("start", 1)[0].startsWith("2024-02-29 23:59:0"));
+}
+
 TEST_F(Calls, ACallThatIsStillOnItsWayIntoAClearedHistoryIsForgottenToo)
 {
     for (int round = 0; round < 20; ++round) {

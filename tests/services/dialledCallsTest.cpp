@@ -206,6 +206,11 @@ TEST_F(DialledCalls, TheExchangeIsToldByCodeWhenASettingChanged)
     setLine(1, "account", "AnonymousCall", "0");
     tellChanged(CONFIG_CHANGED_ACCOUNT, 1);
     EXPECT_EQ(orders(), QStringList{"dial *2 on 1"});
+    backend.endFromOutside(backend.live[0].nId, CALL_HUNG_UP);
+    kit::stepTime(1);
+    setLine(1, "account", "RejectAnonymousCall", "0");
+    tellChanged(CONFIG_CHANGED_ACCOUNT, 1);
+    EXPECT_EQ(orders(), QStringList{"dial *3 on 1"});
 }
 
 TEST_F(DialledCalls, CodesWaitForTheCallThatIsThereAndTheLastOneHolds)
