@@ -73,7 +73,7 @@ void dialScreenOpenFor(DIAL_FOR purpose, int call)
 
 frmDial::frmDial()
     : QDialog(nullptr, Qt::FramelessWindowHint), m_ui(new Ui_frmDial), m_pPage(new hostPage),
-      m_pDirectory(new dialDirectory([this] { showEntries(); }))
+      m_pDirectory(new dialDirectory([this] { renewEntries(); }))
 {
     m_ui->setupUi(this);
     m_pPage->build(this, m_ui->frmBackground, HX_TR("Dial"));
@@ -146,6 +146,19 @@ void frmDial::showPurpose()
 void frmDial::showEntries()
 {
     m_ui->lstEntries->setRows(m_pDirectory->find(m_ui->editNumber->text()));
+}
+
+// The files were read: who was chosen meanwhile stays chosen.
+void frmDial::renewEntries()
+{
+    dialList* list = m_ui->lstEntries;
+    const tagDialEntry chosen = list->rows().value(list->currentRow());
+    showEntries();
+    for (int row = 0; !chosen.strNumber.isEmpty() && row < list->rows().size(); ++row) {
+        const tagDialEntry& entry = list->rows()[row];
+        if (entry.strNumber == chosen.strNumber && entry.strName == chosen.strName)
+            return list->setCurrentRow(row);
+    }
 }
 
 // What is pasted may hold anything.

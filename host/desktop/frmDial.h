@@ -43,6 +43,7 @@ private:
     void open(DIAL_FOR purpose, int call, const QString& typed);
     void showPurpose();
     void showEntries();
+    void renewEntries();
     void cleanNumber();
     void typeSign(QChar sign);
     bool endsNumber(const QString& sign) const;

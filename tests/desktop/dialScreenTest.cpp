@@ -287,6 +287,30 @@ TEST_F(DialScreen, HangUpAndBackLeaveItFromTheNumber)
     }
 }
 
+// The files are read while the screen is up already, with what was read before.
+TEST_F(DialScreen, WhoWasChosenStaysChosenWhenTheFilesHaveBeenRead)
+{
+    open();
+    kit::key(Qt::Key_Escape);
+    QByteArray calls = kCalls;
+    calls.replace("<CallHistory>", "<CallHistory><Call number=\"77\" name=\"\" line=\"1\" direction=\"out\" "
+                                   "start=\"2026-11-21 15:00:00\" seconds=\"9\"/>");
+    writeFile("/rundata/data/callHistory.xml", calls);
+    dialScreenOpen();
+    ASSERT_EQ(list()->rows().size(), 2);
+    list()->setCurrentRow(1);
+    ASSERT_TRUE(kit::waitUntil([this] { return list()->rows().size() == 3; }, 20000));
+    ASSERT_EQ(list()->currentRow(), 2);
+    EXPECT_EQ(list()->rows()[2].strNumber, "1002");
+    kit::key(Qt::Key_Escape);
+    // One that is not there any more is nobody.
+    writeFile("/rundata/data/callHistory.xml", "<CallHistory/>");
+    dialScreenOpen();
+    list()->setCurrentRow(2);
+    ASSERT_TRUE(kit::waitUntil([this] { return list()->rows().isEmpty(); }, 20000));
+    EXPECT_EQ(list()->currentRow(), -1);
+}
+
 TEST_F(DialScreen, ADigitOnTheLinesGoesToTheNumber)
 {
     open();
