@@ -8,3 +8,5 @@
 #define MEDIA_FILE_XML "/phone/resource/mediafile.xml"
 #define REMOTE_BOOK_XML "/rundata/data/remotebook.xml"
 #define STOCK_DATA_XML "/rundata/data/stockData.xml"
+
+enum : unsigned { STOCK_DATA_LIMIT = 64 * 1024 }; // bytes of it; ten stocks have half a thousand

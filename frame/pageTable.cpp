@@ -156,7 +156,7 @@ int rebootDevice(const tagPageRow&, const tagPageCall& call)
 bool stockDataLoads()
 {
     xmlFile file(nullptr);
-    return pathFileExist(STOCK_DATA_XML) && file.LoadFromFile(STOCK_DATA_XML);
+    return pathFileExist(STOCK_DATA_XML) && file.LoadFromFile(STOCK_DATA_XML, STOCK_DATA_LIMIT);
 }
 
 int openStock(const tagPageRow& row, const tagPageCall& call)

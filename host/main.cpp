@@ -1,4 +1,5 @@
 // hxPhone: the phone's main process. Wires the module to the reference host and runs it.
+#include "applets/dlgStock.h"
 #include "frame/moduleEntries.h"
 #include "host/control/controlServer.h"
 #include "host/desktop/boot.h"
@@ -103,6 +104,7 @@ void wireModule()
     entries.editPictureDial = [](PicDialIconViewItem* item) {
         GetdlgPictureDialSetting()->ShowByIconViewItem(item);
     };
+    entries.updateStockData = UpdataStockData;
     wireKeys(entries);
     wireSavers(entries);
     wireSignage(entries);

@@ -53,6 +53,8 @@ void frame(const QStringList& arguments, const Reply& reply)
 
 void refresh(const QStringList& arguments, const Reply& reply)
 {
+    if (arguments[0] == "stockData.xml")
+        return reply(hostModule().updateStockData());
     hostModule().refreshMenu(fromQString(arguments[0]));
     reply(controlDone());
 }

@@ -1722,5 +1722,85 @@
         <source>Open door</source>
         <translation>Tür öffnen</translation>
     </message>
+    <message>
+        <source>Add %1 ?</source>
+        <translation>%1 hinzufügen?</translation>
+    </message>
+    <message>
+        <source>Add Stock</source>
+        <translation>Aktie hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add stock</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Ask Price</source>
+        <translation>Briefkurs</translation>
+    </message>
+    <message>
+        <source>Bid Price</source>
+        <translation>Geldkurs</translation>
+    </message>
+    <message>
+        <source>Delete Stock</source>
+        <translation>Aktie löschen</translation>
+    </message>
+    <message>
+        <source>Delete stock</source>
+        <translation>Aktie löschen</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Hoch</translation>
+    </message>
+    <message>
+        <source>Input is empty!</source>
+        <translation>Die Eingabe ist leer!</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Tief</translation>
+    </message>
+    <message>
+        <source>Market Cap</source>
+        <translation>Marktkapital.</translation>
+    </message>
+    <message>
+        <source>NetWork is not good, please wait for a while!</source>
+        <translation>Das Netzwerk ist langsam, bitte warten Sie einen Moment!</translation>
+    </message>
+    <message>
+        <source>No site information</source>
+        <translation>Keine Angaben zu dieser Aktie</translation>
+    </message>
+    <message>
+        <source>Opening Price</source>
+        <translation>Eröffnungskurs</translation>
+    </message>
+    <message>
+        <source>Prev Closing Price</source>
+        <translation>Schlusskurs Vortag</translation>
+    </message>
+    <message>
+        <source>Stock is full!</source>
+        <translation>Die Aktienliste ist voll!</translation>
+    </message>
+    <message>
+        <source>The stock is existed!</source>
+        <translation>Die Aktie ist schon vorhanden!</translation>
+    </message>
+    <message>
+        <source>Unable connect to Stock server, please check network.</source>
+        <translation>Der Server für Aktien antwortet nicht, bitte prüfen Sie das Netzwerk.</translation>
+    </message>
+    <message>
+        <source>Updated:</source>
+        <translation>Aktualisiert:</translation>
+    </message>
+    <message>
+        <source>data exception.</source>
+        <translation>Die Daten sind fehlerhaft.</translation>
+    </message>
 </context>
 </TS>

@@ -1722,5 +1722,85 @@
         <source>Open door</source>
         <translation>Abrir la puerta</translation>
     </message>
+    <message>
+        <source>Add %1 ?</source>
+        <translation>¿Añadir %1?</translation>
+    </message>
+    <message>
+        <source>Add Stock</source>
+        <translation>Añadir acción</translation>
+    </message>
+    <message>
+        <source>Add stock</source>
+        <translation>Añadir</translation>
+    </message>
+    <message>
+        <source>Ask Price</source>
+        <translation>Precio de venta</translation>
+    </message>
+    <message>
+        <source>Bid Price</source>
+        <translation>Precio de compra</translation>
+    </message>
+    <message>
+        <source>Delete Stock</source>
+        <translation>Borrar acción</translation>
+    </message>
+    <message>
+        <source>Delete stock</source>
+        <translation>Borrar</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Máximo</translation>
+    </message>
+    <message>
+        <source>Input is empty!</source>
+        <translation>¡La entrada está vacía!</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Mínimo</translation>
+    </message>
+    <message>
+        <source>Market Cap</source>
+        <translation>Capitalización</translation>
+    </message>
+    <message>
+        <source>NetWork is not good, please wait for a while!</source>
+        <translation>La red va lenta, ¡espere un momento!</translation>
+    </message>
+    <message>
+        <source>No site information</source>
+        <translation>No hay información de esta acción</translation>
+    </message>
+    <message>
+        <source>Opening Price</source>
+        <translation>Apertura</translation>
+    </message>
+    <message>
+        <source>Prev Closing Price</source>
+        <translation>Cierre anterior</translation>
+    </message>
+    <message>
+        <source>Stock is full!</source>
+        <translation>¡La lista de acciones está llena!</translation>
+    </message>
+    <message>
+        <source>The stock is existed!</source>
+        <translation>¡La acción ya existe!</translation>
+    </message>
+    <message>
+        <source>Unable connect to Stock server, please check network.</source>
+        <translation>El servidor de acciones no responde, compruebe la red.</translation>
+    </message>
+    <message>
+        <source>Updated:</source>
+        <translation>Actualizado:</translation>
+    </message>
+    <message>
+        <source>data exception.</source>
+        <translation>Los datos son erróneos.</translation>
+    </message>
 </context>
 </TS>

@@ -1722,5 +1722,85 @@
         <source>Open door</source>
         <translation>Ouvrir la porte</translation>
     </message>
+    <message>
+        <source>Add %1 ?</source>
+        <translation>Ajouter %1 ?</translation>
+    </message>
+    <message>
+        <source>Add Stock</source>
+        <translation>Ajouter une action</translation>
+    </message>
+    <message>
+        <source>Add stock</source>
+        <translation>Ajouter</translation>
+    </message>
+    <message>
+        <source>Ask Price</source>
+        <translation>Cours vendeur</translation>
+    </message>
+    <message>
+        <source>Bid Price</source>
+        <translation>Cours acheteur</translation>
+    </message>
+    <message>
+        <source>Delete Stock</source>
+        <translation>Effacer l’action</translation>
+    </message>
+    <message>
+        <source>Delete stock</source>
+        <translation>Effacer</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Plus haut</translation>
+    </message>
+    <message>
+        <source>Input is empty!</source>
+        <translation>La saisie est vide !</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Plus bas</translation>
+    </message>
+    <message>
+        <source>Market Cap</source>
+        <translation>Capitalisation</translation>
+    </message>
+    <message>
+        <source>NetWork is not good, please wait for a while!</source>
+        <translation>Le réseau est lent, veuillez patienter un instant !</translation>
+    </message>
+    <message>
+        <source>No site information</source>
+        <translation>Aucune information sur cette action</translation>
+    </message>
+    <message>
+        <source>Opening Price</source>
+        <translation>Ouverture</translation>
+    </message>
+    <message>
+        <source>Prev Closing Price</source>
+        <translation>Clôture préc.</translation>
+    </message>
+    <message>
+        <source>Stock is full!</source>
+        <translation>La liste des actions est pleine !</translation>
+    </message>
+    <message>
+        <source>The stock is existed!</source>
+        <translation>L’action existe déjà !</translation>
+    </message>
+    <message>
+        <source>Unable connect to Stock server, please check network.</source>
+        <translation>Le serveur d’actions ne répond pas, veuillez vérifier le réseau.</translation>
+    </message>
+    <message>
+        <source>Updated:</source>
+        <translation>Mis à jour :</translation>
+    </message>
+    <message>
+        <source>data exception.</source>
+        <translation>Les données sont erronées.</translation>
+    </message>
 </context>
 </TS>

@@ -1722,5 +1722,85 @@
         <source>Open door</source>
         <translation>开门</translation>
     </message>
+    <message>
+        <source>Add %1 ?</source>
+        <translation>添加 %1？</translation>
+    </message>
+    <message>
+        <source>Add Stock</source>
+        <translation>添加股票</translation>
+    </message>
+    <message>
+        <source>Add stock</source>
+        <translation>添加股票</translation>
+    </message>
+    <message>
+        <source>Ask Price</source>
+        <translation>卖价</translation>
+    </message>
+    <message>
+        <source>Bid Price</source>
+        <translation>买价</translation>
+    </message>
+    <message>
+        <source>Delete Stock</source>
+        <translation>删除股票</translation>
+    </message>
+    <message>
+        <source>Delete stock</source>
+        <translation>删除股票</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>最高</translation>
+    </message>
+    <message>
+        <source>Input is empty!</source>
+        <translation>输入为空！</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>最低</translation>
+    </message>
+    <message>
+        <source>Market Cap</source>
+        <translation>市值</translation>
+    </message>
+    <message>
+        <source>NetWork is not good, please wait for a while!</source>
+        <translation>网络状况不佳，请稍候！</translation>
+    </message>
+    <message>
+        <source>No site information</source>
+        <translation>没有该股票的信息</translation>
+    </message>
+    <message>
+        <source>Opening Price</source>
+        <translation>开盘价</translation>
+    </message>
+    <message>
+        <source>Prev Closing Price</source>
+        <translation>昨收价</translation>
+    </message>
+    <message>
+        <source>Stock is full!</source>
+        <translation>股票列表已满！</translation>
+    </message>
+    <message>
+        <source>The stock is existed!</source>
+        <translation>该股票已存在！</translation>
+    </message>
+    <message>
+        <source>Unable connect to Stock server, please check network.</source>
+        <translation>无法连接股票服务器，请检查网络。</translation>
+    </message>
+    <message>
+        <source>Updated:</source>
+        <translation>更新时间：</translation>
+    </message>
+    <message>
+        <source>data exception.</source>
+        <translation>数据异常。</translation>
+    </message>
 </context>
 </TS>

@@ -38,6 +38,8 @@ struct tagModuleEntries
     // The editor of a programmable key, from 0 on; the list of speed dials, at that key.
     void (*editDssKey)(int index) = nullptr;
     void (*openSpeedDials)(int index) = nullptr;
+    // Somebody else has changed the list of stocks: the page that was built shows it; 0 while there is none.
+    int (*updateStockData)() = nullptr;
 
     // Savers of pictures and of films, and the black screen: over the whole screen, until a key or a touch.
     // One that has nothing to show does not come up.

@@ -58,6 +58,10 @@ QStringList entryPoints()
         "PreviewImageFile(char const*)",
         "PreviewVideoFile(char const*)",
         "RefreshOpenXml(" + text + " const&)",
+        "S_STOCK_MAP",
+        "S_STOCK_ROOTMEUN",
+        "S_STOCK_TITLE",
+        "S_STOCK_VALUE",
         "StartScreenSaver_ImageView()",
         "StartScreenSaver_VideoView()",
         "StopImagePlay()",
@@ -67,6 +71,7 @@ QStringList entryPoints()
         "StopVideoPlay()",
         "Stop_ImageView()",
         "Stop_VideoView()",
+        "UpdataStockData()",
         "dlgDialPlan::dlgDialPlan(QWidget*, tagLeftBarInfo*)",
         "dlgDialPlan::dlgDialPlan(QWidget*, tagLeftBarInfo*)", // complete, and as a base
         "dlgPictureDialSetting::ShowByIconViewItem(PicDialIconViewItem*)",

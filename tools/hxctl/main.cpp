@@ -22,7 +22,7 @@ const char* const kHelp =
     "open-info NAME ICON TITLE       open a page as a menu does, with its icon and title\n"
     "menu FILE                       open a menu file\n"
     "frame NAME                      open a menu by name; prints the result\n"
-    "refresh FILE                    load a menu file again\n"
+    "refresh FILE                    load a menu file again; stockData.xml: the list of the page \"Stock\"\n"
     "cache INDEX                     one step of the boot pre-building; prints the result\n"
     "tree                            all windows and widgets, topmost window first\n"
     "touch X Y [down|move|up]        a finger on the screen; without the last word a tap\n"

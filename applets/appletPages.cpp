@@ -1,0 +1,7 @@
+#include "applets/appletPages.h"
+#include "applets/dlgStock.h"
+#include "frame/pageClass.h"
+
+HX_PAGE(dlgStock);
+
+void appletPages() {}
