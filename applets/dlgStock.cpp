@@ -1,5 +1,6 @@
 #include "applets/dlgStock.h"
 #include "applets/cStockController.h"
+#include "applets/stockEntry.h"
 #include "applets/stockInfo.h"
 #include "applets/stockList.h"
 #include "frame/configFiles.h"

@@ -90,6 +90,3 @@ private:
 
 // The page once it is built; null before.
 extern dlgStock* g_pDlgStock;
-
-// The host's entry for a list that somebody else has changed: 0 while there is no page.
-HX_MODULE_API int UpdataStockData();

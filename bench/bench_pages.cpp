@@ -1,5 +1,6 @@
 // How long a person waits for a page: first and cached opens to painted, the boot pre-building, and a list of
 // thousands of pictures.
+#include "applets/appletPages.h"
 #include "bench/phoneBench.h"
 #include "frame/moduleEntries.h"
 #include "host/desktop/boot.h"
@@ -182,6 +183,7 @@ int main(int argc, char** argv)
     settingsCallPages();
     settingsSystemPages();
     mediaPages();
+    appletPages();
     hostSetModule(settingEntries());
     frmDesktop::GetInstance()->m_pLoading = new frmLoading;
     frmDesktop::GetInstance()->m_pLoading->show();
@@ -198,6 +200,7 @@ int main(int argc, char** argv)
     benchPage(table, "Auto Answer", "dlgAuto_Answer");
     benchPage(table, "Anonymous Call", "dlgAnonymousCallDialog");
     benchPage(table, "Video Set", "dlgVideoSet");
+    benchPage(table, "Stock", "dlgStock");
     benchPage(table, "Sound Manager", "dlgMediaManager");
     putPictures(root.path());
     benchManyPictures(table);

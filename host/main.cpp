@@ -1,5 +1,5 @@
 // hxPhone: the phone's main process. Wires the module to the reference host and runs it.
-#include "applets/dlgStock.h"
+#include "applets/stockEntry.h"
 #include "frame/moduleEntries.h"
 #include "host/control/controlServer.h"
 #include "host/desktop/boot.h"

@@ -1724,7 +1724,7 @@
     </message>
     <message>
         <source>Add %1 ?</source>
-        <translation>Ajouter %1 ?</translation>
+        <translation>Ajouter %1 ?</translation>
     </message>
     <message>
         <source>Add Stock</source>
@@ -1756,7 +1756,7 @@
     </message>
     <message>
         <source>Input is empty!</source>
-        <translation>La saisie est vide !</translation>
+        <translation>La saisie est vide !</translation>
     </message>
     <message>
         <source>Low</source>
@@ -1768,7 +1768,7 @@
     </message>
     <message>
         <source>NetWork is not good, please wait for a while!</source>
-        <translation>Le réseau est lent, veuillez patienter un instant !</translation>
+        <translation>Le réseau est lent, veuillez patienter un instant !</translation>
     </message>
     <message>
         <source>No site information</source>
@@ -1784,11 +1784,11 @@
     </message>
     <message>
         <source>Stock is full!</source>
-        <translation>La liste des actions est pleine !</translation>
+        <translation>La liste des actions est pleine !</translation>
     </message>
     <message>
         <source>The stock is existed!</source>
-        <translation>L’action existe déjà !</translation>
+        <translation>L’action existe déjà !</translation>
     </message>
     <message>
         <source>Unable connect to Stock server, please check network.</source>
@@ -1796,7 +1796,7 @@
     </message>
     <message>
         <source>Updated:</source>
-        <translation>Mis à jour :</translation>
+        <translation>Mis à jour :</translation>
     </message>
     <message>
         <source>data exception.</source>

@@ -1,6 +1,6 @@
 // What is asked for a code, and what is read of the replies.
 #include "tests/applets_stock/stockTest.h"
-#include <unistd.h>
+#include <QFile>
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include "support/host/button.h"
 #include "support/host/screen.h"
 #include "tests/applets_stock/stockTest.h"
+#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
-#include <unistd.h>
 
 namespace {
 

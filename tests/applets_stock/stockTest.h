@@ -4,6 +4,7 @@
 #include "applets/cStockAction.h"
 #include "applets/cStockController.h"
 #include "applets/dlgStock.h"
+#include "applets/stockEntry.h"
 #include "frame/configFiles.h"
 #include "host/services/system/netWorld.h"
 #include "host/services/transfers/taskBook.h"

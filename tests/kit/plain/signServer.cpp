@@ -44,6 +44,13 @@ void SignServer::dropLayout(const QString& name)
     writeSchedule();
 }
 
+void SignServer::copyFile(const QString& name, const QString& source)
+{
+    QFile file(source);
+    if (file.open(QIODevice::ReadOnly))
+        writeWhole(path(name), file.readAll());
+}
+
 void SignServer::putMedia(const QString& name, const QByteArray& content)
 {
     writeWhole(path("media/" + name), content);

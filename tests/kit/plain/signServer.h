@@ -14,6 +14,8 @@ public:
     // A layout file of the schedule: its content, and further attributes of its entry.
     void putLayout(const QString& name, const QByteArray& content, const QString& attributes = QString());
     void dropLayout(const QString& name);
+    // A file of the folder itself, as "stock.xml" is.
+    void copyFile(const QString& name, const QString& source);
     void putMedia(const QString& name, const QByteArray& content);
     void copyMedia(const QString& name, const QString& source);
 
