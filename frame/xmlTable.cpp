@@ -1,5 +1,6 @@
 #include "frame/xmlTable.h"
 #include "frame/xmlUnderRoot.h"
+#include "support/file/keepAside.h"
 #include <QTableWidget>
 
 XmlTable::XmlTable(QTableWidget* table) : m_pTable(table)
@@ -11,7 +12,7 @@ xmlElement* XmlTable::Load(const char* path, const char* list)
 {
     forgetElements();
     m_strPath = path;
-    m_pList = m_xmlFile.LoadFromFile(path) ? xmlFindUnderRoot(m_xmlFile, list) : nullptr;
+    m_pList = m_xmlFile.LoadFromFile(path, XML_LIST_LIMIT) ? xmlFindUnderRoot(m_xmlFile, list) : nullptr;
     return m_pList;
 }
 
@@ -56,7 +57,19 @@ void XmlTable::RemoveRow(int row)
         element->GetParent()->RemoveChild(element);
 }
 
+FILE_CHANGE XmlTable::Change() const
+{
+    if (!m_xmlFile.IsStale(m_strPath))
+        return FILE_UNCHANGED;
+    xmlFile now;
+    return now.LoadFromFile(m_strPath, XML_LIST_LIMIT) ? FILE_RENEWED : FILE_LOST;
+}
+
 int XmlTable::Save()
 {
-    return m_pList && m_xmlFile.SaveToFile(m_strPath);
+    chString kept;
+    const FILE_CHANGE change = Change();
+    const bool mayReplace =
+        change == FILE_UNCHANGED || (change == FILE_RENEWED && fileCopyAside(m_strPath, kept));
+    return m_pList && mayReplace && m_xmlFile.SaveToFile(m_strPath);
 }

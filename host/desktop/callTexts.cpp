@@ -1,5 +1,6 @@
 #include "host/desktop/callTexts.h"
-#include "host/desktop/contactBook.h"
+#include "host/services/phone/callNumber.h"
+#include "host/services/phone/phoneService.h"
 #include "support/host/api.h"
 #include "support/host/language.h"
 #include "support/host/phone.h"
@@ -28,10 +29,18 @@ QString callStateText(const tagCall& call)
     return qTranslate(failed ? call.strReason.toUtf8().constData() : stateText(call));
 }
 
+QString callNameOf(const tagCall& call, const tagContact& contact)
+{
+    if (!call.strName.isEmpty())
+        return call.strName;
+    if (!contact.strName.isEmpty())
+        return contact.strName;
+    return callTextOf(phoneService::instance().rules().deviceOf(call).strName);
+}
+
 QString callWhoText(const tagCall& call)
 {
-    const QString name =
-        call.strName.isEmpty() ? contactOfNumber(contactsRead(), call.strNumber).strName : call.strName;
+    const QString name = callNameOf(call, contactOfNumber(contactsRead(), call.strNumber));
     return name.isEmpty() ? call.strNumber : name;
 }
 

@@ -1,10 +1,14 @@
 #pragma once
 // What the call screen says of a call. User-interface thread.
+#include "host/desktop/contactBook.h"
 #include "host/services/phone/tagCall.h"
 
 // "In call", "On hold", why it failed; in the present language.
 QString callStateText(const tagCall& call);
-// Who it is: the name that came with the call, or of the contact with its number; else the number.
+// The name that came with the call, of the contact with its number, or of the door phone or camera; else
+// empty.
+QString callNameOf(const tagCall& call, const tagContact& contact);
+// The same, else the number.
 QString callWhoText(const tagCall& call);
 // With a dot between them, where both say something.
 QString callJoinedText(const QString& one, const QString& other);

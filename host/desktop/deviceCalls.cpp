@@ -11,6 +11,7 @@ QList<tagCallDevice> devices()
     for (const DoorPhoneIconViewItem* item : GetDoorPhoneIconViewManager()->GetItems()) {
         tagCallDevice device;
         device.strNumber = toQString(item->m_strPhoneNumber);
+        device.strName = toQString(item->m_strDisplayName);
         device.strUnlockPin = toQString(item->m_strUnlockPIN);
         device.bRefusesOthers = item->m_bRefuseNewIncall;
         device.bFullScreen = item->m_bFullScreen;
@@ -19,6 +20,7 @@ QList<tagCallDevice> devices()
     for (const IPCameraIconViewItem* item : GetIPCameraIconViewManager()->GetItems()) {
         tagCallDevice device;
         device.strNumber = toQString(item->m_strPhoneNumber);
+        device.strName = toQString(item->m_strDisplayName);
         device.bFullScreen = item->m_bFullscreen;
         device.bNoVideo = item->m_bNotSendVideo;
         device.bNoAudio = item->m_bNotSendAudio;

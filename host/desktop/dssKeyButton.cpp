@@ -14,6 +14,7 @@ constexpr int kLabelGap = 2; // above and below
 constexpr int kLabelLines = 2;
 constexpr int kLabelRight = 24; // from the right edge: the lamp's
 constexpr int kNoLampRight = 8;
+constexpr int kSmallestLine = 13;
 constexpr int kLampRight = 14; // its middle
 constexpr qreal kLamp = 4.5;
 constexpr qreal kGlow = 8;
@@ -74,6 +75,18 @@ void paintLamp(QPainter& painter, const QPointF& at, LAMP_STATE state)
     painter.drawEllipse(at, kLamp, kLamp);
 }
 
+// In one line as long as that can be read well.
+look::FittedText fitLabel(const QString& label, const QSize& room)
+{
+    const QFont font = look::font(look::kSmallSize - 1);
+    const look::FittedText line = look::fitText(label, font, room, 1, kSmallestLine);
+    if (line.lines.size() == 1)
+        return line;
+    look::FittedText lines = look::fitText(label, font, room, kLabelLines);
+    look::cutToRoom(lines, room, kLabelLines);
+    return lines;
+}
+
 } // namespace
 
 dssKeyButton::dssKeyButton(QWidget* parent) : homeButton(QuickKey, parent) {}
@@ -113,8 +126,8 @@ void dssKeyButton::paintEvent(QPaintEvent*)
     painter.setPen(QColor(look::kTextOnBar));
     const int right = m_look.bLamp ? kLabelRight : kNoLampRight;
     const QRect place(kLabelLeft, kLabelGap, width() - kLabelLeft - right, height() - 2 * kLabelGap);
-    look::paintFitted(painter, place, Qt::AlignLeft | Qt::AlignVCenter, m_look.strLabel,
-                      look::font(look::kSmallSize - 1), kLabelLines);
+    look::paintFitted(painter, place, Qt::AlignLeft | Qt::AlignVCenter,
+                      fitLabel(m_look.strLabel, place.size()));
     if (m_look.bLamp)
         paintLamp(painter, QPointF(width() - kLampRight, height() / 2.0), m_look.eLamp);
 }

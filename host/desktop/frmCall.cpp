@@ -170,7 +170,7 @@ void frmCall::showCall(const tagCall& call)
     m_bVolumeChanged = false;
     m_nChosen = -1;
     const tagContact contact = contactOfNumber(contactsRead(), call.strNumber);
-    const QString name = call.strName.isEmpty() ? contact.strName : call.strName;
+    const QString name = callNameOf(call, contact);
     m_ui->labName->setText(name.isEmpty() ? call.strNumber : name);
     m_strNumber = name.isEmpty() ? QString() : call.strNumber;
     showPicture(contact.strPicture);
@@ -404,7 +404,8 @@ void frmCall::showSoftKeys()
     }
     if (talks() && phoneService::instance().rules().hasDoor(m_call))
         m_pSoftKeys->SetButton(2, "OpenDoor", Translate(HX_TR("Open door")), this, SLOT(on_click_OpenDoor()));
-    m_pSoftKeys->SetButton(3, "End", Translate("End"), this, SLOT(on_click_End()));
+    const bool isOver = m_call.eState == CALL_ENDED;
+    m_pSoftKeys->SetButton(3, "End", Translate(isOver ? "Back" : "End"), this, SLOT(on_click_End()));
 }
 
 void frmCall::showKeysOfQuestion()

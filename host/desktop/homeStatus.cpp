@@ -22,6 +22,10 @@ constexpr int kLineGap = 18;
 constexpr int kLineText = 24; // from where a line begins
 constexpr int kLampX = 688;
 constexpr int kBellX = 652;
+constexpr int kMessagesMax = 99; // that are counted one by one
+constexpr int kMessagesX = 740;  // of the number, which moves left when it is wide
+constexpr int kMessagesRight = 764;
+constexpr int kMessageIcon = 27;            // before it
 constexpr QRect kBellTouch(642, 0, 38, 40); // as a finger needs it
 constexpr QRect kMessageTouch(704, 0, 56, 40);
 constexpr QRgb kStrip = 0x33000000;
@@ -181,8 +185,12 @@ void homeStatus::paintRight(QPainter& painter)
                                                   : HX_THEME("icon/status_bell.png")));
     paintLampMark(painter, QPoint(kLampX, height() / 2));
     if (m_state.newMessages > 0) {
-        painter.drawPixmap(713, top, icon(HX_THEME("icon/status_message.png")));
-        painter.drawText(QRect(740, 0, 24, height()), Qt::AlignVCenter | Qt::AlignLeft,
-                         QString::number(m_state.newMessages));
+        const QString count =
+            m_state.newMessages > kMessagesMax ? QStringLiteral("99+") : QString::number(m_state.newMessages);
+        const int left =
+            std::min(kMessagesX, kMessagesRight - painter.fontMetrics().horizontalAdvance(count));
+        painter.drawPixmap(left - kMessageIcon, top, icon(HX_THEME("icon/status_message.png")));
+        painter.drawText(QRect(left, 0, kMessagesRight - left, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                         count);
     }
 }

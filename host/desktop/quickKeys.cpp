@@ -46,8 +46,9 @@ tagQuickKey keyOf(xmlElement* slot)
 QList<tagQuickKey> quickKeysRead()
 {
     QList<tagQuickKey> keys;
-    xmlFile file(kFile);
-    xmlElement* list = xmlFindElementFromRoot(&file, "picture-dial", 0);
+    xmlFile file;
+    xmlElement* list =
+        file.LoadFromFile(kFile, XML_LIST_LIMIT) ? xmlFindElementFromRoot(&file, "picture-dial", 0) : nullptr;
     xmlElement* slot = list ? list->FindChildElement("icon") : nullptr;
     for (; slot && keys.size() < kKeys; slot = xmlGetNextElement(slot))
         keys.append(keyOf(slot));

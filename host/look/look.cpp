@@ -10,8 +10,9 @@
 namespace look {
 
 namespace {
-constexpr qreal kLineHeight = 4 / 3.0; // of the font's pixels
-}
+constexpr qsizetype kLongestFitted = 1000; // characters; more have no room on the screen
+constexpr qreal kLineHeight = 4 / 3.0;     // of the font's pixels
+} // namespace
 
 QFont font(int pixels, bool semiBold)
 {
@@ -188,9 +189,19 @@ FittedText layOut(const QStringList& paragraphs, const QFont& font, int pixels, 
 
 } // namespace
 
+void cutToRoom(FittedText& fitted, const QSize& size, int maxLines)
+{
+    const int lines = qMax(1, qMin(maxLines, size.height() / qMax(1, fitted.nLineHeight)));
+    if (fitted.lines.size() <= lines)
+        return;
+    const QString rest = fitted.lines.mid(lines - 1).join(QLatin1Char(' '));
+    fitted.lines = fitted.lines.mid(0, lines - 1);
+    fitted.lines.append(QFontMetrics(fitted.font).elidedText(rest, Qt::ElideRight, size.width()));
+}
+
 FittedText fitText(const QString& text, const QFont& font, const QSize& size, int maxLines, int smallest)
 {
-    const QStringList paragraphs = text.split(QLatin1Char('\n'));
+    const QStringList paragraphs = text.left(kLongestFitted).split(QLatin1Char('\n'));
     const int wanted = font.pixelSize();
     FittedText fitted;
     for (const bool mayBreak : {false, true}) {
@@ -226,7 +237,9 @@ void paintFitted(QPainter& painter, const QRect& rect, int align, const FittedTe
 void paintFitted(QPainter& painter, const QRect& rect, int align, const QString& text, const QFont& font,
                  int maxLines)
 {
-    paintFitted(painter, rect, align, fitText(text, font, rect.size(), maxLines));
+    FittedText fitted = fitText(text, font, rect.size(), maxLines);
+    cutToRoom(fitted, rect.size(), maxLines);
+    paintFitted(painter, rect, align, fitted);
 }
 
 } // namespace look

@@ -121,10 +121,13 @@ struct FittedText
 };
 // The largest font, from font's size down to smallest pixels, in which text needs at most maxLines lines and
 // fits into size; at the smallest size it may be higher than size. A word is broken rather than made smaller
-// than three quarters of font.
+// than three quarters of font. What a text has beyond its first thousand characters is left out.
 FittedText fitText(const QString& text, const QFont& font, const QSize& size, int maxLines,
                    int smallest = 10);
-// Paints it with the painter's pen; align: Qt alignment flags.
+// Where even that has more lines, or is higher than size: the last line that has room ends in dots.
+void cutToRoom(FittedText& fitted, const QSize& size, int maxLines);
+// Paints it with the painter's pen; align: Qt alignment flags. A text that was not laid out before is cut to
+// rect.
 void paintFitted(QPainter& painter, const QRect& rect, int align, const FittedText& text);
 void paintFitted(QPainter& painter, const QRect& rect, int align, const QString& text, const QFont& font,
                  int maxLines = 1);

@@ -19,7 +19,7 @@ const xmlElement* generatedMenuLoad(xmlFile& document, const char* file, const c
 {
     const chString path = chString("/rundata/data/") + file;
     const xmlElement* found =
-        document.LoadFromFile(path) ? xmlFindElementFromRoot(&document, list, 0) : nullptr;
+        document.LoadFromFile(path, XML_LIST_LIMIT) ? xmlFindElementFromRoot(&document, list, 0) : nullptr;
     if (!found)
         nuxTrace(TRACE_NOTE, "devices of %s not loaded: %s", file, document.GetErrorText());
     return found;

@@ -1,13 +1,10 @@
 #include "support/host/managers.h"
 #include "host/managers/dssKeys.h"
 #include "host/managers/weatherState.h"
-#include "support/file/fileTools.h"
 #include "support/host/trace.h"
 #include "support/xml/xmlFile.h"
 
 namespace {
-
-constexpr long long kLargestKeyFile = 1 << 20; // bytes
 
 QList<tagDssKey> keysOf(const xmlElement* list, int& count)
 {
@@ -27,7 +24,7 @@ QList<tagDssKey> keysOf(const xmlElement* list, int& count)
 int DssKeyManager::LoadFile(const char* path, int)
 {
     xmlFile document;
-    const bool isRead = path && fileSize(path) <= kLargestKeyFile && document.LoadFromFile(path);
+    const bool isRead = path && document.LoadFromFile(path, XML_LIST_LIMIT);
     const xmlElement* keys = isRead ? xmlFindElementFromRoot(&document, "DssKey", 0) : nullptr;
     if (!keys) {
         nuxTrace(TRACE_NOTE, "keys %s not loaded: %s", path ? path : "", document.GetErrorText());

@@ -31,12 +31,7 @@ look::FittedText fitCaption(const QString& caption, int width)
 {
     look::FittedText fitted = look::fitText(caption.simplified(), look::font(kCaptionPixels),
                                             QSize(width, kCaptionHeight), kCaptionLines, kSmallestCaption);
-    const int most = kCaptionHeight / fitted.nLineHeight;
-    if (fitted.lines.size() <= most)
-        return fitted;
-    const QString rest = fitted.lines.mid(most - 1).join(QLatin1Char(' '));
-    fitted.lines = fitted.lines.mid(0, most - 1);
-    fitted.lines.append(QFontMetrics(fitted.font).elidedText(rest, Qt::ElideRight, width));
+    look::cutToRoom(fitted, QSize(width, kCaptionHeight), kCaptionHeight / fitted.nLineHeight);
     return fitted;
 }
 

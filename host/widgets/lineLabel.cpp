@@ -14,7 +14,9 @@ look::FittedText fitLine(const QString& text, const QFont& font, const QSize& ro
     const look::FittedText line = look::fitText(text, font, room, 1, kSmallestLine);
     if (line.lines.size() == 1)
         return line;
-    return look::fitText(text, font, room, kLinesAtMost, kSmallest);
+    look::FittedText lines = look::fitText(text, font, room, kLinesAtMost, kSmallest);
+    look::cutToRoom(lines, room, kLinesAtMost);
+    return lines;
 }
 
 } // namespace

@@ -604,6 +604,11 @@
         <translation>Uhrzeit</translation>
     </message>
     <message>
+        <source>Time</source>
+        <comment>how long</comment>
+        <translation>Zeit</translation>
+    </message>
+    <message>
         <source>NTP Mode</source>
         <translation>NTP-Zeit</translation>
     </message>

@@ -604,6 +604,11 @@
         <translation>Hora</translation>
     </message>
     <message>
+        <source>Time</source>
+        <comment>how long</comment>
+        <translation>Tiempo</translation>
+    </message>
+    <message>
         <source>NTP Mode</source>
         <translation>Hora NTP</translation>
     </message>

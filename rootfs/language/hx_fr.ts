@@ -604,6 +604,11 @@
         <translation>Heure</translation>
     </message>
     <message>
+        <source>Time</source>
+        <comment>how long</comment>
+        <translation>Durée</translation>
+    </message>
+    <message>
         <source>NTP Mode</source>
         <translation>Heure NTP</translation>
     </message>

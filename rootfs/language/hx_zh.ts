@@ -604,6 +604,11 @@
         <translation>时间</translation>
     </message>
     <message>
+        <source>Time</source>
+        <comment>how long</comment>
+        <translation>时间</translation>
+    </message>
+    <message>
         <source>NTP Mode</source>
         <translation>网络时间</translation>
     </message>

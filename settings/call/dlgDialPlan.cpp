@@ -182,6 +182,8 @@ void dlgDialPlan::beginRule(int limit)
     }
     noteBox(HX_TR("The max number should <= 20!"), this);
     enableEdits(false);
+    // The edit lost the focus under the box.
+    m_frame.m_pSoftKeyBar->SetButtonTitle(SOFT_KEY_IME, "");
 }
 
 // Without what breaks lines: neither a number nor what is put before one has it.

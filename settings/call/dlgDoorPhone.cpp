@@ -70,11 +70,28 @@ void dlgDoorPhone::showEvent(QShowEvent* event)
     ui->cmbDevModel->setFocus();
 }
 
-// Whatever is missing leaves the page without data. What was read of a broken file must not take its place.
+// What was read of a broken file must not take its place.
+int dlgDoorPhone::load()
+{
+    if (m_xmlFile.LoadFromFile(kFile, XML_LIST_LIMIT))
+        return 1;
+    m_xmlFile.ClearDocument();
+    return 0;
+}
+
+// What others have stored since stays. 0 where the file has gone or broken: what was loaded stays then.
+int dlgDoorPhone::renew()
+{
+    if (!m_xmlFile.IsStale(kFile))
+        return 1;
+    xmlFile now;
+    return now.LoadFromFile(kFile, XML_LIST_LIMIT) && load();
+}
+
+// Whatever is missing leaves the page without data.
 void dlgDoorPhone::LoadFile()
 {
-    if (!m_xmlFile.LoadFromFile(kFile))
-        m_xmlFile.ClearDocument();
+    load();
     if (!xmlFindElementFromRoot(&m_xmlFile, "DoorPhone", 0))
         return;
     m_strTitle = fmtString("Door Phone %d", m_iIndex);
@@ -140,6 +157,8 @@ void dlgDoorPhone::on_Save_clicked()
         ui->editName->clear();
         return;
     }
+    if (!noteUnlessSaved(renew(), this))
+        return;
     if (xmlElement* item = entry()) {
         if (!noteUnlessSaved(SaveWidgetData2Xml(item), this))
             return;

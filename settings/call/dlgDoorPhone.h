@@ -30,6 +30,8 @@ private slots:
     void LoadFile();
 
 private:
+    int load();
+    int renew();
     xmlElement* entry() const;
     void LoadItemData2Widget(xmlElement* item);
     int SaveWidgetData2Xml(xmlElement* item);

@@ -2,6 +2,7 @@
 #include "frame/configFiles.h"
 #include "frame/noteBox.h"
 #include "support/host/ime.h"
+#include "support/host/language.h"
 #include "support/host/phone.h"
 #include "support/host/registry.h"
 #include "ui_dlgForward_Setting.h"
@@ -20,7 +21,14 @@ dlgForward_Setting::dlgForward_Setting(QWidget* parent, tagLeftBarInfo* info)
 {
     ui->setupUi(this);
     BuildFrame(ui->frmBackground, HX_TR("Forward Setting"), KEYS_EDIT);
+    qFollowLanguage(this, [this] { showTimeCaption(); });
     on_init_data(1);
+}
+
+// The same word as the time of day, in English.
+void dlgForward_Setting::showTimeCaption()
+{
+    ui->labTime->setText(qTranslate(HX_TR_NOTE("Time", "how long"), "how long"));
 }
 
 dlgForward_Setting::~dlgForward_Setting() = default;

@@ -34,6 +34,7 @@ protected:
     int save() override;
 
 private:
+    void showTimeCaption();
     void on_init_data(int first);
     int checkTarget(QCheckBox* box, QLineEdit* edit, const char* message);
     int checkTime();

@@ -34,7 +34,7 @@ const tagChoice kAccounts[] = {{HX_TR("Auto"), "-1"},
 // The phone's image always has the file: a phone without it is not sound.
 void loadOrEnd(xmlFile& document)
 {
-    if (document.LoadFromFile(kFile))
+    if (document.LoadFromFile(kFile, XML_LIST_LIMIT))
         return;
     nuxTrace(TRACE_NOTE, "%s cannot be loaded: %s", kFile, document.GetErrorText());
     abort();

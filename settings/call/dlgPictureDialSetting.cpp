@@ -301,18 +301,35 @@ void dlgPictureDialSetting::showChoices(xmlElement* slot)
 void dlgPictureDialSetting::on_btnOK_clicked()
 {
     const int row = ui->tabWgtList->currentRow();
-    xmlElement* slot = m_pSlots->Element(row);
+    if (!m_pSlots->Element(row))
+        return;
+    const QString name = qReturnLineEdit(ui->editName);
+    const QString number = qReturnLineEdit(ui->editNumber);
+    const chString file = fromQString(ui->cmbPic->currentText());
+    const chString line = fmtString("%d", ui->cmbAccount->currentIndex() - 1);
+    xmlElement* slot = slotToWrite(row);
     if (!slot)
         return;
-    setCell(row, COLUMN_NAME, qReturnLineEdit(ui->editName));
-    setCell(row, COLUMN_NUMBER, qReturnLineEdit(ui->editNumber));
-    const chString title = fromQString(ui->editName->text());
-    const chString file = fromQString(ui->cmbPic->currentText());
-    const chString number = fromQString(ui->editNumber->text());
-    const chString line = fmtString("%d", ui->cmbAccount->currentIndex() - 1);
-    writeSlot(slot, {title, file, number, line});
+    setCell(row, COLUMN_NAME, name);
+    setCell(row, COLUMN_NUMBER, number);
+    writeSlot(slot, {fromQString(name), file, fromQString(number), line});
     ui->tabWgtList->setFocus();
     storeSlot();
+}
+
+// What others have stored since stays: the list is loaded again first. What was typed stays where it cannot
+// be.
+xmlElement* dlgPictureDialSetting::slotToWrite(int row)
+{
+    const FILE_CHANGE change = m_pSlots->Change();
+    if (!noteUnlessSaved(change != FILE_LOST, this))
+        return nullptr;
+    if (change == FILE_RENEWED) {
+        const QSignalBlocker still(ui->tabWgtList);
+        LoadData();
+        ui->tabWgtList->setCurrentCell(row, COLUMN_INDEX);
+    }
+    return m_pSlots->Element(row);
 }
 
 int dlgPictureDialSetting::storeSlot()
@@ -342,7 +359,7 @@ void dlgPictureDialSetting::on_click_Delete()
     if (!xMessageBox(Translate(HX_TR("Note")), question, BOX_QUESTION, this, -1))
         return;
     // What came up over the box may have had the page loaded again.
-    xmlElement* slot = m_pSlots->Element(row);
+    xmlElement* slot = slotToWrite(row);
     if (!slot)
         return;
     setCell(row, COLUMN_NAME, QString());

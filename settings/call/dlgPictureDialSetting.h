@@ -57,6 +57,7 @@ private:
     void setPicture(const QPixmap& picture);
     void setCell(int row, int column, const QString& text);
     QString cell(int row, int column) const;
+    xmlElement* slotToWrite(int row);
     int storeSlot();
     bool skipsPress(QObject* watched, QEvent* event);
 

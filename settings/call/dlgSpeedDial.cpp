@@ -139,6 +139,46 @@ void dlgSpeedDial::showEvent(QShowEvent* event)
     qSetCurrentIME(ui->editExtension, "123");
 }
 
+// The key's editor may have stood over the page.
+bool dlgSpeedDial::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate && isVisible() && m_pKeys && m_pKeys->List())
+        renewRows();
+    return SettingPage::event(event);
+}
+
+// What others have stored since is shown, and stays; so does what was typed. 0 when the file has gone or
+// broken.
+int dlgSpeedDial::renewRows()
+{
+    const FILE_CHANGE change = m_pKeys->Change();
+    if (change != FILE_RENEWED)
+        return change == FILE_UNCHANGED;
+    const int row = ui->tabWgtList->currentRow();
+    const bool wasEdited = isEdited();
+    const int type = ui->cmbBoxType->currentIndex();
+    const int account = ui->cmbBoxAccount->currentIndex();
+    const QString extension = ui->editExtension->text();
+    LoadData();
+    ui->tabWgtList->setCurrentCell(row, COLUMN_KEY);
+    if (wasEdited) {
+        ui->cmbBoxType->setCurrentIndex(type);
+        ui->cmbBoxAccount->setCurrentIndex(account);
+        ui->editExtension->setText(extension);
+    }
+    return m_pKeys->List() != nullptr;
+}
+
+// Whether the panel shows something else than the row.
+bool dlgSpeedDial::isEdited() const
+{
+    const int row = ui->tabWgtList->currentRow();
+    const QString account = cellText(row, COLUMN_ACCOUNT);
+    return ui->cmbBoxType->currentText() != cellText(row, COLUMN_TYPE) ||
+           (!account.isEmpty() && ui->cmbBoxAccount->currentText() != account) ||
+           ui->editExtension->text() != cellText(row, COLUMN_EXTENSION);
+}
+
 void dlgSpeedDial::SetTabWgtRow(int row)
 {
     nuxTrace(TRACE_DETAIL, "dlgSpeedDial::SetTabWgtRow=======%d", row);
@@ -150,7 +190,7 @@ void dlgSpeedDial::SetTabWgtRow(int row)
 void dlgSpeedDial::LoadData()
 {
     build();
-    xmlElement* keys = m_pKeys->Load(dssKeyIsTooLarge() ? nullptr : DSS_KEY_XML, "DssKey");
+    xmlElement* keys = m_pKeys->Load(DSS_KEY_XML, "DssKey");
     if (!keys)
         return;
     qResetTableWidgetContent(ui->tabWgtList);
@@ -248,6 +288,8 @@ void dlgSpeedDial::on_cmbBoxType_indexchanged(int)
 int dlgSpeedDial::on_btnOK_clicked()
 {
     const int row = ui->tabWgtList->currentRow();
+    if (!ui->tabWgtList->item(row, COLUMN_KEY) || !noteUnlessSaved(renewRows(), this))
+        return 0;
     QTableWidgetItem* cell = ui->tabWgtList->item(row, COLUMN_KEY);
     if (!cell)
         return 0;
@@ -317,7 +359,7 @@ void dlgSpeedDial::on_click_Delete()
     if (ui->editExtension->hasFocus())
         return qOnBackspaceClicked(this);
     if (row < 0 || cellText(row, COLUMN_TYPE) == typeText(TYPE_NONE) ||
-        !questionBox(HX_TR("Delete the record?"), this))
+        !questionBox(HX_TR("Delete the record?"), this) || !noteUnlessSaved(renewRows(), this))
         return;
     xmlElement* item = m_pKeys->Element(row);
     if (item) {

@@ -26,6 +26,7 @@ public:
     void setVisible(bool visible) override;
 
 protected:
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -42,6 +43,8 @@ private slots:
 private:
     void build();
     void showTexts();
+    int renewRows();
+    bool isEdited() const;
     void addRow(int row, xmlElement* item);
     bool filterTableKey(int key);
     // What the type of the panel switches: the user changed it, or a row was selected.

@@ -9,6 +9,7 @@
 #include "support/host/text.h"
 #include "support/host/ui.h"
 #include "ui_dlgVoice_Mail_Setting.h"
+#include <QLabel>
 
 namespace {
 
@@ -146,8 +147,10 @@ void dlgVoice_Mail_Setting::setAccountInfo(int account)
     phone_GetAccountInfoById(account, &info);
     AccountMail mail = row(account);
     const QString user = QString::fromUtf8(info.szUser);
-    mail.m_pLabAccount->setText(user.isEmpty() ? qTranslate(HX_TR("Account")) + QString::number(account + 1)
-                                               : user + "@" + QString::fromUtf8(info.szServer));
+    const QString name = user.isEmpty() ? qTranslate(HX_TR("Account")) + QString::number(account + 1)
+                                        : user + "@" + QString::fromUtf8(info.szServer);
+    QLabel* label = mail.m_pLabAccount;
+    label->setText(label->fontMetrics().elidedText(name, Qt::ElideMiddle, label->width()));
     showState(mail.m_pLabPic, info.eState);
     mail.SetMail(unsigned(info.nNewMessages), unsigned(info.nOldMessages));
 }

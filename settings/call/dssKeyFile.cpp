@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr long long kLargestFile = 1 << 20; // bytes
-
 xmlElement* itemFrom(xmlElement* element)
 {
     while (element && strcmp(element->GetName(), "Item") != 0)
@@ -15,14 +13,9 @@ xmlElement* itemFrom(xmlElement* element)
 
 } // namespace
 
-bool dssKeyIsTooLarge()
-{
-    return fileSize(DSS_KEY_XML) > kLargestFile;
-}
-
 int dssKeyLoad(xmlFile& document)
 {
-    if (!dssKeyIsTooLarge() && document.LoadFromFile(DSS_KEY_XML))
+    if (document.LoadFromFile(DSS_KEY_XML, XML_LIST_LIMIT))
         return 1;
     // What was read before the fault is no file of keys, and never stored as one.
     document.ClearDocument();

@@ -10,8 +10,6 @@ enum { DSS_KEY_COUNT = 20 };
 // 0 when the file cannot be loaded, or is larger than keys can be, which is reported; the document is empty
 // then.
 int dssKeyLoad(xmlFile& document);
-// Nothing that keys could need.
-bool dssKeyIsTooLarge();
 // The element of all keys; that there is none is reported.
 xmlElement* dssKeyRoot(const xmlFile& document);
 xmlElement* dssKeyFirst(xmlElement* keys);

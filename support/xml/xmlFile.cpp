@@ -33,6 +33,13 @@ int xmlFile::LoadFromFile(const char* path, size_t limit)
     return 1;
 }
 
+bool xmlFile::IsStale(const char* path) const
+{
+    const tagKnown* known = Find(path);
+    tagFileStat stat;
+    return !known || !known->bGood || !fileStat(path, stat) || !(stat == known->stat);
+}
+
 int xmlFile::SaveToFile(const char* path, mode_t mode)
 {
     xmlWriter writer(*this);
@@ -57,10 +64,9 @@ int xmlFile::SaveToFile(const char* path, mode_t mode)
 // What this document has loaded or saved itself is known to be good until it changes.
 xmlFile::OLD_FILE xmlFile::LookAtOld(const char* path) const
 {
-    const tagKnown* known = Find(path);
-    tagFileStat stat;
-    if (known && known->bGood && fileStat(path, stat) && stat == known->stat)
+    if (!IsStale(path))
         return OLD_GOOD;
+    const tagKnown* known = Find(path);
     std::string data;
     const FILE_READ read = fileRead(path, data);
     if (read == FILE_READ_MISSING)

@@ -10,7 +10,10 @@
 
 enum : size_t {
     // Bytes of a table that comes with the phone and is read while somebody waits: eight times the largest.
-    XML_TABLE_LIMIT = 256 * 1024
+    XML_TABLE_LIMIT = 256 * 1024,
+    // Of a list that pages change, and that is read on the user-interface thread: hundreds of times what one
+    // holds.
+    XML_LIST_LIMIT = 1024 * 1024
 };
 enum : mode_t { XML_FILE_PRIVATE = 0600 }; // for its owner alone
 
@@ -27,6 +30,9 @@ public:
     // What became of the last load's read: one that failed says nothing about what the file holds, so
     // nothing that was to be added to it may take its place.
     FILE_READ GetLastRead() const { return m_eLastRead; }
+    // Whether the file has changed, or gone, since this document loaded or saved it; true where it did
+    // neither.
+    bool IsStale(const char* path) const;
     // Whole or not at all; 0 leaves the old file. A document that could not be loaded again (without an
     // element, beyond the limits) is not saved. An old file that is not well-formed is kept aside before
     // it is replaced, whichever document it is that replaces it; one that this document could not read, or

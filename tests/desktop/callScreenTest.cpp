@@ -448,3 +448,32 @@ TEST_F(CallScreen, NothingIsCutInAnyLanguage)
         kit::stepTime(2000);
     }
 }
+
+// Whatever a caller calls himself: what nobody could read costs nobody anything.
+TEST_F(CallScreen, ACallersNameAndNumberAreCutToWhatANumberMayHave)
+{
+    tagCaller caller;
+    caller.strNumber = QString(100000, '7');
+    caller.strName = QString(100000, 'W');
+    caller.nLine = 0;
+    caller.forwardedBy = QStringList(1000, QString(10000, '8'));
+    ASSERT_TRUE(phoneSimulation::instance()->ringFrom(caller));
+    kit::settle();
+    const tagCall call = phoneService::instance().calls().value(0);
+    EXPECT_EQ(call.strName, QString(128, 'W'));
+    EXPECT_EQ(call.strNumber, QString(128, '7'));
+    EXPECT_EQ(call.forwardedBy, QStringList(32, QString(128, '8')));
+    ASSERT_NE(screen(), nullptr);
+    kit::shot("call-long-name");
+}
+
+TEST_F(CallScreen, TheKeyThatEndedACallLeadsBackFromIt)
+{
+    dial("4711");
+    EXPECT_NE(softKeys(screen()).find("End"), std::string::npos);
+    tapSoftKey(screen(), 3);
+    EXPECT_EQ(softKeys(screen()).find("End"), std::string::npos) << softKeys(screen());
+    EXPECT_NE(softKeys(screen()).find("Back"), std::string::npos);
+    tapSoftKey(screen(), 3);
+    EXPECT_EQ(screen(), nullptr);
+}

@@ -17,7 +17,8 @@ protected:
     {
         registerLines();
         writeFile("/rundata/data/doorphonedata.xml",
-                  "<DoorPhone><item title='Door Phone 1'><PhoneNumber>8100</PhoneNumber><UnlockPIN>9137"
+                  "<DoorPhone><item title='Door Phone "
+                  "1'><DisplayName>Gate</DisplayName><PhoneNumber>8100</PhoneNumber><UnlockPIN>9137"
                   "</UnlockPIN></item><item title='Door Phone 2'><PhoneNumber>8101</PhoneNumber><UnlockPIN/>"
                   "</item></DoorPhone>");
         GetDoorPhoneIconViewManager()->RefreshIconView();
@@ -87,4 +88,15 @@ TEST_F(DoorCall, EveryDeviceIsWhatItsFileSays)
                    (device.bNoAudio ? " mute" : ""));
     }
     EXPECT_EQ(all, (QStringList{"8100 full", "8101 alone", "8200 full", "8201 blind", "8202 mute"}));
+}
+
+TEST_F(DoorCall, ADoorPhoneHasTheNameThatItsPageGivesIt)
+{
+    writeFile("/rundata/data/contactData.xml", "<Contacts/>");
+    talk("8100");
+    EXPECT_EQ(screen()->findChild<QLabel*>("labName")->text(), "Gate");
+    hangUpAll();
+    kit::stepTime(2000);
+    talk("8101");
+    EXPECT_EQ(screen()->findChild<QLabel*>("labName")->text(), "8101") << "none is set";
 }

@@ -527,3 +527,21 @@ TEST_F(HomeScreen, LeavesWhatWasOpenedDuringTheBootOnTop)
     kit::settle();
     EXPECT_TRUE(home->isActiveWindow());
 }
+
+TEST_F(HomeScreen, AHundredMessagesAreToldWithoutACutDigit)
+{
+    const QRect place(704, 0, 56, 40);
+    const auto shownFor = [&](int count) {
+        tagLineSetting line;
+        line.newMessages = count;
+        phoneSimulation::instance()->setLine(0, line);
+        kit::settle();
+        return kit::screen();
+    };
+    const QImage two = shownFor(99);
+    const QImage three = shownFor(100);
+    EXPECT_NE(two.copy(place), three.copy(place));
+    EXPECT_EQ(three.copy(place), shownFor(1200).copy(place));
+    EXPECT_EQ(two.copy(764, 0, 36, 40), three.copy(764, 0, 36, 40)) << "the network's picture stands alone";
+    kit::shot("home-messages");
+}

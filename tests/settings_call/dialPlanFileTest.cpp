@@ -118,3 +118,39 @@ TEST_F(DialPlanPage, ARuleChangedAfterAFailedSaveIsAskedForAgain)
 }
 
 } // namespace
+
+TEST_F(DialPlanPage, AFileThatBreaksMeanwhileIsToldAndNeverReplaced)
+{
+    openPage();
+    choose(0);
+    enter("editReplace", "011");
+    ok();
+    writeFile(PLAN_FILE, "<DialRule><Data");
+    kit::BoxAnswers boxes({"ok"});
+    back();
+    EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
+    EXPECT_EQ(readFile(PLAN_FILE), "<DialRule><Data");
+    EXPECT_EQ(rows(), (QStringList{"00=011", "9="}));
+}
+
+// Two that edit one list at the same time: what the page shows holds, and the other's is not thrown away.
+TEST_F(DialPlanPage, RulesThatSomebodyElseStoresMeanwhileAreKeptAside)
+{
+    openPage();
+    choose(0);
+    enter("editReplace", "011");
+    ok();
+    writeFile(PLAN_FILE, rules(3));
+    back();
+    EXPECT_EQ(inFile(), (QStringList{"00=011", "9="}));
+    EXPECT_EQ(readFile(PLAN_FILE ".bad"), rules(3));
+}
+
+TEST_F(DialPlanPage, TheLimitTakesTheInputMethodFromTheSoftKey)
+{
+    openPage(rules(20));
+    kit::BoxAnswers boxes({"ok"});
+    add();
+    EXPECT_EQ(boxes.texts().size(), 1);
+    EXPECT_EQ(softKeys()[1], "");
+}

@@ -312,3 +312,29 @@ TEST_F(DoorPhonePage, EachShowBeginsAtTheModelWithItsMethods)
     EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editName")), "2aB");
     EXPECT_EQ(qGetCurrentIME(child<QLineEdit>("editNumber")), "123");
 }
+
+TEST_F(DoorPhonePage, WhatOthersStoreWhileItIsOpenStays)
+{
+    openDoor();
+    enter("editNumber", "9009");
+    QByteArray file = readFile(DOORS_FILE);
+    writeFile(DOORS_FILE, file.replace("Yard", "Garden"));
+    expectSaved();
+    EXPECT_EQ(entry("Door Phone 1"), "2N|Gate|9009|111|1|0");
+    EXPECT_EQ(entry("Door Phone 2"), "2N|Garden|8102|222|0|0");
+}
+
+TEST_F(DoorPhonePage, AFileThatBreaksOrGoesMeanwhileIsToldAndNeverReplaced)
+{
+    openDoor();
+    enter("editNumber", "9009");
+    for (const char* content : {"<DoorPhone><item", ""}) {
+        writeFile(DOORS_FILE, content);
+        kit::BoxAnswers boxes({"ok"});
+        softKey(0);
+        EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
+        EXPECT_EQ(readFile(DOORS_FILE), content);
+        EXPECT_TRUE(page->isVisible());
+        EXPECT_EQ(child<QLineEdit>("editNumber")->text(), "9009");
+    }
+}

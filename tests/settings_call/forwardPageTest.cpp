@@ -2,6 +2,7 @@
 #include "host/services/phone/phoneSimulation.h"
 #include "settings/call/dlgForward_Setting.h"
 #include "support/host/ime.h"
+#include "support/host/language.h"
 #include "tests/settings_call/callSettingTest.h"
 #include <QCheckBox>
 #include <QLabel>
@@ -264,3 +265,15 @@ TEST_F(ForwardPage, OthersMayMoveTheFocusRoundItsInputs)
 }
 
 } // namespace
+
+TEST_F(ForwardPage, TheTimeIsADurationInEveryLanguage)
+{
+    open("Forward");
+    const char* const captions[][2] = {
+        {"German", "Zeit"}, {"Spanish", "Tiempo"}, {"French", "Dur\u00e9e"}, {"English", "Time"}};
+    for (const auto& [language, caption] : captions) {
+        GetLanguageHelper()->SetLanguage(language);
+        kit::settle();
+        EXPECT_EQ(child<QLabel>("labTime")->text(), QString(caption)) << language;
+    }
+}

@@ -526,3 +526,34 @@ TEST_F(PictureDialPage, TheRestOfATouchThatBeganElsewhereHidesTheNextPress)
     cancel();
     EXPECT_EQ(child<QLineEdit>("editName")->text(), "Anna");
 }
+
+TEST_F(PictureDialPage, WhatOthersStoreWhileItIsOpenStays)
+{
+    openSlots();
+    enter("editName", "Zoe");
+    QByteArray file = readFile(SLOTS_FILE);
+    writeFile(SLOTS_FILE, file.replace("title='Bo'", "title='Bob'"));
+    ok();
+    EXPECT_EQ(slot(0), "Zoe|1002|Door.png|2|");
+    EXPECT_EQ(slot(1).left(4), "Bob|");
+    EXPECT_EQ(cell(0, 1), "Zoe");
+}
+
+TEST_F(PictureDialPage, AFileThatBreaksOrGoesMeanwhileIsToldAndNeverReplaced)
+{
+    openSlots();
+    enter("editName", "Zoe");
+    for (const char* content : {"<picture-dial><icon", ""}) {
+        writeFile(SLOTS_FILE, content);
+        kit::BoxAnswers boxes({"ok"});
+        ok();
+        EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
+        EXPECT_EQ(readFile(SLOTS_FILE), content);
+        EXPECT_EQ(child<QLineEdit>("editName")->text(), "Zoe");
+    }
+    QFile::remove(hostPath(SLOTS_FILE));
+    kit::BoxAnswers boxes({"ok"});
+    ok();
+    EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
+    EXPECT_FALSE(QFile::exists(hostPath(SLOTS_FILE)));
+}

@@ -471,3 +471,67 @@ TEST_F(SpeedDial, HiddenItLooksAtNothing)
     }
     QApplication::setActiveWindow(nullptr);
 }
+
+// The key's editor, which a held key opens over the page, is one of those others.
+TEST_F(SpeedDial, WhatOthersStoreWhileItIsOpenStaysAndIsShown)
+{
+    openPage();
+    QByteArray file = readFile(KEY_FILE);
+    writeKeys(item("Line", "Line=\"-1\"") + item("Speed Dial", "Line=\"1\" Extension=\"4711\"") +
+              item("Speed Dial", "Line=\"0\" Label=\"boss\" Value=\"4242\" Extension=\"12\""));
+    goTo(1);
+    enter("editExtension", "5511");
+    ok();
+    EXPECT_EQ(keyInFile(2), "Speed Dial|1,-,5511,-");
+    EXPECT_EQ(keyInFile(3), "Speed Dial|0,boss,12,4242");
+    EXPECT_EQ(row(1), "DSS Key2|Speed Dial|Line 2|5511");
+    EXPECT_EQ(row(2), "DSS Key3|Speed Dial|Line 1|12");
+    EXPECT_EQ(current(), 1);
+
+    writeFile(KEY_FILE, file);
+    goTo(0);
+    kit::BoxAnswers boxes({"yes"});
+    goTo(1);
+    table(kTable)->setFocus();
+    softKey(2);
+    EXPECT_EQ(keyInFile(2), "N/A");
+    EXPECT_EQ(keyInFile(3), "BLF|1,Anna,8001,8002");
+}
+
+TEST_F(SpeedDial, ComingBackToThePageShowsWhatTheEditorHasStored)
+{
+    openPage();
+    goTo(2);
+    QWidget over;
+    over.show();
+    over.activateWindow();
+    kit::settle();
+    writeKeys(item("Line", "Line=\"-1\"") + item("N/A", "") +
+              item("Speed Dial", "Line=\"0\" Value=\"4242\" Extension=\"12\""));
+    over.close();
+    page->activateWindow();
+    kit::settle();
+    EXPECT_EQ(row(2), "DSS Key3|Speed Dial|Line 1|12");
+    EXPECT_EQ(panel(), "DSS Key3|Speed Dial|Line 1|on|12|on");
+    EXPECT_EQ(current(), 2);
+}
+
+TEST_F(SpeedDial, AFileThatBreaksOrGoesMeanwhileIsToldAndNeverReplaced)
+{
+    openPage();
+    goTo(1);
+    enter("editExtension", "5511");
+    for (const char* content : {"<DssKey><Item", ""}) {
+        writeFile(KEY_FILE, content);
+        kit::BoxAnswers boxes({"ok"});
+        ok();
+        EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
+        EXPECT_EQ(readFile(KEY_FILE), content);
+        EXPECT_EQ(child<QLineEdit>("editExtension")->text(), "5511");
+    }
+    QFile::remove(hostPath(KEY_FILE));
+    kit::BoxAnswers boxes({"ok"});
+    ok();
+    EXPECT_EQ(boxes.texts(), QStringList{"The settings cannot be saved!"});
+    EXPECT_FALSE(QFile::exists(hostPath(KEY_FILE)));
+}

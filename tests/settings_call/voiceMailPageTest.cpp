@@ -329,3 +329,13 @@ TEST_F(VoiceMailPage, ThePageMessageDialsOnlyWhereThatIsSwitchedOn)
     open("Message");
     EXPECT_EQ(logged("dial"), QStringList{"8500 0 -2"});
 }
+
+TEST_F(VoiceMailPage, ALongAccountIsShortenedInItsMiddle)
+{
+    setLine(0, LINE_REGISTERED, "anna-maria.hohenstein.sigmaringen.telefonie.beispiel-unternehmen", 0, 0);
+    openVoiceMail();
+    const QLabel* label = child<QLabel>("labAccount1");
+    EXPECT_TRUE(label->text().contains(QChar(0x2026))) << label->text().toStdString();
+    EXPECT_TRUE(label->text().startsWith("anna-"));
+    EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width());
+}

@@ -344,3 +344,24 @@ TEST_F(Look, FullPageIsPaintedWellWithinAFrame)
 }
 
 } // namespace
+
+TEST_F(Look, ATextWithoutRoomEndsInDotsAndStaysInItsPlace)
+{
+    const QFont font = look::font(look::kTextSize);
+    EXPECT_LE(look::fitText(QString(100000, 'W'), font, QSize(200, 40), 2).lines.join("").size(), 1000)
+        << "nobody could read more";
+    look::FittedText text = look::fitText(QString(400, 'W'), font, QSize(200, 40), 2);
+    look::cutToRoom(text, QSize(200, 40), 2);
+    EXPECT_EQ(text.lines.size(), 2);
+    EXPECT_TRUE(text.lines.last().endsWith(QChar(0x2026)));
+    QImage image(240, 120, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    look::paintFitted(painter, QRect(20, 40, 200, 40), Qt::AlignLeft | Qt::AlignVCenter, QString(400, 'W'),
+                      font, 2);
+    painter.end();
+    EXPECT_TRUE(QRect(20, 40, 200, 40).contains(inkIn(image, image.rect(), qRgb(255, 255, 255))));
+    look::FittedText fits = look::fitText("Anna", font, QSize(200, 40), 2);
+    look::cutToRoom(fits, QSize(200, 40), 2);
+    EXPECT_EQ(fits.lines, QStringList{"Anna"});
+}

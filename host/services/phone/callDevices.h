@@ -8,6 +8,7 @@
 struct tagCallDevice
 {
     QString strNumber;           // empty: nobody's
+    QString strName;             // empty where none is set
     QString strUnlockPin;        // digits that open its door; a secret: in no trace, no log and on no screen
     bool bRefusesOthers = false; // nobody else comes in while it talks
     bool bFullScreen = false;    // its picture has the whole screen

@@ -67,7 +67,7 @@ QString callNumberOf(const QString& typed)
 
 QString callTextOf(const QString& received)
 {
-    QString text = received;
+    QString text = received.left(CALL_NUMBER_MAX);
     text.removeIf(isUnseen);
     return text;
 }

@@ -9,7 +9,7 @@ enum { CALL_NUMBER_MAX = 128 }; // characters
 // between digits. Empty when it could not be dialled: nothing of a number or an address, control characters,
 // quotes, slashes.
 HX_HOST_API QString callNumberOf(const QString& typed);
-// For the screen: without control characters.
+// For the screen: without control characters, and no longer than a number may be.
 HX_HOST_API QString callTextOf(const QString& received);
 // Whether both name the same person: "sip:" in front does not count, and a host only where both have one.
 HX_HOST_API bool callIsSameNumber(const QString& one, const QString& other);

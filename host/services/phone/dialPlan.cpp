@@ -18,7 +18,7 @@ void dialPlan::read()
 {
     m_bRead = true;
     xmlFile file;
-    if (pathFileExist(kFile) && !file.LoadFromFile(kFile)) {
+    if (pathFileExist(kFile) && !file.LoadFromFile(kFile, XML_LIST_LIMIT)) {
         nuxTrace(TRACE_NOTE, "The dial plan cannot be read: %s", file.GetErrorText());
         return;
     }

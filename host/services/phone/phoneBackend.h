@@ -18,7 +18,8 @@ public:
     virtual void callChanged(const tagCall& call) = 0;
 };
 
-// Hears from the backend.
+// Hears from the backend. Names and numbers of callers have at most CALL_NUMBER_MAX characters: what the
+// network sends beyond that the backend leaves out.
 class phoneEvents : public phoneNews
 {
 public:

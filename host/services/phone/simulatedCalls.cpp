@@ -1,10 +1,20 @@
 #include "host/services/phone/simulatedCalls.h"
+#include "host/services/phone/callNumber.h"
 #include "support/host/net.h"
 #include <QTimer>
 
 namespace {
 const char* const kBusyNumber = "busy";
 constexpr int kMsInSecond = 1000;
+constexpr int kForwardersMax = 32; // that anybody asks for
+
+QStringList forwardersOf(const tagCaller& caller)
+{
+    QStringList numbers = caller.forwardedBy.mid(0, kForwardersMax);
+    for (QString& number : numbers)
+        number.truncate(CALL_NUMBER_MAX);
+    return numbers;
+}
 } // namespace
 
 tagCall simulatedCalls::newCall(const QString& number, int account)
@@ -42,11 +52,11 @@ int simulatedCalls::pickUp(const QString& number, int account)
 
 void simulatedCalls::arrive(const tagCaller& caller)
 {
-    tagCall call = newCall(caller.strNumber, caller.nLine);
+    tagCall call = newCall(caller.strNumber.left(CALL_NUMBER_MAX), caller.nLine);
     call.bIncoming = true;
-    call.strName = caller.strName;
+    call.strName = caller.strName.left(CALL_NUMBER_MAX);
     call.bAnonymous = caller.bAnonymous;
-    call.forwardedBy = caller.forwardedBy;
+    call.forwardedBy = forwardersOf(caller);
     m_calls.append({call, caller.bVideo, QElapsedTimer()});
     m_arrived(call);
 }
