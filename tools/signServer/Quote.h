@@ -6,6 +6,7 @@
 struct Quote
 {
     QString company, marketCap, volume;
+    // What is no number is not known.
     double price = 0, previous = 0, open = 0, low = 0, high = 0, bid = 0, ask = 0;
     QDateTime time; // of the last trade, in UTC
 };

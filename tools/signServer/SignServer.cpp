@@ -3,20 +3,26 @@
 #include "tools/signServer/LocalAccess.h"
 #include "tools/signServer/ReplyText.h"
 #include "tools/signServer/ScheduleReply.h"
-#include "tools/signServer/StockFile.h"
 #include "tools/signServer/StockReply.h"
-#include "tools/signServer/WeatherFile.h"
 #include "tools/signServer/WeatherReply.h"
 
 namespace {
 
 const char* const kFaultsPath = "/faults";
+const char* const kWeatherPath = "/service/weather.htm";
+const char* const kStockPath = "/service/stock.htm";
+const char* const kPublicPath = "/ig/api";
 const char* const kIconsPath = "/ig/images/weather/";
 constexpr int kSummers = 2;
 
 bool IsRead(const WebRequest& request)
 {
     return request.method == "GET" || request.method == "HEAD";
+}
+
+bool IsFeed(const QByteArray& path)
+{
+    return path == kWeatherPath || path == kStockPath || path == kPublicPath;
 }
 
 // False for a request that no phone makes.
@@ -55,9 +61,10 @@ DisplayEvent EventOf(const Served& served, DisplayEvent event)
 
 } // namespace
 
-SignServer::SignServer(const QByteArray& folder, RequestLog& log, const FeedClock& clock)
-    : m_folder(folder), m_account(m_folder), m_clock(clock), m_faults(m_folder), m_log(log),
-      m_status(m_folder, m_account, m_log)
+SignServer::SignServer(const QByteArray& folder, RequestLog& log, const FeedClock& clock,
+                       FeedGateway* pGateway)
+    : m_folder(folder), m_account(m_folder), m_feeds(m_folder, clock, pGateway), m_faults(m_folder),
+      m_log(log), m_status(m_folder, m_account, m_log)
 {
     m_summers.setMaxThreadCount(kSummers);
 }
@@ -95,6 +102,9 @@ void SignServer::Answer(const WebRequest& request, const Reply& reply)
     } else if (request.asked.path == "/service/getfile.htm") {
         AnswerFile(request, response, reply);
         return;
+    } else if (IsFeed(request.asked.path)) {
+        AnswerFeed(request, response, reply);
+        return;
     } else if (request.asked.path.startsWith(kIconsPath)) {
         AnswerIcon(request, response, reply);
         return;
@@ -117,10 +127,6 @@ void SignServer::AnswerPath(const WebRequest& request, WebResponse& response)
     const QByteArray& path = request.asked.path;
     if (path == "/service/getschedule.htm")
         AnswerSchedule(request, response);
-    else if (path == "/service/weather.htm" || path == "/service/stock.htm")
-        AnswerFeed(request, response);
-    else if (path == "/ig/api")
-        AnswerPublicFeed(request, response);
     else
         AnswerRefused(response, "no such service", 404);
 }
@@ -207,27 +213,40 @@ void SignServer::AnswerContent(const WebRequest& request, WebResponse response, 
         answer(known);
 }
 
-void SignServer::AnswerFeed(const WebRequest& request, WebResponse& response)
+// Signage and the public feed ask the same in two ways, and read it in two.
+void SignServer::AnswerFeed(const WebRequest& request, WebResponse response, const Reply& reply)
 {
-    if (!Admits(request, response, 200))
-        return;
     const RequestText& asked = request.asked;
+    const bool isPublic = asked.path == kPublicPath;
+    if (!isPublic && !Admits(request, response, 200)) {
+        Spoil(response);
+        reply(response);
+        return;
+    }
     const QByteArray here = "http://" + request.Field("host");
-    if (asked.path == "/service/weather.htm")
-        AnswerXml(response,
-                  WeatherForPhone(FindCity(m_folder, asked.Value("city"), m_clock().toLocalTime()), here));
+    if (isPublic ? asked.Has("weather") : asked.path == kWeatherPath)
+        m_feeds.FindCity(asked.Value(isPublic ? "weather" : "city"), [response, reply, isPublic,
+                                                                      here](const Found<Forecast>& found) {
+            AnswerFound(response, reply, found.isAnswer,
+                        isPublic ? WeatherForPublic(found.what) : WeatherForPhone(found.what, here));
+        });
     else
-        AnswerXml(response, StockForPhone(FindStock(m_folder, asked.Value("code"), m_clock().toUTC())));
+        m_feeds.FindStock(asked.Value(isPublic ? "stock" : "code"),
+                          [response, reply, isPublic](const Found<Quote>& found) {
+                              AnswerFound(response, reply, found.isAnswer,
+                                          isPublic ? StockForPublic(found.what) : StockForPhone(found.what));
+                          });
 }
 
-void SignServer::AnswerPublicFeed(const WebRequest& request, WebResponse& response)
+// To the phone a feed that nobody knows anything of is one that cannot be reached.
+void SignServer::AnswerFound(WebResponse response, const Reply& reply, bool isAnswer, const QByteArray& xml)
 {
-    const RequestText& asked = request.asked;
-    if (asked.Has("weather"))
-        AnswerXml(response,
-                  WeatherForPublic(FindCity(m_folder, asked.Value("weather"), m_clock().toLocalTime())));
+    if (isAnswer)
+        AnswerXml(response, xml);
     else
-        AnswerXml(response, StockForPublic(FindStock(m_folder, asked.Value("stock"), m_clock().toUTC())));
+        AnswerRefused(response, "the service behind the gateway gives no answer", 503);
+    Spoil(response);
+    reply(response);
 }
 
 void SignServer::AnswerIcon(const WebRequest& request, WebResponse response, const Reply& reply)

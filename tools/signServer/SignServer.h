@@ -2,23 +2,19 @@
 // The demonstration server: answers what phones ask of a signage server and of the public weather and stock
 // feeds, from one folder. Any thread.
 #include "tools/signServer/Account.h"
+#include "tools/signServer/FeedDesk.h"
 #include "tools/signServer/GoodSchedules.h"
 #include "tools/signServer/NameCheck.h"
 #include "tools/signServer/RequestLog.h"
 #include "tools/signServer/StatusDesk.h"
 #include "tools/signServer/WebExchange.h"
-#include <QDateTime>
 #include <QThreadPool>
-#include <functional>
-
-// The time now. Any thread.
-using FeedClock = std::function<QDateTime()>;
 
 class SignServer : public WebService
 {
 public:
-    // log outlives the server. clock: the time of forecasts and quotes.
-    SignServer(const QByteArray& folder, RequestLog& log, const FeedClock& clock);
+    // log and gateway outlive the server. clock: the time of forecasts and quotes. pGateway: null for none.
+    SignServer(const QByteArray& folder, RequestLog& log, const FeedClock& clock, FeedGateway* pGateway);
 
     // What in server.ini no phone could send; a line each. With one the server is of no use to anybody.
     QStringList AccountComplaints() const { return m_account.Complaints(); }
@@ -40,8 +36,8 @@ private:
     void AnswerFile(const WebRequest& request, WebResponse response, const Reply& reply);
     void AnswerContent(const WebRequest& request, WebResponse response, const OpenFilePtr& file,
                        const QByteArray& name, const Reply& reply);
-    void AnswerFeed(const WebRequest& request, WebResponse& response);
-    void AnswerPublicFeed(const WebRequest& request, WebResponse& response);
+    void AnswerFeed(const WebRequest& request, WebResponse response, const Reply& reply);
+    static void AnswerFound(WebResponse response, const Reply& reply, bool isAnswer, const QByteArray& xml);
     void AnswerIcon(const WebRequest& request, WebResponse response, const Reply& reply);
     WebResponse AnswerFaults(const WebRequest& request);
     MadeSchedulePtr ScheduleOf(const QByteArray& display);
@@ -49,7 +45,7 @@ private:
 
     SignFolder m_folder;
     Account m_account;
-    const FeedClock m_clock;
+    FeedDesk m_feeds;
     FaultPlan m_faults;
     RequestLog& m_log;
     GoodSchedules m_goodSchedules;

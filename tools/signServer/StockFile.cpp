@@ -37,7 +37,8 @@ Quote WrittenQuote(const QXmlStreamAttributes& at, const QDateTime& now)
 
 } // namespace
 
-std::optional<Quote> FindStock(const SignFolder& folder, const QByteArray& code, const QDateTime& now)
+std::optional<Quote> FindStock(const SignFolder& folder, const QByteArray& code, const QDateTime& now,
+                               bool isWritten)
 {
     const QString wanted = QString::fromUtf8(code);
     QXmlStreamReader xml(folder.Content("stock.xml"));
@@ -48,7 +49,9 @@ std::optional<Quote> FindStock(const SignFolder& folder, const QByteArray& code,
         if (xml.name() != QLatin1String("stock") || at.value("code") != wanted)
             continue;
         const StockMarket market(at);
-        return market.IsGood() ? market.At(now) : WrittenQuote(at, now);
+        if (!market.IsGood())
+            return WrittenQuote(at, now);
+        return isWritten ? std::nullopt : std::make_optional(market.At(now));
     }
     return std::nullopt;
 }

@@ -14,5 +14,6 @@
 #include "tools/signServer/SignFolder.h"
 #include <optional>
 
-// now: in UTC. Nothing for an unknown code.
-std::optional<Quote> FindStock(const SignFolder& folder, const QByteArray& code, const QDateTime& now);
+// now: in UTC. isWritten: only quotes count, no stock that moves. Nothing for an unknown code.
+std::optional<Quote> FindStock(const SignFolder& folder, const QByteArray& code, const QDateTime& now,
+                               bool isWritten = false);

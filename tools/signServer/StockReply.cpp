@@ -10,17 +10,21 @@ const char* const kUnknown = "N/A";
 
 QString Money(double value)
 {
-    return QString::number(value, 'f', 2);
+    return std::isnan(value) ? kUnknown : QString::number(value, 'f', 2);
 }
 
 QString Signed(double value)
 {
     const QString text = Money(std::abs(value));
+    if (std::isnan(value))
+        return text;
     return (value < 0 && text != "0.00" ? "-" : "+") + text;
 }
 
 double Percent(const Quote& quote)
 {
+    if (std::isnan(quote.previous))
+        return quote.previous;
     return quote.previous > 0 ? (quote.price - quote.previous) / quote.previous * 100 : 0;
 }
 
@@ -57,7 +61,8 @@ QByteArray StockForPhone(const std::optional<Quote>& known)
         row("Company Name", quote.company);
         row("Last Trade", Money(quote.price));
         row("Change", Signed(quote.price - quote.previous));
-        row("Change in Percent", Signed(Percent(quote)) + "%");
+        const QString percent = Signed(Percent(quote));
+        row("Change in Percent", percent == kUnknown ? percent : percent + "%");
         row("Open", Money(quote.open));
         row("Previous Close", Money(quote.previous));
         row("Day's High", Money(quote.high));

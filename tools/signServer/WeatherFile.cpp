@@ -37,7 +37,8 @@ Forecast ReadCity(QXmlStreamReader& xml)
 
 } // namespace
 
-std::optional<Forecast> FindCity(const SignFolder& folder, const QByteArray& city, const QDateTime& now)
+std::optional<Forecast> FindCity(const SignFolder& folder, const QByteArray& city, const QDateTime& now,
+                                 bool isWritten)
 {
     const QString name = QString::fromUtf8(city).simplified();
     QXmlStreamReader xml(folder.Content("weather.xml"));
@@ -54,7 +55,7 @@ std::optional<Forecast> FindCity(const SignFolder& folder, const QByteArray& cit
         if (forecast.days.size() >= Forecast::Days)
             return forecast;
         const CityClimate climate(attributes);
-        if (!forecast.days.isEmpty() || !climate.IsGood())
+        if (!forecast.days.isEmpty() || isWritten || !climate.IsGood())
             return std::nullopt;
         return climate.At(now.date(), now);
     }

@@ -18,5 +18,7 @@
 #include <QDateTime>
 #include <optional>
 
-// now: the server's time, in its own zone. Nothing when the city is unknown, or has fewer than three days.
-std::optional<Forecast> FindCity(const SignFolder& folder, const QByteArray& city, const QDateTime& now);
+// now: the server's time, in its own zone. isWritten: only what is written of days counts, no climate.
+// Nothing when the city is unknown, or has fewer than three days.
+std::optional<Forecast> FindCity(const SignFolder& folder, const QByteArray& city, const QDateTime& now,
+                                 bool isWritten = false);

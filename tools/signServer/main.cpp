@@ -1,4 +1,5 @@
 // hxSignServer: the demonstration server for signage, weather and stock quotes.
+#include "tools/signServer/FeedGateway.h"
 #include "tools/signServer/FeedsOnly.h"
 #include "tools/signServer/SignServer.h"
 #include "tools/signServer/WebServer.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <sys/resource.h>
 #include <thread>
 
@@ -37,12 +39,14 @@ sigset_t BlockEndSignals()
     return ends;
 }
 
-void ServeUntilSignalled(WebServer& server, const sigset_t& ends, int threads)
+void ServeUntilSignalled(WebServer& server, FeedGateway* pGateway, const sigset_t& ends, int threads)
 {
     std::thread waiter([&] {
         int which = 0;
         sigwait(&ends, &which);
         server.Halt();
+        if (pGateway)
+            pGateway->Stop();
     });
     server.Run(threads);
     waiter.join();
@@ -119,6 +123,8 @@ int main(int argc, char** argv)
          "4096"},
         {"feeds", "Answer the public feeds at 127.0.0.1:PORT too, as soon as no other program has it.",
          "PORT"},
+        {"weather", "Ask the JSON service at URL for forecasts, as gateway.ini describes it.", "URL"},
+        {"stock", "The same for quotes.", "URL"},
         {"clock", "The feeds' time, which stands still: 2026-11-21T14:05:00Z.", "TIME"},
         {"patience", "Seconds in which a request must have come (default 10).", "N", "10"},
     });
@@ -145,7 +151,16 @@ int main(int argc, char** argv)
     const int feedsPort = options.isSet("feeds") ? options.value("feeds").toUShort() : -1;
     if (!clock || feedsPort == 0)
         return Complain("--clock needs a time, --feeds a port");
-    SignServer service(QFile::encodeName(folder), log, clock);
+    const GatewayPlan plan(SignFolder(QFile::encodeName(folder)).Content("gateway.ini"),
+                           options.value("weather").toUtf8(), options.value("stock").toUtf8());
+    for (const QString& complaint : plan.Complaints())
+        Complain("gateway.ini: " + complaint);
+    if (!plan.Complaints().isEmpty())
+        return kBadUsage;
+    std::unique_ptr<FeedGateway> gateway;
+    if (plan.HasWeather() || plan.HasStock())
+        gateway = std::make_unique<FeedGateway>(plan, log);
+    SignServer service(QFile::encodeName(folder), log, clock, gateway.get());
     FeedsOnly feeds(service);
     if (!CheckNames(service, log))
         return kBadUsage;
@@ -162,7 +177,7 @@ int main(int argc, char** argv)
     else
         std::printf("http://%s:%d\n", qPrintable(options.value("bind")), bound);
     std::fflush(stdout);
-    ServeUntilSignalled(server, ends, std::min(threads, kMostThreads));
+    ServeUntilSignalled(server, gateway.get(), ends, std::min(threads, kMostThreads));
     service.Settle();
     return 0;
 }
