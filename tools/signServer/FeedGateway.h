@@ -27,6 +27,8 @@ public:
     void FindStock(const QByteArray& code, const QDateTime& now, const StockDone& done);
     // Whoever waits is answered. Any thread.
     void Stop() { m_client.Stop(); }
+    // Stops, and waits until that is done; before the connections go.
+    void Settle() { m_client.Settle(); }
 
 private:
     void FindForecast(const NamedTexts& place, const QDateTime& now, const WeatherDone& done);

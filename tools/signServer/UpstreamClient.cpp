@@ -65,9 +65,15 @@ UpstreamClient::UpstreamClient()
 
 UpstreamClient::~UpstreamClient()
 {
-    Stop();
-    m_thread.join();
+    Settle();
     curl_multi_cleanup(m_pMulti);
+}
+
+void UpstreamClient::Settle()
+{
+    Stop();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 void UpstreamClient::Get(const QByteArray& address, int patienceMs, const Done& done)

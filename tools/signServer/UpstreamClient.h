@@ -22,13 +22,15 @@ public:
     static constexpr qsizetype LargestBody = 1 << 20; // bytes, unpacked
 
     UpstreamClient();
-    // Stops first.
+    // Settles first.
     ~UpstreamClient();
     // Any thread. patienceMs: for a whole answer. Redirects are not followed. done: once, on the client's
     // thread, or at once when the client has stopped.
     void Get(const QByteArray& address, int patienceMs, const Done& done);
     // Everything under way and to come fails. Any thread.
     void Stop();
+    // Stops, and waits until everybody who waited was told.
+    void Settle();
 
 private:
     struct Transfer;

@@ -178,6 +178,8 @@ int main(int argc, char** argv)
         std::printf("http://%s:%d\n", qPrintable(options.value("bind")), bound);
     std::fflush(stdout);
     ServeUntilSignalled(server, gateway.get(), ends, std::min(threads, kMostThreads));
+    if (gateway)
+        gateway->Settle();
     service.Settle();
     return 0;
 }
