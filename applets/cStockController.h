@@ -20,6 +20,7 @@ public:
     // info: what the view shows.
     void SetStockInfo(const tagCStockInfo& info);
     const tagCStockInfo& GetStockInfo() const { return stockInfo; }
+    const CStockLogic& Logic() const { return m_logic; }
 
     // action: a CStockAction that is done; anything else is no answer.
     void OnCallback(taskAction* action) override;

@@ -447,7 +447,6 @@ void dlgStock::removeCode(const QString& code)
         return;
     followList(false);
     ui->cmbStockList->removeItem(index);
-    ui->cmbStockList->setCurrentIndex(std::min(index, ui->cmbStockList->count() - 1));
     followList(true);
     Changed_cmbStockList(ui->cmbStockList->currentIndex());
 }

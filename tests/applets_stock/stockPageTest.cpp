@@ -501,6 +501,7 @@ TEST_F(StockLife, APageThatIsDestroyedWhileItWaitsIsAskedNoMore)
         ASSERT_TRUE(own.isNull());
         EXPECT_EQ(g_pDlgStock, nullptr);
         EXPECT_EQ(UpdataStockData(), 0);
+        EXPECT_EQ(GetGlobalCStockController().Logic().Action().GetUiObj(), nullptr);
     }
     kit::BoxAnswers boxes;
     release();
