@@ -37,7 +37,7 @@ tagQuickKey keyOf(xmlElement* slot)
         pathIsSafeName(key.strFile) ? kPictures + toQString(key.strFile) : HX_THEME("icon/quick_user.png");
     const char* line = slot->GetAttributeValue("line");
     const int number = *line ? atoi(line) : -1;
-    key.nLine = number < PHONE_ACCOUNT_COUNT ? number : -1;
+    key.nLine = number >= 0 && number < PHONE_ACCOUNT_COUNT ? number : -1;
     return key;
 }
 

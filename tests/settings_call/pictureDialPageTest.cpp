@@ -9,6 +9,7 @@
 #include "tests/file/failingCalls.h"
 #include "tests/settings_call/callPageTest.h"
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QTableWidget>
 

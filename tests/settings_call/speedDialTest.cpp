@@ -9,6 +9,7 @@
 #include "tests/settings_call/keyPageTest.h"
 #include <QApplication>
 #include <QDialog>
+#include <QFile>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
