@@ -108,3 +108,9 @@ void onRefreshIconView()
     if (qIconView* view = getIconView())
         view->refreshIconView();
 }
+
+void settingRequestWeather(chReferObject view, const chString& city)
+{
+    if (roomHooks().requestWeather)
+        roomHooks().requestWeather(view, city);
+}

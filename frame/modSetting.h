@@ -3,6 +3,7 @@
 // cannot be opened is told to the user, or traced.
 #include "support/host/api.h"
 #include "support/host/leftbar.h"
+#include "support/host/object.h"
 #include "support/text/chString.h"
 
 class IPCameraIconViewItem;
@@ -46,3 +47,7 @@ HX_MODULE_API int settingCacheWindows(int index);
 HX_MODULE_API qIconView* getIconView();
 // Loads that grid's menu again.
 HX_MODULE_API void onRefreshIconView();
+
+// Asks for the weather of a city; the answer is told to the view, an MVCView that lives until then or says
+// what it is by its name. Nothing without the room of the weather.
+HX_MODULE_API void settingRequestWeather(chReferObject view, const chString& city);

@@ -18,5 +18,6 @@ inline tagModuleEntries settingEntries()
     entries.promptUserLevel = settingPromptUserLevel;
     entries.setDialNumber = settingDialNum;
     entries.editCamera = settingIpCamera;
+    entries.requestWeather = settingRequestWeather;
     return entries;
 }

@@ -1,6 +1,8 @@
 #pragma once
 // What the frame calls in the rooms that stand on it. A room sets its own fields when it is loaded, with
 // HX_ROOM_HOOK in the file that names its pages. A field that is null belongs to a room that is not there.
+#include "support/host/object.h"
+#include "support/text/chString.h"
 #include <QRect>
 #include <QString>
 
@@ -39,6 +41,9 @@ struct tagRoomHooks
     // no page.
     void (*reloadWallPaper)() = nullptr;
     void (*reloadSound)() = nullptr;
+
+    // applets.
+    void (*requestWeather)(chReferObject view, const chString& city) = nullptr;
 
     // signage.
     int (*isNdeckEnable)() = nullptr;

@@ -23,6 +23,7 @@
 #include "support/host/registry.h"
 #include "support/host/text.h"
 #include "support/host/ui.h"
+#include "support/host/weather.h"
 #include <QKeyEvent>
 #include <QPainter>
 #include <QTimer>
@@ -33,6 +34,7 @@ constexpr int kRefreshMs = 1000;
 constexpr int kColumns = 6;
 constexpr int kColumnWidth = 128;
 constexpr QRect kDialKey(392, 62, 84, 84);
+constexpr QRect kWeather(492, 54, 288, 104);
 constexpr int kLongestNumber = 32;
 const char* const kUserIni = "/rundata/config/user/user.ini";
 const char* const kOwnPictures = "/phone/"; // small, and there at once
@@ -122,7 +124,10 @@ struct frmDesktop::Private : chMsgProcesser
         isReadyTold = true;
         QTimer::singleShot(0, desktop, [this, desktop] {
             readyNoticeSend();
-            QTimer::singleShot(0, desktop, [this, desktop] { makeStrip(desktop); });
+            QTimer::singleShot(0, desktop, [this, desktop] {
+                makeStrip(desktop);
+                GetWeatherFrame()->ShowOn(desktop, kWeather);
+            });
         });
     }
     void makeStrip(QWidget* desktop)
@@ -185,7 +190,10 @@ frmDesktop::frmDesktop() : QWidget(nullptr, Qt::FramelessWindowHint), m_p(new Pr
     m_p->showMissed();
     connect(&missedCalls::instance(), &missedCalls::changed, this, [this] { m_p->showMissed(); });
     m_p->show = new idleShow(this);
-    connect(m_p->show, &idleShow::changed, this, qOverload<>(&QWidget::update));
+    connect(m_p->show, &idleShow::changed, this, [this] {
+        GetWeatherFrame()->MakeRoom(m_p->show->state() == idleShow::CORNER);
+        update();
+    });
     new idleSaver(this);
     m_p->tiles[2]->setFocus();
     ReloadQuickKeys();

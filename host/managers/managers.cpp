@@ -1,6 +1,5 @@
 #include "support/host/managers.h"
 #include "host/managers/dssKeys.h"
-#include "host/managers/weatherState.h"
 #include "support/host/trace.h"
 #include "support/xml/xmlFile.h"
 
@@ -38,15 +37,4 @@ DssKeyManager* GetDssKeyManager()
 {
     static DssKeyManager manager;
     return &manager;
-}
-
-void WeatherFrame::RefreshBySendRequest()
-{
-    weatherState()->Request();
-}
-
-WeatherFrame* GetWeatherFrame()
-{
-    static WeatherFrame frame;
-    return &frame;
 }

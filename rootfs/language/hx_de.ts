@@ -1807,5 +1807,21 @@
         <source>data exception.</source>
         <translation>Die Daten sind fehlerhaft.</translation>
     </message>
+    <message>
+        <source>Can't connect</source>
+        <translation>Keine Verbindung</translation>
+    </message>
+    <message>
+        <source>Set Desktop</source>
+        <translation>Auf Startseite</translation>
+    </message>
+    <message>
+        <source>Succeed to Set Desktop!</source>
+        <translation>Das Wetter steht jetzt auf der Startseite.</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatur</translation>
+    </message>
 </context>
 </TS>

@@ -1807,5 +1807,21 @@
         <source>data exception.</source>
         <translation>Los datos son erróneos.</translation>
     </message>
+    <message>
+        <source>Can't connect</source>
+        <translation>No se puede conectar</translation>
+    </message>
+    <message>
+        <source>Set Desktop</source>
+        <translation>Poner en inicio</translation>
+    </message>
+    <message>
+        <source>Succeed to Set Desktop!</source>
+        <translation>El tiempo ya está en la pantalla de inicio.</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatura</translation>
+    </message>
 </context>
 </TS>

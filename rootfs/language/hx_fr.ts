@@ -1807,5 +1807,21 @@
         <source>data exception.</source>
         <translation>Les données sont erronées.</translation>
     </message>
+    <message>
+        <source>Can't connect</source>
+        <translation>Connexion impossible</translation>
+    </message>
+    <message>
+        <source>Set Desktop</source>
+        <translation>Sur l’accueil</translation>
+    </message>
+    <message>
+        <source>Succeed to Set Desktop!</source>
+        <translation>La météo est maintenant sur l’accueil.</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Température</translation>
+    </message>
 </context>
 </TS>

@@ -1807,5 +1807,21 @@
         <source>data exception.</source>
         <translation>数据异常。</translation>
     </message>
+    <message>
+        <source>Can't connect</source>
+        <translation>无法连接</translation>
+    </message>
+    <message>
+        <source>Set Desktop</source>
+        <translation>设到桌面</translation>
+    </message>
+    <message>
+        <source>Succeed to Set Desktop!</source>
+        <translation>已设到桌面！</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>温度</translation>
+    </message>
 </context>
 </TS>

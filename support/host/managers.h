@@ -63,12 +63,3 @@ public:
     const QList<IPCameraIconViewItem*>& GetItems();
 };
 HX_HOST_API IPCameraIconViewManager* GetIPCameraIconViewManager();
-
-// The weather on the home screen.
-class HX_HOST_API WeatherFrame
-{
-public:
-    // Asks for the weather of the configured city, and shows or hides the frame as configured.
-    void RefreshBySendRequest();
-};
-HX_HOST_API WeatherFrame* GetWeatherFrame();

@@ -3,6 +3,7 @@
 #include "support/host/api.h"
 #include "support/host/leftbar.h"
 #include "support/host/message.h"
+#include "support/host/object.h"
 #include "support/host/signage.h"
 #include "support/text/chString.h"
 #include <QRect>
@@ -62,6 +63,9 @@ struct tagModuleEntries
     // A call takes the media server (its record, its session) or gives it up (null); what the player says.
     bool (*setPlayParam)(VOICE_PARAM* param, int session) = nullptr;
     int (*onMovieMessage)(msgObject& msg) = nullptr;
+
+    // Asks for the weather of a city, for a view of the host's: the WeatherFrame.
+    void (*requestWeather)(chReferObject view, const chString& city) = nullptr;
 };
 
 // User-interface thread, before the first window is shown. The record is copied.

@@ -54,8 +54,12 @@ public:
     void MonitorSection(const char* file, const char* section);
     int TryThreadMessage(msgObject& msg) override;
 
+signals:
+    void registryChanged(HREGISTRY section);
+
 protected:
-    virtual void OnRegistryChanged(HREGISTRY section) = 0;
+    // Emits the signal.
+    virtual void OnRegistryChanged(HREGISTRY section);
 
 private:
     friend class RegistryWatch;

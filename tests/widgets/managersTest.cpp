@@ -1,5 +1,4 @@
 #include "support/host/managers.h"
-#include "host/managers/weatherState.h"
 #include "host/services/system/hostLog.h"
 #include "support/host/message.h"
 #include "support/host/module.h"
@@ -151,32 +150,6 @@ TEST_F(Managers, ManagersAreTheSameAtEveryCall)
     EXPECT_EQ(GetDssKeyManager(), GetDssKeyManager());
     EXPECT_EQ(GetIPCameraIconViewManager(), GetIPCameraIconViewManager());
     EXPECT_EQ(GetDoorPhoneIconViewManager(), GetDoorPhoneIconViewManager());
-    EXPECT_EQ(GetWeatherFrame(), GetWeatherFrame());
-}
-
-TEST_F(Managers, WeatherIsShownAsConfiguredAtTheLastRequest)
-{
-    nuxSetRegistryInt(kUserConfig, "Weather", "bDesktop", 1);
-    nuxSetRegistryString(kUserConfig, "Weather", "strDefaultCity", "Paris");
-    int requests = 0;
-    QObject::connect(weatherState(), &WeatherState::requested, [&] { ++requests; });
-    GetWeatherFrame()->RefreshBySendRequest();
-    EXPECT_TRUE(weatherState()->IsShown());
-    EXPECT_EQ(weatherState()->City(), "Paris");
-    nuxSetRegistryInt(kUserConfig, "Weather", "bDesktop", 0);
-    EXPECT_TRUE(weatherState()->IsShown());
-    GetWeatherFrame()->RefreshBySendRequest();
-    EXPECT_FALSE(weatherState()->IsShown());
-    EXPECT_EQ(requests, 2);
-    weatherState()->disconnect();
-}
-
-TEST_F(Managers, WeatherIsThatOfLondonUntilACityIsChosen)
-{
-    writeFile(kUserConfig, "");
-    GetWeatherFrame()->RefreshBySendRequest();
-    EXPECT_EQ(weatherState()->City(), "London");
-    EXPECT_FALSE(weatherState()->IsShown());
 }
 
 } // namespace

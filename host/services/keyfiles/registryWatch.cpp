@@ -75,3 +75,8 @@ int qRegistryNotify::TryThreadMessage(msgObject& msg)
         RegistryWatch::Of(this)->Check();
     return 0;
 }
+
+void qRegistryNotify::OnRegistryChanged(HREGISTRY section)
+{
+    emit registryChanged(section);
+}

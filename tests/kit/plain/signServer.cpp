@@ -1,4 +1,5 @@
 #include "tests/kit/plain/signServer.h"
+#include "places.h"
 #include "tests/kit/plain/deviceFolder.h"
 #include "tests/kit/plain/processes.h"
 #include <QDir>
@@ -61,6 +62,19 @@ void SignServer::copyMedia(const QString& name, const QString& source)
     QFile file(source);
     if (file.open(QIODevice::ReadOnly))
         putMedia(name, file.readAll());
+}
+
+void SignServer::copyFeeds()
+{
+    const QString demo = HX_BUILD_DIR "/signageDemo/";
+    const QStringList own = {"schedule.xml", "server.ini"};
+    for (const QString& name : QDir(demo).entryList(QDir::Files)) {
+        if (!own.contains(name))
+            QFile::copy(demo + name, path(name));
+    }
+    QDir().mkpath(path("icons"));
+    for (const QString& name : QDir(demo + "icons").entryList(QDir::Files))
+        QFile::copy(demo + "icons/" + name, path("icons/" + name));
 }
 
 void SignServer::writeSchedule()

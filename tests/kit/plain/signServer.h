@@ -17,6 +17,8 @@ public:
     // A file of the folder itself, as "stock.xml" is.
     void copyFile(const QString& name, const QString& source);
     void putMedia(const QString& name, const QByteArray& content);
+    // Forecasts, quotes and icons of the demonstration.
+    void copyFeeds();
     void copyMedia(const QString& name, const QString& source);
 
     // Listens at the port of its first start ever after.

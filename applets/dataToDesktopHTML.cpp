@@ -1,0 +1,6 @@
+#include "applets/dataToDesktopHTML.h"
+
+chString DataToDesktopHTML::DatatoHTML(tagMoreDaysInfo)
+{
+    return chString();
+}

@@ -1,0 +1,6 @@
+#include "applets/dataToSettingHTML.h"
+
+chString DataToSettingHTML::DatatoHTML(tagMoreDaysInfo)
+{
+    return chString();
+}

@@ -1,0 +1,42 @@
+#include "applets/weatherAction.h"
+#include "support/host/trace.h"
+#include <QSet>
+
+namespace {
+
+QSet<WeatherAction*>& theActions()
+{
+    static QSet<WeatherAction*>* actions = new QSet<WeatherAction*>; // outlives those of statics
+    return *actions;
+}
+
+} // namespace
+
+WeatherAction::WeatherAction()
+{
+    theActions().insert(this);
+}
+
+WeatherAction::~WeatherAction()
+{
+    chTraceStack trace("~WeatherAction");
+    theActions().remove(this);
+    SetUiObj(nullptr);
+}
+
+void WeatherAction::SetUiObj(chObject* view)
+{
+    if (view)
+        view->AddRef();
+    if (pUiObj)
+        pUiObj->Release();
+    pUiObj = view;
+}
+
+void WeatherAction::ForgetView(const chObject* view)
+{
+    for (WeatherAction* action : std::as_const(theActions())) {
+        if (action->pUiObj == view)
+            action->SetUiObj(nullptr);
+    }
+}

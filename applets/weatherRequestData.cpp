@@ -1,0 +1,3 @@
+#include "applets/weatherRequestData.h"
+
+WeatherRequestData::~WeatherRequestData() = default;

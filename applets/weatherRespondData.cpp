@@ -1,0 +1,3 @@
+#include "applets/weatherRespondData.h"
+
+WeatherRespondData::~WeatherRespondData() = default;

@@ -1,0 +1,173 @@
+// Which server is asked for the weather, and how; and what its answers lead to.
+#include "applets/weatherController.h"
+#include "frame/configFiles.h"
+#include "host/services/system/netWorld.h"
+#include "tests/applets_weather/weatherStand.h"
+#include <algorithm>
+#include <string>
+
+namespace {
+
+// A view that nobody draws.
+class WeatherSource : public WeatherStand
+{
+protected:
+    WeatherSource() : view("nobody") {}
+    void useSignage()
+    {
+        const std::string system = std::string("[nDeck]\nbEnable=1\nstrServerURL=") +
+                                   server.url("").constData() + "/\nstrServerKey=a b\n";
+        writeFile(SYSTEM_INI, system.c_str());
+    }
+    void ask(const char* city)
+    {
+        GetWeatherControl().strCity = city;
+        GetWeatherControl().SendRquest2Logic(chReferObject(&view), "ignored");
+    }
+    // The path of what the logic asks for.
+    QByteArray pathFor(const char* city)
+    {
+        return QByteArray(logic.CityNameToUrl(city).GetText()).mid(server.url("").size()).replace(" ", "%20");
+    }
+    QStringList tracesWith(const char* text) const { return traces().filter(text); }
+
+    MVCView view;
+    WeatherLogic logic;
+};
+
+} // namespace
+
+TEST_F(WeatherSource, ThePublicFeedIsAskedForTheCityAsItStands)
+{
+    EXPECT_STREQ(logic.CityNameToUrl("S\xc3\xa3o Paulo/x&#").GetText(),
+                 server.url("/w?city=S\xc3\xa3o Paulo/x&#").constData());
+    EXPECT_EQ(tracesWith("WeatherLogic::CityNameToUrl").size(), 2) << "entered and left";
+    EXPECT_EQ(tracesWith("OnRegisterDisplay(http://127.0.0.1").size(), 1) << "the label is an old one";
+}
+
+TEST_F(WeatherSource, WithoutAKnownSourceThePlaceholderIsAskedFor)
+{
+    const QString fallback = "/ig/api?weather=#city";
+    for (const char* source : {"google", "Other", ""}) {
+        config("strSource", source);
+        const QString url = logic.CityNameToUrl("London").GetText();
+        EXPECT_TRUE(url.startsWith("http://") && url.endsWith(fallback)) << source;
+    }
+    config("strSource", "Google");
+    replaceFirmwareFile("/phone/resource/WeatherSource.xml", "<WeatherSource/>");
+    EXPECT_TRUE(QString(logic.CityNameToUrl("London").GetText()).endsWith(fallback));
+    EXPECT_STREQ(logic.CityNameToUrlByGoogle("London").GetText(), "");
+}
+
+TEST_F(WeatherSource, SignageComesFirstAndTakesAddressesOfPicturesAsTheyStand)
+{
+    useSignage();
+    config("strSource", "Other");
+    const QString url = logic.CityNameToUrl("New York/x").GetText();
+    EXPECT_TRUE(url.startsWith(server.url("/service/weather.htm?&serverKey=a b&hardwareKey=")))
+        << qPrintable(url);
+    EXPECT_LT(url.indexOf("&hardwareKey="), url.indexOf("&version="));
+    EXPECT_LT(url.indexOf("&version="), url.indexOf("&language=en"));
+    EXPECT_TRUE(url.endsWith("&language=en&city=New York/x")) << qPrintable(url);
+    QByteArray answer = signageAnswer();
+    answers[pathFor("Rome")] = answer.replace("http://127.0.0.1:9/t.gif", server.url("/t.gif"));
+    ask("Rome");
+    waitDone();
+    EXPECT_TRUE(server.paths.contains("/t.gif"));
+    EXPECT_EQ(tracesWith("RemotePath(http://127.0.0.1:9/m.gif)").size(), 2);
+}
+
+TEST_F(WeatherSource, AnotherSourceReadsNoAnswer)
+{
+    writeFile("/tmp/answer.xml", publicAnswer());
+    tagMoreDaysInfo info;
+    EXPECT_TRUE(logic.XmlPhrase2DaysInfo("/tmp/answer.xml", info));
+    config("strSource", "Other");
+    info = tagMoreDaysInfo();
+    EXPECT_FALSE(logic.XmlPhrase2DaysInfo("/tmp/answer.xml", info));
+    EXPECT_FALSE(info.bConnected);
+}
+
+TEST_F(WeatherSource, ARequestGoesOutWithTheCityOfTheController)
+{
+    ask("Paris");
+    waitDone();
+    ASSERT_GT(server.paths.size(), 0);
+    EXPECT_EQ(server.paths[0], "/w?city=Paris");
+    EXPECT_STREQ(GetWeatherControl().SendCityNametoLogic().GetText(), "Paris");
+    EXPECT_EQ(readFile("/tmp/Weather-Paris.xml"), publicAnswer());
+    EXPECT_EQ(tracesWith("Weather Url(" + server.url("/w?city=Paris") + ")").size(), 1);
+    EXPECT_GE(tracesWith("WeatherController::OnCallback").size(), 4);
+    EXPECT_EQ(tracesWith("WeatherRespond").size(), 2);
+}
+
+TEST_F(WeatherSource, TheThirdPictureRepeatsTheSecond)
+{
+    ask("Paris");
+    waitDone();
+    QList<QByteArray> pictures = server.paths.mid(1);
+    std::sort(pictures.begin(), pictures.end());
+    EXPECT_EQ(pictures, (QList<QByteArray>{"/m.gif", "/m.gif", "/t.gif"}));
+    EXPECT_EQ(readFile("/tmp/Today.gif"), gif('t'));
+    EXPECT_EQ(readFile("/tmp/Tomo.gif"), gif('m'));
+    EXPECT_EQ(readFile("/tmp/DayAfterTomo.gif"), gif('m'));
+    EXPECT_EQ(
+        tracesWith("LoadPicPath(/tmp/DayAfterTomo.gif) RemotePath(" + server.url("/m.gif") + ")").size(), 1);
+}
+
+TEST_F(WeatherSource, NothingIsPostedWithoutANetwork)
+{
+    netWorld().state = 1;
+    ask("Paris");
+    waitDone();
+    EXPECT_EQ(server.paths.size(), 0);
+    EXPECT_EQ(tracesWith("Phrase Weather Info Error").size(), 0);
+}
+
+TEST_F(WeatherSource, AnAnswerThatSaysNothingIsTraced)
+{
+    answers["/w?city=Nowhere"] = "<xml_api_reply/>";
+    ask("Nowhere");
+    waitDone();
+    EXPECT_EQ(tracesWith("Phrase Weather Info Error").size(), 1);
+}
+
+TEST_F(WeatherSource, TheHtmlOfAForecastIsEmpty)
+{
+    tagMoreDaysInfo info;
+    info.strStatus1 = "Rain";
+    EXPECT_STREQ(DataToDesktopHTML().DatatoHTML(info).GetText(), "");
+    EXPECT_STREQ(DataToSettingHTML().DatatoHTML(info).GetText(), "");
+    EXPECT_STREQ(BasicDataToHTML().DatatoHTML(info).GetText(), "");
+}
+
+TEST_F(WeatherSource, AForeignActionIsLeftAlone)
+{
+    ask("Paris");
+    HttpAction other;
+    GetWeatherControl().OnCallback(nullptr);
+    GetWeatherControl().OnCallback(&other);
+    EXPECT_EQ(tracesWith("WeatherController::OnCallback").size(), 2);
+    waitDone();
+}
+
+TEST_F(WeatherSource, AViewIsCountedAsLongAsItWaits)
+{
+    EXPECT_EQ(view.GetRefCount(), 0);
+    isSilent = true;
+    ask("Paris");
+    EXPECT_EQ(view.GetRefCount(), 1);
+    ask("Paris");
+    EXPECT_EQ(view.GetRefCount(), 1) << "the old one is given up";
+    isSilent = false;
+    ask("London");
+    waitDone();
+    EXPECT_EQ(view.GetRefCount(), 0);
+}
+
+TEST_F(WeatherSource, ActionsOfPicturesEndWithTheirTransfers)
+{
+    ask("Paris");
+    waitDone();
+    EXPECT_EQ(tracesWith("~WeatherAction").size(), 6) << "three of them entered and left";
+}
