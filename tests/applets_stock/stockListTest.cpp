@@ -185,7 +185,7 @@ TEST_F(StockList, DeletingTheLastOneShowsNothing)
     EXPECT_EQ(shownQuote(), nothingKnown());
     EXPECT_EQ(text("labDenominator"), "0/0");
     EXPECT_EQ(storedCodes(), padded({}));
-    kit::stepTime(3010);
+    kit::stepTime(4000);
     EXPECT_EQ(boxes.texts().size(), 1) << "nothing is waited for";
     pressDelete();
     EXPECT_EQ(boxes.texts().size(), 1) << "an empty list has nothing to delete";
