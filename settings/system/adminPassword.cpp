@@ -3,6 +3,7 @@
 #include "frame/wgtHelper.h"
 #include "support/host/ime.h"
 #include "support/host/registry.h"
+#include <QLineEdit>
 #include <cstring>
 
 namespace {

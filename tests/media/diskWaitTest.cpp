@@ -6,6 +6,7 @@
 #include "tests/media/mediaTest.h"
 #include <QPointer>
 #include <QTimer>
+#include <QWidget>
 #include <future>
 
 namespace {

@@ -11,6 +11,7 @@
 #include "support/host/text.h"
 #include "tests/kit/kitTime.h"
 #include "tests/media/mediaTest.h"
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
