@@ -78,11 +78,12 @@ void paintLamp(QPainter& painter, const QPointF& at, LAMP_STATE state)
 // In one line as long as that can be read well.
 look::FittedText fitLabel(const QString& label, const QSize& room)
 {
-    const QFont font = look::font(look::kSmallSize - 1);
-    const look::FittedText line = look::fitText(label, font, room, 1, kSmallestLine);
-    if (line.lines.size() == 1)
-        return line;
-    look::FittedText lines = look::fitText(label, font, room, kLabelLines);
+    for (int pixels = look::kSmallSize - 1; pixels >= kSmallestLine; --pixels) {
+        const QFont font = look::font(pixels);
+        if (QFontMetrics(font).horizontalAdvance(label) <= room.width())
+            return look::fitText(label, font, room, 1);
+    }
+    look::FittedText lines = look::fitText(label, look::font(look::kSmallSize - 1), room, kLabelLines);
     look::cutToRoom(lines, room, kLabelLines);
     return lines;
 }
