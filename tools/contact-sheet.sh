@@ -5,14 +5,17 @@ set -eu
 cd "$(dirname "$(readlink -f "$0")")/.."
 . tools/packages.sh
 build=build/release
-build release hxPhone hxctl hxRootfs hxContactSheet
+build release hxPhone hxctl hxRootfs hxContactSheet hxSignServer hxSignageDemo
 work=$(mktemp -d)
-trap 'kill "$phone" 2>/dev/null || true; rm -rf "$work"' EXIT
+trap 'kill "$phone" "$feeds" 2>/dev/null || true; rm -rf "$work"' EXIT
 
 cp -r "$build/rootfs/rundata" "$work/rundata"
 ln -s "$PWD/$build/rootfs/phone" "$work/phone"
 ln -s "$PWD/$build/rootfs/mini-boot" "$work/mini-boot"
 mkdir -p "$work/rundata/run" "$work/storage" "$work/shots"
+sed -i '0,/name=""/s//name="HRBR"/; 0,/name=""/s//name="TIDE"/' "$work/rundata/data/stockData.xml"
+"$build/bin/hxSignServer" --port none --feeds 6090 --clock 2026-11-21T14:05:00Z "$build/signageDemo" >/dev/null 2>&1 &
+feeds=$!
 QT_QPA_PLATFORM=offscreen "$build/bin/hxPhone" --sysroot "$work" --control "$work/control" 2>/dev/null &
 phone=$!
 ctl() { "$build/bin/hxctl" -s "$work/control" "$@" >/dev/null; }
@@ -47,6 +50,9 @@ for language in English Chinese German French Spanish; do
   done
   for page in "Voice Mail" "Picture-dial Setting" "Door Phone1"; do
     ctl open "$page"; ctl wait idle 3000; shot; back
+  done
+  for page in "Weather" "Stock"; do
+    ctl open "$page"; ctl wait idle 3000; sleep 1; shot; back # the feed's answer, and its pictures
   done
   ctl key 5; ctl wait page frmDial 3000; shot; back; back
   ctl ring 1002; ctl wait page frmCall 3000; ctl key F1; ctl wait idle 3000; shot; ctl key F4; ctl wait page frmDesktop 5000
