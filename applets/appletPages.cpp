@@ -7,6 +7,11 @@
 
 namespace {
 
+chString weatherCity()
+{
+    return GetWeatherControl().SendCityNametoLogic();
+}
+
 void requestWeather(chReferObject view, const chString& city)
 {
     GetWeatherControl().RequestForHost(view, city);
@@ -17,5 +22,6 @@ void requestWeather(chReferObject view, const chString& city)
 HX_PAGE(dlgStock);
 HX_PAGE(dlgWeather);
 HX_ROOM_HOOK(requestWeather, requestWeather);
+HX_ROOM_HOOK(weatherCity, weatherCity);
 
 void appletPages() {}

@@ -114,3 +114,8 @@ void settingRequestWeather(chReferObject view, const chString& city)
     if (roomHooks().requestWeather)
         roomHooks().requestWeather(view, city);
 }
+
+chString settingWeatherCity()
+{
+    return roomHooks().weatherCity ? roomHooks().weatherCity() : chString();
+}

@@ -51,3 +51,5 @@ HX_MODULE_API void onRefreshIconView();
 // Asks for the weather of a city; the answer is told to the view, an MVCView that lives until then or says
 // what it is by its name. Nothing without the room of the weather.
 HX_MODULE_API void settingRequestWeather(chReferObject view, const chString& city);
+// The city that was asked for last, which a forecast is for; empty without that room.
+HX_MODULE_API chString settingWeatherCity();

@@ -19,5 +19,6 @@ inline tagModuleEntries settingEntries()
     entries.setDialNumber = settingDialNum;
     entries.editCamera = settingIpCamera;
     entries.requestWeather = settingRequestWeather;
+    entries.weatherCity = settingWeatherCity;
     return entries;
 }

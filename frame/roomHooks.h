@@ -44,6 +44,7 @@ struct tagRoomHooks
 
     // applets.
     void (*requestWeather)(chReferObject view, const chString& city) = nullptr;
+    chString (*weatherCity)() = nullptr;
 
     // signage.
     int (*isNdeckEnable)() = nullptr;

@@ -100,12 +100,26 @@ struct WeatherFrame::Private : qRegistryNotify
         if (const auto request = hostModule().requestWeather)
             request(chReferObject(frame), wanted.city);
     }
+    // An answer to all views may be for a city that somebody has only searched.
+    bool isForOurCity() const
+    {
+        const auto city = hostModule().weatherCity;
+        return !city || city() == wanted.city;
+    }
     void take(const tagMoreDaysInfo& info)
     {
         readConfiguration();
+        if (!isForOurCity()) {
+            asked.invalidate();
+            due.start(kSettleMs);
+            return;
+        }
         taken.start();
         takenFor = wanted;
-        content = {info.strCurrentTemp, toQString(wanted.city), info.strTemperature1, info.strStatus1};
+        // A forecast may lack the temperature of its unit.
+        const bool hasTemperature = info.strCurrentTemp.size() > 1;
+        content = {hasTemperature ? info.strCurrentTemp : QString(), toQString(wanted.city),
+                   info.strTemperature1, info.strStatus1};
         showCard();
         readPicture();
         look();

@@ -66,6 +66,8 @@ struct tagModuleEntries
 
     // Asks for the weather of a city, for a view of the host's: the WeatherFrame.
     void (*requestWeather)(chReferObject view, const chString& city) = nullptr;
+    // The city of the forecast that is being told: who asks last has the answer told to all who wait.
+    chString (*weatherCity)() = nullptr;
 };
 
 // User-interface thread, before the first window is shown. The record is copied.

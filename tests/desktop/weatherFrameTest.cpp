@@ -16,6 +16,7 @@ constexpr int kHalfHour = 30 * 60 * 1000;
 
 QStringList g_asked;
 QStringList g_opened;
+chString g_city; // that was asked for last
 
 class WeatherCard : public DesktopTest
 {
@@ -28,7 +29,10 @@ protected:
         entries.requestWeather = [](chReferObject view, const chString& city) {
             EXPECT_EQ(view.data(), static_cast<chObject*>(GetWeatherFrame()));
             g_asked.append(city.GetText());
+            g_city = city;
         };
+        g_city = "Rome";
+        entries.weatherCity = [] { return g_city; };
         entries.openPage = [](const chString& name, QWidget*) { g_opened.append(name.GetText()); };
         hostSetModule(entries);
         writeFile(kUserIni, "[Weather]\nstrDefaultCity=Rome\nbDesktop=1\n");
@@ -222,4 +226,30 @@ TEST_F(WeatherCard, AModuleWithoutWeatherLeavesItAway)
     hostSetModule(tagModuleEntries());
     bootAndAsk();
     EXPECT_FALSE(isShown());
+}
+
+// Two searches on the page, the first of them "Set Desktop": the second one's answer is told to the card too.
+TEST_F(WeatherCard, TheWeatherOfAnotherCityIsNotShownAsItsOwn)
+{
+    bootAndAsk();
+    g_city = "Oslo";
+    GetWeatherFrame()->Refresh(forecast("20c"));
+    EXPECT_FALSE(isShown());
+    kit::stepTime(2000);
+    EXPECT_EQ(g_asked, (QStringList{"Rome", "Rome"})) << "and asked for anew at once";
+    g_city = "Rome";
+    GetWeatherFrame()->Refresh(forecast("8c"));
+    ASSERT_TRUE(isShown());
+    EXPECT_TRUE(card()->text().startsWith("8c Rome"));
+    g_city = "Oslo";
+    GetWeatherFrame()->Refresh(forecast("20c"));
+    EXPECT_TRUE(card()->text().startsWith("8c Rome")) << "what it shows it keeps";
+}
+
+TEST_F(WeatherCard, AUnitWithoutATemperatureIsNotShown)
+{
+    bootAndAsk();
+    GetWeatherFrame()->Refresh(forecast("F"));
+    ASSERT_TRUE(isShown());
+    EXPECT_TRUE(card()->text().startsWith(" Rome")) << card()->text().toStdString();
 }

@@ -130,6 +130,7 @@ QStringList entryPoints()
         "settingOpenXml(" + text + " const&)",
         "settingPromptUserLevel(QString const&, QWidget*)",
         "settingRequestWeather(chReferObject, " + text + " const&)",
+        "settingWeatherCity()",
         "ts_open(char const*, int)",
         "ts_read_raw(tsdev*, ts_sample*, int)",
         "xess",
