@@ -1,5 +1,6 @@
 #include "applets/dlgStock.h"
 #include "applets/cStockController.h"
+#include "applets/feed.h"
 #include "applets/stockEntry.h"
 #include "applets/stockInfo.h"
 #include "applets/stockList.h"
@@ -9,7 +10,6 @@
 #include "support/host/button.h"
 #include "support/host/ime.h"
 #include "support/host/registry.h"
-#include "support/host/screen.h"
 #include "support/host/text.h"
 #include "support/host/ui.h"
 #include "ui_dlgStock.h"
@@ -52,18 +52,6 @@ const QRect kDelete(QPoint(386, 54), QSize(78, 40));
 const QColor kCaption(96, 119, 141);
 const QColor kTitle(255, 255, 255);
 const QColor kTrend[] = {QColor(232, 54, 26), QColor(0, 153, 68)}; // red, green
-
-// A control character has no shape; a label would break its line at one.
-QString shownText(const QString& text)
-{
-    QString shown = text.left(kMostLetters);
-    for (QChar& letter : shown) {
-        if (letter.category() == QChar::Other_Control || letter.category() == QChar::Separator_Line ||
-            letter.category() == QChar::Separator_Paragraph)
-            letter = QLatin1Char(' ');
-    }
-    return shown;
-}
 
 void setColour(QLabel* label, const QColor& colour)
 {
@@ -114,8 +102,8 @@ dlgStock::dlgStock(QWidget* parent, tagLeftBarInfo* info, const char* view)
     qInstallIME(ui->editSearch, "2aB,ABC,abc,123");
     buildLabels();
     buildButtons();
-    qFollowLanguage(this, [this] { showTitle(); });
-    showTitle();
+    qFollowLanguage(this, [this] { showOwnTexts(); });
+    showOwnTexts();
     g_pDlgStock = this;
     connect(pLoadTimer.get(), &QTimer::timeout, this, &dlgStock::OnLoadOverTime);
     followList(true);
@@ -129,9 +117,11 @@ dlgStock::~dlgStock()
     GetGlobalCStockController().ForgetView(this);
 }
 
-void dlgStock::showTitle()
+void dlgStock::showOwnTexts()
 {
     setWindowTitle(qTranslate("Stock"));
+    // The same word as the loudness, in English.
+    ui->labVolume->setText(qTranslate(HX_TR_NOTE("Volume", "of trades"), "of trades"));
 }
 
 // What is shown of a quote, in the order of the page.
@@ -195,7 +185,7 @@ void dlgStock::buildButtons()
 void dlgStock::showInfo(const tagCStockInfo& info)
 {
     for (const tagPart& part : parts()) {
-        part.pLabel->setText(shownText(toQString(info.*part.pField)));
+        part.pLabel->setText(feedShownText(toQString(info.*part.pField), kMostLetters));
         fit(part.pLabel, part.nSize, part.nWeight, part.nWidth);
     }
     int x = placeBehind(ui->labCurrentPrice, ui->labCurrentPrice->x(), kPriceWidth);
@@ -219,6 +209,7 @@ void dlgStock::showEvent(QShowEvent* event)
     nClosed = 0;
     nRiseColor = nuxGetRegistryInt(USER_INI, "Stock", "nRiseColor", 1);
     GetGlobalCStockController().SetStockInfo(STOCK_DEF_INFO);
+    showInfo(STOCK_DEF_INFO);
     nRefreshSeconds = nuxGetRegistryInt(USER_INI, "Stock", "nTime", 60);
     StartTimerFromCfg();
     // The page paints first.
@@ -254,18 +245,9 @@ void dlgStock::RefreshView(const tagCStockInfo& info)
         colourRates(rise);
 }
 
-// The page of a call or the home screen may be over it: whoever looks at that did not ask for stocks.
-bool dlgStock::isBelowOther() const
-{
-    const QList<QWidget*> windows = QWSServer::clientWindows();
-    return windows.isEmpty() ||
-           (windows.first() != this && !isChildOf(windows.first(), const_cast<dlgStock*>(this)));
-}
-
 void dlgStock::ShowNote(const char* text)
 {
-    if (!isBelowOther())
-        noteBox(text, this, kNoteMs);
+    noteUnlessCovered(text, this, kNoteMs);
 }
 
 void dlgStock::followList(bool bFollow)

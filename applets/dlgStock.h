@@ -64,10 +64,9 @@ private:
     std::vector<tagPart> parts() const;
     void buildLabels();
     void buildButtons();
-    void showTitle();
+    void showOwnTexts();
     void showInfo(const tagCStockInfo& info);
     void colourRates(int index);
-    bool isBelowOther() const;
     void leave();
 
     void followList(bool bFollow);

@@ -255,7 +255,7 @@ void dlgWeather::noteLater(const char* text)
         const char* note = m_szNote;
         m_szNote = nullptr;
         if (nClosed == 0)
-            noteBox(note, this, NOTE_MS);
+            noteUnlessCovered(note, this, NOTE_MS);
     });
 }
 
@@ -263,7 +263,7 @@ void dlgWeather::OnUpdateOverTime()
 {
     m_overTimer.stop();
     if (nClosed == 0)
-        noteBox(HX_TR("NetWork is not good, please wait for a while!"), this, NOTE_MS);
+        noteUnlessCovered(HX_TR("NetWork is not good, please wait for a while!"), this, NOTE_MS);
 }
 
 void dlgWeather::on_click_Back()

@@ -107,3 +107,21 @@ void feedRemoveAnswer(const chString& path, const char* folder)
     if (isRightInside(path, folder))
         fileRemove(path);
 }
+
+QString feedShownText(const QString& text, qsizetype limit)
+{
+    QString shown = text.left(limit);
+    for (QChar& letter : shown) {
+        switch (letter.category()) {
+        case QChar::Other_Control:
+        case QChar::Other_Format:
+        case QChar::Separator_Line:
+        case QChar::Separator_Paragraph:
+            letter = QLatin1Char(' ');
+            break;
+        default:
+            break;
+        }
+    }
+    return shown;
+}

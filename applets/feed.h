@@ -4,10 +4,12 @@
 #include "support/host/http.h"
 #include "support/text/chString.h"
 #include "support/xml/xmlFile.h"
+#include <QString>
 
 // Bytes. A whole answer has about two thousand: one of the largest is read within a frame, a longer one fails
 // as a transfer. A picture is at most an icon.
 enum : long long { FEED_ANSWER_LIMIT = 64 * 1024, FEED_PICTURE_LIMIT = 1024 * 1024 };
+enum : int { FEED_PICTURE_MS = 8000 }; // from the first byte sent to the last one received
 
 enum FEED_SOURCE { FEED_SOURCE_FOUND, FEED_SOURCE_NO_FILE, FEED_SOURCE_NO_TITLE };
 
@@ -36,6 +38,10 @@ chString feedFillIn(const chString& address, const char* placeholder, const chSt
 // power. A name that leads anywhere else, or that no file can have, is never shortened into one that fits:
 // such a transfer fails as one from a server that does not answer. A link in the file's place goes.
 void feedPost(HttpAction& action, const char* folder, long long limit);
+
+// What a feed says, for one line of a label: at most so many letters, and blanks for what breaks a line, has
+// no shape or turns the direction of what stands behind it.
+QString feedShownText(const QString& text, qsizetype limit);
 
 // Reads an answer; 0 as for a missing file when it is longer than an answer may be, and when it is a link.
 int feedLoadAnswer(xmlFile& answer, const char* path);

@@ -180,10 +180,14 @@ void WeatherLogic::fetchPicture(const char* file, const chString& picture)
     action.DestroyObject();
 }
 
-// The signage server names whole addresses, the public feed paths at its own site.
+// The signage server names whole addresses, the public feed paths at its own site: what is none would become
+// part of another site's name.
 chString WeatherLogic::pictureUrl(const chString& picture) const
 {
-    return strSource == kSignageSource ? picture : siteOf(strUrl) + picture;
+    if (strSource == kSignageSource)
+        return picture;
+    const bool isPath = picture.IsEmpty() || *picture.GetText() == '/';
+    return siteOf(strUrl) + (isPath ? "" : "/") + picture;
 }
 
 void WeatherLogic::LoadPic(WeatherAction& action, chString local, chString remote)
@@ -193,5 +197,8 @@ void WeatherLogic::LoadPic(WeatherAction& action, chString local, chString remot
     action.strRemoteUrl = remote;
     action.strLocalFile = local;
     action.SetUiObj(GetWeatherUIAction(refAction).pUiObj);
+    // A site that keeps its pictures to itself keeps nobody else waiting.
+    action.bGivesWay = 1;
+    action.nTimeLimit = FEED_PICTURE_MS;
     feedPost(action, WEATHER_FOLDER, FEED_PICTURE_LIMIT);
 }

@@ -167,10 +167,5 @@ QString WeatherReader::text(xmlElement* parent, const char* name) const
 {
     chString value;
     find(parent, name, value);
-    QString line = toQString(value).simplified().left(TEXT_LIMIT);
-    for (QChar& letter : line) {
-        if (letter.category() == QChar::Other_Control)
-            letter = ' ';
-    }
-    return line;
+    return feedShownText(toQString(value).simplified(), TEXT_LIMIT);
 }

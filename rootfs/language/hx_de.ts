@@ -901,6 +901,11 @@
         <translation>Lautstärke</translation>
     </message>
     <message>
+        <source>Volume</source>
+        <comment>of trades</comment>
+        <translation>Umsatz</translation>
+    </message>
+    <message>
         <source>Volume -</source>
         <translation>Leiser</translation>
     </message>

@@ -901,6 +901,11 @@
         <translation>Volumen</translation>
     </message>
     <message>
+        <source>Volume</source>
+        <comment>of trades</comment>
+        <translation>Volumen</translation>
+    </message>
+    <message>
         <source>Volume -</source>
         <translation>Volumen -</translation>
     </message>

@@ -901,6 +901,11 @@
         <translation>Volume</translation>
     </message>
     <message>
+        <source>Volume</source>
+        <comment>of trades</comment>
+        <translation>Volume</translation>
+    </message>
+    <message>
         <source>Volume -</source>
         <translation>Volume -</translation>
     </message>

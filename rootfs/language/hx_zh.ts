@@ -901,6 +901,11 @@
         <translation>音量</translation>
     </message>
     <message>
+        <source>Volume</source>
+        <comment>of trades</comment>
+        <translation>成交量</translation>
+    </message>
+    <message>
         <source>Volume -</source>
         <translation>音量 -</translation>
     </message>

@@ -22,6 +22,7 @@ dlgForward_Setting::dlgForward_Setting(QWidget* parent, tagLeftBarInfo* info)
     ui->setupUi(this);
     BuildFrame(ui->frmBackground, HX_TR("Forward Setting"), KEYS_EDIT);
     qFollowLanguage(this, [this] { showTimeCaption(); });
+    showTimeCaption();
     on_init_data(1);
 }
 

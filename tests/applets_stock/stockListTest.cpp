@@ -290,8 +290,8 @@ TEST_F(StockList, ASaveThatFailsIsToldAndThePageIsAsBefore)
 {
     openWith({"A", "B"});
     silent = true;
-    kit::BoxAnswers boxes({"yes", "ok", "yes", "ok"});
     {
+        const kit::BoxAnswers boxes({"yes", "ok", "yes", "ok"});
         FailingCalls disk;
         disk.setSpace(0);
         enter("editSearch", "NEW");

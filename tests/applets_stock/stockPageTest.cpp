@@ -2,6 +2,7 @@
 #include "frame/modSetting.h"
 #include "frame/popupDialog.h"
 #include "support/host/button.h"
+#include "support/host/language.h"
 #include "support/host/screen.h"
 #include "tests/applets_stock/stockTest.h"
 #include <QFile>
@@ -95,6 +96,10 @@ TEST_F(StockPage, MarkupAndControlCharactersAreShownAsText)
     replies["HBR"] = quote("&lt;b&gt;A&#10;B&lt;/b&gt;");
     openStock({"HBR"});
     EXPECT_EQ(text("labStockName"), "<b>A B</b>");
+    replies["HBR"] = quote("A\xe2\x80\xae"
+                           "B");
+    tapRefresh();
+    EXPECT_EQ(text("labStockName"), "A B");
     for (const char* label : {"labStockName", "labCurrentPrice", "labTime", "labVolumeData"})
         EXPECT_EQ(child<QLabel>(label)->textFormat(), Qt::PlainText);
 }
@@ -518,4 +523,31 @@ TEST_F(StockLife, WhatIsNoAnswerIsIgnored)
     GetGlobalCStockController().OnCallback(&other);
     EXPECT_TRUE(boxes.texts().isEmpty());
     EXPECT_EQ(text("labStockName"), "HBR");
+}
+
+TEST_F(StockLife, AnOpeningShowsNothingOfTheQuoteBefore)
+{
+    openStock({"HBR"});
+    EXPECT_EQ(text("labStockName"), "HBR");
+    exitPage();
+    writeList({"TIDE"});
+    failing.insert("TIDE");
+    kit::BoxAnswers boxes({"ok"});
+    settingOpenPage(chString("Stock"), nullptr);
+    ASSERT_TRUE(kit::waitUntil([&] { return !boxes.texts().isEmpty(); }, kWaitMs));
+    for (const char* label : {"labStockName", "labCurrentPrice", "labTime", "labVolumeData"})
+        EXPECT_EQ(text(label), "N/A") << label;
+}
+
+TEST_F(StockPage, TheVolumeIsThatOfTradesInEveryLanguage)
+{
+    GetLanguageHelper()->SetLanguage("German");
+    openStock({"HBR"});
+    EXPECT_EQ(text("labVolume"), "Umsatz");
+    GetLanguageHelper()->SetLanguage("Chinese");
+    kit::settle();
+    EXPECT_EQ(text("labVolume"), QString::fromUtf8("\u6210\u4ea4\u91cf"));
+    GetLanguageHelper()->SetLanguage("English");
+    kit::settle();
+    EXPECT_EQ(text("labVolume"), "Volume");
 }

@@ -6,6 +6,7 @@
 #include "support/host/button.h"
 #include "support/host/ime.h"
 #include "support/host/language.h"
+#include "support/host/screen.h"
 #include "tests/applets_weather/weatherStand.h"
 #include <QLabel>
 #include <QTimer>
@@ -448,4 +449,41 @@ TEST_F(WeatherPage, APageThatEndsWhileItIsAwaitedIsTouchedNoMore)
     search("Oslo");
     waitDone();
     EXPECT_EQ(title(), "Oslo");
+}
+
+// A call that rings has the touches and the keys; a note would take them.
+TEST_F(WeatherPage, WhatComesLateIsNotToldOverAnotherWindow)
+{
+    openPage();
+    QWidget call;
+    call.setGeometry(0, 0, 800, 480);
+    const kit::BoxAnswers boxes({"ok"});
+    server.onRequest = [](QTcpSocket& socket, const QByteArray&) { socket.abort(); };
+    search("Rome");
+    screenBringUp(&call);
+    waitDone();
+    kit::settle();
+    EXPECT_EQ(boxes.texts(), QStringList());
+    call.hide();
+    kit::settle();
+    isSilent = true;
+    server.onRequest = [](QTcpSocket&, const QByteArray&) {};
+    search("Oslo");
+    screenBringUp(&call);
+    kit::stepTime(4000);
+    EXPECT_EQ(boxes.texts(), QStringList());
+}
+
+TEST_F(WeatherPage, PicturesThatNeverComeKeepNoAnswerWaiting)
+{
+    openPage();
+    const auto usual = server.onRequest;
+    server.onRequest = [&](QTcpSocket& socket, const QByteArray& path) {
+        if (!path.contains(".gif"))
+            usual(socket, path);
+    };
+    for (const char* city : {"Rome", "Oslo", "Bern", "Nice"}) {
+        search(city);
+        ASSERT_TRUE(kit::waitUntil([&] { return title() == city; }, 5000)) << city;
+    }
 }

@@ -185,5 +185,10 @@ TEST_F(WeatherAnswer, TextsAreOneShortLine)
 {
     ASSERT_TRUE(read(with(publicAnswer(), "\"Rain\"", "\" a&#10;b&#9;c" + QByteArray(3000, 'x') + "\"")));
     EXPECT_EQ(info.strStatus1.left(6), "a b cx");
+    ASSERT_TRUE(read(with(publicAnswer(), "\"Rain\"",
+                          "\"a\xe2\x80\xae"
+                          "b\"")));
+    EXPECT_EQ(info.strStatus1, "a b") << "nothing turns the direction of what stands behind it";
+    ASSERT_TRUE(read(with(publicAnswer(), "\"Rain\"", "\" a&#10;b&#9;c" + QByteArray(3000, 'x') + "\"")));
     EXPECT_EQ(info.strStatus1.size(), int(WeatherReader::TEXT_LIMIT));
 }

@@ -171,3 +171,22 @@ TEST_F(WeatherSource, ActionsOfPicturesEndWithTheirTransfers)
     waitDone();
     EXPECT_EQ(tracesWith("~WeatherAction").size(), 6) << "three of them entered and left";
 }
+
+TEST_F(WeatherSource, APictureGivesWayAndHasItsTime)
+{
+    WeatherAction action;
+    logic.LoadPic(action, "/tmp/Today.gif", server.url("/t.gif").constData());
+    EXPECT_EQ(action.bGivesWay, 1);
+    EXPECT_EQ(action.nTimeLimit, 8000);
+    waitDone();
+}
+
+TEST_F(WeatherSource, APictureOfThePublicFeedIsNeverThatOfAnotherSite)
+{
+    answers["/w?city=Paris"] = QByteArray(publicAnswer()).replace("\"/m.gif\"", "\"@127.0.0.1:9/m.gif\"");
+    ask("Paris");
+    waitDone();
+    EXPECT_EQ(
+        tracesWith("LoadPicPath(/tmp/Tomo.gif) RemotePath(" + server.url("/@127.0.0.1:9/m.gif") + ")").size(),
+        1);
+}

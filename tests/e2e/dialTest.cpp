@@ -1,5 +1,6 @@
 // What a person dials, and what becomes of it: the dial plan.
 #include "tests/e2e/livePhone.h"
+#include <QFile>
 #include <QJsonArray>
 
 namespace {
@@ -75,4 +76,27 @@ TEST_F(Dialling, ARuleTypedByKeysIsStoredByTheKeyThatLeavesThePage)
     key("Return");
     waitPage("frmCall");
     EXPECT_EQ(call()["number"].toString(), "004412");
+}
+
+TEST_F(Dialling, AFullDialPlanSaysSoAndLeavesTheKeyOfTheInputMethodEmpty)
+{
+    QByteArray rules;
+    for (int rule = 0; rule < 20; ++rule)
+        rules += "<Data Prefix=\"7" + QByteArray::number(rule) + "\" Replace=\"5\"/>";
+    QFile file(root() + "/rundata/data/dialplan.xml");
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<DialRule>" + rules + "</DialRule>");
+    file.close();
+    openDialPlan();
+    tap(557, 120);
+    waitPage("dlgDialPlan");
+    waitIdle();
+    key("F1");
+    waitPage("dlgMessageBox");
+    key("Return");
+    waitPage("dlgDialPlan");
+    waitIdle();
+    EXPECT_EQ(softKeys().size(), 4);
+    EXPECT_TRUE(widget("btnOK")["focus"].toBool());
+    EXPECT_EQ(softKeys().value(1), "");
 }

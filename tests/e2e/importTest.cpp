@@ -54,15 +54,6 @@ protected:
             key("Down");
     }
     QString keyTitle(int index) { return softKeys().value(index); }
-    QStringList softKeys()
-    {
-        QStringList titles;
-        for (const QJsonValue& entry : topWindow()["widgets"].toArray()) {
-            if (entry.toObject()["class"] == "qSoftButton")
-                titles.append(entry.toObject()["text"].toString());
-        }
-        return titles;
-    }
     bool offers(int index, const QString& title)
     {
         return kit::waits([&] { return keyTitle(index) == title; }, 5000);

@@ -187,6 +187,16 @@ void LivePhone::softKey(int index)
     tap(100 + 200 * index, 460);
 }
 
+QStringList LivePhone::softKeys()
+{
+    QStringList titles;
+    for (const QJsonValue& entry : topWindow()["widgets"].toArray()) {
+        if (entry.toObject()["class"] == "qSoftButton")
+            titles.append(entry.toObject()["text"].toString());
+    }
+    return titles;
+}
+
 void LivePhone::key(const QString& name, int times)
 {
     for (int i = 0; i < times; ++i)

@@ -45,6 +45,8 @@ protected:
     void tap(const QString& widgetName);
     QPoint middleOf(const QString& widgetName);
     void softKey(int index);
+    // What the soft keys of the topmost window say.
+    QStringList softKeys();
     void key(const QString& name, int times = 1);
     // Digits, "*" and "#" on the phone's own pad.
     void pad(const QString& digits);

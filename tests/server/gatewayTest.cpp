@@ -390,3 +390,10 @@ TEST_F(Gateway, ADescriptionThatIsWrongIsToldAtTheStart)
     EXPECT_TRUE(
         complaintsOf("[weather]\npath=/q\n", {"--weather", "http://127.0.0.1:1"}).contains("[place] needs"));
 }
+
+TEST_F(Gateway, AnAmountThatNothingCanHaveIsNotTold)
+{
+    m_quote = QByteArray(m_quote).replace("1816000", "1e300");
+    startGateway();
+    EXPECT_TRUE(publicStock("HRBR").body.contains("<volume data=\"N/A\"/>"));
+}

@@ -145,12 +145,3 @@ TEST_F(DialPlanPage, RulesThatSomebodyElseStoresMeanwhileAreKeptAside)
     EXPECT_EQ(inFile(), (QStringList{"00=011", "9="}));
     EXPECT_EQ(readFile(PLAN_FILE ".bad"), rules(3));
 }
-
-TEST_F(DialPlanPage, TheLimitTakesTheInputMethodFromTheSoftKey)
-{
-    openPage(rules(20));
-    kit::BoxAnswers boxes({"ok"});
-    add();
-    EXPECT_EQ(boxes.texts().size(), 1);
-    EXPECT_EQ(softKeys()[1], "");
-}

@@ -268,7 +268,9 @@ TEST_F(ForwardPage, OthersMayMoveTheFocusRoundItsInputs)
 
 TEST_F(ForwardPage, TheTimeIsADurationInEveryLanguage)
 {
+    GetLanguageHelper()->SetLanguage("French");
     open("Forward");
+    EXPECT_EQ(child<QLabel>("labTime")->text(), QString("Dur\u00e9e")) << "opened in it";
     const char* const captions[][2] = {
         {"German", "Zeit"}, {"Spanish", "Tiempo"}, {"French", "Dur\u00e9e"}, {"English", "Time"}};
     for (const auto& [language, caption] : captions) {

@@ -6,6 +6,7 @@
 namespace {
 
 constexpr qsizetype kLongestName = 100; // bytes of a city or a code
+constexpr double kLargestAmount = 1e16; // ten thousand "T"
 constexpr double kMostDegrees = 360;
 constexpr double kFarthestCold = -150, kFarthestHot = 150;
 constexpr qint64 kMillisecondsFrom = 100000000000; // seconds of the year 5138
@@ -28,6 +29,8 @@ bool IsTemperature(double value)
 QString AmountOf(const NamedTexts& texts, const char* name)
 {
     const double number = NumberOf(texts, name);
+    if (number > kLargestAmount)
+        return "N/A";
     if (!std::isnan(number))
         return ShortNumber(std::max(number, 0.0));
     return texts.value(name).isEmpty() ? QString("N/A") : texts.value(name);
