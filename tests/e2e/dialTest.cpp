@@ -1,6 +1,5 @@
 // What a person dials, and what becomes of it: the dial plan.
 #include "tests/e2e/livePhone.h"
-#include <QFile>
 #include <QJsonArray>
 
 namespace {
@@ -83,10 +82,7 @@ TEST_F(Dialling, AFullDialPlanSaysSoAndLeavesTheKeyOfTheInputMethodEmpty)
     QByteArray rules;
     for (int rule = 0; rule < 20; ++rule)
         rules += "<Data Prefix=\"7" + QByteArray::number(rule) + "\" Replace=\"5\"/>";
-    QFile file(root() + "/rundata/data/dialplan.xml");
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("<DialRule>" + rules + "</DialRule>");
-    file.close();
+    writeFile("/rundata/data/dialplan.xml", "<DialRule>" + rules + "</DialRule>");
     openDialPlan();
     tap(557, 120);
     waitPage("dlgDialPlan");

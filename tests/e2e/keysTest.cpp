@@ -1,6 +1,5 @@
 // The programmable keys of a running phone: what the pages say, the keys do.
 #include "tests/e2e/livePhone.h"
-#include <QFile>
 #include <QJsonArray>
 
 namespace {
@@ -147,11 +146,8 @@ TEST_F(Keys, TheListOfSpeedDialsHasItsWordTooAndALineKeySeizesItsLine)
 
 TEST_F(Keys, ABrokenFileNeverTakesThePhoneDown)
 {
-    QFile file(root() + "/rundata/data/dsskey.xml");
     for (const char* broken : {"<DssKey><Item Type=\"BLF\"", "", "<DssKey/>", "<x/>"}) {
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(broken);
-        file.close();
+        writeFile("/rundata/data/dsskey.xml", broken);
         ctl({"post", "app_hxPhone", "0x10007", "0x1A", "0"});
         ctl({"post", "app_hxPhone", "0x10007", "10", "0"});
         waitIdle();

@@ -20,6 +20,13 @@ QJsonValue parse(const QByteArray& line)
     return wrapped.array().isEmpty() ? QJsonValue() : wrapped.array().first();
 }
 
+void putFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
+    ASSERT_EQ(file.write(content), content.size());
+}
+
 } // namespace
 
 void LivePhone::SetUp()
@@ -40,6 +47,21 @@ void LivePhone::start()
     launch();
     waitPage("frmDesktop");
     waitIdle();
+}
+
+void LivePhone::startWith(const QString& imageFile, const QByteArray& content)
+{
+    ASSERT_TRUE(kit::fillDeviceFolder(root(), kit::Firmware::HardLinks));
+    // Writing into it would write into everybody's.
+    ASSERT_TRUE(QFile::remove(root() + imageFile));
+    putFile(root() + imageFile, content);
+    start();
+}
+
+void LivePhone::writeFile(const QString& path, const QByteArray& content)
+{
+    ASSERT_TRUE(path.startsWith("/rundata/")) << qPrintable(path);
+    putFile(root() + path, content);
 }
 
 void LivePhone::launch(uid_t user)

@@ -24,6 +24,10 @@ protected:
     // The exit status that a command has; fails nothing.
     int exitOf(const QStringList& command);
     void start();
+    // The same instead of SetUp(), with a file of the device image that this phone has for itself.
+    void startWith(const QString& imageFile, const QByteArray& content);
+    // A file below "/rundata", as somebody else would write it; what lies in the image other phones share.
+    void writeFile(const QString& path, const QByteArray& content);
     // Without waiting for the home screen; as another user when the test may do so.
     void launch(uid_t user = 0);
     void quit();

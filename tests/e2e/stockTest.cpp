@@ -18,19 +18,9 @@ protected:
     {
         server.copyFile("stock.xml", HX_SOURCE_DIR "/tools/signDemo/content/stock.xml");
         ASSERT_TRUE(server.start());
-        LivePhone::SetUp();
-        write("/phone/resource/StockSource.xml",
-              QString("<StockSource><source title=\"Google\" address=\"%1/ig/api?stock=\"/></StockSource>")
-                  .arg(server.url())
-                  .toUtf8());
-    }
-    // In the place of a file that other phones share.
-    void write(const QString& path, const QByteArray& content)
-    {
-        QFile::remove(root() + path);
-        QFile file(root() + path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        startWith("/phone/resource/StockSource.xml", "<StockSource><source title=\"Google\" address=\"" +
+                                                         server.url().toUtf8() +
+                                                         "/ig/api?stock=\"/></StockSource>");
     }
     QByteArray list()
     {
@@ -78,7 +68,7 @@ TEST_F(StockStory, ByFingerFromThePublicFeedAndByKeysFromTheSignageServer)
     EXPECT_NE(topWindow()["class"], "dlgStock");
     tap("btnNo");
     shot("stock");
-    write("/rundata/data/stockData.xml", list().replace("<item name=\"\"/>", "<item name=\"QUAY\"/>"));
+    writeFile("/rundata/data/stockData.xml", list().replace("<item name=\"\"/>", "<item name=\"QUAY\"/>"));
     EXPECT_EQ(ctl({"refresh", "stockData.xml"}).toInt(), 1);
     ASSERT_TRUE(shows("labDenominator", "1/10"));
     softKey(3);

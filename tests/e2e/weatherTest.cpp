@@ -1,9 +1,7 @@
 // The weather on a running phone, from the demonstration server by both of its ways.
 #include "tests/e2e/livePhone.h"
-#include "tests/kit/plain/deviceFolder.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/signServer.h"
-#include <QFile>
 
 namespace {
 
@@ -16,15 +14,9 @@ protected:
     {
         m_server.copyFeeds();
         ASSERT_TRUE(m_server.start());
-        ASSERT_TRUE(kit::fillDeviceFolder(root(), kit::Firmware::HardLinks));
-        const QString path = root() + "/phone/resource/WeatherSource.xml";
-        QFile::remove(path);
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("<WeatherSource><source title=\"Google\" address=\"" + m_server.url().toUtf8() +
-                   "/ig/api?weather=#city\"/></WeatherSource>");
-        file.close();
-        start();
+        startWith("/phone/resource/WeatherSource.xml", "<WeatherSource><source title=\"Google\" address=\"" +
+                                                           m_server.url().toUtf8() +
+                                                           "/ig/api?weather=#city\"/></WeatherSource>");
     }
     QString text(const char* name) { return widget(name)["text"].toString(); }
     // Nothing more is looked at when it does not come.
