@@ -1,35 +1,14 @@
 #include "host/services/system/folderWatch.h"
 #include "support/host/trace.h"
-#include <QSocketNotifier>
 #include <cerrno>
 #include <cstring>
-#include <sys/inotify.h>
-#include <unistd.h>
 
-namespace {
-
-constexpr uint32_t kEvents = IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
-                             IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
-constexpr size_t kReadSize = 16 * 1024;
-
-} // namespace
-
-folderWatch::folderWatch(QObject* parent) : QObject(parent)
-{
-    m_nFd = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (m_nFd < 0) {
-        nuxTrace(TRACE_NOTE, "Files cannot be watched: %s", strerror(errno));
-        return;
-    }
-    m_pNotifier = new QSocketNotifier(m_nFd, QSocketNotifier::Read, this);
-    connect(m_pNotifier, &QSocketNotifier::activated, this, [this] { Take(); });
-}
+folderWatch::folderWatch(QObject* parent) : QObject(parent), m_pEvents(folderEvents::OfThread()) {}
 
 folderWatch::~folderWatch()
 {
-    delete m_pNotifier;
-    if (m_nFd >= 0)
-        close(m_nFd);
+    for (int number : m_watches)
+        m_pEvents->Remove(this, number);
 }
 
 void folderWatch::Add(const std::string& folder)
@@ -52,17 +31,15 @@ void folderWatch::WatchAll()
         WatchNearest(folder);
     for (int watch : old) {
         if (m_watches.count(watch) == 0)
-            inotify_rm_watch(m_nFd, watch);
+            m_pEvents->Remove(this, watch);
     }
 }
 
 // A folder that is not there yet comes with a change of the nearest one above that is.
 void folderWatch::WatchNearest(std::string folder)
 {
-    if (m_nFd < 0)
-        return;
     for (;;) {
-        const int watch = inotify_add_watch(m_nFd, folder.c_str(), kEvents);
+        const int watch = m_pEvents->Add(this, folder);
         if (watch >= 0) {
             m_watches.insert(watch);
             return;
@@ -76,11 +53,8 @@ void folderWatch::WatchNearest(std::string folder)
     }
 }
 
-void folderWatch::Take()
+void folderWatch::FolderChanged()
 {
-    alignas(inotify_event) char events[kReadSize];
-    while (read(m_nFd, events, sizeof events) > 0) {
-    }
     // What was waited for may be there now, and what was watched may be gone.
     WatchAll();
     // The call may end this watch.

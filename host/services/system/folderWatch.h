@@ -1,14 +1,14 @@
 #pragma once
 // Tells when names in some folders come, go or are written to. Lives on the thread that made it, which
 // needs an event loop. A folder that is not there is waited for.
+#include "host/services/system/folderEvents.h"
 #include <QObject>
 #include <functional>
+#include <memory>
 #include <set>
 #include <string>
 
-class QSocketNotifier;
-
-class folderWatch : public QObject
+class folderWatch : public QObject, private folderListener
 {
 public:
     explicit folderWatch(QObject* parent = nullptr);
@@ -21,10 +21,9 @@ public:
 private:
     void WatchAll();
     void WatchNearest(std::string folder);
-    void Take();
+    void FolderChanged() override;
 
-    int m_nFd = -1;
-    QSocketNotifier* m_pNotifier = nullptr;
+    std::shared_ptr<folderEvents> m_pEvents;
     std::set<std::string> m_folders;
     std::set<int> m_watches;
     std::function<void()> m_call;
