@@ -153,13 +153,11 @@ void DisplayBook::NoteFiles(DisplayRecord& record, const ScheduledFilesPtr& file
 // The last request for a file counts: a phone asks again for what did not arrive.
 void DisplayBook::NoteFile(DisplayRecord& record, const DisplayEvent& event)
 {
-    for (qsizetype i = 0; record.files && i < record.states.size(); ++i) {
-        const ScheduledFile& file = record.files->files[i];
-        const bool isIt = file.type == event.fileType && file.name == event.fileName &&
-                          (file.sum == event.sum || !event.refused.isEmpty());
-        if (isIt)
-            record.states[i] = StateAfter(event);
-    }
+    const qsizetype place = record.files ? record.files->PlaceOf(event.fileType, event.fileName) : -1;
+    if (place < 0 || place >= record.states.size())
+        return;
+    if (record.files->files[place].sum == event.sum || !event.refused.isEmpty())
+        record.states[place] = StateAfter(event);
 }
 
 DisplayBook::Records DisplayBook::Known() const

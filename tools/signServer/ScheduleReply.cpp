@@ -57,6 +57,10 @@ void ScheduleReply::Clear()
     m_files.clear();
     m_uses.clear();
     m_complaints.clear();
+    m_layoutFiles.clear();
+    m_mediaFiles.clear();
+    m_complained.clear();
+    m_used.clear();
 }
 
 QByteArray ScheduleReply::For(const QByteArray& display)
@@ -76,15 +80,16 @@ void ScheduleReply::ForAll()
 
 ScheduledFilesPtr ScheduleReply::Files() const
 {
+    QHash<QString, QVector<QPair<qint64, qint64>>> times; // of layouts
+    for (const Layout& layout : m_layouts)
+        times[layout.file].append(
+            {SecondsOf(layout.fromdt, layout.eventType), SecondsOf(layout.todt, layout.eventType)});
     auto list = std::make_shared<ScheduledFiles>();
     QCryptographicHash id(QCryptographicHash::Md5);
     for (const File& file : m_files) {
         ScheduledFile one = {file.type.toUtf8(), file.path.toUtf8(), file.sum, {}};
-        for (const Layout& layout : m_layouts) {
-            if (file.type == "layout" && layout.file == file.path)
-                one.times.append(
-                    {SecondsOf(layout.fromdt, layout.eventType), SecondsOf(layout.todt, layout.eventType)});
-        }
+        if (file.type == "layout")
+            one.times = times.value(file.path);
         id.addData(one.type + '/' + one.name + '/' + one.sum + '\n');
         for (const auto& [from, to] : one.times)
             id.addData(QByteArray::number(from) + '-' + QByteArray::number(to) + '\n');
@@ -127,8 +132,9 @@ void ScheduleReply::TakeLayout(const Layout& layout)
         return;
     }
     m_layouts.append(layout);
-    if (HasFile("layout", layout.file))
+    if (m_layoutFiles.contains(layout.file))
         return;
+    m_layoutFiles.insert(layout.file);
     m_files.append({"layout", layout.file, m_folder.Sums().Of(*file), file->Size()});
     for (const QString& fault : text.Faults())
         Complain(QString("layouts/%1, %2").arg(layout.file, fault));
@@ -156,27 +162,25 @@ OpenFilePtr ScheduleReply::OpenSent(const char* type, const QString& name, qint6
 
 void ScheduleReply::TakeMedia(const LayoutText::Use& use)
 {
-    const bool isKnown = HasFile("media", use.name);
+    const bool isKnown = m_mediaFiles.contains(use.name);
     const OpenFilePtr file = isKnown ? nullptr : OpenSent("media", use.name, kLargestMedia);
-    if (file)
+    if (file) {
+        m_mediaFiles.insert(use.name);
         m_files.append({"media", use.name, m_folder.Sums().Of(*file), file->Size()});
-    const bool isUsed = std::any_of(m_uses.begin(), m_uses.end(), [&](const LayoutText::Use& one) {
-        return one.name == use.name && one.kind == use.kind;
-    });
-    if ((file || isKnown) && !isUsed)
-        m_uses.append(use);
+    }
+    const QPair<QString, int> used(use.name, int(use.kind));
+    if ((!file && !isKnown) || m_used.contains(used))
+        return;
+    m_used.insert(used);
+    m_uses.append(use);
 }
 
 void ScheduleReply::Complain(const QString& text)
 {
-    if (!m_complaints.contains(text))
-        m_complaints.append(text);
-}
-
-bool ScheduleReply::HasFile(const QString& type, const QString& path) const
-{
-    return std::any_of(m_files.begin(), m_files.end(),
-                       [&](const File& file) { return file.type == type && file.path == path; });
+    if (m_complained.contains(text))
+        return;
+    m_complained.insert(text);
+    m_complaints.append(text);
 }
 
 void ScheduleReply::Write(QXmlStreamWriter& xml) const

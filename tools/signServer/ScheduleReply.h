@@ -11,6 +11,8 @@
 #include "tools/signServer/LayoutText.h"
 #include "tools/signServer/ScheduledFiles.h"
 #include "tools/signServer/SignFolder.h"
+#include <QPair>
+#include <QSet>
 
 class QXmlStreamWriter;
 
@@ -47,7 +49,6 @@ private:
     void TakeLayout(const Layout& layout);
     OpenFilePtr OpenSent(const char* type, const QString& name, qint64 most);
     void TakeMedia(const LayoutText::Use& use);
-    bool HasFile(const QString& type, const QString& path) const;
     void Write(QXmlStreamWriter& xml) const;
     void Complain(const QString& text);
 
@@ -56,4 +57,7 @@ private:
     QVector<File> m_files; // layouts first, each file once
     QVector<LayoutText::Use> m_uses;
     QStringList m_complaints;
+    // Of what stands above, so that nothing is looked for in thousands.
+    QSet<QString> m_layoutFiles, m_mediaFiles, m_complained;
+    QSet<QPair<QString, int>> m_used;
 };

@@ -1,9 +1,11 @@
 #pragma once
 // The files of a schedule as a display was sent it.
 #include <QByteArray>
+#include <QHash>
 #include <QPair>
 #include <QVector>
 #include <memory>
+#include <mutex>
 
 struct ScheduledFile
 {
@@ -26,6 +28,20 @@ struct ScheduledFiles
 {
     QByteArray id; // of equal ones the same
     QVector<ScheduledFile> files;
+
+    // Of the file, which is there once; -1 when it is not. From the first call on the files stay. Any thread.
+    qsizetype PlaceOf(const QByteArray& type, const QByteArray& name) const
+    {
+        std::call_once(m_placed, [this] {
+            for (qsizetype i = 0; i < files.size(); ++i)
+                m_places[{files[i].type, files[i].name}] = i;
+        });
+        return m_places.value({type, name}, -1);
+    }
+
+private:
+    mutable std::once_flag m_placed;
+    mutable QHash<QPair<QByteArray, QByteArray>, qsizetype> m_places;
 };
 
 using ScheduledFilesPtr = std::shared_ptr<const ScheduledFiles>;
