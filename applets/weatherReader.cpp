@@ -36,6 +36,16 @@ QString monthName(const QDate& date)
     return qTranslate(QLocale::c().monthName(date.month()).toUtf8().constData());
 }
 
+// Feeds name the days as the phone's clock does; what it does not know stays as it was received.
+QString dayName(const QString& received)
+{
+    for (const char* day : {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"}) {
+        if (received == QLatin1String(day))
+            return qTranslate(day);
+    }
+    return received;
+}
+
 QString dateText(const QDate& date)
 {
     return monthName(date) + QString::asprintf(" %02d", date.day());
@@ -110,14 +120,14 @@ bool WeatherReader::fill(xmlElement* head, int unit, tagMoreDaysInfo& info)
     info.strCurrentTemp = unit == UNIT_CELSIUS ? text(now, "temp_c") + "c" : text(now, "temp_f") + "F";
     m_pictures.bToday = find(now, "icon", m_pictures.strToday);
     info.strTemperature1 = range(today, system, unit);
-    info.strDate1 += " " + text(today, "day_of_week");
+    info.strDate1 += " " + dayName(text(today, "day_of_week"));
     info.strTemperature2 = range(tomorrow, system, unit);
     info.strStatus2 = text(tomorrow, "condition");
-    info.strDate2 += " " + text(tomorrow, "day_of_week");
+    info.strDate2 += " " + dayName(text(tomorrow, "day_of_week"));
     find(tomorrow, "icon", m_pictures.strTomorrow);
     info.strTemperature3 = range(after, system, unit);
     info.strStatus3 = text(after, "condition");
-    info.strDate3 += " " + text(after, "day_of_week");
+    info.strDate3 += " " + dayName(text(after, "day_of_week"));
     return true;
 }
 

@@ -117,11 +117,15 @@ TEST_F(WeatherAnswer, DatesGoOverMonthsAndLeapDays)
     EXPECT_EQ(dates(), " Sat| Sun| Mon");
 }
 
-TEST_F(WeatherAnswer, MonthsAreNamedInTheLanguageOfThePhone)
+TEST_F(WeatherAnswer, MonthsAndDaysAreNamedInTheLanguageOfThePhone)
 {
     GetLanguageHelper()->SetLanguage("German");
     ASSERT_TRUE(read(with(publicAnswer(), "2026-11-21", "2026-12-30")));
-    EXPECT_EQ(dates(), "Dezember 30 Sat|Dezember 31 Sun|Januar 01 Mon");
+    EXPECT_EQ(dates(), "Dezember 30 Sa|Dezember 31 So|Januar 01 Mo");
+    ASSERT_TRUE(readSignage(signageAnswer()));
+    EXPECT_EQ(dates(), "Dezember 31 Do|Januar 01 Fr|Januar 02 Sa");
+    ASSERT_TRUE(read(with(with(publicAnswer(), "\"Sat\"", "\"Delete\""), "\"Sun\"", "\"sun\"")));
+    EXPECT_EQ(dates(), "November 21 Delete|November 22 sun|November 23 Mo") << "no day that the phone knows";
 }
 
 TEST_F(WeatherAnswer, WithoutAForecastNeitherFlagIsSet)
