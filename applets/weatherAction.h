@@ -13,4 +13,5 @@ public:
     void SetUiObj(chObject* view);
 
     chObject* pUiObj = nullptr; // the view that asked, counted
+    unsigned nSearch = 0;       // that it is part of
 };

@@ -17,6 +17,17 @@ MVCView* viewOf(const chReferObject& view)
     return static_cast<MVCView*>(view.data());
 }
 
+// What comes for the page comes for all from now on. False when it is not for the page.
+bool widenToAll(const chReferObject& view)
+{
+    if (!view.data())
+        return false;
+    chString& name = viewOf(view)->strViewName;
+    if (name == kPageView)
+        name = kAllViews;
+    return name == kAllViews;
+}
+
 } // namespace
 
 WeatherController& GetWeatherControl()
@@ -46,11 +57,13 @@ void WeatherController::SendRquest2Logic(chReferObject view, chString)
 
 void WeatherController::RequestForHost(chReferObject view, const chString& city)
 {
-    const chReferObject awaiting(m_logic.AwaitingView(city));
-    if (awaiting.data() && viewOf(awaiting)->strViewName == kAllViews)
+    const chReferObject answered(m_logic.AwaitingView(city));
+    if (widenToAll(answered))
         return;
+    // With its texts there and its pictures on their way, the page comes along.
+    const chReferObject pictured(m_logic.PicturesView(city));
     strCity = city;
-    SendRquest2Logic(view, city);
+    SendRquest2Logic(widenToAll(pictured) ? pictured : view, city);
 }
 
 void WeatherController::sendCityInfoToGUI(chReferObject view, tagMoreDaysInfo forecast)
@@ -82,6 +95,11 @@ void WeatherController::OnCallback(taskAction* task)
     if (!action)
         return;
     const chReferObject view(action->pUiObj);
+    if (action->strLocalFile != strXmlFile)
+        action->SetUiObj(nullptr);
+    // A picture of a search before this one says nothing of what is awaited now.
+    if (action->nSearch != m_logic.Search())
+        return;
     const bool isGood = action->nResult != 0;
     if (!isGood)
         info.bConnected = false;

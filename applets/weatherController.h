@@ -14,8 +14,8 @@ public:
     // Asks for the weather of strCity, whatever city says, which views store before.
     void SendRquest2Logic(chReferObject view, chString city);
     chString SendCityNametoLogic() const { return strCity; }
-    // The same for a view of the host's. An answer that is on its way to all views reaches this one too:
-    // asking again would take it from the others.
+    // The same for a view of the host's. An answer that is on its way to the page reaches this one too:
+    // asking again would take it from the page.
     void RequestForHost(chReferObject view, const chString& city);
     void sendCityInfoToGUI(chReferObject view, tagMoreDaysInfo info);
     void GetCityInfo(chReferObject view, chReferObject respond);

@@ -33,15 +33,18 @@ chString siteOf(const chString& address)
 
 WeatherLogic::WeatherLogic()
 {
-    WeatherAction& action = CreateObject<WeatherAction>();
-    refAction = chReferObject(&action);
-    action.DestroyObject();
-    action.SetCallback(this);
+    for (chReferObject* handle : {&refAction, &m_today, &m_tomorrow, &m_after}) {
+        WeatherAction& action = CreateObject<WeatherAction>();
+        *handle = chReferObject(&action);
+        action.DestroyObject();
+        action.SetCallback(this);
+    }
 }
 
 WeatherLogic::~WeatherLogic()
 {
-    GetWeatherUIAction(refAction).SetCallback(nullptr);
+    for (chReferObject* handle : {&refAction, &m_today, &m_tomorrow, &m_after})
+        GetWeatherUIAction(*handle).SetCallback(nullptr);
     SetCallback(nullptr);
 }
 
@@ -106,6 +109,7 @@ int WeatherLogic::WeatherRquest(chReferObject view, chReferObject request)
     nuxTrace(TRACE_NOTE, "Weather Url(%s)", asked.strUrl.GetText());
     WeatherAction& action = GetWeatherUIAction(refAction);
     action.SetUiObj(view.data());
+    action.nSearch = ++m_nSearch;
     action.strRemoteUrl = strUrl = asked.strUrl;
     action.strLocalFile = strXmlFile = chString(WEATHER_ANSWER) + strCity + ".xml";
     if (netGetNetworkSta() == NETWORK_UP)
@@ -138,6 +142,16 @@ chObject* WeatherLogic::AwaitingView(const chString& city) const
     return strCity == city ? GetObject<WeatherAction>(refAction).pUiObj : nullptr;
 }
 
+chObject* WeatherLogic::PicturesView(const chString& city) const
+{
+    for (const chReferObject* handle : {&m_today, &m_tomorrow, &m_after}) {
+        chObject* view = GetObject<WeatherAction>(*handle).pUiObj;
+        if (view && strCity == city)
+            return view;
+    }
+    return nullptr;
+}
+
 bool WeatherLogic::XmlPhrase2DaysInfo(const chString& file, tagMoreDaysInfo& info)
 {
     switch (feedKind(kSection)) {
@@ -166,18 +180,16 @@ bool WeatherLogic::read(const chString& file, WeatherReader::FORM form, tagMoreD
     if (!reader.Read(file.GetText(), nuxGetRegistryInt(USER_INI, kSection, "nUnit", 0), info))
         return false;
     if (reader.Pictures().bToday)
-        fetchPicture(WEATHER_PICTURE_TODAY, reader.Pictures().strToday);
-    fetchPicture(WEATHER_PICTURE_TOMORROW, reader.Pictures().strTomorrow);
+        fetchPicture(m_today, WEATHER_PICTURE_TODAY, reader.Pictures().strToday);
+    fetchPicture(m_tomorrow, WEATHER_PICTURE_TOMORROW, reader.Pictures().strTomorrow);
     // The third picture has always been the second one again.
-    fetchPicture(WEATHER_PICTURE_AFTER, reader.Pictures().strTomorrow);
+    fetchPicture(m_after, WEATHER_PICTURE_AFTER, reader.Pictures().strTomorrow);
     return true;
 }
 
-void WeatherLogic::fetchPicture(const char* file, const chString& picture)
+void WeatherLogic::fetchPicture(const chReferObject& action, const char* file, const chString& picture)
 {
-    WeatherAction& action = CreateObject<WeatherAction>();
-    LoadPic(action, file, pictureUrl(picture));
-    action.DestroyObject();
+    LoadPic(GetObject<WeatherAction>(action), file, pictureUrl(picture));
 }
 
 // The signage server names whole addresses, the public feed paths at its own site: what is none would become
@@ -197,6 +209,7 @@ void WeatherLogic::LoadPic(WeatherAction& action, chString local, chString remot
     action.strRemoteUrl = remote;
     action.strLocalFile = local;
     action.SetUiObj(GetWeatherUIAction(refAction).pUiObj);
+    action.nSearch = m_nSearch;
     // A site that keeps its pictures to itself keeps nobody else waiting.
     action.bGivesWay = 1;
     action.nTimeLimit = FEED_PICTURE_MS;

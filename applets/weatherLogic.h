@@ -23,8 +23,12 @@ public:
     tagMoreDaysInfo WeatherRespond(chReferObject view, chReferObject respond);
     // The view's answer is there, or will not come.
     void DropView(const chReferObject& view);
+    // Counts the searches: what came of one before this is of no interest any more.
+    unsigned Search() const { return m_nSearch; }
     // The view that waits for an answer about the city; null when none does.
     chObject* AwaitingView(const chString& city) const;
+    // The view that waits for the pictures of the city's answer; null when none does.
+    chObject* PicturesView(const chString& city) const;
 
     chString CityNameToUrl(const chString& city);
     chString CityNameToUrlByGoogle(const chString& city);
@@ -43,12 +47,15 @@ public:
 
 private:
     bool read(const chString& file, WeatherReader::FORM form, tagMoreDaysInfo& info);
-    void fetchPicture(const char* file, const chString& picture);
+    void fetchPicture(const chReferObject& action, const char* file, const chString& picture);
     chString pictureUrl(const chString& picture) const;
 
     DataToDesktopHTML m_desktopHtml;
     DataToSettingHTML m_settingHtml;
     chReferObject refAction; // the one WeatherAction of all answers
+    // One for each picture: a later search takes it, and with it what is still under way.
+    chReferObject m_today, m_tomorrow, m_after;
+    unsigned m_nSearch = 0;
     ActionCallback* pCallback = nullptr;
     chString strXmlFile;
     qRegistryNotify m_notify;

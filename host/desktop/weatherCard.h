@@ -10,6 +10,11 @@ struct tagWeatherCard
     QString strCity;
     QString strRange;
     QString strCondition;
+    bool operator==(const tagWeatherCard& other) const
+    {
+        return strTemperature == other.strTemperature && strCity == other.strCity &&
+               strRange == other.strRange && strCondition == other.strCondition;
+    }
 };
 
 class weatherCard : public QAbstractButton

@@ -78,7 +78,7 @@ struct WeatherFrame::Private : qRegistryNotify
     // How long the next request can wait.
     qint64 waitMs() const
     {
-        const qint64 old = isFresh() ? kFreshMs - taken.elapsed() : 0;
+        const qint64 old = isFresh() && !isWithoutPicture ? kFreshMs - taken.elapsed() : 0;
         const bool isAgain = asked.isValid() && askedFor == wanted;
         return qMax(old, isAgain ? kRetryMs - asked.elapsed() : 0);
     }
@@ -114,22 +114,34 @@ struct WeatherFrame::Private : qRegistryNotify
             due.start(kSettleMs);
             return;
         }
+        if (card && !(takenFor.city == wanted.city))
+            card->setPicture(QPixmap());
         taken.start();
         takenFor = wanted;
         // A forecast may lack the temperature of its unit.
         const bool hasTemperature = info.strCurrentTemp.size() > 1;
-        content = {hasTemperature ? info.strCurrentTemp : QString(), toQString(wanted.city),
-                   info.strTemperature1, info.strStatus1};
+        const tagWeatherCard now = {hasTemperature ? info.strCurrentTemp : QString(), toQString(wanted.city),
+                                    info.strTemperature1, info.strStatus1};
+        const bool isToldAgain = pictureLook.isActive() && now == content;
+        content = now;
         showCard();
-        readPicture();
+        if (isToldAgain)
+            lookForPicture();
+        else
+            awaitPicture();
         look();
     }
-    // A forecast comes before its pictures, and not every view is told of those.
-    void readPicture()
+    // A forecast comes before its pictures, and not every view is told of those. What is there is the picture
+    // of whoever asked before.
+    void awaitPicture()
     {
+        isWithoutPicture = false;
         fileLook(kPicture, pictureFile);
         looksLeft = kPictureLooks;
         pictureLook.start();
+    }
+    void readPicture()
+    {
         pictureCancel(pictureRequest);
         tagPictureWish wish;
         wish.strPath = kPicture;
@@ -142,13 +154,17 @@ struct WeatherFrame::Private : qRegistryNotify
     }
     void lookForPicture()
     {
+        // What comes after another search is that city's.
+        isWithoutPicture = !isForOurCity();
         tagFileStat now;
         fileLook(kPicture, now);
-        const bool isNew = now != pictureFile;
+        const bool isNew = !isWithoutPicture && now != pictureFile;
         if (isNew)
             readPicture();
-        if (isNew || --looksLeft <= 0)
+        if (isNew || isWithoutPicture || --looksLeft <= 0)
             pictureLook.stop();
+        if (isWithoutPicture)
+            due.start(kSettleMs);
     }
     void showCard()
     {
@@ -178,6 +194,7 @@ struct WeatherFrame::Private : qRegistryNotify
     QTimer pictureLook;
     int looksLeft = 0;
     tagFileStat pictureFile;
+    bool isWithoutPicture = false; // another search came before it
     int pictureRequest = 0;
     bool isOn = false;
     bool isTaken = false; // its place, by something else

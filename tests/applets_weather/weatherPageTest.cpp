@@ -3,13 +3,17 @@
 #include "applets/weatherController.h"
 #include "frame/configFiles.h"
 #include "host/services/system/netWorld.h"
+#include "host/services/transfers/taskBook.h"
 #include "support/host/button.h"
 #include "support/host/ime.h"
 #include "support/host/language.h"
 #include "support/host/screen.h"
 #include "tests/applets_weather/weatherStand.h"
+#include <QAbstractButton>
 #include <QLabel>
+#include <QPointer>
 #include <QTimer>
+#include <utility>
 
 namespace {
 
@@ -486,4 +490,171 @@ TEST_F(WeatherPage, PicturesThatNeverComeKeepNoAnswerWaiting)
         search(city);
         ASSERT_TRUE(kit::waitUntil([&] { return title() == city; }, 5000)) << city;
     }
+}
+
+// What stands of a search while the next one is made: its pictures wait for the test.
+class LatePictures : public WeatherPage
+{
+protected:
+    void openPage()
+    {
+        WeatherPage::openPage();
+        m_usual = server.onRequest;
+        server.onRequest = [this](QTcpSocket& socket, const QByteArray& path) {
+            if (path.endsWith(".gif") && isHoldingPictures)
+                pictures.append(&socket);
+            else if (!path.endsWith(".gif") && isHoldingAnswers)
+                answer = &socket;
+            else
+                m_usual(socket, path);
+        };
+    }
+    void searchUntilPicturesWait(const char* city)
+    {
+        isHoldingPictures = true;
+        search(city);
+        ASSERT_TRUE(kit::waitUntil([this] { return pictures.size() == 3; }, 20000));
+        isHoldingPictures = false;
+        EXPECT_EQ(title(), city);
+    }
+    void searchUntilAnswerWaits(const char* city)
+    {
+        isHoldingAnswers = true;
+        search(city);
+        ASSERT_TRUE(kit::waitUntil([this] { return answer != nullptr; }, 20000));
+        isHoldingAnswers = false;
+    }
+    // Those of the search before, while the answer of the next one is awaited.
+    void answerPictures(const QByteArray& reply)
+    {
+        for (const QPointer<QTcpSocket>& picture : std::exchange(pictures, {})) {
+            if (picture)
+                picture->write(reply);
+        }
+        EXPECT_TRUE(kit::waitUntil([this] { return taskPendingCount() == (answer ? 1 : 0); }, 20000));
+        kit::settle();
+    }
+    void answerSearch(const QByteArray& reply)
+    {
+        ASSERT_TRUE(answer);
+        answer->write(httpServer::answer(reply));
+        answer = nullptr;
+        waitDone();
+    }
+
+    QList<QPointer<QTcpSocket>> pictures;
+    QPointer<QTcpSocket> answer;
+    bool isHoldingPictures = false;
+    bool isHoldingAnswers = false;
+
+private:
+    std::function<void(QTcpSocket&, const QByteArray&)> m_usual;
+};
+
+TEST_F(LatePictures, ShowNothingOfTheCityBeforeUnderTheNameOfTheNext)
+{
+    openPage();
+    kit::BoxAnswers boxes({"ok"});
+    searchUntilPicturesWait("Rome");
+    searchUntilAnswerWaits("Oslo");
+    answerPictures(httpServer::answer(gif('t')));
+    EXPECT_EQ(title(), "");
+    EXPECT_EQ(columns(), ",,|,,|,,");
+    kit::stepTime(3500);
+    EXPECT_EQ(boxes.texts(), QStringList("NetWork is not good, please wait for a while!"));
+    answerSearch(publicAnswer());
+    EXPECT_EQ(title(), "Oslo");
+    EXPECT_EQ(WeatherPage::pictures(), "11 12 12") << "its own delivery was not used up";
+}
+
+TEST_F(LatePictures, ThatFailAreNotToldOfTheNextCity)
+{
+    openPage();
+    kit::BoxAnswers boxes({"ok"});
+    searchUntilPicturesWait("Rome");
+    searchUntilAnswerWaits("Oslo");
+    answerPictures(httpServer::answer("no", "404 Not Found"));
+    EXPECT_EQ(boxes.texts(), QStringList());
+    answerSearch(kUnknown);
+    EXPECT_EQ(boxes.texts(), QStringList("Can't connect")) << "once, and nothing of a site";
+}
+
+TEST_F(LatePictures, OfTheCityBeforeAreGivenUpWhenThoseOfTheNextAreAskedFor)
+{
+    openPage();
+    kit::BoxAnswers boxes;
+    searchUntilPicturesWait("Rome");
+    answers["/t.gif"] = gif('a');
+    search("Oslo");
+    EXPECT_TRUE(kit::waitUntil([this] { return WeatherPage::pictures() == "13 12 12"; }, 5000));
+    answerPictures(httpServer::answer(gif('t')));
+    waitDone();
+    EXPECT_EQ(title(), "Oslo");
+    EXPECT_EQ(readFile("/tmp/Today.gif"), gif('a'));
+    EXPECT_EQ(boxes.texts(), QStringList());
+}
+
+// The card of the home screen beside the page.
+class CardBesidePage : public LatePictures
+{
+protected:
+    CardBesidePage()
+    {
+        config("bDesktop", "1");
+        GetWeatherFrame()->ShowOn(&home, QRect(0, 0, 300, 90));
+    }
+    QString card() const
+    {
+        const auto* shown = home.findChild<QAbstractButton*>("weatherCard");
+        return shown ? shown->text() : QString();
+    }
+    static void askForCard(const char* city)
+    {
+        GetWeatherControl().RequestForHost(chReferObject(GetWeatherFrame()), city);
+    }
+    QWidget home;
+};
+
+TEST_F(CardBesidePage, TakesNoAnswerFromThePageThatWaitsForIt)
+{
+    openPage();
+    searchUntilAnswerWaits("London");
+    const int before = asked();
+    askForCard("London");
+    kit::settle();
+    EXPECT_EQ(asked(), before);
+    answerSearch(publicAnswer());
+    EXPECT_EQ(title(), "London");
+    EXPECT_TRUE(columns().startsWith("November 21 Sat,Rain"));
+    EXPECT_TRUE(card().contains("London")) << card().toStdString();
+    EXPECT_STREQ(weather()->strViewName.GetText(), "strWeatherUI");
+}
+
+TEST_F(CardBesidePage, TakesNoPicturesFromThePageThatWaitsForThem)
+{
+    openPage();
+    searchUntilPicturesWait("London");
+    answers["/t.gif"] = gif('a');
+    askForCard("London");
+    waitDone();
+    EXPECT_EQ(title(), "London");
+    EXPECT_EQ(WeatherPage::pictures(), "13 12 12");
+    EXPECT_TRUE(card().contains("London")) << card().toStdString();
+}
+
+TEST_F(CardBesidePage, ShowsNothingOfTheCitySearchedBeforeUnderItsOwnName)
+{
+    openPage();
+    answers["/w?city=Moscow"] = publicAnswer().replace("Rain", "Snow");
+    searchUntilPicturesWait("Moscow");
+    config("strDefaultCity", "Cairo");
+    isHoldingAnswers = true;
+    weather()->strViewName = "allUI";
+    GetWeatherControl().strCity = "Cairo";
+    GetWeatherControl().SendRquest2Logic(chReferObject(weather()), "Cairo");
+    ASSERT_TRUE(kit::waitUntil([this] { return answer != nullptr; }, 20000));
+    answerPictures(httpServer::answer(gif('t')));
+    EXPECT_FALSE(card().contains("Snow")) << card().toStdString();
+    answerSearch(publicAnswer());
+    EXPECT_TRUE(card().contains("Cairo") && card().contains("Rain")) << card().toStdString();
 }

@@ -253,3 +253,52 @@ TEST_F(WeatherCard, AUnitWithoutATemperatureIsNotShown)
     ASSERT_TRUE(isShown());
     EXPECT_TRUE(card()->text().startsWith(" Rome")) << card()->text().toStdString();
 }
+
+// The file of the picture is everybody's.
+TEST_F(WeatherCard, APictureOfAnotherSearchIsNotItsOwn)
+{
+    bootAndAsk();
+    GetWeatherFrame()->Refresh(forecast());
+    const auto look = [this] {
+        EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 20000));
+        kit::settle();
+        return card()->grab().toImage();
+    };
+    const QImage without = look();
+    g_city = "Oslo";
+    writeFile("/tmp/Today.gif", kit::gifOfScreen(QSize(40, 40)));
+    kit::stepTime(500);
+    EXPECT_EQ(look(), without);
+    EXPECT_EQ(g_asked.size(), 1);
+    kit::stepTime(61000);
+    EXPECT_EQ(g_asked, (QStringList{"Rome", "Rome"})) << "its own is asked for soon";
+    GetWeatherFrame()->Refresh(forecast());
+    EXPECT_EQ(look(), without) << "what was there before is the other city's";
+    writeFile("/tmp/Today.gif", kit::gifOfScreen(QSize(20, 20)));
+    GetWeatherFrame()->Refresh(forecast());
+    EXPECT_NE(look(), without) << "told again, the pictures are there";
+    kit::stepTime(120000);
+    EXPECT_EQ(g_asked.size(), 2);
+}
+
+TEST_F(WeatherCard, ThePictureGoesWithItsCity)
+{
+    bootAndAsk();
+    GetWeatherFrame()->Refresh(forecast());
+    const auto look = [this] {
+        EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 20000));
+        kit::settle();
+        return card()->grab(QRect(0, 0, 90, card()->height())).toImage(); // left of the texts
+    };
+    const QImage without = look();
+    writeFile("/tmp/Today.gif", kit::gifOfScreen(QSize(40, 40)));
+    kit::stepTime(500);
+    const QImage with = look();
+    EXPECT_NE(with, without);
+    GetWeatherFrame()->Refresh(forecast("9c"));
+    EXPECT_EQ(look(), with) << "of the same city until there is another";
+    nuxSetRegistryString(kUserIni, "Weather", "strDefaultCity", "Oslo");
+    g_city = "Oslo";
+    GetWeatherFrame()->Refresh(forecast("20c"));
+    EXPECT_EQ(look(), without);
+}
