@@ -221,6 +221,10 @@ TEST_F(StockPage, TheTimerRunsAndRefreshesNothing)
 
 TEST_F(StockPage, TheStoredTimeIsThatOfTheTimerAndNeverNone)
 {
+    writeFile(USER_INI, "[Stock]\nnRiseColor=1\n");
+    openStock({});
+    EXPECT_EQ(refreshTimer()->interval(), 60000) << "where none is stored";
+    exitPage();
     for (const auto& [stored, interval] : {std::pair("5", 5000), std::pair("0", 1000), std::pair("-3", 1000),
                                            std::pair("2147483647", 2147483000)}) {
         nuxSetRegistryString(USER_INI, "Stock", "nTime", stored);
