@@ -40,3 +40,22 @@ void WeatherAction::ForgetView(const chObject* view)
             action->SetUiObj(nullptr);
     }
 }
+
+void WeatherAction::AbandonPictures()
+{
+    for (WeatherAction* action : std::as_const(theActions())) {
+        if (!action->bIsPicture)
+            continue;
+        action->Abandon();
+        action->SetUiObj(nullptr);
+    }
+}
+
+chObject* WeatherAction::ViewOfPictures(unsigned search)
+{
+    for (const WeatherAction* action : std::as_const(theActions())) {
+        if (action->bIsPicture && action->nSearch == search && action->pUiObj)
+            return action->pUiObj;
+    }
+    return nullptr;
+}

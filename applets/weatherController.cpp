@@ -95,8 +95,6 @@ void WeatherController::OnCallback(taskAction* task)
     if (!action)
         return;
     const chReferObject view(action->pUiObj);
-    if (action->strLocalFile != strXmlFile)
-        action->SetUiObj(nullptr);
     // A picture of a search before this one says nothing of what is awaited now.
     if (action->nSearch != m_logic.Search())
         return;

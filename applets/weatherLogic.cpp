@@ -33,18 +33,15 @@ chString siteOf(const chString& address)
 
 WeatherLogic::WeatherLogic()
 {
-    for (chReferObject* handle : {&refAction, &m_today, &m_tomorrow, &m_after}) {
-        WeatherAction& action = CreateObject<WeatherAction>();
-        *handle = chReferObject(&action);
-        action.DestroyObject();
-        action.SetCallback(this);
-    }
+    WeatherAction& action = CreateObject<WeatherAction>();
+    refAction = chReferObject(&action);
+    action.DestroyObject();
+    action.SetCallback(this);
 }
 
 WeatherLogic::~WeatherLogic()
 {
-    for (chReferObject* handle : {&refAction, &m_today, &m_tomorrow, &m_after})
-        GetWeatherUIAction(*handle).SetCallback(nullptr);
+    GetWeatherUIAction(refAction).SetCallback(nullptr);
     SetCallback(nullptr);
 }
 
@@ -110,6 +107,8 @@ int WeatherLogic::WeatherRquest(chReferObject view, chReferObject request)
     WeatherAction& action = GetWeatherUIAction(refAction);
     action.SetUiObj(view.data());
     action.nSearch = ++m_nSearch;
+    // Those of the search before would come under the names of this one's.
+    WeatherAction::AbandonPictures();
     action.strRemoteUrl = strUrl = asked.strUrl;
     action.strLocalFile = strXmlFile = chString(WEATHER_ANSWER) + strCity + ".xml";
     if (netGetNetworkSta() == NETWORK_UP)
@@ -144,12 +143,7 @@ chObject* WeatherLogic::AwaitingView(const chString& city) const
 
 chObject* WeatherLogic::PicturesView(const chString& city) const
 {
-    for (const chReferObject* handle : {&m_today, &m_tomorrow, &m_after}) {
-        chObject* view = GetObject<WeatherAction>(*handle).pUiObj;
-        if (view && strCity == city)
-            return view;
-    }
-    return nullptr;
+    return strCity == city ? WeatherAction::ViewOfPictures(m_nSearch) : nullptr;
 }
 
 bool WeatherLogic::XmlPhrase2DaysInfo(const chString& file, tagMoreDaysInfo& info)
@@ -180,16 +174,18 @@ bool WeatherLogic::read(const chString& file, WeatherReader::FORM form, tagMoreD
     if (!reader.Read(file.GetText(), nuxGetRegistryInt(USER_INI, kSection, "nUnit", 0), info))
         return false;
     if (reader.Pictures().bToday)
-        fetchPicture(m_today, WEATHER_PICTURE_TODAY, reader.Pictures().strToday);
-    fetchPicture(m_tomorrow, WEATHER_PICTURE_TOMORROW, reader.Pictures().strTomorrow);
+        fetchPicture(WEATHER_PICTURE_TODAY, reader.Pictures().strToday);
+    fetchPicture(WEATHER_PICTURE_TOMORROW, reader.Pictures().strTomorrow);
     // The third picture has always been the second one again.
-    fetchPicture(m_after, WEATHER_PICTURE_AFTER, reader.Pictures().strTomorrow);
+    fetchPicture(WEATHER_PICTURE_AFTER, reader.Pictures().strTomorrow);
     return true;
 }
 
-void WeatherLogic::fetchPicture(const chReferObject& action, const char* file, const chString& picture)
+void WeatherLogic::fetchPicture(const char* file, const chString& picture)
 {
-    LoadPic(GetObject<WeatherAction>(action), file, pictureUrl(picture));
+    WeatherAction& action = CreateObject<WeatherAction>();
+    LoadPic(action, file, pictureUrl(picture));
+    action.DestroyObject();
 }
 
 // The signage server names whole addresses, the public feed paths at its own site: what is none would become
@@ -210,6 +206,7 @@ void WeatherLogic::LoadPic(WeatherAction& action, chString local, chString remot
     action.strLocalFile = local;
     action.SetUiObj(GetWeatherUIAction(refAction).pUiObj);
     action.nSearch = m_nSearch;
+    action.bIsPicture = true;
     // A site that keeps its pictures to itself keeps nobody else waiting.
     action.bGivesWay = 1;
     action.nTimeLimit = FEED_PICTURE_MS;

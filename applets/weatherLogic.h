@@ -47,14 +47,12 @@ public:
 
 private:
     bool read(const chString& file, WeatherReader::FORM form, tagMoreDaysInfo& info);
-    void fetchPicture(const chReferObject& action, const char* file, const chString& picture);
+    void fetchPicture(const char* file, const chString& picture);
     chString pictureUrl(const chString& picture) const;
 
     DataToDesktopHTML m_desktopHtml;
     DataToSettingHTML m_settingHtml;
     chReferObject refAction; // the one WeatherAction of all answers
-    // One for each picture: a later search takes it, and with it what is still under way.
-    chReferObject m_today, m_tomorrow, m_after;
     unsigned m_nSearch = 0;
     ActionCallback* pCallback = nullptr;
     chString strXmlFile;

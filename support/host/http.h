@@ -17,6 +17,9 @@ public:
     HttpAction();
     ~HttpAction() override;
     int exec() override;
+    // Gives up what it was posted for and leaves nothing of it. Its callback is not told, unless the end was
+    // on its way already. On the thread that posted it.
+    void Abandon();
 
     chString strRemoteUrl; // set before posting
     chString strLocalFile; // set before posting

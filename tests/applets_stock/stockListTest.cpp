@@ -2,8 +2,10 @@
 #include "frame/modSetting.h"
 #include "tests/applets_stock/stockTest.h"
 #include "tests/file/failingCalls.h"
+#include <QApplication>
 #include <QDir>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTimer>
 
 namespace {
@@ -92,6 +94,17 @@ TEST_F(StockList, WhatCannotBeAddedIsToldInOrder)
     EXPECT_EQ(storedCodes(), ten());
 }
 
+TEST_F(StockList, TheTenthIsAddedLikeAnyOther)
+{
+    openWith(ten().mid(0, 9));
+    kit::BoxAnswers boxes({"yes"});
+    add("C9");
+    EXPECT_EQ(boxes.texts(), QStringList{"Add C9 ?"});
+    EXPECT_EQ(shownCodes(), ten());
+    EXPECT_EQ(text("labDenominator"), "10/10");
+    EXPECT_EQ(storedCodes(), ten());
+}
+
 TEST_F(StockList, TheNotesCloseByThemselves)
 {
     openWith({});
@@ -99,6 +112,30 @@ TEST_F(StockList, TheNotesCloseByThemselves)
     QTimer::singleShot(0, [this] { pressAdd(); });
     EXPECT_TRUE(boxClosesByItself(boxes));
     EXPECT_EQ(boxes.texts(), QStringList{"Input is empty!"});
+}
+
+TEST_F(StockList, TheQuestionsWaitForTheirAnswer)
+{
+    openWith({"HBR"});
+    enter("editSearch", "NEW");
+    for (int key : {0, 1}) {
+        kit::BoxAnswers boxes({"keep"});
+        int stayed = 0;
+        QTimer clock;
+        clock.callOnTimeout(&clock, [&] {
+            if (boxes.texts().isEmpty() || stayed++)
+                return;
+            kit::stepTime(60000);
+            QWidget* box = QApplication::activeModalWidget();
+            ASSERT_TRUE(box && box != page) << "the question is still there";
+            ++stayed;
+            kit::tap(box->findChild<QPushButton*>("btnNo"));
+        });
+        clock.start(1);
+        softKey(key);
+        EXPECT_TRUE(kit::waitUntil([&] { return stayed >= 2; }, kWaitMs)) << key;
+    }
+    EXPECT_EQ(storedCodes(), padded({"HBR"}));
 }
 
 TEST_F(StockList, CodesAreTakenAsTheyAreTyped)
@@ -284,6 +321,19 @@ TEST_F(StockList, AHugeFileIsNotRead)
     writeFile(STOCK_DATA_XML, huge + "</Stock>");
     EXPECT_EQ(UpdataStockData(), 1);
     EXPECT_EQ(shownCodes(), QStringList{"A"});
+}
+
+TEST_F(StockList, ASaveThatFailsKeepsTheSelectedStock)
+{
+    openWith({"A", "B"});
+    silent = true;
+    list()->setCurrentIndex(1);
+    const kit::BoxAnswers boxes({"yes", "ok"});
+    FailingCalls disk;
+    disk.setSpace(0);
+    enter("editSearch", "NEW");
+    pressAdd();
+    EXPECT_EQ(list()->currentText(), "B");
 }
 
 TEST_F(StockList, ASaveThatFailsIsToldAndThePageIsAsBefore)

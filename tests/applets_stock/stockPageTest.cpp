@@ -2,6 +2,7 @@
 #include "frame/modSetting.h"
 #include "frame/popupDialog.h"
 #include "support/host/button.h"
+#include "support/host/ime.h"
 #include "support/host/language.h"
 #include "support/host/screen.h"
 #include "tests/applets_stock/stockTest.h"
@@ -100,6 +101,9 @@ TEST_F(StockPage, MarkupAndControlCharactersAreShownAsText)
                            "B");
     tapRefresh();
     EXPECT_EQ(text("labStockName"), "A B");
+    replies["HBR"] = quote("A\xe2\x80\xa8\x42\xe2\x80\xa9\x43");
+    tapRefresh();
+    EXPECT_EQ(text("labStockName"), "A B C") << "nor separators of lines and paragraphs";
     for (const char* label : {"labStockName", "labCurrentPrice", "labTime", "labVolumeData"})
         EXPECT_EQ(child<QLabel>(label)->textFormat(), Qt::PlainText);
 }
@@ -155,6 +159,29 @@ TEST_F(StockPage, AnAnswerThatKeepsWaitingIsToldAfterThreeSeconds)
     EXPECT_EQ(boxes.texts().size(), 1) << "once";
 }
 
+TEST_F(StockPage, ItsEditHasItsInputMethodsInTheirOrder)
+{
+    openStock({});
+    QLineEdit* edit = child<QLineEdit>("editSearch");
+    EXPECT_EQ(qGetCurrentIME(edit), "2aB");
+    QStringList methods;
+    for (int i = 0; i < 4; ++i) {
+        qShift2NextIME(edit);
+        methods.append(qGetCurrentIME(edit));
+    }
+    EXPECT_EQ(methods, (QStringList{"ABC", "abc", "123", "2aB"}));
+}
+
+TEST_F(StockPage, ThreeSecondsAreEnoughToBeTold)
+{
+    openStock({"HBR", "TIDE"});
+    silent = true;
+    kit::BoxAnswers boxes({"ok"});
+    list()->setCurrentIndex(1);
+    kit::stepTime(3500); // a coarse timer
+    EXPECT_EQ(boxes.texts(), QStringList{kSlow});
+}
+
 TEST_F(StockPage, TheRefreshButtonAsksAgainAndStartsNoTimer)
 {
     openStock({"HBR"});
@@ -194,6 +221,10 @@ TEST_F(StockPage, TheTimerRunsAndRefreshesNothing)
 
 TEST_F(StockPage, TheStoredTimeIsThatOfTheTimerAndNeverNone)
 {
+    writeFile(USER_INI, "[Stock]\nnRiseColor=1\n");
+    openStock({});
+    EXPECT_EQ(refreshTimer()->interval(), 60000) << "where none is stored";
+    exitPage();
     for (const auto& [stored, interval] : {std::pair("5", 5000), std::pair("0", 1000), std::pair("-3", 1000),
                                            std::pair("2147483647", 2147483000)}) {
         nuxSetRegistryString(USER_INI, "Stock", "nTime", stored);

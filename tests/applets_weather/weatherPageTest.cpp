@@ -7,8 +7,10 @@
 #include "support/host/button.h"
 #include "support/host/ime.h"
 #include "support/host/language.h"
+#include "support/host/module.h"
 #include "support/host/screen.h"
 #include "tests/applets_weather/weatherStand.h"
+#include "tests/kit/kitTime.h"
 #include <QAbstractButton>
 #include <QLabel>
 #include <QPointer>
@@ -115,7 +117,14 @@ TEST_F(WeatherPage, WithoutAStoredCityAnEmptyOneIsAskedFor)
     EXPECT_EQ(server.paths[0], "/w?city=");
     EXPECT_EQ(child<QLineEdit>("editSearch")->text(), "");
     EXPECT_EQ(title(), "");
-    EXPECT_TRUE(columns().startsWith("November 21 Sat"));
+    EXPECT_TRUE(columns().startsWith("November 21 Sat,Rain,4c~11c|")) << "Celsius, where nothing is stored";
+}
+
+TEST_F(WeatherPage, BeforeItIsShownItHasTheUsualCity)
+{
+    writeFile(USER_INI, "[Weather]\nbDesktop=0\n");
+    const dlgWeather other(nullptr, nullptr, "strWeatherUI");
+    EXPECT_EQ(other.findChild<QLineEdit*>("editSearch")->text(), "London");
 }
 
 TEST_F(WeatherPage, ASearchShowsTheTypedCityAndStoresNothing)
@@ -160,6 +169,39 @@ TEST_F(WeatherPage, ALetterThatIsBeingChosenBelongsToTheCity)
     kit::tap(child<QPushButton>("btnSearch"));
     waitDone();
     EXPECT_EQ(title(), "A");
+}
+
+TEST_F(WeatherPage, ALongAnswerIsRead)
+{
+    answers["/w?city=London"] = publicAnswer() + QByteArray(50000, ' ');
+    openPage();
+    EXPECT_EQ(title(), "London");
+}
+
+// The flags of its own pictures are still up, and what would be told is empty.
+TEST_F(WeatherPage, APictureOfAnEarlierSearchSaysNothing)
+{
+    openPage();
+    QPointer<QTcpSocket> held;
+    const auto usual = server.onRequest;
+    server.onRequest = [&](QTcpSocket& socket, const QByteArray& path) {
+        if (path == "/slow.gif")
+            held = &socket;
+        else
+            usual(socket, path);
+    };
+    answers["/w?city=Oslo"] = publicAnswer().replace("/t.gif", "/slow.gif");
+    search("Oslo");
+    ASSERT_TRUE(kit::waitUntil([&] { return held && taskPendingCount() == 1; }, 20000));
+    search("Rome");
+    ASSERT_TRUE(kit::waitUntil([&] { return pictures() == "11 12 12"; }, 20000));
+    const kit::BoxAnswers boxes({"ok"});
+    ASSERT_TRUE(held);
+    held->write(httpServer::answer(gif('a')));
+    waitDone();
+    kit::settle();
+    EXPECT_EQ(boxes.texts(), QStringList());
+    EXPECT_EQ(title(), "Rome");
 }
 
 TEST_F(WeatherPage, AFeedThatIsGoneIsToldEvenWhereAnOldAnswerIsThere)
@@ -246,6 +288,34 @@ TEST_F(WeatherPage, ASlowServerIsToldOnceAndItsAnswerStillShown)
     EXPECT_EQ(title(), "Rome");
 }
 
+TEST_F(WeatherPage, TheNoteOfASlowServerGoesByItself)
+{
+    openPage();
+    kit::BoxAnswers boxes({"keep"});
+    isSilent = true;
+    search("Rome");
+    bool isSeen = false;
+    QTimer look;
+    look.callOnTimeout([&] {
+        if (!boxes.texts().isEmpty() && !std::exchange(isSeen, true))
+            kit::moveClocks(3000);
+    });
+    look.start(1);
+    kit::moveClocks(3000);
+    EXPECT_TRUE(kit::waitUntil([&] { return isSeen && kit::windows().value(0) == page; }, 20000));
+    EXPECT_EQ(boxes.texts().size(), 1);
+}
+
+TEST_F(WeatherPage, AShowHasTheSameTimeForItsAnswer)
+{
+    isSilent = true;
+    kit::BoxAnswers boxes({"ok"});
+    open("Weather");
+    kit::stepTime(3500); // a coarse timer
+    EXPECT_EQ(boxes.texts(), QStringList("NetWork is not good, please wait for a while!"));
+    isSilent = false;
+}
+
 TEST_F(WeatherPage, AfterBackALateAnswerChangesNothingUntilTheNextShow)
 {
     openPage();
@@ -282,6 +352,28 @@ TEST_F(WeatherPage, AFailedPictureIsToldOverAPageThatHasItsTexts)
     EXPECT_EQ(boxes.texts(), QStringList("Can't connect"));
     EXPECT_EQ(title(), "Weather");
     EXPECT_TRUE(columns().startsWith("November 21 Sat,Rain,4c~11c|"));
+}
+
+// Bytes behind the end of a picture are no part of it.
+TEST_F(WeatherPage, ALargeIconIsTakenAndAHugeOneIsAFailedTransfer)
+{
+    answers["/t.gif"] = gif('t') + QByteArray(900 * 1024, ' ');
+    openPage();
+    EXPECT_EQ(pictures(), "11 12 12");
+    kit::BoxAnswers boxes({"ok"});
+    answers["/t.gif"] = gif('t') + QByteArray(1100 * 1024, ' ');
+    search("Rome");
+    EXPECT_TRUE(kit::waitUntil([&] { return boxes.texts().size() == 1; }, 20000));
+    EXPECT_EQ(boxes.texts(), QStringList("Can't connect"));
+}
+
+TEST_F(WeatherPage, EachDayHasThePictureOfItsFile)
+{
+    openPage();
+    writeFile("/tmp/DayAfterTomo.gif", gif('a'));
+    weather()->Refresh(forecast());
+    waitDone();
+    EXPECT_EQ(pictures(), "11 12 13");
 }
 
 TEST_F(WeatherPage, WithoutAPictureForTodayThereIsNoSecondDelivery)
@@ -360,7 +452,24 @@ TEST_F(WeatherPage, SetDesktopStoresTheCityAndShowsItOnTheHomeScreen)
     EXPECT_TRUE(kit::waitUntil([this] { return title() == "Rome"; }, 20000)) << "the change came back";
     waitDone();
     EXPECT_TRUE(server.paths.contains("/w?city=Rome"));
+    EXPECT_STREQ(hostModule().weatherCity().GetText(), "Rome") << "the home screen knows whose answer it is";
     EXPECT_STREQ(weather()->strViewName.GetText(), "strWeatherUI");
+}
+
+TEST_F(WeatherPage, TheNoteOfSetDesktopGoesByItself)
+{
+    openPage();
+    kit::BoxAnswers boxes({"keep"});
+    bool isSeen = false;
+    QTimer look;
+    look.callOnTimeout([&] {
+        if (!boxes.texts().isEmpty() && !std::exchange(isSeen, true))
+            kit::moveClocks(3000);
+    });
+    look.start(1);
+    softKey(0);
+    EXPECT_TRUE(kit::waitUntil([&] { return isSeen && kit::windows().value(0) == page; }, 20000));
+    EXPECT_EQ(boxes.texts(), QStringList("Succeed to Set Desktop!"));
 }
 
 TEST_F(WeatherPage, SetDesktopOnAFullDiskSaysSoAndKeepsWhatWasTyped)

@@ -85,6 +85,8 @@ TEST_F(WeatherAnswer, RangesAreInTheUnitThatIsWanted)
     ASSERT_TRUE(read(publicAnswer(), 1));
     EXPECT_EQ(info.strCurrentTemp, "46F");
     EXPECT_EQ(ranges(), "39F~51F|42F~53F|26F~48F");
+    ASSERT_TRUE(read(with(publicAnswer(), "low data=\"-3\"", "low data=\"-19\""), 1));
+    EXPECT_EQ(ranges(), "39F~51F|42F~53F|-2F~48F") << "cut off towards zero";
     ASSERT_TRUE(read(american, 1));
     EXPECT_EQ(ranges(), "4F~11F|6F~12F|-3F~9F");
     ASSERT_TRUE(read(american, 0));
@@ -103,6 +105,8 @@ TEST_F(WeatherAnswer, NumbersThatAreNoneConvertAsZeroAndHugeOnesStayInBounds)
                                 "high data=\"11\"", "high data=\"99999999999999999999\"");
     ASSERT_TRUE(read(odd, 1));
     EXPECT_EQ(info.strTemperature1, "32F~180032F");
+    ASSERT_TRUE(read(with(publicAnswer(), "low data=\"4\"", "low data=\"010\""), 1));
+    EXPECT_EQ(info.strTemperature1, "50F~51F") << "always decimal";
 }
 
 TEST_F(WeatherAnswer, DatesGoOverMonthsAndLeapDays)
@@ -111,6 +115,8 @@ TEST_F(WeatherAnswer, DatesGoOverMonthsAndLeapDays)
     EXPECT_EQ(dates(), "February 28 Sat|February 29 Sun|March 01 Mon");
     ASSERT_TRUE(read(with(publicAnswer(), "2026-11-21", "2026-6-9")));
     EXPECT_EQ(dates(), "June 9 Sat|June 10 Sun|June 11 Mon") << "today as it was received";
+    ASSERT_TRUE(read(with(publicAnswer(), "2026-11-21", "2026-11-05")));
+    EXPECT_EQ(dates(), "November 05 Sat|November 06 Sun|November 07 Mon");
     ASSERT_TRUE(read(with(publicAnswer(), "2026-11-21", "2026-13-45")));
     EXPECT_EQ(dates(), " Sat| Sun| Mon");
     ASSERT_TRUE(read(with(publicAnswer(), "forecast_date", "other")));
@@ -161,6 +167,13 @@ TEST_F(WeatherAnswer, OneErrorOfTheSignageServerMeansAnUnknownCity)
     EXPECT_FALSE(readSignage(QString(report).arg("wrong key").toUtf8()));
     EXPECT_EQ(flags(), "0 0");
     EXPECT_TRUE(traces().contains("weather download error(wrong key)"));
+}
+
+TEST_F(WeatherAnswer, TheDaysOfTheSignageServerAreKnownByTheirName)
+{
+    EXPECT_FALSE(readSignage(with(signageAnswer(), "forecast_conditions", "day")));
+    EXPECT_FALSE(info.bSiteFound);
+    ASSERT_TRUE(readSignage(with(signageAnswer(), "current_conditions", "now")));
 }
 
 TEST_F(WeatherAnswer, TooFewPartsAreNoForecast)

@@ -2,6 +2,7 @@
 #include "applets/weatherController.h"
 #include "frame/configFiles.h"
 #include "host/services/system/netWorld.h"
+#include "support/host/module.h"
 #include "tests/applets_weather/weatherStand.h"
 #include <algorithm>
 #include <string>
@@ -45,17 +46,26 @@ TEST_F(WeatherSource, ThePublicFeedIsAskedForTheCityAsItStands)
     EXPECT_EQ(tracesWith("OnRegisterDisplay(http://127.0.0.1").size(), 1) << "the label is an old one";
 }
 
+TEST_F(WeatherSource, OnlyAnElementOfThatNameIsASource)
+{
+    replaceFirmwareFile("/phone/resource/WeatherSource.xml",
+                        "<WeatherSource><old title=\"Google\" address=\"http://old/#city\"/>"
+                        "<source title=\"Google\" address=\"http://new/#city\"/></WeatherSource>");
+    EXPECT_STREQ(logic.CityNameToUrl("Rome").GetText(), "http://new/Rome");
+}
+
 TEST_F(WeatherSource, WithoutAKnownSourceThePlaceholderIsAskedFor)
 {
-    const QString fallback = "/ig/api?weather=#city";
+    // Where "./run" has its feeds.
+    const QString fallback = "http://127.0.0.1:6090/ig/api?weather=#city";
     for (const char* source : {"google", "Other", ""}) {
         config("strSource", source);
         const QString url = logic.CityNameToUrl("London").GetText();
-        EXPECT_TRUE(url.startsWith("http://") && url.endsWith(fallback)) << source;
+        EXPECT_EQ(url, fallback) << source;
     }
     config("strSource", "Google");
     replaceFirmwareFile("/phone/resource/WeatherSource.xml", "<WeatherSource/>");
-    EXPECT_TRUE(QString(logic.CityNameToUrl("London").GetText()).endsWith(fallback));
+    EXPECT_EQ(QString(logic.CityNameToUrl("London").GetText()), fallback);
     EXPECT_STREQ(logic.CityNameToUrlByGoogle("London").GetText(), "");
 }
 
@@ -117,10 +127,12 @@ TEST_F(WeatherSource, TheThirdPictureRepeatsTheSecond)
 
 TEST_F(WeatherSource, NothingIsPostedWithoutANetwork)
 {
-    netWorld().state = 1;
-    ask("Paris");
-    waitDone();
-    EXPECT_EQ(server.paths.size(), 0);
+    for (int state : {0, 1, 3}) {
+        netWorld().state = state;
+        ask("Paris");
+        waitDone();
+        EXPECT_EQ(server.paths.size(), 0) << state;
+    }
     EXPECT_EQ(tracesWith("Phrase Weather Info Error").size(), 0);
 }
 
@@ -149,6 +161,50 @@ TEST_F(WeatherSource, AForeignActionIsLeftAlone)
     GetWeatherControl().OnCallback(&other);
     EXPECT_EQ(tracesWith("WeatherController::OnCallback").size(), 2);
     waitDone();
+}
+
+// One answer serves the home screen as well as the page only where it is told to both.
+TEST_F(WeatherSource, TheHomeScreenWaitsForAnAnswerToAllViewsAboutItsCityAlone)
+{
+    MVCView card("nobody");
+    const auto request = [&](const char* city) { hostModule().requestWeather(chReferObject(&card), city); };
+    const auto isAsked = [this](const char* city) {
+        const bool isPosted = tracesWith("Weather Url(").size() > 0 &&
+                              tracesWith("Weather Url(").last().contains(QString("city=") + city);
+        mark();
+        return isPosted;
+    };
+    isSilent = true;
+    ask("Paris");
+    EXPECT_TRUE(isAsked("Paris"));
+    request("Paris");
+    EXPECT_TRUE(isAsked("Paris")) << "that one is the page's";
+    view.strViewName = "allUI";
+    ask("Paris");
+    EXPECT_TRUE(isAsked("Paris"));
+    request("Paris");
+    EXPECT_FALSE(isAsked("Paris"));
+    request("Oslo");
+    EXPECT_TRUE(isAsked("Oslo"));
+    WeatherAction::ForgetView(&view);
+    WeatherAction::ForgetView(&card);
+}
+
+TEST_F(WeatherSource, ItsCallbackIsCountedAsLongAsItIsTheOne)
+{
+    struct Callback : ActionCallback
+    {
+        void OnCallback(taskAction*) override {}
+    } one, other;
+    logic.SetCallback(&one);
+    EXPECT_EQ(one.GetRefCount(), 1);
+    logic.SetCallback(&one);
+    EXPECT_EQ(one.GetRefCount(), 1);
+    logic.SetCallback(&other);
+    EXPECT_EQ(one.GetRefCount(), 0);
+    EXPECT_EQ(other.GetRefCount(), 1);
+    logic.SetCallback(nullptr);
+    EXPECT_EQ(other.GetRefCount(), 0);
 }
 
 TEST_F(WeatherSource, AViewIsCountedAsLongAsItWaits)

@@ -8,6 +8,8 @@
 #include "tests/kit/plain/pictureFiles.h"
 #include <QAbstractButton>
 #include <QDialog>
+#include <QFile>
+#include <functional>
 
 namespace {
 
@@ -169,6 +171,25 @@ TEST_F(WeatherCard, KeepsWhatItShowsWhenTheFeedIsGoneAndAsksAgainSoon)
     EXPECT_EQ(g_asked.size(), 3);
 }
 
+// Whoever goes in and out of pages meanwhile makes no requests of it.
+TEST_F(WeatherCard, AFeedThatIsGoneIsAskedOnceAMinuteHoweverOftenTheHomeScreenComes)
+{
+    bootAndAsk();
+    GetWeatherFrame()->Refresh(tagMoreDaysInfo());
+    QDialog page(nullptr, Qt::FramelessWindowHint);
+    page.setGeometry(0, 0, 800, 480);
+    for (int i = 0; i < 5; ++i) {
+        page.show();
+        kit::settle();
+        page.hide();
+        kit::settle();
+        kit::stepTime(100);
+    }
+    EXPECT_EQ(g_asked.size(), 1);
+    kit::stepTime(61000);
+    EXPECT_EQ(g_asked.size(), 2);
+}
+
 TEST_F(WeatherCard, AnotherCityIsAskedForOnceTheChangeHasSettled)
 {
     bootAndAsk();
@@ -179,6 +200,26 @@ TEST_F(WeatherCard, AnotherCityIsAskedForOnceTheChangeHasSettled)
     EXPECT_TRUE(card()->text().contains("Rome")) << "until the forecast is there";
     GetWeatherFrame()->Refresh(forecast());
     EXPECT_TRUE(card()->text().contains("Oslo"));
+}
+
+TEST_F(WeatherCard, AnotherUnitAndAnotherSourceAreAskedForToo)
+{
+    bootAndAsk();
+    GetWeatherFrame()->Refresh(forecast());
+    ASSERT_EQ(nuxSetRegistryInt(kUserIni, "Weather", "nUnit", 1), 1);
+    EXPECT_TRUE(kit::waitUntil([] { return g_asked.size() == 2; }, 20000));
+    GetWeatherFrame()->Refresh(forecast("46F"));
+    ASSERT_EQ(nuxSetRegistryString(kUserIni, "Weather", "strSource", "Google"), 1);
+    EXPECT_TRUE(kit::waitUntil([] { return g_asked.size() == 3; }, 20000));
+}
+
+TEST_F(WeatherCard, IsNotThereUntilItWasAskedFor)
+{
+    writeFile(kUserIni, "[Weather]\nstrDefaultCity=Rome\n");
+    bootAndAsk();
+    GetWeatherFrame()->Refresh(forecast());
+    EXPECT_EQ(g_asked, QStringList());
+    EXPECT_FALSE(isShown());
 }
 
 TEST_F(WeatherCard, APictureThatComesLaterIsShownAndADamagedOneIsNot)
@@ -194,6 +235,49 @@ TEST_F(WeatherCard, APictureThatComesLaterIsShownAndADamagedOneIsNot)
     EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 20000));
     kit::settle();
     EXPECT_NE(card()->grab().toImage(), without);
+}
+
+TEST_F(WeatherCard, APictureThatTakesSecondsIsShown)
+{
+    writeFile("/tmp/Today.gif", "");
+    bootAndAsk();
+    GetWeatherFrame()->Refresh(forecast());
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 20000));
+    kit::settle();
+    const QImage without = card()->grab().toImage();
+    for (int i = 0; i < 8; ++i)
+        kit::stepTime(1000);
+    writeFile("/tmp/Today.gif", kit::gifOfScreen(QSize(20, 20)));
+    kit::stepTime(500);
+    EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 20000));
+    kit::settle();
+    EXPECT_NE(card()->grab().toImage(), without);
+}
+
+TEST_F(WeatherCard, ADamagedPictureLeavesTheOldOneAndAMissingOneNone)
+{
+    bootAndAsk();
+    const auto shown = [this](const std::function<void()>& change) {
+        GetWeatherFrame()->Refresh(forecast());
+        change();
+        kit::stepTime(500);
+        EXPECT_TRUE(kit::waitUntil([] { return picturePending() == 0; }, 20000));
+        kit::settle();
+        kit::stepTime(12000); // until nothing is waited for
+        return card()->grab().toImage();
+    };
+    const QImage none = shown([] {});
+    const QImage good = shown([this] { writeFile("/tmp/Today.gif", kit::gifOfScreen(QSize(20, 20))); });
+    EXPECT_NE(good, none);
+    EXPECT_EQ(shown([this] { writeFile("/tmp/Today.gif", "GIF89a no picture"); }), good);
+    EXPECT_EQ(shown([this] { ASSERT_TRUE(QFile::remove(hostPath("/tmp/Today.gif"))); }), none);
+}
+
+TEST_F(WeatherCard, WithoutAStoredCityItIsLondon)
+{
+    writeFile(kUserIni, "[Weather]\nbDesktop=1\n");
+    bootAndAsk();
+    EXPECT_EQ(g_asked, QStringList("London"));
 }
 
 TEST_F(WeatherCard, MakesRoomForWhatTakesItsPlace)

@@ -117,6 +117,7 @@ TEST_F(Feed, ACityIsFoundInAnyCase)
 {
     EXPECT_EQ(sectionsOf(weather("new york").body).size(), 5);
     EXPECT_EQ(sectionsOf(weather("NEW%20YORK").body).size(), 5);
+    EXPECT_EQ(sectionsOf(weather("%20New%20%20York%20").body).size(), 5) << "whatever blanks were typed";
 }
 
 TEST_F(Feed, AnUnknownCityIsToldInEachFormat)

@@ -3,10 +3,13 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/server/jsonService.h"
 #include "tests/server/signServer.h"
+#include <QElapsedTimer>
 #include <QFile>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -138,6 +141,7 @@ TEST_F(Gateway, TellsAQuoteInBothForms)
     EXPECT_EQ(rows.value(3), "title=Change in Percent value=+0.93%");
     EXPECT_EQ(rows.value(8), "title=Bid value=N/A");
     EXPECT_EQ(rows.value(12), "title=Last Trade Time value=2:05pm");
+    EXPECT_TRUE(publicStock("").body.contains("<finance/>"));
     EXPECT_EQ(m_service.targets(), QByteArrayList{"/v1/quote?symbol=HRBR"});
 }
 
@@ -178,7 +182,7 @@ TEST_F(Gateway, AsksOnceForAHundredPhonesAndKeepsServingOthers)
 {
     write("stock.xml", "<stocks><stock code='OWN' company='Our own' price='7'/></stocks>");
     write("schedule.xml", "<schedule/>");
-    startGateway();
+    startGateway({{"[stock]", "[stock]\nmost=1"}});
     hold();
     std::vector<std::unique_ptr<Wire>> phones;
     for (int i = 0; i < 100; ++i) {
@@ -262,15 +266,67 @@ TEST_F(Gateway, WhatIsNoAnswerIsAFeedThatCannotBeReached)
     EXPECT_TRUE(log().contains("gateway: stock: the answer is too large"));
 }
 
+// The phone then says that it has no connection, not that there is no such city.
+TEST_F(Gateway, WithoutItsPlacesNoCityIsUnknown)
+{
+    startGateway();
+    answerAll(JsonService::answer("", "500 Oh"));
+    EXPECT_EQ(weather("London").status, 503);
+    EXPECT_EQ(get("/ig/api?weather=Oslo").status, 503);
+}
+
+TEST_F(Gateway, TemperaturesAreRounded)
+{
+    m_forecast = QByteArray(Forecast).replace("8.4", "-0.6");
+    startGateway();
+    EXPECT_TRUE(get("/ig/api?weather=London").body.contains("<temp_f data=\"30\"/><temp_c data=\"-1\"/>"));
+}
+
+TEST_F(Gateway, APartMayHaveAServiceOfItsOwn)
+{
+    const JsonService places([](const QByteArray&) { return JsonService::answer(Place); });
+    startGateway({{"[place]\n", "[place]\nservice=" + places.url() + "\n"}});
+    EXPECT_TRUE(get("/ig/api?weather=London").body.contains("Light rain"));
+    EXPECT_EQ(places.targets(), QByteArrayList{"/v1/search?name=london&count=1"});
+    EXPECT_EQ(m_service.targets().size(), 1);
+}
+
 TEST_F(Gateway, AForecastWithHolesIsNone)
 {
     startGateway();
+    int count = 0;
     for (const char* hole :
-         {R"("low":[3.6,-0.4])", R"("low":[3.6,-0.4,null])", R"("low":[3.6,1e300,5])", R"("low":7)"}) {
-        m_forecast = QByteArray(Forecast).replace(R"("low":[3.6,-0.4,5])", hole);
-        m_place = QByteArray(Place).replace("51.5", "52." + QByteArray::number(strlen(hole)));
-        EXPECT_EQ(get("/ig/api?weather=city" + QByteArray::number(strlen(hole))).status, 503) << hole;
+         {R"("low":[3.6,-0.4])", R"("low":[3.6,-0.4,null])", R"("low":[3.6,1e300,5])", R"("low":7)",
+          R"("low":[3.6,-1e300,5])", R"("high":[11.2,9.5])", R"("high":[11.2,"warm","12"])"}) {
+        const bool isLow = strncmp(hole, "\"low", 4) == 0;
+        m_forecast =
+            QByteArray(Forecast).replace(isLow ? R"("low":[3.6,-0.4,5])" : R"("high":[11.2,9.5,"12"])", hole);
+        m_place = QByteArray(Place).replace("51.5", "5" + QByteArray::number(++count) + ".5");
+        EXPECT_EQ(get("/ig/api?weather=city" + QByteArray::number(count)).status, 503) << hole;
     }
+}
+
+TEST_F(Gateway, ALongAnswerIsRead)
+{
+    m_quote =
+        QByteArray(Quote).replace("{\"quote\"", "{\"more\":\"" + QByteArray(300000, 'x') + "\",\"quote\"");
+    startGateway();
+    EXPECT_TRUE(publicStock("HRBR").body.contains("146.90"));
+}
+
+TEST_F(Gateway, ACityIsOneHoweverItIsTyped)
+{
+    startGateway();
+    for (const char* city : {"New%20York", "%20NEW%20%20york%20"})
+        EXPECT_TRUE(get(QByteArray("/ig/api?weather=") + city).body.contains("Light rain")) << city;
+    EXPECT_EQ(m_service.targets().size(), 2);
+}
+
+TEST_F(Gateway, AServiceMayBeASecureOne)
+{
+    write("gateway.ini", readFile(HX_SOURCE_DIR "/tools/signDemo/content/gateway.ini"));
+    start({"--stock", "https://127.0.0.1:1"});
+    EXPECT_EQ(publicStock("HRBR").status, 503);
 }
 
 TEST_F(Gateway, OnePatienceForASilentService)
@@ -280,6 +336,27 @@ TEST_F(Gateway, OnePatienceForASilentService)
     EXPECT_EQ(publicStock("HRBR").status, 503);
     EXPECT_EQ(publicStock("HRBR").status, 503) << "not asked again at once";
     EXPECT_EQ(m_service.targets().size(), 1);
+}
+
+TEST_F(Gateway, AServiceMayTakeItsTime)
+{
+    startGateway();
+    hold();
+    std::thread later([this] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        release();
+    });
+    EXPECT_TRUE(publicStock("HRBR").body.contains("146.90"));
+    later.join();
+}
+
+TEST_F(Gateway, WhatIsUnknownIsAskedForAgainAfterItsTime)
+{
+    startGateway({{"keep=60", "keep=1"}});
+    answerAll(JsonService::answer("", "404 Not Found"));
+    EXPECT_TRUE(publicStock("NEW").body.contains("<finance/>"));
+    answerAll(QByteArray());
+    EXPECT_TRUE(kit::waits([&] { return publicStock("NEW").body.contains("146.90"); }, 20000));
 }
 
 TEST_F(Gateway, EndsWhileAServiceIsSilent)
@@ -295,6 +372,8 @@ TEST_F(Gateway, EndsWhileAServiceIsSilent)
 TEST_F(Gateway, AServiceThatHasEnoughIsLeftAlone)
 {
     startGateway();
+    QElapsedTimer waited;
+    waited.start();
     answerAll(JsonService::answer("", "429 Too Many Requests", "Retry-After: 2\r\n"));
     EXPECT_EQ(publicStock("ONE").status, 503);
     answerAll(QByteArray());
@@ -302,6 +381,31 @@ TEST_F(Gateway, AServiceThatHasEnoughIsLeftAlone)
     EXPECT_EQ(m_service.targets().size(), 1);
     EXPECT_TRUE(get("/ig/api?weather=London").body.contains("Light rain")) << "another service is";
     EXPECT_TRUE(kit::waits([&] { return publicStock("TWO").body.contains("146.90"); }, 20000));
+    EXPECT_GE(waited.elapsed(), 2000) << "as long as it asked for";
+}
+
+TEST_F(Gateway, AServiceThatIsBusyIsLeftAloneWhenItSaysForHowLong)
+{
+    startGateway();
+    answerAll(JsonService::answer("", "503 Busy"));
+    EXPECT_EQ(publicStock("ONE").status, 503);
+    EXPECT_EQ(publicStock("TWO").status, 503);
+    EXPECT_EQ(m_service.targets().size(), 2) << "it did not say so";
+    answerAll(JsonService::answer("", "503 Busy", "retry-after: 60\r\n"));
+    EXPECT_EQ(publicStock("THREE").status, 503);
+    EXPECT_EQ(publicStock("FOUR").status, 503);
+    EXPECT_EQ(m_service.targets().size(), 3);
+}
+
+TEST_F(Gateway, WhileAServiceIsLeftAloneAnOldAnswerIsTold)
+{
+    startGateway({{"keep=60", "keep=1"}});
+    EXPECT_EQ(publicStock("ONE").status, 200);
+    answerAll(JsonService::answer("", "429 Too Many Requests", "Retry-After: 60\r\n"));
+    EXPECT_EQ(publicStock("TWO").status, 503);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+    EXPECT_TRUE(publicStock("ONE").body.contains("146.90"));
+    EXPECT_EQ(m_service.targets().size(), 2);
 }
 
 TEST_F(Gateway, ATimeToComeAgainMayBeADate)
@@ -337,6 +441,7 @@ TEST_F(Gateway, WhatIsAskedForStaysAValue)
     for (const char* code : {"..", ".", "../x", "a/b", "a%5Cb", "a%00b", "a%0d%0aX:y"})
         EXPECT_TRUE(publicStock(code).body.contains("<finance/>")) << code;
     EXPECT_TRUE(publicStock(QByteArray(101, 'x')).body.contains("<finance/>"));
+    EXPECT_EQ(resultOf(weather(QByteArray(101, 'x')).body), "get data error");
     EXPECT_EQ(m_service.targets().size(), 3);
 }
 
@@ -369,6 +474,20 @@ TEST_F(Gateway, WhatIsWrittenByHandGoesFirst)
     EXPECT_EQ(m_service.targets().size(), 3);
 }
 
+TEST_F(Gateway, WhatHasNoServiceComesFromTheFolder)
+{
+    const QByteArray months = "'9 9 9 9 9 9 9 9 9 9 9 9'";
+    write("weather.xml", "<weather><city name='London' means=" + months + " wet=" + months + "/></weather>");
+    write("stock.xml", "<stocks><stock code='HRBR' company='Moves' base='100' swing='1'/></stocks>");
+    write("gateway.ini", readFile(HX_SOURCE_DIR "/tools/signDemo/content/gateway.ini"));
+    start({"--weather", m_service.url()});
+    EXPECT_TRUE(publicStock("HRBR").body.contains("Moves"));
+    stop();
+    start({"--stock", m_service.url()});
+    EXPECT_TRUE(get("/ig/api?weather=London").body.contains("forecast_date"));
+    EXPECT_EQ(m_service.targets(), QByteArrayList());
+}
+
 TEST_F(Gateway, ADescriptionThatIsWrongIsToldAtTheStart)
 {
     const auto complaintsOf = [&](const QByteArray& plan, const QStringList& options) {
@@ -381,8 +500,10 @@ TEST_F(Gateway, ADescriptionThatIsWrongIsToldAtTheStart)
     };
     const QStringList stockAlone = {"--stock", "http://127.0.0.1:1"};
     EXPECT_TRUE(complaintsOf("", stockAlone).contains("[stock] needs a path"));
+    EXPECT_TRUE(complaintsOf("[stock]\npath=/q#x\nprice=p\n", stockAlone).contains("[stock] needs a path"));
     EXPECT_TRUE(complaintsOf("[stock]\npath=/q\n", stockAlone).contains("[stock] needs price"));
-    for (const char* wrong : {"ftp://127.0.0.1", "nothing", "http://", "http://{code}.example"})
+    for (const char* wrong :
+         {"ftp://127.0.0.1", "nothing", "http://", "http://{code}.example", "http://127.0.0.1/{code}"})
         EXPECT_TRUE(complaintsOf("[stock]\npath=/q\nprice=p\n", {"--stock", wrong}).contains("is no address"))
             << wrong;
     EXPECT_TRUE(complaintsOf("[stock]\npath=/q\nprice=p\n[conditions]\n1=Rain\n", stockAlone)
@@ -396,4 +517,97 @@ TEST_F(Gateway, AnAmountThatNothingCanHaveIsNotTold)
     m_quote = QByteArray(m_quote).replace("1816000", "1e300");
     startGateway();
     EXPECT_TRUE(publicStock("HRBR").body.contains("<volume data=\"N/A\"/>"));
+}
+
+TEST_F(Gateway, APlaceWithoutItsCoordinatesIsNone)
+{
+    startGateway();
+    int count = 0;
+    for (const char* wrong : {R"("latitude":"north","longitude":-0.1257)",
+                              R"("latitude":51.5085,"longitude":"east")", R"("latitude":51.5085)",
+                              R"("latitude":51.5085,"longitude":1e9)", R"("latitude":1e9,"longitude":1)"}) {
+        m_place = "{\"results\":[{" + QByteArray(wrong) + "}]}";
+        EXPECT_EQ(resultOf(weather("city" + QByteArray::number(++count)).body), "get data error") << wrong;
+    }
+    for (const QByteArray& target : m_service.targets())
+        EXPECT_TRUE(target.startsWith("/v1/search")) << target.constData();
+}
+
+TEST_F(Gateway, AHighPriceKeepsItsCents)
+{
+    m_quote = QByteArray(Quote).replace("146.9,", "1234567.89,");
+    startGateway();
+    EXPECT_TRUE(publicStock("HRBR").body.contains("<last data=\"1234567.89\"/>"));
+}
+
+TEST_F(Gateway, APriceThatIsNoNumberIsNoQuote)
+{
+    startGateway();
+    int count = 0;
+    for (const char* price : {"\"halted\"", "\"inf\"", "\"nan\"", "true", "null"}) {
+        m_quote = QByteArray(Quote).replace("146.9,", QByteArray(price) + ",");
+        const QByteArray code = "C" + QByteArray::number(++count);
+        EXPECT_TRUE(publicStock(code).body.contains("<finance/>")) << price;
+        EXPECT_TRUE(rowsOf(stock(code).body, "Menu").value(4).endsWith("value=N/A")) << price;
+    }
+}
+
+TEST_F(Gateway, AStockThatWasWorthNothingHasNoPercent)
+{
+    m_quote = QByteArray(Quote).replace("145.55", "0");
+    startGateway();
+    const QByteArray open = publicStock("HRBR").body;
+    EXPECT_TRUE(open.contains("<change data=\"+146.90\"/><perc_change data=\"0.00\"/>")) << open.constData();
+}
+
+TEST_F(Gateway, AMoveThatIsNoCentHasNoMinus)
+{
+    m_quote = QByteArray(Quote).replace("146.9,", "145.5499,");
+    startGateway();
+    EXPECT_TRUE(publicStock("HRBR").body.contains("<change data=\"+0.00\"/><perc_change data=\"0.00\"/>"));
+}
+
+TEST_F(Gateway, TheLargestAmountsAreTold)
+{
+    m_quote = QByteArray(Quote).replace("\"12.4B\"", "5e15");
+    startGateway();
+    EXPECT_TRUE(publicStock("HRBR").body.contains("<market_cap data=\"5000T\"/>"));
+}
+
+TEST_F(Gateway, ATimeMayBeInSecondsMillisecondsOrWritten)
+{
+    startGateway();
+    int count = 0;
+    for (const char* time : {"1795269900", "1795269900000", "\"1795269900\"", "\"2026-11-21T14:05:00Z\"",
+                             "\"2026-11-21T16:05:00+02:00\""}) {
+        m_quote = QByteArray(Quote).replace("1795269900", time);
+        const QList<QByteArray> rows = rowsOf(stock("C" + QByteArray::number(++count)).body, "Menu");
+        EXPECT_EQ(rows.value(11), "title=Last Trade Date value=11/21/2026") << time;
+        EXPECT_EQ(rows.value(12), "title=Last Trade Time value=2:05pm") << time;
+    }
+    for (const char* none : {"\"today\"", "1e300", "null"}) {
+        m_quote = QByteArray(Quote).replace("1795269900", none);
+        const QList<QByteArray> rows = rowsOf(stock("C" + QByteArray::number(++count)).body, "Menu");
+        EXPECT_EQ(rows.value(11), "title=Last Trade Date value=11/21/2026") << none;
+        EXPECT_EQ(rows.value(12), "title=Last Trade Time value=12:00pm") << none;
+    }
+}
+
+// West of the server it is still yesterday; some services write an hour behind the date.
+TEST_F(Gateway, TheDayIsThatOfThePlace)
+{
+    m_forecast = QByteArray(Forecast).replace("2026-11-21\"", "2026-11-20T06:00\"");
+    startGateway();
+    const QByteArray open = get("/ig/api?weather=London").body;
+    EXPECT_TRUE(open.contains("<forecast_date data=\"2026-11-20\"/>")) << open.constData();
+    EXPECT_TRUE(open.contains("<day_of_week data=\"Fri\"/>"));
+}
+
+TEST_F(Gateway, AMinuteHasAHundredAndTwentyQuestionsUnlessItIsSaid)
+{
+    startGateway();
+    for (int i = 0; i < 120; ++i)
+        ASSERT_EQ(publicStock("C" + QByteArray::number(i)).status, 200) << i;
+    EXPECT_EQ(publicStock("ONE-MORE").status, 503);
+    EXPECT_EQ(m_service.targets().size(), 120);
 }

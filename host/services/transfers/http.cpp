@@ -10,6 +10,11 @@ HttpAction::~HttpAction()
     httpService::forget(number);
 }
 
+void HttpAction::Abandon()
+{
+    httpService::forget(taskBook::numberOf(*this));
+}
+
 int HttpAction::exec()
 {
     httpService::instance().start(httpService::takeJob(*this));

@@ -46,7 +46,7 @@ public:
     // The oldest job of the action that was taken down; one of its present texts when there is none.
     static tagHttpJob takeJob(HttpAction& action);
     void start(const tagHttpJob& job);
-    // The action is being destroyed.
+    // What the action has asked for so far is wanted no more.
     static void forget(quint64 action);
 
     // Gives up what there is, on the network thread, which ends.
