@@ -1,6 +1,8 @@
 #include "applets/cStockLogic.h"
 #include "applets/cStockAction.h"
 #include "applets/feed.h"
+#include "support/file/chAtomicFile.h"
+#include "support/file/findFile.h"
 #include "support/host/createObject.h"
 #include "support/host/trace.h"
 
@@ -10,6 +12,7 @@ namespace {
 
 const char* const kSection = "Stock";
 const char* const kFolder = "/rundata/data/";
+const char* const kLocalFile = "-download.xml"; // behind a code
 
 struct tagStockField
 {
@@ -66,6 +69,16 @@ void appendRow(const xmlElement* rows, const char* title, chString& field)
         field += value->GetString();
 }
 
+// What came after its page was closed stayed there when the phone ended.
+void removeLeftAnswers()
+{
+    chObjList_dynamic<chString, 16> left;
+    nuxFindFile(kFolder, (chString("*") + kLocalFile).GetText(), left, 0);
+    for (const chString& file : left)
+        feedRemoveAnswer(file, kFolder);
+    chAtomicFile::Sweep(kFolder);
+}
+
 void traceError(xmlElement* result)
 {
     nuxTrace(TRACE_NOTE, "stock download error");
@@ -80,6 +93,7 @@ void traceError(xmlElement* result)
 
 CStockLogic::CStockLogic()
 {
+    removeLeftAnswers();
     CStockAction& action = CreateObject<CStockAction>();
     m_action = chReferObject(&action);
     action.DestroyObject();
@@ -97,7 +111,7 @@ CStockAction& CStockLogic::Action() const
 
 chString CStockLogic::LocalFile(const chString& code)
 {
-    return chString(kFolder) + code + "-download.xml";
+    return chString(kFolder) + code + kLocalFile;
 }
 
 bool CStockLogic::SendStockRequest(chReferObject view, const chString& code)

@@ -15,6 +15,7 @@ xmlFile::xmlFile(const char* path)
 int xmlFile::LoadFromFile(const char* path, size_t limit)
 {
     Forget(path);
+    m_nLimit = limit;
     tagFileStat stat; // before the read: a later change is a change
     fileStat(path, stat);
     std::string data;
@@ -44,7 +45,7 @@ int xmlFile::SaveToFile(const char* path, mode_t mode)
 {
     xmlWriter writer(*this);
     const std::string& text = writer.Write();
-    if (!path || !writer.CanBeLoaded())
+    if (!path || !writer.CanBeLoaded() || text.size() > m_nLimit)
         return 0;
     const OLD_FILE old = LookAtOld(path);
     chString kept;

@@ -26,7 +26,7 @@ public:
 
     // 0 when the file is missing, cannot be read, has more than limit bytes or is not well-formed;
     // GetErrorText() tells why.
-    int LoadFromFile(const char* path, size_t limit = 256u << 20);
+    int LoadFromFile(const char* path, size_t limit = LIMIT);
     // What became of the last load's read: one that failed says nothing about what the file holds, so
     // nothing that was to be added to it may take its place.
     FILE_READ GetLastRead() const { return m_eLastRead; }
@@ -34,13 +34,14 @@ public:
     // neither.
     bool IsStale(const char* path) const;
     // Whole or not at all; 0 leaves the old file. A document that could not be loaded again (without an
-    // element, beyond the limits) is not saved. An old file that is not well-formed is kept aside before
-    // it is replaced, whichever document it is that replaces it; one that this document could not read, or
-    // that cannot be read now, is left alone. mode: of the new file, for what others must not read; 0 as
-    // fileSaveAtomic.
+    // element, beyond the limits, or that of the last load) is not saved. An old file that is not well-formed
+    // is kept aside before it is replaced, whichever document it is that replaces it; one that this document
+    // could not read, or that cannot be read now, is left alone. mode: of the new file, for what others must
+    // not read; 0 as fileSaveAtomic.
     int SaveToFile(const char* path, mode_t mode = 0);
 
 private:
+    enum : size_t { LIMIT = 256u << 20 }; // bytes of any document
     enum OLD_FILE { OLD_MISSING, OLD_GOOD, OLD_DAMAGED, OLD_UNREAD };
     struct tagKnown
     {
@@ -54,5 +55,6 @@ private:
     void Forget(const char* path);
 
     FILE_READ m_eLastRead = FILE_READ_MISSING;
+    size_t m_nLimit = LIMIT;       // of the last load
     std::vector<tagKnown> m_known; // the files that this document has loaded, saved or failed to read
 };

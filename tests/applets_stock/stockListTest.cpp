@@ -362,6 +362,24 @@ TEST_F(StockList, ASaveThatFailsIsToldAndThePageIsAsBefore)
     EXPECT_EQ(storedCodes(), padded({"A", "B", "NEW"})) << "a second try finds nothing in its way";
 }
 
+// Written in lines it would be larger than any reader takes.
+TEST_F(StockList, AListThatWouldGrowTooLargeIsToldAndStays)
+{
+    openWith({"A"});
+    QByteArray list = "<Stock><s name=\"A\"/>";
+    for (int slot = 0; slot < 4000; ++slot)
+        list += "<s name=\"\"/>";
+    list += "</Stock>";
+    ASSERT_LT(list.size(), int(STOCK_DATA_LIMIT));
+    writeFile(STOCK_DATA_XML, list);
+    const kit::BoxAnswers boxes({"yes", "ok"});
+    enter("editSearch", "NEW");
+    pressAdd();
+    EXPECT_EQ(boxes.texts(), (QStringList{"Add NEW ?", "The settings cannot be saved!"}));
+    EXPECT_EQ(readFile(STOCK_DATA_XML), list);
+    EXPECT_EQ(shownCodes(), QStringList{"A"});
+}
+
 TEST_F(StockList, AChangeByTheHostShowsItsFirstStockAndAsksForNothing)
 {
     EXPECT_EQ(UpdataStockData(), 0) << "no page yet";

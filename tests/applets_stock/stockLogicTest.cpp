@@ -336,3 +336,20 @@ TEST_F(StockRequest, TheActionGivesUpAReferenceForEachViewItIsGiven)
     }
     EXPECT_EQ(first.GetRefCount(), 5) << "the end of the action is one more";
 }
+
+TEST_F(StockLogic, WhatAPhoneThatEndedLeftOfItsAnswersGoes)
+{
+    const char* const answers[] = {"/rundata/data/OLD-download.xml", "/rundata/data/.NEW-download.xml.save0"};
+    const char* const others[] = {"/rundata/data/OLD-download.xml.bak", "/rundata/data/notes.xml",
+                                  "/rundata/data/sub/OLD-download.xml", "/rundata/OLD-download.xml"};
+    QDir().mkpath(hostPath("/rundata/data/sub"));
+    for (const char* file : answers)
+        writeFile(file, "<left/>");
+    for (const char* file : others)
+        writeFile(file, "<kept/>");
+    const CStockLogic next;
+    for (const char* file : answers)
+        EXPECT_FALSE(QFileInfo::exists(hostPath(file))) << file;
+    for (const char* file : others)
+        EXPECT_EQ(readFile(file), "<kept/>") << file;
+}

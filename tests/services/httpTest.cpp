@@ -476,6 +476,37 @@ TEST_F(Http, ActionDestroyedBeforeItsTurnIsNeverAskedFor)
     EXPECT_FALSE(server.paths.contains("/waiting"));
 }
 
+TEST_F(Http, WhatIsAbandonedUnderWayTellsNobodyAndLeavesNothing)
+{
+    server.onRequest = [](QTcpSocket&, const QByteArray&) {};
+    post(server.url("/silent"));
+    ASSERT_TRUE(requestArrived());
+    action.Abandon();
+    EXPECT_TRUE(kit::waitUntil([&] { return server.closed == 1; }));
+    EXPECT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }));
+    EXPECT_EQ(callback.calls, 0);
+    expectUntouched();
+    answerWith(httpServer::answer("new"));
+    EXPECT_EQ(fetch(server.url("/again")), 1) << "it may be posted again";
+    EXPECT_EQ(readFile(kTarget), "new");
+}
+
+TEST_F(Http, WhatIsAbandonedBeforeItBeganIsNotAskedFor)
+{
+    answerWith(httpServer::answer("new"));
+    for (int i = 0; i < 100; ++i) {
+        post(server.url("/never"));
+        action.Abandon();
+    }
+    letNetworkLook();
+    EXPECT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }));
+    EXPECT_EQ(callback.calls, 0);
+    expectUntouched();
+    action.Abandon();
+    EXPECT_EQ(fetch(server.url("/again")), 1);
+    EXPECT_EQ(callback.calls, 1);
+}
+
 TEST_F(Http, WhoWaitsForTransfersThatAreGivenUpHasTheirTurn)
 {
     server.onRequest = [](QTcpSocket& socket, const QByteArray& path) {

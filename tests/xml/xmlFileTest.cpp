@@ -50,6 +50,23 @@ TEST_F(XmlFile, IsSavedAndLoaded)
     EXPECT_EQ(namesIn("/"), Names{"a.xml"});
 }
 
+// Nobody who reads it within the same limit could load it again.
+TEST_F(XmlFile, WhatHasGrownBeyondTheLimitOfItsLoadIsNotSaved)
+{
+    const std::string old = "<l><i n=\"1\"/></l>";
+    put("/a.xml", old);
+    xmlFile loaded;
+    ASSERT_EQ(loaded.LoadFromFile("/a.xml", 100), 1);
+    xmlElement* list = loaded.GetRootElement();
+    list->GetFirstChildElement()->GetAttributeValue("n") = std::string(100, 'x').c_str();
+    EXPECT_EQ(loaded.SaveToFile("/a.xml"), 0);
+    EXPECT_EQ(get("/a.xml"), old);
+    list->GetFirstChildElement()->GetAttributeValue("n") = "2";
+    EXPECT_EQ(loaded.SaveToFile("/a.xml"), 1);
+    EXPECT_EQ(loaded.LoadFromFile("/a.xml", 100), 1);
+    EXPECT_EQ(good.SaveToFile("/a.xml"), 1) << "one that was not loaded";
+}
+
 TEST_F(XmlFile, PathGivenAtTheStartIsLoadedAtOnce)
 {
     put("/a.xml", SAVED);

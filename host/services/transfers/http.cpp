@@ -12,7 +12,7 @@ HttpAction::~HttpAction()
 
 void HttpAction::Abandon()
 {
-    httpService::forget(taskBook::numberOf(*this));
+    httpService::abandon(taskBook::numberOf(*this));
 }
 
 int HttpAction::exec()

@@ -124,13 +124,32 @@ void httpService::start(const tagHttpJob& job)
         this, [this, job] { enqueue(job); }, Qt::QueuedConnection);
 }
 
+// What waits for its thread goes with the next turn, as it does when the action is posted again.
+void httpService::abandon(quint64 action)
+{
+    Asked& asked = theAsked();
+    QMutexLocker lock(&asked.mutex);
+    const auto its = asked.actions.find(action);
+    if (its == asked.actions.end())
+        return;
+    ++its->nTurn;
+    lock.unlock();
+    giveUpSoon(action);
+}
+
 void httpService::forget(quint64 action)
 {
     Asked& asked = theAsked();
     QMutexLocker lock(&asked.mutex);
     const tagAsked ended = asked.actions.take(action);
     lock.unlock();
-    if (ended.nTurn == 0 || !g_isRunning)
+    if (ended.nTurn != 0)
+        giveUpSoon(action);
+}
+
+void httpService::giveUpSoon(quint64 action)
+{
+    if (!g_isRunning)
         return;
     httpService& service = instance();
     QMetaObject::invokeMethod(

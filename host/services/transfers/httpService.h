@@ -46,7 +46,9 @@ public:
     // The oldest job of the action that was taken down; one of its present texts when there is none.
     static tagHttpJob takeJob(HttpAction& action);
     void start(const tagHttpJob& job);
-    // What the action has asked for so far is wanted no more.
+    // What the action has asked for so far is wanted no more. On the thread that posts it.
+    static void abandon(quint64 action);
+    // The action is being destroyed.
     static void forget(quint64 action);
 
     // Gives up what there is, on the network thread, which ends.
@@ -64,6 +66,7 @@ private:
     void enqueue(const tagHttpJob& job);
     void startNext(const QByteArray& server);
     void begin(const tagHttpJob& job);
+    static void giveUpSoon(quint64 action);
     void giveUp(quint64 action);
     void giveUpWaiting(quint64 action);
     void ended(httpTransfer* transfer);
