@@ -146,6 +146,7 @@ TEST_F(StockList, CodesAreTakenAsTheyAreTyped)
     add(" a <b>");
     EXPECT_EQ(storedCodes(), padded({"ABC", "abc", " a <b>"}));
     EXPECT_EQ(boxes.texts().last(), "Add  a <b> ?");
+    EXPECT_EQ(asked().mid(0, 2), (QStringList{"ABC", "abc"}));
 }
 
 TEST_F(StockList, TheEleventhIsRefusedThoughThePageKnowsOfNone)

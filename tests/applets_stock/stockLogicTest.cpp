@@ -238,8 +238,10 @@ TEST_F(StockLogic, AReplyIsReadByTheSourceThatIsInUse)
     EXPECT_TRUE(logic.XmlPhraseToStockInfo(info, ANSWER));
     nuxSetRegistryString("/rundata/config/system.ini", "nDeck", "bEnable", "0");
     nuxSetRegistryString(USER_INI, "Stock", "strSource", "Other");
-    writeFile(ANSWER, quote("X"));
-    EXPECT_FALSE(logic.XmlPhraseToStockInfo(info, ANSWER));
+    for (const QByteArray& reply : {rows({{"Open", "5"}}), quote("X")}) {
+        writeFile(ANSWER, reply);
+        EXPECT_FALSE(logic.XmlPhraseToStockInfo(info, ANSWER)) << reply.constData();
+    }
     nuxSetRegistryString(USER_INI, "Stock", "strSource", "Google");
     EXPECT_TRUE(logic.XmlPhraseToStockInfo(info, ANSWER));
 }
@@ -275,10 +277,10 @@ TEST_F(StockRequest, TheSignageServerIsAskedWithItsKeys)
 {
     useSignage();
     chString url;
-    logic.GetURLFormCode("A&B", url);
+    logic.GetURLFormCode("A&b", url);
     const QByteArray address(url);
     EXPECT_TRUE(address.startsWith("http://sign/service/stock.htm?&serverKey=key&hardwareKey="));
-    EXPECT_TRUE(address.endsWith("&version=2.0&language=en&code=A&B"));
+    EXPECT_TRUE(address.endsWith("&version=2.0&language=en&code=A&b"));
     EXPECT_TRUE(traces().contains("CStockLogic::GetURLFormNdeck"));
 }
 

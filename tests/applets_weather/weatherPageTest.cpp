@@ -8,12 +8,15 @@
 #include "support/host/ime.h"
 #include "support/host/language.h"
 #include "support/host/module.h"
+#include "support/host/net.h"
 #include "support/host/screen.h"
 #include "tests/applets_weather/weatherStand.h"
 #include "tests/kit/kitTime.h"
 #include <QAbstractButton>
+#include <QFile>
 #include <QLabel>
 #include <QPointer>
+#include <QThread>
 #include <QTimer>
 #include <utility>
 
@@ -60,6 +63,17 @@ protected:
             .arg(pictureSide("labIcon3"));
     }
     dlgWeather* weather() const { return static_cast<dlgWeather*>(page); }
+    // A picture of the search that stands is there. Nobody tells the number of a search, and what has
+    // another one is ignored.
+    void endPicture(const char* file) const
+    {
+        WeatherAction action;
+        action.SetUiObj(weather());
+        action.strLocalFile = file;
+        action.nResult = 1;
+        for (; action.nSearch < 1000; ++action.nSearch)
+            GetWeatherControl().OnCallback(&action);
+    }
     static tagMoreDaysInfo forecast()
     {
         tagMoreDaysInfo info;
@@ -134,6 +148,7 @@ TEST_F(WeatherPage, ASearchShowsTheTypedCityAndStoresNothing)
     waitDone();
     EXPECT_EQ(title(), "New York");
     EXPECT_TRUE(server.paths.contains("/w?city=New%20York"));
+    EXPECT_EQ(readFile("/tmp/Weather-New York.xml"), publicAnswer()) << "named as it was typed";
     expectStored(USER_INI, "Weather", "strDefaultCity", "London");
     back();
     openPage();
@@ -250,6 +265,18 @@ TEST_F(WeatherPage, WithoutANetworkTheAnswerIsThereAtOnce)
     EXPECT_EQ(asked(), 0);
     kit::stepTime(5000);
     EXPECT_EQ(boxes.texts().size(), 1) << "the time for an answer runs no more";
+}
+
+TEST_F(WeatherPage, WithoutANetworkTheAnswerIsToldWithinTheRequest)
+{
+    openPage();
+    netWorld().state = NET_DOWN;
+    ASSERT_EQ(title(), "London");
+    GetWeatherControl().SendRquest2Logic(chReferObject(weather()), "");
+    EXPECT_EQ(title(), "Weather");
+    kit::BoxAnswers boxes({"ok"});
+    kit::stepTime(10);
+    EXPECT_EQ(boxes.texts(), QStringList("Can't connect"));
 }
 
 TEST_F(WeatherPage, ACityThatSignageDoesNotKnowIsTold)
@@ -385,6 +412,19 @@ TEST_F(WeatherPage, WithoutAPictureForTodayThereIsNoSecondDelivery)
     EXPECT_EQ(readFile("/tmp/Tomo.gif"), gif('m'));
 }
 
+TEST_F(WeatherPage, WithoutAPictureForTodayTheSecondDeliveryIsAwaitedAllTheSame)
+{
+    answers["/w?city=London"] = publicAnswer().replace("<icon data=\"/t.gif\"/>", "");
+    openPage();
+    weather()->clearInfo();
+    endPicture("/tmp/Today.gif");
+    EXPECT_EQ(title(), "London");
+    EXPECT_TRUE(columns().startsWith("November 21 Sat,Rain")) << columns().toStdString();
+    weather()->clearInfo();
+    endPicture("/tmp/Today.gif");
+    EXPECT_EQ(title(), "") << "once";
+}
+
 TEST_F(WeatherPage, AnEmptyThirdConditionLeavesPictureAndDateOut)
 {
     openPage();
@@ -480,7 +520,7 @@ TEST_F(WeatherPage, SetDesktopOnAFullDiskSaysSoAndKeepsWhatWasTyped)
     EXPECT_EQ(child<QLineEdit>("editSearch")->text(), "Rome");
 }
 
-TEST_F(WeatherPage, AnotherUnitIsAskedForAtOnceAndReachesBothViews)
+TEST_F(WeatherPage, AnotherUnitIsAskedForAtOnce)
 {
     openPage();
     mark();
@@ -703,6 +743,94 @@ TEST_F(LatePictures, OfTheCityBeforeAreGivenUpWhenThoseOfTheNextAreAskedFor)
     EXPECT_EQ(boxes.texts(), QStringList());
 }
 
+TEST_F(LatePictures, AreAllThreeAwaited)
+{
+    openPage();
+    const char* const files[] = {"/tmp/Today.gif", "/tmp/Tomo.gif", "/tmp/DayAfterTomo.gif"};
+    for (const char* last : files) {
+        pictures.clear();
+        searchUntilPicturesWait("Rome");
+        weather()->clearInfo();
+        for (const char* file : files) {
+            if (file != last)
+                endPicture(file);
+        }
+        EXPECT_EQ(columns(), ",,|,,|,,") << last;
+        endPicture(last);
+        EXPECT_TRUE(columns().startsWith("November 21 Sat,Rain")) << last;
+    }
+}
+
+// Two searches, the second one before the answer of the first.
+class LateAnswer : public WeatherPage
+{
+protected:
+    void openPage()
+    {
+        WeatherPage::openPage();
+        const auto usual = server.onRequest;
+        server.onRequest = [this, usual](QTcpSocket& socket, const QByteArray& path) {
+            if (path.endsWith(".gif"))
+                usual(socket, path);
+            else
+                m_held[path] = &socket;
+        };
+    }
+    bool isHeld(const char* city) const { return m_held.value(pathOf(city)); }
+    bool answer(const char* city, const QByteArray& reply)
+    {
+        const QPointer<QTcpSocket> socket = m_held.value(pathOf(city));
+        return socket && socket->write(httpServer::answer(reply)) > 0 && socket->flush();
+    }
+    void expectOslo()
+    {
+        kit::settle();
+        EXPECT_EQ(title(), "");
+        EXPECT_EQ(columns(), ",,|,,|,,");
+        ASSERT_TRUE(kit::waitUntil([this] { return isHeld("Oslo"); }, 20000));
+        EXPECT_TRUE(answer("Oslo", publicAnswer()));
+        waitDone();
+        EXPECT_EQ(title(), "Oslo");
+        EXPECT_TRUE(columns().startsWith("November 21 Sat,Rain,")) << columns().toStdString();
+    }
+
+private:
+    static QByteArray pathOf(const char* city) { return QByteArray("/w?city=") + city; }
+    QMap<QByteArray, QPointer<QTcpSocket>> m_held;
+};
+
+TEST_F(LateAnswer, OfTheSearchBeforeChangesNothing)
+{
+    openPage();
+    const kit::BoxAnswers boxes;
+    search("Rome");
+    ASSERT_TRUE(kit::waitUntil([this] { return isHeld("Rome"); }, 20000));
+    search("Oslo");
+    ASSERT_TRUE(kit::waitUntil([this] { return isHeld("Oslo"); }, 20000));
+    answer("Rome", publicAnswer().replace("Rain", "Snow")); // the phone may have hung up
+    ASSERT_TRUE(kit::waitUntil([] { return taskPendingCount() == 1; }, 20000));
+    expectOslo();
+    EXPECT_EQ(boxes.texts(), QStringList());
+}
+
+// It is there, and the page was not told yet.
+TEST_F(LateAnswer, ThatComesRightBeforeTheNextSearchIsNotTold)
+{
+    openPage();
+    const kit::BoxAnswers boxes;
+    search("Rome");
+    ASSERT_TRUE(kit::waitUntil([this] { return isHeld("Rome"); }, 20000));
+    enter("editSearch", "Oslo");
+    ASSERT_TRUE(answer("Rome", publicAnswer().replace("Rain", "Snow")));
+    // Nothing is told meanwhile.
+    for (int i = 0; i < 20000 && !QFile::exists(hostPath("/tmp/Weather-Rome.xml")); ++i)
+        QThread::msleep(1);
+    QThread::msleep(50);
+    child<QPushButton>("btnSearch")->click();
+    expectOslo();
+    EXPECT_EQ(boxes.texts(), QStringList());
+}
+
 // The card of the home screen beside the page.
 class CardBesidePage : public LatePictures
 {
@@ -766,4 +894,19 @@ TEST_F(CardBesidePage, ShowsNothingOfTheCitySearchedBeforeUnderItsOwnName)
     EXPECT_FALSE(card().contains("Snow")) << card().toStdString();
     answerSearch(publicAnswer());
     EXPECT_TRUE(card().contains("Cairo") && card().contains("Rain")) << card().toStdString();
+}
+
+TEST_F(CardBesidePage, GetsTheAnswerInTheNewUnitWithThePage)
+{
+    openPage();
+    askForCard("London");
+    waitDone();
+    ASSERT_TRUE(card().contains("8c")) << card().toStdString();
+    const int before = asked();
+    isHoldingPictures = true;
+    config("nUnit", "1");
+    EXPECT_TRUE(kit::waitUntil([this] { return pictures.size() == 3; }, 20000));
+    EXPECT_EQ(label("labTemperature1"), "39F~51F") << "with its texts";
+    EXPECT_TRUE(card().contains("46F") && card().contains("39F~51F")) << card().toStdString();
+    EXPECT_EQ(asked(), before + 1);
 }

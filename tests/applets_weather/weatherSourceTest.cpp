@@ -93,9 +93,12 @@ TEST_F(WeatherSource, AnotherSourceReadsNoAnswer)
     tagMoreDaysInfo info;
     EXPECT_TRUE(logic.XmlPhrase2DaysInfo("/tmp/answer.xml", info));
     config("strSource", "Other");
-    info = tagMoreDaysInfo();
-    EXPECT_FALSE(logic.XmlPhrase2DaysInfo("/tmp/answer.xml", info));
-    EXPECT_FALSE(info.bConnected);
+    for (const QByteArray& answer : {publicAnswer(), signageAnswer()}) {
+        writeFile("/tmp/answer.xml", answer);
+        info = tagMoreDaysInfo();
+        EXPECT_FALSE(logic.XmlPhrase2DaysInfo("/tmp/answer.xml", info));
+        EXPECT_FALSE(info.bConnected);
+    }
 }
 
 TEST_F(WeatherSource, ARequestGoesOutWithTheCityOfTheController)

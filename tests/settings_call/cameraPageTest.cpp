@@ -116,6 +116,11 @@ TEST_F(CameraPage, IsFilledByItsTitle)
     openTitle("IP Camera 1");
     EXPECT_EQ(fields(), "Mobotix|Line3|Gate|8201|11|1|0|1");
     back();
+    openTitle("IP Camera 2");
+    EXPECT_EQ(fields(), "Custom|Auto|Yard|8202|22|1|0|1") << "nothing of the camera before";
+    back();
+    openTitle("IP Camera 1");
+    back();
     openTitle("Nowhere");
     EXPECT_EQ(fields(), "Mobotix|Line3|Gate|8201|11|1|0|1");
     enter("editPhoneName", "Other");

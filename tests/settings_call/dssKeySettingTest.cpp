@@ -273,6 +273,15 @@ TEST_F(KeySetting, AListKeyLosesALabelThatWasLeft)
     EXPECT_EQ(keyInFile(1), "BLF List|1,,,");
 }
 
+TEST_F(KeySetting, AKeyThatBecomesOneOfTheListLosesTheLabelThatIsStillShown)
+{
+    openSwitched(2);
+    child<QComboBox>("cmbType")->setCurrentIndex(4);
+    EXPECT_EQ(child<QLineEdit>("editLabel")->text(), "Anna");
+    expectSaved();
+    EXPECT_EQ(keyInFile(2), "BLF List|1,,,");
+}
+
 TEST_F(KeySetting, OnTheFirstOpeningAFreeKeyStoresItsOpenControls)
 {
     openKey(4);

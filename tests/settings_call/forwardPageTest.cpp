@@ -177,10 +177,12 @@ TEST_F(ForwardPage, OneThatIsOffIsNotChecked)
 
 TEST_F(ForwardPage, TheNumberOfARegisteredLineIsRefused)
 {
-    const QList<QPair<LINE_STATE, bool>> states = {{LINE_DISABLED, false},     {LINE_REGISTERING, false},
-                                                   {LINE_REGISTERED, true},    {LINE_REGISTER_FAILED, false},
-                                                   {LINE_UNREGISTERED, false}, {LINE_DEFAULT_ACCOUNT, true}};
+    const QList<QPair<LINE_STATE, bool>> states = {
+        {LINE_DISABLED, false},        {LINE_REGISTERING, false},   {LINE_REGISTERED, true},
+        {LINE_REGISTER_FAILED, false}, {LINE_UNREGISTERED, false},  {LINE_DEFAULT_ACCOUNT, true},
+        {LINE_INEXISTENCE, false},     {LINE_UNREGISTERING, false}, {LINE_EXIT, false}};
     for (const auto& [state, refused] : states) {
+        SCOPED_TRACE(state);
         setAccount(3, state, "100");
         openPage();
         if (refused) {

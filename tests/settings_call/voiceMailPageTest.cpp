@@ -5,7 +5,9 @@
 #include "support/host/image.h"
 #include "tests/file/failingCalls.h"
 #include "tests/settings_call/callPageTest.h"
+#include <QApplication>
 #include <QLabel>
+#include <QTimer>
 
 namespace {
 
@@ -253,6 +255,29 @@ TEST_F(VoiceMailPage, AnEmptyNumberIsAskedForAndThenToldWithTwoMarksByTheThird)
         EXPECT_EQ(logged("dial"), QStringList{QString(" %1 -1").arg(row - 1)});
         EXPECT_EQ(boxes.texts(),
                   QStringList{row == 3 ? "Voice mail number is invalid!!" : "Voice mail number is invalid!"});
+    }
+}
+
+TEST_F(VoiceMailPage, TheCallHasGoneOutWhenItsEmptyNumberIsTold)
+{
+    openVoiceMail();
+    for (int row = 1; row <= 4; ++row) {
+        setLine(row - 1, LINE_REGISTERED);
+        mark();
+        const kit::BoxAnswers boxes({"keep"});
+        QStringList dialled;
+        QTimer look;
+        look.callOnTimeout([&] {
+            QWidget* box = QApplication::activeModalWidget();
+            if (boxes.texts().isEmpty() || !box || box == page)
+                return;
+            dialled = logged("dial");
+            kit::tap(box->findChild<QWidget*>("btnOK"));
+        });
+        look.start(1);
+        kit::tap(child<QWidget>(QByteArray("btnDial" + QByteArray::number(row))));
+        EXPECT_EQ(boxes.texts().size(), 1);
+        EXPECT_EQ(dialled, QStringList{QString(" %1 -1").arg(row - 1)});
     }
 }
 
