@@ -2,6 +2,7 @@
 // thousands of pictures.
 #include "applets/appletPages.h"
 #include "bench/phoneBench.h"
+#include "bench/threadWatch.h"
 #include "calibration/calibrationPages.h"
 #include "frame/moduleEntries.h"
 #include "frame/pageClass.h"
@@ -27,8 +28,7 @@
 #include <QTemporaryDir>
 #include <QWidget>
 #include <algorithm>
-#include <cmath>
-#include <ctime>
+#include <functional>
 #include <unistd.h>
 #include <vector>
 
@@ -36,41 +36,15 @@ namespace {
 
 constexpr int kCachedOpens = 500;
 constexpr int kPictures = 5000;
+constexpr double kLongestWaitMs = 5000;
 constexpr double kFirstMs = 20;
 constexpr double kFirstWithListsMs = 25; // pages of keys, pictures and lines
 
-// Notes the moment at which a window of the class has painted itself.
-class PaintWatch : public QObject
+// When a window of the class has painted itself: the page may lie wholly under an opaque child, which paints
+// instead.
+std::function<bool(const QWidget*)> isOf(const char* className)
 {
-public:
-    explicit PaintWatch(const char* className) : m_class(className) { qApp->installEventFilter(this); }
-    bool hasPainted = false;
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        // The page itself may lie wholly under an opaque child, which paints instead.
-        if (event->type() == QEvent::Paint && watched->isWidgetType())
-            hasPainted =
-                hasPainted || static_cast<QWidget*>(watched)->window()->inherits(m_class.constData());
-        return false;
-    }
-
-private:
-    QByteArray m_class;
-};
-
-// What a person waits, and what of it is the page's own: a machine that others use takes turns off.
-struct Opening
-{
-    double waited; // ms
-    double worked; // ms of the thread's processor time
-};
-
-double processorMs()
-{
-    timespec now;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+    return [className](const QWidget* widget) { return widget->window()->inherits(className); };
 }
 
 // What menus open by its name, and what the host or the calibration's question makes.
@@ -88,27 +62,21 @@ void openPage(const char* page)
     }
 }
 
-Opening openToPainted(const char* page, const char* className)
+void waitForPaint(const PaintWatch& watch, const CostClock& clock)
 {
-    PaintWatch watch(className);
-    const double before = processorMs();
-    QElapsedTimer timer;
-    timer.start();
-    openPage(page);
-    while (!watch.hasPainted && timer.elapsed() < 5000)
+    while (!watch.hasPainted() && clock.cost().waited < kLongestWaitMs)
         QCoreApplication::processEvents();
-    // The rest of the page's children paint within the same pass.
-    QCoreApplication::processEvents();
-    return {double(timer.nsecsElapsed()) / 1e6, processorMs() - before};
 }
 
-double percentile99(const std::vector<Opening>& opens, double Opening::*figure)
+tagCost openToPainted(const char* page, const char* className)
 {
-    std::vector<double> sorted;
-    for (const Opening& open : opens)
-        sorted.push_back(open.*figure);
-    std::sort(sorted.begin(), sorted.end());
-    return sorted[size_t(std::floor(double(sorted.size()) * 0.99)) - 1];
+    const PaintWatch watch(isOf(className));
+    const CostClock clock;
+    openPage(page);
+    waitForPaint(watch, clock);
+    // The rest of the page's children paint within the same pass.
+    QCoreApplication::processEvents();
+    return clock.cost();
 }
 
 // With what it has told in boxes.
@@ -123,19 +91,19 @@ void closeTop(const char* className)
 
 void benchPage(RatioTable& table, const char* page, const char* className, double firstMs = kFirstMs)
 {
-    const Opening first = openToPainted(page, className);
+    const tagCost first = openToPainted(page, className);
     table.add(QString("%1: first open to painted").arg(page), first.waited, firstMs, "ms");
     table.add(QString("%1: processor time of it").arg(page), first.worked, firstMs, "ms");
     closeTop(className);
-    std::vector<Opening> opens;
+    std::vector<tagCost> opens;
     for (int i = 0; i < kCachedOpens; ++i) {
         opens.push_back(openToPainted(page, className));
         closeTop(className);
     }
     table.add(QString("%1: cached open to painted, 99th percentile of %2").arg(page).arg(kCachedOpens),
-              percentile99(opens, &Opening::waited), 8, "ms");
+              percentile99(opens, &tagCost::waited), 8, "ms");
     table.add(QString("%1: processor time of it, 99th percentile").arg(page),
-              percentile99(opens, &Opening::worked), 8, "ms");
+              percentile99(opens, &tagCost::worked), 8, "ms");
 }
 
 struct tagBenchPage
@@ -189,23 +157,20 @@ void putPictures(const QString& root)
 }
 
 // One key, until the list has painted the row that it leads to.
-Opening step(int key)
+tagCost step(int key)
 {
-    PaintWatch watch("dlgMediaManager");
-    const double before = processorMs();
-    QElapsedTimer timer;
-    timer.start();
+    const PaintWatch watch(isOf("dlgMediaManager"));
+    const CostClock clock;
     QWidget* focus = QApplication::focusWidget();
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
     QCoreApplication::sendEvent(focus, &press);
-    while (!watch.hasPainted && timer.elapsed() < 5000)
-        QCoreApplication::processEvents();
-    return {double(timer.nsecsElapsed()) / 1e6, processorMs() - before};
+    waitForPaint(watch, clock);
+    return clock.cost();
 }
 
 void benchManyPictures(RatioTable& table)
 {
-    const Opening first = openToPainted("Photo Manager", "dlgMediaManager");
+    const tagCost first = openToPainted("Photo Manager", "dlgMediaManager");
     table.add(QString("%1 pictures: open to painted").arg(kPictures), first.waited, 100, "ms");
     table.add("processor time of it", first.worked, 100, "ms");
     // The rows to come are there when a turn has nothing left to do.
@@ -214,19 +179,19 @@ void benchManyPictures(RatioTable& table)
     const QTableWidget* list = QApplication::activeWindow()->findChild<QTableWidget*>();
     double longest = 0;
     while (list->rowCount() < kPictures && rest.elapsed() < 5000) {
-        const double before = processorMs();
+        const CostClock turn;
         QCoreApplication::processEvents();
-        longest = std::max(longest, processorMs() - before);
+        longest = std::max(longest, turn.cost().worked);
     }
     table.add("all rows after it", double(rest.nsecsElapsed()) / 1e6, 1000, "ms");
     table.add("the longest turn meanwhile", longest, 16, "ms");
-    std::vector<Opening> steps;
+    std::vector<tagCost> steps;
     for (int i = 0; i < kPictures; ++i)
         steps.push_back(step(Qt::Key_Down));
     for (int i = 0; i < 20; ++i)
         steps.push_back(step(i % 2 ? Qt::Key_Down : Qt::Key_Up)); // round at the ends
-    table.add("a step through them, 99th percentile", percentile99(steps, &Opening::waited), 16, "ms");
-    table.add("processor time of it, 99th percentile", percentile99(steps, &Opening::worked), 16, "ms");
+    table.add("a step through them, 99th percentile", percentile99(steps, &tagCost::waited), 16, "ms");
+    table.add("processor time of it, 99th percentile", percentile99(steps, &tagCost::worked), 16, "ms");
     closeTop("dlgMediaManager");
 }
 

@@ -9,6 +9,45 @@
 
 class QWidget;
 
+// What something has cost, in milliseconds.
+struct tagCost
+{
+    double waited = 0; // by the clock
+    double worked = 0; // processor time of the thread: a machine that others use takes turns off
+};
+
+class CostClock
+{
+public:
+    CostClock();
+    // Since it was made.
+    tagCost cost() const;
+
+private:
+    QElapsedTimer m_clock;
+    double m_before;
+};
+
+// Of one of the figures.
+double percentile99(const std::vector<tagCost>& costs, double tagCost::*figure);
+
+// Turns the event loop, and remembers the longest turns.
+class TurnWatch
+{
+public:
+    enum : int { TURNS_MS = 20000 };
+
+    void turn();
+    // False when ms went by.
+    bool turnUntil(const std::function<bool()>& holds, int ms = TURNS_MS);
+    void turnFor(int ms);
+    // The longest by the clock, and the one that worked longest.
+    tagCost longest() const { return m_longest; }
+
+private:
+    tagCost m_longest;
+};
+
 // Looks every few milliseconds whether the thread comes round.
 class ThreadWatch : public QObject
 {
@@ -31,6 +70,7 @@ public:
     explicit PaintWatch(std::function<bool(const QWidget*)> fits);
     // Forgets what was.
     void begin();
+    bool hasPainted() const { return m_since.isValid(); }
     int count() const { return int(m_intervals.size()); }
     // Of the intervals, in milliseconds; share 1 is the longest. Infinite when there are none.
     double percentile(double share) const;
