@@ -111,6 +111,9 @@ void feedRemoveAnswer(const chString& path, const char* folder)
 QString feedShownText(const QString& text, qsizetype limit)
 {
     QString shown = text.left(limit);
+    // A letter of two halves is shown whole or not at all.
+    if (shown.size() < text.size() && !shown.isEmpty() && shown.back().isHighSurrogate())
+        shown.chop(1);
     for (QChar& letter : shown) {
         switch (letter.category()) {
         case QChar::Other_Control:

@@ -135,7 +135,8 @@ void WeatherReader::fillDates(const QString& date, tagMoreDaysInfo& info) const
 {
     const QStringList parts = date.split('-');
     const QDate today(parts.value(0).toInt(), parts.value(1).toInt(), parts.value(2).toInt());
-    if (!today.isValid())
+    // The last day that there is has none after it.
+    if (!today.isValid() || !today.addDays(2).isValid())
         return;
     info.strDate1 = monthName(today) + " " + parts.value(2);
     info.strDate2 = dateText(today.addDays(1));

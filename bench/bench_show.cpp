@@ -3,6 +3,7 @@
 #include "bench/phoneBench.h"
 #include "bench/runningPhone.h"
 #include "bench/signPhone.h"
+#include "bench/threadWatch.h"
 #include "host/services/messages/messageBus.h"
 #include "places.h"
 #include "signage/nDeckCover.h"
@@ -16,7 +17,6 @@
 #include "tests/kit/plain/signServer.h"
 #include "tests/kit/plain/signTexts.h"
 #include <QApplication>
-#include <QBackingStore>
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QFile>
@@ -41,31 +41,6 @@ constexpr int kWhole = 20;
 constexpr double kMostGrowth = 2; // percent
 
 const QColor kRed(220, 30, 30), kGreen(30, 180, 60), kBlue(30, 60, 200), kOrange(240, 150, 20);
-
-// Looks at what the window has painted each time it has done so.
-class FrameWatch : public QObject
-{
-public:
-    explicit FrameWatch(std::function<void(const QImage&)> look) : m_look(std::move(look)) {}
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (event->type() != QEvent::UpdateRequest || m_bInside)
-            return false;
-        auto* window = static_cast<QWidget*>(watched);
-        m_bInside = true;
-        QCoreApplication::sendEvent(window, event);
-        m_bInside = false;
-        if (const auto* image = dynamic_cast<QImage*>(window->backingStore()->paintDevice()))
-            m_look(*image);
-        return true;
-    }
-
-private:
-    std::function<void(const QImage&)> m_look;
-    bool m_bInside = false;
-};
 
 bool isLike(QRgb left, const QColor& right)
 {

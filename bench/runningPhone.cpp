@@ -1,5 +1,4 @@
 #include "bench/runningPhone.h"
-#include "tests/kit/plain/deviceFolder.h"
 #include "tests/kit/plain/processes.h"
 #include <QElapsedTimer>
 #include <QThread>
@@ -30,16 +29,6 @@ int noticeSocket(const QByteArray& path)
     return -1;
 }
 
-// Of all its threads, also of those that have ended.
-double cpuMs(pid_t process)
-{
-    clockid_t clock = 0;
-    timespec time = {};
-    if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &time) != 0)
-        return 0;
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-}
-
 } // namespace
 
 double residentMegabytes(qint64 pid)
@@ -47,9 +36,18 @@ double residentMegabytes(qint64 pid)
     return double(kit::statusKiB(pid, "VmRSS:")) / 1024;
 }
 
-RunningPhone::RunningPhone()
+double processorMs(qint64 pid)
 {
-    kit::fillDeviceFolder(root(), kit::Firmware::Link);
+    clockid_t clock = 0;
+    timespec time = {};
+    if (clock_getcpuclockid(pid_t(pid), &clock) != 0 || clock_gettime(clock, &time) != 0)
+        return 0;
+    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+}
+
+RunningPhone::RunningPhone(kit::Firmware firmware)
+{
+    kit::fillDeviceFolder(root(), firmware);
 }
 
 RunningPhone::~RunningPhone()
@@ -93,7 +91,7 @@ bool RunningPhone::startOnly(tagStart& cost)
                     QStringList{"--sysroot", root(), "--control", root() + "/control"});
     pollfd wait = {notices, POLLIN, 0};
     const bool isUp = notices >= 0 && m_process.waitForStarted() && poll(&wait, 1, kStartMs) == 1;
-    cost = {double(clock.nsecsElapsed()) / 1e6, cpuMs(pid_t(pid()))};
+    cost = {double(clock.nsecsElapsed()) / 1e6, processorMs(pid())};
     close(notices);
     return isUp;
 }

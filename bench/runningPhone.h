@@ -1,5 +1,6 @@
 #pragma once
 // The built phone in a process of its own, and what a process costs.
+#include "tests/kit/plain/deviceFolder.h"
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -7,11 +8,14 @@
 
 // Resident memory of the process in MB. What it shares counts whole: who else uses it comes and goes.
 double residentMegabytes(qint64 pid);
+// Processor time of the process so far, to the nanosecond, also of its threads that have ended; 0 when there
+// is none.
+double processorMs(qint64 pid);
 
 class RunningPhone
 {
 public:
-    RunningPhone();
+    explicit RunningPhone(kit::Firmware firmware = kit::Firmware::Link);
     ~RunningPhone();
     // False when it does not come up to its home screen.
     bool start(const QStringList& options = QStringList());

@@ -1,6 +1,8 @@
 #include "bench/threadWatch.h"
+#include <QBackingStore>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QImage>
 #include <QThread>
 #include <QWidget>
 #include <algorithm>
@@ -122,4 +124,17 @@ bool PaintWatch::eventFilter(QObject* watched, QEvent* event)
     if (!isSameFrame)
         m_since.start();
     return false;
+}
+
+bool FrameWatch::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::UpdateRequest || m_bInside)
+        return false;
+    auto* window = static_cast<QWidget*>(watched);
+    m_bInside = true;
+    QCoreApplication::sendEvent(window, event);
+    m_bInside = false;
+    if (const auto* image = dynamic_cast<QImage*>(window->backingStore()->paintDevice()))
+        m_look(*image);
+    return true;
 }

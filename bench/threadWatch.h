@@ -7,6 +7,7 @@
 #include <functional>
 #include <vector>
 
+class QImage;
 class QWidget;
 
 // What something has cost, in milliseconds.
@@ -80,4 +81,18 @@ private:
     std::function<bool(const QWidget*)> m_fits;
     QElapsedTimer m_since;
     std::vector<double> m_intervals;
+};
+
+// Looks at what the window that it is an event filter of has painted, each time that it has done so.
+class FrameWatch : public QObject
+{
+public:
+    explicit FrameWatch(std::function<void(const QImage&)> look) : m_look(std::move(look)) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    std::function<void(const QImage&)> m_look;
+    bool m_bInside = false;
 };

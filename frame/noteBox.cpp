@@ -3,6 +3,7 @@
 #include "support/host/language.h"
 #include "support/host/screen.h"
 #include "support/host/ui.h"
+#include <QWidget>
 
 void noteBox(const char* text, QWidget* parent, int timeoutMs)
 {

@@ -43,12 +43,6 @@ protected:
                              "\"/></finance></xml_api_reply>"));
         return info.strUpdated.GetText();
     }
-    static std::vector<chString*> fieldsOf(tagCStockInfo& of)
-    {
-        return {&of.strCompany,   &of.strLast,   &of.strChange, &of.strPercChange, &of.strOpen,
-                &of.strPrevClose, &of.strLow,    &of.strHigh,   &of.strBid,        &of.strAsk,
-                &of.strMarketCap, &of.strVolume, &of.strUpdated};
-    }
     static void useSignage()
     {
         const char* const system = "/rundata/config/system.ini";

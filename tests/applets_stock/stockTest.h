@@ -22,6 +22,7 @@
 #include <QMap>
 #include <QPointer>
 #include <QTimer>
+#include <vector>
 
 #define STOCK_SOURCE "/phone/resource/StockSource.xml"
 
@@ -54,6 +55,12 @@ protected:
                "<high data=\"148.60\"/><bid data=\"148.15\"/><ask data=\"148.25\"/>"
                "<market_cap data=\"12.4B\"/><volume data=\"1.82M\"/>"
                "<current_date_utc data=\"20261121140500\"/></finance></xml_api_reply>";
+    }
+    static std::vector<chString*> fieldsOf(tagCStockInfo& of)
+    {
+        return {&of.strCompany,   &of.strLast,   &of.strChange, &of.strPercChange, &of.strOpen,
+                &of.strPrevClose, &of.strLow,    &of.strHigh,   &of.strBid,        &of.strAsk,
+                &of.strMarketCap, &of.strVolume, &of.strUpdated};
     }
     void writeList(const QStringList& codes, int count = 10) const
     {

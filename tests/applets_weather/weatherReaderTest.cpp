@@ -119,6 +119,8 @@ TEST_F(WeatherAnswer, DatesGoOverMonthsAndLeapDays)
     EXPECT_EQ(dates(), "November 05 Sat|November 06 Sun|November 07 Mon");
     ASSERT_TRUE(read(with(publicAnswer(), "2026-11-21", "2026-13-45")));
     EXPECT_EQ(dates(), " Sat| Sun| Mon");
+    ASSERT_TRUE(read(with(publicAnswer(), "2026-11-21", "2147483647-12-31")));
+    EXPECT_EQ(dates(), " Sat| Sun| Mon") << "a day without one after it";
     ASSERT_TRUE(read(with(publicAnswer(), "forecast_date", "other")));
     EXPECT_EQ(dates(), " Sat| Sun| Mon");
 }
@@ -208,4 +210,7 @@ TEST_F(WeatherAnswer, TextsAreOneShortLine)
     EXPECT_EQ(info.strStatus1, "a b") << "nothing turns the direction of what stands behind it";
     ASSERT_TRUE(read(with(publicAnswer(), "\"Rain\"", "\" a&#10;b&#9;c" + QByteArray(3000, 'x') + "\"")));
     EXPECT_EQ(info.strStatus1.size(), int(WeatherReader::TEXT_LIMIT));
+    const QByteArray last(WeatherReader::TEXT_LIMIT - 1, 'x');
+    ASSERT_TRUE(read(with(publicAnswer(), "\"Rain\"", "\"" + last + "\xf0\x9f\x8c\xa7\"")));
+    EXPECT_EQ(info.strStatus1, QString(last)) << "no half of a letter";
 }

@@ -52,9 +52,7 @@ void LivePhone::start()
 void LivePhone::startWith(const QString& imageFile, const QByteArray& content)
 {
     ASSERT_TRUE(kit::fillDeviceFolder(root(), kit::Firmware::HardLinks));
-    // Writing into it would write into everybody's.
-    ASSERT_TRUE(QFile::remove(root() + imageFile));
-    putFile(root() + imageFile, content);
+    ASSERT_TRUE(kit::replaceImageFile(root(), imageFile, content));
     start();
 }
 

@@ -70,6 +70,13 @@ bool kit::fillDeviceFolder(const QString& folder, Firmware firmware)
     return done;
 }
 
+bool kit::replaceImageFile(const QString& folder, const QString& devicePath, const QByteArray& content)
+{
+    // Writing into it would write into everybody's.
+    QFile file(folder + devicePath);
+    return file.remove() && file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
 QString kit::program(const char* name)
 {
     return QString(HX_BUILD_DIR "/bin/") + name;

@@ -1,5 +1,6 @@
 #pragma once
 // A folder that stands for a phone's file system, filled from the device image of this build.
+#include <QByteArray>
 #include <QString>
 
 namespace kit {
@@ -12,6 +13,8 @@ enum class Firmware {
 
 // Makes the folders of a new phone, with its factory settings. False when that does not succeed.
 bool fillDeviceFolder(const QString& folder, Firmware firmware);
+// Another content for one file of the image, in this folder alone, whose firmware is HardLinks.
+bool replaceImageFile(const QString& folder, const QString& devicePath, const QByteArray& content);
 // Path of a program of this build.
 QString program(const char* name);
 
