@@ -106,30 +106,17 @@ void __wrap__ZN10HttpAction12httpFinishedEP13QNetworkReply(HttpAction* action, Q
 
 namespace {
 
-struct tagDelay
-{
-    double waited = HUGE_VAL; // ms
-    double worked = HUGE_VAL; // ms of the thread's processor time
-};
+const tagCost kNever = {HUGE_VAL, HUGE_VAL};
 
-tagDelay between(const tagMoment& first, const tagMoment& last)
+tagCost between(const tagMoment& first, const tagMoment& last)
 {
     return {double(last.atNs - first.atNs) / 1e6, double(last.workedNs - first.workedNs) / 1e6};
 }
 
-double percentile99(const std::vector<tagDelay>& delays, double tagDelay::*figure)
+void addDelays(RatioTable& table, const QString& what, const std::vector<tagCost>& delays)
 {
-    std::vector<double> sorted;
-    for (const tagDelay& delay : delays)
-        sorted.push_back(delay.*figure);
-    std::sort(sorted.begin(), sorted.end());
-    return sorted[size_t(std::floor(double(sorted.size()) * 0.99)) - 1];
-}
-
-void addDelays(RatioTable& table, const QString& what, const std::vector<tagDelay>& delays)
-{
-    table.add(what + ", 99th percentile", percentile99(delays, &tagDelay::waited), kFrameMs, "ms");
-    table.add("processor time of it, 99th percentile", percentile99(delays, &tagDelay::worked), kFrameMs,
+    table.add(what + ", 99th percentile", percentile99(delays, &tagCost::waited), kFrameMs, "ms");
+    table.add("processor time of it, 99th percentile", percentile99(delays, &tagCost::worked), kFrameMs,
               "ms");
 }
 
@@ -158,11 +145,11 @@ public:
         runUntil([] { return false; }, kTurnMs); // the last frame
         return isShown;
     }
-    tagDelay delay() const { return between(g_answerCame, m_shown); }
+    tagCost delay() const { return between(g_answerCame, m_shown); }
     // None where all of them stood there when the last one came.
-    tagDelay pictureDelay() const
+    tagCost pictureDelay() const
     {
-        return m_allShown.atNs != 0 ? between(g_pictureCame, m_allShown) : tagDelay{0, 0};
+        return m_allShown.atNs != 0 ? between(g_pictureCame, m_allShown) : tagCost{0, 0};
     }
 
 private:
@@ -197,12 +184,12 @@ bool benchWeatherAnswers(RatioTable& table)
     if (!page)
         return false;
     AnsweredPage answered(page, "labTemperature3", "");
-    std::vector<tagDelay> texts, pictures;
+    std::vector<tagCost> texts, pictures;
     for (int i = 0; i < kAnswers; ++i) {
         page->findChild<QLineEdit*>("editSearch")->setText(cityOf(i));
         const bool isThere = answered.await([page] { page->findChild<QPushButton*>("btnSearch")->click(); });
-        texts.push_back(isThere ? answered.delay() : tagDelay());
-        pictures.push_back(isThere ? answered.pictureDelay() : tagDelay());
+        texts.push_back(isThere ? answered.delay() : kNever);
+        pictures.push_back(isThere ? answered.pictureDelay() : kNever);
     }
     page->close();
     addDelays(table, QString("Weather: %1 answers, last byte to painted").arg(kAnswers), texts);
@@ -218,11 +205,11 @@ bool benchStockAnswers(RatioTable& table)
         return false;
     AnsweredPage answered(page, "labStockName", "N/A");
     auto* const list = page->findChild<QComboBox*>("cmbStockList");
-    std::vector<tagDelay> quotes;
+    std::vector<tagCost> quotes;
     for (int i = 0; i < kAnswers; ++i) {
         const int next = (list->currentIndex() + 1) % list->count();
         const bool isThere = answered.await([list, next] { list->setCurrentIndex(next); });
-        quotes.push_back(isThere ? answered.delay() : tagDelay());
+        quotes.push_back(isThere ? answered.delay() : kNever);
     }
     page->close();
     addDelays(table, QString("Stock: %1 answers, last byte to painted").arg(kAnswers), quotes);
