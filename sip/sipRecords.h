@@ -65,6 +65,7 @@ struct tagSipSetup
     uint32_t nTlsPort;                  // 0 to 65535; 0: any that is free
     char szAgent[SIP_TEXT_SIZE];        // how it calls itself
     char szCertificates[SIP_HOST_SIZE]; // folder of "cafile.pem" and "agent.pem"; none: no line has TLS
+    char szNames[SIP_HOST_SIZE];        // file that says which name servers to ask; none: the system's
     uint32_t nSilentMs;                 // 100 to 30000: a server that says nothing for so long is given up
     uint32_t nRetryMs;                  // 50 to 600000: until a line is tried again, doubled each time
     uint32_t nRetryLastMs;              // nRetryMs to 3600000: the longest

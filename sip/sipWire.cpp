@@ -41,6 +41,7 @@ constexpr uint32_t kMaxPort = 65535;
 constexpr uint32_t kLastLine = SIP_LINE_COUNT - 1;
 constexpr uint32_t kLastId = 0xffffffffu;
 constexpr uint32_t kMaxStatus = 699;
+constexpr uint32_t kLeastExpires = 60;
 
 tagField forwardField(size_t number)
 {
@@ -59,8 +60,8 @@ const std::vector<tagShape>& shapes()
          0,
          {TEXT_FIELD(tagSipSetup, szAddress), NUMBER_FIELD(tagSipSetup, nPort, 0, kMaxPort),
           NUMBER_FIELD(tagSipSetup, nTlsPort, 0, kMaxPort), TEXT_FIELD(tagSipSetup, szAgent),
-          TEXT_FIELD(tagSipSetup, szCertificates), NUMBER_FIELD(tagSipSetup, nSilentMs, 100, 30000),
-          NUMBER_FIELD(tagSipSetup, nRetryMs, 50, 600000),
+          TEXT_FIELD(tagSipSetup, szCertificates), TEXT_FIELD(tagSipSetup, szNames),
+          NUMBER_FIELD(tagSipSetup, nSilentMs, 100, 30000), NUMBER_FIELD(tagSipSetup, nRetryMs, 50, 600000),
           NUMBER_FIELD(tagSipSetup, nRetryLastMs, 50, 3600000),
           NUMBER_FIELD(tagSipSetup, nRingSeconds, 1, 600), NUMBER_FIELD(tagSipSetup, nOfferMs, 100, 30000)}},
         {SIP_ACCOUNT,
@@ -73,7 +74,7 @@ const std::vector<tagShape>& shapes()
           NUMBER_FIELD(tagSipAccount, nPort, 0, kMaxPort), TEXT_FIELD(tagSipAccount, szProxy),
           NUMBER_FIELD(tagSipAccount, nProxyPort, 0, kMaxPort),
           NUMBER_FIELD(tagSipAccount, eTransport, SIP_UDP, SIP_TLS),
-          NUMBER_FIELD(tagSipAccount, nExpires, 60, 86400)}},
+          NUMBER_FIELD(tagSipAccount, nExpires, 0, 86400)}},
         {SIP_END, sizeof(tagSipHead), 0, 0, {}},
         {SIP_DIAL,
          sizeof(tagSipDial),
@@ -187,6 +188,10 @@ bool isSoundWhole(const void* record, uint32_t kind)
     if (kind == SIP_TONE) {
         const uint32_t tone = static_cast<const tagSipTone*>(record)->nTone;
         return strchr("0123456789*#ABCD", int(tone)) != nullptr;
+    }
+    if (kind == SIP_ACCOUNT) {
+        const auto* account = static_cast<const tagSipAccount*>(record);
+        return !account->szUser[0] || account->nExpires >= kLeastExpires;
     }
     if (kind == SIP_SETUP) {
         const auto* setup = static_cast<const tagSipSetup*>(record);

@@ -95,6 +95,10 @@ TEST(SipWire, NumbersKeepTheirRanges)
     account = soundAccount();
     account.head.nUnused = 1;
     EXPECT_EQ(taken(account), TAKEN::BAD);
+    account = soundAccount();
+    account.nExpires = 59;
+    EXPECT_EQ(taken(account), TAKEN::BAD);
+    EXPECT_EQ(taken(sipWire::make<tagSipAccount>(SIP_ACCOUNT, 0)), TAKEN::RECORD);
 
     auto tone = sipWire::make<tagSipTone>(SIP_TONE, SIP_CALL_FIRST);
     tone.nMs = 100;
