@@ -4,6 +4,8 @@
 #include "sip/sipAgent.h"
 #include <cstdio>
 #include <cstdlib>
+#include <sofia-sip/sip_extra.h>
+#include <sofia-sip/sip_parser.h>
 #include <sofia-sip/su_log.h>
 
 int main(int argc, char** argv)
@@ -18,6 +20,7 @@ int main(int argc, char** argv)
         unsetenv(name);
     su_init();
     su_log_set_level(nullptr, 0);
+    sip_update_default_mclass(sip_extend_mclass(nullptr)); // headers that tell more of a caller
     int code = 1;
     if (digest::install()) {
         SipAgent agent;

@@ -1,18 +1,15 @@
 #include "sip/registration.h"
 #include "sip/digest.h"
 #include "sip/phoneLink.h"
+#include "sip/sipAddress.h"
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <random>
-#include <sofia-sip/msg_header.h>
-#include <sofia-sip/msg_parser.h>
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_tag.h>
 
 namespace {
 
-constexpr unsigned kMaxAnswers = 4;       // to challenges, before a reply of another kind
 constexpr uint32_t kMaxAfterMs = 3600000; // a server may ask for patience of an hour
 constexpr const char* kWrongPassword = "The server does not accept name or password";
 
@@ -36,49 +33,12 @@ std::string newContact(uint32_t line)
     return text;
 }
 
-// A user's name as it stands in an address.
-std::string escaped(const char* user)
-{
-    std::string text;
-    for (const char* at = user; *at; ++at) {
-        const auto byte = static_cast<unsigned char>(*at);
-        char code[4];
-        if (isalnum(byte) || strchr("-_.!~*'()&=+$,;?/", byte)) {
-            text += *at;
-        } else {
-            snprintf(code, sizeof code, "%%%02X", byte);
-            text += code;
-        }
-    }
-    return text;
-}
-
-std::string quotedName(const char* name)
-{
-    std::string text = "\"";
-    for (const char* at = name; *at; ++at) {
-        if (*at == '"' || *at == '\\')
-            text += '\\';
-        text += *at;
-    }
-    return text + "\" ";
-}
-
-std::string hostInAddress(const std::string& host)
-{
-    return host.find(':') != std::string::npos && host.front() != '[' ? "[" + host + "]" : host;
-}
-
-std::string portInAddress(uint32_t port)
-{
-    return port ? ":" + std::to_string(port) : "";
-}
-
 } // namespace
 
 Registration::Registration(const tagSipStack& stack, const tagSipAccount& account)
     : m_stack(stack), m_account(account), m_key(newKey()), m_contact(newContact(account.head.nId)),
-      m_finder(stack.pDns), m_silent(stack.pRoot), m_again(stack.pRoot), m_nDelayMs(stack.setup.nRetryMs)
+      m_answers(m_key, account.szRealm), m_finder(stack.pDns), m_silent(stack.pRoot), m_again(stack.pRoot),
+      m_nDelayMs(stack.setup.nRetryMs)
 {
     const char* user = account.szAuthName[0] ? account.szAuthName : account.szUser;
     digest::remember(m_key, user, account.szPassword);
@@ -102,7 +62,7 @@ void Registration::start()
     m_nAddress = 0;
     // A certificate names the server, not an address of it: the stack looks it up by itself.
     if (transport() == SIP_TLS)
-        onAddresses({{hostInAddress(host), port}});
+        onAddresses({{sipAddress::host(host), port}});
     else
         m_finder.find(host, port, transport(), [this](const auto& addresses) { onAddresses(addresses); });
 }
@@ -119,8 +79,7 @@ void Registration::onAddresses(const std::vector<tagServerAddress>& addresses)
 void Registration::tryAddress()
 {
     dropHandle();
-    m_answered.clear();
-    m_nAnswers = 0;
+    m_answers.reset();
     m_bRegistered = false;
     const std::string own = ownAddress(), server = registrar(), hop = hopOf(m_addresses[m_nAddress]);
     const std::string way = std::string("transport=") + transportName();
@@ -150,8 +109,7 @@ void Registration::leave()
         dropHandle();
         return;
     }
-    m_answered.clear();
-    m_nAnswers = 0;
+    m_answers.reset();
     m_silent.start(m_stack.setup.nSilentMs, [this] { dropHandle(); });
     nua_unregister(m_pHandle, TAG_END());
 }
@@ -192,8 +150,7 @@ void Registration::onReply(const tagStackEvent& event)
         return;
     }
     m_silent.stop();
-    m_answered.clear();
-    m_nAnswers = 0;
+    m_answers.reset();
     m_nDelayMs = m_stack.setup.nRetryMs;
     const bool isNew = !m_bRegistered;
     m_bRegistered = true;
@@ -204,7 +161,7 @@ void Registration::onReply(const tagStackEvent& event)
 void Registration::onChallenge(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
-    if (event.pMessage && answerChallenge(*event.pMessage)) {
+    if (m_answers.answer(m_pHandle, event.pMessage)) {
         m_silent.start(m_stack.setup.nSilentMs, [this] {
             if (m_bLeaving)
                 dropHandle();
@@ -215,33 +172,10 @@ void Registration::onChallenge(const tagStackEvent& event)
     }
     if (m_bLeaving)
         dropHandle();
-    else if (m_nAnswers > 0)
+    else if (m_answers.hasAnswered())
         refuse(status, kWrongPassword);
     else
         refuse(status, "The server asks for a password in a way that is not known, or not wanted, here");
-}
-
-// A challenge that comes again says that the answer was wrong, unless it says that it came too late.
-bool Registration::answerChallenge(const sip_t& message)
-{
-    const auto* www = reinterpret_cast<const msg_auth_t*>(message.sip_www_authenticate);
-    const auto* proxy = reinterpret_cast<const msg_auth_t*>(message.sip_proxy_authenticate);
-    for (const msg_auth_t* challenge : {www, proxy}) {
-        for (; challenge; challenge = challenge->au_next) {
-            const std::string realm = digest::param(challenge, "realm=");
-            if (!digest::isKnown(challenge) || (m_account.szRealm[0] && realm != m_account.szRealm))
-                continue;
-            const bool isStale = digest::param(challenge, "stale=") == "true";
-            const bool isNew = m_answered.insert((challenge == www ? "w" : "p") + realm).second;
-            if ((!isNew && !isStale) || ++m_nAnswers > kMaxAnswers)
-                continue;
-            const char* spelled = msg_params_find(challenge->au_params, "realm=");
-            const std::string key = std::string("Digest:") + (spelled ? spelled : "") + ":" + m_key + ":-";
-            nua_authenticate(m_pHandle, NUTAG_AUTH(key.c_str()), TAG_END());
-            return true;
-        }
-    }
-    return false;
 }
 
 void Registration::failOver(uint32_t status, const std::string& reason)
@@ -305,17 +239,26 @@ const char* Registration::transportName() const
 
 std::string Registration::hopOf(const tagServerAddress& address) const
 {
-    return "sip:" + address.host + portInAddress(address.nPort) + ";transport=" + transportName();
+    return "sip:" + address.host + sipAddress::port(address.nPort) + ";transport=" + transportName();
+}
+
+std::string Registration::hop() const
+{
+    return m_nAddress < m_addresses.size() ? hopOf(m_addresses[m_nAddress]) : "";
+}
+
+std::string Registration::server() const
+{
+    return sipAddress::host(m_account.szServer) + sipAddress::port(m_account.nPort);
 }
 
 std::string Registration::registrar() const
 {
-    return "sip:" + hostInAddress(m_account.szServer) + portInAddress(m_account.nPort);
+    return "sip:" + server();
 }
 
 std::string Registration::ownAddress() const
 {
-    const std::string name = m_account.szDisplayName[0] ? quotedName(m_account.szDisplayName) : "";
-    return name + "<sip:" + escaped(m_account.szUser) + "@" + hostInAddress(m_account.szServer) +
-           portInAddress(m_account.nPort) + ">";
+    return sipAddress::quotedName(m_account.szDisplayName) + "<sip:" + sipAddress::escaped(m_account.szUser) +
+           "@" + server() + ">";
 }

@@ -2,8 +2,10 @@
 // The user agent: what the phone asks for goes to the lines, and the end of the phone ends it.
 #include "sip/phoneLink.h"
 #include "sip/registration.h"
+#include "sip/sipCall.h"
 #include "sip/sipStack.h"
 #include <array>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -26,13 +28,23 @@ private:
     void take(const sipWire::Reader& record);
     bool makeStack(const tagSipSetup& setup);
     void setAccount(const tagSipAccount& account);
+    void takeForCall(const sipWire::Reader& record);
+    void dial(const tagSipDial& dial);
+    void arrive(const tagStackEvent& event);
+    void makeCall(const Registration& line, const tagStackEvent& event);
+    size_t callCount() const;
+    // Those that have ended for both sides.
+    void dropCalls();
     void end(int code);
     void endStep();
 
+    std::unique_ptr<su_root_t, void (*)(su_root_t*)> m_root;
     tagSipStack m_stack;
     PhoneLink m_phone;
     std::array<std::unique_ptr<Registration>, SIP_LINE_COUNT> m_lines;
     std::vector<std::unique_ptr<Registration>> m_leaving;
+    std::map<uint32_t, std::unique_ptr<SipCall>> m_calls;
+    uint32_t m_nNextIncoming = SIP_CALL_FIRST_INCOMING;
     SipTimer m_step;
     SipTimer m_last;
     int m_nCode = 0;

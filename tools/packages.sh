@@ -10,7 +10,7 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache lld pkg-config qt6-base-dev qt6-bas
 # locales: a test prints numbers under a decimal comma. docbook-xsl, shared-mime-info: documents that others wrote.
 # sip-tester: phones that call ours.
 # nginx-light: the cache that the signage server's document describes; the tests start their own.
-TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format docbook-xsl shared-mime-info nginx-light sip-tester"
+TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format docbook-xsl shared-mime-info nginx-light openssl sip-tester"
 WINDOW_PACKAGES="xserver-xephyr"
 BROWSER_PACKAGES="tigervnc-standalone-server novnc"
 FUZZ_PACKAGES="clang libclang-rt-14-dev"

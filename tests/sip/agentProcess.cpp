@@ -3,6 +3,7 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/udpPeer.h"
 #include <QElapsedTimer>
+#include <cstdio>
 #include <cstring>
 #include <poll.h>
 #include <sys/socket.h>
@@ -67,7 +68,11 @@ bool AgentProcess::start(const tagSipSetup& setup, const QStringList& environmen
     m_nLink = accept4(m_nListener, nullptr, nullptr, SOCK_CLOEXEC);
     m_nPort = setup.nPort;
     tell(setup);
-    return next(SIP_HELLO, 0) != nullptr;
+    if (next(SIP_HELLO, 0))
+        return true;
+    m_process.waitForReadyRead(1000);
+    fprintf(stderr, "hxSip: %s\n", output().constData());
+    return false;
 }
 
 void AgentProcess::tellBytes(const void* bytes, size_t size)

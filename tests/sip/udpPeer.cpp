@@ -26,7 +26,30 @@ UdpPeer::~UdpPeer()
 
 uint32_t UdpPeer::freePort()
 {
-    return UdpPeer().port();
+    for (;;) {
+        const uint32_t port = UdpPeer().port();
+        const int stream = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in address = {};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(uint16_t(port));
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const bool isFree = bind(stream, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        close(stream);
+        if (isFree)
+            return port;
+    }
+}
+
+bool UdpPeer::isListening(uint32_t port)
+{
+    const int stream = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(uint16_t(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const bool is = connect(stream, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    close(stream);
+    return is;
 }
 
 QByteArray UdpPeer::receive(int ms)

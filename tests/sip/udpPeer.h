@@ -12,7 +12,10 @@ public:
     UdpPeer(const UdpPeer&) = delete;
     UdpPeer& operator=(const UdpPeer&) = delete;
 
+    // Free for datagrams and connections alike.
     static uint32_t freePort();
+    // Somebody takes connections there.
+    static bool isListening(uint32_t port);
     uint32_t port() const { return m_nPort; }
     // The next message; empty when none comes.
     QByteArray receive(int ms = 15000);
