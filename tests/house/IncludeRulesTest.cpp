@@ -50,6 +50,7 @@ const QMap<QString, QStringList> AllowedRooms = {
     {"host/web", {"host/services", "host/look", "host/widgets"}},
     {"host/control", UnderTheDesktop + QStringList{"host/desktop", "host/touch"}},
     {"players", {"host/services"}},
+    {"sip", {}},
 };
 
 bool isBelow(const QString& path, const QString& room)
@@ -194,6 +195,19 @@ TEST(IncludeRules, ARoomIncludesOnlyTheRoomsItIsBuiltOn)
 {
     for (const SourceFile& file : phoneCode())
         EXPECT_EQ(forbiddenIncludes(file).join(" ").toStdString(), "") << qPrintable(file.path);
+}
+
+// A toolkit that does nothing is larger than the whole agent.
+TEST(IncludeRules, TheSipAgentIncludesItsOwnRoomAndNoToolkit)
+{
+    static const QRegularExpression toolkit("#\\s*include\\s*<Q\\w+");
+    const QVector<SourceFile> files = sourceFiles({"sip"}, {".cpp", ".h"});
+    EXPECT_GT(files.size(), 2);
+    expectNowhere(files, toolkit);
+    for (const SourceFile& file : files) {
+        for (const Include& include : includesOf(file))
+            EXPECT_TRUE(isBelow(include.path, "sip")) << place(file, include.line);
+    }
 }
 
 TEST(IncludeRules, NoSpellingOfAPathGetsRoundThem)

@@ -107,7 +107,7 @@ QStringList moduleRooms()
 
 QStringList phoneRooms()
 {
-    return moduleRooms() + QStringList{"support", "host", "players"};
+    return moduleRooms() + QStringList{"support", "host", "players", "sip"};
 }
 
 QString withoutComments(const QString& code)

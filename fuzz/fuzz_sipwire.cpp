@@ -1,0 +1,96 @@
+// What the phone and its SIP user agent read from each other. The first byte says in pieces of which size the
+// stream comes; whatever is accepted must keep the limits of its kind, and its texts their ends.
+#include "sip/sipWire.h"
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+void demand(bool holds)
+{
+    if (!holds)
+        abort();
+}
+
+template <size_t size>
+void demandText(const char (&text)[size])
+{
+    const void* end = memchr(text, 0, size);
+    demand(end != nullptr);
+    if (size == SIP_SDP_SIZE)
+        return;
+    demand(std::none_of(text, static_cast<const char*>(end), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte < 0x20 || byte == 0x7f;
+    }));
+}
+
+void demandAccount(const tagSipAccount& account)
+{
+    demand(account.head.nId < SIP_LINE_COUNT && account.eTransport <= SIP_TLS && account.nPort <= 65535);
+    demandText(account.szUser);
+    demandText(account.szPassword);
+    demandText(account.szServer);
+    demandText(account.szProxy);
+}
+
+void demandArrived(const tagSipArrived& call)
+{
+    demand(call.nLine < SIP_LINE_COUNT && call.nForwards <= SIP_FORWARDS_MAX);
+    demandText(call.szNumber);
+    demandText(call.szName);
+    for (const auto& text : call.szForwardedBy)
+        demandText(text);
+    demandText(call.szSdp);
+}
+
+void demandRecord(const sipWire::Reader& reader)
+{
+    const tagSipHead& head = reader.head();
+    demand(head.nLength == sipWire::sizeOf(head.eKind));
+    switch (head.eKind) {
+    case SIP_ACCOUNT:
+        demandAccount(reader.as<tagSipAccount>());
+        break;
+    case SIP_DIAL:
+        demand(reader.as<tagSipDial>().nLine < SIP_LINE_COUNT);
+        demandText(reader.as<tagSipDial>().szTarget);
+        demandText(reader.as<tagSipDial>().szSdp);
+        break;
+    case SIP_ARRIVED:
+        demandArrived(reader.as<tagSipArrived>());
+        break;
+    case SIP_ENDED:
+        demandText(reader.as<tagSipEnded>().szReason);
+        demandText(reader.as<tagSipEnded>().szTarget);
+        break;
+    case SIP_LINE:
+        demandText(reader.as<tagSipLine>().szReason);
+        demand(reader.as<tagSipLine>().eState <= SIP_LINE_REFUSED);
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    if (size == 0)
+        return 0;
+    const size_t piece = size_t(data[0]) * 64 + 1;
+    sipWire::Reader reader;
+    for (size_t at = 1; at < size; at += piece) {
+        reader.add(data + at, std::min(piece, size - at));
+        sipWire::TAKEN taken;
+        while ((taken = reader.take()) == sipWire::TAKEN::RECORD)
+            demandRecord(reader);
+        if (taken == sipWire::TAKEN::BAD)
+            return 0;
+        demand(reader.size() < sizeof(tagSipArrived));
+    }
+    return 0;
+}

@@ -1,0 +1,232 @@
+#define SOFIA_EXTEND_AUTH_CLIENT 1
+#include "sip/digest.h"
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <openssl/crypto.h>
+#include <openssl/evp.h>
+#include <openssl/rand.h>
+#include <sofia-sip/auth_client_plugin.h>
+#include <sofia-sip/msg_header.h>
+#include <sofia-sip/msg_parser.h>
+#include <sofia-sip/su_string.h>
+#include <sofia-sip/url.h>
+#include <vector>
+
+namespace {
+
+struct tagSecret
+{
+    std::string user;
+    std::string password;
+};
+
+std::map<std::string, tagSecret>& secrets()
+{
+    static std::map<std::string, tagSecret> book;
+    return book;
+}
+
+// Begins as the stack's own; made and cleared by the stack, its texts live in the stack's home.
+struct tagClient
+{
+    auth_client_t client;
+    char* szNonce;
+    char* szOpaque;
+    char* szAlgorithm; // as the server has written it; null where it has not
+    bool bSha256;
+    bool bSession;
+    bool bQop;
+    unsigned nCount;
+};
+
+std::string lower(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return char(tolower(c)); });
+    return text;
+}
+
+std::string hexOf(const unsigned char* bytes, size_t size)
+{
+    std::string text;
+    for (size_t i = 0; i < size; ++i) {
+        char digits[3];
+        snprintf(digits, sizeof digits, "%02x", bytes[i]);
+        text += digits;
+    }
+    return text;
+}
+
+std::string hash(const tagClient& client, const std::string& text)
+{
+    unsigned char sum[EVP_MAX_MD_SIZE];
+    unsigned size = 0;
+    if (!EVP_Digest(text.data(), text.size(), sum, &size, client.bSha256 ? EVP_sha256() : EVP_md5(), nullptr))
+        return "";
+    return hexOf(sum, size);
+}
+
+std::string newClientNonce()
+{
+    unsigned char bytes[16];
+    return RAND_bytes(bytes, sizeof bytes) == 1 ? hexOf(bytes, sizeof bytes) : "";
+}
+
+// The realm as the stack keeps it, in quotes perhaps.
+std::string unquoted(const std::string& value)
+{
+    if (value.size() < 2 || value.front() != '"' || value.back() != '"')
+        return value;
+    std::string text;
+    for (size_t i = 1; i + 1 < value.size(); ++i) {
+        if (value[i] == '\\' && i + 2 < value.size())
+            ++i;
+        text += value[i];
+    }
+    return text;
+}
+
+std::string quoted(const std::string& text)
+{
+    std::string value = "\"";
+    for (char c : text) {
+        if (c == '"' || c == '\\')
+            value += '\\';
+        value += c;
+    }
+    return value + '"';
+}
+
+bool hasQop(const std::string& list, const char* name)
+{
+    const std::string all = "," + lower(list) + ",";
+    std::string bare;
+    for (char c : all) {
+        if (c != ' ' && c != '\t')
+            bare += c;
+    }
+    return bare.find(std::string(",") + name + ",") != std::string::npos;
+}
+
+// 2: there is something new to answer; 1: it is left as it is.
+int takeChallenge(auth_client_t* ca, const msg_auth_t* challenge)
+{
+    auto* client = reinterpret_cast<tagClient*>(ca);
+    const std::string algorithm = lower(digest::param(challenge, "algorithm="));
+    const bool isSha256 = algorithm.rfind("sha-256", 0) == 0;
+    // The better one of those that the server offers, and never a weaker one afterwards.
+    if (!digest::isKnown(challenge) || (client->bSha256 && !isSha256))
+        return 1;
+    const std::string nonce = digest::param(challenge, "nonce=");
+    const std::string opaque = digest::param(challenge, "opaque=");
+    su_home_t* home = ca->ca_home;
+    // Another nonce alone does not say that the password was right.
+    const bool isNew =
+        !client->szNonce || client->nCount == 0 || digest::param(challenge, "stale=") == "true";
+    for (char* text : {client->szNonce, client->szOpaque, client->szAlgorithm})
+        su_free(home, text);
+    client->szNonce = su_strdup(home, nonce.c_str());
+    client->szOpaque = opaque.empty() ? nullptr : su_strdup(home, opaque.c_str());
+    client->szAlgorithm =
+        algorithm.empty() ? nullptr : su_strdup(home, digest::param(challenge, "algorithm=").c_str());
+    client->bSha256 = isSha256;
+    client->bSession = algorithm.size() > 5 && algorithm.compare(algorithm.size() - 5, 5, "-sess") == 0;
+    client->bQop = !digest::param(challenge, "qop=").empty();
+    client->nCount = 0;
+    return isNew ? 2 : 1;
+}
+
+int authorize(auth_client_t* ca, su_home_t* home, const char* method, const url_t* url, const msg_payload_t*,
+              msg_header_t** headers)
+{
+    auto* client = reinterpret_cast<tagClient*>(ca);
+    *headers = nullptr;
+    if (!client->szNonce || !ca->ca_user || !ca->ca_credential_class)
+        return 0;
+    const auto secret = secrets().find(ca->ca_user);
+    const char* uri = url_as_string(home, url);
+    if (secret == secrets().end() || !uri)
+        return 0;
+    const std::string realm = unquoted(ca->ca_realm), nonce = client->szNonce;
+    const std::string own = newClientNonce();
+    char count[16];
+    snprintf(count, sizeof count, "%08x", ++client->nCount);
+    std::string first = hash(*client, secret->second.user + ":" + realm + ":" + secret->second.password);
+    if (client->bSession)
+        first = hash(*client, first + ":" + nonce + ":" + own);
+    const std::string second = hash(*client, std::string(method) + ":" + uri);
+    const std::string middle = client->bQop ? nonce + ":" + count + ":" + own + ":auth" : nonce;
+    const std::string response = hash(*client, first + ":" + middle + ":" + second);
+    std::string value = "Digest username=" + quoted(secret->second.user) + ", realm=" + quoted(realm) +
+                        ", nonce=" + quoted(nonce) + ", uri=\"" + uri + "\", response=\"" + response + '"';
+    if (client->szAlgorithm)
+        value += std::string(", algorithm=") + client->szAlgorithm;
+    if (client->bQop)
+        value += std::string(", qop=auth, nc=") + count;
+    if (client->bQop || client->bSession)
+        value += ", cnonce=\"" + own + '"';
+    if (client->szOpaque)
+        value += ", opaque=" + quoted(client->szOpaque);
+    *headers = msg_header_make(home, ca->ca_credential_class, value.c_str());
+    return *headers ? 1 : -1;
+}
+
+int authorizeNever(auth_client_t*, su_home_t*, const char*, const url_t*, const msg_payload_t*,
+                   msg_header_t**)
+{
+    return 0;
+}
+
+auth_client_plugin_t plugin(const char* name, size_t size)
+{
+    auth_client_plugin_t entry = {};
+    entry.auc_plugin_size = sizeof entry;
+    entry.auc_size = int(size);
+    entry.auc_name = name;
+    return entry;
+}
+
+} // namespace
+
+bool digest::install()
+{
+    static auth_client_plugin_t nobody = plugin("-", sizeof(auth_client_t));
+    nobody.auc_authorize = authorizeNever;
+    static auth_client_plugin_t ours = plugin("Digest", sizeof(tagClient));
+    ours.auc_challenge = takeChallenge;
+    ours.auc_authorize = authorize;
+    // The stack takes the place of an entry whose name is another one: its own "Digest" goes with the first.
+    return auc_register_plugin(&nobody) == 0 && auc_register_plugin(&ours) == 0;
+}
+
+void digest::remember(const std::string& key, const std::string& user, const std::string& password)
+{
+    secrets()[key] = {user, password};
+}
+
+void digest::forget(const std::string& key)
+{
+    const auto secret = secrets().find(key);
+    if (secret == secrets().end())
+        return;
+    std::string& password = secret->second.password;
+    OPENSSL_cleanse(&password[0], password.size());
+    secrets().erase(secret);
+}
+
+std::string digest::param(const msg_auth_t* challenge, const char* name)
+{
+    const char* value = challenge->au_params ? msg_params_find(challenge->au_params, name) : nullptr;
+    return value ? unquoted(value) : "";
+}
+
+bool digest::isKnown(const msg_auth_t* challenge)
+{
+    if (!challenge->au_scheme || lower(challenge->au_scheme) != "digest")
+        return false;
+    const std::string algorithm = lower(param(challenge, "algorithm="));
+    static const std::vector<std::string> known = {"", "md5", "md5-sess", "sha-256", "sha-256-sess"};
+    const std::string qop = param(challenge, "qop=");
+    return std::find(known.begin(), known.end(), algorithm) != known.end() &&
+           (qop.empty() || hasQop(qop, "auth")) && !param(challenge, "nonce=").empty();
+}

@@ -1,0 +1,264 @@
+#include "sip/registration.h"
+#include "sip/digest.h"
+#include "sip/phoneLink.h"
+#include "sip/sipAddress.h"
+#include <algorithm>
+#include <cstdio>
+#include <random>
+#include <sofia-sip/nta_tag.h>
+#include <sofia-sip/sip_tag.h>
+
+namespace {
+
+constexpr uint32_t kMaxAfterMs = 3600000; // a server may ask for patience of an hour
+constexpr const char* kWrongPassword = "The server does not accept name or password";
+
+std::mt19937& chance()
+{
+    static std::mt19937 random{std::random_device{}()};
+    return random;
+}
+
+std::string newKey()
+{
+    static unsigned count = 0;
+    return "account" + std::to_string(++count);
+}
+
+// Nobody but the server guesses it: what strangers send to this port rings nowhere.
+std::string newContact(uint32_t line)
+{
+    char text[32];
+    snprintf(text, sizeof text, "hx%u%08x", unsigned(line), unsigned(chance()()));
+    return text;
+}
+
+} // namespace
+
+Registration::Registration(const tagSipStack& stack, const tagSipAccount& account)
+    : m_stack(stack), m_account(account), m_key(newKey()), m_contact(newContact(account.head.nId)),
+      m_answers(m_key, account.szRealm), m_finder(stack.pDns), m_silent(stack.pRoot), m_again(stack.pRoot),
+      m_nDelayMs(stack.setup.nRetryMs)
+{
+    const char* user = account.szAuthName[0] ? account.szAuthName : account.szUser;
+    digest::remember(m_key, user, account.szPassword);
+    std::fill(std::begin(m_account.szPassword), std::end(m_account.szPassword), '\0');
+}
+
+Registration::~Registration()
+{
+    dropHandle();
+    digest::forget(m_key);
+}
+
+void Registration::start()
+{
+    report(SIP_LINE_REGISTERING, 0, "");
+    m_silent.start(m_stack.setup.nSilentMs, [this] { failOver(0, "The name service does not answer"); });
+    const bool hasProxy = m_account.szProxy[0] != 0;
+    const char* host = hasProxy ? m_account.szProxy : m_account.szServer;
+    const uint32_t port = hasProxy ? m_account.nProxyPort : m_account.nPort;
+    m_addresses.clear();
+    m_nAddress = 0;
+    // A certificate names the server, not an address of it: the stack looks it up by itself.
+    if (transport() == SIP_TLS)
+        onAddresses({{sipAddress::host(host), port}});
+    else
+        m_finder.find(host, port, transport(), [this](const auto& addresses) { onAddresses(addresses); });
+}
+
+void Registration::onAddresses(const std::vector<tagServerAddress>& addresses)
+{
+    m_addresses = addresses;
+    if (addresses.empty())
+        failOver(0, "The server's name is not known");
+    else
+        tryAddress();
+}
+
+void Registration::tryAddress()
+{
+    dropHandle();
+    m_answers.reset();
+    m_bRegistered = false;
+    const std::string own = ownAddress(), server = registrar(), hop = hopOf(m_addresses[m_nAddress]);
+    const std::string way = std::string("transport=") + transportName();
+    const std::string expires = std::to_string(m_account.nExpires);
+    m_pHandle =
+        nua_handle(m_stack.pNua, this, SIPTAG_TO_STR(own.c_str()), SIPTAG_FROM_STR(own.c_str()), TAG_END());
+    if (!m_pHandle) {
+        wait(0, "The account makes no address", 0);
+        return;
+    }
+    m_silent.start(m_stack.setup.nSilentMs, [this] { failOver(0, "The server does not answer"); });
+    nua_register(
+        m_pHandle, NUTAG_REGISTRAR(server.c_str()), NUTAG_PROXY(hop.c_str()),
+        NUTAG_M_USERNAME(m_contact.c_str()), TAG_IF(transport() != SIP_UDP, NUTAG_M_PARAMS(way.c_str())),
+        SIPTAG_EXPIRES_STR(expires.c_str()), NUTAG_OUTBOUND("no-validate no-options-keepalive"), TAG_END());
+}
+
+void Registration::leave()
+{
+    m_bLeaving = true;
+    m_finder.stop();
+    m_again.stop();
+    m_silent.stop();
+    if (!m_pHandle)
+        return;
+    if (!m_bRegistered) {
+        dropHandle();
+        return;
+    }
+    m_answers.reset();
+    m_silent.start(m_stack.setup.nSilentMs, [this] { dropHandle(); });
+    nua_unregister(m_pHandle, TAG_END());
+}
+
+void Registration::onStack(const tagStackEvent& event)
+{
+    if (event.pHandle != m_pHandle)
+        return;
+    if (event.eEvent == nua_r_register || event.eEvent == nua_r_unregister)
+        onReply(event);
+}
+
+void Registration::onReply(const tagStackEvent& event)
+{
+    if (event.nStatus < 200)
+        return;
+    if (event.nStatus == 401 || event.nStatus == 407) {
+        onChallenge(event);
+        return;
+    }
+    if (m_bLeaving) {
+        m_silent.stop();
+        dropHandle();
+        return;
+    }
+    if (event.nStatus >= 300) {
+        const sip_t* message = event.pMessage;
+        const uint32_t status = uint32_t(event.nStatus);
+        if (status == 403) {
+            refuse(status, event.szPhrase);
+        } else if (message && message->sip_retry_after && m_nAddress + 1 >= m_addresses.size()) {
+            const auto after =
+                std::min<unsigned long>(message->sip_retry_after->af_delta, kMaxAfterMs / 1000);
+            wait(status, event.szPhrase, uint32_t(after) * 1000);
+        } else {
+            failOver(status, event.szPhrase);
+        }
+        return;
+    }
+    m_silent.stop();
+    m_answers.reset();
+    m_nDelayMs = m_stack.setup.nRetryMs;
+    const bool isNew = !m_bRegistered;
+    m_bRegistered = true;
+    if (isNew)
+        report(SIP_LINE_REGISTERED, uint32_t(event.nStatus), "");
+}
+
+void Registration::onChallenge(const tagStackEvent& event)
+{
+    const uint32_t status = uint32_t(event.nStatus);
+    if (m_answers.answer(m_pHandle, event.pMessage)) {
+        m_silent.start(m_stack.setup.nSilentMs, [this] {
+            if (m_bLeaving)
+                dropHandle();
+            else
+                failOver(0, "The server does not answer");
+        });
+        return;
+    }
+    if (m_bLeaving)
+        dropHandle();
+    else if (m_answers.hasAnswered())
+        refuse(status, kWrongPassword);
+    else
+        refuse(status, "The server asks for a password in a way that is not known, or not wanted, here");
+}
+
+void Registration::failOver(uint32_t status, const std::string& reason)
+{
+    if (m_nAddress + 1 < m_addresses.size()) {
+        ++m_nAddress;
+        if (m_bRegistered)
+            report(SIP_LINE_REGISTERING, status, reason);
+        tryAddress();
+        return;
+    }
+    wait(status, reason, 0);
+}
+
+void Registration::wait(uint32_t status, const std::string& reason, uint32_t leastMs)
+{
+    m_silent.stop();
+    m_finder.stop();
+    dropHandle();
+    // Phones that a server has lost at the same moment do not come back at the same moment.
+    const uint32_t half = m_nDelayMs / 2;
+    const uint32_t jittered = half + std::uniform_int_distribution<uint32_t>(0, m_nDelayMs - half)(chance());
+    const uint32_t delayMs = std::max(jittered, leastMs);
+    m_nDelayMs = std::min(m_nDelayMs * 2, m_stack.setup.nRetryLastMs);
+    report(SIP_LINE_FAILED, status, reason, delayMs);
+    m_again.start(delayMs, [this] { start(); });
+}
+
+void Registration::refuse(uint32_t status, const std::string& reason)
+{
+    m_silent.stop();
+    dropHandle();
+    report(SIP_LINE_REFUSED, status, reason);
+}
+
+void Registration::dropHandle()
+{
+    if (m_pHandle)
+        nua_handle_destroy(m_pHandle);
+    m_pHandle = nullptr;
+    m_bRegistered = false;
+}
+
+void Registration::report(SIP_LINE_STATE state, uint32_t status, const std::string& reason, uint32_t retryMs)
+{
+    if (m_bLeaving)
+        return;
+    auto record = sipWire::make<tagSipLine>(SIP_LINE, line());
+    record.eState = state;
+    record.nStatus = status >= 100 && status <= 699 ? status : 0;
+    record.nRetryMs = retryMs;
+    sipWire::setText(record.szReason, reason);
+    m_stack.pPhone->tell(record);
+}
+
+const char* Registration::transportName() const
+{
+    static const char* const names[] = {"udp", "tcp", "tls"};
+    return names[transport()];
+}
+
+std::string Registration::hopOf(const tagServerAddress& address) const
+{
+    return "sip:" + address.host + sipAddress::port(address.nPort) + ";transport=" + transportName();
+}
+
+std::string Registration::hop() const
+{
+    return m_nAddress < m_addresses.size() ? hopOf(m_addresses[m_nAddress]) : "";
+}
+
+std::string Registration::server() const
+{
+    return sipAddress::host(m_account.szServer) + sipAddress::port(m_account.nPort);
+}
+
+std::string Registration::registrar() const
+{
+    return "sip:" + server();
+}
+
+std::string Registration::ownAddress() const
+{
+    return sipAddress::quotedName(m_account.szDisplayName) + "<sip:" + sipAddress::escaped(m_account.szUser) +
+           "@" + server() + ">";
+}

@@ -1,0 +1,67 @@
+#pragma once
+// One account at its server, from the first REGISTER to the last. What becomes of it is told to the phone at
+// once, until it leaves. A server that is silent, gone or out of service makes place for the next of its
+// addresses; after the last one the line waits, longer each time, and begins again. Who is refused is not
+// tried again.
+#include "sip/challengeAnswers.h"
+#include "sip/serverFinder.h"
+#include "sip/sipStack.h"
+#include "sip/sipTimer.h"
+#include <string>
+#include <vector>
+
+class Registration : public StackOwner
+{
+public:
+    // An account with a user.
+    Registration(const tagSipStack& stack, const tagSipAccount& account);
+    ~Registration() override;
+
+    void start();
+    // Nothing is told of it from here on. The server is told; what it says to that shows in hasLeft().
+    void leave();
+    bool hasLeft() const { return m_bLeaving && !m_pHandle; }
+
+    uint32_t line() const { return m_account.head.nId; }
+    // What the server calls this phone by: of requests that are for this line.
+    const std::string& contact() const { return m_contact; }
+    // What calls of this line need.
+    bool isRegistered() const { return m_bRegistered; }
+    const std::string& key() const { return m_key; }
+    std::string realm() const { return m_account.szRealm; }
+    std::string ownAddress() const;
+    std::string server() const;
+    // Where its requests go first.
+    std::string hop() const;
+    const char* transportName() const;
+    void onStack(const tagStackEvent& event) override;
+
+private:
+    void onAddresses(const std::vector<tagServerAddress>& addresses);
+    void tryAddress();
+    void onReply(const tagStackEvent& event);
+    void onChallenge(const tagStackEvent& event);
+    void failOver(uint32_t status, const std::string& reason);
+    void wait(uint32_t status, const std::string& reason, uint32_t leastMs);
+    void refuse(uint32_t status, const std::string& reason);
+    void dropHandle();
+    void report(SIP_LINE_STATE state, uint32_t status, const std::string& reason, uint32_t retryMs = 0);
+    SIP_TRANSPORT transport() const { return SIP_TRANSPORT(m_account.eTransport); }
+    std::string hopOf(const tagServerAddress& address) const;
+    std::string registrar() const;
+
+    const tagSipStack& m_stack;
+    tagSipAccount m_account;
+    const std::string m_key; // of its secrets
+    std::string m_contact;
+    ChallengeAnswers m_answers;
+    nua_handle_t* m_pHandle = nullptr;
+    ServerFinder m_finder;
+    SipTimer m_silent;
+    SipTimer m_again;
+    std::vector<tagServerAddress> m_addresses;
+    size_t m_nAddress = 0;
+    uint32_t m_nDelayMs;
+    bool m_bRegistered = false;
+    bool m_bLeaving = false;
+};

@@ -1,0 +1,66 @@
+#include "sip/sipAddress.h"
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+
+std::string sipAddress::escaped(const std::string& user)
+{
+    std::string text;
+    for (char c : user) {
+        const auto byte = static_cast<unsigned char>(c);
+        char code[4];
+        if (isalnum(byte) || strchr("-_.!~*'()&=+$,;?/", c)) {
+            text += c;
+        } else {
+            snprintf(code, sizeof code, "%%%02X", byte);
+            text += code;
+        }
+    }
+    return text;
+}
+
+std::string sipAddress::quotedName(const std::string& name)
+{
+    if (name.empty())
+        return "";
+    std::string text = "\"";
+    for (char c : name) {
+        if (c == '"' || c == '\\')
+            text += '\\';
+        text += c;
+    }
+    return text + "\" ";
+}
+
+std::string sipAddress::host(const std::string& host)
+{
+    return host.find(':') != std::string::npos && host.front() != '[' ? "[" + host + "]" : host;
+}
+
+std::string sipAddress::port(unsigned port)
+{
+    return port ? ":" + std::to_string(port) : "";
+}
+
+std::string sipAddress::target(const std::string& wanted, const std::string& server)
+{
+    if (wanted.rfind("sip:", 0) == 0 || wanted.rfind("sips:", 0) == 0)
+        return wanted;
+    const size_t at = wanted.rfind('@');
+    if (at != std::string::npos)
+        return "sip:" + escaped(wanted.substr(0, at)) + wanted.substr(at);
+    return "sip:" + escaped(wanted) + "@" + server;
+}
+
+std::string sipAddress::plainName(const std::string& name)
+{
+    if (name.size() < 2 || name.front() != '"')
+        return name;
+    std::string text;
+    for (size_t i = 1; i < name.size() && name[i] != '"'; ++i) {
+        if (name[i] == '\\' && i + 1 < name.size())
+            ++i;
+        text += name[i];
+    }
+    return text;
+}

@@ -1,0 +1,278 @@
+#include "sip/sipAgent.h"
+#include "sip/digest.h"
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <sofia-sip/nta_tag.h>
+#include <sofia-sip/sip_status.h>
+#include <sofia-sip/sip_tag.h>
+#include <sofia-sip/su_tag.h>
+#include <sofia-sip/tport_tag.h>
+
+namespace {
+
+constexpr uint32_t kStepMs = 20;        // between looks whether everybody has left
+constexpr unsigned kLargestUdp = 65535; // a call with many codecs and video does not fit a frame
+constexpr unsigned kMaxMessage = 128 << 10;
+constexpr unsigned kTlsPolicy = 0xA; // certificates are checked, and the names in them, of servers
+constexpr const char* kMethods = "INVITE, ACK, BYE, CANCEL, OPTIONS, INFO, NOTIFY, PRACK";
+constexpr unsigned kSessionSeconds = 1800, kLeastSessionSeconds = 90;
+
+std::string localAddress(const tagSipSetup& setup, const char* scheme, uint32_t port)
+{
+    const std::string host = setup.szAddress[0] ? setup.szAddress : "*";
+    const std::string bare = host.find(':') != std::string::npos ? "[" + host + "]" : host;
+    return scheme + bare + ":" + (port ? std::to_string(port) : "*");
+}
+
+bool isTerminated(tagi_t* tags)
+{
+    int state = nua_callstate_init;
+    tl_gets(tags, NUTAG_CALLSTATE_REF(state), TAG_END());
+    return state == nua_callstate_terminated;
+}
+
+} // namespace
+
+SipAgent::SipAgent()
+    : m_root(su_root_create(nullptr), su_root_destroy), m_stack{m_root.get()},
+      m_phone(
+          m_stack.pRoot, [this](const sipWire::Reader& record) { take(record); },
+          [this](bool isDamaged) { end(isDamaged ? 1 : 0); }),
+      m_step(m_stack.pRoot), m_last(m_stack.pRoot)
+{
+    su_root_threading(m_stack.pRoot, 0);
+    m_stack.pPhone = &m_phone;
+}
+
+SipAgent::~SipAgent()
+{
+    for (auto& line : m_lines)
+        line.reset();
+    m_leaving.clear();
+    m_calls.clear();
+    if (m_stack.pDns)
+        sres_resolver_destroy(m_stack.pDns);
+    // A stack that has not ended would stop the program: what is left of it goes with the process.
+    if (m_stack.pNua && m_bShutdown)
+        nua_destroy(m_stack.pNua);
+    else if (m_stack.pNua)
+        m_root.release();
+}
+
+int SipAgent::run(const std::string& path)
+{
+    if (!m_phone.open(path)) {
+        fprintf(stderr, "No phone listens at %s\n", path.c_str());
+        return 1;
+    }
+    su_root_run(m_stack.pRoot);
+    return m_nCode;
+}
+
+void SipAgent::take(const sipWire::Reader& record)
+{
+    const uint32_t kind = record.head().eKind;
+    const bool isSetUp = m_stack.pNua != nullptr;
+    if (m_bEnding)
+        return;
+    if (kind == SIP_END) {
+        end(0);
+    } else if (kind == SIP_SETUP && !isSetUp) {
+        if (!makeStack(record.as<tagSipSetup>()))
+            end(1);
+    } else if (kind == SIP_ACCOUNT && isSetUp) {
+        setAccount(record.as<tagSipAccount>());
+    } else if (kind == SIP_DIAL && isSetUp) {
+        dial(record.as<tagSipDial>());
+    } else if (kind > SIP_DIAL && kind < SIP_HELLO && isSetUp) {
+        takeForCall(record);
+    } else {
+        fprintf(stderr, "A record of kind %u has no place here\n", unsigned(kind));
+        end(1);
+    }
+}
+
+bool SipAgent::makeStack(const tagSipSetup& setup)
+{
+    m_stack.setup = setup;
+    m_stack.pDns = sres_resolver_create(m_stack.pRoot, setup.szNames[0] ? setup.szNames : nullptr, TAG_END());
+    const std::string plain = localAddress(setup, "sip:", setup.nPort);
+    const std::string tls = localAddress(setup, "sips:", setup.nTlsPort);
+    const bool hasTls = setup.szCertificates[0] != 0;
+    m_stack.pNua = nua_create(
+        m_stack.pRoot, onStack, this, NUTAG_URL(plain.c_str()), TAG_IF(hasTls, NUTAG_SIPS_URL(tls.c_str())),
+        TAG_IF(hasTls, NUTAG_CERTIFICATE_DIR(setup.szCertificates)),
+        TAG_IF(hasTls, TPTAG_TLS_VERIFY_POLICY(kTlsPolicy)), NUTAG_MEDIA_ENABLE(0), NUTAG_AUTOANSWER(0),
+        NUTAG_AUTOALERT(0), NTATAG_UDP_MTU(kLargestUdp), NTATAG_MAXSIZE(kMaxMessage), TAG_END());
+    if (!m_stack.pNua) {
+        fprintf(stderr, "The SIP stack cannot listen at %s\n", plain.c_str());
+        return false;
+    }
+    nua_set_params(m_stack.pNua, SIPTAG_USER_AGENT_STR(setup.szAgent), SIPTAG_ALLOW_STR(kMethods),
+                   NUTAG_ENABLEINVITE(1), NUTAG_SESSION_TIMER(kSessionSeconds),
+                   NUTAG_MIN_SE(kLeastSessionSeconds), NUTAG_SESSION_REFRESHER(nua_remote_refresher),
+                   NUTAG_ENABLEMESSAGE(0), TAG_END());
+    m_phone.tell(sipWire::make<tagSipHead>(SIP_HELLO, 0));
+    return true;
+}
+
+void SipAgent::setAccount(const tagSipAccount& account)
+{
+    m_leaving.erase(
+        std::remove_if(m_leaving.begin(), m_leaving.end(), [](const auto& line) { return line->hasLeft(); }),
+        m_leaving.end());
+    std::unique_ptr<Registration>& line = m_lines[account.head.nId];
+    if (line) {
+        line->leave();
+        m_leaving.push_back(std::move(line));
+    }
+    if (account.szUser[0] && account.szServer[0]) {
+        line = std::make_unique<Registration>(m_stack, account);
+        line->start();
+        return;
+    }
+    m_phone.tell(sipWire::make<tagSipLine>(SIP_LINE, account.head.nId));
+}
+
+// One that has ended meanwhile is no error: the phone could not know yet.
+void SipAgent::takeForCall(const sipWire::Reader& record)
+{
+    const auto found = m_calls.find(record.head().nId);
+    if (found == m_calls.end())
+        return;
+    SipCall& call = *found->second;
+    switch (record.head().eKind) {
+    case SIP_RING:
+        call.ring(record.as<tagSipMedia>().szSdp);
+        break;
+    case SIP_ANSWER:
+        call.answer(record.as<tagSipMedia>().szSdp);
+        break;
+    case SIP_REFUSE:
+        call.refuse(record.as<tagSipStatus>().nStatus);
+        break;
+    case SIP_DEFLECT:
+        call.deflect(record.as<tagSipTarget>().szTarget);
+        break;
+    case SIP_HANG_UP:
+        call.hangUp();
+        break;
+    case SIP_MEDIA:
+        call.setMedia(record.as<tagSipMedia>().szSdp);
+        break;
+    case SIP_TRANSFER:
+        call.transfer(record.as<tagSipTarget>().szTarget);
+        break;
+    case SIP_TONE:
+        call.sendTone(char(record.as<tagSipTone>().nTone), record.as<tagSipTone>().nMs);
+        break;
+    default:
+        break;
+    }
+}
+
+void SipAgent::dial(const tagSipDial& dial)
+{
+    dropCalls();
+    const auto& line = m_lines[dial.nLine];
+    const bool isNew = m_calls.count(dial.head.nId) == 0;
+    if (isNew && line && line->isRegistered() && callCount() < SIP_CALLS_MAX) {
+        auto& call = m_calls[dial.head.nId] = std::make_unique<SipCall>(m_stack, dial.head.nId);
+        call->dial(*line, dial);
+        return;
+    }
+    auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, dial.head.nId);
+    ended.eEnding = SIP_BROKEN;
+    sipWire::setText(ended.szReason, line && line->isRegistered() ? "There are too many calls"
+                                                                  : "The line is not registered");
+    m_phone.tell(ended);
+}
+
+void SipAgent::arrive(const tagStackEvent& event)
+{
+    const char* user = event.pMessage->sip_request->rq_url->url_user;
+    const Registration* line = nullptr;
+    for (const auto& each : m_lines) {
+        if (each && user && each->contact() == user)
+            line = each.get();
+    }
+    const sip_payload_t* body = event.pMessage->sip_payload;
+    const bool isBusy = callCount() >= SIP_CALLS_MAX;
+    if (!line || m_bEnding)
+        nua_respond(event.pHandle, SIP_404_NOT_FOUND, TAG_END());
+    else if (isBusy)
+        nua_respond(event.pHandle, SIP_486_BUSY_HERE, TAG_END());
+    else if (body && body->pl_len >= SIP_SDP_SIZE)
+        nua_respond(event.pHandle, SIP_488_NOT_ACCEPTABLE, TAG_END());
+    else
+        makeCall(*line, event);
+}
+
+void SipAgent::makeCall(const Registration& line, const tagStackEvent& event)
+{
+    const uint32_t id = m_nNextIncoming++;
+    auto& call = m_calls[id] = std::make_unique<SipCall>(m_stack, id);
+    call->arrive(line, event);
+}
+
+size_t SipAgent::callCount() const
+{
+    return size_t(std::count_if(m_calls.begin(), m_calls.end(),
+                                [](const auto& call) { return !call.second->hasEnded(); }));
+}
+
+void SipAgent::dropCalls()
+{
+    for (auto call = m_calls.begin(); call != m_calls.end();)
+        call = call->second->isOver() ? m_calls.erase(call) : std::next(call);
+}
+
+void SipAgent::end(int code)
+{
+    if (m_bEnding)
+        return;
+    m_bEnding = true;
+    m_nCode = code;
+    for (auto& call : m_calls)
+        call.second->hangUp();
+    for (auto& line : m_lines) {
+        if (line) {
+            line->leave();
+            m_leaving.push_back(std::move(line));
+        }
+    }
+    m_last.start(END_MS, [this] { su_root_break(m_stack.pRoot); });
+    endStep();
+}
+
+void SipAgent::endStep()
+{
+    dropCalls();
+    if (!m_calls.empty() ||
+        !std::all_of(m_leaving.begin(), m_leaving.end(), [](const auto& line) { return line->hasLeft(); }))
+        m_step.start(kStepMs, [this] { endStep(); });
+    else if (m_stack.pNua)
+        nua_shutdown(m_stack.pNua);
+    else
+        su_root_break(m_stack.pRoot);
+}
+
+void SipAgent::onStack(nua_event_t event, int status, const char* phrase, nua_t*, SipAgent* self,
+                       nua_handle_t* handle, StackOwner* owner, const sip_t* message, tagi_t tags[])
+{
+    self->dropCalls();
+    const tagStackEvent told = {event, status, phrase ? phrase : "", handle, message, tags};
+    if (event == nua_r_shutdown) {
+        if (status >= 200) {
+            self->m_bShutdown = true;
+            su_root_break(self->m_stack.pRoot);
+        }
+    } else if (owner) {
+        owner->onStack(told);
+    } else if (event == nua_i_invite && message) {
+        self->arrive(told);
+    } else if (handle && (event != nua_i_state || isTerminated(tags))) {
+        nua_handle_destroy(handle); // of a request that nobody here waits for
+    }
+}

@@ -1,0 +1,53 @@
+#pragma once
+// The user agent: what the phone asks for goes to the lines, and the end of the phone ends it.
+#include "sip/phoneLink.h"
+#include "sip/registration.h"
+#include "sip/sipCall.h"
+#include "sip/sipStack.h"
+#include <array>
+#include <map>
+#include <memory>
+#include <vector>
+
+class SipAgent
+{
+public:
+    enum : uint32_t { END_MS = 2000 }; // until servers that say nothing are left
+
+    SipAgent();
+    ~SipAgent();
+    SipAgent(const SipAgent&) = delete;
+    SipAgent& operator=(const SipAgent&) = delete;
+
+    // Serves the phone that listens at the path until either wants no more; the exit code.
+    int run(const std::string& path);
+
+private:
+    static void onStack(nua_event_t event, int status, const char* phrase, nua_t*, SipAgent* self,
+                        nua_handle_t* handle, StackOwner* owner, const sip_t* message, tagi_t tags[]);
+    void take(const sipWire::Reader& record);
+    bool makeStack(const tagSipSetup& setup);
+    void setAccount(const tagSipAccount& account);
+    void takeForCall(const sipWire::Reader& record);
+    void dial(const tagSipDial& dial);
+    void arrive(const tagStackEvent& event);
+    void makeCall(const Registration& line, const tagStackEvent& event);
+    size_t callCount() const;
+    // Those that have ended for both sides.
+    void dropCalls();
+    void end(int code);
+    void endStep();
+
+    std::unique_ptr<su_root_t, void (*)(su_root_t*)> m_root;
+    tagSipStack m_stack;
+    PhoneLink m_phone;
+    std::array<std::unique_ptr<Registration>, SIP_LINE_COUNT> m_lines;
+    std::vector<std::unique_ptr<Registration>> m_leaving;
+    std::map<uint32_t, std::unique_ptr<SipCall>> m_calls;
+    uint32_t m_nNextIncoming = SIP_CALL_FIRST_INCOMING;
+    SipTimer m_step;
+    SipTimer m_last;
+    int m_nCode = 0;
+    bool m_bEnding = false;
+    bool m_bShutdown = false; // the stack has ended well
+};

@@ -1,0 +1,194 @@
+#pragma once
+// What the phone and its SIP user agent, the process "hxSip", tell each other over a stream socket: records
+// of a fixed size, one after the other, each in the byte order of the machine. Texts are UTF-8, end with a
+// zero and hold no control characters; a description of media (szSdp) may hold line ends, and is passed on as
+// it is. An empty text is none. What a record does not set is zero.
+//
+// The phone tells SIP_SETUP first and once, then its accounts; the agent answers with SIP_HELLO, and from
+// there on with what becomes of lines and calls. An agent that reads a damaged record ends; the phone starts
+// another one.
+#include <cstdint>
+
+enum : int {
+    SIP_LINE_COUNT = 4, // lines are 0 to 3
+    SIP_CALLS_MAX = 2,  // at once; whoever calls then is told that the phone is busy
+    SIP_TEXT_SIZE = 128,
+    SIP_HOST_SIZE = 256,
+    SIP_TARGET_SIZE = 256, // a number, "user@host" or a whole "sip:" address
+    SIP_SDP_SIZE = 16384,
+    SIP_FORWARDS_MAX = 5
+};
+
+// Ids of calls: the phone gives those of the calls that it makes, the agent those that come in. Never given
+// again by one agent.
+enum : uint32_t { SIP_CALL_FIRST = 1, SIP_CALL_FIRST_INCOMING = 0x80000000u };
+
+enum SIP_RECORD : uint32_t {
+    // From the phone.
+    SIP_SETUP = 1,
+    SIP_ACCOUNT = 2,
+    SIP_END = 3, // no further fields: everything is hung up and unregistered, within two seconds
+    SIP_DIAL = 10,
+    SIP_RING = 11,
+    SIP_ANSWER = 12,
+    SIP_REFUSE = 13,
+    SIP_DEFLECT = 14,
+    SIP_HANG_UP = 15,
+    SIP_MEDIA = 16,
+    SIP_TRANSFER = 17,
+    SIP_TONE = 18,
+    // From the agent.
+    SIP_HELLO = 100, // no further fields: the stack is there
+    SIP_LINE = 101,
+    SIP_ARRIVED = 110,
+    SIP_PROGRESS = 111,
+    SIP_TALK = 112,
+    SIP_OFFER = 113,
+    SIP_ENDED = 114,
+    SIP_TRANSFERRED = 115
+};
+
+struct tagSipHead
+{
+    uint32_t nLength; // bytes of the whole record, this head included: that of its kind
+    uint32_t eKind;   // SIP_RECORD
+    uint32_t nId;     // of the line or the call; 0 where the record is about neither
+    uint32_t nUnused; // 0
+};
+
+// How the agent behaves.
+struct tagSipSetup
+{
+    tagSipHead head;
+    char szAddress[SIP_HOST_SIZE];      // it listens at this numeric address; none: at all
+    uint32_t nPort;                     // 0 to 65535; 0: any that is free
+    uint32_t nTlsPort;                  // 0 to 65535; 0: any that is free
+    char szAgent[SIP_TEXT_SIZE];        // how it calls itself
+    char szCertificates[SIP_HOST_SIZE]; // folder of "cafile.pem" and "agent.pem"; none: no line has TLS
+    char szNames[SIP_HOST_SIZE];        // file that says which name servers to ask; none: the system's
+    uint32_t nSilentMs;                 // 100 to 30000: a server that says nothing for so long is given up
+    uint32_t nRetryMs;                  // 50 to 600000: until a line is tried again, doubled each time
+    uint32_t nRetryLastMs;              // nRetryMs to 3600000: the longest
+    uint32_t nRingSeconds;              // 1 to 600: a call that nobody answers ends
+    uint32_t nOfferMs;                  // 100 to 30000: the phone's time to answer SIP_OFFER
+};
+
+enum SIP_TRANSPORT : uint32_t { SIP_UDP = 0, SIP_TCP = 1, SIP_TLS = 2 };
+
+// An account of line nId, in place of the one before. One without a user is none: the line is unregistered.
+struct tagSipAccount
+{
+    tagSipHead head;
+    char szUser[SIP_TEXT_SIZE];
+    char szDisplayName[SIP_TEXT_SIZE];
+    char szAuthName[SIP_TEXT_SIZE]; // none: szUser
+    char szPassword[SIP_TEXT_SIZE];
+    char szRealm[SIP_TEXT_SIZE]; // only this one is told the password's digest; none: whoever asks
+    char szServer[SIP_HOST_SIZE];
+    uint32_t nPort;              // 0 to 65535; 0: as the domain's records say
+    char szProxy[SIP_HOST_SIZE]; // outbound; none: everything goes to the server
+    uint32_t nProxyPort;         // 0 to 65535, likewise
+    uint32_t eTransport;         // SIP_TRANSPORT
+    uint32_t nExpires;           // 60 to 86400 seconds that a registration lasts
+};
+
+enum SIP_LINE_STATE : uint32_t {
+    SIP_LINE_NONE = 0, // no account, or unregistered
+    SIP_LINE_REGISTERING = 1,
+    SIP_LINE_REGISTERED = 2,
+    SIP_LINE_FAILED = 3, // tried again in nRetryMs
+    SIP_LINE_REFUSED = 4 // for good: until the account is another
+};
+
+struct tagSipLine
+{
+    tagSipHead head;
+    uint32_t eState;              // SIP_LINE_STATE
+    uint32_t nStatus;             // 0, or 100 to 699: of the reply that led to it
+    uint32_t nRetryMs;            // 0 unless it failed
+    char szReason[SIP_TEXT_SIZE]; // for a person, in English
+};
+
+// A call from line nLine.
+struct tagSipDial
+{
+    tagSipHead head;
+    uint32_t nLine;
+    uint32_t bAnonymous; // 0 or 1: "Privacy: id", and no own name
+    char szTarget[SIP_TARGET_SIZE];
+    char szSdp[SIP_SDP_SIZE]; // the offer
+};
+
+// SIP_RING: a call that came in rings, with early media where there is a description. SIP_ANSWER: it talks,
+// szSdp is the answer. SIP_MEDIA, of a call that talks: the answer to SIP_OFFER where one waits, else an
+// offer (hold, resume, video). SIP_TALK: the call talks from here on, or its media are agreed on anew; szSdp
+// is the other side's. SIP_OFFER: the other side offers other media; an empty one asks for an offer.
+struct tagSipMedia
+{
+    tagSipHead head;
+    char szSdp[SIP_SDP_SIZE];
+};
+
+// SIP_REFUSE: status 400 to 699 for a call that came in. SIP_TRANSFERRED: what became of a transfer, 200 to
+// 699. SIP_HANG_UP takes 0.
+struct tagSipStatus
+{
+    tagSipHead head;
+    uint32_t nStatus;
+};
+
+// SIP_DEFLECT: a call that came in goes there instead. SIP_TRANSFER: the other side of a call that talks
+// does.
+struct tagSipTarget
+{
+    tagSipHead head;
+    char szTarget[SIP_TARGET_SIZE];
+};
+
+struct tagSipTone
+{
+    tagSipHead head;
+    uint32_t nTone; // one of "0123456789*#ABCD"
+    uint32_t nMs;   // 40 to 5000
+};
+
+// A call has come in. The phone says what becomes of it.
+struct tagSipArrived
+{
+    tagSipHead head;
+    uint32_t nLine;
+    uint32_t bAnonymous;  // 0 or 1
+    uint32_t bAutoAnswer; // 0 or 1: the caller asks for an answer without a hand
+    uint32_t nForwards;   // 0 to SIP_FORWARDS_MAX
+    char szNumber[SIP_TEXT_SIZE];
+    char szName[SIP_TEXT_SIZE];
+    char szForwardedBy[SIP_FORWARDS_MAX][SIP_TEXT_SIZE]; // the last phone that sent it on is the last one
+    char szSdp[SIP_SDP_SIZE];                            // the offer; none: the caller wants one
+};
+
+// The other side of a call from here: it is under way (100 to 199), perhaps with early media.
+struct tagSipProgress
+{
+    tagSipHead head;
+    uint32_t nStatus;
+    char szSdp[SIP_SDP_SIZE];
+};
+
+enum SIP_ENDING : uint32_t {
+    SIP_HUNG_UP = 0,    // after it talked, by either side, or here while it went out
+    SIP_CANCELLED = 1,  // the caller gave up
+    SIP_ELSEWHERE = 2,  // another phone has answered it
+    SIP_REFUSED = 3,    // with nStatus, by whoever was called
+    SIP_REDIRECTED = 4, // to szTarget, by whoever was called
+    SIP_UNANSWERED = 5, // it has rung too long
+    SIP_BROKEN = 6      // it could not be made, or was lost
+};
+
+struct tagSipEnded
+{
+    tagSipHead head;
+    uint32_t eEnding;             // SIP_ENDING
+    uint32_t nStatus;             // 0, or 100 to 699
+    char szReason[SIP_TEXT_SIZE]; // for a person, in English
+    char szTarget[SIP_TARGET_SIZE];
+};

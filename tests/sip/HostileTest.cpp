@@ -1,0 +1,125 @@
+// What nobody should send, and does.
+#include "tests/kit/plain/processes.h"
+#include "tests/sip/callTest.h"
+
+namespace {
+
+// The classes of torture: syntax that is valid and strange, invalid in each part, and lengths that lie.
+QList<QByteArray> damaged(const QByteArray& invite)
+{
+    QList<QByteArray> all;
+    const auto with = [&](const char* from, const char* to) {
+        all.append(QByteArray(invite).replace(from, to));
+    };
+    with("CSeq: 1 INVITE", "CSeq: 99999999999999 INVITE");
+    with("CSeq: 1 INVITE", "CSeq: 1 BYE");
+    with("CSeq: 1 INVITE", "CSeq: -1 INVITE");
+    with("Content-Length:", "Content-Length: -");
+    with("Content-Length:", "Content-Length: 999999999\r\nX:");
+    with("SIP/2.0\r\n", "SIP/7.0\r\n");
+    with("SIP/2.0\r\n", "\r\n");
+    with("INVITE sip:", "INVITE  sip:");
+    with("INVITE sip:", "INVITE nobody:");
+    with("INVITE sip:", "INVITE <sip:");
+    with("Via: SIP/2.0/UDP", "Via: SIP/2.0/UNKNOWN");
+    with("Via:", "Via: ;;,;,,\r\nX:");
+    with("branch=z9hG4bK", "branch=");
+    with("From: <sip:200@127.0.0.1>", "From: \"unterminated <sip:200@127.0.0.1>");
+    with("From: <sip:200@127.0.0.1>", "From: <sip:127.0.0.1>");
+    with("From: <sip:200@127.0.0.1>", "From: <tel:+1200>");
+    with("From: <sip:200@127.0.0.1>", "From: <sip:%ZZ%00@[::1>");
+    with("To: <sip:", "To: \"Watson, Thomas\" < sip:");
+    with("Max-Forwards: 70", "Max-Forwards: 0");
+    with("Max-Forwards: 70", "Max-Forwards: 300");
+    with("Max-Forwards: 70", "Require: nothinghasthis, norhasanybody");
+    with("Max-Forwards: 70", "Proxy-Require: x\r\nDate: Fri, 01 Jan 2010 16:00:00 EST");
+    with("Contact: <sip:200", "Contact: *\r\nContact: \"\\\"><sip:200");
+    with("Call-ID:", "Call-ID: a\r\nCall-ID:");
+    with("Content-Type: application/sdp", "Content-Type: application/unknown\r\nContent-Encoding: gzip");
+    with("Content-Type: application/sdp", "Content-Type: multipart/mixed;boundary=\"\"");
+    with("Max-Forwards: 70", "Session-Expires: 0;refresher=nobody\r\nMin-SE: 99999999999");
+    with("Max-Forwards: 70", "Replaces: a;to-tag;from-tag=\r\nJoin: x\r\nRefer-To: <sip:@?&=>");
+    with("Max-Forwards: 70",
+         "Privacy:\r\nAlert-Info: <>\r\nCall-Info: ;;\r\nP-Asserted-Identity: ,\r\nDiversion: sip:");
+    with("Max-Forwards: 70", "Authorization: Digest realm=\"\\\r\nWWW-Authenticate: Digest");
+    with("\r\n", "\n");
+    with("\r\n", "\r\n \r\n");
+    with("sip:", "sip:\xc3\x28\xff\xfe");
+    with("INVITE", "NEWMETHOD");
+    with("INVITE", "REGISTER");
+    with("INVITE", "NOTIFY");
+    with("INVITE", "REFER");
+    with("INVITE", "PRACK");
+    with("INVITE", "CANCEL");
+    with("INVITE", "ACK");
+    with("tag=caller", QByteArray("tag=" + QByteArray(60000, 'a')).constData());
+    with("Max-Forwards: 70", QByteArray("X: " + QByteArray(40000, ';')).constData());
+    with("Max-Forwards: 70", QByteArray("Via: SIP/2.0/UDP h;branch=z9hG4bK1\r\n").repeated(500).constData());
+    all.append("SIP/2.0 200 OK\r\n" + invite.mid(invite.indexOf('\n') + 1));
+    all.append("SIP/2.0 -1 \r\n\r\n");
+    all.append("SIP/2.0 4294967301 huge\r\n" + invite.mid(invite.indexOf('\n') + 1));
+    all.append(QByteArray(65000, '\r'));
+    all.append(QByteArray(1000, '\0'));
+    all.append("INVITE");
+    for (qsizetype length = 0; length < invite.size(); length += 7)
+        all.append(invite.left(length));
+    return all;
+}
+
+} // namespace
+
+TEST_F(SipCalls, DamagedMessagesOfEveryKindDoNotEndItOrTheCallThatTalks)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    const QList<QByteArray> messages = damaged(inviteText("damaged", "X-Last: 1"));
+    EXPECT_GT(messages.size(), 90);
+    uint32_t arrived = 0;
+    for (int i = 0; i < messages.size(); ++i) {
+        QByteArray message = messages[i];
+        message.replace("damaged", "damaged" + QByteArray::number(i));
+        peer->send(message, agent.port());
+        while (const tagSipHead* head =
+                   agent.next([](const tagSipHead& each) { return each.eKind == SIP_ARRIVED; }, 5)) {
+            tellStatus(SIP_REFUSE, head->nId, 486);
+            ++arrived;
+        }
+        ASSERT_TRUE(agent.isRunning()) << i << messages[i].left(300).constData();
+    }
+    EXPECT_GT(arrived, 0u); // some of it is strange and nothing more
+    tellStatus(SIP_HANG_UP, id);
+    const QByteArray bye = peer->receive("BYE");
+    EXPECT_NE(bye.toStdString(), "");
+    peer->reply(bye, "200 OK");
+    expectEnd(id, SIP_HUNG_UP, 0);
+    EXPECT_NE(talkOut(2), 0u);
+}
+
+TEST_F(SipCalls, AFloodOfCallsIsRefusedAndLeavesNothingBehind)
+{
+    begin();
+    peer->send(inviteText("one"), agent.port());
+    peer->send(inviteText("two"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, SIP_CALL_FIRST_INCOMING + 1));
+    const auto flood = [&](const QByteArray& name, int count) {
+        for (int i = 0; i < count; ++i) {
+            peer->send(inviteText(name + QByteArray::number(i)), agent.port());
+            const QByteArray busy = peer->receive("SIP/2.0 486");
+            ASSERT_NE(busy.toStdString(), "") << i;
+            acknowledge(busy);
+        }
+    };
+    // What is refused is remembered for five seconds, for those who repeat themselves.
+    const auto waitUntilForgotten = [&] { EXPECT_TRUE(agent.isQuiet(6000)); };
+    flood("a", 1000);
+    waitUntilForgotten();
+    const qint64 before = kit::statusKiB(agent.pid(), "VmRSS");
+    flood("b", 1000);
+    waitUntilForgotten();
+    const qint64 after = kit::statusKiB(agent.pid(), "VmRSS");
+    EXPECT_LT(after - before, 1000) << before;
+    EXPECT_FALSE(agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }, 100));
+    tellStatus(SIP_REFUSE, SIP_CALL_FIRST_INCOMING, 486);
+    expectEnd(SIP_CALL_FIRST_INCOMING, SIP_REFUSED, 486);
+}

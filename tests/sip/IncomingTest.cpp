@@ -1,0 +1,193 @@
+// Calls from outside.
+#include "tests/sip/callTest.h"
+#include <cstring>
+
+namespace {
+
+constexpr uint32_t kFirst = SIP_CALL_FIRST_INCOMING;
+
+} // namespace
+
+TEST_F(SipCalls, ACallerRingsTalksAndHangsUp)
+{
+    begin();
+    startSipp("callerTalks.xml", UdpPeer::freePort());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "200");
+    EXPECT_STREQ(arrived->szName, "B\"ob");
+    EXPECT_EQ(arrived->nLine, 0u);
+    EXPECT_TRUE(strstr(arrived->szSdp, "s=offer")) << arrived->szSdp;
+    tellMedia(SIP_RING, kFirst, "");
+    tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=answer\r\n");
+    const auto* talk = next<tagSipMedia>(SIP_TALK, kFirst);
+    ASSERT_TRUE(talk);
+    EXPECT_TRUE(strstr(talk->szSdp, "s=offer")) << talk->szSdp;
+    expectEnd(kFirst, SIP_HUNG_UP, 0);
+    expectSippDone();
+}
+
+TEST_F(SipCalls, ACallerWhoGivesUpEndsTheRinging)
+{
+    begin();
+    startSipp("callerGivesUp.xml", UdpPeer::freePort());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellMedia(SIP_RING, kFirst, "");
+    expectEnd(kFirst, SIP_CANCELLED, 0);
+    expectSippDone();
+}
+
+TEST_F(SipCalls, ACallThatAnotherPhoneHasAnsweredIsNoMissedOne)
+{
+    begin();
+    const QByteArray invite = inviteText("elsewhere");
+    peer->send(invite, agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    QByteArray cancel = invite.left(invite.indexOf("Content-Type")).replace("INVITE", "CANCEL");
+    cancel += "Reason: SIP;cause=200;text=\"Call completed elsewhere\"\r\nContent-Length: 0\r\n\r\n";
+    peer->send(cancel, agent.port());
+    expectEnd(kFirst, SIP_ELSEWHERE, 0);
+}
+
+TEST_F(SipCalls, ACallIsRefusedWithTheStatusThatThePhoneSays)
+{
+    begin();
+    peer->send(inviteText("refused"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellStatus(SIP_REFUSE, kFirst, 603);
+    EXPECT_TRUE(peer->receive("SIP/2.0 603").contains("To: <sip:" + contact));
+    expectEnd(kFirst, SIP_REFUSED, 603);
+}
+
+TEST_F(SipCalls, ADeflectedCallIsToldWhereToGo)
+{
+    begin();
+    peer->send(inviteText("deflected"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellTarget(SIP_DEFLECT, kFirst, "20#1");
+    const QByteArray server = "127.0.0.1:" + QByteArray::number(peer->port());
+    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 302"), "Contact").toStdString(),
+              "<sip:20%231@" + server.toStdString() + ">");
+    expectEnd(kFirst, SIP_REDIRECTED, 302);
+}
+
+TEST_F(SipCalls, EarlyMediaGoesWithTheRinging)
+{
+    begin();
+    peer->send(inviteText("early"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellMedia(SIP_RING, kFirst, "v=0\r\ns=early\r\n");
+    EXPECT_TRUE(peer->receive("SIP/2.0 183").contains("s=early"));
+}
+
+TEST_F(SipCalls, TheThirdCallIsBusyAndFindsRoomWhenOneHasEnded)
+{
+    begin();
+    peer->send(inviteText("one"), agent.port());
+    peer->send(inviteText("two"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst + 1));
+    peer->send(inviteText("three"), agent.port());
+    const QByteArray busy = peer->receive("SIP/2.0 486");
+    EXPECT_EQ(headerOf(busy, "Call-ID").toStdString(), "three");
+    dial(7, "300");
+    expectEnd(7, SIP_BROKEN, 0);
+    tellStatus(SIP_REFUSE, kFirst, 486);
+    expectEnd(kFirst, SIP_REFUSED, 486);
+    peer->send(inviteText("four"), agent.port());
+    EXPECT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst + 2));
+}
+
+TEST_F(SipCalls, WhoDoesNotKnowTheContactOfALineFindsNobody)
+{
+    begin();
+    peer->send(inviteText("stranger").replace(contact, "100"), agent.port());
+    EXPECT_NE(peer->receive("SIP/2.0 404").toStdString(), "");
+    EXPECT_FALSE(agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }, 200));
+}
+
+TEST_F(SipCalls, NothingRingsForEver)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nRingSeconds = 1;
+    begin(setup);
+    peer->send(inviteText("long"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellMedia(SIP_RING, kFirst, "");
+    EXPECT_NE(peer->receive("SIP/2.0 480").toStdString(), "");
+    expectEnd(kFirst, SIP_UNANSWERED, 480);
+
+    dial(1, "300");
+    const QByteArray invite = peer->receive("INVITE");
+    peer->reply(invite, "180 Ringing");
+    EXPECT_EQ(headerOf(peer->receive("CANCEL"), "Call-ID").toStdString(),
+              headerOf(invite, "Call-ID").toStdString());
+    expectEnd(1, SIP_UNANSWERED, 480);
+}
+
+TEST_F(SipCalls, ThePhoneLearnsWhoCallsAndHow)
+{
+    begin();
+    peer->send(inviteText("who", "From: \"Anna\" <sip:anna%23@127.0.0.1>;tag=a\r\n"
+                                 "Diversion: <sip:203@h>;reason=busy, <sip:202@h>\r\n"
+                                 "Call-Info: <http://h/>;answer-after=0"),
+               agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "anna#");
+    EXPECT_STREQ(arrived->szName, "Anna");
+    EXPECT_EQ(arrived->bAutoAnswer, 1u);
+    EXPECT_EQ(arrived->bAnonymous, 0u);
+    ASSERT_EQ(arrived->nForwards, 2u);
+    EXPECT_STREQ(arrived->szForwardedBy[0], "202");
+    EXPECT_STREQ(arrived->szForwardedBy[1], "203");
+    tellStatus(SIP_REFUSE, kFirst, 486);
+
+    peer->send(inviteText("private", "Privacy: id\r\nP-Asserted-Identity: <sip:204@h>"), agent.port());
+    arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + 1);
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(arrived->bAnonymous, 1u);
+    EXPECT_EQ(arrived->bAutoAnswer, 0u);
+    EXPECT_STREQ(arrived->szNumber, "");
+    tellStatus(SIP_REFUSE, kFirst + 1, 486);
+
+    peer->send(inviteText("asserted", "P-Asserted-Identity: \"Head office\" <sip:204@h>"), agent.port());
+    arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + 2);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "204");
+    EXPECT_STREQ(arrived->szName, "Head office");
+}
+
+TEST_F(SipCalls, TheOtherSideHoldsAndIsAnswered)
+{
+    begin();
+    const uint32_t id = talkIn("held");
+    ASSERT_NE(id, 0u);
+    peer->send(within("INVITE", lastAnswer, 2, "Content-Type: application/sdp", "v=0\r\na=sendonly\r\n"),
+               agent.port());
+    const auto* offer = next<tagSipMedia>(SIP_OFFER, id);
+    ASSERT_TRUE(offer);
+    EXPECT_TRUE(strstr(offer->szSdp, "a=sendonly"));
+    tellMedia(SIP_MEDIA, id, "v=0\r\na=recvonly\r\n");
+    const QByteArray answer = peer->receive("SIP/2.0 200");
+    EXPECT_TRUE(answer.contains("a=recvonly")) << answer.constData();
+    acknowledge(answer);
+    const auto* talk = next<tagSipMedia>(SIP_TALK, id);
+    ASSERT_TRUE(talk);
+    EXPECT_TRUE(strstr(talk->szSdp, "a=sendonly"));
+}
+
+TEST_F(SipCalls, AnOfferThatThePhoneLeavesLyingIsRefusedAndTheCallGoesOn)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nOfferMs = 200;
+    begin(setup);
+    const uint32_t id = talkIn("lying");
+    ASSERT_NE(id, 0u);
+    peer->send(within("INVITE", lastAnswer, 2, "Content-Type: application/sdp", "v=0\r\n"), agent.port());
+    const QByteArray refused = peer->receive("SIP/2.0 488");
+    EXPECT_NE(refused.toStdString(), "");
+    acknowledge(refused);
+    tellStatus(SIP_HANG_UP, id);
+    EXPECT_NE(peer->receive("BYE").toStdString(), "");
+    expectEnd(id, SIP_HUNG_UP, 0);
+}

@@ -1,0 +1,208 @@
+// Calls from here.
+#include "tests/sip/callTest.h"
+#include <cstring>
+
+namespace {
+
+// Half of the time after which a call that has ended is given up, and cancelled for that alone.
+constexpr int kBeforeGivenUpMs = 2500;
+
+} // namespace
+
+TEST_F(SipCalls, WhoIsCalledIsHeardEarlyAnswersAndIsHungUpOn)
+{
+    begin();
+    const uint32_t port = peer->port();
+    peer.reset();
+    startSipp("calledTalks.xml", port);
+    dial(5, "300");
+    const auto* progress = next<tagSipProgress>(SIP_PROGRESS, 5);
+    ASSERT_TRUE(progress);
+    EXPECT_EQ(progress->nStatus, 183u);
+    EXPECT_TRUE(strstr(progress->szSdp, "s=early")) << progress->szSdp;
+    const auto* talk = next<tagSipMedia>(SIP_TALK, 5);
+    ASSERT_TRUE(talk);
+    EXPECT_TRUE(strstr(talk->szSdp, "s=answer")) << talk->szSdp;
+    tellStatus(SIP_HANG_UP, 5);
+    expectEnd(5, SIP_HUNG_UP, 0);
+    expectSippDone();
+}
+
+TEST_F(SipCalls, AProxyThatAsksForThePasswordGetsItsDigest)
+{
+    begin();
+    dial(1, "300");
+    const QByteArray first = peer->receive("INVITE");
+    EXPECT_TRUE(headerOf(first, "From").startsWith("\"User 0\" <sip:user0@127.0.0.1")) << first.constData();
+    EXPECT_TRUE(headerOf(first, "Contact").contains(contact)) << first.constData();
+    EXPECT_TRUE(headerOf(first, "Session-Expires").startsWith("1800")) << first.constData();
+    peer->reply(first, "407 Proxy Authentication Required",
+                "Proxy-Authenticate: Digest realm=\"home\", nonce=\"n\", algorithm=SHA-256, qop=\"auth\"");
+    const QByteArray second = peer->receive("INVITE");
+    const QByteArray answer = headerOf(second, "Proxy-Authorization");
+    EXPECT_EQ(paramOf(answer, "response").toStdString(),
+              digestOf("INVITE", answer, "auth0", "s3cret:0").toStdString());
+    peer->reply(second, "407 Proxy Authentication Required",
+                "Proxy-Authenticate: Digest realm=\"home\", nonce=\"m\", algorithm=SHA-256, qop=\"auth\"");
+    expectEnd(1, SIP_REFUSED, 407);
+}
+
+TEST_F(SipCalls, AnAnonymousCallKeepsNameAndNumberBack)
+{
+    begin();
+    dial(1, "300", true);
+    const QByteArray invite = peer->receive("INVITE");
+    EXPECT_EQ(headerOf(invite, "Privacy").toStdString(), "id");
+    EXPECT_TRUE(headerOf(invite, "From").startsWith("\"Anonymous\" <sip:anonymous@anonymous.invalid>"))
+        << invite.constData();
+    EXPECT_TRUE(headerOf(invite, "P-Preferred-Identity").contains("user0@")) << invite.constData();
+}
+
+TEST_F(SipCalls, WhatBecomesOfACallIsTold)
+{
+    begin();
+    dial(1, "300");
+    peer->reply(peer->receive("INVITE"), "486 Busy Here");
+    expectEnd(1, SIP_REFUSED, 486);
+
+    dial(2, "sip:301@127.0.0.1");
+    const QByteArray invite = peer->receive("INVITE sip:301@127.0.0.1 ");
+    peer->reply(invite, "302 Moved Temporarily", "Contact: <sip:302@127.0.0.1>");
+    const auto* ended = next<tagSipEnded>(SIP_ENDED, 2);
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->eEnding, uint32_t(SIP_REDIRECTED));
+    EXPECT_STREQ(ended->szTarget, "sip:302@127.0.0.1");
+    EXPECT_EQ(peer->receive("INVITE", 300).toStdString(), "");
+
+    dial(3, "300");
+    const QByteArray ringing = peer->receive("INVITE");
+    peer->reply(ringing, "180 Ringing");
+    ASSERT_TRUE(next<tagSipProgress>(SIP_PROGRESS, 3));
+    tellStatus(SIP_HANG_UP, 3);
+    expectEnd(3, SIP_HUNG_UP, 0);
+    EXPECT_NE(peer->receive("CANCEL", kBeforeGivenUpMs).toStdString(), "");
+}
+
+TEST_F(SipCalls, WithoutARegisteredLineThereIsNoCall)
+{
+    begin();
+    UdpPeer silent;
+    agent.tell(accountAt(1, silent.port()));
+    for (const uint32_t line : {1u, 2u}) {
+        auto record = sipWire::make<tagSipDial>(SIP_DIAL, line);
+        record.nLine = line;
+        sipWire::setText(record.szTarget, "300");
+        agent.tell(record);
+        const auto* ended = next<tagSipEnded>(SIP_ENDED, line);
+        ASSERT_TRUE(ended) << line;
+        EXPECT_EQ(ended->eEnding, uint32_t(SIP_BROKEN));
+        EXPECT_STREQ(ended->szReason, "The line is not registered");
+    }
+}
+
+TEST_F(SipCalls, HoldingIsOfferedAndARefusalLeavesTheCallAsItWas)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    tellMedia(SIP_MEDIA, id, "v=0\r\na=sendonly\r\n");
+    const QByteArray hold = peer->receive("INVITE");
+    EXPECT_TRUE(hold.contains("a=sendonly")) << hold.constData();
+    EXPECT_EQ(headerOf(hold, "Call-ID").toStdString(), headerOf(lastInvite, "Call-ID").toStdString());
+    peer->reply(hold, "200 OK",
+                "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
+                    ">\r\nContent-Type: application/sdp",
+                "v=0\r\na=recvonly\r\n");
+    const auto* talk = next<tagSipMedia>(SIP_TALK, id);
+    ASSERT_TRUE(talk);
+    EXPECT_TRUE(strstr(talk->szSdp, "a=recvonly"));
+    EXPECT_NE(peer->receive("ACK").toStdString(), "");
+
+    tellMedia(SIP_MEDIA, id, "v=0\r\na=sendrecv\r\n");
+    peer->reply(peer->receive("INVITE"), "488 Not Acceptable Here");
+    talk = next<tagSipMedia>(SIP_TALK, id);
+    ASSERT_TRUE(talk);
+    EXPECT_TRUE(strstr(talk->szSdp, "a=recvonly"));
+    tellStatus(SIP_HANG_UP, id);
+    EXPECT_NE(peer->receive("BYE").toStdString(), "");
+}
+
+TEST_F(SipCalls, ATransferIsAskedForAndItsOutcomeTold)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    tellTarget(SIP_TRANSFER, id, "301");
+    const QByteArray refer = peer->receive("REFER");
+    const QByteArray server = "127.0.0.1:" + QByteArray::number(peer->port());
+    EXPECT_EQ(headerOf(refer, "Refer-To").toStdString(), "<sip:301@" + server.toStdString() + ">");
+    EXPECT_TRUE(headerOf(refer, "Referred-By").contains("user0")) << refer.constData();
+    peer->reply(refer, "202 Accepted", "Contact: <sip:300@" + server + ">");
+    const QByteArray event = "Event: refer\r\nContent-Type: message/sipfrag\r\nSubscription-State: ";
+    peer->send(within("NOTIFY", lastInvite, 11, event + "active;expires=60", "SIP/2.0 100 Trying\r\n"),
+               agent.port());
+    EXPECT_NE(peer->receive("SIP/2.0 200").toStdString(), "");
+    peer->send(
+        within("NOTIFY", lastInvite, 12, event + "terminated;reason=noresource", "SIP/2.0 486 Busy\r\n"),
+        agent.port());
+    const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->nStatus, 486u);
+
+    tellTarget(SIP_TRANSFER, id, "302");
+    peer->reply(peer->receive("REFER"), "603 Declined");
+    outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->nStatus, 603u);
+}
+
+TEST_F(SipCalls, ATransferOfWhichNobodyTellsMoreIsGivenUp)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nRingSeconds = 1;
+    begin(setup);
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    tellTarget(SIP_TRANSFER, id, "301");
+    peer->reply(peer->receive("REFER"), "202 Accepted",
+                "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">");
+    const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->nStatus, 408u);
+}
+
+TEST_F(SipCalls, ATonePressedGoesAsInfo)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    auto tone = sipWire::make<tagSipTone>(SIP_TONE, id);
+    tone.nTone = '#';
+    tone.nMs = 160;
+    agent.tell(tone);
+    const QByteArray info = peer->receive("INFO");
+    EXPECT_EQ(headerOf(info, "Content-Type").toStdString(), "application/dtmf-relay");
+    EXPECT_TRUE(info.endsWith("\r\n\r\nSignal=#\r\nDuration=160\r\n")) << info.constData();
+}
+
+TEST_F(SipCalls, TheEndOfThePhoneHangsUpAndUnregisters)
+{
+    begin();
+    ASSERT_NE(talkOut(1), 0u);
+    agent.tell(sipWire::make<tagSipHead>(SIP_END, 0));
+    const QByteArray bye = peer->receive("BYE");
+    EXPECT_EQ(headerOf(bye, "Call-ID").toStdString(), headerOf(lastInvite, "Call-ID").toStdString());
+    EXPECT_TRUE(agent.ends(5000));
+    EXPECT_FALSE(agent.hasCrashed());
+}
+
+TEST_F(SipCalls, ACallThatWasHungUpTakesNoRoomThoughTheOtherSideSaysNothing)
+{
+    begin();
+    ASSERT_NE(talkOut(1), 0u);
+    ASSERT_NE(talkOut(2), 0u);
+    tellStatus(SIP_HANG_UP, 2);
+    EXPECT_NE(peer->receive("BYE").toStdString(), "");
+    dial(3, "303");
+    EXPECT_NE(peer->receive("INVITE sip:303@").toStdString(), "");
+}

@@ -1,0 +1,388 @@
+// Accounts at their servers: what goes over the wire, and what the phone is told of it.
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/sip/agentProcess.h"
+#include "tests/sip/nameServer.h"
+#include "tests/sip/udpPeer.h"
+#include <QMap>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr const char* kMd5 = "WWW-Authenticate: Digest realm=\"home\", nonce=\"n1\", qop=\"auth\"";
+
+// Accepts whoever registers, without a password.
+void acceptOne(UdpPeer& server, int ms = AgentProcess::WAIT_MS)
+{
+    const QByteArray request = server.receive("REGISTER", ms);
+    if (!request.isEmpty())
+        server.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+}
+
+// Asks for the password once; the answer is that of the standard, and none other is accepted.
+void challengeOne(UdpPeer& server, const QByteArray& challenge, uint32_t line)
+{
+    const QByteArray first = server.receive("REGISTER");
+    EXPECT_EQ(headerOf(first, "Authorization").toStdString(), "");
+    server.reply(first, "401 Unauthorized", challenge);
+    const QByteArray second = server.receive("REGISTER");
+    const QByteArray answer = headerOf(second, "Authorization");
+    const QByteArray number = QByteArray::number(line);
+    EXPECT_EQ(paramOf(answer, "Digest username").toStdString(), "auth" + number.toStdString());
+    const QByteArray good = digestOf("REGISTER", answer, "auth" + number, "s3cret:" + number);
+    EXPECT_EQ(paramOf(answer, "response").toStdString(), good.toStdString());
+    const bool isGood = paramOf(answer, "response") == good;
+    server.reply(second, isGood ? "200 OK" : "403 Forbidden",
+                 "Contact: " + headerOf(second, "Contact") + ";expires=3600");
+}
+
+} // namespace
+
+TEST(SipRegistration, FourAccountsRegisterWithTheirPasswordsAndSayWhoTheyAre)
+{
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    for (uint32_t line = 0; line < SIP_LINE_COUNT; ++line) {
+        UdpPeer server;
+        agent.tell(accountAt(line, server.port()));
+        ASSERT_TRUE(agent.nextLine(line, SIP_LINE_REGISTERING));
+        challengeOne(server, kMd5, line);
+        const tagSipLine* state = agent.nextLine(line, SIP_LINE_REGISTERED);
+        ASSERT_TRUE(state) << line;
+        EXPECT_EQ(state->nStatus, 200u);
+    }
+}
+
+TEST(SipRegistration, EveryKindOfDigestIsAnsweredAndTheStrongestOfferIsTaken)
+{
+    const QMap<QByteArray, QByteArray> challenges = {
+        {"", "WWW-Authenticate: Digest realm=\"a \\\"b\\\"\", nonce=\"n\""},
+        {"MD5", "WWW-Authenticate: Digest realm=\"home\", nonce=\"n\", algorithm=MD5, qop=\"auth,auth-int\""},
+        {"MD5-sess",
+         "WWW-Authenticate: Digest realm=\"home\", nonce=\"n\", algorithm=MD5-sess, qop=\"auth\""},
+        {"SHA-256-sess",
+         "WWW-Authenticate: Digest realm=\"home\", nonce=\"n\", algorithm=SHA-256-sess, qop=\"auth\""},
+        {"SHA-256",
+         "WWW-Authenticate: Digest realm=\"home\", nonce=\"n\", algorithm=SHA-512-256, qop=\"auth\"\r\n"
+         "WWW-Authenticate: Digest realm=\"home\", nonce=\"n\", algorithm=SHA-256, qop=\"auth\", "
+         "opaque=\"o\"\r\n"
+         "WWW-Authenticate: Digest realm=\"home\", nonce=\"n\", algorithm=MD5, qop=\"auth\""}};
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    for (auto it = challenges.begin(); it != challenges.end(); ++it) {
+        SCOPED_TRACE(it.value().toStdString());
+        UdpPeer server;
+        agent.tell(accountAt(0, server.port()));
+        const QByteArray first = server.receive("REGISTER");
+        server.reply(first, "401 Unauthorized", it.value());
+        const QByteArray second = server.receive("REGISTER");
+        const QByteArray answer = headerOf(second, "Authorization");
+        EXPECT_EQ(paramOf(answer, "algorithm").toStdString(), it.key().toStdString());
+        if (it.key() != "") // its realm has quotes, which the test's reader does not undo
+            EXPECT_EQ(paramOf(answer, "response").toStdString(),
+                      digestOf("REGISTER", answer, "auth0", "s3cret:0").toStdString());
+        else
+            EXPECT_TRUE(answer.contains("realm=\"a \\\"b\\\"\"")) << answer.constData();
+        EXPECT_EQ(answer.contains("opaque=\"o\""), it.key() == "SHA-256");
+        server.reply(second, "200 OK", "Contact: " + headerOf(second, "Contact") + ";expires=3600");
+        ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    }
+}
+
+TEST(SipRegistration, AWrongPasswordIsRefusedForGoodUntilTheAccountIsAnother)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    agent.tell(accountAt(1, server.port()));
+    server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
+    server.reply(server.receive("REGISTER"), "401 Unauthorized", QByteArray(kMd5).replace("n1", "n2"));
+    const tagSipLine* state = agent.nextLine(1, SIP_LINE_REFUSED);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->nStatus, 401u);
+    EXPECT_EQ(state->nRetryMs, 0u);
+    EXPECT_STREQ(state->szReason, "The server does not accept name or password");
+    EXPECT_EQ(server.receive(1500).toStdString(), "");
+    agent.tell(accountAt(1, server.port()));
+    EXPECT_NE(server.receive("REGISTER").toStdString(), "");
+}
+
+TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgain)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    agent.tell(accountAt(0, server.port()));
+    server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
+    server.reply(server.receive("REGISTER"), "401 Unauthorized",
+                 "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\", stale=true");
+    const QByteArray third = server.receive("REGISTER");
+    EXPECT_EQ(paramOf(headerOf(third, "Authorization"), "nonce").toStdString(), "n2");
+    server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}
+
+TEST(SipRegistration, AChallengeThatIsNotKnownOrOfAnotherRealmIsToldAndGetsNoDigest)
+{
+    const QByteArray challenges[] = {
+        "WWW-Authenticate: Basic realm=\"home\"",
+        "WWW-Authenticate: Digest realm=\"home\", algorithm=SHA-512-256, nonce=\"n\"",
+        "WWW-Authenticate: Digest realm=\"home\", nonce=\"n\", qop=\"auth-int\"",
+        "WWW-Authenticate: Digest realm=\"other\", nonce=\"n\", qop=\"auth\"", ""};
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    for (const QByteArray& challenge : challenges) {
+        SCOPED_TRACE(challenge.toStdString());
+        UdpPeer server;
+        tagSipAccount account = accountAt(2, server.port());
+        sipWire::setText(account.szRealm, "home");
+        agent.tell(account);
+        server.reply(server.receive("REGISTER"), "401 Unauthorized", challenge);
+        const tagSipLine* state = agent.nextLine(2, SIP_LINE_REFUSED);
+        ASSERT_TRUE(state);
+        EXPECT_STRNE(state->szReason, "");
+        EXPECT_EQ(server.receive(300).toStdString(), "");
+    }
+}
+
+TEST(SipRegistration, ASilentServerIsToldOfAndTriedAgainLaterEachTime)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    agent.tell(accountAt(0, server.port()));
+    uint32_t delays[4] = {};
+    for (uint32_t& delay : delays) {
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state);
+        EXPECT_STREQ(state->szReason, "The server does not answer");
+        delay = state->nRetryMs;
+    }
+    const uint32_t first = AgentProcess::quickSetup().nRetryMs;
+    EXPECT_TRUE(delays[0] >= first / 2 && delays[0] <= first) << delays[0];
+    EXPECT_TRUE(delays[1] >= first && delays[1] <= 2 * first) << delays[1];
+    for (int i : {2, 3})
+        EXPECT_TRUE(delays[i] >= 2 * first && delays[i] <= 4 * first) << delays[i];
+    // What it has asked meanwhile may be too old to be answered.
+    bool isRegistered = false;
+    for (int i = 0; i < 100 && !isRegistered; ++i) {
+        acceptOne(server, 100);
+        isRegistered = agent.nextLine(0, SIP_LINE_REGISTERED, 50) != nullptr;
+    }
+    EXPECT_TRUE(isRegistered);
+}
+
+TEST(SipRegistration, AServerOutOfServiceIsTriedAgainAndItsPatienceIsKept)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    agent.tell(accountAt(3, server.port()));
+    server.reply(server.receive("REGISTER"), "503 Service Unavailable");
+    const tagSipLine* state = agent.nextLine(3, SIP_LINE_FAILED);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->nStatus, 503u);
+    EXPECT_STREQ(state->szReason, "Service Unavailable");
+    server.reply(server.receive("REGISTER"), "503 Service Unavailable", "Retry-After: 600");
+    state = agent.nextLine(3, SIP_LINE_FAILED);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->nRetryMs, 600000u);
+    EXPECT_EQ(server.receive(1500).toStdString(), "");
+}
+
+TEST(SipRegistration, AnAccountThatIsTakenAwayIsUnregisteredAndAnotherTakesItsPlace)
+{
+    UdpPeer server, other;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    agent.tell(accountAt(0, server.port()));
+    acceptOne(server);
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+
+    agent.tell(accountAt(0, other.port()));
+    acceptOne(other);
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    const QByteArray leaving = server.receive("REGISTER");
+    EXPECT_TRUE(headerOf(leaving, "Contact").contains("expires=0") || headerOf(leaving, "Expires") == "0")
+        << leaving.constData();
+    server.reply(leaving, "200 OK");
+
+    agent.tell(sipWire::make<tagSipAccount>(SIP_ACCOUNT, 0));
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_NONE));
+    EXPECT_NE(other.receive("REGISTER").toStdString(), "");
+}
+
+TEST(SipRegistration, AtItsEndItUnregistersAndAServerThatSaysNothingDoesNotHoldIt)
+{
+    for (const bool isPhoneGone : {false, true}) {
+        UdpPeer server;
+        AgentProcess agent;
+        ASSERT_TRUE(agent.start());
+        agent.tell(accountAt(0, server.port()));
+        acceptOne(server);
+        ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+        if (isPhoneGone)
+            agent.closeLink();
+        else
+            agent.tell(sipWire::make<tagSipHead>(SIP_END, 0));
+        const QByteArray leaving = server.receive("REGISTER");
+        EXPECT_TRUE(headerOf(leaving, "Contact").contains("expires=0") || headerOf(leaving, "Expires") == "0")
+            << leaving.constData();
+        EXPECT_TRUE(agent.ends());
+        EXPECT_FALSE(agent.hasCrashed());
+        EXPECT_EQ(agent.exitCode(), 0);
+    }
+}
+
+TEST(SipRegistration, NoPasswordIsOnTheWireOrInWhatItPrints)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(AgentProcess::quickSetup(), {"TPORT_LOG=1", "SOFIA_DEBUG=9", "NUA_DEBUG=9"}));
+    agent.tell(accountAt(0, server.port()));
+    const QByteArray first = server.receive("REGISTER");
+    server.reply(first, "401 Unauthorized", kMd5);
+    const QByteArray second = server.receive("REGISTER");
+    server.reply(second, "200 OK", "Contact: " + headerOf(second, "Contact") + ";expires=3600");
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    agent.tell(sipWire::make<tagSipHead>(SIP_END, 0));
+    server.reply(server.receive("REGISTER"), "200 OK");
+    ASSERT_TRUE(agent.ends());
+    const QByteArray printed = agent.output();
+    EXPECT_FALSE((first + second).contains("s3cret"));
+    EXPECT_FALSE(printed.contains("s3cret"));
+    EXPECT_FALSE(printed.contains("response=")) << printed.constData();
+    EXPECT_FALSE(printed.contains("account1")) << printed.constData();
+}
+
+TEST(SipRegistration, ADamagedRecordOrOneOutOfPlaceEndsItWithAnError)
+{
+    const auto call = sipWire::make<tagSipHead>(SIP_HELLO, 0);
+    tagSipHead damaged = sipWire::make<tagSipHead>(SIP_END, 0);
+    damaged.nLength = 0xffffffff;
+    for (const tagSipHead& head : {call, damaged}) {
+        AgentProcess agent;
+        ASSERT_TRUE(agent.start());
+        agent.tell(head);
+        EXPECT_TRUE(agent.ends());
+        EXPECT_FALSE(agent.hasCrashed());
+        EXPECT_EQ(agent.exitCode(), 1);
+    }
+}
+
+TEST(SipRegistration, ItTellsThatNobodyListens)
+{
+    QProcess process;
+    process.start(kit::program("hxSip"), {"/no/such/socket"});
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(process.readAllStandardError().contains("/no/such/socket"));
+    process.start(kit::program("hxSip"), QStringList());
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 2);
+}
+
+// The servers of a domain, at two addresses: what is wrong with the first is the test's.
+class SipFailover : public ::testing::Test
+{
+protected:
+    SipFailover()
+    {
+        names.addService("_sip._udp.phones.test", 20, second.port(), "two.phones.test");
+        names.addService("_sip._udp.phones.test", 10, first.port(), "one.phones.test");
+        names.addAddress("one.phones.test", "127.0.0.1");
+        names.addAddress("two.phones.test", "127.0.0.1");
+        names.start();
+    }
+    void begin()
+    {
+        tagSipSetup setup = AgentProcess::quickSetup();
+        sipWire::setText(setup.szNames, names.settings().toStdString());
+        ASSERT_TRUE(agent.start(setup));
+        tagSipAccount account = accountAt(0, 0);
+        sipWire::setText(account.szServer, "phones.test");
+        agent.tell(account);
+    }
+    void expectTheSecond()
+    {
+        const QByteArray request = second.receive("REGISTER sip:phones.test");
+        EXPECT_NE(request.toStdString(), "");
+        second.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+        EXPECT_TRUE(agent.next([](const tagSipHead& head) {
+            const auto& line = reinterpret_cast<const tagSipLine&>(head);
+            EXPECT_NE(line.eState, SIP_LINE_FAILED);
+            return head.eKind == SIP_LINE && line.eState == SIP_LINE_REGISTERED;
+        }));
+    }
+
+    UdpPeer first, second;
+    NameServer names;
+    AgentProcess agent;
+};
+
+TEST_F(SipFailover, FromASilentServerToTheNextOfItsDomain)
+{
+    begin();
+    EXPECT_NE(first.receive("REGISTER").toStdString(), "");
+    expectTheSecond();
+}
+
+TEST_F(SipFailover, FromAServerOutOfServiceToTheNextOfItsDomain)
+{
+    begin();
+    first.reply(first.receive("REGISTER"), "503 Service Unavailable", "Retry-After: 600");
+    expectTheSecond();
+}
+
+TEST_F(SipFailover, ADomainThatIsNotKnownIsToldAndAskedForAgain)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    sipWire::setText(setup.szNames, names.settings().toStdString());
+    ASSERT_TRUE(agent.start(setup));
+    tagSipAccount account = accountAt(0, 0);
+    sipWire::setText(account.szServer, "nobody.test");
+    agent.tell(account);
+    const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+    ASSERT_TRUE(state);
+    EXPECT_STREQ(state->szReason, "The server's name is not known");
+    EXPECT_GT(state->nRetryMs, 0u);
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERING));
+}
+
+TEST(SipRegistration, ADeadServerIsToldOf)
+{
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    for (const SIP_TRANSPORT transport : {SIP_UDP, SIP_TCP}) {
+        agent.tell(accountAt(0, UdpPeer::freePort(), transport));
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state) << transport;
+        EXPECT_STRNE(state->szReason, "");
+    }
+}
+
+TEST(SipRegistration, OverTcpToTheOutboundProxy)
+{
+    QTcpServer proxy;
+    ASSERT_TRUE(proxy.listen(QHostAddress::LocalHost));
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    tagSipAccount account = accountAt(0, 0, SIP_TCP);
+    sipWire::setText(account.szServer, "phones.test");
+    sipWire::setText(account.szProxy, "127.0.0.1");
+    account.nProxyPort = proxy.serverPort();
+    agent.tell(account);
+    ASSERT_TRUE(proxy.waitForNewConnection(AgentProcess::WAIT_MS));
+    QTcpSocket* link = proxy.nextPendingConnection();
+    QByteArray request;
+    while (!request.contains("\r\n\r\n") && link->waitForReadyRead(AgentProcess::WAIT_MS))
+        request += link->readAll();
+    EXPECT_TRUE(request.startsWith("REGISTER sip:phones.test SIP/2.0")) << request.constData();
+    EXPECT_TRUE(headerOf(request, "Contact").contains("transport=tcp")) << request.constData();
+    EXPECT_EQ(headerOf(request, "User-Agent").toStdString(), "Test");
+    link->write(
+        UdpPeer::replyTo(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
+    ASSERT_TRUE(link->waitForBytesWritten());
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}

@@ -1,0 +1,125 @@
+// Records between the phone and its SIP user agent, whole and damaged.
+#include "sip/sipWire.h"
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace {
+
+using sipWire::TAKEN;
+
+tagSipAccount soundAccount()
+{
+    auto account = sipWire::make<tagSipAccount>(SIP_ACCOUNT, 2);
+    sipWire::setText(account.szUser, "anna");
+    sipWire::setText(account.szServer, "sip.example.com");
+    account.nExpires = 3600;
+    return account;
+}
+
+template <typename Record>
+TAKEN taken(const Record& record)
+{
+    sipWire::Reader reader;
+    reader.add(&record, sizeof record);
+    return reader.take();
+}
+
+} // namespace
+
+TEST(SipWire, ARecordComesOutAsItWentInWhateverThePieces)
+{
+    const tagSipAccount account = soundAccount();
+    const auto hello = sipWire::make<tagSipHead>(SIP_HELLO, 0);
+    sipWire::Reader reader;
+    const char* bytes = reinterpret_cast<const char*>(&account);
+    for (size_t i = 0; i + 1 < sizeof account; ++i) {
+        reader.add(bytes + i, 1);
+        ASSERT_EQ(reader.take(), TAKEN::NEED_MORE) << i;
+    }
+    reader.add(bytes + sizeof account - 1, 1);
+    reader.add(&hello, sizeof hello);
+    ASSERT_EQ(reader.take(), TAKEN::RECORD);
+    EXPECT_EQ(memcmp(&reader.as<tagSipAccount>(), &account, sizeof account), 0);
+    ASSERT_EQ(reader.take(), TAKEN::RECORD);
+    EXPECT_EQ(reader.head().eKind, SIP_HELLO);
+    EXPECT_EQ(reader.take(), TAKEN::NEED_MORE);
+    EXPECT_EQ(reader.size(), 0u);
+}
+
+TEST(SipWire, ARecordTooLongTooShortOrOfAnUnknownKindIsRefusedByItsHeadAlone)
+{
+    for (int off : {-1, 1, 1 << 20}) {
+        tagSipAccount account = soundAccount();
+        account.head.nLength += uint32_t(off);
+        sipWire::Reader reader;
+        reader.add(&account.head, sizeof account.head);
+        EXPECT_EQ(reader.take(), TAKEN::BAD) << off;
+    }
+    for (uint32_t kind : {0u, 4u, 99u, 0xffffffffu}) {
+        tagSipHead head = sipWire::make<tagSipHead>(SIP_END, 0);
+        head.eKind = kind;
+        EXPECT_EQ(taken(head), TAKEN::BAD) << kind;
+    }
+}
+
+TEST(SipWire, ATextWithoutAnEndOrWithControlCharactersIsRefused)
+{
+    tagSipAccount account = soundAccount();
+    memset(account.szUser, 'a', sizeof account.szUser);
+    EXPECT_EQ(taken(account), TAKEN::BAD);
+    account.szUser[sizeof account.szUser - 1] = 0;
+    EXPECT_EQ(taken(account), TAKEN::RECORD);
+    memcpy(account.szUser, "a\r\nTo: b", 9);
+    EXPECT_EQ(taken(account), TAKEN::BAD);
+
+    auto media = sipWire::make<tagSipMedia>(SIP_TALK, SIP_CALL_FIRST);
+    sipWire::setText(media.szSdp, "v=0\r\ns=-\r\n");
+    EXPECT_EQ(taken(media), TAKEN::RECORD);
+    media.szSdp[1] = 7;
+    EXPECT_EQ(taken(media), TAKEN::BAD);
+    memset(media.szSdp, 'a', sizeof media.szSdp);
+    EXPECT_EQ(taken(media), TAKEN::BAD);
+}
+
+TEST(SipWire, NumbersKeepTheirRanges)
+{
+    tagSipAccount account = soundAccount();
+    account.nPort = 65536;
+    EXPECT_EQ(taken(account), TAKEN::BAD);
+    account = soundAccount();
+    account.eTransport = SIP_TLS + 1;
+    EXPECT_EQ(taken(account), TAKEN::BAD);
+    account = soundAccount();
+    account.head.nId = SIP_LINE_COUNT;
+    EXPECT_EQ(taken(account), TAKEN::BAD);
+    account = soundAccount();
+    account.head.nUnused = 1;
+    EXPECT_EQ(taken(account), TAKEN::BAD);
+    account = soundAccount();
+    account.nExpires = 59;
+    EXPECT_EQ(taken(account), TAKEN::BAD);
+    EXPECT_EQ(taken(sipWire::make<tagSipAccount>(SIP_ACCOUNT, 0)), TAKEN::RECORD);
+
+    auto tone = sipWire::make<tagSipTone>(SIP_TONE, SIP_CALL_FIRST);
+    tone.nMs = 100;
+    tone.nTone = '5';
+    EXPECT_EQ(taken(tone), TAKEN::RECORD);
+    tone.nTone = '=';
+    EXPECT_EQ(taken(tone), TAKEN::BAD);
+
+    auto dial = sipWire::make<tagSipDial>(SIP_DIAL, SIP_CALL_FIRST_INCOMING);
+    EXPECT_EQ(taken(dial), TAKEN::BAD);
+    dial.head.nId = SIP_CALL_FIRST;
+    EXPECT_EQ(taken(dial), TAKEN::RECORD);
+}
+
+TEST(SipWire, ATextIsShortenedAtTheEndOfACharacterAndLosesWhatControls)
+{
+    char text[8];
+    sipWire::setText(text, "abcdef\xc3\xa4");
+    EXPECT_STREQ(text, "abcdef");
+    sipWire::setText(text, "abcde\xc3\xa4");
+    EXPECT_STREQ(text, "abcde\xc3\xa4");
+    sipWire::setText(text, "a\r\nb\tc");
+    EXPECT_STREQ(text, "abc");
+}
