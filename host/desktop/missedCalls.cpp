@@ -2,6 +2,7 @@
 #include "host/services/phone/phoneService.h"
 #include "support/host/registry.h"
 #include "support/host/task.h"
+#include <QMutex>
 
 namespace {
 
@@ -14,6 +15,9 @@ class StoreAction : public taskAction
 public:
     int exec() override
     {
+        // The count that is stored last is the newest, and none gives way to one that a slow disk keeps.
+        static QMutex oneAtATime;
+        const QMutexLocker lock(&oneAtATime);
         nuxSetRegistryInt(kFile, kSection, kKey, missedCalls::instance().count());
         return 1;
     }
