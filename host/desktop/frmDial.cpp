@@ -102,7 +102,7 @@ frmDial::~frmDial() = default;
 
 void frmDial::openToCall(const QString& typed, int line)
 {
-    open(DIAL_CALL, 0, typed);
+    begin(DIAL_CALL, 0, typed);
     m_ui->wgtLines->refresh();
     m_ui->wgtLines->setLine(line);
     if (typed.isEmpty() && phoneService::instance().calls().isEmpty())
@@ -111,10 +111,10 @@ void frmDial::openToCall(const QString& typed, int line)
 
 void frmDial::openForCall(DIAL_FOR purpose, int call)
 {
-    open(purpose, call, QString());
+    begin(purpose, call, QString());
 }
 
-void frmDial::open(DIAL_FOR purpose, int call, const QString& typed)
+void frmDial::begin(DIAL_FOR purpose, int call, const QString& typed)
 {
     m_hotline.stop();
     m_eFor = purpose;

@@ -40,7 +40,7 @@ private slots:
     void on_click_Back();
 
 private:
-    void open(DIAL_FOR purpose, int call, const QString& typed);
+    void begin(DIAL_FOR purpose, int call, const QString& typed);
     void showPurpose();
     void showEntries();
     void renewEntries();
