@@ -10,11 +10,8 @@
 #include "support/host/screen.h"
 #include "tests/applets_weather/weatherPageStand.h"
 #include "tests/kit/kitTime.h"
-#include <QAbstractButton>
-#include <QFile>
 #include <QLabel>
 #include <QPointer>
-#include <QThread>
 #include <QTimer>
 #include <utility>
 
