@@ -204,6 +204,27 @@ TEST_F(CalibrationPage, ALiftedFingerKeepsTheSamplesSoFar)
     EXPECT_TRUE(traces().contains("Took 24 samples..."));
 }
 
+TEST_F(CalibrationPage, AFingerThatComesDownAgainGoesOnWithTheSamplesSoFar)
+{
+    openPage();
+    kit::press({400, 100});
+    send(report(100, 100, 9) + report(100, 100, 9) + lifted());
+    kit::stepTime(1000);
+    kit::release({400, 100});
+    kit::stepTime(1000);
+    EXPECT_EQ(cross(), kPlaces[0]);
+    mark();
+    kit::press({400, 100});
+    kit::stepTime(1000);
+    QByteArray reports;
+    for (int i = 0; i < 11; ++i) // two samples each but for the first
+        reports += report(100, 100, 9);
+    send(reports);
+    kit::stepTime(1000);
+    EXPECT_EQ(cross(), kPlaces[1]) << "3 before and 21 now";
+    EXPECT_TRUE(traces().contains("Took 24 samples..."));
+}
+
 TEST_F(CalibrationPage, ANewPointBeginsOnlyAfterTheFingerHasLeft)
 {
     openPage();

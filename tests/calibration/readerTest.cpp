@@ -8,7 +8,10 @@
 #include <QElapsedTimer>
 #include <cerrno>
 #include <cstdarg>
+#include <ctime>
 #include <fcntl.h>
+#include <functional>
+#include <poll.h>
 #include <random>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -71,6 +74,18 @@ protected:
         ASSERT_EQ(::write(m_nWriter, bytes.constData(), size_t(bytes.size())), bytes.size());
     }
     void put(const std::vector<tagRecord>& records) { put(shortRecords(records)); }
+    // How long that takes, by a clock that no test moves.
+    static double msOf(const std::function<void()>& action)
+    {
+        const auto now = [] {
+            timespec time = {};
+            syscall(SYS_clock_gettime, CLOCK_MONOTONIC, &time);
+            return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+        };
+        const double before = now();
+        action();
+        return now() - before;
+    }
     // Buffers hold a pressure that no record has.
     std::vector<ts_sample> read(int count)
     {
@@ -211,6 +226,30 @@ TEST_F(RawReader, NothingForATenthOfASecondIsASampleWithoutPositionThatKeepsTheP
     const std::vector<ts_sample> samples = read(2);
     expectSample(samples[0], 10, 20, 0);
     expectSample(samples[1], 0, 0, kUntouched, 0);
+}
+
+TEST_F(RawReader, TheWaitForASampleIsATenthOfASecond)
+{
+    constexpr int kWaits = 5;
+    const double waited = msOf([this] { read(kWaits); });
+    const double known = msOf([] {
+        for (int i = 0; i < kWaits; ++i)
+            poll(nullptr, 0, 100);
+    });
+    EXPECT_GT(waited, 0.3 * known);
+    EXPECT_LT(waited, 3 * known);
+}
+
+TEST_F(RawReader, AnotherKindOfEventWaitsForNothingOnASilentDevice)
+{
+    constexpr int kSamples = 5;
+    const double waited = msOf([this] { read(kSamples); });
+    qputenv("TSLIB_TSEVENTTYPE", "INPUT");
+    const double returned = msOf([this] {
+        for (const ts_sample& sample : read(kSamples))
+            expectUntouched(sample);
+    });
+    EXPECT_LT(10 * returned, waited);
 }
 
 TEST_F(RawReader, AnotherKindOfEventInTheEnvironmentReadsNothing)

@@ -27,6 +27,7 @@ namespace {
 
 constexpr unsigned kPause = 0x110004;
 constexpr unsigned kResume = 0x110005;
+constexpr unsigned kStop = 0x110006;
 constexpr unsigned kPrevious = 0x110007;
 constexpr unsigned kNext = 0x110008;
 constexpr unsigned kSessionStop = 0x70002;
@@ -491,6 +492,21 @@ TEST_F(Films, APulledDiskEndsThePreviewOfItsOwnFilmOnly)
     unplug("b");
 }
 
+TEST_F(Films, APulledDiskLeavesTheFilmOfThePhonePlaying)
+{
+    plug(STORAGE_USB, "a");
+    start(PreviewVideoFile, "/rundata/a.mp4");
+    EXPECT_EQ(heard(3), kPlayOne);
+    unplug("a");
+    EXPECT_EQ(dev_get_output_volume(), 50) << "the film's own";
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(media->messages().isEmpty());
+    kit::key(Qt::Key_F4);
+    EXPECT_EQ(top(), "page");
+    EXPECT_EQ(heard(2), QList<unsigned>({kPause, kStop})) << "what the keys did, and nothing before";
+    expectTornDown();
+}
+
 TEST_F(Films, TheListPlaysAndArrowsMoveInIt)
 {
     putFilms(2);
@@ -583,6 +599,15 @@ TEST_F(Films, TheSaverIsMuteUnlessSetOtherwiseAndSilencesTheRing)
     EXPECT_EQ(nuxSetRegistryInt("/rundata/config/user/user.ini", "ScreenSaver", "bScreenSaverMute", 0), 1);
     start(StartScreenSaver_VideoView);
     EXPECT_EQ(dev_get_output_mute(), 0);
+}
+
+TEST_F(Films, AnUpdateDoesNotHoldTheSaverOff)
+{
+    putFilms(1);
+    CAutoUpgrade::GetInstance()->SetUpgrading(1);
+    start(StartScreenSaver_VideoView);
+    EXPECT_EQ(top(), "dlgVideoScreen");
+    EXPECT_EQ(heard(3), kPlayOne);
 }
 
 TEST_F(Films, ATouchOrAKeyEndsTheSaver)

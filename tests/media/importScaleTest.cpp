@@ -68,13 +68,16 @@ TEST_F(ImportScale, BlanksAreTakenOutOfTheNameAndItKeepsItsLetters)
 
 TEST_F(ImportScale, ANameInOtherLettersBecomesTheTime)
 {
+    QRgb colour = 0xff2060a0;
     for (const char* name : {"\xE9\x9F\xB3.png", "a-b.png", "a(1).png", "a\nb.png"}) {
-        put(QString::fromUtf8(name), picture("PNG", 20, 10));
+        colour += 0x200000;
+        put(QString::fromUtf8(name), picture("PNG", 20, 10, colour));
         openContacts();
         enter();
         setSecond(5);
         EXPECT_EQ(import(QString::fromUtf8(name)), Texts{"Successful loading!"}) << name;
         EXPECT_EQ(filesThere(), Texts{now() + ".png"}) << "those of one second overwrite each other";
+        EXPECT_EQ(imported(now() + ".png").pixel(63, 63), colour) << name;
         delete page;
     }
     openContacts();

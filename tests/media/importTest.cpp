@@ -78,6 +78,19 @@ TEST_F(Import, ARingToneIsEnteredUnderItsBareName)
     EXPECT_EQ(ringNames().last(), "My Tune.wav /rundata/media/ring/My Tune.wav");
 }
 
+TEST_F(Import, AFolderWithAShortNameLeavesTheNameOfTheToneBare)
+{
+    writeFile("/phone/resource/mediafile.xml",
+              "<MediaFile><sound filter=\"*.wav\"><filelist><item path=\"/rundata/media/ring\" "
+              "shortname=\"My/\"/></filelist></sound></MediaFile>");
+    put("tune.wav", "tune");
+    open<dlgSoundImport>("sound");
+    enter();
+    ASSERT_EQ(ringNames(), Texts());
+    EXPECT_EQ(import("tune.wav"), Texts{"Successful loading!"});
+    EXPECT_EQ(ringNames(), Texts{"tune.wav /rundata/media/ring/tune.wav"});
+}
+
 TEST_F(Import, WhoIsToldOfASuccessFindsItDoneAndHasTimeToRead)
 {
     put("tune.wav");

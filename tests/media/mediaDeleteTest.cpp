@@ -4,6 +4,7 @@
 #include "support/host/desktop.h"
 #include "support/host/dialogs.h"
 #include "support/host/picture.h"
+#include "support/host/registry.h"
 #include "support/host/screen.h"
 #include "support/host/xmlcache.h"
 #include "tests/file/failingCalls.h"
@@ -14,11 +15,42 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <functional>
 #include <sys/stat.h>
+
+#define USER_FILE "/rundata/config/user/user.ini"
 
 namespace {
 
-#define USER_FILE "/rundata/config/user/user.ini"
+QStringList s_resets;       // of the home screen's picture: what is stored and how often it was told by then
+QStringList s_ringRemovals; // name and path
+std::function<int()> s_broadcasts;
+
+} // namespace
+
+extern "C" void __real__Z20desktop_SetWallPaperPKc(const char* path);
+extern "C" void __wrap__Z20desktop_SetWallPaperPKc(const char* path);
+extern "C" void __real__ZN11qMyXmlCache18removeRingFileDataEPKcS1_(qMyXmlCache* cache, const char* name,
+                                                                   const char* path);
+extern "C" void __wrap__ZN11qMyXmlCache18removeRingFileDataEPKcS1_(qMyXmlCache* cache, const char* name,
+                                                                   const char* path);
+
+void __wrap__Z20desktop_SetWallPaperPKc(const char* path)
+{
+    const chString stored = NUX_SubClass::nuxGetRegistryString(USER_FILE, "Theme", "strWallpaper", "");
+    s_resets.append(
+        QString("%1 %2").arg(path ? path : toQString(stored)).arg(s_broadcasts ? s_broadcasts() : 0));
+    __real__Z20desktop_SetWallPaperPKc(path);
+}
+
+void __wrap__ZN11qMyXmlCache18removeRingFileDataEPKcS1_(qMyXmlCache* cache, const char* name,
+                                                        const char* path)
+{
+    s_ringRemovals.append(QString(name) + " " + path);
+    __real__ZN11qMyXmlCache18removeRingFileDataEPKcS1_(cache, name, path);
+}
+
+namespace {
 
 const char* const kContacts = "/rundata/data/contactData.xml";
 const char* const kStockWallpaper = "/phone/resource/sysdata/wallpaper/wallpaper.jpg";
@@ -28,7 +60,14 @@ class MediaDelete : public MediaManagerTest
 {
 protected:
     // The hand that answers boxes takes its time.
-    MediaDelete() { kit::holdClocks(false); }
+    MediaDelete()
+    {
+        kit::holdClocks(false);
+        s_resets.clear();
+        s_ringRemovals.clear();
+        s_broadcasts = [this] { return int(logged("broadcast").size()); };
+    }
+    ~MediaDelete() override { s_broadcasts = nullptr; }
     // The boxes that Delete shows while they are answered so.
     QStringList askedWhenDeleting(const QStringList& answers)
     {
@@ -179,6 +218,17 @@ TEST_F(MediaDelete, TheWallpaperGoesAndTheStockOneComes)
     expectChangesTold({"17 0"});
     softKey(3);
     EXPECT_TRUE(kit::waitUntil([&] { return !isRed(); }, 20000)) << "the home screen shows it on";
+}
+
+TEST_F(MediaDelete, TheHomeScreenGetsTheStockPictureAtOnce)
+{
+    putPhotos({"a.png"});
+    putWallpaper("/rundata/media/image/a.png");
+    open("Photo Manager");
+    s_resets.clear();
+    mark();
+    askedWhenDeleting({"yes"});
+    EXPECT_EQ(s_resets.value(0), QString(kStockWallpaper) + " 0") << "stored, and told to nobody yet";
 }
 
 TEST_F(MediaDelete, TheWallpaperIsStoredBeforeAnybodyIsTold)
@@ -360,6 +410,7 @@ TEST_F(MediaDelete, ARingToneLeavesTheListOfThePhoneUnderItsVisibleName)
     getMyXmlCache()->addRingFileData("a.wav", "/rundata/media/ring/a.wav");
     open("Sound Manager");
     EXPECT_EQ(askedWhenDeleting({"yes"}), QStringList({"Delete My/a.wav?"}));
+    EXPECT_EQ(s_ringRemovals, QStringList({"My/a.wav /rundata/media/ring/a.wav"}));
     EXPECT_EQ(ringFiles(), QStringList({"My/b.wav /rundata/media/ring/b.wav"}));
 }
 

@@ -62,6 +62,21 @@ TEST_F(Preview, TheSameFileTwiceWhileItIsActiveDoesNothing)
     EXPECT_EQ(preview.starts.size(), 2);
 }
 
+TEST_F(Preview, TheSameFileTwiceAfterItsDelayGoesOnUndisturbed)
+{
+    for (const int delay : {500, 1000}) {
+        CountedPreview preview(delay);
+        preview.startPreview("/rundata/a.jpg");
+        kit::stepTime(delay);
+        ASSERT_EQ(preview.starts.size(), 1);
+        EXPECT_EQ(preview.startPreview("/rundata/a.jpg"), 1);
+        EXPECT_TRUE(preview.IsActive());
+        kit::stepTime(2 * delay);
+        EXPECT_EQ(preview.starts.size(), 1) << delay;
+        EXPECT_EQ(preview.stops, 0) << delay;
+    }
+}
+
 TEST_F(Preview, TheSameFileAfterAStopStartsAgain)
 {
     CountedPreview preview(0);

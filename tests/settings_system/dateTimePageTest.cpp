@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QRadioButton>
+#include <functional>
 
 #define USER_FILE "/rundata/config/user/user.ini"
 #define ZONE_FILE "/phone/resource/AutoDST.xml"
@@ -302,6 +303,30 @@ TEST_F(DateTimePage, TheClockByHandIsCorrectedAndNeverRefused)
     expectSaved();
     EXPECT_EQ(logged("clock"), QStringList{"1970-01-01 00:07:00"});
     expectStored(SYSTEM_FILE, "LocalTime", "strPrimaryNTPServer", "not a server!");
+}
+
+// Whichever way the focus goes: a finger on another field, or the key that leads on.
+TEST_F(DateTimePage, AYearIsLeftAloneWhileItIsTypedAndWholeWhenTheFocusLeavesIt)
+{
+    openManual();
+    QLineEdit* year = child<QLineEdit>("editYear");
+    const std::function<void()> ways[] = {[this] { kit::tap(child<QLineEdit>("editMonth")); },
+                                          [] { kit::key(Qt::Key_Tab); }};
+    for (const auto& leave : ways) {
+        for (const char* text : {"", "2", "999", "1000"}) {
+            enter("editYear", text);
+            ASSERT_TRUE(year->hasFocus());
+            EXPECT_EQ(year->text(), text);
+            leave();
+            kit::settle();
+            ASSERT_FALSE(year->hasFocus());
+            EXPECT_EQ(year->text(), "1970") << text;
+        }
+        enter("editYear", "2031");
+        leave();
+        kit::settle();
+        EXPECT_EQ(year->text(), "2031");
+    }
 }
 
 TEST_F(DateTimePage, AServerThatIsNoneIsRefused)
