@@ -5,6 +5,7 @@
 #include "tests/applets_weather/weatherPageStand.h"
 #include "tests/kit/kitTime.h"
 #include <QAbstractButton>
+#include <QFile>
 #include <QPointer>
 #include <QThread>
 #include <QTimer>
