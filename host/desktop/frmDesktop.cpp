@@ -35,7 +35,6 @@ constexpr int kColumns = 6;
 constexpr int kColumnWidth = 128;
 constexpr QRect kDialKey(392, 62, 84, 84);
 constexpr QRect kWeather(492, 54, 288, 104);
-constexpr int kLongestNumber = 32;
 const char* const kUserIni = "/rundata/config/user/user.ini";
 const char* const kOwnPictures = "/phone/"; // small, and there at once
 const char* const kWallpapers = "/phone/resource/sysdata/wallpaper/";
