@@ -121,7 +121,7 @@ bool removeUnfinished(const taskHoldRef& hold)
 class TaskThreads : public QThreadPool
 {
 public:
-    TaskThreads() { setMaxThreadCount(kTaskThreads); }
+    TaskThreads() { setMaxThreadCount(kTaskThreads); setExpiryTimeout(-1); }
     ~TaskThreads() override { clear(); }
 };
 
