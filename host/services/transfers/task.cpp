@@ -121,7 +121,11 @@ bool removeUnfinished(const taskHoldRef& hold)
 class TaskThreads : public QThreadPool
 {
 public:
-    TaskThreads() { setMaxThreadCount(kTaskThreads); setExpiryTimeout(-1); }
+    TaskThreads()
+    {
+        setMaxThreadCount(kTaskThreads);
+        setExpiryTimeout(-1);
+    }
     ~TaskThreads() override { clear(); }
 };
 
