@@ -121,11 +121,7 @@ bool removeUnfinished(const taskHoldRef& hold)
 class TaskThreads : public QThreadPool
 {
 public:
-    TaskThreads()
-    {
-        setMaxThreadCount(kTaskThreads);
-        setExpiryTimeout(-1);
-    }
+    TaskThreads() { setMaxThreadCount(kTaskThreads); }
     ~TaskThreads() override { clear(); }
 };
 
