@@ -9,7 +9,8 @@
 // What a phone holds that nobody uses.
 struct tagHeld
 {
-    double dirtyKiB = 0; // of memory that is its own
+    double usedKiB = 0;  // of what it has asked the allocator for
+    double dirtyKiB = 0; // of memory that is its own, with what the allocator has over
     int handles = 0;
     int files = 0; // below its root, without the history of calls
 };
