@@ -46,7 +46,8 @@ constexpr int kAnswerMs = 5000;
 constexpr int kTurnMs = 30;
 constexpr int kQuestions = 24 * 60; // of a day, one a minute, at each of the pages
 constexpr int kFirstQuestions = 100;
-constexpr int kAtOnce = 20; // before somebody leaves the page
+constexpr int kAtOnce = 20;      // before somebody leaves the page
+constexpr int kQuietSeconds = 3; // then the phone has given back what its windows took
 constexpr double kMostGrowth = 2;
 constexpr int kCardSeconds = 300;
 constexpr int kCardComesSeconds = 20; // after the boot, with the looks for its picture
@@ -262,6 +263,7 @@ qsizetype filesOf(const QString& root)
 
 tagHeld heldBy(const UsedPhone& phone)
 {
+    QThread::sleep(kQuietSeconds);
     const QDir handles(QString("/proc/%1/fd").arg(phone.pid()));
     return {privateKiB(phone.pid()),
             handles.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(),
@@ -294,7 +296,8 @@ bool useStock(UsedPhone& phone, int first, int last)
     return isGood && phone.goHome();
 }
 
-bool useUntil(UsedPhone& phone, int& asked, int last)
+// What it holds then.
+bool useUntil(UsedPhone& phone, int& asked, int last, tagHeld& held)
 {
     while (asked < last) {
         const int next = std::min(asked + kAtOnce, last);
@@ -302,7 +305,7 @@ bool useUntil(UsedPhone& phone, int& asked, int last)
             return false;
         asked = next;
     }
-    const tagHeld held = heldBy(phone);
+    held = heldBy(phone);
     printf("after %4d questions at each page: %.0f KiB, %d handles, %d files\n", asked, held.privateKiB,
            int(held.handles), int(held.files));
     return true;
@@ -311,15 +314,14 @@ bool useUntil(UsedPhone& phone, int& asked, int last)
 bool benchDay(RatioTable& table, const SignServer& server)
 {
     UsedPhone phone(server, kCodes);
+    tagHeld first, last;
     int asked = 0;
-    if (!phone.start() || !useUntil(phone, asked, kFirstQuestions))
+    if (!phone.start() || !useUntil(phone, asked, kFirstQuestions, first))
         return false;
-    const tagHeld first = heldBy(phone);
     for (int hour = 4; hour <= 24; hour += 4) {
-        if (!useUntil(phone, asked, kQuestions * hour / 24))
+        if (!useUntil(phone, asked, kQuestions * hour / 24, last))
             return false;
     }
-    const tagHeld last = heldBy(phone);
     table.add(QString("private memory grown over %1 searches and quotes").arg(kQuestions),
               100 * (last.privateKiB / first.privateKiB - 1), kMostGrowth, "%");
     table.add("handles grown", double(last.handles - first.handles), 0, "");
