@@ -279,21 +279,34 @@ UsedPhone::REFRESH refreshOf(int question)
     return question / 2 % (2 * steps) < steps ? UsedPhone::REFRESH_NEXT : UsedPhone::REFRESH_PREVIOUS;
 }
 
+bool tellMissing(UsedPhone& phone, const char* page, int question)
+{
+    printf("question %d at \"%s\" has no answer, on top is \"%s\"\n", question, page,
+           qPrintable(phone.top()));
+    return false;
+}
+
 // The questions of that page from the first number up to the last; false at one that has no answer.
 bool useWeather(UsedPhone& phone, int first, int last)
 {
-    bool isGood = phone.open("Weather", "dlgWeather");
-    for (int i = first; i < last && isGood; ++i)
-        isGood = phone.search(cityOf(i));
-    return isGood && phone.goHome();
+    if (!phone.open("Weather", "dlgWeather"))
+        return tellMissing(phone, "Weather", first);
+    for (int i = first; i < last; ++i) {
+        if (!phone.search(cityOf(i)))
+            return tellMissing(phone, "Weather", i);
+    }
+    return phone.goHome();
 }
 
 bool useStock(UsedPhone& phone, int first, int last)
 {
-    bool isGood = phone.open("Stock", "dlgStock");
-    for (int i = first; i < last && isGood; ++i)
-        isGood = phone.refresh(refreshOf(i));
-    return isGood && phone.goHome();
+    if (!phone.open("Stock", "dlgStock"))
+        return tellMissing(phone, "Stock", first);
+    for (int i = first; i < last; ++i) {
+        if (!phone.refresh(refreshOf(i)))
+            return tellMissing(phone, "Stock", i);
+    }
+    return phone.goHome();
 }
 
 // What it holds then.
