@@ -36,6 +36,7 @@
 #include <ctime>
 #include <functional>
 #include <pthread.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -46,7 +47,8 @@ constexpr int kAnswerMs = 5000;
 constexpr int kTurnMs = 30;
 constexpr int kQuestions = 24 * 60; // of a day, one a minute, at each of the pages
 constexpr int kFirstQuestions = 100;
-constexpr int kAtOnce = 20; // before somebody leaves the page
+constexpr int kAtOnce = 20;      // before somebody leaves the page
+constexpr int kQuietSeconds = 3; // then the phone has given back what its windows took
 constexpr double kMostGrowth = 2;
 constexpr int kCardSeconds = 300;
 constexpr int kCardComesSeconds = 20; // after the boot, with the looks for its picture
@@ -262,39 +264,54 @@ qsizetype filesOf(const QString& root)
 
 tagHeld heldBy(const UsedPhone& phone)
 {
+    QThread::sleep(kQuietSeconds);
     const QDir handles(QString("/proc/%1/fd").arg(phone.pid()));
     return {privateKiB(phone.pid()),
             handles.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(),
             filesOf(phone.root())};
 }
 
-// To the end of the list and back; every other time the same stock again.
+// The page opens at the first stock: from there to the last and one back; every other time the same again.
 UsedPhone::REFRESH refreshOf(int question)
 {
+    const int step = question % kAtOnce / 2;
     if (question % 2)
         return UsedPhone::REFRESH_SAME;
-    const auto steps = kCodes.size() - 1;
-    return question / 2 % (2 * steps) < steps ? UsedPhone::REFRESH_NEXT : UsedPhone::REFRESH_PREVIOUS;
+    return step % kCodes.size() < kCodes.size() - 1 ? UsedPhone::REFRESH_NEXT : UsedPhone::REFRESH_PREVIOUS;
+}
+
+bool tellMissing(UsedPhone& phone, const char* page, int question)
+{
+    printf("question %d at \"%s\" has no answer, on top is \"%s\"\n", question, page,
+           qPrintable(phone.top()));
+    return false;
 }
 
 // The questions of that page from the first number up to the last; false at one that has no answer.
 bool useWeather(UsedPhone& phone, int first, int last)
 {
-    bool isGood = phone.open("Weather", "dlgWeather");
-    for (int i = first; i < last && isGood; ++i)
-        isGood = phone.search(cityOf(i));
-    return isGood && phone.goHome();
+    if (!phone.open("Weather", "dlgWeather"))
+        return tellMissing(phone, "Weather", first);
+    for (int i = first; i < last; ++i) {
+        if (!phone.search(cityOf(i)))
+            return tellMissing(phone, "Weather", i);
+    }
+    return phone.goHome();
 }
 
 bool useStock(UsedPhone& phone, int first, int last)
 {
-    bool isGood = phone.open("Stock", "dlgStock");
-    for (int i = first; i < last && isGood; ++i)
-        isGood = phone.refresh(refreshOf(i));
-    return isGood && phone.goHome();
+    if (!phone.open("Stock", "dlgStock"))
+        return tellMissing(phone, "Stock", first);
+    for (int i = first; i < last; ++i) {
+        if (!phone.refresh(refreshOf(i)))
+            return tellMissing(phone, "Stock", i);
+    }
+    return phone.goHome();
 }
 
-bool useUntil(UsedPhone& phone, int& asked, int last)
+// What it holds then.
+bool useUntil(UsedPhone& phone, int& asked, int last, tagHeld& held)
 {
     while (asked < last) {
         const int next = std::min(asked + kAtOnce, last);
@@ -302,7 +319,7 @@ bool useUntil(UsedPhone& phone, int& asked, int last)
             return false;
         asked = next;
     }
-    const tagHeld held = heldBy(phone);
+    held = heldBy(phone);
     printf("after %4d questions at each page: %.0f KiB, %d handles, %d files\n", asked, held.privateKiB,
            int(held.handles), int(held.files));
     return true;
@@ -311,15 +328,23 @@ bool useUntil(UsedPhone& phone, int& asked, int last)
 bool benchDay(RatioTable& table, const SignServer& server)
 {
     UsedPhone phone(server, kCodes);
+    const std::pair<int, int> before(server.requestsFor("weather="), server.requestsFor("stock="));
+    tagHeld first, last;
     int asked = 0;
-    if (!phone.start() || !useUntil(phone, asked, kFirstQuestions))
+    if (!phone.start() || !useUntil(phone, asked, kFirstQuestions, first))
         return false;
-    const tagHeld first = heldBy(phone);
     for (int hour = 4; hour <= 24; hour += 4) {
-        if (!useUntil(phone, asked, kQuestions * hour / 24))
+        if (!useUntil(phone, asked, kQuestions * hour / 24, last))
             return false;
     }
-    const tagHeld last = heldBy(phone);
+    // Each page asks once more when it opens.
+    const int opened = kQuestions / kAtOnce;
+    const int searches = server.requestsFor("weather=") - before.first;
+    const int quotes = server.requestsFor("stock=") - before.second;
+    printf("%d searches and %d quotes were asked for, %d of each by opening a page\n", searches, quotes,
+           opened);
+    if (std::min(searches, quotes) < kQuestions + opened)
+        return false;
     table.add(QString("private memory grown over %1 searches and quotes").arg(kQuestions),
               100 * (last.privateKiB / first.privateKiB - 1), kMostGrowth, "%");
     table.add("handles grown", double(last.handles - first.handles), 0, "");

@@ -66,6 +66,11 @@ QJsonObject UsedPhone::widget(const QString& name)
     return {};
 }
 
+QString UsedPhone::top()
+{
+    return m_link.ask({"screen"}).toObject()["top"].toString();
+}
+
 bool UsedPhone::tap(const QString& name)
 {
     const QJsonObject at = widget(name);
@@ -81,7 +86,7 @@ bool UsedPhone::open(const QString& page, const QString& className)
 bool UsedPhone::goHome()
 {
     for (int backs = 0; backs < kMostBacks; ++backs) {
-        if (m_link.ask({"screen"}).toObject()["top"] == "frmDesktop")
+        if (top() == "frmDesktop")
             return waitIdle();
         ask({"key", "F4"});
     }

@@ -33,6 +33,8 @@ public:
     // Of the user's key file.
     bool setKey(const QString& section, const QString& key, const QString& value);
 
+    // The class of the window on top; empty when the phone does not answer.
+    QString top();
     // A widget of the window on top; without a name where there is none.
     QJsonObject widget(const QString& name);
     qint64 pid() const { return m_phone.pid(); }

@@ -11,7 +11,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPointer>
+#include <QSemaphore>
 #include <QThread>
+#include <atomic>
 #include <memory>
 
 namespace {
@@ -474,6 +476,54 @@ TEST_F(Http, ActionDestroyedBeforeItsTurnIsNeverAskedFor)
     answerWith(httpServer::answer("new"));
     EXPECT_EQ(fetch(server.url("/last")), 1);
     EXPECT_FALSE(server.paths.contains("/waiting"));
+}
+
+// Its first thread does the work of both its postings, and then waits.
+class EagerAction : public HttpAction
+{
+public:
+    int exec() override
+    {
+        if (runs++ > 0)
+            return 0;
+        HttpAction::exec();
+        HttpAction::exec();
+        gate.acquire();
+        return 0;
+    }
+    QSemaphore gate;
+    std::atomic<int> runs{0};
+};
+
+class BusyThread : public taskAction
+{
+public:
+    int exec() override
+    {
+        gate.acquire();
+        return 1;
+    }
+    QSemaphore gate;
+};
+
+TEST_F(Http, WhatEndsBeforeItsOwnThreadHasTakenItUpIsOver)
+{
+    answerWith(httpServer::answer("new"));
+    BusyThread busy; // one of the two threads
+    PostAction(busy);
+    EagerAction eager;
+    eager.strRemoteUrl = server.url("/twice").constData();
+    eager.strLocalFile = kTarget;
+    eager.SetCallback(&callback);
+    PostAction(eager);
+    PostAction(eager);
+    EXPECT_TRUE(kit::waitUntil([&] { return callback.calls == 1; }));
+    EXPECT_EQ(eager.runs, 1);
+    eager.gate.release();
+    busy.gate.release();
+    EXPECT_TRUE(kit::waitUntil([&] { return eager.runs == 2; }));
+    EXPECT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }));
+    EXPECT_EQ(eager.GetRefCount(), 0);
 }
 
 TEST_F(Http, WhatIsAbandonedUnderWayTellsNobodyAndLeavesNothing)

@@ -91,7 +91,8 @@ void addUnfinished(const taskHoldRef& hold)
 {
     Unfinished& unfinished = theUnfinished();
     QMutexLocker lock(&unfinished.mutex);
-    unfinished.holds[hold->number()].append(hold);
+    if (!hold->isOver())
+        unfinished.holds[hold->number()].append(hold);
 }
 
 taskHoldRef takeUnfinished(quint64 number)
@@ -107,10 +108,12 @@ taskHoldRef takeUnfinished(quint64 number)
     return hold;
 }
 
+// It is over, whether or not it has begun.
 bool removeUnfinished(const taskHoldRef& hold)
 {
     Unfinished& unfinished = theUnfinished();
     QMutexLocker lock(&unfinished.mutex);
+    hold->setOver();
     const auto found = unfinished.holds.find(hold->number());
     const bool removed = found != unfinished.holds.end() && found->removeOne(hold);
     if (removed && found->isEmpty())

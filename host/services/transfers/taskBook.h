@@ -3,6 +3,7 @@
 // destroyed at any time; what the host's threads keep of it is checked here. Any thread.
 #include "host/services/messages/processerBook.h"
 #include "support/host/task.h"
+#include <atomic>
 #include <functional>
 
 // One reference on an action, given up on the thread that took it.
@@ -17,11 +18,16 @@ public:
     taskAction* action() const;
     quint64 number() const { return m_nNumber; }
     const threadQueueRef& poster() const { return m_poster; }
+    // Its work has ended. That may come before the thread that takes it up: two postings of one action are
+    // taken up in any order.
+    bool isOver() const { return m_bOver; }
+    void setOver() { m_bOver = true; }
 
 private:
     taskAction* m_pAction;
     quint64 m_nNumber;
     threadQueueRef m_poster;
+    std::atomic<bool> m_bOver{false};
 };
 using taskHoldRef = std::shared_ptr<taskHold>;
 
