@@ -32,6 +32,15 @@ struct tagCallOptions
     int nFrameRate = 30; // pictures a second
 };
 
+// What goes over the wire of a call; all as here where nobody knows.
+struct tagCallStreams
+{
+    QString strSound;        // name of the codec for a person, "Opus"; empty: no sound
+    QString strPicture;      // "H.264"; empty: no picture
+    int nQuality = -1;       // of what is received, 0 (bad) to 4 (as good as it gets); -1: not known
+    bool bEncrypted = false; // all of it
+};
+
 struct tagCall
 {
     int nId = 0; // from 1, never given again
@@ -47,6 +56,7 @@ struct tagCall
     bool bRemoteHeld = false; // by the other side
     bool bMuted = false;      // the other side does not hear the user
     QString strTones;         // sent in this call
+    tagCallStreams streams;
     CALL_STATE eState = CALL_RINGING;
     CALL_END eEnd = CALL_NOT_ENDED;
     QString strTarget;   // of a call that was forwarded or transferred

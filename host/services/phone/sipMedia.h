@@ -1,0 +1,56 @@
+#pragma once
+// The sound and the picture of real calls, for whoever makes the calls on the wire: he passes descriptions
+// between the other side and this, and reads none of them. They are SDP texts (RFC 4566) that are offered and
+// answered as RFC 3264 has it, of less than 16 KiB. A call is known by the number that it has on the phone
+// (tagCall::nId). User-interface thread.
+#include "host/services/phone/tagCall.h"
+#include <QByteArray>
+
+// What this side wants of a call's media.
+struct tagMediaWish
+{
+    tagCallOptions options;
+    bool bHeld = false;    // by the user: nothing is sent, and nothing is heard
+    bool bEncrypt = false; // an offer of nothing but SRTP
+};
+
+// Hears of the media. Never before the call that asked has returned.
+class sipMediaNews
+{
+public:
+    virtual ~sipMediaNews() = default;
+    // The offer or the answer that was asked for; an empty one cannot be had: there is no media process, or
+    // the two sides have nothing in common.
+    virtual void mediaDescribed(int call, const QByteArray& sdp) = 0;
+    // What goes over the call's streams, or how well, is another.
+    virtual void mediaChanged(int call, const tagCallStreams& streams) = 0;
+    // The process died, and another one is there: descriptions and streams are gone. Calls that talk want an
+    // offer anew.
+    virtual void mediaLost() = 0;
+};
+
+class sipMedia
+{
+public:
+    virtual ~sipMedia() = default;
+    // Null: nobody listens any more.
+    virtual void setNews(sipMediaNews* news) = 0;
+    // Asks for an offer, of a new call or of one that talks; one is asked for at a time.
+    virtual void offer(int call, const tagMediaWish& wish) = 0;
+    // Asks for the answer to the other side's offer. The streams run as agreed from the answer on.
+    virtual void answer(int call, const QByteArray& offer, const tagMediaWish& wish) = 0;
+    // The other side's answer to the last offer, also an early one: the streams run as agreed.
+    virtual void agree(int call, const QByteArray& answer) = 0;
+    // The last offer was refused: the streams stay as they were agreed before.
+    virtual void withdraw(int call) = 0;
+    // The other side does not hear the user.
+    virtual void setMuted(int call, bool muted) = 0;
+    // One of "0123456789*#ABCD", within the sound (RFC 4733), for 40 to 5000 ms, after those before it. False
+    // when the other side has not agreed to take it so.
+    virtual bool sendTone(int call, QChar tone, int ms) = 0;
+    // The sounds of two calls that talk are mixed, so that all three hear each other; false when one of them
+    // has none. It ends with split(), or with either call.
+    virtual bool join(int call, int other) = 0;
+    virtual void split(int call) = 0;
+    virtual void end(int call) = 0;
+};
