@@ -56,13 +56,16 @@ struct tagCall
     bool bRemoteHeld = false; // by the other side
     bool bMuted = false;      // the other side does not hear the user
     QString strTones;         // sent in this call
+    int nJoined = 0;          // id of the call whose other side talks with this one and the user; 0: none
     tagCallStreams streams;
     CALL_STATE eState = CALL_RINGING;
     CALL_END eEnd = CALL_NOT_ENDED;
     QString strTarget;   // of a call that was forwarded or transferred
     long nStartTime = 0; // of dialling, as netGetLocalTime()
     int nSeconds = 0;    // of talking
-    QString strReason;   // why it failed, for a person, in English; empty for a call that was hung up
+    // Why it failed, for a person, in English; empty for a call that was hung up. Told with a call that
+    // talks: why it goes on although it was to be put through.
+    QString strReason;
 };
 
 // Nobody here has heard of the caller: he gave up, or was turned away without a ring.
