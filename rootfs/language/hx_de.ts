@@ -1641,6 +1641,22 @@
         <translation>Wechseln</translation>
     </message>
     <message>
+        <source>Conference</source>
+        <translation>Konferenz</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>Aufteilen</translation>
+    </message>
+    <message>
+        <source>These calls cannot be connected</source>
+        <translation>Diese Anrufe lassen sich nicht verbinden</translation>
+    </message>
+    <message>
+        <source>The other side refuses the transfer</source>
+        <translation>Die andere Seite lehnt die Übergabe ab</translation>
+    </message>
+    <message>
         <source>Transfer</source>
         <translation>Übergeben</translation>
     </message>

@@ -1641,6 +1641,22 @@
         <translation>Alternar</translation>
     </message>
     <message>
+        <source>Conference</source>
+        <translation>Conferencia</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>Separar</translation>
+    </message>
+    <message>
+        <source>These calls cannot be connected</source>
+        <translation>No se pueden conectar estas llamadas</translation>
+    </message>
+    <message>
+        <source>The other side refuses the transfer</source>
+        <translation>El otro lado rechaza la transferencia</translation>
+    </message>
+    <message>
         <source>Transfer</source>
         <translation>Transferir</translation>
     </message>

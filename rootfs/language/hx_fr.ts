@@ -1641,6 +1641,22 @@
         <translation>Permuter</translation>
     </message>
     <message>
+        <source>Conference</source>
+        <translation>Conférence</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>Séparer</translation>
+    </message>
+    <message>
+        <source>These calls cannot be connected</source>
+        <translation>Impossible de relier ces appels</translation>
+    </message>
+    <message>
+        <source>The other side refuses the transfer</source>
+        <translation>Le correspondant refuse le transfert</translation>
+    </message>
+    <message>
         <source>Transfer</source>
         <translation>Transférer</translation>
     </message>

@@ -1641,6 +1641,22 @@
         <translation>切换</translation>
     </message>
     <message>
+        <source>Conference</source>
+        <translation>会议</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>分开</translation>
+    </message>
+    <message>
+        <source>These calls cannot be connected</source>
+        <translation>无法连接这些通话</translation>
+    </message>
+    <message>
+        <source>The other side refuses the transfer</source>
+        <translation>对方拒绝转接</translation>
+    </message>
+    <message>
         <source>Transfer</source>
         <translation>转接</translation>
     </message>

@@ -58,6 +58,7 @@ struct tagCall
     bool bRemoteHeld = false; // by the other side
     bool bMuted = false;      // the other side does not hear the user
     QString strTones;         // sent in this call
+    int nJoined = 0;          // id of the call whose other side talks with this one and the user; 0: none
     tagCallStreams streams;
     CALL_STATE eState = CALL_RINGING;
     CALL_END eEnd = CALL_NOT_ENDED;
