@@ -229,6 +229,7 @@ void Registration::report(SIP_LINE_STATE state, uint32_t status, const std::stri
     record.nRetryMs = retryMs;
     sipWire::setText(record.szReason, reason);
     m_stack.pPhone->tell(record);
+    m_stack.onLine(line(), state);
 }
 
 const char* Registration::transportName() const
@@ -259,6 +260,10 @@ std::string Registration::registrar() const
 
 std::string Registration::ownAddress() const
 {
-    return sipAddress::quotedName(m_account.szDisplayName) + "<sip:" + sipAddress::escaped(m_account.szUser) +
-           "@" + server() + ">";
+    return sipAddress::quotedName(m_account.szDisplayName) + "<" + address() + ">";
+}
+
+std::string Registration::address() const
+{
+    return "sip:" + sipAddress::escaped(m_account.szUser) + "@" + server();
 }

@@ -30,6 +30,10 @@ public:
     const std::string& key() const { return m_key; }
     std::string realm() const { return m_account.szRealm; }
     std::string ownAddress() const;
+    // The bare one.
+    std::string address() const;
+    // That takes a call from elsewhere; empty: none.
+    std::string pickUpCode() const { return m_account.szPickUp; }
     std::string server() const;
     // Where its requests go first.
     std::string hop() const;

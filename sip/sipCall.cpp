@@ -44,7 +44,7 @@ SipCall::~SipCall()
     release();
 }
 
-void SipCall::dial(const Registration& line, const tagSipDial& dial)
+void SipCall::dial(const Registration& line, const tagSipDial& dial, const std::string& replaces)
 {
     m_own = line.ownAddress();
     m_server = line.server();
@@ -66,6 +66,8 @@ void SipCall::dial(const Registration& line, const tagSipDial& dial)
     nua_invite(m_pHandle, NUTAG_PROXY(hop.c_str()), NUTAG_AUTO302(0),
                NUTAG_M_USERNAME(line.contact().c_str()), NUTAG_M_PARAMS(way.c_str()),
                SIPTAG_CONTENT_TYPE_STR(kSdpType), SIPTAG_PAYLOAD_STR(dial.szSdp),
+               TAG_IF(!replaces.empty(), SIPTAG_REPLACES_STR(replaces.c_str())),
+               TAG_IF(!replaces.empty(), SIPTAG_REQUIRE_STR("replaces")),
                TAG_IF(isAnonymous, SIPTAG_PRIVACY_STR("id")),
                TAG_IF(isAnonymous, SIPTAG_HEADER_STR(identity.c_str())), TAG_END());
 }
@@ -162,8 +164,8 @@ void SipCall::setMedia(const std::string& sdp)
     if (m_bOffered) {
         m_bOffered = false;
         m_offer.stop();
-        respond(200, sdp);
-    } else if (!m_bOffering) {
+        respond(sdp.empty() ? 488 : 200, sdp);
+    } else if (!m_bOffering && !sdp.empty()) {
         m_bOffering = true;
         nua_invite(m_pHandle, SIPTAG_CONTENT_TYPE_STR(kSdpType), SIPTAG_PAYLOAD_STR(sdp.c_str()), TAG_END());
     }
@@ -276,7 +278,10 @@ void SipCall::onMediaReply(const tagStackEvent& event)
         return;
     m_bOffering = false;
     m_answers->reset();
-    talk(event.nStatus < 300 ? sdpOf(event.pMessage) : "");
+    if (event.nStatus < 300)
+        talk(sdpOf(event.pMessage));
+    else
+        m_stack.pPhone->tell(sipWire::make<tagSipMedia>(SIP_TALK, m_nId));
 }
 
 void SipCall::onOffer(const tagStackEvent& event)

@@ -15,8 +15,9 @@ public:
     SipCall(const tagSipStack& stack, uint32_t id);
     ~SipCall() override;
 
-    // From here, by a line that is registered.
-    void dial(const Registration& line, const tagSipDial& dial);
+    // From here, by a line that is registered. replaces: a call that rings elsewhere and is taken from there,
+    // as the header of that name has it; empty: none.
+    void dial(const Registration& line, const tagSipDial& dial, const std::string& replaces = "");
     // The INVITE of a call from outside.
     void arrive(const Registration& line, const tagStackEvent& event);
 

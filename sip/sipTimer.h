@@ -15,6 +15,7 @@ public:
     // In place of what was to come.
     void start(uint32_t ms, std::function<void()> call);
     void stop();
+    bool isRunning() const { return m_call != nullptr; }
 
 private:
     static void onTime(su_root_magic_t*, su_timer_t*, su_timer_arg_t* self);
