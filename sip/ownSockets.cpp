@@ -1,14 +1,13 @@
 #include "sip/ownSockets.h"
 #include <cstdlib>
-#include <cstring>
-#include <dirent.h>
 #include <functional>
-#include <memory>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 
 namespace {
+
+constexpr int kFirstFile = 3, kMaxFiles = 1024; // the agent has some dozens at most
 
 struct tagEnd
 {
@@ -27,12 +26,10 @@ tagEnd endOf(const sockaddr_storage& address, socklen_t size)
 
 void forEachSocket(int type, const std::function<void(int socket)>& call)
 {
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir("/proc/self/fd"), closedir);
-    while (const dirent* entry = folder ? readdir(folder.get()) : nullptr) {
-        const int file = atoi(entry->d_name);
+    for (int file = kFirstFile; file < kMaxFiles; ++file) {
         int kind = 0, family = 0;
         socklen_t size = sizeof kind;
-        if (file > 2 && getsockopt(file, SOL_SOCKET, SO_TYPE, &kind, &size) == 0 && kind == type &&
+        if (getsockopt(file, SOL_SOCKET, SO_TYPE, &kind, &size) == 0 && kind == type &&
             getsockopt(file, SOL_SOCKET, SO_DOMAIN, &family, &size) == 0 &&
             (family == AF_INET || family == AF_INET6))
             call(file);
