@@ -37,8 +37,8 @@ enum SIP_RECORD : uint32_t {
     SIP_MEDIA = 16,
     SIP_TRANSFER = 17,
     SIP_TONE = 18,
-    SIP_CONNECT = 30,
-    SIP_NETWORK = 31, // no further fields: the machine has other addresses, all lines are registered anew
+    SIP_CONNECT = 40,
+    SIP_NETWORK = 41, // no further fields: the machine has other addresses, all lines are registered anew
     // From the agent.
     SIP_HELLO = 100, // no further fields: the stack is there
     SIP_LINE = 101,
@@ -48,8 +48,8 @@ enum SIP_RECORD : uint32_t {
     SIP_OFFER = 113,
     SIP_ENDED = 114,
     SIP_TRANSFERRED = 115,
-    SIP_REFERRED = 130,
-    SIP_MAPPED = 131
+    SIP_REFERRED = 140,
+    SIP_MAPPED = 141
 };
 
 struct tagSipHead
