@@ -34,6 +34,7 @@ void demandAccount(const tagSipAccount& account)
     demandText(account.szPassword);
     demandText(account.szServer);
     demandText(account.szProxy);
+    demandText(account.szPickUp);
 }
 
 void demandArrived(const tagSipArrived& call)
@@ -45,6 +46,40 @@ void demandArrived(const tagSipArrived& call)
     for (const auto& text : call.szForwardedBy)
         demandText(text);
     demandText(call.szSdp);
+}
+
+void demandEvent(const sipWire::Reader& reader)
+{
+    switch (reader.head().eKind) {
+    case SIP_WATCH:
+        demand(reader.head().nId > 0 && reader.as<tagSipWatch>().nLine < SIP_LINE_COUNT);
+        demandText(reader.as<tagSipWatch>().szNumber);
+        break;
+    case SIP_WATCH_LIST:
+        demandText(reader.as<tagSipTarget>().szTarget);
+        break;
+    case SIP_PICK_UP:
+        demand(reader.as<tagSipPickUp>().nLine < SIP_LINE_COUNT);
+        demandText(reader.as<tagSipPickUp>().szNumber);
+        demandText(reader.as<tagSipPickUp>().szSdp);
+        break;
+    case SIP_MESSAGES:
+        demand(reader.as<tagSipMessages>().nNew <= SIP_MESSAGES_MAX);
+        break;
+    case SIP_LAMP:
+        demand(reader.as<tagSipLamp>().eLamp <= SIP_LAMP_BUSY);
+        break;
+    case SIP_LIST:
+        demand(reader.as<tagSipList>().nMembers <= SIP_MEMBERS_MAX);
+        break;
+    case SIP_MEMBER:
+        demand(reader.as<tagSipMember>().nIndex < SIP_MEMBERS_MAX);
+        demandText(reader.as<tagSipMember>().szNumber);
+        demandText(reader.as<tagSipMember>().szName);
+        break;
+    default:
+        break;
+    }
 }
 
 void demandRecord(const sipWire::Reader& reader)
@@ -83,6 +118,7 @@ void demandRecord(const sipWire::Reader& reader)
         demand(reader.as<tagSipLine>().eState <= SIP_LINE_REFUSED);
         break;
     default:
+        demandEvent(reader);
         break;
     }
 }

@@ -18,6 +18,8 @@ public:
     PhoneLink(const PhoneLink&) = delete;
     PhoneLink& operator=(const PhoneLink&) = delete;
 
+    // Bytes that the phone has not taken yet.
+    size_t waiting() const { return m_waiting.size(); }
     // False when nobody listens at the path.
     bool open(const std::string& path);
     template <typename Record>

@@ -296,6 +296,7 @@ void Registration::report(SIP_LINE_STATE state, uint32_t status, const std::stri
     record.nRetryMs = retryMs;
     sipWire::setText(record.szReason, reason);
     m_stack.pPhone->tell(record);
+    m_stack.onLine(line(), state);
 }
 
 const char* Registration::transportName() const
@@ -307,6 +308,11 @@ const char* Registration::transportName() const
 std::string Registration::hopOf(const tagServerAddress& address) const
 {
     return "sip:" + address.host + sipAddress::port(address.nPort) + ";transport=" + transportName();
+}
+
+std::string Registration::hop() const
+{
+    return m_nAddress < m_addresses.size() ? hopOf(m_addresses[m_nAddress]) : "";
 }
 
 std::vector<std::string> Registration::hops() const
@@ -346,6 +352,10 @@ std::string Registration::registrar() const
 
 std::string Registration::ownAddress() const
 {
-    return sipAddress::quotedName(m_account.szDisplayName) + "<sip:" + sipAddress::escaped(m_account.szUser) +
-           "@" + server() + ">";
+    return sipAddress::quotedName(m_account.szDisplayName) + "<" + address() + ">";
+}
+
+std::string Registration::address() const
+{
+    return "sip:" + sipAddress::escaped(m_account.szUser) + "@" + server();
 }

@@ -2,6 +2,7 @@
 #include "sip/digest.h"
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_status.h>
@@ -41,14 +42,17 @@ SipAgent::SipAgent()
       m_phone(
           m_stack.pRoot, [this](const sipWire::Reader& record) { take(record); },
           [this](bool isDamaged) { end(isDamaged ? 1 : 0); }),
-      m_step(m_stack.pRoot), m_last(m_stack.pRoot)
+      m_events(m_stack, [this](uint32_t line) { return m_lines[line].get(); }), m_step(m_stack.pRoot),
+      m_last(m_stack.pRoot)
 {
     su_root_threading(m_stack.pRoot, 0);
     m_stack.pPhone = &m_phone;
+    m_stack.onLine = [this](uint32_t line, SIP_LINE_STATE state) { m_events.lineChanged(line, state); };
 }
 
 SipAgent::~SipAgent()
 {
+    m_events.end();
     for (auto& line : m_lines)
         line.reset();
     m_leaving.clear();
@@ -92,6 +96,10 @@ void SipAgent::take(const sipWire::Reader& record)
             if (line)
                 line->renew();
         }
+    } else if (kind >= SIP_WATCH && kind <= SIP_WATCH_LIST && isSetUp) {
+        m_events.take(record);
+    } else if (kind == SIP_PICK_UP && isSetUp) {
+        pickUp(record.as<tagSipPickUp>());
     } else if (kind > SIP_DIAL && kind < SIP_HELLO && isSetUp) {
         takeForCall(record);
     } else {
@@ -123,7 +131,7 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
                    NUTAG_ENABLEINVITE(1), NUTAG_SESSION_TIMER(kSessionSeconds),
                    NUTAG_MIN_SE(kLeastSessionSeconds), NUTAG_SESSION_REFRESHER(nua_remote_refresher),
                    NUTAG_ENABLEMESSAGE(0), SIPTAG_SUPPORTED_STR(kSupported),
-                   NUTAG_APPL_METHOD("UPDATE, REFER"), NUTAG_MAX_RETRY_AFTER(0), TAG_END());
+                   NUTAG_APPL_METHOD("NOTIFY, UPDATE, REFER"), NUTAG_MAX_RETRY_AFTER(0), TAG_END());
     m_phone.tell(sipWire::make<tagSipHead>(SIP_HELLO, 0));
     return true;
 }
@@ -133,6 +141,7 @@ void SipAgent::setAccount(const tagSipAccount& account)
     m_leaving.erase(
         std::remove_if(m_leaving.begin(), m_leaving.end(), [](const auto& line) { return line->hasLeft(); }),
         m_leaving.end());
+    m_events.accountChanges(account.head.nId);
     std::unique_ptr<Registration>& line = m_lines[account.head.nId];
     if (line) {
         line->leave();
@@ -186,7 +195,7 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
     }
 }
 
-void SipAgent::dial(const tagSipDial& dial)
+void SipAgent::dial(const tagSipDial& dial, const std::string& replaces)
 {
     dropCalls();
     const auto& line = m_lines[dial.nLine];
@@ -202,7 +211,10 @@ void SipAgent::dial(const tagSipDial& dial)
     else if (callCount() >= room || m_calls.count(dial.head.nId))
         reason = "There are too many calls";
     if (!*reason) {
-        startDial(dial, *line, referral);
+        tagCallOrigin origin = {replaces, "", !replaces.empty()};
+        if (referral)
+            origin = {referral->replaces(), referral->referredBy(), false};
+        startDial(dial, *line, origin);
         return;
     }
     if (referral)
@@ -213,7 +225,7 @@ void SipAgent::dial(const tagSipDial& dial)
     m_phone.tell(ended);
 }
 
-void SipAgent::startDial(const tagSipDial& dial, const Registration& line, const Referral* referral)
+void SipAgent::startDial(const tagSipDial& dial, const Registration& line, const tagCallOrigin& origin)
 {
     tagCallHooks hooks;
     const uint32_t number = dial.nLine, referrer = dial.nReferrer;
@@ -221,14 +233,14 @@ void SipAgent::startDial(const tagSipDial& dial, const Registration& line, const
         if (m_lines[number])
             m_lines[number]->doubt();
     };
-    if (referral) {
+    if (referrer) {
         hooks.progress = [this, referrer](uint32_t status, const std::string& phrase) {
             if (SipCall* call = find(referrer))
                 call->tellReferral(status, phrase);
         };
     }
     auto& call = m_calls[dial.head.nId] = std::make_unique<SipCall>(m_stack, dial.head.nId);
-    call->dial(line, dial, referral, std::move(hooks));
+    call->dial(line, dial, origin, std::move(hooks));
 }
 
 void SipAgent::connectCalls(const tagSipConnect& connect)
@@ -266,14 +278,53 @@ uint32_t SipAgent::findReplaced(const sip_replaces_t& replaces, uint32_t line, u
     return 481;
 }
 
-void SipAgent::arrive(const tagStackEvent& event)
+void SipAgent::pickUp(const tagSipPickUp& wanted)
 {
-    const char* user = event.pMessage->sip_request->rq_url->url_user;
-    const Registration* line = nullptr;
+    const std::string number = wanted.szNumber;
+    const tagRinging ringing = m_events.ringing(wanted.nLine, number);
+    const auto& line = m_lines[wanted.nLine];
+    const std::string code = line ? line->pickUpCode() : "";
+    const char* reason = nullptr;
+    if (ringing.eRings == tagRinging::NOTHING_RINGS)
+        reason = "Nothing rings there any more";
+    else if (ringing.replaces.empty() && code.empty())
+        reason = "The call cannot be taken without a code";
+    if (reason) {
+        auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, wanted.head.nId);
+        ended.eEnding = SIP_BROKEN;
+        sipWire::setText(ended.szReason, reason);
+        m_phone.tell(ended);
+        return;
+    }
+    auto call = sipWire::make<tagSipDial>(SIP_DIAL, wanted.head.nId);
+    call.nLine = wanted.nLine;
+    sipWire::setText(call.szTarget, ringing.replaces.empty() ? code + number : ringing.target);
+    memcpy(call.szSdp, wanted.szSdp, sizeof call.szSdp);
+    dial(call, ringing.replaces);
+}
+
+const Registration* SipAgent::lineFor(const sip_t& message) const
+{
+    const char* user = message.sip_request->rq_url->url_user;
     for (const auto& each : m_lines) {
         if (each && user && each->contact() == user)
-            line = each.get();
+            return each.get();
     }
+    return nullptr;
+}
+
+void SipAgent::takeNote(const tagStackEvent& event, bool isOwned)
+{
+    const Registration* line = isOwned || m_bEnding ? nullptr : lineFor(*event.pMessage);
+    const int status = line ? m_events.takeNote(line->line(), *event.pMessage) : isOwned ? 489 : 404;
+    nua_respond(event.pHandle, status, sip_status_phrase(status), NUTAG_WITH_THIS(m_stack.pNua), TAG_END());
+    if (!isOwned)
+        nua_handle_destroy(event.pHandle);
+}
+
+void SipAgent::arrive(const tagStackEvent& event)
+{
+    const Registration* line = lineFor(*event.pMessage);
     const sip_payload_t* body = event.pMessage->sip_payload;
     const sip_replaces_t* replaces = event.pMessage->sip_replaces;
     uint32_t replaced = 0;
@@ -321,6 +372,7 @@ void SipAgent::end(int code)
         return;
     m_bEnding = true;
     m_nCode = code;
+    m_events.end();
     for (auto& call : m_calls)
         call.second->hangUp();
     for (auto& line : m_lines) {
@@ -355,6 +407,8 @@ void SipAgent::onStack(nua_event_t event, int status, const char* phrase, nua_t*
             self->m_bShutdown = true;
             su_root_break(self->m_stack.pRoot);
         }
+    } else if (event == nua_i_notify && message && status < 200) {
+        self->takeNote(told, owner != nullptr);
     } else if (owner) {
         owner->onStack(told);
     } else if (event == nua_i_invite && message) {

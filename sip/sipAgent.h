@@ -3,6 +3,7 @@
 #include "sip/phoneLink.h"
 #include "sip/registration.h"
 #include "sip/sipCall.h"
+#include "sip/sipEvents.h"
 #include "sip/sipStack.h"
 #include <array>
 #include <map>
@@ -29,9 +30,14 @@ private:
     bool makeStack(const tagSipSetup& setup);
     void setAccount(const tagSipAccount& account);
     void takeForCall(const sipWire::Reader& record);
-    void dial(const tagSipDial& dial);
-    void startDial(const tagSipDial& dial, const Registration& line, const Referral* referral);
+    void startDial(const tagSipDial& dial, const Registration& line, const tagCallOrigin& origin);
     void connectCalls(const tagSipConnect& connect);
+    void dial(const tagSipDial& dial, const std::string& replaces = "");
+    void pickUp(const tagSipPickUp& wanted);
+    // Whom a request from outside is for; null: nobody here.
+    const Registration* lineFor(const sip_t& message) const;
+    // Of an event that the handle's owner did not subscribe to.
+    void takeNote(const tagStackEvent& event, bool isOwned);
     void arrive(const tagStackEvent& event);
     void makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced);
     // The status that refuses a call that asks to take the place of another; 0 and that one's id for none.
@@ -48,6 +54,7 @@ private:
     PhoneLink m_phone;
     std::array<std::unique_ptr<Registration>, SIP_LINE_COUNT> m_lines;
     std::vector<std::unique_ptr<Registration>> m_leaving;
+    SipEvents m_events;
     std::map<uint32_t, std::unique_ptr<SipCall>> m_calls;
     uint32_t m_nNextIncoming = SIP_CALL_FIRST_INCOMING;
     SipTimer m_step;

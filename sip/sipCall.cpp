@@ -52,7 +52,7 @@ SipCall::~SipCall()
     release();
 }
 
-void SipCall::dial(const Registration& line, const tagSipDial& dial, const Referral* referral,
+void SipCall::dial(const Registration& line, const tagSipDial& dial, const tagCallOrigin& origin,
                    tagCallHooks hooks)
 {
     m_hooks = std::move(hooks);
@@ -60,7 +60,7 @@ void SipCall::dial(const Registration& line, const tagSipDial& dial, const Refer
     m_own = line.ownAddress();
     m_server = line.server();
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
-    m_setup = std::make_unique<CallSetup>(m_stack, line, dial, referral);
+    m_setup = std::make_unique<CallSetup>(m_stack, line, dial, origin);
     m_remote = m_setup->target();
     m_eStep = STEP_RINGING;
     m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
@@ -206,11 +206,12 @@ void SipCall::setMedia(const std::string& sdp)
     if (m_eStep != STEP_TALKING)
         return;
     if (!m_offered) {
-        m_offer.want(sdp);
+        if (!sdp.empty())
+            m_offer.want(sdp);
         return;
     }
-    respondToOffer(200, sdp);
-    if (m_bByUpdate)
+    respondToOffer(sdp.empty() ? 488 : 200, sdp);
+    if (m_bByUpdate && !sdp.empty())
         talk("");
 }
 
@@ -371,8 +372,12 @@ void SipCall::onMediaReply(const tagStackEvent& event)
     if (event.nStatus < 200 || !m_offer.isUnderWay())
         return;
     m_answers->reset();
-    if (m_offer.settle(uint32_t(event.nStatus)))
-        talk(event.nStatus < 300 ? sdpOf(event.pMessage) : "");
+    if (!m_offer.settle(uint32_t(event.nStatus)))
+        return;
+    if (event.nStatus < 300)
+        talk(sdpOf(event.pMessage));
+    else
+        m_stack.pPhone->tell(sipWire::make<tagSipMedia>(SIP_TALK, m_nId));
 }
 
 // The stack itself refuses a second INVITE, and one that meets an INVITE from here.

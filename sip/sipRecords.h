@@ -16,6 +16,9 @@ enum : int {
     SIP_HOST_SIZE = 256,
     SIP_TARGET_SIZE = 256, // a number, "user@host" or a whole "sip:" address
     SIP_SDP_SIZE = 16384,
+    SIP_WATCHES_MAX = 40,  // at once; what is watched beyond them is not known
+    SIP_MEMBERS_MAX = 256, // of a line's list; what is beyond them is left out
+    SIP_MESSAGES_MAX = 999999,
     SIP_FORWARDS_MAX = 5
 };
 
@@ -37,6 +40,10 @@ enum SIP_RECORD : uint32_t {
     SIP_MEDIA = 16,
     SIP_TRANSFER = 17,
     SIP_TONE = 18,
+    SIP_WATCH = 30,
+    SIP_UNWATCH = 31, // no further fields
+    SIP_WATCH_LIST = 32,
+    SIP_PICK_UP = 33,
     SIP_CONNECT = 40,
     SIP_NETWORK = 41, // no further fields: the machine has other addresses, all lines are registered anew
     // From the agent.
@@ -48,6 +55,10 @@ enum SIP_RECORD : uint32_t {
     SIP_OFFER = 113,
     SIP_ENDED = 114,
     SIP_TRANSFERRED = 115,
+    SIP_MESSAGES = 130,
+    SIP_LAMP = 131,
+    SIP_LIST = 132,
+    SIP_MEMBER = 133,
     SIP_REFERRED = 140,
     SIP_MAPPED = 141
 };
@@ -56,7 +67,7 @@ struct tagSipHead
 {
     uint32_t nLength; // bytes of the whole record, this head included: that of its kind
     uint32_t eKind;   // SIP_RECORD
-    uint32_t nId;     // of the line or the call; 0 where the record is about neither
+    uint32_t nId;     // of the line, the call or the watch; 0 where the record is about none
     uint32_t nUnused; // 0
 };
 
@@ -90,11 +101,12 @@ struct tagSipAccount
     char szPassword[SIP_TEXT_SIZE];
     char szRealm[SIP_TEXT_SIZE]; // only this one is told the password's digest; none: whoever asks
     char szServer[SIP_HOST_SIZE];
-    uint32_t nPort;              // 0 to 65535; 0: as the domain's records say
-    char szProxy[SIP_HOST_SIZE]; // outbound; none: everything goes to the server
-    uint32_t nProxyPort;         // 0 to 65535, likewise
-    uint32_t eTransport;         // SIP_TRANSPORT
-    uint32_t nExpires;           // 60 to 86400 seconds that a registration lasts
+    uint32_t nPort;               // 0 to 65535; 0: as the domain's records say
+    char szProxy[SIP_HOST_SIZE];  // outbound; none: everything goes to the server
+    uint32_t nProxyPort;          // 0 to 65535, likewise
+    uint32_t eTransport;          // SIP_TRANSPORT
+    uint32_t nExpires;            // 60 to 86400 seconds that a registration lasts
+    char szPickUp[SIP_TEXT_SIZE]; // code that takes a call, with the number where it rings behind it; or none
 };
 
 enum SIP_LINE_STATE : uint32_t {
@@ -135,9 +147,10 @@ struct tagSipDial
 };
 
 // SIP_RING: a call that came in rings, with early media where there is a description. SIP_ANSWER: it talks,
-// szSdp is the answer. SIP_MEDIA, of a call that talks: the answer to SIP_OFFER where one waits, else an
-// offer (hold, resume, video). SIP_TALK: the call talks from here on, or its media are agreed on anew; szSdp
-// is the other side's. SIP_OFFER: the other side offers other media; an empty one asks for an offer.
+// szSdp is the answer. SIP_MEDIA, of a call that talks: the answer to SIP_OFFER where one waits, an
+// empty one refuses it; else an offer (hold, resume, video). SIP_TALK: the call talks from here on, or its
+// media are agreed on anew; szSdp is the other side's, and empty when it has refused an offer. SIP_OFFER: the
+// other side offers other media; an empty one asks for an offer.
 struct tagSipMedia
 {
     tagSipHead head;
@@ -227,4 +240,66 @@ struct tagSipEnded
     uint32_t nStatus;             // 0, or 100 to 699
     char szReason[SIP_TEXT_SIZE]; // for a person, in English
     char szTarget[SIP_TARGET_SIZE];
+};
+
+// What waits in the voice mail of line nId, told with each change. Not known: the line is not registered, or
+// its server does not tell.
+struct tagSipMessages
+{
+    tagSipHead head;
+    uint32_t bKnown; // 0 or 1
+    uint32_t nNew;   // 0 to SIP_MESSAGES_MAX
+    uint32_t nOld;   // likewise
+};
+
+// SIP_WATCH: the phone wants to know what becomes of an extension. Its id is the phone's, from 1, and never
+// given again; SIP_UNWATCH ends it. SIP_LAMP tells of it with each change; it begins as unknown.
+struct tagSipWatch
+{
+    tagSipHead head;
+    uint32_t nLine;                 // whose server is asked
+    char szNumber[SIP_TARGET_SIZE]; // not empty
+};
+
+enum SIP_LAMP_STATE : uint32_t {
+    SIP_LAMP_UNKNOWN = 0, // nobody tells
+    SIP_LAMP_IDLE = 1,
+    SIP_LAMP_RINGING = 2, // a call comes in there
+    SIP_LAMP_BUSY = 3
+};
+
+struct tagSipLamp
+{
+    tagSipHead head;
+    uint32_t eLamp; // SIP_LAMP_STATE
+};
+
+// SIP_WATCH_LIST is a tagSipTarget: the address of the list that the server of line nId keeps of extensions,
+// in place of the one before. Without szTarget there is none. SIP_LIST tells how many extensions are on it
+// from here on; the first of them comes with SIP_MEMBER, then the next. Later a SIP_MEMBER tells that it has
+// changed.
+struct tagSipList
+{
+    tagSipHead head;
+    uint32_t nMembers; // 0 to SIP_MEMBERS_MAX
+};
+
+struct tagSipMember
+{
+    tagSipHead head;
+    uint32_t nIndex;              // below nMembers
+    uint32_t eLamp;               // SIP_LAMP_STATE
+    char szNumber[SIP_TEXT_SIZE]; // as it is dialled
+    char szName[SIP_TEXT_SIZE];
+};
+
+// The call that rings at szNumber is taken by a call from line nLine, of which the agent tells as of one that
+// was dialled. What is watched, or is on the list of the line, is asked for the call itself; else the
+// account's code is dialled.
+struct tagSipPickUp
+{
+    tagSipHead head;
+    uint32_t nLine;
+    char szNumber[SIP_TARGET_SIZE]; // not empty
+    char szSdp[SIP_SDP_SIZE];       // the offer
 };

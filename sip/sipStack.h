@@ -38,4 +38,6 @@ struct tagSipStack
     sres_resolver_t* pDns = nullptr;
     PhoneLink* pPhone = nullptr;
     tagSipSetup setup = {};
+    // The state of a line is another.
+    std::function<void(uint32_t line, SIP_LINE_STATE state)> onLine = {};
 };

@@ -1,6 +1,8 @@
 #pragma once
 // Calls once, after a time; never after it was stopped or destroyed.
-#include "sip/sipStack.h"
+#include <cstdint>
+#include <functional>
+#include <sofia-sip/su_wait.h>
 
 class SipTimer
 {
@@ -13,6 +15,7 @@ public:
     // In place of what was to come.
     void start(uint32_t ms, std::function<void()> call);
     void stop();
+    bool isRunning() const { return m_call != nullptr; }
 
 private:
     static void onTime(su_root_magic_t*, su_timer_t*, su_timer_arg_t* self);

@@ -42,6 +42,7 @@ constexpr uint32_t kLastLine = SIP_LINE_COUNT - 1;
 constexpr uint32_t kLastId = 0xffffffffu;
 constexpr uint32_t kMaxStatus = 699;
 constexpr uint32_t kLeastExpires = 60;
+constexpr uint32_t kFirstWatch = 1;
 
 tagField forwardField(size_t number)
 {
@@ -75,7 +76,7 @@ const std::vector<tagShape>& shapes()
           NUMBER_FIELD(tagSipAccount, nPort, 0, kMaxPort), TEXT_FIELD(tagSipAccount, szProxy),
           NUMBER_FIELD(tagSipAccount, nProxyPort, 0, kMaxPort),
           NUMBER_FIELD(tagSipAccount, eTransport, SIP_UDP, SIP_TLS),
-          NUMBER_FIELD(tagSipAccount, nExpires, 0, 86400)}},
+          NUMBER_FIELD(tagSipAccount, nExpires, 0, 86400), TEXT_FIELD(tagSipAccount, szPickUp)}},
         {SIP_END, sizeof(tagSipHead), 0, 0, {}},
         {SIP_DIAL,
          sizeof(tagSipDial),
@@ -110,6 +111,42 @@ const std::vector<tagShape>& shapes()
          kLastId,
          {NUMBER_FIELD(tagSipConnect, nOther, SIP_CALL_FIRST, kLastId)}},
         {SIP_NETWORK, sizeof(tagSipHead), 0, 0, {}},
+        {SIP_WATCH,
+         sizeof(tagSipWatch),
+         kFirstWatch,
+         kLastId,
+         {NUMBER_FIELD(tagSipWatch, nLine, 0, kLastLine), TEXT_FIELD(tagSipWatch, szNumber)}},
+        {SIP_UNWATCH, sizeof(tagSipHead), kFirstWatch, kLastId, {}},
+        {SIP_WATCH_LIST, sizeof(tagSipTarget), 0, kLastLine, target},
+        {SIP_PICK_UP,
+         sizeof(tagSipPickUp),
+         SIP_CALL_FIRST,
+         SIP_CALL_FIRST_INCOMING - 1,
+         {NUMBER_FIELD(tagSipPickUp, nLine, 0, kLastLine), TEXT_FIELD(tagSipPickUp, szNumber),
+          SDP_FIELD(tagSipPickUp, szSdp)}},
+        {SIP_MESSAGES,
+         sizeof(tagSipMessages),
+         0,
+         kLastLine,
+         {NUMBER_FIELD(tagSipMessages, bKnown, 0, 1), NUMBER_FIELD(tagSipMessages, nNew, 0, SIP_MESSAGES_MAX),
+          NUMBER_FIELD(tagSipMessages, nOld, 0, SIP_MESSAGES_MAX)}},
+        {SIP_LAMP,
+         sizeof(tagSipLamp),
+         kFirstWatch,
+         kLastId,
+         {NUMBER_FIELD(tagSipLamp, eLamp, SIP_LAMP_UNKNOWN, SIP_LAMP_BUSY)}},
+        {SIP_LIST,
+         sizeof(tagSipList),
+         0,
+         kLastLine,
+         {NUMBER_FIELD(tagSipList, nMembers, 0, SIP_MEMBERS_MAX)}},
+        {SIP_MEMBER,
+         sizeof(tagSipMember),
+         0,
+         kLastLine,
+         {NUMBER_FIELD(tagSipMember, nIndex, 0, SIP_MEMBERS_MAX - 1),
+          NUMBER_FIELD(tagSipMember, eLamp, SIP_LAMP_UNKNOWN, SIP_LAMP_BUSY),
+          TEXT_FIELD(tagSipMember, szNumber), TEXT_FIELD(tagSipMember, szName)}},
         {SIP_HELLO, sizeof(tagSipHead), 0, 0, {}},
         {SIP_LINE,
          sizeof(tagSipLine),
@@ -213,6 +250,10 @@ bool isSoundWhole(const void* record, uint32_t kind)
         const auto* account = static_cast<const tagSipAccount*>(record);
         return !account->szUser[0] || account->nExpires >= kLeastExpires;
     }
+    if (kind == SIP_WATCH)
+        return static_cast<const tagSipWatch*>(record)->szNumber[0] != 0;
+    if (kind == SIP_PICK_UP)
+        return static_cast<const tagSipPickUp*>(record)->szNumber[0] != 0;
     if (kind == SIP_SETUP) {
         const auto* setup = static_cast<const tagSipSetup*>(record);
         return setup->nRetryLastMs >= setup->nRetryMs && (setup->nKeepMs == 0 || setup->nKeepMs >= 100);

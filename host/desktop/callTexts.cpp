@@ -14,6 +14,7 @@ const char* stateText(const tagCall& call)
         return call.bIncoming ? HX_TR("Incoming call") : HX_TR("Calling...");
     case CALL_TALKING:
         return call.bHeld         ? HX_TR("On hold")
+               : call.nJoined     ? HX_TR("Conference")
                : call.bRemoteHeld ? HX_TR("Held by the other side")
                                   : HX_TR("In call");
     default:
@@ -25,8 +26,7 @@ const char* stateText(const tagCall& call)
 
 QString callStateText(const tagCall& call)
 {
-    const bool failed = call.eState == CALL_ENDED && !call.strReason.isEmpty();
-    return qTranslate(failed ? call.strReason.toUtf8().constData() : stateText(call));
+    return qTranslate(!call.strReason.isEmpty() ? call.strReason.toUtf8().constData() : stateText(call));
 }
 
 QString callNameOf(const tagCall& call, const tagContact& contact)
@@ -36,12 +36,6 @@ QString callNameOf(const tagCall& call, const tagContact& contact)
     if (!contact.strName.isEmpty())
         return contact.strName;
     return callTextOf(phoneService::instance().rules().deviceOf(call).strName);
-}
-
-QString callWhoText(const tagCall& call)
-{
-    const QString name = callNameOf(call, contactOfNumber(contactsRead(), call.strNumber));
-    return name.isEmpty() ? call.strNumber : name;
 }
 
 QString callJoinedText(const QString& one, const QString& other)

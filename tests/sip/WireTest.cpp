@@ -139,6 +139,50 @@ TEST(SipWire, NumbersKeepTheirRanges)
     EXPECT_EQ(taken(setup), TAKEN::RECORD);
 }
 
+TEST(SipWire, WhatServersTellOfKeepsItsRanges)
+{
+    auto watch = sipWire::make<tagSipWatch>(SIP_WATCH, 1);
+    EXPECT_EQ(taken(watch), TAKEN::BAD); // of nobody
+    sipWire::setText(watch.szNumber, "8001");
+    EXPECT_EQ(taken(watch), TAKEN::RECORD);
+    watch.nLine = SIP_LINE_COUNT;
+    EXPECT_EQ(taken(watch), TAKEN::BAD);
+    watch.nLine = 0;
+    watch.head.nId = 0;
+    EXPECT_EQ(taken(watch), TAKEN::BAD);
+    EXPECT_EQ(taken(sipWire::make<tagSipHead>(SIP_UNWATCH, 0)), TAKEN::BAD);
+    EXPECT_EQ(taken(sipWire::make<tagSipHead>(SIP_UNWATCH, 9)), TAKEN::RECORD);
+    EXPECT_EQ(taken(sipWire::make<tagSipTarget>(SIP_WATCH_LIST, 3)), TAKEN::RECORD);
+    EXPECT_EQ(taken(sipWire::make<tagSipTarget>(SIP_WATCH_LIST, 4)), TAKEN::BAD);
+
+    auto lamp = sipWire::make<tagSipLamp>(SIP_LAMP, 1);
+    lamp.eLamp = SIP_LAMP_BUSY;
+    EXPECT_EQ(taken(lamp), TAKEN::RECORD);
+    lamp.eLamp = SIP_LAMP_BUSY + 1;
+    EXPECT_EQ(taken(lamp), TAKEN::BAD);
+    auto messages = sipWire::make<tagSipMessages>(SIP_MESSAGES, 0);
+    messages.nNew = SIP_MESSAGES_MAX;
+    EXPECT_EQ(taken(messages), TAKEN::RECORD);
+    messages.nOld = SIP_MESSAGES_MAX + 1;
+    EXPECT_EQ(taken(messages), TAKEN::BAD);
+    auto list = sipWire::make<tagSipList>(SIP_LIST, 0);
+    list.nMembers = SIP_MEMBERS_MAX;
+    EXPECT_EQ(taken(list), TAKEN::RECORD);
+    ++list.nMembers;
+    EXPECT_EQ(taken(list), TAKEN::BAD);
+    auto member = sipWire::make<tagSipMember>(SIP_MEMBER, 0);
+    member.nIndex = SIP_MEMBERS_MAX - 1;
+    EXPECT_EQ(taken(member), TAKEN::RECORD);
+    ++member.nIndex;
+    EXPECT_EQ(taken(member), TAKEN::BAD);
+    auto pickUp = sipWire::make<tagSipPickUp>(SIP_PICK_UP, SIP_CALL_FIRST);
+    EXPECT_EQ(taken(pickUp), TAKEN::BAD);
+    sipWire::setText(pickUp.szNumber, "8001");
+    EXPECT_EQ(taken(pickUp), TAKEN::RECORD);
+    pickUp.head.nId = SIP_CALL_FIRST_INCOMING;
+    EXPECT_EQ(taken(pickUp), TAKEN::BAD);
+}
+
 TEST(SipWire, ATextIsShortenedAtTheEndOfACharacterAndLosesWhatControls)
 {
     char text[8];

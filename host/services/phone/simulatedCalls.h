@@ -2,7 +2,7 @@
 // The calls of the simulated phone. One that goes out rings for a moment, then talks until it is hung up; one
 // that comes in rings until it is answered, or its caller gives up. The number "busy" is always busy, and
 // gives up soon. User-interface thread.
-#include "host/services/phone/tagCall.h"
+#include "host/services/phone/endedCalls.h"
 #include <QElapsedTimer>
 #include <QList>
 #include <QObject>
@@ -22,8 +22,8 @@ struct tagCaller
 class simulatedCalls : public QObject
 {
 public:
-    // Until the other side answers; until a caller gives up; calls that have ended and are remembered.
-    enum : int { RING_MS = 1500, CALLER_MS = 60000, ENDED_MAX = 32 };
+    // Until the other side answers; until a caller gives up.
+    enum : int { RING_MS = 1500, CALLER_MS = 60000 };
 
     using Told = std::function<void(const tagCall&)>;
     // changed: told each call that begins, changes or ends; arrived: one from outside, before that.
@@ -47,14 +47,21 @@ public:
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
     bool transfer(int id, const QString& number);
+    // Not with a call on the analogue line, which can do neither.
+    bool connect(int id, int other);
+    bool join(int id, int other);
+    bool split(int id);
     bool sendTone(int id, QChar tone, bool secret);
 
     bool holdFromOutside(int id, bool held);
     bool hangUpFromOutside(int id);
+    // The other side does not let itself be put through any more, or does again.
+    bool refuseFromOutside(int id, bool refuses);
+    bool setStreams(int id, const tagCallStreams& streams);
     // As the call came in.
     tagCaller callerOf(int id) const;
     QList<tagCall> calls() const;
-    QList<tagCall> endedCalls() const { return m_ended; }
+    QList<tagCall> endedCalls() const { return m_ended.all(); }
     bool isTalking() const;
 
 private:
@@ -63,6 +70,7 @@ private:
         tagCall call;
         bool bWantsVideo = false; // the other side
         QElapsedTimer talking;    // valid from the answer on
+        bool bRefuses = false;    // the other side, to be put through
     };
 
     static tagCall newCall(const QString& number, int account);
@@ -71,15 +79,15 @@ private:
     int indexOf(int id) const;
     int indexOfRinging(int id) const;
     tagCall* talkingCall(int id);
+    bool tellRefused(int id);
     bool tell(int id);
     void answered(int id);
     void givenUp(int id);
     void talk(int index);
     bool end(int index, CALL_END why, const char* reason = "");
-    void remember(const tagCall& call);
 
     Told m_changed;
     Told m_arrived;
     QList<tagLiveCall> m_calls;
-    QList<tagCall> m_ended;
+    ::endedCalls m_ended;
 };

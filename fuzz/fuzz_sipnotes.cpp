@@ -1,0 +1,79 @@
+// What servers tell of messages, extensions and lists. The first byte chooses; a zero is between two notes of
+// a subscription. Whatever they hold, the bounds are kept, and what names a call can stand in a header.
+#include "sip/memberBook.h"
+#include "sip/messageSummary.h"
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+void demand(bool holds)
+{
+    if (!holds)
+        abort();
+}
+
+void demandLine(const std::string& text)
+{
+    demand(text.size() < SIP_TARGET_SIZE);
+    demand(std::none_of(text.begin(), text.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte <= 0x20 || byte >= 0x7f || c == ';';
+    }));
+}
+
+void demandState(const ExtensionState& state)
+{
+    demand(state.lamp() <= SIP_LAMP_BUSY);
+    const tagDialog* dialog = state.ringing();
+    demand(!dialog || state.lamp() == SIP_LAMP_RINGING);
+    if (!dialog)
+        return;
+    demandLine(dialog->callId);
+    demandLine(dialog->localTag);
+    demandLine(dialog->remoteTag);
+    demand(dialog->target.find_first_of("\r\n <>\"?") == std::string::npos);
+}
+
+void readSummary(const std::string& note)
+{
+    tagMessageCounts counts = {1, 2};
+    const bool isSound = messageSummary::read(note.data(), note.size(), counts);
+    demand(isSound || (counts.nNew == 1 && counts.nOld == 2));
+    demand(counts.nNew <= SIP_MESSAGES_MAX && counts.nOld <= SIP_MESSAGES_MAX);
+}
+
+void readNotes(const std::string& notes, unsigned kind)
+{
+    ExtensionState state;
+    MemberBook book;
+    for (size_t at = 0; at < notes.size();) {
+        const size_t end = std::min(notes.find('\0', at), notes.size());
+        const std::string note = notes.substr(at, end - at);
+        at = end + 1;
+        if (kind == 1) {
+            state.take(note.data(), note.size());
+            demandState(state);
+            continue;
+        }
+        book.take("multipart/related;boundary=b", note.data(), note.size());
+        demand(book.members().size() <= SIP_MEMBERS_MAX);
+        for (const tagListMember& member : book.members())
+            demandState(member.state);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
+{
+    if (size == 0)
+        return 0;
+    const std::string notes(reinterpret_cast<const char*>(data) + 1, size - 1);
+    if (data[0] == 0)
+        readSummary(notes);
+    else
+        readNotes(notes, data[0]);
+    return 0;
+}

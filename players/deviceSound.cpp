@@ -1,0 +1,168 @@
+#include "players/deviceSound.h"
+#include "players/soundEnd.h"
+#include "players/soundSink.h"
+#include "players/soundSource.h"
+#include "support/host/trace.h"
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <gst/app/gstappsink.h>
+#include <gst/app/gstappsrc.h>
+
+namespace {
+
+const char* const kProbe = "hxCallEcho";
+constexpr size_t kAhead =
+    2 * callSession::FRAME_SAMPLES; // before the first frame is given: the device's steps
+constexpr guint64 kMaxWaiting = 10 * sizeof(short) * callSession::FRAME_SAMPLES;
+
+GstCaps* soundCaps()
+{
+    return gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", "layout", G_TYPE_STRING,
+                               "interleaved", "rate", G_TYPE_INT, int(soundCoder::SAMPLE_RATE), "channels",
+                               G_TYPE_INT, 1, nullptr);
+}
+
+// What suppresses noise suppresses a measured tone as well.
+bool isProcessed()
+{
+    const char* wish = getenv("HX_SOUND_PROCESSING");
+    return !wish || strcmp(wish, "off") != 0;
+}
+
+} // namespace
+
+deviceSound::~deviceSound()
+{
+    close();
+}
+
+GstElement* deviceSound::add(const char* name)
+{
+    GstElement* element = gst_element_factory_make(name, nullptr);
+    if (!element || !gst_bin_add(GST_BIN(m_pPipeline), element)) {
+        nuxTrace(TRACE_NOTE, "the element %s is missing", name);
+        return nullptr;
+    }
+    return element;
+}
+
+void deviceSound::open()
+{
+    if (m_pPipeline)
+        return;
+    GstElement* sink = newSoundSink();
+    GstElement* source = newSoundSource();
+    if (!sink && !source)
+        return;
+    m_pPipeline = gst_pipeline_new(nullptr);
+    m_watch = std::make_unique<busWatch>(m_pPipeline, "call", [](busWatch::EVENT) {});
+    // Frames come by the clock of this machine, and so do those of the other side.
+    GstClock* clock = gst_system_clock_obtain();
+    gst_pipeline_use_clock(GST_PIPELINE(m_pPipeline), clock);
+    gst_object_unref(clock);
+    const bool echo = sink && source && isProcessed();
+    if (sink)
+        buildLoudspeaker(sink, echo);
+    if (source)
+        buildMicrophone(source, isProcessed());
+    gst_element_set_state(m_pPipeline, GST_STATE_PLAYING);
+    m_pOut = m_pLoudspeaker;
+}
+
+void deviceSound::buildLoudspeaker(GstElement* sink, bool echo)
+{
+    GstElement* out = add("appsrc");
+    GstElement* probe = echo ? add("webrtcechoprobe") : nullptr;
+    GstElement* end = addSoundEnd(m_pPipeline, sink, m_volume);
+    if (!out || !end)
+        return;
+    if (probe)
+        gst_object_set_name(GST_OBJECT(probe), kProbe);
+    GstCaps* caps = soundCaps();
+    g_object_set(out, "caps", caps, "format", GST_FORMAT_TIME, "is-live", TRUE, "do-timestamp", TRUE,
+                 "max-bytes", kMaxWaiting, "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM, nullptr);
+    gst_caps_unref(caps);
+    if (probe ? gst_element_link_many(out, probe, end, nullptr) : gst_element_link(out, end))
+        m_pLoudspeaker = out;
+}
+
+void deviceSound::buildMicrophone(GstElement* source, bool echo)
+{
+    gst_bin_add(GST_BIN(m_pPipeline), source);
+    GstElement* convert = add("audioconvert");
+    GstElement* resample = add("audioresample");
+    GstElement* form = add("capsfilter");
+    GstElement* clean = echo ? add("webrtcdsp") : add("identity");
+    GstElement* sink = add("appsink");
+    if (!convert || !resample || !form || !clean || !sink)
+        return;
+    GstCaps* caps = soundCaps();
+    g_object_set(form, "caps", caps, nullptr);
+    gst_caps_unref(caps);
+    if (echo)
+        g_object_set(clean, "probe", kProbe, "echo-cancel", m_pLoudspeaker != nullptr, nullptr);
+    g_object_set(sink, "sync", FALSE, "async", FALSE, "enable-last-sample", FALSE, nullptr);
+    GstAppSinkCallbacks callbacks = {};
+    callbacks.new_sample = [](GstAppSink* from, gpointer self) {
+        static_cast<deviceSound*>(self)->onHeard(GST_ELEMENT(from));
+        return GST_FLOW_OK;
+    };
+    gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
+    gst_element_link_many(source, convert, resample, form, clean, sink, nullptr);
+}
+
+void deviceSound::close()
+{
+    m_watch.reset();
+    m_pOut = m_pLoudspeaker = nullptr;
+    if (m_pPipeline) {
+        gst_element_set_state(m_pPipeline, GST_STATE_NULL);
+        gst_object_unref(m_pPipeline);
+        m_pPipeline = nullptr;
+    }
+    m_heard.clear();
+    m_bHears = false;
+}
+
+void deviceSound::onHeard(GstElement* from)
+{
+    GstSample* sample = gst_app_sink_pull_sample(GST_APP_SINK(from));
+    GstBuffer* buffer = sample ? gst_sample_get_buffer(sample) : nullptr;
+    GstMapInfo map;
+    if (buffer && gst_buffer_map(buffer, &map, GST_MAP_READ)) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto* samples = reinterpret_cast<const short*>(map.data);
+        m_heard.insert(m_heard.end(), samples, samples + map.size / sizeof(short));
+        // The device is faster than the clock, or nobody reads.
+        if (m_heard.size() > size_t(MAX_HEARD))
+            m_heard.erase(m_heard.begin(), m_heard.end() - qptrdiff(kAhead));
+        gst_buffer_unmap(buffer, &map);
+    }
+    if (sample)
+        gst_sample_unref(sample);
+}
+
+void deviceSound::read(short* frame)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_bHears = m_heard.size() >= (m_bHears ? size_t(callSession::FRAME_SAMPLES) : kAhead);
+    if (!m_bHears) {
+        std::fill(frame, frame + callSession::FRAME_SAMPLES, short(0));
+        return;
+    }
+    std::copy_n(m_heard.begin(), callSession::FRAME_SAMPLES, frame);
+    m_heard.erase(m_heard.begin(), m_heard.begin() + callSession::FRAME_SAMPLES);
+}
+
+void deviceSound::write(const short* frame)
+{
+    GstElement* out = m_pOut;
+    if (!out)
+        return;
+    constexpr gsize kBytes = sizeof(short) * callSession::FRAME_SAMPLES;
+    GstBuffer* buffer = gst_buffer_new_allocate(nullptr, kBytes, nullptr);
+    gst_buffer_fill(buffer, 0, frame, kBytes);
+    GST_BUFFER_DURATION(buffer) = callSession::FRAME_MS * GST_MSECOND;
+    gst_app_src_push_buffer(GST_APP_SRC(out), buffer);
+}

@@ -1,0 +1,113 @@
+#include "sip/bodyParts.h"
+#include "sip/boundedXml.h"
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+namespace {
+
+constexpr size_t kMaxBoundary = 70;
+constexpr size_t kMaxHead = 2048;
+constexpr size_t kMaxId = 256;
+
+std::string lower(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return char(tolower(c)); });
+    return text;
+}
+
+bool readHeadLine(const std::string& line, tagBodyPart& part)
+{
+    const size_t colon = line.find(':');
+    if (colon == std::string::npos)
+        return false;
+    const std::string name = lower(boundedXml::trimmed(line.substr(0, colon)));
+    const std::string value = boundedXml::trimmed(line.substr(colon + 1));
+    if (name == "content-type") {
+        part.type = bodyParts::bareType(value);
+    } else if (name == "content-id") {
+        const bool isBracketed = value.size() > 2 && value.front() == '<' && value.back() == '>';
+        if (!isBracketed || value.size() > kMaxId)
+            return false;
+        part.id = value.substr(1, value.size() - 2);
+    } else if (name == "content-transfer-encoding") {
+        const std::string coding = lower(value);
+        return coding == "binary" || coding == "8bit" || coding == "7bit";
+    }
+    return true;
+}
+
+// Lines up to an empty one, and what is behind it.
+bool readPart(std::string_view text, tagBodyPart& part)
+{
+    for (size_t at = 0;;) {
+        const size_t end = text.find('\n', at);
+        if (end == std::string_view::npos || end > kMaxHead)
+            return false;
+        const std::string line = boundedXml::trimmed(std::string(text.substr(at, end - at)));
+        at = end + 1;
+        if (line.empty()) {
+            part.bytes = text.data() + at;
+            part.nSize = text.size() - at;
+            return true;
+        }
+        if (!readHeadLine(line, part))
+            return false;
+    }
+}
+
+} // namespace
+
+std::string bodyParts::bareType(const std::string& contentType)
+{
+    return lower(boundedXml::trimmed(contentType.substr(0, contentType.find(';'))));
+}
+
+std::string bodyParts::param(const std::string& contentType, const std::string& name)
+{
+    for (size_t at = contentType.find(';'); at != std::string::npos; at = contentType.find(';', at + 1)) {
+        const size_t equals = contentType.find('=', at);
+        if (equals == std::string::npos)
+            break;
+        if (lower(boundedXml::trimmed(contentType.substr(at + 1, equals - at - 1))) != name)
+            continue;
+        const std::string rest = boundedXml::trimmed(contentType.substr(equals + 1));
+        if (!rest.empty() && rest.front() == '"')
+            return rest.substr(1, std::min(rest.find('"', 1), rest.size()) - 1);
+        return boundedXml::trimmed(rest.substr(0, rest.find(';')));
+    }
+    return "";
+}
+
+bool bodyParts::split(const char* bytes, size_t size, const std::string& boundary,
+                      std::vector<tagBodyPart>& parts)
+{
+    parts.clear();
+    if (boundary.empty() || boundary.size() > kMaxBoundary)
+        return false;
+    const std::string mark = "--" + boundary;
+    const std::string_view body(bytes, size);
+    // A mark stands at the begin of a line; the line's end before it belongs to the mark.
+    const auto next = [&](size_t at) {
+        while ((at = body.find(mark, at)) != std::string_view::npos && at > 0 && body[at - 1] != '\n')
+            ++at;
+        return at;
+    };
+    for (size_t at = next(0); at != std::string_view::npos;) {
+        const size_t behind = at + mark.size();
+        if (body.substr(behind, 2) == "--")
+            return true;
+        const size_t begin = body.find('\n', behind);
+        at = begin == std::string_view::npos ? begin : next(begin + 1);
+        if (at == std::string_view::npos || parts.size() >= PARTS_MAX)
+            return false;
+        size_t end = at - 1;
+        if (end > begin && body[end - 1] == '\r')
+            --end;
+        tagBodyPart part;
+        if (end <= begin || !readPart(body.substr(begin + 1, end - begin - 1), part))
+            return false;
+        parts.push_back(part);
+    }
+    return false;
+}

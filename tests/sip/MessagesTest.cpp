@@ -1,0 +1,225 @@
+// Messages that wait in a voice mail, as the servers of the lines tell of them.
+#include "tests/sip/eventTest.h"
+
+namespace {
+
+constexpr const char* kType = "application/simple-message-summary";
+const QByteArray kTwo =
+    "Messages-Waiting: yes\r\nMessage-Account: sip:user0@h\r\nVoice-Message: 2/8 (0/2)\r\n";
+const QByteArray kNone = "Messages-Waiting: no\r\nVoice-Message: 0/8\r\n";
+
+using SipMessages = SipEventsOf;
+
+} // namespace
+
+TEST_F(SipMessages, ARegisteredLineAsksForThemAndTellsTheirCounts)
+{
+    begin();
+    const QByteArray subscribe = nextSubscribe("message-summary");
+    const QByteArray own = "<sip:user0@127.0.0.1:" + QByteArray::number(peer->port()) + ">";
+    EXPECT_EQ(headerOf(subscribe, "To").toStdString(), own.toStdString());
+    EXPECT_TRUE(headerOf(subscribe, "From").startsWith("\"User 0\" " + own)) << subscribe.constData();
+    EXPECT_EQ(headerOf(subscribe, "Accept").toStdString(), kType);
+    EXPECT_TRUE(headerOf(subscribe, "Contact").startsWith("<sip:" + contact + "@")) << subscribe.constData();
+    EXPECT_GT(headerOf(subscribe, "Expires").toInt(), 0);
+    accept(subscribe);
+    EXPECT_EQ(note(subscribe, kTwo, kType).toStdString(), "SIP/2.0 200 OK");
+    expectMessages(true, 2, 8);
+    note(subscribe, kTwo, kType);
+    EXPECT_TRUE(isNothingTold()); // nothing new
+    note(subscribe, kNone, kType);
+    expectMessages(true, 0, 8);
+}
+
+TEST_F(SipMessages, ANoteThatComesBeforeTheReplyCounts)
+{
+    begin();
+    const QByteArray subscribe = nextSubscribe("message-summary");
+    note(subscribe, kTwo, kType);
+    expectMessages(true, 2, 8);
+    accept(subscribe);
+    EXPECT_TRUE(isNothingTold());
+}
+
+TEST_F(SipMessages, APasswordIsAskedForAndGiven)
+{
+    begin();
+    const QByteArray first = nextSubscribe("message-summary");
+    EXPECT_EQ(headerOf(first, "Authorization").toStdString(), "");
+    peer->reply(first, "401 Unauthorized",
+                "WWW-Authenticate: Digest realm=\"home\", nonce=\"n1\", qop=\"auth\"");
+    const QByteArray second = nextSubscribe("message-summary");
+    const QByteArray answer = headerOf(second, "Authorization");
+    EXPECT_EQ(paramOf(answer, "response").toStdString(),
+              digestOf("SUBSCRIBE", answer, "auth0", "s3cret:0").toStdString());
+    // One that was wrong is not given again.
+    peer->reply(second, "401 Unauthorized",
+                "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\"");
+    EXPECT_EQ(nextSubscribe("message-summary", 1500).toStdString(), "");
+}
+
+TEST_F(SipMessages, DamagedCountsLeaveThoseThatAreKnownAndAreAskedForAgain)
+{
+    begin();
+    const QByteArray subscribe = nextSubscribe("message-summary");
+    accept(subscribe);
+    note(subscribe, kTwo, kType);
+    expectMessages(true, 2, 8);
+    note(subscribe, "Messages-Waiting: yes\r\nVoice-Message: x/0\r\n", kType);
+    const QByteArray again = nextSubscribe("message-summary");
+    EXPECT_TRUE(headerOf(again, "To").contains(";tag=peer")) << again.constData();
+    accept(again);
+    note(again, QByteArray(50000, 'x'), kType);
+    note(again, kNone, "text/plain");
+    note(again, kNone, kType, "active", "Content-Encoding: gzip");
+    note(again, "", kType);
+    EXPECT_TRUE(isNothingTold());
+    note(again, kNone, kType);
+    expectMessages(true, 0, 8);
+}
+
+TEST_F(SipMessages, AServerThatDoesNotKnowThemIsNotAskedAgainForLong)
+{
+    tagSipSetup setup = calmSetup();
+    setup.nRetryMs = 50;
+    setup.nRetryLastMs = 400;
+    begin(setup);
+    for (const char* refusal : {"489 Bad Event", "404 Not Found"}) {
+        SCOPED_TRACE(refusal);
+        peer->reply(nextSubscribe("message-summary"), refusal);
+        EXPECT_EQ(nextSubscribe("message-summary", 1200).toStdString(), "");
+    }
+    // After long it is, and another account is asked for at once.
+    peer->reply(nextSubscribe("message-summary"), "489 Bad Event");
+    agent.tell(accountAt(0, peer->port()));
+    QByteArray message;
+    for (int i = 0; i < 20 && !message.startsWith("SUBSCRIBE"); ++i) {
+        message = peer->receive();
+        if (message.startsWith("REGISTER"))
+            peer->reply(message, "200 OK", "Contact: " + headerOf(message, "Contact") + ";expires=3600");
+    }
+    EXPECT_TRUE(message.startsWith("SUBSCRIBE"));
+}
+
+TEST_F(SipMessages, AServerThatFailsIsAskedAgainAndItsPatienceIsKept)
+{
+    begin();
+    const QByteArray first = nextSubscribe("message-summary");
+    accept(first);
+    note(first, kTwo, kType);
+    expectMessages(true, 2, 8);
+    note(first, "", kType, "terminated;reason=giveup");
+    expectMessages(false, 0, 0);
+    const QByteArray second = nextSubscribe("message-summary");
+    EXPECT_NE(headerOf(second, "Call-ID").toStdString(), headerOf(first, "Call-ID").toStdString());
+    peer->reply(second, "503 Service Unavailable");
+    const QByteArray third = nextSubscribe("message-summary");
+    EXPECT_NE(third.toStdString(), "");
+    peer->reply(third, "503 Service Unavailable", "Retry-After: 600");
+    EXPECT_EQ(nextSubscribe("message-summary", 1500).toStdString(), "");
+}
+
+TEST_F(SipMessages, ASilentServerAndOneThatNeverTellsAreAskedAgain)
+{
+    begin(AgentProcess::quickSetup());
+    const QByteArray first = nextSubscribe("message-summary");
+    QByteArray second = first; // repeated until then
+    while (!second.isEmpty() && headerOf(second, "Call-ID") == headerOf(first, "Call-ID"))
+        second = nextSubscribe("message-summary");
+    ASSERT_FALSE(second.isEmpty());
+    accept(second);
+    const QByteArray third = nextSubscribe("message-summary");
+    EXPECT_NE(third.toStdString(), "");
+    EXPECT_NE(headerOf(third, "Call-ID").toStdString(), headerOf(second, "Call-ID").toStdString());
+}
+
+TEST_F(SipMessages, TheEndOfASubscriptionSaysWhetherToAskAgain)
+{
+    begin();
+    QByteArray subscribe = nextSubscribe("message-summary");
+    for (const char* reason : {"deactivated", "timeout"}) {
+        SCOPED_TRACE(reason);
+        accept(subscribe);
+        note(subscribe, kTwo, kType);
+        EXPECT_FALSE(agent.next(SIP_LAMP, 1, 300)); // as old as an ordinary delay
+        EXPECT_EQ(note(subscribe, "", kType, QByteArray("terminated;reason=") + reason).toStdString(),
+                  "SIP/2.0 200 OK");
+        const QByteArray again = nextSubscribe("message-summary");
+        EXPECT_NE(headerOf(again, "Call-ID").toStdString(), headerOf(subscribe, "Call-ID").toStdString());
+        EXPECT_FALSE(headerOf(again, "To").contains("tag="));
+        subscribe = again;
+    }
+    accept(subscribe);
+    note(subscribe, kNone, kType);
+    expectMessages(true, 0, 8);
+    note(subscribe, "", kType, "terminated;reason=probation;retry-after=2");
+    expectMessages(false, 0, 0);
+    EXPECT_EQ(nextSubscribe("message-summary", 1000).toStdString(), "");
+    subscribe = nextSubscribe("message-summary");
+    accept(subscribe);
+    note(subscribe, "", kType, "terminated;reason=rejected");
+    EXPECT_EQ(nextSubscribe("message-summary", 1500).toStdString(), "");
+}
+
+TEST_F(SipMessages, ASubscriptionIsRefreshedAndALostOneIsBegunAnew)
+{
+    begin();
+    const QByteArray first = nextSubscribe("message-summary");
+    accept(first, 2);
+    note(first, kTwo, kType, "active;expires=2");
+    expectMessages(true, 2, 8);
+    const QByteArray refresh = nextSubscribe("message-summary");
+    EXPECT_EQ(headerOf(refresh, "Call-ID").toStdString(), headerOf(first, "Call-ID").toStdString());
+    EXPECT_TRUE(headerOf(refresh, "To").contains(";tag=peer"));
+    // The server has started anew and knows nothing of it.
+    peer->reply(refresh, "481 Subscription Does Not Exist");
+    const QByteArray second = nextSubscribe("message-summary");
+    EXPECT_NE(headerOf(second, "Call-ID").toStdString(), headerOf(first, "Call-ID").toStdString());
+    accept(second);
+    note(second, kTwo, kType);
+    EXPECT_TRUE(isNothingTold()); // nobody has noticed
+    note(second, kNone, kType);
+    expectMessages(true, 0, 8);
+}
+
+TEST_F(SipMessages, WhatNobodyAskedForIsTakenFromWhoKnowsTheLine)
+{
+    beginWithoutMessages();
+    EXPECT_EQ(strangeNote(contact, "message-summary", kTwo).toStdString(), "SIP/2.0 200 OK");
+    expectMessages(true, 2, 8);
+    EXPECT_EQ(strangeNote("user0", "message-summary", kNone).toStdString(), "SIP/2.0 404 Not Found");
+    EXPECT_EQ(strangeNote(contact, "check-sync", kNone).toStdString(), "SIP/2.0 489 Bad Event");
+    EXPECT_EQ(strangeNote(contact, "message-summary", "nonsense").toStdString(), "SIP/2.0 400 Bad Request");
+    EXPECT_EQ(strangeNote(contact, "message-summary", kNone, "text/plain").toStdString(),
+              "SIP/2.0 400 Bad Request");
+    EXPECT_TRUE(isNothingTold());
+    EXPECT_EQ(strangeNote(contact, "message-summary", kNone).toStdString(), "SIP/2.0 200 OK");
+    expectMessages(true, 0, 8);
+    // A refusal of the subscription says nothing of them.
+    EXPECT_TRUE(isNothingTold());
+}
+
+TEST_F(SipMessages, WithoutTheLineNothingIsKnown)
+{
+    begin();
+    const QByteArray subscribe = nextSubscribe("message-summary");
+    accept(subscribe);
+    note(subscribe, kTwo, kType);
+    expectMessages(true, 2, 8);
+    agent.tell(sipWire::make<tagSipAccount>(SIP_ACCOUNT, 0));
+    expectMessages(false, 0, 0);
+    EXPECT_EQ(headerOf(nextFarewell("message-summary"), "Call-ID").toStdString(),
+              headerOf(subscribe, "Call-ID").toStdString());
+}
+
+TEST_F(SipMessages, ANoteOfAnotherEventInACallIsRefusedAndTheCallGoesOn)
+{
+    beginWithoutMessages();
+    const uint32_t id = talkIn("noted");
+    ASSERT_NE(id, 0u);
+    peer->send(within("NOTIFY", lastAnswer, 2, "Event: presence\r\nSubscription-State: active"),
+               agent.port());
+    EXPECT_NE(peer->receive("SIP/2.0 489").toStdString(), "");
+    tellStatus(SIP_HANG_UP, id);
+    EXPECT_NE(peer->receive("BYE").toStdString(), "");
+}
