@@ -5,29 +5,29 @@
 #include <cstring>
 #include <ctime>
 #include <sys/socket.h>
-#include <unistd.h>
-#include <utility>
+
+#undef signals // a name in what follows
+#include <gio/gio.h>
 
 namespace {
 
 constexpr int kExpedited = 0xb8; // the class of speech, for the routers on the way (RFC 3246)
 
-int boundSocket(int port)
+LoopbackSocket boundSocket(int port)
 {
-    const int made = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (made < 0)
-        return -1;
+    LoopbackSocket made(
+        g_socket_new(G_SOCKET_FAMILY_IPV4, G_SOCKET_TYPE_DATAGRAM, G_SOCKET_PROTOCOL_UDP, nullptr));
+    GInetAddress* any = g_inet_address_new_any(G_SOCKET_FAMILY_IPV4);
+    GSocketAddress* place = g_inet_socket_address_new(any, guint16(port));
+    const bool isBound = made && g_socket_bind(made.get(), place, FALSE, nullptr);
+    g_object_unref(place);
+    g_object_unref(any);
+    if (!isBound)
+        return nullptr;
     const int on = 1;
-    setsockopt(made, SOL_SOCKET, SO_TIMESTAMPNS, &on, sizeof on);
-    setsockopt(made, IPPROTO_IP, IP_TOS, &kExpedited, sizeof kExpedited);
-    sockaddr_in place = {};
-    place.sin_family = AF_INET;
-    place.sin_addr.s_addr = htonl(INADDR_ANY);
-    place.sin_port = htons(uint16_t(port));
-    if (bind(made, reinterpret_cast<sockaddr*>(&place), sizeof place) == 0)
-        return made;
-    close(made);
-    return -1;
+    setsockopt(g_socket_get_fd(made.get()), SOL_SOCKET, SO_TIMESTAMPNS, &on, sizeof on);
+    setsockopt(g_socket_get_fd(made.get()), IPPROTO_IP, IP_TOS, &kExpedited, sizeof kExpedited);
+    return made;
 }
 
 // Of what the system noted as the packet's arrival.
@@ -58,22 +58,12 @@ std::unique_ptr<callSockets> callSockets::open()
     for (int i = 0; i < kPairs; ++i) {
         const int port = FIRST_PORT + 2 * int((first + unsigned(i)) % unsigned(kPairs));
         sockets->m_rtp = boundSocket(port);
-        sockets->m_rtcp = sockets->m_rtp >= 0 ? boundSocket(port + 1) : -1;
+        sockets->m_rtcp = sockets->m_rtp ? boundSocket(port + 1) : nullptr;
         sockets->m_nPort = port;
-        if (sockets->m_rtcp >= 0)
+        if (sockets->m_rtcp)
             return sockets;
-        if (sockets->m_rtp >= 0)
-            close(std::exchange(sockets->m_rtp, -1));
     }
     return nullptr;
-}
-
-callSockets::~callSockets()
-{
-    for (const int made : {m_rtp, m_rtcp}) {
-        if (made >= 0)
-            close(made);
-    }
 }
 
 int callSockets::take(bool rtcp, unsigned char* packet, int size, sockaddr_in& from, qint64& ageUs)
@@ -87,7 +77,7 @@ int callSockets::take(bool rtcp, unsigned char* packet, int size, sockaddr_in& f
     message.msg_iovlen = 1;
     message.msg_control = more;
     message.msg_controllen = sizeof more;
-    const ssize_t got = recvmsg(rtcp ? m_rtcp : m_rtp, &message, MSG_DONTWAIT);
+    const ssize_t got = recvmsg(g_socket_get_fd(socketOf(rtcp)), &message, MSG_DONTWAIT);
     if (got <= 0)
         return got == 0 ? -1 : errno == EAGAIN || errno == EWOULDBLOCK ? 0 : -1;
     ageUs = ageOf(message);
@@ -97,6 +87,6 @@ int callSockets::take(bool rtcp, unsigned char* packet, int size, sockaddr_in& f
 // What the network does not take is lost, as what it loses on the way.
 void callSockets::send(bool rtcp, const unsigned char* packet, int size, const sockaddr_in& to)
 {
-    (void)!sendto(rtcp ? m_rtcp : m_rtp, packet, size_t(size), MSG_DONTWAIT | MSG_NOSIGNAL,
+    (void)!sendto(g_socket_get_fd(socketOf(rtcp)), packet, size_t(size), MSG_DONTWAIT | MSG_NOSIGNAL,
                   reinterpret_cast<const sockaddr*>(&to), sizeof to);
 }

@@ -1,7 +1,6 @@
 #pragma once
 // The two ports of a call's sound: an even one for RTP, the next one for its RTCP. One thread at a time.
-#include <QByteArray>
-#include <memory>
+#include "players/loopback.h"
 #include <netinet/in.h>
 
 class callSockets
@@ -11,9 +10,6 @@ public:
 
     // Null when all ports are taken.
     static std::unique_ptr<callSockets> open();
-    ~callSockets();
-    callSockets(const callSockets&) = delete;
-    callSockets& operator=(const callSockets&) = delete;
 
     int port() const { return m_nPort; }
     // What waits there, without waiting for it; the size, 0 when nothing does, -1: nothing of use. from: who
@@ -23,7 +19,9 @@ public:
 
 private:
     callSockets() = default;
-    int m_rtp = -1;
-    int m_rtcp = -1;
+    GSocket* socketOf(bool rtcp) const { return rtcp ? m_rtcp.get() : m_rtp.get(); }
+
+    LoopbackSocket m_rtp; // of all interfaces
+    LoopbackSocket m_rtcp;
     int m_nPort = 0;
 };

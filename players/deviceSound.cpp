@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr gint64 kDeviceUs = 60000;
+constexpr gint64 kDeviceStepUs = 10000;
 const char* const kProbe = "hxCallEcho";
 constexpr size_t kAhead =
     2 * callSession::FRAME_SAMPLES; // before the first frame is given: the device's steps
@@ -30,6 +32,24 @@ bool isProcessed()
     return !wish || strcmp(wish, "off") != 0;
 }
 
+// A device of its own choice keeps a fifth of a second, which is heard as a pause in talk.
+void shorten(GstElement* device)
+{
+    if (!GST_IS_BIN(device))
+        return;
+    GstIterator* children = gst_bin_iterate_recurse(GST_BIN(device));
+    GValue item = G_VALUE_INIT;
+    while (gst_iterator_next(children, &item) == GST_ITERATOR_OK) {
+        GObject* part = G_OBJECT(g_value_get_object(&item));
+        const GParamSpec* known = g_object_class_find_property(G_OBJECT_GET_CLASS(part), "buffer-time");
+        if (known && known->value_type == G_TYPE_INT64)
+            g_object_set(part, "buffer-time", kDeviceUs, "latency-time", kDeviceStepUs, nullptr);
+        g_value_reset(&item);
+    }
+    g_value_unset(&item);
+    gst_iterator_free(children);
+}
+
 } // namespace
 
 deviceSound::~deviceSound()
@@ -37,9 +57,9 @@ deviceSound::~deviceSound()
     close();
 }
 
-GstElement* deviceSound::add(const char* name)
+GstElement* deviceSound::add(const char* name, const char* called)
 {
-    GstElement* element = gst_element_factory_make(name, nullptr);
+    GstElement* element = gst_element_factory_make(name, called);
     if (!element || !gst_bin_add(GST_BIN(m_pPipeline), element)) {
         nuxTrace(TRACE_NOTE, "the element %s is missing", name);
         return nullptr;
@@ -72,13 +92,12 @@ void deviceSound::open()
 
 void deviceSound::buildLoudspeaker(GstElement* sink, bool echo)
 {
+    shorten(sink);
     GstElement* out = add("appsrc");
-    GstElement* probe = echo ? add("webrtcechoprobe") : nullptr;
+    GstElement* probe = echo ? add("webrtcechoprobe", kProbe) : nullptr;
     GstElement* end = addSoundEnd(m_pPipeline, sink, m_volume);
     if (!out || !end)
         return;
-    if (probe)
-        gst_object_set_name(GST_OBJECT(probe), kProbe);
     GstCaps* caps = soundCaps();
     g_object_set(out, "caps", caps, "format", GST_FORMAT_TIME, "is-live", TRUE, "do-timestamp", TRUE,
                  "max-bytes", kMaxWaiting, "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM, nullptr);
@@ -89,6 +108,7 @@ void deviceSound::buildLoudspeaker(GstElement* sink, bool echo)
 
 void deviceSound::buildMicrophone(GstElement* source, bool echo)
 {
+    shorten(source);
     gst_bin_add(GST_BIN(m_pPipeline), source);
     GstElement* convert = add("audioconvert");
     GstElement* resample = add("audioresample");
@@ -101,7 +121,8 @@ void deviceSound::buildMicrophone(GstElement* source, bool echo)
     g_object_set(form, "caps", caps, nullptr);
     gst_caps_unref(caps);
     if (echo)
-        g_object_set(clean, "probe", kProbe, "echo-cancel", m_pLoudspeaker != nullptr, nullptr);
+        g_object_set(clean, "probe", kProbe, "echo-cancel", m_pLoudspeaker != nullptr, "delay-agnostic", TRUE,
+                     nullptr);
     g_object_set(sink, "sync", FALSE, "async", FALSE, "enable-last-sample", FALSE, nullptr);
     GstAppSinkCallbacks callbacks = {};
     callbacks.new_sample = [](GstAppSink* from, gpointer self) {

@@ -26,7 +26,7 @@ private:
     enum : int { MAX_HEARD = 5 * callSession::FRAME_SAMPLES };
     void buildLoudspeaker(GstElement* sink, bool echo);
     void buildMicrophone(GstElement* source, bool echo);
-    GstElement* add(const char* name);
+    GstElement* add(const char* name, const char* called = nullptr);
     void onHeard(GstElement* from);
 
     GstElement* m_pPipeline = nullptr;
