@@ -1,6 +1,6 @@
 #include "host/services/phone/realLines.h"
+#include "host/services/phone/mediaSessions.h"
 #include "host/services/phone/phoneService.h"
-#include "host/services/phone/silentMedia.h"
 #include "host/services/phone/sipBackend.h"
 #include <QCoreApplication>
 
@@ -9,7 +9,7 @@ namespace {
 // The one place that says where the sound of real calls comes from.
 std::unique_ptr<sipMedia> mediaOfCalls()
 {
-    return std::make_unique<silentMedia>();
+    return std::make_unique<mediaSessions>();
 }
 
 } // namespace
