@@ -207,7 +207,7 @@ TEST_F(CallConference, TransferOffersTheOtherCallByKeys)
     EXPECT_EQ(offered()->currentRow(), 0);
     kit::key(Qt::Key_Return);
     kit::settle();
-    EXPECT_TRUE(phoneService::instance().calls().isEmpty());
+    ASSERT_TRUE(phoneService::instance().calls().isEmpty());
     EXPECT_EQ(phoneSimulation::instance()->endedCalls()[0].eEnd, CALL_TRANSFERRED);
 }
 
@@ -227,6 +227,7 @@ TEST_F(CallConference, ACallThatGoesIsNotOfferedAnyMore)
 {
     talkToTwo();
     kit::tap(action("actTransfer"));
+    ASSERT_FALSE(offered()->rows().isEmpty());
     ASSERT_EQ(offered()->rows()[0].nCall, call("4711").nId);
     ASSERT_TRUE(phoneSimulation::instance()->hangUpFromOutside(call("4711").nId));
     kit::settle();
@@ -240,6 +241,7 @@ TEST_F(CallConference, WhatTheOtherSideRefusesIsToldAndBothCallsStay)
     talkToTwo();
     ASSERT_TRUE(phoneSimulation::instance()->refuseFromOutside(call("4712").nId, true));
     tapSoftKey(screen(), 2);
+    ASSERT_FALSE(offered()->rows().isEmpty());
     touchRow(0);
     touchRow(0);
     kit::settle();
@@ -259,6 +261,7 @@ TEST_F(CallConference, WhatCannotBeConnectedIsToldAndBothCallsStay)
     talk("4711", "Anna", PHONE_LINE_PSTN);
     talk("4712", "Bob");
     tapSoftKey(screen(), 2);
+    ASSERT_FALSE(offered()->rows().isEmpty());
     kit::BoxAnswers boxes({"ok"});
     touchRow(0);
     touchRow(0);
