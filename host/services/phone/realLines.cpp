@@ -1,6 +1,7 @@
 #include "host/services/phone/realLines.h"
 #include "host/services/phone/mediaSessions.h"
 #include "host/services/phone/phoneService.h"
+#include "host/services/phone/silentMedia.h"
 #include "host/services/phone/sipBackend.h"
 #include <QCoreApplication>
 
