@@ -7,6 +7,7 @@
 #include "host/look/look.h"
 #include "host/services/keyfiles/deviceFiles.h"
 #include "host/services/messages/messageBus.h"
+#include "host/services/phone/realLines.h"
 #include "host/services/players/playerProcesses.h"
 #include "host/services/system/endOnSignals.h"
 #include "host/touch/mousePanel.h"
@@ -33,6 +34,7 @@ struct Options
     QString control;
     bool players = true;
     bool rawTouch = false;
+    bool sip = false;
 };
 
 Options parseOptions(const QStringList& arguments)
@@ -44,9 +46,10 @@ Options parseOptions(const QStringList& arguments)
     const QCommandLineOption control("control", "Socket on which hxctl may drive the phone.", "SOCKET");
     const QCommandLineOption noPlayers("no-players", "Starts neither movie player nor media server.");
     const QCommandLineOption rawTouch("raw-touch", "The mouse is the finger on a simulated touch panel.");
-    parser.addOptions({sysroot, control, noPlayers, rawTouch});
+    const QCommandLineOption sip("sip", "Registers the accounts at their servers; else lines are simulated.");
+    parser.addOptions({sysroot, control, noPlayers, rawTouch, sip});
     parser.process(arguments);
-    return {parser.value(control), !parser.isSet(noPlayers), parser.isSet(rawTouch)};
+    return {parser.value(control), !parser.isSet(noPlayers), parser.isSet(rawTouch), parser.isSet(sip)};
 }
 
 // The device root is needed for the fonts, which are needed before the application object.
@@ -123,6 +126,8 @@ int run(QApplication& application, const Options& options)
     hostFollowRestarts();
     if (options.players)
         playerProcessesStart();
+    if (options.sip)
+        realLinesStart();
     hostBoot();
     if (options.rawTouch && !MousePanel::start(&application))
         fprintf(stderr, "hxPhone: no simulated touch panel without a device root of its own\n");

@@ -164,8 +164,8 @@ void SipCall::setMedia(const std::string& sdp)
     if (m_bOffered) {
         m_bOffered = false;
         m_offer.stop();
-        respond(200, sdp);
-    } else if (!m_bOffering) {
+        respond(sdp.empty() ? 488 : 200, sdp);
+    } else if (!m_bOffering && !sdp.empty()) {
         m_bOffering = true;
         nua_invite(m_pHandle, SIPTAG_CONTENT_TYPE_STR(kSdpType), SIPTAG_PAYLOAD_STR(sdp.c_str()), TAG_END());
     }
@@ -278,7 +278,10 @@ void SipCall::onMediaReply(const tagStackEvent& event)
         return;
     m_bOffering = false;
     m_answers->reset();
-    talk(event.nStatus < 300 ? sdpOf(event.pMessage) : "");
+    if (event.nStatus < 300)
+        talk(sdpOf(event.pMessage));
+    else
+        m_stack.pPhone->tell(sipWire::make<tagSipMedia>(SIP_TALK, m_nId));
 }
 
 void SipCall::onOffer(const tagStackEvent& event)

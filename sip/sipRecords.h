@@ -132,9 +132,10 @@ struct tagSipDial
 };
 
 // SIP_RING: a call that came in rings, with early media where there is a description. SIP_ANSWER: it talks,
-// szSdp is the answer. SIP_MEDIA, of a call that talks: the answer to SIP_OFFER where one waits, else an
-// offer (hold, resume, video). SIP_TALK: the call talks from here on, or its media are agreed on anew; szSdp
-// is the other side's. SIP_OFFER: the other side offers other media; an empty one asks for an offer.
+// szSdp is the answer. SIP_MEDIA, of a call that talks: the answer to SIP_OFFER where one waits, an
+// empty one refuses it; else an offer (hold, resume, video). SIP_TALK: the call talks from here on, or its
+// media are agreed on anew; szSdp is the other side's, and empty when it has refused an offer. SIP_OFFER: the
+// other side offers other media; an empty one asks for an offer.
 struct tagSipMedia
 {
     tagSipHead head;

@@ -68,11 +68,6 @@ QJsonArray factsOf(const QList<tagCall>& calls)
     return all;
 }
 
-QJsonValue noSimulation()
-{
-    return controlError("the phone has a real line service");
-}
-
 } // namespace
 
 void controlRing(const QStringList& arguments, const Reply& reply)
@@ -81,7 +76,7 @@ void controlRing(const QStringList& arguments, const Reply& reply)
     if (!parseCaller(arguments, caller))
         reply(controlUsage(CONTROL_RING_FORM));
     else if (!simulation())
-        reply(noSimulation());
+        reply(controlOnlySimulated());
     else if (!simulation()->ringFrom(caller))
         reply(controlError("no such line or number"));
     else
@@ -90,10 +85,8 @@ void controlRing(const QStringList& arguments, const Reply& reply)
 
 void controlCalls(const QStringList&, const Reply& reply)
 {
-    QJsonObject told{{"calls", factsOf(phoneService::instance().calls())}};
-    if (simulation())
-        told["ended"] = factsOf(simulation()->endedCalls());
-    reply(told);
+    reply(QJsonObject{{"calls", factsOf(phoneService::instance().calls())},
+                      {"ended", factsOf(phoneService::instance().backend().endedCalls())}});
 }
 
 void controlOtherSide(const QStringList& arguments, const Reply& reply)
@@ -106,7 +99,7 @@ void controlOtherSide(const QStringList& arguments, const Reply& reply)
         return;
     }
     if (!simulation()) {
-        reply(noSimulation());
+        reply(controlOnlySimulated());
         return;
     }
     const bool done = what == "hangup" ? simulation()->hangUpFromOutside(id)

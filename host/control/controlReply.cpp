@@ -18,6 +18,12 @@ QJsonValue controlUsage(const QString& form)
     return QJsonObject{{"error", "usage: " + form}, {"usage", true}};
 }
 
+QJsonValue controlOnlySimulated()
+{
+    return controlError("this phone's lines are real: only simulated ones, of hxPhone without --sip or of "
+                        "./run --simulate, do that");
+}
+
 void controlRunLater(const std::function<void()>& work, const ControlReply& reply)
 {
     QTimer::singleShot(0, qApp, work);

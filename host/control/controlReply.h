@@ -13,5 +13,7 @@ QJsonValue controlDone();
 QJsonValue controlError(const QString& problem);
 // The words are not of the command's form.
 QJsonValue controlUsage(const QString& form);
+// Of a command that moves simulated lines, in a phone that has real ones.
+QJsonValue controlOnlySimulated();
 // Runs work from the event loop, and replies when it is done or has opened a modal box.
 void controlRunLater(const std::function<void()>& work, const ControlReply& reply);

@@ -70,7 +70,7 @@ void controlLamp(const QStringList& arguments, const Reply& reply)
     if (state < 0) {
         reply(controlUsage("lamp NUMBER [idle|ringing|busy|unknown]"));
     } else if (!simulation()) {
-        reply(controlError("the phone has a real line service"));
+        reply(controlOnlySimulated());
     } else if (number.isEmpty()) {
         reply(controlError("no number: " + arguments[0]));
     } else if (arguments.size() > 1) {
@@ -90,7 +90,7 @@ QJsonValue controlSetList(const QStringList& words)
     if (!isIndex || words.size() > 2)
         return controlUsage("set list LINE [NUMBER[=NAME],...]");
     if (!simulation())
-        return controlError("the phone has a real line service");
+        return controlOnlySimulated();
     if (line < 0 || line >= PHONE_ACCOUNT_COUNT)
         return controlError("no such line");
     simulation()->extensions().setList(line, words.value(1));

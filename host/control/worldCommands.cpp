@@ -69,7 +69,7 @@ QJsonValue setLine(const QStringList& words)
     takeText(settings, "server", line.server);
     takeText(settings, "name", line.name);
     if (!simulation())
-        return controlError("the phone has a real line service");
+        return controlOnlySimulated();
     return simulation()->setLine(index, line) ? controlDone() : controlError("no such line or state");
 }
 
@@ -96,7 +96,7 @@ QJsonValue setCalls(const QStringList& words)
         !takeNumber(settings, "talk", talk))
         return controlUsage("set calls [total=] [talk=]");
     if (!simulation())
-        return controlError("the phone has a real line service");
+        return controlOnlySimulated();
     simulation()->setCalls(total.value_or(0), talk.value_or(0));
     return controlDone();
 }
@@ -108,7 +108,7 @@ QJsonValue setPstn(const QStringList& words)
     if (!isNumber)
         return controlUsage("set pstn N");
     if (!simulation())
-        return controlError("the phone has a real line service");
+        return controlOnlySimulated();
     simulation()->setPstn(pstn);
     return controlDone();
 }

@@ -25,8 +25,7 @@ const char* stateText(const tagCall& call)
 
 QString callStateText(const tagCall& call)
 {
-    const bool failed = call.eState == CALL_ENDED && !call.strReason.isEmpty();
-    return qTranslate(failed ? call.strReason.toUtf8().constData() : stateText(call));
+    return qTranslate(!call.strReason.isEmpty() ? call.strReason.toUtf8().constData() : stateText(call));
 }
 
 QString callNameOf(const tagCall& call, const tagContact& contact)

@@ -885,6 +885,54 @@
         <translation>Die Leitung ist nicht angemeldet</translation>
     </message>
     <message>
+        <source>The call was declined</source>
+        <translation>Der Anruf wurde abgelehnt</translation>
+    </message>
+    <message>
+        <source>This number is not known</source>
+        <translation>Diese Nummer ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>Not available at present</source>
+        <translation>Zurzeit nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>The server does not allow this call</source>
+        <translation>Der Server erlaubt diesen Anruf nicht</translation>
+    </message>
+    <message>
+        <source>Anonymous calls are not accepted</source>
+        <translation>Es werden keine anonymen Anrufe angenommen</translation>
+    </message>
+    <message>
+        <source>The two phones have no sound in common</source>
+        <translation>Die beiden Telefone haben kein gemeinsames Tonformat</translation>
+    </message>
+    <message>
+        <source>The call could not be made</source>
+        <translation>Der Anruf kam nicht zustande</translation>
+    </message>
+    <message>
+        <source>Sound is not available at present</source>
+        <translation>Zurzeit gibt es keinen Ton</translation>
+    </message>
+    <message>
+        <source>The connection was lost</source>
+        <translation>Die Verbindung wurde unterbrochen</translation>
+    </message>
+    <message>
+        <source>Another phone has answered</source>
+        <translation>Ein anderes Telefon hat angenommen</translation>
+    </message>
+    <message>
+        <source>Nobody answers</source>
+        <translation>Niemand nimmt ab</translation>
+    </message>
+    <message>
+        <source>The call could not be transferred</source>
+        <translation>Das Gespräch konnte nicht übergeben werden</translation>
+    </message>
+    <message>
         <source>Mute</source>
         <translation>Stumm</translation>
     </message>

@@ -885,6 +885,54 @@
         <translation>La línea no está registrada</translation>
     </message>
     <message>
+        <source>The call was declined</source>
+        <translation>La llamada fue rechazada</translation>
+    </message>
+    <message>
+        <source>This number is not known</source>
+        <translation>Este número no se conoce</translation>
+    </message>
+    <message>
+        <source>Not available at present</source>
+        <translation>No disponible por ahora</translation>
+    </message>
+    <message>
+        <source>The server does not allow this call</source>
+        <translation>El servidor no permite esta llamada</translation>
+    </message>
+    <message>
+        <source>Anonymous calls are not accepted</source>
+        <translation>No se aceptan llamadas anónimas</translation>
+    </message>
+    <message>
+        <source>The two phones have no sound in common</source>
+        <translation>Los dos teléfonos no tienen un formato de sonido común</translation>
+    </message>
+    <message>
+        <source>The call could not be made</source>
+        <translation>No se pudo hacer la llamada</translation>
+    </message>
+    <message>
+        <source>Sound is not available at present</source>
+        <translation>El sonido no está disponible por ahora</translation>
+    </message>
+    <message>
+        <source>The connection was lost</source>
+        <translation>Se perdió la conexión</translation>
+    </message>
+    <message>
+        <source>Another phone has answered</source>
+        <translation>Otro teléfono ha contestado</translation>
+    </message>
+    <message>
+        <source>Nobody answers</source>
+        <translation>Nadie contesta</translation>
+    </message>
+    <message>
+        <source>The call could not be transferred</source>
+        <translation>No se pudo transferir la llamada</translation>
+    </message>
+    <message>
         <source>Mute</source>
         <translation>Silenciar</translation>
     </message>

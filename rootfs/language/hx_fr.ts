@@ -885,6 +885,54 @@
         <translation>La ligne n’est pas enregistrée</translation>
     </message>
     <message>
+        <source>The call was declined</source>
+        <translation>L’appel a été refusé</translation>
+    </message>
+    <message>
+        <source>This number is not known</source>
+        <translation>Ce numéro n’est pas connu</translation>
+    </message>
+    <message>
+        <source>Not available at present</source>
+        <translation>Indisponible pour le moment</translation>
+    </message>
+    <message>
+        <source>The server does not allow this call</source>
+        <translation>Le serveur n’autorise pas cet appel</translation>
+    </message>
+    <message>
+        <source>Anonymous calls are not accepted</source>
+        <translation>Les appels anonymes ne sont pas acceptés</translation>
+    </message>
+    <message>
+        <source>The two phones have no sound in common</source>
+        <translation>Les deux téléphones n’ont aucun format de son en commun</translation>
+    </message>
+    <message>
+        <source>The call could not be made</source>
+        <translation>L’appel n’a pas pu aboutir</translation>
+    </message>
+    <message>
+        <source>Sound is not available at present</source>
+        <translation>Le son n’est pas disponible pour le moment</translation>
+    </message>
+    <message>
+        <source>The connection was lost</source>
+        <translation>La connexion a été perdue</translation>
+    </message>
+    <message>
+        <source>Another phone has answered</source>
+        <translation>Un autre téléphone a répondu</translation>
+    </message>
+    <message>
+        <source>Nobody answers</source>
+        <translation>Personne ne répond</translation>
+    </message>
+    <message>
+        <source>The call could not be transferred</source>
+        <translation>L’appel n’a pas pu être transféré</translation>
+    </message>
+    <message>
         <source>Mute</source>
         <translation>Couper le son</translation>
     </message>

@@ -885,6 +885,54 @@
         <translation>线路未注册</translation>
     </message>
     <message>
+        <source>The call was declined</source>
+        <translation>对方已拒接</translation>
+    </message>
+    <message>
+        <source>This number is not known</source>
+        <translation>此号码不存在</translation>
+    </message>
+    <message>
+        <source>Not available at present</source>
+        <translation>暂时无法接通</translation>
+    </message>
+    <message>
+        <source>The server does not allow this call</source>
+        <translation>服务器不允许此呼叫</translation>
+    </message>
+    <message>
+        <source>Anonymous calls are not accepted</source>
+        <translation>对方不接受匿名呼叫</translation>
+    </message>
+    <message>
+        <source>The two phones have no sound in common</source>
+        <translation>双方没有共同的声音格式</translation>
+    </message>
+    <message>
+        <source>The call could not be made</source>
+        <translation>呼叫失败</translation>
+    </message>
+    <message>
+        <source>Sound is not available at present</source>
+        <translation>声音暂时不可用</translation>
+    </message>
+    <message>
+        <source>The connection was lost</source>
+        <translation>连接已中断</translation>
+    </message>
+    <message>
+        <source>Another phone has answered</source>
+        <translation>已由其他话机接听</translation>
+    </message>
+    <message>
+        <source>Nobody answers</source>
+        <translation>无人接听</translation>
+    </message>
+    <message>
+        <source>The call could not be transferred</source>
+        <translation>转接失败</translation>
+    </message>
+    <message>
         <source>Mute</source>
         <translation>静音</translation>
     </message>

@@ -70,7 +70,8 @@ void LivePhone::launch(uid_t user)
     m_phone.setProcessEnvironment(environment);
     kit::endWithUs(m_phone, user);
     m_phone.setProcessChannelMode(QProcess::ForwardedChannels);
-    m_phone.start(kit::program("hxPhone"), {"--sysroot", root(), "--control", root() + "/control"});
+    m_phone.start(kit::program("hxPhone"),
+                  QStringList{"--sysroot", root(), "--control", root() + "/control"} + further);
     ASSERT_TRUE(m_phone.waitForStarted());
     // The socket is there once the phone listens; until then hxctl says that there is no phone.
     for (int attempt = 0; attempt < 400 && !QFile::exists(root() + "/control"); ++attempt)

@@ -67,6 +67,8 @@ protected:
     QString root() const { return m_root.path(); }
     qint64 pid() const { return m_phone.processId(); }
 
+    QStringList further; // arguments that the phone is started with
+
 private:
     QJsonValue ask(const QStringList& command, int& exit);
 

@@ -236,8 +236,12 @@ void EveryText::visitCalls()
     call.strNumber = "1002";
     for (const bool isIncoming : {false, true}) {
         for (const CALL_STATE state : {CALL_RINGING, CALL_TALKING, CALL_ENDED}) {
-            for (const char* reason : {"", HX_TR("Busy"), HX_TR("The line is not registered"),
-                                       HX_TR("No line is free"), HX_TR("This cannot be dialled")}) {
+            for (const char* reason :
+                 {"", HX_TR("Busy"), HX_TR("The line is not registered"), HX_TR("No line is free"),
+                  HX_TR("This cannot be dialled"), HX_TR("The two phones have no sound in common"),
+                  HX_TR("The server does not allow this call"), HX_TR("The call could not be transferred"),
+                  HX_TR("Anonymous calls are not accepted"), HX_TR("Sound is not available at present"),
+                  HX_TR("Another phone has answered")}) {
                 call.bIncoming = isIncoming;
                 call.eState = state;
                 call.strReason = reason;

@@ -1,4 +1,5 @@
 #include "host/services/messages/messageSocket.h"
+#include "host/services/system/runAddress.h"
 #include "host/services/system/runFolder.h"
 #include <QDir>
 #include <cctype>
@@ -8,7 +9,6 @@
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace {
@@ -20,38 +20,6 @@ QByteArray folderPath()
 {
     return QByteArray::fromStdString(runFolder::path());
 }
-
-// The address of a socket in the run folder. A path that is too long for an address goes through the
-// descriptor of its folder, which lives as long as this.
-class Address
-{
-public:
-    explicit Address(const QByteArray& name)
-    {
-        const QByteArray file = name + ".sock";
-        QByteArray path = folderPath() + '/' + file;
-        if (path.size() >= int(sizeof m_address.sun_path)) {
-            m_nFolder = open(folderPath().constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-            path = "/proc/self/fd/" + QByteArray::number(m_nFolder) + '/' + file;
-        }
-        m_address.sun_family = AF_UNIX;
-        qstrncpy(m_address.sun_path, path.constData(), sizeof m_address.sun_path);
-    }
-    ~Address()
-    {
-        if (m_nFolder >= 0)
-            close(m_nFolder);
-    }
-    Address(const Address&) = delete;
-    Address& operator=(const Address&) = delete;
-    const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&m_address); }
-    const char* path() const { return m_address.sun_path; }
-    static socklen_t size() { return sizeof(sockaddr_un); }
-
-private:
-    sockaddr_un m_address = {};
-    int m_nFolder = -1;
-};
 
 int newSocket()
 {
@@ -95,9 +63,9 @@ int messageSocket::listenAs(const QByteArray& name, int& lock)
     if (lock < 0)
         return -1;
     removeName(name);
-    const Address address(name);
+    const runAddress address((name + ".sock").toStdString());
     const int fd = newSocket();
-    if (fd >= 0 && bind(fd, address.get(), Address::size()) == 0 && chmod(address.path(), 0600) == 0 &&
+    if (fd >= 0 && bind(fd, address.get(), runAddress::size()) == 0 && chmod(address.path(), 0600) == 0 &&
         listen(fd, kBacklog) == 0)
         return fd;
     lock = closeFailed(lock);
@@ -131,9 +99,9 @@ int messageSocket::connectTo(const QByteArray& name)
 {
     if (!isValidName(name))
         return -1;
-    const Address address(name);
+    const runAddress address((name + ".sock").toStdString());
     const int fd = newSocket();
-    if (fd >= 0 && connect(fd, address.get(), Address::size()) == 0 && isSameUser(fd))
+    if (fd >= 0 && connect(fd, address.get(), runAddress::size()) == 0 && isSameUser(fd))
         return fd;
     return closeFailed(fd);
 }

@@ -142,7 +142,9 @@ bool callRules::comesFrom(const tagCall& call, const QString& number) const
 // Of two that are up at once the answer comes first.
 void callRules::startRinging(const tagCall& call)
 {
-    const std::optional<int> answerAfter = callSettings::autoAnswer(call.nAccount);
+    std::optional<int> answerAfter = callSettings::autoAnswer(call.nAccount);
+    if (call.bAsksAnswer && callSettings::answersWhoAsks(call.nAccount))
+        answerAfter = 0;
     const tagForward forward = callSettings::forward(FORWARD_NO_ANSWER);
     const QString target = targetFor(call, forward);
     if (!m_backend.ring(call.nId))

@@ -92,6 +92,11 @@ std::optional<int> callSettings::autoAnswer(int line)
     return std::clamp(nuxGetRegistryInt(lineFile(line), "AutoAnswer", "nTimeout", 0), 0, kLongestAutoAnswer);
 }
 
+bool callSettings::answersWhoAsks(int line)
+{
+    return isLine(line) && isOn(lineFile(line), "AutoAnswer", "bByCaller");
+}
+
 bool callSettings::readAgain(unsigned int changed)
 {
     switch (changed) {

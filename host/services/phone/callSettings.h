@@ -45,6 +45,8 @@ public:
     static tagHotline hotline();
     // The seconds of ringing after which the phone answers by itself; the analogue line never does.
     static std::optional<int> autoAnswer(int line);
+    // Whether callers of the line who ask to be answered at once are.
+    static bool answersWhoAsks(int line);
 
     // Kept, and read again when their broadcast says so: true for one that does.
     bool readAgain(unsigned int changed);

@@ -55,12 +55,15 @@ public:
     // The rest: of a call that talks.
     virtual bool setHeld(int id, bool held) = 0;
     virtual bool setMuted(int id, bool muted) = 0;
-    // Puts the other side through to the number, without waiting for it: the call is over here.
+    // Puts the other side through to the number: the call is over here as soon as that was taken. Where it
+    // was not, the call goes on and tells so.
     virtual bool transfer(int id, const QString& number) = 0;
     // One of "0123456789*#ABCD". A secret one shows as "•" in what the call tells of its tones.
     virtual bool sendTone(int id, QChar tone, bool secret) = 0;
 
     virtual QList<tagCall> calls() const = 0;
+    // The last ones, newest first, those that were never begun too.
+    virtual QList<tagCall> endedCalls() const { return {}; }
     // As the module sees them; a simulation may count calls that nobody made here.
     virtual int callTotal() const = 0;
     virtual bool isInTalk() const = 0;

@@ -29,8 +29,6 @@ public:
     bool hangUpFromOutside(int id) { return m_calls.hangUpFromOutside(id); }
     // The extensions of the servers.
     simulatedLamps& extensions() { return m_lamps; }
-    // The last ones, newest first.
-    QList<tagCall> endedCalls() const { return m_calls.endedCalls(); }
 
     void start(phoneEvents* events) override;
     tagAccountInfo account(int index) const override { return m_accounts.info(index); }
@@ -46,6 +44,7 @@ public:
     bool transfer(int id, const QString& number) override { return m_calls.transfer(id, number); }
     bool sendTone(int id, QChar tone, bool secret) override { return m_calls.sendTone(id, tone, secret); }
     QList<tagCall> calls() const override { return m_calls.calls(); }
+    QList<tagCall> endedCalls() const override { return m_calls.endedCalls(); }
     int callTotal() const override { return m_nOtherCalls + int(m_calls.calls().size()); }
     bool isInTalk() const override { return m_bOtherTalk || m_calls.isTalking(); }
     bool hasPstn() const override { return m_nPstn != 0; }

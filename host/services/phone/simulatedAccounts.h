@@ -1,7 +1,7 @@
 #pragma once
 // The lines of the simulated phone. Each registers as its file "/rundata/config/user/voip/sipAccount%d.cfg"
 // says, a moment after it was read; what was set by hand stays as it was set. User-interface thread.
-#include "support/host/phone.h"
+#include "host/services/phone/accountFiles.h"
 #include <QObject>
 #include <QString>
 #include <functional>
@@ -24,7 +24,7 @@ public:
     enum : int { REGISTER_MS = 800 };
 
     // changed: told the index of each account that changed.
-    explicit simulatedAccounts(std::function<void(int)> changed) : m_changed(std::move(changed)) {}
+    explicit simulatedAccounts(std::function<void(int)> changed);
 
     // Reads the files. An account whose settings are as before keeps its registration.
     void readFiles();
@@ -35,35 +35,19 @@ public:
     bool isRegistered(int index) const;
 
 private:
-    struct tagConfig
-    {
-        bool bEnable = false;
-        QString strUser;
-        QString strServer;
-        QString strName;
-        bool operator==(const tagConfig& other) const
-        {
-            return bEnable == other.bEnable && strUser == other.strUser && strServer == other.strServer &&
-                   strName == other.strName;
-        }
-    };
     struct tagLine
     {
-        tagConfig config;
+        tagAccountFile file;
         LINE_STATE eState = LINE_DISABLED; // by the configuration
         int nRegistration = 0;             // counts them: an old one's end is not this one's
         tagLineSetting byHand;
-        tagAccountInfo told; // last
     };
 
-    static tagConfig readConfig(int index);
-    static bool isSame(const tagAccountInfo& a, const tagAccountInfo& b);
-    void apply(int index, const tagConfig& config);
+    void apply(int index, const tagAccountFile& file);
     void beginRegistration(int index);
     LINE_STATE stateOf(int index) const;
     int firstRegistered() const;
-    void tellChanges();
 
-    std::function<void(int)> m_changed;
+    accountTeller m_teller;
     tagLine m_lines[PHONE_ACCOUNT_COUNT];
 };

@@ -83,7 +83,7 @@ void simulatedCalls::fail(const QString& number, int account, const char* reason
     call.eState = CALL_ENDED;
     call.eEnd = CALL_FAILED;
     call.strReason = reason;
-    remember(call);
+    m_ended.add(call);
     m_changed(call);
 }
 
@@ -233,16 +233,9 @@ bool simulatedCalls::end(int index, CALL_END why, const char* reason)
     call.eState = CALL_ENDED;
     call.eEnd = why;
     call.strReason = reason;
-    remember(call);
+    m_ended.add(call);
     m_changed(call);
     return true;
-}
-
-void simulatedCalls::remember(const tagCall& call)
-{
-    m_ended.prepend(call);
-    if (m_ended.size() > ENDED_MAX)
-        m_ended.removeLast();
 }
 
 tagCaller simulatedCalls::callerOf(int id) const

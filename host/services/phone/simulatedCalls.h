@@ -2,7 +2,7 @@
 // The calls of the simulated phone. One that goes out rings for a moment, then talks until it is hung up; one
 // that comes in rings until it is answered, or its caller gives up. The number "busy" is always busy, and
 // gives up soon. User-interface thread.
-#include "host/services/phone/tagCall.h"
+#include "host/services/phone/endedCalls.h"
 #include <QElapsedTimer>
 #include <QList>
 #include <QObject>
@@ -22,8 +22,8 @@ struct tagCaller
 class simulatedCalls : public QObject
 {
 public:
-    // Until the other side answers; until a caller gives up; calls that have ended and are remembered.
-    enum : int { RING_MS = 1500, CALLER_MS = 60000, ENDED_MAX = 32 };
+    // Until the other side answers; until a caller gives up.
+    enum : int { RING_MS = 1500, CALLER_MS = 60000 };
 
     using Told = std::function<void(const tagCall&)>;
     // changed: told each call that begins, changes or ends; arrived: one from outside, before that.
@@ -54,7 +54,7 @@ public:
     // As the call came in.
     tagCaller callerOf(int id) const;
     QList<tagCall> calls() const;
-    QList<tagCall> endedCalls() const { return m_ended; }
+    QList<tagCall> endedCalls() const { return m_ended.all(); }
     bool isTalking() const;
 
 private:
@@ -76,10 +76,9 @@ private:
     void givenUp(int id);
     void talk(int index);
     bool end(int index, CALL_END why, const char* reason = "");
-    void remember(const tagCall& call);
 
     Told m_changed;
     Told m_arrived;
     QList<tagLiveCall> m_calls;
-    QList<tagCall> m_ended;
+    ::endedCalls m_ended;
 };

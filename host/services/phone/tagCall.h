@@ -35,10 +35,11 @@ struct tagCallOptions
 // What goes over the wire of a call; all as here where nobody knows.
 struct tagCallStreams
 {
-    QString strSound;        // name of the codec for a person, "Opus"; empty: no sound
-    QString strPicture;      // "H.264"; empty: no picture
-    int nQuality = -1;       // of what is received, 0 (bad) to 4 (as good as it gets); -1: not known
-    bool bEncrypted = false; // all of it
+    QString strSound;         // name of the codec for a person, "Opus"; empty: no sound
+    QString strPicture;       // "H.264"; empty: no picture
+    int nQuality = -1;        // of what is received, 0 (bad) to 4 (as good as it gets); -1: not known
+    bool bEncrypted = false;  // all of it
+    bool bOtherHolds = false; // by its description the other side neither sends nor wants to hear anything
 };
 
 struct tagCall
@@ -50,6 +51,7 @@ struct tagCall
     bool bIncoming = false;
     bool bAnonymous = false;  // the caller, or the user, keeps the number back
     QStringList forwardedBy;  // numbers whose phones have sent it on to this one, the last one last
+    bool bAsksAnswer = false; // the caller asks to be answered without a hand
     bool bVideo = false;      // both sides want it
     tagCallOptions options;   // of this side
     bool bHeld = false;       // by the user
@@ -62,7 +64,9 @@ struct tagCall
     QString strTarget;   // of a call that was forwarded or transferred
     long nStartTime = 0; // of dialling, as netGetLocalTime()
     int nSeconds = 0;    // of talking
-    QString strReason;   // why it failed, for a person, in English; empty for a call that was hung up
+    // Why it failed, or who else has answered it; of a call that talks, for a moment, what could not be done.
+    // For a person, in English.
+    QString strReason;
 };
 
 // Nobody here has heard of the caller: he gave up, or was turned away without a ring.

@@ -1,0 +1,219 @@
+#include "host/services/phone/sipBackend.h"
+#include "host/services/phone/sipAccounts.h"
+#include "host/services/phone/sipCalls.h"
+#include "host/services/phone/sipLamps.h"
+#include "host/services/phone/sipLink.h"
+#include "support/file/deviceRoot.h"
+#include "support/file/path.h"
+#include "support/host/registry.h"
+#include "support/host/text.h"
+#include "support/host/trace.h"
+#include <string>
+#include <utility>
+
+namespace {
+
+const char* const kSettings = "/rundata/config/system.ini";
+const char* const kVersions = "/phone/resource/version.ini";
+const char* const kCertificates = "/rundata/config/certificates"; // agent.pem and cafile.pem
+
+int portOf(const char* key)
+{
+    const int port = nuxGetRegistryInt(kSettings, "SIP", key, 0);
+    return port < 0 || port > 65535 ? 0 : port;
+}
+
+std::string certificates()
+{
+    const std::string folder = kCertificates;
+    const bool areThere =
+        pathFileExist((folder + "/agent.pem").c_str()) && pathFileExist((folder + "/cafile.pem").c_str());
+    return areThere ? std::string(devicePathFollow(kCertificates).GetText()) : std::string();
+}
+
+tagSipSetup setupOf()
+{
+    auto setup = sipWire::make<tagSipSetup>(SIP_SETUP, 0);
+    const QString version =
+        toQString(NUX_SubClass::nuxGetRegistryString(kVersions, "Version", "strRomVersion", ""));
+    sipWire::setText(setup.szAgent, ("hxPhone/" + version).toStdString());
+    const std::string folder = certificates();
+    if (folder.size() < sizeof setup.szCertificates)
+        sipWire::setText(setup.szCertificates, folder);
+    setup.nPort = uint32_t(portOf("nPort"));
+    setup.nTlsPort = uint32_t(portOf("nTlsPort"));
+    setup.nSilentMs = 4000;
+    setup.nRetryMs = 2000;
+    setup.nRetryLastMs = 60000;
+    setup.nRingSeconds = 180; // longer than a forward or an answering machine waits
+    setup.nOfferMs = 5000;
+    return setup;
+}
+
+} // namespace
+
+sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
+    : m_eAgent(agent), m_pMedia(std::move(media))
+{
+    m_pLink =
+        std::make_unique<sipLink>(tagSipLinkNews{[this] {
+                                                     m_pAccounts->agentIsThere();
+                                                     m_pLamps->agentIsThere();
+                                                 },
+                                                 [this](const sipWire::Reader& record) { take(record); },
+                                                 [this] {
+                                                     m_pCalls->agentIsGone();
+                                                     m_pAccounts->agentIsGone();
+                                                     m_pLamps->agentIsGone();
+                                                 }});
+    m_pAccounts = std::make_unique<sipAccounts>(
+        [this](const tagSipAccount& account) {
+            if (m_pLink->isOpen())
+                m_pLink->tell(account);
+        },
+        [this](int index) {
+            m_pEvents->accountChanged(index);
+            m_pLamps->refresh();
+        });
+    m_pCalls = std::make_unique<sipCalls>(
+        *m_pLink, *m_pMedia, [this](int line) { return m_pAccounts->file(line).bEncrypt; },
+        tagSipCallsNews{[this](const tagCall& call) { m_pEvents->callChanged(call); },
+                        [this](const tagCall& call) { m_pEvents->callArrived(call); }});
+    m_pLamps = std::make_unique<sipLamps>(sipLamps::tagPhone{
+        [this](const void* record, size_t size) { m_pLink->tellBytes(record, size); },
+        [this](int line) { return line < 0 ? m_pAccounts->defaultAccount() : line; },
+        [this](int line) { return m_pAccounts->file(line).strList; },
+        [this](const QString& number, int line) { return m_pCalls->pickUp(number, line); }});
+}
+
+sipBackend::~sipBackend()
+{
+    stop();
+}
+
+void sipBackend::take(const sipWire::Reader& record)
+{
+    const tagSipHead& head = record.head();
+    if (head.eKind == SIP_LINE) {
+        m_pAccounts->take(record.as<tagSipLine>());
+    } else if (head.eKind == SIP_MESSAGES) {
+        const auto& messages = record.as<tagSipMessages>();
+        m_pAccounts->setMessages(int(head.nId), int(messages.nNew), int(messages.nOld));
+    } else if (!m_pLamps->take(record)) {
+        m_pCalls->take(record);
+    }
+}
+
+phoneLamps* sipBackend::lamps()
+{
+    return m_pLamps.get();
+}
+
+void sipBackend::stop()
+{
+    m_pLink->stop();
+}
+
+void sipBackend::start(phoneEvents* events)
+{
+    m_pEvents = events;
+    m_pAccounts->readFiles();
+    if (!m_pLink->listen(setupOf())) {
+        nuxTrace(TRACE_NOTE, "the SIP user agent cannot be served: there are no lines");
+        m_pAccounts->agentIsGone();
+    } else if (m_eAgent == AGENT_OWN) {
+        m_pLink->startAgent();
+    }
+}
+
+tagAccountInfo sipBackend::account(int index) const
+{
+    return m_pAccounts->info(index);
+}
+
+int sipBackend::defaultAccount() const
+{
+    return m_pAccounts->defaultAccount();
+}
+
+int sipBackend::dial(const QString& number, int account, const tagCallOptions& options)
+{
+    if (number.isEmpty() || account < -1 || account >= PHONE_ACCOUNT_COUNT)
+        return 0;
+    if (m_pAccounts->isRegistered(account))
+        return m_pCalls->begin(number, account, options);
+    m_pCalls->fail(number, account, HX_TR("The line is not registered"));
+    return 0;
+}
+
+bool sipBackend::ring(int id)
+{
+    return m_pCalls->ring(id);
+}
+
+bool sipBackend::answer(int id, const tagCallOptions& options)
+{
+    return m_pCalls->answer(id, options);
+}
+
+bool sipBackend::refuse(int id, CALL_END why)
+{
+    return m_pCalls->refuse(id, why);
+}
+
+bool sipBackend::deflect(int id, const QString& number)
+{
+    return m_pCalls->deflect(id, number);
+}
+
+bool sipBackend::hangUp(int id)
+{
+    return m_pCalls->hangUp(id);
+}
+
+bool sipBackend::setHeld(int id, bool held)
+{
+    return m_pCalls->setHeld(id, held);
+}
+
+bool sipBackend::setMuted(int id, bool muted)
+{
+    return m_pCalls->setMuted(id, muted);
+}
+
+bool sipBackend::transfer(int id, const QString& number)
+{
+    return m_pCalls->transfer(id, number);
+}
+
+bool sipBackend::sendTone(int id, QChar tone, bool secret)
+{
+    return m_pCalls->sendTone(id, tone, secret);
+}
+
+QList<tagCall> sipBackend::calls() const
+{
+    return m_pCalls->calls();
+}
+
+QList<tagCall> sipBackend::endedCalls() const
+{
+    return m_pCalls->endedCalls();
+}
+
+int sipBackend::callTotal() const
+{
+    return int(m_pCalls->calls().size());
+}
+
+bool sipBackend::isInTalk() const
+{
+    return m_pCalls->isTalking();
+}
+
+int sipBackend::TryThreadMessage(msgObject& msg)
+{
+    if (msg.message == CONFIG_MSG_BCAST_CHANGED && msg.wParam == CONFIG_CHANGED_ACCOUNT)
+        m_pAccounts->readFiles();
+    return 0;
+}

@@ -1,0 +1,62 @@
+#pragma once
+// The real phone: its accounts are registered, and its calls made, by the SIP user agent, a process of its
+// own that costs the calls when it dies, and the phone nothing. User-interface thread.
+#include "host/services/phone/phoneBackend.h"
+#include "host/services/phone/sipMedia.h"
+#include "support/host/message.h"
+#include <memory>
+
+namespace sipWire {
+class Reader;
+}
+class sipAccounts;
+class sipCalls;
+class sipLamps;
+class sipLink;
+
+class HX_HOST_API sipBackend : public phoneBackend, public chMsgProcesser
+{
+public:
+    enum AGENT {
+        AGENT_OWN,    // "hxSip", which is started and kept running
+        AGENT_ANYBODY // whoever connects: a test
+    };
+
+    explicit sipBackend(std::unique_ptr<sipMedia> media, AGENT agent = AGENT_OWN);
+    ~sipBackend() override;
+    // Hangs up and unregisters, and waits for that: at the end of the phone.
+    void stop();
+
+    void start(phoneEvents* events) override;
+    tagAccountInfo account(int index) const override;
+    int defaultAccount() const override;
+    int dial(const QString& number, int account, const tagCallOptions& options) override;
+    bool ring(int id) override;
+    bool answer(int id, const tagCallOptions& options) override;
+    bool refuse(int id, CALL_END why) override;
+    bool deflect(int id, const QString& number) override;
+    bool hangUp(int id) override;
+    bool setHeld(int id, bool held) override;
+    bool setMuted(int id, bool muted) override;
+    bool transfer(int id, const QString& number) override;
+    bool sendTone(int id, QChar tone, bool secret) override;
+    QList<tagCall> calls() const override;
+    QList<tagCall> endedCalls() const override;
+    int callTotal() const override;
+    bool isInTalk() const override;
+    bool hasPstn() const override { return false; }
+    phoneLamps* lamps() override;
+
+    int TryThreadMessage(msgObject& msg) override;
+
+private:
+    void take(const sipWire::Reader& record);
+
+    const AGENT m_eAgent;
+    phoneEvents* m_pEvents = nullptr;
+    std::unique_ptr<sipMedia> m_pMedia;
+    std::unique_ptr<sipLink> m_pLink;
+    std::unique_ptr<sipAccounts> m_pAccounts;
+    std::unique_ptr<sipCalls> m_pCalls;
+    std::unique_ptr<sipLamps> m_pLamps;
+};

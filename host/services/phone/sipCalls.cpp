@@ -1,0 +1,675 @@
+#include "host/services/phone/sipCalls.h"
+#include "host/services/phone/callNumber.h"
+#include "host/services/phone/sipReasons.h"
+#include "support/host/api.h"
+#include "support/host/net.h"
+#include "support/host/trace.h"
+#include <QTimer>
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int kMsInSecond = 1000;
+constexpr int kLiveMax = 2 * SIP_CALLS_MAX; // no agent of ours has more
+constexpr uint32_t kNoCommonMedia = 488;
+const QChar kSecretTone(0x2022);
+
+uint32_t statusOf(CALL_END why)
+{
+    enum { UNAVAILABLE = 480, BUSY = 486, ANONYMITY_DISALLOWED = 433, DECLINE = 603 };
+    switch (why) {
+    case CALL_DECLINED:
+        return DECLINE;
+    case CALL_DISTURBED:
+        return UNAVAILABLE;
+    case CALL_REJECTED:
+        return ANONYMITY_DISALLOWED;
+    default:
+        return BUSY;
+    }
+}
+
+QString textOf(const char* text)
+{
+    return callTextOf(QString::fromUtf8(text));
+}
+
+bool isSame(const tagCallStreams& a, const tagCallStreams& b)
+{
+    return a.strSound == b.strSound && a.strPicture == b.strPicture && a.nQuality == b.nQuality &&
+           a.bEncrypted == b.bEncrypted && a.bOtherHolds == b.bOtherHolds;
+}
+
+bool fits(const QByteArray& target)
+{
+    return !target.isEmpty() && target.size() < SIP_TARGET_SIZE;
+}
+
+} // namespace
+
+sipCalls::sipCalls(sipLink& link, sipMedia& media, std::function<bool(int line)> encrypts,
+                   tagSipCallsNews news)
+    : m_link(link), m_media(media), m_encrypts(std::move(encrypts)), m_news(std::move(news))
+{
+    m_media.setNews(this);
+}
+
+sipCalls::~sipCalls()
+{
+    m_media.setNews(nullptr);
+}
+
+tagCall sipCalls::newCall(const QString& number, int account)
+{
+    tagCall call;
+    call.nId = callNewId();
+    call.strNumber = number;
+    call.nAccount = account;
+    call.nStartTime = netGetLocalTime();
+    return call;
+}
+
+tagCall sipCalls::shown(const tagLive& live)
+{
+    tagCall call = live.call;
+    call.nSeconds = live.talking.isValid() ? int(live.talking.elapsed() / kMsInSecond) : 0;
+    return call;
+}
+
+sipCalls::tagLive* sipCalls::find(int id)
+{
+    for (tagLive& live : m_calls) {
+        if (live.call.nId == id)
+            return &live;
+    }
+    return nullptr;
+}
+
+sipCalls::tagLive* sipCalls::findWire(uint32_t wire)
+{
+    for (tagLive& live : m_calls) {
+        if (live.nWire == wire)
+            return &live;
+    }
+    return nullptr;
+}
+
+sipCalls::tagLive* sipCalls::findTalking(int id)
+{
+    tagLive* live = find(id);
+    return live && live->call.eState == CALL_TALKING ? live : nullptr;
+}
+
+sipCalls::tagLive* sipCalls::findRingingIn(int id)
+{
+    tagLive* live = find(id);
+    return live && live->call.bIncoming && live->call.eState == CALL_RINGING ? live : nullptr;
+}
+
+tagMediaWish sipCalls::wishOf(const tagLive& live) const
+{
+    return {live.call.options, live.call.bHeld, m_encrypts(live.call.nAccount)};
+}
+
+// Whoever hears of it may end the call: it is the last that is done with it.
+void sipCalls::tell(const tagLive& live)
+{
+    m_news.changed(shown(live));
+}
+
+bool sipCalls::end(int id, CALL_END why, const char* reason)
+{
+    const tagLive* live = find(id);
+    if (!live)
+        return false;
+    tagCall call = shown(*live);
+    m_calls.removeIf([id](const tagLive& each) { return each.call.nId == id; });
+    m_media.end(id);
+    call.eState = CALL_ENDED;
+    call.eEnd = why;
+    call.strReason = reason;
+    if (why != CALL_FORWARDED && why != CALL_TRANSFERRED)
+        call.strTarget.clear();
+    m_ended.add(call);
+    m_news.changed(call);
+    return true;
+}
+
+void sipCalls::ask(tagLive& live, ASKED what)
+{
+    live.eAsked = what;
+    live.bAskAgain = false;
+    live.bAskedHeld = live.call.bHeld;
+    if (live.otherOffer && !live.otherOffer->isEmpty())
+        m_media.answer(live.call.nId, *live.otherOffer, wishOf(live));
+    else
+        m_media.offer(live.call.nId, wishOf(live));
+}
+
+// What the other side does not know yet.
+void sipCalls::offerAnew(tagLive& live)
+{
+    const bool isQuiet = live.bAgreed && live.eAsked == ASKED_NOTHING && !live.bOffered && !live.bReplied;
+    const bool isNews = live.bMustOffer || (live.call.bHeld != live.bAgreedHeld && !live.bSilenced);
+    if (!isQuiet || !isNews)
+        return;
+    live.bMustOffer = false;
+    ask(live, ASKED_OFFER);
+}
+
+void sipCalls::tellMedia(SIP_RECORD kind, const tagLive& live, const QByteArray& sdp)
+{
+    auto record = sipWire::make<tagSipMedia>(kind, live.nWire);
+    sipWire::setText(record.szSdp, sdp.toStdString());
+    m_link.tell(record);
+}
+
+void sipCalls::tellStatus(SIP_RECORD kind, const tagLive& live, uint32_t status)
+{
+    auto record = sipWire::make<tagSipStatus>(kind, live.nWire);
+    record.nStatus = status;
+    if (live.nWire)
+        m_link.tell(record);
+}
+
+// False for one that would be shortened on its way.
+bool sipCalls::tellTarget(SIP_RECORD kind, const tagLive& live, const QString& number)
+{
+    const QByteArray target = number.toUtf8();
+    if (!fits(target))
+        return false;
+    auto record = sipWire::make<tagSipTarget>(kind, live.nWire);
+    sipWire::setText(record.szTarget, target.toStdString());
+    m_link.tell(record);
+    return true;
+}
+
+void sipCalls::fail(const QString& number, int account, const char* reason)
+{
+    tagCall call = newCall(number, account);
+    call.eState = CALL_ENDED;
+    call.eEnd = CALL_FAILED;
+    call.strReason = reason;
+    m_ended.add(call);
+    m_news.changed(call);
+}
+
+int sipCalls::begin(const QString& number, int account, const tagCallOptions& options)
+{
+    tagLive live;
+    live.call = newCall(number, account);
+    live.call.options = options;
+    live.call.bAnonymous = options.bAnonymous;
+    return beginCall(live);
+}
+
+int sipCalls::pickUp(const QString& number, int account)
+{
+    tagLive live;
+    live.call = newCall(number, account);
+    live.bPicksUp = true;
+    return beginCall(live);
+}
+
+int sipCalls::beginCall(tagLive live)
+{
+    const QString number = live.call.strNumber;
+    if (m_calls.size() >= SIP_CALLS_MAX || !fits(number.toUtf8())) {
+        fail(number, live.call.nAccount,
+             m_calls.size() >= SIP_CALLS_MAX ? HX_TR("No line is free") : HX_TR("This cannot be dialled"));
+        return 0;
+    }
+    m_calls.append(live);
+    const int id = live.call.nId;
+    ask(m_calls.last(), ASKED_DIAL);
+    m_news.changed(live.call);
+    return id;
+}
+
+void sipCalls::dial(tagLive& live, const QByteArray& target)
+{
+    live.nWire = m_nNextWire++;
+    live.bOffered = true;
+    live.bEarly = false;
+    if (std::exchange(live.bPicksUp, false)) { // where it is sent on from there, it is dialled
+        auto record = sipWire::make<tagSipPickUp>(SIP_PICK_UP, live.nWire);
+        record.nLine = uint32_t(live.call.nAccount);
+        sipWire::setText(record.szNumber, target.toStdString());
+        sipWire::setText(record.szSdp, live.offer.toStdString());
+        m_link.tell(record);
+        return;
+    }
+    auto record = sipWire::make<tagSipDial>(SIP_DIAL, live.nWire);
+    record.nLine = uint32_t(live.call.nAccount);
+    record.bAnonymous = live.call.bAnonymous;
+    sipWire::setText(record.szTarget, target.toStdString());
+    sipWire::setText(record.szSdp, live.offer.toStdString());
+    m_link.tell(record);
+}
+
+// The same call, elsewhere.
+bool sipCalls::redirect(tagLive& live, const QByteArray& target)
+{
+    const bool isAddress = target.startsWith("sip:") || target.startsWith("sips:");
+    const bool waits = !live.call.bIncoming && live.call.eState == CALL_RINGING;
+    if (!isAddress || !waits || live.nRedirections >= REDIRECTIONS_MAX)
+        return false;
+    ++live.nRedirections;
+    live.call.strTarget = textOf(target.constData());
+    dial(live, target);
+    tell(live);
+    return true;
+}
+
+bool sipCalls::ring(int id)
+{
+    tagLive* live = findRingingIn(id);
+    if (!live)
+        return false;
+    live->bRings = true;
+    tellMedia(SIP_RING, *live, {});
+    tell(*live);
+    return true;
+}
+
+// It talks from here on for whoever uses the phone; what the two sides agree on follows.
+bool sipCalls::answer(int id, const tagCallOptions& options)
+{
+    tagLive* live = findRingingIn(id);
+    if (!live)
+        return false;
+    live->call.options = options;
+    live->call.eState = CALL_TALKING;
+    live->talking.start();
+    ask(*live, ASKED_ANSWER);
+    tell(*live);
+    return true;
+}
+
+bool sipCalls::refuse(int id, CALL_END why)
+{
+    const tagLive* live = findRingingIn(id);
+    if (!live)
+        return false;
+    tellStatus(SIP_REFUSE, *live, statusOf(why));
+    return end(id, why);
+}
+
+bool sipCalls::deflect(int id, const QString& number)
+{
+    tagLive* live = findRingingIn(id);
+    if (!live || !tellTarget(SIP_DEFLECT, *live, number))
+        return false;
+    live->call.strTarget = number;
+    return end(id, CALL_FORWARDED);
+}
+
+bool sipCalls::hangUp(int id)
+{
+    if (findRingingIn(id))
+        return refuse(id, CALL_DECLINED);
+    const tagLive* live = find(id);
+    if (!live)
+        return false;
+    tellStatus(SIP_HANG_UP, *live, 0);
+    return end(id, CALL_HUNG_UP);
+}
+
+bool sipCalls::setHeld(int id, bool held)
+{
+    tagLive* live = findTalking(id);
+    if (!live || live->call.bHeld == held)
+        return false;
+    live->call.bHeld = held;
+    if (live->bSilenced) {
+        live->bSilenced = false;
+        m_media.setMuted(id, live->call.bMuted);
+    }
+    offerAnew(*live);
+    tell(*live);
+    return true;
+}
+
+bool sipCalls::setMuted(int id, bool muted)
+{
+    tagLive* live = findTalking(id);
+    if (!live || live->call.bMuted == muted)
+        return false;
+    live->call.bMuted = muted;
+    m_media.setMuted(id, muted || live->bSilenced);
+    tell(*live);
+    return true;
+}
+
+bool sipCalls::transfer(int id, const QString& number)
+{
+    tagLive* live = findTalking(id);
+    if (!live || live->bTransferring || !tellTarget(SIP_TRANSFER, *live, number))
+        return false;
+    live->bTransferring = true;
+    live->call.strTarget = number;
+    live->call.strReason.clear();
+    tell(*live);
+    return true;
+}
+
+bool sipCalls::sendTone(int id, QChar tone, bool secret)
+{
+    tagLive* live = findTalking(id);
+    if (!live)
+        return false;
+    if (!m_media.sendTone(id, tone, TONE_MS)) {
+        auto record = sipWire::make<tagSipTone>(SIP_TONE, live->nWire);
+        record.nTone = tone.unicode();
+        record.nMs = TONE_MS;
+        m_link.tell(record);
+    }
+    live->call.strTones += secret ? kSecretTone : tone;
+    tell(*live);
+    return true;
+}
+
+void sipCalls::take(const sipWire::Reader& record)
+{
+    switch (record.head().eKind) {
+    case SIP_ARRIVED:
+        arrive(record.as<tagSipArrived>());
+        break;
+    case SIP_PROGRESS:
+        progress(record.as<tagSipProgress>());
+        break;
+    case SIP_TALK:
+        talk(record.as<tagSipMedia>());
+        break;
+    case SIP_OFFER:
+        otherOffers(record.as<tagSipMedia>());
+        break;
+    case SIP_ENDED:
+        ended(record.as<tagSipEnded>());
+        break;
+    case SIP_TRANSFERRED:
+        transferred(record.as<tagSipStatus>());
+        break;
+    default:
+        break;
+    }
+}
+
+void sipCalls::arrive(const tagSipArrived& arrived)
+{
+    if (findWire(arrived.head.nId)) {
+        m_link.discard("gave the number of a call twice");
+        return;
+    }
+    tagLive live;
+    live.nWire = arrived.head.nId;
+    if (m_calls.size() >= kLiveMax) {
+        tellStatus(SIP_REFUSE, live, statusOf(CALL_BUSY));
+        return;
+    }
+    live.call = newCall(textOf(arrived.szNumber), int(arrived.nLine));
+    live.call.bIncoming = true;
+    live.call.strName = textOf(arrived.szName);
+    live.call.bAnonymous = arrived.bAnonymous != 0;
+    live.call.bAsksAnswer = arrived.bAutoAnswer != 0;
+    for (uint32_t i = 0; i < arrived.nForwards; ++i)
+        live.call.forwardedBy.append(textOf(arrived.szForwardedBy[i]));
+    live.otherOffer = QByteArray(arrived.szSdp);
+    m_calls.append(live);
+    m_news.arrived(live.call);
+    // What nobody decided would ring without anybody hearing it.
+    const tagLive* undecided = findRingingIn(live.call.nId);
+    if (undecided && !undecided->bRings)
+        refuse(live.call.nId, CALL_BUSY);
+}
+
+void sipCalls::progress(const tagSipProgress& progress)
+{
+    tagLive* live = findWire(progress.head.nId);
+    if (!live || !live->bOffered || live->call.eState != CALL_RINGING || !progress.szSdp[0])
+        return;
+    live->bEarly = true;
+    m_media.agree(live->call.nId, QByteArray(progress.szSdp));
+}
+
+void sipCalls::talk(const tagSipMedia& media)
+{
+    tagLive* live = findWire(media.head.nId);
+    const QByteArray sdp = media.szSdp;
+    if (!live || findRingingIn(live->call.nId))
+        return;
+    const int id = live->call.nId;
+    const bool begins = live->call.eState == CALL_RINGING;
+    const bool wasHeld = live->call.bHeld;
+    if (std::exchange(live->bOffered, false)) {
+        if (!sdp.isEmpty()) {
+            live->bAgreedHeld = live->bAskedHeld;
+            m_media.agree(id, sdp);
+        } else if (live->bAgreed) {
+            refusedOffer(*live);
+        } else if (!live->bEarly) {
+            tellStatus(SIP_HANG_UP, *live, 0);
+            end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
+            return;
+        }
+    }
+    live->bReplied = false;
+    live->bAgreed = true;
+    if (begins) {
+        live->call.eState = CALL_TALKING;
+        live->call.strTarget.clear();
+        live->talking.start();
+    }
+    offerAnew(*live);
+    if (begins || live->call.bHeld != wasHeld)
+        tell(*live);
+}
+
+// One that is not held hears nothing of the user all the same; one that cannot be taken back stays held.
+void sipCalls::refusedOffer(tagLive& live)
+{
+    m_media.withdraw(live.call.nId);
+    if (live.call.bHeld == live.bAgreedHeld)
+        return;
+    if (live.call.bHeld) {
+        live.bSilenced = true;
+        m_media.setMuted(live.call.nId, true);
+    } else {
+        live.call.bHeld = true;
+    }
+}
+
+void sipCalls::otherOffers(const tagSipMedia& media)
+{
+    tagLive* live = findWire(media.head.nId);
+    if (!live || live->call.eState != CALL_TALKING || live->eAsked == ASKED_ANSWER)
+        return;
+    live->otherOffer = QByteArray(media.szSdp);
+    if (live->eAsked != ASKED_NOTHING) {
+        live->bAskAgain = true;
+        return;
+    }
+    if (std::exchange(live->bOffered, false)) {
+        m_media.withdraw(live->call.nId);
+        live->bMustOffer = true;
+    }
+    ask(*live, ASKED_REPLY);
+}
+
+void sipCalls::mediaDescribed(int id, const QByteArray& sdp)
+{
+    tagLive* live = find(id);
+    if (!live || live->eAsked == ASKED_NOTHING)
+        return;
+    const ASKED asked = std::exchange(live->eAsked, ASKED_NOTHING);
+    const bool isThere = !sdp.isEmpty() && sdp.size() < SIP_SDP_SIZE;
+    if (live->bAskAgain) {
+        if (asked == ASKED_OFFER) {
+            m_media.withdraw(id);
+            live->bMustOffer = true;
+        }
+        ask(*live, ASKED_REPLY);
+        return;
+    }
+    switch (asked) {
+    case ASKED_DIAL:
+        live->offer = sdp;
+        if (isThere)
+            dial(*live, live->call.strNumber.toUtf8());
+        else
+            end(id, CALL_FAILED, HX_TR("Sound is not available at present"));
+        break;
+    case ASKED_ANSWER:
+        if (isThere) {
+            live->bOffered = live->otherOffer->isEmpty();
+            live->bAgreedHeld = live->bAskedHeld;
+            live->otherOffer.reset();
+            tellMedia(SIP_ANSWER, *live, sdp);
+        } else {
+            tellStatus(SIP_REFUSE, *live, kNoCommonMedia);
+            end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
+        }
+        break;
+    case ASKED_OFFER:
+        live->bOffered = isThere;
+        if (isThere) {
+            tellMedia(SIP_MEDIA, *live, sdp);
+        } else {
+            const bool wasHeld = live->call.bHeld;
+            refusedOffer(*live);
+            if (live->call.bHeld != wasHeld)
+                tell(*live);
+        }
+        break;
+    case ASKED_REPLY:
+        // An empty answer refuses.
+        live->bOffered = isThere && live->otherOffer->isEmpty();
+        live->bReplied = isThere;
+        if (isThere)
+            live->bAgreedHeld = live->bAskedHeld;
+        live->otherOffer.reset();
+        tellMedia(SIP_MEDIA, *live, isThere ? sdp : QByteArray());
+        offerAnew(*live);
+        break;
+    case ASKED_NOTHING:
+        break;
+    }
+}
+
+void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
+{
+    tagLive* live = find(id);
+    if (!live || isSame(live->call.streams, streams))
+        return;
+    live->call.streams = streams;
+    live->call.bVideo = !streams.strPicture.isEmpty();
+    live->call.bRemoteHeld = streams.bOtherHolds;
+    tell(*live);
+}
+
+void sipCalls::mediaLost()
+{
+    for (tagLive& live : m_calls) {
+        live.call.streams = tagCallStreams();
+        live.call.bVideo = false;
+        if (live.eAsked != ASKED_NOTHING) {
+            ask(live, live.bAskAgain ? ASKED_REPLY : live.eAsked);
+        } else if (live.nWire && live.call.eState != CALL_RINGING) {
+            live.bMustOffer = true;
+            offerAnew(live);
+        } else if (!live.call.bIncoming) {
+            live.bMustOffer = true; // once it talks
+        }
+    }
+    for (const tagCall& call : calls()) {
+        if (const tagLive* live = find(call.nId))
+            tell(*live);
+    }
+}
+
+void sipCalls::ended(const tagSipEnded& ended)
+{
+    tagLive* live = findWire(ended.head.nId);
+    if (!live)
+        return;
+    const int id = live->call.nId;
+    const bool ringsIn = findRingingIn(id) != nullptr;
+    const bool wentOn = live->bTransferring;
+    const bool talked = live->call.eState == CALL_TALKING;
+    const char* const lost = talked ? HX_TR("The connection was lost") : HX_TR("The call could not be made");
+    nuxTrace(TRACE_NOTE, "a call on line %d has ended: %u %u %s", live->call.nAccount + 1, ended.eEnding,
+             ended.nStatus, ended.szReason);
+    switch (ended.eEnding) {
+    case SIP_REDIRECTED:
+        if (!redirect(*live, QByteArray(ended.szTarget)))
+            end(id, CALL_FAILED, lost);
+        break;
+    case SIP_REFUSED:
+        end(id, CALL_FAILED, sipReasonOf(ended.nStatus));
+        break;
+    case SIP_ELSEWHERE:
+        end(id, CALL_HUNG_UP, HX_TR("Another phone has answered"));
+        break;
+    case SIP_UNANSWERED:
+        end(id, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : HX_TR("Nobody answers"));
+        break;
+    case SIP_BROKEN:
+        end(id, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : lost);
+        break;
+    default:
+        end(id, ringsIn ? CALL_MISSED : wentOn ? CALL_TRANSFERRED : CALL_HUNG_UP);
+        break;
+    }
+}
+
+void sipCalls::transferred(const tagSipStatus& status)
+{
+    tagLive* live = findWire(status.head.nId);
+    if (!live || !live->bTransferring)
+        return;
+    const int id = live->call.nId;
+    if (status.nStatus < 300) {
+        tellStatus(SIP_HANG_UP, *live, 0);
+        end(id, CALL_TRANSFERRED);
+        return;
+    }
+    live->bTransferring = false;
+    live->call.strTarget.clear();
+    live->call.strReason = HX_TR("The call could not be transferred");
+    QTimer::singleShot(REASON_MS, Qt::PreciseTimer, this, [this, id] { forgetReason(id); });
+    tell(*live);
+}
+
+void sipCalls::forgetReason(int id)
+{
+    tagLive* live = find(id);
+    if (!live || live->call.strReason.isEmpty())
+        return;
+    live->call.strReason.clear();
+    tell(*live);
+}
+
+void sipCalls::agentIsGone()
+{
+    for (const tagCall& call : calls()) {
+        const bool ringsIn = findRingingIn(call.nId) != nullptr;
+        end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED,
+            call.eState == CALL_TALKING ? HX_TR("The connection was lost")
+                                        : HX_TR("The call could not be made"));
+    }
+}
+
+QList<tagCall> sipCalls::calls() const
+{
+    QList<tagCall> all;
+    for (const tagLive& live : m_calls)
+        all.append(shown(live));
+    return all;
+}
+
+bool sipCalls::isTalking() const
+{
+    return std::any_of(m_calls.begin(), m_calls.end(),
+                       [](const tagLive& live) { return live.call.eState == CALL_TALKING; });
+}

@@ -1,0 +1,128 @@
+#pragma once
+// The calls that the SIP user agent makes: what the phone wants of them goes to the agent, and what becomes
+// of them is told. Descriptions of media are passed between the agent and sipMedia unread; of each call one
+// offer is on its way at a time, and what the phone wants meanwhile is offered after it. User-interface
+// thread.
+#include "host/services/phone/endedCalls.h"
+#include "host/services/phone/sipLink.h"
+#include "host/services/phone/sipMedia.h"
+#include <QElapsedTimer>
+#include <QList>
+#include <QObject>
+#include <functional>
+#include <optional>
+
+struct tagSipCallsNews
+{
+    std::function<void(const tagCall&)> changed; // each call that begins, changes or ends
+    std::function<void(const tagCall&)> arrived; // one from outside, before that
+};
+
+class sipCalls : public QObject, public sipMediaNews
+{
+public:
+    enum : int {
+        TONE_MS = 160,
+        REDIRECTIONS_MAX = 5, // of one call that goes out
+        REASON_MS = 5000,     // for which a call that goes on tells what could not be done
+    };
+
+    // Link and media outlive the calls. encrypts: whether a line wants nothing but encrypted media.
+    sipCalls(sipLink& link, sipMedia& media, std::function<bool(int line)> encrypts, tagSipCallsNews news);
+    ~sipCalls() override;
+
+    // The call's id; 0 when it was not begun, which is told.
+    int begin(const QString& number, int account, const tagCallOptions& options);
+    // The same for a call that takes the one which rings at the number.
+    int pickUp(const QString& number, int account);
+    // A call that cannot be begun is told of all the same, with the reason.
+    void fail(const QString& number, int account, const char* reason);
+    // As those of phoneBackend.
+    bool ring(int id);
+    bool answer(int id, const tagCallOptions& options);
+    bool refuse(int id, CALL_END why);
+    bool deflect(int id, const QString& number);
+    bool hangUp(int id);
+    bool setHeld(int id, bool held);
+    bool setMuted(int id, bool muted);
+    bool transfer(int id, const QString& number);
+    bool sendTone(int id, QChar tone, bool secret);
+
+    // A record of the agent about a call.
+    void take(const sipWire::Reader& record);
+    void agentIsGone();
+    QList<tagCall> calls() const;
+    QList<tagCall> endedCalls() const { return m_ended.all(); }
+    bool isTalking() const;
+
+    void mediaDescribed(int call, const QByteArray& sdp) override;
+    void mediaChanged(int call, const tagCallStreams& streams) override;
+    void mediaLost() override;
+
+private:
+    // What the media are asked for.
+    enum ASKED {
+        ASKED_NOTHING,
+        ASKED_DIAL,   // the offer of a call that goes out
+        ASKED_ANSWER, // what answers a call that came in
+        ASKED_OFFER,  // another offer, of a call that talks
+        ASKED_REPLY   // the answer to another offer of the other side
+    };
+    struct tagLive
+    {
+        tagCall call;
+        uint32_t nWire = 0; // its id at the agent; 0 before it has one
+        ASKED eAsked = ASKED_NOTHING;
+        bool bAskAgain = false;   // what is asked for is out of date
+        bool bOffered = false;    // by this side, and not answered yet
+        bool bReplied = false;    // to the other side's offer, which it has not acknowledged yet
+        bool bAgreed = false;     // the media of the call
+        bool bEarly = false;      // they were agreed while it rings
+        bool bMustOffer = false;  // the media of before are gone
+        bool bAskedHeld = false;  // what the last description said
+        bool bAgreedHeld = false; // what the other side knows
+        bool bSilenced = false;   // it refused to be held: it does not hear the user
+        bool bRings = false;
+        bool bPicksUp = false;
+        bool bTransferring = false;
+        int nRedirections = 0;
+        QByteArray offer;                     // of a call that goes out
+        std::optional<QByteArray> otherOffer; // that is not answered yet; an empty one asks for one
+        QElapsedTimer talking;                // valid from the answer on
+    };
+
+    static tagCall newCall(const QString& number, int account);
+    static tagCall shown(const tagLive& live);
+    tagLive* find(int id);
+    tagLive* findWire(uint32_t wire);
+    tagLive* findTalking(int id);
+    tagLive* findRingingIn(int id);
+    tagMediaWish wishOf(const tagLive& live) const;
+    void tell(const tagLive& live);
+    void ask(tagLive& live, ASKED what);
+    void offerAnew(tagLive& live);
+    int beginCall(tagLive live);
+    void dial(tagLive& live, const QByteArray& target);
+    bool redirect(tagLive& live, const QByteArray& target);
+    void tellMedia(SIP_RECORD kind, const tagLive& live, const QByteArray& sdp);
+    void tellStatus(SIP_RECORD kind, const tagLive& live, uint32_t status);
+    bool tellTarget(SIP_RECORD kind, const tagLive& live, const QString& number);
+    bool end(int id, CALL_END why, const char* reason = "");
+
+    void arrive(const tagSipArrived& arrived);
+    void progress(const tagSipProgress& progress);
+    void talk(const tagSipMedia& media);
+    void refusedOffer(tagLive& live);
+    void otherOffers(const tagSipMedia& media);
+    void ended(const tagSipEnded& ended);
+    void transferred(const tagSipStatus& status);
+    void forgetReason(int id);
+
+    sipLink& m_link;
+    sipMedia& m_media;
+    std::function<bool(int)> m_encrypts;
+    tagSipCallsNews m_news;
+    QList<tagLive> m_calls;
+    ::endedCalls m_ended;
+    uint32_t m_nNextWire = SIP_CALL_FIRST;
+};

@@ -1,0 +1,35 @@
+#include "host/services/phone/sipReasons.h"
+#include "support/host/api.h"
+
+const char* sipReasonOf(uint32_t status)
+{
+    switch (status) {
+    case 486:
+    case 600:
+        return HX_TR("Busy");
+    case 603:
+        return HX_TR("The call was declined");
+    case 404:
+    case 410:
+    case 484:
+    case 485:
+    case 604:
+        return HX_TR("This number is not known");
+    case 408:
+    case 480:
+        return HX_TR("Not available at present");
+    case 401:
+    case 402:
+    case 403:
+    case 407:
+        return HX_TR("The server does not allow this call");
+    case 433:
+        return HX_TR("Anonymous calls are not accepted");
+    case 415:
+    case 488:
+    case 606:
+        return HX_TR("The two phones have no sound in common");
+    default:
+        return HX_TR("The call could not be made");
+    }
+}

@@ -1,0 +1,131 @@
+// The accounts of the files as the SIP user agent is told them, and the states of lines that it tells.
+#include "tests/services/recorder.h"
+#include "tests/services/sipStand.h"
+
+namespace {
+
+class SipAccounts : public SipPhone
+{
+protected:
+    const tagSipAccount& told()
+    {
+        static tagSipAccount none;
+        const auto* account = agent.next<tagSipAccount>(SIP_ACCOUNT);
+        EXPECT_TRUE(account);
+        return account ? *account : none;
+    }
+    bool comesTo(int line, LINE_STATE state)
+    {
+        return kit::waitUntil([=] { return stateOf(line) == state; });
+    }
+};
+
+} // namespace
+
+TEST_F(SipAccounts, AllOfAnAccountIsTold)
+{
+    writeAccount(0, "[account]\nEnable=1\nDisplayName=Ann\xc3\xa4\nAuthName=auth\nUserName=100\n"
+                    "password=s3cret word\nSIPServerHost=sip.example.com\nSIPServerPort=5070\n"
+                    "UseOutboundProxy=1\nOutboundHost=proxy.example.com\nOutboundPort=5080\n"
+                    "Transport=tls\nExpires=600\nRealm=home\n");
+    boot();
+    agentComes();
+    const tagSipAccount& account = told();
+    EXPECT_EQ(account.head.nId, 0u);
+    EXPECT_STREQ(account.szDisplayName, "Ann\xc3\xa4");
+    EXPECT_STREQ(account.szAuthName, "auth");
+    EXPECT_STREQ(account.szUser, "100");
+    EXPECT_STREQ(account.szPassword, "s3cret word");
+    EXPECT_STREQ(account.szServer, "sip.example.com");
+    EXPECT_EQ(account.nPort, 5070u);
+    EXPECT_STREQ(account.szProxy, "proxy.example.com");
+    EXPECT_EQ(account.nProxyPort, 5080u);
+    EXPECT_EQ(account.eTransport, uint32_t(SIP_TLS));
+    EXPECT_EQ(account.nExpires, 600u);
+    EXPECT_STREQ(account.szRealm, "home");
+    EXPECT_TRUE(traces().filter("s3cret").isEmpty());
+}
+
+TEST_F(SipAccounts, WhatAFileLeavesOutIsTheUsual)
+{
+    writeAccount(0, "[account]\nEnable=1\nUserName=100\nSIPServerHost=sip.example.com\nSIPServerPort=5060\n"
+                    "OutboundHost=proxy.example.com\nExpires=7\n");
+    boot();
+    agentComes();
+    const tagSipAccount& account = told();
+    EXPECT_EQ(account.nPort, 0u) << "the domain's records say";
+    EXPECT_STREQ(account.szProxy, "");
+    EXPECT_EQ(account.nProxyPort, 0u);
+    EXPECT_EQ(account.eTransport, uint32_t(SIP_UDP));
+    EXPECT_EQ(account.nExpires, 60u);
+    EXPECT_STREQ(account.szRealm, "");
+    EXPECT_STREQ(account.szAuthName, "");
+}
+
+TEST_F(SipAccounts, AnAccountThatDidNotChangeKeepsItsRegistration)
+{
+    begin();
+    writeAccount(0, "[account]\nEnable=1\nUserName=100\nAuthName=auth\npassword=s3cret\n"
+                    "SIPServerHost=sip.example.com\nSIPServerPort=5060\nDisplayName=Anna\nVoiceMail=8000\n");
+    tellAccountChanged(0);
+    EXPECT_TRUE(agent.isQuiet(SIP_ACCOUNT));
+    EXPECT_EQ(stateOf(0), LINE_DEFAULT_ACCOUNT);
+
+    writeAccount(0, "[account]\nEnable=1\nUserName=100\nAuthName=auth\npassword=other\n"
+                    "SIPServerHost=sip.example.com\nSIPServerPort=5060\nDisplayName=Anna\nVoiceMail=8000\n");
+    tellAccountChanged(0);
+    EXPECT_STREQ(told().szPassword, "other");
+    EXPECT_EQ(stateOf(0), LINE_REGISTERING);
+
+    writeAccount(0, "[account]\nEnable=0\nUserName=100\nSIPServerHost=sip.example.com\n");
+    tellAccountChanged(0);
+    EXPECT_STREQ(told().szUser, "");
+    EXPECT_EQ(stateOf(0), LINE_DISABLED);
+    // What the agent still says of the one before is of no interest.
+    tellLine(0, SIP_LINE_REGISTERED);
+    kit::settle();
+    EXPECT_EQ(stateOf(0), LINE_DISABLED);
+}
+
+TEST_F(SipAccounts, TheStatesOfLinesAreShownAtOnce)
+{
+    writeAccount(1, "[account]\nEnable=1\nUserName=101\nSIPServerHost=sip.example.com\n");
+    writeAccount(2, "[account]\nEnable=1\nUserName=\nSIPServerHost=sip.example.com\n");
+    boot();
+    EXPECT_EQ(stateOf(0), LINE_REGISTERING);
+    EXPECT_EQ(stateOf(2), LINE_UNREGISTERED);
+    EXPECT_EQ(stateOf(3), LINE_DISABLED);
+    agentComes();
+    told();
+    EXPECT_EQ(told().head.nId, 1u);
+    Recorder recorder;
+    phone_RegAccountNotify(&recorder, -1);
+    tellLine(1, SIP_LINE_REGISTERED, 200);
+    EXPECT_TRUE(comesTo(1, LINE_DEFAULT_ACCOUNT));
+    tellLine(0, SIP_LINE_REFUSED, 403, "Forbidden");
+    EXPECT_TRUE(comesTo(0, LINE_REGISTER_FAILED));
+    EXPECT_FALSE(traces().filter("line 1 was refused: 403 Forbidden").isEmpty());
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    EXPECT_TRUE(comesTo(0, LINE_DEFAULT_ACCOUNT));
+    EXPECT_EQ(stateOf(1), LINE_REGISTERED);
+    tellLine(0, SIP_LINE_FAILED, 503);
+    EXPECT_TRUE(comesTo(1, LINE_DEFAULT_ACCOUNT));
+    tellLine(1, SIP_LINE_NONE);
+    EXPECT_TRUE(comesTo(1, LINE_UNREGISTERED));
+    tagAccountInfo info;
+    EXPECT_EQ(phone_GetDefaultAccount(&info), 0);
+    EXPECT_GE(recorder.received.size(), 6);
+}
+
+TEST_F(SipAccounts, AnAgentThatIsGoneLeavesNoLineAndNoCallBegins)
+{
+    begin();
+    agent.leave();
+    EXPECT_TRUE(comesTo(0, LINE_REGISTER_FAILED));
+    EXPECT_EQ(phone_CallNumber("300", 0, -1), 0);
+    EXPECT_EQ(lastEnded().strReason, "The line is not registered");
+    agentComes();
+    EXPECT_STREQ(told().szUser, "100");
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    EXPECT_TRUE(comesTo(0, LINE_DEFAULT_ACCOUNT));
+}

@@ -1,0 +1,156 @@
+// Lines whose agent comes and goes, lies, or is not there: what the phone tells it, and what it shows.
+#include "tests/kit/plain/processes.h"
+#include "tests/services/sipStand.h"
+#include "tests/sip/udpPeer.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+
+class SipLink : public SipPhone
+{
+protected:
+    // The agent is turned away, and the line shows it; another one is served.
+    void expectTurnedAway()
+    {
+        EXPECT_TRUE(agent.isLeft());
+        EXPECT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_REGISTER_FAILED; }));
+        agentComes();
+        EXPECT_TRUE(agent.next<tagSipAccount>(SIP_ACCOUNT));
+        EXPECT_EQ(stateOf(0), LINE_REGISTERING);
+    }
+    qint64 ownAgent()
+    {
+        qint64 pid = 0;
+        kit::waitUntil([&] { return (pid = kit::childOf(getpid(), "hxSip")) != 0; });
+        return pid;
+    }
+    void expectRegistersAt(UdpPeer& server)
+    {
+        QByteArray request;
+        EXPECT_TRUE(
+            kit::waitUntil([&] { return !(request = server.receive("REGISTER", 1)).isEmpty(); }, 15000));
+        server.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+        EXPECT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_DEFAULT_ACCOUNT; }, 15000));
+    }
+    void writeAccountAt(const UdpPeer& server)
+    {
+        writeAccount(0, "[account]\nEnable=1\nUserName=100\nSIPServerHost=127.0.0.1\nSIPServerPort=" +
+                            QByteArray::number(server.port()) + "\n");
+    }
+};
+
+} // namespace
+
+TEST_F(SipLink, ADamagedRecordEndsTheAgentAndTheNextOneIsServed)
+{
+    begin();
+    const char junk[64] = {1, 2, 3, 4, 5, 6, 7, 8};
+    agent.tellBytes(junk, sizeof junk);
+    expectTurnedAway();
+    auto wrong = sipWire::make<tagSipLine>(SIP_LINE, 0);
+    wrong.eState = 99;
+    agent.tell(wrong);
+    expectTurnedAway();
+}
+
+TEST_F(SipLink, WhatHasNoPlaceEndsTheAgent)
+{
+    boot();
+    agentComes();
+    ASSERT_TRUE(agent.next<tagSipAccount>(SIP_ACCOUNT));
+    agent.tell(sipWire::make<tagSipHead>(SIP_HELLO, 0));
+    expectTurnedAway();
+    agent.tell(sipWire::make<tagSipHead>(SIP_END, 0)); // which is the phone's to say
+    expectTurnedAway();
+    agent.tell(arrival(IN));
+    EXPECT_TRUE(kit::waitUntil([] { return calls().size() == 1; }));
+    agent.tell(arrival(IN));
+    expectTurnedAway();
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_TRUE(agent.comeTo(hostPath("/rundata/run/hxSip.link")));
+}
+
+TEST_F(SipLink, AnAgentIsNotThereBeforeItsHello)
+{
+    boot();
+    EXPECT_EQ(stateOf(0), LINE_REGISTERING);
+    ASSERT_TRUE(agent.comeTo(hostPath("/rundata/run/hxSip.link")));
+    ASSERT_TRUE(agent.next<tagSipSetup>(SIP_SETUP));
+    EXPECT_TRUE(agent.isQuiet(SIP_ACCOUNT));
+    tellLine(0, SIP_LINE_REGISTERED);
+    expectTurnedAway();
+
+    agent.leave();
+    EXPECT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_REGISTER_FAILED; }));
+    ASSERT_TRUE(agent.comeTo(hostPath("/rundata/run/hxSip.link")));
+    ASSERT_TRUE(agent.next<tagSipSetup>(SIP_SETUP));
+    kit::stepTime(9000);
+    EXPECT_TRUE(agent.isQuiet(SIP_ACCOUNT));
+    kit::stepTime(2000);
+    expectTurnedAway();
+}
+
+TEST_F(SipLink, AFloodLeavesTheEventLoopItsTurns)
+{
+    begin();
+    mark();
+    QByteArray flood;
+    for (int i = 0; i < 300; ++i) {
+        auto record = sipWire::make<tagSipLine>(SIP_LINE, 0);
+        record.eState = i % 2 ? SIP_LINE_REGISTERED : SIP_LINE_FAILED;
+        flood.append(reinterpret_cast<const char*>(&record), sizeof record);
+    }
+    agent.tellBytes(flood.constData(), size_t(flood.size()));
+    QCoreApplication::processEvents();
+    EXPECT_LE(traces().filter("line 1 ").size(), 32);
+    EXPECT_TRUE(kit::waitUntil([&] { return traces().filter("line 1 ").size() == 300; }));
+    EXPECT_EQ(stateOf(0), LINE_DEFAULT_ACCOUNT);
+}
+
+TEST_F(SipLink, OneAgentIsServedAtATime)
+{
+    begin();
+    kit::ScriptedAgent second;
+    ASSERT_TRUE(second.comeTo(hostPath("/rundata/run/hxSip.link")));
+    EXPECT_TRUE(second.isLeft());
+    EXPECT_EQ(stateOf(0), LINE_DEFAULT_ACCOUNT);
+}
+
+TEST_F(SipLink, TheOwnAgentRegistersComesAgainAfterItsDeathAndUnregistersAtTheEnd)
+{
+    UdpPeer server;
+    writeAccountAt(server);
+    boot(sipBackend::AGENT_OWN);
+    const qint64 first = ownAgent();
+    ASSERT_NE(first, 0);
+    // Nobody else is taken for it.
+    EXPECT_TRUE(agent.comeTo(hostPath("/rundata/run/hxSip.link")));
+    EXPECT_TRUE(agent.isLeft());
+    expectRegistersAt(server);
+
+    ASSERT_EQ(::kill(pid_t(first), SIGKILL), 0);
+    EXPECT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_REGISTER_FAILED; }));
+    kit::stepTime(250);
+    expectRegistersAt(server);
+    EXPECT_NE(ownAgent(), first);
+
+    phoneService::instance().setBackend(nullptr);
+    const QByteArray last = server.receive("REGISTER");
+    EXPECT_TRUE(headerOf(last, "Expires") == "0" || headerOf(last, "Contact").contains("expires=0"))
+        << last.constData();
+    EXPECT_EQ(kit::childOf(getpid(), "hxSip"), 0);
+}
+
+TEST_F(SipLink, ALongPathOfTheRunFolderIsServedToo)
+{
+    UdpPeer server;
+    writeAccountAt(server);
+    const QString folder = root() + "/" + QString(120, 'x');
+    ASSERT_TRUE(QDir().mkpath(folder));
+    setenv("HX_RUN_FOLDER", folder.toUtf8().constData(), 1);
+    boot(sipBackend::AGENT_OWN);
+    expectRegistersAt(server);
+}
