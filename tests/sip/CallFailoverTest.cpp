@@ -118,6 +118,7 @@ TEST_F(SipCallFailover, FromAServerOutOfServiceToTheNext)
 
 TEST_F(SipCallFailover, FromADeadServerToTheNext)
 {
+    silentMs = 30000;
     beginRegistered();
     first.reset();
     dial(1);
