@@ -170,6 +170,29 @@ TEST_F(CallSound, AStrangerIsNotHeard)
     EXPECT_LT(m_one.voice.heard(1).peak(), 0.01) << "from another port, when the right one is known";
 }
 
+TEST_F(CallSound, AProgramOfThisMachineIsHeardFromTheMachinesOwnAddress)
+{
+    CallEnd one(m_one, 1);
+    tagAgreedSound agreed;
+    agreed.bSound = agreed.bReceives = true;
+    agreed.send = {SOUND_CODEC::PCMA, 8, 8000};
+    agreed.take = {agreed.send};
+    agreed.own = "127.0.0.3";
+    agreed.peer = "127.0.0.2";
+    agreed.nPort = 9;
+    callSession::tagParts parts = callSession::build(agreed);
+    one.with([&](callSession& session) { session.agree(agreed, parts); });
+    sendFrom("127.0.0.4", one.port, loudPacket(0));
+    pass(100);
+    one.with([](callSession& session) { EXPECT_EQ(session.strangers(), 1); });
+    sendFrom("127.0.0.3", one.port, loudPacket(0));
+    pass(100);
+    one.with([](callSession& session) {
+        EXPECT_EQ(session.strangers(), 1);
+        EXPECT_EQ(session.reports().received(), 1);
+    });
+}
+
 TEST_F(CallSound, BeforeAnythingWasHeardAnotherPortOfTheSameAddressMayBeIt)
 {
     CallEnd one(m_one, 1);
