@@ -160,7 +160,8 @@ void ManyCalls::see()
     for (const QJsonValue& value : told["calls"].toArray()) {
         const QJsonObject call = value.toObject();
         now.append({call["id"].toInt(), call["number"].toString(), call["incoming"].toBool(),
-                    call["state"] == "talking", call["held"].toBool(), call["muted"].toBool()});
+                    call["state"] == "talking", call["held"].toBool(), call["muted"].toBool(),
+                    call["joined"].toInt()});
         const tagSeen before = seen(now.last().nId);
         m_bAnswered = m_bAnswered || (!before.bIncoming && before.nId && !before.bTalks && now.last().bTalks);
     }
@@ -343,12 +344,55 @@ void ManyCalls::actOnDialled(const tagSeen& call)
         hangUp(call, "hang up before the answer");
 }
 
+ManyCalls::tagSeen ManyCalls::beside(const tagSeen& call) const
+{
+    for (const tagSeen& other : m_calls) {
+        if (other.bTalks && other.nId != call.nId && other.nId != call.nJoined)
+            return other;
+    }
+    return tagSeen();
+}
+
+bool ManyCalls::canJoin(const tagSeen& call) const
+{
+    return !call.nJoined && beside(call).nId && !beside(call).nJoined;
+}
+
+// The last of the row, which is seven wide with the conference.
 void ManyCalls::swap(const tagSeen& call)
 {
-    touch(675, 400);
+    touch(call.nJoined || canJoin(call) ? 730 : 675, 400);
     expect("swap", [&] {
         const auto hasTaken = [](const tagSeen& other) { return other.bTalks && !other.bHeld; };
         return seen(call.nId).bHeld && std::any_of(m_calls.begin(), m_calls.end(), hasTaken);
+    });
+}
+
+void ManyCalls::join(const tagSeen& call)
+{
+    touch(beside(call).nId ? 620 : 675, 400);
+    if (call.nJoined) {
+        expect("split", [&] {
+            return !seen(call.nId).nJoined && seen(call.nId).bHeld == call.bHeld && seen(call.nJoined).bHeld;
+        });
+        return;
+    }
+    expect("join", [&] {
+        const tagSeen now = seen(call.nId);
+        return now.nJoined && seen(now.nJoined).nJoined == call.nId && !now.bHeld && !seen(now.nJoined).bHeld;
+    });
+}
+
+// The first row of the dial screen is the first other call.
+void ManyCalls::connectBoth(const tagSeen& call)
+{
+    softKey(2);
+    waitPage(kDial);
+    key("Down");
+    key("Return");
+    expect("connect", [&] {
+        const tagEnd end = m_ended.value(call.nId);
+        return !seen(call.nId).nId && end.strHow == "transferred";
     });
 }
 
@@ -365,10 +409,14 @@ void ManyCalls::actOnTalking(const tagSeen& call)
     } else if (chosen < 40) {
         type(drawNumber());
         expect("tones", [&] { return seen(call.nId).bTalks; });
-    } else if (chosen < 55) {
+    } else if (chosen < 50) {
         softKey(2);
         sendAway(call, "transfer", "transferred");
-    } else if (chosen < 70 && talking() > 1 && !call.bHeld) {
+    } else if (chosen < 54 && talking() > 1) {
+        connectBoth(call);
+    } else if (chosen < 62 && (call.nJoined || canJoin(call))) {
+        join(call);
+    } else if (chosen < 70 && beside(call).nId && !call.bHeld) {
         swap(call);
     } else if (chosen < 80) {
         ask({"other-side", id, "hangup"});

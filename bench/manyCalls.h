@@ -38,6 +38,7 @@ private:
         bool bTalks = false;
         bool bHeld = false;
         bool bMuted = false;
+        int nJoined = 0;
         bool asks() const { return bIncoming && !bTalks; }
     };
     struct tagEnd
@@ -76,7 +77,12 @@ private:
     void sendAway(const tagSeen& call, const char* act, const char* end);
     void hangUp(const tagSeen& call, const char* end);
     void waitForAnswer(const tagSeen& call);
+    // Another one than those that talk together, which talks as well; one without an id when there is none.
+    tagSeen beside(const tagSeen& call) const;
+    bool canJoin(const tagSeen& call) const;
     void swap(const tagSeen& call);
+    void join(const tagSeen& call);
+    void connectBoth(const tagSeen& call);
     // Looks, and holds what is seen against what the act was for. What somebody has answered meanwhile may
     // have got in between.
     template <typename Holds>

@@ -4,22 +4,25 @@
 
 namespace {
 
-const char* const kElements[] = {"udpsrc",       "queue",        "rtph264depay",      "avdec_h264",
-                                 "appsink",      "avdec_aac",    "videoconvertscale", "rtpmp4gdepay",
-                                 "audioconvert", "audioresample"};
-
-void loadElements()
+void loadElements(const QList<QByteArray>& names)
 {
-    for (const char* name : kElements) {
-        GstElement* element = gst_element_factory_make(name, nullptr);
+    for (const QByteArray& name : names) {
+        GstElement* element = gst_element_factory_make(name.constData(), nullptr);
         if (element)
             gst_object_unref(gst_object_ref_sink(element));
         else
-            nuxTrace(TRACE_NOTE, "the element %s is missing", name);
+            nuxTrace(TRACE_NOTE, "the element %s is missing", name.constData());
     }
 }
 
 } // namespace
+
+QList<QByteArray> filmElements::film()
+{
+    return {"udpsrc",       "queue",        "rtph264depay",      "avdec_h264",
+            "appsink",      "avdec_aac",    "videoconvertscale", "rtpmp4gdepay",
+            "audioconvert", "audioresample"};
+}
 
 filmElements::~filmElements()
 {
@@ -31,7 +34,7 @@ void filmElements::load()
 {
     if (m_thread)
         return;
-    m_thread.reset(QThread::create(loadElements));
+    m_thread.reset(QThread::create(loadElements, m_names));
     QObject::connect(m_thread.get(), &QThread::finished, &m_here, [this] {
         m_bThere = true;
         m_onThere();

@@ -1,6 +1,8 @@
 #pragma once
-// The parts of the media toolkit that show a film: loaded when the first one comes, on a thread of its own,
-// so that the process starts cheaply and answers its messages meanwhile. Main thread.
+// Parts of the media toolkit, those that show a film or others: loaded when they are first needed, on a
+// thread of its own, so that the process starts cheaply and answers its messages meanwhile. Main thread.
+#include <QByteArray>
+#include <QList>
 #include <QObject>
 #include <QThread>
 #include <functional>
@@ -11,7 +13,10 @@ class filmElements
 public:
     using ThereCall = std::function<void()>;
     // onThere: called once, on the main thread, some time after load().
-    explicit filmElements(ThereCall onThere) : m_onThere(std::move(onThere)) {}
+    explicit filmElements(ThereCall onThere, const QList<QByteArray>& names = film())
+        : m_onThere(std::move(onThere)), m_names(names)
+    {
+    }
     // Waits for what is being loaded.
     ~filmElements();
 
@@ -20,8 +25,11 @@ public:
     // Being loaded: what is built of them now would wait for that.
     bool areComing() const { return m_thread && !m_bThere; }
 
+    static QList<QByteArray> film();
+
 private:
     ThereCall m_onThere;
+    QList<QByteArray> m_names;
     std::unique_ptr<QThread> m_thread;
     bool m_bThere = false;
     QObject m_here; // lives on the main thread

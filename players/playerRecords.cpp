@@ -187,3 +187,31 @@ const char* playerRecords::readPorts(unsigned int word, uint16_t& audio, uint16_
     video = uint16_t(second);
     return nullptr;
 }
+
+const char* playerRecords::readCallDescription(const void* block, int size, QByteArray& description)
+{
+    const char* text = static_cast<const char*>(block);
+    if (!text || size < 2 || size > CALL_DESCRIPTION_SIZE || text[size - 1] != 0 ||
+        int(strlen(text)) != size - 1)
+        return "the description is no text";
+    description = QByteArray(text, size - 1);
+    return nullptr;
+}
+
+const char* playerRecords::readWish(const void* block, int size, CALL_WISH& wish, QByteArray& description)
+{
+    CALL_WISH read;
+    if (size < int(sizeof read) || !copyWhole(block, int(sizeof read), read))
+        return "the size is wrong";
+    if (!isAddress(read.szLocalIP))
+        return "an address is none";
+    QByteArray behind;
+    const char* text = static_cast<const char*>(block) + sizeof read;
+    const char* fault =
+        size > int(sizeof read) ? readCallDescription(text, size - int(sizeof read), behind) : nullptr;
+    if (fault)
+        return fault;
+    wish = read;
+    description = behind;
+    return nullptr;
+}

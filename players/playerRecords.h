@@ -23,4 +23,8 @@ const char* readSession(const void* block, int size, VOICE_PARAM& session);
 // Two ports in one word, as PLAYER_PORTS makes it.
 const char* readPorts(unsigned int word, uint16_t& audio, uint16_t& video);
 
+// A wish, and the description behind it where there is one; it is not looked into.
+const char* readWish(const void* block, int size, CALL_WISH& wish, QByteArray& description);
+const char* readCallDescription(const void* block, int size, QByteArray& description);
+
 } // namespace playerRecords

@@ -8,22 +8,6 @@ namespace {
 
 constexpr int kLookAgainMs = 30000;
 
-// Where nothing works, the toolkit's own choice is one that drops everything.
-bool dropsEverything(GstElement* sink)
-{
-    bool drops = false;
-    GstIterator* children = gst_bin_iterate_recurse(GST_BIN(sink));
-    GValue item = G_VALUE_INIT;
-    while (gst_iterator_next(children, &item) == GST_ITERATOR_OK) {
-        GstElementFactory* factory = gst_element_get_factory(GST_ELEMENT(g_value_get_object(&item)));
-        drops = drops || (factory && g_strcmp0(GST_OBJECT_NAME(factory), "fakesink") == 0);
-        g_value_reset(&item);
-    }
-    g_value_unset(&item);
-    gst_iterator_free(children);
-    return drops;
-}
-
 void sayNothing(const char*, int, const char*, int, const char*, ...) {}
 
 // The drivers write a page of lines at each look that finds no device.
@@ -53,15 +37,37 @@ GstElement* makeSink()
 
 } // namespace
 
+bool soundBinHas(GstElement* bin, std::initializer_list<const char*> names)
+{
+    bool has = false;
+    GstIterator* children = gst_bin_iterate_recurse(GST_BIN(bin));
+    GValue item = G_VALUE_INIT;
+    while (gst_iterator_next(children, &item) == GST_ITERATOR_OK) {
+        GstElementFactory* factory = gst_element_get_factory(GST_ELEMENT(g_value_get_object(&item)));
+        for (const char* name : names)
+            has = has || (factory && g_strcmp0(GST_OBJECT_NAME(factory), name) == 0);
+        g_value_reset(&item);
+    }
+    g_value_unset(&item);
+    gst_iterator_free(children);
+    return has;
+}
+
+void soundDriversBeStill()
+{
+    static const bool isSilent = (silenceDrivers(), true);
+    (void)isSilent;
+}
+
 GstElement* newSoundSink()
 {
     static QElapsedTimer lookedInVain;
     if (lookedInVain.isValid() && lookedInVain.elapsed() < kLookAgainMs)
         return nullptr;
-    static const bool isSilent = (silenceDrivers(), true);
-    GstElement* sink = isSilent ? makeSink() : nullptr;
+    soundDriversBeStill();
+    GstElement* sink = makeSink();
     if (sink && gst_element_set_state(sink, GST_STATE_READY) != GST_STATE_CHANGE_FAILURE &&
-        !dropsEverything(sink))
+        !soundBinHas(sink, {"fakesink"})) // the toolkit's own choice where nothing works
         return sink;
     if (!lookedInVain.isValid())
         nuxTrace(TRACE_NOTE, "no sound device is found, films play without sound");

@@ -5,21 +5,21 @@
 #include <string>
 #include <vector>
 
-class Referral;
 class Registration;
 
-// Why a call is made, where the user has not dialled it.
-struct tagCallCause
+// Why a call is made, where it is not for its target alone.
+struct tagCallOrigin
 {
-    const Referral* pReferral = nullptr; // who has asked for it; null for nobody
-    std::string taken; // names a call that rings elsewhere and is taken from there; empty: none
+    std::string replaces;       // the header that names a call whose place it takes; empty for none
+    std::string referredBy;     // the header that says who has asked for it; empty for nobody
+    bool bReplacesOnly = false; // whoever does not know of replacing is not to take it
 };
 
 class CallSetup
 {
 public:
     CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
-              const tagCallCause& cause);
+              const tagCallOrigin& origin);
 
     // By the next server; null when the number makes no address.
     nua_handle_t* invite(StackOwner* owner);
@@ -37,8 +37,6 @@ private:
     std::string m_contact;
     std::string m_transport;
     std::string m_identity; // empty unless the caller is not to be told
-    std::string m_replaces;
-    const bool m_bMustReplace; // whoever cannot refuses the call
-    std::string m_referredBy;
+    const tagCallOrigin m_origin;
     std::string m_sdp;
 };

@@ -1,10 +1,10 @@
 #define SOFIA_EXTEND_AUTH_CLIENT 1
 #include "sip/digest.h"
+#include "sip/digestText.h"
 #include <algorithm>
 #include <cstdio>
 #include <map>
 #include <openssl/crypto.h>
-#include <openssl/evp.h>
 #include <openssl/rand.h>
 #include <sofia-sip/auth_client_plugin.h>
 #include <sofia-sip/msg_header.h>
@@ -14,6 +14,11 @@
 #include <vector>
 
 namespace {
+
+using digestText::hexOf;
+using digestText::lower;
+using digestText::quoted;
+using digestText::unquoted;
 
 struct tagSecret
 {
@@ -40,61 +45,10 @@ struct tagClient
     unsigned nCount;
 };
 
-std::string lower(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return char(tolower(c)); });
-    return text;
-}
-
-std::string hexOf(const unsigned char* bytes, size_t size)
-{
-    std::string text;
-    for (size_t i = 0; i < size; ++i) {
-        char digits[3];
-        snprintf(digits, sizeof digits, "%02x", bytes[i]);
-        text += digits;
-    }
-    return text;
-}
-
-std::string hash(const tagClient& client, const std::string& text)
-{
-    unsigned char sum[EVP_MAX_MD_SIZE];
-    unsigned size = 0;
-    if (!EVP_Digest(text.data(), text.size(), sum, &size, client.bSha256 ? EVP_sha256() : EVP_md5(), nullptr))
-        return "";
-    return hexOf(sum, size);
-}
-
 std::string newClientNonce()
 {
     unsigned char bytes[16];
     return RAND_bytes(bytes, sizeof bytes) == 1 ? hexOf(bytes, sizeof bytes) : "";
-}
-
-// The realm as the stack keeps it, in quotes perhaps.
-std::string unquoted(const std::string& value)
-{
-    if (value.size() < 2 || value.front() != '"' || value.back() != '"')
-        return value;
-    std::string text;
-    for (size_t i = 1; i + 1 < value.size(); ++i) {
-        if (value[i] == '\\' && i + 2 < value.size())
-            ++i;
-        text += value[i];
-    }
-    return text;
-}
-
-std::string quoted(const std::string& text)
-{
-    std::string value = "\"";
-    for (char c : text) {
-        if (c == '"' || c == '\\')
-            value += '\\';
-        value += c;
-    }
-    return value + '"';
 }
 
 bool hasQop(const std::string& list, const char* name)
@@ -151,12 +105,20 @@ int authorize(auth_client_t* ca, su_home_t* home, const char* method, const url_
     const std::string own = newClientNonce();
     char count[16];
     snprintf(count, sizeof count, "%08x", ++client->nCount);
-    std::string first = hash(*client, secret->second.user + ":" + realm + ":" + secret->second.password);
-    if (client->bSession)
-        first = hash(*client, first + ":" + nonce + ":" + own);
-    const std::string second = hash(*client, std::string(method) + ":" + uri);
-    const std::string middle = client->bQop ? nonce + ":" + count + ":" + own + ":auth" : nonce;
-    const std::string response = hash(*client, first + ":" + middle + ":" + second);
+    digestText::tagAnswer answer;
+    answer.bSha256 = client->bSha256;
+    answer.bSession = client->bSession;
+    answer.bQop = client->bQop;
+    answer.user = secret->second.user;
+    answer.realm = realm;
+    answer.password = secret->second.password;
+    answer.method = method;
+    answer.uri = uri;
+    answer.nonce = nonce;
+    answer.ownNonce = own;
+    answer.count = count;
+    const std::string response = digestText::response(answer);
+    OPENSSL_cleanse(&answer.password[0], answer.password.size());
     std::string value = "Digest username=" + quoted(secret->second.user) + ", realm=" + quoted(realm) +
                         ", nonce=" + quoted(nonce) + ", uri=\"" + uri + "\", response=\"" + response + '"';
     if (client->szAlgorithm)
@@ -216,8 +178,7 @@ void digest::forget(const std::string& key)
 
 std::string digest::param(const msg_auth_t* challenge, const char* name)
 {
-    const char* value = challenge->au_params ? msg_params_find(challenge->au_params, name) : nullptr;
-    return value ? unquoted(value) : "";
+    return digestText::param(challenge, name);
 }
 
 bool digest::isKnown(const msg_auth_t* challenge)

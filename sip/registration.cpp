@@ -310,6 +310,11 @@ std::string Registration::hopOf(const tagServerAddress& address) const
     return "sip:" + address.host + sipAddress::port(address.nPort) + ";transport=" + transportName();
 }
 
+std::string Registration::hop() const
+{
+    return m_nAddress < m_addresses.size() ? hopOf(m_addresses[m_nAddress]) : "";
+}
+
 std::vector<std::string> Registration::hops() const
 {
     std::vector<std::string> all;

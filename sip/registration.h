@@ -35,6 +35,8 @@ public:
     // That takes a call from elsewhere; empty: none.
     std::string pickUpCode() const { return m_account.szPickUp; }
     std::string server() const;
+    // Where its requests go first.
+    std::string hop() const;
     // Where its requests may go, the server that it is registered at first.
     std::vector<std::string> hops() const;
     // A call has found the server silent or out of service: it is asked again now.

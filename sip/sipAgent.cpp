@@ -91,15 +91,15 @@ void SipAgent::take(const sipWire::Reader& record)
         setAccount(record.as<tagSipAccount>());
     } else if (kind == SIP_DIAL && isSetUp) {
         dial(record.as<tagSipDial>());
-    } else if (kind >= SIP_WATCH && kind <= SIP_WATCH_LIST && isSetUp) {
-        m_events.take(record);
-    } else if (kind == SIP_PICK_UP && isSetUp) {
-        pickUp(record.as<tagSipPickUp>());
     } else if (kind == SIP_NETWORK && isSetUp) {
         for (const auto& line : m_lines) {
             if (line)
                 line->renew();
         }
+    } else if (kind >= SIP_WATCH && kind <= SIP_WATCH_LIST && isSetUp) {
+        m_events.take(record);
+    } else if (kind == SIP_PICK_UP && isSetUp) {
+        pickUp(record.as<tagSipPickUp>());
     } else if (kind > SIP_DIAL && kind < SIP_HELLO && isSetUp) {
         takeForCall(record);
     } else {
@@ -131,7 +131,7 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
                    NUTAG_ENABLEINVITE(1), NUTAG_SESSION_TIMER(kSessionSeconds),
                    NUTAG_MIN_SE(kLeastSessionSeconds), NUTAG_SESSION_REFRESHER(nua_remote_refresher),
                    NUTAG_ENABLEMESSAGE(0), SIPTAG_SUPPORTED_STR(kSupported),
-                   NUTAG_APPL_METHOD("UPDATE, REFER, NOTIFY"), NUTAG_MAX_RETRY_AFTER(0), TAG_END());
+                   NUTAG_APPL_METHOD("NOTIFY, UPDATE, REFER"), NUTAG_MAX_RETRY_AFTER(0), TAG_END());
     m_phone.tell(sipWire::make<tagSipHead>(SIP_HELLO, 0));
     return true;
 }
@@ -195,7 +195,7 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
     }
 }
 
-void SipAgent::dial(const tagSipDial& dial, const std::string& taken)
+void SipAgent::dial(const tagSipDial& dial, const std::string& replaces)
 {
     dropCalls();
     const auto& line = m_lines[dial.nLine];
@@ -211,7 +211,10 @@ void SipAgent::dial(const tagSipDial& dial, const std::string& taken)
     else if (callCount() >= room || m_calls.count(dial.head.nId))
         reason = "There are too many calls";
     if (!*reason) {
-        startDial(dial, *line, {referral, taken});
+        tagCallOrigin origin = {replaces, "", !replaces.empty()};
+        if (referral)
+            origin = {referral->replaces(), referral->referredBy(), false};
+        startDial(dial, *line, origin);
         return;
     }
     if (referral)
@@ -222,7 +225,7 @@ void SipAgent::dial(const tagSipDial& dial, const std::string& taken)
     m_phone.tell(ended);
 }
 
-void SipAgent::startDial(const tagSipDial& dial, const Registration& line, const tagCallCause& cause)
+void SipAgent::startDial(const tagSipDial& dial, const Registration& line, const tagCallOrigin& origin)
 {
     tagCallHooks hooks;
     const uint32_t number = dial.nLine, referrer = dial.nReferrer;
@@ -230,14 +233,14 @@ void SipAgent::startDial(const tagSipDial& dial, const Registration& line, const
         if (m_lines[number])
             m_lines[number]->doubt();
     };
-    if (cause.pReferral) {
+    if (referrer) {
         hooks.progress = [this, referrer](uint32_t status, const std::string& phrase) {
             if (SipCall* call = find(referrer))
                 call->tellReferral(status, phrase);
         };
     }
     auto& call = m_calls[dial.head.nId] = std::make_unique<SipCall>(m_stack, dial.head.nId);
-    call->dial(line, dial, cause, std::move(hooks));
+    call->dial(line, dial, origin, std::move(hooks));
 }
 
 void SipAgent::connectCalls(const tagSipConnect& connect)

@@ -30,15 +30,14 @@ private:
     bool makeStack(const tagSipSetup& setup);
     void setAccount(const tagSipAccount& account);
     void takeForCall(const sipWire::Reader& record);
-    // taken: as tagCallCause has it.
-    void dial(const tagSipDial& dial, const std::string& taken = "");
+    void startDial(const tagSipDial& dial, const Registration& line, const tagCallOrigin& origin);
+    void connectCalls(const tagSipConnect& connect);
+    void dial(const tagSipDial& dial, const std::string& replaces = "");
     void pickUp(const tagSipPickUp& wanted);
     // Whom a request from outside is for; null: nobody here.
     const Registration* lineFor(const sip_t& message) const;
     // Of an event that the handle's owner did not subscribe to.
     void takeNote(const tagStackEvent& event, bool isOwned);
-    void startDial(const tagSipDial& dial, const Registration& line, const tagCallCause& cause);
-    void connectCalls(const tagSipConnect& connect);
     void arrive(const tagStackEvent& event);
     void makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced);
     // The status that refuses a call that asks to take the place of another; 0 and that one's id for none.

@@ -52,7 +52,7 @@ SipCall::~SipCall()
     release();
 }
 
-void SipCall::dial(const Registration& line, const tagSipDial& dial, const tagCallCause& cause,
+void SipCall::dial(const Registration& line, const tagSipDial& dial, const tagCallOrigin& origin,
                    tagCallHooks hooks)
 {
     m_hooks = std::move(hooks);
@@ -60,7 +60,7 @@ void SipCall::dial(const Registration& line, const tagSipDial& dial, const tagCa
     m_own = line.ownAddress();
     m_server = line.server();
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
-    m_setup = std::make_unique<CallSetup>(m_stack, line, dial, cause);
+    m_setup = std::make_unique<CallSetup>(m_stack, line, dial, origin);
     m_remote = m_setup->target();
     m_eStep = STEP_RINGING;
     m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });

@@ -35,7 +35,7 @@ public:
     ~SipCall() override;
 
     // From here, by a line that is registered.
-    void dial(const Registration& line, const tagSipDial& dial, const tagCallCause& cause,
+    void dial(const Registration& line, const tagSipDial& dial, const tagCallOrigin& origin,
               tagCallHooks hooks);
     // The INVITE of a call from outside; replaced: the call whose place it takes, 0 for none.
     void arrive(const Registration& line, const tagStackEvent& event, uint32_t replaced, tagCallHooks hooks);

@@ -1,6 +1,8 @@
 #pragma once
 // Calls once, after a time; never after it was stopped or destroyed.
-#include "sip/sipStack.h"
+#include <cstdint>
+#include <functional>
+#include <sofia-sip/su_wait.h>
 
 class SipTimer
 {

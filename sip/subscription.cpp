@@ -51,7 +51,7 @@ void Subscription::start(const Registration& line, const std::string& target)
     m_bStarted = true;
     m_own = line.ownAddress();
     m_target = sipAddress::target(target, line.server());
-    m_hop = line.hops().empty() ? "" : line.hops().front();
+    m_hop = line.hop();
     m_contact = line.contact();
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
     m_nDelayMs = m_stack.setup.nRetryMs;

@@ -22,6 +22,7 @@ ctl() { "$build/bin/hxctl" -s "$work/control" "$@" >/dev/null; }
 until ctl wait page frmDesktop 10000 2>/dev/null; do sleep 0.1; done
 
 n=0
+calls=0
 shot() { ctl wait idle 3000; ctl shot "$work/shots/$(printf %03d $n).png"; n=$((n + 1)); }
 back() { ctl key F4; ctl wait idle 3000; }
 
@@ -55,7 +56,9 @@ for language in English Chinese German French Spanish; do
     ctl open "$page"; ctl wait idle 3000; sleep 1; shot; back # the feed's answer, and its pictures
   done
   ctl key 5; ctl wait page frmDial 3000; shot; back; back
-  ctl ring 1002; ctl wait page frmCall 3000; ctl key F1; ctl wait idle 3000; shot; ctl key F4; ctl wait page frmDesktop 5000
+  ctl ring 1002; ctl wait page frmCall 3000; ctl key F1
+  calls=$((calls + 1))
+  ctl streams $calls sound=Opus quality=4 encrypted=1; ctl wait idle 3000; shot; ctl key F4; ctl wait page frmDesktop 5000
   ctl open "LCD Adjusting"; ctl key Return; ctl wait page dlgCalibration 3000; shot; back
   ctl open "DSS Key"; shot; ctl key F1; shot; back; back
   ctl menu callfeature.xml; ctl key F1; ctl touch 233 300; ctl wait page dlgSpeedDial 3000; shot; back; back

@@ -4,13 +4,14 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache lld pkg-config qt6-base-dev qt6-bas
   qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev libcrypt-dev libexpat1-dev libfontconfig-dev librsvg2-dev
   qt6-webengine-dev qt6-websockets-dev libboost-dev libjpeg62-turbo-dev libpng-dev libisal-dev libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
-  libcurl4-openssl-dev libsofia-sip-ua-dev libssl-dev
+  libcurl4-openssl-dev libsofia-sip-ua-dev libsrtp2-dev libssl-dev
   gstreamer1.0-libav gstreamer1.0-tools
   libcairo2-dev tzdata fonts-noto-core fonts-noto-extra fonts-noto-cjk"
 # locales: a test prints numbers under a decimal comma. docbook-xsl, shared-mime-info: documents that others wrote.
-# sip-tester: phones that call ours.
+# sip-tester, baresip-core: phones that call ours; kamailio: a server at which they register.
 # nginx-light: the cache that the signage server's document describes; the tests start their own.
-TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format docbook-xsl shared-mime-info nginx-light openssl sip-tester"
+TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format docbook-xsl shared-mime-info nginx-light openssl sip-tester
+  baresip-core kamailio kamailio-tls-modules"
 WINDOW_PACKAGES="xserver-xephyr"
 BROWSER_PACKAGES="tigervnc-standalone-server novnc"
 FUZZ_PACKAGES="clang libclang-rt-14-dev"

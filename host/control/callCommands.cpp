@@ -3,6 +3,8 @@
 #include "host/services/phone/phoneSimulation.h"
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QMap>
+#include <functional>
 
 using Reply = ControlReply;
 
@@ -52,6 +54,11 @@ QJsonObject factsOf(const tagCall& call)
             {"held", call.bHeld},
             {"remoteHeld", call.bRemoteHeld},
             {"muted", call.bMuted},
+            {"joined", call.nJoined},
+            {"sound", call.streams.strSound},
+            {"picture", call.streams.strPicture},
+            {"quality", call.streams.nQuality},
+            {"encrypted", call.streams.bEncrypted},
             {"tones", call.strTones},
             {"state", kStates[call.eState]},
             {"end", kEnds[call.eEnd]},
@@ -66,6 +73,50 @@ QJsonArray factsOf(const QList<tagCall>& calls)
     for (const tagCall& call : calls)
         all.append(factsOf(call));
     return all;
+}
+
+QJsonValue doneOrNot(bool done)
+{
+    return done ? controlDone() : controlError("no such call, or it does not wait for that");
+}
+
+bool takeId(const QString& word, int& id)
+{
+    bool isId = false;
+    id = word.toInt(&isId);
+    return isId;
+}
+
+// One "name=value"; false when it is none of a call's streams.
+bool takeStream(const QString& word, tagCallStreams& streams)
+{
+    const QString value = word.mid(word.indexOf('=') + 1);
+    if (word.startsWith("sound=")) {
+        streams.strSound = value;
+    } else if (word.startsWith("picture=")) {
+        streams.strPicture = value;
+    } else if (word.startsWith("encrypted=") && (value == "0" || value == "1")) {
+        streams.bEncrypted = value == "1";
+    } else if (word.startsWith("quality=")) {
+        bool isNumber = false;
+        streams.nQuality = value.toInt(&isNumber);
+        return isNumber && streams.nQuality >= -1 && streams.nQuality <= 4;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+// Both calls by their ids.
+void withTwo(const QStringList& arguments, const char* form, const Reply& reply,
+             const std::function<bool(int id, int other)>& act)
+{
+    int id = 0;
+    int other = 0;
+    if (takeId(arguments[0], id) && takeId(arguments[1], other))
+        reply(doneOrNot(act(id, other)));
+    else
+        reply(controlUsage(form));
 }
 
 } // namespace
@@ -91,18 +142,59 @@ void controlCalls(const QStringList&, const Reply& reply)
 
 void controlOtherSide(const QStringList& arguments, const Reply& reply)
 {
-    bool isId = false;
-    const int id = arguments[0].toInt(&isId);
-    const QString what = arguments[1];
-    if (!isId || !QStringList{"hold", "resume", "hangup"}.contains(what)) {
+    using Act = bool (*)(phoneSimulation & world, int id);
+    static const QMap<QString, Act> acts = {
+        {"hold", [](phoneSimulation& world, int id) { return world.holdFromOutside(id, true); }},
+        {"resume", [](phoneSimulation& world, int id) { return world.holdFromOutside(id, false); }},
+        {"hangup", [](phoneSimulation& world, int id) { return world.hangUpFromOutside(id); }},
+        {"refuse", [](phoneSimulation& world, int id) { return world.refuseFromOutside(id, true); }},
+        {"accept", [](phoneSimulation& world, int id) { return world.refuseFromOutside(id, false); }}};
+    int id = 0;
+    const Act act = acts.value(arguments[1]);
+    if (!takeId(arguments[0], id) || !act)
         reply(controlUsage(CONTROL_OTHER_SIDE_FORM));
-        return;
-    }
-    if (!simulation()) {
+    else if (!simulation())
         reply(controlOnlySimulated());
-        return;
+    else
+        reply(doneOrNot(act(*simulation(), id)));
+}
+
+void controlStreams(const QStringList& arguments, const Reply& reply)
+{
+    int id = 0;
+    tagCallStreams streams;
+    bool isForm = takeId(arguments[0], id);
+    for (const tagCall& call : phoneService::instance().calls()) {
+        if (call.nId == id)
+            streams = call.streams;
     }
-    const bool done = what == "hangup" ? simulation()->hangUpFromOutside(id)
-                                       : simulation()->holdFromOutside(id, what == "hold");
-    reply(done ? controlDone() : controlError("no such call, or it does not wait for that"));
+    for (const QString& word : arguments.mid(1))
+        isForm = isForm && takeStream(word, streams);
+    if (!isForm)
+        reply(controlUsage(CONTROL_STREAMS_FORM));
+    else if (!simulation())
+        reply(controlOnlySimulated());
+    else
+        reply(doneOrNot(simulation()->setStreams(id, streams)));
+}
+
+void controlConnect(const QStringList& arguments, const Reply& reply)
+{
+    withTwo(arguments, CONTROL_CONNECT_FORM, reply,
+            [](int id, int other) { return phoneService::instance().rules().connect(id, other); });
+}
+
+void controlJoin(const QStringList& arguments, const Reply& reply)
+{
+    withTwo(arguments, CONTROL_JOIN_FORM, reply,
+            [](int id, int other) { return phoneService::instance().rules().join(id, other); });
+}
+
+void controlSplit(const QStringList& arguments, const Reply& reply)
+{
+    int id = 0;
+    if (takeId(arguments[0], id))
+        reply(doneOrNot(phoneService::instance().rules().split(id)));
+    else
+        reply(controlUsage(CONTROL_SPLIT_FORM));
 }

@@ -14,6 +14,7 @@ const char* stateText(const tagCall& call)
         return call.bIncoming ? HX_TR("Incoming call") : HX_TR("Calling...");
     case CALL_TALKING:
         return call.bHeld         ? HX_TR("On hold")
+               : call.nJoined     ? HX_TR("Conference")
                : call.bRemoteHeld ? HX_TR("Held by the other side")
                                   : HX_TR("In call");
     default:
@@ -35,12 +36,6 @@ QString callNameOf(const tagCall& call, const tagContact& contact)
     if (!contact.strName.isEmpty())
         return contact.strName;
     return callTextOf(phoneService::instance().rules().deviceOf(call).strName);
-}
-
-QString callWhoText(const tagCall& call)
-{
-    const QString name = callNameOf(call, contactOfNumber(contactsRead(), call.strNumber));
-    return name.isEmpty() ? call.strNumber : name;
 }
 
 QString callJoinedText(const QString& one, const QString& other)

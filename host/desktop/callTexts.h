@@ -8,8 +8,6 @@ QString callStateText(const tagCall& call);
 // The name that came with the call, of the contact with its number, or of the door phone or camera; else
 // empty.
 QString callNameOf(const tagCall& call, const tagContact& contact);
-// The same, else the number.
-QString callWhoText(const tagCall& call);
 // With a dot between them, where both say something.
 QString callJoinedText(const QString& one, const QString& other);
 // The user's own number of a line; empty when it has none.

@@ -14,6 +14,7 @@ struct tagDialEntry
     QString strDetail;  // the number of a contact, the time of a call
     QString strPicture; // device path of an icon
     int nLine = -1;     // 0 to 3; -1 the default one
+    int nCall = 0;      // of somebody who is in a call here already
     QString strLower;   // what is typed is looked for here: the name in small letters,
     QString strKeys;    // and in the digits of its words, each with a blank in front
 };

@@ -1,5 +1,7 @@
 #include "host/desktop/frmCall.h"
 #include "host/desktop/callAction.h"
+#include "host/desktop/callChoice.h"
+#include "host/desktop/callMarks.h"
 #include "host/desktop/callRecords.h"
 #include "host/desktop/callSound.h"
 #include "host/desktop/callTexts.h"
@@ -11,6 +13,7 @@
 #include "host/look/look.h"
 #include "host/screen/screenState.h"
 #include "host/services/phone/phoneService.h"
+#include "host/services/players/videoFrames.h"
 #include "support/host/api.h"
 #include "support/host/image.h"
 #include "support/host/language.h"
@@ -23,42 +26,18 @@
 #include "ui_frmCall.h"
 #include <QKeyEvent>
 #include <QPainter>
+#include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr int kVolumeStep = 10;
 constexpr int kDigitsShown = 24;
 constexpr int kKeepWeight = -1;
-constexpr int kNameSize = 36;
-constexpr int kDurationSize = 26;
-constexpr int kStateSize = 20;
-constexpr QSize kPicture(126, 126);
-// The call alone, and beside the signage frame.
-constexpr QRect kWhole(40, 40, 720, 336);
-constexpr QRect kBeside(14, 40, 276, 336);
-constexpr QRect kDisplay(304, 66, 480, 288);
-// What asks is larger, and has buttons below.
-constexpr int kPictureTop = 56;
-constexpr int kNameTop = 196;
-constexpr int kStateTop = 290;
-constexpr int kAskedPictureTop = 64;
-constexpr int kAskedNameTop = 212;
-constexpr int kAskedStateTop = 264;
-constexpr int kLineWidth = 272;
-// In a call, when its touch pad is open; the tones' keys beside it.
-constexpr QRect kBesidePad(14, 40, 406, 312);
-// The other calls: beside the picture, or above the signage frame.
-constexpr QRect kOthers(14, 46, 290, 72);
-constexpr QRect kOthersBesidePad(14, 46, 130, 72);
-constexpr QRect kOthersAbove(304, 42, 480, 22);
-constexpr QSize kAction(104, 80);
-constexpr int kActionTop = 360;
-constexpr int kActionStep = 110;
 constexpr int kFailedMs = 3000;
 constexpr int kInnerRing = 10; // from the picture's edge
 constexpr int kOuterRing = 24;
 constexpr QRgb kRings = 0x1effffff;
-constexpr QRgb kPale = 0xffd3e0ee;
 constexpr QPointF kLight(240, 0); // of the page behind a question
 constexpr qreal kLightReach = 860;
 constexpr QRgb kSky[] = {0xff3f7fb8, 0xff1d4b79, 0xff112c4a};
@@ -67,41 +46,34 @@ constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kPictureEdge = 0x40ffffff;
 const char* const kNobody = "/phone/resource/contact-image/icon_contact.png";
 
-void setColour(QLabel* label, QRgb colour)
-{
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, look::colour(colour));
-    label->setPalette(palette);
-}
-
 QPixmap pictureOfNobody()
 {
-    return GetImageManager()->GetImageByScale(kNobody, kPicture.width(), kPicture.height());
+    return GetImageManager()->GetImageByScale(kNobody, callLayout::kPortrait.width(),
+                                              callLayout::kPortrait.height());
 }
 
 } // namespace
 
 frmCall::frmCall()
-    : QWidget(nullptr, Qt::FramelessWindowHint), m_ui(new Ui_frmCall),
-      m_display(NDECK_WINDOW_TALK, this, kDisplay)
+    : QWidget(nullptr, Qt::FramelessWindowHint), m_ui(new Ui_frmCall), m_actions(this),
+      m_display(NDECK_WINDOW_TALK, this, callLayout::kDisplay)
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setGeometry(0, 0, look::kScreenWidth, look::kScreenHeight);
-    setFontStyle(kNameSize, kKeepWeight, m_ui->labName, true);
-    setFontStyle(kStateSize, kKeepWeight, m_ui->labNumber, true);
-    setFontStyle(kStateSize, kKeepWeight, m_ui->labState, true);
-    setFontStyle(kDurationSize, kKeepWeight, m_ui->labDuration, true);
-    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labLine, true);
-    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labMute, true);
-    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labVolume, true);
-    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labClock, true);
-    setFontStyle(look::kSmallSize, kKeepWeight, m_ui->labOthers, true);
-    setColour(m_ui->labOthers, look::kTextOnBar);
+    QLabel* const small[] = {m_ui->labLine, m_ui->labMute, m_ui->labVolume, m_ui->labClock, m_ui->labOthers};
+    for (QLabel* label : small)
+        setFontStyle(look::kSmallSize, kKeepWeight, label, true);
+    QPalette white = m_ui->labOthers->palette();
+    white.setColor(QPalette::WindowText, look::colour(look::kTextOnBar));
+    m_ui->labOthers->setPalette(white);
+    m_ui->wgtPicture->lower(); // the actions were there before
+    callLayout::apply(*m_ui, m_eLayout);
+    m_ui->wgtCorner->hide();
     m_ui->wgtPad->hide();
     connect(m_ui->wgtPad, &dialPad::typed, this, [this](QChar sign) { sendDigit(sign); });
-    makeActions();
+    connectActions();
     m_ui->btnAnswer->setDisc(HX_THEME("button/btn_answer_bg01.png"), HX_THEME("button/btn_answer_bg02.png"));
     m_ui->btnDecline->setDisc(HX_THEME("button/btn_decline_bg01.png"),
                               HX_THEME("button/btn_decline_bg02.png"));
@@ -135,14 +107,11 @@ void frmCall::onCall(const tagCall& call)
         return;
     const QList<tagCall> calls = phoneService::instance().calls();
     const bool failedBeside = call.eState == CALL_ENDED && !call.strReason.isEmpty() && !calls.isEmpty();
-    if (failedBeside) {
-        m_strFailed = callJoinedText(call.strNumber, callStateText(call));
-        QTimer::singleShot(kFailedMs, this, [this] {
-            m_strFailed.clear();
-            showOthers();
-        });
-    }
-    showCall(calls.isEmpty() ? call : mostUrgent(calls));
+    if (failedBeside)
+        tellForAMoment(callJoinedText(call.strNumber, callStateText(call)));
+    else if (call.eState == CALL_TALKING && !call.strReason.isEmpty())
+        tellForAMoment(qTranslate(call.strReason.toUtf8().constData()));
+    showCall(calls.isEmpty() ? call : callMostUrgent(calls, m_call.nId));
     if (calls.isEmpty()) {
         m_tick.stop();
         m_end.start();
@@ -155,6 +124,16 @@ void frmCall::onCall(const tagCall& call)
     showDisplay();
 }
 
+void frmCall::tellForAMoment(const QString& text)
+{
+    m_strFailed = text;
+    m_bFull = false;
+    QTimer::singleShot(kFailedMs, this, [this] {
+        m_strFailed.clear();
+        showOthers();
+    });
+}
+
 void frmCall::showCall(const tagCall& call)
 {
     const bool isSame = call.nId == m_call.nId;
@@ -162,157 +141,87 @@ void frmCall::showCall(const tagCall& call)
     m_strDigits = call.strTones;
     if (!talks())
         showPad(false);
+    if (!isSame) {
+        m_bVolumeChanged = m_bFull = false;
+        m_actions.chooseNone();
+        showPicture(contactOfNumber(contactsRead(), call.strNumber).strPicture);
+        showClock();
+    }
+    // A camera whose page says so begins over the whole screen.
+    if (talks() && hasPicture() && m_nPictured != m_call.nId) {
+        m_nPictured = m_call.nId;
+        m_bFull = phoneService::instance().rules().deviceOf(m_call).bFullScreen;
+    }
     showOthers();
-    if (isSame) {
-        showState();
-        return;
-    }
-    m_bVolumeChanged = false;
-    m_nChosen = -1;
-    const tagContact contact = contactOfNumber(contactsRead(), call.strNumber);
-    const QString name = callNameOf(call, contact);
-    m_ui->labName->setText(name.isEmpty() ? call.strNumber : name);
-    m_strNumber = name.isEmpty() ? QString() : call.strNumber;
-    showPicture(contact.strPicture);
     showState();
-    showClock();
 }
 
-// A call that asks, then one that talks or goes out, the newest of these; then one that is held. The one that
-// is shown stays before another like it.
-tagCall frmCall::mostUrgent(const QList<tagCall>& calls) const
+QString frmCall::nameOf(const tagCall& call)
 {
-    enum { HELD = 1, ACTIVE, ASKS };
-    tagCall best;
-    int highest = 0;
-    for (const tagCall& call : calls) {
-        const bool asks = call.bIncoming && call.eState == CALL_RINGING;
-        const int rank = asks ? ASKS : call.bHeld ? HELD : ACTIVE;
-        if (rank > highest || (rank == highest && (rank == ACTIVE || call.nId == m_call.nId)))
-            best = call;
-        highest = qMax(highest, rank);
-    }
-    return best;
+    if (!m_names.contains(call.nId))
+        m_names[call.nId] = callNameOf(call, contactOfNumber(contactsRead(), call.strNumber));
+    return m_names[call.nId];
 }
 
-// The next one that could be talked to instead; none when its id is 0.
-tagCall frmCall::otherCall() const
+QString frmCall::whoOf(const tagCall& call)
 {
-    tagCall first;
-    bool isBehind = false;
-    for (const tagCall& call : phoneService::instance().calls()) {
-        if (call.nId == m_call.nId)
-            isBehind = true;
-        else if (call.eState == CALL_TALKING && isBehind)
-            return call;
-        else if (call.eState == CALL_TALKING && !first.nId)
-            first = call;
-    }
-    return first;
+    const QString name = nameOf(call);
+    return name.isEmpty() ? call.strNumber : name;
 }
 
-// A line for each call beside the one that is shown.
+tagCallStreams frmCall::streams() const
+{
+    const QList<tagCall> shown = callsTogether(phoneService::instance().calls(), m_call);
+    return shown.size() < 2 ? shown[0].streams : callStreamsOf(shown[0].streams, shown[1].streams);
+}
+
+// A line for each call beside the one that is shown; of those that talk together, for one that is not there.
 void frmCall::showOthers()
 {
     QStringList lines;
-    for (const tagCall& call : phoneService::instance().calls()) {
-        if (call.nId == m_call.nId)
-            continue;
-        if (!m_names.contains(call.nId))
-            m_names[call.nId] = callWhoText(call);
-        lines.append(
-            m_ui->labOthers->fontMetrics().elidedText(callJoinedText(m_names[call.nId], callStateText(call)),
-                                                      Qt::ElideRight, m_ui->labOthers->width()));
-    }
     if (!m_strFailed.isEmpty())
-        lines.append(
-            m_ui->labOthers->fontMetrics().elidedText(m_strFailed, Qt::ElideRight, m_ui->labOthers->width()));
-    m_ui->labOthers->setText(lines.join(m_bBeside ? QStringLiteral("   ") : QStringLiteral("\n")));
-}
-
-void frmCall::makeActions()
-{
-    struct tagAction
-    {
-        const char* name;
-        const char* glyph;
-        void (frmCall::*slot)();
-    };
-    const tagAction made[ACTION_COUNT] = {
-        {"actMute", HX_THEME("icon/talk_mute.png"), &frmCall::on_click_Mute},
-        {"actHold", HX_THEME("icon/talk_hold.png"), &frmCall::on_click_Hold},
-        {"actKeys", HX_THEME("icon/talk_keys.png"), &frmCall::on_click_Keys},
-        {"actTransfer", HX_THEME("icon/talk_transfer.png"), &frmCall::on_click_Transfer},
-        {"actAdd", HX_THEME("icon/talk_add.png"), &frmCall::on_click_AddCall},
-        {"actSwap", HX_THEME("icon/talk_swap.png"), &frmCall::on_click_Swap}};
-    for (int i = 0; i < ACTION_COUNT; ++i) {
-        m_actions[i] = new callAction(this);
-        m_actions[i]->setObjectName(made[i].name);
-        m_actions[i]->setGlyph(made[i].glyph);
-        m_actions[i]->setFixedSize(kAction);
-        connect(m_actions[i], &callAction::clicked, this, made[i].slot);
+        lines.append(m_strFailed);
+    for (tagCall call : phoneService::instance().calls()) {
+        const bool isShown = call.nId == m_call.nId || (m_call.nJoined && call.nId == m_call.nJoined);
+        if (isShown && (!m_call.nJoined || !call.bRemoteHeld || m_call.bHeld))
+            continue;
+        call.nJoined = isShown ? 0 : call.nJoined;
+        lines.append(callJoinedText(whoOf(call), callStateText(call)));
     }
+    lines = lines.mid(0, OTHERS_MAX);
+    for (QString& line : lines)
+        line = m_ui->labOthers->fontMetrics().elidedText(line, Qt::ElideRight, m_ui->labOthers->width());
+    m_ui->labOthers->setText(
+        lines.join(m_eLayout == CALL_LAYOUT_BESIDE ? QStringLiteral("   ") : QStringLiteral("\n")));
 }
 
-bool frmCall::isAvailable(ACTION action) const
+void frmCall::connectActions()
 {
-    return talks() && (action != ACTION_SWAP || otherCall().nId != 0);
+    using Slot = void (frmCall::*)();
+    const Slot acts[CALL_ACTION_COUNT] = {&frmCall::on_click_Mute,    &frmCall::on_click_Hold,
+                                          &frmCall::on_click_Keys,    &frmCall::on_click_Transfer,
+                                          &frmCall::on_click_AddCall, &frmCall::on_click_Join,
+                                          &frmCall::on_click_Swap};
+    for (int i = 0; i < CALL_ACTION_COUNT; ++i)
+        connect(m_actions[CALL_ACTION(i)], &callAction::clicked, this, acts[i]);
 }
 
 void frmCall::showActions()
 {
-    const QString words[ACTION_COUNT] = {
-        qTranslate(m_call.bMuted ? HX_TR("Unmute") : HX_TR("Mute")),
-        qTranslate(m_call.bHeld ? HX_TR("Resume") : HX_TR("Hold")),
-        qTranslate(HX_TR("Keys")),
-        qTranslate(HX_TR("Transfer")),
-        qTranslate(HX_TR("Add call")),
-        qTranslate(HX_TR("Swap")),
+    const QList<tagCall> calls = phoneService::instance().calls();
+    const bool isJoined = m_call.nJoined != 0;
+    const auto set = [this](CALL_ACTION action, const char* word, bool on = false, bool can = true) {
+        m_actions.set(action, qTranslate(word), on, can && talks() && m_eLayout != CALL_LAYOUT_FULL);
     };
-    const bool on[ACTION_COUNT] = {m_call.bMuted, m_call.bHeld, m_bPad};
-    for (int i = 0; i < ACTION_COUNT; ++i) {
-        m_actions[i]->setText(words[i]);
-        m_actions[i]->setOn(on[i]);
-        m_actions[i]->setVisible(isAvailable(ACTION(i)));
-        m_actions[i]->setChosen(i == m_nChosen);
-    }
-    layOutActions();
-}
-
-// About the middle, whichever there are.
-void frmCall::layOutActions()
-{
-    int count = 0;
-    for (int i = 0; i < ACTION_COUNT; ++i)
-        count += isAvailable(ACTION(i));
-    int x = (width() - count * kActionStep) / 2 + (kActionStep - kAction.width()) / 2;
-    for (int i = 0; i < ACTION_COUNT; ++i) {
-        if (!isAvailable(ACTION(i)))
-            continue;
-        m_actions[i]->move(x, kActionTop);
-        x += kActionStep;
-    }
-}
-
-// To the next one that there is, and round.
-void frmCall::chooseAction(int step)
-{
-    if (!talks())
-        return;
-    int at = m_nChosen < 0 && step < 0 ? int(ACTION_COUNT) : m_nChosen;
-    do {
-        at = (at + step + ACTION_COUNT) % ACTION_COUNT;
-    } while (!isAvailable(ACTION(at)));
-    m_nChosen = at;
-    showActions();
-}
-
-bool frmCall::pressChosen()
-{
-    const bool can = m_nChosen >= 0 && isAvailable(ACTION(m_nChosen));
-    if (can)
-        m_actions[m_nChosen]->click();
-    return can;
+    set(CALL_ACTION_MUTE, m_call.bMuted ? HX_TR("Unmute") : HX_TR("Mute"), m_call.bMuted);
+    set(CALL_ACTION_HOLD, m_call.bHeld ? HX_TR("Resume") : HX_TR("Hold"), m_call.bHeld);
+    set(CALL_ACTION_KEYS, HX_TR("Keys"), m_bPad);
+    set(CALL_ACTION_TRANSFER, HX_TR("Transfer"));
+    set(CALL_ACTION_ADD, HX_TR("Add call"));
+    set(CALL_ACTION_JOIN, isJoined ? HX_TR("Split") : HX_TR("Conference"), isJoined,
+        isJoined || callToJoin(calls, m_call).nId != 0);
+    set(CALL_ACTION_SWAP, HX_TR("Swap"), false, callToSwap(calls, m_call).nId != 0);
+    m_actions.layOut();
 }
 
 void frmCall::showPad(bool show)
@@ -332,8 +241,8 @@ void frmCall::showPicture(const QString& path)
     m_nPicture = 0;
     tagPictureWish wish;
     wish.strPath = fromQString(path);
-    wish.nWidth = kPicture.width();
-    wish.nHeight = kPicture.height();
+    wish.nWidth = callLayout::kPortrait.width();
+    wish.nHeight = callLayout::kPortrait.height();
     wish.eFit = PICTURE_FIT_COVER;
     const auto take = [this](PICTURE_RESULT, const QPixmap& picture) {
         m_ui->labPicture->setPicture(picture.isNull() ? pictureOfNobody() : picture);
@@ -343,19 +252,39 @@ void frmCall::showPicture(const QString& path)
         m_nPicture = pictureTell(wish, this, take);
 }
 
+void frmCall::showNames()
+{
+    QString names;
+    m_strNumber.clear();
+    for (const tagCall& call : callsTogether(phoneService::instance().calls(), m_call)) {
+        names = callJoinedText(names, whoOf(call));
+        if (!nameOf(call).isEmpty())
+            m_strNumber = callJoinedText(m_strNumber, call.strNumber);
+    }
+    m_ui->labName->setText(names);
+}
+
 void frmCall::showState()
 {
+    showNames();
     const bool talked = m_call.eState == CALL_TALKING || m_call.nSeconds > 0;
+    const bool isUpon = m_eLayout == CALL_LAYOUT_PICTURE;
+    const bool isPlain = talks() && !m_call.bHeld && !m_call.bRemoteHeld && !m_call.nJoined;
     const QString line = lineName(m_call.nAccount);
-    m_ui->labNumber->setText(isAsked() ? QString() : m_strNumber);
-    m_ui->labState->setText(isAsked() ? callJoinedText(m_strNumber, callStateText(m_call))
-                                      : callStateText(m_call));
-    m_ui->labLine->setText(
-        isAsked() ? m_ui->labLine->fontMetrics().elidedText(
-                        callJoinedText(line, callOwnNumber(m_call.nAccount)), Qt::ElideRight, kLineWidth)
-                  : line);
+    const QString upon = callJoinedText(callJoinedText(m_strNumber, line), callCodecsText(streams()));
+    m_ui->labNumber->setText(isAsked() ? QString() : isUpon ? upon : m_strNumber);
+    m_ui->labState->setText(isAsked()           ? callJoinedText(m_strNumber, callStateText(m_call))
+                            : isUpon && isPlain ? QString()
+                                                : callStateText(m_call));
+    if (isUpon)
+        callLayout::putOthers(*m_ui);
+    m_ui->labLine->setText(isAsked() ? m_ui->labLine->fontMetrics().elidedText(
+                                           callJoinedText(line, callOwnNumber(m_call.nAccount)),
+                                           Qt::ElideRight, callLayout::kLineWidth)
+                                     : line);
     const QString duration = talked ? durationText(m_call.nSeconds) : QString();
     m_ui->labDuration->setText(m_strDigits.isEmpty() ? duration : m_strDigits.right(kDigitsShown));
+    m_ui->wgtMarks->setStreams(m_call.eState == CALL_ENDED ? tagCallStreams() : streams());
 }
 
 void frmCall::showClock()
@@ -371,8 +300,10 @@ void frmCall::showQuestion()
     m_ui->btnAnswer->setVisible(isAsked());
     m_ui->btnForward->setVisible(isAsked());
     m_ui->btnDecline->setVisible(isAsked());
-    m_ui->labVolume->setVisible(!isAsked() || m_bVolumeChanged);
-    m_ui->barVolume->setVisible(!isAsked() || m_bVolumeChanged);
+    const bool hasStrip = !isAsked() && !callLayout::hasPicture(m_eLayout);
+    const bool showsVolume = m_eLayout != CALL_LAYOUT_FULL && (hasStrip || m_bVolumeChanged);
+    m_ui->labVolume->setVisible(showsVolume);
+    m_ui->barVolume->setVisible(showsVolume);
 }
 
 void frmCall::showSound()
@@ -448,7 +379,7 @@ void frmCall::close()
 
 bool frmCall::mayShowDisplay() const
 {
-    if (!isVisible() || m_bPad || !displayClient::instance().isEnabled())
+    if (!isVisible() || m_bPad || hasPicture() || !displayClient::instance().isEnabled())
         return false;
     if (phoneService::instance().rules().deviceOf(m_call).bFullScreen)
         return false;
@@ -480,21 +411,66 @@ bool frmCall::event(QEvent* event)
     return QWidget::event(event);
 }
 
+bool frmCall::hasPicture() const
+{
+    return m_call.eState != CALL_ENDED && !m_call.bHeld && !streams().strPicture.isEmpty();
+}
+
+CALL_LAYOUT frmCall::layoutNow() const
+{
+    if (m_bPad)
+        return CALL_LAYOUT_PAD;
+    if (isAsked())
+        return hasPicture() ? CALL_LAYOUT_ASKED_PICTURE : CALL_LAYOUT_ASKED;
+    if (hasPicture())
+        return m_bFull && talks() ? CALL_LAYOUT_FULL : CALL_LAYOUT_PICTURE;
+    return m_bBeside ? CALL_LAYOUT_BESIDE : CALL_LAYOUT_WHOLE;
+}
+
 void frmCall::layOut()
 {
-    const QRect place = m_bPad ? kBesidePad : m_bBeside ? kBeside : kWhole;
-    m_ui->labName->move(0, isAsked() ? kAskedNameTop : kNameTop);
-    m_ui->labState->move(0, isAsked() ? kAskedStateTop : kStateTop);
-    QWidget* const lines[] = {m_ui->labName, m_ui->labNumber, m_ui->labState, m_ui->labDuration};
-    for (QWidget* line : lines)
-        line->setGeometry(place.left(), line->y(), place.width(), line->height());
-    m_ui->labPicture->move(place.left() + (place.width() - kPicture.width()) / 2,
-                           isAsked() ? kAskedPictureTop : kPictureTop);
-    setColour(m_ui->labState, isAsked() ? kPale : look::kTextOnBar);
-    m_ui->labOthers->setGeometry(m_bPad ? kOthersBesidePad : m_bBeside ? kOthersAbove : kOthers);
+    m_eLayout = layoutNow();
+    // The last picture of another call, or of a film, is not this one's.
+    const int pictured = callLayout::hasPicture(m_eLayout) ? m_call.nId : 0;
+    if (pictured && pictured != m_nBehind)
+        videoFrames::instance().forget();
+    m_nBehind = pictured;
+    callLayout::apply(*m_ui, m_eLayout);
+    const bool isSeen = talks() && m_call.options.bCamera;
+    m_ui->wgtCorner->setVisible(isSeen && callLayout::hasPicture(m_eLayout));
+    m_pSoftKeys->setVisible(m_eLayout != CALL_LAYOUT_FULL);
+    showState();
     showOthers();
     showQuestion();
+    showActions();
     update();
+}
+
+void frmCall::setFull(bool full)
+{
+    m_bFull = full;
+    layOut();
+}
+
+// The rest is done as always.
+bool frmCall::leavesFull(int key) const
+{
+    const int keys[] = {Qt::Key_Escape, Qt::Key_Back, Qt::Key_Left, Qt::Key_Right,
+                        Qt::Key_F1,     Qt::Key_F2,   Qt::Key_F3,   Qt::Key_F4};
+    return m_eLayout == CALL_LAYOUT_FULL &&
+           (qIsOkKey(key) || std::find(std::begin(keys), std::end(keys), key) != std::end(keys));
+}
+
+void frmCall::mousePressEvent(QMouseEvent* event)
+{
+    m_bTouched = event->button() == Qt::LeftButton;
+}
+
+void frmCall::mouseReleaseEvent(QMouseEvent* event)
+{
+    const bool isTouch = std::exchange(m_bTouched, false) && rect().contains(event->pos());
+    if (isTouch && (m_eLayout == CALL_LAYOUT_PICTURE || m_eLayout == CALL_LAYOUT_FULL) && talks())
+        setFull(!m_bFull);
 }
 
 void frmCall::tick()
@@ -529,15 +505,21 @@ void frmCall::paintEvent(QPaintEvent*)
         return;
     }
     look::paintLeftBar(painter, rect());
+    if (callLayout::hasPicture(m_eLayout))
+        return;
     painter.fillRect(0, 0, width(), look::kTopBarHeight, look::colour(kStrip));
-    look::paintBox(painter, m_ui->labPicture->geometry().adjusted(-4, -4, 4, 4), kPicture.width() / 2.0 + 4,
-                   kPictureEdge);
+    look::paintBox(painter, m_ui->labPicture->geometry().adjusted(-4, -4, 4, 4),
+                   callLayout::kPortrait.width() / 2.0 + 4, kPictureEdge);
     if (m_bBeside)
         m_display.paintMount(painter);
 }
 
 void frmCall::keyPressEvent(QKeyEvent* event)
 {
+    if (leavesFull(event->key())) {
+        setFull(false);
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Escape:
     case Qt::Key_Back:
@@ -560,16 +542,22 @@ void frmCall::keyPressEvent(QKeyEvent* event)
         break;
     case Qt::Key_Left:
     case Qt::Key_Right:
-        chooseAction(event->key() == Qt::Key_Right ? 1 : -1);
+        m_actions.choose(event->key() == Qt::Key_Right ? 1 : -1);
         break;
     default:
         if (qIsOkKey(event->key()) && isAsked())
             on_click_Answer();
         else if (qIsOkKey(event->key()))
-            pressChosen();
+            pressOk();
         else if (!sendDigit(event->text()))
             QWidget::keyPressEvent(event);
     }
+}
+
+void frmCall::pressOk()
+{
+    if (!m_actions.press() && m_eLayout == CALL_LAYOUT_PICTURE && talks())
+        setFull(true);
 }
 
 bool frmCall::sendDigit(const QString& text)
@@ -627,10 +615,21 @@ void frmCall::on_click_AddCall()
     dialScreenOpen();
 }
 
+void frmCall::on_click_Join()
+{
+    callRules& rules = phoneService::instance().rules();
+    if (m_call.nJoined)
+        rules.split(m_call.nId);
+    else if (!rules.join(m_call.nId, callToJoin(rules.calls(), m_call).nId))
+        tellForAMoment(qTranslate(HX_TR("These calls cannot be connected")));
+    showOthers();
+}
+
 // Whoever is taken back puts the others on hold, and is shown then.
 void frmCall::on_click_Swap()
 {
-    phoneService::instance().rules().setHeld(otherCall().nId, false);
+    callRules& rules = phoneService::instance().rules();
+    rules.setHeld(callToSwap(rules.calls(), m_call).nId, false);
 }
 
 void frmCall::on_click_VolumeDown()
@@ -643,11 +642,15 @@ void frmCall::on_click_VolumeUp()
     changeVolume(kVolumeStep);
 }
 
-// Of a call that has ended already, the screen goes at once.
+// Of a call that has ended already, the screen goes at once. Who ends a conference does not go on with one of
+// the two.
 void frmCall::on_click_End()
 {
+    const int other = m_call.nJoined;
     if (!phoneService::instance().hangUp(m_call.nId))
         close();
+    else if (other)
+        phoneService::instance().hangUp(other);
 }
 
 // Which digits do it is not shown.

@@ -1,10 +1,11 @@
 #include "host/desktop/frmDial.h"
-#include "host/desktop/dialDirectory.h"
+#include "host/desktop/callTexts.h"
 #include "host/desktop/dialList.h"
 #include "host/desktop/hostPage.h"
 #include "host/look/look.h"
 #include "host/services/phone/callNumber.h"
 #include "host/services/phone/phoneService.h"
+#include "support/host/api.h"
 #include "support/host/box.h"
 #include "support/host/ime.h"
 #include "support/host/phone.h"
@@ -119,6 +120,7 @@ void frmDial::begin(DIAL_FOR purpose, int call, const QString& typed)
     m_hotline.stop();
     m_eFor = purpose;
     m_nCall = call;
+    m_names.clear();
     m_ui->editNumber->setText(typed);
     qSetCurrentIME(m_ui->editNumber, "123");
     m_pDirectory->load();
@@ -145,10 +147,32 @@ void frmDial::showPurpose()
 
 void frmDial::showEntries()
 {
-    m_ui->lstEntries->setRows(m_pDirectory->find(m_ui->editNumber->text()));
+    m_ui->lstEntries->setRows(callsToConnect() + m_pDirectory->find(m_ui->editNumber->text()));
 }
 
-// The files were read: who was chosen meanwhile stays chosen.
+// First of all, whoever is in another call already; with something typed who has it in his number or name.
+QList<tagDialEntry> frmDial::callsToConnect()
+{
+    QList<tagDialEntry> others;
+    const QString typed = m_ui->editNumber->text().trimmed();
+    for (const tagCall& call : phoneService::instance().calls()) {
+        if (m_eFor != DIAL_TRANSFER || call.nId == m_nCall || call.eState != CALL_TALKING)
+            continue;
+        tagDialEntry entry;
+        if (!m_names.contains(call.nId))
+            m_names[call.nId] = callNameOf(call, contactOfNumber(contactsRead(), call.strNumber));
+        entry.strName = m_names[call.nId];
+        entry.strNumber = call.strNumber;
+        entry.strDetail = callStateText(call);
+        entry.strPicture = HX_THEME("icon/dial_talk.png");
+        entry.nCall = call.nId;
+        if (entry.strNumber.contains(typed) || entry.strName.contains(typed, Qt::CaseInsensitive))
+            others.append(entry);
+    }
+    return others;
+}
+
+// The files were read, or calls went: who was chosen meanwhile stays chosen.
 void frmDial::renewEntries()
 {
     dialList* list = m_ui->lstEntries;
@@ -156,7 +180,8 @@ void frmDial::renewEntries()
     showEntries();
     for (int row = 0; !chosen.strNumber.isEmpty() && row < list->rows().size(); ++row) {
         const tagDialEntry& entry = list->rows()[row];
-        if (entry.strNumber == chosen.strNumber && entry.strName == chosen.strName)
+        if (entry.strNumber == chosen.strNumber && entry.strName == chosen.strName &&
+            entry.nCall == chosen.nCall)
             return list->setCurrentRow(row);
     }
 }
@@ -217,7 +242,10 @@ void frmDial::on_click_Call()
     const int line = m_ui->wgtLines->line();
     if (row >= 0) {
         const tagDialEntry entry = m_ui->lstEntries->rows()[row];
-        useNumber(entry.strNumber, line == -1 ? entry.nLine : line);
+        if (entry.nCall)
+            connectWith(entry.nCall);
+        else
+            useNumber(entry.strNumber, line == -1 ? entry.nLine : line);
     } else if (!typed.isEmpty()) {
         useNumber(typed, line);
     } else if (!m_ui->lstEntries->rows().isEmpty()) {
@@ -240,10 +268,23 @@ void frmDial::useNumber(const QString& number, int line)
         xMessageBox(Translate("Note"), Translate(HX_TR("This cannot be dialled")), BOX_NOTE, this, -1);
 }
 
+void frmDial::connectWith(int call)
+{
+    if (phoneService::instance().rules().connect(m_nCall, call))
+        hide();
+    else if (isThere(m_nCall))
+        xMessageBox(Translate("Note"), Translate(HX_TR("These calls cannot be connected")), BOX_NOTE, this,
+                    -1);
+}
+
 void frmDial::onCall(const tagCall& call)
 {
-    if (isVisible() && m_eFor != DIAL_CALL && call.nId == m_nCall && !isThere(m_nCall))
+    if (!isVisible() || m_eFor == DIAL_CALL)
+        return;
+    if (call.nId == m_nCall && !isThere(m_nCall))
         hide();
+    else if (m_eFor == DIAL_TRANSFER)
+        renewEntries();
 }
 
 void frmDial::on_click_IME()

@@ -2,8 +2,10 @@
 // The dial screen: a number or an address by touch, keys or keyboard, whom it may mean, and the line it goes
 // out on; for a call, or to put one through or send it on. The hotline calls from it when nothing is typed.
 // User-interface thread.
+#include "host/desktop/dialDirectory.h"
 #include "host/services/phone/tagCall.h"
 #include <QDialog>
+#include <QMap>
 #include <QTimer>
 #include <memory>
 
@@ -13,7 +15,7 @@ class Ui_frmDial;
 
 enum DIAL_FOR {
     DIAL_CALL,
-    DIAL_TRANSFER, // of a call that talks
+    DIAL_TRANSFER, // of a call that talks: to a number, or to another one that talks
     DIAL_FORWARD   // of a call that rings
 };
 
@@ -53,12 +55,15 @@ private:
     void startHotline();
     void callHotline();
     void useNumber(const QString& number, int line);
+    QList<tagDialEntry> callsToConnect();
+    void connectWith(int call);
 
     std::unique_ptr<Ui_frmDial> m_ui;
     std::unique_ptr<hostPage> m_pPage;
-    std::unique_ptr<class dialDirectory> m_pDirectory;
+    std::unique_ptr<dialDirectory> m_pDirectory;
     DIAL_FOR m_eFor = DIAL_CALL;
-    int m_nCall = 0; // that the number is for
+    int m_nCall = 0;            // that the number is for
+    QMap<int, QString> m_names; // of the other calls, by their ids
     QTimer m_hotline;
     QString m_strHotline;
 };

@@ -1,5 +1,6 @@
 // hxMedia: the media server, a process of its own. Receives the streams of a session, plays its sound,
-// leaves its pictures for the phone, and plays the phone's tones.
+// leaves its pictures for the phone, plays the phone's tones, and has the sound of its calls.
+#include "players/callService.h"
 #include "players/mediaService.h"
 #include "players/playerProgram.h"
 #include "players/toneService.h"
@@ -13,6 +14,7 @@ int main(int argc, char** argv)
     if (!playerProgram::begin(application, "app_hxMedia"))
         return 1;
     toneService tones;
+    callService calls;
     mediaService service;
     if (!service.open()) {
         fprintf(stderr, "no memory for pictures\n");

@@ -929,10 +929,6 @@
         <translation>Niemand nimmt ab</translation>
     </message>
     <message>
-        <source>The call could not be transferred</source>
-        <translation>Das Gespräch konnte nicht übergeben werden</translation>
-    </message>
-    <message>
         <source>Mute</source>
         <translation>Stumm</translation>
     </message>
@@ -1639,6 +1635,22 @@
     <message>
         <source>Swap</source>
         <translation>Wechseln</translation>
+    </message>
+    <message>
+        <source>Conference</source>
+        <translation>Konferenz</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>Aufteilen</translation>
+    </message>
+    <message>
+        <source>These calls cannot be connected</source>
+        <translation>Diese Anrufe lassen sich nicht verbinden</translation>
+    </message>
+    <message>
+        <source>The other side refuses the transfer</source>
+        <translation>Die andere Seite lehnt die Übergabe ab</translation>
     </message>
     <message>
         <source>Transfer</source>

@@ -929,10 +929,6 @@
         <translation>Nadie contesta</translation>
     </message>
     <message>
-        <source>The call could not be transferred</source>
-        <translation>No se pudo transferir la llamada</translation>
-    </message>
-    <message>
         <source>Mute</source>
         <translation>Silenciar</translation>
     </message>
@@ -1639,6 +1635,22 @@
     <message>
         <source>Swap</source>
         <translation>Alternar</translation>
+    </message>
+    <message>
+        <source>Conference</source>
+        <translation>Conferencia</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>Separar</translation>
+    </message>
+    <message>
+        <source>These calls cannot be connected</source>
+        <translation>No se pueden conectar estas llamadas</translation>
+    </message>
+    <message>
+        <source>The other side refuses the transfer</source>
+        <translation>El otro lado rechaza la transferencia</translation>
     </message>
     <message>
         <source>Transfer</source>

@@ -929,10 +929,6 @@
         <translation>Personne ne répond</translation>
     </message>
     <message>
-        <source>The call could not be transferred</source>
-        <translation>L’appel n’a pas pu être transféré</translation>
-    </message>
-    <message>
         <source>Mute</source>
         <translation>Couper le son</translation>
     </message>
@@ -1639,6 +1635,22 @@
     <message>
         <source>Swap</source>
         <translation>Permuter</translation>
+    </message>
+    <message>
+        <source>Conference</source>
+        <translation>Conférence</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>Séparer</translation>
+    </message>
+    <message>
+        <source>These calls cannot be connected</source>
+        <translation>Impossible de relier ces appels</translation>
+    </message>
+    <message>
+        <source>The other side refuses the transfer</source>
+        <translation>Le correspondant refuse le transfert</translation>
     </message>
     <message>
         <source>Transfer</source>

@@ -929,10 +929,6 @@
         <translation>无人接听</translation>
     </message>
     <message>
-        <source>The call could not be transferred</source>
-        <translation>转接失败</translation>
-    </message>
-    <message>
         <source>Mute</source>
         <translation>静音</translation>
     </message>
@@ -1639,6 +1635,22 @@
     <message>
         <source>Swap</source>
         <translation>切换</translation>
+    </message>
+    <message>
+        <source>Conference</source>
+        <translation>会议</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>分开</translation>
+    </message>
+    <message>
+        <source>These calls cannot be connected</source>
+        <translation>无法连接这些通话</translation>
+    </message>
+    <message>
+        <source>The other side refuses the transfer</source>
+        <translation>对方拒绝转接</translation>
     </message>
     <message>
         <source>Transfer</source>

@@ -4,11 +4,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <fcntl.h>
 #include <limits.h>
+#include <linux/openat2.h>
 #include <mutex>
 #include <stdlib.h>
 #include <string.h>
 #include <string>
+#include <sys/syscall.h>
 #include <unistd.h>
 #include <vector>
 
@@ -118,15 +121,42 @@ std::string linkTarget(const std::string& folder, const std::string& name)
     return std::string(target, size_t(length));
 }
 
+// The folder is there, and no part of its path is a link: one question to the system in place of one for
+// each part. False also where the system knows no such question.
+bool isFolderWithoutLinks(const std::string& folder)
+{
+    open_how how = {};
+    how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_SYMLINKS;
+    const int fd = int(syscall(SYS_openat2, AT_FDCWD, folder.c_str(), &how, sizeof how));
+    return fd >= 0 && close(fd) == 0;
+}
+
+// No part of it leads elsewhere than its name says, unless it is a link.
+bool isPlain(const std::string& path)
+{
+    return !path.empty() && path[0] == '/' && path.back() != '/' && path.find("//") == std::string::npos &&
+           path.find("/.") == std::string::npos;
+}
+
+// How much of a device path, in whole parts, needs no look.
+size_t lengthWithoutLinks(const std::string& root, const std::string& path)
+{
+    const size_t slash = isPlain(path) ? path.rfind('/') : 0;
+    return slash > 0 && isFolderWithoutLinks(root + path.substr(0, slash)) ? slash : 0;
+}
+
 std::string followed(const std::string& path)
 {
     const std::string root = rootFolder();
     const std::string whole = mapped(root, path);
-    std::vector<std::string> waiting = partsOf(path);
-    if (whole.empty() || whole[0] != '/' || waiting.empty())
+    if (whole.empty() || whole[0] != '/')
+        return whole;
+    std::string place = path.substr(0, lengthWithoutLinks(root, path));
+    std::vector<std::string> waiting = partsOf(path.substr(place.size()));
+    if (waiting.empty())
         return whole;
     std::reverse(waiting.begin(), waiting.end()); // the next one at the end
-    std::string place;
     int links = 0;
     while (!waiting.empty()) {
         const std::string part = waiting.back();
@@ -146,6 +176,12 @@ std::string followed(const std::string& path)
         waiting.insert(waiting.end(), parts.rbegin(), parts.rend());
     }
     return root + (place.empty() ? "/" : place);
+}
+
+std::string followedFolder(const std::string& folder)
+{
+    const std::string whole = rootFolder() + folder;
+    return isPlain(folder) && isFolderWithoutLinks(whole) ? whole : followed(folder);
 }
 
 } // namespace
@@ -187,7 +223,7 @@ chString devicePathFollowFolder(const char* path)
     if (name.empty() || name == "." || name == "..")
         return devicePathFollow(path);
     const std::string folder = slash == 0 ? "/" : text.substr(0, slash);
-    const std::string place = followed(folder);
+    const std::string place = followedFolder(folder);
     return chString((place + (place.back() == '/' ? "" : "/") + name).c_str());
 }
 

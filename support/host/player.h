@@ -43,6 +43,22 @@ enum : unsigned int {
     MEDIA_MSG_TONE_MUTE = 0x70027, // wParam: non-zero silences them, until it is taken back
     // From "app_hxMedia": the file cannot be played; lParam: its number.
     MEDIA_MSG_TONE_FAILED = 0x120022,
+    // Calls on the wire, to "app_hxMedia"; wParam: the call, lParam: what the message says. Descriptions are
+    // SDP
+    // texts with their zero, behind the record where there is one.
+    MEDIA_MSG_CALL_OFFER = 0x70030,    // extra: CALL_WISH; lParam: number of the request
+    MEDIA_MSG_CALL_ANSWER = 0x70031,   // extra: CALL_WISH and the offer; lParam: number of the request
+    MEDIA_MSG_CALL_AGREE = 0x70032,    // extra: the answer
+    MEDIA_MSG_CALL_WITHDRAW = 0x70033, // the last offer was refused
+    MEDIA_MSG_CALL_MUTE = 0x70034,     // lParam: non-zero: the other side does not hear the user
+    MEDIA_MSG_CALL_TONE = 0x70035,     // lParam: CALL_TONE
+    MEDIA_MSG_CALL_JOIN = 0x70036,     // lParam: the other call
+    MEDIA_MSG_CALL_SPLIT = 0x70037,
+    MEDIA_MSG_CALL_END = 0x70038,
+    // From "app_hxMedia".
+    MEDIA_MSG_CALL_DESCRIBED =
+        0x120030,                      // extra: the description, none when there is none; lParam: the request
+    MEDIA_MSG_CALL_STREAMS = 0x120031, // extra: CALL_STREAMS
     // Broadcast by a player that has just started, also after one died: what was asked of the one before
     // is forgotten. wParam: PLAYER_PROGRAM.
     PLAYER_MSG_UP = 0x120020,
@@ -159,6 +175,39 @@ struct VOICE_PARAM
     char reserved[536];  // zero
 };
 
+// What the phone wants of a call's media.
+struct CALL_WISH
+{
+    char szLocalIP[PLAYER_ADDRESS_SIZE]; // by which the other side reaches the phone
+    uint32_t bHeld;
+    uint32_t bEncrypt;
+    uint32_t bVideo;
+    uint32_t bCamera;
+    uint32_t nBandwidth; // kbit/s of pictures; 0: what the network bears
+    uint32_t nFrameRate;
+};
+
+enum : int { CALL_DESCRIPTION_SIZE = 16384 }; // with its zero
+
+// A key and how long it sounds, in one word.
+constexpr unsigned int CALL_TONE(char tone, unsigned int ms)
+{
+    return static_cast<unsigned char>(tone) | ms << 8;
+}
+
+// What goes over the wire of a call.
+struct CALL_STREAMS
+{
+    char szSound[PLAYER_NAME_SIZE];   // of the codec, for a person; empty: no sound
+    char szPicture[PLAYER_NAME_SIZE]; // the same of pictures
+    int32_t nQuality;                 // 0 to 4; -1: not known
+    uint32_t bEncrypted;
+    uint32_t bTones;      // the other side takes tones within the sound
+    uint32_t bOtherHolds; // it wants to hear nothing
+};
+
+static_assert(sizeof(CALL_WISH) == 40 && std::is_trivially_copyable_v<CALL_WISH>);
+static_assert(sizeof(CALL_STREAMS) == 64 && std::is_trivially_copyable_v<CALL_STREAMS>);
 static_assert(sizeof(MOV_SDP) == 452 && std::is_trivially_copyable_v<MOV_SDP>);
 static_assert(sizeof(PLAYER_STREAMS) == 460 && std::is_trivially_copyable_v<PLAYER_STREAMS>);
 static_assert(sizeof(ADDR_PARAM) == 204 && std::is_trivially_copyable_v<ADDR_PARAM>);

@@ -95,3 +95,30 @@ TEST_F(CallControl, TheListOfALineIsSetByHand)
         EXPECT_EQ(set(words), "usage: set list LINE [NUMBER[=NAME],...]") << words;
     book.unwatchList(1);
 }
+
+TEST_F(CallControl, StreamsConnectJoinAndSplitSayWhatTheyRefuse)
+{
+    const auto streams = [](const QString& words) { return answer(controlStreams, words.split(' ')); };
+    const QString none = "no such call, or it does not wait for that";
+    EXPECT_EQ(ring("4711"), "ok");
+    const QString id = QString::number(call()["id"].toInt());
+    for (const QString& words : {QString("x sound=Opus"), id + " Opus", id + " quality=5", id + " quality=-2",
+                                 id + " quality=", id + " encrypted=2", id + " loudness=1"})
+        EXPECT_EQ(streams(words), "usage: " CONTROL_STREAMS_FORM) << words.toStdString();
+    EXPECT_EQ(call()["quality"].toInt(), -1) << "nothing of it was done";
+    EXPECT_EQ(streams("1048576 sound=Opus"), none);
+    EXPECT_EQ(streams(id + " sound=Opus quality=0"), "ok");
+    EXPECT_EQ(streams(id + " picture=H.264 encrypted=1"), "ok");
+    EXPECT_EQ(call()["sound"], "Opus");
+    EXPECT_EQ(call()["picture"], "H.264");
+    EXPECT_EQ(call()["quality"].toInt(), 0);
+    EXPECT_TRUE(call()["encrypted"].toBool());
+    EXPECT_EQ(answer(controlConnect, {id, "x"}), "usage: " CONTROL_CONNECT_FORM);
+    EXPECT_EQ(answer(controlJoin, {"x", id}), "usage: " CONTROL_JOIN_FORM);
+    EXPECT_EQ(answer(controlSplit, {"x"}), "usage: " CONTROL_SPLIT_FORM);
+    EXPECT_EQ(answer(controlConnect, {id, id}), none);
+    EXPECT_EQ(answer(controlJoin, {id, "1048576"}), none);
+    EXPECT_EQ(answer(controlSplit, {id}), none);
+    EXPECT_EQ(answer(controlOtherSide, {id, "shout"}), "usage: " CONTROL_OTHER_SIDE_FORM);
+    EXPECT_EQ(answer(controlOtherSide, {id, "refuse"}), none) << "it only rings";
+}

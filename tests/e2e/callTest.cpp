@@ -3,6 +3,7 @@
 #include "tests/e2e/livePhone.h"
 #include "tests/kit/plain/processes.h"
 #include <QJsonArray>
+#include <utility>
 
 namespace {
 
@@ -34,6 +35,19 @@ protected:
         waitPage("frmCall");
         waitIdle();
     }
+    // Bob talks, and Anna is held; their ids.
+    QStringList talkToTwo()
+    {
+        set("CallWaiting", "bEnable", "1");
+        tellChanged("13");
+        for (const auto& [number, name] : {std::pair{"4711", "Anna"}, std::pair{"4712", "Bob"}}) {
+            ring(number, name);
+            key("Return");
+            EXPECT_TRUE(talks(count() - 1));
+        }
+        return {QString::number(call(0)["id"].toInt()), QString::number(call(1)["id"].toInt())};
+    }
+    QString text(const char* name) { return widget(name)["text"].toString(); }
     // A page of the settings by its name, a value by finger or keys there, saved.
     void set(const char* section, const char* key, const char* value)
     {
@@ -146,6 +160,90 @@ TEST_F(Calls, AreSentOnByKeysWhileTheyRing)
     EXPECT_TRUE(kit::waits([&] { return count() == 0; }, kWaitMs));
     EXPECT_EQ(ended()["end"].toString(), "forwarded");
     EXPECT_EQ(ended()["target"].toString(), "77");
+}
+
+TEST_F(Calls, ThreeTalkTogetherByFingerAndByCommandAndPartAgain)
+{
+    const QStringList ids = talkToTwo();
+    tap("actJoin");
+    EXPECT_EQ(text("labName"), QString("Anna \u00b7 Bob"));
+    EXPECT_EQ(text("labState"), "Conference");
+    EXPECT_EQ(call(0)["joined"].toInt(), call(1)["id"].toInt());
+    EXPECT_FALSE(call(0)["held"].toBool() || call(1)["held"].toBool());
+    shot("call-live-conference");
+    softKey(1);
+    EXPECT_TRUE(call(0)["held"].toBool() && call(1)["held"].toBool());
+    softKey(1);
+    ctl({"split", ids[1]});
+    EXPECT_TRUE(call(0)["held"].toBool());
+    EXPECT_EQ(text("labName"), "Bob");
+    ctl({"join", ids[0], ids[1]});
+    EXPECT_EQ(text("labState"), "Conference");
+    ctl({"other-side", ids[1], "hangup"});
+    EXPECT_EQ(text("labName"), "Anna");
+    EXPECT_FALSE(call(0)["held"].toBool());
+    key("F4");
+    waitPage("frmDesktop");
+    tap("tileCallHistroy");
+    waitPage("dlgCallHistroy");
+    EXPECT_TRUE(kit::waits([&] { return widget("tabList")["rows"].toArray().size() >= 2; }, kWaitMs))
+        << "both are there";
+}
+
+TEST_F(Calls, AreConnectedWithEachOtherByFingerAndByCommandUnlessTheOtherSideRefuses)
+{
+    QStringList ids = talkToTwo();
+    ctl({"other-side", ids[1], "refuse"});
+    for (const bool refused : {true, false}) {
+        softKey(2);
+        waitPage("frmDial");
+        waitIdle();
+        shot(refused ? "call-live-offers" : "call-live-offers-again");
+        const QJsonObject list = widget("lstEntries");
+        for (int touch = 0; touch < 2; ++touch)
+            tap(list["x"].toInt() + 60, list["y"].toInt() + 30);
+        if (!refused)
+            break;
+        waitPage("frmCall");
+        EXPECT_TRUE(text("labOthers").contains("The other side refuses the transfer"));
+        EXPECT_EQ(count(), 2);
+        ctl({"other-side", ids[1], "accept"});
+    }
+    EXPECT_TRUE(kit::waits([&] { return count() == 0; }, kWaitMs));
+    EXPECT_EQ(ended()["end"].toString(), "transferred");
+    EXPECT_EQ(ended()["target"].toString(), "4712");
+    waitPage("frmDesktop");
+    ids = talkToTwo();
+    ctl({"connect", ids[1], ids[0]});
+    EXPECT_EQ(count(), 0);
+    EXPECT_EQ(ended()["target"].toString(), "4712");
+    ctl({"connect", ids[1], ids[0]}, 1);
+}
+
+TEST_F(Calls, ShowWhatGoesOverTheWireAndAPictureByATouchAsLargeAsTheScreen)
+{
+    ring("4711", "Anna");
+    key("Return");
+    ASSERT_TRUE(talks());
+    const QString id = QString::number(call()["id"].toInt());
+    ctl({"streams", id, "sound=Opus", "quality=3", "encrypted=1"});
+    EXPECT_EQ(text("wgtMarks"), "Opus, encrypted, 3 of 4");
+    EXPECT_EQ(call()["sound"].toString(), "Opus");
+    EXPECT_EQ(call()["quality"].toInt(), 3);
+    EXPECT_TRUE(call()["encrypted"].toBool());
+    shot("call-live-marks");
+    ctl({"streams", id, "picture=H.264"});
+    EXPECT_EQ(call()["sound"].toString(), "Opus") << "what is not said stays";
+    EXPECT_TRUE(text("labNumber").endsWith("H.264, Opus"));
+    shot("call-live-picture");
+    tap(300, 220);
+    EXPECT_EQ(widget("wgtPicture")["h"].toInt(), 480);
+    shot("call-live-picture-full");
+    key("Escape");
+    EXPECT_EQ(widget("wgtPicture")["h"].toInt(), 440);
+    EXPECT_EQ(count(), 1);
+    ctl({"streams", id, "quality=5"}, 2);
+    ctl({"streams", id, "loudness=5"}, 2);
 }
 
 TEST_F(Calls, ThatWereMissedAreCountedUntilTheListIsOpened)

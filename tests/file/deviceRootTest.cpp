@@ -84,6 +84,20 @@ TEST_F(FreshRoot, RelativeLinkIsFollowedFromItsFolderAndKeptInside)
     EXPECT_EQ(devicePathFollow("/etc/a"), onMachine("/b").c_str());
 }
 
+// The folders of these paths are there, so that nothing but their dots can lead elsewhere.
+TEST_F(FreshRoot, DotsAreFollowedAsTheyStandAndKeptInside)
+{
+    makeFolder("/a");
+    makeFolder("/a/b");
+    EXPECT_EQ(devicePathFollow("/a/../../../etc/passwd"), onMachine("/etc/passwd").c_str());
+    EXPECT_EQ(devicePathFollowFolder("/a/../../../etc/passwd"), onMachine("/etc/passwd").c_str());
+    EXPECT_EQ(devicePathFollow("/a/b/../c"), onMachine("/a/c").c_str());
+    EXPECT_EQ(devicePathFollow("/a/./b/c"), onMachine("/a/b/c").c_str());
+    EXPECT_EQ(devicePathFollow("/a//b/c"), onMachine("/a/b/c").c_str());
+    EXPECT_EQ(devicePathFollow("/a/b/"), onMachine("/a/b").c_str());
+    EXPECT_EQ(devicePathFollow("/a/b/."), onMachine("/a/b").c_str());
+}
+
 TEST_F(FreshRoot, LinksInACircleEnd)
 {
     ASSERT_EQ(symlink("/b", onMachine("/a").c_str()), 0);

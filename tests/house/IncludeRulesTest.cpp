@@ -151,7 +151,7 @@ QVector<SourceFile> filesWithoutTheFileSystem()
 
 TEST(IncludeRules, EveryIncludeIsWrittenFromTheRoot)
 {
-    forEachInclude(phoneRooms() + QStringList{"tools", "tests", "bench", "fuzz"},
+    forEachInclude(phoneRooms() + QStringList{"registrar", "tools", "tests", "bench", "fuzz"},
                    [](const SourceFile& file, const Include& include) {
                        EXPECT_TRUE(isWrittenFromTheRoot(include))
                            << place(file, include.line) << " includes " << qPrintable(include.path);
@@ -208,6 +208,19 @@ TEST(IncludeRules, TheSipAgentIncludesItsOwnRoomAndNoToolkit)
     for (const SourceFile& file : files) {
         for (const Include& include : includesOf(file))
             EXPECT_TRUE(isBelow(include.path, "sip")) << place(file, include.line);
+    }
+}
+
+// It is no part of the phone, and small enough to be read.
+TEST(IncludeRules, TheExchangeIncludesItsOwnRoomAndTheAgentsAndNoToolkit)
+{
+    static const QRegularExpression toolkit("#\\s*include\\s*<Q\\w+");
+    const QVector<SourceFile> files = sourceFiles({"registrar"}, {".cpp", ".h"});
+    EXPECT_GT(files.size(), 2);
+    expectNowhere(files, toolkit);
+    for (const SourceFile& file : files) {
+        for (const Include& include : includesOf(file))
+            EXPECT_TRUE(isBelowAny(include.path, {"registrar", "sip"})) << place(file, include.line);
     }
 }
 
@@ -317,6 +330,7 @@ TEST(IncludeRules, AHeaderIsReadOnceAndIncludesNoClassTwice)
 
 TEST(IncludeRules, NoFileIsLongerThanSevenHundredLines)
 {
-    for (const SourceFile& file : sourceFiles(phoneRooms() + QStringList{"tools", "tests"}, {".cpp", ".h"}))
+    for (const SourceFile& file :
+         sourceFiles(phoneRooms() + QStringList{"registrar", "tools", "tests"}, {".cpp", ".h"}))
         EXPECT_LT(file.text.count('\n'), 700) << qPrintable(file.path);
 }

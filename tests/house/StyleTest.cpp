@@ -13,7 +13,7 @@ namespace {
 QStringList formattedFiles()
 {
     QStringList paths;
-    const QStringList folders = phoneRooms() + QStringList{"tools", "tests", "bench", "fuzz"};
+    const QStringList folders = phoneRooms() + QStringList{"registrar", "tools", "tests", "bench", "fuzz"};
     for (const SourceFile& file : sourceFiles(folders, {".cpp", ".h"}))
         paths.append(file.path);
     return paths;

@@ -74,7 +74,7 @@ CallModel::tagCall* CallModel::talking(int id)
 void CallModel::holdAllBut(int id)
 {
     for (tagCall& call : calls) {
-        if (call.nId == id || !call.bTalks || call.bHeld)
+        if (call.nId == id || !call.bTalks || call.bHeld || (call.nJoined != 0 && call.nJoined == id))
             continue;
         call.bHeld = true;
         order("hold", call.nId);
@@ -91,6 +91,8 @@ void CallModel::talk(tagCall& call)
 void CallModel::end(int id)
 {
     calls.removeIf([id](const tagCall& call) { return call.nId == id; });
+    for (tagCall& call : calls)
+        call.nJoined = call.nJoined == id ? 0 : call.nJoined;
     m_due.removeIf([id](const tagDue& late) { return late.nCall == id; });
 }
 
@@ -246,12 +248,68 @@ void CallModel::hold(int id, bool held)
         holdAllBut(id);
     order(held ? "hold" : "resume", id);
     call->bHeld = held;
+    tagCall* other = talking(call->nJoined);
+    if (!other || other->bHeld == held)
+        return;
+    order(held ? "hold" : "resume", other->nId);
+    other->bHeld = held;
 }
 
 void CallModel::mute(int id, bool muted)
 {
-    if (talking(id))
-        order(muted ? "mute" : "unmute", id);
+    for (int each = id; tagCall* call = talking(each); each = call->nJoined == id ? 0 : call->nJoined) {
+        order(muted ? "mute" : "unmute", each);
+        call->bMuted = muted;
+    }
+}
+
+bool CallModel::canMeet(int id, int other)
+{
+    return id != other && talking(id) && talking(other);
+}
+
+void CallModel::connect(int id, int other, bool can)
+{
+    if (!can || !canMeet(id, other))
+        return;
+    order(QString("connect with %1").arg(other), id);
+    end(id);
+    end(other);
+}
+
+void CallModel::join(int id, int other, bool can)
+{
+    if (!can || !canMeet(id, other) || talking(id)->nJoined || talking(other)->nJoined)
+        return;
+    order(QString("join %1").arg(other), id);
+    talking(id)->nJoined = other;
+    talking(other)->nJoined = id;
+    holdAllBut(id);
+    for (const int each : {id, other}) {
+        if (!talking(each)->bHeld)
+            continue;
+        order("resume", each);
+        talking(each)->bHeld = false;
+    }
+    const bool muted = talking(id)->bMuted;
+    if (talking(other)->bMuted == muted)
+        return;
+    order(muted ? "mute" : "unmute", other);
+    talking(other)->bMuted = muted;
+}
+
+void CallModel::split(int id)
+{
+    tagCall* call = talking(id);
+    tagCall* other = call ? talking(call->nJoined) : nullptr;
+    if (!other)
+        return;
+    if (!call->bHeld && !other->bHeld) {
+        order("hold", other->nId);
+        other->bHeld = true;
+    }
+    order("split", id);
+    call->nJoined = other->nJoined = 0;
 }
 
 void CallModel::transfer(int id, const QString& number)
@@ -268,8 +326,12 @@ void CallModel::tones(int id, const QString& tones)
     static const QRegularExpression good("^[0-9*#A-D]+$");
     if (!talking(id) || !good.match(tones).hasMatch())
         return;
-    for (const QChar tone : tones)
+    const int other = talking(id)->nJoined;
+    for (const QChar tone : tones) {
         order(QString("tone ") + tone, id);
+        if (other)
+            order(QString("tone ") + tone, other);
+    }
 }
 
 void CallModel::answerFromOutside(int id)

@@ -46,6 +46,8 @@ public:
         bool bIncoming = false;
         bool bTalks = false;
         bool bHeld = false;
+        bool bMuted = false;
+        int nJoined = 0;
         QStringList by;
     };
 
@@ -70,6 +72,10 @@ public:
     void hold(int id, bool held);
     void mute(int id, bool muted);
     void transfer(int id, const QString& number);
+    // The backend does it, or cannot.
+    void connect(int id, int other, bool can);
+    void join(int id, int other, bool can);
+    void split(int id);
     void tones(int id, const QString& tones);
     void answerFromOutside(int id);
     void endFromOutside(int id);
@@ -107,6 +113,7 @@ private:
         m_failures.append(reason);
     }
     void holdAllBut(int id);
+    bool canMeet(int id, int other);
     void talk(tagCall& call);
     void end(int id);
     bool isBusyFor(const tagCall& call) const;

@@ -183,7 +183,7 @@ protected:
         const int id = drawCall();
         const QString number = oneOf(kNumbers);
         const bool flag = chance(50);
-        switch (draw(10)) {
+        switch (draw(13)) {
         case 0:
         case 1:
             m_model.answer(id);
@@ -219,8 +219,29 @@ protected:
             rules->sendTones(id, tones);
             break;
         }
+        case 9:
+        case 10:
+        case 11:
+            actOnTwo(id);
+            break;
         default:
             actOutside(id, flag);
+        }
+    }
+    void actOnTwo(int id)
+    {
+        const int other = drawCall();
+        const bool can = backend.bConnects = chance(80);
+        const int act = draw(10);
+        if (act < 2) {
+            m_model.connect(id, other, can);
+            rules->connect(id, other);
+        } else if (act < 7) {
+            m_model.join(id, other, can);
+            rules->join(id, other);
+        } else {
+            m_model.split(id);
+            rules->split(id);
         }
     }
     void actOutside(int id, bool ends)
@@ -261,14 +282,19 @@ protected:
     {
         QStringList all;
         for (const tagCall& call : rules->calls())
-            all.append(QString("%1 %2 %3").arg(call.nId).arg(call.eState == CALL_TALKING).arg(call.bHeld));
+            all.append(QString("%1 %2 %3 with %4")
+                           .arg(call.nId)
+                           .arg(call.eState == CALL_TALKING)
+                           .arg(call.bHeld)
+                           .arg(call.nJoined));
         return all.join("\n").toStdString();
     }
     std::string modelled() const
     {
         QStringList all;
         for (const kit::CallModel::tagCall& call : m_model.calls)
-            all.append(QString("%1 %2 %3").arg(call.nId).arg(call.bTalks).arg(call.bHeld));
+            all.append(
+                QString("%1 %2 %3 with %4").arg(call.nId).arg(call.bTalks).arg(call.bHeld).arg(call.nJoined));
         return all.join("\n").toStdString();
     }
     void play(int count)

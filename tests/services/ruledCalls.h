@@ -3,6 +3,7 @@
 #include "host/services/phone/callRules.h"
 #include "support/host/registry.h"
 #include "tests/kit/phoneTest.h"
+#include <utility>
 
 namespace kit {
 
@@ -42,6 +43,8 @@ public:
     bool hangUp(int id) override { return ended("hang up", id, CALL_HUNG_UP); }
     bool setHeld(int id, bool held) override
     {
+        if (!held && !bResumes)
+            return false;
         return changed(held ? "hold" : "resume", id, [&](tagCall& call) { call.bHeld = held; });
     }
     bool setMuted(int id, bool muted) override
@@ -51,6 +54,29 @@ public:
     bool transfer(int id, const QString& number) override
     {
         return ended("transfer " + number, id, CALL_TRANSFERRED);
+    }
+    bool connect(int id, int other) override
+    {
+        if (!bConnects)
+            return false;
+        note(QString("connect with %1").arg(other), id);
+        return ended("", id, CALL_TRANSFERRED) && ended("", other, CALL_TRANSFERRED);
+    }
+    bool join(int id, int other) override
+    {
+        tagCall* call = find(id);
+        tagCall* second = find(other);
+        if (!bConnects || !call || !second)
+            return false;
+        call->nJoined = other;
+        second->nJoined = id;
+        return changed(QString("join %1").arg(other), id, [](tagCall&) {}) &&
+               changed("", other, [](tagCall&) {});
+    }
+    bool split(int id) override
+    {
+        const int other = partBoth(id);
+        return other && changed("split", id, [](tagCall&) {}) && changed("", other, [](tagCall&) {});
     }
     bool sendTone(int id, QChar tone, bool secret) override
     {
@@ -82,6 +108,8 @@ public:
     int nDefault = 0;
     bool bPstn = false;
     bool bDials = true;
+    bool bConnects = true; // and joins
+    bool bResumes = true;
 
 private:
     int begin(tagCall call)
@@ -121,12 +149,22 @@ private:
         if (!call)
             return false;
         note(order, id);
+        const int other = partBoth(id);
         tagCall last = *call;
         live.removeIf([id](const tagCall& other) { return other.nId == id; });
         last.eState = CALL_ENDED;
         last.eEnd = why;
         m_pEvents->callChanged(last);
-        return true;
+        return !other || changed("", other, [](tagCall&) {});
+    }
+    // The other one.
+    int partBoth(int id)
+    {
+        tagCall* call = find(id);
+        const int other = call ? std::exchange(call->nJoined, 0) : 0;
+        if (other)
+            find(other)->nJoined = 0;
+        return other;
     }
 
     phoneEvents* m_pEvents = nullptr;

@@ -92,7 +92,7 @@ TEST_F(SipTold, AWatchedExtensionRingsAndItsCallIsTaken)
 TEST_F(SipTold, TheCodeAndTheListOfALineAreThoseOfItsFile)
 {
     writeAccount(0, "[account]\nEnable=1\nUserName=100\npassword=s3cret\nSIPServerHost=sip.example.com\n"
-                    "PickUpCode=*8\nBLFListURI=all@pbx\n");
+                    "PickUpCode=*8\nListAddress=all@pbx\n");
     boot();
     lampBook::instance().watchList(0);
     agentComes();

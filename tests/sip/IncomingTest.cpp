@@ -244,3 +244,21 @@ TEST_F(SipCalls, EveryWayToAskForAnAnswerWithoutAHandIsKnown)
         tellStatus(SIP_REFUSE, kFirst + uint32_t(i), 486);
     }
 }
+
+TEST_F(SipCalls, AnEmptyAnswerRefusesAnOfferAtOnceAndTheCallGoesOn)
+{
+    begin();
+    const uint32_t id = talkIn("nothing");
+    ASSERT_NE(id, 0u);
+    peer->send(within("INVITE", lastAnswer, 2, "Content-Type: application/sdp", "v=0\r\n"), agent.port());
+    ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+    tellMedia(SIP_MEDIA, id, "");
+    const QByteArray refused = peer->receive("SIP/2.0 488");
+    EXPECT_NE(refused.toStdString(), "");
+    acknowledge(refused);
+    // One that comes too late is no offer.
+    tellMedia(SIP_MEDIA, id, "");
+    EXPECT_EQ(peer->receive("INVITE", 300).toStdString(), "");
+    tellStatus(SIP_HANG_UP, id);
+    EXPECT_NE(peer->receive("BYE").toStdString(), "");
+}

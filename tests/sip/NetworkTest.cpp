@@ -79,9 +79,9 @@ TEST_F(SipNetwork, SignsOfLifeGoOverConnectionsAndAreAnswered)
         UdpPeer::replyTo(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
     ASSERT_TRUE(link->waitForBytesWritten());
     ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
-    const QByteArray subscribe = readUntil("\r\n\r\n"); // to messages that wait
-    link->write(UdpPeer::replyTo(subscribe, "489 Bad Event"));
-    EXPECT_EQ(readUntil("\r\n\r\n").toStdString(), "\r\n\r\n");
+    // After a request, or another one.
+    const QByteArray sign = readUntil("\r\n\r\n\r\n\r\n");
+    EXPECT_TRUE(sign.endsWith("\r\n\r\n\r\n\r\n")) << sign.constData();
 }
 
 TEST_F(SipNetwork, WithOtherAddressesTheLinesAreRegisteredAnewAndCallsGoOn)

@@ -122,7 +122,7 @@ TEST_F(SipCalls, HoldingIsOfferedAndARefusalLeavesTheCallAsItWas)
     peer->reply(peer->receive("INVITE"), "488 Not Acceptable Here");
     talk = next<tagSipMedia>(SIP_TALK, id);
     ASSERT_TRUE(talk);
-    EXPECT_STREQ(talk->szSdp, ""); // so it is told that it was refused
+    EXPECT_STREQ(talk->szSdp, "") << "which says that it was refused";
     tellStatus(SIP_HANG_UP, id);
     EXPECT_NE(peer->receive("BYE").toStdString(), "");
 }

@@ -1,8 +1,8 @@
 // Lines over TLS: the server's certificate is checked, and the name in it.
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/agentProcess.h"
+#include "tests/sip/certificates.h"
 #include "tests/sip/udpPeer.h"
-#include <QFile>
 #include <QProcess>
 #include <gtest/gtest.h>
 
@@ -14,22 +14,7 @@ protected:
     // Certificates by an authority that the phone trusts: the server's is for that name.
     void begin(const QString& name)
     {
-        ASSERT_TRUE(
-            openssl({"req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
-                     "-days", "2", "-subj", "/CN=Authority", "-keyout", "ca.key", "-out", "cafile.pem"}));
-        ASSERT_TRUE(openssl({"req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
-                             "-subj", "/CN=" + name, "-keyout", "server.key", "-out", "server.csr"}));
-        ASSERT_TRUE(openssl({"x509", "-req", "-in", "server.csr", "-CA", "cafile.pem", "-CAkey", "ca.key",
-                             "-CAcreateserial", "-days", "2", "-out", "server.pem"}));
-        // The phone's own: no server of the test asks for it.
-        ASSERT_TRUE(
-            openssl({"req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
-                     "-days", "2", "-subj", "/CN=phone", "-keyout", "agent.pem", "-out", "own.pem"}));
-        QFile own(folder.filePath("own.pem")), agentFile(folder.filePath("agent.pem"));
-        ASSERT_TRUE(own.open(QIODevice::ReadOnly) && agentFile.open(QIODevice::Append));
-        agentFile.write(own.readAll());
-        agentFile.close();
-
+        ASSERT_TRUE(makeCertificates(folder.path(), name));
         const uint32_t port = UdpPeer::freePort();
         kit::endWithUs(server);
         server.setWorkingDirectory(folder.path());
@@ -49,14 +34,6 @@ protected:
         server.kill();
         server.waitForFinished();
     }
-    bool openssl(const QStringList& arguments)
-    {
-        QProcess process;
-        process.setWorkingDirectory(folder.path());
-        process.start("openssl", arguments);
-        return process.waitForFinished() && process.exitCode() == 0;
-    }
-
     QTemporaryDir folder;
     QProcess server;
     AgentProcess agent;

@@ -259,6 +259,19 @@ void EveryText::visitCalls()
     call.bHeld = false;
     screen.onCall(call);
     look(&screen);
+    call.nJoined = 2;
+    call.streams.strSound = "G.722";
+    call.streams.nQuality = 1;
+    call.streams.bEncrypted = true;
+    call.strReason = HX_TR("The other side refuses the transfer");
+    for (const char* picture : {"", "H.264"}) {
+        for (const CALL_STATE state : {CALL_RINGING, CALL_TALKING}) {
+            call.eState = state;
+            call.streams.strPicture = picture;
+            screen.onCall(call);
+            look(&screen);
+        }
+    }
     screen.hide();
     frmDial dial;
     for (const DIAL_FOR purpose : {DIAL_TRANSFER, DIAL_FORWARD}) {

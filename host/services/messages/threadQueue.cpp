@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -126,13 +127,20 @@ bool threadQueue::post(tagDelivery&& delivery)
         return false;
     m_nRemoteBytes += delivery.nRemoteBytes;
     m_waiting.push_back(std::move(delivery));
-    if (!m_bWoken) {
-        m_bWoken = true;
-        m_pReceiver->wake();
-    }
+    const bool wakes = !std::exchange(m_bWoken, true);
     lock.unlock();
+    if (wakes)
+        wake();
     nudge();
     return true;
+}
+
+// Not under the lock of what waits: the thread would wake up only to wait for it.
+void threadQueue::wake()
+{
+    QMutexLocker lock(&m_receiverMutex);
+    if (m_pReceiver)
+        m_pReceiver->wake();
 }
 
 bool threadQueue::isCurrent() const
@@ -294,8 +302,10 @@ void threadQueue::close()
     m_bClosed = true;
     std::deque<tagDelivery> waiting;
     waiting.swap(m_waiting);
-    threadReceiver* receiver = m_pReceiver;
     lock.unlock();
+    QMutexLocker receiverLock(&m_receiverMutex);
+    threadReceiver* receiver = std::exchange(m_pReceiver, nullptr);
+    receiverLock.unlock();
     for (const tagDelivery& delivery : waiting) {
         if (delivery.reply)
             delivery.reply(std::nullopt);

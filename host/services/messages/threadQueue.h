@@ -87,10 +87,12 @@ private:
     QList<tagEntry> entries() const;
     int messagesToLastSent() const;
     void updateBacklog();
+    void wake();
 
     mutable QMutex m_mutex;
     QList<tagEntry> m_entries; // by number
     std::deque<tagDelivery> m_waiting;
+    QMutex m_receiverMutex; // of the next one; taken last
     threadReceiver* m_pReceiver = nullptr;
     Qt::HANDLE m_thread = nullptr;
     bool m_bWoken = false; // the event loop was told, and has not come yet

@@ -202,24 +202,80 @@ bool callRules::forward(int id, const QString& number)
 
 bool callRules::setHeld(int id, bool held)
 {
-    if (find(id).eState != CALL_TALKING)
+    const tagCall call = find(id);
+    if (call.eState != CALL_TALKING)
         return false;
     if (!held)
         holdOthers(id);
-    return m_backend.setHeld(id, held);
+    const bool done = m_backend.setHeld(id, held);
+    if (call.nJoined && find(call.nJoined).bHeld != held)
+        m_backend.setHeld(call.nJoined, held);
+    return done;
 }
 
+// Of calls that talk together neither is held for the other.
 void callRules::holdOthers(int id)
 {
     for (const tagCall& call : m_backend.calls()) {
-        if (call.nId != id && call.eState == CALL_TALKING && !call.bHeld)
+        const bool isWith = call.nId == id || (call.nJoined && call.nJoined == id);
+        if (!isWith && call.eState == CALL_TALKING && !call.bHeld)
             m_backend.setHeld(call.nId, true);
     }
 }
 
+bool callRules::resume(int id)
+{
+    return !find(id).bHeld || m_backend.setHeld(id, false);
+}
+
+// The call, and the one that it is joined with; none when it does not talk.
+QList<int> callRules::talkingWith(int id) const
+{
+    const tagCall call = find(id);
+    if (call.eState != CALL_TALKING)
+        return {};
+    return call.nJoined ? QList<int>{id, call.nJoined} : QList<int>{id};
+}
+
 bool callRules::setMuted(int id, bool muted)
 {
-    return find(id).eState == CALL_TALKING && m_backend.setMuted(id, muted);
+    bool done = false;
+    for (const int each : talkingWith(id))
+        done = m_backend.setMuted(each, muted) || done;
+    return done;
+}
+
+bool callRules::connect(int id, int other)
+{
+    return id != other && talks(id) && talks(other) && m_backend.connect(id, other);
+}
+
+bool callRules::join(int id, int other)
+{
+    const bool canJoin =
+        id != other && talks(id) && talks(other) && !find(id).nJoined && !find(other).nJoined;
+    if (!canJoin || !m_backend.join(id, other))
+        return false;
+    holdOthers(id);
+    if (!resume(id) || !resume(other)) {
+        split(id);
+        return false;
+    }
+    const bool muted = find(id).bMuted;
+    if (find(other).bMuted != muted)
+        m_backend.setMuted(other, muted);
+    return true;
+}
+
+// The other one is held before the two are apart: who would be told of first would hold the other one.
+bool callRules::split(int id)
+{
+    const tagCall call = find(id);
+    if (!call.nJoined)
+        return false;
+    if (!call.bHeld && !find(call.nJoined).bHeld)
+        m_backend.setHeld(call.nJoined, true);
+    return m_backend.split(id);
 }
 
 bool callRules::transfer(int id, const QString& number)
@@ -236,9 +292,12 @@ bool callRules::isTones(const QString& tones)
 
 bool callRules::sendTones(int id, const QString& tones)
 {
-    return find(id).eState == CALL_TALKING && isTones(tones) &&
-           std::all_of(tones.begin(), tones.end(),
-                       [&](QChar tone) { return m_backend.sendTone(id, tone, false); });
+    const QList<int> calls = talkingWith(id);
+    const auto send = [&](QChar tone) {
+        return std::all_of(calls.begin(), calls.end(),
+                           [&](int each) { return m_backend.sendTone(each, tone, false); });
+    };
+    return !calls.isEmpty() && isTones(tones) && std::all_of(tones.begin(), tones.end(), send);
 }
 
 bool callRules::openDoor(int id)

@@ -8,7 +8,7 @@
 // this phone.
 //
 // A number that goes out is rewritten by the dial plan before a line is chosen. Who talks last talks: the
-// others are put on hold.
+// others are put on hold, but for those who talk together.
 #include "host/services/phone/callDevices.h"
 #include "host/services/phone/callSettings.h"
 #include "host/services/phone/phoneBackend.h"
@@ -40,6 +40,13 @@ public:
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
     bool transfer(int id, const QString& number);
+    // Of two calls that talk: their other sides talk to each other, without the user.
+    bool connect(int id, int other);
+    // Three talk: both calls are taken back, and what is done to one of them (hold, mute, tones) is done to
+    // both, until split() or the end of either. A call talks with one other at most.
+    bool join(int id, int other);
+    // The call goes on as it is, and the other one is held.
+    bool split(int id);
     // "0123456789*#ABCD", in their order; false when one is none of these, and nothing is sent.
     bool sendTones(int id, const QString& tones);
     // Sends the tones that open the door at the other end, which nobody gets to see. False where there is
@@ -68,6 +75,7 @@ private:
 
     tagCall find(int id) const;
     bool rings(int id) const;
+    bool talks(int id) const { return find(id).eState == CALL_TALKING; }
     bool isTaken(const tagCall& call);
     bool isRefusedBy(const tagCall& other);
     tagCallOptions optionsOf(const tagCall& call);
@@ -78,6 +86,8 @@ private:
     void after(int seconds, int id, void (callRules::*then)(int id));
     void answerByItself(int id);
     void holdOthers(int id);
+    bool resume(int id);
+    QList<int> talkingWith(int id) const;
     int fail(const QString& number, int account, const char* reason);
     int lineFor(int account) const;
 

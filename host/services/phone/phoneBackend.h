@@ -56,8 +56,16 @@ public:
     virtual bool setHeld(int id, bool held) = 0;
     virtual bool setMuted(int id, bool muted) = 0;
     // Puts the other side through to the number: the call is over here as soon as that was taken. Where it
-    // was not, the call goes on and tells so.
+    // was not, the call goes on and tells so, with a reason; so with connect().
     virtual bool transfer(int id, const QString& number) = 0;
+    // Puts the other sides of two calls that talk through to each other: both are over here, as transferred
+    // to the other's number. False where this cannot be done.
+    virtual bool connect(int /*id*/, int /*other*/) { return false; }
+    // The other sides of two calls that talk, and the user, hear each other until split() or the end of
+    // either. Both calls have their marks (tagCall::nJoined) before anybody is told of one of them. What is
+    // held stays so: the rules take it back.
+    virtual bool join(int /*id*/, int /*other*/) { return false; }
+    virtual bool split(int /*id*/) { return false; }
     // One of "0123456789*#ABCD". A secret one shows as "•" in what the call tells of its tones.
     virtual bool sendTone(int id, QChar tone, bool secret) = 0;
 

@@ -27,6 +27,9 @@ public:
     // What the other side of a call does. False when there is no such call, or it does not wait for that.
     bool holdFromOutside(int id, bool held) { return m_calls.holdFromOutside(id, held); }
     bool hangUpFromOutside(int id) { return m_calls.hangUpFromOutside(id); }
+    bool refuseFromOutside(int id, bool refuses) { return m_calls.refuseFromOutside(id, refuses); }
+    // What goes over the wire of a call.
+    bool setStreams(int id, const tagCallStreams& streams) { return m_calls.setStreams(id, streams); }
     // The extensions of the servers.
     simulatedLamps& extensions() { return m_lamps; }
 
@@ -42,6 +45,9 @@ public:
     bool setHeld(int id, bool held) override { return m_calls.setHeld(id, held); }
     bool setMuted(int id, bool muted) override { return m_calls.setMuted(id, muted); }
     bool transfer(int id, const QString& number) override { return m_calls.transfer(id, number); }
+    bool connect(int id, int other) override { return m_calls.connect(id, other); }
+    bool join(int id, int other) override { return m_calls.join(id, other); }
+    bool split(int id) override { return m_calls.split(id); }
     bool sendTone(int id, QChar tone, bool secret) override { return m_calls.sendTone(id, tone, secret); }
     QList<tagCall> calls() const override { return m_calls.calls(); }
     QList<tagCall> endedCalls() const override { return m_calls.endedCalls(); }

@@ -1,7 +1,9 @@
 #include "host/services/phone/simulatedCalls.h"
 #include "host/services/phone/callNumber.h"
+#include "support/host/api.h"
 #include "support/host/net.h"
 #include <QTimer>
+#include <utility>
 
 namespace {
 const char* const kBusyNumber = "busy";
@@ -33,7 +35,7 @@ int simulatedCalls::begin(const QString& number, int account, const tagCallOptio
     call.options = options;
     call.bAnonymous = options.bAnonymous;
     // Whoever is called here would like to see and be seen.
-    m_calls.append({call, true, QElapsedTimer()});
+    m_calls.append({call, true, QElapsedTimer(), false});
     later(RING_MS, call.nId, &simulatedCalls::answered);
     m_changed(call);
     return call.nId;
@@ -42,7 +44,7 @@ int simulatedCalls::begin(const QString& number, int account, const tagCallOptio
 int simulatedCalls::pickUp(const QString& number, int account)
 {
     const tagCall call = newCall(number, account);
-    m_calls.append({call, true, QElapsedTimer()});
+    m_calls.append({call, true, QElapsedTimer(), false});
     m_changed(call);
     const int index = indexOf(call.nId); // who was told may have hung up
     if (index >= 0)
@@ -57,7 +59,7 @@ void simulatedCalls::arrive(const tagCaller& caller)
     call.strName = caller.strName.left(CALL_NUMBER_MAX);
     call.bAnonymous = caller.bAnonymous;
     call.forwardedBy = forwardersOf(caller);
-    m_calls.append({call, caller.bVideo, QElapsedTimer()});
+    m_calls.append({call, caller.bVideo, QElapsedTimer(), false});
     m_arrived(call);
 }
 
@@ -175,6 +177,23 @@ bool simulatedCalls::hangUpFromOutside(int id)
     return index >= 0 && end(index, indexOfRinging(id) < 0 ? CALL_HUNG_UP : CALL_MISSED);
 }
 
+bool simulatedCalls::refuseFromOutside(int id, bool refuses)
+{
+    const bool talks = talkingCall(id) != nullptr;
+    if (talks)
+        m_calls[indexOf(id)].bRefuses = refuses;
+    return talks;
+}
+
+bool simulatedCalls::setStreams(int id, const tagCallStreams& streams)
+{
+    const int index = indexOf(id);
+    if (index < 0)
+        return false;
+    m_calls[index].call.streams = streams;
+    return tell(id);
+}
+
 bool simulatedCalls::tell(int id)
 {
     m_changed(shown(m_calls[indexOf(id)]));
@@ -213,8 +232,58 @@ bool simulatedCalls::transfer(int id, const QString& number)
     tagCall* call = talkingCall(id);
     if (!call)
         return false;
+    if (m_calls[indexOf(id)].bRefuses)
+        return tellRefused(id);
     call->strTarget = number;
     return end(indexOf(id), CALL_TRANSFERRED);
+}
+
+// The call goes on; its reason is told once.
+bool simulatedCalls::tellRefused(int id)
+{
+    tagCall call = shown(m_calls[indexOf(id)]);
+    call.strReason = HX_TR("The other side refuses the transfer");
+    m_changed(call);
+    return true;
+}
+
+bool simulatedCalls::connect(int id, int other)
+{
+    tagCall* call = talkingCall(id);
+    tagCall* second = talkingCall(other);
+    if (!call || !second || call == second || call->nAccount == PHONE_LINE_PSTN ||
+        second->nAccount == PHONE_LINE_PSTN)
+        return false;
+    if (m_calls[indexOf(id)].bRefuses)
+        return tellRefused(id);
+    call->strTarget = second->strNumber;
+    second->strTarget = call->strNumber;
+    end(indexOf(id), CALL_TRANSFERRED);
+    // Who was told may have hung up.
+    return indexOf(other) < 0 || end(indexOf(other), CALL_TRANSFERRED);
+}
+
+bool simulatedCalls::join(int id, int other)
+{
+    tagCall* call = talkingCall(id);
+    tagCall* second = talkingCall(other);
+    if (!call || !second || call == second || call->nJoined || second->nJoined)
+        return false;
+    call->nJoined = other;
+    second->nJoined = id;
+    tell(id);
+    return indexOf(other) < 0 || tell(other);
+}
+
+bool simulatedCalls::split(int id)
+{
+    tagCall* call = talkingCall(id);
+    if (!call || !call->nJoined)
+        return false;
+    const int other = std::exchange(call->nJoined, 0);
+    talkingCall(other)->nJoined = 0;
+    tell(id);
+    return indexOf(other) < 0 || tell(other);
 }
 
 bool simulatedCalls::sendTone(int id, QChar tone, bool secret)
@@ -230,11 +299,16 @@ bool simulatedCalls::end(int index, CALL_END why, const char* reason)
 {
     tagCall call = shown(m_calls[index]);
     m_calls.removeAt(index);
+    const int other = std::exchange(call.nJoined, 0);
+    if (other)
+        talkingCall(other)->nJoined = 0;
     call.eState = CALL_ENDED;
     call.eEnd = why;
     call.strReason = reason;
     m_ended.add(call);
     m_changed(call);
+    if (other && indexOf(other) >= 0)
+        tell(other);
     return true;
 }
 

@@ -47,10 +47,17 @@ public:
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
     bool transfer(int id, const QString& number);
+    // Not with a call on the analogue line, which can do neither.
+    bool connect(int id, int other);
+    bool join(int id, int other);
+    bool split(int id);
     bool sendTone(int id, QChar tone, bool secret);
 
     bool holdFromOutside(int id, bool held);
     bool hangUpFromOutside(int id);
+    // The other side does not let itself be put through any more, or does again.
+    bool refuseFromOutside(int id, bool refuses);
+    bool setStreams(int id, const tagCallStreams& streams);
     // As the call came in.
     tagCaller callerOf(int id) const;
     QList<tagCall> calls() const;
@@ -63,6 +70,7 @@ private:
         tagCall call;
         bool bWantsVideo = false; // the other side
         QElapsedTimer talking;    // valid from the answer on
+        bool bRefuses = false;    // the other side, to be put through
     };
 
     static tagCall newCall(const QString& number, int account);
@@ -71,6 +79,7 @@ private:
     int indexOf(int id) const;
     int indexOfRinging(int id) const;
     tagCall* talkingCall(int id);
+    bool tellRefused(int id);
     bool tell(int id);
     void answered(int id);
     void givenUp(int id);

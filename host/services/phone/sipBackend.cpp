@@ -55,17 +55,9 @@ tagSipSetup setupOf()
 sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
     : m_eAgent(agent), m_pMedia(std::move(media))
 {
-    m_pLink =
-        std::make_unique<sipLink>(tagSipLinkNews{[this] {
-                                                     m_pAccounts->agentIsThere();
-                                                     m_pLamps->agentIsThere();
-                                                 },
-                                                 [this](const sipWire::Reader& record) { take(record); },
-                                                 [this] {
-                                                     m_pCalls->agentIsGone();
-                                                     m_pAccounts->agentIsGone();
-                                                     m_pLamps->agentIsGone();
-                                                 }});
+    m_pLink = std::make_unique<sipLink>(
+        tagSipLinkNews{[this] { agentIsThere(); }, [this](const sipWire::Reader& record) { take(record); },
+                       [this] { agentIsGone(); }});
     m_pAccounts = std::make_unique<sipAccounts>(
         [this](const tagSipAccount& account) {
             if (m_pLink->isOpen())
@@ -83,7 +75,10 @@ sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
         [this](const void* record, size_t size) { m_pLink->tellBytes(record, size); },
         [this](int line) { return line < 0 ? m_pAccounts->defaultAccount() : line; },
         [this](int line) { return m_pAccounts->file(line).strList; },
-        [this](const QString& number, int line) { return m_pCalls->pickUp(number, line); }});
+        [this](const QString& number, int line) {
+            return m_pAccounts->isRegistered(line) ? m_pCalls->begin(number, line, tagCallOptions(), true)
+                                                   : 0;
+        }});
 }
 
 sipBackend::~sipBackend()
@@ -91,22 +86,27 @@ sipBackend::~sipBackend()
     stop();
 }
 
-void sipBackend::take(const sipWire::Reader& record)
+void sipBackend::agentIsThere()
 {
-    const tagSipHead& head = record.head();
-    if (head.eKind == SIP_LINE) {
-        m_pAccounts->take(record.as<tagSipLine>());
-    } else if (head.eKind == SIP_MESSAGES) {
-        const auto& messages = record.as<tagSipMessages>();
-        m_pAccounts->setMessages(int(head.nId), int(messages.nNew), int(messages.nOld));
-    } else if (!m_pLamps->take(record)) {
-        m_pCalls->take(record);
-    }
+    m_pAccounts->agentIsThere();
+    m_pLamps->agentIsThere();
 }
 
-phoneLamps* sipBackend::lamps()
+void sipBackend::agentIsGone()
 {
-    return m_pLamps.get();
+    m_pLamps->agentIsGone();
+    m_pCalls->agentIsGone();
+    m_pAccounts->agentIsGone();
+}
+
+void sipBackend::take(const sipWire::Reader& record)
+{
+    if (record.head().eKind == SIP_LINE)
+        m_pAccounts->take(record.as<tagSipLine>());
+    else if (record.head().eKind == SIP_MESSAGES)
+        m_pAccounts->takeMessages(record.as<tagSipMessages>());
+    else if (!m_pLamps->take(record))
+        m_pCalls->take(record);
 }
 
 void sipBackend::stop()
@@ -186,6 +186,16 @@ bool sipBackend::transfer(int id, const QString& number)
     return m_pCalls->transfer(id, number);
 }
 
+bool sipBackend::join(int id, int other)
+{
+    return m_pCalls->join(id, other);
+}
+
+bool sipBackend::split(int id)
+{
+    return m_pCalls->split(id);
+}
+
 bool sipBackend::sendTone(int id, QChar tone, bool secret)
 {
     return m_pCalls->sendTone(id, tone, secret);
@@ -209,6 +219,11 @@ int sipBackend::callTotal() const
 bool sipBackend::isInTalk() const
 {
     return m_pCalls->isTalking();
+}
+
+phoneLamps* sipBackend::lamps()
+{
+    return m_pLamps.get();
 }
 
 int sipBackend::TryThreadMessage(msgObject& msg)

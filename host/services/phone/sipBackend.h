@@ -9,6 +9,7 @@
 namespace sipWire {
 class Reader;
 }
+
 class sipAccounts;
 class sipCalls;
 class sipLamps;
@@ -39,6 +40,8 @@ public:
     bool setHeld(int id, bool held) override;
     bool setMuted(int id, bool muted) override;
     bool transfer(int id, const QString& number) override;
+    bool join(int id, int other) override;
+    bool split(int id) override;
     bool sendTone(int id, QChar tone, bool secret) override;
     QList<tagCall> calls() const override;
     QList<tagCall> endedCalls() const override;
@@ -50,6 +53,8 @@ public:
     int TryThreadMessage(msgObject& msg) override;
 
 private:
+    void agentIsThere();
+    void agentIsGone();
     void take(const sipWire::Reader& record);
 
     const AGENT m_eAgent;

@@ -180,7 +180,7 @@ void sipLink::take()
     }
 }
 
-void sipLink::tellBytes(const void* record, size_t size)
+void sipLink::send(const void* record, size_t size)
 {
     if (m_nLink < 0)
         return;

@@ -43,9 +43,9 @@ public:
     template <typename Record>
     void tell(const Record& record)
     {
-        tellBytes(&record, sizeof record);
+        send(&record, sizeof record);
     }
-    void tellBytes(const void* record, size_t size);
+    void tellBytes(const void* record, size_t size) { send(record, size); }
     // What it said makes no sense: it is ended.
     void discard(const char* why);
 
@@ -55,6 +55,7 @@ private:
     void receive();
     void takeRecords();
     void take();
+    void send(const void* record, size_t size);
     void flush();
     void drop();
 

@@ -39,7 +39,12 @@ struct tagCallStreams
     QString strPicture;       // "H.264"; empty: no picture
     int nQuality = -1;        // of what is received, 0 (bad) to 4 (as good as it gets); -1: not known
     bool bEncrypted = false;  // all of it
-    bool bOtherHolds = false; // by its description the other side neither sends nor wants to hear anything
+    bool bOtherHolds = false; // by its description the other side wants to hear nothing
+    bool operator==(const tagCallStreams& other) const
+    {
+        return strSound == other.strSound && strPicture == other.strPicture && nQuality == other.nQuality &&
+               bEncrypted == other.bEncrypted && bOtherHolds == other.bOtherHolds;
+    }
 };
 
 struct tagCall
@@ -58,6 +63,7 @@ struct tagCall
     bool bRemoteHeld = false; // by the other side
     bool bMuted = false;      // the other side does not hear the user
     QString strTones;         // sent in this call
+    int nJoined = 0;          // id of the call whose other side talks with this one and the user; 0: none
     tagCallStreams streams;
     CALL_STATE eState = CALL_RINGING;
     CALL_END eEnd = CALL_NOT_ENDED;

@@ -5,11 +5,14 @@
 #include "support/host/http.h"
 #include <QHash>
 #include <QMutex>
+#include <QThread>
 #include <QThreadPool>
+#include <utility>
 
 namespace {
 
 constexpr int kTaskThreads = 2;
+constexpr unsigned long kGatherUs = 500;
 constexpr unsigned int kTaskDone = 0xFFFF3001; // wParam: the trip's number
 
 // A completion on its way to a callback's thread.
@@ -145,6 +148,50 @@ void runAction(const taskHoldRef& hold)
         taskDone(hold);
 }
 
+// Actions that give way come many at a time, and to wake a thread for each costs more than to begin it: one
+// thread gathers them for a moment.
+class WayGivers
+{
+public:
+    void add(const taskHoldRef& hold)
+    {
+        QMutexLocker lock(&m_mutex);
+        m_holds.append(hold);
+        if (!std::exchange(m_bRuns, true))
+            theThreads().start([this] { run(); });
+    }
+
+private:
+    void run()
+    {
+        for (;;) {
+            QThread::usleep(kGatherUs);
+            const QList<taskHoldRef> holds = take();
+            if (holds.isEmpty())
+                return;
+            for (const taskHoldRef& hold : holds)
+                runAction(hold);
+        }
+    }
+
+    QList<taskHoldRef> take()
+    {
+        QMutexLocker lock(&m_mutex);
+        m_bRuns = !m_holds.isEmpty();
+        return std::exchange(m_holds, {});
+    }
+
+    QMutex m_mutex;
+    QList<taskHoldRef> m_holds;
+    bool m_bRuns = false;
+};
+
+WayGivers& theWayGivers()
+{
+    static WayGivers* givers = new WayGivers;
+    return *givers;
+}
+
 } // namespace
 
 void taskDone(const taskHoldRef& hold, std::function<bool()> prepare)
@@ -230,8 +277,12 @@ void taskAction::SetCallback(ActionCallback* callback)
 int PostAction(taskAction& action)
 {
     const auto hold = std::make_shared<taskHold>(action);
-    if (HttpAction* http = dynamic_cast<HttpAction*>(&action))
+    HttpAction* http = dynamic_cast<HttpAction*>(&action);
+    if (http)
         httpService::prepare(*http, hold);
-    theThreads().start([hold] { runAction(hold); });
+    if (http && http->bGivesWay)
+        theWayGivers().add(hold);
+    else
+        theThreads().start([hold] { runAction(hold); });
     return 1;
 }

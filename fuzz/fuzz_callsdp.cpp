@@ -1,0 +1,54 @@
+// Descriptions of calls' media that come from the network. The first byte says whether one is an offer or an
+// answer, and what this side wants; what is agreed must keep the limits that the streams rely on, and what is
+// written must be a description.
+#include "fuzz/fuzzRoot.h"
+#include "players/callNegotiation.h"
+#include <cstdint>
+
+namespace {
+
+void expectAgreed(const tagAgreedSound& sound)
+{
+    if (!sound.bSound)
+        return;
+    const bool isAway = sound.peer == "0.0.0.0";
+    expect(isAway ? !sound.bSends : callNegotiation::mayHearUs(sound.peer, sound.nPort, false));
+    expect(sound.nRtcpPort == 0 || callNegotiation::mayHearUs(sound.peer, sound.nRtcpPort, false));
+    expect(soundCodec(sound.send.eCodec) && sound.send.nPayload >= 0 && sound.send.nPayload <= 127);
+    expect(sound.nSendTones >= -1 && sound.nSendTones <= 127);
+    expect(sound.nTonesClock >= 8000 && sound.nTonesClock <= 48000);
+    expect(sound.nPtime >= 10 && sound.nPtime <= 60);
+    const bool isSecure = sound.eSuite != CRYPTO_SUITE::NONE;
+    expect(sound.sendKey.size() == (isSecure ? int(callCrypto::KEY_BYTES) : 0));
+    expect(sound.takeKey.size() == sound.sendKey.size());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    if (size == 0)
+        return 0;
+    tagOwnMedia own;
+    own.address = "192.0.2.1";
+    own.nPort = 36000;
+    callNegotiation ours(own, [](int bytes) { return QByteArray(bytes, 'k'); });
+    const tagMediaWant want = {(data[0] & 1) != 0, (data[0] & 2) != 0};
+    const QByteArray text(reinterpret_cast<const char*>(data + 1), qsizetype(size - 1));
+    QList<tagDescribedMedia> media;
+    if ((data[0] & 4) != 0) {
+        ours.offer(want);
+        ours.agree(text);
+    } else {
+        const QByteArray answer = ours.answer(text, want);
+        expect(answer.isEmpty() != ours.agreed().bSound);
+        // What repeats the names of the other side may be longer than what it sent.
+        if (!answer.isEmpty() && answer.size() < callDescription::MAX_BYTES)
+            expect(callDescription::read(answer, media));
+    }
+    expectAgreed(ours.agreed());
+    const QByteArray next = ours.offer({});
+    if (next.size() < callDescription::MAX_BYTES)
+        expect(callDescription::read(next, media));
+    return 0;
+}

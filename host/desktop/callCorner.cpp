@@ -1,0 +1,33 @@
+#include "host/desktop/callCorner.h"
+#include "host/look/look.h"
+#include "support/host/image.h"
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+constexpr QRgb kTop = 0xff9fb6ce;
+constexpr QRgb kBottom = 0xff5b7389;
+constexpr QRgb kEdge = 0xccffffff;
+constexpr int kEdgeWidth = 2;
+
+} // namespace
+
+callCorner::callCorner(QWidget* parent)
+    : QWidget(parent), m_person(GetImageManager()->GetImage(HX_THEME("icon/talk_person.png")))
+{
+}
+
+void callCorner::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath inside;
+    inside.addRoundedRect(rect().adjusted(1, 1, -1, -1), look::kPanelCorner, look::kPanelCorner);
+    QLinearGradient fill(0, 0, 0, height());
+    fill.setColorAt(0, look::colour(kTop));
+    fill.setColorAt(1, look::colour(kBottom));
+    painter.fillPath(inside, fill);
+    painter.drawPixmap((width() - m_person.width()) / 2, (height() - m_person.height()) / 2, m_person);
+    look::paintBox(painter, rect(), look::kPanelCorner, 0, kEdge, kEdgeWidth);
+}

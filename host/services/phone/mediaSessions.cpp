@@ -1,0 +1,221 @@
+#include "host/services/phone/mediaSessions.h"
+#include "support/host/net.h"
+#include "support/host/player.h"
+#include "support/host/trace.h"
+#include <QElapsedTimer>
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr int kLookMs = 250;
+
+chThreadBase* server()
+{
+    return msgGetThreadByName("app_hxMedia");
+}
+
+qint64 nowMs()
+{
+    QElapsedTimer clock;
+    clock.start();
+    return clock.msecsSinceReference();
+}
+
+QByteArray recordOf(const tagMediaWish& wish)
+{
+    CALL_WISH record = {};
+    qstrncpy(record.szLocalIP, addr2String(netGetLocalIPv4()), sizeof record.szLocalIP);
+    record.bHeld = wish.bHeld;
+    record.bEncrypt = wish.bEncrypt;
+    record.bVideo = wish.options.bVideo;
+    record.bCamera = wish.options.bCamera;
+    record.nBandwidth = uint32_t(std::max(0, wish.options.nBandwidth));
+    record.nFrameRate = uint32_t(std::max(0, wish.options.nFrameRate));
+    return QByteArray(reinterpret_cast<const char*>(&record), sizeof record);
+}
+
+void post(unsigned int message, int call, unsigned int more = 0)
+{
+    msgPostMsgToThread(server(), message, unsigned(call), more);
+}
+
+// A text of a record that may have no end.
+template <int size>
+QString textOf(const char (&text)[size])
+{
+    return QString::fromUtf8(text, qsizetype(strnlen(text, size)));
+}
+
+} // namespace
+
+mediaSessions::mediaSessions()
+{
+    m_look.setInterval(kLookMs);
+    QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { look(); });
+}
+
+// One that cannot be asked has no answer, as soon as the caller has returned.
+void mediaSessions::ask(unsigned int message, int call, const QByteArray& record)
+{
+    tagState& state = m_calls[call];
+    state.nAsked = ++m_nAsked;
+    const bool isSent = record.size() <= CALL_DESCRIPTION_SIZE + qsizetype(sizeof(CALL_WISH)) &&
+                        msgPostMsgToThreadEx(server(), message, unsigned(call), state.nAsked,
+                                             int(record.size()), record.constData()) != 0;
+    state.nSince = isSent ? nowMs() : nowMs() - ANSWER_MS;
+    m_look.start(isSent ? kLookMs : 0);
+}
+
+void mediaSessions::look()
+{
+    m_look.setInterval(kLookMs);
+    QList<int> late;
+    bool waits = false;
+    for (auto it = m_calls.begin(); it != m_calls.end(); ++it) {
+        if (it->nAsked == 0)
+            continue;
+        if (nowMs() - it->nSince < ANSWER_MS) {
+            waits = true;
+            continue;
+        }
+        it->nAsked = 0;
+        late.append(it.key());
+    }
+    if (!waits)
+        m_look.stop();
+    for (const int call : late) {
+        nuxTrace(TRACE_NOTE, "call %d: no description of its media can be had", call);
+        if (m_pNews)
+            m_pNews->mediaDescribed(call, {});
+    }
+}
+
+void mediaSessions::offer(int call, const tagMediaWish& wish)
+{
+    ask(MEDIA_MSG_CALL_OFFER, call, recordOf(wish));
+}
+
+void mediaSessions::answer(int call, const QByteArray& offer, const tagMediaWish& wish)
+{
+    ask(MEDIA_MSG_CALL_ANSWER, call, recordOf(wish) + offer + '\0');
+}
+
+void mediaSessions::agree(int call, const QByteArray& answer)
+{
+    msgPostMsgToThreadEx(server(), MEDIA_MSG_CALL_AGREE, unsigned(call), 0, int(answer.size()) + 1,
+                         answer.constData());
+}
+
+void mediaSessions::withdraw(int call)
+{
+    post(MEDIA_MSG_CALL_WITHDRAW, call);
+}
+
+void mediaSessions::setMuted(int call, bool muted)
+{
+    post(MEDIA_MSG_CALL_MUTE, call, muted);
+}
+
+bool mediaSessions::sendTone(int call, QChar tone, int ms)
+{
+    const QString tones("0123456789*#ABCD");
+    if (!m_calls.value(call).bTones || !tones.contains(tone))
+        return false;
+    const int bounded = std::clamp<int>(ms, MIN_TONE_MS, MAX_TONE_MS);
+    post(MEDIA_MSG_CALL_TONE, call, CALL_TONE(tone.toLatin1(), unsigned(bounded)));
+    return true;
+}
+
+bool mediaSessions::join(int call, int other)
+{
+    if (call == other || m_calls.value(call).streams.strSound.isEmpty() ||
+        m_calls.value(other).streams.strSound.isEmpty())
+        return false;
+    post(MEDIA_MSG_CALL_JOIN, call, unsigned(other));
+    return true;
+}
+
+void mediaSessions::split(int call)
+{
+    post(MEDIA_MSG_CALL_SPLIT, call);
+}
+
+void mediaSessions::end(int call)
+{
+    m_calls.remove(call);
+    post(MEDIA_MSG_CALL_END, call);
+}
+
+int mediaSessions::TryThreadMessage(msgObject& msg)
+{
+    switch (msg.message) {
+    case MEDIA_MSG_CALL_DESCRIBED:
+        described(msg);
+        return 1;
+    case MEDIA_MSG_CALL_STREAMS:
+        changed(msg);
+        return 1;
+    case PLAYER_MSG_UP:
+        if (msg.wParam == PLAYER_MEDIA)
+            isUp();
+        return 0;
+    default:
+        return 0;
+    }
+}
+
+void mediaSessions::described(const msgObject& msg)
+{
+    const int call = int(msg.wParam);
+    const auto state = m_calls.find(call);
+    if (state == m_calls.end() || state->nAsked == 0 || state->nAsked != msg.lParam)
+        return; // it was too late, or the call is over
+    state->nAsked = 0;
+    const char* text = static_cast<const char*>(msg.GetExtraData());
+    const int size = msg.GetExtraSize();
+    const bool isText = text && size > 1 && size <= CALL_DESCRIPTION_SIZE && text[size - 1] == 0;
+    if (m_pNews)
+        m_pNews->mediaDescribed(call, isText ? QByteArray(text, size - 1) : QByteArray());
+}
+
+void mediaSessions::changed(const msgObject& msg)
+{
+    const int call = int(msg.wParam);
+    const auto state = m_calls.find(call);
+    CALL_STREAMS record;
+    if (state == m_calls.end() || msg.GetExtraSize() != int(sizeof record))
+        return;
+    memcpy(&record, msg.GetExtraData(), sizeof record);
+    state->bTones = record.bTones != 0;
+    tagCallStreams streams;
+    streams.strSound = textOf(record.szSound);
+    streams.strPicture = textOf(record.szPicture);
+    streams.nQuality = std::clamp(record.nQuality, -1, 4);
+    streams.bEncrypted = record.bEncrypted != 0;
+    streams.bOtherHolds = record.bOtherHolds != 0;
+    if (streams == state->streams)
+        return;
+    state->streams = streams;
+    if (m_pNews)
+        m_pNews->mediaChanged(call, streams);
+}
+
+// A server that has just begun knows of no call.
+void mediaSessions::isUp()
+{
+    if (m_calls.isEmpty())
+        return;
+    QList<int> asked;
+    for (auto it = m_calls.begin(); it != m_calls.end(); ++it) {
+        if (it->nAsked != 0)
+            asked.append(it.key());
+        *it = tagState();
+    }
+    for (const int call : asked) {
+        if (m_pNews)
+            m_pNews->mediaDescribed(call, {});
+    }
+    if (m_pNews)
+        m_pNews->mediaLost();
+}

@@ -1,0 +1,174 @@
+#include "players/callDescription.h"
+#include <algorithm>
+#include <arpa/inet.h>
+#include <gst/sdp/sdp.h>
+#include <memory>
+
+namespace {
+
+struct FreeMessage
+{
+    void operator()(GstSDPMessage* message) const { gst_sdp_message_free(message); }
+};
+using Message = std::unique_ptr<GstSDPMessage, FreeMessage>;
+
+constexpr int kMaxPort = 65535;
+constexpr int kMaxPayload = 127;
+
+// A number that is nothing else, or -1.
+int numberOf(const QByteArray& text)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    return isNumber && number >= 0 ? number : -1;
+}
+
+bool isText(const QByteArray& text)
+{
+    return std::none_of(text.begin(), text.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte == 0x7f || (byte < 0x20 && c != '\r' && c != '\n' && c != '\t');
+    });
+}
+
+QByteArray addressOf(const GstSDPConnection* connection)
+{
+    in_addr address = {};
+    const bool isIPv4 = connection && connection->address && g_strcmp0(connection->nettype, "IN") == 0 &&
+                        g_strcmp0(connection->addrtype, "IP4") == 0 &&
+                        inet_pton(AF_INET, connection->address, &address) == 1;
+    return isIPv4 ? QByteArray(connection->address) : QByteArray();
+}
+
+bool isRtp(const QByteArray& transport)
+{
+    static const char* const kSpoken[] = {"RTP/AVP", "RTP/SAVP", "RTP/AVPF", "RTP/SAVPF"};
+    return std::any_of(std::begin(kSpoken), std::end(kSpoken),
+                       [&](const char* spoken) { return transport == spoken; });
+}
+
+void setDirection(const QByteArray& key, tagDescribedMedia& media)
+{
+    if (key != "sendrecv" && key != "sendonly" && key != "recvonly" && key != "inactive")
+        return;
+    media.bSends = key == "sendrecv" || key == "sendonly";
+    media.bReceives = key == "sendrecv" || key == "recvonly";
+}
+
+// "96 opus/48000/2"
+void readMap(const QByteArray& value, tagDescribedMedia& media)
+{
+    const QList<QByteArray> words = value.simplified().split(' ');
+    const QList<QByteArray> parts = words.size() == 2 ? words[1].split('/') : QList<QByteArray>();
+    if (parts.size() < 2)
+        return;
+    const int payload = numberOf(words[0]);
+    const QByteArray name = parts[0].toLower();
+    for (tagDescribedCodec& codec : media.codecs) {
+        if (codec.nPayload != payload)
+            continue;
+        codec.eCodec = SOUND_CODEC::NONE;
+        codec.nClock = numberOf(parts[1]);
+        codec.bTones = name == "telephone-event" && codec.nClock >= 8000 && codec.nClock <= 48000;
+        for (const tagSoundCodec& known : kSoundCodecs) {
+            if (name == QByteArray(known.pName).toLower() && codec.nClock == known.nClock)
+                codec.eCodec = known.eCodec;
+        }
+    }
+}
+
+void readAttribute(const QByteArray& key, const QByteArray& value, tagDescribedMedia& media)
+{
+    setDirection(key, media);
+    tagCrypto crypto;
+    if (key == "rtpmap")
+        readMap(value, media);
+    else if (key == "ptime")
+        media.nPtime = std::clamp(numberOf(value), 0, 1000);
+    else if (key == "maxptime")
+        media.nMaxPtime = std::clamp(numberOf(value), 0, 1000);
+    else if (key == "rtcp-mux")
+        media.bRtcpMux = true;
+    else if (key == "rtcp")
+        media.nRtcpPort = numberOf(value.simplified().split(' ').first());
+    else if (key == "crypto" && media.cryptos.size() < callDescription::MAX_CRYPTOS &&
+             callCrypto::read(value, crypto))
+        media.cryptos.append(crypto);
+}
+
+void readFormats(const GstSDPMedia* from, tagDescribedMedia& media)
+{
+    for (guint i = 0; i < gst_sdp_media_formats_len(from); ++i) {
+        const QByteArray format = gst_sdp_media_get_format(from, i);
+        const int payload = numberOf(format);
+        if (i == 0)
+            media.format = format;
+        if (payload < 0 || payload > kMaxPayload || media.codecs.size() >= callDescription::MAX_CODECS)
+            continue;
+        tagDescribedCodec codec;
+        codec.nPayload = payload;
+        for (const tagSoundCodec& known : kSoundCodecs) {
+            if (known.nPayload == payload) {
+                codec.eCodec = known.eCodec;
+                codec.nClock = known.nClock;
+            }
+        }
+        media.codecs.append(codec);
+    }
+}
+
+void readPorts(const GstSDPMedia* from, tagDescribedMedia& media)
+{
+    const guint port = gst_sdp_media_get_port(from);
+    media.nPort = port <= kMaxPort ? int(port) : 0;
+    if (media.nRtcpPort < 1 || media.nRtcpPort > kMaxPort)
+        media.nRtcpPort = media.nPort + 1;
+    if (media.nRtcpPort > kMaxPort)
+        media.nRtcpPort = 0;
+}
+
+tagDescribedMedia readMedia(const GstSDPMessage* message, const GstSDPMedia* from)
+{
+    tagDescribedMedia media;
+    media.kind = gst_sdp_media_get_media(from);
+    media.transport = gst_sdp_media_get_proto(from);
+    media.bSound = media.kind == "audio";
+    media.bRtp = isRtp(media.transport);
+    media.bSecure = media.transport.startsWith("RTP/SAVP");
+    const bool hasOwn = gst_sdp_media_connections_len(from) > 0;
+    media.address =
+        addressOf(hasOwn ? gst_sdp_media_get_connection(from, 0) : gst_sdp_message_get_connection(message));
+    readFormats(from, media);
+    for (guint i = 0; i < gst_sdp_message_attributes_len(message); ++i)
+        setDirection(gst_sdp_message_get_attribute(message, i)->key, media);
+    for (guint i = 0; i < gst_sdp_media_attributes_len(from); ++i) {
+        const GstSDPAttribute* attribute = gst_sdp_media_get_attribute(from, i);
+        readAttribute(attribute->key, attribute->value, media);
+    }
+    readPorts(from, media);
+    return media;
+}
+
+} // namespace
+
+bool callDescription::read(const QByteArray& text, QList<tagDescribedMedia>& media)
+{
+    media.clear();
+    if (text.isEmpty() || text.size() >= MAX_BYTES || !text.startsWith("v=0") || !isText(text))
+        return false;
+    GstSDPMessage* raw = nullptr;
+    gst_sdp_message_new(&raw);
+    const Message message(raw);
+    if (gst_sdp_message_parse_buffer(reinterpret_cast<const guint8*>(text.constData()), guint(text.size()),
+                                     message.get()) != GST_SDP_OK)
+        return false;
+    const guint count = gst_sdp_message_medias_len(message.get());
+    if (count == 0 || count > MAX_MEDIA)
+        return false;
+    for (guint i = 0; i < count; ++i) {
+        media.append(readMedia(message.get(), gst_sdp_message_get_media(message.get(), i)));
+        if (media.last().kind.isEmpty() || media.last().transport.isEmpty() || media.last().format.isEmpty())
+            return false;
+    }
+    return true;
+}

@@ -1,0 +1,229 @@
+#include "players/callService.h"
+#include "players/playerRecords.h"
+#include "support/file/deviceRoot.h"
+#include "support/host/trace.h"
+#include <cstring>
+
+namespace {
+
+QList<QByteArray> parts()
+{
+    return soundCoder::parts() + QList<QByteArray>{"appsrc", "appsink", "webrtcdsp", "webrtcechoprobe"};
+}
+
+void refuse(const msgObject& msg, const char* fault)
+{
+    nuxTrace(TRACE_NOTE, "message 0x%x of %d bytes is refused: %s", msg.message, msg.GetExtraSize(), fault);
+}
+
+chThreadBase* phone()
+{
+    return msgGetThreadByName("app_hxPhone");
+}
+
+tagOwnMedia ownMedia(const CALL_WISH& wish, int port)
+{
+    tagOwnMedia own;
+    own.address = wish.szLocalIP[0] ? wish.szLocalIP : "127.0.0.1";
+    own.nPort = port;
+    // A device speaks with none of its own programs; phones side by side on one machine do.
+    own.bLoopback = !deviceGetRoot().IsEmpty();
+    memcpy(&own.nSession, callCrypto::randomBytes(4).constData(), 4);
+    return own;
+}
+
+template <int size>
+void copyText(char (&to)[size], const char* from)
+{
+    qstrncpy(to, from, size);
+}
+
+} // namespace
+
+callService::callService() : m_desk(m_sound), m_elements([this] { apply(); }, parts())
+{
+    m_open.setSingleShot(true);
+    QObject::connect(&m_open, &QTimer::timeout, &m_open, [this] { m_sound.open(); });
+    m_look.setInterval(LOOK_MS);
+    QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { look(); });
+}
+
+int callService::TryThreadMessage(msgObject& msg)
+{
+    const int call = int(msg.wParam);
+    switch (msg.message) {
+    case MEDIA_MSG_CALL_OFFER:
+    case MEDIA_MSG_CALL_ANSWER:
+        describe(msg);
+        return 1;
+    case MEDIA_MSG_CALL_AGREE:
+        agree(msg);
+        return 1;
+    case MEDIA_MSG_CALL_WITHDRAW:
+        if (m_calls.count(call) != 0)
+            m_calls[call].negotiation->withdraw();
+        return 1;
+    case MEDIA_MSG_CALL_MUTE:
+        setMuted(msg);
+        return 1;
+    case MEDIA_MSG_CALL_TONE:
+        sendTone(msg);
+        return 1;
+    case MEDIA_MSG_CALL_JOIN:
+        if (!m_desk.join(call, int(msg.lParam)))
+            refuse(msg, "a call has no sound");
+        return 1;
+    case MEDIA_MSG_CALL_SPLIT:
+        m_desk.split(call);
+        return 1;
+    case MEDIA_MSG_CALL_END:
+        end(call);
+        return 1;
+    case MEDIA_MSG_VOLUME:
+        if (msg.wParam <= soundVolume::LOUDEST)
+            m_sound.setVolume(int(msg.wParam), false);
+        return 0;
+    default:
+        return 0;
+    }
+}
+
+callService::tagCallEntry* callService::entryFor(int call, const CALL_WISH& wish)
+{
+    const auto known = m_calls.find(call);
+    if (known != m_calls.end())
+        return &known->second;
+    std::unique_ptr<callSockets> sockets;
+    if (m_calls.size() < MAX_CALLS)
+        sockets = callSockets::open();
+    if (!sockets)
+        return nullptr;
+    tagCallEntry& entry = m_calls[call];
+    entry.negotiation = std::make_unique<callNegotiation>(ownMedia(wish, sockets->port()));
+    entry.told.nQuality = -1;
+    m_open.start(0); // behind the reply: somebody waits for that
+    m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
+    m_look.start();
+    return &entry;
+}
+
+void callService::reply(const msgObject& msg, const QByteArray& description) const
+{
+    const bool isThere = !description.isEmpty() && description.size() < CALL_DESCRIPTION_SIZE;
+    msgPostMsgToThreadEx(phone(), MEDIA_MSG_CALL_DESCRIBED, msg.wParam, msg.lParam,
+                         isThere ? int(description.size()) + 1 : 0,
+                         isThere ? description.constData() : nullptr);
+}
+
+void callService::describe(const msgObject& msg)
+{
+    m_elements.load();
+    CALL_WISH wish;
+    QByteArray offer;
+    const char* fault = playerRecords::readWish(msg.GetExtraData(), msg.GetExtraSize(), wish, offer);
+    const bool isAnswer = msg.message == MEDIA_MSG_CALL_ANSWER;
+    if (!fault && offer.isEmpty() == isAnswer)
+        fault = "the size is wrong";
+    const int call = int(msg.wParam);
+    const bool isNew = m_calls.count(call) == 0;
+    tagCallEntry* entry = fault ? nullptr : entryFor(call, wish);
+    if (!fault && !entry)
+        fault = "there are too many calls";
+    if (fault) {
+        refuse(msg, fault);
+        reply(msg, {});
+        return;
+    }
+    const tagMediaWant want = {wish.bHeld != 0, wish.bEncrypt != 0};
+    const QByteArray text =
+        isAnswer ? entry->negotiation->answer(offer, want) : entry->negotiation->offer(want);
+    reply(msg, text);
+    if (text.isEmpty() && isNew) {
+        end(call);
+    } else if (isAnswer && !text.isEmpty()) {
+        entry->bAgreed = true;
+        apply();
+    }
+}
+
+void callService::agree(const msgObject& msg)
+{
+    QByteArray answer;
+    const char* fault = playerRecords::readCallDescription(msg.GetExtraData(), msg.GetExtraSize(), answer);
+    const auto known = m_calls.find(int(msg.wParam));
+    if (!fault && known == m_calls.end())
+        fault = "there is no such call";
+    if (!fault && !known->second.negotiation->agree(answer))
+        fault = "the answer does not fit";
+    if (fault) {
+        refuse(msg, fault);
+        return;
+    }
+    known->second.bAgreed = true;
+    apply();
+}
+
+void callService::apply()
+{
+    if (m_elements.areComing())
+        return;
+    for (auto& [call, entry] : m_calls) {
+        if (!std::exchange(entry.bAgreed, false))
+            continue;
+        const tagAgreedSound& agreed = entry.negotiation->agreed();
+        callSession::tagParts sound = callSession::build(agreed);
+        m_desk.with(call, [&](callSession& session) { session.agree(agreed, sound); });
+        tell(call, entry);
+    }
+}
+
+void callService::look()
+{
+    for (auto& [call, entry] : m_calls)
+        tell(call, entry);
+}
+
+void callService::tell(int call, tagCallEntry& entry)
+{
+    CALL_STREAMS streams = {};
+    m_desk.with(call, [&](callSession& session) {
+        const tagSoundCodec* codec = soundCodec(session.agreed().send.eCodec);
+        if (session.agreed().bSound && codec)
+            copyText(streams.szSound, codec->pShown);
+        streams.nQuality = session.quality(callDesk::nowUs());
+        streams.bEncrypted = session.agreed().eSuite != CRYPTO_SUITE::NONE;
+        streams.bTones = session.takesTones();
+        streams.bOtherHolds = session.agreed().bHeldByPeer;
+    });
+    if (memcmp(&streams, &entry.told, sizeof streams) == 0)
+        return;
+    entry.told = streams;
+    msgPostMsgToThreadEx(phone(), MEDIA_MSG_CALL_STREAMS, unsigned(call), 0, int(sizeof streams), &streams);
+}
+
+void callService::setMuted(const msgObject& msg)
+{
+    if (!m_desk.with(int(msg.wParam), [&](callSession& session) { session.setMuted(msg.lParam != 0); }))
+        refuse(msg, "there is no such call");
+}
+
+void callService::sendTone(const msgObject& msg)
+{
+    bool isSent = false;
+    const int ms = int(msg.lParam >> 8);
+    m_desk.with(int(msg.wParam),
+                [&](callSession& session) { isSent = session.sendTone(char(msg.lParam & 0xff), ms); });
+    if (!isSent)
+        refuse(msg, "the tone cannot be sent");
+}
+
+void callService::end(int call)
+{
+    m_desk.remove(call);
+    m_calls.erase(call);
+    if (!m_calls.empty())
+        return;
+    m_look.stop();
+    m_open.stop();
+    m_sound.close();
+}

@@ -1,0 +1,20 @@
+#pragma once
+// Addresses and other texts of the exchange.
+#include <sofia-sip/url.h>
+#include <string>
+
+namespace pbxText {
+
+std::string of(const char* text);
+// The user of an address without its escapes; empty for none.
+std::string user(const url_t* url);
+// A whole address without the headers that it may carry; empty when it is none of SIP.
+std::string address(const url_t* url);
+// "host:port", the port always there.
+std::string place(const url_t* url);
+bool isPlace(const url_t* url, const std::string& place);
+bool isSip(const url_t* url);
+// As it stands between tags of XML or in quotes there.
+std::string xml(const std::string& text);
+
+} // namespace pbxText

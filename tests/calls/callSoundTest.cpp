@@ -1,0 +1,389 @@
+// What one side of a call says is heard at the other: measured tones over real ports.
+#include "tests/calls/callStand.h"
+#include "tests/calls/lossyWay.h"
+#include "tests/kit/plain/processes.h"
+#include <arpa/inet.h>
+#include <dirent.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr double kOne = 440;
+constexpr double kOther = 1000;
+constexpr double kThird = 1700;
+
+class CallSound : public CallStand
+{
+protected:
+    CallPhone m_one{kOne};
+    CallPhone m_other{kOther};
+};
+
+class EachCodec : public CallSound, public testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(EachCodec, IsHeardInBothDirections)
+{
+    CallEnd one(m_one, 1);
+    CallEnd other(m_other, 1);
+    connect(one, other, GetParam());
+    EXPECT_STRCASEEQ(soundCodec(one.agreed().send.eCodec)->pName, GetParam());
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_other.hears(kOne); }));
+    EXPECT_FALSE(m_one.hears(kOne)) << "nobody hears himself";
+}
+
+TEST_P(EachCodec, IsHeardEncrypted)
+{
+    CallEnd one(m_one, 1);
+    CallEnd other(m_other, 1);
+    connect(one, other, GetParam(), {false, true});
+    EXPECT_NE(one.agreed().eSuite, CRYPTO_SUITE::NONE);
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_other.hears(kOne); }));
+}
+
+TEST_P(EachCodec, IsHeardThroughLossAndJitter)
+{
+    CallEnd one(m_one, 1);
+    CallEnd other(m_other, 1);
+    negotiate(one, other, GetParam());
+    const LossyWay way(one.port, other.port, 5, 40);
+    other.apply(way.port());
+    one.apply(way.port());
+    EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne); }));
+    pass(3000);
+    const kit::RecordedSound heard = m_other.voice.heard(2);
+    for (double at = 0; at < 2; at += 0.2)
+        EXPECT_TRUE(heard.from(at, 0.2, soundCoder::SAMPLE_RATE).has(kOne)) << at;
+    EXPECT_LT(heard.longestQuiet(), soundCoder::SAMPLE_RATE / 20) << "what is lost is made up for";
+    other.with([&](callSession& session) {
+        EXPECT_GT(session.buffer().counts().nPlayed, 100);
+        EXPECT_GT(session.buffer().counts().nLost, 0);
+        EXPECT_GE(session.buffer().delayMs(), jitterBuffer::LEAST_MS);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EachCodec, testing::Values("opus", "G722", "PCMA", "PCMU"));
+
+TEST_F(CallSound, OneWhoHoldsHearsNothingAndIsNotHeard)
+{
+    CallEnd one(m_one, 1);
+    CallEnd other(m_other, 1);
+    connect(one, other, "PCMA");
+    ASSERT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_other.hears(kOne); }));
+    connect(one, other, "PCMA", {true, false});
+    EXPECT_TRUE(waitFor([&] { return m_one.hearsNothing() && m_other.hearsNothing(); }));
+    connect(one, other, "PCMA");
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_other.hears(kOne); }));
+}
+
+TEST_F(CallSound, OneWhoIsMutedIsNotHeardButHears)
+{
+    CallEnd one(m_one, 1);
+    CallEnd other(m_other, 1);
+    connect(one, other);
+    ASSERT_TRUE(waitFor([&] { return m_other.hears(kOne); }));
+    one.with([](callSession& session) { session.setMuted(true); });
+    EXPECT_TRUE(waitFor([&] { return m_other.hearsNothing(); }));
+    EXPECT_TRUE(m_one.hears(kOther));
+    one.with([](callSession& session) { session.setMuted(false); });
+    EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne); }));
+}
+
+TEST_F(CallSound, ThreeWhoAreJoinedHearEachOtherUntilTheyAreSplit)
+{
+    CallPhone third(kThird);
+    CallEnd oneToOther(m_one, 1);
+    CallEnd oneToThird(m_one, 2);
+    CallEnd other(m_other, 1);
+    CallEnd last(third, 1);
+    connect(oneToOther, other, "PCMA");
+    connect(oneToThird, last, "opus");
+    ASSERT_TRUE(waitFor([&] { return m_other.hears(kOne) && third.hears(kOne); }));
+    EXPECT_TRUE(m_one.hears(kOther) && m_one.hears(kThird)) << "two calls at once";
+    EXPECT_FALSE(m_other.hears(kThird));
+    ASSERT_TRUE(m_one.desk.join(1, 2));
+    EXPECT_TRUE(waitFor([&] { return m_other.hears(kThird) && third.hears(kOther); }));
+    EXPECT_TRUE(m_other.hears(kOne) && third.hears(kOne) && m_one.hears(kOther) && m_one.hears(kThird));
+    m_one.desk.split(2);
+    EXPECT_TRUE(waitFor([&] { return !m_other.hears(kThird) && !third.hears(kOther); }));
+    EXPECT_TRUE(m_other.hears(kOne) && third.hears(kOne));
+    EXPECT_FALSE(m_one.desk.join(1, 7));
+}
+
+TEST_F(CallSound, OneOfTwoCallsIsHeldAndSilentWhileTheOtherTalks)
+{
+    CallPhone third(kThird);
+    CallEnd oneToOther(m_one, 1);
+    CallEnd oneToThird(m_one, 2);
+    CallEnd other(m_other, 1);
+    CallEnd last(third, 1);
+    connect(oneToOther, other, "PCMU");
+    connect(oneToThird, last, "G722");
+    ASSERT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_one.hears(kThird); }));
+    connect(oneToOther, other, "PCMU", {true, false});
+    EXPECT_TRUE(waitFor([&] { return !m_one.hears(kOther) && m_other.hearsNothing(); }));
+    EXPECT_TRUE(m_one.hears(kThird) && third.hears(kOne));
+}
+
+// Sends bytes to a port from an address of this machine, as a stranger does.
+void sendFrom(const char* from, int port, const QByteArray& packet)
+{
+    const int sender = socket(AF_INET, SOCK_DGRAM, 0);
+    sockaddr_in place = {};
+    place.sin_family = AF_INET;
+    inet_pton(AF_INET, from, &place.sin_addr);
+    ASSERT_EQ(bind(sender, reinterpret_cast<sockaddr*>(&place), sizeof place), 0);
+    inet_pton(AF_INET, "127.0.0.1", &place.sin_addr);
+    place.sin_port = htons(uint16_t(port));
+    sendto(sender, packet.constData(), size_t(packet.size()), 0, reinterpret_cast<sockaddr*>(&place),
+           sizeof place);
+    close(sender);
+}
+
+// A loud square wave, as PCMA.
+QByteArray loudPacket(quint16 number)
+{
+    unsigned char head[rtpPacket::HEAD_BYTES];
+    rtpPacket::write({8, false, number, number * 160u, 0xBAD}, head);
+    return QByteArray(reinterpret_cast<char*>(head), sizeof head) +
+           QByteArray("\x2a\x2a\xaa\xaa", 4).repeated(40);
+}
+
+TEST_F(CallSound, AStrangerIsNotHeard)
+{
+    CallPhone silent(0);
+    CallEnd one(m_one, 1);
+    CallEnd other(silent, 1);
+    connect(one, other, "PCMA");
+    for (quint16 n = 0; n < 40; ++n) {
+        sendFrom("127.0.0.2", one.port, loudPacket(n));
+        pass(20);
+        EXPECT_LT(m_one.voice.heard(0.1).peak(), 0.01);
+    }
+    one.with([](callSession& session) { EXPECT_EQ(session.strangers(), 40); });
+    for (quint16 n = 0; n < 40; ++n) {
+        sendFrom("127.0.0.1", one.port, loudPacket(n));
+        pass(20);
+    }
+    EXPECT_LT(m_one.voice.heard(1).peak(), 0.01) << "from another port, when the right one is known";
+}
+
+TEST_F(CallSound, AProgramOfThisMachineIsHeardFromTheMachinesOwnAddress)
+{
+    CallEnd one(m_one, 1);
+    tagAgreedSound agreed;
+    agreed.bSound = agreed.bReceives = true;
+    agreed.send = {SOUND_CODEC::PCMA, 8, 8000};
+    agreed.take = {agreed.send};
+    agreed.own = "127.0.0.3";
+    agreed.peer = "127.0.0.2";
+    agreed.nPort = 9;
+    callSession::tagParts parts = callSession::build(agreed);
+    one.with([&](callSession& session) { session.agree(agreed, parts); });
+    sendFrom("127.0.0.4", one.port, loudPacket(0));
+    pass(100);
+    one.with([](callSession& session) { EXPECT_EQ(session.strangers(), 1); });
+    sendFrom("127.0.0.3", one.port, loudPacket(0));
+    pass(100);
+    one.with([](callSession& session) {
+        EXPECT_EQ(session.strangers(), 1);
+        EXPECT_EQ(session.reports().received(), 1);
+    });
+}
+
+TEST_F(CallSound, BeforeAnythingWasHeardAnotherPortOfTheSameAddressMayBeIt)
+{
+    CallEnd one(m_one, 1);
+    tagAgreedSound agreed;
+    agreed.bSound = agreed.bReceives = true;
+    agreed.send = {SOUND_CODEC::PCMA, 8, 8000};
+    agreed.take = {agreed.send};
+    agreed.peer = "127.0.0.1";
+    agreed.nPort = 9; // nobody's
+    callSession::tagParts parts = callSession::build(agreed);
+    one.with([&](callSession& session) { session.agree(agreed, parts); });
+    const int sender = socket(AF_INET, SOCK_DGRAM, 0);
+    sockaddr_in place = {};
+    place.sin_family = AF_INET;
+    inet_pton(AF_INET, "127.0.0.1", &place.sin_addr);
+    place.sin_port = htons(uint16_t(one.port));
+    for (quint16 n = 0; n < 30; ++n) {
+        const QByteArray packet = loudPacket(n);
+        sendto(sender, packet.constData(), size_t(packet.size()), 0, reinterpret_cast<sockaddr*>(&place),
+               sizeof place);
+        pass(20);
+    }
+    close(sender);
+    EXPECT_GT(m_one.voice.heard(0.3).peak(), 0.3);
+}
+
+TEST_F(CallSound, WhatIsNotSealedIsNotHeardInAnEncryptedCall)
+{
+    CallPhone silent(0);
+    CallEnd one(m_one, 1);
+    CallEnd other(silent, 1);
+    connect(one, other, "PCMA", {false, true});
+    for (quint16 n = 0; n < 40; ++n) {
+        sendFrom("127.0.0.1", one.port, loudPacket(n));
+        pass(20);
+        EXPECT_LT(m_one.voice.heard(0.1).peak(), 0.01);
+    }
+    EXPECT_TRUE(waitFor([&] { return silent.hears(kOne); })) << "and does not turn the sound to the stranger";
+}
+
+TEST_F(CallSound, BothSidesReportToEachOther)
+{
+    CallEnd one(m_one, 1);
+    CallEnd other(m_other, 1);
+    connect(one, other, "PCMA", {false, true});
+    const auto hasReports = [](CallEnd& end) {
+        int reports = 0;
+        end.with([&](callSession& session) { reports = session.reports().reportsRead(); });
+        return reports > 0;
+    };
+    EXPECT_TRUE(waitFor([&] { return hasReports(one) && hasReports(other); }, 10000));
+    one.with([](callSession& session) {
+        EXPECT_EQ(session.reports().lossThereInPercent(), 0);
+        EXPECT_EQ(session.quality(callDesk::nowUs()), 4);
+    });
+}
+
+TEST_F(CallSound, QualityFallsWithLossAndIsNoneWhenNothingComes)
+{
+    CallEnd one(m_one, 1);
+    {
+        CallEnd other(m_other, 1);
+        negotiate(one, other, "PCMA");
+        const LossyWay way(one.port, other.port, 30, 0);
+        one.apply(way.port());
+        other.apply(way.port());
+        int quality = 4;
+        EXPECT_TRUE(waitFor(
+            [&] {
+                pass(1000);
+                one.with([&](callSession& session) { quality = session.quality(callDesk::nowUs()); });
+                return quality >= 0 && quality < 3;
+            },
+            10000))
+            << quality;
+    }
+    EXPECT_TRUE(waitFor(
+        [&] {
+            int quality = 4;
+            one.with([&](callSession& session) { quality = session.quality(callDesk::nowUs()); });
+            return quality == 0;
+        },
+        10000));
+}
+
+TEST_F(CallSound, AToneGoesAsAnEventAndIsNotHeardAsNoise)
+{
+    for (const char* codec : {"PCMA", "opus"}) {
+        CallPhone silent(0);
+        CallEnd one(silent, 1);
+        CallEnd other(m_other, 1);
+        negotiate(one, other, codec);
+        const LossyWay way(one.port, other.port, 0, 0);
+        other.apply(way.port());
+        one.apply(way.port());
+        pass(300);
+        m_other.voice.forget();
+        one.with([](callSession& session) {
+            EXPECT_TRUE(session.sendTone('5', 100));
+            EXPECT_TRUE(session.sendTone('#', 100));
+            EXPECT_FALSE(session.sendTone('x', 100));
+        });
+        EXPECT_TRUE(waitFor([&] { return way.tones(101) == "5#"; })) << way.tones(101).constData();
+        pass(300);
+        EXPECT_LT(m_other.voice.heard(2).peak(), 0.01) << codec;
+    }
+}
+
+TEST_F(CallSound, ToneIsNotTakenWhenTheOtherSideDoesNotKnowIt)
+{
+    CallEnd one(m_one, 1);
+    one.negotiation->answer("v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
+                            "m=audio 40000 RTP/AVP 8\r\n",
+                            {});
+    one.apply();
+    one.with([](callSession& session) { EXPECT_FALSE(session.sendTone('5', 100)); });
+}
+
+TEST_F(CallSound, PacketsOfEachLengthAreHeard)
+{
+    for (const int ms : {10, 30, 40, 60}) {
+        CallEnd one(m_one, 1);
+        CallEnd other(m_other, 1);
+        connect(one, other, "PCMU");
+        tagAgreedSound agreed = one.agreed();
+        agreed.nPtime = ms;
+        callSession::tagParts parts = callSession::build(agreed);
+        one.with([&](callSession& session) { session.agree(agreed, parts); });
+        m_other.voice.forget();
+        EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne); })) << ms;
+        pass(1000);
+        EXPECT_LT(m_other.voice.heard(0.5).longestQuiet(), 160) << ms;
+    }
+}
+
+int entriesOf(const char* folder)
+{
+    int count = 0;
+    DIR* dir = opendir(folder);
+    while (dir && readdir(dir))
+        ++count;
+    closedir(dir);
+    return count;
+}
+
+bool isFree(int port)
+{
+    const int probe = socket(AF_INET, SOCK_DGRAM, 0);
+    sockaddr_in place = {};
+    place.sin_family = AF_INET;
+    place.sin_port = htons(uint16_t(port));
+    const bool isBound = bind(probe, reinterpret_cast<sockaddr*>(&place), sizeof place) == 0;
+    close(probe);
+    return isBound;
+}
+
+TEST_F(CallSound, PortsAreFreeAfterTheCall)
+{
+    int port = 0;
+    {
+        CallEnd one(m_one, 1);
+        port = one.port;
+        EXPECT_EQ(port % 2, 0);
+        EXPECT_FALSE(isFree(port) || isFree(port + 1));
+    }
+    EXPECT_TRUE(isFree(port) && isFree(port + 1));
+}
+
+TEST_F(CallSound, TwoHundredCallsLeaveNothingBehind)
+{
+    static const char* const kCodecs[] = {"opus", "G722", "PCMA", "PCMU"};
+    const auto call = [this](int number) {
+        CallEnd one(m_one, number);
+        CallEnd other(m_other, number);
+        connect(one, other, kCodecs[number % 4], {false, number % 2 == 0});
+        pass(45);
+    };
+    for (int i = 0; i < 40; ++i)
+        call(i);
+    const int threads = entriesOf("/proc/self/task");
+    const int handles = entriesOf("/proc/self/fd");
+    m_one.voice.forget();
+    m_other.voice.forget();
+    const qint64 before = kit::statusKiB(getpid(), "VmRSS");
+    for (int i = 0; i < 200; ++i)
+        call(i);
+    m_one.voice.forget();
+    m_other.voice.forget();
+    EXPECT_EQ(entriesOf("/proc/self/task"), threads);
+    EXPECT_EQ(entriesOf("/proc/self/fd"), handles);
+    EXPECT_LT(kit::statusKiB(getpid(), "VmRSS") - before, 2000);
+}
+
+} // namespace

@@ -1,0 +1,117 @@
+#include "tests/calls/callStand.h"
+#include <chrono>
+#include <cmath>
+#include <gst/gst.h>
+#include <thread>
+
+namespace {
+
+constexpr double kTurn = 6.283185307179586;
+constexpr double kLoud = 0.3;
+constexpr int kRate = soundCoder::SAMPLE_RATE;
+
+} // namespace
+
+void ToneVoice::read(short* frame)
+{
+    for (int i = 0; i < callSession::FRAME_SAMPLES; ++i, ++m_nSaid)
+        frame[i] = m_hertz > 0 ? short(32767 * kLoud * std::sin(kTurn * m_hertz * double(m_nSaid) / kRate))
+                               : short(0);
+}
+
+void ToneVoice::write(const short* frame)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    for (int i = 0; i < callSession::FRAME_SAMPLES; ++i)
+        m_heard.push_back(float(frame[i]) / 32768);
+}
+
+kit::RecordedSound ToneVoice::heard(double seconds) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return kit::RecordedSound(m_heard, kRate).last(seconds, kRate);
+}
+
+void ToneVoice::forget()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_heard = {};
+}
+
+CallEnd::CallEnd(CallPhone& of, int number) : phone(of), call(number)
+{
+    std::unique_ptr<callSockets> sockets = callSockets::open();
+    EXPECT_TRUE(sockets);
+    port = sockets->port();
+    tagOwnMedia own;
+    own.address = "127.0.0.1";
+    own.nPort = port;
+    own.bLoopback = true;
+    own.nSession = 1;
+    negotiation = std::make_unique<callNegotiation>(own);
+    phone.desk.add(call, std::make_unique<callSession>(std::move(sockets)));
+}
+
+void CallEnd::apply(int through)
+{
+    tagAgreedSound agreed = negotiation->agreed();
+    if (through != 0)
+        agreed.nPort = agreed.nRtcpPort = through;
+    callSession::tagParts parts = callSession::build(agreed);
+    with([&](callSession& session) { session.agree(agreed, parts); });
+}
+
+CallStand::CallStand()
+{
+    gst_init(nullptr, nullptr);
+}
+
+QByteArray CallStand::only(const QByteArray& offer, const QByteArray& codec)
+{
+    if (codec.isEmpty())
+        return offer;
+    QByteArray text;
+    QByteArray number;
+    for (const QByteArray& line : offer.split('\n')) {
+        if (line.startsWith("a=rtpmap:") && line.contains(codec + '/'))
+            number = line.mid(9).split(' ').first();
+    }
+    for (const QByteArray& line : offer.split('\n')) {
+        const QList<QByteArray> words = line.trimmed().split(' ');
+        text += line.startsWith("m=") ? words.mid(0, 3).join(' ') + ' ' + number + " 101\r" : line;
+        text += '\n';
+    }
+    text.chop(1);
+    return text;
+}
+
+void CallStand::negotiate(CallEnd& from, CallEnd& to, const QByteArray& codec, tagMediaWant want,
+                          tagMediaWant answered)
+{
+    const QByteArray answer = to.negotiation->answer(only(from.negotiation->offer(want), codec), answered);
+    ASSERT_TRUE(from.negotiation->agree(answer)) << answer.constData();
+}
+
+void CallStand::connect(CallEnd& from, CallEnd& to, const QByteArray& codec, tagMediaWant want,
+                        tagMediaWant answered)
+{
+    negotiate(from, to, codec, want, answered);
+    to.apply();
+    from.apply();
+}
+
+bool CallStand::waitFor(const std::function<bool()>& check, int ms)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (!check()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        pass(20);
+    }
+    return true;
+}
+
+void CallStand::pass(int ms)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+}

@@ -1,0 +1,69 @@
+#pragma once
+// Phones of this process that talk over real ports: each with a voice that says a tone and keeps what it
+// hears.
+#include "players/callDesk.h"
+#include "players/callNegotiation.h"
+#include "tests/kit/plain/recordedSound.h"
+#include <functional>
+#include <gtest/gtest.h>
+
+class ToneVoice : public soundPort
+{
+public:
+    // 0: says nothing.
+    explicit ToneVoice(double hertz) : m_hertz(hertz) {}
+    void read(short* frame) override;
+    void write(const short* frame) override;
+    // The last so many seconds of what was heard.
+    kit::RecordedSound heard(double seconds) const;
+    void forget();
+
+private:
+    double m_hertz;
+    qint64 m_nSaid = 0; // samples
+    mutable std::mutex m_mutex;
+    std::vector<float> m_heard;
+};
+
+struct CallPhone
+{
+    explicit CallPhone(double hertz) : voice(hertz), desk(voice) {}
+    bool hears(double hertz) const { return voice.heard(0.3).peak() > 0.02 && voice.heard(0.3).has(hertz); }
+    bool hearsNothing() const { return voice.heard(0.3).size() > 0 && voice.heard(0.3).peak() < 0.005; }
+
+    ToneVoice voice;
+    callDesk desk; // ends before its voice
+};
+
+// One end of a call.
+struct CallEnd
+{
+    CallEnd(CallPhone& of, int number);
+    ~CallEnd() { phone.desk.remove(call); }
+    CallEnd(const CallEnd&) = delete;
+    // The streams go as the negotiation has it; port: where what is sent goes instead.
+    void apply(int port = 0);
+    void with(const std::function<void(callSession&)>& work) { EXPECT_TRUE(phone.desk.with(call, work)); }
+    tagAgreedSound agreed() const { return negotiation->agreed(); }
+
+    CallPhone& phone;
+    int call;
+    int port = 0;
+    std::unique_ptr<callNegotiation> negotiation;
+};
+
+class CallStand : public testing::Test
+{
+protected:
+    CallStand();
+    // Of a description: only this codec is left. Empty: all.
+    static QByteArray only(const QByteArray& offer, const QByteArray& codec);
+    // from offers, to answers.
+    static void connect(CallEnd& from, CallEnd& to, const QByteArray& codec = {}, tagMediaWant want = {},
+                        tagMediaWant answered = {});
+    // The same, but nothing goes yet.
+    static void negotiate(CallEnd& from, CallEnd& to, const QByteArray& codec, tagMediaWant want = {},
+                          tagMediaWant answered = {});
+    static bool waitFor(const std::function<bool()>& check, int ms = 5000);
+    static void pass(int ms);
+};

@@ -1,0 +1,181 @@
+// What the exchange tells phones of extensions and of messages.
+#include "tests/pbx/pbxCalls.h"
+#include <QXmlStreamReader>
+
+namespace {
+
+// Is wellformed, and holds that.
+::testing::AssertionResult holds(const QByteArray& notice, const QByteArray& text)
+{
+    const QByteArray body = notice.mid(notice.indexOf("\r\n\r\n") + 4);
+    if (headerOf(notice, "Content-Type").endsWith("+xml")) {
+        QXmlStreamReader reader(body);
+        while (!reader.atEnd())
+            reader.readNext();
+        if (reader.hasError())
+            return ::testing::AssertionFailure() << qPrintable(reader.errorString()) << "\n"
+                                                 << body.constData();
+    }
+    if (body.contains(text))
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << notice.constData();
+}
+
+// Tells that the extension has no call.
+::testing::AssertionResult isIdle(const QByteArray& notice)
+{
+    const ::testing::AssertionResult isWhole = holds(notice, "</dialog-info>");
+    if (isWhole && notice.contains("<dialog "))
+        return ::testing::AssertionFailure() << notice.constData();
+    return isWhole;
+}
+
+class PbxEvents : public PbxCalls
+{
+protected:
+    int subscribe(WirePhone& phone, const QByteArray& user, const QByteArray& event,
+                  const QByteArray& lines = {}, const QByteArray& callId = "watch")
+    {
+        const QByteArray more = "Event: " + event + (lines.isEmpty() ? "" : "\r\n" + lines);
+        accepted = phone.ask("SUBSCRIBE", phone.at(user), callId, more);
+        return statusOf(accepted);
+    }
+    // The next notice, which is answered.
+    QByteArray notice(WirePhone& phone, int ms = 15000)
+    {
+        const QByteArray request = phone.next("NOTIFY", ms);
+        if (!request.isEmpty())
+            phone.reply(request, "200 OK");
+        return request;
+    }
+
+    QByteArray accepted; // the answer to the last request
+};
+
+} // namespace
+
+TEST_F(PbxEvents, AWatchedExtensionIsTracedThroughItsCall)
+{
+    begin();
+    WirePhone watcher("1003", pbx.port());
+    ASSERT_EQ(subscribe(watcher, "1002", "dialog", "Expires: 600"), 200);
+    EXPECT_EQ(headerOf(accepted, "Expires").toStdString(), "600");
+    QByteArray told = notice(watcher);
+    EXPECT_TRUE(holds(told, "state=\"full\" entity=\"sip:1002@127.0.0.1:"));
+    EXPECT_TRUE(isIdle(told));
+    EXPECT_EQ(headerOf(told, "Event").toStdString(), "dialog");
+    EXPECT_TRUE(headerOf(told, "Subscription-State").startsWith("active;expires=")) << told.constData();
+
+    QByteArray atFirst, atSecond;
+    ASSERT_TRUE(caller->calls("1002", "seen", "X-Name: x"));
+    take(atFirst, atSecond);
+    first->reply(atFirst, "180 Ringing");
+    told = notice(watcher);
+    EXPECT_TRUE(holds(told, "<state>early</state>"));
+    EXPECT_TRUE(holds(told, "call-id=\"seen\" local-tag=\"p" + QByteArray::number(first->wire().port()) +
+                                "\" remote-tag=\"fseen\" direction=\"recipient\""));
+    EXPECT_TRUE(holds(told, "<remote><identity>sip:1001@"));
+    EXPECT_TRUE(holds(told, "version=\"1\""));
+    first->reply(atFirst, "200 OK");
+    told = notice(watcher);
+    EXPECT_TRUE(holds(told, "<state>confirmed</state>"));
+    const QByteArray answer = caller->hears(200);
+    caller->acknowledge(answer);
+    caller->within("BYE", answer);
+    told = notice(watcher);
+    EXPECT_TRUE(isIdle(told));
+    EXPECT_TRUE(holds(told, "version=\"3\""));
+}
+
+TEST_F(PbxEvents, TheCallerIsSeenFromTheBeginningAndALostCallGoesWithItsPhone)
+{
+    begin();
+    WirePhone watcher("1003", pbx.port());
+    ASSERT_EQ(subscribe(watcher, "1001", "dialog"), 200);
+    notice(watcher);
+    ASSERT_TRUE(caller->calls("1002", "mine"));
+    EXPECT_TRUE(holds(notice(watcher), "direction=\"initiator\">\n<state>trying</state>"));
+    const QByteArray atFirst = first->next("INVITE");
+    first->reply(atFirst, "200 OK");
+    EXPECT_TRUE(holds(notice(watcher), "<state>confirmed</state>"));
+    EXPECT_EQ(statusOf(caller->registers(0)), 200);
+    EXPECT_TRUE(isIdle(notice(watcher)));
+}
+
+TEST_F(PbxEvents, TheListHasEveryExtensionWithItsName)
+{
+    begin();
+    WirePhone watcher("1003", pbx.port());
+    EXPECT_EQ(subscribe(watcher, "blf", "dialog"), 421) << "a phone that does not know lists";
+    ASSERT_EQ(subscribe(watcher, "blf", "dialog", "Supported: eventlist", "list"), 200);
+    QByteArray told = notice(watcher);
+    EXPECT_EQ(headerOf(told, "Require").toStdString(), "eventlist");
+    EXPECT_TRUE(headerOf(told, "Content-Type").startsWith("multipart/related;")) << told.constData();
+    EXPECT_TRUE(holds(told, "fullState=\"true\""));
+    EXPECT_TRUE(holds(told, "\"><name>Ben</name>"));
+    EXPECT_TRUE(holds(told, "\"><name>Cleo &amp; Co</name>"));
+    EXPECT_EQ(told.count("Content-Type: application/dialog-info+xml"), 3);
+    ASSERT_TRUE(caller->calls("1002", "listed"));
+    EXPECT_TRUE(holds(notice(watcher), "<state>trying</state>"));
+}
+
+TEST_F(PbxEvents, ACallThatNobodyAnswersBecomesAMessageAndTheVoiceMailTakesItAway)
+{
+    begin(1);
+    ASSERT_EQ(subscribe(*first, "1002", "message-summary"), 200);
+    EXPECT_TRUE(holds(notice(*first), "Messages-Waiting: no\r\nMessage-Account: sip:1002@127.0.0.1:"));
+    ASSERT_TRUE(caller->calls("1002", "unanswered"));
+    EXPECT_NE(caller->hears(480).toStdString(), "");
+    QByteArray told = notice(*first);
+    EXPECT_TRUE(holds(told, "Messages-Waiting: yes"));
+    EXPECT_TRUE(holds(told, "Voice-Message: 1/0"));
+    // One that was given up leaves none.
+    ASSERT_TRUE(caller->calls("1002", "givenup"));
+    caller->cancels("1002", "givenup");
+    EXPECT_NE(caller->hears(487).toStdString(), "");
+
+    ASSERT_TRUE(first->calls("*97", "mail"));
+    const QByteArray answer = first->hears(200);
+    EXPECT_TRUE(answer.contains("m=audio 9 RTP/AVP 8")) << answer.constData();
+    first->acknowledge(answer);
+    told = notice(*first);
+    EXPECT_TRUE(holds(told, "Voice-Message: 0/0"));
+    const QByteArray bye = first->next("BYE");
+    EXPECT_NE(bye.toStdString(), "") << "nobody listens to silence for long";
+    first->reply(bye, "200 OK");
+}
+
+TEST_F(PbxEvents, SubscriptionsAreRefusedRefreshedAndEnded)
+{
+    begin();
+    EXPECT_EQ(subscribe(*caller, "1009", "dialog", {}, "a"), 404);
+    EXPECT_EQ(subscribe(*caller, "1002", "presence", {}, "b"), 489);
+    EXPECT_EQ(subscribe(*caller, "1002", "message-summary", {}, "c"), 403) << "another's messages";
+    EXPECT_EQ(subscribe(*caller, "1002", "dialog", "Expires: 5", "d"), 423);
+    WirePhone wrong("1001", pbx.port(), "guess");
+    EXPECT_EQ(subscribe(wrong, "1002", "dialog", {}, "e"), 403);
+    ASSERT_EQ(subscribe(*caller, "1002", "dialog", "Expires: 600", "f"), 200);
+    const QByteArray to = headerOf(accepted, "To");
+    notice(*caller);
+    const auto again = [&](const QByteArray& seconds, const QByteArray& tag) {
+        return statusOf(caller->ask("SUBSCRIBE", caller->at("1002"), "f",
+                                    "Event: dialog\r\nExpires: " + seconds, {}, tag));
+    };
+    EXPECT_EQ(again("600", to + "x"), 481);
+    EXPECT_EQ(again("900", to), 200);
+    EXPECT_TRUE(headerOf(notice(*caller), "Subscription-State").startsWith("active;expires=900"));
+    EXPECT_EQ(again("0", to), 200);
+    EXPECT_TRUE(headerOf(notice(*caller), "Subscription-State").startsWith("terminated"));
+    EXPECT_EQ(again("600", to), 481);
+}
+
+TEST_F(PbxEvents, APhoneThatDoesNotWantANoticeIsLeftAlone)
+{
+    begin();
+    ASSERT_EQ(subscribe(*second, "1001", "dialog"), 200);
+    const QByteArray told = second->next("NOTIFY");
+    second->reply(told, "481 Gone");
+    ASSERT_TRUE(caller->calls("1002", "alone"));
+    EXPECT_NE(first->next("INVITE").toStdString(), "");
+    EXPECT_EQ(second->next("NOTIFY", 300).toStdString(), "");
+}

@@ -1,0 +1,190 @@
+// Phones register at the exchange that comes along.
+#include "tests/kit/plain/deviceFolder.h"
+#include "tests/pbx/registrarProcess.h"
+#include "tests/pbx/wirePhone.h"
+#include "tests/sip/agentProcess.h"
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace {
+
+class PbxRegistrar : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(pbx.start()) << pbx.output().constData(); }
+    QByteArray uri() const { return "sip:127.0.0.1:" + QByteArray::number(pbx.port()); }
+    // What the exchange says of the phones of the user.
+    QByteArray contactsAt(WirePhone& phone, const QByteArray& user)
+    {
+        return phone.ask("REGISTER", uri(), "query", "X-Phone: test", {}, "<" + phone.at(user) + ">");
+    }
+
+    RegistrarProcess pbx;
+};
+
+} // namespace
+
+TEST_F(PbxRegistrar, OffersBothDigestsTheBetterOneFirstAndTakesEither)
+{
+    WirePhone phone("1001", pbx.port());
+    phone.wire().send(
+        phone.text("REGISTER", uri(), "first", 1, "X-Phone: test", {}, "<" + phone.at("1001") + ">"),
+        pbx.port());
+    const QByteArray question = phone.hears(401);
+    EXPECT_GT(question.indexOf("algorithm=MD5"), question.indexOf("algorithm=SHA-256"))
+        << question.constData();
+    EXPECT_GT(question.indexOf("algorithm=SHA-256"), 0) << question.constData();
+    for (const char* algorithm : {"SHA-256", "MD5"}) {
+        phone.answerBy(algorithm);
+        const QByteArray reply = phone.registers();
+        EXPECT_EQ(statusOf(reply), 200) << algorithm;
+        EXPECT_TRUE(headerOf(reply, "Contact").contains("<sip:1001@" + phone.own() + ">;expires=3600"))
+            << reply.constData();
+    }
+}
+
+TEST_F(PbxRegistrar, AsksByMd5AloneWhereItIsToldTo)
+{
+    RegistrarProcess old;
+    ASSERT_TRUE(old.start({"--md5"}));
+    WirePhone phone("1001", old.port());
+    phone.answerBy("SHA-256");
+    EXPECT_EQ(statusOf(phone.registers()), 401);
+    phone.answerBy("MD5");
+    EXPECT_EQ(statusOf(phone.registers()), 200);
+}
+
+TEST_F(PbxRegistrar, WhoHasAnotherPasswordOrAnotherNameIsRefused)
+{
+    WirePhone wrong("1001", pbx.port(), "guess"), stranger("1009", pbx.port()), right("1002", pbx.port());
+    EXPECT_EQ(statusOf(wrong.registers()), 403);
+    EXPECT_EQ(statusOf(stranger.registers()), 403);
+    EXPECT_EQ(statusOf(right.ask("REGISTER", uri(), "other", "Contact: <sip:1001@" + right.own() + ">", {},
+                                 "<" + right.at("1001") + ">")),
+              403);
+    WirePhone asker("1001", pbx.port());
+    EXPECT_FALSE(contactsAt(asker, "1001").contains("Contact:"));
+}
+
+TEST_F(PbxRegistrar, AnAnswerToAQuestionThatWasNeverAskedIsRefused)
+{
+    WirePhone phone("1001", pbx.port());
+    const QByteArray invented =
+        "SIP/2.0 401 x\r\nWWW-Authenticate: Digest realm=\"127.0.0.1\", "
+        "nonce=\"1-0123456789abcdef0123456789abcdef\", algorithm=MD5, qop=\"auth\"\r\n\r\n";
+    phone.wire().send(phone.text("REGISTER", uri(), "invented", 1,
+                                 "Contact: <sip:1001@" + phone.own() + ">\r\n" +
+                                     phone.answerTo(invented, "REGISTER", uri()),
+                                 {}, "<" + phone.at("1001") + ">"),
+                      pbx.port());
+    EXPECT_NE(phone.hears(403).toStdString(), "");
+}
+
+TEST_F(PbxRegistrar, ContactsGoWhenTheyAreTakenBackAndAPhoneThatStartedAnewTakesItsPlace)
+{
+    WirePhone phone("1001", pbx.port()), second("1001", pbx.port());
+    ASSERT_EQ(statusOf(phone.registers()), 200);
+    ASSERT_EQ(statusOf(second.registers()), 200);
+    QByteArray known = contactsAt(phone, "1001");
+    EXPECT_TRUE(known.contains("<sip:1001@" + phone.own()) && known.contains("<sip:1001@" + second.own()))
+        << known.constData();
+    EXPECT_EQ(statusOf(phone.registers(0)), 200);
+    known = contactsAt(phone, "1001");
+    EXPECT_TRUE(!known.contains("<sip:1001@" + phone.own()) && known.contains("<sip:1001@" + second.own()))
+        << known.constData();
+    ASSERT_EQ(statusOf(second.ask("REGISTER", uri(), "anew", "Contact: <sip:random@" + second.own() + ">", {},
+                                  "<" + second.at("1001") + ">")),
+              200);
+    known = contactsAt(phone, "1001");
+    EXPECT_TRUE(known.contains("<sip:random@") && !known.contains("<sip:1001@" + second.own()))
+        << known.constData();
+    ASSERT_EQ(statusOf(second.ask("REGISTER", uri(), "all", "Contact: *\r\nExpires: 0", {},
+                                  "<" + second.at("1001") + ">")),
+              200);
+    EXPECT_FALSE(contactsAt(phone, "1001").contains("Contact:"));
+}
+
+TEST_F(PbxRegistrar, HoldsItsBounds)
+{
+    WirePhone phone("1001", pbx.port());
+    const auto registers = [&](const QByteArray& contact) {
+        return statusOf(
+            phone.ask("REGISTER", uri(), "bounds", "Contact: " + contact, {}, "<" + phone.at("1001") + ">"));
+    };
+    EXPECT_EQ(registers("<sip:a@127.0.0.1:7000>;expires=59"), 423);
+    EXPECT_EQ(registers("<sip:a@127.0.0.1:7000>, *"), 400);
+    EXPECT_EQ(registers("<sip:a@127.0.0.1:" + QByteArray::number(pbx.port()) + ">"), 400);
+    EXPECT_EQ(registers("<mailto:a@b>"), 400);
+    EXPECT_EQ(registers("<sip:" + QByteArray(600, 'a') + "@127.0.0.1:7000>"), 400);
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(registers("<sip:a@127.0.0.1:" + QByteArray::number(7000 + i) + ">"), 200) << i;
+    EXPECT_EQ(registers("<sip:a@127.0.0.1:7010>"), 503);
+}
+
+TEST_F(PbxRegistrar, ThePhonesOwnAgentRegistersWithEachTransportAndUnregisters)
+{
+    for (const SIP_TRANSPORT transport : {SIP_UDP, SIP_TCP}) {
+        AgentProcess agent;
+        ASSERT_TRUE(agent.start());
+        tagSipAccount account = accountAt(0, pbx.port(), transport);
+        sipWire::setText(account.szUser, "1001");
+        sipWire::setText(account.szAuthName, "");
+        sipWire::setText(account.szPassword, RegistrarProcess::passwordOf("1001").toStdString());
+        agent.tell(account);
+        ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED)) << transport;
+        WirePhone asker("1001", pbx.port());
+        EXPECT_TRUE(contactsAt(asker, "1001").contains("Contact:"));
+        agent.tell(sipWire::make<tagSipHead>(SIP_END, 0));
+        EXPECT_TRUE(agent.ends());
+        EXPECT_FALSE(contactsAt(asker, "1001").contains("Contact:"));
+        EXPECT_EQ(agent.exitCode(), 0);
+    }
+}
+
+TEST_F(PbxRegistrar, ThePhonesOwnAgentIsRefusedWithAWrongPassword)
+{
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    tagSipAccount account = accountAt(0, pbx.port());
+    sipWire::setText(account.szUser, "1001");
+    sipWire::setText(account.szAuthName, "");
+    agent.tell(account);
+    const tagSipLine* line = agent.nextLine(0, SIP_LINE_REFUSED);
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->nStatus, 403u);
+}
+
+TEST(PbxProgram, TellsWhatIsWrongAndEndsWhenItIsAsked)
+{
+    const auto run = [](const QStringList& words) {
+        QProcess process;
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(kit::program("hxRegistrar"), words);
+        process.waitForFinished();
+        return std::make_pair(process.exitCode(), process.readAll());
+    };
+    EXPECT_EQ(run({}).first, 2);
+    EXPECT_EQ(run({"--port", "70000", "file"}).first, 2);
+    EXPECT_EQ(run({"/no/such/file"}).first, 1);
+    QTemporaryDir folder;
+    for (const char* text : {"", "1001\n", "10 01 x\n10 02 y\n", "a<b secret\n"}) {
+        QFile file(folder.filePath("accounts"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        file.close();
+        const auto [code, said] = run({file.fileName()});
+        EXPECT_EQ(code, 1) << text;
+        EXPECT_TRUE(said.contains("accounts")) << said.constData();
+        EXPECT_FALSE(said.contains("secret")) << said.constData();
+    }
+    RegistrarProcess pbx;
+    ASSERT_TRUE(pbx.start());
+    QFile file(folder.filePath("good"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("1001 secret\n");
+    file.close();
+    const auto [code, said] = run({"--port", QString::number(pbx.port()), file.fileName()});
+    EXPECT_EQ(code, 1) << "the port is another's";
+    EXPECT_TRUE(said.contains(QByteArray::number(pbx.port()))) << said.constData();
+    EXPECT_EQ(pbx.end(), 0);
+}

@@ -1,0 +1,26 @@
+// SIPp calls SIPp through the exchange that comes along.
+#include "tests/kit/plain/processes.h"
+#include "tests/pbx/registrarProcess.h"
+#include "tests/pbx/sippRun.h"
+#include "tests/pbx/wirePhone.h"
+#include <gtest/gtest.h>
+
+TEST(PbxSipp, ManyCallsOneAfterAnotherAndNoneIsLost)
+{
+    const int calls = qEnvironmentVariableIsSet("HX_LONG") ? 3000 : 100;
+    RegistrarProcess pbx;
+    ASSERT_TRUE(pbx.start({"--md5"})) << pbx.output().constData();
+    const uint32_t called = UdpPeer::freePort();
+    WirePhone phone("1002", pbx.port());
+    ASSERT_EQ(statusOf(phone.ask("REGISTER", "sip:127.0.0.1:" + QByteArray::number(pbx.port()), "for",
+                                 "Contact: <sip:1002@127.0.0.1:" + QByteArray::number(called) + ">", {},
+                                 "<" + phone.at("1002") + ">")),
+              200);
+    SippRun answers, dials;
+    answers.start("sippIsCalled.xml", called, pbx.port(), calls);
+    dials.start("sippCalls.xml", UdpPeer::freePort(), pbx.port(), calls, {"-r", "20", "-rp", "1000"});
+    dials.expectDone();
+    answers.expectDone();
+    EXPECT_LT(kit::statusKiB(pbx.pid(), "VmRSS"), 64 << 10);
+    EXPECT_EQ(pbx.end(), 0);
+}

@@ -1,0 +1,114 @@
+#include "tests/pbx/kamailioProcess.h"
+#include "places.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/sip/certificates.h"
+#include "tests/sip/udpPeer.h"
+#include <QFile>
+#include <csignal>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int kWaitMs = 15000;
+// Where Debian puts what only servers need.
+constexpr const char* kProgram = "/usr/sbin/kamailio";
+
+bool write(const QString& path, const QByteArray& text)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+}
+
+} // namespace
+
+KamailioProcess::KamailioProcess()
+{
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+}
+
+KamailioProcess::~KamailioProcess()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    ::kill(pid_t(m_process.processId()), SIGTERM);
+    if (!m_process.waitForFinished(kWaitMs)) {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+}
+
+bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
+{
+    QFile model(HX_SOURCE_DIR "/tests/pbx/kamailio.cfg");
+    if (!model.open(QIODevice::ReadOnly))
+        return false;
+    QByteArray text = model.readAll();
+    text.replace("@PORT@", QByteArray::number(m_nPort))
+        .replace("@TLS_PORT@", QByteArray::number(m_nTlsPort))
+        .replace("@ALGORITHM@", algorithm)
+        .replace("@FOLDER@", m_folder.path().toUtf8());
+    if (!hasTls)
+        return write(m_folder.filePath("kamailio.cfg"), text);
+    const QByteArray folder = m_folder.path().toUtf8();
+    const QByteArray profile = "method = TLSv1.2+\nprivate_key = " + folder +
+                               "/server.key\ncertificate = " + folder + "/server.pem\nca_list = " + folder +
+                               "/cafile.pem\nverify_certificate = no\nrequire_certificate = no\n";
+    return makeCertificates(m_folder.path(), "127.0.0.1") &&
+           write(m_folder.filePath("tls.cfg"),
+                 "[server:default]\n" + profile + "[client:default]\n" + profile) &&
+           write(m_folder.filePath("kamailio.cfg"), "#!KAMAILIO\n#!define WITH_TLS\n" + text);
+}
+
+void KamailioProcess::start(const char* algorithm, bool hasTls)
+{
+    ASSERT_TRUE(QFile::exists(kProgram)) << "the packages kamailio and kamailio-tls-modules are missing";
+    m_nPort = UdpPeer::freePort();
+    m_nTlsPort = UdpPeer::freePort();
+    ASSERT_TRUE(writeSettings(algorithm, hasTls));
+    kit::endWithUs(m_process);
+    m_process.start(kProgram, {"-f", m_folder.filePath("kamailio.cfg"), "-DD", "-E", "-m", "32", "-M", "4",
+                               "-w", m_folder.path(), "-Y", m_folder.path(), "-P", m_folder.filePath("pid")});
+    ASSERT_TRUE(m_process.waitForStarted());
+    const bool isUp = kit::waits(
+        [&] {
+            return UdpPeer::isListening(hasTls ? m_nTlsPort : m_nPort) ||
+                   m_process.state() == QProcess::NotRunning;
+        },
+        kWaitMs);
+    ASSERT_TRUE(isUp && m_process.state() == QProcess::Running) << output().constData();
+    // It takes what comes when it answers.
+    UdpPeer peer;
+    const QByteArray request =
+        "OPTIONS sip:127.0.0.1:" + QByteArray::number(m_nPort) +
+        " SIP/2.0\r\nVia: SIP/2.0/UDP 127.0.0.1:" + QByteArray::number(peer.port()) +
+        ";branch=z9hG4bKup\r\nFrom: <sip:a@a>;tag=a\r\nTo: <sip:b@b>\r\nCall-ID: up\r\n"
+        "CSeq: 1 OPTIONS\r\nMax-Forwards: 9\r\nContent-Length: 0\r\n\r\n";
+    ASSERT_TRUE(kit::waits(
+        [&] {
+            peer.send(request, m_nPort);
+            return !peer.receive("SIP/2.0 200", 100).isEmpty();
+        },
+        kWaitMs))
+        << output().constData();
+}
+
+bool KamailioProcess::isRegistered(const QByteArray& user)
+{
+    UdpPeer peer;
+    const QByteArray uri = "sip:" + user + "@127.0.0.1:" + QByteArray::number(m_nPort);
+    peer.send("MESSAGE " + uri + " SIP/2.0\r\nVia: SIP/2.0/UDP 127.0.0.1:" + QByteArray::number(peer.port()) +
+                  ";branch=z9hG4bK" + QByteArray::number(peer.port()) + "\r\nFrom: <sip:a@a>;tag=a\r\nTo: <" +
+                  uri + ">\r\nCall-ID: c" + QByteArray::number(peer.port()) +
+                  "\r\nCSeq: 1 MESSAGE\r\nMax-Forwards: 9\r\nContent-Length: 0\r\n\r\n",
+              m_nPort);
+    const QByteArray reply = peer.receive("SIP/2.0 200");
+    EXPECT_NE(reply.toStdString(), "");
+    return reply.startsWith("SIP/2.0 200 Registered");
+}
+
+QByteArray KamailioProcess::output()
+{
+    m_process.waitForReadyRead(0);
+    m_output += m_process.readAll();
+    return m_output.right(4000);
+}

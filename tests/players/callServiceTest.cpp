@@ -1,0 +1,237 @@
+// Calls at the real media server, as the phone asks for them: two servers would need two phones, so that a
+// call goes from one of the server's calls to another.
+#include "host/services/messages/messageBus.h"
+#include "host/services/phone/mediaSessions.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/recordedSound.h"
+#include "tests/players/playersTest.h"
+#include <QFile>
+
+namespace {
+
+constexpr int kRate = 16000;
+constexpr double kHertz = 440;
+
+struct CallNews : public sipMediaNews
+{
+    void mediaDescribed(int call, const QByteArray& sdp) override
+    {
+        ++nDescribed[call];
+        described[call] = sdp;
+    }
+    void mediaChanged(int call, const tagCallStreams& changed) override { streams[call] = changed; }
+    void mediaLost() override { ++nLost; }
+
+    QHash<int, QByteArray> described;
+    QHash<int, int> nDescribed;
+    QHash<int, tagCallStreams> streams;
+    int nLost = 0;
+};
+
+class CallService : public playersTest
+{
+protected:
+    CallService()
+    {
+        qputenv("HX_SOUND_SOURCE", "audiotestsrc is-live=true volume=0.3 samplesperbuffer=160 freq=440");
+        qputenv("HX_SOUND_SINK", kit::recordingSink(hostPath("/rundata/sound.raw")));
+        qputenv("HX_SOUND_PROCESSING", "off"); // a tone is noise
+        m_sessions.setNews(&m_news);
+    }
+    ~CallService() override
+    {
+        for (const char* name : {"HX_SOUND_SOURCE", "HX_SOUND_SINK", "HX_SOUND_PROCESSING"})
+            qunsetenv(name);
+    }
+    QByteArray offerOf(int call, const tagMediaWish& wish = {})
+    {
+        const int before = m_news.nDescribed[call];
+        m_sessions.offer(call, wish);
+        EXPECT_EQ(m_news.nDescribed[call], before) << "not before the call has returned";
+        EXPECT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[call] > before; }));
+        return m_news.described[call];
+    }
+    QByteArray answerOf(int call, const QByteArray& offer, const tagMediaWish& wish = {})
+    {
+        const int before = m_news.nDescribed[call];
+        m_sessions.answer(call, offer, wish);
+        EXPECT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[call] > before; }));
+        return m_news.described[call];
+    }
+    void connect(int from, int to, const tagMediaWish& wish = {})
+    {
+        m_sessions.agree(from, answerOf(to, offerOf(from, wish)));
+    }
+    kit::RecordedSound heard() const { return kit::RecordedSound(hostPath("/rundata/sound.raw")); }
+    bool isHeard(int ms = 8000)
+    {
+        return kit::waitUntil([&] { return heard().last(0.3, kRate).has(kHertz); }, ms);
+    }
+    bool isSilent()
+    {
+        return kit::waitUntil(
+            [&] { return heard().seconds(kRate) > 0.3 && heard().last(0.3, kRate).peak() < 0.005; }, 8000);
+    }
+
+    CallNews m_news;
+    mediaSessions m_sessions;
+};
+
+TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
+{
+    startMedia();
+    connect(1, 2);
+    EXPECT_TRUE(isHeard());
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nQuality == 4; }));
+    EXPECT_EQ(m_news.streams[1].strSound, "Opus");
+    EXPECT_EQ(m_news.streams[2].strSound, "Opus");
+    EXPECT_FALSE(m_news.streams[1].bEncrypted);
+    m_sessions.setMuted(1, true);
+    EXPECT_TRUE(isHeard()) << "the other one still talks";
+    m_sessions.setMuted(2, true);
+    EXPECT_TRUE(isSilent());
+}
+
+TEST_F(CallService, AnEncryptedCallSaysSoAndTakesTones)
+{
+    startMedia();
+    EXPECT_FALSE(m_sessions.sendTone(1, '5', 100)) << "there is no call";
+    tagMediaWish wish;
+    wish.bEncrypt = true;
+    connect(1, 2, wish);
+    EXPECT_TRUE(isHeard());
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].bEncrypted && m_news.streams[2].bEncrypted; }));
+    EXPECT_TRUE(m_sessions.sendTone(1, '5', 100));
+    EXPECT_FALSE(m_sessions.sendTone(1, 'x', 100));
+    EXPECT_FALSE(said().contains("refused")) << said().constData();
+    EXPECT_FALSE(said().contains("inline:"));
+}
+
+TEST_F(CallService, WhatCannotBeAnsweredIsDescribedAsNothing)
+{
+    startMedia();
+    EXPECT_EQ(answerOf(1, "v=0\r\nm=audio 5004 RTP/AVP 18\r\n"), "");
+    EXPECT_EQ(answerOf(1, QByteArray(20000, 'x')), "");
+    EXPECT_FALSE(offerOf(1).isEmpty());
+    EXPECT_FALSE(m_sessions.join(1, 2)) << "nobody talks";
+}
+
+TEST_F(CallService, VideoIsRefusedInItsPlace)
+{
+    startMedia();
+    const QByteArray answer =
+        answerOf(1, "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
+                    "m=audio 40000 RTP/AVP 8\r\nm=video 40002 RTP/AVP 99\r\n");
+    EXPECT_TRUE(answer.contains("m=video 0 RTP/AVP 99\r\n")) << answer.constData();
+}
+
+TEST_F(CallService, AServerThatIsNotThereHasNoAnswer)
+{
+    m_sessions.offer(1, {});
+    EXPECT_EQ(m_news.nDescribed[1], 0);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[1] == 1; }));
+    EXPECT_EQ(m_news.described[1], "");
+}
+
+TEST_F(CallService, AServerThatHangsHasNoAnswerAfterAWhile)
+{
+    startMedia();
+    kill(pid_t(m_media.processId()), SIGSTOP);
+    m_sessions.offer(1, {});
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[1] == 1; }, 10000));
+    EXPECT_EQ(m_news.described[1], "");
+    kill(pid_t(m_media.processId()), SIGCONT);
+    EXPECT_FALSE(offerOf(1).isEmpty());
+    kit::waitUntil([] { return false; }, 300);
+    EXPECT_EQ(m_news.nDescribed[1], 2) << "the late answer is nobody's";
+}
+
+TEST_F(CallService, AServerThatDiedIsToldOfAndTheNextOneTakesTheCall)
+{
+    startMedia();
+    connect(1, 2);
+    ASSERT_TRUE(isHeard());
+    m_media.kill();
+    m_media.waitForFinished();
+    EXPECT_EQ(m_news.nLost, 0);
+    startMedia();
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.nLost == 1; }));
+    EXPECT_FALSE(m_sessions.sendTone(1, '5', 100));
+    connect(1, 2);
+    EXPECT_TRUE(isHeard());
+}
+
+TEST_F(CallService, DamagedMessagesAreRefusedWithALine)
+{
+    startMedia();
+    const auto post = [](unsigned int message, const QByteArray& extra, unsigned int more = 0) {
+        msgPostMsgToThreadEx(media(), message, 1, more, int(extra.size()), extra.constData());
+    };
+    post(MEDIA_MSG_CALL_OFFER, "short");
+    EXPECT_TRUE(hasSaid("message 0x70030 of 5 bytes is refused: the size is wrong"));
+    post(MEDIA_MSG_CALL_OFFER, QByteArray(sizeof(CALL_WISH), 'x'));
+    EXPECT_TRUE(hasSaid("message 0x70030 of 40 bytes is refused: an address is none"));
+    post(MEDIA_MSG_CALL_ANSWER, QByteArray(sizeof(CALL_WISH), 0));
+    EXPECT_TRUE(hasSaid("message 0x70031 of 40 bytes is refused"));
+    post(MEDIA_MSG_CALL_ANSWER, QByteArray(sizeof(CALL_WISH), 0) + "no end");
+    EXPECT_TRUE(hasSaid("message 0x70031 of 46 bytes is refused: the description is no text"));
+    post(MEDIA_MSG_CALL_AGREE, QByteArray("v=0", 4));
+    EXPECT_TRUE(hasSaid("message 0x70032 of 4 bytes is refused: there is no such call"));
+    post(MEDIA_MSG_CALL_TONE, {}, 0xFFFFFFFF);
+    EXPECT_TRUE(hasSaid("message 0x70035 of 0 bytes is refused"));
+    post(MEDIA_MSG_CALL_JOIN, {}, 1);
+    EXPECT_TRUE(hasSaid("message 0x70036 of 0 bytes is refused"));
+    EXPECT_FALSE(offerOf(1).isEmpty());
+}
+
+TEST_F(CallService, MoreCallsThanThereMayBeAreRefusedAndEndedOnesMakeRoom)
+{
+    startMedia();
+    for (int call = 1; call <= 8; ++call)
+        EXPECT_FALSE(offerOf(call).isEmpty());
+    EXPECT_EQ(offerOf(9), "");
+    m_sessions.end(3);
+    EXPECT_FALSE(offerOf(9).isEmpty());
+}
+
+TEST_F(CallService, WithoutDevicesCallsAreSilentAndGoOn)
+{
+    qputenv("HX_SOUND_SOURCE", "");
+    qputenv("HX_SOUND_SINK", "fakesink");
+    startMedia();
+    connect(1, 2);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nQuality == 4; }, 8000));
+}
+
+TEST_F(CallService, AMicrophoneThatFailsTakesNoLoudspeakerWithIt)
+{
+    qputenv("HX_SOUND_SOURCE", "filesrc location=/nothing/there ! wavparse");
+    startMedia();
+    connect(1, 2);
+    EXPECT_TRUE(kit::waitUntil([&] { return heard().seconds(kRate) > 1; }, 8000));
+    EXPECT_EQ(said().count("no microphone is found"), 1) << said().constData();
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nQuality == 4; }, 8000));
+}
+
+TEST_F(CallService, AfterTheLastCallTheSoundStopsAndItsThreadsAreGone)
+{
+    startMedia();
+    const auto threads = [&] { return kit::statusKiB(m_media.processId(), "Threads"); };
+    connect(1, 2);
+    ASSERT_TRUE(isHeard());
+    m_sessions.end(1);
+    m_sessions.end(2);
+    kit::StillSound sound(hostPath("/rundata/sound.raw"));
+    EXPECT_TRUE(kit::waitUntil([&] { return sound.isStill(); }, 8000));
+    const qint64 after = threads();
+    for (int round = 0; round < 3; ++round) {
+        connect(1, 2);
+        ASSERT_TRUE(isHeard());
+        EXPECT_GT(threads(), after);
+        m_sessions.end(1);
+        m_sessions.end(2);
+        EXPECT_TRUE(kit::waitUntil([&] { return threads() <= after; }, 8000));
+    }
+}
+
+} // namespace
