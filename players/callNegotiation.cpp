@@ -228,6 +228,7 @@ bool callNegotiation::choose(const tagDescribedMedia& media, bool encrypt, tagCh
 void callNegotiation::setPeer(const tagDescribedMedia& media, bool held, tagAgreedSound& sound) const
 {
     sound.bSound = true;
+    sound.own = m_own.address;
     sound.peer = media.address;
     sound.nPort = media.nPort;
     sound.nRtcpPort = media.bRtcpMux ? media.nPort : media.nRtcpPort;

@@ -23,7 +23,8 @@ struct tagAgreedSound
     bool bSends = false;        // this side
     bool bReceives = false;
     bool bHeldByPeer = false;
-    QByteArray peer; // IPv4 with dots
+    QByteArray own;  // this side's address, IPv4 with dots
+    QByteArray peer; // the other side's
     int nPort = 0;
     int nRtcpPort = 0; // 0: none; that of the sound: both come on one
     CRYPTO_SUITE eSuite = CRYPTO_SUITE::NONE;

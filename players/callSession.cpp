@@ -93,11 +93,20 @@ void callSession::agree(const tagAgreedSound& agreed, tagParts& parts)
     m_bTalks = false;
 }
 
+// What another program of this machine sends to the machine's own address comes from there, wherever it is
+// itself.
+bool callSession::isAtPeer(const sockaddr_in& from) const
+{
+    const bool isHere = ntohl(m_peer.sin_addr.s_addr) >> 24 == 127;
+    return from.sin_addr.s_addr == m_peer.sin_addr.s_addr ||
+           (isHere && from.sin_addr.s_addr == placeOf(m_agreed.own, 0).sin_addr.s_addr);
+}
+
 // Where the other side is behind a router it sends from another port than it knows of. Another address may be
 // anybody's.
 bool callSession::isPeer(const sockaddr_in& from) const
 {
-    return m_bLatched ? isSame(from, m_peer) : from.sin_addr.s_addr == m_peer.sin_addr.s_addr;
+    return m_bLatched ? isSame(from, m_peer) : isAtPeer(from);
 }
 
 void callSession::latch(const sockaddr_in& from)
@@ -178,8 +187,7 @@ void callSession::takePacket(unsigned char* packet, int size, const sockaddr_in&
 
 void callSession::takeReport(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs)
 {
-    if (!m_agreed.bSound || from.sin_addr.s_addr != m_peer.sin_addr.s_addr ||
-        !rtpPacket::isRtcp(packet, size))
+    if (!m_agreed.bSound || !isAtPeer(from) || !rtpPacket::isRtcp(packet, size))
         return;
     const int opened = m_agreed.eSuite == CRYPTO_SUITE::NONE ? size
                        : m_open                              ? m_open->open(packet, size, true)

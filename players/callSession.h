@@ -56,6 +56,7 @@ private:
     void takePacket(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs);
     void takeReport(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs);
     bool isPeer(const sockaddr_in& from) const;
+    bool isAtPeer(const sockaddr_in& from) const;
     bool isSource(quint32 source);
     void latch(const sockaddr_in& from);
     const tagAgreedCodec* codecOf(int payload) const;

@@ -76,7 +76,10 @@ void deviceSound::open()
     if (!sink && !source)
         return;
     m_pPipeline = gst_pipeline_new(nullptr);
-    m_watch = std::make_unique<busWatch>(m_pPipeline, "call", [](busWatch::EVENT) {});
+    m_watch = std::make_unique<busWatch>(m_pPipeline, QByteArray(), [this](busWatch::EVENT event) {
+        if (event == busWatch::EVENT::FAILED)
+            onFailure();
+    });
     // Frames come by the clock of this machine, and so do those of the other side.
     GstClock* clock = gst_system_clock_obtain();
     gst_pipeline_use_clock(GST_PIPELINE(m_pPipeline), clock);
@@ -87,7 +90,22 @@ void deviceSound::open()
     if (source)
         buildMicrophone(source, isProcessed());
     gst_element_set_state(m_pPipeline, GST_STATE_PLAYING);
+    m_bSource = source != nullptr;
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_pOut = m_pLoudspeaker;
+}
+
+// A device that only says that it works takes the other one with it.
+void deviceSound::onFailure()
+{
+    const bool hadSource = m_bSource;
+    close();
+    if (!hadSource) {
+        nuxTrace(TRACE_NOTE, "the loudspeaker has failed, calls are silent");
+        return;
+    }
+    soundSourceFailed();
+    open();
 }
 
 void deviceSound::buildLoudspeaker(GstElement* sink, bool echo)
@@ -135,13 +153,18 @@ void deviceSound::buildMicrophone(GstElement* source, bool echo)
 
 void deviceSound::close()
 {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_pOut = nullptr;
+    }
     m_watch.reset();
-    m_pOut = m_pLoudspeaker = nullptr;
+    m_pLoudspeaker = nullptr;
     if (m_pPipeline) {
         gst_element_set_state(m_pPipeline, GST_STATE_NULL);
         gst_object_unref(m_pPipeline);
         m_pPipeline = nullptr;
     }
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_heard.clear();
     m_bHears = false;
 }
@@ -178,12 +201,13 @@ void deviceSound::read(short* frame)
 
 void deviceSound::write(const short* frame)
 {
-    GstElement* out = m_pOut;
-    if (!out)
-        return;
     constexpr gsize kBytes = sizeof(short) * callSession::FRAME_SAMPLES;
     GstBuffer* buffer = gst_buffer_new_allocate(nullptr, kBytes, nullptr);
     gst_buffer_fill(buffer, 0, frame, kBytes);
     GST_BUFFER_DURATION(buffer) = callSession::FRAME_MS * GST_MSECOND;
-    gst_app_src_push_buffer(GST_APP_SRC(out), buffer);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_pOut)
+        gst_app_src_push_buffer(GST_APP_SRC(m_pOut), buffer);
+    else
+        gst_buffer_unref(buffer);
 }

@@ -28,13 +28,15 @@ private:
     void buildMicrophone(GstElement* source, bool echo);
     GstElement* add(const char* name, const char* called = nullptr);
     void onHeard(GstElement* from);
+    void onFailure();
 
     GstElement* m_pPipeline = nullptr;
-    GstElement* m_pLoudspeaker = nullptr;      // takes frames
-    std::atomic<GstElement*> m_pOut = nullptr; // the same, when all is built
+    bool m_bSource = false;               // the pipeline has a microphone
+    GstElement* m_pLoudspeaker = nullptr; // takes frames
     soundVolume m_volume;
     std::unique_ptr<busWatch> m_watch;
-    std::mutex m_mutex; // of what follows
+    std::mutex m_mutex;           // of what follows
+    GstElement* m_pOut = nullptr; // the loudspeaker, when all is built
     std::vector<short> m_heard;
     bool m_bHears = false; // enough has been heard for the next frames
 };

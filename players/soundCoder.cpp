@@ -8,6 +8,7 @@ namespace {
 
 const char* const kSound = "audio/x-raw,format=S16LE,layout=interleaved,rate=16000,channels=1";
 constexpr qint64 kMs = 1000000;
+constexpr int kLeastGapMs = 20;
 constexpr int kBytesPerMs = 8; // of all codecs but Opus
 
 struct tagChains
@@ -252,7 +253,8 @@ void soundDecoder::conceal(std::vector<short>& samples)
 {
     if (!m_bBegun)
         return;
-    m_chain->pushGap(m_nLastMs * kMs);
+    // What makes up for less writes beyond its end.
+    m_chain->pushGap(std::max(m_nLastMs, kLeastGapMs) * kMs);
     take(samples);
 }
 

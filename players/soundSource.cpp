@@ -27,12 +27,20 @@ bool isDescribed()
     return described && *described;
 }
 
+QElapsedTimer g_lookedInVain;
+
 } // namespace
+
+void soundSourceFailed()
+{
+    if (!g_lookedInVain.isValid())
+        nuxTrace(TRACE_NOTE, "no microphone is found, calls are silent");
+    g_lookedInVain.start();
+}
 
 GstElement* newSoundSource()
 {
-    static QElapsedTimer lookedInVain;
-    if (lookedInVain.isValid() && lookedInVain.elapsed() < kLookAgainMs)
+    if (g_lookedInVain.isValid() && g_lookedInVain.elapsed() < kLookAgainMs)
         return nullptr;
     soundDriversBeStill();
     GstElement* source = makeSource();
@@ -41,9 +49,7 @@ GstElement* newSoundSource()
                        (isDescribed() || !soundBinHas(source, {"fakesrc", "audiotestsrc"}));
     if (works)
         return source;
-    if (!lookedInVain.isValid())
-        nuxTrace(TRACE_NOTE, "no microphone is found, calls are silent");
-    lookedInVain.start();
+    soundSourceFailed();
     if (source) {
         gst_element_set_state(source, GST_STATE_NULL);
         gst_object_unref(gst_object_ref_sink(source));

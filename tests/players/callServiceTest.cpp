@@ -203,6 +203,16 @@ TEST_F(CallService, WithoutDevicesCallsAreSilentAndGoOn)
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nQuality == 4; }, 8000));
 }
 
+TEST_F(CallService, AMicrophoneThatFailsTakesNoLoudspeakerWithIt)
+{
+    qputenv("HX_SOUND_SOURCE", "filesrc location=/nothing/there ! wavparse");
+    startMedia();
+    connect(1, 2);
+    EXPECT_TRUE(kit::waitUntil([&] { return heard().seconds(kRate) > 1; }, 8000));
+    EXPECT_EQ(said().count("no microphone is found"), 1) << said().constData();
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nQuality == 4; }, 8000));
+}
+
 TEST_F(CallService, AfterTheLastCallTheSoundStopsAndItsThreadsAreGone)
 {
     startMedia();
