@@ -42,6 +42,7 @@ void demandArrived(const tagSipArrived& call)
     demand(call.nLine < SIP_LINE_COUNT && call.nForwards <= SIP_FORWARDS_MAX);
     demandText(call.szNumber);
     demandText(call.szName);
+    demandText(call.szPicture);
     for (const auto& text : call.szForwardedBy)
         demandText(text);
     demandText(call.szSdp);
@@ -93,6 +94,17 @@ void demandRecord(const sipWire::Reader& reader)
         demand(reader.as<tagSipDial>().nLine < SIP_LINE_COUNT);
         demandText(reader.as<tagSipDial>().szTarget);
         demandText(reader.as<tagSipDial>().szSdp);
+        break;
+    case SIP_CONNECT:
+        demand(reader.as<tagSipConnect>().nOther != head.nId);
+        break;
+    case SIP_REFERRED:
+        demand(reader.as<tagSipReferred>().bReplaces <= 1);
+        demandText(reader.as<tagSipReferred>().szTarget);
+        break;
+    case SIP_MAPPED:
+        demand(head.nId < SIP_LINE_COUNT && reader.as<tagSipMapped>().nPort - 1 < 65535);
+        demandText(reader.as<tagSipMapped>().szAddress);
         break;
     case SIP_ARRIVED:
         demandArrived(reader.as<tagSipArrived>());

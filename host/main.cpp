@@ -127,7 +127,7 @@ int run(QApplication& application, const Options& options)
     if (options.players)
         playerProcessesStart();
     if (options.sip)
-        realLinesStart();
+        realLinesStart(options.players);
     hostBoot();
     if (options.rawTouch && !MousePanel::start(&application))
         fprintf(stderr, "hxPhone: no simulated touch panel without a device root of its own\n");

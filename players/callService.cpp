@@ -193,6 +193,7 @@ void callService::tell(int call, tagCallEntry& entry)
         streams.nQuality = session.quality(callDesk::nowUs());
         streams.bEncrypted = session.agreed().eSuite != CRYPTO_SUITE::NONE;
         streams.bTones = session.takesTones();
+        streams.bOtherHolds = session.agreed().bHeldByPeer;
     });
     if (memcmp(&streams, &entry.told, sizeof streams) == 0)
         return;

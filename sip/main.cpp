@@ -1,11 +1,10 @@
 // The SIP user agent of the phone: "hxSip SOCKET" serves the phone that listens there, by the records of
 // sipRecords.h, and ends with it.
 #include "sip/digest.h"
+#include "sip/floodGuard.h"
 #include "sip/sipAgent.h"
 #include <cstdio>
 #include <cstdlib>
-#include <sofia-sip/sip_extra.h>
-#include <sofia-sip/sip_parser.h>
 #include <sofia-sip/su_log.h>
 
 int main(int argc, char** argv)
@@ -20,9 +19,8 @@ int main(int argc, char** argv)
         unsetenv(name);
     su_init();
     su_log_set_level(nullptr, 0);
-    sip_update_default_mclass(sip_extend_mclass(nullptr)); // headers that tell more of a caller
     int code = 1;
-    if (digest::install()) {
+    if (digest::install() && floodGuard::install()) {
         SipAgent agent;
         code = agent.run(argv[1]);
     }

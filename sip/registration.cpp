@@ -1,15 +1,20 @@
 #include "sip/registration.h"
 #include "sip/digest.h"
+#include "sip/floodGuard.h"
+#include "sip/ownSockets.h"
 #include "sip/phoneLink.h"
 #include "sip/sipAddress.h"
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <random>
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_tag.h>
 
 namespace {
 
+constexpr const char* kUsualPort = "5060";
+constexpr uint32_t kUsualTlsPort = 5061;
 constexpr uint32_t kMaxAfterMs = 3600000; // a server may ask for patience of an hour
 constexpr const char* kWrongPassword = "The server does not accept name or password";
 
@@ -38,7 +43,7 @@ std::string newContact(uint32_t line)
 Registration::Registration(const tagSipStack& stack, const tagSipAccount& account)
     : m_stack(stack), m_account(account), m_key(newKey()), m_contact(newContact(account.head.nId)),
       m_answers(m_key, account.szRealm), m_finder(stack.pDns), m_silent(stack.pRoot), m_again(stack.pRoot),
-      m_nDelayMs(stack.setup.nRetryMs)
+      m_keep(stack.pRoot), m_nDelayMs(stack.setup.nRetryMs)
 {
     const char* user = account.szAuthName[0] ? account.szAuthName : account.szUser;
     digest::remember(m_key, user, account.szPassword);
@@ -81,16 +86,22 @@ void Registration::tryAddress()
     dropHandle();
     m_answers.reset();
     m_bRegistered = false;
-    const std::string own = ownAddress(), server = registrar(), hop = hopOf(m_addresses[m_nAddress]);
-    const std::string way = std::string("transport=") + transportName();
-    const std::string expires = std::to_string(m_account.nExpires);
+    const std::string own = ownAddress();
     m_pHandle =
         nua_handle(m_stack.pNua, this, SIPTAG_TO_STR(own.c_str()), SIPTAG_FROM_STR(own.c_str()), TAG_END());
     if (!m_pHandle) {
         wait(0, "The account makes no address", 0);
         return;
     }
-    m_silent.start(m_stack.setup.nSilentMs, [this] { failOver(0, "The server does not answer"); });
+    sendRegister();
+}
+
+void Registration::sendRegister()
+{
+    const std::string server = registrar(), hop = hopOf(m_addresses[m_nAddress]);
+    const std::string way = std::string("transport=") + transportName();
+    const std::string expires = std::to_string(m_account.nExpires);
+    m_silent.start(m_stack.setup.nSilentMs, [this] { silent(); });
     nua_register(
         m_pHandle, NUTAG_REGISTRAR(server.c_str()), NUTAG_PROXY(hop.c_str()),
         NUTAG_M_USERNAME(m_contact.c_str()), TAG_IF(transport() != SIP_UDP, NUTAG_M_PARAMS(way.c_str())),
@@ -100,8 +111,10 @@ void Registration::tryAddress()
 void Registration::leave()
 {
     m_bLeaving = true;
+    floodGuard::setServers(line(), {});
     m_finder.stop();
     m_again.stop();
+    m_keep.stop();
     m_silent.stop();
     if (!m_pHandle)
         return;
@@ -152,10 +165,64 @@ void Registration::onReply(const tagStackEvent& event)
     m_silent.stop();
     m_answers.reset();
     m_nDelayMs = m_stack.setup.nRetryMs;
+    trustServers();
+    readMapping(*event.pMessage);
     const bool isNew = !m_bRegistered;
     m_bRegistered = true;
-    if (isNew)
-        report(SIP_LINE_REGISTERED, uint32_t(event.nStatus), "");
+    if (!isNew)
+        return;
+    report(SIP_LINE_REGISTERED, uint32_t(event.nStatus), "");
+    if (transport() == SIP_UDP)
+        m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
+}
+
+// Over TLS the name says nothing of the address that answers.
+void Registration::trustServers()
+{
+    std::vector<std::string> hosts = {floodGuard::sourceOf(nua_current_request(m_stack.pNua))};
+    for (const tagServerAddress& address : m_addresses)
+        hosts.push_back(sipAddress::bareHost(address.host));
+    floodGuard::setServers(line(), hosts);
+}
+
+void Registration::readMapping(const sip_t& reply)
+{
+    const sip_via_t* via = reply.sip_via;
+    if (!via || !via->v_host)
+        return;
+    const char* own = via->v_port ? via->v_port : kUsualPort;
+    m_nOwnPort = uint32_t(atoi(own));
+    const std::string host = via->v_received ? via->v_received : via->v_host;
+    const std::string port = via->v_rport && *via->v_rport ? via->v_rport : own;
+    const int number = atoi(port.c_str());
+    if (number < 1 || number > 65535 || host + ":" + port == m_mapped)
+        return;
+    m_mapped = host + ":" + port;
+    auto mapped = sipWire::make<tagSipMapped>(SIP_MAPPED, line());
+    mapped.nPort = uint32_t(number);
+    sipWire::setText(mapped.szAddress, sipAddress::bareHost(host));
+    m_stack.pPhone->tell(mapped);
+}
+
+void Registration::keepOpen()
+{
+    if (!m_bRegistered)
+        return;
+    const tagServerAddress& address = m_addresses[m_nAddress];
+    ownSockets::keepOpen(m_nOwnPort, sipAddress::bareHost(address.host), address.nPort);
+    m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
+}
+
+// A connection may be there for this side alone.
+void Registration::silent()
+{
+    if (transport() != SIP_UDP && m_nAddress < m_addresses.size()) {
+        const tagServerAddress& address = m_addresses[m_nAddress];
+        const bool isName = transport() == SIP_TLS;
+        ownSockets::closeConnections(isName ? "" : sipAddress::bareHost(address.host),
+                                     address.nPort ? address.nPort : kUsualTlsPort);
+    }
+    failOver(0, "The server does not answer");
 }
 
 void Registration::onChallenge(const tagStackEvent& event)
@@ -166,7 +233,7 @@ void Registration::onChallenge(const tagStackEvent& event)
             if (m_bLeaving)
                 dropHandle();
             else
-                failOver(0, "The server does not answer");
+                silent();
         });
         return;
     }
@@ -246,6 +313,31 @@ std::string Registration::hopOf(const tagServerAddress& address) const
 std::string Registration::hop() const
 {
     return m_nAddress < m_addresses.size() ? hopOf(m_addresses[m_nAddress]) : "";
+}
+
+std::vector<std::string> Registration::hops() const
+{
+    std::vector<std::string> all;
+    for (size_t i = 0; i < m_addresses.size(); ++i)
+        all.push_back(hopOf(m_addresses[(m_nAddress + i) % m_addresses.size()]));
+    return all;
+}
+
+void Registration::renew()
+{
+    if (m_bLeaving)
+        return;
+    m_again.stop();
+    dropHandle();
+    m_mapped.clear();
+    m_nDelayMs = m_stack.setup.nRetryMs;
+    start();
+}
+
+void Registration::doubt()
+{
+    if (m_bRegistered && !m_bLeaving)
+        sendRegister();
 }
 
 std::string Registration::server() const

@@ -37,13 +37,24 @@ public:
     std::string server() const;
     // Where its requests go first.
     std::string hop() const;
+    // Where its requests may go, the server that it is registered at first.
+    std::vector<std::string> hops() const;
+    // A call has found the server silent or out of service: it is asked again now.
+    void doubt();
+    // The machine has other addresses.
+    void renew();
     const char* transportName() const;
     void onStack(const tagStackEvent& event) override;
 
 private:
     void onAddresses(const std::vector<tagServerAddress>& addresses);
     void tryAddress();
+    void sendRegister();
     void onReply(const tagStackEvent& event);
+    void trustServers();
+    void readMapping(const sip_t& reply);
+    void keepOpen();
+    void silent();
     void onChallenge(const tagStackEvent& event);
     void failOver(uint32_t status, const std::string& reason);
     void wait(uint32_t status, const std::string& reason, uint32_t leastMs);
@@ -63,6 +74,9 @@ private:
     ServerFinder m_finder;
     SipTimer m_silent;
     SipTimer m_again;
+    SipTimer m_keep;
+    std::string m_mapped;
+    uint32_t m_nOwnPort = 0;
     std::vector<tagServerAddress> m_addresses;
     size_t m_nAddress = 0;
     uint32_t m_nDelayMs;

@@ -1,4 +1,5 @@
 #include "sip/serverFinder.h"
+#include "sip/sipAddress.h"
 #include <algorithm>
 #include <arpa/inet.h>
 #include <random>
@@ -29,8 +30,7 @@ uint32_t usualPort(SIP_TRANSPORT transport)
 // As it stands in an address; empty when the host is a name.
 std::string numericHost(const std::string& host)
 {
-    const std::string bare =
-        host.size() > 2 && host.front() == '[' && host.back() == ']' ? host.substr(1, host.size() - 2) : host;
+    const std::string bare = sipAddress::bareHost(host);
     unsigned char address[sizeof(in6_addr)];
     if (inet_pton(AF_INET, bare.c_str(), address) == 1)
         return bare;

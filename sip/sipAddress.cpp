@@ -37,6 +37,12 @@ std::string sipAddress::host(const std::string& host)
     return host.find(':') != std::string::npos && host.front() != '[' ? "[" + host + "]" : host;
 }
 
+std::string sipAddress::bareHost(const std::string& host)
+{
+    const bool hasBrackets = host.size() > 2 && host.front() == '[' && host.back() == ']';
+    return hasBrackets ? host.substr(1, host.size() - 2) : host;
+}
+
 std::string sipAddress::port(unsigned port)
 {
     return port ? ":" + std::to_string(port) : "";

@@ -10,6 +10,8 @@ std::string escaped(const std::string& user);
 std::string quotedName(const std::string& name);
 // A host as it stands in an address: IPv6 in brackets.
 std::string host(const std::string& host);
+// Without the brackets of IPv6.
+std::string bareHost(const std::string& host);
 // ":5060"; empty for 0.
 std::string port(unsigned port);
 // What somebody wants to reach: a number at the server, "user@host", or a whole address.

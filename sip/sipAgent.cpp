@@ -12,11 +12,13 @@
 
 namespace {
 
+constexpr uint32_t kKeepMs = 25000;
 constexpr uint32_t kStepMs = 20;        // between looks whether everybody has left
 constexpr unsigned kLargestUdp = 65535; // a call with many codecs and video does not fit a frame
 constexpr unsigned kMaxMessage = 128 << 10;
 constexpr unsigned kTlsPolicy = 0xA; // certificates are checked, and the names in them, of servers
-constexpr const char* kMethods = "INVITE, ACK, BYE, CANCEL, OPTIONS, INFO, NOTIFY, PRACK";
+constexpr const char* kMethods = "INVITE, ACK, BYE, CANCEL, OPTIONS, INFO, NOTIFY, PRACK, UPDATE, REFER";
+constexpr const char* kSupported = "timer, 100rel, replaces";
 constexpr unsigned kSessionSeconds = 1800, kLeastSessionSeconds = 90;
 
 std::string localAddress(const tagSipSetup& setup, const char* scheme, uint32_t port)
@@ -89,6 +91,11 @@ void SipAgent::take(const sipWire::Reader& record)
         setAccount(record.as<tagSipAccount>());
     } else if (kind == SIP_DIAL && isSetUp) {
         dial(record.as<tagSipDial>());
+    } else if (kind == SIP_NETWORK && isSetUp) {
+        for (const auto& line : m_lines) {
+            if (line)
+                line->renew();
+        }
     } else if (kind >= SIP_WATCH && kind <= SIP_WATCH_LIST && isSetUp) {
         m_events.take(record);
     } else if (kind == SIP_PICK_UP && isSetUp) {
@@ -104,6 +111,8 @@ void SipAgent::take(const sipWire::Reader& record)
 bool SipAgent::makeStack(const tagSipSetup& setup)
 {
     m_stack.setup = setup;
+    if (setup.nKeepMs == 0)
+        m_stack.setup.nKeepMs = kKeepMs;
     m_stack.pDns = sres_resolver_create(m_stack.pRoot, setup.szNames[0] ? setup.szNames : nullptr, TAG_END());
     const std::string plain = localAddress(setup, "sip:", setup.nPort);
     const std::string tls = localAddress(setup, "sips:", setup.nTlsPort);
@@ -112,7 +121,8 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
         m_stack.pRoot, onStack, this, NUTAG_URL(plain.c_str()), TAG_IF(hasTls, NUTAG_SIPS_URL(tls.c_str())),
         TAG_IF(hasTls, NUTAG_CERTIFICATE_DIR(setup.szCertificates)),
         TAG_IF(hasTls, TPTAG_TLS_VERIFY_POLICY(kTlsPolicy)), NUTAG_MEDIA_ENABLE(0), NUTAG_AUTOANSWER(0),
-        NUTAG_AUTOALERT(0), NTATAG_UDP_MTU(kLargestUdp), NTATAG_MAXSIZE(kMaxMessage), TAG_END());
+        NUTAG_AUTOALERT(0), NTATAG_UDP_MTU(kLargestUdp), NTATAG_MAXSIZE(kMaxMessage), NTATAG_PASS_100(1),
+        TPTAG_KEEPALIVE(m_stack.setup.nKeepMs), TPTAG_PONG2PING(1), TAG_END());
     if (!m_stack.pNua) {
         fprintf(stderr, "The SIP stack cannot listen at %s\n", plain.c_str());
         return false;
@@ -120,7 +130,9 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
     nua_set_params(m_stack.pNua, SIPTAG_USER_AGENT_STR(setup.szAgent), SIPTAG_ALLOW_STR(kMethods),
                    NUTAG_ENABLEINVITE(1), NUTAG_SESSION_TIMER(kSessionSeconds),
                    NUTAG_MIN_SE(kLeastSessionSeconds), NUTAG_SESSION_REFRESHER(nua_remote_refresher),
-                   NUTAG_ENABLEMESSAGE(0), NUTAG_APPL_METHOD("NOTIFY"), TAG_END());
+                   NUTAG_ENABLEMESSAGE(0), SIPTAG_SUPPORTED_STR(kSupported),
+                   NUTAG_APPL_METHOD("NOTIFY, UPDATE, REFER"), NUTAG_MAX_RETRY_AFTER(0),
+                   NUTAG_UPDATE_REFRESH(1), TAG_END());
     m_phone.tell(sipWire::make<tagSipHead>(SIP_HELLO, 0));
     return true;
 }
@@ -147,10 +159,10 @@ void SipAgent::setAccount(const tagSipAccount& account)
 // One that has ended meanwhile is no error: the phone could not know yet.
 void SipAgent::takeForCall(const sipWire::Reader& record)
 {
-    const auto found = m_calls.find(record.head().nId);
-    if (found == m_calls.end())
+    SipCall* found = find(record.head().nId);
+    if (!found)
         return;
-    SipCall& call = *found->second;
+    SipCall& call = *found;
     switch (record.head().eKind) {
     case SIP_RING:
         call.ring(record.as<tagSipMedia>().szSdp);
@@ -173,6 +185,9 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
     case SIP_TRANSFER:
         call.transfer(record.as<tagSipTarget>().szTarget);
         break;
+    case SIP_CONNECT:
+        connectCalls(record.as<tagSipConnect>());
+        break;
     case SIP_TONE:
         call.sendTone(char(record.as<tagSipTone>().nTone), record.as<tagSipTone>().nMs);
         break;
@@ -185,17 +200,83 @@ void SipAgent::dial(const tagSipDial& dial, const std::string& replaces)
 {
     dropCalls();
     const auto& line = m_lines[dial.nLine];
-    const bool isNew = m_calls.count(dial.head.nId) == 0;
-    if (isNew && line && line->isRegistered() && callCount() < SIP_CALLS_MAX) {
-        auto& call = m_calls[dial.head.nId] = std::make_unique<SipCall>(m_stack, dial.head.nId);
-        call->dial(*line, dial, replaces);
+    SipCall* referrer = find(dial.nReferrer);
+    const Referral* referral = referrer ? referrer->acceptReferral() : nullptr;
+    // Who has asked for the call makes room for it.
+    const size_t room = SIP_CALLS_MAX + (referral ? 1 : 0);
+    const char* reason = "";
+    if (dial.nReferrer && !referral)
+        reason = "Nobody asks for this call any more";
+    else if (!line || !line->isRegistered())
+        reason = "The line is not registered";
+    else if (callCount() >= room || m_calls.count(dial.head.nId))
+        reason = "There are too many calls";
+    if (!*reason) {
+        tagCallOrigin origin = {replaces, "", !replaces.empty()};
+        if (referral)
+            origin = {referral->replaces(), referral->referredBy(), false};
+        startDial(dial, *line, origin);
         return;
     }
+    if (referral)
+        referrer->tellReferral(503, "Service Unavailable");
     auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, dial.head.nId);
     ended.eEnding = SIP_BROKEN;
-    sipWire::setText(ended.szReason, line && line->isRegistered() ? "There are too many calls"
-                                                                  : "The line is not registered");
+    sipWire::setText(ended.szReason, reason);
     m_phone.tell(ended);
+}
+
+void SipAgent::startDial(const tagSipDial& dial, const Registration& line, const tagCallOrigin& origin)
+{
+    tagCallHooks hooks;
+    const uint32_t number = dial.nLine, referrer = dial.nReferrer;
+    hooks.serverFails = [this, number] {
+        if (m_lines[number])
+            m_lines[number]->doubt();
+    };
+    if (referrer) {
+        hooks.progress = [this, referrer](uint32_t status, const std::string& phrase) {
+            if (SipCall* call = find(referrer))
+                call->tellReferral(status, phrase);
+        };
+    }
+    auto& call = m_calls[dial.head.nId] = std::make_unique<SipCall>(m_stack, dial.head.nId);
+    call->dial(line, dial, origin, std::move(hooks));
+}
+
+void SipAgent::connectCalls(const tagSipConnect& connect)
+{
+    const uint32_t ids[] = {connect.head.nId, connect.nOther};
+    const SipCall* other = find(connect.nOther);
+    if (!other) {
+        auto refused = sipWire::make<tagSipStatus>(SIP_TRANSFERRED, connect.head.nId);
+        refused.nStatus = 481;
+        m_phone.tell(refused);
+        return;
+    }
+    find(connect.head.nId)->connectTo(*other, [this, ids] {
+        for (const uint32_t id : ids) {
+            if (SipCall* call = find(id))
+                call->hangUp();
+        }
+    });
+}
+
+SipCall* SipAgent::find(uint32_t id) const
+{
+    const auto found = m_calls.find(id);
+    return found == m_calls.end() ? nullptr : found->second.get();
+}
+
+uint32_t SipAgent::findReplaced(const sip_replaces_t& replaces, uint32_t line, uint32_t& id) const
+{
+    for (const auto& call : m_calls) {
+        if (!call.second->isMeantBy(replaces, line))
+            continue;
+        id = call.first;
+        return call.second->refusalToReplace(replaces.rp_early_only != 0);
+    }
+    return 481;
 }
 
 void SipAgent::pickUp(const tagSipPickUp& wanted)
@@ -246,22 +327,32 @@ void SipAgent::arrive(const tagStackEvent& event)
 {
     const Registration* line = lineFor(*event.pMessage);
     const sip_payload_t* body = event.pMessage->sip_payload;
-    const bool isBusy = callCount() >= SIP_CALLS_MAX;
+    const sip_replaces_t* replaces = event.pMessage->sip_replaces;
+    uint32_t replaced = 0;
+    const uint32_t refusal = line && replaces ? findReplaced(*replaces, line->line(), replaced) : 0;
+    const bool isBusy = callCount() >= size_t(SIP_CALLS_MAX + (replaced ? 1 : 0));
     if (!line || m_bEnding)
         nua_respond(event.pHandle, SIP_404_NOT_FOUND, TAG_END());
+    else if (refusal)
+        nua_respond(event.pHandle, int(refusal), sip_status_phrase(int(refusal)), TAG_END());
     else if (isBusy)
         nua_respond(event.pHandle, SIP_486_BUSY_HERE, TAG_END());
     else if (body && body->pl_len >= SIP_SDP_SIZE)
         nua_respond(event.pHandle, SIP_488_NOT_ACCEPTABLE, TAG_END());
     else
-        makeCall(*line, event);
+        makeCall(*line, event, replaced);
 }
 
-void SipAgent::makeCall(const Registration& line, const tagStackEvent& event)
+void SipAgent::makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced)
 {
     const uint32_t id = m_nNextIncoming++;
+    tagCallHooks hooks;
+    hooks.answered = [this, replaced] {
+        if (SipCall* other = find(replaced))
+            other->beReplaced();
+    };
     auto& call = m_calls[id] = std::make_unique<SipCall>(m_stack, id);
-    call->arrive(line, event);
+    call->arrive(line, event, replaced, std::move(hooks));
 }
 
 size_t SipAgent::callCount() const
@@ -323,6 +414,9 @@ void SipAgent::onStack(nua_event_t event, int status, const char* phrase, nua_t*
         owner->onStack(told);
     } else if (event == nua_i_invite && message) {
         self->arrive(told);
+    } else if (event == nua_i_refer && handle && status < 200) {
+        nua_respond(handle, SIP_403_FORBIDDEN, NUTAG_WITH_THIS(self->m_stack.pNua), TAG_END());
+        nua_handle_destroy(handle);
     } else if (handle && (event != nua_i_state || isTerminated(tags))) {
         nua_handle_destroy(handle); // of a request that nobody here waits for
     }

@@ -30,6 +30,8 @@ private:
     bool makeStack(const tagSipSetup& setup);
     void setAccount(const tagSipAccount& account);
     void takeForCall(const sipWire::Reader& record);
+    void startDial(const tagSipDial& dial, const Registration& line, const tagCallOrigin& origin);
+    void connectCalls(const tagSipConnect& connect);
     void dial(const tagSipDial& dial, const std::string& replaces = "");
     void pickUp(const tagSipPickUp& wanted);
     // Whom a request from outside is for; null: nobody here.
@@ -37,7 +39,10 @@ private:
     // Of an event that the handle's owner did not subscribe to.
     void takeNote(const tagStackEvent& event, bool isOwned);
     void arrive(const tagStackEvent& event);
-    void makeCall(const Registration& line, const tagStackEvent& event);
+    void makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced);
+    // The status that refuses a call that asks to take the place of another; 0 and that one's id for none.
+    uint32_t findReplaced(const sip_replaces_t& replaces, uint32_t line, uint32_t& id) const;
+    SipCall* find(uint32_t id) const;
     size_t callCount() const;
     // Those that have ended for both sides.
     void dropCalls();

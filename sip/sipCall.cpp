@@ -1,8 +1,10 @@
 #include "sip/sipCall.h"
+#include "sip/floodGuard.h"
 #include "sip/phoneLink.h"
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
 #include "sip/sipCaller.h"
+#include "sip/stackMemory.h"
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_status.h>
 #include <sofia-sip/sip_tag.h>
@@ -13,6 +15,7 @@ namespace {
 
 constexpr uint32_t kReleaseMs = 5000;
 constexpr const char* kSdpType = "application/sdp";
+constexpr const char* kRetryAfterSeconds = "2";
 
 std::string sdpOf(const sip_t* message)
 {
@@ -34,8 +37,13 @@ std::string inBrackets(const std::string& address)
 } // namespace
 
 SipCall::SipCall(const tagSipStack& stack, uint32_t id)
-    : m_stack(stack), m_nId(id), m_bIncoming(id >= SIP_CALL_FIRST_INCOMING), m_limit(stack.pRoot),
-      m_offer(stack.pRoot)
+    : m_stack(stack), m_nId(id), m_bIncoming(id >= SIP_CALL_FIRST_INCOMING),
+      m_offer(stack.pRoot, !m_bIncoming,
+              [this](const std::string& sdp) {
+                  nua_invite(m_pHandle, SIPTAG_CONTENT_TYPE_STR(kSdpType), SIPTAG_PAYLOAD_STR(sdp.c_str()),
+                             TAG_END());
+              }),
+      m_limit(stack.pRoot), m_silent(stack.pRoot), m_phone(stack.pRoot), m_asked(stack.pRoot)
 {
 }
 
@@ -44,47 +52,63 @@ SipCall::~SipCall()
     release();
 }
 
-void SipCall::dial(const Registration& line, const tagSipDial& dial, const std::string& replaces)
+void SipCall::dial(const Registration& line, const tagSipDial& dial, const tagCallOrigin& origin,
+                   tagCallHooks hooks)
 {
+    m_hooks = std::move(hooks);
+    m_nLine = line.line();
     m_own = line.ownAddress();
     m_server = line.server();
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
-    const std::string target = sipAddress::target(dial.szTarget, m_server);
-    const std::string to = inBrackets(target), hop = line.hop();
-    const std::string way = std::string("transport=") + line.transportName();
-    const bool isAnonymous = dial.bAnonymous != 0;
-    const std::string from = isAnonymous ? "\"Anonymous\" <sip:anonymous@anonymous.invalid>" : m_own;
-    const std::string identity = "P-Preferred-Identity: " + m_own;
-    m_pHandle = nua_handle(m_stack.pNua, this, NUTAG_URL(target.c_str()), SIPTAG_TO_STR(to.c_str()),
-                           SIPTAG_FROM_STR(from.c_str()), TAG_END());
-    if (!m_pHandle) {
-        end(SIP_BROKEN, 0, "The number makes no address");
-        return;
-    }
+    m_setup = std::make_unique<CallSetup>(m_stack, line, dial, origin);
+    m_remote = m_setup->target();
     m_eStep = STEP_RINGING;
     m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
-    nua_invite(m_pHandle, NUTAG_PROXY(hop.c_str()), NUTAG_AUTO302(0),
-               NUTAG_M_USERNAME(line.contact().c_str()), NUTAG_M_PARAMS(way.c_str()),
-               SIPTAG_CONTENT_TYPE_STR(kSdpType), SIPTAG_PAYLOAD_STR(dial.szSdp),
-               TAG_IF(!replaces.empty(), SIPTAG_REPLACES_STR(replaces.c_str())),
-               TAG_IF(!replaces.empty(), SIPTAG_REQUIRE_STR("replaces")),
-               TAG_IF(isAnonymous, SIPTAG_PRIVACY_STR("id")),
-               TAG_IF(isAnonymous, SIPTAG_HEADER_STR(identity.c_str())), TAG_END());
+    invite();
 }
 
-void SipCall::arrive(const Registration& line, const tagStackEvent& event)
+void SipCall::invite()
 {
+    m_pHandle = m_setup->invite(this);
+    if (m_pHandle)
+        m_silent.start(m_stack.setup.nSilentMs, [this] { nextServer(); });
+    else
+        end(SIP_BROKEN, 0, "The number makes no address");
+}
+
+// The last server has all the time that the call has: it may only be slow.
+void SipCall::nextServer()
+{
+    m_silent.stop();
+    if (m_hooks.serverFails)
+        m_hooks.serverFails();
+    if (!m_setup->hasNext())
+        return;
+    // What this server may still make of the call is cancelled, or hung up.
+    nua_handle_destroy(std::exchange(m_pHandle, nullptr));
+    m_answers->reset();
+    invite();
+}
+
+void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint32_t replaced,
+                     tagCallHooks hooks)
+{
+    m_hooks = std::move(hooks);
     m_pHandle = event.pHandle;
     nua_handle_bind(m_pHandle, this);
+    m_nLine = line.line();
     m_own = line.ownAddress();
     m_server = line.server();
+    m_remote = sipCaller::address(*event.pMessage);
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
     m_remoteSdp = sdpOf(event.pMessage);
     m_eStep = STEP_RINGING;
     m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
-    arrived.nLine = line.line();
-    sipCaller::read(*event.pMessage, arrived);
+    arrived.nLine = m_nLine;
+    arrived.nReplaces = replaced;
+    const std::string source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
+    sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
 }
@@ -95,6 +119,22 @@ void SipCall::respond(uint32_t status, const std::string& sdp)
     nua_respond(m_pHandle, int(status), phrase ? phrase : "Refused",
                 TAG_IF(!sdp.empty(), SIPTAG_CONTENT_TYPE_STR(kSdpType)),
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
+}
+
+void SipCall::respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp)
+{
+    const char* phrase = sip_status_phrase(int(status));
+    nua_respond(m_pHandle, int(status), phrase ? phrase : "Refused", NUTAG_WITH(request.message()),
+                TAG_IF(status == 500, SIPTAG_RETRY_AFTER_STR(kRetryAfterSeconds)),
+                TAG_IF(!sdp.empty(), SIPTAG_CONTENT_TYPE_STR(kSdpType)),
+                TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
+}
+
+void SipCall::respondToOffer(uint32_t status, const std::string& sdp)
+{
+    m_phone.stop();
+    respondTo(*m_offered, status, sdp);
+    m_offered.reset();
 }
 
 void SipCall::ring(const std::string& sdp)
@@ -110,10 +150,14 @@ void SipCall::answer(const std::string& sdp)
     m_eStep = STEP_TALKING;
     m_limit.stop();
     respond(200, sdp);
+    if (m_hooks.answered)
+        m_hooks.answered();
 }
 
 void SipCall::refuse(uint32_t status)
 {
+    if (m_eStep == STEP_TALKING && m_referral)
+        m_referral->refuse(status);
     if (!m_bIncoming || m_eStep != STEP_RINGING)
         return;
     respond(status);
@@ -161,21 +205,38 @@ void SipCall::setMedia(const std::string& sdp)
 {
     if (m_eStep != STEP_TALKING)
         return;
-    if (m_bOffered) {
-        m_bOffered = false;
-        m_offer.stop();
-        respond(sdp.empty() ? 488 : 200, sdp);
-    } else if (!m_bOffering && !sdp.empty()) {
-        m_bOffering = true;
-        nua_invite(m_pHandle, SIPTAG_CONTENT_TYPE_STR(kSdpType), SIPTAG_PAYLOAD_STR(sdp.c_str()), TAG_END());
+    if (!m_offered) {
+        if (!sdp.empty())
+            m_offer.want(sdp);
+        return;
     }
+    respondToOffer(sdp.empty() ? 488 : 200, sdp);
+    if (m_bByUpdate && !sdp.empty())
+        talk("");
 }
 
 void SipCall::transfer(const std::string& target)
 {
     if (m_eStep != STEP_TALKING)
         return;
-    const std::string address = inBrackets(sipAddress::target(target, m_server));
+    m_hooks.connected = nullptr;
+    refer(inBrackets(sipAddress::target(target, m_server)));
+}
+
+void SipCall::connectTo(const SipCall& other, std::function<void()> connected)
+{
+    const std::string address =
+        other.isTalking() ? sipDialog::addressReplacing(other.m_remote, other.m_pHandle) : "";
+    if (m_eStep != STEP_TALKING || address.empty()) {
+        onTransfer(481);
+        return;
+    }
+    m_hooks.connected = std::move(connected);
+    refer(inBrackets(address));
+}
+
+void SipCall::refer(const std::string& address)
+{
     m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { onTransfer(408); });
     nua_refer(m_pHandle, SIPTAG_REFER_TO_STR(address.c_str()), SIPTAG_REFERRED_BY_STR(m_own.c_str()),
               TAG_END());
@@ -207,6 +268,14 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_i_invite:
         onOffer(event);
         break;
+    case nua_i_update:
+        if (status < 200)
+            onOffer(event);
+        break;
+    case nua_i_refer:
+        if (status < 200)
+            onReferred(event);
+        break;
     case nua_i_ack:
         if (m_eStep == STEP_TALKING)
             talk(sdpOf(event.pMessage));
@@ -231,10 +300,13 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_i_state: {
         int state = nua_callstate_init;
         tl_gets(event.pTags, NUTAG_CALLSTATE_REF(state), TAG_END());
-        if (state == nua_callstate_terminated) {
+        // The stack gives up a call by itself, and waits for a reply to that.
+        if (state >= nua_callstate_terminating && !hasEnded()) {
             end(SIP_BROKEN, status >= 100 && status <= 699 ? status : 0, event.szPhrase);
-            release();
+            releaseSoon();
         }
+        if (state == nua_callstate_terminated)
+            release();
         break;
     }
     default:
@@ -248,59 +320,165 @@ void SipCall::onInviteReply(const tagStackEvent& event)
     const std::string sdp = sdpOf(event.pMessage);
     if (hasEnded() || status < 100)
         return;
-    if (status < 200) {
-        auto progress = sipWire::make<tagSipProgress>(SIP_PROGRESS, m_nId);
-        progress.nStatus = status;
-        sipWire::setText(progress.szSdp, isTooLarge(sdp) ? "" : sdp);
-        m_stack.pPhone->tell(progress);
-    } else if (status < 300) {
+    if (event.pMessage) {
+        m_silent.stop();
+        m_name = sipDialog::nameOf(*event.pMessage);
+    }
+    if (status == 100)
+        return;
+    if (status >= 200) {
+        onFinalReply(event);
+        return;
+    }
+    // What was agreed on early is not always told again.
+    if (!sdp.empty() && !isTooLarge(sdp))
+        m_remoteSdp = sdp;
+    auto progress = sipWire::make<tagSipProgress>(SIP_PROGRESS, m_nId);
+    progress.nStatus = status;
+    sipWire::setText(progress.szSdp, isTooLarge(sdp) ? "" : sdp);
+    m_stack.pPhone->tell(progress);
+    tellProgress(status, event.szPhrase);
+}
+
+void SipCall::onFinalReply(const tagStackEvent& event)
+{
+    const uint32_t status = uint32_t(event.nStatus);
+    // What the stack itself makes up has no message.
+    const bool isDown = status == 503 || !event.pMessage;
+    if (status >= 300 && isDown && m_setup->hasNext()) {
+        nextServer();
+        return;
+    }
+    tellProgress(status, event.szPhrase);
+    if (status < 300) {
         m_answers->reset();
         m_limit.stop();
         m_eStep = STEP_TALKING;
-        talk(sdp);
-    } else if (status < 400 && event.pMessage && event.pMessage->sip_contact) {
-        su_home_t home[1] = {SU_HOME_INIT(home)};
-        const char* target = url_as_string(home, event.pMessage->sip_contact->m_url);
-        end(SIP_REDIRECTED, status, event.szPhrase, target ? target : "");
-        su_home_deinit(home);
-        releaseSoon();
-    } else {
-        // What the stack itself makes up has no message.
-        end(event.pMessage ? SIP_REFUSED : SIP_BROKEN, status <= 699 ? status : 0, event.szPhrase);
-        releaseSoon();
+        talk(sdpOf(event.pMessage));
+        return;
     }
+    if (isDown && m_hooks.serverFails)
+        m_hooks.serverFails();
+    if (status < 400 && event.pMessage && event.pMessage->sip_contact) {
+        StackMemory memory;
+        const char* target = url_as_string(memory.home(), event.pMessage->sip_contact->m_url);
+        end(SIP_REDIRECTED, status, event.szPhrase, target ? target : "");
+    } else {
+        end(event.pMessage ? SIP_REFUSED : SIP_BROKEN, status <= 699 ? status : 0, event.szPhrase);
+    }
+    releaseSoon();
 }
 
 // Of an offer in the call: one that is not taken leaves everything as it was.
 void SipCall::onMediaReply(const tagStackEvent& event)
 {
-    if (event.nStatus < 200 || !m_bOffering)
+    if (event.nStatus < 200 || !m_offer.isUnderWay())
         return;
-    m_bOffering = false;
     m_answers->reset();
+    if (!m_offer.settle(uint32_t(event.nStatus)))
+        return;
     if (event.nStatus < 300)
         talk(sdpOf(event.pMessage));
     else
         m_stack.pPhone->tell(sipWire::make<tagSipMedia>(SIP_TALK, m_nId));
 }
 
+// The stack itself refuses a second INVITE, and one that meets an INVITE from here.
 void SipCall::onOffer(const tagStackEvent& event)
 {
     const std::string sdp = sdpOf(event.pMessage);
-    if (m_eStep != STEP_TALKING || isTooLarge(sdp)) {
-        respond(488);
+    const bool isUpdate = event.eEvent == nua_i_update;
+    auto request = std::make_unique<SavedRequest>(m_stack.pNua);
+    uint32_t status = 0;
+    if (isUpdate && sdp.empty())
+        status = 200;
+    else if (m_eStep != STEP_TALKING || isTooLarge(sdp))
+        status = 488;
+    else if (m_offered)
+        status = 500;
+    else if (isUpdate && m_offer.isUnderWay())
+        status = 491;
+    if (status) {
+        respondTo(*request, status);
         return;
     }
-    m_bOffered = true;
+    m_offered = std::move(request);
+    m_bByUpdate = isUpdate;
     if (!sdp.empty())
         m_remoteSdp = sdp;
-    m_offer.start(m_stack.setup.nOfferMs, [this] {
-        m_bOffered = false;
-        respond(488);
-    });
+    m_phone.start(m_stack.setup.nOfferMs, [this] { respondToOffer(488); });
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
     sipWire::setText(offer.szSdp, sdp);
     m_stack.pPhone->tell(offer);
+}
+
+void SipCall::onReferred(const tagStackEvent& event)
+{
+    auto referral = std::make_unique<Referral>(m_stack, event);
+    if (referral->problem()) {
+        referral->refuse(referral->problem());
+        return;
+    }
+    if (m_eStep != STEP_TALKING || (m_referral && !m_referral->isOver()))
+        return;
+    m_referral = std::move(referral);
+    m_asked.start(m_stack.setup.nOfferMs, [this] { m_referral->refuse(603); });
+    auto referred = sipWire::make<tagSipReferred>(SIP_REFERRED, m_nId);
+    referred.bReplaces = !m_referral->replaces().empty();
+    sipWire::setText(referred.szTarget, m_referral->target());
+    m_stack.pPhone->tell(referred);
+}
+
+const Referral* SipCall::acceptReferral()
+{
+    if (!m_referral || !m_referral->isWaiting())
+        return nullptr;
+    m_asked.stop();
+    m_referral->accept();
+    return m_referral.get();
+}
+
+void SipCall::tellReferral(uint32_t status, const std::string& phrase)
+{
+    if (m_referral && !hasEnded())
+        m_referral->tell(status, phrase);
+}
+
+void SipCall::tellProgress(uint32_t status, const std::string& phrase)
+{
+    // It may be replaced while it runs.
+    const auto tell = m_hooks.progress;
+    if (status >= 200)
+        m_hooks.progress = nullptr;
+    if (tell)
+        tell(status, phrase);
+}
+
+bool SipCall::isMeantBy(const sip_replaces_t& replaces, uint32_t line) const
+{
+    return m_nLine == line &&
+           sipDialog::isNamedBy(m_bIncoming && !hasEnded() ? sipDialog::nameOf(m_pHandle) : m_name, replaces);
+}
+
+uint32_t SipCall::refusalToReplace(bool onlyEarly) const
+{
+    if (hasEnded())
+        return 603;
+    if (m_eStep == STEP_RINGING && m_bIncoming)
+        return 481;
+    return m_eStep == STEP_TALKING && onlyEarly ? 486 : 0;
+}
+
+void SipCall::beReplaced()
+{
+    if (hasEnded())
+        return;
+    if (m_eStep == STEP_TALKING)
+        nua_bye(m_pHandle, TAG_END());
+    else
+        nua_cancel(m_pHandle, TAG_END());
+    end(SIP_REPLACED, 0, "Another call has taken its place");
+    releaseSoon();
 }
 
 void SipCall::onTransfer(uint32_t status)
@@ -309,12 +487,16 @@ void SipCall::onTransfer(uint32_t status)
     auto record = sipWire::make<tagSipStatus>(SIP_TRANSFERRED, m_nId);
     record.nStatus = status;
     m_stack.pPhone->tell(record);
+    const auto connected = std::exchange(m_hooks.connected, nullptr);
+    if (connected && status < 300)
+        connected();
 }
 
 void SipCall::talk(const std::string& sdp)
 {
     if (!sdp.empty() && !isTooLarge(sdp))
         m_remoteSdp = sdp;
+    m_name = sipDialog::nameOf(m_pHandle);
     auto record = sipWire::make<tagSipMedia>(SIP_TALK, m_nId);
     sipWire::setText(record.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(record);
@@ -325,8 +507,8 @@ void SipCall::end(SIP_ENDING ending, uint32_t status, const std::string& reason,
     if (hasEnded())
         return;
     m_eStep = STEP_ENDED;
-    m_limit.stop();
-    m_offer.stop();
+    stopTimers();
+    tellProgress(status >= 300 ? status : 487, reason.empty() ? "Ended" : reason);
     auto record = sipWire::make<tagSipEnded>(SIP_ENDED, m_nId);
     record.eEnding = ending;
     record.nStatus = status;
@@ -340,10 +522,20 @@ void SipCall::releaseSoon()
     m_limit.start(kReleaseMs, [this] { release(); });
 }
 
-void SipCall::release()
+void SipCall::stopTimers()
 {
     m_limit.stop();
+    m_silent.stop();
+    m_phone.stop();
+    m_asked.stop();
     m_offer.stop();
+}
+
+void SipCall::release()
+{
+    stopTimers();
+    m_offered.reset();
+    m_referral.reset();
     if (m_pHandle)
         nua_handle_destroy(std::exchange(m_pHandle, nullptr));
 }

@@ -1,13 +1,32 @@
 #pragma once
 // One call, from its INVITE to its BYE: signalling only, what its media are the phone says. It rings for a
 // limited time, and its end is told once.
+#include "sip/callSetup.h"
 #include "sip/challengeAnswers.h"
+#include "sip/mediaOffer.h"
+#include "sip/referral.h"
+#include "sip/savedRequest.h"
+#include "sip/sipDialog.h"
 #include "sip/sipStack.h"
 #include "sip/sipTimer.h"
+#include <functional>
 #include <memory>
 #include <string>
 
 class Registration;
+
+// What others want to hear of a call; each may be empty.
+struct tagCallHooks
+{
+    // A server says nothing to the call, or is out of service.
+    std::function<void()> serverFails;
+    // What becomes of a call that somebody has asked for; a final status is told once.
+    std::function<void(uint32_t status, const std::string& phrase)> progress;
+    // A call from outside was answered.
+    std::function<void()> answered;
+    // The other side has reached whom SIP_CONNECT names.
+    std::function<void()> connected;
+};
 
 class SipCall : public StackOwner
 {
@@ -15,11 +34,11 @@ public:
     SipCall(const tagSipStack& stack, uint32_t id);
     ~SipCall() override;
 
-    // From here, by a line that is registered. replaces: a call that rings elsewhere and is taken from there,
-    // as the header of that name has it; empty: none.
-    void dial(const Registration& line, const tagSipDial& dial, const std::string& replaces = "");
-    // The INVITE of a call from outside.
-    void arrive(const Registration& line, const tagStackEvent& event);
+    // From here, by a line that is registered.
+    void dial(const Registration& line, const tagSipDial& dial, const tagCallOrigin& origin,
+              tagCallHooks hooks);
+    // The INVITE of a call from outside; replaced: the call whose place it takes, 0 for none.
+    void arrive(const Registration& line, const tagStackEvent& event, uint32_t replaced, tagCallHooks hooks);
 
     // What the phone wants; what the call does not wait for is left alone.
     void ring(const std::string& sdp);
@@ -29,25 +48,47 @@ public:
     void hangUp();
     void setMedia(const std::string& sdp);
     void transfer(const std::string& target);
+    void connectTo(const SipCall& other, std::function<void()> connected);
     void sendTone(char tone, uint32_t ms);
 
     // Nothing will come of it any more.
     bool isOver() const { return !m_pHandle; }
     // It was told that it has ended: it takes no room among the calls.
     bool hasEnded() const { return m_eStep == STEP_ENDED; }
+    bool isTalking() const { return m_eStep == STEP_TALKING; }
+
+    // What the other side has asked this one to call, from here on followed by tellReferral(); null for
+    // nothing.
+    const Referral* acceptReferral();
+    void tellReferral(uint32_t status, const std::string& phrase);
+    // Whether the header means this call, by the line.
+    bool isMeantBy(const sip_replaces_t& replaces, uint32_t line) const;
+    // The status that refuses another call in its place; 0 for none.
+    uint32_t refusalToReplace(bool onlyEarly) const;
+    void beReplaced();
     void onStack(const tagStackEvent& event) override;
 
 private:
     enum STEP { STEP_NEW, STEP_RINGING, STEP_TALKING, STEP_ENDED };
 
+    void invite();
+    void nextServer();
     void onInviteReply(const tagStackEvent& event);
+    void onFinalReply(const tagStackEvent& event);
     void onMediaReply(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
+    void onReferred(const tagStackEvent& event);
     void onTransfer(uint32_t status);
+    void refer(const std::string& address);
     void talk(const std::string& sdp);
     void ringsTooLong();
     void end(SIP_ENDING ending, uint32_t status, const std::string& reason, const std::string& target = "");
     void respond(uint32_t status, const std::string& sdp = "");
+    void respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp = "");
+    // To what the other side has offered.
+    void respondToOffer(uint32_t status, const std::string& sdp = "");
+    void tellProgress(uint32_t status, const std::string& phrase);
+    void stopTimers();
     // The server has this long to take note of the end.
     void releaseSoon();
     void release();
@@ -56,13 +97,22 @@ private:
     const uint32_t m_nId;
     const bool m_bIncoming;
     nua_handle_t* m_pHandle = nullptr;
+    tagCallHooks m_hooks;
+    std::unique_ptr<CallSetup> m_setup; // of a call from here
     std::unique_ptr<ChallengeAnswers> m_answers;
+    std::unique_ptr<Referral> m_referral;
+    std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
+    bool m_bByUpdate = false;                // that nobody acknowledges
+    uint32_t m_nLine = 0;
     std::string m_own;    // address of the line
     std::string m_server; // of the line
+    std::string m_remote; // address of the other side
     std::string m_remoteSdp;
+    tagDialogName m_name;
     STEP m_eStep = STEP_NEW;
-    bool m_bOffered = false;  // by the other side, and not answered yet
-    bool m_bOffering = false; // by this side
-    SipTimer m_limit;         // of ringing, of the end
-    SipTimer m_offer;
+    MediaOffer m_offer;
+    SipTimer m_limit; // of ringing, of the end
+    SipTimer m_silent;
+    SipTimer m_phone; // of its answer to an offer
+    SipTimer m_asked; // of its answer to a referral
 };

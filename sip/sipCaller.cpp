@@ -1,6 +1,7 @@
 #include "sip/sipCaller.h"
 #include "sip/sipAddress.h"
 #include "sip/sipWire.h"
+#include "sip/stackMemory.h"
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -34,6 +35,11 @@ std::string userOf(const url_t* url)
     return plain.data();
 }
 
+bool isAnonymous(const url_t* url)
+{
+    return lower(textOf(url->url_host)) == "anonymous.invalid" || lower(textOf(url->url_user)) == "anonymous";
+}
+
 bool wantsPrivacy(const sip_t& message)
 {
     for (const sip_privacy_t* privacy = message.sip_privacy; privacy; privacy = nullptr) {
@@ -43,9 +49,7 @@ bool wantsPrivacy(const sip_t& message)
                 return true;
         }
     }
-    const url_t* from = message.sip_from->a_url;
-    return lower(textOf(from->url_host)) == "anonymous.invalid" ||
-           lower(textOf(from->url_user)) == "anonymous";
+    return isAnonymous(message.sip_from->a_url);
 }
 
 bool hasHeaderWith(const sip_t& message, const char* name, const char* word)
@@ -74,11 +78,27 @@ bool wantsAutoAnswer(const sip_t& message)
             return true;
     }
     for (const sip_alert_info_t* info = sip_alert_info(&message); info; info = info->ai_next) {
-        if (hasParam(info->ai_params, "alert-autoanswer") || hasParam(info->ai_params, "auto answer"))
+        if (hasParam(info->ai_params, "alert-autoanswer") || hasParam(info->ai_params, "auto answer") ||
+            hasParam(info->ai_params, "answer-after=0"))
             return true;
     }
     return hasHeaderWith(message, "Answer-Mode", "auto") ||
+           hasHeaderWith(message, "Priv-Answer-Mode", "auto") ||
+           hasHeaderWith(message, "P-Auto-Answer", "normal") ||
            hasHeaderWith(message, "Call-Info", "answer-after=0");
+}
+
+// One that does not fit is none: half an address leads somewhere else.
+std::string pictureOf(const sip_t& message)
+{
+    StackMemory memory;
+    for (const sip_call_info_t* info = message.sip_call_info; info; info = info->ci_next) {
+        const std::string address = textOf(url_as_string(memory.home(), info->ci_url));
+        const bool isWeb = info->ci_url->url_type == url_http || info->ci_url->url_type == url_https;
+        if (isWeb && hasParam(info->ci_params, "purpose=icon") && address.size() < SIP_TARGET_SIZE)
+            return address;
+    }
+    return "";
 }
 
 // Of "<sip:202@host>;reason=no-answer, <sip:203@host>", the last who sent it on first.
@@ -99,16 +119,19 @@ std::vector<std::string> forwarders(const sip_t& message)
 
 } // namespace
 
-void sipCaller::read(const sip_t& message, tagSipArrived& arrived)
+void sipCaller::read(const sip_t& message, bool isFromServer, tagSipArrived& arrived)
 {
     const sip_from_t* from = message.sip_from;
     arrived.bAnonymous = wantsPrivacy(message);
     arrived.bAutoAnswer = wantsAutoAnswer(message);
     if (!arrived.bAnonymous) {
-        const sip_p_asserted_identity_t* asserted = sip_p_asserted_identity(&message);
+        const sip_p_asserted_identity_t* asserted =
+            isFromServer ? sip_p_asserted_identity(&message) : nullptr;
         sipWire::setText(arrived.szNumber, userOf(asserted ? asserted->paid_url : from->a_url));
         const std::string name = textOf(asserted ? asserted->paid_display : from->a_display);
         sipWire::setText(arrived.szName, sipAddress::plainName(name));
+        if (isFromServer)
+            sipWire::setText(arrived.szPicture, pictureOf(message));
     }
     std::vector<std::string> numbers = forwarders(message);
     numbers.resize(std::min<size_t>(numbers.size(), SIP_FORWARDS_MAX));
@@ -116,6 +139,14 @@ void sipCaller::read(const sip_t& message, tagSipArrived& arrived)
     arrived.nForwards = uint32_t(numbers.size());
     for (size_t i = 0; i < numbers.size(); ++i)
         sipWire::setText(arrived.szForwardedBy[i], numbers[i]);
+}
+
+std::string sipCaller::address(const sip_t& message)
+{
+    const url_t* from = message.sip_from->a_url;
+    StackMemory memory;
+    return textOf(url_as_string(
+        memory.home(), isAnonymous(from) && message.sip_contact ? message.sip_contact->m_url : from));
 }
 
 bool sipCaller::isAnsweredElsewhere(const sip_t* message)

@@ -44,6 +44,8 @@ enum SIP_RECORD : uint32_t {
     SIP_UNWATCH = 31, // no further fields
     SIP_WATCH_LIST = 32,
     SIP_PICK_UP = 33,
+    SIP_CONNECT = 40,
+    SIP_NETWORK = 41, // no further fields: the machine has other addresses, all lines are registered anew
     // From the agent.
     SIP_HELLO = 100, // no further fields: the stack is there
     SIP_LINE = 101,
@@ -56,7 +58,9 @@ enum SIP_RECORD : uint32_t {
     SIP_MESSAGES = 130,
     SIP_LAMP = 131,
     SIP_LIST = 132,
-    SIP_MEMBER = 133
+    SIP_MEMBER = 133,
+    SIP_REFERRED = 140,
+    SIP_MAPPED = 141
 };
 
 struct tagSipHead
@@ -81,7 +85,8 @@ struct tagSipSetup
     uint32_t nRetryMs;                  // 50 to 600000: until a line is tried again, doubled each time
     uint32_t nRetryLastMs;              // nRetryMs to 3600000: the longest
     uint32_t nRingSeconds;              // 1 to 600: a call that nobody answers ends
-    uint32_t nOfferMs;                  // 100 to 30000: the phone's time to answer SIP_OFFER
+    uint32_t nOfferMs;                  // 100 to 30000: the phone's time to answer SIP_OFFER or SIP_REFERRED
+    uint32_t nKeepMs; // 0, or 100 to 600000: between signs of life that keep the way to servers open; 0: 25 s
 };
 
 enum SIP_TRANSPORT : uint32_t { SIP_UDP = 0, SIP_TCP = 1, SIP_TLS = 2 };
@@ -121,12 +126,22 @@ struct tagSipLine
     char szReason[SIP_TEXT_SIZE]; // for a person, in English
 };
 
+// The address by which the server of a line sees this phone, told whenever it is another one. It may differ
+// from all that the phone has itself.
+struct tagSipMapped
+{
+    tagSipHead head;
+    uint32_t nPort; // 1 to 65535
+    char szAddress[SIP_TEXT_SIZE];
+};
+
 // A call from line nLine.
 struct tagSipDial
 {
     tagSipHead head;
     uint32_t nLine;
     uint32_t bAnonymous; // 0 or 1: "Privacy: id", and no own name
+    uint32_t nReferrer;  // the call whose other side has asked for this one by SIP_REFERRED; 0: nobody has
     char szTarget[SIP_TARGET_SIZE];
     char szSdp[SIP_SDP_SIZE]; // the offer
 };
@@ -142,8 +157,8 @@ struct tagSipMedia
     char szSdp[SIP_SDP_SIZE];
 };
 
-// SIP_REFUSE: status 400 to 699 for a call that came in. SIP_TRANSFERRED: what became of a transfer, 200 to
-// 699. SIP_HANG_UP takes 0.
+// SIP_REFUSE: status 400 to 699 for a call that came in, or for what SIP_REFERRED of a call that talks asks.
+// SIP_TRANSFERRED: what became of SIP_TRANSFER or SIP_CONNECT, 200 to 699. SIP_HANG_UP takes 0.
 struct tagSipStatus
 {
     tagSipHead head;
@@ -155,6 +170,23 @@ struct tagSipStatus
 struct tagSipTarget
 {
     tagSipHead head;
+    char szTarget[SIP_TARGET_SIZE];
+};
+
+// SIP_CONNECT: the other sides of two calls that talk are to talk with each other. That of this call is asked
+// to call that of nOther. Where it does, both calls end; else both stay.
+struct tagSipConnect
+{
+    tagSipHead head;
+    uint32_t nOther; // id of a call
+};
+
+// The other side of a call that talks asks the phone to call somebody. Who wants that dials with nReferrer,
+// within nOfferMs; the other side is told how that goes.
+struct tagSipReferred
+{
+    tagSipHead head;
+    uint32_t bReplaces; // 0 or 1: the new call takes the place of one that szTarget has
     char szTarget[SIP_TARGET_SIZE];
 };
 
@@ -173,8 +205,11 @@ struct tagSipArrived
     uint32_t bAnonymous;  // 0 or 1
     uint32_t bAutoAnswer; // 0 or 1: the caller asks for an answer without a hand
     uint32_t nForwards;   // 0 to SIP_FORWARDS_MAX
+    uint32_t nReplaces;   // the call whose place it takes when it is answered, at once; 0: none
     char szNumber[SIP_TEXT_SIZE];
     char szName[SIP_TEXT_SIZE];
+    char szPicture[SIP_TARGET_SIZE]; // address of the caller's, by http or https; from the line's own server
+                                     // alone
     char szForwardedBy[SIP_FORWARDS_MAX][SIP_TEXT_SIZE]; // the last phone that sent it on is the last one
     char szSdp[SIP_SDP_SIZE];                            // the offer; none: the caller wants one
 };
@@ -194,7 +229,8 @@ enum SIP_ENDING : uint32_t {
     SIP_REFUSED = 3,    // with nStatus, by whoever was called
     SIP_REDIRECTED = 4, // to szTarget, by whoever was called
     SIP_UNANSWERED = 5, // it has rung too long
-    SIP_BROKEN = 6      // it could not be made, or was lost
+    SIP_BROKEN = 6,     // it could not be made, or was lost
+    SIP_REPLACED = 7    // another call has taken its place
 };
 
 struct tagSipEnded

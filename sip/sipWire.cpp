@@ -64,7 +64,8 @@ const std::vector<tagShape>& shapes()
           TEXT_FIELD(tagSipSetup, szCertificates), TEXT_FIELD(tagSipSetup, szNames),
           NUMBER_FIELD(tagSipSetup, nSilentMs, 100, 30000), NUMBER_FIELD(tagSipSetup, nRetryMs, 50, 600000),
           NUMBER_FIELD(tagSipSetup, nRetryLastMs, 50, 3600000),
-          NUMBER_FIELD(tagSipSetup, nRingSeconds, 1, 600), NUMBER_FIELD(tagSipSetup, nOfferMs, 100, 30000)}},
+          NUMBER_FIELD(tagSipSetup, nRingSeconds, 1, 600), NUMBER_FIELD(tagSipSetup, nOfferMs, 100, 30000),
+          NUMBER_FIELD(tagSipSetup, nKeepMs, 0, 600000)}},
         {SIP_ACCOUNT,
          sizeof(tagSipAccount),
          0,
@@ -82,12 +83,13 @@ const std::vector<tagShape>& shapes()
          SIP_CALL_FIRST,
          SIP_CALL_FIRST_INCOMING - 1,
          {NUMBER_FIELD(tagSipDial, nLine, 0, kLastLine), NUMBER_FIELD(tagSipDial, bAnonymous, 0, 1),
-          TEXT_FIELD(tagSipDial, szTarget), SDP_FIELD(tagSipDial, szSdp)}},
+          NUMBER_FIELD(tagSipDial, nReferrer, 0, kLastId), TEXT_FIELD(tagSipDial, szTarget),
+          SDP_FIELD(tagSipDial, szSdp)}},
         {SIP_RING, sizeof(tagSipMedia), SIP_CALL_FIRST_INCOMING, kLastId, media},
         {SIP_ANSWER, sizeof(tagSipMedia), SIP_CALL_FIRST_INCOMING, kLastId, media},
         {SIP_REFUSE,
          sizeof(tagSipStatus),
-         SIP_CALL_FIRST_INCOMING,
+         SIP_CALL_FIRST,
          kLastId,
          {NUMBER_FIELD(tagSipStatus, nStatus, 400, kMaxStatus)}},
         {SIP_DEFLECT, sizeof(tagSipTarget), SIP_CALL_FIRST_INCOMING, kLastId, target},
@@ -103,6 +105,12 @@ const std::vector<tagShape>& shapes()
          SIP_CALL_FIRST,
          kLastId,
          {NUMBER_FIELD(tagSipTone, nTone, '#', 'D'), NUMBER_FIELD(tagSipTone, nMs, 40, 5000)}},
+        {SIP_CONNECT,
+         sizeof(tagSipConnect),
+         SIP_CALL_FIRST,
+         kLastId,
+         {NUMBER_FIELD(tagSipConnect, nOther, SIP_CALL_FIRST, kLastId)}},
+        {SIP_NETWORK, sizeof(tagSipHead), 0, 0, {}},
         {SIP_WATCH,
          sizeof(tagSipWatch),
          kFirstWatch,
@@ -147,15 +155,22 @@ const std::vector<tagShape>& shapes()
          {NUMBER_FIELD(tagSipLine, eState, SIP_LINE_NONE, SIP_LINE_REFUSED),
           NUMBER_FIELD(tagSipLine, nStatus, 0, kMaxStatus), NUMBER_FIELD(tagSipLine, nRetryMs, 0, 3600000),
           TEXT_FIELD(tagSipLine, szReason)}},
+        {SIP_MAPPED,
+         sizeof(tagSipMapped),
+         0,
+         kLastLine,
+         {NUMBER_FIELD(tagSipMapped, nPort, 1, kMaxPort), TEXT_FIELD(tagSipMapped, szAddress)}},
         {SIP_ARRIVED,
          sizeof(tagSipArrived),
          SIP_CALL_FIRST_INCOMING,
          kLastId,
          {NUMBER_FIELD(tagSipArrived, nLine, 0, kLastLine), NUMBER_FIELD(tagSipArrived, bAnonymous, 0, 1),
           NUMBER_FIELD(tagSipArrived, bAutoAnswer, 0, 1),
-          NUMBER_FIELD(tagSipArrived, nForwards, 0, SIP_FORWARDS_MAX), TEXT_FIELD(tagSipArrived, szNumber),
-          TEXT_FIELD(tagSipArrived, szName), forwardField(0), forwardField(1), forwardField(2),
-          forwardField(3), forwardField(4), SDP_FIELD(tagSipArrived, szSdp)}},
+          NUMBER_FIELD(tagSipArrived, nForwards, 0, SIP_FORWARDS_MAX),
+          NUMBER_FIELD(tagSipArrived, nReplaces, 0, kLastId), TEXT_FIELD(tagSipArrived, szNumber),
+          TEXT_FIELD(tagSipArrived, szName), TEXT_FIELD(tagSipArrived, szPicture), forwardField(0),
+          forwardField(1), forwardField(2), forwardField(3), forwardField(4),
+          SDP_FIELD(tagSipArrived, szSdp)}},
         {SIP_PROGRESS,
          sizeof(tagSipProgress),
          SIP_CALL_FIRST,
@@ -167,7 +182,7 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipEnded),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipEnded, eEnding, SIP_HUNG_UP, SIP_BROKEN),
+         {NUMBER_FIELD(tagSipEnded, eEnding, SIP_HUNG_UP, SIP_REPLACED),
           NUMBER_FIELD(tagSipEnded, nStatus, 0, kMaxStatus), TEXT_FIELD(tagSipEnded, szReason),
           TEXT_FIELD(tagSipEnded, szTarget)}},
         {SIP_TRANSFERRED,
@@ -175,6 +190,11 @@ const std::vector<tagShape>& shapes()
          SIP_CALL_FIRST,
          kLastId,
          {NUMBER_FIELD(tagSipStatus, nStatus, 200, kMaxStatus)}},
+        {SIP_REFERRED,
+         sizeof(tagSipReferred),
+         SIP_CALL_FIRST,
+         kLastId,
+         {NUMBER_FIELD(tagSipReferred, bReplaces, 0, 1), TEXT_FIELD(tagSipReferred, szTarget)}},
     };
     return all;
 }
@@ -236,7 +256,11 @@ bool isSoundWhole(const void* record, uint32_t kind)
         return static_cast<const tagSipPickUp*>(record)->szNumber[0] != 0;
     if (kind == SIP_SETUP) {
         const auto* setup = static_cast<const tagSipSetup*>(record);
-        return setup->nRetryLastMs >= setup->nRetryMs;
+        return setup->nRetryLastMs >= setup->nRetryMs && (setup->nKeepMs == 0 || setup->nKeepMs >= 100);
+    }
+    if (kind == SIP_CONNECT) {
+        const auto* connect = static_cast<const tagSipConnect*>(record);
+        return connect->nOther != connect->head.nId;
     }
     return true;
 }

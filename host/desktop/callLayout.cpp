@@ -7,6 +7,7 @@ namespace callLayout {
 namespace {
 
 constexpr int kKeepWeight = -1;
+constexpr int kOthersGap = 5;
 constexpr QRgb kPale = 0xffd3e0ee;
 
 struct tagPlaces
@@ -161,6 +162,12 @@ void apply(Ui_frmCall& ui, CALL_LAYOUT layout)
                               ui.wgtMarks, ui.labOthers, ui.labMute};
     for (QWidget* text : texts)
         text->setVisible(!isFull);
+}
+
+void putOthers(Ui_frmCall& ui)
+{
+    const int below = ui.labState->geometry().bottom() + kOthersGap;
+    ui.labOthers->move(ui.labOthers->x(), ui.labState->text().isEmpty() ? ui.labState->y() : below);
 }
 
 } // namespace callLayout

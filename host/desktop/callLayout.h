@@ -29,4 +29,7 @@ inline bool hasPicture(CALL_LAYOUT layout)
 // fills it.
 void apply(Ui_frmCall& ui, CALL_LAYOUT layout);
 
+// Upon a picture: the other calls follow the state, where it says anything.
+void putOthers(Ui_frmCall& ui);
+
 } // namespace callLayout

@@ -276,6 +276,8 @@ void frmCall::showState()
     m_ui->labState->setText(isAsked()           ? callJoinedText(m_strNumber, callStateText(m_call))
                             : isUpon && isPlain ? QString()
                                                 : callStateText(m_call));
+    if (isUpon)
+        callLayout::putOthers(*m_ui);
     m_ui->labLine->setText(isAsked() ? m_ui->labLine->fontMetrics().elidedText(
                                            callJoinedText(line, callOwnNumber(m_call.nAccount)),
                                            Qt::ElideRight, callLayout::kLineWidth)

@@ -929,10 +929,6 @@
         <translation>Niemand nimmt ab</translation>
     </message>
     <message>
-        <source>The call could not be transferred</source>
-        <translation>Das Gespräch konnte nicht übergeben werden</translation>
-    </message>
-    <message>
         <source>Mute</source>
         <translation>Stumm</translation>
     </message>

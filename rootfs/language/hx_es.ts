@@ -929,10 +929,6 @@
         <translation>Nadie contesta</translation>
     </message>
     <message>
-        <source>The call could not be transferred</source>
-        <translation>No se pudo transferir la llamada</translation>
-    </message>
-    <message>
         <source>Mute</source>
         <translation>Silenciar</translation>
     </message>

@@ -929,10 +929,6 @@
         <translation>Personne ne répond</translation>
     </message>
     <message>
-        <source>The call could not be transferred</source>
-        <translation>L’appel n’a pas pu être transféré</translation>
-    </message>
-    <message>
         <source>Mute</source>
         <translation>Couper le son</translation>
     </message>

@@ -929,10 +929,6 @@
         <translation>无人接听</translation>
     </message>
     <message>
-        <source>The call could not be transferred</source>
-        <translation>转接失败</translation>
-    </message>
-    <message>
         <source>Mute</source>
         <translation>静音</translation>
     </message>

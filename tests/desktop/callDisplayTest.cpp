@@ -5,6 +5,7 @@
 #include "host/services/messages/messageBus.h"
 #include "host/services/phone/callDevices.h"
 #include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
 #include "support/host/module.h"
 #include "support/host/phone.h"
 #include "tests/desktop/signageStand.h"
@@ -111,6 +112,33 @@ TEST_F(CallDisplay, ComesBesideACallThatTalksAndGoesWithIt)
     hangUpAll();
     EXPECT_EQ(shown(), (QStringList{kShow, kHide}));
     EXPECT_EQ(screen()->findChild<QWidget*>("labName")->geometry(), alone);
+}
+
+TEST_F(CallDisplay, WhatGoesOverTheWireStandsBesideItAndAPictureTakesItsPlace)
+{
+    switchOn();
+    const int call = dial("4711");
+    kit::stepTime(kAnswered);
+    ASSERT_TRUE(isBeside());
+    tagCallStreams streams;
+    streams.strSound = "G.722";
+    streams.nQuality = 3;
+    streams.bEncrypted = true;
+    ASSERT_TRUE(phoneSimulation::instance()->setStreams(call, streams));
+    const auto* marks = screen()->findChild<QWidget*>("wgtMarks");
+    EXPECT_LT(marks->geometry().right(), 298);
+    EXPECT_FALSE(marks->geometry().intersects(screen()->findChild<QWidget*>("labPicture")->geometry()));
+    kit::shot("call-signage-marks");
+    streams.strPicture = "H.264";
+    ASSERT_TRUE(phoneSimulation::instance()->setStreams(call, streams));
+    kit::settle();
+    EXPECT_FALSE(isBeside());
+    EXPECT_TRUE(screen()->findChild<QWidget*>("wgtPicture")->isVisible());
+    streams.strPicture.clear();
+    ASSERT_TRUE(phoneSimulation::instance()->setStreams(call, streams));
+    kit::settle();
+    EXPECT_TRUE(isBeside());
+    EXPECT_FALSE(screen()->findChild<QWidget*>("wgtPicture")->isVisible());
 }
 
 TEST_F(CallDisplay, ShowsOnlyWhereItIsWantedDuringCalls)

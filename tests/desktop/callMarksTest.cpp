@@ -329,6 +329,7 @@ TEST_F(CallMarks, NothingIsCutOrCoveredInAnyStateAndLanguage)
         kit::tap(screen()->findChild<callAction*>("actKeys"));
         const int other = talk("4712", "Bob Long");
         stream(other, "G.722", "H.264", 2, true);
+        EXPECT_EQ(child("labOthers")->y(), child("labState")->y()) << "there is no state to say";
         look("picture-two");
         phoneService::instance().rules().join(other, id);
         look("picture-conference");

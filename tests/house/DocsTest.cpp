@@ -60,8 +60,8 @@ TEST(Docs, ArchitectureHasARowForEveryRoomOfTheHost)
 TEST(Docs, EveryPathThatADocumentNamesIsThere)
 {
     for (const QString& document : documents()) {
-        const QString folders =
-            "(?:docs|support|frame|settings|media|signage|players|sip|registrar|host|tools|rootfs|tests|bench|fuzz)";
+        const QString folders = "(?:docs|support|frame|settings|media|signage|players|sip|registrar|host|"
+                                "tools|rootfs|tests|bench|fuzz)";
         for (const QString& path : quoted(document, folders + "/[\\w/.-]*"))
             EXPECT_TRUE(QFileInfo::exists(sourcePath(path)) || QFileInfo::exists(sourcePath(path + ".h")))
                 << qPrintable(document) << " names " << qPrintable(path);

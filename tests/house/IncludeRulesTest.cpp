@@ -330,6 +330,7 @@ TEST(IncludeRules, AHeaderIsReadOnceAndIncludesNoClassTwice)
 
 TEST(IncludeRules, NoFileIsLongerThanSevenHundredLines)
 {
-    for (const SourceFile& file : sourceFiles(phoneRooms() + QStringList{"registrar", "tools", "tests"}, {".cpp", ".h"}))
+    for (const SourceFile& file :
+         sourceFiles(phoneRooms() + QStringList{"registrar", "tools", "tests"}, {".cpp", ".h"}))
         EXPECT_LT(file.text.count('\n'), 700) << qPrintable(file.path);
 }

@@ -130,6 +130,11 @@ TEST_F(PbxCalls, WhoeverAnswersWhenTheCallerHasGivenUpIsHungUp)
     first->reply(atFirst, "200 OK", "Content-Type: application/sdp", "v=0\r\n");
     EXPECT_NE(first->next("ACK").toStdString(), "");
     EXPECT_NE(first->next("BYE").toStdString(), "");
+    // The other one long after the exchange has let go of the request.
+    EXPECT_EQ(caller->hears(200, 2500).toStdString(), "");
+    second->reply(atSecond, "200 OK", "Content-Type: application/sdp", "v=0\r\n");
+    EXPECT_NE(second->next("ACK").toStdString(), "");
+    EXPECT_NE(second->next("BYE").toStdString(), "");
     EXPECT_EQ(caller->hears(200, 300).toStdString(), "");
 }
 

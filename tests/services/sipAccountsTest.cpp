@@ -27,7 +27,7 @@ TEST_F(SipAccounts, AllOfAnAccountIsTold)
     writeAccount(0, "[account]\nEnable=1\nDisplayName=Ann\xc3\xa4\nAuthName=auth\nUserName=100\n"
                     "password=s3cret word\nSIPServerHost=sip.example.com\nSIPServerPort=5070\n"
                     "UseOutboundProxy=1\nOutboundHost=proxy.example.com\nOutboundPort=5080\n"
-                    "Transport=tls\nExpires=600\nRealm=home\n");
+                    "Transport=tls\nExpires=600\nRealm=home\nPickUpCode=*8\n");
     boot();
     agentComes();
     const tagSipAccount& account = told();
@@ -43,6 +43,7 @@ TEST_F(SipAccounts, AllOfAnAccountIsTold)
     EXPECT_EQ(account.eTransport, uint32_t(SIP_TLS));
     EXPECT_EQ(account.nExpires, 600u);
     EXPECT_STREQ(account.szRealm, "home");
+    EXPECT_STREQ(account.szPickUp, "*8");
     EXPECT_TRUE(traces().filter("s3cret").isEmpty());
 }
 
@@ -128,4 +129,25 @@ TEST_F(SipAccounts, AnAgentThatIsGoneLeavesNoLineAndNoCallBegins)
     EXPECT_STREQ(told().szUser, "100");
     tellLine(0, SIP_LINE_REGISTERED, 200);
     EXPECT_TRUE(comesTo(0, LINE_DEFAULT_ACCOUNT));
+}
+
+TEST_F(SipAccounts, WaitingMessagesAreThoseOfTheServer)
+{
+    begin();
+    auto messages = sipWire::make<tagSipMessages>(SIP_MESSAGES, 0);
+    messages.bKnown = 1;
+    messages.nNew = 3;
+    messages.nOld = 2;
+    agent.tell(messages);
+    tagAccountInfo info;
+    EXPECT_TRUE(kit::waitUntil([&] { return phone_GetAccountInfoById(0, &info) && info.nNewMessages == 3; }));
+    EXPECT_EQ(info.nOldMessages, 2);
+    messages.bKnown = 0;
+    agent.tell(messages);
+    EXPECT_TRUE(kit::waitUntil([&] { return phone_GetAccountInfoById(0, &info) && info.nNewMessages == 0; }));
+    messages.bKnown = 1;
+    agent.tell(messages);
+    EXPECT_TRUE(kit::waitUntil([&] { return phone_GetAccountInfoById(0, &info) && info.nNewMessages == 3; }));
+    agent.leave();
+    EXPECT_TRUE(kit::waitUntil([&] { return phone_GetAccountInfoById(0, &info) && info.nNewMessages == 0; }));
 }

@@ -1,5 +1,6 @@
 // Calls between the phone's rules, the SIP user agent and the media: what each is told of what the others do.
 #include "host/services/phone/callNumber.h"
+#include "host/services/phone/phoneLamps.h"
 #include "support/host/registry.h"
 #include "tests/services/sipStand.h"
 
@@ -32,6 +33,14 @@ protected:
     {
         return kit::waitUntil([=] { return call().bHeld == held; });
     }
+};
+
+class Lamps : public lampNews
+{
+public:
+    void lampChanged(const tagLampWatch&, LAMP_STATE now) override { state = now; }
+    void listChanged(int, const QList<tagLampMember>&) override {}
+    LAMP_STATE state = LAMP_UNKNOWN;
 };
 
 } // namespace
@@ -383,11 +392,11 @@ TEST_F(SipCallTest, ATransferThatIsRefusedIsToldAndTheCallGoesOn)
     talksOut();
     rules().transfer(call().nId, "400");
     tellStatus(SIP_TRANSFERRED, OUT, 486);
-    EXPECT_TRUE(kit::waitUntil([] { return call().strReason == "The call could not be transferred"; }));
+    EXPECT_TRUE(
+        kit::waitUntil([this] { return heard.last().strReason == "The other side refuses the transfer"; }));
     EXPECT_EQ(call().eState, CALL_TALKING);
+    EXPECT_EQ(call().strReason, "") << "it is told once";
     EXPECT_EQ(call().strTarget, "");
-    kit::stepTime(5100);
-    EXPECT_EQ(call().strReason, "");
     EXPECT_TRUE(rules().transfer(call().nId, "500")) << "it may be tried again";
 }
 
@@ -488,4 +497,57 @@ TEST_F(SipCallTest, ThereIsRoomForTwo)
     EXPECT_EQ(phone_CallNumber("302", 0, -1), 0);
     EXPECT_EQ(lastEnded().strReason, "No line is free");
     EXPECT_EQ(calls().size(), 2);
+}
+
+TEST_F(SipCallTest, TwoAreJoinedAndLeftAlone)
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "CallWaiting", "bEnable", 1);
+    msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
+    kit::settle();
+    const int one = talksIn(IN);
+    const int two = talksIn(IN + 1);
+    media->bJoins = false;
+    EXPECT_FALSE(backend().join(one, two));
+    EXPECT_EQ(calls()[0].nJoined, 0);
+    media->bJoins = true;
+    EXPECT_TRUE(backend().join(one, two));
+    EXPECT_FALSE(backend().join(two, one)) << "they are joined";
+    EXPECT_EQ(calls()[0].nJoined, two);
+    EXPECT_EQ(calls()[1].nJoined, one);
+    EXPECT_TRUE(backend().split(two));
+    EXPECT_EQ(media->orders.last(), "split");
+    EXPECT_EQ(calls()[0].nJoined, 0);
+    EXPECT_EQ(calls()[1].nJoined, 0);
+    EXPECT_FALSE(backend().split(one));
+    EXPECT_TRUE(backend().join(one, two));
+    tellEnd(IN, SIP_HUNG_UP);
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_EQ(call().nId, two);
+    EXPECT_EQ(call().nJoined, 0);
+    EXPECT_EQ(heard.last().nId, two) << "the other one is told that it is alone";
+}
+
+TEST_F(SipCallTest, AWatchedOneIsTakenFromWhereItRings)
+{
+    Lamps news;
+    phoneLamps* lamps = backend().lamps();
+    lamps->setNews(&news);
+    lamps->watch({0, "1002"});
+    const auto* watch = agent.next<tagSipWatch>(SIP_WATCH);
+    ASSERT_TRUE(watch);
+    EXPECT_STREQ(watch->szNumber, "1002");
+    auto lamp = sipWire::make<tagSipLamp>(SIP_LAMP, watch->head.nId);
+    lamp.eLamp = SIP_LAMP_RINGING;
+    agent.tell(lamp);
+    EXPECT_TRUE(kit::waitUntil([&] { return news.state == LAMP_RINGING; }));
+    EXPECT_NE(lamps->pickUp({0, "1002"}), 0);
+    const auto* taken = agent.next<tagSipPickUp>(SIP_PICK_UP);
+    ASSERT_TRUE(taken);
+    EXPECT_STREQ(taken->szNumber, "1002");
+    EXPECT_STREQ(taken->szSdp, "offer 1");
+    tellMedia(SIP_TALK, taken->head.nId, "their answer");
+    EXPECT_EQ(call().eState, CALL_TALKING);
+    agent.leave();
+    EXPECT_TRUE(kit::waitUntil([&] { return news.state == LAMP_UNKNOWN; }));
+    lamps->setNews(nullptr);
 }

@@ -30,8 +30,8 @@ protected:
     void expectRegistersAt(UdpPeer& server)
     {
         QByteArray request;
-        EXPECT_TRUE(kit::waitUntil([&] { return !(request = server.receive(1)).isEmpty(); }, 15000));
-        EXPECT_TRUE(request.startsWith("REGISTER")) << request.constData();
+        EXPECT_TRUE(
+            kit::waitUntil([&] { return (request = server.receive(1)).startsWith("REGISTER"); }, 15000));
         server.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
         EXPECT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_DEFAULT_ACCOUNT; }, 15000));
     }
@@ -138,9 +138,12 @@ TEST_F(SipLink, TheOwnAgentRegistersComesAgainAfterItsDeathAndUnregistersAtTheEn
     EXPECT_NE(ownAgent(), first);
 
     phoneService::instance().setBackend(nullptr);
-    const QByteArray last = server.receive("REGISTER");
-    EXPECT_TRUE(headerOf(last, "Expires") == "0" || headerOf(last, "Contact").contains("expires=0"))
-        << last.constData();
+    bool leaves = false;
+    while (!leaves) { // one of before may have come twice
+        const QByteArray last = server.receive("REGISTER", 1000);
+        ASSERT_NE(last.toStdString(), "");
+        leaves = headerOf(last, "Expires") == "0" || headerOf(last, "Contact").contains("expires=0");
+    }
     EXPECT_EQ(kit::childOf(getpid(), "hxSip"), 0);
 }
 

@@ -29,8 +29,12 @@ public:
             orders.append(QString("tone ") + tone);
         return bTakesTones;
     }
-    bool join(int, int) override { return false; }
-    void split(int) override {}
+    bool join(int, int) override
+    {
+        orders.append("join");
+        return bJoins;
+    }
+    void split(int) override { orders.append("split"); }
     void end(int) override { orders.append("end"); }
 
     // What it says by itself.
@@ -43,6 +47,7 @@ public:
     bool bSilent = false;
     bool bEmpty = false;
     bool bTakesTones = true;
+    bool bJoins = true;
 
 private:
     void describe(int call, const QString& what, const tagMediaWish& wish);

@@ -1,6 +1,8 @@
 // What nobody should send, and does.
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/callTest.h"
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -55,6 +57,25 @@ QList<QByteArray> damaged(const QByteArray& invite)
     with("tag=caller", QByteArray("tag=" + QByteArray(60000, 'a')).constData());
     with("Max-Forwards: 70", QByteArray("X: " + QByteArray(40000, ';')).constData());
     with("Max-Forwards: 70", QByteArray("Via: SIP/2.0/UDP h;branch=z9hG4bK1\r\n").repeated(500).constData());
+    // Every line missing, twice, empty, folded and without its name.
+    for (const QByteArray& line : invite.left(invite.indexOf("\r\n\r\n")).split('\n')) {
+        const QByteArray name = line.left(line.indexOf(':') + 1), whole = line + '\n';
+        if (name.isEmpty() || !invite.contains(whole))
+            continue;
+        for (const QByteArray& other :
+             {QByteArray(), whole + whole, name + "\r\n",
+              name + "\r\n  \r\n\t" + line.mid(name.size()) + '\n', whole.mid(name.size() - 1),
+              name.toUpper() + line.mid(name.size()).trimmed() + ", x\r\n"})
+            all.append(QByteArray(invite).replace(whole, other));
+    }
+    with("CSeq: 1 INVITE", "CSeq: 1 INVITE\r\nRAck: 99999999999 1 INVITE\r\nRSeq: -1");
+    with("Max-Forwards: 70", "Subject:\r\nRoute: <sip:h;lr>, <sip:[::1>, <>\r\nRecord-Route: sip:x");
+    with("Max-Forwards: 70", "Expires: -1\r\nRetry-After: x\r\nTimestamp: a.b\r\nReason: ;;=\r\nEvent:");
+    with("Max-Forwards: 70", "Refer-To: <sip:a?Replaces=%>\r\nRefer-To: <sip:b>\r\nReferred-By: @");
+    with("Max-Forwards: 70", "Replaces: ;;\r\nReplaces: a;to-tag;from-tag;early-only=\r\nRequire: replaces");
+    with("v=0\r\n", QByteArray("v=0\r\n\0\xff\x01\r\n", 11).constData());
+    with("Content-Type: application/sdp",
+         "MIME-Version: 1.0\r\nContent-Type: multipart/mixed;boundary=b\r\nContent-Disposition: ;handling=");
     all.append("SIP/2.0 200 OK\r\n" + invite.mid(invite.indexOf('\n') + 1));
     all.append("SIP/2.0 -1 \r\n\r\n");
     all.append("SIP/2.0 4294967301 huge\r\n" + invite.mid(invite.indexOf('\n') + 1));
@@ -122,4 +143,64 @@ TEST_F(SipCalls, AFloodOfCallsIsRefusedAndLeavesNothingBehind)
     EXPECT_FALSE(agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }, 100));
     tellStatus(SIP_REFUSE, SIP_CALL_FIRST_INCOMING, 486);
     expectEnd(SIP_CALL_FIRST_INCOMING, SIP_REFUSED, 486);
+}
+
+TEST_F(SipCalls, DamagedRepliesDoNotEndACallThatGoesOut)
+{
+    begin();
+    dial(1, "300");
+    const QByteArray invite = peer->receive("INVITE");
+    const QByteArray good = UdpPeer::replyTo(invite, "180 Ringing",
+                                             "Contact: <sip:300@127.0.0.1>\r\n"
+                                             "Content-Type: application/sdp",
+                                             "v=0\r\n");
+    const QByteArray head = good.left(good.indexOf("\r\n\r\n"));
+    for (const QByteArray& line : head.split('\n')) {
+        const QByteArray name = line.left(line.indexOf(':') + 1), whole = line + '\n';
+        for (const QByteArray& other : {QByteArray(), whole + whole, name + "\r\n", name + " ;;,<\r\n"})
+            peer->answer(QByteArray(good).replace(whole, other));
+    }
+    for (const char* status : {"SIP/2.0 0 x", "SIP/2.0 99 x", "SIP/2.0 700 x", "SIP/3.0 180 x",
+                               "SIP/2.0 1800 x", "SIP/2.0 180", "SIP/2.0", "180 Ringing"})
+        peer->answer(QByteArray(good).replace("SIP/2.0 180 Ringing", status));
+    for (qsizetype length = 0; length < head.size(); length += 3)
+        peer->answer(good.left(length));
+    peer->answer(QByteArray(good).replace("Contact: ", "Require: 100rel\r\nRSeq: 4294967296\r\nContact: "));
+    ASSERT_TRUE(agent.isRunning());
+    peer->reply(invite, "486 Busy Here");
+    const auto* ended = next<tagSipEnded>(SIP_ENDED, 1);
+    ASSERT_TRUE(ended);
+    EXPECT_NE(talkOut(2), 0u);
+}
+
+TEST_F(SipCalls, AFloodOfStrangersTakesNeitherMemoryNorTheCallsOfTheServer)
+{
+    constexpr int kStrangers = 8, kBurst = 40, kBursts = 100;
+    begin();
+    std::vector<std::unique_ptr<UdpPeer>> strangers;
+    for (int i = 0; i < kStrangers; ++i)
+        strangers.push_back(std::make_unique<UdpPeer>(("127.0.0." + std::to_string(2 + i)).c_str()));
+    int calls = 0;
+    const auto callOfTheServer = [&] {
+        const uint32_t id = talkIn("server" + QByteArray::number(++calls));
+        ASSERT_NE(id, 0u);
+        tellStatus(SIP_HANG_UP, id);
+        const QByteArray bye = peer->receive("BYE");
+        ASSERT_NE(bye.toStdString(), "");
+        peer->reply(bye, "200 OK");
+        ASSERT_TRUE(next<tagSipEnded>(SIP_ENDED, id));
+    };
+    callOfTheServer();
+    const qint64 before = kit::statusKiB(agent.pid(), "VmRSS");
+    for (int burst = 0; burst < kBursts; ++burst) {
+        for (int i = 0; i < kBurst; ++i) {
+            const QByteArray name = "f" + QByteArray::number(burst * kBurst + i);
+            const QByteArray text = inviteText(name).replace(contact, "100");
+            strangers[size_t(i % kStrangers)]->send(text, agent.port());
+        }
+        ASSERT_NO_FATAL_FAILURE(callOfTheServer()) << burst;
+    }
+    const qint64 after = kit::statusKiB(agent.pid(), "VmRSS");
+    EXPECT_LT(after - before, 6000) << before;
+    EXPECT_TRUE(agent.isRunning());
 }

@@ -192,6 +192,59 @@ TEST_F(SipCalls, AnOfferThatThePhoneLeavesLyingIsRefusedAndTheCallGoesOn)
     expectEnd(id, SIP_HUNG_UP, 0);
 }
 
+TEST_F(SipCalls, WhatVouchesForACallerCountsFromTheLinesOwnServerAlone)
+{
+    begin();
+    const QByteArray lines = "P-Asserted-Identity: \"Head office\" <sip:204@h>\r\n"
+                             "Call-Info: <http://h/c.html>;purpose=card, <https://h/p.png>;purpose=icon";
+    peer->send(inviteText("server", lines), agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "204");
+    EXPECT_STREQ(arrived->szPicture, "https://h/p.png");
+    tellStatus(SIP_REFUSE, kFirst, 486);
+
+    UdpPeer stranger("127.0.0.2");
+    stranger.send(inviteText("stranger", lines), agent.port());
+    arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + 1);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "200");
+    EXPECT_STREQ(arrived->szName, "");
+    EXPECT_STREQ(arrived->szPicture, "");
+    tellStatus(SIP_REFUSE, kFirst + 1, 486);
+
+    int i = 2;
+    for (const QByteArray& icon :
+         {QByteArray("<ftp://h/p.png>"), "<http://h/" + QByteArray(300, 'p') + ">"}) {
+        peer->send(inviteText("odd" + QByteArray::number(i), "Call-Info: " + icon + ";purpose=icon"),
+                   agent.port());
+        arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + uint32_t(i));
+        ASSERT_TRUE(arrived) << i;
+        EXPECT_STREQ(arrived->szPicture, "") << i;
+        tellStatus(SIP_REFUSE, kFirst + uint32_t(i++), 486);
+    }
+}
+
+TEST_F(SipCalls, EveryWayToAskForAnAnswerWithoutAHandIsKnown)
+{
+    begin();
+    const QList<QPair<QByteArray, uint32_t>> ways = {{"Call-Info: <sip:h>;answer-after=0", 1},
+                                                     {"Alert-Info: <http://h>;info=alert-autoanswer", 1},
+                                                     {"Alert-Info: <http://h>;answer-after=0", 1},
+                                                     {"Answer-Mode: Auto", 1},
+                                                     {"Priv-Answer-Mode: Auto", 1},
+                                                     {"P-Auto-Answer: normal", 1},
+                                                     {"Answer-Mode: Manual", 0},
+                                                     {"Alert-Info: <http://h>;info=alert-internal", 0}};
+    for (int i = 0; i < ways.size(); ++i) {
+        peer->send(inviteText("way" + QByteArray::number(i), ways[i].first), agent.port());
+        const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + uint32_t(i));
+        ASSERT_TRUE(arrived) << i;
+        EXPECT_EQ(arrived->bAutoAnswer, ways[i].second) << ways[i].first.constData();
+        tellStatus(SIP_REFUSE, kFirst + uint32_t(i), 486);
+    }
+}
+
 TEST_F(SipCalls, AnEmptyAnswerRefusesAnOfferAtOnceAndTheCallGoesOn)
 {
     begin();

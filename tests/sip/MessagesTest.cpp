@@ -58,6 +58,24 @@ TEST_F(SipMessages, APasswordIsAskedForAndGiven)
     EXPECT_EQ(nextSubscribe("message-summary", 1500).toStdString(), "");
 }
 
+TEST_F(SipMessages, ARefreshMayBeAskedForThePasswordAnew)
+{
+    begin();
+    peer->reply(nextSubscribe("message-summary"), "401 Unauthorized",
+                "WWW-Authenticate: Digest realm=\"home\", nonce=\"n1\", qop=\"auth\"");
+    const QByteArray second = nextSubscribe("message-summary");
+    accept(second, 2);
+    note(second, kTwo, kType, "active;expires=2");
+    expectMessages(true, 2, 8);
+    const QByteArray refresh = nextSubscribe("message-summary");
+    EXPECT_EQ(headerOf(refresh, "Call-ID").toStdString(), headerOf(second, "Call-ID").toStdString());
+    peer->reply(refresh, "401 Unauthorized",
+                "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\"");
+    const QByteArray again = nextSubscribe("message-summary");
+    EXPECT_EQ(paramOf(headerOf(again, "Authorization"), "nonce").toStdString(), "n2");
+    EXPECT_TRUE(isNothingTold());
+}
+
 TEST_F(SipMessages, DamagedCountsLeaveThoseThatAreKnownAndAreAskedForAgain)
 {
     begin();

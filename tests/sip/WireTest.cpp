@@ -111,6 +111,32 @@ TEST(SipWire, NumbersKeepTheirRanges)
     EXPECT_EQ(taken(dial), TAKEN::BAD);
     dial.head.nId = SIP_CALL_FIRST;
     EXPECT_EQ(taken(dial), TAKEN::RECORD);
+
+    auto connect = sipWire::make<tagSipConnect>(SIP_CONNECT, SIP_CALL_FIRST);
+    EXPECT_EQ(taken(connect), TAKEN::BAD);
+    connect.nOther = SIP_CALL_FIRST; // itself
+    EXPECT_EQ(taken(connect), TAKEN::BAD);
+    connect.nOther = SIP_CALL_FIRST_INCOMING;
+    EXPECT_EQ(taken(connect), TAKEN::RECORD);
+
+    auto mapped = sipWire::make<tagSipMapped>(SIP_MAPPED, SIP_LINE_COUNT - 1);
+    EXPECT_EQ(taken(mapped), TAKEN::BAD);
+    mapped.nPort = 65535;
+    EXPECT_EQ(taken(mapped), TAKEN::RECORD);
+
+    auto referred = sipWire::make<tagSipReferred>(SIP_REFERRED, SIP_CALL_FIRST);
+    EXPECT_EQ(taken(referred), TAKEN::RECORD);
+    referred.bReplaces = 2;
+    EXPECT_EQ(taken(referred), TAKEN::BAD);
+
+    auto setup = sipWire::make<tagSipSetup>(SIP_SETUP, 0);
+    setup.nSilentMs = setup.nOfferMs = setup.nRetryMs = setup.nRetryLastMs = 100;
+    setup.nRingSeconds = 1;
+    EXPECT_EQ(taken(setup), TAKEN::RECORD);
+    setup.nKeepMs = 99;
+    EXPECT_EQ(taken(setup), TAKEN::BAD);
+    setup.nKeepMs = 100;
+    EXPECT_EQ(taken(setup), TAKEN::RECORD);
 }
 
 TEST(SipWire, WhatServersTellOfKeepsItsRanges)

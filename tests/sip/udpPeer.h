@@ -22,6 +22,8 @@ public:
     // The next one that begins so; others before it are dropped.
     QByteArray receive(const QByteArray& start, int ms = 15000);
     void send(const QByteArray& message, uint32_t port);
+    // Of whoever has sent the last one.
+    uint32_t lastPort() const { return m_nLast; }
     // To whoever has sent the last one.
     void answer(const QByteArray& message) { send(message, m_nLast); }
     // lines: whole header lines, without their ends.

@@ -65,7 +65,7 @@ bool tagAccountFile::operator==(const tagAccountFile& other) const
     const auto all = [](const tagAccountFile& one) {
         return std::tie(one.bEnable, one.strName, one.strAuthName, one.strUser, one.strPassword, one.strRealm,
                         one.strServer, one.nPort, one.strProxy, one.nProxyPort, one.eTransport, one.nExpires,
-                        one.strStunServer, one.nStunPort, one.bEncrypt);
+                        one.strStunServer, one.nStunPort, one.strPickUp, one.strList, one.bEncrypt);
     };
     return all(*this) == all(other);
 }
@@ -85,6 +85,8 @@ tagAccountFile accountFileRead(int index)
     readServers(file, account);
     account.eTransport = transportNamed(textOf(file, section, "Transport"));
     account.nExpires = std::clamp(numberOf(file, section, "Expires", kExpires), kLeastExpires, kMostExpires);
+    account.strPickUp = textOf(file, section, "PickUpCode");
+    account.strList = textOf(file, section, "ListAddress");
     account.bEncrypt = numberOf(file, section, "Encrypt", 0) != 0;
     return account;
 }

@@ -47,12 +47,6 @@ QString textOf(const char (&text)[size])
     return QString::fromUtf8(text, qsizetype(strnlen(text, size)));
 }
 
-bool isSame(const tagCallStreams& one, const tagCallStreams& other)
-{
-    return one.strSound == other.strSound && one.strPicture == other.strPicture &&
-           one.nQuality == other.nQuality && one.bEncrypted == other.bEncrypted;
-}
-
 } // namespace
 
 mediaSessions::mediaSessions()
@@ -199,7 +193,8 @@ void mediaSessions::changed(const msgObject& msg)
     streams.strPicture = textOf(record.szPicture);
     streams.nQuality = std::clamp(record.nQuality, -1, 4);
     streams.bEncrypted = record.bEncrypted != 0;
-    if (isSame(streams, state->streams))
+    streams.bOtherHolds = record.bOtherHolds != 0;
+    if (streams == state->streams)
         return;
     state->streams = streams;
     if (m_pNews)

@@ -21,6 +21,7 @@ tagSipAccount recordOf(int index, const tagAccountFile& file)
     sipWire::setText(account.szRealm, file.strRealm.toStdString());
     sipWire::setText(account.szServer, file.strServer.toStdString());
     sipWire::setText(account.szProxy, file.strProxy.toStdString());
+    sipWire::setText(account.szPickUp, file.strPickUp.toStdString());
     account.nPort = uint32_t(file.nPort);
     account.nProxyPort = uint32_t(file.nProxyPort);
     account.eTransport = file.eTransport == ACCOUNT_TLS   ? SIP_TLS
@@ -113,10 +114,12 @@ void sipAccounts::take(const tagSipLine& line)
     m_teller.tell();
 }
 
-void sipAccounts::setMessages(int index, int newOnes, int oldOnes)
+// Those that are not known are none.
+void sipAccounts::takeMessages(const tagSipMessages& messages)
 {
-    m_lines[index].nNewMessages = std::max(newOnes, 0);
-    m_lines[index].nOldMessages = std::max(oldOnes, 0);
+    tagLine& line = m_lines[messages.head.nId];
+    line.nNewMessages = messages.bKnown && line.file.isComplete() ? int(messages.nNew) : 0;
+    line.nOldMessages = messages.bKnown && line.file.isComplete() ? int(messages.nOld) : 0;
     m_teller.tell();
 }
 

@@ -18,8 +18,7 @@ public:
     void agentIsThere();
     void agentIsGone();
     void take(const tagSipLine& line);
-    // Waiting in the voice mail box of a line.
-    void setMessages(int index, int newOnes, int oldOnes);
+    void takeMessages(const tagSipMessages& messages);
 
     const tagAccountFile& file(int index) const { return m_lines[index].file; }
     tagAccountInfo info(int index) const;

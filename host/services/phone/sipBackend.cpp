@@ -1,6 +1,7 @@
 #include "host/services/phone/sipBackend.h"
 #include "host/services/phone/sipAccounts.h"
 #include "host/services/phone/sipCalls.h"
+#include "host/services/phone/sipLamps.h"
 #include "host/services/phone/sipLink.h"
 #include "support/file/deviceRoot.h"
 #include "support/file/path.h"
@@ -54,32 +55,58 @@ tagSipSetup setupOf()
 sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
     : m_eAgent(agent), m_pMedia(std::move(media))
 {
-    m_pLink = std::make_unique<sipLink>(tagSipLinkNews{[this] { m_pAccounts->agentIsThere(); },
-                                                       [this](const sipWire::Reader& record) {
-                                                           if (record.head().eKind == SIP_LINE)
-                                                               m_pAccounts->take(record.as<tagSipLine>());
-                                                           else
-                                                               m_pCalls->take(record);
-                                                       },
-                                                       [this] {
-                                                           m_pCalls->agentIsGone();
-                                                           m_pAccounts->agentIsGone();
-                                                       }});
+    m_pLink = std::make_unique<sipLink>(
+        tagSipLinkNews{[this] { agentIsThere(); }, [this](const sipWire::Reader& record) { take(record); },
+                       [this] { agentIsGone(); }});
     m_pAccounts = std::make_unique<sipAccounts>(
         [this](const tagSipAccount& account) {
             if (m_pLink->isOpen())
                 m_pLink->tell(account);
         },
-        [this](int index) { m_pEvents->accountChanged(index); });
+        [this](int index) {
+            m_pEvents->accountChanged(index);
+            m_pLamps->refresh();
+        });
     m_pCalls = std::make_unique<sipCalls>(
         *m_pLink, *m_pMedia, [this](int line) { return m_pAccounts->file(line).bEncrypt; },
         tagSipCallsNews{[this](const tagCall& call) { m_pEvents->callChanged(call); },
                         [this](const tagCall& call) { m_pEvents->callArrived(call); }});
+    m_pLamps = std::make_unique<sipLamps>(sipLamps::tagPhone{
+        [this](const void* record, size_t size) { m_pLink->tellBytes(record, size); },
+        [this](int line) { return line < 0 ? m_pAccounts->defaultAccount() : line; },
+        [this](int line) { return m_pAccounts->file(line).strList; },
+        [this](const QString& number, int line) {
+            return m_pAccounts->isRegistered(line) ? m_pCalls->begin(number, line, tagCallOptions(), true)
+                                                   : 0;
+        }});
 }
 
 sipBackend::~sipBackend()
 {
     stop();
+}
+
+void sipBackend::agentIsThere()
+{
+    m_pAccounts->agentIsThere();
+    m_pLamps->agentIsThere();
+}
+
+void sipBackend::agentIsGone()
+{
+    m_pLamps->agentIsGone();
+    m_pCalls->agentIsGone();
+    m_pAccounts->agentIsGone();
+}
+
+void sipBackend::take(const sipWire::Reader& record)
+{
+    if (record.head().eKind == SIP_LINE)
+        m_pAccounts->take(record.as<tagSipLine>());
+    else if (record.head().eKind == SIP_MESSAGES)
+        m_pAccounts->takeMessages(record.as<tagSipMessages>());
+    else if (!m_pLamps->take(record))
+        m_pCalls->take(record);
 }
 
 void sipBackend::stop()
@@ -159,6 +186,16 @@ bool sipBackend::transfer(int id, const QString& number)
     return m_pCalls->transfer(id, number);
 }
 
+bool sipBackend::join(int id, int other)
+{
+    return m_pCalls->join(id, other);
+}
+
+bool sipBackend::split(int id)
+{
+    return m_pCalls->split(id);
+}
+
 bool sipBackend::sendTone(int id, QChar tone, bool secret)
 {
     return m_pCalls->sendTone(id, tone, secret);
@@ -182,6 +219,11 @@ int sipBackend::callTotal() const
 bool sipBackend::isInTalk() const
 {
     return m_pCalls->isTalking();
+}
+
+phoneLamps* sipBackend::lamps()
+{
+    return m_pLamps.get();
 }
 
 int sipBackend::TryThreadMessage(msgObject& msg)

@@ -6,8 +6,13 @@
 #include "support/host/message.h"
 #include <memory>
 
+namespace sipWire {
+class Reader;
+}
+
 class sipAccounts;
 class sipCalls;
+class sipLamps;
 class sipLink;
 
 class HX_HOST_API sipBackend : public phoneBackend, public chMsgProcesser
@@ -35,20 +40,28 @@ public:
     bool setHeld(int id, bool held) override;
     bool setMuted(int id, bool muted) override;
     bool transfer(int id, const QString& number) override;
+    bool join(int id, int other) override;
+    bool split(int id) override;
     bool sendTone(int id, QChar tone, bool secret) override;
     QList<tagCall> calls() const override;
     QList<tagCall> endedCalls() const override;
     int callTotal() const override;
     bool isInTalk() const override;
     bool hasPstn() const override { return false; }
+    phoneLamps* lamps() override;
 
     int TryThreadMessage(msgObject& msg) override;
 
 private:
+    void agentIsThere();
+    void agentIsGone();
+    void take(const sipWire::Reader& record);
+
     const AGENT m_eAgent;
     phoneEvents* m_pEvents = nullptr;
     std::unique_ptr<sipMedia> m_pMedia;
     std::unique_ptr<sipLink> m_pLink;
     std::unique_ptr<sipAccounts> m_pAccounts;
     std::unique_ptr<sipCalls> m_pCalls;
+    std::unique_ptr<sipLamps> m_pLamps;
 };

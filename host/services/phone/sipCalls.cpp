@@ -4,7 +4,6 @@
 #include "support/host/api.h"
 #include "support/host/net.h"
 #include "support/host/trace.h"
-#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -33,12 +32,6 @@ uint32_t statusOf(CALL_END why)
 QString textOf(const char* text)
 {
     return callTextOf(QString::fromUtf8(text));
-}
-
-bool isSame(const tagCallStreams& a, const tagCallStreams& b)
-{
-    return a.strSound == b.strSound && a.strPicture == b.strPicture && a.nQuality == b.nQuality &&
-           a.bEncrypted == b.bEncrypted && a.bOtherHolds == b.bOtherHolds;
 }
 
 bool fits(const QByteArray& target)
@@ -124,6 +117,9 @@ bool sipCalls::end(int id, CALL_END why, const char* reason)
     if (!live)
         return false;
     tagCall call = shown(*live);
+    const int other = std::exchange(call.nJoined, 0);
+    if (tagLive* joined = find(other))
+        joined->call.nJoined = 0;
     m_calls.removeIf([id](const tagLive& each) { return each.call.nId == id; });
     m_media.end(id);
     call.eState = CALL_ENDED;
@@ -133,6 +129,8 @@ bool sipCalls::end(int id, CALL_END why, const char* reason)
         call.strTarget.clear();
     m_ended.add(call);
     m_news.changed(call);
+    if (const tagLive* left = find(other))
+        tell(*left);
     return true;
 }
 
@@ -195,7 +193,7 @@ void sipCalls::fail(const QString& number, int account, const char* reason)
     m_news.changed(call);
 }
 
-int sipCalls::begin(const QString& number, int account, const tagCallOptions& options)
+int sipCalls::begin(const QString& number, int account, const tagCallOptions& options, bool picksUp)
 {
     if (m_calls.size() >= SIP_CALLS_MAX || !fits(number.toUtf8())) {
         fail(number, account,
@@ -206,6 +204,7 @@ int sipCalls::begin(const QString& number, int account, const tagCallOptions& op
     live.call = newCall(number, account);
     live.call.options = options;
     live.call.bAnonymous = options.bAnonymous;
+    live.bPicksUp = picksUp;
     m_calls.append(live);
     const int id = live.call.nId;
     ask(m_calls.last(), ASKED_DIAL);
@@ -218,6 +217,14 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
     live.nWire = m_nNextWire++;
     live.bOffered = true;
     live.bEarly = false;
+    if (std::exchange(live.bPicksUp, false)) {
+        auto record = sipWire::make<tagSipPickUp>(SIP_PICK_UP, live.nWire);
+        record.nLine = uint32_t(live.call.nAccount);
+        sipWire::setText(record.szNumber, target.toStdString());
+        sipWire::setText(record.szSdp, live.offer.toStdString());
+        m_link.tell(record);
+        return;
+    }
     auto record = sipWire::make<tagSipDial>(SIP_DIAL, live.nWire);
     record.nLine = uint32_t(live.call.nAccount);
     record.bAnonymous = live.call.bAnonymous;
@@ -327,9 +334,42 @@ bool sipCalls::transfer(int id, const QString& number)
         return false;
     live->bTransferring = true;
     live->call.strTarget = number;
-    live->call.strReason.clear();
     tell(*live);
     return true;
+}
+
+bool sipCalls::join(int id, int other)
+{
+    tagLive* one = findTalking(id);
+    tagLive* two = findTalking(other);
+    if (!one || !two || one == two || one->call.nJoined || two->call.nJoined || !m_media.join(id, other))
+        return false;
+    one->call.nJoined = other;
+    two->call.nJoined = id;
+    tellBoth(id, other);
+    return true;
+}
+
+bool sipCalls::split(int id)
+{
+    tagLive* one = findTalking(id);
+    tagLive* two = one ? find(one->call.nJoined) : nullptr;
+    if (!two)
+        return false;
+    const int other = two->call.nId;
+    one->call.nJoined = two->call.nJoined = 0;
+    m_media.split(id);
+    tellBoth(id, other);
+    return true;
+}
+
+// Who is told of the first may end the second.
+void sipCalls::tellBoth(int id, int other)
+{
+    for (const int each : {id, other}) {
+        if (const tagLive* live = find(each))
+            tell(*live);
+    }
 }
 
 bool sipCalls::sendTone(int id, QChar tone, bool secret)
@@ -538,7 +578,7 @@ void sipCalls::mediaDescribed(int id, const QByteArray& sdp)
 void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
 {
     tagLive* live = find(id);
-    if (!live || isSame(live->call.streams, streams))
+    if (!live || live->call.streams == streams)
         return;
     live->call.streams = streams;
     live->call.bVideo = !streams.strPicture.isEmpty();
@@ -606,26 +646,16 @@ void sipCalls::transferred(const tagSipStatus& status)
     tagLive* live = findWire(status.head.nId);
     if (!live || !live->bTransferring)
         return;
-    const int id = live->call.nId;
     if (status.nStatus < 300) {
         tellStatus(SIP_HANG_UP, *live, 0);
-        end(id, CALL_TRANSFERRED);
+        end(live->call.nId, CALL_TRANSFERRED);
         return;
     }
     live->bTransferring = false;
     live->call.strTarget.clear();
-    live->call.strReason = HX_TR("The call could not be transferred");
-    QTimer::singleShot(REASON_MS, Qt::PreciseTimer, this, [this, id] { forgetReason(id); });
-    tell(*live);
-}
-
-void sipCalls::forgetReason(int id)
-{
-    tagLive* live = find(id);
-    if (!live || live->call.strReason.isEmpty())
-        return;
-    live->call.strReason.clear();
-    tell(*live);
+    tagCall refused = shown(*live); // it is told once
+    refused.strReason = HX_TR("The other side refuses the transfer");
+    m_news.changed(refused);
 }
 
 void sipCalls::agentIsGone()

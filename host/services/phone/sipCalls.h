@@ -24,15 +24,15 @@ public:
     enum : int {
         TONE_MS = 160,
         REDIRECTIONS_MAX = 5, // of one call that goes out
-        REASON_MS = 5000,     // for which a call that goes on tells what could not be done
     };
 
     // Link and media outlive the calls. encrypts: whether a line wants nothing but encrypted media.
     sipCalls(sipLink& link, sipMedia& media, std::function<bool(int line)> encrypts, tagSipCallsNews news);
     ~sipCalls() override;
 
-    // The call's id; 0 when it was not begun, which is told.
-    int begin(const QString& number, int account, const tagCallOptions& options);
+    // The call's id; 0 when it was not begun, which is told. picksUp: it takes the call that rings at the
+    // number.
+    int begin(const QString& number, int account, const tagCallOptions& options, bool picksUp = false);
     // A call that cannot be begun is told of all the same, with the reason.
     void fail(const QString& number, int account, const char* reason);
     // As those of phoneBackend.
@@ -44,6 +44,8 @@ public:
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
     bool transfer(int id, const QString& number);
+    bool join(int id, int other);
+    bool split(int id);
     bool sendTone(int id, QChar tone, bool secret);
 
     // A record of the agent about a call.
@@ -81,6 +83,7 @@ private:
         bool bAgreedHeld = false; // what the other side knows
         bool bSilenced = false;   // it refused to be held: it does not hear the user
         bool bRings = false;
+        bool bPicksUp = false; // when it begins
         bool bTransferring = false;
         int nRedirections = 0;
         QByteArray offer;                     // of a call that goes out
@@ -96,6 +99,7 @@ private:
     tagLive* findRingingIn(int id);
     tagMediaWish wishOf(const tagLive& live) const;
     void tell(const tagLive& live);
+    void tellBoth(int id, int other);
     void ask(tagLive& live, ASKED what);
     void offerAnew(tagLive& live);
     void dial(tagLive& live, const QByteArray& target);
@@ -112,7 +116,6 @@ private:
     void otherOffers(const tagSipMedia& media);
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
-    void forgetReason(int id);
 
     sipLink& m_link;
     sipMedia& m_media;

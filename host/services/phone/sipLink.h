@@ -45,6 +45,7 @@ public:
     {
         send(&record, sizeof record);
     }
+    void tellBytes(const void* record, size_t size) { send(record, size); }
     // What it said makes no sense: it is ended.
     void discard(const char* why);
 

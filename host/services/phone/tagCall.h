@@ -39,7 +39,12 @@ struct tagCallStreams
     QString strPicture;       // "H.264"; empty: no picture
     int nQuality = -1;        // of what is received, 0 (bad) to 4 (as good as it gets); -1: not known
     bool bEncrypted = false;  // all of it
-    bool bOtherHolds = false; // by its description the other side neither sends nor wants to hear anything
+    bool bOtherHolds = false; // by its description the other side wants to hear nothing
+    bool operator==(const tagCallStreams& other) const
+    {
+        return strSound == other.strSound && strPicture == other.strPicture && nQuality == other.nQuality &&
+               bEncrypted == other.bEncrypted && bOtherHolds == other.bOtherHolds;
+    }
 };
 
 struct tagCall

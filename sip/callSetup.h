@@ -1,0 +1,42 @@
+#pragma once
+// The INVITE of a call from here, and the servers that it may go to, one after the other. All of them are
+// told the same call: whoever hears of it from two sees that it is one.
+#include "sip/sipStack.h"
+#include <string>
+#include <vector>
+
+class Registration;
+
+// Why a call is made, where it is not for its target alone.
+struct tagCallOrigin
+{
+    std::string replaces;       // the header that names a call whose place it takes; empty for none
+    std::string referredBy;     // the header that says who has asked for it; empty for nobody
+    bool bReplacesOnly = false; // whoever does not know of replacing is not to take it
+};
+
+class CallSetup
+{
+public:
+    CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
+              const tagCallOrigin& origin);
+
+    // By the next server; null when the number makes no address.
+    nua_handle_t* invite(StackOwner* owner);
+    // There is another one.
+    bool hasNext() const { return m_nNext < m_hops.size(); }
+    const std::string& target() const { return m_target; }
+
+private:
+    const tagSipStack& m_stack;
+    std::vector<std::string> m_hops;
+    size_t m_nNext = 0;
+    std::string m_target;
+    std::string m_from;
+    std::string m_callId;
+    std::string m_contact;
+    std::string m_transport;
+    std::string m_identity; // empty unless the caller is not to be told
+    const tagCallOrigin m_origin;
+    std::string m_sdp;
+};

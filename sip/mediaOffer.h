@@ -1,0 +1,36 @@
+#pragma once
+// What this side of a call that talks offers of media: one offer at a time, the newest next. Where both sides
+// offer at once, each waits for a time of its own and begins again (RFC 3261, 14.1).
+#include "sip/sipTimer.h"
+#include <functional>
+#include <string>
+
+class MediaOffer
+{
+public:
+    using Sender = std::function<void(const std::string& sdp)>;
+
+    // isOwner: this side has made the call.
+    MediaOffer(su_root_t* root, bool isOwner, Sender send);
+
+    void want(const std::string& sdp);
+    // It was sent, and nobody has answered it yet.
+    bool isUnderWay() const { return m_bUnderWay; }
+    // The reply to it. False when it collided, and is sent again.
+    bool settle(uint32_t status);
+    // Nothing is sent any more.
+    void stop();
+
+private:
+    void sendNext();
+
+    const bool m_bOwner;
+    const Sender m_send;
+    SipTimer m_again;
+    std::string m_sent;
+    std::string m_next;
+    bool m_bUnderWay = false;
+    bool m_bWanted = false;   // m_next
+    bool m_bCollided = false; // and waits for its time
+    unsigned m_nCollisions = 0;
+};

@@ -1,0 +1,70 @@
+#include "sip/ownSockets.h"
+#include <cstdlib>
+#include <functional>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+namespace {
+
+constexpr int kFirstFile = 3, kMaxFiles = 1024; // the agent has some dozens at most
+
+struct tagEnd
+{
+    std::string host;
+    uint32_t nPort = 0;
+};
+
+tagEnd endOf(const sockaddr_storage& address, socklen_t size)
+{
+    char host[NI_MAXHOST] = "", port[NI_MAXSERV] = "";
+    if (getnameinfo(reinterpret_cast<const sockaddr*>(&address), size, host, sizeof host, port, sizeof port,
+                    NI_NUMERICHOST | NI_NUMERICSERV) != 0)
+        return {};
+    return {host, uint32_t(atoi(port))};
+}
+
+void forEachSocket(int type, const std::function<void(int socket)>& call)
+{
+    for (int file = kFirstFile; file < kMaxFiles; ++file) {
+        int kind = 0, family = 0;
+        socklen_t size = sizeof kind;
+        if (getsockopt(file, SOL_SOCKET, SO_TYPE, &kind, &size) == 0 && kind == type &&
+            getsockopt(file, SOL_SOCKET, SO_DOMAIN, &family, &size) == 0 &&
+            (family == AF_INET || family == AF_INET6))
+            call(file);
+    }
+}
+
+} // namespace
+
+void ownSockets::keepOpen(uint32_t ownPort, const std::string& host, uint32_t port)
+{
+    addrinfo wanted = {};
+    wanted.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
+    wanted.ai_socktype = SOCK_DGRAM;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(host.c_str(), std::to_string(port).c_str(), &wanted, &found) != 0)
+        return;
+    forEachSocket(SOCK_DGRAM, [&](int socket) {
+        sockaddr_storage own = {};
+        socklen_t size = sizeof own;
+        if (getsockname(socket, reinterpret_cast<sockaddr*>(&own), &size) == 0 &&
+            own.ss_family == found->ai_family && endOf(own, size).nPort == ownPort)
+            sendto(socket, "\r\n\r\n", 4, MSG_DONTWAIT | MSG_NOSIGNAL, found->ai_addr, found->ai_addrlen);
+    });
+    freeaddrinfo(found);
+}
+
+void ownSockets::closeConnections(const std::string& host, uint32_t port)
+{
+    forEachSocket(SOCK_STREAM, [&](int socket) {
+        sockaddr_storage other = {};
+        socklen_t size = sizeof other;
+        if (getpeername(socket, reinterpret_cast<sockaddr*>(&other), &size) != 0)
+            return;
+        const tagEnd end = endOf(other, size);
+        if (end.nPort == port && (host.empty() || end.host == host))
+            shutdown(socket, SHUT_RDWR);
+    });
+}

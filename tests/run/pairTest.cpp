@@ -1,0 +1,166 @@
+// "./run --pair": two phones with real lines, and the exchange between them.
+#include "places.h"
+#include "tests/kit/plain/processes.h"
+#include "tests/run/runScript.h"
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QRegularExpression>
+#include <algorithm>
+#include <csignal>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int kStartMs = 60000;
+
+class RunPair : public testing::Test
+{
+protected:
+    void start(const QStringList& options = {})
+    {
+        m_pair.launch(QStringList{"--pair", "--built", HX_BUILD_DIR, "--root", m_pair.root(), "--control",
+                                  m_pair.root() + "/ctl", "--port", "0"} +
+                      options);
+        ASSERT_TRUE(anna.open(m_pair.root() + "/ctl.anna", kStartMs)) << m_pair.output().constData();
+        ASSERT_TRUE(ben.open(m_pair.root() + "/ctl.ben", kStartMs)) << m_pair.output().constData();
+        for (ControlLink* phone : {&anna, &ben})
+            phone->ask({"wait", "page", "frmDesktop", "20000"});
+        for (const char* name : {"Anna", "Ben"})
+            ASSERT_TRUE(eventually([&] {
+                return m_pair.output().contains(QByteArray(name) + ": line 1 is registered: 200");
+            })) << m_pair.output().constData();
+    }
+    // The only call there; empty for none.
+    static QJsonObject callOf(ControlLink& phone)
+    {
+        const QJsonArray calls = phone.ask({"calls"}).toObject()["calls"].toArray();
+        return calls.size() == 1 ? calls[0].toObject() : QJsonObject();
+    }
+    static bool talks(ControlLink& phone)
+    {
+        return eventually([&] { return callOf(phone)["state"].toString() == "talking"; });
+    }
+    // Of the key of the other phone.
+    static bool shows(ControlLink& phone, const char* lamp)
+    {
+        return eventually([&] {
+            return phone.ask({"dsskey", "3", "show"}).toObject()["lamp"].toString() == QLatin1String(lamp);
+        });
+    }
+    QByteArray read(const QString& name) const
+    {
+        QFile file(m_pair.root() + "/" + name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    RunScript m_pair;
+    ControlLink anna, ben;
+};
+
+} // namespace
+
+TEST_F(RunPair, ThePhonesCallEachOtherByTheirKeysAndHangUp)
+{
+    start();
+    // Each has an address of its own to be opened at.
+    static const QRegularExpression address("(Anna|Ben): http://127\\.0\\.0\\.1:(\\d+)/[0-9a-f]{32}/");
+    QStringList ports;
+    for (auto it = address.globalMatch(QString::fromUtf8(m_pair.output())); it.hasNext();)
+        ports.append(it.next().captured(2));
+    EXPECT_EQ(ports.size(), 2) << m_pair.output().constData();
+    EXPECT_NE(ports.value(0).toStdString(), ports.value(1).toStdString());
+
+    EXPECT_EQ(anna.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1002");
+    EXPECT_EQ(anna.ask({"dsskey", "5", "show"}).toObject()["number"].toString().toStdString(), "*97");
+    EXPECT_EQ(ben.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1001");
+    EXPECT_TRUE(shows(anna, "idle"));
+    EXPECT_TRUE(shows(ben, "idle"));
+    anna.ask({"dsskey", "3", "press"});
+    ASSERT_TRUE(eventually([&] { return callOf(ben)["state"].toString() == "ringing"; }))
+        << m_pair.output().constData();
+    EXPECT_EQ(callOf(ben)["name"].toString().toStdString(), "Anna");
+    EXPECT_EQ(callOf(ben)["number"].toString().toStdString(), "1001");
+    EXPECT_TRUE(shows(anna, "ringing"));
+    EXPECT_TRUE(shows(ben, "busy"));
+    ben.ask({"key", "F1"});
+    EXPECT_TRUE(talks(ben));
+    EXPECT_TRUE(talks(anna));
+    EXPECT_TRUE(shows(anna, "busy"));
+    anna.ask({"key", "F4"});
+    EXPECT_TRUE(eventually([&] { return callOf(ben).isEmpty() && callOf(anna).isEmpty(); }));
+    EXPECT_TRUE(shows(anna, "idle"));
+}
+
+TEST_F(RunPair, TheVoiceMailAnswersAndHangsUp)
+{
+    start();
+    ben.ask({"dsskey", "5", "press"});
+    EXPECT_TRUE(talks(ben));
+    EXPECT_TRUE(eventually([&] { return callOf(ben).isEmpty(); }));
+}
+
+TEST_F(RunPair, PasswordsAreNewWithEachStartAndNobodyElses)
+{
+    start();
+    const QByteArray accounts = read("accounts");
+    EXPECT_EQ(QFileInfo(m_pair.root() + "/accounts").permissions() &
+                  (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther),
+              0);
+    const QList<QByteArray> rows = accounts.trimmed().split('\n');
+    ASSERT_EQ(rows.size(), 3);
+    QList<QByteArray> passwords;
+    for (const QByteArray& row : rows)
+        passwords.append(row.split(' ').value(1));
+    EXPECT_GE(passwords[0].size(), 16);
+    EXPECT_NE(passwords[0].toStdString(), passwords[1].toStdString());
+    EXPECT_TRUE(read("anna/rundata/config/user/voip/sipAccount0.cfg").contains("password=" + passwords[0]));
+    // Only the guest's is told: somebody has to type it.
+    const QByteArray said = m_pair.output();
+    EXPECT_FALSE(said.contains(passwords[0]) || said.contains(passwords[1]));
+    EXPECT_TRUE(said.contains(passwords[2]));
+    m_pair.signal(SIGTERM);
+    ASSERT_TRUE(m_pair.waitEnd());
+    anna.close();
+    ben.close();
+    start();
+    EXPECT_FALSE(read("accounts").contains(passwords[0]));
+}
+
+TEST_F(RunPair, EndsWithAllThatItHasStartedHoweverItEnds)
+{
+    for (const int number : {SIGTERM, SIGKILL}) {
+        start();
+        const QList<qint64> started = m_pair.descendants();
+        EXPECT_GE(started.size(), 12);
+        m_pair.signal(number);
+        ASSERT_TRUE(m_pair.waitEnd());
+        EXPECT_TRUE(kit::waits([&] { return std::none_of(started.begin(), started.end(), isAlive); }, 20000));
+        anna.close();
+        ben.close();
+    }
+}
+
+TEST_F(RunPair, GoesOnWithOnePhoneAndEndsWithTheSecond)
+{
+    start();
+    anna.ask({"quit"});
+    EXPECT_TRUE(eventually([&] { return m_pair.output().contains("Anna: The phone has ended."); }));
+    EXPECT_TRUE(ben.isAlive());
+    ben.ask({"quit"});
+    ASSERT_TRUE(m_pair.waitEnd());
+    EXPECT_EQ(m_pair.exitCode(), 0);
+    EXPECT_TRUE(m_pair.output().contains("Both phones have ended.")) << m_pair.output().constData();
+}
+
+TEST_F(RunPair, TellsThatTheExchangeIsGone)
+{
+    start();
+    const qint64 exchange = m_pair.processOf("hxRegistrar");
+    ASSERT_GT(exchange, 0);
+    ::kill(pid_t(exchange), SIGKILL);
+    ASSERT_TRUE(m_pair.waitEnd());
+    EXPECT_NE(m_pair.exitCode(), 0);
+    EXPECT_TRUE(m_pair.output().contains("the exchange has ended unexpectedly"))
+        << m_pair.output().constData();
+}

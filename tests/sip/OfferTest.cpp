@@ -1,0 +1,212 @@
+// Media that are agreed on anew, and what both sides say of them at the same time.
+#include "tests/sip/callTest.h"
+#include <cstring>
+
+namespace {
+
+constexpr uint32_t kFirst = SIP_CALL_FIRST_INCOMING;
+constexpr int kOwnerWaitsMs = 2100; // at least, after a collision
+constexpr const char* kSdp = "Content-Type: application/sdp";
+
+class SipOffers : public SipCalls
+{
+protected:
+    QByteArray withSdp() const
+    {
+        return "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">\r\n" + kSdp;
+    }
+    // The other side offers by UPDATE in the call of lastAnswer.
+    void sendUpdate(int number, const QByteArray& sdp)
+    {
+        peer->send(within("UPDATE", lastAnswer, number, sdp.isEmpty() ? "" : kSdp, sdp), agent.port());
+    }
+    void expectTalk(uint32_t id, const char* sdp)
+    {
+        const auto* talk = next<tagSipMedia>(SIP_TALK, id);
+        ASSERT_TRUE(talk);
+        EXPECT_TRUE(strstr(talk->szSdp, sdp)) << talk->szSdp;
+    }
+};
+
+} // namespace
+
+TEST_F(SipOffers, OffersThatMeetAreMadeAgainByTheOwnerOfTheCallLast)
+{
+    begin();
+    for (const bool isOwner : {true, false}) {
+        SCOPED_TRACE(isOwner);
+        const uint32_t id = isOwner ? talkOut(1) : talkIn("met");
+        ASSERT_NE(id, 0u);
+        tellMedia(SIP_MEDIA, id, "v=0\r\na=sendonly\r\n");
+        const QByteArray offer = peer->receive("INVITE");
+        peer->reply(offer, "491 Request Pending");
+        EXPECT_FALSE(agent.next(SIP_TALK, id, 100));
+        if (isOwner) {
+            EXPECT_EQ(peer->receive("INVITE", kOwnerWaitsMs - 300).toStdString(), "");
+        }
+        const QByteArray again = peer->receive("INVITE");
+        EXPECT_TRUE(again.endsWith("a=sendonly\r\n")) << again.constData();
+        EXPECT_NE(headerOf(again, "CSeq").toStdString(), headerOf(offer, "CSeq").toStdString());
+        peer->reply(again, "200 OK", withSdp(), "v=0\r\na=recvonly\r\n");
+        expectTalk(id, "a=recvonly");
+    }
+}
+
+TEST_F(SipOffers, OfSeveralOffersTheNewestIsMadeNext)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    for (const char* sdp : {"v=0\r\ns=one\r\n", "v=0\r\ns=two\r\n", "v=0\r\ns=three\r\n"})
+        tellMedia(SIP_MEDIA, id, sdp);
+    const QByteArray first = peer->receive("INVITE");
+    EXPECT_TRUE(first.endsWith("s=one\r\n")) << first.constData();
+    EXPECT_EQ(peer->receive("INVITE", 100).toStdString(), "");
+    peer->reply(first, "200 OK", withSdp(), "v=0\r\ns=eins\r\n");
+    const QByteArray last = peer->receive("INVITE");
+    EXPECT_TRUE(last.endsWith("s=three\r\n")) << last.constData();
+    peer->reply(last, "200 OK", withSdp(), "v=0\r\ns=drei\r\n");
+    expectTalk(id, "s=eins");
+    expectTalk(id, "s=drei");
+}
+
+TEST_F(SipOffers, AnUpdateThatOffersIsAnsweredByThePhone)
+{
+    begin();
+    const uint32_t id = talkIn("updated");
+    ASSERT_NE(id, 0u);
+    EXPECT_TRUE(headerOf(lastAnswer, "Allow").contains("UPDATE")) << lastAnswer.constData();
+    sendUpdate(2, "v=0\r\na=sendonly\r\n");
+    const auto* offer = next<tagSipMedia>(SIP_OFFER, id);
+    ASSERT_TRUE(offer);
+    EXPECT_TRUE(strstr(offer->szSdp, "a=sendonly"));
+    tellMedia(SIP_MEDIA, id, "v=0\r\na=recvonly\r\n");
+    const QByteArray answer = peer->receive("SIP/2.0 ");
+    EXPECT_TRUE(answer.startsWith("SIP/2.0 200")) << answer.constData();
+    EXPECT_TRUE(answer.endsWith("a=recvonly\r\n")) << answer.constData();
+    expectTalk(id, "a=sendonly");
+
+    sendUpdate(3, "");
+    EXPECT_NE(peer->receive("SIP/2.0 200").toStdString(), "");
+    EXPECT_TRUE(agent.isQuiet(100));
+}
+
+TEST_F(SipOffers, AnUpdateThatMeetsAnotherOfferIsRefused)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nOfferMs = 1000;
+    begin(setup);
+    const uint32_t id = talkIn("meets");
+    ASSERT_NE(id, 0u);
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=ours\r\n");
+    const QByteArray ours = peer->receive("INVITE");
+    sendUpdate(2, "v=0\r\ns=theirs\r\n");
+    EXPECT_NE(peer->receive("SIP/2.0 491").toStdString(), "");
+    peer->reply(ours, "200 OK", withSdp(), "v=0\r\ns=agreed\r\n");
+    expectTalk(id, "s=agreed");
+
+    sendUpdate(3, "v=0\r\ns=one\r\n");
+    ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+    sendUpdate(4, "v=0\r\ns=two\r\n");
+    const QByteArray second = peer->receive("SIP/2.0 500");
+    EXPECT_NE(headerOf(second, "Retry-After").toStdString(), "");
+    // The phone says nothing to the first.
+    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 488"), "CSeq").toStdString(), "3 UPDATE");
+}
+
+TEST_F(SipOffers, AnUpdateBeforeTheCallTalksChangesNothing)
+{
+    begin();
+    peer->send(inviteText("soon"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellMedia(SIP_RING, kFirst, "");
+    lastAnswer = peer->receive("SIP/2.0 180");
+    sendUpdate(2, "v=0\r\ns=early\r\n");
+    EXPECT_NE(peer->receive("SIP/2.0 488").toStdString(), "");
+    tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=answer\r\n");
+    acknowledge(peer->receive("SIP/2.0 200"));
+    expectTalk(kFirst, "s=offer");
+}
+
+TEST_F(SipOffers, WhoWantsAnOfferGetsOneAndItsAnswerIsTold)
+{
+    begin();
+    peer->send(inviteText("without", {}, ""), agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szSdp, "");
+    tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=here\r\n");
+    lastAnswer = peer->receive("SIP/2.0 200");
+    EXPECT_TRUE(lastAnswer.endsWith("s=here\r\n")) << lastAnswer.constData();
+    peer->send(within("ACK", lastAnswer, 1, kSdp, "v=0\r\ns=there\r\n"), agent.port());
+    expectTalk(kFirst, "s=there");
+
+    peer->send(within("INVITE", lastAnswer, 2), agent.port());
+    const auto* offer = next<tagSipMedia>(SIP_OFFER, kFirst);
+    ASSERT_TRUE(offer);
+    EXPECT_STREQ(offer->szSdp, "");
+    tellMedia(SIP_MEDIA, kFirst, "v=0\r\ns=anew\r\n");
+    const QByteArray answer = peer->receive("SIP/2.0 200");
+    EXPECT_TRUE(answer.endsWith("s=anew\r\n")) << answer.constData();
+    peer->send(within("ACK", answer, 2, kSdp, "v=0\r\ns=again\r\n"), agent.port());
+    expectTalk(kFirst, "s=again");
+}
+
+TEST_F(SipOffers, AReliableProvisionalAnswerIsAcknowledgedAndHolds)
+{
+    begin();
+    dial(1, "300");
+    const QByteArray invite = peer->receive("INVITE");
+    EXPECT_TRUE(headerOf(invite, "Supported").contains("100rel")) << invite.constData();
+    peer->reply(invite, "183 Session Progress", "Require: 100rel\r\nRSeq: 17\r\n" + withSdp(),
+                "v=0\r\ns=early\r\n");
+    const QByteArray prack = peer->receive("PRACK");
+    EXPECT_EQ(headerOf(prack, "RAck").toStdString(), "17 " + headerOf(invite, "CSeq").toStdString());
+    peer->reply(prack, "200 OK");
+    const auto* progress = next<tagSipProgress>(SIP_PROGRESS, 1);
+    ASSERT_TRUE(progress);
+    EXPECT_TRUE(strstr(progress->szSdp, "s=early"));
+    peer->reply(invite, "200 OK", "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">");
+    EXPECT_NE(peer->receive("ACK").toStdString(), "");
+    expectTalk(1, "s=early");
+}
+
+TEST_F(SipOffers, EarlyMediaWaitForTheirAcknowledgementWhereTheCallerGivesOne)
+{
+    begin();
+    peer->send(inviteText("reliable", "Supported: 100rel"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellMedia(SIP_RING, kFirst, "v=0\r\ns=early\r\n");
+    const QByteArray early = peer->receive("SIP/2.0 183");
+    const QByteArray number = headerOf(early, "RSeq");
+    EXPECT_NE(number.toStdString(), "");
+    EXPECT_NE(peer->receive("SIP/2.0 183").toStdString(), ""); // since nobody has acknowledged it
+    tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=early\r\n");
+    peer->send(within("PRACK", early, 2, "RAck: " + number + " 1 INVITE"), agent.port());
+    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 200"), "CSeq").toStdString(), "2 PRACK");
+    const QByteArray answer = peer->receive("SIP/2.0 200");
+    EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
+    acknowledge(answer);
+    expectTalk(kFirst, "s=offer");
+}
+
+TEST_F(SipOffers, ASessionThatIsTooShortForAServerIsMadeLonger)
+{
+    begin();
+    dial(1, "300");
+    const QByteArray invite = peer->receive("INVITE");
+    peer->reply(invite, "422 Session Interval Too Small", "Min-SE: 4000");
+    const QByteArray again = peer->receive("INVITE");
+    EXPECT_TRUE(headerOf(again, "Session-Expires").startsWith("4000")) << again.constData();
+    EXPECT_EQ(headerOf(again, "Call-ID").toStdString(), headerOf(invite, "Call-ID").toStdString());
+    peer->reply(again, "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
+    expectTalk(1, "s=answer");
+}
+
+TEST_F(SipOffers, ASessionThatIsTooShortForThePhoneIsRefused)
+{
+    begin();
+    peer->send(inviteText("short", "Supported: timer\r\nSession-Expires: 30"), agent.port());
+    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 422"), "Min-SE").toStdString(), "90");
+    EXPECT_FALSE(agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }, 100));
+}
