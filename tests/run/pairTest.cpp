@@ -41,6 +41,13 @@ protected:
     {
         return eventually([&] { return callOf(phone)["state"].toString() == "talking"; });
     }
+    // Of the key of the other phone.
+    static bool shows(ControlLink& phone, const char* lamp)
+    {
+        return eventually([&] {
+            return phone.ask({"dsskey", "3", "show"}).toObject()["lamp"].toString() == QLatin1String(lamp);
+        });
+    }
     QByteArray read(const QString& name) const
     {
         QFile file(m_pair.root() + "/" + name);
@@ -67,16 +74,22 @@ TEST_F(RunPair, ThePhonesCallEachOtherByTheirKeysAndHangUp)
     EXPECT_EQ(anna.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1002");
     EXPECT_EQ(anna.ask({"dsskey", "5", "show"}).toObject()["number"].toString().toStdString(), "*97");
     EXPECT_EQ(ben.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1001");
+    EXPECT_TRUE(shows(anna, "idle"));
+    EXPECT_TRUE(shows(ben, "idle"));
     anna.ask({"dsskey", "3", "press"});
     ASSERT_TRUE(eventually([&] { return callOf(ben)["state"].toString() == "ringing"; }))
         << m_pair.output().constData();
     EXPECT_EQ(callOf(ben)["name"].toString().toStdString(), "Anna");
     EXPECT_EQ(callOf(ben)["number"].toString().toStdString(), "1001");
+    EXPECT_TRUE(shows(anna, "ringing"));
+    EXPECT_TRUE(shows(ben, "busy"));
     ben.ask({"key", "F1"});
     EXPECT_TRUE(talks(ben));
     EXPECT_TRUE(talks(anna));
+    EXPECT_TRUE(shows(anna, "busy"));
     anna.ask({"key", "F4"});
     EXPECT_TRUE(eventually([&] { return callOf(ben).isEmpty() && callOf(anna).isEmpty(); }));
+    EXPECT_TRUE(shows(anna, "idle"));
 }
 
 TEST_F(RunPair, TheVoiceMailAnswersAndHangsUp)
