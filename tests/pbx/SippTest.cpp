@@ -22,6 +22,6 @@ TEST(PbxSipp, ManyCallsOneAfterAnotherAndNoneIsLost)
     dials.start("sippCalls.xml", UdpPeer::freePort(), pbx.port(), calls, {"-r", isLong ? "50" : "20"});
     dials.expectDone();
     answers.expectDone();
-    EXPECT_LT(kit::statusKiB(pbx.pid(), "VmRSS"), 64 << 10);
+    EXPECT_LT(kit::statusKiB(pbx.pid(), "VmRSS"), RegistrarProcess::MOST_KIB);
     EXPECT_EQ(pbx.end(), 0);
 }

@@ -146,6 +146,7 @@ TEST_F(RunPair, GoesOnWithOnePhoneAndEndsWithTheSecond)
     start();
     anna.ask({"quit"});
     EXPECT_TRUE(eventually([&] { return m_pair.output().contains("Anna: The phone has ended."); }));
+    EXPECT_FALSE(m_pair.waitEnd(2000));
     EXPECT_TRUE(ben.isAlive());
     ben.ask({"quit"});
     ASSERT_TRUE(m_pair.waitEnd());
