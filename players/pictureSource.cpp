@@ -2,11 +2,12 @@
 #include "support/host/trace.h"
 #include <QByteArray>
 #include <cstdlib>
-#include <unistd.h>
+#include <glib/gstdio.h>
 
 namespace {
 
 constexpr int kCameras = 4;
+constexpr int kReadAndWrite = 6; // as modes of files have it
 const char* const kNone = "none";
 
 // Empty: the system's cameras.
@@ -21,7 +22,7 @@ QByteArray camera()
 {
     for (int i = 0; i < kCameras; ++i) {
         const QByteArray path = "/dev/video" + QByteArray::number(i);
-        if (access(path.constData(), R_OK | W_OK) == 0)
+        if (g_access(path.constData(), kReadAndWrite) == 0)
             return path;
     }
     return {};

@@ -55,5 +55,5 @@ private:
     unsigned int m_nPainted = 0; // the last one on the screen
     QSize m_asked;
     std::optional<QRect> m_askedOwn; // none: this server was not told
-    bool m_bRefused = false; // told already that what a server offers is no store
+    bool m_bRefused = false;         // told already that what a server offers is no store
 };
