@@ -1,13 +1,24 @@
 #include "registrar/mailCall.h"
 #include "registrar/pbxText.h"
+#include <algorithm>
+#include <iterator>
+#include <netinet/in.h>
 #include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_status.h>
 #include <sofia-sip/sip_tag.h>
 #include <sstream>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
 
-constexpr int kNowhere = 9; // the port that throws away
+// Those that need no further word about them: PCMA, PCMU, G.722.
+const char* const kPlainFormats[] = {"8", "0", "9"};
+
+bool isPlain(const std::string& format)
+{
+    return std::find(std::begin(kPlainFormats), std::end(kPlainFormats), format) != std::end(kPlainFormats);
+}
 
 std::string offerOf(nta_incoming_t* call)
 {
@@ -24,7 +35,8 @@ std::string offerOf(nta_incoming_t* call)
 MailCall::MailCall(su_root_t* root, nta_agent_t* agent, const std::string& place, nta_incoming_t* call)
     : m_pAgent(agent), m_pCall(call), m_dialog(agent, place, call), m_limit(root)
 {
-    const std::string answer = answerTo(offerOf(call));
+    const unsigned port = openEar();
+    const std::string answer = port ? answerTo(offerOf(call), port) : "";
     m_bAnswered = m_dialog.isGood() && !answer.empty();
     if (!m_bAnswered) {
         nta_incoming_treply(call, SIP_488_NOT_ACCEPTABLE, TAG_END());
@@ -42,23 +54,41 @@ MailCall::~MailCall()
 {
     nta_outgoing_destroy(m_pBye);
     nta_incoming_destroy(m_pCall);
+    if (m_nEar >= 0)
+        close(m_nEar);
 }
 
-std::string MailCall::answerTo(const std::string& offer)
+unsigned MailCall::openEar()
+{
+    m_nEar = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* own = reinterpret_cast<sockaddr*>(&address);
+    if (m_nEar < 0 || bind(m_nEar, own, size) != 0 || getsockname(m_nEar, own, &size) != 0)
+        return 0;
+    return ntohs(address.sin_port);
+}
+
+std::string MailCall::answerTo(const std::string& offer, unsigned port)
 {
     std::istringstream lines(offer);
     std::string line, media;
     bool hasSound = false;
     while (std::getline(lines, line)) {
         std::istringstream words(line);
-        std::string kind, port, protocol, format;
-        words >> kind >> port >> protocol >> format;
-        if (kind.rfind("m=", 0) != 0 || format.empty())
+        std::string kind, its, protocol, first;
+        words >> kind >> its >> protocol >> first;
+        if (kind.rfind("m=", 0) != 0 || first.empty())
             continue;
-        const bool isTaken = kind == "m=audio" && protocol == "RTP/AVP" && !hasSound;
+        std::string format = first;
+        while (!isPlain(format) && words >> format) {
+        }
+        const bool isTaken = kind == "m=audio" && protocol == "RTP/AVP" && isPlain(format) && !hasSound;
         hasSound = hasSound || isTaken;
-        media += kind + " " + std::to_string(isTaken ? kNowhere : 0) + " " + protocol + " " + format +
-                 "\r\n" + (isTaken ? "a=recvonly\r\n" : "");
+        media += kind + " " + std::to_string(isTaken ? port : 0) + " " + protocol + " " +
+                 (isTaken ? format + "\r\na=recvonly" : first) + "\r\n";
     }
     return hasSound ? "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n" + media
                     : "";

@@ -23,16 +23,19 @@ public:
     void take(nta_incoming_t* request);
     void onReply(nta_outgoing_t* request, const sip_t* reply) override;
 
-    // The answer to an offer of sound; empty when there is none.
-    static std::string answerTo(const std::string& offer);
+    // The answer to an offer of plain sound, which goes to that port here; empty when there is none.
+    static std::string answerTo(const std::string& offer, unsigned port);
 
 private:
+    // Where what the caller says is thrown away; 0 when there is no room for it.
+    unsigned openEar();
     void hangUp();
 
     nta_agent_t* const m_pAgent;
     nta_incoming_t* m_pCall;
     OwnDialog m_dialog;
     nta_outgoing_t* m_pBye = nullptr;
+    int m_nEar = -1;
     bool m_bAnswered = false;
     bool m_bOver = false;
     SipTimer m_limit;

@@ -131,7 +131,8 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
                    NUTAG_ENABLEINVITE(1), NUTAG_SESSION_TIMER(kSessionSeconds),
                    NUTAG_MIN_SE(kLeastSessionSeconds), NUTAG_SESSION_REFRESHER(nua_remote_refresher),
                    NUTAG_ENABLEMESSAGE(0), SIPTAG_SUPPORTED_STR(kSupported),
-                   NUTAG_APPL_METHOD("NOTIFY, UPDATE, REFER"), NUTAG_MAX_RETRY_AFTER(0), TAG_END());
+                   NUTAG_APPL_METHOD("NOTIFY, UPDATE, REFER"), NUTAG_MAX_RETRY_AFTER(0),
+                   NUTAG_UPDATE_REFRESH(1), TAG_END());
     m_phone.tell(sipWire::make<tagSipHead>(SIP_HELLO, 0));
     return true;
 }

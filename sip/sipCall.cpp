@@ -300,10 +300,13 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_i_state: {
         int state = nua_callstate_init;
         tl_gets(event.pTags, NUTAG_CALLSTATE_REF(state), TAG_END());
-        if (state == nua_callstate_terminated) {
+        // The stack gives up a call by itself, and waits for a reply to that.
+        if (state >= nua_callstate_terminating && !hasEnded()) {
             end(SIP_BROKEN, status >= 100 && status <= 699 ? status : 0, event.szPhrase);
-            release();
+            releaseSoon();
         }
+        if (state == nua_callstate_terminated)
+            release();
         break;
     }
     default:

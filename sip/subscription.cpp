@@ -53,7 +53,6 @@ void Subscription::start(const Registration& line, const std::string& target)
     m_target = sipAddress::target(target, line.server());
     m_hop = line.hop();
     m_contact = line.contact();
-    m_way = std::string("transport=") + line.transportName();
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
     m_nDelayMs = m_stack.setup.nRetryMs;
     if (!m_bRefused)
@@ -104,8 +103,8 @@ void Subscription::subscribe()
                     TAG_IF(m_package.szSupported, NUTAG_SUPPORTED(m_package.szSupported)), TAG_END());
     m_silent.start(m_stack.setup.nSilentMs, [this] { wait(0); });
     nua_subscribe(m_pHandle, NUTAG_PROXY(m_hop.c_str()), NUTAG_M_USERNAME(m_contact.c_str()),
-                  NUTAG_M_PARAMS(m_way.c_str()), SIPTAG_EVENT_STR(m_package.szEvent),
-                  SIPTAG_ACCEPT_STR(m_package.szAccept), SIPTAG_EXPIRES_STR(expires.c_str()), TAG_END());
+                  SIPTAG_EVENT_STR(m_package.szEvent), SIPTAG_ACCEPT_STR(m_package.szAccept),
+                  SIPTAG_EXPIRES_STR(expires.c_str()), TAG_END());
 }
 
 // The reply to a refresh brings the whole state. A server whose notes always miss something is not asked each

@@ -64,7 +64,6 @@ private:
     std::string m_target;
     std::string m_hop;
     std::string m_contact;
-    std::string m_way;
     SipTimer m_silent; // the server says nothing
     SipTimer m_again;
     SipTimer m_renew;

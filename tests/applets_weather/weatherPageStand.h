@@ -4,6 +4,7 @@
 #include "applets/weatherController.h"
 #include "tests/applets_weather/weatherStand.h"
 #include <QLabel>
+#include <QPushButton>
 
 // An answer that knows nothing.
 inline constexpr const char* kUnknown = "<norvane/>";

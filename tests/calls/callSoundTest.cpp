@@ -56,7 +56,7 @@ TEST_P(EachCodec, IsHeardThroughLossAndJitter)
     const kit::RecordedSound heard = m_other.voice.heard(2);
     for (double at = 0; at < 2; at += 0.2)
         EXPECT_TRUE(heard.from(at, 0.2, soundCoder::SAMPLE_RATE).has(kOne)) << at;
-    EXPECT_LT(heard.longestQuiet(), soundCoder::SAMPLE_RATE / 20) << "what is lost is made up for";
+    EXPECT_LT(heard.longestQuiet(), callSession::FRAME_SAMPLES) << "what is lost is made up for";
     other.with([&](callSession& session) {
         EXPECT_GT(session.buffer().counts().nPlayed, 100);
         EXPECT_GT(session.buffer().counts().nLost, 0);
@@ -86,7 +86,7 @@ TEST_F(CallSound, OneWhoIsMutedIsNotHeardButHears)
     ASSERT_TRUE(waitFor([&] { return m_other.hears(kOne); }));
     one.with([](callSession& session) { session.setMuted(true); });
     EXPECT_TRUE(waitFor([&] { return m_other.hearsNothing(); }));
-    EXPECT_TRUE(m_one.hears(kOther));
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kOther); }));
     one.with([](callSession& session) { session.setMuted(false); });
     EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne); }));
 }
@@ -101,14 +101,16 @@ TEST_F(CallSound, ThreeWhoAreJoinedHearEachOtherUntilTheyAreSplit)
     connect(oneToOther, other, "PCMA");
     connect(oneToThird, last, "opus");
     ASSERT_TRUE(waitFor([&] { return m_other.hears(kOne) && third.hears(kOne); }));
-    EXPECT_TRUE(m_one.hears(kOther) && m_one.hears(kThird)) << "two calls at once";
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_one.hears(kThird); })) << "two calls at once";
     EXPECT_FALSE(m_other.hears(kThird));
     ASSERT_TRUE(m_one.desk.join(1, 2));
     EXPECT_TRUE(waitFor([&] { return m_other.hears(kThird) && third.hears(kOther); }));
-    EXPECT_TRUE(m_other.hears(kOne) && third.hears(kOne) && m_one.hears(kOther) && m_one.hears(kThird));
+    EXPECT_TRUE(waitFor([&] {
+        return m_other.hears(kOne) && third.hears(kOne) && m_one.hears(kOther) && m_one.hears(kThird);
+    }));
     m_one.desk.split(2);
     EXPECT_TRUE(waitFor([&] { return !m_other.hears(kThird) && !third.hears(kOther); }));
-    EXPECT_TRUE(m_other.hears(kOne) && third.hears(kOne));
+    EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne) && third.hears(kOne); }));
     EXPECT_FALSE(m_one.desk.join(1, 7));
 }
 
@@ -124,7 +126,7 @@ TEST_F(CallSound, OneOfTwoCallsIsHeldAndSilentWhileTheOtherTalks)
     ASSERT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_one.hears(kThird); }));
     connect(oneToOther, other, "PCMU", {true, false});
     EXPECT_TRUE(waitFor([&] { return !m_one.hears(kOther) && m_other.hearsNothing(); }));
-    EXPECT_TRUE(m_one.hears(kThird) && third.hears(kOne));
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kThird) && third.hears(kOne); }));
 }
 
 // Sends bytes to a port from an address of this machine, as a stranger does.
@@ -369,21 +371,19 @@ TEST_F(CallSound, TwoHundredCallsLeaveNothingBehind)
         CallEnd other(m_other, number);
         connect(one, other, kCodecs[number % 4], {false, number % 2 == 0});
         pass(45);
+        m_one.voice.forget(); // what was heard is none of the call's
+        m_other.voice.forget();
     };
     for (int i = 0; i < 40; ++i)
         call(i);
     const int threads = entriesOf("/proc/self/task");
     const int handles = entriesOf("/proc/self/fd");
-    m_one.voice.forget();
-    m_other.voice.forget();
     const qint64 before = kit::statusKiB(getpid(), "VmRSS");
     for (int i = 0; i < 200; ++i)
         call(i);
-    m_one.voice.forget();
-    m_other.voice.forget();
     EXPECT_EQ(entriesOf("/proc/self/task"), threads);
     EXPECT_EQ(entriesOf("/proc/self/fd"), handles);
-    EXPECT_LT(kit::statusKiB(getpid(), "VmRSS") - before, 2000);
+    EXPECT_LT(kit::statusKiB(getpid(), "VmRSS") - before, 1000);
 }
 
 } // namespace

@@ -72,8 +72,9 @@ protected:
         agreed.nPort = peerPort;
         return agreed;
     }
-    // What the far side hears after some seconds, in which it speaks or not.
-    static double heardThere(bool speaks)
+    // What the far side hears after some seconds, in which it speaks or not; a canceller that learns has more
+    // of them, until it is no more than that.
+    static double heardThere(bool speaks, double atMost = 1e9)
     {
         deviceSound devices;
         devices.open();
@@ -91,6 +92,7 @@ protected:
         near.with(1, [&](callSession& session) { session.agree(plain(otherPort), nearParts); });
         far.with(1, [&](callSession& session) { session.agree(plain(onePort), farParts); });
         pass(5000);
+        waitFor([&] { return voice.heard() <= atMost; }, 20000);
         const double heard = voice.heard();
         near.remove(1);
         far.remove(1);
@@ -104,8 +106,11 @@ TEST_F(Echo, DoesNotGoBackToWhoSpeaks)
     const double untouched = heardThere(true);
     EXPECT_GT(untouched, 1000) << "the room answers";
     unsetenv("HX_SOUND_PROCESSING");
-    EXPECT_LT(heardThere(true), untouched / 10);
-    setenv("HX_SOUND_SOURCE", "audiotestsrc is-live=true wave=pink-noise volume=0.8", 1);
+    EXPECT_LE(heardThere(true, untouched / 10), untouched / 10);
+    // Bursts, as words are: what lasts is noise.
+    setenv("HX_SOUND_SOURCE",
+           "audiotestsrc is-live=true wave=ticks freq=500 tick-interval=400000000 sine-periods-per-tick=100",
+           1);
     EXPECT_GT(heardThere(false), 300) << "who speaks here is heard";
 }
 

@@ -103,7 +103,7 @@ QByteArray WirePhone::registers(int seconds)
 bool WirePhone::calls(const QByteArray& user, const QByteArray& callId, const QByteArray& lines)
 {
     const QByteArray offer = "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=offer\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
-                             "m=audio 40000 RTP/AVP 8\r\n";
+                             "m=audio 40000 RTP/AVP 96 8\r\na=rtpmap:96 opus/48000/2\r\n";
     m_wire.send(text("INVITE", at(user), callId, ++m_nNumber, lines, offer), m_nServer);
     const QByteArray question = hears(407);
     acknowledge(question);

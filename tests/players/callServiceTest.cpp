@@ -7,6 +7,7 @@
 #include "tests/kit/plain/recordedSound.h"
 #include "tests/players/films.h"
 #include "tests/players/playersTest.h"
+#include <QDir>
 #include <QFile>
 
 namespace {
@@ -68,6 +69,15 @@ protected:
     bool isHeard(int ms = 8000)
     {
         return kit::waitUntil([&] { return heard().last(0.3, kRate).has(kHertz); }, ms);
+    }
+    bool isLoudspeakerOpen() const
+    {
+        for (const QFileInfo& handle : QDir(QString("/proc/%1/fd").arg(m_media.processId()))
+                                           .entryInfoList(QDir::AllEntries | QDir::System)) {
+            if (handle.symLinkTarget().endsWith("/sound.raw"))
+                return true;
+        }
+        return false;
     }
     bool isSilent()
     {
@@ -318,10 +328,12 @@ TEST_F(CallService, AfterTheLastCallTheSoundStopsAndItsThreadsAreGone)
     const auto threads = [&] { return kit::statusKiB(m_media.processId(), "Threads"); };
     connect(1, 2);
     ASSERT_TRUE(isHeard());
+    EXPECT_TRUE(isLoudspeakerOpen());
     m_sessions.end(1);
     m_sessions.end(2);
     kit::StillSound sound(hostPath("/rundata/sound.raw"));
     EXPECT_TRUE(kit::waitUntil([&] { return sound.isStill(); }, 8000));
+    EXPECT_TRUE(kit::waitUntil([&] { return !isLoudspeakerOpen(); }, 8000));
     const qint64 after = threads();
     for (int round = 0; round < 3; ++round) {
         connect(1, 2);

@@ -42,6 +42,13 @@ protected:
     {
         return eventually([&] { return callOf(phone)["state"].toString() == "talking"; });
     }
+    // Of the key of the other phone.
+    static bool shows(ControlLink& phone, const char* lamp)
+    {
+        return eventually([&] {
+            return phone.ask({"dsskey", "3", "show"}).toObject()["lamp"].toString() == QLatin1String(lamp);
+        });
+    }
     QByteArray read(const QString& name) const
     {
         QFile file(m_pair.root() + "/" + name);
@@ -82,16 +89,22 @@ TEST_F(RunPair, ThePhonesCallEachOtherByTheirKeysAndHangUp)
     EXPECT_EQ(anna.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1002");
     EXPECT_EQ(anna.ask({"dsskey", "5", "show"}).toObject()["number"].toString().toStdString(), "*97");
     EXPECT_EQ(ben.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1001");
+    EXPECT_TRUE(shows(anna, "idle"));
+    EXPECT_TRUE(shows(ben, "idle"));
     anna.ask({"dsskey", "3", "press"});
     ASSERT_TRUE(eventually([&] { return callOf(ben)["state"].toString() == "ringing"; }))
         << m_pair.output().constData();
     EXPECT_EQ(callOf(ben)["name"].toString().toStdString(), "Anna");
     EXPECT_EQ(callOf(ben)["number"].toString().toStdString(), "1001");
+    EXPECT_TRUE(shows(anna, "ringing"));
+    EXPECT_TRUE(shows(ben, "busy"));
     ben.ask({"key", "F1"});
     EXPECT_TRUE(talks(ben));
     EXPECT_TRUE(talks(anna));
+    EXPECT_TRUE(shows(anna, "busy"));
     anna.ask({"key", "F4"});
     EXPECT_TRUE(eventually([&] { return callOf(ben).isEmpty() && callOf(anna).isEmpty(); }));
+    EXPECT_TRUE(shows(anna, "idle"));
 }
 
 // Between the shades and below the corner of the own picture: the surface has 640 by 480 in its middle.
@@ -192,6 +205,7 @@ TEST_F(RunPair, GoesOnWithOnePhoneAndEndsWithTheSecond)
     start();
     anna.ask({"quit"});
     EXPECT_TRUE(eventually([&] { return m_pair.output().contains("Anna: The phone has ended."); }));
+    EXPECT_FALSE(m_pair.waitEnd(2000));
     EXPECT_TRUE(ben.isAlive());
     ben.ask({"quit"});
     ASSERT_TRUE(m_pair.waitEnd());

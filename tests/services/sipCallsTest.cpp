@@ -551,3 +551,64 @@ TEST_F(SipCallTest, AWatchedOneIsTakenFromWhereItRings)
     EXPECT_TRUE(kit::waitUntil([&] { return news.state == LAMP_UNKNOWN; }));
     lamps->setNews(nullptr);
 }
+
+TEST_F(SipCallTest, TwoOtherSidesAreConnectedOrStay)
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "CallWaiting", "bEnable", 1);
+    msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
+    kit::settle();
+    const int one = talksIn(IN);
+    const int two = talksIn(IN + 1);
+    EXPECT_TRUE(rules().connect(one, two));
+    EXPECT_FALSE(rules().connect(two, one)) << "they are being connected";
+    const auto* order = agent.next<tagSipConnect>(SIP_CONNECT);
+    ASSERT_TRUE(order);
+    EXPECT_EQ(order->head.nId, uint32_t(IN));
+    EXPECT_EQ(order->nOther, uint32_t(IN + 1));
+    tellStatus(SIP_TRANSFERRED, IN, 603);
+    EXPECT_EQ(calls().size(), 2);
+    EXPECT_EQ(heard[heard.size() - 2].strReason, "The other side refuses the transfer");
+    EXPECT_EQ(calls()[1].strTarget, "");
+    EXPECT_TRUE(rules().connect(one, two));
+    tellStatus(SIP_TRANSFERRED, IN, 200);
+    EXPECT_TRUE(waitsForEnd(2));
+    EXPECT_TRUE(calls().isEmpty());
+    EXPECT_EQ(lastEnded().eEnd, CALL_TRANSFERRED);
+    EXPECT_EQ(lastEnded().strTarget, "200");
+}
+
+TEST_F(SipCallTest, WhoTakesThePlaceOfAnotherIsAnsweredWithoutARing)
+{
+    const int before = talksIn(IN);
+    auto record = arrival(IN + 1, "201", "new offer");
+    record.nReplaces = IN;
+    agent.tell(record);
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "answer 2");
+    tellEnd(IN, SIP_REPLACED);
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().nId, before);
+    EXPECT_EQ(lastEnded().eEnd, CALL_HUNG_UP);
+    EXPECT_EQ(call().strNumber, "201");
+    EXPECT_EQ(call().eState, CALL_TALKING);
+    for (const tagCall& told : heard)
+        EXPECT_FALSE(told.strNumber == "201" && told.eState == CALL_RINGING);
+}
+
+TEST_F(SipCallTest, WhomTheOtherSideWantsCalledIsCalledWhereThereIsRoom)
+{
+    talksIn(IN);
+    auto record = sipWire::make<tagSipReferred>(SIP_REFERRED, IN);
+    sipWire::setText(record.szTarget, "http://example.com");
+    agent.tell(record);
+    EXPECT_EQ(nextStatus(SIP_REFUSE), 603u);
+    sipWire::setText(record.szTarget, "sip:300@example.com;user=phone");
+    agent.tell(record);
+    const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
+    ASSERT_TRUE(dial);
+    EXPECT_STREQ(dial->szTarget, "sip:300@example.com;user=phone");
+    EXPECT_EQ(dial->nReferrer, uint32_t(IN));
+    EXPECT_EQ(calls().last().strNumber, "300@example.com");
+    agent.tell(record);
+    EXPECT_EQ(nextStatus(SIP_REFUSE), 486u) << "there is no room for a third";
+    EXPECT_EQ(calls().size(), 2);
+}

@@ -26,6 +26,7 @@ protected:
         names.start();
         tagSipSetup setup = AgentProcess::quickSetup();
         sipWire::setText(setup.szNames, names.settings().toStdString());
+        setup.nSilentMs = silentMs;
         ASSERT_TRUE(agent.start(setup));
         tagSipAccount account = accountAt(0, 0, transport);
         sipWire::setText(account.szServer, "phones.test");
@@ -68,6 +69,7 @@ protected:
     }
     void hangUp(uint32_t id) { agent.tell(sipWire::make<tagSipStatus>(SIP_HANG_UP, id)); }
 
+    uint32_t silentMs = AgentProcess::quickSetup().nSilentMs;
     std::unique_ptr<UdpPeer> first;
     UdpPeer second;
     NameServer names;
@@ -106,6 +108,7 @@ TEST_F(SipCallFailover, TheLineLeavesAServerThatIsSilentToACall)
 
 TEST_F(SipCallFailover, FromAServerOutOfServiceToTheNext)
 {
+    silentMs = 30000; // longer than anybody waits for that
     beginRegistered();
     dial(1);
     // That it asks for patience keeps nobody.
@@ -115,6 +118,7 @@ TEST_F(SipCallFailover, FromAServerOutOfServiceToTheNext)
 
 TEST_F(SipCallFailover, FromADeadServerToTheNext)
 {
+    silentMs = 30000;
     beginRegistered();
     first.reset();
     dial(1);

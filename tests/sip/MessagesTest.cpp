@@ -58,6 +58,24 @@ TEST_F(SipMessages, APasswordIsAskedForAndGiven)
     EXPECT_EQ(nextSubscribe("message-summary", 1500).toStdString(), "");
 }
 
+TEST_F(SipMessages, ARefreshMayBeAskedForThePasswordAnew)
+{
+    begin();
+    peer->reply(nextSubscribe("message-summary"), "401 Unauthorized",
+                "WWW-Authenticate: Digest realm=\"home\", nonce=\"n1\", qop=\"auth\"");
+    const QByteArray second = nextSubscribe("message-summary");
+    accept(second, 2);
+    note(second, kTwo, kType, "active;expires=2");
+    expectMessages(true, 2, 8);
+    const QByteArray refresh = nextSubscribe("message-summary");
+    EXPECT_EQ(headerOf(refresh, "Call-ID").toStdString(), headerOf(second, "Call-ID").toStdString());
+    peer->reply(refresh, "401 Unauthorized",
+                "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\"");
+    const QByteArray again = nextSubscribe("message-summary");
+    EXPECT_EQ(paramOf(headerOf(again, "Authorization"), "nonce").toStdString(), "n2");
+    EXPECT_TRUE(isNothingTold());
+}
+
 TEST_F(SipMessages, DamagedCountsLeaveThoseThatAreKnownAndAreAskedForAgain)
 {
     begin();
@@ -86,17 +104,28 @@ TEST_F(SipMessages, AServerThatDoesNotKnowThemIsNotAskedAgainForLong)
     begin(setup);
     for (const char* refusal : {"489 Bad Event", "404 Not Found"}) {
         SCOPED_TRACE(refusal);
-        peer->reply(nextSubscribe("message-summary"), refusal);
+        const QByteArray asked = nextSubscribe("message-summary"); // for the first time, and after long
+        EXPECT_NE(asked.toStdString(), "");
+        peer->reply(asked, refusal);
         EXPECT_EQ(nextSubscribe("message-summary", 1200).toStdString(), "");
     }
-    // After long it is, and another account is asked for at once.
+}
+
+TEST_F(SipMessages, ForAnotherAccountARefusalSaysNothing)
+{
+    tagSipSetup setup = calmSetup();
+    setup.nRetryLastMs = 60000; // it would hold for minutes
+    begin(setup);
     peer->reply(nextSubscribe("message-summary"), "489 Bad Event");
+    EXPECT_EQ(nextSubscribe("message-summary", 500).toStdString(), "");
     agent.tell(accountAt(0, peer->port()));
     QByteArray message;
     for (int i = 0; i < 20 && !message.startsWith("SUBSCRIBE"); ++i) {
         message = peer->receive();
         if (message.startsWith("REGISTER"))
             peer->reply(message, "200 OK", "Contact: " + headerOf(message, "Contact") + ";expires=3600");
+        else if (message.isEmpty())
+            break;
     }
     EXPECT_TRUE(message.startsWith("SUBSCRIBE"));
 }
@@ -122,15 +151,18 @@ TEST_F(SipMessages, AServerThatFailsIsAskedAgainAndItsPatienceIsKept)
 TEST_F(SipMessages, ASilentServerAndOneThatNeverTellsAreAskedAgain)
 {
     begin(AgentProcess::quickSetup());
-    const QByteArray first = nextSubscribe("message-summary");
-    QByteArray second = first; // repeated until then
-    while (!second.isEmpty() && headerOf(second, "Call-ID") == headerOf(first, "Call-ID"))
-        second = nextSubscribe("message-summary");
-    ASSERT_FALSE(second.isEmpty());
-    accept(second);
-    const QByteArray third = nextSubscribe("message-summary");
-    EXPECT_NE(third.toStdString(), "");
-    EXPECT_NE(headerOf(third, "Call-ID").toStdString(), headerOf(second, "Call-ID").toStdString());
+    QList<QByteArray> asked;
+    // What was not answered is repeated for a while by the stack.
+    for (int i = 0; i < 6 && asked.size() < 3; ++i) {
+        const QByteArray subscribe = nextSubscribe("message-summary");
+        if (asked.contains(headerOf(subscribe, "Call-ID")))
+            continue;
+        asked.append(headerOf(subscribe, "Call-ID"));
+        if (asked.size() == 2)
+            accept(subscribe);
+    }
+    EXPECT_EQ(asked.size(), 3);
+    EXPECT_FALSE(asked.contains(""));
 }
 
 TEST_F(SipMessages, TheEndOfASubscriptionSaysWhetherToAskAgain)
@@ -184,9 +216,12 @@ TEST_F(SipMessages, ASubscriptionIsRefreshedAndALostOneIsBegunAnew)
 
 TEST_F(SipMessages, WhatNobodyAskedForIsTakenFromWhoKnowsTheLine)
 {
-    beginWithoutMessages();
+    begin();
+    const QByteArray subscribe = nextSubscribe("message-summary");
     EXPECT_EQ(strangeNote(contact, "message-summary", kTwo).toStdString(), "SIP/2.0 200 OK");
     expectMessages(true, 2, 8);
+    peer->reply(subscribe, "489 Bad Event");
+    EXPECT_TRUE(isNothingTold()); // that refusal says nothing of them
     EXPECT_EQ(strangeNote("user0", "message-summary", kNone).toStdString(), "SIP/2.0 404 Not Found");
     EXPECT_EQ(strangeNote(contact, "check-sync", kNone).toStdString(), "SIP/2.0 489 Bad Event");
     EXPECT_EQ(strangeNote(contact, "message-summary", "nonsense").toStdString(), "SIP/2.0 400 Bad Request");
@@ -195,8 +230,6 @@ TEST_F(SipMessages, WhatNobodyAskedForIsTakenFromWhoKnowsTheLine)
     EXPECT_TRUE(isNothingTold());
     EXPECT_EQ(strangeNote(contact, "message-summary", kNone).toStdString(), "SIP/2.0 200 OK");
     expectMessages(true, 0, 8);
-    // A refusal of the subscription says nothing of them.
-    EXPECT_TRUE(isNothingTold());
 }
 
 TEST_F(SipMessages, WithoutTheLineNothingIsKnown)

@@ -21,10 +21,11 @@ QByteArray SipEventsOf::nextSubscribe(const QByteArray& event, int ms)
     return nextOf(event, false, ms);
 }
 
-QByteArray SipEventsOf::nextFarewell(const QByteArray& event)
+QByteArray SipEventsOf::nextFarewell(const QByteArray& event, int ms)
 {
-    const QByteArray farewell = nextOf(event, true, AgentProcess::WAIT_MS);
-    peer->reply(farewell, "200 OK");
+    const QByteArray farewell = nextOf(event, true, ms);
+    if (!farewell.isEmpty())
+        peer->reply(farewell, "200 OK");
     return farewell;
 }
 

@@ -14,7 +14,7 @@ protected:
     // The next request of that event; what is asked for besides is refused. Empty when none comes.
     QByteArray nextSubscribe(const QByteArray& event, int ms = AgentProcess::WAIT_MS);
     // The next one that ends such a subscription; it is accepted.
-    QByteArray nextFarewell(const QByteArray& event);
+    QByteArray nextFarewell(const QByteArray& event, int ms = AgentProcess::WAIT_MS);
     void accept(const QByteArray& subscribe, int expires = 600);
     // A note within the subscription; the status line of the reply.
     QByteArray note(const QByteArray& subscribe, const QByteArray& body,

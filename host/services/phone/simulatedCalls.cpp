@@ -1,7 +1,6 @@
 #include "host/services/phone/simulatedCalls.h"
 #include "host/services/phone/callNumber.h"
 #include "support/host/api.h"
-#include "support/host/net.h"
 #include <QTimer>
 #include <utility>
 
@@ -19,19 +18,9 @@ QStringList forwardersOf(const tagCaller& caller)
 }
 } // namespace
 
-tagCall simulatedCalls::newCall(const QString& number, int account)
-{
-    tagCall call;
-    call.nId = callNewId();
-    call.strNumber = number;
-    call.nAccount = account;
-    call.nStartTime = netGetLocalTime();
-    return call;
-}
-
 int simulatedCalls::begin(const QString& number, int account, const tagCallOptions& options)
 {
-    tagCall call = newCall(number, account);
+    tagCall call = callNew(number, account);
     call.options = options;
     call.bAnonymous = options.bAnonymous;
     // Whoever is called here would like to see and be seen.
@@ -43,7 +32,7 @@ int simulatedCalls::begin(const QString& number, int account, const tagCallOptio
 
 int simulatedCalls::pickUp(const QString& number, int account)
 {
-    const tagCall call = newCall(number, account);
+    const tagCall call = callNew(number, account);
     m_calls.append({call, true, QElapsedTimer(), false});
     m_changed(call);
     const int index = indexOf(call.nId); // who was told may have hung up
@@ -54,7 +43,7 @@ int simulatedCalls::pickUp(const QString& number, int account)
 
 void simulatedCalls::arrive(const tagCaller& caller)
 {
-    tagCall call = newCall(caller.strNumber.left(CALL_NUMBER_MAX), caller.nLine);
+    tagCall call = callNew(caller.strNumber.left(CALL_NUMBER_MAX), caller.nLine);
     call.bIncoming = true;
     call.strName = caller.strName.left(CALL_NUMBER_MAX);
     call.bAnonymous = caller.bAnonymous;
@@ -81,7 +70,7 @@ void simulatedCalls::later(int ms, int id, void (simulatedCalls::*then)(int id))
 
 void simulatedCalls::fail(const QString& number, int account, const char* reason)
 {
-    tagCall call = newCall(number, account);
+    tagCall call = callNew(number, account);
     call.eState = CALL_ENDED;
     call.eEnd = CALL_FAILED;
     call.strReason = reason;

@@ -73,7 +73,6 @@ private:
         bool bRefuses = false;    // the other side, to be put through
     };
 
-    static tagCall newCall(const QString& number, int account);
     void later(int ms, int id, void (simulatedCalls::*then)(int id));
     static tagCall shown(const tagLiveCall& live);
     int indexOf(int id) const;

@@ -186,6 +186,11 @@ bool sipBackend::transfer(int id, const QString& number)
     return m_pCalls->transfer(id, number);
 }
 
+bool sipBackend::connect(int id, int other)
+{
+    return m_pCalls->connect(id, other);
+}
+
 bool sipBackend::join(int id, int other)
 {
     return m_pCalls->join(id, other);

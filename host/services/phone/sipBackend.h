@@ -40,6 +40,7 @@ public:
     bool setHeld(int id, bool held) override;
     bool setMuted(int id, bool muted) override;
     bool transfer(int id, const QString& number) override;
+    bool connect(int id, int other) override;
     bool join(int id, int other) override;
     bool split(int id) override;
     bool sendTone(int id, QChar tone, bool secret) override;

@@ -2,7 +2,6 @@
 #include "host/services/phone/callNumber.h"
 #include "host/services/phone/sipReasons.h"
 #include "support/host/api.h"
-#include "support/host/net.h"
 #include "support/host/trace.h"
 #include <algorithm>
 #include <utility>
@@ -14,36 +13,16 @@ constexpr int kLiveMax = 2 * SIP_CALLS_MAX; // no agent of ours has more
 constexpr uint32_t kNoCommonMedia = 488;
 const QChar kSecretTone(0x2022);
 
-uint32_t statusOf(CALL_END why)
-{
-    enum { UNAVAILABLE = 480, BUSY = 486, ANONYMITY_DISALLOWED = 433, DECLINE = 603 };
-    switch (why) {
-    case CALL_DECLINED:
-        return DECLINE;
-    case CALL_DISTURBED:
-        return UNAVAILABLE;
-    case CALL_REJECTED:
-        return ANONYMITY_DISALLOWED;
-    default:
-        return BUSY;
-    }
-}
-
 QString textOf(const char* text)
 {
     return callTextOf(QString::fromUtf8(text));
-}
-
-bool fits(const QByteArray& target)
-{
-    return !target.isEmpty() && target.size() < SIP_TARGET_SIZE;
 }
 
 } // namespace
 
 sipCalls::sipCalls(sipLink& link, sipMedia& media, std::function<bool(int line)> encrypts,
                    tagSipCallsNews news)
-    : m_link(link), m_media(media), m_encrypts(std::move(encrypts)), m_news(std::move(news))
+    : m_link(link), m_orders(link), m_media(media), m_encrypts(std::move(encrypts)), m_news(std::move(news))
 {
     m_media.setNews(this);
 }
@@ -51,16 +30,6 @@ sipCalls::sipCalls(sipLink& link, sipMedia& media, std::function<bool(int line)>
 sipCalls::~sipCalls()
 {
     m_media.setNews(nullptr);
-}
-
-tagCall sipCalls::newCall(const QString& number, int account)
-{
-    tagCall call;
-    call.nId = callNewId();
-    call.strNumber = number;
-    call.nAccount = account;
-    call.nStartTime = netGetLocalTime();
-    return call;
 }
 
 tagCall sipCalls::shown(const tagLive& live)
@@ -156,36 +125,9 @@ void sipCalls::offerAnew(tagLive& live)
     ask(live, ASKED_OFFER);
 }
 
-void sipCalls::tellMedia(SIP_RECORD kind, const tagLive& live, const QByteArray& sdp)
-{
-    auto record = sipWire::make<tagSipMedia>(kind, live.nWire);
-    sipWire::setText(record.szSdp, sdp.toStdString());
-    m_link.tell(record);
-}
-
-void sipCalls::tellStatus(SIP_RECORD kind, const tagLive& live, uint32_t status)
-{
-    auto record = sipWire::make<tagSipStatus>(kind, live.nWire);
-    record.nStatus = status;
-    if (live.nWire)
-        m_link.tell(record);
-}
-
-// False for one that would be shortened on its way.
-bool sipCalls::tellTarget(SIP_RECORD kind, const tagLive& live, const QString& number)
-{
-    const QByteArray target = number.toUtf8();
-    if (!fits(target))
-        return false;
-    auto record = sipWire::make<tagSipTarget>(kind, live.nWire);
-    sipWire::setText(record.szTarget, target.toStdString());
-    m_link.tell(record);
-    return true;
-}
-
 void sipCalls::fail(const QString& number, int account, const char* reason)
 {
-    tagCall call = newCall(number, account);
+    tagCall call = callNew(number, account);
     call.eState = CALL_ENDED;
     call.eEnd = CALL_FAILED;
     call.strReason = reason;
@@ -195,13 +137,13 @@ void sipCalls::fail(const QString& number, int account, const char* reason)
 
 int sipCalls::begin(const QString& number, int account, const tagCallOptions& options, bool picksUp)
 {
-    if (m_calls.size() >= SIP_CALLS_MAX || !fits(number.toUtf8())) {
+    if (m_calls.size() >= SIP_CALLS_MAX || !sipOrders::fits(number.toUtf8())) {
         fail(number, account,
              m_calls.size() >= SIP_CALLS_MAX ? HX_TR("No line is free") : HX_TR("This cannot be dialled"));
         return 0;
     }
     tagLive live;
-    live.call = newCall(number, account);
+    live.call = callNew(number, account);
     live.call.options = options;
     live.call.bAnonymous = options.bAnonymous;
     live.bPicksUp = picksUp;
@@ -217,20 +159,12 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
     live.nWire = m_nNextWire++;
     live.bOffered = true;
     live.bEarly = false;
-    if (std::exchange(live.bPicksUp, false)) {
-        auto record = sipWire::make<tagSipPickUp>(SIP_PICK_UP, live.nWire);
-        record.nLine = uint32_t(live.call.nAccount);
-        sipWire::setText(record.szNumber, target.toStdString());
-        sipWire::setText(record.szSdp, live.offer.toStdString());
-        m_link.tell(record);
-        return;
-    }
-    auto record = sipWire::make<tagSipDial>(SIP_DIAL, live.nWire);
-    record.nLine = uint32_t(live.call.nAccount);
-    record.bAnonymous = live.call.bAnonymous;
-    sipWire::setText(record.szTarget, target.toStdString());
-    sipWire::setText(record.szSdp, live.offer.toStdString());
-    m_link.tell(record);
+    const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous,
+                                      std::exchange(live.nReferrer, 0), target, live.offer};
+    if (std::exchange(live.bPicksUp, false))
+        m_orders.pickUp(live.nWire, order);
+    else
+        m_orders.dial(live.nWire, order);
 }
 
 // The same call, elsewhere.
@@ -253,7 +187,7 @@ bool sipCalls::ring(int id)
     if (!live)
         return false;
     live->bRings = true;
-    tellMedia(SIP_RING, *live, {});
+    m_orders.media(SIP_RING, live->nWire, {});
     tell(*live);
     return true;
 }
@@ -277,14 +211,14 @@ bool sipCalls::refuse(int id, CALL_END why)
     const tagLive* live = findRingingIn(id);
     if (!live)
         return false;
-    tellStatus(SIP_REFUSE, *live, statusOf(why));
+    m_orders.status(SIP_REFUSE, live->nWire, sipStatusOf(why));
     return end(id, why);
 }
 
 bool sipCalls::deflect(int id, const QString& number)
 {
     tagLive* live = findRingingIn(id);
-    if (!live || !tellTarget(SIP_DEFLECT, *live, number))
+    if (!live || !m_orders.target(SIP_DEFLECT, live->nWire, number.toUtf8()))
         return false;
     live->call.strTarget = number;
     return end(id, CALL_FORWARDED);
@@ -297,7 +231,7 @@ bool sipCalls::hangUp(int id)
     const tagLive* live = find(id);
     if (!live)
         return false;
-    tellStatus(SIP_HANG_UP, *live, 0);
+    m_orders.status(SIP_HANG_UP, live->nWire, 0);
     return end(id, CALL_HUNG_UP);
 }
 
@@ -330,11 +264,28 @@ bool sipCalls::setMuted(int id, bool muted)
 bool sipCalls::transfer(int id, const QString& number)
 {
     tagLive* live = findTalking(id);
-    if (!live || live->bTransferring || !tellTarget(SIP_TRANSFER, *live, number))
+    if (!live || live->bTransferring || !m_orders.target(SIP_TRANSFER, live->nWire, number.toUtf8()))
         return false;
     live->bTransferring = true;
     live->call.strTarget = number;
     tell(*live);
+    return true;
+}
+
+bool sipCalls::connect(int id, int other)
+{
+    tagLive* one = findTalking(id);
+    tagLive* two = findTalking(other);
+    if (!one || !two || one == two || one->bTransferring || two->bTransferring || !one->bAgreed ||
+        !two->bAgreed)
+        return false;
+    m_orders.connect(one->nWire, two->nWire);
+    one->bTransferring = two->bTransferring = true;
+    one->nConnecting = other;
+    two->nConnecting = id;
+    one->call.strTarget = two->call.strNumber;
+    two->call.strTarget = one->call.strNumber;
+    tellBoth(id, other);
     return true;
 }
 
@@ -377,12 +328,8 @@ bool sipCalls::sendTone(int id, QChar tone, bool secret)
     tagLive* live = findTalking(id);
     if (!live)
         return false;
-    if (!m_media.sendTone(id, tone, TONE_MS)) {
-        auto record = sipWire::make<tagSipTone>(SIP_TONE, live->nWire);
-        record.nTone = tone.unicode();
-        record.nMs = TONE_MS;
-        m_link.tell(record);
-    }
+    if (!m_media.sendTone(id, tone, TONE_MS))
+        m_orders.tone(live->nWire, tone, TONE_MS);
     live->call.strTones += secret ? kSecretTone : tone;
     tell(*live);
     return true;
@@ -409,6 +356,9 @@ void sipCalls::take(const sipWire::Reader& record)
     case SIP_TRANSFERRED:
         transferred(record.as<tagSipStatus>());
         break;
+    case SIP_REFERRED:
+        referred(record.as<tagSipReferred>());
+        break;
     default:
         break;
     }
@@ -423,10 +373,10 @@ void sipCalls::arrive(const tagSipArrived& arrived)
     tagLive live;
     live.nWire = arrived.head.nId;
     if (m_calls.size() >= kLiveMax) {
-        tellStatus(SIP_REFUSE, live, statusOf(CALL_BUSY));
+        m_orders.status(SIP_REFUSE, live.nWire, sipStatusOf(CALL_BUSY));
         return;
     }
-    live.call = newCall(textOf(arrived.szNumber), int(arrived.nLine));
+    live.call = callNew(textOf(arrived.szNumber), int(arrived.nLine));
     live.call.bIncoming = true;
     live.call.strName = textOf(arrived.szName);
     live.call.bAnonymous = arrived.bAnonymous != 0;
@@ -434,6 +384,10 @@ void sipCalls::arrive(const tagSipArrived& arrived)
     for (uint32_t i = 0; i < arrived.nForwards; ++i)
         live.call.forwardedBy.append(textOf(arrived.szForwardedBy[i]));
     live.otherOffer = QByteArray(arrived.szSdp);
+    if (arrived.nReplaces) {
+        takeOver(live, arrived.nReplaces);
+        return;
+    }
     m_calls.append(live);
     m_news.arrived(live.call);
     // What nobody decided would ring without anybody hearing it.
@@ -467,7 +421,7 @@ void sipCalls::talk(const tagSipMedia& media)
         } else if (live->bAgreed) {
             refusedOffer(*live);
         } else if (!live->bEarly) {
-            tellStatus(SIP_HANG_UP, *live, 0);
+            m_orders.status(SIP_HANG_UP, live->nWire, 0);
             end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
             return;
         }
@@ -534,7 +488,7 @@ void sipCalls::mediaDescribed(int id, const QByteArray& sdp)
     case ASKED_DIAL:
         live->offer = sdp;
         if (isThere)
-            dial(*live, live->call.strNumber.toUtf8());
+            dial(*live, live->target.isEmpty() ? live->call.strNumber.toUtf8() : live->target);
         else
             end(id, CALL_FAILED, HX_TR("Sound is not available at present"));
         break;
@@ -543,16 +497,16 @@ void sipCalls::mediaDescribed(int id, const QByteArray& sdp)
             live->bOffered = live->otherOffer->isEmpty();
             live->bAgreedHeld = live->bAskedHeld;
             live->otherOffer.reset();
-            tellMedia(SIP_ANSWER, *live, sdp);
+            m_orders.media(SIP_ANSWER, live->nWire, sdp);
         } else {
-            tellStatus(SIP_REFUSE, *live, kNoCommonMedia);
+            m_orders.status(SIP_REFUSE, live->nWire, kNoCommonMedia);
             end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
         }
         break;
     case ASKED_OFFER:
         live->bOffered = isThere;
         if (isThere) {
-            tellMedia(SIP_MEDIA, *live, sdp);
+            m_orders.media(SIP_MEDIA, live->nWire, sdp);
         } else {
             const bool wasHeld = live->call.bHeld;
             refusedOffer(*live);
@@ -567,7 +521,7 @@ void sipCalls::mediaDescribed(int id, const QByteArray& sdp)
         if (isThere)
             live->bAgreedHeld = live->bAskedHeld;
         live->otherOffer.reset();
-        tellMedia(SIP_MEDIA, *live, isThere ? sdp : QByteArray());
+        m_orders.media(SIP_MEDIA, live->nWire, isThere ? sdp : QByteArray());
         offerAnew(*live);
         break;
     case ASKED_NOTHING:
@@ -643,19 +597,74 @@ void sipCalls::ended(const tagSipEnded& ended)
 
 void sipCalls::transferred(const tagSipStatus& status)
 {
-    tagLive* live = findWire(status.head.nId);
+    const tagLive* live = findWire(status.head.nId);
     if (!live || !live->bTransferring)
         return;
+    const int id = live->call.nId, other = live->nConnecting;
     if (status.nStatus < 300) {
-        tellStatus(SIP_HANG_UP, *live, 0);
-        end(live->call.nId, CALL_TRANSFERRED);
+        for (const int each : {id, other}) {
+            if (const tagLive* over = find(each)) {
+                m_orders.status(SIP_HANG_UP, over->nWire, 0);
+                end(each, CALL_TRANSFERRED);
+            }
+        }
         return;
     }
-    live->bTransferring = false;
-    live->call.strTarget.clear();
-    tagCall refused = shown(*live); // it is told once
+    stopTransfer(id);
+    stopTransfer(other);
+    tagCall refused = shown(*find(id)); // it is told once
     refused.strReason = HX_TR("The other side refuses the transfer");
     m_news.changed(refused);
+    if (const tagLive* left = find(other))
+        tell(*left);
+}
+
+void sipCalls::stopTransfer(int id)
+{
+    tagLive* live = find(id);
+    if (!live)
+        return;
+    live->bTransferring = false;
+    live->nConnecting = 0;
+    live->call.strTarget.clear();
+}
+
+// The other side of a call that is there goes on as somebody else: nothing rings.
+void sipCalls::takeOver(tagLive live, uint32_t replaced)
+{
+    if (const tagLive* before = findWire(replaced))
+        live.call.options = before->call.options;
+    live.call.eState = CALL_TALKING;
+    live.talking.start();
+    m_calls.append(live);
+    ask(m_calls.last(), ASKED_ANSWER);
+    m_news.changed(live.call);
+}
+
+// The call that is asked for is made beside the one whose other side wants it, which ends that one when it
+// talks.
+void sipCalls::referred(const tagSipReferred& referred)
+{
+    const tagLive* live = findWire(referred.head.nId);
+    const QByteArray target = referred.szTarget;
+    if (!live)
+        return;
+    const bool isAddress = target.startsWith("sip:") || target.startsWith("sips:");
+    if (live->call.eState != CALL_TALKING || !isAddress || m_calls.size() >= SIP_CALLS_MAX) {
+        m_orders.status(SIP_REFUSE, live->nWire,
+                        isAddress ? sipStatusOf(CALL_BUSY) : sipStatusOf(CALL_DECLINED));
+        return;
+    }
+    tagLive next;
+    next.call = callNew(textOf(target.mid(target.indexOf(':') + 1).split(';').first().constData()),
+                        live->call.nAccount);
+    next.call.options = live->call.options;
+    next.call.bAnonymous = next.call.options.bAnonymous;
+    next.nReferrer = live->nWire;
+    next.target = target;
+    m_calls.append(next);
+    ask(m_calls.last(), ASKED_DIAL);
+    m_news.changed(next.call);
 }
 
 void sipCalls::agentIsGone()

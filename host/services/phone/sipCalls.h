@@ -4,8 +4,8 @@
 // offer is on its way at a time, and what the phone wants meanwhile is offered after it. User-interface
 // thread.
 #include "host/services/phone/endedCalls.h"
-#include "host/services/phone/sipLink.h"
 #include "host/services/phone/sipMedia.h"
+#include "host/services/phone/sipOrders.h"
 #include <QElapsedTimer>
 #include <QList>
 #include <QObject>
@@ -44,6 +44,7 @@ public:
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
     bool transfer(int id, const QString& number);
+    bool connect(int id, int other);
     bool join(int id, int other);
     bool split(int id);
     bool sendTone(int id, QChar tone, bool secret);
@@ -85,13 +86,15 @@ private:
         bool bRings = false;
         bool bPicksUp = false; // when it begins
         bool bTransferring = false;
+        int nConnecting = 0;    // the call whose other side this one's is to talk with
+        uint32_t nReferrer = 0; // the agent's id of the call that asked for this one
+        QByteArray target;      // where that wants it; empty: the number of the call
         int nRedirections = 0;
         QByteArray offer;                     // of a call that goes out
         std::optional<QByteArray> otherOffer; // that is not answered yet; an empty one asks for one
         QElapsedTimer talking;                // valid from the answer on
     };
 
-    static tagCall newCall(const QString& number, int account);
     static tagCall shown(const tagLive& live);
     tagLive* find(int id);
     tagLive* findWire(uint32_t wire);
@@ -104,9 +107,6 @@ private:
     void offerAnew(tagLive& live);
     void dial(tagLive& live, const QByteArray& target);
     bool redirect(tagLive& live, const QByteArray& target);
-    void tellMedia(SIP_RECORD kind, const tagLive& live, const QByteArray& sdp);
-    void tellStatus(SIP_RECORD kind, const tagLive& live, uint32_t status);
-    bool tellTarget(SIP_RECORD kind, const tagLive& live, const QString& number);
     bool end(int id, CALL_END why, const char* reason = "");
 
     void arrive(const tagSipArrived& arrived);
@@ -116,8 +116,12 @@ private:
     void otherOffers(const tagSipMedia& media);
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
+    void takeOver(tagLive live, uint32_t replaced);
+    void referred(const tagSipReferred& referred);
+    void stopTransfer(int id);
 
     sipLink& m_link;
+    sipOrders m_orders;
     sipMedia& m_media;
     std::function<bool(int)> m_encrypts;
     tagSipCallsNews m_news;

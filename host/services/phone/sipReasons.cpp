@@ -33,3 +33,18 @@ const char* sipReasonOf(uint32_t status)
         return HX_TR("The call could not be made");
     }
 }
+
+uint32_t sipStatusOf(CALL_END why)
+{
+    enum { UNAVAILABLE = 480, BUSY = 486, ANONYMITY_DISALLOWED = 433, DECLINE = 603 };
+    switch (why) {
+    case CALL_DECLINED:
+        return DECLINE;
+    case CALL_DISTURBED:
+        return UNAVAILABLE;
+    case CALL_REJECTED:
+        return ANONYMITY_DISALLOWED;
+    default:
+        return BUSY;
+    }
+}

@@ -1,4 +1,5 @@
 #include "host/services/phone/tagCall.h"
+#include "support/host/net.h"
 
 bool callIsMissed(const tagCall& call)
 {
@@ -9,4 +10,14 @@ int callNewId()
 {
     static int last = 0;
     return ++last;
+}
+
+tagCall callNew(const QString& number, int account)
+{
+    tagCall call;
+    call.nId = callNewId();
+    call.strNumber = number;
+    call.nAccount = account;
+    call.nStartTime = netGetLocalTime();
+    return call;
 }

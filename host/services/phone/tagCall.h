@@ -81,3 +81,5 @@ struct tagCall
 HX_HOST_API bool callIsMissed(const tagCall& call);
 // For whoever tells of a new call. User-interface thread.
 HX_HOST_API int callNewId();
+// One that begins now.
+tagCall callNew(const QString& number, int account);

@@ -1,0 +1,106 @@
+// The phone's own agents are told of each other, and of messages, by the exchange that comes along.
+#include "tests/pbx/peerAgent.h"
+#include "tests/pbx/registrarProcess.h"
+#include <cstring>
+
+namespace {
+
+class PbxAgentEvents : public ::testing::Test
+{
+protected:
+    void begin(const QStringList& options = {})
+    {
+        ASSERT_TRUE(pbx.start(options)) << pbx.output().constData();
+        ASSERT_TRUE(anna.begin("1001", pbx.port(), SIP_UDP, calmSetup()));
+        ASSERT_TRUE(ben.begin("1002", pbx.port(), SIP_UDP, calmSetup()));
+        ASSERT_TRUE(cleo.begin("1003", pbx.port(), SIP_TCP, calmSetup()));
+    }
+    // A busy machine's exchange is not silent.
+    static tagSipSetup calmSetup()
+    {
+        tagSipSetup setup = AgentProcess::quickSetup();
+        setup.nSilentMs = 5000;
+        return setup;
+    }
+    void expectLamp(uint32_t watch, SIP_LAMP_STATE lamp)
+    {
+        const auto* told = cleo.next<tagSipLamp>(SIP_LAMP, watch);
+        ASSERT_TRUE(told) << lamp;
+        EXPECT_EQ(told->eLamp, uint32_t(lamp));
+    }
+
+    RegistrarProcess pbx;
+    PeerAgent anna, ben, cleo;
+};
+
+} // namespace
+
+TEST_F(PbxAgentEvents, AWatchedExtensionRingsAndItsCallIsTaken)
+{
+    begin();
+    auto watch = sipWire::make<tagSipWatch>(SIP_WATCH, 1);
+    sipWire::setText(watch.szNumber, "1002");
+    cleo.agent.tell(watch);
+    expectLamp(1, SIP_LAMP_IDLE);
+    anna.dial(1, "1002");
+    const uint32_t atBen = ben.arrives();
+    ben.ring(atBen);
+    expectLamp(1, SIP_LAMP_RINGING);
+    ASSERT_TRUE(anna.next<tagSipProgress>(SIP_PROGRESS, 1));
+
+    auto taking = sipWire::make<tagSipPickUp>(SIP_PICK_UP, 7);
+    sipWire::setText(taking.szNumber, "1002");
+    sipWire::setText(taking.szSdp, PeerAgent::kOffer);
+    cleo.agent.tell(taking);
+    const auto* arrived = reinterpret_cast<const tagSipArrived*>(
+        anna.agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }));
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(arrived->nReplaces, 1u);
+    const uint32_t atAnna = arrived->head.nId;
+    anna.answer(atAnna);
+    cleo.expectTalk(7);
+    anna.expectTalk(atAnna);
+    ben.expectEnd(atBen, SIP_CANCELLED, 0);
+    expectLamp(1, SIP_LAMP_IDLE);
+    cleo.hangUp(7);
+    anna.expectEnd(atAnna, SIP_HUNG_UP, 0);
+}
+
+TEST_F(PbxAgentEvents, TheListOfAllExtensionsComesWithTheirStates)
+{
+    begin();
+    auto list = sipWire::make<tagSipTarget>(SIP_WATCH_LIST, 0);
+    sipWire::setText(list.szTarget, "blf");
+    cleo.agent.tell(list);
+    const auto* told = cleo.next<tagSipList>(SIP_LIST, 0);
+    ASSERT_TRUE(told);
+    EXPECT_EQ(told->nMembers, 3u);
+    const tagSipMember* member = nullptr;
+    for (const char* name : {"Anna", "Ben", "Cleo & Co"}) {
+        ASSERT_TRUE((member = cleo.next<tagSipMember>(SIP_MEMBER, 0))) << name;
+        EXPECT_STREQ(member->szName, name);
+        EXPECT_EQ(member->eLamp, uint32_t(SIP_LAMP_IDLE));
+    }
+    anna.dial(1, "1002");
+    const uint32_t atBen = ben.arrives();
+    ben.ring(atBen);
+    do {
+        ASSERT_TRUE((member = cleo.next<tagSipMember>(SIP_MEMBER, 0)));
+    } while (strcmp(member->szNumber, "1002") != 0);
+    EXPECT_EQ(member->eLamp, uint32_t(SIP_LAMP_RINGING));
+}
+
+TEST_F(PbxAgentEvents, ACallThatNobodyAnswersIsAMessageThatWaits)
+{
+    begin({"--ring", "1"});
+    const auto* none = ben.next<tagSipMessages>(SIP_MESSAGES, 0);
+    ASSERT_TRUE(none);
+    EXPECT_EQ(none->bKnown, 1u);
+    EXPECT_EQ(none->nNew, 0u);
+    anna.dial(1, "1002");
+    ASSERT_NE(ben.arrives(), 0u);
+    anna.expectEnd(1, SIP_REFUSED, 480);
+    const auto* one = ben.next<tagSipMessages>(SIP_MESSAGES, 0);
+    ASSERT_TRUE(one);
+    EXPECT_EQ(one->nNew, 1u);
+}
