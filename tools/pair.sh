@@ -23,13 +23,13 @@ pair_fill() {
     set_keys "$root/rundata/config/system.ini" Features bAutoCallOutMessage=1 || fail "cannot write to $root"
 }
 
-# pair_picture NAME: what the phone has instead of a camera: a ball or coloured stripes, with the time. NAME in the
-# user's own HX_PICTURE_SOURCE is the phone's.
+# pair_picture NAME: what the phone has instead of a camera: a ball, or coloured stripes, that move. NAME in the user's
+# own HX_PICTURE_SOURCE is the phone's.
 pair_picture() {
-  local pattern=ball
-  [ "$1" = Anna ] || pattern=smpte
+  local kind=pattern=ball
+  [ "$1" = Anna ] || kind='pattern=smpte horizontal-speed=4'
   [ -z "${HX_PICTURE_SOURCE:-}" ] || { printf %s "${HX_PICTURE_SOURCE//NAME/$1}"; return; }
-  printf %s "videotestsrc is-live=true pattern=$pattern ! video/x-raw,width=640,height=480,framerate=25/1 ! timeoverlay"
+  printf %s "videotestsrc is-live=true $kind ! capsfilter caps=video/x-raw,width=640,height=480,framerate=25/1"
 }
 
 # pair_start NAME NUMBER PORT: a start of its own, which ends with this one.

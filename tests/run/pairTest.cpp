@@ -3,6 +3,7 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/players/films.h"
 #include "tests/run/runScript.h"
+#include <QColor>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -149,6 +150,34 @@ TEST_F(RunPair, EachPhoneShowsTheOtherOnesPictureAndHoldTakesItAway)
     anna.ask({"key", "F4"});
     EXPECT_TRUE(eventually([&] { return callOf(ben).isEmpty() && callOf(anna).isEmpty(); }));
     EXPECT_NE(numberSeen(anna), kBen);
+}
+
+TEST_F(RunPair, WithoutCamerasThePhonesHaveTestPicturesThatCanBeToldApart)
+{
+    start();
+    anna.ask({"dsskey", "3", "press"});
+    ASSERT_TRUE(eventually([&] { return callOf(ben)["state"].toString() == "ringing"; }));
+    ben.ask({"key", "F1"});
+    // Colours and white on the line through the middle, left of the corner.
+    const auto pointsOf = [&](ControlLink& phone) {
+        const QString file = m_pair.root() + "/seen.png";
+        phone.ask({"shot", file});
+        const QImage picture(file);
+        std::pair<int, int> points; // coloured, white
+        for (int y = 100; y < 300 && !picture.isNull(); y += 4) {
+            for (int x = 112; x < 596; x += 4) {
+                const QColor colour = picture.pixelColor(x, y);
+                points.first += colour.saturation() > 200 && colour.value() > 120;
+                points.second += colour.saturation() < 20 && colour.value() > 200;
+            }
+        }
+        return points;
+    };
+    EXPECT_TRUE(eventually([&] { return pointsOf(anna).first > 2000; })) << m_pair.output().constData();
+    EXPECT_TRUE(eventually([&] {
+        const auto [coloured, white] = pointsOf(ben);
+        return white > 20 && white < 500 && coloured < 100;
+    })) << m_pair.output().constData();
 }
 
 TEST_F(RunPair, TheVoiceMailAnswersAndHangsUp)
