@@ -218,7 +218,8 @@ TEST_F(CallPictures, HoldTakesThePictureAwayAndTheEndGivesItsMemoryBack)
     held.bHeld = true;
     connectPictures(1, 2, held);
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].strPicture.isEmpty(); }, 8000));
-    EXPECT_EQ(m_news.streams[1].nOwnPicture, 0) << "the camera is off";
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }, 8000))
+        << "the camera is off";
     connectPictures(1, 2, video());
     ASSERT_TRUE(isShown());
     m_sessions.end(1);
