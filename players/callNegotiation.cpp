@@ -1,6 +1,7 @@
 #include "players/callNegotiation.h"
 #include <algorithm>
 #include <arpa/inet.h>
+#include <utility>
 
 namespace {
 
@@ -244,18 +245,57 @@ void callNegotiation::setPeer(const tagDescribedMedia& media, bool held, tagAgre
     sound.nTonesClock = tones ? tones->nClock : 8000;
 }
 
+// The line of the sound is still there, and has no port any more.
+bool callNegotiation::stops(const QList<tagDescribedMedia>& offered) const
+{
+    for (qsizetype i = 0; i < std::min(offered.size(), m_places.size()); ++i) {
+        if (m_places[i].kind == "audio" && m_places[i].bOurs)
+            return offered[i].bSound && offered[i].nPort == 0;
+    }
+    return false;
+}
+
+// What was encrypted stays so when the sound goes on.
+tagAgreedSound callNegotiation::stopped() const
+{
+    tagAgreedSound sound;
+    sound.eSuite = m_agreed.eSuite;
+    sound.sendKey = m_agreed.sendKey;
+    sound.takeKey = m_agreed.takeKey;
+    sound.bHeldByPeer = true;
+    return sound;
+}
+
+QByteArray callNegotiation::answerOfStop(const QList<tagDescribedMedia>& offered)
+{
+    m_bOffered = false;
+    learnNumbers(offered);
+    QByteArray text = head();
+    const QList<tagPlace> before = std::exchange(m_places, {});
+    for (qsizetype i = 0; i < offered.size(); ++i) {
+        m_places.append(tagPlace{offered[i].kind, offered[i].transport, offered[i].format,
+                                 i < before.size() && before[i].bOurs});
+        text += refused(m_places.last());
+    }
+    m_agreed = stopped();
+    return text;
+}
+
 QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& want)
 {
     QList<tagDescribedMedia> media;
     if (!callDescription::read(offer, media))
         return {};
     tagChoice choice;
-    for (const tagDescribedMedia& line : media) {
-        if (choose(line, want.bEncrypt, choice))
-            break;
+    // Of two lines of sound the encrypted one.
+    for (const bool isSecure : {true, false}) {
+        for (const tagDescribedMedia& line : media) {
+            if (!choice.pMedia && line.bSecure == isSecure)
+                choose(line, want.bEncrypt, choice);
+        }
     }
     if (!choice.pMedia)
-        return {};
+        return stops(media) ? answerOfStop(media) : QByteArray();
     m_bOffered = false;
     learnNumbers(media);
     const tagDescribedMedia& chosen = *choice.pMedia;
@@ -317,7 +357,7 @@ bool callNegotiation::agree(const QByteArray& answer)
             continue;
         tagAgreedSound sound;
         if (line.nPort == 0) {
-            m_agreed = sound;
+            m_agreed = stopped();
             return true;
         }
         const bool isHeld = line.address == "0.0.0.0";
