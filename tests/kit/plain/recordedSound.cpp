@@ -52,7 +52,8 @@ kit::RecordedSound::RecordedSound(const QString& path)
         return;
     const QByteArray bytes = file.readAll();
     m_samples.resize(size_t(bytes.size()) / sizeof(float));
-    memcpy(m_samples.data(), bytes.constData(), m_samples.size() * sizeof(float));
+    if (!m_samples.empty())
+        memcpy(m_samples.data(), bytes.constData(), m_samples.size() * sizeof(float));
 }
 
 kit::RecordedSound kit::RecordedSound::from(double second, double seconds, int rate) const
