@@ -65,6 +65,8 @@ sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
         },
         [this](int index) {
             m_pEvents->accountChanged(index);
+            if (m_pAccounts->isRegistered(index))
+                m_pMedia->prepare();
             m_pLamps->refresh();
         });
     m_pCalls = std::make_unique<sipCalls>(

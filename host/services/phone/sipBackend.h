@@ -49,6 +49,7 @@ public:
     int callTotal() const override;
     bool isInTalk() const override;
     bool hasPstn() const override { return false; }
+    bool hasOwnSound() const override { return true; }
     phoneLamps* lamps() override;
 
     int TryThreadMessage(msgObject& msg) override;
