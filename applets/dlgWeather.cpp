@@ -4,6 +4,7 @@
 #include "applets/weatherFiles.h"
 #include "frame/configFiles.h"
 #include "frame/noteBox.h"
+#include "frame/pageClass.h"
 #include "frame/popupDialog.h"
 #include "support/host/button.h"
 #include "support/host/image.h"
@@ -15,6 +16,8 @@
 #include "ui_dlgWeather.h"
 #include <QPainter>
 #include <QPointer>
+
+HX_PAGE_OF_ANOTHER_FILE(dlgWeather);
 
 namespace {
 

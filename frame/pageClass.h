@@ -39,6 +39,10 @@ QDialog* pagePopup(tagLeftBarInfo* info, int bCache, int bShow, int bTip)
     return PopupDialog<T>(info, bCache, bShow, bTip);
 }
 
+// For another file that opens the page: what it would make of PopupDialog<T> itself hides that of the module.
+#define HX_PAGE_OF_ANOTHER_FILE(T)                                                                           \
+    extern template HX_MODULE_API T* PopupDialog<T>(tagLeftBarInfo*, int, int, int)
+
 // Makes page class T known to the page table, and PopupDialog<T> an entry of the module.
 #define HX_PAGE(T)                                                                                           \
     template HX_MODULE_API T* PopupDialog<T>(tagLeftBarInfo*, int, int, int);                                \

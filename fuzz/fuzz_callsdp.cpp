@@ -7,6 +7,25 @@
 
 namespace {
 
+void expectPicture(const tagAgreedPicture& picture, const tagMediaWant& want)
+{
+    if (!picture.bPicture)
+        return;
+    expect(want.bVideo && (want.bCamera || !picture.bSends) && !(want.bHeld && picture.bReceives));
+    expect(picture.peer == "0.0.0.0" ? !picture.bSends
+                                     : callNegotiation::mayHearUs(picture.peer, picture.nPort, false));
+    expect(picture.nRtcpPort == 0 || callNegotiation::mayHearUs(picture.peer, picture.nRtcpPort, false));
+    expect(pictureFormat::isSpoken(picture.send) && picture.send.nPayload >= 0 &&
+           picture.send.nPayload <= 127);
+    expect(!picture.take.isEmpty() && picture.nKbit >= 0);
+    expect(picture.bounds.nWidth >= 176 && picture.bounds.nWidth <= 640 && picture.bounds.nRate >= 1 &&
+           picture.bounds.nRate <= 30);
+    const bool isSecure = picture.eSuite != CRYPTO_SUITE::NONE;
+    expect(isSecure || !want.bEncrypt);
+    expect(picture.sendKey.size() == (isSecure ? int(callCrypto::KEY_BYTES) : 0));
+    expect(picture.takeKey.size() == picture.sendKey.size());
+}
+
 void expectAgreed(const tagAgreedSound& sound)
 {
     if (!sound.bSound)
@@ -32,8 +51,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     tagOwnMedia own;
     own.address = "192.0.2.1";
     own.nPort = 36000;
+    own.nPicturePort = 36002;
     callNegotiation ours(own, [](int bytes) { return QByteArray(bytes, 'k'); });
-    const tagMediaWant want = {(data[0] & 1) != 0, (data[0] & 2) != 0};
+    tagMediaWant want = {(data[0] & 1) != 0, (data[0] & 2) != 0};
+    want.bVideo = (data[0] & 8) != 0;
+    want.bCamera = (data[0] & 16) != 0;
     const QByteArray text(reinterpret_cast<const char*>(data + 1), qsizetype(size - 1));
     QList<tagDescribedMedia> media;
     if ((data[0] & 4) != 0) {
@@ -47,6 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             expect(callDescription::read(answer, media));
     }
     expectAgreed(ours.agreed());
+    expectPicture(ours.agreedPicture(), want);
     const QByteArray next = ours.offer({});
     if (next.size() < callDescription::MAX_BYTES)
         expect(callDescription::read(next, media));

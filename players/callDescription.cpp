@@ -74,7 +74,30 @@ void readMap(const QByteArray& value, tagDescribedMedia& media)
             if (name == QByteArray(known.pName).toLower() && codec.nClock == known.nClock)
                 codec.eCodec = known.eCodec;
         }
+        for (const tagPictureCodec& known : kPictureCodecs) {
+            if (name == QByteArray(known.pName).toLower() && codec.nClock == PICTURE_CLOCK)
+                codec.picture.eCodec = known.eCodec;
+        }
     }
+}
+
+// "97 profile-level-id=42e01f;packetization-mode=1"
+void readParameters(const QByteArray& value, tagDescribedMedia& media)
+{
+    const qsizetype at = value.indexOf(' ');
+    const int payload = numberOf(value.left(at));
+    for (tagDescribedCodec& codec : media.codecs) {
+        if (at > 0 && codec.nPayload == payload)
+            pictureFormat::readParameters(value.mid(at + 1), codec.picture);
+    }
+}
+
+// "* nack pli", "97 ccm fir"
+void readFeedback(const QByteArray& value, tagDescribedMedia& media)
+{
+    const QByteArray text = value.simplified();
+    media.bPli = media.bPli || text.endsWith(" nack pli");
+    media.bFir = media.bFir || text.endsWith(" ccm fir");
 }
 
 void readAttribute(const QByteArray& key, const QByteArray& value, tagDescribedMedia& media)
@@ -83,6 +106,10 @@ void readAttribute(const QByteArray& key, const QByteArray& value, tagDescribedM
     tagCrypto crypto;
     if (key == "rtpmap")
         readMap(value, media);
+    else if (key == "fmtp" && media.bPicture)
+        readParameters(value, media);
+    else if (key == "rtcp-fb")
+        readFeedback(value, media);
     else if (key == "ptime")
         media.nPtime = std::clamp(numberOf(value), 0, 1000);
     else if (key == "maxptime")
@@ -107,6 +134,8 @@ void readFormats(const GstSDPMedia* from, tagDescribedMedia& media)
             continue;
         tagDescribedCodec codec;
         codec.nPayload = payload;
+        codec.picture = {
+            PICTURE_CODEC::NONE, payload, 0, "4200", 0x0a, false}; // what it is when nobody says more
         for (const tagSoundCodec& known : kSoundCodecs) {
             if (known.nPayload == payload) {
                 codec.eCodec = known.eCodec;
@@ -127,12 +156,24 @@ void readPorts(const GstSDPMedia* from, tagDescribedMedia& media)
         media.nRtcpPort = 0;
 }
 
+// The bits of this line alone.
+void readBandwidth(const GstSDPMedia* from, tagDescribedMedia& media)
+{
+    for (guint i = 0; i < gst_sdp_media_bandwidths_len(from); ++i) {
+        const GstSDPBandwidth* bandwidth = gst_sdp_media_get_bandwidth(from, i);
+        const guint kbit = std::min(bandwidth->bandwidth, 1000000u);
+        if (g_strcmp0(bandwidth->bwtype, GST_SDP_BWTYPE_AS) == 0)
+            media.nKbit = int(kbit);
+    }
+}
+
 tagDescribedMedia readMedia(const GstSDPMessage* message, const GstSDPMedia* from)
 {
     tagDescribedMedia media;
     media.kind = gst_sdp_media_get_media(from);
     media.transport = gst_sdp_media_get_proto(from);
     media.bSound = media.kind == "audio";
+    media.bPicture = media.kind == "video";
     media.bRtp = isRtp(media.transport);
     media.bSecure = media.transport.startsWith("RTP/SAVP");
     const bool hasOwn = gst_sdp_media_connections_len(from) > 0;
@@ -146,6 +187,7 @@ tagDescribedMedia readMedia(const GstSDPMessage* message, const GstSDPMedia* fro
         readAttribute(attribute->key, attribute->value, media);
     }
     readPorts(from, media);
+    readBandwidth(from, media);
     return media;
 }
 

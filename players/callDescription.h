@@ -2,6 +2,7 @@
 // A description of a call's media (SDP, RFC 4566), taken apart: what this side looks at, and of every line of
 // media as much as an answer has to repeat. Nothing here is decided. Any thread.
 #include "players/callCrypto.h"
+#include "players/pictureFormat.h"
 #include "players/soundCodec.h"
 #include <QList>
 
@@ -11,6 +12,7 @@ struct tagDescribedCodec
     bool bTones = false;                    // RFC 4733
     int nPayload = 0;                       // 0 to 127
     int nClock = 0;
+    tagPictureFormat picture; // of pictures; its codec NONE: one that is not known here
 };
 
 struct tagDescribedMedia
@@ -19,6 +21,7 @@ struct tagDescribedMedia
     QByteArray transport; // "RTP/AVP"
     QByteArray format;    // the first one, as it is written
     bool bSound = false;
+    bool bPicture = false;
     bool bRtp = false;    // over a transport that is spoken here
     bool bSecure = false; // RTP/SAVP
     QByteArray address;   // IPv4 with dots; empty: another kind of address
@@ -29,6 +32,9 @@ struct tagDescribedMedia
     bool bReceives = true;
     int nPtime = 0;    // ms of sound in a packet, as it wants them; 0: it does not say
     int nMaxPtime = 0; // 0: any
+    int nKbit = 0;     // a second, that it wants at most; 0: any
+    bool bPli = false; // it makes a new picture when asked to (RFC 4585)
+    bool bFir = false; // the same, asked in another way (RFC 5104)
     QList<tagDescribedCodec> codecs;
     QList<tagCrypto> cryptos;
 };

@@ -106,6 +106,26 @@ QByteArray callNegotiation::attributes(const tagAgreedSound& sound, const QList<
     return lines + "a=" + direction(sends, receives) + kEnd;
 }
 
+QByteArray callNegotiation::pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
+                                        const Cryptos& cryptos, const QByteArray& direction, bool mux) const
+{
+    QByteArray text = "m=video " + number(m_own.nPicturePort) + ' ' + transport;
+    for (const tagPictureFormat& format : formats)
+        text += ' ' + number(format.nPayload);
+    text += kEnd;
+    if (m_wanted.nKbit > 0)
+        text += "b=AS:" + number(m_wanted.nKbit) + kEnd;
+    for (const tagPictureFormat& format : formats)
+        text += pictureFormat::lines(format);
+    text += "a=rtcp:" + number(m_own.nPicturePort + 1) + kEnd + "a=rtcp-fb:* nack pli" + kEnd +
+            "a=rtcp-fb:* ccm fir" + kEnd;
+    if (mux)
+        text += "a=rtcp-mux" + kEnd;
+    for (const tagCrypto& crypto : cryptos)
+        text += "a=crypto:" + callCrypto::write(crypto) + kEnd;
+    return text + "a=" + direction + kEnd;
+}
+
 QByteArray callNegotiation::refused(const tagPlace& place) const
 {
     return "m=" + place.kind + " 0 " + place.transport + ' ' + place.format + kEnd;
@@ -132,6 +152,17 @@ int callNegotiation::numberFor(SOUND_CODEC codec)
     return m_nOpus;
 }
 
+int callNegotiation::numberFor(const tagPictureFormat& format)
+{
+    for (const tagPictureFormat& known : m_pictureNumbers) {
+        if (pictureFormat::isSame(known, format))
+            return known.nPayload;
+    }
+    m_pictureNumbers.append(format);
+    m_pictureNumbers.last().nPayload = freeNumber();
+    return m_pictureNumbers.last().nPayload;
+}
+
 int callNegotiation::numberForTones()
 {
     if (m_nTones < 0 && !m_taken.contains(kUsualTones)) {
@@ -150,6 +181,14 @@ void callNegotiation::learnNumbers(const QList<tagDescribedMedia>& media)
         for (const tagDescribedCodec& codec : line.codecs) {
             if (codec.nPayload >= kFirstDynamic && !m_taken.contains(codec.nPayload))
                 m_taken.append(codec.nPayload);
+            if (line.bPicture && pictureFormat::isSpoken(codec.picture)) {
+                const auto known = std::find_if(m_pictureNumbers.begin(), m_pictureNumbers.end(),
+                                                [&](const tagPictureFormat& format) {
+                                                    return pictureFormat::isSame(format, codec.picture);
+                                                });
+                if (known == m_pictureNumbers.end())
+                    m_pictureNumbers.append(codec.picture);
+            }
             if (line.bSound && codec.eCodec == SOUND_CODEC::OPUS)
                 m_nOpus = codec.nPayload;
             if (line.bSound && codec.bTones && codec.nClock == 8000)
@@ -158,14 +197,93 @@ void callNegotiation::learnNumbers(const QList<tagDescribedMedia>& media)
     }
 }
 
-const tagCrypto& callNegotiation::ownCrypto(CRYPTO_SUITE suite)
+const tagCrypto& callNegotiation::ownCrypto(CRYPTO_SUITE suite, Cryptos& of)
 {
-    const auto known = std::find_if(m_cryptos.begin(), m_cryptos.end(),
+    const auto known = std::find_if(of.begin(), of.end(),
                                     [suite](const tagCrypto& crypto) { return crypto.eSuite == suite; });
-    if (known != m_cryptos.end())
+    if (known != of.end())
         return *known;
-    m_cryptos.append({int(m_cryptos.size()) + 1, suite, m_keys(callCrypto::KEY_BYTES)});
-    return m_cryptos.last();
+    of.append({int(of.size()) + 1, suite, m_keys(callCrypto::KEY_BYTES)});
+    return of.last();
+}
+
+bool callNegotiation::setKeys(const tagDescribedMedia& answer, const Cryptos& of,
+                              tagAgreedStream& stream) const
+{
+    if (!answer.bSecure)
+        return true;
+    const auto own = std::find_if(of.begin(), of.end(), [&](const tagCrypto& crypto) {
+        return !answer.cryptos.isEmpty() && crypto.nTag == answer.cryptos.first().nTag &&
+               crypto.eSuite == answer.cryptos.first().eSuite;
+    });
+    if (own == of.end())
+        return false;
+    stream.eSuite = own->eSuite;
+    stream.sendKey = own->key;
+    stream.takeKey = answer.cryptos.first().key;
+    return true;
+}
+
+callNegotiation::Cryptos callNegotiation::keysFor(const tagDescribedMedia& offered, Cryptos& of,
+                                                  tagAgreedStream& stream)
+{
+    if (!offered.bSecure)
+        return {};
+    tagCrypto own = ownCrypto(offered.cryptos.first().eSuite, of);
+    own.nTag = offered.cryptos.first().nTag;
+    stream.eSuite = own.eSuite;
+    stream.sendKey = own.key;
+    stream.takeKey = offered.cryptos.first().key;
+    return {own};
+}
+
+// A line for pictures: the one that was there before, or one behind all others.
+void callNegotiation::placePicture()
+{
+    for (tagPlace& place : m_places) {
+        if (place.eIs == PLACE::PICTURE)
+            return;
+    }
+    for (tagPlace& place : m_places) {
+        if (place.kind == "video" && place.transport.startsWith("RTP/")) {
+            place.eIs = PLACE::PICTURE;
+            return;
+        }
+    }
+    m_places.append(tagPlace{"video", "RTP/AVP", "96", PLACE::PICTURE});
+}
+
+QByteArray callNegotiation::soundOffer(tagPlace& place, bool secure)
+{
+    const bool hasProfile = place.transport.endsWith('F');
+    place.transport = secure ? "RTP/SAVP" : "RTP/AVP";
+    place.transport += hasProfile ? "F" : "";
+    Cryptos cryptos;
+    for (const CRYPTO_SUITE suite : kSuites) {
+        if (secure)
+            cryptos.append(ownCrypto(suite, m_cryptos));
+    }
+    QByteArray text = "m=audio " + number(m_own.nPort) + ' ' + place.transport;
+    for (const tagAgreedCodec& codec : m_offered)
+        text += ' ' + number(codec.nPayload);
+    tagAgreedSound sound;
+    sound.take = m_offered;
+    return text + kEnd + attributes(sound, cryptos, true, !m_wanted.bHeld, true);
+}
+
+QByteArray callNegotiation::pictureOffer(tagPlace& place, bool secure)
+{
+    const bool hasProfile = place.transport.endsWith('F');
+    place.transport = secure ? "RTP/SAVP" : "RTP/AVP";
+    place.transport += hasProfile ? "F" : "";
+    Cryptos cryptos;
+    for (const CRYPTO_SUITE suite : kSuites) {
+        if (secure)
+            cryptos.append(ownCrypto(suite, m_pictureCryptos));
+    }
+    place.format = number(m_offeredPictures.first().nPayload);
+    return pictureLine(place.transport, m_offeredPictures, cryptos,
+                       direction(m_wanted.bCamera, !m_wanted.bHeld), true);
 }
 
 QByteArray callNegotiation::offer(const tagMediaWant& want)
@@ -173,44 +291,44 @@ QByteArray callNegotiation::offer(const tagMediaWant& want)
     m_wanted = want;
     m_bOffered = true;
     m_offered.clear();
+    m_offeredPictures.clear();
     for (const tagSoundCodec& codec : kSoundCodecs)
         m_offered.append({codec.eCodec, numberFor(codec.eCodec), codec.nClock});
     m_offered.append({SOUND_CODEC::NONE, numberForTones(), 8000});
-    QList<tagCrypto> cryptos;
     // A stream that is encrypted stays so.
     const bool isSecure = want.bEncrypt || m_agreed.eSuite != CRYPTO_SUITE::NONE;
-    for (const CRYPTO_SUITE suite : kSuites) {
-        if (isSecure)
-            cryptos.append(ownCrypto(suite));
-    }
     if (m_places.isEmpty())
-        m_places.append(tagPlace{"audio", "RTP/AVP", "0", true});
+        m_places.append(tagPlace{"audio", "RTP/AVP", "0", PLACE::SOUND});
+    if (want.bVideo && m_own.nPicturePort != 0) {
+        for (tagPictureFormat& format : pictureFormat::known()) {
+            format.nPayload = numberFor(format);
+            m_offeredPictures.append(format);
+        }
+        placePicture();
+    }
     QByteArray text = head();
     for (tagPlace& place : m_places) {
-        if (!place.bOurs) {
+        if (place.eIs == PLACE::SOUND)
+            text += soundOffer(place, isSecure);
+        else if (place.eIs == PLACE::PICTURE && !m_offeredPictures.isEmpty())
+            text += pictureOffer(place, isSecure);
+        else
             text += refused(place);
-            continue;
-        }
-        const bool hasProfile = place.transport.endsWith('F');
-        place.transport = isSecure ? "RTP/SAVP" : "RTP/AVP";
-        place.transport += hasProfile ? "F" : "";
-        text += "m=audio " + number(m_own.nPort) + ' ' + place.transport;
-        for (const tagAgreedCodec& codec : m_offered)
-            text += ' ' + number(codec.nPayload);
-        tagAgreedSound sound;
-        sound.take = m_offered;
-        text += kEnd + attributes(sound, cryptos, true, !want.bHeld, true);
     }
     return text;
 }
 
-bool callNegotiation::choose(const tagDescribedMedia& media, bool encrypt, tagChoice& choice) const
+bool callNegotiation::canReach(const tagDescribedMedia& media, bool encrypt) const
 {
     const bool isHeld = media.address == "0.0.0.0";
-    if (!media.bSound || !media.bRtp || media.nPort == 0 ||
-        !(isHeld || mayHearUs(media.address, media.nPort, m_own.bLoopback)))
-        return false;
-    if (media.bSecure ? media.cryptos.isEmpty() : encrypt)
+    return media.bRtp && media.nPort != 0 &&
+           (isHeld || mayHearUs(media.address, media.nPort, m_own.bLoopback)) &&
+           (media.bSecure ? !media.cryptos.isEmpty() : !encrypt);
+}
+
+bool callNegotiation::choose(const tagDescribedMedia& media, bool encrypt, tagChoice& choice) const
+{
+    if (!media.bSound || !canReach(media, encrypt))
         return false;
     for (const tagSoundCodec& known : kSoundCodecs) {
         for (const tagDescribedCodec& codec : media.codecs) {
@@ -225,23 +343,78 @@ bool callNegotiation::choose(const tagDescribedMedia& media, bool encrypt, tagCh
     return false;
 }
 
+bool callNegotiation::choose(const tagDescribedMedia& media, const tagMediaWant& want,
+                             tagPictureChoice& choice) const
+{
+    if (!want.bVideo || m_own.nPicturePort == 0 || !media.bPicture || !canReach(media, want.bEncrypt))
+        return false;
+    for (const tagPictureFormat& known : pictureFormat::known()) {
+        for (const tagDescribedCodec& codec : media.codecs) {
+            if (!pictureFormat::isSame(known, codec.picture) || !pictureFormat::isSpoken(codec.picture))
+                continue;
+            choice.pMedia = &media;
+            choice.format = codec.picture;
+            return true;
+        }
+    }
+    return false;
+}
+
+void callNegotiation::setStream(const tagDescribedMedia& media, bool held, tagAgreedStream& stream) const
+{
+    stream.own = m_own.address;
+    stream.peer = media.address;
+    stream.nPort = media.nPort;
+    stream.nRtcpPort = media.bRtcpMux ? media.nPort : media.nRtcpPort;
+    if (!mayHearUs(stream.peer, stream.nRtcpPort, m_own.bLoopback))
+        stream.nRtcpPort = 0;
+    const bool isAway = media.address == "0.0.0.0"; // how a call was held before there were directions
+    stream.bSends = media.bReceives && !isAway && !held;
+    stream.bReceives = media.bSends && !isAway && !held;
+}
+
 void callNegotiation::setPeer(const tagDescribedMedia& media, bool held, tagAgreedSound& sound) const
 {
+    setStream(media, held, sound);
     sound.bSound = true;
-    sound.own = m_own.address;
-    sound.peer = media.address;
-    sound.nPort = media.nPort;
-    sound.nRtcpPort = media.bRtcpMux ? media.nPort : media.nRtcpPort;
-    if (!mayHearUs(sound.peer, sound.nRtcpPort, m_own.bLoopback))
-        sound.nRtcpPort = 0;
-    const bool isAway = media.address == "0.0.0.0"; // how a call was held before there were directions
-    sound.bHeldByPeer = isAway || !media.bReceives;
-    sound.bSends = media.bReceives && !isAway && !held;
-    sound.bReceives = media.bSends && !isAway && !held;
+    sound.bHeldByPeer = media.address == "0.0.0.0" || !media.bReceives;
     sound.nPtime = ptimeFor(media, sound.send.eCodec);
     const tagDescribedCodec* tones = tonesOf(media, sound.send.nClock);
     sound.nSendTones = tones ? tones->nPayload : -1;
     sound.nTonesClock = tones ? tones->nClock : 8000;
+}
+
+void callNegotiation::setBounds(const tagDescribedMedia& media, const tagMediaWant& want,
+                                tagAgreedPicture& picture) const
+{
+    picture.bPicture = true;
+    picture.bSends = picture.bSends && want.bCamera;
+    tagPictureBounds wanted;
+    wanted.nRate = std::clamp(want.nRate, 1, 30);
+    picture.bounds = pictureFormat::boundsOf(picture.send, wanted);
+    picture.nKbit = want.nKbit;
+    if (media.nKbit > 0)
+        picture.nKbit = want.nKbit > 0 ? std::min(want.nKbit, media.nKbit) : media.nKbit;
+    picture.bPli = media.bPli;
+    picture.bFir = media.bFir;
+}
+
+QByteArray callNegotiation::pictureAnswer(const tagPictureChoice& choice, const tagMediaWant& want)
+{
+    const tagDescribedMedia& line = *choice.pMedia;
+    tagAgreedPicture picture;
+    setStream(line, want.bHeld, picture);
+    picture.send = choice.format;
+    tagPictureFormat ours = choice.format;
+    ours.nLevel = ours.bAsymmetric ? int(pictureFormat::OWN_LEVEL)
+                                   : std::min<int>(ours.nLevel, pictureFormat::OWN_LEVEL);
+    picture.take = {ours};
+    setBounds(line, want, picture);
+    const Cryptos cryptos = keysFor(line, m_pictureCryptos, picture);
+    const bool sends = want.bCamera && line.bReceives && line.address != "0.0.0.0";
+    const bool receives = line.bSends && !want.bHeld;
+    m_picture = picture;
+    return pictureLine(line.transport, picture.take, cryptos, direction(sends, receives), line.bRtcpMux);
 }
 
 QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& want)
@@ -250,13 +423,17 @@ QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& 
     if (!callDescription::read(offer, media))
         return {};
     tagChoice choice;
+    tagPictureChoice pictures;
     for (const tagDescribedMedia& line : media) {
-        if (choose(line, want.bEncrypt, choice))
-            break;
+        if (!choice.pMedia)
+            choose(line, want.bEncrypt, choice);
+        if (!pictures.pMedia)
+            choose(line, want, pictures);
     }
     if (!choice.pMedia)
         return {};
     m_bOffered = false;
+    m_wanted = want;
     learnNumbers(media);
     const tagDescribedMedia& chosen = *choice.pMedia;
     tagAgreedSound sound;
@@ -265,23 +442,23 @@ QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& 
     sound.take = {choice.codec};
     if (sound.nSendTones >= 0)
         sound.take.append({SOUND_CODEC::NONE, sound.nSendTones, sound.nTonesClock});
-    QList<tagCrypto> cryptos;
-    if (choice.crypto.eSuite != CRYPTO_SUITE::NONE) {
-        tagCrypto own = ownCrypto(choice.crypto.eSuite);
-        own.nTag = choice.crypto.nTag;
-        cryptos.append(own);
-        sound.eSuite = own.eSuite;
-        sound.sendKey = own.key;
-        sound.takeKey = choice.crypto.key;
-    }
+    const Cryptos cryptos = keysFor(chosen, m_cryptos, sound);
     const bool sends = chosen.bReceives && chosen.address != "0.0.0.0";
     const bool receives = chosen.bSends && !want.bHeld;
     QByteArray text = head();
     m_places.clear();
+    m_picture = tagAgreedPicture();
     for (const tagDescribedMedia& line : media) {
-        m_places.append(tagPlace{line.kind, line.transport, line.format, &line == &chosen});
-        if (&line != &chosen) {
+        const PLACE is = &line == &chosen           ? PLACE::SOUND
+                         : &line == pictures.pMedia ? PLACE::PICTURE
+                                                    : PLACE::OTHER;
+        m_places.append(tagPlace{line.kind, line.transport, line.format, is});
+        if (is == PLACE::OTHER) {
             text += refused(m_places.last());
+            continue;
+        }
+        if (is == PLACE::PICTURE) {
+            text += pictureAnswer(pictures, want);
             continue;
         }
         text += "m=audio " + number(m_own.nPort) + ' ' + line.transport;
@@ -306,38 +483,56 @@ bool callNegotiation::fits(const tagDescribedMedia& answer, tagAgreedSound& soun
     return false;
 }
 
+// One that does not fit is no picture; the call goes on without.
+bool callNegotiation::fits(const tagDescribedMedia& answer, const tagPlace& place,
+                           tagAgreedPicture& picture) const
+{
+    if (!answer.bPicture || answer.nPort == 0 || m_offeredPictures.isEmpty() ||
+        answer.bSecure != place.transport.startsWith("RTP/SAVP") || !canReach(answer, m_wanted.bEncrypt))
+        return false;
+    for (const tagDescribedCodec& codec : answer.codecs) {
+        const bool isOffered = std::any_of(
+            m_offeredPictures.begin(), m_offeredPictures.end(),
+            [&](const tagPictureFormat& format) { return pictureFormat::isSame(format, codec.picture); });
+        if (!isOffered || !pictureFormat::isSpoken(codec.picture))
+            continue;
+        setStream(answer, m_wanted.bHeld, picture);
+        picture.send = codec.picture;
+        picture.take = m_offeredPictures;
+        setBounds(answer, m_wanted, picture);
+        return setKeys(answer, m_pictureCryptos, picture);
+    }
+    return false;
+}
+
 bool callNegotiation::agree(const QByteArray& answer)
 {
     QList<tagDescribedMedia> media;
     if (!m_bOffered || !callDescription::read(answer, media) || media.size() != m_places.size())
         return false;
+    tagAgreedSound sound;
+    tagAgreedPicture picture;
+    bool hasSound = false;
     for (qsizetype i = 0; i < media.size(); ++i) {
         const tagDescribedMedia& line = media[i];
-        if (!m_places[i].bOurs)
+        if (m_places[i].eIs == PLACE::PICTURE && !fits(line, m_places[i], picture))
+            picture = tagAgreedPicture();
+        if (m_places[i].eIs != PLACE::SOUND)
             continue;
-        tagAgreedSound sound;
-        if (line.nPort == 0) {
-            m_agreed = sound;
-            return true;
-        }
+        hasSound = true;
+        if (line.nPort == 0)
+            continue;
         const bool isHeld = line.address == "0.0.0.0";
         if (!line.bSound || !line.bRtp || line.bSecure != m_places[i].transport.startsWith("RTP/SAVP") ||
             !fits(line, sound) || !(isHeld || mayHearUs(line.address, line.nPort, m_own.bLoopback)))
             return false;
         setPeer(line, m_wanted.bHeld, sound);
-        if (line.bSecure) {
-            const auto own = std::find_if(m_cryptos.begin(), m_cryptos.end(), [&](const tagCrypto& crypto) {
-                return !line.cryptos.isEmpty() && crypto.nTag == line.cryptos.first().nTag &&
-                       crypto.eSuite == line.cryptos.first().eSuite;
-            });
-            if (own == m_cryptos.end())
-                return false;
-            sound.eSuite = own->eSuite;
-            sound.sendKey = own->key;
-            sound.takeKey = line.cryptos.first().key;
-        }
-        m_agreed = sound;
-        return true;
+        if (!setKeys(line, m_cryptos, sound))
+            return false;
     }
-    return false;
+    if (!hasSound)
+        return false;
+    m_agreed = sound;
+    m_picture = picture;
+    return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
-// What the two sides of a call agree upon, by offer and answer (RFC 3264): sound in one stream. Pictures and
-// whatever else is offered are refused and keep their places. No socket and no stream is here. One thread.
+// What the two sides of a call agree upon, by offer and answer (RFC 3264): sound in one stream, and pictures
+// in another where both want them. Whatever else is offered is refused and keeps its place. No socket and no
+// stream is here. One thread.
 #include "players/callDescription.h"
 #include <functional>
 
@@ -11,8 +12,22 @@ struct tagAgreedCodec
     int nClock = 0;
 };
 
+// Where a stream goes, and which ways.
+struct tagAgreedStream
+{
+    bool bSends = false; // this side
+    bool bReceives = false;
+    QByteArray own;  // this side's address, IPv4 with dots
+    QByteArray peer; // the other side's
+    int nPort = 0;
+    int nRtcpPort = 0; // 0: none; that of the stream: both come on one
+    CRYPTO_SUITE eSuite = CRYPTO_SUITE::NONE;
+    QByteArray sendKey;
+    QByteArray takeKey;
+};
+
 // How the sound goes.
-struct tagAgreedSound
+struct tagAgreedSound : public tagAgreedStream
 {
     bool bSound = false; // there is a stream; all that follows is of it
     tagAgreedCodec send;
@@ -20,16 +35,19 @@ struct tagAgreedSound
     int nTonesClock = 8000;
     QList<tagAgreedCodec> take; // what may come
     int nPtime = 20;            // ms of sound in a packet that goes out: 10, 20, 30, 40 or 60
-    bool bSends = false;        // this side
-    bool bReceives = false;
     bool bHeldByPeer = false;
-    QByteArray own;  // this side's address, IPv4 with dots
-    QByteArray peer; // the other side's
-    int nPort = 0;
-    int nRtcpPort = 0; // 0: none; that of the sound: both come on one
-    CRYPTO_SUITE eSuite = CRYPTO_SUITE::NONE;
-    QByteArray sendKey;
-    QByteArray takeKey;
+};
+
+// How the pictures go.
+struct tagAgreedPicture : public tagAgreedStream
+{
+    bool bPicture = false;        // there is a stream; all that follows is of it
+    tagPictureFormat send;        // the format, as the other side takes it
+    QList<tagPictureFormat> take; // what may come
+    tagPictureBounds bounds;      // of what goes out
+    int nKbit = 0;                // a second, at most; 0: nobody says
+    bool bPli = false;            // the other side makes a new picture when asked to
+    bool bFir = false;            // the same, asked in another way
 };
 
 // Where this side is.
@@ -37,6 +55,7 @@ struct tagOwnMedia
 {
     QByteArray address;     // IPv4 with dots
     int nPort = 0;          // of the sound; its RTCP is one above
+    int nPicturePort = 0;   // the same of pictures; 0: there are none
     bool bLoopback = false; // the other side may be on this machine's loopback interface
     quint64 nSession = 0;   // of o=
 };
@@ -45,6 +64,10 @@ struct tagMediaWant
 {
     bool bHeld = false;    // by the user
     bool bEncrypt = false; // nothing but SRTP
+    bool bVideo = false;
+    bool bCamera = false; // there are pictures to be sent
+    int nKbit = 0;        // of pictures a second; 0: what the network bears
+    int nRate = 30;       // pictures a second
 };
 
 class callNegotiation
@@ -63,18 +86,21 @@ public:
     // The last offer was refused.
     void withdraw() { m_bOffered = false; }
     const tagAgreedSound& agreed() const { return m_agreed; }
+    const tagAgreedPicture& agreedPicture() const { return m_picture; }
+    void setPicturePort(int port) { m_own.nPicturePort = port; }
 
     // Sound may be sent there: an address of one machine, that is no system's port. loopback: also to this
     // machine's loopback interface.
     static bool mayHearUs(const QByteArray& address, int port, bool loopback);
 
 private:
+    enum class PLACE { OTHER, SOUND, PICTURE };
     struct tagPlace // a line of media, in its place
     {
         QByteArray kind = "audio";
         QByteArray transport = "RTP/AVP";
         QByteArray format = "0";
-        bool bOurs = false;
+        PLACE eIs = PLACE::OTHER;
     };
     struct tagChoice
     {
@@ -82,30 +108,56 @@ private:
         tagAgreedCodec codec;
         tagCrypto crypto; // of the other side
     };
+    struct tagPictureChoice
+    {
+        const tagDescribedMedia* pMedia = nullptr;
+        tagPictureFormat format; // of the other side
+    };
+    using Cryptos = QList<tagCrypto>;
 
     QByteArray head();
-    QByteArray attributes(const tagAgreedSound& sound, const QList<tagCrypto>& cryptos, bool sends,
-                          bool receives, bool mux) const;
+    QByteArray attributes(const tagAgreedSound& sound, const Cryptos& cryptos, bool sends, bool receives,
+                          bool mux) const;
+    QByteArray pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
+                           const Cryptos& cryptos, const QByteArray& direction, bool mux) const;
     QByteArray refused(const tagPlace& place) const;
+    QByteArray soundOffer(tagPlace& place, bool secure);
+    QByteArray pictureOffer(tagPlace& place, bool secure);
+    QByteArray pictureAnswer(const tagPictureChoice& choice, const tagMediaWant& want);
+    void placePicture();
     void learnNumbers(const QList<tagDescribedMedia>& media);
     int numberFor(SOUND_CODEC codec);
+    int numberFor(const tagPictureFormat& format);
     int numberForTones();
     int freeNumber();
+    bool canReach(const tagDescribedMedia& media, bool encrypt) const;
     bool choose(const tagDescribedMedia& media, bool encrypt, tagChoice& choice) const;
+    bool choose(const tagDescribedMedia& media, const tagMediaWant& want, tagPictureChoice& choice) const;
     bool fits(const tagDescribedMedia& answer, tagAgreedSound& sound) const;
+    bool fits(const tagDescribedMedia& answer, const tagPlace& place, tagAgreedPicture& picture) const;
+    void setStream(const tagDescribedMedia& media, bool held, tagAgreedStream& stream) const;
     void setPeer(const tagDescribedMedia& media, bool held, tagAgreedSound& sound) const;
-    const tagCrypto& ownCrypto(CRYPTO_SUITE suite);
+    void setBounds(const tagDescribedMedia& media, const tagMediaWant& want, tagAgreedPicture& picture) const;
+    const tagCrypto& ownCrypto(CRYPTO_SUITE suite, Cryptos& of);
+    // Of an answer: the keys of both sides; false when it took none of ours.
+    bool setKeys(const tagDescribedMedia& answer, const Cryptos& of, tagAgreedStream& stream) const;
+    // For an answer, the same.
+    Cryptos keysFor(const tagDescribedMedia& offered, Cryptos& of, tagAgreedStream& stream);
 
     tagOwnMedia m_own;
     callCrypto::KeySource m_keys;
     quint64 m_nVersion = 0;
-    QList<tagPlace> m_places;   // of the present description
-    QList<tagCrypto> m_cryptos; // our keys: one of each suite, for the whole call
-    QList<int> m_taken;         // payload numbers that mean something
-    int m_nOpus = -1;           // not given yet
+    QList<tagPlace> m_places;                 // of the present description
+    Cryptos m_cryptos;                        // our keys: one of each suite, for the whole call
+    Cryptos m_pictureCryptos;                 // the same of pictures
+    QList<int> m_taken;                       // payload numbers that mean something
+    QList<tagPictureFormat> m_pictureNumbers; // those of pictures
+    int m_nOpus = -1;                         // not given yet
     int m_nTones = -1;
     bool m_bOffered = false;
     tagMediaWant m_wanted;           // with the last offer
     QList<tagAgreedCodec> m_offered; // with it
+    QList<tagPictureFormat> m_offeredPictures;
     tagAgreedSound m_agreed;
+    tagAgreedPicture m_picture;
 };

@@ -1,7 +1,9 @@
 #include "players/callService.h"
+#include "players/pictureSource.h"
 #include "players/playerRecords.h"
 #include "support/file/deviceRoot.h"
 #include "support/host/trace.h"
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -40,7 +42,9 @@ void copyText(char (&to)[size], const char* from)
 
 } // namespace
 
-callService::callService() : m_desk(m_sound), m_elements([this] { apply(); }, parts())
+callService::callService(pictureScreen& screen)
+    : m_screen(screen), m_desk(m_sound), m_elements([this] { apply(); }, parts()),
+      m_pictureElements([this] { applyPictures(); }, pictureEncoder::parts() + pictureDecoder::parts())
 {
     m_open.setSingleShot(true);
     QObject::connect(&m_open, &QTimer::timeout, &m_open, [this] { m_sound.open(); });
@@ -79,6 +83,9 @@ int callService::TryThreadMessage(msgObject& msg)
     case MEDIA_MSG_CALL_END:
         end(call);
         return 1;
+    case MEDIA_MSG_OWN_PLACE:
+        takeOwnPlace(msg);
+        return 1;
     case MEDIA_MSG_VOLUME:
         if (msg.wParam <= soundVolume::LOUDEST)
             m_sound.setVolume(int(msg.wParam), false);
@@ -105,6 +112,30 @@ callService::tagCallEntry* callService::entryFor(int call, const CALL_WISH& wish
     m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
     m_look.start();
     return &entry;
+}
+
+bool callService::openPictures(int call, tagCallEntry& entry)
+{
+    if (entry.pictures)
+        return true;
+    std::unique_ptr<callSockets> sockets = callSockets::open();
+    if (!sockets)
+        return false;
+    entry.negotiation->setPicturePort(sockets->port());
+    entry.end = std::make_unique<tagEnd>(m_screen, call);
+    entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
+    m_pictureElements.load();
+    return true;
+}
+
+void callService::takeOwnPlace(const msgObject& msg)
+{
+    const QRect place(int(msg.wParam >> 16), int(msg.wParam & 0xffff), int(msg.lParam >> 16),
+                      int(msg.lParam & 0xffff));
+    if (place.right() >= playerRecords::MAX_WIDTH || place.bottom() >= playerRecords::MAX_HEIGHT)
+        refuse(msg, "the place is out of range");
+    else
+        m_screen.setOwnPlace(place);
 }
 
 void callService::reply(const msgObject& msg, const QByteArray& description) const
@@ -134,15 +165,22 @@ void callService::describe(const msgObject& msg)
         reply(msg, {});
         return;
     }
-    const tagMediaWant want = {wish.bHeld != 0, wish.bEncrypt != 0};
+    tagMediaWant want;
+    want.bHeld = wish.bHeld != 0;
+    want.bEncrypt = wish.bEncrypt != 0;
+    want.bVideo = wish.bVideo != 0 && openPictures(call, *entry);
+    want.bCamera = want.bVideo && wish.bCamera != 0 && pictureSourceIsThere();
+    want.nKbit = int(std::min<uint32_t>(wish.nBandwidth, pictureRate::MOST_KBIT));
+    want.nRate = wish.nFrameRate > 0 ? int(std::min<uint32_t>(wish.nFrameRate, 30)) : 30;
     const QByteArray text =
         isAnswer ? entry->negotiation->answer(offer, want) : entry->negotiation->offer(want);
     reply(msg, text);
     if (text.isEmpty() && isNew) {
         end(call);
     } else if (isAnswer && !text.isEmpty()) {
-        entry->bAgreed = true;
+        entry->bAgreed = entry->bPicturesAgreed = true;
         apply();
+        applyPictures();
     }
 }
 
@@ -159,8 +197,9 @@ void callService::agree(const msgObject& msg)
         refuse(msg, fault);
         return;
     }
-    known->second.bAgreed = true;
+    known->second.bAgreed = known->second.bPicturesAgreed = true;
     apply();
+    applyPictures();
 }
 
 void callService::apply()
@@ -173,6 +212,19 @@ void callService::apply()
         const tagAgreedSound& agreed = entry.negotiation->agreed();
         callSession::tagParts sound = callSession::build(agreed);
         m_desk.with(call, [&](callSession& session) { session.agree(agreed, sound); });
+        tell(call, entry);
+    }
+}
+
+// Behind the sound: a camera takes a while.
+void callService::applyPictures()
+{
+    if (m_pictureElements.areComing())
+        return;
+    for (auto& [call, entry] : m_calls) {
+        if (!std::exchange(entry.bPicturesAgreed, false) || !entry.pictures)
+            continue;
+        entry.pictures->agree(entry.negotiation->agreedPicture());
         tell(call, entry);
     }
 }
@@ -195,6 +247,13 @@ void callService::tell(int call, tagCallEntry& entry)
         streams.bTones = session.takesTones();
         streams.bOtherHolds = session.agreed().bHeldByPeer;
     });
+    const tagAgreedPicture& picture = entry.negotiation->agreedPicture();
+    const tagPictureCodec* codec = pictureCodec(picture.send.eCodec);
+    if (picture.bPicture && picture.bReceives && codec) {
+        copyText(streams.szPicture, codec->pShown);
+        streams.bEncrypted = streams.bEncrypted && picture.eSuite != CRYPTO_SUITE::NONE;
+    }
+    streams.bOwnPicture = entry.pictures && entry.pictures->sends();
     if (memcmp(&streams, &entry.told, sizeof streams) == 0)
         return;
     entry.told = streams;

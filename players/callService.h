@@ -4,6 +4,8 @@
 #include "players/callDesk.h"
 #include "players/deviceSound.h"
 #include "players/filmElements.h"
+#include "players/pictureScreen.h"
+#include "players/pictureSession.h"
 #include "support/host/message.h"
 #include "support/host/player.h"
 #include <QTimer>
@@ -13,15 +15,31 @@ class callService : public chMsgProcesser
 public:
     enum : int { MAX_CALLS = 8, LOOK_MS = 1000 };
 
-    callService();
+    // screen outlives the service.
+    explicit callService(pictureScreen& screen);
     // Takes the calls' messages, and hears of the volume, which is the sessions' too: to be made before them.
     int TryThreadMessage(msgObject& msg) override;
 
 private:
+    // Pictures of one call, on the screen.
+    struct tagEnd : public pictureEnd
+    {
+        tagEnd(pictureScreen& on, int of) : screen(on), call(of) {}
+        void showOther(const GstVideoFrame& frame) override { screen.showCall(call, frame); }
+        void showOwn(const GstVideoFrame& frame) override { screen.showOwn(call, frame); }
+        void endOther() override { screen.endCall(call); }
+        void endOwn() override { screen.endOwn(call); }
+
+        pictureScreen& screen;
+        int call;
+    };
     struct tagCallEntry
     {
         std::unique_ptr<callNegotiation> negotiation;
-        bool bAgreed = false; // a new agreement that the streams do not know yet
+        std::unique_ptr<tagEnd> end;
+        std::unique_ptr<pictureSession> pictures; // null: none were ever wanted; ends before its end
+        bool bPicturesAgreed = false;             // as below, for the pictures
+        bool bAgreed = false;                     // a new agreement that the streams do not know yet
         CALL_STREAMS told = {};
     };
     using Calls = std::map<int, tagCallEntry>;
@@ -31,18 +49,23 @@ private:
     void setMuted(const msgObject& msg);
     void sendTone(const msgObject& msg);
     void end(int call);
+    void takeOwnPlace(const msgObject& msg);
+    bool openPictures(int call, tagCallEntry& entry);
     tagCallEntry* entryFor(int call, const CALL_WISH& wish);
     void reply(const msgObject& msg, const QByteArray& description) const;
 
     // The streams are built when the parts are there.
     void apply();
+    void applyPictures();
     void look();
     void tell(int call, tagCallEntry& entry);
 
+    pictureScreen& m_screen;
     deviceSound m_sound;
     callDesk m_desk; // ends before the sound does
     Calls m_calls;
     filmElements m_elements;
+    filmElements m_pictureElements;
     QTimer m_open;
     QTimer m_look;
 };

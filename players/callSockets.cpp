@@ -66,6 +66,11 @@ std::unique_ptr<callSockets> callSockets::open()
     return nullptr;
 }
 
+int callSockets::descriptor(bool rtcp) const
+{
+    return g_socket_get_fd(socketOf(rtcp));
+}
+
 int callSockets::take(bool rtcp, unsigned char* packet, int size, sockaddr_in& from, qint64& ageUs)
 {
     iovec part = {packet, size_t(size)};

@@ -12,6 +12,8 @@ public:
     static std::unique_ptr<callSockets> open();
 
     int port() const { return m_nPort; }
+    // To wait for what comes there.
+    int descriptor(bool rtcp) const;
     // What waits there, without waiting for it; the size, 0 when nothing does, -1: nothing of use. from: who
     // sent it; ageUs: how long ago it came.
     int take(bool rtcp, unsigned char* packet, int size, sockaddr_in& from, qint64& ageUs);

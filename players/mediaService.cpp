@@ -1,13 +1,10 @@
 #include "players/mediaService.h"
 #include "players/playerRecords.h"
 #include "support/host/trace.h"
-#include <QCoreApplication>
 
 namespace {
 
 const char* const kMovie = "app_hxMovie";
-const char* const kPhone = "app_hxPhone";
-constexpr QSize kScreen(800, 480); // until a surface says how large it is
 
 void refuse(const msgObject& msg, const char* fault)
 {
@@ -16,7 +13,7 @@ void refuse(const msgObject& msg, const char* fault)
 
 } // namespace
 
-mediaService::mediaService() : m_elements([this] { applySoon(); }), m_surface(kScreen)
+mediaService::mediaService(pictureScreen& screen) : m_elements([this] { applySoon(); }), m_screen(screen)
 {
     m_apply.setSingleShot(true);
     QObject::connect(&m_apply, &QTimer::timeout, &m_apply, [this] { apply(); });
@@ -86,8 +83,7 @@ void mediaService::changeSession(const msgObject& msg)
     }
     m_session.rcRemote = session.rcRemote;
     setPlace(session.rcRemote);
-    if (m_writer.move(m_place))
-        tellPhone();
+    m_screen.moveFilm(m_place);
 }
 
 void mediaService::stopSession(const msgObject& msg)
@@ -132,8 +128,7 @@ void mediaService::takeSize(const msgObject& msg)
         refuse(msg, "the size is out of range");
         return;
     }
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_surface = size;
+    m_screen.setSurface(size);
 }
 
 void mediaService::takeVolume(const msgObject& msg)
@@ -240,28 +235,15 @@ void mediaService::dropStreams()
     m_apply.stop();
     m_soundStream.reset();
     m_pictureStream.reset();
-    m_writer.clear();
-    tellPhone();
+    m_screen.endFilm();
 }
 
 void mediaService::showPicture(const GstVideoFrame& frame)
 {
     QRect place;
-    QSize size;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         place = m_place;
-        size = place.isEmpty() ? m_surface : place.size();
     }
-    const bool isShown =
-        m_scaler.prepare(frame.info, size, place.isEmpty()) &&
-        m_writer.write(size, place, [&](unsigned char* pixels) { m_scaler.paint(frame, pixels); });
-    if (isShown)
-        tellPhone();
-}
-
-void mediaService::tellPhone() const
-{
-    msgPostMsgToThread(msgGetThreadByName(kPhone), MEDIA_MSG_FRAME,
-                       unsigned(QCoreApplication::applicationPid()), unsigned(m_writer.descriptor()));
+    m_screen.showFilm(frame, place, m_scaler);
 }

@@ -1,10 +1,9 @@
 #pragma once
 // "app_hxMedia": the one session there is, its two streams, and the way of its pictures to the phone. One
 // thread, but for the pictures.
-#include "host/services/players/videoFrameWriter.h"
 #include "players/filmElements.h"
 #include "players/mediaStream.h"
-#include "players/pictureScaler.h"
+#include "players/pictureScreen.h"
 #include "support/host/message.h"
 #include <QRect>
 #include <QTimer>
@@ -14,9 +13,8 @@
 class mediaService : public chMsgProcesser
 {
 public:
-    mediaService();
-    // False when there is no memory for pictures.
-    bool open() { return m_writer.open(); }
+    // screen outlives the service.
+    explicit mediaService(pictureScreen& screen);
     int TryThreadMessage(msgObject& msg) override;
 
 private:
@@ -39,7 +37,6 @@ private:
     void setPlace(const MEDIA_RECT& rect);
     void dropStreams();
     void showPicture(const GstVideoFrame& frame);
-    void tellPhone() const;
     void tellMovie(unsigned int message) const;
 
     VOICE_PARAM m_session = {};
@@ -58,11 +55,10 @@ private:
 
     QTimer m_apply;
     filmElements m_elements;
-    std::mutex m_mutex; // of the next two: pictures come on a thread of their stream
+    std::mutex m_mutex; // of the next one: pictures come on a thread of their stream
     QRect m_place;
-    QSize m_surface;
     pictureScaler m_scaler; // of that thread
-    videoFrameWriter m_writer;
+    pictureScreen& m_screen;
     playClock m_clock;
     std::unique_ptr<mediaStream> m_soundStream; // end before what they use
     std::unique_ptr<mediaStream> m_pictureStream;

@@ -6,10 +6,13 @@
 
 namespace {
 
-enum : int { SENDER = 200, RECEIVER = 201, NAMES = 202, BYE = 203 };
+enum : int { OLD_FIR = 192, SENDER = 200, RECEIVER = 201, NAMES = 202, BYE = 203, PICTURES = 206 };
+enum : int { PLI = 1, FIR = 4 }; // of PICTURES
 constexpr int kBlock = 24;
 constexpr int kHead = 8; // with the source
 constexpr int kSenderInfo = 20;
+constexpr int kFeedback = 12; // with both sources
+constexpr int kFirEntry = 8;
 constexpr quint64 kSecondsFrom1900 = 2208988800u;
 constexpr int kMaxRoundTripMs = 60000;
 
@@ -127,6 +130,34 @@ QByteArray rtcpReports::farewell()
     return headOf(RECEIVER, 0, kHead, m_nSource) + names() + headOf(BYE, 1, kHead, m_nSource);
 }
 
+QByteArray rtcpReports::pictureLost(bool fir)
+{
+    QByteArray about;
+    put(about, fir ? 0u : m_nPeer);
+    if (fir) {
+        put(about, m_nPeer);
+        put(about, quint32(++m_nFirNumber) << 24);
+    }
+    return headOf(RECEIVER, 0, kHead, m_nSource) + names() +
+           headOf(PICTURES, fir ? FIR : PLI, kHead + about.size(), m_nSource) + about;
+}
+
+bool rtcpReports::wantsPicture(const unsigned char* packet, int length) const
+{
+    const int kind = packet[0] & 0x1f;
+    if (packet[1] == OLD_FIR)
+        return true;
+    if (packet[1] != PICTURES || length < kFeedback)
+        return false;
+    if (kind == PLI)
+        return wordAt(packet + kHead) == m_nSource;
+    for (int at = kFeedback; kind == FIR && at + kFirEntry <= length; at += kFirEntry) {
+        if (wordAt(packet + at) == m_nSource)
+            return true;
+    }
+    return false;
+}
+
 void rtcpReports::readBlocks(const unsigned char* blocks, int count)
 {
     for (int i = 0; i < count; ++i) {
@@ -163,6 +194,8 @@ void rtcpReports::read(const unsigned char* packet, int size, qint64 nowUs)
             }
             readBlocks(one + before, count);
         }
+        if (wantsPicture(one, length))
+            ++m_nPicturesWanted;
         at += length;
     }
 }

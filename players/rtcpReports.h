@@ -20,6 +20,10 @@ public:
     // What is due, of the whole of the packet.
     QByteArray report(qint64 nowUs);
     QByteArray farewell();
+    // Asks the other side for a picture that stands for itself (RFC 4585, or RFC 5104).
+    QByteArray pictureLost(bool fir);
+    // How often it has asked for one.
+    int picturesWanted() const { return m_nPicturesWanted; }
     // What the other side tells, of a packet of any length and content.
     void read(const unsigned char* packet, int size, qint64 nowUs);
 
@@ -34,6 +38,7 @@ public:
 
 private:
     void readBlocks(const unsigned char* blocks, int count);
+    bool wantsPicture(const unsigned char* packet, int length) const;
     QByteArray blockAboutPeer(qint64 nowUs);
     QByteArray names() const;
 
@@ -61,4 +66,6 @@ private:
     int m_nLossThere = 0;
     int m_nRoundTripMs = 0;
     int m_nReportsRead = 0;
+    int m_nPicturesWanted = 0;
+    quint8 m_nFirNumber = 0;
 };

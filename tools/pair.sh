@@ -25,9 +25,18 @@ pair_fill() {
     set_keys "$root/rundata/config/system.ini" Features bAutoCallOutMessage=1 || fail "cannot write to $root"
 }
 
+# pair_picture NAME: what the phone has instead of a camera: a ball, or coloured stripes, that move. NAME in the user's
+# own HX_PICTURE_SOURCE is the phone's.
+pair_picture() {
+  local kind=pattern=ball
+  [ "$1" = Anna ] || kind='pattern=smpte horizontal-speed=4'
+  [ -z "${HX_PICTURE_SOURCE:-}" ] || { printf %s "${HX_PICTURE_SOURCE//NAME/$1}"; return; }
+  printf %s "videotestsrc is-live=true $kind ! capsfilter caps=video/x-raw,width=640,height=480,framerate=25/1"
+}
+
 # pair_start NAME NUMBER PORT: a start of its own, which ends with this one.
 pair_start() {
-  HX_TITLE="$1, $2" setpriv --pdeathsig TERM -- ./run --built "$built" --root "$root/${1,,}" --port "$3" \
+  HX_TITLE="$1, $2" HX_PICTURE_SOURCE=$(pair_picture "$1") setpriv --pdeathsig TERM -- ./run --built "$built" --root "$root/${1,,}" --port "$3" \
     ${control:+--control "$control.${1,,}"} > >(sed -u "s/^/$1: /") 2>&1 &
   phones+=($!)
 }

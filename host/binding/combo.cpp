@@ -68,8 +68,8 @@ int qFillMediaCommboView(QComboBox* box, const char* table, const char* type)
 {
     if (!box)
         return 0;
-    const QList<tagMediaFile> files = mediaFilesOf(table, type);
-    for (const tagMediaFile& file : files)
+    const QList<tagFileOfType> files = mediaFilesOf(table, type);
+    for (const tagFileOfType& file : files)
         qAddComboBoxItem(box, file.strShown, file.strPath);
     return int(files.size());
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-void addFolder(QList<tagMediaFile>& all, const char* folder, const char* filter, const char* shortname)
+void addFolder(QList<tagFileOfType>& all, const char* folder, const char* filter, const char* shortname)
 {
     chObjList_dynamic<chString, 16> files;
     nuxFindFile(folder, filter, files, 0);
@@ -17,9 +17,9 @@ void addFolder(QList<tagMediaFile>& all, const char* folder, const char* filter,
 
 } // namespace
 
-QList<tagMediaFile> mediaFilesOf(const char* table, const char* type)
+QList<tagFileOfType> mediaFilesOf(const char* table, const char* type)
 {
-    QList<tagMediaFile> all;
+    QList<tagFileOfType> all;
     xmlFile document;
     if (!document.LoadFromFile(table) || !document.GetRootElement())
         return all;

@@ -4,7 +4,7 @@
 #include <QString>
 
 // One file of a type of the media table.
-struct tagMediaFile
+struct tagFileOfType
 {
     QString strShown; // its name behind the folder's short name
     chString strPath; // device path
@@ -12,4 +12,4 @@ struct tagMediaFile
 
 // The files of one type of a media table, folder by folder; empty when there is no such type. User-interface
 // thread.
-QList<tagMediaFile> mediaFilesOf(const char* table, const char* type);
+QList<tagFileOfType> mediaFilesOf(const char* table, const char* type);

@@ -18,10 +18,22 @@ callCorner::callCorner(QWidget* parent)
 {
 }
 
+void callCorner::setPictured(bool pictured)
+{
+    if (pictured == m_bPictured)
+        return;
+    m_bPictured = pictured;
+    update();
+}
+
 void callCorner::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    if (m_bPictured) {
+        look::paintBox(painter, rect(), look::kPanelCorner, 0, kEdge, kEdgeWidth);
+        return;
+    }
     QPainterPath inside;
     inside.addRoundedRect(rect().adjusted(1, 1, -1, -1), look::kPanelCorner, look::kPanelCorner);
     QLinearGradient fill(0, 0, 0, height());

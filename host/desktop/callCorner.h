@@ -9,10 +9,13 @@ class callCorner : public QWidget
     Q_OBJECT
 public:
     explicit callCorner(QWidget* parent = nullptr);
+    // His picture lies below: nothing but the edge is painted.
+    void setPictured(bool pictured);
 
 protected:
     void paintEvent(QPaintEvent*) override;
 
 private:
     QPixmap m_person;
+    bool m_bPictured = false;
 };

@@ -38,7 +38,7 @@ QStringList ringTones()
 {
     chString tone = NUX_SubClass::nuxGetRegistryString(kUserFile, "Ring", "strRingFile", "");
     if (tone.IsEmpty() || !pathFileExist(tone)) {
-        const QList<tagMediaFile> files = mediaFilesOf(kMediaTable, "sound");
+        const QList<tagFileOfType> files = mediaFilesOf(kMediaTable, "sound");
         tone = files.isEmpty() ? chString() : files.first().strPath;
     }
     return tone.IsEmpty() ? QStringList{kFactoryTone} : QStringList{toQString(tone), kFactoryTone};

@@ -456,8 +456,13 @@ void frmCall::layOut()
         videoFrames::instance().forget();
     m_nBehind = pictured;
     callLayout::apply(*m_ui, m_eLayout);
-    const bool isSeen = talks() && m_call.options.bCamera;
+    const bool isSeen = talks() && m_call.options.bCamera && streams().nOwnPicture != 0;
     m_ui->wgtCorner->setVisible(isSeen && callLayout::hasPicture(m_eLayout));
+    m_ui->wgtCorner->setPictured(streams().nOwnPicture > 0);
+    const QPoint surface = m_ui->wgtPicture->pos();
+    if (callLayout::hasPicture(m_eLayout))
+        videoFrames::instance().askForOwn(isSeen ? m_ui->wgtCorner->geometry().translated(-surface)
+                                                 : QRect());
     m_pSoftKeys->setVisible(m_eLayout != CALL_LAYOUT_FULL);
     showState();
     showOthers();

@@ -14,9 +14,10 @@ int main(int argc, char** argv)
     if (!playerProgram::begin(application, "app_hxMedia"))
         return 1;
     toneService tones;
-    callService calls;
-    mediaService service;
-    if (!service.open()) {
+    pictureScreen screen;
+    callService calls(screen);
+    mediaService service(screen);
+    if (!screen.open()) {
         fprintf(stderr, "no memory for pictures\n");
         return 1;
     }

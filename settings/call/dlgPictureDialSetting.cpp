@@ -2,6 +2,7 @@
 #include "frame/choices.h"
 #include "frame/configFiles.h"
 #include "frame/noteBox.h"
+#include "frame/pageClass.h"
 #include "frame/popupDialog.h"
 #include "frame/wgtHelper.h"
 #include "support/file/path.h"
@@ -19,6 +20,8 @@
 #include "ui_dlgPictureDialSetting.h"
 #include <QKeyEvent>
 #include <QTimer>
+
+HX_PAGE_OF_ANOTHER_FILE(dlgPictureDialSetting);
 
 namespace {
 

@@ -1,10 +1,13 @@
 #include "settings/call/voiceMessage.h"
 #include "frame/configFiles.h"
+#include "frame/pageClass.h"
 #include "frame/popupDialog.h"
 #include "settings/call/accountMail.h"
 #include "settings/call/dlgVoice_Mail_Setting.h"
 #include "support/host/phone.h"
 #include "support/host/registry.h"
+
+HX_PAGE_OF_ANOTHER_FILE(dlgVoice_Mail_Setting);
 
 namespace {
 

@@ -55,6 +55,9 @@ enum : unsigned int {
     MEDIA_MSG_CALL_JOIN = 0x70036,     // lParam: the other call
     MEDIA_MSG_CALL_SPLIT = 0x70037,
     MEDIA_MSG_CALL_END = 0x70038,
+    // Where the user's own picture lies upon the other side's, in the surface's pixels: wParam: left and top,
+    // lParam: width and height, the first of each in the upper half; 0: nowhere.
+    MEDIA_MSG_OWN_PLACE = 0x70039,
     // From "app_hxMedia".
     MEDIA_MSG_CALL_DESCRIBED =
         0x120030,                      // extra: the description, none when there is none; lParam: the request
@@ -204,10 +207,11 @@ struct CALL_STREAMS
     uint32_t bEncrypted;
     uint32_t bTones;      // the other side takes tones within the sound
     uint32_t bOtherHolds; // it wants to hear nothing
+    uint32_t bOwnPicture; // the other side is sent the user's
 };
 
 static_assert(sizeof(CALL_WISH) == 40 && std::is_trivially_copyable_v<CALL_WISH>);
-static_assert(sizeof(CALL_STREAMS) == 64 && std::is_trivially_copyable_v<CALL_STREAMS>);
+static_assert(sizeof(CALL_STREAMS) == 68 && std::is_trivially_copyable_v<CALL_STREAMS>);
 static_assert(sizeof(MOV_SDP) == 452 && std::is_trivially_copyable_v<MOV_SDP>);
 static_assert(sizeof(PLAYER_STREAMS) == 460 && std::is_trivially_copyable_v<PLAYER_STREAMS>);
 static_assert(sizeof(ADDR_PARAM) == 204 && std::is_trivially_copyable_v<ADDR_PARAM>);

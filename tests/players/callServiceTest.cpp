@@ -2,8 +2,10 @@
 // call goes from one of the server's calls to another.
 #include "host/services/messages/messageBus.h"
 #include "host/services/phone/mediaSessions.h"
+#include "host/services/players/videoFrames.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/recordedSound.h"
+#include "tests/players/films.h"
 #include "tests/players/playersTest.h"
 #include <QDir>
 #include <QFile>
@@ -133,6 +135,104 @@ TEST_F(CallService, VideoIsRefusedInItsPlace)
         answerOf(1, "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
                     "m=audio 40000 RTP/AVP 8\r\nm=video 40002 RTP/AVP 99\r\n");
     EXPECT_TRUE(answer.contains("m=video 0 RTP/AVP 99\r\n")) << answer.constData();
+}
+
+class CallPictures : public CallService
+{
+protected:
+    CallPictures()
+    {
+        const QString file = hostPath("/rundata/picture.png");
+        EXPECT_TRUE(numberedPicture(QSize(640, 480), kNumber).save(file));
+        qputenv("HX_PICTURE_SOURCE",
+                ("filesrc location=" + file + " ! pngdec ! imagefreeze is-live=true").toUtf8());
+    }
+    ~CallPictures() override { qunsetenv("HX_PICTURE_SOURCE"); }
+    static tagMediaWish video()
+    {
+        tagMediaWish wish;
+        wish.options.bVideo = wish.options.bCamera = true;
+        wish.options.nFrameRate = 15;
+        return wish;
+    }
+    // The surface has the shape of the pictures.
+    void startPictures()
+    {
+        startMedia();
+        videoFrames::instance().askForSize(QSize(640, 480));
+    }
+    void connectPictures(int from, int to, const tagMediaWish& wish)
+    {
+        m_sessions.agree(from, answerOf(to, offerOf(from, wish), video()));
+    }
+    static QImage shown()
+    {
+        tagVideoPicture picture;
+        if (!videoFrames::instance().newest(picture))
+            return {};
+        return QImage(picture.pPixels, picture.nWidth, picture.nHeight, QImage::Format_RGB32).copy();
+    }
+    static bool isShown(int ms = 20000)
+    {
+        return kit::waitUntil([] { return numberIn(shown()) == kNumber; }, ms);
+    }
+    // In the middle of that part, as the strips of a number are.
+    static int numberAt(const QRect& place) { return numberIn(shown().copy(place)); }
+
+    static constexpr int kNumber = 173;
+};
+
+TEST_F(CallPictures, ThePictureOfTheOtherSideComesToThePhoneAndTheOwnOneLiesInItsCorner)
+{
+    startPictures();
+    videoFrames::instance().askForOwn(QRect(440, 20, 160, 120));
+    connectPictures(1, 2, video());
+    EXPECT_TRUE(isShown());
+    EXPECT_EQ(shown().size(), QSize(640, 480));
+    EXPECT_TRUE(kit::waitUntil([&] { return numberAt(QRect(440, 20, 160, 120)) == kNumber; }, 8000));
+    EXPECT_TRUE(kit::waitUntil(
+        [&] { return m_news.streams[1].strPicture == "H.264" && m_news.streams[2].nOwnPicture == 1; }));
+    videoFrames::instance().askForOwn(QRect());
+    EXPECT_TRUE(kit::waitUntil([&] { return numberAt(QRect(440, 20, 160, 120)) != kNumber; }, 8000));
+}
+
+TEST_F(CallPictures, WithoutACameraThereIsNoOwnPicture)
+{
+    qputenv("HX_PICTURE_SOURCE", "none");
+    startMedia();
+    EXPECT_TRUE(offerOf(1, video()).contains("a=recvonly\r\n"));
+    connectPictures(1, 2, video());
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }));
+    EXPECT_EQ(m_news.streams[1].strPicture, "") << "neither side has one to send";
+}
+
+TEST_F(CallPictures, HoldTakesThePictureAwayAndTheEndGivesItsMemoryBack)
+{
+    startPictures();
+    const auto shared = [&] { return kit::statusKiB(m_media.processId(), "RssShmem"); };
+    const qint64 before = shared();
+    connectPictures(1, 2, video());
+    ASSERT_TRUE(isShown());
+    EXPECT_GT(shared(), before + 1000);
+    tagMediaWish held = video();
+    held.bHeld = true;
+    connectPictures(1, 2, held);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].strPicture.isEmpty(); }, 8000));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }, 8000))
+        << "the camera is off";
+    connectPictures(1, 2, video());
+    ASSERT_TRUE(isShown());
+    m_sessions.end(1);
+    m_sessions.end(2);
+    EXPECT_TRUE(kit::waitUntil([&] { return shown().isNull() && shared() < before + 200; }, 8000))
+        << shared();
+}
+
+TEST_F(CallPictures, APlaceBeyondTheScreenIsRefused)
+{
+    startMedia();
+    msgPostMsgToThread(media(), MEDIA_MSG_OWN_PLACE, 0xFFFFFFFF, 0xFFFFFFFF);
+    EXPECT_TRUE(hasSaid("message 0x70039 of 0 bytes is refused: the place is out of range"));
 }
 
 TEST_F(CallService, AServerThatIsNotThereHasNoAnswer)

@@ -162,6 +162,11 @@ void makeNumberedFilm(const QString& file, const QString& pipeline, const tagNum
                           }});
 }
 
+QImage numberedPicture(QSize size, int number)
+{
+    return numbered(size, number);
+}
+
 int numberIn(const QImage& picture)
 {
     int bits = 0;

@@ -34,5 +34,6 @@ struct tagNumbered
 
 // As makeFilm, of numbered pictures.
 void makeNumberedFilm(const QString& file, const QString& pipeline, const tagNumbered& numbered = {});
+QImage numberedPicture(QSize size, int number);
 // The number in a picture of any size; -1 when it bears none.
 int numberIn(const QImage& picture);

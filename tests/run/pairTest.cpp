@@ -1,7 +1,9 @@
 // "./run --pair": two phones with real lines, and the exchange between them.
 #include "places.h"
 #include "tests/kit/plain/processes.h"
+#include "tests/players/films.h"
 #include "tests/run/runScript.h"
+#include <QColor>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -113,6 +115,20 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
+    int numberSeen(ControlLink& phone);
+    // The widget of the uppermost window.
+    static void tap(ControlLink& phone, const QString& name)
+    {
+        const QJsonArray windows = phone.ask({"tree"}).toObject()["windows"].toArray();
+        for (const QJsonValue& entry :
+             windows.isEmpty() ? QJsonArray() : windows.first()["widgets"].toArray()) {
+            const QJsonObject widget = entry.toObject();
+            if (widget["name"] == name)
+                phone.ask({"touch", QString::number(widget["x"].toInt() + widget["w"].toInt() / 2),
+                           QString::number(widget["y"].toInt() + widget["h"].toInt() / 2)});
+        }
+    }
+
     RunScript m_pair;
     ControlLink anna, ben;
 };
@@ -192,6 +208,78 @@ TEST_F(RunPair, AThirdPhoneIsPutThroughAndJoinedByTheSecond)
     shot(cleo, "three-connected-cleo");
     ben.ask({"key", "F4"});
     EXPECT_TRUE(eventually([&] { return callCount(ben) == 0 && callCount(cleo) == 0; }));
+}
+
+// Between the shades and below the corner of the own picture: the surface has 640 by 480 in its middle.
+int RunPair::numberSeen(ControlLink& phone)
+{
+    const QString file = m_pair.root() + "/seen.png";
+    phone.ask({"shot", file});
+    return numberIn(QImage(file).copy(112, 210, 576, 100));
+}
+
+TEST_F(RunPair, EachPhoneShowsTheOtherOnesPictureAndHoldTakesItAway)
+{
+    constexpr int kAnna = 173;
+    constexpr int kBen = 90;
+    ASSERT_TRUE(numberedPicture(QSize(640, 480), kAnna).save(m_pair.root() + "/Anna.png"));
+    ASSERT_TRUE(numberedPicture(QSize(640, 480), kBen).save(m_pair.root() + "/Ben.png"));
+    qputenv("HX_PICTURE_SOURCE",
+            "filesrc location=" + m_pair.root().toUtf8() + "/NAME.png ! pngdec ! imagefreeze is-live=true");
+    start();
+    qunsetenv("HX_PICTURE_SOURCE");
+    anna.ask({"dsskey", "3", "press"});
+    ASSERT_TRUE(eventually([&] { return callOf(ben)["state"].toString() == "ringing"; }));
+    ben.ask({"key", "F1"});
+    ASSERT_TRUE(talks(ben) && talks(anna));
+    EXPECT_TRUE(eventually([&] { return numberSeen(anna) == kBen; }));
+    EXPECT_TRUE(eventually([&] { return numberSeen(ben) == kAnna; }));
+    EXPECT_EQ(callOf(anna)["picture"].toString().toStdString(), "H.264");
+    // The own one, small.
+    const auto ownSeen = [&](ControlLink& phone) {
+        const QString file = m_pair.root() + "/own.png";
+        phone.ask({"shot", file});
+        return numberIn(QImage(file).copy(612, 92, 160, 102));
+    };
+    EXPECT_TRUE(eventually([&] { return ownSeen(anna) == kAnna; }));
+    EXPECT_TRUE(eventually([&] { return ownSeen(ben) == kBen; }));
+    tap(anna, "actHold");
+    EXPECT_TRUE(eventually([&] { return callOf(anna)["picture"].toString().isEmpty(); }))
+        << m_pair.output().constData();
+    EXPECT_NE(numberSeen(anna), kBen);
+    tap(anna, "actHold");
+    EXPECT_TRUE(eventually([&] { return numberSeen(anna) == kBen; }));
+    anna.ask({"key", "F4"});
+    EXPECT_TRUE(eventually([&] { return callOf(ben).isEmpty() && callOf(anna).isEmpty(); }));
+    EXPECT_NE(numberSeen(anna), kBen);
+}
+
+TEST_F(RunPair, WithoutCamerasThePhonesHaveTestPicturesThatCanBeToldApart)
+{
+    start();
+    anna.ask({"dsskey", "3", "press"});
+    ASSERT_TRUE(eventually([&] { return callOf(ben)["state"].toString() == "ringing"; }));
+    ben.ask({"key", "F1"});
+    // Colours and white on the line through the middle, left of the corner.
+    const auto pointsOf = [&](ControlLink& phone) {
+        const QString file = m_pair.root() + "/seen.png";
+        phone.ask({"shot", file});
+        const QImage picture(file);
+        std::pair<int, int> points; // coloured, white
+        for (int y = 100; y < 300 && !picture.isNull(); y += 4) {
+            for (int x = 112; x < 596; x += 4) {
+                const QColor colour = picture.pixelColor(x, y);
+                points.first += colour.saturation() > 200 && colour.value() > 120;
+                points.second += colour.saturation() < 20 && colour.value() > 200;
+            }
+        }
+        return points;
+    };
+    EXPECT_TRUE(eventually([&] { return pointsOf(anna).first > 2000; })) << m_pair.output().constData();
+    EXPECT_TRUE(eventually([&] {
+        const auto [coloured, white] = pointsOf(ben);
+        return white > 20 && white < 500 && coloured < 100;
+    })) << m_pair.output().constData();
 }
 
 TEST_F(RunPair, TheVoiceMailAnswersAndHangsUp)

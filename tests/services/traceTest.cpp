@@ -35,16 +35,22 @@ QByteArray printedBy(const std::function<void()>& work)
     return file.readAll();
 }
 
-// True when nobody may use the byte any more.
-bool isGone(char* byte)
+bool isUnmapped(char* byte)
 {
-#if defined(__SANITIZE_ADDRESS__)
-    return __asan_address_is_poisoned(byte) != 0;
-#else
     const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
     unsigned char state = 0;
     char* start = byte - reinterpret_cast<uintptr_t>(byte) % page;
     return mincore(start, page, &state) != 0 && errno == ENOMEM;
+}
+
+// True when nobody may use the byte any more.
+bool isGone(char* byte)
+{
+#if defined(__SANITIZE_ADDRESS__)
+    // What is too large to be kept for a while goes back to the system at once.
+    return __asan_address_is_poisoned(byte) != 0 || isUnmapped(byte);
+#else
+    return isUnmapped(byte);
 #endif
 }
 

@@ -138,8 +138,8 @@ bool threadQueue::post(tagDelivery&& delivery)
 // Not under the lock of what waits: the thread would wake up only to wait for it.
 void threadQueue::wake()
 {
-    QMutexLocker lock(&m_receiverMutex);
-    if (m_pReceiver)
+    QMutexLocker lock(&m_wakeMutex);
+    if (m_bWakes)
         m_pReceiver->wake();
 }
 
@@ -303,14 +303,14 @@ void threadQueue::close()
     std::deque<tagDelivery> waiting;
     waiting.swap(m_waiting);
     lock.unlock();
-    QMutexLocker receiverLock(&m_receiverMutex);
-    threadReceiver* receiver = std::exchange(m_pReceiver, nullptr);
-    receiverLock.unlock();
+    QMutexLocker wakeLock(&m_wakeMutex);
+    m_bWakes = false;
+    wakeLock.unlock();
     for (const tagDelivery& delivery : waiting) {
         if (delivery.reply)
             delivery.reply(std::nullopt);
     }
     // The main thread ends after the toolkit, which then has nothing left to take its receiver out of.
     if (!isMainThread())
-        delete receiver;
+        delete m_pReceiver;
 }

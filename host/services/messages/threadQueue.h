@@ -92,8 +92,9 @@ private:
     mutable QMutex m_mutex;
     QList<tagEntry> m_entries; // by number
     std::deque<tagDelivery> m_waiting;
-    QMutex m_receiverMutex; // of the next one; taken last
     threadReceiver* m_pReceiver = nullptr;
+    QMutex m_wakeMutex;   // of the next one; taken last
+    bool m_bWakes = true; // the receiver is there to be woken
     Qt::HANDLE m_thread = nullptr;
     bool m_bWoken = false; // the event loop was told, and has not come yet
     bool m_bClosed = false;

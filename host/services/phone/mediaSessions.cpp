@@ -194,6 +194,7 @@ void mediaSessions::changed(const msgObject& msg)
     streams.nQuality = std::clamp(record.nQuality, -1, 4);
     streams.bEncrypted = record.bEncrypted != 0;
     streams.bOtherHolds = record.bOtherHolds != 0;
+    streams.nOwnPicture = record.bOwnPicture != 0 ? 1 : 0;
     if (streams == state->streams)
         return;
     state->streams = streams;

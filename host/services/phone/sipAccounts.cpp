@@ -2,6 +2,7 @@
 #include "sip/sipWire.h"
 #include "support/host/trace.h"
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -50,6 +51,12 @@ void sipAccounts::readFiles()
         tellAgent(index);
     }
     m_teller.tell();
+}
+
+bool sipAccounts::hasAny() const
+{
+    return std::any_of(std::begin(m_lines), std::end(m_lines),
+                       [](const tagLine& line) { return line.file.isComplete(); });
 }
 
 void sipAccounts::tellAgent(int index)

@@ -20,6 +20,8 @@ public:
     void take(const tagSipLine& line);
     void takeMessages(const tagSipMessages& messages);
 
+    // Some line is to be registered.
+    bool hasAny() const;
     const tagAccountFile& file(int index) const { return m_lines[index].file; }
     tagAccountInfo info(int index) const;
     // -1 when none is registered.

@@ -138,9 +138,15 @@ void sipBackend::start(phoneEvents* events)
     if (!m_pLink->listen(setupOf())) {
         nuxTrace(TRACE_NOTE, "the SIP user agent cannot be served: there are no lines");
         m_pAccounts->agentIsGone();
-    } else if (m_eAgent == AGENT_OWN) {
-        m_pLink->startAgent();
     }
+    startAgentIfWanted();
+}
+
+// Without an account there is nothing to register, and nobody who should reach the phone.
+void sipBackend::startAgentIfWanted()
+{
+    if (m_eAgent == AGENT_OWN && m_pLink->isServed() && m_pAccounts->hasAny())
+        m_pLink->startAgent();
 }
 
 tagAccountInfo sipBackend::account(int index) const
@@ -250,7 +256,9 @@ phoneLamps* sipBackend::lamps()
 
 int sipBackend::TryThreadMessage(msgObject& msg)
 {
-    if (msg.message == CONFIG_MSG_BCAST_CHANGED && msg.wParam == CONFIG_CHANGED_ACCOUNT)
+    if (msg.message == CONFIG_MSG_BCAST_CHANGED && msg.wParam == CONFIG_CHANGED_ACCOUNT) {
         m_pAccounts->readFiles();
+        startAgentIfWanted();
+    }
     return 0;
 }

@@ -20,7 +20,7 @@ class HX_HOST_API sipBackend : public phoneBackend, public chMsgProcesser
 {
 public:
     enum AGENT {
-        AGENT_OWN,    // "hxSip", which is started and kept running
+        AGENT_OWN,    // "hxSip", which is started with the first account, and kept running
         AGENT_ANYBODY // whoever connects: a test
     };
 
@@ -57,6 +57,7 @@ public:
     int TryThreadMessage(msgObject& msg) override;
 
 private:
+    void startAgentIfWanted();
     void agentIsThere();
     void agentIsGone();
     void take(const sipWire::Reader& record);

@@ -75,6 +75,8 @@ bool sipLink::listen(const tagSipSetup& setup)
 
 void sipLink::startAgent()
 {
+    if (m_pProcess)
+        return;
     tagKeptProgram program;
     program.strName = "hxSip";
     // By its bare name the socket has an address, however long the path of its folder is.

@@ -34,7 +34,8 @@ public:
     ~sipLink() override;
     // False when nobody can be served.
     bool listen(const tagSipSetup& setup);
-    // Without this call whoever is the same user may be the agent.
+    bool isServed() const { return m_nListener >= 0; }
+    // Once. Without this call whoever is the same user may be the agent.
     void startAgent();
     // Has it hang up and unregister, and waits for that. Nothing is told any more.
     void stop();

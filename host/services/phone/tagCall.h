@@ -40,10 +40,12 @@ struct tagCallStreams
     int nQuality = -1;        // of what is received, 0 (bad) to 4 (as good as it gets); -1: not known
     bool bEncrypted = false;  // all of it
     bool bOtherHolds = false; // by its description the other side wants to hear nothing
+    int nOwnPicture = -1;     // 1: the user's own picture goes out, 0: none does; -1: not known
     bool operator==(const tagCallStreams& other) const
     {
         return strSound == other.strSound && strPicture == other.strPicture && nQuality == other.nQuality &&
-               bEncrypted == other.bEncrypted && bOtherHolds == other.bOtherHolds;
+               bEncrypted == other.bEncrypted && bOtherHolds == other.bOtherHolds &&
+               nOwnPicture == other.nOwnPicture;
     }
 };
 

@@ -93,3 +93,16 @@ void videoFrameWriter::clear()
     head()->nGone = head()->nFrames.load();
     head()->nNewest.store(0, std::memory_order_release);
 }
+
+void videoFrameWriter::release()
+{
+    clear();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_pStore)
+        return;
+    // Whoever is painting one of them sees that it did not stay whole.
+    for (tagVideoSlot& slot : head()->slot)
+        slot.nSequence.fetch_add(2, std::memory_order_release);
+    fallocate(m_nFd, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, VIDEO_STORE_HEAD_BYTES,
+              VIDEO_STORE_BYTES - VIDEO_STORE_HEAD_BYTES);
+}

@@ -23,6 +23,8 @@ public:
     bool move(const QRect& place);
     // No picture.
     void clear();
+    // The same, and the memory goes back to the system until the next picture.
+    void release();
 
 private:
     tagVideoHead* head() const { return static_cast<tagVideoHead*>(m_pStore); }

@@ -77,6 +77,15 @@ void videoFrames::askForSize(const QSize& size)
         m_asked = size;
 }
 
+void videoFrames::askForOwn(const QRect& place)
+{
+    chThreadBase* server = place == m_askedOwn ? nullptr : msgGetThreadByName("app_hxMedia");
+    const auto both = [](int one, int other) { return unsigned(one) << 16 | unsigned(other); };
+    if (server && msgPostMsgToThread(server, MEDIA_MSG_OWN_PLACE, both(place.x(), place.y()),
+                                     both(place.width(), place.height())))
+        m_askedOwn = place;
+}
+
 void videoFrames::forget()
 {
     tagVideoPicture picture;
@@ -144,6 +153,7 @@ void videoFrames::detach()
     m_pStore = nullptr;
     m_bForgotten = m_bPainted = false;
     m_asked = QSize();
+    m_askedOwn.reset();
     if (m_pEnd) {
         m_pEnd->setEnabled(false);
         m_pEnd->deleteLater();

@@ -5,6 +5,7 @@
 #include "support/host/message.h"
 #include <QObject>
 #include <QSize>
+#include <optional>
 
 class QSocketNotifier;
 
@@ -26,6 +27,8 @@ public:
     // How large the surface is that shows pictures without a place of their own, so that the server makes
     // them of that size.
     void askForSize(const QSize& size);
+    // Where the user's own picture lies on that surface during a call; empty: nowhere.
+    void askForOwn(const QRect& place);
     // Pictures up to now are not shown any more; the next one is.
     void forget();
 
@@ -51,5 +54,6 @@ private:
     bool m_bPainted = false;
     unsigned int m_nPainted = 0; // the last one on the screen
     QSize m_asked;
-    bool m_bRefused = false; // told already that what a server offers is no store
+    std::optional<QRect> m_askedOwn; // none: this server was not told
+    bool m_bRefused = false;         // told already that what a server offers is no store
 };

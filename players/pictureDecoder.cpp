@@ -1,0 +1,149 @@
+#include "players/pictureDecoder.h"
+#include <atomic>
+#include <gst/app/gstappsink.h>
+#include <gst/app/gstappsrc.h>
+
+struct pictureDecoder::tagInside
+{
+    PictureHandler onPicture;
+    GstElement* pPipeline = nullptr;
+    GstElement* pSource = nullptr; // of the pipeline
+    std::atomic<bool> bFailed{false};
+};
+
+namespace {
+
+constexpr int kPayload = 96; // whatever was agreed: the stream has one format here
+
+QByteArray textOf(PICTURE_CODEC codec)
+{
+    const bool isVp8 = codec == PICTURE_CODEC::VP8;
+    const QByteArray name = pictureCodec(codec)->pName;
+    return "appsrc name=packets is-live=true do-timestamp=true format=time "
+           "caps=application/x-rtp,media=video,clock-rate=90000,encoding-name=" +
+           name + ",payload=" + QByteArray::number(kPayload) + " ! " +
+           (isVp8 ? "rtpvp8depay ! vp8dec name=decoder threads=1"
+                  : "rtph264depay ! h264parse ! avdec_h264 name=decoder max-threads=1") +
+           " ! appsink name=pictures caps=video/x-raw sync=false async=false qos=false emit-signals=false "
+           "enable-last-sample=false max-buffers=2 drop=true";
+}
+
+// Before the decoder takes memory for them.
+bool isTooLarge(GstEvent* event)
+{
+    GstCaps* caps = nullptr;
+    gst_event_parse_caps(event, &caps);
+    const GstStructure* structure = caps ? gst_caps_get_structure(caps, 0) : nullptr;
+    int width = 0;
+    int height = 0;
+    return structure && gst_structure_get_int(structure, "width", &width) &&
+           gst_structure_get_int(structure, "height", &height) &&
+           (width > pictureDecoder::MAX_WIDTH || height > pictureDecoder::MAX_HEIGHT);
+}
+
+GstPadProbeReturn onEvent(GstPad*, GstPadProbeInfo* info, gpointer failed)
+{
+    auto* bFailed = static_cast<std::atomic<bool>*>(failed);
+    if ((GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0)
+        return *bFailed ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+    GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
+    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS || !isTooLarge(event))
+        return GST_PAD_PROBE_OK;
+    *bFailed = true;
+    return GST_PAD_PROBE_DROP;
+}
+
+GstBusSyncReply onMessage(GstBus*, GstMessage* message, gpointer failed)
+{
+    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR)
+        *static_cast<std::atomic<bool>*>(failed) = true;
+    gst_message_unref(message);
+    return GST_BUS_DROP;
+}
+
+GstFlowReturn onSample(GstAppSink* sink, gpointer handler)
+{
+    GstSample* sample = gst_app_sink_pull_sample(sink);
+    GstVideoInfo info;
+    GstVideoFrame frame;
+    if (sample && gst_video_info_from_caps(&info, gst_sample_get_caps(sample)) &&
+        info.width <= pictureDecoder::MAX_WIDTH && info.height <= pictureDecoder::MAX_HEIGHT &&
+        gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ)) {
+        (*static_cast<pictureDecoder::PictureHandler*>(handler))(frame);
+        gst_video_frame_unmap(&frame);
+    }
+    if (sample)
+        gst_sample_unref(sample);
+    return GST_FLOW_OK;
+}
+
+} // namespace
+
+QList<QByteArray> pictureDecoder::parts()
+{
+    return {"appsrc", "rtph264depay", "h264parse", "avdec_h264", "rtpvp8depay", "vp8dec", "appsink"};
+}
+
+std::unique_ptr<pictureDecoder> pictureDecoder::make(PICTURE_CODEC codec, PictureHandler onPicture)
+{
+    std::unique_ptr<pictureDecoder> made(new pictureDecoder);
+    made->m_eCodec = codec;
+    made->m_inside = std::make_unique<tagInside>();
+    made->m_inside->onPicture = std::move(onPicture);
+    if (codec == PICTURE_CODEC::NONE || !made->build())
+        return nullptr;
+    return made;
+}
+
+pictureDecoder::~pictureDecoder()
+{
+    if (!m_inside || !m_inside->pPipeline)
+        return;
+    gst_element_set_state(m_inside->pPipeline, GST_STATE_NULL);
+    if (m_inside->pSource)
+        gst_object_unref(m_inside->pSource);
+    gst_object_unref(m_inside->pPipeline);
+}
+
+bool pictureDecoder::build()
+{
+    GError* error = nullptr;
+    m_inside->pPipeline = gst_parse_launch(textOf(m_eCodec).constData(), &error);
+    const bool isMade = m_inside->pPipeline && !error;
+    g_clear_error(&error);
+    if (!isMade)
+        return false;
+    GstBin* bin = GST_BIN(m_inside->pPipeline);
+    m_inside->pSource = gst_bin_get_by_name(bin, "packets");
+    GstElement* decoder = gst_bin_get_by_name(bin, "decoder");
+    GstElement* sink = gst_bin_get_by_name(bin, "pictures");
+    GstPad* pad = gst_element_get_static_pad(decoder, "sink");
+    gst_pad_add_probe(pad, GstPadProbeType(GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM | GST_PAD_PROBE_TYPE_BUFFER),
+                      onEvent, &m_inside->bFailed, nullptr);
+    gst_object_unref(pad);
+    GstAppSinkCallbacks callbacks = {};
+    callbacks.new_sample = onSample;
+    gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, &m_inside->onPicture, nullptr);
+    gst_object_unref(sink);
+    gst_object_unref(decoder);
+    GstBus* bus = gst_element_get_bus(m_inside->pPipeline);
+    gst_bus_set_sync_handler(bus, onMessage, &m_inside->bFailed, nullptr);
+    gst_object_unref(bus);
+    return gst_element_set_state(m_inside->pPipeline, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
+}
+
+bool pictureDecoder::hasFailed() const
+{
+    return m_inside->bFailed;
+}
+
+bool pictureDecoder::put(const QByteArray& packet)
+{
+    auto* source = GST_APP_SRC(m_inside->pSource);
+    if (hasFailed() || gst_app_src_get_current_level_bytes(source) > guint64(MAX_WAITING))
+        return false;
+    QByteArray changed = packet;
+    changed[1] = char((changed[1] & 0x80) | kPayload);
+    GstBuffer* buffer = gst_buffer_new_memdup(changed.constData(), gsize(changed.size()));
+    return gst_app_src_push_buffer(source, buffer) == GST_FLOW_OK;
+}

@@ -1,0 +1,44 @@
+#pragma once
+// Makes packets of the user's own pictures: camera, size, codec. What comes of it comes on a thread of its
+// own.
+#include "players/callNegotiation.h"
+#include <functional>
+#include <gst/video/video.h>
+#include <memory>
+
+class pictureEncoder
+{
+public:
+    enum : int { PACKET_BYTES = 1200, KEY_SECONDS = 10 };
+
+    // An RTP packet, with a time, a mark and a content that count; and the picture before it is encoded.
+    using PacketHandler = std::function<void(const unsigned char* packet, int size)>;
+    using PictureHandler = std::function<void(const GstVideoFrame& frame)>;
+
+    // Null when there is no camera, or it does not work.
+    static std::unique_ptr<pictureEncoder> make(const tagAgreedPicture& agreed, int kbit,
+                                                PacketHandler onPacket, PictureHandler onPicture);
+    // Nothing comes any more afterwards.
+    ~pictureEncoder();
+    pictureEncoder(const pictureEncoder&) = delete;
+    pictureEncoder& operator=(const pictureEncoder&) = delete;
+
+    bool isFor(const tagAgreedPicture& agreed) const;
+    // The next picture stands for itself.
+    void askKeyPicture();
+    void setKbit(int kbit);
+    static QList<QByteArray> parts();
+
+private:
+    pictureEncoder() = default;
+    bool build(int kbit);
+    void watchPictures(GstElement* encoder);
+    void takePacket(GstElement* sink);
+
+    tagPictureFormat m_format;
+    tagPictureBounds m_bounds;
+    PacketHandler m_onPacket;
+    PictureHandler m_onPicture;
+    GstElement* m_pPipeline = nullptr;
+    GstElement* m_pEncoder = nullptr; // of the pipeline
+};

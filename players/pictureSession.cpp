@@ -1,0 +1,322 @@
+#include "players/pictureSession.h"
+#include "players/callDesk.h"
+#include <QtEndian>
+#include <cstring>
+#include <poll.h>
+#include <utility>
+
+namespace {
+
+constexpr int kStepMs = 20;
+constexpr int kMaxTaken = 600;           // packets in one step
+constexpr qint64 kAskUs = 500000;        // between two questions for a new picture
+constexpr qint64 kKeyUs = 300000;        // between two new pictures that are asked for
+constexpr int kTimeAt = 4;               // of a packet's head
+constexpr int kReceiveBytes = 512 << 10; // in the socket: a new picture comes all at once
+
+template <typename Number>
+Number randomNumber()
+{
+    Number number;
+    memcpy(&number, callCrypto::randomBytes(sizeof number).constData(), sizeof number);
+    return number;
+}
+
+} // namespace
+
+pictureSession::pictureSession(std::unique_ptr<callSockets> sockets, pictureEnd& end)
+    : m_sockets(std::move(sockets)), m_end(end),
+      m_reports(randomNumber<quint32>(), callCrypto::randomBytes(9).toBase64()),
+      m_nSequence(randomNumber<quint16>() & 0x7fff), m_nTime(randomNumber<quint32>())
+{
+    const int bytes = kReceiveBytes;
+    setsockopt(m_sockets->descriptor(false), SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
+}
+
+pictureSession::~pictureSession()
+{
+    m_bRuns = false;
+    if (m_thread.joinable())
+        m_thread.join();
+    endEncoder();
+    if (m_peer.rtcp().sin_port != 0)
+        sendReport(m_reports.farewell());
+    m_decoder.reset();
+    m_end.endOther();
+}
+
+bool pictureSession::sends() const
+{
+    const std::lock_guard<std::mutex> lock(m_encoderMutex);
+    return m_encoder != nullptr;
+}
+
+void pictureSession::endEncoder()
+{
+    std::unique_ptr<pictureEncoder> gone;
+    {
+        const std::lock_guard<std::mutex> lock(m_encoderMutex);
+        gone = std::move(m_encoder);
+    }
+    gone.reset();
+    m_end.endOwn();
+}
+
+// Of the session's thread: what the other side wants of the encoder.
+void pictureSession::steerEncoder()
+{
+    bool isKey = false;
+    bool isRate = false;
+    int kbit = 0;
+    const std::lock_guard<std::mutex> encoder(m_encoderMutex);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        isKey = std::exchange(m_bKeyWanted, false);
+        isRate = std::exchange(m_bRateChanged, false);
+        kbit = m_rate.kbit();
+    }
+    if (m_encoder && isRate)
+        m_encoder->setKbit(kbit);
+    if (m_encoder && isKey)
+        m_encoder->askKeyPicture();
+}
+
+void pictureSession::agree(const tagAgreedPicture& agreed)
+{
+    if (m_encoder && (!agreed.bSends || !m_encoder->isFor(agreed)))
+        endEncoder();
+    int kbit = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const tagAgreedPicture before = std::exchange(m_agreed, agreed);
+        if (before.eSuite != agreed.eSuite || before.sendKey != agreed.sendKey)
+            m_seal = secureRtp::make(agreed.eSuite, agreed.sendKey, secureRtp::WAY::OUT);
+        if (before.eSuite != agreed.eSuite || before.takeKey != agreed.takeKey)
+            m_open = secureRtp::make(agreed.eSuite, agreed.takeKey, secureRtp::WAY::IN);
+        m_bRateChanged = true;
+        if (m_peer.agree(agreed) || !agreed.bReceives) {
+            m_order.clear();
+            m_bNewDecoder = true;
+        }
+        m_rate.setMost(agreed.nKbit);
+        kbit = m_rate.kbit();
+    }
+    std::unique_ptr<pictureEncoder> made;
+    if (!m_encoder && agreed.bPicture && agreed.bSends)
+        made = pictureEncoder::make(
+            agreed, kbit, [this](const unsigned char* packet, int size) { sendPacket(packet, size); },
+            [this](const GstVideoFrame& frame) { m_end.showOwn(frame); });
+    if (made) {
+        const std::lock_guard<std::mutex> lock(m_encoderMutex);
+        m_encoder = std::move(made);
+    }
+    if (!m_bRuns && agreed.bPicture) {
+        m_bRuns = true;
+        m_thread = std::thread([this] { run(); });
+    }
+}
+
+pictureSession::tagCounts pictureSession::counts() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    tagCounts counts = m_counts;
+    counts.nShown = m_nShown;
+    counts.nKbit = m_rate.kbit();
+    return counts;
+}
+
+void pictureSession::run()
+{
+    while (m_bRuns) {
+        waitForPackets();
+        const qint64 now = callDesk::nowUs();
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            receive();
+            follow(now);
+        }
+        steerEncoder();
+        decode(now);
+    }
+}
+
+void pictureSession::waitForPackets() const
+{
+    pollfd sockets[] = {{m_sockets->descriptor(false), POLLIN, 0}, {m_sockets->descriptor(true), POLLIN, 0}};
+    poll(sockets, 2, kStepMs);
+}
+
+const tagPictureFormat* pictureSession::formatOf(int payload) const
+{
+    for (const tagPictureFormat& format : m_agreed.take) {
+        if (format.nPayload == payload)
+            return &format;
+    }
+    return nullptr;
+}
+
+void pictureSession::receive()
+{
+    unsigned char packet[rtpPacket::MAX_BYTES + secureRtp::MAX_MORE];
+    const qint64 now = callDesk::nowUs();
+    for (const bool isReport : {false, true}) {
+        for (int i = 0; i < kMaxTaken; ++i) {
+            sockaddr_in from = {};
+            qint64 ageUs = 0;
+            const int size = m_sockets->take(isReport, packet, sizeof packet, from, ageUs);
+            if (size == 0)
+                break;
+            if (size > 0 && (isReport || rtpPacket::isRtcp(packet, size)))
+                takeReport(packet, size, from, now - ageUs);
+            else if (size > 0)
+                takePacket(packet, size, from, now - ageUs);
+        }
+    }
+    QByteArray next;
+    bool isLost = false;
+    while (m_order.take(now, next, isLost))
+        m_ready.append({next, isLost});
+}
+
+void pictureSession::takePacket(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs)
+{
+    tagRtpHead head;
+    int start = 0;
+    int length = 0;
+    const bool isFromPeer = m_agreed.bPicture && m_peer.is(from);
+    // The seal first: nothing of a packet is believed before.
+    const int opened = !isFromPeer                               ? 0
+                       : m_agreed.eSuite == CRYPTO_SUITE::NONE   ? size
+                       : m_open && size >= rtpPacket::HEAD_BYTES ? m_open->open(packet, size, false)
+                                                                 : 0;
+    const bool isWhole = opened > 0 && rtpPacket::read(packet, opened, head, start, length);
+    const tagPictureFormat* format = isWhole ? formatOf(head.nPayload) : nullptr;
+    if (!format) {
+        ++m_counts.nStrangers;
+        return;
+    }
+    m_peer.latch(from);
+    bool begins = false;
+    if (!m_peer.isSource(head.nSource, begins))
+        return;
+    m_reports.took(head, PICTURE_CLOCK, nowUs, true);
+    if (begins || format->eCodec != m_eCodec) {
+        m_order.clear();
+        m_bNewDecoder = true;
+        m_eCodec = format->eCodec;
+    }
+    if (m_agreed.bReceives && length > 0)
+        m_order.put(head.nSequence, QByteArray(reinterpret_cast<const char*>(packet), opened), nowUs);
+}
+
+void pictureSession::takeReport(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs)
+{
+    if (!m_agreed.bPicture || !m_peer.isAt(from) || !rtpPacket::isRtcp(packet, size))
+        return;
+    const int opened = m_agreed.eSuite == CRYPTO_SUITE::NONE ? size
+                       : m_open                              ? m_open->open(packet, size, true)
+                                                             : 0;
+    if (opened > 0)
+        m_reports.read(packet, opened, nowUs);
+}
+
+// What reports say, and what they want.
+void pictureSession::follow(qint64 nowUs)
+{
+    if (m_agreed.bPicture && m_agreed.nRtcpPort != 0 && m_reports.isDue(nowUs))
+        sendReport(m_reports.report(nowUs));
+    if (m_reports.reportsRead() != m_nReportsSeen) {
+        m_nReportsSeen = m_reports.reportsRead();
+        m_bRateChanged = m_rate.told(m_reports.lossThereInPercent()) || m_bRateChanged;
+    }
+    if (m_reports.picturesWanted() == m_nWantedSeen || nowUs - m_nKeyedUs < kKeyUs)
+        return;
+    m_nWantedSeen = m_reports.picturesWanted();
+    m_nKeyedUs = nowUs;
+    m_bKeyWanted = true;
+    ++m_counts.nKeyed;
+}
+
+bool pictureSession::askPicture(qint64 nowUs)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (nowUs - m_nAskedUs < kAskUs || m_agreed.nRtcpPort == 0 || !(m_agreed.bPli || m_agreed.bFir))
+        return false;
+    m_nAskedUs = nowUs;
+    ++m_counts.nAsked;
+    sendReport(m_reports.pictureLost(!m_agreed.bPli));
+    return true;
+}
+
+void pictureSession::decode(qint64 nowUs)
+{
+    QList<std::pair<QByteArray, bool>> ready;
+    PICTURE_CODEC codec = PICTURE_CODEC::NONE;
+    bool isNew = false;
+    bool receives = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        ready.swap(m_ready);
+        isNew = std::exchange(m_bNewDecoder, false);
+        receives = m_agreed.bPicture && m_agreed.bReceives;
+        codec = m_eCodec;
+    }
+    if (m_decoder && (isNew || !receives || m_decoder->hasFailed())) {
+        m_decoder.reset();
+        m_end.endOther();
+        m_bSeen = false;
+    }
+    if (!receives || codec == PICTURE_CODEC::NONE)
+        return;
+    if (!m_decoder)
+        m_decoder = pictureDecoder::make(codec, [this](const GstVideoFrame& frame) {
+            ++m_nShown;
+            m_bSeen = true;
+            m_end.showOther(frame);
+        });
+    for (const auto& [packet, isLost] : ready) {
+        if (isLost || !m_decoder || !m_decoder->put(packet))
+            m_bDamaged = true;
+    }
+    // Until there is a picture it is asked for again.
+    if (m_bDamaged || !m_bSeen)
+        m_bDamaged = !askPicture(nowUs);
+}
+
+// A packet of the encoder's: its number and its source are this session's.
+void pictureSession::sendPacket(const unsigned char* made, int size)
+{
+    unsigned char packet[rtpPacket::MAX_BYTES + secureRtp::MAX_MORE];
+    tagRtpHead head;
+    int start = 0;
+    int length = 0;
+    if (size > rtpPacket::MAX_BYTES || !rtpPacket::read(made, size, head, start, length))
+        return;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_agreed.bSends)
+        return;
+    rtpPacket::write(
+        {m_agreed.send.nPayload, head.bMarker, m_nSequence++, m_nTime + head.nTime, m_reports.source()},
+        packet);
+    memcpy(packet + rtpPacket::HEAD_BYTES, made + start, size_t(length));
+    int whole = rtpPacket::HEAD_BYTES + length;
+    if (m_agreed.eSuite != CRYPTO_SUITE::NONE)
+        whole = m_seal ? m_seal->seal(packet, whole, false) : 0;
+    if (whole == 0)
+        return;
+    m_sockets->send(false, packet, whole, m_peer.rtp());
+    m_reports.sent(m_nTime + head.nTime, length);
+}
+
+void pictureSession::sendReport(const QByteArray& report)
+{
+    unsigned char packet[rtpPacket::MAX_BYTES + secureRtp::MAX_MORE];
+    if (m_peer.rtcp().sin_port == 0 || report.size() > rtpPacket::MAX_BYTES)
+        return;
+    memcpy(packet, report.constData(), size_t(report.size()));
+    int whole = int(report.size());
+    if (m_agreed.eSuite != CRYPTO_SUITE::NONE)
+        whole = m_seal ? m_seal->seal(packet, whole, true) : 0;
+    if (whole > 0)
+        m_sockets->send(m_agreed.nRtcpPort != m_agreed.nPort, packet, whole, m_peer.rtcp());
+}

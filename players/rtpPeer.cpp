@@ -1,0 +1,66 @@
+#include "players/rtpPeer.h"
+#include <arpa/inet.h>
+
+namespace {
+
+constexpr int kOtherSource = 5; // packets; then the other side is another one
+
+sockaddr_in placeOf(const QByteArray& address, int port)
+{
+    sockaddr_in place = {};
+    place.sin_family = AF_INET;
+    place.sin_port = htons(uint16_t(port));
+    inet_pton(AF_INET, address.constData(), &place.sin_addr);
+    return place;
+}
+
+} // namespace
+
+bool rtpPeer::agree(const tagAgreedStream& agreed)
+{
+    const bool isOther = agreed.peer != m_agreed.peer || agreed.nPort != m_agreed.nPort || !m_bLatched;
+    m_agreed = agreed;
+    if (isOther) {
+        m_rtp = placeOf(agreed.peer, agreed.nPort);
+        m_bLatched = m_bSource = false;
+    }
+    m_rtcp = m_bLatched && agreed.nRtcpPort == agreed.nPort ? m_rtp : placeOf(agreed.peer, agreed.nRtcpPort);
+    return isOther;
+}
+
+bool rtpPeer::isAt(const sockaddr_in& from) const
+{
+    const bool isHere = ntohl(m_rtp.sin_addr.s_addr) >> 24 == 127;
+    return from.sin_addr.s_addr == m_rtp.sin_addr.s_addr ||
+           (isHere && from.sin_addr.s_addr == placeOf(m_agreed.own, 0).sin_addr.s_addr);
+}
+
+bool rtpPeer::is(const sockaddr_in& from) const
+{
+    return isAt(from) && (!m_bLatched || from.sin_port == m_rtp.sin_port);
+}
+
+void rtpPeer::latch(const sockaddr_in& from)
+{
+    if (m_bLatched)
+        return;
+    m_bLatched = true;
+    m_rtp = from;
+    if (m_agreed.nRtcpPort == m_agreed.nPort)
+        m_rtcp = from;
+}
+
+bool rtpPeer::isSource(quint32 source, bool& begins)
+{
+    begins = false;
+    if (m_bSource && source == m_nSource) {
+        m_nOther = 0;
+        return true;
+    }
+    if (m_bSource && ++m_nOther < kOtherSource)
+        return false;
+    begins = m_bSource = true;
+    m_nOther = 0;
+    m_nSource = source;
+    return true;
+}

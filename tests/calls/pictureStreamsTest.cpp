@@ -1,0 +1,281 @@
+// Pictures that go from one side to the other over real ports: their order, what is told of them, and what is
+// seen at the other end.
+#include "players/callDesk.h"
+#include "players/packetOrder.h"
+#include "players/pictureSession.h"
+#include "players/pictureSource.h"
+#include "tests/calls/callStand.h"
+#include "tests/calls/lossyWay.h"
+#include "tests/players/films.h"
+#include <QTemporaryDir>
+#include <cstring>
+
+namespace {
+
+class PacketOrder : public testing::Test
+{
+protected:
+    QByteArray taken(qint64 now)
+    {
+        QByteArray all;
+        QByteArray packet;
+        bool isLost = false;
+        while (m_order.take(now, packet, isLost))
+            all += (isLost ? "!" : "") + packet;
+        return all;
+    }
+    void put(int sequence, char packet, qint64 now = 0)
+    {
+        m_order.put(quint16(sequence), QByteArray(1, packet), now);
+    }
+
+    packetOrder m_order;
+};
+
+TEST_F(PacketOrder, PacketsComeInOrderAndOnce)
+{
+    put(65534, 'a');
+    put(0, 'c');
+    put(65535, 'b');
+    put(65535, 'B');
+    EXPECT_EQ(taken(0), "abc");
+    put(65535, 'b');
+    EXPECT_EQ(taken(0), "") << "it was there before";
+}
+
+TEST_F(PacketOrder, AMissingOneIsWaitedForAndThenToldOf)
+{
+    put(1, 'a');
+    put(3, 'c');
+    EXPECT_EQ(taken(packetOrder::WAIT_MS * 1000 - 1), "a");
+    EXPECT_EQ(taken(packetOrder::WAIT_MS * 1000), "!c");
+    put(2, 'b');
+    EXPECT_EQ(taken(0), "") << "too late";
+}
+
+TEST_F(PacketOrder, ASenderThatBeginsAnewIsFollowedAndAFloodIsBounded)
+{
+    put(1, 'a');
+    EXPECT_EQ(taken(0), "a");
+    put(20000, 'b');
+    EXPECT_EQ(taken(0), "b");
+    for (int i = 0; i < 2 * packetOrder::MAX_PACKETS; ++i)
+        put(20002 + i, 'x');
+    EXPECT_EQ(taken(0).size(), packetOrder::MAX_PACKETS + 1);
+}
+
+TEST(PictureRate, FallsWithLossAndComesBack)
+{
+    pictureRate rate;
+    rate.setMost(600);
+    EXPECT_EQ(rate.kbit(), 600);
+    EXPECT_FALSE(rate.told(0));
+    EXPECT_FALSE(rate.told(5)) << "neither good nor bad";
+    EXPECT_TRUE(rate.told(20));
+    EXPECT_EQ(rate.kbit(), 540);
+    for (int i = 0; i < 100; ++i)
+        rate.told(100);
+    EXPECT_EQ(rate.kbit(), pictureRate::LEAST_KBIT);
+    for (int i = 0; i < 100; ++i)
+        rate.told(0);
+    EXPECT_EQ(rate.kbit(), 600);
+    rate.setMost(0);
+    EXPECT_EQ(rate.kbit(), pictureRate::USUAL_KBIT);
+}
+
+TEST(PictureReports, ANewPictureIsAskedForInBothWaysAndOnlyOfItsSender)
+{
+    rtcpReports asks(1, "one");
+    rtcpReports asked(2, "other");
+    rtcpReports third(3, "third");
+    asks.took({96, false, 1, 0, 2}, PICTURE_CLOCK, 0, true);
+    for (const bool isFir : {false, true}) {
+        const QByteArray packet = asks.pictureLost(isFir);
+        const auto* bytes = reinterpret_cast<const unsigned char*>(packet.constData());
+        asked.read(bytes, int(packet.size()), 0);
+        EXPECT_EQ(asked.picturesWanted(), isFir ? 2 : 1);
+        third.read(bytes, int(packet.size()), 0);
+        EXPECT_EQ(third.picturesWanted(), 0);
+        EXPECT_EQ(bytes[packet.size() - (isFir ? 20 : 12)], isFir ? 0x84 : 0x81);
+    }
+}
+
+struct SeenPictures : public pictureEnd
+{
+    void showOther(const GstVideoFrame& frame) override
+    {
+        const QImage grey(static_cast<const uchar*>(frame.data[0]), frame.info.width, frame.info.height,
+                          frame.info.stride[0], QImage::Format_Grayscale8);
+        nNumber = numberIn(grey);
+        nWidth = grey.width();
+        ++nOther;
+    }
+    void showOwn(const GstVideoFrame&) override { ++nOwn; }
+    void endOther() override { nNumber = -1; }
+    void endOwn() override { nOwn = 0; }
+
+    std::atomic<int> nNumber{-1};
+    std::atomic<int> nWidth{0};
+    std::atomic<int> nOther{0};
+    std::atomic<int> nOwn{0};
+};
+
+// A side of a call, of which only the pictures run.
+struct PictureSide
+{
+    PictureSide()
+    {
+        std::unique_ptr<callSockets> sockets = callSockets::open();
+        tagOwnMedia own;
+        own.address = "127.0.0.1";
+        own.nPort = 40000;
+        own.nPicturePort = sockets->port();
+        own.bLoopback = true;
+        negotiation = std::make_unique<callNegotiation>(own);
+        session = std::make_unique<pictureSession>(std::move(sockets), seen);
+    }
+    // through: where what is sent goes instead.
+    void apply(int through = 0)
+    {
+        tagAgreedPicture agreed = negotiation->agreedPicture();
+        if (through != 0)
+            agreed.nPort = agreed.nRtcpPort = through;
+        session->agree(agreed);
+    }
+
+    SeenPictures seen;
+    std::unique_ptr<callNegotiation> negotiation;
+    std::unique_ptr<pictureSession> session;
+};
+
+class PictureStreams : public CallStand
+{
+protected:
+    PictureStreams() { setSource(165); }
+    ~PictureStreams() override { qunsetenv("HX_PICTURE_SOURCE"); }
+    void setSource(int number)
+    {
+        const QString file = m_folder.filePath(QString("%1.png").arg(number));
+        EXPECT_TRUE(numberedPicture(QSize(640, 480), number).save(file));
+        qputenv("HX_PICTURE_SOURCE",
+                ("filesrc location=" + file + " ! pngdec ! imagefreeze is-live=true").toUtf8());
+    }
+    static tagMediaWant video(bool camera = true)
+    {
+        tagMediaWant want;
+        want.bVideo = true;
+        want.bCamera = camera;
+        want.nRate = 15;
+        return want;
+    }
+    static void connect(PictureSide& from, PictureSide& to, tagMediaWant want, tagMediaWant answered,
+                        const char* codec = "", LossyWay* way = nullptr)
+    {
+        QByteArray offer = from.negotiation->offer(want);
+        if (qstrcmp(codec, "VP8") == 0)
+            offer.replace("H264", "H26x");
+        ASSERT_TRUE(from.negotiation->agree(to.negotiation->answer(offer, answered)));
+        to.apply(way ? way->port() : 0);
+        from.apply(way ? way->port() : 0);
+    }
+    bool sees(const PictureSide& side, int number = 165)
+    {
+        return waitFor([&] { return side.seen.nNumber == number; }, 20000);
+    }
+
+    QTemporaryDir m_folder;
+    PictureSide m_one;
+    PictureSide m_other;
+};
+
+TEST_F(PictureStreams, APictureIsRecognisedAtTheOtherEnd)
+{
+    connect(m_one, m_other, video(), video(false));
+    EXPECT_TRUE(sees(m_other));
+    EXPECT_EQ(m_other.seen.nWidth, 640);
+    EXPECT_TRUE(waitFor([&] { return m_one.seen.nOwn > 0; }));
+    EXPECT_TRUE(m_one.session->sends());
+    EXPECT_FALSE(m_other.session->sends());
+    EXPECT_EQ(m_one.seen.nOther, 0);
+}
+
+TEST_F(PictureStreams, Vp8DoesItToo)
+{
+    connect(m_one, m_other, video(), video(false), "VP8");
+    ASSERT_EQ(m_other.negotiation->agreedPicture().send.eCodec, PICTURE_CODEC::VP8);
+    EXPECT_TRUE(sees(m_other));
+}
+
+TEST_F(PictureStreams, EncryptedPicturesAreSeenAndNothingElseIsBelieved)
+{
+    tagMediaWant want = video();
+    want.bEncrypt = true;
+    connect(m_one, m_other, want, video(false));
+    EXPECT_TRUE(sees(m_other));
+    // Who has no key.
+    const qint64 before = m_other.session->counts().nStrangers;
+    std::unique_ptr<callSockets> stranger = callSockets::open();
+    unsigned char packet[64] = {};
+    rtpPacket::write({m_other.negotiation->agreedPicture().send.nPayload, true, 1, 1, 99}, packet);
+    sockaddr_in to = {};
+    to.sin_family = AF_INET;
+    to.sin_port = htons(uint16_t(m_other.session->port()));
+    to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    stranger->send(false, packet, sizeof packet, to);
+    EXPECT_TRUE(waitFor([&] { return m_other.session->counts().nStrangers > before; }));
+}
+
+TEST_F(PictureStreams, ASmallLevelHasSmallPicturesInPacketsOfTheirOwn)
+{
+    QByteArray offer = m_other.negotiation->offer(video(false));
+    offer.replace("profile-level-id=42e01f;packetization-mode=1",
+                  "profile-level-id=64001f;packetization-mode=1");
+    offer.replace("profile-level-id=42e01f;packetization-mode=0",
+                  "profile-level-id=42e014;packetization-mode=0");
+    ASSERT_TRUE(m_other.negotiation->agree(m_one.negotiation->answer(offer, video())));
+    EXPECT_EQ(m_one.negotiation->agreedPicture().send.nMode, 0);
+    m_one.apply();
+    m_other.apply();
+    EXPECT_TRUE(sees(m_other));
+    EXPECT_EQ(m_other.seen.nWidth, 352);
+}
+
+TEST_F(PictureStreams, HoldEndsThemAndResumeBringsThemBack)
+{
+    connect(m_one, m_other, video(), video(false));
+    ASSERT_TRUE(sees(m_other));
+    tagMediaWant held = video();
+    held.bHeld = true;
+    connect(m_one, m_other, held, video(false));
+    EXPECT_FALSE(m_one.session->sends());
+    EXPECT_EQ(m_one.seen.nOwn, 0);
+    pass(300);
+    const int shown = m_other.seen.nOther;
+    pass(500);
+    EXPECT_EQ(m_other.seen.nOther, shown);
+    setSource(90);
+    connect(m_one, m_other, video(), video(false));
+    EXPECT_TRUE(sees(m_other, 90));
+}
+
+TEST_F(PictureStreams, LossIsMetWithNewPicturesAndALowerRate)
+{
+    LossyWay way(m_one.session->port(), m_other.session->port(), 25, 20);
+    connect(m_one, m_other, video(), video(false), "", &way);
+    EXPECT_TRUE(sees(m_other));
+    EXPECT_TRUE(waitFor(
+        [&] { return m_other.session->counts().nAsked > 1 && m_one.session->counts().nKeyed > 0; }, 20000));
+    EXPECT_TRUE(waitFor([&] { return m_one.session->counts().nKbit < pictureRate::USUAL_KBIT; }, 30000));
+}
+
+TEST_F(PictureStreams, WithoutACameraNothingGoesOut)
+{
+    qputenv("HX_PICTURE_SOURCE", "none");
+    EXPECT_FALSE(pictureSourceIsThere());
+    connect(m_one, m_other, video(), video(false));
+    EXPECT_FALSE(m_one.session->sends());
+    pass(300);
+    EXPECT_EQ(m_other.seen.nOther, 0);
+}
+
+} // namespace
