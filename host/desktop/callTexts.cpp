@@ -7,15 +7,19 @@
 
 namespace {
 
+const char* const kHeldThere = HX_TR("Held by the other side");
+
 const char* stateText(const tagCall& call)
 {
     switch (call.eState) {
     case CALL_RINGING:
-        return call.bIncoming ? HX_TR("Incoming call") : HX_TR("Calling...");
+        return call.bIncoming     ? HX_TR("Incoming call")
+               : call.bRingsThere ? HX_TR("Ringing...")
+                                  : HX_TR("Calling...");
     case CALL_TALKING:
         return call.bHeld         ? HX_TR("On hold")
                : call.nJoined     ? HX_TR("Conference")
-               : call.bRemoteHeld ? HX_TR("Held by the other side")
+               : call.bRemoteHeld ? kHeldThere
                                   : HX_TR("In call");
     default:
         return HX_TR("Call ended");
@@ -26,7 +30,17 @@ const char* stateText(const tagCall& call)
 
 QString callStateText(const tagCall& call)
 {
-    return qTranslate(!call.strReason.isEmpty() ? call.strReason.toUtf8().constData() : stateText(call));
+    if (!call.strReason.isEmpty())
+        return qTranslate(call.strReason.toUtf8().constData());
+    const bool bothHold = call.eState == CALL_TALKING && call.bHeld && call.bRemoteHeld;
+    return callJoinedText(qTranslate(stateText(call)), bothHold ? qTranslate(kHeldThere) : QString());
+}
+
+QString callForwardedText(const tagCall& call)
+{
+    if (call.forwardedBy.isEmpty())
+        return QString();
+    return qTranslate(HX_TR("Forwarded by %1")).arg(call.forwardedBy.last());
 }
 
 QString callNameOf(const tagCall& call, const tagContact& contact)

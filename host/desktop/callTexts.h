@@ -5,6 +5,8 @@
 
 // "In call", "On hold", why it failed; in the present language.
 QString callStateText(const tagCall& call);
+// Who has sent it on to this phone; empty for nobody.
+QString callForwardedText(const tagCall& call);
 // The name that came with the call, of the contact with its number, or of the door phone or camera; else
 // empty.
 QString callNameOf(const tagCall& call, const tagContact& contact);

@@ -35,6 +35,9 @@ constexpr int kVolumeStep = 10;
 constexpr int kDigitsShown = 24;
 constexpr int kKeepWeight = -1;
 constexpr int kFailedMs = 3000;
+constexpr int kSmallestName = 20; // pixels
+constexpr int kSmallestText = 15;
+constexpr int kSmallestNumber = 13;
 constexpr int kInnerRing = 10; // from the picture's edge
 constexpr int kOuterRing = 24;
 constexpr QRgb kRings = 0x1effffff;
@@ -45,6 +48,20 @@ constexpr qreal kSkyMiddle = 0.45;
 constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kPictureEdge = 0x40ffffff;
 const char* const kNobody = "/phone/resource/contact-image/icon_contact.png";
+
+// The first text is cut where both have no room even at the smallest size.
+QString fittingText(const QLabel* label, int smallest, const QString& text, const QString& rest = QString())
+{
+    QFont font = label->font();
+    font.setPixelSize(qMin(font.pixelSize(), smallest));
+    const QFontMetrics metrics(font);
+    const QString whole = callJoinedText(text, rest);
+    const int missing = metrics.horizontalAdvance(whole) - label->width();
+    if (missing <= 0)
+        return whole;
+    const int room = metrics.horizontalAdvance(text) - missing;
+    return callJoinedText(metrics.elidedText(text, Qt::ElideRight, room), rest);
+}
 
 QPixmap pictureOfNobody()
 {
@@ -261,7 +278,7 @@ void frmCall::showNames()
         if (!nameOf(call).isEmpty())
             m_strNumber = callJoinedText(m_strNumber, call.strNumber);
     }
-    m_ui->labName->setText(names);
+    m_ui->labName->setText(fittingText(m_ui->labName, kSmallestName, names));
 }
 
 void frmCall::showState()
@@ -271,11 +288,14 @@ void frmCall::showState()
     const bool isUpon = m_eLayout == CALL_LAYOUT_PICTURE;
     const bool isPlain = talks() && !m_call.bHeld && !m_call.bRemoteHeld && !m_call.nJoined;
     const QString line = lineName(m_call.nAccount);
-    const QString upon = callJoinedText(callJoinedText(m_strNumber, line), callCodecsText(streams()));
-    m_ui->labNumber->setText(isAsked() ? QString() : isUpon ? upon : m_strNumber);
-    m_ui->labState->setText(isAsked()           ? callJoinedText(m_strNumber, callStateText(m_call))
-                            : isUpon && isPlain ? QString()
-                                                : callStateText(m_call));
+    const QString upon = isUpon ? callJoinedText(line, callCodecsText(streams())) : QString();
+    m_ui->labNumber->setText(isAsked()
+                                 ? fittingText(m_ui->labNumber, kSmallestNumber, callForwardedText(m_call))
+                                 : fittingText(m_ui->labNumber, kSmallestNumber, m_strNumber, upon));
+    m_ui->labState->setText(isUpon && isPlain
+                                ? QString()
+                                : fittingText(m_ui->labState, kSmallestText,
+                                              isAsked() ? m_strNumber : QString(), callStateText(m_call)));
     if (isUpon)
         callLayout::putOthers(*m_ui);
     m_ui->labLine->setText(isAsked() ? m_ui->labLine->fontMetrics().elidedText(
