@@ -4,6 +4,7 @@
 #include "support/host/api.h"
 #include "support/host/language.h"
 #include "support/host/phone.h"
+#include <QLabel>
 
 namespace {
 
@@ -63,4 +64,17 @@ QString callOwnNumber(int line)
     if (line < 0 || line >= PHONE_ACCOUNT_COUNT || !phone_GetAccountInfoById(line, &info))
         return QString();
     return QString::fromUtf8(info.szUser);
+}
+
+QString callFittingText(const QLabel* label, int smallest, const QString& text, const QString& rest)
+{
+    QFont font = label->font();
+    font.setPixelSize(qMin(font.pixelSize(), smallest));
+    const QFontMetrics metrics(font);
+    const QString whole = callJoinedText(text, rest);
+    const int missing = metrics.horizontalAdvance(whole) - label->width();
+    if (missing <= 0)
+        return whole;
+    const int room = metrics.horizontalAdvance(text) - missing;
+    return callJoinedText(metrics.elidedText(text, Qt::ElideRight, room), rest);
 }

@@ -49,20 +49,6 @@ constexpr QRgb kStrip = 0x33000000;
 constexpr QRgb kPictureEdge = 0x40ffffff;
 const char* const kNobody = "/phone/resource/contact-image/icon_contact.png";
 
-// The first text is cut where both have no room even at the smallest size.
-QString fittingText(const QLabel* label, int smallest, const QString& text, const QString& rest = QString())
-{
-    QFont font = label->font();
-    font.setPixelSize(qMin(font.pixelSize(), smallest));
-    const QFontMetrics metrics(font);
-    const QString whole = callJoinedText(text, rest);
-    const int missing = metrics.horizontalAdvance(whole) - label->width();
-    if (missing <= 0)
-        return whole;
-    const int room = metrics.horizontalAdvance(text) - missing;
-    return callJoinedText(metrics.elidedText(text, Qt::ElideRight, room), rest);
-}
-
 QPixmap pictureOfNobody()
 {
     return GetImageManager()->GetImageByScale(kNobody, callLayout::kPortrait.width(),
@@ -278,7 +264,7 @@ void frmCall::showNames()
         if (!nameOf(call).isEmpty())
             m_strNumber = callJoinedText(m_strNumber, call.strNumber);
     }
-    m_ui->labName->setText(fittingText(m_ui->labName, kSmallestName, names));
+    m_ui->labName->setText(callFittingText(m_ui->labName, kSmallestName, names));
 }
 
 void frmCall::showState()
@@ -289,13 +275,13 @@ void frmCall::showState()
     const bool isPlain = talks() && !m_call.bHeld && !m_call.bRemoteHeld && !m_call.nJoined;
     const QString line = lineName(m_call.nAccount);
     const QString upon = isUpon ? callJoinedText(line, callCodecsText(streams())) : QString();
-    m_ui->labNumber->setText(isAsked()
-                                 ? fittingText(m_ui->labNumber, kSmallestNumber, callForwardedText(m_call))
-                                 : fittingText(m_ui->labNumber, kSmallestNumber, m_strNumber, upon));
-    m_ui->labState->setText(isUpon && isPlain
-                                ? QString()
-                                : fittingText(m_ui->labState, kSmallestText,
-                                              isAsked() ? m_strNumber : QString(), callStateText(m_call)));
+    m_ui->labNumber->setText(
+        isAsked() ? callFittingText(m_ui->labNumber, kSmallestNumber, callForwardedText(m_call))
+                  : callFittingText(m_ui->labNumber, kSmallestNumber, m_strNumber, upon));
+    m_ui->labState->setText(isUpon && isPlain ? QString()
+                                              : callFittingText(m_ui->labState, kSmallestText,
+                                                                isAsked() ? m_strNumber : QString(),
+                                                                callStateText(m_call)));
     if (isUpon)
         callLayout::putOthers(*m_ui);
     m_ui->labLine->setText(isAsked() ? m_ui->labLine->fontMetrics().elidedText(
