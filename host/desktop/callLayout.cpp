@@ -68,8 +68,8 @@ tagPlaces asked()
 {
     tagPlaces places = whole();
     places.portrait.moveTop(64);
-    places.name.moveTop(212);
-    places.state.moveTop(262);
+    places.name.setRect(40, 212, 720, 50);
+    places.state.setRect(40, 262, 720, 28);
     places.number.setRect(40, 290, 720, 24);
     places.nNumberSize = look::kSmallSize;
     return places;
