@@ -1,14 +1,12 @@
 #include "players/callSession.h"
 #include <QtEndian>
 #include <algorithm>
-#include <arpa/inet.h>
 #include <cstring>
 #include <utility>
 
 namespace {
 
 constexpr int kTones = -1;           // stands for a tone among what is to be played
-constexpr int kOtherSource = 5;      // packets; then the other side is another one
 constexpr qint64 kQuietUs = 3000000; // nothing came for so long
 constexpr qint64 kLaneReserve = 80;  // samples: what the resampler keeps back
 constexpr size_t kMaxLane = 4 * callSession::FRAME_SAMPLES;
@@ -23,20 +21,6 @@ Number randomNumber()
     return number;
 }
 
-sockaddr_in placeOf(const QByteArray& address, int port)
-{
-    sockaddr_in place = {};
-    place.sin_family = AF_INET;
-    place.sin_port = htons(uint16_t(port));
-    inet_pton(AF_INET, address.constData(), &place.sin_addr);
-    return place;
-}
-
-bool isSame(const sockaddr_in& one, const sockaddr_in& other)
-{
-    return one.sin_addr.s_addr == other.sin_addr.s_addr && one.sin_port == other.sin_port;
-}
-
 } // namespace
 
 callSession::callSession(std::unique_ptr<callSockets> sockets)
@@ -49,7 +33,7 @@ callSession::callSession(std::unique_ptr<callSockets> sockets)
 
 callSession::~callSession()
 {
-    if (m_peerRtcp.sin_port != 0)
+    if (m_peer.rtcp().sin_port != 0)
         sendReport(m_reports.farewell());
 }
 
@@ -76,13 +60,8 @@ void callSession::agree(const tagAgreedSound& agreed, tagParts& parts)
         std::swap(m_encoder, parts.encoder);
     if (!m_decoder || !parts.decoder || m_decoder->codec() != parts.decoder->codec())
         std::swap(m_decoder, parts.decoder);
-    if (before.peer != agreed.peer || before.nPort != agreed.nPort || !m_bLatched) {
-        m_peer = placeOf(agreed.peer, agreed.nPort);
-        m_bLatched = m_bSource = false;
+    if (m_peer.agree(agreed))
         m_buffer.clear();
-    }
-    m_peerRtcp =
-        m_bLatched && agreed.nRtcpPort == agreed.nPort ? m_peer : placeOf(agreed.peer, agreed.nRtcpPort);
     if (!agreed.bSends)
         m_tones.clear();
     if (!agreed.bReceives) {
@@ -91,32 +70,6 @@ void callSession::agree(const tagAgreedSound& agreed, tagParts& parts)
         m_nBegan = 0;
     }
     m_bTalks = false;
-}
-
-// What another program of this machine sends to the machine's own address comes from there, wherever it is
-// itself.
-bool callSession::isAtPeer(const sockaddr_in& from) const
-{
-    const bool isHere = ntohl(m_peer.sin_addr.s_addr) >> 24 == 127;
-    return from.sin_addr.s_addr == m_peer.sin_addr.s_addr ||
-           (isHere && from.sin_addr.s_addr == placeOf(m_agreed.own, 0).sin_addr.s_addr);
-}
-
-// Where the other side is behind a router it sends from another port than it knows of. Another address may be
-// anybody's.
-bool callSession::isPeer(const sockaddr_in& from) const
-{
-    return m_bLatched ? isSame(from, m_peer) : isAtPeer(from);
-}
-
-void callSession::latch(const sockaddr_in& from)
-{
-    if (m_bLatched)
-        return;
-    m_bLatched = true;
-    if (m_agreed.nRtcpPort == m_agreed.nPort)
-        m_peerRtcp = from;
-    m_peer = from;
 }
 
 const tagAgreedCodec* callSession::codecOf(int payload) const
@@ -128,25 +81,9 @@ const tagAgreedCodec* callSession::codecOf(int payload) const
     return nullptr;
 }
 
-// Who has begun goes on, until he is silent or another one has taken his place.
-bool callSession::isSource(quint32 source)
-{
-    if (m_bSource && source == m_nPeerSource) {
-        m_nOtherSource = 0;
-        return true;
-    }
-    if (m_bSource && ++m_nOtherSource < kOtherSource)
-        return false;
-    m_bSource = true;
-    m_nOtherSource = 0;
-    m_nPeerSource = source;
-    m_buffer.clear();
-    return true;
-}
-
 void callSession::takePacket(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs)
 {
-    if (!m_agreed.bSound || !isPeer(from)) {
+    if (!m_agreed.bSound || !m_peer.is(from)) {
         ++m_nStrangers;
         return;
     }
@@ -163,13 +100,15 @@ void callSession::takePacket(unsigned char* packet, int size, const sockaddr_in&
                                                                  : 0;
     const bool isWhole = opened > 0 && rtpPacket::read(packet, opened, head, start, length);
     const tagAgreedCodec* codec = isWhole ? codecOf(head.nPayload) : nullptr;
-    if (!codec || length == 0) {
+    if (!codec || length == 0 || !m_peer.takes(from, head)) {
         ++m_nStrangers;
         return;
     }
-    latch(from);
-    if (!isSource(head.nSource))
+    bool begins = false;
+    if (!m_peer.isSource(head.nSource, begins))
         return;
+    if (begins)
+        m_buffer.clear();
     m_nLastCame = nowUs;
     const tagSoundCodec* sound = soundCodec(codec->eCodec);
     m_reports.took(head, sound ? sound->nClock : m_agreed.send.nClock, nowUs, sound != nullptr);
@@ -187,7 +126,7 @@ void callSession::takePacket(unsigned char* packet, int size, const sockaddr_in&
 
 void callSession::takeReport(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs)
 {
-    if (!m_agreed.bSound || !isAtPeer(from) || !rtpPacket::isRtcp(packet, size))
+    if (!m_agreed.bSound || !m_peer.isAt(from) || !rtpPacket::isRtcp(packet, size))
         return;
     const int opened = m_agreed.eSuite == CRYPTO_SUITE::NONE ? size
                        : m_open                              ? m_open->open(packet, size, true)
@@ -268,7 +207,7 @@ void callSession::sendPacket(int payload, bool marker, quint32 time, const unsig
         whole = m_seal ? m_seal->seal(packet, whole, false) : 0;
     if (whole == 0)
         return;
-    m_sockets->send(false, packet, whole, m_peer);
+    m_sockets->send(false, packet, whole, m_peer.rtp());
     m_reports.sent(time, size);
 }
 
@@ -312,14 +251,14 @@ void callSession::send(const short* samples)
 void callSession::sendReport(const QByteArray& report)
 {
     unsigned char packet[rtpPacket::MAX_BYTES + secureRtp::MAX_MORE];
-    if (m_peerRtcp.sin_port == 0 || report.size() > rtpPacket::MAX_BYTES)
+    if (m_peer.rtcp().sin_port == 0 || report.size() > rtpPacket::MAX_BYTES)
         return;
     memcpy(packet, report.constData(), size_t(report.size()));
     int whole = int(report.size());
     if (m_agreed.eSuite != CRYPTO_SUITE::NONE)
         whole = m_seal ? m_seal->seal(packet, whole, true) : 0;
     if (whole > 0)
-        m_sockets->send(m_agreed.nRtcpPort != m_agreed.nPort, packet, whole, m_peerRtcp);
+        m_sockets->send(m_agreed.nRtcpPort != m_agreed.nPort, packet, whole, m_peer.rtcp());
 }
 
 // What is heard, as a person judges it: loss takes most of it, and then the time the sound is under way

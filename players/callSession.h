@@ -5,6 +5,7 @@
 #include "players/callSockets.h"
 #include "players/jitterBuffer.h"
 #include "players/rtcpReports.h"
+#include "players/rtpPeer.h"
 #include "players/secureRtp.h"
 #include "players/soundCoder.h"
 #include "players/toneEvents.h"
@@ -55,10 +56,6 @@ public:
 private:
     void takePacket(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs);
     void takeReport(unsigned char* packet, int size, const sockaddr_in& from, qint64 nowUs);
-    bool isPeer(const sockaddr_in& from) const;
-    bool isAtPeer(const sockaddr_in& from) const;
-    bool isSource(quint32 source);
-    void latch(const sockaddr_in& from);
     const tagAgreedCodec* codecOf(int payload) const;
     void sendPacket(int payload, bool marker, quint32 time, const unsigned char* content, int size);
     void sendTones(const QList<toneEvents::tagEvent>& events);
@@ -76,13 +73,7 @@ private:
     toneEvents m_tones;
     rtcpReports m_reports;
 
-    sockaddr_in m_peer = {};
-    sockaddr_in m_peerRtcp = {};
-    bool m_bLatched = false;
-    bool m_bSource = false;
-    quint32 m_nPeerSource = 0;
-    int m_nOtherSource = 0; // packets in a row that have another one
-
+    rtpPeer m_peer;
     qint64 m_nStrangers = 0;
     qint64 m_nLastCame = 0;
     qint64 m_nBegan = 0; // of receiving

@@ -191,11 +191,10 @@ void pictureSession::takePacket(unsigned char* packet, int size, const sockaddr_
                                                                  : 0;
     const bool isWhole = opened > 0 && rtpPacket::read(packet, opened, head, start, length);
     const tagPictureFormat* format = isWhole ? formatOf(head.nPayload) : nullptr;
-    if (!format) {
+    if (!format || !m_peer.takes(from, head)) {
         ++m_counts.nStrangers;
         return;
     }
-    m_peer.latch(from);
     bool begins = false;
     if (!m_peer.isSource(head.nSource, begins))
         return;

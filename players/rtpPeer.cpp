@@ -4,6 +4,7 @@
 namespace {
 
 constexpr int kOtherSource = 5; // packets; then the other side is another one
+constexpr int kOtherPort = 5;   // packets in a row; fewer may be sent blindly
 
 sockaddr_in placeOf(const QByteArray& address, int port)
 {
@@ -21,8 +22,9 @@ bool rtpPeer::agree(const tagAgreedStream& agreed)
     const bool isOther = agreed.peer != m_agreed.peer || agreed.nPort != m_agreed.nPort || !m_bLatched;
     m_agreed = agreed;
     if (isOther) {
-        m_rtp = placeOf(agreed.peer, agreed.nPort);
+        m_rtp = m_agreedRtp = placeOf(agreed.peer, agreed.nPort);
         m_bLatched = m_bSource = false;
+        m_row = {};
     }
     m_rtcp = m_bLatched && agreed.nRtcpPort == agreed.nPort ? m_rtp : placeOf(agreed.peer, agreed.nRtcpPort);
     return isOther;
@@ -30,24 +32,39 @@ bool rtpPeer::agree(const tagAgreedStream& agreed)
 
 bool rtpPeer::isAt(const sockaddr_in& from) const
 {
-    const bool isHere = ntohl(m_rtp.sin_addr.s_addr) >> 24 == 127;
-    return from.sin_addr.s_addr == m_rtp.sin_addr.s_addr ||
+    const bool isHere = ntohl(m_agreedRtp.sin_addr.s_addr) >> 24 == 127;
+    return from.sin_addr.s_addr == m_agreedRtp.sin_addr.s_addr ||
            (isHere && from.sin_addr.s_addr == placeOf(m_agreed.own, 0).sin_addr.s_addr);
 }
 
 bool rtpPeer::is(const sockaddr_in& from) const
 {
-    return isAt(from) && (!m_bLatched || from.sin_port == m_rtp.sin_port);
+    return isAt(from) &&
+           (!m_bLatched || from.sin_port == m_rtp.sin_port || from.sin_port == m_agreedRtp.sin_port);
 }
 
-void rtpPeer::latch(const sockaddr_in& from)
+// Whoever guesses packets hits the numbers of one row hardly ever.
+bool rtpPeer::isInRow(const sockaddr_in& from, const tagRtpHead& head)
 {
-    if (m_bLatched)
-        return;
+    const bool isNext = m_row.nPackets > 0 && m_row.nPort == from.sin_port && m_row.nSource == head.nSource &&
+                        m_row.nNext == head.nSequence;
+    m_row = {isNext ? m_row.nPackets + 1 : 1, from.sin_port, head.nSource, quint16(head.nSequence + 1)};
+    return m_row.nPackets >= kOtherPort;
+}
+
+bool rtpPeer::takes(const sockaddr_in& from, const tagRtpHead& head)
+{
+    if (m_bLatched && from.sin_port == m_rtp.sin_port)
+        return true;
+    const bool isAgreed = from.sin_port == m_agreedRtp.sin_port;
+    if (!isAgreed && (m_bLatched || !isInRow(from, head)))
+        return false;
     m_bLatched = true;
+    m_bSource = false; // who has spoken so far was somebody else
     m_rtp = from;
     if (m_agreed.nRtcpPort == m_agreed.nPort)
         m_rtcp = from;
+    return true;
 }
 
 bool rtpPeer::isSource(quint32 source, bool& begins)

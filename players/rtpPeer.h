@@ -1,6 +1,7 @@
 #pragma once
 // The other side of a stream: where it is, by agreement and by what comes from there. One thread at a time.
 #include "players/callNegotiation.h"
+#include "players/rtpPacket.h"
 #include <netinet/in.h>
 
 class rtpPeer
@@ -11,11 +12,12 @@ public:
     // Something comes from its address. What another program of this machine sends to the machine's own
     // address comes from there, wherever it is itself.
     bool isAt(const sockaddr_in& from) const;
-    // The same, and from its port once that is known: where it is behind a router it sends from another port
+    // The same, and from a port that may be its own: where it is behind a router it sends from another port
     // than it knows of. Another address may be anybody's.
     bool is(const sockaddr_in& from) const;
-    // A packet that is part of the call has come from there.
-    void latch(const sockaddr_in& from);
+    // Of a packet as agreed from a place that may be the other side's: false while it counts for nothing. The
+    // agreed port counts at once and always; another one after a row of packets, and only until then.
+    bool takes(const sockaddr_in& from, const tagRtpHead& head);
     // Who has begun goes on, until another one has taken his place; begins: that is now.
     bool isSource(quint32 source, bool& begins);
     quint32 source() const { return m_nSource; }
@@ -23,11 +25,21 @@ public:
     const sockaddr_in& rtcp() const { return m_rtcp; } // its port 0: none
 
 private:
+    bool isInRow(const sockaddr_in& from, const tagRtpHead& head);
+
     tagAgreedStream m_agreed;
+    sockaddr_in m_agreedRtp = {};
     sockaddr_in m_rtp = {};
     sockaddr_in m_rtcp = {};
     bool m_bLatched = false;
     bool m_bSource = false;
     quint32 m_nSource = 0;
     int m_nOther = 0; // packets in a row that have another one
+    struct tagRow
+    {
+        int nPackets = 0;
+        quint16 nPort = 0; // as sockaddr_in has it
+        quint32 nSource = 0;
+        quint16 nNext = 0;
+    } m_row; // from a port that nobody agreed on
 };

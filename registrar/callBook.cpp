@@ -43,8 +43,11 @@ void CallBook::ring(const std::string& callId, const std::string& toTag, long no
     step(callId, CALL_STEP::RINGING, toTag, now);
 }
 
-void CallBook::talk(const std::string& callId, const std::string& toTag, long now)
+void CallBook::talk(const std::string& callId, const std::string& toTag, const std::string& host, long now)
 {
+    const auto found = m_calls.find(callId);
+    if (found != m_calls.end() && found->second.eStep < CALL_STEP::TALKING)
+        found->second.calleeHost = host;
     step(callId, CALL_STEP::TALKING, toTag, now);
 }
 
@@ -77,6 +80,12 @@ bool CallBook::holds(const sip_t& request) const
         return false;
     const std::string& tag = found->second.fromTag;
     return pbxText::of(request.sip_from->a_tag) == tag || pbxText::of(request.sip_to->a_tag) == tag;
+}
+
+const tagSeenCall* CallBook::find(const std::string& callId) const
+{
+    const auto found = m_calls.find(callId);
+    return found == m_calls.end() ? nullptr : &found->second;
 }
 
 std::vector<const tagSeenCall*> CallBook::of(const std::string& user) const

@@ -15,6 +15,7 @@ struct tagSeenCall
     std::string callId, fromTag, toTag;
     std::string caller, callee; // users of the exchange; empty for somebody else
     std::string callerName;
+    std::string callerHost, calleeHost; // where they have spoken from; empty: not yet
     CALL_STEP eStep = CALL_STEP::TRYING;
     long nSince = 0; // of the step
 };
@@ -33,10 +34,12 @@ public:
     // False when the book is full, the caller has too many, or the call is in it already.
     bool begin(tagSeenCall call, long now);
     void ring(const std::string& callId, const std::string& toTag, long now);
-    void talk(const std::string& callId, const std::string& toTag, long now);
+    void talk(const std::string& callId, const std::string& toTag, const std::string& host, long now);
     void end(const std::string& callId, long now);
     // A request within the call, from either side.
     bool holds(const sip_t& request) const;
+    // Null for none.
+    const tagSeenCall* find(const std::string& callId) const;
     bool isKnown(const std::string& callId) const { return m_calls.count(callId) > 0; }
     // Of a call that is known.
     bool isOver(const std::string& callId) const { return m_calls.at(callId).eStep == CALL_STEP::OVER; }

@@ -87,6 +87,15 @@ std::vector<std::string> ContactBook::addresses(const std::string& user) const
     return all;
 }
 
+bool ContactBook::isAt(const std::string& user, const std::string& host) const
+{
+    const std::string start = (host.find(':') == std::string::npos ? host : "[" + host + "]") + ":";
+    const auto found = m_contacts.find(user);
+    return found != m_contacts.end() &&
+           std::any_of(found->second.begin(), found->second.end(),
+                       [&](const tagContact& contact) { return contact.place.rfind(start, 0) == 0; });
+}
+
 std::string ContactBook::ownerOf(const url_t* url) const
 {
     const std::string name = pbxText::user(url), place = pbxText::place(url);

@@ -19,6 +19,8 @@ public:
     // Header values, each with the rest of its time.
     std::vector<std::string> listed(const std::string& user, long now) const;
     std::vector<std::string> addresses(const std::string& user) const;
+    // One of his phones is at that numeric address.
+    bool isAt(const std::string& user, const std::string& host) const;
     // Whose phone that address is; empty for nobody's.
     std::string ownerOf(const url_t* url) const;
     // Forgets whose time is over; the users that have no phone any more.

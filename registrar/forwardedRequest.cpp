@@ -177,8 +177,11 @@ void ForwardedRequest::onAnswer(nta_outgoing_t* request, const sip_t* reply)
     m_bAnswered = m_bFinal = true;
     m_limit.stop();
     cancelBranches(kElsewhere);
-    if (m_bNew)
-        m_pbx.pCalls->talk(m_callId, pbxText::of(reply->sip_to->a_tag), pbxNow());
+    if (!m_bNew)
+        return;
+    msg_t* message = nta_outgoing_getresponse(request);
+    m_pbx.pCalls->talk(m_callId, pbxText::of(reply->sip_to->a_tag), pbxText::host(message), pbxNow());
+    msg_destroy(message);
 }
 
 void ForwardedRequest::passReply(nta_outgoing_t* request, const sip_t* reply)

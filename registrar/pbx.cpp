@@ -140,7 +140,8 @@ void Pbx::takeReply(msg_t* message, sip_t* sip)
 
 void Pbx::takeAck(msg_t* message, const sip_t* sip)
 {
-    msg_t* copy = m_calls.holds(*sip) ? ForwardedRequest::onward(m_pbx, message) : nullptr;
+    const bool isWithin = m_calls.holds(*sip) && isOfParty(*sip, message);
+    msg_t* copy = isWithin ? ForwardedRequest::onward(m_pbx, message) : nullptr;
     nta_msg_discard(m_pbx.pAgent, message);
     if (copy && pbxText::isPlace(sip_object(copy)->sip_request->rq_url, m_pbx.place))
         nta_msg_discard(m_pbx.pAgent, copy);
@@ -210,8 +211,12 @@ void Pbx::takeWithin(nta_incoming_t* request, const sip_t& sip)
     }
     if (!m_calls.holds(sip))
         return refuse(request, SIP_481_NO_CALL);
-    // The next hop is whom the call is with, and that is not here.
     msg_t* message = nta_incoming_getrequest(request);
+    if (!isOfParty(sip, message)) {
+        msg_destroy(message);
+        return refuse(request, SIP_403_FORBIDDEN);
+    }
+    // The next hop is whom the call is with, and that is not here.
     msg_t* onward = ForwardedRequest::onward(m_pbx, message);
     msg_destroy(message);
     const bool isHere =
@@ -229,12 +234,22 @@ void Pbx::takeWithin(nta_incoming_t* request, const sip_t& sip)
     }
 }
 
+// One that has moved meanwhile has registered from there.
+bool Pbx::isOfParty(const sip_t& sip, msg_t* message) const
+{
+    const tagSeenCall* call = m_calls.find(pbxText::of(sip.sip_call_id->i_id));
+    const std::string host = pbxText::host(message);
+    return call && !host.empty() &&
+           (host == call->callerHost || host == call->calleeHost || m_contacts->isAt(call->caller, host) ||
+            m_contacts->isAt(call->callee, host));
+}
+
 std::string Pbx::knownUser(nta_incoming_t* request, const sip_t& sip)
 {
     const bool isRegister = sip.sip_request->rq_method == sip_method_register;
     const msg_auth_t* answers = isRegister ? sip.sip_authorization : sip.sip_proxy_authorization;
     std::string user;
-    const auto verdict = m_passwords->judge(answers, sip.sip_request->rq_method_name, user);
+    const auto verdict = m_passwords->judge(answers, *sip.sip_request, user);
     if (verdict == PasswordCheck::VERDICT::GOOD) {
         // Nobody speaks for another; whoever hides his name is known here all the same.
         const std::string from = pbxText::user(sip.sip_from->a_url);
@@ -325,6 +340,9 @@ void Pbx::leadTo(nta_incoming_t* request, const sip_t& sip, const std::string& u
         call.callee = callee;
         // Who hides his name hides it from the lamps too.
         call.callerName = displayOf(*sip.sip_from);
+        msg_t* message = nta_incoming_getrequest(request);
+        call.callerHost = pbxText::host(message);
+        msg_destroy(message);
         if (m_forwarded.size() >= MAX_FORWARDED || !m_calls.begin(call, pbxNow()))
             return refuse(request, SIP_503_SERVICE_UNAVAILABLE);
     }

@@ -1,5 +1,6 @@
 #pragma once
 // Addresses and other texts of the exchange.
+#include <sofia-sip/msg_types.h>
 #include <sofia-sip/url.h>
 #include <string>
 
@@ -14,7 +15,9 @@ std::string address(const url_t* url);
 std::string place(const url_t* url);
 bool isPlace(const url_t* url, const std::string& place);
 bool isSip(const url_t* url);
-// As it stands between tags of XML or in quotes there.
+// The numeric address that a message has come from.
+std::string host(const msg_t* message);
+// As it stands between tags of XML or in quotes there; what is not UTF-8 is replaced.
 std::string xml(const std::string& text);
 
 } // namespace pbxText

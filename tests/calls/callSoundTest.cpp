@@ -129,26 +129,78 @@ TEST_F(CallSound, OneOfTwoCallsIsHeldAndSilentWhileTheOtherTalks)
     EXPECT_TRUE(waitFor([&] { return m_one.hears(kThird) && third.hears(kOne); }));
 }
 
-// Sends bytes to a port from an address of this machine, as a stranger does.
+// A port of this machine that says what a test has it say.
+class WirePort
+{
+public:
+    explicit WirePort(const char* address = "127.0.0.1")
+    {
+        sockaddr_in place = placeOf(address, 0);
+        socklen_t size = sizeof place;
+        EXPECT_EQ(bind(m_nSocket, reinterpret_cast<sockaddr*>(&place), size), 0);
+        EXPECT_EQ(getsockname(m_nSocket, reinterpret_cast<sockaddr*>(&place), &size), 0);
+        m_nPort = ntohs(place.sin_port);
+    }
+    ~WirePort() { close(m_nSocket); }
+    WirePort(const WirePort&) = delete;
+    WirePort& operator=(const WirePort&) = delete;
+
+    int port() const { return m_nPort; }
+    void say(int port, const QByteArray& packet) const
+    {
+        const sockaddr_in place = placeOf("127.0.0.1", port);
+        sendto(m_nSocket, packet.constData(), size_t(packet.size()), 0,
+               reinterpret_cast<const sockaddr*>(&place), sizeof place);
+    }
+    // Packets that came since the call before.
+    int came() const
+    {
+        int count = 0;
+        char packet[2048];
+        while (recv(m_nSocket, packet, sizeof packet, MSG_DONTWAIT) > 0)
+            ++count;
+        return count;
+    }
+
+private:
+    static sockaddr_in placeOf(const char* address, int port)
+    {
+        sockaddr_in place = {};
+        place.sin_family = AF_INET;
+        place.sin_port = htons(uint16_t(port));
+        inet_pton(AF_INET, address, &place.sin_addr);
+        return place;
+    }
+
+    const int m_nSocket = socket(AF_INET, SOCK_DGRAM, 0);
+    int m_nPort = 0;
+};
+
+// Each from another port, as a stranger does who does not know it.
 void sendFrom(const char* from, int port, const QByteArray& packet)
 {
-    const int sender = socket(AF_INET, SOCK_DGRAM, 0);
-    sockaddr_in place = {};
-    place.sin_family = AF_INET;
-    inet_pton(AF_INET, from, &place.sin_addr);
-    ASSERT_EQ(bind(sender, reinterpret_cast<sockaddr*>(&place), sizeof place), 0);
-    inet_pton(AF_INET, "127.0.0.1", &place.sin_addr);
-    place.sin_port = htons(uint16_t(port));
-    sendto(sender, packet.constData(), size_t(packet.size()), 0, reinterpret_cast<sockaddr*>(&place),
-           sizeof place);
-    close(sender);
+    WirePort(from).say(port, packet);
+}
+
+// PCMA in both directions, with that port.
+void agreeWith(CallEnd& one, int port, const QByteArray& peer = "127.0.0.1", const QByteArray& own = {})
+{
+    tagAgreedSound agreed;
+    agreed.bSound = agreed.bReceives = agreed.bSends = true;
+    agreed.send = {SOUND_CODEC::PCMA, 8, 8000};
+    agreed.take = {agreed.send};
+    agreed.own = own;
+    agreed.peer = peer;
+    agreed.nPort = port;
+    callSession::tagParts parts = callSession::build(agreed);
+    one.with([&](callSession& session) { session.agree(agreed, parts); });
 }
 
 // A loud square wave, as PCMA.
-QByteArray loudPacket(quint16 number)
+QByteArray loudPacket(quint16 number, quint32 source = 0xBAD)
 {
     unsigned char head[rtpPacket::HEAD_BYTES];
-    rtpPacket::write({8, false, number, number * 160u, 0xBAD}, head);
+    rtpPacket::write({8, false, number, number * 160u, source}, head);
     return QByteArray(reinterpret_cast<char*>(head), sizeof head) +
            QByteArray("\x2a\x2a\xaa\xaa", 4).repeated(40);
 }
@@ -175,19 +227,13 @@ TEST_F(CallSound, AStrangerIsNotHeard)
 TEST_F(CallSound, AProgramOfThisMachineIsHeardFromTheMachinesOwnAddress)
 {
     CallEnd one(m_one, 1);
-    tagAgreedSound agreed;
-    agreed.bSound = agreed.bReceives = true;
-    agreed.send = {SOUND_CODEC::PCMA, 8, 8000};
-    agreed.take = {agreed.send};
-    agreed.own = "127.0.0.3";
-    agreed.peer = "127.0.0.2";
-    agreed.nPort = 9;
-    callSession::tagParts parts = callSession::build(agreed);
-    one.with([&](callSession& session) { session.agree(agreed, parts); });
-    sendFrom("127.0.0.4", one.port, loudPacket(0));
+    const WirePort stranger("127.0.0.4");
+    const WirePort peer("127.0.0.3");
+    agreeWith(one, peer.port(), "127.0.0.2", "127.0.0.3");
+    stranger.say(one.port, loudPacket(0));
     pass(100);
     one.with([](callSession& session) { EXPECT_EQ(session.strangers(), 1); });
-    sendFrom("127.0.0.3", one.port, loudPacket(0));
+    peer.say(one.port, loudPacket(0));
     pass(100);
     one.with([](callSession& session) {
         EXPECT_EQ(session.strangers(), 1);
@@ -198,27 +244,58 @@ TEST_F(CallSound, AProgramOfThisMachineIsHeardFromTheMachinesOwnAddress)
 TEST_F(CallSound, BeforeAnythingWasHeardAnotherPortOfTheSameAddressMayBeIt)
 {
     CallEnd one(m_one, 1);
-    tagAgreedSound agreed;
-    agreed.bSound = agreed.bReceives = true;
-    agreed.send = {SOUND_CODEC::PCMA, 8, 8000};
-    agreed.take = {agreed.send};
-    agreed.peer = "127.0.0.1";
-    agreed.nPort = 9; // nobody's
-    callSession::tagParts parts = callSession::build(agreed);
-    one.with([&](callSession& session) { session.agree(agreed, parts); });
-    const int sender = socket(AF_INET, SOCK_DGRAM, 0);
-    sockaddr_in place = {};
-    place.sin_family = AF_INET;
-    inet_pton(AF_INET, "127.0.0.1", &place.sin_addr);
-    place.sin_port = htons(uint16_t(one.port));
+    const WirePort peer;
+    agreeWith(one, 9); // nobody's
     for (quint16 n = 0; n < 30; ++n) {
-        const QByteArray packet = loudPacket(n);
-        sendto(sender, packet.constData(), size_t(packet.size()), 0, reinterpret_cast<sockaddr*>(&place),
-               sizeof place);
+        peer.say(one.port, loudPacket(n));
         pass(20);
     }
-    close(sender);
     EXPECT_GT(m_one.voice.heard(0.3).peak(), 0.3);
+    EXPECT_TRUE(waitFor([&] { return peer.came() > 0; }));
+    one.with([](callSession& session) { EXPECT_EQ(session.strangers(), 4) << "until it was a row"; });
+}
+
+TEST_F(CallSound, WhatIsNoRowFromOnePortDoesNotTakeTheCall)
+{
+    CallEnd one(m_one, 1);
+    const WirePort peer;
+    const WirePort stranger;
+    agreeWith(one, peer.port());
+    for (quint16 n = 0; n < 40; ++n) {
+        stranger.say(one.port, loudPacket(quint16(n * 2)));
+        stranger.say(one.port, loudPacket(n, n));
+        sendFrom("127.0.0.1", one.port, loudPacket(n));
+    }
+    peer.came();
+    pass(300);
+    EXPECT_EQ(stranger.came(), 0);
+    EXPECT_GT(peer.came(), 0);
+    EXPECT_LT(m_one.voice.heard(0.3).peak(), 0.01);
+}
+
+TEST_F(CallSound, TheAgreedPortTakesTheCallBackFromWhoeverSpokeBefore)
+{
+    CallEnd one(m_one, 1);
+    const WirePort peer;
+    const WirePort stranger;
+    agreeWith(one, peer.port());
+    for (quint16 n = 0; n < 30; ++n)
+        stranger.say(one.port, loudPacket(n));
+    ASSERT_TRUE(waitFor([&] { return stranger.came() > 0; })) << "nobody else has spoken yet";
+    ASSERT_TRUE(waitFor([&] { return m_one.voice.heard(0.3).peak() < 0.01; }));
+    for (quint16 n = 0; n < 20; ++n) {
+        peer.say(one.port, loudPacket(n, 0x600D));
+        stranger.say(one.port, loudPacket(quint16(30 + n)));
+        pass(20);
+        if (n == 5) {
+            peer.came();
+            stranger.came();
+        }
+    }
+    EXPECT_GT(m_one.voice.heard(0.2).peak(), 0.3);
+    EXPECT_GT(peer.came(), 0);
+    EXPECT_EQ(stranger.came(), 0);
+    one.with([](callSession& session) { EXPECT_GT(session.strangers(), 4) << "not only those of the row"; });
 }
 
 TEST_F(CallSound, WhatIsNotSealedIsNotHeardInAnEncryptedCall)

@@ -50,6 +50,20 @@ TEST_F(PbxCalls, WhatBelongsToACallGoesBothWaysAndItsEndToo)
     EXPECT_TRUE(headerOf(caller->hears(200), "CSeq").endsWith("BYE"));
 }
 
+TEST_F(PbxCalls, WhoIsElsewhereThanItsTwoPartiesDoesNotEndACall)
+{
+    begin();
+    const QByteArray answer = talk("elsewhere");
+    UdpPeer stranger("127.0.0.2");
+    const QByteArray bye =
+        caller->text("BYE", "sip:1002@" + first->own(), "elsewhere", 90, {}, {}, headerOf(answer, "To"));
+    stranger.send(bye, pbx.port());
+    EXPECT_NE(stranger.receive("SIP/2.0 403").toStdString(), "");
+    EXPECT_EQ(first->next("BYE", 500).toStdString(), "");
+    caller->within("BYE", answer);
+    EXPECT_NE(first->next("BYE").toStdString(), "");
+}
+
 TEST_F(PbxCalls, TheBestOfTheAnswersIsTheCallers)
 {
     begin();

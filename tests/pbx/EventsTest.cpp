@@ -205,3 +205,25 @@ TEST_F(PbxEvents, APhoneThatDoesNotWantANoticeIsLeftAlone)
     EXPECT_NE(first->next("INVITE").toStdString(), "");
     EXPECT_EQ(second->next("NOTIFY", 300).toStdString(), "");
 }
+
+TEST_F(PbxEvents, ANameThatIsNoTextLeavesTheNoticeWhole)
+{
+    begin();
+    WirePhone watcher("1003", pbx.port());
+    ASSERT_EQ(subscribe(watcher, "1002", "dialog"), 200);
+    notice(watcher);
+    const QByteArray number = caller->at("1002");
+    const auto invites = [&](int count, const QByteArray& lines) {
+        caller->wire().send(caller->text("INVITE", number, "odd", count, lines, "v=0\r\n")
+                                .replace("From: <", "From: \"A\xff\xc3\xa9\xed\xa0\x80\" <"),
+                            pbx.port());
+    };
+    invites(1, {});
+    const QByteArray question = caller->hears(407);
+    caller->acknowledge(question);
+    invites(2, caller->answerTo(question, "INVITE", number));
+    QByteArray atFirst, atSecond;
+    take(atFirst, atSecond);
+    first->reply(atFirst, "180 Ringing");
+    EXPECT_TRUE(holds(notice(watcher), "display=\"A\xef\xbf\xbd\xc3\xa9\xef\xbf\xbd"));
+}

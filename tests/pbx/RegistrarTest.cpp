@@ -80,6 +80,27 @@ TEST_F(PbxRegistrar, AnAnswerToAQuestionThatWasNeverAskedIsRefused)
     EXPECT_NE(phone.hears(403).toStdString(), "");
 }
 
+TEST_F(PbxRegistrar, AnAnswerIsGoodForItsOwnRequestAndOnce)
+{
+    WirePhone phone("1001", pbx.port());
+    const auto sends = [&](int number, const QByteArray& answer) {
+        phone.wire().send(
+            phone.text("REGISTER", uri(), "once", number,
+                       "Contact: <sip:1001@" + phone.own() + ">" + (answer.isEmpty() ? "" : "\r\n" + answer),
+                       {}, "<" + phone.at("1001") + ">"),
+            pbx.port());
+    };
+    sends(1, {});
+    const QByteArray question = phone.hears(401);
+    sends(2, phone.answerTo(question, "REGISTER", "sip:127.0.0.1:1"));
+    EXPECT_NE(phone.hears(403).toStdString(), "") << "for another address";
+    const QByteArray answer = phone.answerTo(question, "REGISTER", uri());
+    sends(3, answer);
+    EXPECT_NE(phone.hears(200).toStdString(), "");
+    sends(4, answer);
+    EXPECT_TRUE(phone.hears(401).contains("stale=true")) << "said twice";
+}
+
 TEST_F(PbxRegistrar, ContactsGoWhenTheyAreTakenBackAndAPhoneThatStartedAnewTakesItsPlace)
 {
     WirePhone phone("1001", pbx.port()), second("1001", pbx.port());

@@ -381,6 +381,19 @@ TEST_F(SipCallTest, OneWithoutMediaEndsWithItsReason)
     EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
 }
 
+TEST_F(SipCallTest, OneWhoseMediaProcessIsMissingIsNotTheOtherSidesFault)
+{
+    media->bMissing = true;
+    phoneService::instance().answer(arrives(arrival(IN)));
+    EXPECT_EQ(nextStatus(SIP_REFUSE), 500u);
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().eEnd, CALL_FAILED);
+    EXPECT_EQ(lastEnded().strReason, "Sound is not available at present");
+    EXPECT_EQ(phone_CallNumber("300", 0, -1), 1);
+    EXPECT_TRUE(waitsForEnd(2));
+    EXPECT_EQ(lastEnded().strReason, "Sound is not available at present");
+}
+
 TEST_F(SipCallTest, OneThatIsHungUpBeforeTheMediaAnswerIsNeverMade)
 {
     media->bSilent = true;

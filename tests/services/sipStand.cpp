@@ -18,8 +18,10 @@ void kit::ScriptedMedia::describe(int call, const QString& what, const tagMediaW
     const QByteArray sdp =
         bEmpty ? QByteArray()
                : (what.startsWith("offer") ? "offer " : "answer ") + QByteArray::number(++m_nCount);
-    QTimer::singleShot(0, QCoreApplication::instance(), [this, call, sdp] {
-        if (m_pNews)
+    QTimer::singleShot(0, QCoreApplication::instance(), [this, call, sdp, missing = bMissing] {
+        if (m_pNews && missing)
+            m_pNews->mediaMissing(call);
+        else if (m_pNews)
             m_pNews->mediaDescribed(call, sdp);
     });
 }

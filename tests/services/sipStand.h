@@ -10,7 +10,8 @@
 
 namespace kit {
 
-// Answers with "offer 1", "answer 2" and so on, unless it is told to be silent or to have nothing.
+// Answers with "offer 1", "answer 2" and so on, unless it is told to be silent, to have nothing or to be
+// missing.
 class ScriptedMedia : public sipMedia
 {
 public:
@@ -46,6 +47,7 @@ public:
     tagMediaWish lastWish;
     bool bSilent = false;
     bool bEmpty = false;
+    bool bMissing = false;
     bool bTakesTones = true;
     bool bJoins = true;
 

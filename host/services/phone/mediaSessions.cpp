@@ -56,7 +56,7 @@ mediaSessions::mediaSessions()
     QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { look(); });
 }
 
-// One that cannot be asked has no answer, as soon as the caller has returned.
+// One that cannot be asked is missing, as soon as the caller has returned.
 void mediaSessions::ask(unsigned int message, int call, const QByteArray& record)
 {
     tagState& state = m_calls[call];
@@ -88,7 +88,7 @@ void mediaSessions::look()
     for (const int call : late) {
         nuxTrace(TRACE_NOTE, "call %d: no description of its media can be had", call);
         if (m_pNews)
-            m_pNews->mediaDescribed(call, {});
+            m_pNews->mediaMissing(call);
     }
 }
 
@@ -224,7 +224,7 @@ void mediaSessions::isUp()
     }
     for (const int call : asked) {
         if (m_pNews)
-            m_pNews->mediaDescribed(call, {});
+            m_pNews->mediaMissing(call);
     }
     if (m_pNews)
         m_pNews->mediaLost();

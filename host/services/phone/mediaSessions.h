@@ -1,6 +1,6 @@
 #pragma once
 // The media of calls as "app_hxMedia" has them: asks that process, and hears of it. A question that it does
-// not answer in time has no answer. User-interface thread.
+// not answer in time finds it missing. User-interface thread.
 #include "host/services/phone/sipMedia.h"
 #include "support/host/message.h"
 #include <QHash>

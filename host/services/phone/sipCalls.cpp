@@ -13,6 +13,8 @@ constexpr int kLiveMax = 2 * SIP_CALLS_MAX; // no agent of ours has more
 constexpr uint32_t kRinging = 180;
 constexpr uint32_t kSessionProgress = 183;
 constexpr uint32_t kNoCommonMedia = 488;
+constexpr uint32_t kOwnFault = 500;
+constexpr const char* kNoSound = HX_TR("Sound is not available at present");
 const QChar kSecretTone(0x2022);
 
 QString textOf(const char* text)
@@ -476,7 +478,13 @@ void sipCalls::otherOffers(const tagSipMedia& media)
     ask(*live, ASKED_REPLY);
 }
 
-void sipCalls::mediaDescribed(int id, const QByteArray& sdp)
+void sipCalls::refuseAnswer(const tagLive& live, bool isMissing)
+{
+    m_orders.status(SIP_REFUSE, live.nWire, isMissing ? kOwnFault : kNoCommonMedia);
+    end(live.call.nId, CALL_FAILED, isMissing ? kNoSound : sipReasonOf(kNoCommonMedia));
+}
+
+void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
 {
     tagLive* live = find(id);
     if (!live || live->eAsked == ASKED_NOTHING)
@@ -497,7 +505,7 @@ void sipCalls::mediaDescribed(int id, const QByteArray& sdp)
         if (isThere)
             dial(*live, live->target.isEmpty() ? live->call.strNumber.toUtf8() : live->target);
         else
-            end(id, CALL_FAILED, HX_TR("Sound is not available at present"));
+            end(id, CALL_FAILED, kNoSound);
         break;
     case ASKED_ANSWER:
         if (isThere) {
@@ -506,8 +514,7 @@ void sipCalls::mediaDescribed(int id, const QByteArray& sdp)
             live->otherOffer.reset();
             m_orders.media(SIP_ANSWER, live->nWire, sdp);
         } else {
-            m_orders.status(SIP_REFUSE, live->nWire, kNoCommonMedia);
-            end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
+            refuseAnswer(*live, isMissing);
         }
         break;
     case ASKED_OFFER:

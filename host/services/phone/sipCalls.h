@@ -56,7 +56,8 @@ public:
     QList<tagCall> endedCalls() const { return m_ended.all(); }
     bool isTalking() const;
 
-    void mediaDescribed(int call, const QByteArray& sdp) override;
+    void mediaDescribed(int call, const QByteArray& sdp) override { described(call, sdp, false); }
+    void mediaMissing(int call) override { described(call, {}, true); }
     void mediaChanged(int call, const tagCallStreams& streams) override;
     void mediaLost() override;
 
@@ -114,6 +115,8 @@ private:
     void talk(const tagSipMedia& media);
     void refusedOffer(tagLive& live);
     void otherOffers(const tagSipMedia& media);
+    void described(int id, const QByteArray& sdp, bool isMissing);
+    void refuseAnswer(const tagLive& live, bool isMissing);
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
     void takeOver(tagLive live, uint32_t replaced);

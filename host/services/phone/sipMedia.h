@@ -19,9 +19,11 @@ class sipMediaNews
 {
 public:
     virtual ~sipMediaNews() = default;
-    // The offer or the answer that was asked for; an empty one cannot be had: there is no media process, or
-    // the two sides have nothing in common.
+    // The offer or the answer that was asked for; an empty one cannot be had: the two sides have nothing in
+    // common.
     virtual void mediaDescribed(int call, const QByteArray& sdp) = 0;
+    // In its place: there is no media process, or it does not answer.
+    virtual void mediaMissing(int call) = 0;
     // What goes over the call's streams, or how well, is another.
     virtual void mediaChanged(int call, const tagCallStreams& streams) = 0;
     // The process died, and another one is there: descriptions and streams are gone. Calls that talk want an
