@@ -598,6 +598,13 @@ TEST_F(SipCallTest, WhomTheOtherSideWantsCalledIsCalledWhereThereIsRoom)
 {
     talksIn(IN);
     auto record = sipWire::make<tagSipReferred>(SIP_REFERRED, IN);
+    sipWire::setText(record.szTarget, "sip:0900@example.com");
+    agent.tell(record);
+    EXPECT_EQ(nextStatus(SIP_REFUSE), 603u) << "nobody has said that the other side may";
+    EXPECT_EQ(calls().size(), 1);
+    EXPECT_EQ(call().eState, CALL_TALKING);
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") + "[Transfer]\nbByOther=1\n");
+    tellAccountChanged(0);
     sipWire::setText(record.szTarget, "http://example.com");
     agent.tell(record);
     EXPECT_EQ(nextStatus(SIP_REFUSE), 603u);

@@ -68,7 +68,7 @@ sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
             m_pLamps->refresh();
         });
     m_pCalls = std::make_unique<sipCalls>(
-        *m_pLink, *m_pMedia, [this](int line) { return m_pAccounts->file(line).bEncrypt; },
+        *m_pLink, *m_pMedia, [this](int line) -> const tagAccountFile& { return m_pAccounts->file(line); },
         tagSipCallsNews{[this](const tagCall& call) { m_pEvents->callChanged(call); },
                         [this](const tagCall& call) { m_pEvents->callArrived(call); }});
     m_pLamps = std::make_unique<sipLamps>(sipLamps::tagPhone{

@@ -20,9 +20,8 @@ QString textOf(const char* text)
 
 } // namespace
 
-sipCalls::sipCalls(sipLink& link, sipMedia& media, std::function<bool(int line)> encrypts,
-                   tagSipCallsNews news)
-    : m_link(link), m_orders(link), m_media(media), m_encrypts(std::move(encrypts)), m_news(std::move(news))
+sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCallsNews news)
+    : m_link(link), m_orders(link), m_media(media), m_accountOf(std::move(accountOf)), m_news(std::move(news))
 {
     m_media.setNews(this);
 }
@@ -71,7 +70,7 @@ sipCalls::tagLive* sipCalls::findRingingIn(int id)
 
 tagMediaWish sipCalls::wishOf(const tagLive& live) const
 {
-    return {live.call.options, live.call.bHeld, m_encrypts(live.call.nAccount)};
+    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt};
 }
 
 // Whoever hears of it may end the call: it is the last that is done with it.
@@ -641,14 +640,20 @@ void sipCalls::takeOver(tagLive live, uint32_t replaced)
     m_news.changed(live.call);
 }
 
-// The call that is asked for is made beside the one whose other side wants it, which ends that one when it
-// talks.
+// It costs the owner of the line: only where he wants that. The call is made beside the one whose other side
+// wants it, which ends that one when it talks.
 void sipCalls::referred(const tagSipReferred& referred)
 {
     const tagLive* live = findWire(referred.head.nId);
     const QByteArray target = referred.szTarget;
     if (!live)
         return;
+    if (!m_accountOf(live->call.nAccount).bTransferByOther) {
+        nuxTrace(TRACE_NOTE, "the other side of a call on line %d wants another one made: refused",
+                 live->call.nAccount + 1);
+        m_orders.status(SIP_REFUSE, live->nWire, sipStatusOf(CALL_DECLINED));
+        return;
+    }
     const bool isAddress = target.startsWith("sip:") || target.startsWith("sips:");
     if (live->call.eState != CALL_TALKING || !isAddress || m_calls.size() >= SIP_CALLS_MAX) {
         m_orders.status(SIP_REFUSE, live->nWire,
