@@ -45,7 +45,7 @@ tagSipSetup setupOf()
     setup.nSilentMs = 4000;
     setup.nRetryMs = 2000;
     setup.nRetryLastMs = 60000;
-    setup.nRingSeconds = 180; // longer than a forward or an answering machine waits
+    setup.nRingSeconds = sipCalls::RING_SECONDS;
     setup.nOfferMs = 5000;
     return setup;
 }

@@ -3,6 +3,7 @@
 #include "host/services/phone/sipReasons.h"
 #include "support/host/api.h"
 #include "support/host/trace.h"
+#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -102,6 +103,31 @@ bool sipCalls::end(int id, CALL_END why, const char* reason)
     return true;
 }
 
+// The agent ends what rings too long; one that does not, and media that say nothing, leave no call ringing.
+void sipCalls::limitRinging(const tagLive& live)
+{
+    const auto late = [this, id = live.call.nId, wire = live.nWire] {
+        const tagLive* ringing = find(id);
+        if (ringing && ringing->nWire == wire && ringing->call.eState == CALL_RINGING)
+            ringsTooLong(id);
+    };
+    QTimer::singleShot((RING_SECONDS + RING_LATE_SECONDS) * kMsInSecond, this, late);
+}
+
+void sipCalls::ringsTooLong(int id)
+{
+    const tagLive& live = *find(id);
+    nuxTrace(TRACE_NOTE, "a call on line %d is left ringing", live.call.nAccount + 1);
+    if (live.call.bIncoming) {
+        m_orders.status(SIP_REFUSE, live.nWire, sipStatusOf(CALL_DISTURBED));
+        end(id, CALL_MISSED);
+    } else {
+        const bool isOut = live.nWire != 0;
+        m_orders.status(SIP_HANG_UP, live.nWire, 0);
+        end(id, CALL_FAILED, isOut ? HX_TR("Nobody answers") : HX_TR("Sound is not available at present"));
+    }
+}
+
 void sipCalls::ask(tagLive& live, ASKED what)
 {
     live.eAsked = what;
@@ -148,6 +174,7 @@ int sipCalls::begin(const QString& number, int account, const tagCallOptions& op
     live.bPicksUp = picksUp;
     m_calls.append(live);
     const int id = live.call.nId;
+    limitRinging(live);
     ask(m_calls.last(), ASKED_DIAL);
     m_news.changed(live.call);
     return id;
@@ -158,6 +185,7 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
     live.nWire = m_nNextWire++;
     live.bOffered = true;
     live.bEarly = false;
+    limitRinging(live);
     const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous,
                                       std::exchange(live.nReferrer, 0), target, live.offer};
     if (std::exchange(live.bPicksUp, false))
@@ -388,6 +416,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
         return;
     }
     m_calls.append(live);
+    limitRinging(live);
     m_news.arrived(live.call);
     // What nobody decided would ring without anybody hearing it.
     const tagLive* undecided = findRingingIn(live.call.nId);
@@ -668,6 +697,7 @@ void sipCalls::referred(const tagSipReferred& referred)
     next.nReferrer = live->nWire;
     next.target = target;
     m_calls.append(next);
+    limitRinging(next);
     ask(m_calls.last(), ASKED_DIAL);
     m_news.changed(next.call);
 }
@@ -676,9 +706,11 @@ void sipCalls::agentIsGone()
 {
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
+        const bool talks = call.eState == CALL_TALKING;
         end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED,
-            call.eState == CALL_TALKING ? HX_TR("The connection was lost")
-                                        : HX_TR("The call could not be made"));
+            ringsIn ? ""
+            : talks ? HX_TR("The connection was lost")
+                    : HX_TR("The call could not be made"));
     }
 }
 

@@ -25,6 +25,8 @@ public:
     enum : int {
         TONE_MS = 160,
         REDIRECTIONS_MAX = 5, // of one call that goes out
+        RING_SECONDS = 180,   // longer than a forward or an answering machine waits
+        RING_LATE_SECONDS = 5 // until an agent that leaves a call ringing is not waited for any more
     };
 
     using AccountOf = std::function<const tagAccountFile&(int line)>;
@@ -122,6 +124,8 @@ private:
     void takeOver(tagLive live, uint32_t replaced);
     void referred(const tagSipReferred& referred);
     void stopTransfer(int id);
+    void limitRinging(const tagLive& live);
+    void ringsTooLong(int id);
 
     sipLink& m_link;
     sipOrders m_orders;
