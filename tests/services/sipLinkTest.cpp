@@ -179,18 +179,30 @@ TEST_F(SipLink, TheOwnAgentThatIsFrozenIsReplacedAndOneThatDiesAgainAndAgainIsSo
     }
     EXPECT_EQ(ownAgent(), first);
     ASSERT_EQ(::kill(pid_t(first), SIGSTOP), 0);
-    kit::stepTime(16000);
-    EXPECT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_REGISTER_FAILED; }));
-    EXPECT_TRUE(kit::waitUntil([&] { return kit::childOf(getpid(), "hxSip") != first; }));
+    qint64 now = first;
+    const auto comesAnew = [&] {
+        const qint64 before = now;
+        return kit::waitUntil(
+            [&] {
+                kit::stepTime(100);
+                now = kit::childOf(getpid(), "hxSip");
+                return now != 0 && now != before;
+            },
+            20000);
+    };
+    ASSERT_TRUE(comesAnew());
+    EXPECT_EQ(traces().filter("is not alive any more").size(), 1);
 
-    const auto isGone = [] { return kit::childOf(getpid(), "hxSip") == 0; };
+    mark();
     for (int i = 0; i < 7; ++i) {
-        EXPECT_TRUE(kit::waitUntil(isGone));
-        kit::stepTime(5050);
-        const qint64 next = ownAgent();
-        ASSERT_NE(next, 0) << i;
-        ASSERT_EQ(::kill(pid_t(next), SIGKILL), 0);
+        ASSERT_EQ(::kill(pid_t(now), SIGKILL), 0);
+        ASSERT_TRUE(comesAnew()) << i;
     }
+    const QStringList deaths = traces().filter("hxSip was killed");
+    ASSERT_EQ(deaths.size(), 7);
+    EXPECT_TRUE(deaths[0].endsWith("in 400 ms") || deaths[0].endsWith("in 200 ms"));
+    for (int i = 5; i < 7; ++i)
+        EXPECT_TRUE(deaths[i].endsWith("in 5000 ms")) << deaths[i].toStdString();
 }
 
 TEST_F(SipLink, ALongPathOfTheRunFolderIsServedToo)
