@@ -86,6 +86,8 @@ void SipAgent::take(const sipWire::Reader& record)
     } else if (kind == SIP_SETUP && !isSetUp) {
         if (!makeStack(record.as<tagSipSetup>()))
             end(1);
+    } else if (kind == SIP_PING && isSetUp) {
+        m_phone.tell(sipWire::make<tagSipHead>(SIP_PONG, 0));
     } else if (kind == SIP_ACCOUNT && isSetUp) {
         setAccount(record.as<tagSipAccount>());
     } else if (kind == SIP_DIAL && isSetUp) {

@@ -46,6 +46,7 @@ enum SIP_RECORD : uint32_t {
     SIP_PICK_UP = 33,
     SIP_CONNECT = 40,
     SIP_NETWORK = 41, // no further fields: the machine has other addresses, all lines are registered anew
+    SIP_PING = 50,    // no further fields: is the agent alive?
     // From the agent.
     SIP_HELLO = 100, // no further fields: the stack is there
     SIP_LINE = 101,
@@ -60,7 +61,8 @@ enum SIP_RECORD : uint32_t {
     SIP_LIST = 132,
     SIP_MEMBER = 133,
     SIP_REFERRED = 140,
-    SIP_MAPPED = 141
+    SIP_MAPPED = 141,
+    SIP_PONG = 150 // no further fields: at once, to each SIP_PING
 };
 
 struct tagSipHead

@@ -111,6 +111,8 @@ const std::vector<tagShape>& shapes()
          kLastId,
          {NUMBER_FIELD(tagSipConnect, nOther, SIP_CALL_FIRST, kLastId)}},
         {SIP_NETWORK, sizeof(tagSipHead), 0, 0, {}},
+        {SIP_PING, sizeof(tagSipHead), 0, 0, {}},
+        {SIP_PONG, sizeof(tagSipHead), 0, 0, {}},
         {SIP_WATCH,
          sizeof(tagSipWatch),
          kFirstWatch,

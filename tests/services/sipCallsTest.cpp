@@ -487,6 +487,7 @@ TEST_F(SipCallTest, TheDeathOfTheAgentEndsThem)
     EXPECT_EQ(heard[heard.size() - 2].eEnd, CALL_FAILED);
     EXPECT_EQ(heard[heard.size() - 2].strReason, "The connection was lost");
     EXPECT_EQ(heard.last().eEnd, CALL_MISSED);
+    EXPECT_EQ(heard.last().strReason, "");
     EXPECT_EQ(history("missed", 2), (QStringList{"1", "0"}));
     EXPECT_EQ(media->orders.count("end"), 2);
 }
@@ -636,6 +637,13 @@ TEST_F(SipCallTest, WhomTheOtherSideWantsCalledIsCalledWhereThereIsRoom)
 {
     talksIn(IN);
     auto record = sipWire::make<tagSipReferred>(SIP_REFERRED, IN);
+    sipWire::setText(record.szTarget, "sip:0900@example.com");
+    agent.tell(record);
+    EXPECT_EQ(nextStatus(SIP_REFUSE), 603u) << "nobody has said that the other side may";
+    EXPECT_EQ(calls().size(), 1);
+    EXPECT_EQ(call().eState, CALL_TALKING);
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") + "[Transfer]\nbByOther=1\n");
+    tellAccountChanged(0);
     sipWire::setText(record.szTarget, "http://example.com");
     agent.tell(record);
     EXPECT_EQ(nextStatus(SIP_REFUSE), 603u);
@@ -649,4 +657,39 @@ TEST_F(SipCallTest, WhomTheOtherSideWantsCalledIsCalledWhereThereIsRoom)
     agent.tell(record);
     EXPECT_EQ(nextStatus(SIP_REFUSE), 486u) << "there is no room for a third";
     EXPECT_EQ(calls().size(), 2);
+}
+
+TEST_F(SipCallTest, WhatTheAgentLeavesRingingEndsOnThePhone)
+{
+    arrives(arrival(IN));
+    kit::stepTime(180000);
+    EXPECT_EQ(call().eState, CALL_RINGING) << "that is for the agent";
+    kit::stepTime(6000);
+    EXPECT_EQ(nextStatus(SIP_REFUSE), 480u);
+    EXPECT_EQ(lastEnded().eEnd, CALL_MISSED);
+    EXPECT_EQ(lastEnded().strReason, "");
+
+    dials("300");
+    kit::stepTime(100000);
+    tellEnd(OUT, SIP_REDIRECTED, 302, "sip:301@example.com");
+    EXPECT_TRUE(agent.next<tagSipDial>(SIP_DIAL));
+    kit::stepTime(100000);
+    EXPECT_EQ(call().eState, CALL_RINGING) << "elsewhere it has its time anew";
+    kit::stepTime(90000);
+    EXPECT_EQ(nextStatus(SIP_HANG_UP), 0u);
+    EXPECT_EQ(lastEnded().eEnd, CALL_FAILED);
+    EXPECT_EQ(lastEnded().strReason, "Nobody answers");
+
+    media->bSilent = true;
+    EXPECT_EQ(phone_CallNumber("300", -1, -1), 1);
+    kit::stepTime(186000);
+    EXPECT_EQ(lastEnded().strReason, "Sound is not available at present");
+    EXPECT_TRUE(calls().isEmpty());
+}
+
+TEST_F(SipCallTest, OneThatTalksHasNoLimit)
+{
+    talksOut();
+    kit::stepTime(400000);
+    EXPECT_EQ(call().eState, CALL_TALKING);
 }

@@ -93,6 +93,24 @@ TEST_F(SipLink, AnAgentIsNotThereBeforeItsHello)
     expectTurnedAway();
 }
 
+TEST_F(SipLink, AnAgentThatGivesNoSignOfLifeIsEndedWithItsCalls)
+{
+    begin();
+    talksOut();
+    kit::stepTime(60000);
+    EXPECT_GE(agent.nPings, 11);
+    EXPECT_EQ(call().eState, CALL_TALKING);
+    EXPECT_EQ(stateOf(0), LINE_DEFAULT_ACCOUNT);
+    agent.bFrozen = true;
+    kit::stepTime(9000);
+    EXPECT_EQ(call().eState, CALL_TALKING) << "it may be late once";
+    kit::stepTime(7000);
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().eEnd, CALL_FAILED);
+    EXPECT_EQ(lastEnded().strReason, "The connection was lost");
+    expectTurnedAway();
+}
+
 TEST_F(SipLink, AFloodLeavesTheEventLoopItsTurns)
 {
     begin();
@@ -145,6 +163,46 @@ TEST_F(SipLink, TheOwnAgentRegistersComesAgainAfterItsDeathAndUnregistersAtTheEn
         leaves = headerOf(last, "Expires") == "0" || headerOf(last, "Contact").contains("expires=0");
     }
     EXPECT_EQ(kit::childOf(getpid(), "hxSip"), 0);
+}
+
+TEST_F(SipLink, TheOwnAgentThatIsFrozenIsReplacedAndOneThatDiesAgainAndAgainIsSoonBack)
+{
+    UdpPeer server;
+    writeAccountAt(server);
+    boot(sipBackend::AGENT_OWN);
+    expectRegistersAt(server);
+    const qint64 first = ownAgent();
+    for (int i = 0; i < 6; ++i) { // which answers
+        kit::stepTime(5000);
+        const QByteArray late = server.receive(1);
+        EXPECT_EQ(stateOf(0), LINE_DEFAULT_ACCOUNT) << late.toStdString();
+    }
+    EXPECT_EQ(ownAgent(), first);
+    ASSERT_EQ(::kill(pid_t(first), SIGSTOP), 0);
+    qint64 now = first;
+    const auto comesAnew = [&] {
+        const qint64 before = now;
+        return kit::waitUntil(
+            [&] {
+                kit::stepTime(100);
+                now = kit::childOf(getpid(), "hxSip");
+                return now != 0 && now != before;
+            },
+            20000);
+    };
+    ASSERT_TRUE(comesAnew());
+    EXPECT_EQ(traces().filter("is not alive any more").size(), 1);
+
+    mark();
+    for (int i = 0; i < 7; ++i) {
+        ASSERT_EQ(::kill(pid_t(now), SIGKILL), 0);
+        ASSERT_TRUE(comesAnew()) << i;
+    }
+    const QStringList deaths = traces().filter("hxSip was killed");
+    ASSERT_EQ(deaths.size(), 7);
+    EXPECT_TRUE(deaths[0].endsWith("in 400 ms") || deaths[0].endsWith("in 200 ms"));
+    for (int i = 5; i < 7; ++i)
+        EXPECT_TRUE(deaths[i].endsWith("in 5000 ms")) << deaths[i].toStdString();
 }
 
 TEST_F(SipLink, ALongPathOfTheRunFolderIsServedToo)

@@ -31,15 +31,22 @@ bool kit::ScriptedAgent::comeTo(const QString& path)
     leave();
     m_bLeft = false;
     m_reader = {};
+    m_questions = {};
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     strncpy(address.sun_path, path.toUtf8().constData(), sizeof address.sun_path - 1);
     m_nSocket = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    return connect(m_nSocket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    if (connect(m_nSocket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+        return false;
+    m_pNotifier = std::make_unique<QSocketNotifier>(m_nSocket, QSocketNotifier::Read);
+    QObject::connect(m_pNotifier.get(), &QSocketNotifier::activated, m_pNotifier.get(),
+                     [this] { receive(); });
+    return true;
 }
 
 void kit::ScriptedAgent::leave()
 {
+    m_pNotifier.reset();
     if (m_nSocket >= 0)
         close(m_nSocket);
     m_nSocket = -1;
@@ -67,10 +74,24 @@ void kit::ScriptedAgent::receive()
 {
     char bytes[65536];
     const ssize_t count = recv(m_nSocket, bytes, sizeof bytes, MSG_DONTWAIT);
-    if (count > 0)
-        m_reader.add(bytes, size_t(count));
-    else if (count == 0 || (errno != EAGAIN && errno != EINTR))
+    if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR)) {
         m_bLeft = true;
+        if (m_pNotifier)
+            m_pNotifier->setEnabled(false);
+    }
+    if (count <= 0)
+        return;
+    m_reader.add(bytes, size_t(count));
+    m_questions.add(bytes, size_t(count));
+    while (m_questions.take() == sipWire::TAKEN::RECORD) {
+        if (m_questions.head().eKind != SIP_PING)
+            continue;
+        ++nPings;
+        const auto pong = sipWire::make<tagSipHead>(SIP_PONG, 0);
+        if (!bFrozen) {
+            EXPECT_EQ(send(m_nSocket, &pong, sizeof pong, MSG_NOSIGNAL), ssize_t(sizeof pong));
+        }
+    }
 }
 
 const void* kit::ScriptedAgent::nextOf(SIP_RECORD kind, int ms)

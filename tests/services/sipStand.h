@@ -6,6 +6,7 @@
 #include "sip/sipWire.h"
 #include "support/host/phone.h"
 #include "tests/kit/phoneTest.h"
+#include <QSocketNotifier>
 #include <memory>
 
 namespace kit {
@@ -58,7 +59,7 @@ private:
     int m_nCount = 0;
 };
 
-// The agent's end of the socket.
+// The agent's end of the socket. It is alive: what asks for that is answered while the phone goes on.
 class ScriptedAgent
 {
 public:
@@ -84,6 +85,9 @@ public:
     // The phone has closed its end.
     bool isLeft();
 
+    bool bFrozen = false; // it answers no question whether it is alive
+    int nPings = 0;       // that it was asked
+
 private:
     const void* nextOf(SIP_RECORD kind, int ms = 5000);
     void receive();
@@ -91,6 +95,8 @@ private:
     int m_nSocket = -1;
     bool m_bLeft = false;
     sipWire::Reader m_reader;
+    sipWire::Reader m_questions; // the same stream
+    std::unique_ptr<QSocketNotifier> m_pNotifier;
 };
 
 } // namespace kit

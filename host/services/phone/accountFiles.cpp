@@ -65,7 +65,8 @@ bool tagAccountFile::operator==(const tagAccountFile& other) const
     const auto all = [](const tagAccountFile& one) {
         return std::tie(one.bEnable, one.strName, one.strAuthName, one.strUser, one.strPassword, one.strRealm,
                         one.strServer, one.nPort, one.strProxy, one.nProxyPort, one.eTransport, one.nExpires,
-                        one.strStunServer, one.nStunPort, one.strPickUp, one.strList, one.bEncrypt);
+                        one.strStunServer, one.nStunPort, one.strPickUp, one.strList, one.bEncrypt,
+                        one.bTransferByOther);
     };
     return all(*this) == all(other);
 }
@@ -88,6 +89,7 @@ tagAccountFile accountFileRead(int index)
     account.strPickUp = textOf(file, section, "PickUpCode");
     account.strList = textOf(file, section, "ListAddress");
     account.bEncrypt = numberOf(file, section, "Encrypt", 0) != 0;
+    account.bTransferByOther = numberOf(file, "Transfer", "bByOther", 0) != 0;
     return account;
 }
 

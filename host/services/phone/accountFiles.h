@@ -23,9 +23,10 @@ struct tagAccountFile
     int nExpires = 0;      // 60 to 86400 seconds that a registration lasts
     QString strStunServer; // empty: none
     int nStunPort = 0;
-    QString strPickUp;     // code that takes a call, before the number where it rings; empty: none
-    QString strList;       // address of the server's list of extensions; empty: it has none
-    bool bEncrypt = false; // nothing but encrypted sound and pictures
+    QString strPickUp;             // code that takes a call, before the number where it rings; empty: none
+    QString strList;               // address of the server's list of extensions; empty: it has none
+    bool bEncrypt = false;         // nothing but encrypted sound and pictures
+    bool bTransferByOther = false; // whom the other side of a call wants called is called
 
     // There is something to register.
     bool isComplete() const { return bEnable && !strUser.isEmpty() && !strServer.isEmpty(); }

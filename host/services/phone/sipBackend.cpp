@@ -46,7 +46,7 @@ tagSipSetup setupOf()
     setup.nSilentMs = 4000;
     setup.nRetryMs = 2000;
     setup.nRetryLastMs = 60000;
-    setup.nRingSeconds = 180; // longer than a forward or an answering machine waits
+    setup.nRingSeconds = sipCalls::RING_SECONDS;
     setup.nOfferMs = 5000;
     return setup;
 }
@@ -71,7 +71,7 @@ sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
             m_pLamps->refresh();
         });
     m_pCalls = std::make_unique<sipCalls>(
-        *m_pLink, *m_pMedia, [this](int line) { return m_pAccounts->file(line).bEncrypt; },
+        *m_pLink, *m_pMedia, [this](int line) -> const tagAccountFile& { return m_pAccounts->file(line); },
         tagSipCallsNews{[this](const tagCall& call) { m_pEvents->callChanged(call); },
                         [this](const tagCall& call) { m_pEvents->callArrived(call); }});
     QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { lookAtNetwork(); });

@@ -3,6 +3,7 @@
 #include "host/services/phone/sipReasons.h"
 #include "support/host/api.h"
 #include "support/host/trace.h"
+#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -24,9 +25,8 @@ QString textOf(const char* text)
 
 } // namespace
 
-sipCalls::sipCalls(sipLink& link, sipMedia& media, std::function<bool(int line)> encrypts,
-                   tagSipCallsNews news)
-    : m_link(link), m_orders(link), m_media(media), m_encrypts(std::move(encrypts)), m_news(std::move(news))
+sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCallsNews news)
+    : m_link(link), m_orders(link), m_media(media), m_accountOf(std::move(accountOf)), m_news(std::move(news))
 {
     m_media.setNews(this);
 }
@@ -75,7 +75,7 @@ sipCalls::tagLive* sipCalls::findRingingIn(int id)
 
 tagMediaWish sipCalls::wishOf(const tagLive& live) const
 {
-    return {live.call.options, live.call.bHeld, m_encrypts(live.call.nAccount)};
+    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt};
 }
 
 // Whoever hears of it may end the call: it is the last that is done with it.
@@ -105,6 +105,31 @@ bool sipCalls::end(int id, CALL_END why, const char* reason)
     if (const tagLive* left = find(other))
         tell(*left);
     return true;
+}
+
+// The agent ends what rings too long; one that does not, and media that say nothing, leave no call ringing.
+void sipCalls::limitRinging(const tagLive& live)
+{
+    const auto late = [this, id = live.call.nId, wire = live.nWire] {
+        const tagLive* ringing = find(id);
+        if (ringing && ringing->nWire == wire && ringing->call.eState == CALL_RINGING)
+            ringsTooLong(id);
+    };
+    QTimer::singleShot((RING_SECONDS + RING_LATE_SECONDS) * kMsInSecond, this, late);
+}
+
+void sipCalls::ringsTooLong(int id)
+{
+    const tagLive& live = *find(id);
+    nuxTrace(TRACE_NOTE, "a call on line %d is left ringing", live.call.nAccount + 1);
+    if (live.call.bIncoming) {
+        m_orders.status(SIP_REFUSE, live.nWire, sipStatusOf(CALL_DISTURBED));
+        end(id, CALL_MISSED);
+    } else {
+        const bool isOut = live.nWire != 0;
+        m_orders.status(SIP_HANG_UP, live.nWire, 0);
+        end(id, CALL_FAILED, isOut ? HX_TR("Nobody answers") : HX_TR("Sound is not available at present"));
+    }
 }
 
 void sipCalls::ask(tagLive& live, ASKED what)
@@ -153,6 +178,7 @@ int sipCalls::begin(const QString& number, int account, const tagCallOptions& op
     live.bPicksUp = picksUp;
     m_calls.append(live);
     const int id = live.call.nId;
+    limitRinging(live);
     ask(m_calls.last(), ASKED_DIAL);
     m_news.changed(live.call);
     return id;
@@ -163,6 +189,7 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
     live.nWire = m_nNextWire++;
     live.bOffered = true;
     live.bEarly = live.call.bRingsThere = false;
+    limitRinging(live);
     const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous,
                                       std::exchange(live.nReferrer, 0), target, live.offer};
     if (std::exchange(live.bPicksUp, false))
@@ -262,34 +289,6 @@ bool sipCalls::setMuted(int id, bool muted)
     live->call.bMuted = muted;
     m_media.setMuted(id, muted || live->bSilenced);
     tell(*live);
-    return true;
-}
-
-bool sipCalls::transfer(int id, const QString& number)
-{
-    tagLive* live = findTalking(id);
-    if (!live || live->bTransferring || !m_orders.target(SIP_TRANSFER, live->nWire, number.toUtf8()))
-        return false;
-    live->bTransferring = true;
-    live->call.strTarget = number;
-    tell(*live);
-    return true;
-}
-
-bool sipCalls::connect(int id, int other)
-{
-    tagLive* one = findTalking(id);
-    tagLive* two = findTalking(other);
-    if (!one || !two || one == two || one->bTransferring || two->bTransferring || !one->bAgreed ||
-        !two->bAgreed)
-        return false;
-    m_orders.connect(one->nWire, two->nWire);
-    one->bTransferring = two->bTransferring = true;
-    one->nConnecting = other;
-    two->nConnecting = id;
-    one->call.strTarget = two->call.strNumber;
-    two->call.strTarget = one->call.strNumber;
-    tellBoth(id, other);
     return true;
 }
 
@@ -393,6 +392,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
         return;
     }
     m_calls.append(live);
+    limitRinging(live);
     m_news.arrived(live.call);
     // What nobody decided would ring without anybody hearing it.
     const tagLive* undecided = findRingingIn(live.call.nId);
@@ -609,85 +609,15 @@ void sipCalls::ended(const tagSipEnded& ended)
     }
 }
 
-void sipCalls::transferred(const tagSipStatus& status)
-{
-    const tagLive* live = findWire(status.head.nId);
-    if (!live || !live->bTransferring)
-        return;
-    const int id = live->call.nId, other = live->nConnecting;
-    if (status.nStatus < 300) {
-        for (const int each : {id, other}) {
-            if (const tagLive* over = find(each)) {
-                m_orders.status(SIP_HANG_UP, over->nWire, 0);
-                end(each, CALL_TRANSFERRED);
-            }
-        }
-        return;
-    }
-    stopTransfer(id);
-    stopTransfer(other);
-    tagCall refused = shown(*find(id)); // it is told once
-    refused.strReason = HX_TR("The other side refuses the transfer");
-    m_news.changed(refused);
-    if (const tagLive* left = find(other))
-        tell(*left);
-}
-
-void sipCalls::stopTransfer(int id)
-{
-    tagLive* live = find(id);
-    if (!live)
-        return;
-    live->bTransferring = false;
-    live->nConnecting = 0;
-    live->call.strTarget.clear();
-}
-
-// The other side of a call that is there goes on as somebody else: nothing rings.
-void sipCalls::takeOver(tagLive live, uint32_t replaced)
-{
-    if (const tagLive* before = findWire(replaced))
-        live.call.options = before->call.options;
-    live.call.eState = CALL_TALKING;
-    live.talking.start();
-    m_calls.append(live);
-    ask(m_calls.last(), ASKED_ANSWER);
-    m_news.changed(live.call);
-}
-
-// The call that is asked for is made beside the one whose other side wants it, which ends that one when it
-// talks.
-void sipCalls::referred(const tagSipReferred& referred)
-{
-    const tagLive* live = findWire(referred.head.nId);
-    const QByteArray target = referred.szTarget;
-    if (!live)
-        return;
-    const bool isAddress = target.startsWith("sip:") || target.startsWith("sips:");
-    if (live->call.eState != CALL_TALKING || !isAddress || m_calls.size() >= SIP_CALLS_MAX) {
-        m_orders.status(SIP_REFUSE, live->nWire,
-                        isAddress ? sipStatusOf(CALL_BUSY) : sipStatusOf(CALL_DECLINED));
-        return;
-    }
-    tagLive next;
-    next.call = callNew(textOf(target.mid(target.indexOf(':') + 1).split(';').first().constData()),
-                        live->call.nAccount);
-    next.call.options = live->call.options;
-    next.call.bAnonymous = next.call.options.bAnonymous;
-    next.nReferrer = live->nWire;
-    next.target = target;
-    m_calls.append(next);
-    ask(m_calls.last(), ASKED_DIAL);
-    m_news.changed(next.call);
-}
-
 void sipCalls::agentIsGone()
 {
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
+        const bool talks = call.eState == CALL_TALKING;
         end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED,
-            call.eState == CALL_TALKING ? HX_TR("The connection was lost")
-                                        : HX_TR("The call could not be made"));
+            ringsIn ? ""
+            : talks ? HX_TR("The connection was lost")
+                    : HX_TR("The call could not be made"));
     }
 }
 

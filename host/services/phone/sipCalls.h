@@ -3,6 +3,7 @@
 // of them is told. Descriptions of media are passed between the agent and sipMedia unread; of each call one
 // offer is on its way at a time, and what the phone wants meanwhile is offered after it. User-interface
 // thread.
+#include "host/services/phone/accountFiles.h"
 #include "host/services/phone/endedCalls.h"
 #include "host/services/phone/sipMedia.h"
 #include "host/services/phone/sipOrders.h"
@@ -24,10 +25,14 @@ public:
     enum : int {
         TONE_MS = 160,
         REDIRECTIONS_MAX = 5, // of one call that goes out
+        RING_SECONDS = 180,   // longer than a forward or an answering machine waits
+        RING_LATE_SECONDS = 5 // until an agent that leaves a call ringing is not waited for any more
     };
 
-    // Link and media outlive the calls. encrypts: whether a line wants nothing but encrypted media.
-    sipCalls(sipLink& link, sipMedia& media, std::function<bool(int line)> encrypts, tagSipCallsNews news);
+    using AccountOf = std::function<const tagAccountFile&(int line)>;
+
+    // Link and media outlive the calls.
+    sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCallsNews news);
     ~sipCalls() override;
 
     // The call's id; 0 when it was not begun, which is told. picksUp: it takes the call that rings at the
@@ -122,11 +127,13 @@ private:
     void takeOver(tagLive live, uint32_t replaced);
     void referred(const tagSipReferred& referred);
     void stopTransfer(int id);
+    void limitRinging(const tagLive& live);
+    void ringsTooLong(int id);
 
     sipLink& m_link;
     sipOrders m_orders;
     sipMedia& m_media;
-    std::function<bool(int)> m_encrypts;
+    AccountOf m_accountOf;
     tagSipCallsNews m_news;
     QList<tagLive> m_calls;
     ::endedCalls m_ended;

@@ -55,6 +55,7 @@ sipLink::sipLink(tagSipLinkNews news) : m_news(std::move(news))
     m_hello.setSingleShot(true);
     connect(&m_rest, &QTimer::timeout, this, [this] { takeRecords(); });
     connect(&m_hello, &QTimer::timeout, this, [this] { discard("says nothing"); });
+    connect(&m_ping, &QTimer::timeout, this, [this] { ping(); });
 }
 
 sipLink::~sipLink()
@@ -84,6 +85,7 @@ void sipLink::startAgent()
     program.strFolder = QString::fromStdString(runFolder::path());
     // It notices by the socket, hangs up and unregisters.
     program.nDeathSignal = 0;
+    program.nLastDelayMs = AGAIN_MS;
     program.died = [this] { drop(); };
     m_pProcess = std::make_unique<keptProcess>(program, nullptr);
     m_pProcess->start();
@@ -170,14 +172,16 @@ void sipLink::take()
 {
     const uint32_t kind = m_reader.head().eKind;
     const bool isHello = kind == SIP_HELLO;
+    m_nPings = 0;
     if (kind < SIP_HELLO || isHello == m_bOpen) {
         discard("wrote a record that has no place there");
     } else if (isHello) {
         m_bOpen = true;
         m_hello.stop();
+        m_ping.start(PING_MS);
         if (m_news.opened)
             m_news.opened();
-    } else if (m_news.took) {
+    } else if (kind != SIP_PONG && m_news.took) {
         m_news.took(m_reader);
     }
 }
@@ -210,6 +214,17 @@ void sipLink::flush()
     m_pWrite->setEnabled(!m_waiting.isEmpty());
 }
 
+// Questions are counted, not seconds: a phone that slept, or was busy itself, has asked nothing meanwhile.
+void sipLink::ping()
+{
+    if (m_nPings >= PINGS_LOST_MAX) {
+        discard("is not alive any more");
+        return;
+    }
+    ++m_nPings;
+    tell(sipWire::make<tagSipHead>(SIP_PING, 0));
+}
+
 void sipLink::discard(const char* why)
 {
     nuxTrace(TRACE_NOTE, "the SIP user agent %s", why);
@@ -221,6 +236,7 @@ void sipLink::discard(const char* why)
 void sipLink::drop()
 {
     m_hello.stop();
+    m_ping.stop();
     m_rest.stop();
     m_bOpen = false;
     m_waiting.clear();

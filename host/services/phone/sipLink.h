@@ -27,7 +27,10 @@ public:
         RECORDS_A_TURN = 32,
         WAITING_MAX = 4 << 20, // bytes that an agent may leave unread
         HELLO_MS = 10000,      // from its connection until it is there
-        END_MS = 2500          // to hang up and unregister
+        END_MS = 2500,         // to hang up and unregister
+        PING_MS = 5000,        // between questions whether it is alive
+        PINGS_LOST_MAX = 2,    // one that has said nothing since is ended with the next
+        AGAIN_MS = 5000        // the longest without an agent, and so without lines
     };
 
     explicit sipLink(tagSipLinkNews news);
@@ -59,6 +62,7 @@ private:
     void send(const void* record, size_t size);
     void flush();
     void drop();
+    void ping();
 
     tagSipLinkNews m_news;
     tagSipSetup m_setup = {};
@@ -71,6 +75,8 @@ private:
     std::unique_ptr<QSocketNotifier> m_pWrite;
     QTimer m_rest;  // of the records that wait
     QTimer m_hello; // that does not come
+    QTimer m_ping;
+    int m_nPings = 0; // since it has said anything
     sipWire::Reader m_reader;
     QByteArray m_waiting;
 };

@@ -9,7 +9,6 @@
 namespace {
 
 constexpr int kFirstDelayMs = 200;
-constexpr int kLastDelayMs = 30000;
 constexpr int kSteadyMs = 10000; // one that ran so long starts again without delay
 constexpr int kEndMs = 500;      // to end when asked to
 constexpr int kMaxLine = 1000;   // bytes of a line in the log
@@ -86,7 +85,7 @@ void keptProcess::onEnd(const QString& how)
     nuxTrace(TRACE_NOTE, "%s %s, it is started again in %d ms", qPrintable(m_program.strName),
              qPrintable(how), m_nDelayMs);
     m_again.start(m_nDelayMs);
-    m_nDelayMs = std::min(m_nDelayMs * 2, kLastDelayMs);
+    m_nDelayMs = std::min(m_nDelayMs * 2, m_program.nLastDelayMs);
     if (m_program.died)
         m_program.died();
 }

@@ -16,6 +16,7 @@ struct tagKeptProgram
     QStringList arguments;
     QString strFolder;            // it works there; empty: where the phone does
     int nDeathSignal = SIGKILL;   // it gets that when the phone dies; 0 for one that notices by itself
+    int nLastDelayMs = 30000;     // the longest until it is started again
     std::function<void()> died;   // told before it is started again; may be empty
     std::function<void()> killed; // told when it did not end by itself; may be empty
 };
