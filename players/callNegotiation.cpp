@@ -1,6 +1,7 @@
 #include "players/callNegotiation.h"
 #include <algorithm>
 #include <arpa/inet.h>
+#include <utility>
 
 namespace {
 
@@ -384,6 +385,43 @@ void callNegotiation::setPeer(const tagDescribedMedia& media, bool held, tagAgre
     sound.nTonesClock = tones ? tones->nClock : 8000;
 }
 
+// The line of the sound is still there, and has no port any more.
+bool callNegotiation::stops(const QList<tagDescribedMedia>& offered) const
+{
+    for (qsizetype i = 0; i < std::min(offered.size(), m_places.size()); ++i) {
+        if (m_places[i].eIs == PLACE::SOUND)
+            return offered[i].bSound && offered[i].nPort == 0;
+    }
+    return false;
+}
+
+// What was encrypted stays so when the sound goes on.
+tagAgreedSound callNegotiation::stopped() const
+{
+    tagAgreedSound sound;
+    sound.eSuite = m_agreed.eSuite;
+    sound.sendKey = m_agreed.sendKey;
+    sound.takeKey = m_agreed.takeKey;
+    sound.bHeldByPeer = true;
+    return sound;
+}
+
+QByteArray callNegotiation::answerOfStop(const QList<tagDescribedMedia>& offered)
+{
+    m_bOffered = false;
+    learnNumbers(offered);
+    QByteArray text = head();
+    const QList<tagPlace> before = std::exchange(m_places, {});
+    for (qsizetype i = 0; i < offered.size(); ++i) {
+        m_places.append(tagPlace{offered[i].kind, offered[i].transport, offered[i].format,
+                                 i < before.size() ? before[i].eIs : PLACE::OTHER});
+        text += refused(m_places.last());
+    }
+    m_agreed = stopped();
+    m_picture = tagAgreedPicture();
+    return text;
+}
+
 void callNegotiation::setBounds(const tagDescribedMedia& media, const tagMediaWant& want,
                                 tagAgreedPicture& picture) const
 {
@@ -424,14 +462,19 @@ QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& 
         return {};
     tagChoice choice;
     tagPictureChoice pictures;
+    // Of two lines of sound the encrypted one.
+    for (const bool isSecure : {true, false}) {
+        for (const tagDescribedMedia& line : media) {
+            if (!choice.pMedia && line.bSecure == isSecure)
+                choose(line, want.bEncrypt, choice);
+        }
+    }
     for (const tagDescribedMedia& line : media) {
-        if (!choice.pMedia)
-            choose(line, want.bEncrypt, choice);
         if (!pictures.pMedia)
             choose(line, want, pictures);
     }
     if (!choice.pMedia)
-        return {};
+        return stops(media) ? answerOfStop(media) : QByteArray();
     m_bOffered = false;
     m_wanted = want;
     learnNumbers(media);
@@ -520,8 +563,10 @@ bool callNegotiation::agree(const QByteArray& answer)
         if (m_places[i].eIs != PLACE::SOUND)
             continue;
         hasSound = true;
-        if (line.nPort == 0)
+        if (line.nPort == 0) {
+            sound = stopped();
             continue;
+        }
         const bool isHeld = line.address == "0.0.0.0";
         if (!line.bSound || !line.bRtp || line.bSecure != m_places[i].transport.startsWith("RTP/SAVP") ||
             !fits(line, sound) || !(isHeld || mayHearUs(line.address, line.nPort, m_own.bLoopback)))

@@ -78,7 +78,8 @@ public:
     // An offer, also of a call that talks: what was agreed stays until the answer.
     QByteArray offer(const tagMediaWant& want);
     // The answer to the other side's offer, which is agreed with it. Empty when there is nothing in common,
-    // or the text is no offer: all stays as it was.
+    // or the text is no offer: all stays as it was. An offer without a port stops the sound of a call that
+    // has one, until the next agreement.
     QByteArray answer(const QByteArray& offer, const tagMediaWant& want);
     // The answer to the last offer; another one may follow an early one. False when it does not fit: all
     // stays as it was.
@@ -121,6 +122,9 @@ private:
     QByteArray pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
                            const Cryptos& cryptos, const QByteArray& direction, bool mux) const;
     QByteArray refused(const tagPlace& place) const;
+    bool stops(const QList<tagDescribedMedia>& offered) const;
+    tagAgreedSound stopped() const;
+    QByteArray answerOfStop(const QList<tagDescribedMedia>& offered);
     QByteArray soundOffer(tagPlace& place, bool secure);
     QByteArray pictureOffer(tagPlace& place, bool secure);
     QByteArray pictureAnswer(const tagPictureChoice& choice, const tagMediaWant& want);

@@ -56,6 +56,9 @@ int callService::TryThreadMessage(msgObject& msg)
 {
     const int call = int(msg.wParam);
     switch (msg.message) {
+    case MEDIA_MSG_CALL_PREPARE:
+        m_elements.load();
+        return 1;
     case MEDIA_MSG_CALL_OFFER:
     case MEDIA_MSG_CALL_ANSWER:
         describe(msg);

@@ -3,7 +3,6 @@
 #include "players/soundSink.h"
 #include "players/soundSource.h"
 #include "support/host/trace.h"
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <gst/app/gstappsink.h>
@@ -14,8 +13,6 @@ namespace {
 constexpr gint64 kDeviceUs = 60000;
 constexpr gint64 kDeviceStepUs = 10000;
 const char* const kProbe = "hxCallEcho";
-constexpr size_t kAhead =
-    2 * callSession::FRAME_SAMPLES; // before the first frame is given: the device's steps
 constexpr guint64 kMaxWaiting = 10 * sizeof(short) * callSession::FRAME_SAMPLES;
 
 GstCaps* soundCaps()
@@ -166,7 +163,6 @@ void deviceSound::close()
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_heard.clear();
-    m_bHears = false;
 }
 
 void deviceSound::onHeard(GstElement* from)
@@ -177,10 +173,7 @@ void deviceSound::onHeard(GstElement* from)
     if (buffer && gst_buffer_map(buffer, &map, GST_MAP_READ)) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         const auto* samples = reinterpret_cast<const short*>(map.data);
-        m_heard.insert(m_heard.end(), samples, samples + map.size / sizeof(short));
-        // The device is faster than the clock, or nobody reads.
-        if (m_heard.size() > size_t(MAX_HEARD))
-            m_heard.erase(m_heard.begin(), m_heard.end() - qptrdiff(kAhead));
+        m_heard.put(samples, map.size / sizeof(short));
         gst_buffer_unmap(buffer, &map);
     }
     if (sample)
@@ -190,13 +183,7 @@ void deviceSound::onHeard(GstElement* from)
 void deviceSound::read(short* frame)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_bHears = m_heard.size() >= (m_bHears ? size_t(callSession::FRAME_SAMPLES) : kAhead);
-    if (!m_bHears) {
-        std::fill(frame, frame + callSession::FRAME_SAMPLES, short(0));
-        return;
-    }
-    std::copy_n(m_heard.begin(), callSession::FRAME_SAMPLES, frame);
-    m_heard.erase(m_heard.begin(), m_heard.begin() + callSession::FRAME_SAMPLES);
+    m_heard.take(frame);
 }
 
 void deviceSound::write(const short* frame)

@@ -3,8 +3,8 @@
 // hears of the loudspeaker is taken out again. Without devices calls are silent. Main thread, but for frames.
 #include "players/busWatch.h"
 #include "players/callDesk.h"
+#include "players/heardFrames.h"
 #include "players/soundVolume.h"
-#include <vector>
 
 class deviceSound : public soundPort
 {
@@ -23,7 +23,6 @@ public:
     void write(const short* frame) override;
 
 private:
-    enum : int { MAX_HEARD = 5 * callSession::FRAME_SAMPLES };
     void buildLoudspeaker(GstElement* sink, bool echo);
     void buildMicrophone(GstElement* source, bool echo);
     GstElement* add(const char* name, const char* called = nullptr);
@@ -37,6 +36,5 @@ private:
     std::unique_ptr<busWatch> m_watch;
     std::mutex m_mutex;           // of what follows
     GstElement* m_pOut = nullptr; // the loudspeaker, when all is built
-    std::vector<short> m_heard;
-    bool m_bHears = false; // enough has been heard for the next frames
+    heardFrames m_heard;
 };

@@ -83,7 +83,8 @@ tagEventBody eventBody::dialogs(const CallBook& calls, const std::string& user, 
     return {kDialogType, dialogsText(calls, user, place, version)};
 }
 
-tagEventBody eventBody::list(const CallBook& calls, const AccountBook& accounts, const std::string& name,
+tagEventBody eventBody::list(const CallBook& calls, const AccountBook& accounts,
+                             const std::function<bool(const std::string&)>& isThere, const std::string& name,
                              const std::string& place, unsigned version)
 {
     std::string index = "<?xml version=\"1.0\"?>\n<list xmlns=\"urn:ietf:params:xml:ns:rlmi\" uri=\"" +
@@ -93,8 +94,12 @@ tagEventBody eventBody::list(const CallBook& calls, const AccountBook& accounts,
     for (const auto& [user, account] : accounts.all()) {
         const std::string id = user + "@" + name;
         index += "<resource uri=\"" + xml("sip:" + user + "@" + place) + "\"><name>" + xml(account.name) +
-                 "</name><instance id=\"" + xml(user) + "\" state=\"active\" cid=\"" + xml(id) +
-                 "\"/></resource>\n";
+                 "</name>";
+        if (!isThere(user)) {
+            index += "</resource>\n";
+            continue;
+        }
+        index += "<instance id=\"" + xml(user) + "\" state=\"active\" cid=\"" + xml(id) + "\"/></resource>\n";
         parts += partText(id, kDialogType, dialogsText(calls, user, place, version));
     }
     index += "</list>\n";

@@ -108,9 +108,9 @@ int EventDesk::refresh(const sip_t& message, const std::string& user, long secon
 tagEventBody EventDesk::bodyOf(KIND kind, const std::string& watched, unsigned version) const
 {
     if (kind == KIND::LIST)
-        return eventBody::list(m_calls, m_accounts, watched, m_place, version);
+        return eventBody::list(m_calls, m_accounts, m_isThere, watched, m_place, version);
     if (kind == KIND::DIALOGS)
-        return eventBody::dialogs(m_calls, watched, m_place, version);
+        return m_isThere(watched) ? eventBody::dialogs(m_calls, watched, m_place, version) : tagEventBody();
     const auto count = m_messages.find(watched);
     return eventBody::messages(watched, m_place, count == m_messages.end() ? 0 : count->second);
 }
@@ -124,7 +124,7 @@ void EventDesk::tell(KIND kind, const std::string& watched, long now)
     }
 }
 
-void EventDesk::callsChanged(const std::string& user, long now)
+void EventDesk::userChanged(const std::string& user, long now)
 {
     if (user.empty())
         return;

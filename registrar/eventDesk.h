@@ -2,6 +2,7 @@
 // Tells phones of the calls of extensions ("dialog"; the list of all under the name "blf") and of waiting
 // messages ("message-summary").
 #include "registrar/subscription.h"
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -14,13 +15,19 @@ public:
     enum : long { LEAST_SECONDS = 60, MOST_SECONDS = 3600 };
     static constexpr const char* kListName = "blf";
 
-    EventDesk(const AccountBook& accounts, const CallBook& calls) : m_accounts(accounts), m_calls(calls) {}
+    // isThere: whether a user has a phone here.
+    EventDesk(const AccountBook& accounts, const CallBook& calls,
+              std::function<bool(const std::string& user)> isThere)
+        : m_accounts(accounts), m_calls(calls), m_isThere(std::move(isThere))
+    {
+    }
 
     // Before the first request, and null before the stack ends.
     void attach(nta_agent_t* agent, const std::string& place);
     // A SUBSCRIBE of that user, who is known; it is answered.
     void subscribe(nta_incoming_t* request, const sip_t& message, const std::string& user, long now);
-    void callsChanged(const std::string& user, long now);
+    // His calls, or whether he has a phone here.
+    void userChanged(const std::string& user, long now);
     void addMessage(const std::string& user, long now);
     // All were heard.
     void clearMessages(const std::string& user, long now);
@@ -45,6 +52,7 @@ private:
 
     const AccountBook& m_accounts;
     const CallBook& m_calls;
+    const std::function<bool(const std::string&)> m_isThere;
     nta_agent_t* m_pAgent = nullptr;
     std::string m_place;
     std::list<tagWatch> m_watches;

@@ -42,8 +42,10 @@ std::string displayOf(const sip_from_t& from)
 
 Pbx::Pbx(const AccountBook& accounts)
     : m_accounts(accounts), m_root(su_root_create(nullptr), su_root_destroy),
-      m_calls([this](const std::string& user) { m_events.callsChanged(user, pbxNow()); }),
-      m_events(accounts, m_calls), m_sweep(m_root.get())
+      m_calls([this](const std::string& user) { m_events.userChanged(user, pbxNow()); }),
+      m_events(accounts, m_calls,
+               [this](const std::string& user) { return !m_contacts->addresses(user).empty(); }),
+      m_sweep(m_root.get())
 {
     su_root_threading(m_root.get(), 0);
     m_pbx.pRoot = m_root.get();
@@ -267,6 +269,7 @@ void Pbx::registerPhone(nta_incoming_t* request, const sip_t& sip)
     const long now = pbxNow();
     if (pbxText::user(sip.sip_to->a_url) != user)
         return refuse(request, SIP_403_FORBIDDEN);
+    const bool wasThere = !m_contacts->addresses(user).empty();
     const int status = m_contacts->update(user, sip, now);
     if (status == 423) {
         nta_incoming_treply(request, SIP_423_INTERVAL_TOO_BRIEF,
@@ -282,6 +285,8 @@ void Pbx::registerPhone(nta_incoming_t* request, const sip_t& sip)
         contacts += (contacts.empty() ? "" : ", ") + contact;
     if (contacts.empty())
         m_calls.endAllOf(user, now);
+    if (wasThere == contacts.empty())
+        m_events.userChanged(user, now);
     nta_incoming_treply(request, SIP_200_OK, TAG_IF(!contacts.empty(), SIPTAG_CONTACT_STR(contacts.c_str())),
                         TAG_END());
     nta_incoming_destroy(request);
@@ -352,8 +357,10 @@ void Pbx::sweep()
     m_forwarded.remove_if([](const auto& request) { return request->isOver(); });
     m_mail.remove_if([](const auto& call) { return call->isOver(); });
     m_events.sweep(now);
-    for (const std::string& user : m_contacts->sweep(now))
+    for (const std::string& user : m_contacts->sweep(now)) {
         m_calls.endAllOf(user, now);
+        m_events.userChanged(user, now);
+    }
     m_calls.sweep(now);
     m_sweep.start(kSweepMs, [this] { sweep(); });
 }

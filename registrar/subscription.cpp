@@ -32,12 +32,15 @@ void Subscription::tell(long now)
         return;
     }
     const tagEventBody body = m_body(m_nVersion++);
-    const std::string state =
-        now < m_nEnds ? "active;expires=" + std::to_string(m_nEnds - now) : "terminated;reason=timeout";
+    const bool isKnown = !body.type.empty();
+    const std::string state = now < m_nEnds ? (isKnown ? "active" : "pending") + std::string(";expires=") +
+                                                  std::to_string(m_nEnds - now)
+                                            : "terminated;reason=timeout";
     m_pNotice = nta_outgoing_mcreate(
         m_pAgent, ReplyTaker::call, this, nullptr, message, SIPTAG_EVENT_STR(m_event.c_str()),
         SIPTAG_SUBSCRIPTION_STATE_STR(state.c_str()), TAG_IF(m_bList, SIPTAG_REQUIRE_STR("eventlist")),
-        SIPTAG_CONTENT_TYPE_STR(body.type.c_str()), SIPTAG_PAYLOAD_STR(body.text.c_str()), TAG_END());
+        TAG_IF(isKnown, SIPTAG_CONTENT_TYPE_STR(body.type.c_str())),
+        TAG_IF(isKnown, SIPTAG_PAYLOAD_STR(body.text.c_str())), TAG_END());
     if (!m_pNotice) {
         msg_destroy(message);
         m_bGone = true;

@@ -27,7 +27,7 @@ constexpr double kFirstRequest = 10, kRequestInCall = 1;
 constexpr tagAllowance kStranger = {200, 20};
 constexpr tagAllowance kAllStrangers = {1000, 50};
 constexpr tagAllowance kServer = {3000, 250};
-constexpr tagAllowance kServerInCalls = {250, 15};
+constexpr tagAllowance kServerInCalls = {500, 15};
 constexpr size_t kMaxStrangers = 256; // those beyond share what is left for all
 constexpr size_t kMaxInvited = 2048;  // those beyond are acknowledged in vain
 constexpr std::chrono::seconds kInvitedFor{40};

@@ -16,6 +16,9 @@ public:
     void want(const std::string& sdp);
     // It was sent, and nobody has answered it yet.
     bool isUnderWay() const { return m_bUnderWay; }
+    // Nothing is under way or waits.
+    bool isIdle() const { return !m_bUnderWay && !m_bWanted; }
+    const std::string& sent() const { return m_sent; }
     // The reply to it. False when it collided, and is sent again.
     bool settle(uint32_t status);
     // Nothing is sent any more.

@@ -1,11 +1,11 @@
 #include "sip/referral.h"
+#include "sip/refusals.h"
 #include "sip/stackMemory.h"
 #include <cstring>
 #include <sofia-sip/nua_tag.h>
 #include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_status.h>
 #include <sofia-sip/sip_tag.h>
-#include <sofia-sip/sip_util.h>
 #include <sofia-sip/url.h>
 #include <strings.h>
 
@@ -102,7 +102,7 @@ void Referral::refuse(uint32_t status)
 {
     // Some of them would end the call itself.
     if (isWaiting())
-        respond(sip_response_terminates_dialog(int(status), sip_method_refer, nullptr) ? 603 : status);
+        respond(refusals::endCallOfReferrer(int(status)) ? 603 : status);
 }
 
 void Referral::accept()

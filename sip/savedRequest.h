@@ -1,6 +1,8 @@
 #pragma once
 // A request that is answered later than it is told.
 #include "sip/sipStack.h"
+#include <sofia-sip/sip.h>
+#include <sofia-sip/sip_header.h>
 
 class SavedRequest
 {
@@ -11,6 +13,7 @@ public:
     SavedRequest(const SavedRequest&) = delete;
     SavedRequest& operator=(const SavedRequest&) = delete;
 
+    const sip_t& sip() const { return *sip_object(message()); }
     msg_t* message() const { return nua_saved_event_request(m_event); }
 
 private:

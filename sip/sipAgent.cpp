@@ -19,7 +19,6 @@ constexpr unsigned kMaxMessage = 128 << 10;
 constexpr unsigned kTlsPolicy = 0xA; // certificates are checked, and the names in them, of servers
 constexpr const char* kMethods = "INVITE, ACK, BYE, CANCEL, OPTIONS, INFO, NOTIFY, PRACK, UPDATE, REFER";
 constexpr const char* kSupported = "timer, 100rel, replaces";
-constexpr unsigned kSessionSeconds = 1800, kLeastSessionSeconds = 90;
 
 std::string localAddress(const tagSipSetup& setup, const char* scheme, uint32_t port)
 {
@@ -128,8 +127,8 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
         return false;
     }
     nua_set_params(m_stack.pNua, SIPTAG_USER_AGENT_STR(setup.szAgent), SIPTAG_ALLOW_STR(kMethods),
-                   NUTAG_ENABLEINVITE(1), NUTAG_SESSION_TIMER(kSessionSeconds),
-                   NUTAG_MIN_SE(kLeastSessionSeconds), NUTAG_SESSION_REFRESHER(nua_remote_refresher),
+                   NUTAG_ENABLEINVITE(1), NUTAG_SESSION_TIMER(SIP_SESSION_SECONDS),
+                   NUTAG_MIN_SE(SIP_SESSION_LEAST_SECONDS), NUTAG_SESSION_REFRESHER(nua_remote_refresher),
                    NUTAG_ENABLEMESSAGE(0), SIPTAG_SUPPORTED_STR(kSupported),
                    NUTAG_APPL_METHOD("NOTIFY, UPDATE, REFER"), NUTAG_MAX_RETRY_AFTER(0),
                    NUTAG_UPDATE_REFRESH(1), TAG_END());

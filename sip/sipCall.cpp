@@ -16,6 +16,16 @@ constexpr uint32_t kReleaseMs = 5000;
 constexpr const char* kSdpType = "application/sdp";
 constexpr const char* kRetryAfterSeconds = "2";
 
+constexpr uint32_t kAnonymityDisallowed = 433; // RFC 5079, which the stack does not know
+
+const char* phraseOf(uint32_t status)
+{
+    if (status == kAnonymityDisallowed)
+        return "Anonymity Disallowed";
+    const char* phrase = sip_status_phrase(int(status));
+    return phrase ? phrase : "Refused";
+}
+
 std::string sdpOf(const sip_t* message)
 {
     if (!message || !message->sip_payload || !message->sip_payload->pl_data)
@@ -42,7 +52,8 @@ SipCall::SipCall(const tagSipStack& stack, uint32_t id)
                   nua_invite(m_pHandle, SIPTAG_CONTENT_TYPE_STR(kSdpType), SIPTAG_PAYLOAD_STR(sdp.c_str()),
                              TAG_END());
               }),
-      m_limit(stack.pRoot), m_silent(stack.pRoot), m_phone(stack.pRoot), m_asked(stack.pRoot)
+      m_session(stack.pRoot, [this] { refresh(); }), m_limit(stack.pRoot), m_silent(stack.pRoot),
+      m_phone(stack.pRoot), m_asked(stack.pRoot)
 {
 }
 
@@ -63,6 +74,7 @@ void SipCall::dial(const Registration& line, const tagSipDial& dial, const tagCa
     m_dialog = std::make_unique<floodGuard::Dialog>(m_setup->callId(), m_nLine);
     m_dialog->setAsking(true);
     m_remote = m_setup->target();
+    m_ownSdp = dial.szSdp;
     m_eStep = STEP_RINGING;
     m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
     invite();
@@ -104,6 +116,7 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     m_remote = sipCaller::address(*event.pMessage);
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
     m_remoteSdp = sdpOf(event.pMessage);
+    m_session.agree(*event.pMessage);
     m_eStep = STEP_RINGING;
     m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
@@ -117,16 +130,14 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
 
 void SipCall::respond(uint32_t status, const std::string& sdp)
 {
-    const char* phrase = sip_status_phrase(int(status));
-    nua_respond(m_pHandle, int(status), phrase ? phrase : "Refused",
+    nua_respond(m_pHandle, int(status), phraseOf(status),
                 TAG_IF(!sdp.empty(), SIPTAG_CONTENT_TYPE_STR(kSdpType)),
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
 }
 
 void SipCall::respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp)
 {
-    const char* phrase = sip_status_phrase(int(status));
-    nua_respond(m_pHandle, int(status), phrase ? phrase : "Refused", NUTAG_WITH(request.message()),
+    nua_respond(m_pHandle, int(status), phraseOf(status), NUTAG_WITH(request.message()),
                 TAG_IF(status == 500, SIPTAG_RETRY_AFTER_STR(kRetryAfterSeconds)),
                 TAG_IF(!sdp.empty(), SIPTAG_CONTENT_TYPE_STR(kSdpType)),
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
@@ -136,13 +147,22 @@ void SipCall::respondToOffer(uint32_t status, const std::string& sdp)
 {
     m_phone.stop();
     respondTo(*m_offered, status, sdp);
+    if (status < 300) {
+        m_ownSdp = sdp;
+        m_session.agree(m_offered->sip());
+    } else {
+        m_remoteSdp = m_agreedSdp;
+    }
     m_offered.reset();
 }
 
 void SipCall::ring(const std::string& sdp)
 {
-    if (m_bIncoming && m_eStep == STEP_RINGING)
-        respond(sdp.empty() ? 180 : 183, sdp);
+    if (!m_bIncoming || m_eStep != STEP_RINGING)
+        return;
+    if (!sdp.empty())
+        m_ownSdp = sdp;
+    respond(sdp.empty() ? 180 : 183, sdp);
 }
 
 void SipCall::answer(const std::string& sdp)
@@ -151,6 +171,8 @@ void SipCall::answer(const std::string& sdp)
         return;
     m_eStep = STEP_TALKING;
     m_limit.stop();
+    if (!sdp.empty())
+        m_ownSdp = sdp;
     respond(200, sdp);
     if (m_hooks.answered)
         m_hooks.answered();
@@ -207,6 +229,10 @@ void SipCall::setMedia(const std::string& sdp)
 {
     if (m_eStep != STEP_TALKING)
         return;
+    if (m_eTakenBack != NOT_TAKEN_BACK) {
+        takeBack(!sdp.empty());
+        return;
+    }
     if (!m_offered) {
         if (!sdp.empty())
             m_offer.want(sdp);
@@ -262,7 +288,9 @@ void SipCall::onStack(const tagStackEvent& event)
         return;
     switch (event.eEvent) {
     case nua_r_invite:
-        if (m_eStep == STEP_TALKING)
+        if (hasEnded() && status >= 200 && status < 300)
+            nua_bye(m_pHandle, TAG_END()); // the answer has crossed the end of the call
+        else if (m_eStep == STEP_TALKING)
             onMediaReply(event);
         else
             onInviteReply(event);
@@ -274,6 +302,9 @@ void SipCall::onStack(const tagStackEvent& event)
         if (status < 200)
             onOffer(event);
         break;
+    case nua_r_update:
+        onUpdateReply(event);
+        break;
     case nua_i_refer:
         if (status < 200)
             onReferred(event);
@@ -283,10 +314,7 @@ void SipCall::onStack(const tagStackEvent& event)
             talk(sdpOf(event.pMessage));
         break;
     case nua_i_cancel:
-        if (sipCaller::isAnsweredElsewhere(event.pMessage))
-            end(SIP_ELSEWHERE, 0, "Another phone has answered");
-        else
-            end(SIP_CANCELLED, 0, "");
+        onCancel(event);
         break;
     case nua_i_bye:
         end(SIP_HUNG_UP, 0, "");
@@ -357,6 +385,7 @@ void SipCall::onFinalReply(const tagStackEvent& event)
         m_dialog->setAsking(false);
         m_limit.stop();
         m_eStep = STEP_TALKING;
+        m_session.agree(*event.pMessage);
         talk(sdpOf(event.pMessage));
         return;
     }
@@ -378,12 +407,82 @@ void SipCall::onMediaReply(const tagStackEvent& event)
     if (event.nStatus < 200 || !m_offer.isUnderWay())
         return;
     m_answers->reset();
+    const bool isTaken = event.nStatus < 300;
+    const bool isRefresh = m_offer.sent() == m_ownSdp;
+    if (isTaken) {
+        m_ownSdp = m_offer.sent();
+        m_session.agree(*event.pMessage);
+    }
     if (!m_offer.settle(uint32_t(event.nStatus)))
         return;
-    if (event.nStatus < 300)
+    // The phone hears of the answer to its own offer, which is under way now.
+    if (isRefresh && m_offer.isUnderWay())
+        return;
+    if (isTaken)
         talk(sdpOf(event.pMessage));
     else
         m_stack.pPhone->tell(sipWire::make<tagSipMedia>(SIP_TALK, m_nId));
+}
+
+void SipCall::onUpdateReply(const tagStackEvent& event)
+{
+    if (event.nStatus < 200 || m_eStep != STEP_TALKING)
+        return;
+    m_answers->reset();
+    if (event.nStatus < 300 && event.pMessage)
+        m_session.agree(*event.pMessage);
+    else if (event.nStatus != 408 && event.nStatus != 481)
+        refreshByInvite();
+}
+
+// Of a request that the phone has not answered: the whole call while it rings, else what is offered.
+void SipCall::onCancel(const tagStackEvent& event)
+{
+    if (m_eStep == STEP_TALKING && m_offered) {
+        m_offered.reset();
+        m_remoteSdp = m_agreedSdp;
+        m_eTakenBack = TAKEN_BACK;
+        m_phone.start(m_stack.setup.nOfferMs, [this] { m_eTakenBack = NOT_TAKEN_BACK; });
+    }
+    if (m_eStep != STEP_RINGING)
+        return;
+    if (sipCaller::isAnsweredElsewhere(event.pMessage))
+        end(SIP_ELSEWHERE, 0, "Another phone has answered");
+    else
+        end(SIP_CANCELLED, 0, "");
+}
+
+// Its media run by that offer: what was agreed on before is offered to it once more, and nobody else hears
+// of it.
+void SipCall::takeBack(bool hasTaken)
+{
+    const bool wasBefore = m_eTakenBack == AS_BEFORE;
+    m_phone.stop();
+    m_eTakenBack = NOT_TAKEN_BACK;
+    if (wasBefore || !hasTaken)
+        return;
+    m_eTakenBack = AS_BEFORE;
+    m_phone.start(m_stack.setup.nOfferMs, [this] { m_eTakenBack = NOT_TAKEN_BACK; });
+    auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
+    sipWire::setText(offer.szSdp, m_remoteSdp);
+    m_stack.pPhone->tell(offer);
+}
+
+// An offer of either side does the same.
+void SipCall::refresh()
+{
+    if (m_eStep != STEP_TALKING || m_offered || !m_offer.isIdle())
+        return;
+    if (m_session.peerKnowsUpdate())
+        nua_update(m_pHandle, TAG_END());
+    else
+        refreshByInvite();
+}
+
+void SipCall::refreshByInvite()
+{
+    if (!m_offered && m_offer.isIdle() && !m_ownSdp.empty())
+        m_offer.want(m_ownSdp);
 }
 
 // The stack itself refuses a second INVITE, and one that meets an INVITE from here.
@@ -397,16 +496,19 @@ void SipCall::onOffer(const tagStackEvent& event)
         status = 200;
     else if (m_eStep != STEP_TALKING || isTooLarge(sdp))
         status = 488;
-    else if (m_offered)
+    else if (m_offered || m_eTakenBack != NOT_TAKEN_BACK)
         status = 500;
     else if (isUpdate && m_offer.isUnderWay())
         status = 491;
     if (status) {
         respondTo(*request, status);
+        if (status < 300)
+            m_session.agree(*event.pMessage);
         return;
     }
     m_offered = std::move(request);
     m_bByUpdate = isUpdate;
+    m_agreedSdp = m_remoteSdp;
     if (!sdp.empty())
         m_remoteSdp = sdp;
     m_phone.start(m_stack.setup.nOfferMs, [this] { respondToOffer(488); });
@@ -532,6 +634,7 @@ void SipCall::stopTimers()
     m_phone.stop();
     m_asked.stop();
     m_offer.stop();
+    m_session.stop();
 }
 
 void SipCall::release()

@@ -7,6 +7,7 @@
 #include "sip/mediaOffer.h"
 #include "sip/referral.h"
 #include "sip/savedRequest.h"
+#include "sip/sessionRefresh.h"
 #include "sip/sipDialog.h"
 #include "sip/sipStack.h"
 #include "sip/sipTimer.h"
@@ -77,10 +78,17 @@ private:
     void onInviteReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
     void onMediaReply(const tagStackEvent& event);
+    void onUpdateReply(const tagStackEvent& event);
+    void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
     void onReferred(const tagStackEvent& event);
     void onTransfer(uint32_t status);
     void refer(const std::string& address);
+    // The call is still there.
+    void refresh();
+    void refreshByInvite();
+    // The phone has answered an offer that the other side has taken back.
+    void takeBack(bool hasTaken);
     void talk(const std::string& sdp);
     void ringsTooLong();
     void end(SIP_ENDING ending, uint32_t status, const std::string& reason, const std::string& target = "");
@@ -105,14 +113,18 @@ private:
     std::unique_ptr<Referral> m_referral;
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
     bool m_bByUpdate = false;                // that nobody acknowledges
+    enum { NOT_TAKEN_BACK, TAKEN_BACK, AS_BEFORE } m_eTakenBack = NOT_TAKEN_BACK; // what the phone answers
     uint32_t m_nLine = 0;
     std::string m_own;    // address of the line
     std::string m_server; // of the line
     std::string m_remote; // address of the other side
+    std::string m_ownSdp; // that the other side has
     std::string m_remoteSdp;
+    std::string m_agreedSdp; // of the other side, before its offer
     tagDialogName m_name;
     STEP m_eStep = STEP_NEW;
     MediaOffer m_offer;
+    SessionRefresh m_session;
     SipTimer m_limit; // of ringing, of the end
     SipTimer m_silent;
     SipTimer m_phone; // of its answer to an offer

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr int kCompletedElsewhere = 200, kClearedElsewhere = 26; // of RFC 3326, and of Q.850
+
 std::string lower(std::string text)
 {
     std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return char(tolower(c)); });
@@ -38,6 +40,21 @@ std::string userOf(const url_t* url)
 bool isAnonymous(const url_t* url)
 {
     return lower(textOf(url->url_host)) == "anonymous.invalid" || lower(textOf(url->url_user)) == "anonymous";
+}
+
+// An older way to vouch for a caller; null where there is none.
+const sip_remote_party_id_t* callingParty(const sip_t& message)
+{
+    const sip_remote_party_id_t* party = sip_remote_party_id(&message);
+    while (party && party->rpid_party && strcasecmp(party->rpid_party, "calling") != 0)
+        party = party->rpid_next;
+    return party;
+}
+
+bool hidesParty(const sip_remote_party_id_t* party)
+{
+    const std::string privacy = party ? lower(textOf(party->rpid_privacy)) : "";
+    return !privacy.empty() && privacy != "off" && privacy != "none";
 }
 
 bool wantsPrivacy(const sip_t& message)
@@ -71,21 +88,34 @@ bool hasParam(const msg_param_t* params, const char* word)
     return false;
 }
 
+// How a phone is to ring, as many servers write it: without an address, or with words in its place.
+std::string ringText(const sip_t& message)
+{
+    StackMemory memory;
+    std::string text;
+    const auto add = [&](const url_t* url, const msg_param_t* params) {
+        text += textOf(url_as_string(memory.home(), url));
+        for (size_t i = 0; params && params[i]; ++i)
+            text += ';' + std::string(params[i]);
+        text += '\n';
+    };
+    for (const sip_call_info_t* info = message.sip_call_info; info; info = info->ci_next)
+        add(info->ci_url, info->ci_params);
+    for (const sip_alert_info_t* info = sip_alert_info(&message); info; info = info->ai_next)
+        add(info->ai_url, info->ai_params);
+    return lower(text);
+}
+
 bool wantsAutoAnswer(const sip_t& message)
 {
-    for (const sip_call_info_t* info = message.sip_call_info; info; info = info->ci_next) {
-        if (hasParam(info->ci_params, "answer-after=0"))
-            return true;
-    }
-    for (const sip_alert_info_t* info = sip_alert_info(&message); info; info = info->ai_next) {
-        if (hasParam(info->ai_params, "alert-autoanswer") || hasParam(info->ai_params, "auto answer") ||
-            hasParam(info->ai_params, "answer-after=0"))
+    const std::string text = ringText(message);
+    for (const char* word : {"answer-after=0", "alert-autoanswer", "auto answer", "ring-answer"}) {
+        if (text.find(word) != std::string::npos)
             return true;
     }
     return hasHeaderWith(message, "Answer-Mode", "auto") ||
            hasHeaderWith(message, "Priv-Answer-Mode", "auto") ||
-           hasHeaderWith(message, "P-Auto-Answer", "normal") ||
-           hasHeaderWith(message, "Call-Info", "answer-after=0");
+           hasHeaderWith(message, "P-Auto-Answer", "normal");
 }
 
 // One that does not fit is none: half an address leads somewhere else.
@@ -101,19 +131,32 @@ std::string pictureOf(const sip_t& message)
     return "";
 }
 
-// Of "<sip:202@host>;reason=no-answer, <sip:203@host>", the last who sent it on first.
-std::vector<std::string> forwarders(const sip_t& message)
+std::vector<std::string> numbersIn(const sip_t& message, const char* name)
 {
     std::vector<std::string> numbers;
     for (const sip_unknown_t* header = message.sip_unknown; header; header = header->un_next) {
-        if (strcasecmp(textOf(header->un_name).c_str(), "Diversion") != 0)
+        if (strcasecmp(textOf(header->un_name).c_str(), name) != 0)
             continue;
         const std::string value = textOf(header->un_value);
         for (size_t at = value.find("sip:"); at != std::string::npos; at = value.find("sip:", at)) {
             at += strlen("sip:");
-            numbers.push_back(value.substr(at, value.find_first_of("@>;,", at) - at));
+            numbers.push_back(value.substr(at, value.find_first_of("@>;,?", at) - at));
         }
     }
+    return numbers;
+}
+
+// Of "<sip:202@host>;reason=no-answer, <sip:203@host>", the last who sent it on first. RFC 7044 has them the
+// other way round, and where the call has got to as the last one.
+std::vector<std::string> forwarders(const sip_t& message)
+{
+    std::vector<std::string> numbers = numbersIn(message, "Diversion");
+    if (!numbers.empty())
+        return numbers;
+    numbers = numbersIn(message, "History-Info");
+    if (!numbers.empty())
+        numbers.pop_back();
+    std::reverse(numbers.begin(), numbers.end());
     return numbers;
 }
 
@@ -122,13 +165,16 @@ std::vector<std::string> forwarders(const sip_t& message)
 void sipCaller::read(const sip_t& message, bool isFromServer, tagSipArrived& arrived)
 {
     const sip_from_t* from = message.sip_from;
-    arrived.bAnonymous = wantsPrivacy(message);
+    const sip_p_asserted_identity_t* asserted = isFromServer ? sip_p_asserted_identity(&message) : nullptr;
+    const sip_remote_party_id_t* party = isFromServer && !asserted ? callingParty(message) : nullptr;
+    arrived.bAnonymous = wantsPrivacy(message) || hidesParty(party);
     arrived.bAutoAnswer = wantsAutoAnswer(message);
     if (!arrived.bAnonymous) {
-        const sip_p_asserted_identity_t* asserted =
-            isFromServer ? sip_p_asserted_identity(&message) : nullptr;
-        sipWire::setText(arrived.szNumber, userOf(asserted ? asserted->paid_url : from->a_url));
-        const std::string name = textOf(asserted ? asserted->paid_display : from->a_display);
+        const url_t* url = asserted ? asserted->paid_url : party ? party->rpid_url : from->a_url;
+        sipWire::setText(arrived.szNumber, userOf(url));
+        const std::string name = textOf(asserted ? asserted->paid_display
+                                        : party  ? party->rpid_display
+                                                 : from->a_display);
         sipWire::setText(arrived.szName, sipAddress::plainName(name));
         if (isFromServer)
             sipWire::setText(arrived.szPicture, pictureOf(message));
@@ -153,7 +199,9 @@ bool sipCaller::isAnsweredElsewhere(const sip_t* message)
 {
     for (const sip_reason_t* reason = message ? message->sip_reason : nullptr; reason;
          reason = reason->re_next) {
-        if (reason->re_cause && atoi(reason->re_cause) == 200)
+        const int cause = reason->re_cause ? atoi(reason->re_cause) : 0;
+        const bool isIsdn = strcasecmp(textOf(reason->re_protocol).c_str(), "Q.850") == 0;
+        if (cause == (isIsdn ? kClearedElsewhere : kCompletedElsewhere))
             return true;
     }
     return false;

@@ -3,6 +3,9 @@
 #include "sip/sipRecords.h"
 #include <functional>
 
+// How long a call lasts without a sign of it from either side (RFC 4028).
+enum : unsigned { SIP_SESSION_SECONDS = 1800, SIP_SESSION_LEAST_SECONDS = 90 };
+
 class SipAgent;
 class StackOwner;
 class PhoneLink;

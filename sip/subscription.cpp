@@ -174,9 +174,11 @@ void Subscription::onNote(const tagStackEvent& event)
         return;
     }
     m_nDelayMs = m_stack.setup.nRetryMs;
-    if (event.pMessage->sip_payload && event.pMessage->sip_payload->pl_len > 0 &&
-        !m_news.onNote(*event.pMessage))
+    const bool hasBody = event.pMessage->sip_payload && event.pMessage->sip_payload->pl_len > 0;
+    if (hasBody && !m_news.onNote(*event.pMessage))
         renew();
+    else if (!hasBody && state && is(state->ss_substate, "pending"))
+        m_news.onLost(); // what there was is not known to hold any more
 }
 
 void Subscription::onEnd(const sip_subscription_state_t& state)

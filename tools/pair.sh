@@ -15,10 +15,12 @@ pair_fill() {
   set_keys "$account" account Enable=1 "DisplayName=$1" AuthName= "UserName=$2" "password=$5" SIPServerHost=127.0.0.1 \
            "SIPServerPort=$6" UseOutboundProxy=0 'VoiceMail=*97' || fail "cannot write $account"
   [ "$new" = 1 ] || return 0
+  # Nobody's phone book has his own number for somebody else.
+  sed -i -e "s|\"Anna\"|\"$3\"|" -e "s|\"1002\"|\"$4\"|g" "$root/rundata/data/"{contactData,picture-dial,dsskey}.xml ||
+    fail "cannot write to $root"
   # The third key is the other phone's lamp, the fourth one the guest's, the fifth one calls the voice mail; so does
   # the message key while there is a message.
-  sed -i -e "s|Label=\"Anna\" Extension=\"1002\" Value=\"1002\"|Label=\"$3\" Extension=\"$4\" Value=\"$4\"|" \
-         -e 's|Label="Front desk" Extension="8001" Value="8001"|Label="Cleo" Extension="1003" Value="1003"|' \
+  sed -i -e 's|Label="Front desk" Extension="8001" Value="8001"|Label="Cleo" Extension="1003" Value="1003"|' \
          -e 's|Label="Door" Extension="" Value="8100"|Label="Voice mail" Extension="" Value="*97"|' "$keys" &&
     set_keys "$root/rundata/config/system.ini" Features bAutoCallOutMessage=1 || fail "cannot write to $root"
 }
@@ -54,7 +56,7 @@ run_pair() {
   mkdir -p "$root" 2>/dev/null || fail "cannot make the folder $root (--root chooses another)"
   root=$(readlink -f "$root")
   anna=$(pair_password) ben=$(pair_password) guest=$(pair_password)
-  printf '1001 %s Anna\n1002 %s Ben\n1003 %s Cleo\n' "$anna" "$ben" "$guest" 2>/dev/null >"$root/accounts" ||
+  printf '1001 %s Ben\n1002 %s Anna\n1003 %s Cleo\n' "$ben" "$anna" "$guest" 2>/dev/null >"$root/accounts" ||
     fail "cannot write to $root (--root chooses another folder)"
   trap pair_end EXIT
   trap 'exit 130' INT QUIT TERM HUP
@@ -64,13 +66,13 @@ run_pair() {
   for i in $(seq $kPairWaits); do [ -s "$root/exchange" ] && break; sleep $kPairLook; done
   address=$(head -n 1 "$root/exchange") server=${address##*:}
   [ -n "$server" ] || fail "the exchange did not start"
-  pair_fill Anna 1001 Ben 1002 "$anna" "$server"
-  pair_fill Ben 1002 Anna 1001 "$ben" "$server"
+  pair_fill Anna 1002 Ben 1001 "$anna" "$server"
+  pair_fill Ben 1001 Anna 1002 "$ben" "$server"
   fresh=0
-  say "The exchange is at ${address#sip:}. Anna's phone has 1001, Ben's 1002. Calls stay on this machine."
+  say "The exchange is at ${address#sip:}. Anna's phone has 1002, Ben's 1001. Calls stay on this machine."
   cat <<TEXT
 What to try:
-  call      dial 1002 at Anna's phone, answer at Ben's; hold, resume, hang up on either side
+  call      dial 1001 at Anna's phone, answer at Ben's; hold, resume, hang up on either side
   lamps     the third key at the bottom of each home screen is the other phone: green when it is free, orange while it
             rings, red in a call; press it to call
   message   let it ring for 30 seconds: the other phone shows a message. Its message key (F9) calls *97, the voice
@@ -79,9 +81,9 @@ What to try:
             a call to 1003
 What you set on the phones stays in $root. ./run --pair --fresh begins anew.
 TEXT
-  pair_start Anna 1001 "$port"
+  pair_start Anna 1002 "$port"
   [ "$port" = 0 ] || second=$((port + 1))
-  pair_start Ben 1002 "$second"
+  pair_start Ben 1001 "$second"
   while [ ${#phones[@]} -gt 0 ]; do
     wait -n -p ended "${phones[@]}" "$exchange"
     [ "$ended" != "$exchange" ] || { exchange=''; fail "the exchange has ended unexpectedly"; }

@@ -69,7 +69,9 @@ tagPlaces asked()
     tagPlaces places = whole();
     places.portrait.moveTop(64);
     places.name.moveTop(212);
-    places.state.moveTop(264);
+    places.state.moveTop(262);
+    places.number.setRect(40, 290, 720, 24);
+    places.nNumberSize = look::kSmallSize;
     return places;
 }
 
@@ -144,6 +146,7 @@ void apply(Ui_frmCall& ui, CALL_LAYOUT layout)
     QPalette palette = ui.labState->palette();
     palette.setColor(QPalette::WindowText, look::colour(isAsked ? kPale : look::kTextOnBar));
     ui.labState->setPalette(palette);
+    ui.labNumber->setPalette(palette);
     ui.labPicture->setGeometry(places.portrait);
     ui.wgtMarks->setGeometry(places.marks);
     ui.wgtMarks->setCodecsShown(!isUpon);

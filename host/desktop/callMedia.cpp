@@ -78,9 +78,18 @@ void callMedia::begin(const tagCall& call)
     m_watch.start();
 }
 
+// The signage client keeps off the sound of either kind of call by the ports of the record.
+VOICE_PARAM callMedia::toSend() const
+{
+    VOICE_PARAM param = m_param;
+    if (phoneService::instance().backend().hasOwnSound())
+        param.nAudLocalPort = param.nAudRemotePort = 0;
+    return param;
+}
+
 void callMedia::startSession()
 {
-    m_sent = m_param;
+    m_sent = toSend();
     msgPostMsgToThreadEx(msgGetThreadByName(kMediaServer), MEDIA_MSG_SESSION_START, unsigned(m_nSession), 0,
                          sizeof(m_sent), &m_sent);
 }
@@ -89,7 +98,7 @@ void callMedia::startSession()
 // unless the video plays already.
 void callMedia::watch()
 {
-    VOICE_PARAM moved = m_param;
+    VOICE_PARAM moved = toSend();
     moved.rcRemote = m_sent.rcRemote;
     if (memcmp(&moved, &m_sent, sizeof(moved)) != 0)
         startSession();
@@ -99,7 +108,7 @@ void callMedia::watch()
 
 void callMedia::moveSession()
 {
-    m_sent = m_param;
+    m_sent = toSend();
     msgPostMsgToThreadEx(msgGetThreadByName(kMediaServer), MEDIA_MSG_SESSION_CHANGE, unsigned(m_nSession), 0,
                          sizeof(m_sent), &m_sent);
 }

@@ -1,7 +1,7 @@
 #pragma once
 // Who has the media server: a call that talks, or nobody. A call's session is told to the signage client,
 // which has to stand back for it, or may lend its video channel; what the movie player says goes to that
-// client as well. User-interface thread.
+// client as well. The sound of real lines is none of the session: a device opens once. User-interface thread.
 #include "host/services/phone/tagCall.h"
 #include "support/host/message.h"
 #include "support/host/player.h"
@@ -29,6 +29,7 @@ private:
     void moveSession();
     void tell();
     void watch();
+    VOICE_PARAM toSend() const;
     int m_nSession = 0;       // id of the call that has the server; 0: none
     VOICE_PARAM m_param = {}; // shared with the signage client while the call talks
     VOICE_PARAM m_sent = {};

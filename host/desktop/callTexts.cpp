@@ -4,18 +4,23 @@
 #include "support/host/api.h"
 #include "support/host/language.h"
 #include "support/host/phone.h"
+#include <QLabel>
 
 namespace {
+
+const char* const kHeldThere = HX_TR("Held by the other side");
 
 const char* stateText(const tagCall& call)
 {
     switch (call.eState) {
     case CALL_RINGING:
-        return call.bIncoming ? HX_TR("Incoming call") : HX_TR("Calling...");
+        return call.bIncoming     ? HX_TR("Incoming call")
+               : call.bRingsThere ? HX_TR("Ringing...")
+                                  : HX_TR("Calling...");
     case CALL_TALKING:
         return call.bHeld         ? HX_TR("On hold")
                : call.nJoined     ? HX_TR("Conference")
-               : call.bRemoteHeld ? HX_TR("Held by the other side")
+               : call.bRemoteHeld ? kHeldThere
                                   : HX_TR("In call");
     default:
         return HX_TR("Call ended");
@@ -26,7 +31,17 @@ const char* stateText(const tagCall& call)
 
 QString callStateText(const tagCall& call)
 {
-    return qTranslate(!call.strReason.isEmpty() ? call.strReason.toUtf8().constData() : stateText(call));
+    if (!call.strReason.isEmpty())
+        return qTranslate(call.strReason.toUtf8().constData());
+    const bool bothHold = call.eState == CALL_TALKING && call.bHeld && call.bRemoteHeld;
+    return callJoinedText(qTranslate(stateText(call)), bothHold ? qTranslate(kHeldThere) : QString());
+}
+
+QString callForwardedText(const tagCall& call)
+{
+    if (call.forwardedBy.isEmpty())
+        return QString();
+    return qTranslate(HX_TR("Forwarded by %1")).arg(call.forwardedBy.last());
 }
 
 QString callNameOf(const tagCall& call, const tagContact& contact)
@@ -49,4 +64,17 @@ QString callOwnNumber(int line)
     if (line < 0 || line >= PHONE_ACCOUNT_COUNT || !phone_GetAccountInfoById(line, &info))
         return QString();
     return QString::fromUtf8(info.szUser);
+}
+
+QString callFittingText(const QLabel* label, int smallest, const QString& text, const QString& rest)
+{
+    QFont font = label->font();
+    font.setPixelSize(qMin(font.pixelSize(), smallest));
+    const QFontMetrics metrics(font);
+    const QString whole = callJoinedText(text, rest);
+    const int missing = metrics.horizontalAdvance(whole) - label->width();
+    if (missing <= 0)
+        return whole;
+    const int room = metrics.horizontalAdvance(text) - missing;
+    return callJoinedText(metrics.elidedText(text, Qt::ElideRight, room), rest);
 }

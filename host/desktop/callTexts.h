@@ -3,8 +3,12 @@
 #include "host/desktop/contactBook.h"
 #include "host/services/phone/tagCall.h"
 
+class QLabel;
+
 // "In call", "On hold", why it failed; in the present language.
 QString callStateText(const tagCall& call);
+// Who has sent it on to this phone; empty for nobody.
+QString callForwardedText(const tagCall& call);
 // The name that came with the call, of the contact with its number, or of the door phone or camera; else
 // empty.
 QString callNameOf(const tagCall& call, const tagContact& contact);
@@ -12,3 +16,6 @@ QString callNameOf(const tagCall& call, const tagContact& contact);
 QString callJoinedText(const QString& one, const QString& other);
 // The user's own number of a line; empty when it has none.
 QString callOwnNumber(int line);
+// Both, joined, for that label: the first is cut where they have no room even at the smallest size.
+QString callFittingText(const QLabel* label, int smallest, const QString& text,
+                        const QString& rest = QString());

@@ -35,6 +35,9 @@ constexpr int kVolumeStep = 10;
 constexpr int kDigitsShown = 24;
 constexpr int kKeepWeight = -1;
 constexpr int kFailedMs = 3000;
+constexpr int kSmallestName = 20; // pixels
+constexpr int kSmallestText = 15;
+constexpr int kSmallestNumber = 13;
 constexpr int kInnerRing = 10; // from the picture's edge
 constexpr int kOuterRing = 24;
 constexpr QRgb kRings = 0x1effffff;
@@ -261,7 +264,7 @@ void frmCall::showNames()
         if (!nameOf(call).isEmpty())
             m_strNumber = callJoinedText(m_strNumber, call.strNumber);
     }
-    m_ui->labName->setText(names);
+    m_ui->labName->setText(callFittingText(m_ui->labName, kSmallestName, names));
 }
 
 void frmCall::showState()
@@ -271,11 +274,14 @@ void frmCall::showState()
     const bool isUpon = m_eLayout == CALL_LAYOUT_PICTURE;
     const bool isPlain = talks() && !m_call.bHeld && !m_call.bRemoteHeld && !m_call.nJoined;
     const QString line = lineName(m_call.nAccount);
-    const QString upon = callJoinedText(callJoinedText(m_strNumber, line), callCodecsText(streams()));
-    m_ui->labNumber->setText(isAsked() ? QString() : isUpon ? upon : m_strNumber);
-    m_ui->labState->setText(isAsked()           ? callJoinedText(m_strNumber, callStateText(m_call))
-                            : isUpon && isPlain ? QString()
-                                                : callStateText(m_call));
+    const QString upon = isUpon ? callJoinedText(line, callCodecsText(streams())) : QString();
+    m_ui->labNumber->setText(
+        isAsked() ? callFittingText(m_ui->labNumber, kSmallestNumber, callForwardedText(m_call))
+                  : callFittingText(m_ui->labNumber, kSmallestNumber, m_strNumber, upon));
+    m_ui->labState->setText(isUpon && isPlain ? QString()
+                                              : callFittingText(m_ui->labState, kSmallestText,
+                                                                isAsked() ? m_strNumber : QString(),
+                                                                callStateText(m_call)));
     if (isUpon)
         callLayout::putOthers(*m_ui);
     m_ui->labLine->setText(isAsked() ? m_ui->labLine->fontMetrics().elidedText(

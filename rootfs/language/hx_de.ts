@@ -865,6 +865,10 @@
         <translation>Verbindung wird aufgebaut …</translation>
     </message>
     <message>
+        <source>Ringing...</source>
+        <translation>Es klingelt …</translation>
+    </message>
+    <message>
         <source>Incoming call</source>
         <translation>Eingehender Anruf</translation>
     </message>
@@ -1615,6 +1619,10 @@
     <message>
         <source>Held by the other side</source>
         <translation>Von der anderen Seite gehalten</translation>
+    </message>
+    <message>
+        <source>Forwarded by %1</source>
+        <translation>Weitergeleitet von %1</translation>
     </message>
     <message>
         <source>Hold</source>

@@ -865,6 +865,10 @@
         <translation>Llamando…</translation>
     </message>
     <message>
+        <source>Ringing...</source>
+        <translation>Sonando…</translation>
+    </message>
+    <message>
         <source>Incoming call</source>
         <translation>Llamada entrante</translation>
     </message>
@@ -1615,6 +1619,10 @@
     <message>
         <source>Held by the other side</source>
         <translation>Retenida por el otro lado</translation>
+    </message>
+    <message>
+        <source>Forwarded by %1</source>
+        <translation>Desviada por %1</translation>
     </message>
     <message>
         <source>Hold</source>

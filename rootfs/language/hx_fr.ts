@@ -865,6 +865,10 @@
         <translation>Appel…</translation>
     </message>
     <message>
+        <source>Ringing...</source>
+        <translation>Ça sonne…</translation>
+    </message>
+    <message>
         <source>Incoming call</source>
         <translation>Appel entrant</translation>
     </message>
@@ -1615,6 +1619,10 @@
     <message>
         <source>Held by the other side</source>
         <translation>Mis en attente par le correspondant</translation>
+    </message>
+    <message>
+        <source>Forwarded by %1</source>
+        <translation>Renvoyé par %1</translation>
     </message>
     <message>
         <source>Hold</source>

@@ -865,6 +865,10 @@
         <translation>正在呼叫……</translation>
     </message>
     <message>
+        <source>Ringing...</source>
+        <translation>正在振铃……</translation>
+    </message>
+    <message>
         <source>Incoming call</source>
         <translation>来电</translation>
     </message>
@@ -1615,6 +1619,10 @@
     <message>
         <source>Held by the other side</source>
         <translation>对方已保持</translation>
+    </message>
+    <message>
+        <source>Forwarded by %1</source>
+        <translation>由 %1 转移</translation>
     </message>
     <message>
         <source>Hold</source>

@@ -46,6 +46,7 @@ enum : unsigned int {
     // Calls on the wire, to "app_hxMedia"; wParam: the call, lParam: what the message says. Descriptions are
     // SDP
     // texts with their zero, behind the record where there is one.
+    MEDIA_MSG_CALL_PREPARE = 0x7003A,  // calls may come: what they need is loaded
     MEDIA_MSG_CALL_OFFER = 0x70030,    // extra: CALL_WISH; lParam: number of the request
     MEDIA_MSG_CALL_ANSWER = 0x70031,   // extra: CALL_WISH and the offer; lParam: number of the request
     MEDIA_MSG_CALL_AGREE = 0x70032,    // extra: the answer

@@ -199,6 +199,45 @@ TEST_F(Negotiation, BothSidesMayHold)
     }
 }
 
+TEST_F(Negotiation, AnOfferWithoutAPortStopsTheSoundUntilTheNextOne)
+{
+    const QByteArray stop = described("m=audio 0 RTP/AVP 8\r\n");
+    EXPECT_EQ(m_ours.answer(stop, {}), "") << "nothing was there to stop";
+    ASSERT_FALSE(m_ours.answer(sound("8"), {}).isEmpty());
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_EQ(mediaLines(m_ours.answer(stop, {})), "m=audio 0 RTP/AVP 8|");
+        EXPECT_FALSE(m_ours.agreed().bSound || m_ours.agreed().bSends || m_ours.agreed().bReceives);
+        EXPECT_TRUE(m_ours.agreed().bHeldByPeer);
+    }
+    EXPECT_EQ(m_ours.answer(sound("18"), {}), "") << "a line with a port wants another answer";
+    EXPECT_EQ(mediaLines(m_ours.offer({})), "m=audio 36000 RTP/AVP 96 9 8 0 101|") << "we may take it up";
+    EXPECT_EQ(mediaLines(m_ours.answer(sound("8"), {})), "m=audio 36000 RTP/AVP 8|");
+    EXPECT_TRUE(m_ours.agreed().bSound && m_ours.agreed().bSends && m_ours.agreed().bReceives);
+    EXPECT_FALSE(m_ours.agreed().bHeldByPeer);
+}
+
+TEST_F(Negotiation, ASoundThatWasEncryptedIsOfferedSoAfterAStop)
+{
+    const QByteArray secure = sound("8", keyLine(1, "AES_CM_128_HMAC_SHA1_80", 'k'), "RTP/SAVP");
+    ASSERT_FALSE(m_ours.answer(secure, {}).isEmpty());
+    ASSERT_FALSE(m_ours.answer(described("m=audio 0 RTP/SAVP 8\r\n"), {}).isEmpty());
+    EXPECT_TRUE(m_ours.offer({}).contains("RTP/SAVP"));
+}
+
+TEST_F(Negotiation, OfTwoLinesTheEncryptedOneIsTaken)
+{
+    const QByteArray answer =
+        m_ours.answer(described("m=audio 5004 RTP/AVP 8\r\nm=audio 5006 RTP/SAVP 8\r\n" +
+                                keyLine(1, "AES_CM_128_HMAC_SHA1_80", 'k')),
+                      {});
+    EXPECT_EQ(mediaLines(answer), "m=audio 0 RTP/AVP 8|m=audio 36000 RTP/SAVP 8|");
+    EXPECT_EQ(m_ours.agreed().eSuite, CRYPTO_SUITE::AES_SHA1_80);
+    EXPECT_EQ(
+        mediaLines(m_ours.answer(described("m=audio 5004 RTP/AVP 8\r\nm=audio 5006 RTP/SAVP 8\r\n"), {})),
+        "m=audio 36000 RTP/AVP 8|m=audio 0 RTP/SAVP 8|")
+        << "without a key it is none";
+}
+
 TEST_F(Negotiation, ADirectionOfTheWholeDescriptionHoldsForALineWithoutOne)
 {
     const QByteArray all =

@@ -299,7 +299,7 @@ TEST_F(CallActions, SwapGoesFromOneToTheOther)
     EXPECT_EQ(name(), "Bob");
     tapSoftKey(screen(), 3);
     EXPECT_EQ(name(), "Anna");
-    EXPECT_EQ(state(), "On hold");
+    EXPECT_EQ(state(), "On hold \u00b7 Held by the other side");
     EXPECT_FALSE(action("actSwap")->isVisible());
 }
 

@@ -76,6 +76,13 @@ public:
     }
 };
 
+// Lines whose sound goes a way of its own.
+class RealSound : public phoneSimulation
+{
+public:
+    bool hasOwnSound() const override { return true; }
+};
+
 // Hears what the phone tells the media server.
 class MediaServer : public chMsgProcesser
 {
@@ -351,6 +358,34 @@ TEST_F(CallDisplay, TheMediaServerHearsOfTheSession)
     EXPECT_EQ(record(), nullptr);
     EXPECT_TRUE(kit::waitUntil([&] { return server.heard.size() == 2; }));
     EXPECT_EQ(server.heard.last(), QString("70002 %1").arg(call));
+    messageServiceStop();
+}
+
+TEST_F(CallDisplay, TheSessionOfARealCallHasNoSoundAndTakesTheClientsVideo)
+{
+    phoneService::instance().setBackend(std::make_unique<RealSound>());
+    registerLines();
+    switchOn();
+    MediaServer server;
+    ASSERT_EQ(messageServiceStart("app_hxMedia"), 1);
+    const int call = dial("4711");
+    kit::stepTime(kAnswered);
+    ASSERT_TRUE(kit::waitUntil([&] { return !server.heard.isEmpty(); }));
+    EXPECT_EQ(params(), QStringList{QString("param %1 %2").arg(call).arg(34000 + 4 * call)})
+        << "the client stands back";
+    EXPECT_EQ(server.param.nAudLocalPort, 0);
+    EXPECT_EQ(server.param.nAudRemotePort, 0);
+    kit::stepTime(3 * callMedia::WATCH_MS);
+    record()->nVidLocalPort = 35820;
+    record()->nVidRemotePort = 35620;
+    kit::stepTime(callMedia::WATCH_MS + 100);
+    ASSERT_TRUE(kit::waitUntil([&] { return server.heard.size() >= 2; }));
+    EXPECT_EQ(server.param.nVidRemotePort, 35620);
+    EXPECT_EQ(server.param.nAudRemotePort, 0);
+    hangUpAll();
+    const QString start = QString("70001 %1").arg(call);
+    ASSERT_TRUE(kit::waitUntil([&] { return server.heard.size() >= 3; }));
+    EXPECT_EQ(server.heard, (QStringList{start, start, QString("70002 %1").arg(call)}));
     messageServiceStop();
 }
 

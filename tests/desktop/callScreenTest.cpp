@@ -49,6 +49,15 @@ protected:
         kit::settle();
         ASSERT_NE(screen(), nullptr);
     }
+    // The text of the label, when it has no room even at that size; else nothing.
+    static std::string tooLong(const char* name, int pixels)
+    {
+        const auto* label = screen()->findChild<QLabel*>(name);
+        QFont font = label->font();
+        font.setPixelSize(pixels);
+        const bool fits = QFontMetrics(font).horizontalAdvance(label->text()) <= label->width();
+        return fits ? std::string() : label->text().toStdString();
+    }
     static constexpr int kAnswered = 2000; // ms after which the other side has answered
 
     QWidget below;
@@ -464,7 +473,65 @@ TEST_F(CallScreen, ACallersNameAndNumberAreCutToWhatANumberMayHave)
     EXPECT_EQ(call.strNumber, QString(128, '7'));
     EXPECT_EQ(call.forwardedBy, QStringList(32, QString(128, '8')));
     ASSERT_NE(screen(), nullptr);
+    // What is shown of them can be read, and whether it rings stays on its line.
+    EXPECT_EQ(tooLong("labName", 20), "");
+    EXPECT_EQ(tooLong("labState", 15), "");
+    EXPECT_EQ(tooLong("labNumber", 13), "");
+    EXPECT_TRUE(QString::fromStdString(labelText(screen(), "labState"))
+                    .endsWith(QString::fromUtf8("\u2026 \u00b7 Incoming call")))
+        << labelText(screen(), "labState");
     kit::shot("call-long-name");
+    phoneService::instance().answer(call.nId);
+    kit::settle();
+    EXPECT_EQ(tooLong("labName", 20), "");
+    EXPECT_EQ(tooLong("labNumber", 13), "");
+    EXPECT_EQ(labelText(screen(), "labState"), "In call");
+    kit::shot("call-long-name-talks");
+}
+
+TEST_F(CallScreen, TellsWhoHasForwardedACall)
+{
+    tagCaller caller;
+    caller.strNumber = "4711";
+    caller.strName = "Anna";
+    caller.nLine = 0;
+    caller.forwardedBy = QStringList{"8001", "8002"};
+    ASSERT_TRUE(phoneSimulation::instance()->ringFrom(caller));
+    kit::settle();
+    EXPECT_EQ(labelText(screen(), "labNumber"), "Forwarded by 8002") << "the last one";
+    EXPECT_EQ(labelText(screen(), "labState"), "4711 \u00b7 Incoming call");
+    EXPECT_EQ(cutTexts(screen()), "");
+    kit::shot("call-forwarded");
+    phoneService::instance().answer(phoneService::instance().calls()[0].nId);
+    kit::settle();
+    EXPECT_EQ(labelText(screen(), "labNumber"), "4711");
+}
+
+TEST_F(CallScreen, TellsOnceItRingsThere)
+{
+    dial("4711");
+    EXPECT_EQ(labelText(screen(), "labState"), "Calling...");
+    kit::stepTime(kAnswered / 2);
+    EXPECT_EQ(labelText(screen(), "labState"), "Ringing...");
+    kit::shot("call-rings-there");
+    kit::stepTime(kAnswered);
+    EXPECT_EQ(labelText(screen(), "labState"), "In call");
+}
+
+TEST_F(CallScreen, SaysWhenBothSidesHold)
+{
+    dial("4711");
+    kit::stepTime(kAnswered);
+    const int id = phoneService::instance().calls().value(0).nId;
+    ASSERT_TRUE(phoneSimulation::instance()->holdFromOutside(id, true));
+    EXPECT_EQ(labelText(screen(), "labState"), "Held by the other side");
+    phoneService::instance().rules().setHeld(id, true);
+    EXPECT_EQ(labelText(screen(), "labState"), "On hold \u00b7 Held by the other side");
+    kit::shot("call-both-hold");
+    for (const char* language : {"Chinese", "German", "French", "Spanish", "English"}) {
+        setLanguage(language);
+        EXPECT_EQ(cutTexts(screen()), "") << language;
+    }
 }
 
 TEST_F(CallScreen, TheKeyThatEndedACallLeadsBackFromIt)

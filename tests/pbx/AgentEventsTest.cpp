@@ -66,6 +66,28 @@ TEST_F(PbxAgentEvents, AWatchedExtensionRingsAndItsCallIsTaken)
     anna.expectEnd(atAnna, SIP_HUNG_UP, 0);
 }
 
+TEST_F(PbxAgentEvents, AnExtensionWithoutAPhoneIsNotFree)
+{
+    begin();
+    auto watch = sipWire::make<tagSipWatch>(SIP_WATCH, 1);
+    sipWire::setText(watch.szNumber, "1002");
+    cleo.agent.tell(watch);
+    auto list = sipWire::make<tagSipTarget>(SIP_WATCH_LIST, 0);
+    sipWire::setText(list.szTarget, "blf");
+    anna.agent.tell(list);
+    expectLamp(1, SIP_LAMP_IDLE);
+    const auto expectBen = [&](SIP_LAMP_STATE lamp) {
+        const tagSipMember* member = nullptr;
+        do {
+            ASSERT_TRUE((member = anna.next<tagSipMember>(SIP_MEMBER, 0))) << lamp;
+        } while (strcmp(member->szNumber, "1002") != 0 || member->eLamp != uint32_t(lamp));
+    };
+    expectBen(SIP_LAMP_IDLE);
+    ben.agent.tell(sipWire::make<tagSipAccount>(SIP_ACCOUNT, 0)); // it has none any more
+    expectLamp(1, SIP_LAMP_UNKNOWN);
+    expectBen(SIP_LAMP_UNKNOWN);
+}
+
 TEST_F(PbxAgentEvents, TheListOfAllExtensionsComesWithTheirStates)
 {
     begin();

@@ -31,6 +31,14 @@ namespace {
     return isWhole;
 }
 
+// Tells that nothing is known of the extension.
+::testing::AssertionResult isUnknown(const QByteArray& notice)
+{
+    if (headerOf(notice, "Subscription-State").startsWith("pending;expires=") && notice.endsWith("\r\n\r\n"))
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << notice.constData();
+}
+
 class PbxEvents : public PbxCalls
 {
 protected:
@@ -100,7 +108,20 @@ TEST_F(PbxEvents, TheCallerIsSeenFromTheBeginningAndALostCallGoesWithItsPhone)
     first->reply(atFirst, "200 OK");
     EXPECT_TRUE(holds(notice(watcher), "<state>confirmed</state>"));
     EXPECT_EQ(statusOf(caller->registers(0)), 200);
-    EXPECT_TRUE(isIdle(notice(watcher)));
+    EXPECT_TRUE(isUnknown(notice(watcher)));
+}
+
+TEST_F(PbxEvents, OfAnExtensionWithoutAPhoneNothingIsKnown)
+{
+    begin();
+    ASSERT_EQ(subscribe(*caller, "1003", "dialog", "Expires: 600"), 200);
+    EXPECT_TRUE(isUnknown(notice(*caller)));
+    WirePhone third("1003", pbx.port());
+    ASSERT_EQ(statusOf(third.registers()), 200);
+    EXPECT_TRUE(isIdle(notice(*caller)));
+    ASSERT_EQ(statusOf(third.registers()), 200);
+    ASSERT_EQ(statusOf(third.registers(0)), 200);
+    EXPECT_TRUE(isUnknown(notice(*caller))) << "once, and only now";
 }
 
 TEST_F(PbxEvents, TheListHasEveryExtensionWithItsName)
@@ -115,7 +136,7 @@ TEST_F(PbxEvents, TheListHasEveryExtensionWithItsName)
     EXPECT_TRUE(holds(told, "fullState=\"true\""));
     EXPECT_TRUE(holds(told, "\"><name>Ben</name>"));
     EXPECT_TRUE(holds(told, "\"><name>Cleo &amp; Co</name>"));
-    EXPECT_EQ(told.count("Content-Type: application/dialog-info+xml"), 3);
+    EXPECT_EQ(told.count("Content-Type: application/dialog-info+xml"), 2) << "1003 has no phone";
     ASSERT_TRUE(caller->calls("1002", "listed"));
     EXPECT_TRUE(holds(notice(watcher), "<state>trying</state>"));
 }

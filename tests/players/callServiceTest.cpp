@@ -70,6 +70,12 @@ protected:
     {
         return kit::waitUntil([&] { return heard().last(0.3, kRate).has(kHertz); }, ms);
     }
+    // The coder's part of the toolkit.
+    bool isLoaded(const char* library) const
+    {
+        QFile maps(QString("/proc/%1/maps").arg(m_media.processId()));
+        return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(library);
+    }
     bool isLoudspeakerOpen() const
     {
         for (const QFileInfo& handle : QDir(QString("/proc/%1/fd").arg(m_media.processId()))
@@ -102,6 +108,18 @@ TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
     EXPECT_TRUE(isHeard()) << "the other one still talks";
     m_sessions.setMuted(2, true);
     EXPECT_TRUE(isSilent());
+}
+
+TEST_F(CallService, WhereALineIsRegisteredTheCodersAreThereBeforeTheCall)
+{
+    startMedia();
+    EXPECT_FALSE(kit::waitUntil([&] { return isLoaded("libgstopus"); }, 1000)) << "nobody needs them";
+    m_sessions.prepare();
+    EXPECT_TRUE(kit::waitUntil([&] { return isLoaded("libgstopus") && isLoaded("libgstwebrtcdsp"); }));
+    m_media.kill();
+    m_media.waitForFinished();
+    startMedia();
+    EXPECT_TRUE(kit::waitUntil([&] { return isLoaded("libgstopus"); })) << "the next server knows it too";
 }
 
 TEST_F(CallService, AnEncryptedCallSaysSoAndTakesTones)
@@ -218,7 +236,8 @@ TEST_F(CallPictures, HoldTakesThePictureAwayAndTheEndGivesItsMemoryBack)
     held.bHeld = true;
     connectPictures(1, 2, held);
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].strPicture.isEmpty(); }, 8000));
-    EXPECT_EQ(m_news.streams[1].nOwnPicture, 0) << "the camera is off";
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }, 8000))
+        << "the camera is off";
     connectPictures(1, 2, video());
     ASSERT_TRUE(isShown());
     m_sessions.end(1);

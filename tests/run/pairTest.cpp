@@ -4,6 +4,7 @@
 #include "tests/players/films.h"
 #include "tests/run/runScript.h"
 #include <QColor>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -43,12 +44,70 @@ protected:
     {
         return eventually([&] { return callOf(phone)["state"].toString() == "talking"; });
     }
-    // Of the key of the other phone.
-    static bool shows(ControlLink& phone, const char* lamp)
+    // The name on the call screen, which is on top.
+    static QString nameShown(ControlLink& phone)
+    {
+        const QJsonObject top = phone.ask({"tree"}).toObject()["windows"].toArray().first().toObject();
+        for (const QJsonValue& widget : top["widgets"].toArray()) {
+            if (widget.toObject()["name"] == "labName")
+                return widget.toObject()["text"].toString();
+        }
+        return QString();
+    }
+    static bool showsAt(ControlLink& phone, const char* key, const char* lamp)
     {
         return eventually([&] {
-            return phone.ask({"dsskey", "3", "show"}).toObject()["lamp"].toString() == QLatin1String(lamp);
+            return phone.ask({"dsskey", key, "show"}).toObject()["lamp"].toString() == QLatin1String(lamp);
         });
+    }
+    // Of the key of the other phone.
+    static bool shows(ControlLink& phone, const char* lamp) { return showsAt(phone, "3", lamp); }
+    static qsizetype callCount(ControlLink& phone)
+    {
+        return phone.ask({"calls"}).toObject()["calls"].toArray().size();
+    }
+    static QJsonObject callNo(ControlLink& phone, int id)
+    {
+        for (const QJsonValue& call : phone.ask({"calls"}).toObject()["calls"].toArray()) {
+            if (call.toObject()["id"].toInt() == id)
+                return call.toObject();
+        }
+        return QJsonObject();
+    }
+    // Anna calls by a key, the other one answers; the call at her phone.
+    int talkAsAnna(const char* key, ControlLink& other)
+    {
+        anna.ask({"dsskey", key, "press"});
+        EXPECT_TRUE(eventually([&] { return callOf(other)["state"].toString() == "ringing"; }));
+        other.ask({"key", "F1"});
+        EXPECT_TRUE(talks(other));
+        const QJsonObject call = anna.ask({"calls"}).toObject()["calls"].toArray().last().toObject();
+        const int id = call["id"].toInt();
+        EXPECT_TRUE(eventually([&] { return callNo(anna, id)["state"].toString() == "talking"; }));
+        return id;
+    }
+    // With the password that is told for it.
+    void registerGuest(ControlLink& phone)
+    {
+        static const QRegularExpression told("password ([a-z0-9]+), server 127\\.0\\.0\\.1:(\\d+)");
+        const QRegularExpressionMatch match = told.match(QString::fromUtf8(m_pair.output()));
+        const char* const file = "/rundata/config/user/voip/sipAccount0.cfg";
+        const QList<QStringList> keys{{"Enable", "1"},
+                                      {"DisplayName", "Cleo"},
+                                      {"AuthName", ""},
+                                      {"UserName", "1003"},
+                                      {"password", match.captured(1)},
+                                      {"SIPServerHost", "127.0.0.1"},
+                                      {"SIPServerPort", match.captured(2)}};
+        for (const QStringList& key : keys)
+            phone.ask({"config", file, "account", key[0], key[1]});
+        phone.ask({"post", "app_hxPhone", "65543", "3", "0"});
+    }
+    static void shot(ControlLink& phone, const QString& name)
+    {
+        phone.ask({"wait", "idle", "10000"});
+        QDir().mkpath(QStringLiteral(HX_BUILD_DIR) + "/shots");
+        phone.ask({"shot", QStringLiteral(HX_BUILD_DIR) + "/shots/" + name + ".png"});
     }
     QByteArray read(const QString& name) const
     {
@@ -87,16 +146,18 @@ TEST_F(RunPair, ThePhonesCallEachOtherByTheirKeysAndHangUp)
     EXPECT_EQ(ports.size(), 2) << m_pair.output().constData();
     EXPECT_NE(ports.value(0).toStdString(), ports.value(1).toStdString());
 
-    EXPECT_EQ(anna.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1002");
+    EXPECT_EQ(anna.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1001");
     EXPECT_EQ(anna.ask({"dsskey", "5", "show"}).toObject()["number"].toString().toStdString(), "*97");
-    EXPECT_EQ(ben.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1001");
+    EXPECT_EQ(ben.ask({"dsskey", "3", "show"}).toObject()["number"].toString().toStdString(), "1002");
     EXPECT_TRUE(shows(anna, "idle"));
     EXPECT_TRUE(shows(ben, "idle"));
     anna.ask({"dsskey", "3", "press"});
     ASSERT_TRUE(eventually([&] { return callOf(ben)["state"].toString() == "ringing"; }))
         << m_pair.output().constData();
     EXPECT_EQ(callOf(ben)["name"].toString().toStdString(), "Anna");
-    EXPECT_EQ(callOf(ben)["number"].toString().toStdString(), "1001");
+    EXPECT_EQ(callOf(ben)["number"].toString().toStdString(), "1002");
+    EXPECT_EQ(nameShown(anna).toStdString(), "Ben") << "not whom the phone book has there";
+    EXPECT_EQ(nameShown(ben).toStdString(), "Anna");
     EXPECT_TRUE(shows(anna, "ringing"));
     EXPECT_TRUE(shows(ben, "busy"));
     ben.ask({"key", "F1"});
@@ -106,6 +167,47 @@ TEST_F(RunPair, ThePhonesCallEachOtherByTheirKeysAndHangUp)
     anna.ask({"key", "F4"});
     EXPECT_TRUE(eventually([&] { return callOf(ben).isEmpty() && callOf(anna).isEmpty(); }));
     EXPECT_TRUE(shows(anna, "idle"));
+}
+
+TEST_F(RunPair, AThirdPhoneIsPutThroughAndJoinedByTheSecond)
+{
+    start();
+    RunScript guest;
+    guest.launch(
+        {"--built", HX_BUILD_DIR, "--root", guest.root(), "--control", guest.root() + "/ctl", "--port", "0"});
+    ControlLink cleo;
+    ASSERT_TRUE(cleo.open(guest.root() + "/ctl", kStartMs)) << guest.output().constData();
+    cleo.ask({"wait", "page", "frmDesktop", "20000"});
+    EXPECT_TRUE(showsAt(anna, "4", "unknown")) << "nobody has registered it";
+    registerGuest(cleo);
+    EXPECT_TRUE(showsAt(anna, "4", "idle"));
+
+    const int toBen = talkAsAnna("3", ben);
+    ASSERT_GT(toBen, 0);
+    const int toCleo = talkAsAnna("4", cleo);
+    ASSERT_GT(toCleo, 0);
+    EXPECT_TRUE(eventually([&] { return callOf(ben)["remoteHeld"].toBool(); }));
+    shot(anna, "three-first-held");
+    shot(ben, "three-held-there");
+
+    anna.ask({"join", QString::number(toCleo), QString::number(toBen)});
+    EXPECT_TRUE(eventually([&] { return callNo(anna, toBen)["joined"].toInt() == toCleo; }));
+    EXPECT_TRUE(eventually([&] { return !callOf(ben)["remoteHeld"].toBool(); }));
+    shot(anna, "three-joined");
+    anna.ask({"split", QString::number(toCleo)});
+    EXPECT_TRUE(eventually([&] { return callOf(ben)["remoteHeld"].toBool(); }));
+
+    anna.ask({"connect", QString::number(toBen), QString::number(toCleo)});
+    EXPECT_TRUE(eventually([&] { return callCount(anna) == 0; }));
+    EXPECT_TRUE(talks(ben));
+    EXPECT_TRUE(talks(cleo));
+    EXPECT_TRUE(eventually([&] {
+        return callOf(ben)["number"].toString() == "1003" || callOf(cleo)["number"].toString() == "1001";
+    }));
+    shot(ben, "three-connected-ben");
+    shot(cleo, "three-connected-cleo");
+    ben.ask({"key", "F4"});
+    EXPECT_TRUE(eventually([&] { return callCount(ben) == 0 && callCount(cleo) == 0; }));
 }
 
 // Between the shades and below the corner of the own picture: the surface has 640 by 480 in its middle.

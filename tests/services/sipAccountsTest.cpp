@@ -1,4 +1,5 @@
 // The accounts of the files as the SIP user agent is told them, and the states of lines that it tells.
+#include "host/services/system/netWorld.h"
 #include "tests/services/recorder.h"
 #include "tests/services/sipStand.h"
 
@@ -150,4 +151,28 @@ TEST_F(SipAccounts, WaitingMessagesAreThoseOfTheServer)
     EXPECT_TRUE(kit::waitUntil([&] { return phone_GetAccountInfoById(0, &info) && info.nNewMessages == 3; }));
     agent.leave();
     EXPECT_TRUE(kit::waitUntil([&] { return phone_GetAccountInfoById(0, &info) && info.nNewMessages == 0; }));
+}
+
+TEST_F(SipAccounts, OtherAddressesOfThePhoneAreToldToTheAgent)
+{
+    in_addr address = {};
+    address.s_addr = htonl(0xc0000207);
+    netWorld().address = address;
+    begin();
+    EXPECT_TRUE(agent.isQuiet(SIP_NETWORK));
+    kit::stepTime(sipBackend::LOOK_MS);
+    EXPECT_TRUE(agent.isQuiet(SIP_NETWORK)) << "nothing is new";
+    netWorld().address = in_addr();
+    kit::stepTime(sipBackend::LOOK_MS);
+    EXPECT_TRUE(agent.isQuiet(SIP_NETWORK)) << "it has none, and nobody to reach";
+    netWorld().address = address;
+    kit::stepTime(sipBackend::LOOK_MS);
+    EXPECT_TRUE(agent.isQuiet(SIP_NETWORK)) << "it is back where it was";
+    address.s_addr = htonl(0xc0000208);
+    netWorld().address = address;
+    kit::stepTime(sipBackend::LOOK_MS);
+    EXPECT_TRUE(agent.next<tagSipHead>(SIP_NETWORK));
+    kit::stepTime(sipBackend::LOOK_MS);
+    EXPECT_TRUE(agent.isQuiet(SIP_NETWORK)) << "once";
+    netWorld() = tagNetWorld();
 }

@@ -84,6 +84,31 @@ TEST_F(SipCallTest, OneThatGoesOutRingsTalksAndIsHungUp)
     EXPECT_EQ(heard.size(), told);
 }
 
+TEST_F(SipCallTest, OneThatGoesOutTellsOnceItRingsThere)
+{
+    EXPECT_EQ(phone_CallNumber("300", 0, -1), 1);
+    ASSERT_TRUE(agent.next<tagSipDial>(SIP_DIAL));
+    auto progress = sipWire::make<tagSipProgress>(SIP_PROGRESS, OUT);
+    progress.nStatus = 181;
+    agent.tell(progress);
+    kit::settle();
+    EXPECT_FALSE(call().bRingsThere) << "it goes elsewhere";
+    progress.nStatus = 180;
+    agent.tell(progress);
+    EXPECT_TRUE(kit::waitUntil([] { return call().bRingsThere; }));
+    const qsizetype told = heard.size();
+    progress.nStatus = 183;
+    agent.tell(progress);
+    kit::settle();
+    EXPECT_EQ(heard.size(), told);
+    // Another phone is called then.
+    auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, OUT);
+    ended.eEnding = SIP_REDIRECTED;
+    sipWire::setText(ended.szTarget, "sip:301@pbx.test");
+    agent.tell(ended);
+    EXPECT_TRUE(kit::waitUntil([] { return !call().bRingsThere; }));
+}
+
 TEST_F(SipCallTest, OneThatComesInRingsIsAnsweredAndEndsByTheOtherSide)
 {
     const int id = arrives(arrival(IN, "200", "their offer"));

@@ -6,6 +6,13 @@
 
 namespace {
 
+// Where it is watched, memory that was given back is kept for a while.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kFreedStays = true;
+#else
+constexpr bool kFreedStays = false;
+#endif
+
 // The classes of torture: syntax that is valid and strange, invalid in each part, and lengths that lie.
 QList<QByteArray> damaged(const QByteArray& invite)
 {
@@ -194,7 +201,9 @@ TEST_F(SipCalls, AFloodOfCallsIsRefusedAndLeavesNothingBehind)
     flood("b", 1000);
     waitUntilForgotten();
     const qint64 after = kit::statusKiB(agent.pid(), "VmRSS");
-    EXPECT_LT(after - before, 1000) << before;
+    if (!kFreedStays) {
+        EXPECT_LT(after - before, 1000) << before;
+    }
     EXPECT_FALSE(agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }, 100));
     tellStatus(SIP_REFUSE, SIP_CALL_FIRST_INCOMING, 486);
     expectEnd(SIP_CALL_FIRST_INCOMING, SIP_REFUSED, 486);

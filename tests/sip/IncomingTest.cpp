@@ -40,13 +40,22 @@ TEST_F(SipCalls, ACallerWhoGivesUpEndsTheRinging)
 TEST_F(SipCalls, ACallThatAnotherPhoneHasAnsweredIsNoMissedOne)
 {
     begin();
-    const QByteArray invite = inviteText("elsewhere");
-    peer->send(invite, agent.port());
-    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
-    QByteArray cancel = invite.left(invite.indexOf("Content-Type")).replace("INVITE", "CANCEL");
-    cancel += "Reason: SIP;cause=200;text=\"Call completed elsewhere\"\r\nContent-Length: 0\r\n\r\n";
-    peer->send(cancel, agent.port());
-    expectEnd(kFirst, SIP_ELSEWHERE, 0);
+    const QList<QPair<QByteArray, SIP_ENDING>> reasons = {
+        {"SIP;cause=200;text=\"Call completed elsewhere\"", SIP_ELSEWHERE},
+        {"Q.850;cause=26", SIP_ELSEWHERE},
+        {"Q.850;cause=16", SIP_CANCELLED},
+        {"SIP;cause=26", SIP_CANCELLED}};
+    for (int i = 0; i < reasons.size(); ++i) {
+        SCOPED_TRACE(i);
+        const uint32_t id = kFirst + uint32_t(i);
+        const QByteArray invite = inviteText("elsewhere" + QByteArray::number(i));
+        peer->send(invite, agent.port());
+        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
+        QByteArray cancel = invite.left(invite.indexOf("Content-Type")).replace("INVITE", "CANCEL");
+        cancel += "Reason: " + reasons[i].first + "\r\nContent-Length: 0\r\n\r\n";
+        peer->send(cancel, agent.port());
+        expectEnd(id, reasons[i].second, 0);
+    }
 }
 
 TEST_F(SipCalls, ACallIsRefusedWithTheStatusThatThePhoneSays)
@@ -57,6 +66,11 @@ TEST_F(SipCalls, ACallIsRefusedWithTheStatusThatThePhoneSays)
     tellStatus(SIP_REFUSE, kFirst, 603);
     EXPECT_TRUE(peer->receive("SIP/2.0 603").contains("To: <sip:" + contact));
     expectEnd(kFirst, SIP_REFUSED, 603);
+
+    peer->send(inviteText("hidden"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst + 1));
+    tellStatus(SIP_REFUSE, kFirst + 1, 433);
+    EXPECT_NE(peer->receive("SIP/2.0 433 Anonymity Disallowed\r\n").toStdString(), "");
 }
 
 TEST_F(SipCalls, ADeflectedCallIsToldWhereToGo)
@@ -231,6 +245,12 @@ TEST_F(SipCalls, EveryWayToAskForAnAnswerWithoutAHandIsKnown)
     const QList<QPair<QByteArray, uint32_t>> ways = {{"Call-Info: <sip:h>;answer-after=0", 1},
                                                      {"Alert-Info: <http://h>;info=alert-autoanswer", 1},
                                                      {"Alert-Info: <http://h>;answer-after=0", 1},
+                                                     {"Alert-Info: Auto Answer", 1},
+                                                     {"Alert-Info: ;info=Auto Answer", 1},
+                                                     {"Alert-Info: info=alert-autoanswer;delay=0", 1},
+                                                     {"Alert-Info: ring-answer", 1},
+                                                     {"Call-Info: answer-after=0", 1},
+                                                     {"Alert-Info: intercom bell", 0},
                                                      {"Answer-Mode: Auto", 1},
                                                      {"Priv-Answer-Mode: Auto", 1},
                                                      {"P-Auto-Answer: normal", 1},
@@ -261,4 +281,47 @@ TEST_F(SipCalls, AnEmptyAnswerRefusesAnOfferAtOnceAndTheCallGoesOn)
     EXPECT_EQ(peer->receive("INVITE", 300).toStdString(), "");
     tellStatus(SIP_HANG_UP, id);
     EXPECT_NE(peer->receive("BYE").toStdString(), "");
+}
+
+TEST_F(SipCalls, TheOlderHeadersTellOfTheCallerTheSame)
+{
+    begin();
+    const QByteArray party = "Remote-Party-ID: \"Dora\" <sip:401@h>;party=calling;privacy=";
+    peer->send(inviteText("party", "Remote-Party-ID: <sip:9@h>;party=called\r\n" + party + "off"),
+               agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "401");
+    EXPECT_STREQ(arrived->szName, "Dora");
+    EXPECT_EQ(arrived->bAnonymous, 0u);
+    tellStatus(SIP_REFUSE, kFirst, 486);
+
+    peer->send(inviteText("hides", party + "full"), agent.port());
+    arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + 1);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "");
+    EXPECT_EQ(arrived->bAnonymous, 1u);
+    tellStatus(SIP_REFUSE, kFirst + 1, 486);
+
+    peer->send(inviteText("both", "P-Asserted-Identity: <sip:204@h>\r\n" + party + "off"), agent.port());
+    arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + 2);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "204");
+    tellStatus(SIP_REFUSE, kFirst + 2, 486);
+
+    UdpPeer stranger("127.0.0.2");
+    stranger.send(inviteText("strange", party + "off"), agent.port());
+    arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + 3);
+    ASSERT_TRUE(arrived);
+    EXPECT_STREQ(arrived->szNumber, "200");
+    tellStatus(SIP_REFUSE, kFirst + 3, 486);
+
+    peer->send(inviteText("history", "History-Info: <sip:801@h?Reason=SIP%3Bcause%3D302>;index=1,"
+                                     "<sip:802@h>;index=1.1\r\nHistory-Info: <sip:100@h>;index=1.1.1"),
+               agent.port());
+    arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst + 4);
+    ASSERT_TRUE(arrived);
+    ASSERT_EQ(arrived->nForwards, 2u);
+    EXPECT_STREQ(arrived->szForwardedBy[0], "801");
+    EXPECT_STREQ(arrived->szForwardedBy[1], "802");
 }

@@ -243,7 +243,7 @@ TEST_F(SipMessages, WhatNobodyAskedForCountsFromTheLinesOwnServerAlone)
     EXPECT_TRUE(isNothingTold());
 }
 
-TEST_F(SipMessages, AFloodOfNotesIsHeardInPartAndTakesNoMemory)
+TEST_F(SipMessages, AFloodOfNotesIsHeardInPartAndTakesLittleMemory)
 {
     constexpr int kNotes = 3000;
     begin();
@@ -262,7 +262,7 @@ TEST_F(SipMessages, AFloodOfNotesIsHeardInPartAndTakesNoMemory)
         ++heard;
     EXPECT_GT(heard, 100);
     EXPECT_LT(heard, kNotes * 3 / 4);
-    EXPECT_LT(kit::statusKiB(agent.pid(), "VmRSS") - before, 6000) << before;
+    EXPECT_LT(kit::statusKiB(agent.pid(), "VmRSS") - before, 9000) << before;
     note(subscribe, kNone, kType);
     expectMessages(true, 0, 8);
 }

@@ -210,3 +210,78 @@ TEST_F(SipOffers, ASessionThatIsTooShortForThePhoneIsRefused)
     EXPECT_EQ(headerOf(peer->receive("SIP/2.0 422"), "Min-SE").toStdString(), "90");
     EXPECT_FALSE(agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }, 100));
 }
+
+TEST_F(SipOffers, AnOfferThatIsRefusedLeavesTheCallWhateverTheStatus)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    for (const char* status : {"403 No", "404 No", "405 No", "410 No", "416 No", "480 No", "482 No", "484 No",
+                               "486 No", "500 No", "501 No", "503 No", "504 No", "600 No", "603 No"}) {
+        SCOPED_TRACE(status);
+        tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+        const QByteArray offer = peer->receive("INVITE");
+        ASSERT_NE(offer.toStdString(), "");
+        peer->reply(offer, status, "Retry-After: 1");
+        const auto* talk = next<tagSipMedia>(SIP_TALK, id);
+        ASSERT_TRUE(talk);
+        EXPECT_STREQ(talk->szSdp, "");
+        EXPECT_EQ(peer->receive("BYE", 50).toStdString(), "");
+    }
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=later\r\n");
+    const QByteArray offer = peer->receive("INVITE");
+    EXPECT_TRUE(offer.endsWith("s=later\r\n")) << offer.constData();
+    peer->reply(offer, "200 OK", withSdp(), "v=0\r\ns=agreed\r\n");
+    expectTalk(id, "s=agreed");
+}
+
+TEST_F(SipOffers, APeerThatKnowsNothingOfTheCallEndsItAndIsHungUpOn)
+{
+    begin();
+    for (const char* status : {"481 Call Does Not Exist", "408 Request Timeout"}) {
+        SCOPED_TRACE(status);
+        const uint32_t id = talkOut(status[2] == '1' ? 1 : 2);
+        ASSERT_NE(id, 0u);
+        tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+        peer->reply(peer->receive("INVITE"), status);
+        const QByteArray bye = peer->receive("BYE");
+        EXPECT_NE(bye.toStdString(), "");
+        peer->reply(bye, "481 Call Does Not Exist");
+        const auto* ended = next<tagSipEnded>(SIP_ENDED, id);
+        ASSERT_TRUE(ended);
+        EXPECT_EQ(ended->eEnding, uint32_t(SIP_BROKEN));
+    }
+}
+
+TEST_F(SipOffers, AnOfferThatIsTakenBackLeavesTheCallAndItsMedia)
+{
+    begin();
+    const uint32_t id = talkIn("back");
+    ASSERT_NE(id, 0u);
+    const QByteArray first = lastAnswer;
+    const QByteArray invite = within("INVITE", first, 2, kSdp, "v=0\r\na=sendonly\r\n");
+    peer->send(invite, agent.port());
+    ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+    QByteArray cancel = invite.left(invite.indexOf("Content-Type"));
+    cancel.replace("INVITE sip:", "CANCEL sip:").replace("2 INVITE", "2 CANCEL");
+    peer->send(cancel + "Content-Length: 0\r\n\r\n", agent.port());
+    acknowledge(peer->receive("SIP/2.0 487"));
+    EXPECT_FALSE(agent.next(SIP_ENDED, id, 200));
+    // The phone's answer is nobody's, and its media run as before.
+    tellMedia(SIP_MEDIA, id, "v=0\r\na=recvonly\r\n");
+    const auto* before = next<tagSipMedia>(SIP_OFFER, id);
+    ASSERT_TRUE(before);
+    EXPECT_TRUE(strstr(before->szSdp, "s=offer")) << before->szSdp;
+    tellMedia(SIP_MEDIA, id, "v=0\r\na=sendrecv\r\n");
+    EXPECT_EQ(peer->receive("INVITE", 200).toStdString(), "");
+
+    peer->send(within("INVITE", first, 3, kSdp, "v=0\r\ns=later\r\n"), agent.port());
+    ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=agreed\r\n");
+    const QByteArray answer = peer->receive("SIP/2.0 200");
+    EXPECT_TRUE(answer.endsWith("s=agreed\r\n")) << answer.constData();
+    acknowledge(answer);
+    expectTalk(id, "s=later");
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=ours\r\n");
+    EXPECT_TRUE(peer->receive("INVITE").endsWith("s=ours\r\n"));
+}

@@ -206,3 +206,35 @@ TEST_F(SipCalls, ACallThatWasHungUpTakesNoRoomThoughTheOtherSideSaysNothing)
     dial(3, "303");
     EXPECT_NE(peer->receive("INVITE sip:303@").toStdString(), "");
 }
+
+TEST_F(SipCalls, AnAnswerThatCrossesTheEndIsHungUpOnAtOnce)
+{
+    begin();
+    enum { CANCEL_FIRST, ANSWER_FIRST, CANCEL_UNKNOWN };
+    for (const uint32_t order : {CANCEL_FIRST, ANSWER_FIRST, CANCEL_UNKNOWN}) {
+        SCOPED_TRACE(order);
+        const uint32_t id = order + 1;
+        dial(id, "300");
+        const QByteArray invite = peer->receive("INVITE");
+        peer->reply(invite, "180 Ringing");
+        ASSERT_TRUE(next<tagSipProgress>(SIP_PROGRESS, id));
+        tellStatus(SIP_HANG_UP, id);
+        expectEnd(id, SIP_HUNG_UP, 0);
+        const QByteArray cancel = peer->receive("CANCEL");
+        if (order == CANCEL_FIRST)
+            peer->reply(cancel, "200 OK");
+        peer->reply(invite, "200 OK",
+                    "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
+                        ">\r\nContent-Type: application/sdp",
+                    "v=0\r\ns=answer\r\n");
+        if (order == ANSWER_FIRST)
+            peer->reply(cancel, "200 OK");
+        if (order == CANCEL_UNKNOWN)
+            peer->reply(cancel, "481 Call Does Not Exist");
+        EXPECT_NE(peer->receive("ACK", kBeforeGivenUpMs).toStdString(), "");
+        const QByteArray bye = peer->receive("BYE", kBeforeGivenUpMs);
+        EXPECT_NE(bye.toStdString(), "");
+        peer->reply(bye, "200 OK");
+        EXPECT_FALSE(agent.next(SIP_TALK, id, 50));
+    }
+}

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -89,6 +90,12 @@ void mediaSessions::look()
         if (m_pNews)
             m_pNews->mediaDescribed(call, {});
     }
+}
+
+void mediaSessions::prepare()
+{
+    if (!std::exchange(m_bPrepared, true))
+        msgPostMsgToThread(server(), MEDIA_MSG_CALL_PREPARE, 0, 0);
 }
 
 void mediaSessions::offer(int call, const tagMediaWish& wish)
@@ -205,6 +212,8 @@ void mediaSessions::changed(const msgObject& msg)
 // A server that has just begun knows of no call.
 void mediaSessions::isUp()
 {
+    if (m_bPrepared)
+        msgPostMsgToThread(server(), MEDIA_MSG_CALL_PREPARE, 0, 0);
     if (m_calls.isEmpty())
         return;
     QList<int> asked;

@@ -15,6 +15,7 @@ public:
 
     mediaSessions();
     void setNews(sipMediaNews* news) override { m_pNews = news; }
+    void prepare() override;
     void offer(int call, const tagMediaWish& wish) override;
     void answer(int call, const QByteArray& offer, const tagMediaWish& wish) override;
     void agree(int call, const QByteArray& answer) override;
@@ -44,5 +45,6 @@ private:
     sipMediaNews* m_pNews = nullptr;
     QHash<int, tagState> m_calls;
     unsigned int m_nAsked = 0;
+    bool m_bPrepared = false;
     QTimer m_look;
 };

@@ -76,6 +76,8 @@ public:
     virtual int callTotal() const = 0;
     virtual bool isInTalk() const = 0;
     virtual bool hasPstn() const = 0;
+    // What is said in a call is heard and sent by whoever makes it: the phone has no session for its sound.
+    virtual bool hasOwnSound() const { return false; }
     // The states of other extensions; null where the backend cannot see any. They live as long as it does.
     virtual phoneLamps* lamps() { return nullptr; }
 };

@@ -25,6 +25,8 @@ int simulatedCalls::begin(const QString& number, int account, const tagCallOptio
     call.bAnonymous = options.bAnonymous;
     // Whoever is called here would like to see and be seen.
     m_calls.append({call, true, QElapsedTimer(), false});
+    if (number != kBusyNumber)
+        later(FIRST_RING_MS, call.nId, &simulatedCalls::ringsThere);
     later(RING_MS, call.nId, &simulatedCalls::answered);
     m_changed(call);
     return call.nId;
@@ -100,6 +102,15 @@ tagCall* simulatedCalls::talkingCall(int id)
 {
     const int index = indexOf(id);
     return index >= 0 && m_calls[index].call.eState == CALL_TALKING ? &m_calls[index].call : nullptr;
+}
+
+void simulatedCalls::ringsThere(int id)
+{
+    const int index = indexOf(id);
+    if (index < 0)
+        return;
+    m_calls[index].call.bRingsThere = true;
+    tell(id);
 }
 
 void simulatedCalls::answered(int id)

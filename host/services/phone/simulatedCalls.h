@@ -22,8 +22,8 @@ struct tagCaller
 class simulatedCalls : public QObject
 {
 public:
-    // Until the other side answers; until a caller gives up.
-    enum : int { RING_MS = 1500, CALLER_MS = 60000 };
+    // Until it rings there; until the other side answers; until a caller gives up.
+    enum : int { FIRST_RING_MS = 500, RING_MS = 1500, CALLER_MS = 60000 };
 
     using Told = std::function<void(const tagCall&)>;
     // changed: told each call that begins, changes or ends; arrived: one from outside, before that.
@@ -80,6 +80,7 @@ private:
     tagCall* talkingCall(int id);
     bool tellRefused(int id);
     bool tell(int id);
+    void ringsThere(int id);
     void answered(int id);
     void givenUp(int id);
     void talk(int index);

@@ -5,6 +5,7 @@
 #include "host/services/phone/sipLink.h"
 #include "support/file/deviceRoot.h"
 #include "support/file/path.h"
+#include "support/host/net.h"
 #include "support/host/registry.h"
 #include "support/host/text.h"
 #include "support/host/trace.h"
@@ -65,12 +66,15 @@ sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
         },
         [this](int index) {
             m_pEvents->accountChanged(index);
+            if (m_pAccounts->isRegistered(index))
+                m_pMedia->prepare();
             m_pLamps->refresh();
         });
     m_pCalls = std::make_unique<sipCalls>(
         *m_pLink, *m_pMedia, [this](int line) { return m_pAccounts->file(line).bEncrypt; },
         tagSipCallsNews{[this](const tagCall& call) { m_pEvents->callChanged(call); },
                         [this](const tagCall& call) { m_pEvents->callArrived(call); }});
+    QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { lookAtNetwork(); });
     m_pLamps = std::make_unique<sipLamps>(sipLamps::tagPhone{
         [this](const void* record, size_t size) { m_pLink->tellBytes(record, size); },
         [this](int line) { return line < 0 ? m_pAccounts->defaultAccount() : line; },
@@ -109,8 +113,21 @@ void sipBackend::take(const sipWire::Reader& record)
         m_pCalls->take(record);
 }
 
+// Whoever moves to another network has to say where he is now; one that is only away for a while has not
+// moved.
+void sipBackend::lookAtNetwork()
+{
+    const uint32_t address = netGetLocalIPv4().s_addr;
+    if (address == 0 || address == m_nAddress)
+        return;
+    const bool hasMoved = std::exchange(m_nAddress, address) != 0;
+    if (hasMoved && m_pLink->isOpen())
+        m_pLink->tell(sipWire::make<tagSipHead>(SIP_NETWORK, 0));
+}
+
 void sipBackend::stop()
 {
+    m_look.stop();
     m_pLink->stop();
 }
 
@@ -118,6 +135,8 @@ void sipBackend::start(phoneEvents* events)
 {
     m_pEvents = events;
     m_pAccounts->readFiles();
+    lookAtNetwork();
+    m_look.start(LOOK_MS);
     if (!m_pLink->listen(setupOf())) {
         nuxTrace(TRACE_NOTE, "the SIP user agent cannot be served: there are no lines");
         m_pAccounts->agentIsGone();

@@ -4,6 +4,7 @@
 #include "host/services/phone/phoneBackend.h"
 #include "host/services/phone/sipMedia.h"
 #include "support/host/message.h"
+#include <QTimer>
 #include <memory>
 
 namespace sipWire {
@@ -22,6 +23,8 @@ public:
         AGENT_OWN,    // "hxSip", which is started with the first account, and kept running
         AGENT_ANYBODY // whoever connects: a test
     };
+
+    enum : int { LOOK_MS = 2000 }; // between two looks at the phone's own address
 
     explicit sipBackend(std::unique_ptr<sipMedia> media, AGENT agent = AGENT_OWN);
     ~sipBackend() override;
@@ -49,6 +52,7 @@ public:
     int callTotal() const override;
     bool isInTalk() const override;
     bool hasPstn() const override { return false; }
+    bool hasOwnSound() const override { return true; }
     phoneLamps* lamps() override;
 
     int TryThreadMessage(msgObject& msg) override;
@@ -58,6 +62,7 @@ private:
     void agentIsThere();
     void agentIsGone();
     void take(const sipWire::Reader& record);
+    void lookAtNetwork();
 
     const AGENT m_eAgent;
     phoneEvents* m_pEvents = nullptr;
@@ -66,4 +71,6 @@ private:
     std::unique_ptr<sipAccounts> m_pAccounts;
     std::unique_ptr<sipCalls> m_pCalls;
     std::unique_ptr<sipLamps> m_pLamps;
+    QTimer m_look;
+    uint32_t m_nAddress = 0; // of this phone, as it is on the wire; 0: it never had one
 };

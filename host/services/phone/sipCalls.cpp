@@ -10,6 +10,8 @@ namespace {
 
 constexpr int kMsInSecond = 1000;
 constexpr int kLiveMax = 2 * SIP_CALLS_MAX; // no agent of ours has more
+constexpr uint32_t kRinging = 180;
+constexpr uint32_t kSessionProgress = 183;
 constexpr uint32_t kNoCommonMedia = 488;
 const QChar kSecretTone(0x2022);
 
@@ -158,7 +160,7 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
 {
     live.nWire = m_nNextWire++;
     live.bOffered = true;
-    live.bEarly = false;
+    live.bEarly = live.call.bRingsThere = false;
     const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous,
                                       std::exchange(live.nReferrer, 0), target, live.offer};
     if (std::exchange(live.bPicksUp, false))
@@ -399,10 +401,15 @@ void sipCalls::arrive(const tagSipArrived& arrived)
 void sipCalls::progress(const tagSipProgress& progress)
 {
     tagLive* live = findWire(progress.head.nId);
-    if (!live || !live->bOffered || live->call.eState != CALL_RINGING || !progress.szSdp[0])
+    if (!live || !live->bOffered || live->call.eState != CALL_RINGING)
         return;
-    live->bEarly = true;
-    m_media.agree(live->call.nId, QByteArray(progress.szSdp));
+    if (progress.szSdp[0]) {
+        live->bEarly = true;
+        m_media.agree(live->call.nId, QByteArray(progress.szSdp));
+    }
+    const bool rings = progress.nStatus == kRinging || progress.nStatus == kSessionProgress;
+    if (rings && !std::exchange(live->call.bRingsThere, true))
+        tell(*live);
 }
 
 void sipCalls::talk(const tagSipMedia& media)

@@ -35,6 +35,8 @@ public:
     virtual ~sipMedia() = default;
     // Null: nobody listens any more.
     virtual void setNews(sipMediaNews* news) = 0;
+    // A line is registered: calls may come, and what they need may be made ready.
+    virtual void prepare() {}
     // Asks for an offer, of a new call or of one that talks; one is asked for at a time.
     virtual void offer(int call, const tagMediaWish& wish) = 0;
     // Asks for the answer to the other side's offer. The streams run as agreed from the answer on.

@@ -58,6 +58,7 @@ struct tagCall
     bool bIncoming = false;
     bool bAnonymous = false;  // the caller, or the user, keeps the number back
     QStringList forwardedBy;  // numbers whose phones have sent it on to this one, the last one last
+    bool bRingsThere = false; // one that goes out: the other side's phone says so
     bool bAsksAnswer = false; // the caller asks to be answered without a hand
     bool bVideo = false;      // both sides want it
     tagCallOptions options;   // of this side
