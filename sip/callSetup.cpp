@@ -1,31 +1,18 @@
 #include "sip/callSetup.h"
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
-#include <cstdio>
-#include <random>
+#include "sip/sipDialog.h"
 #include <sofia-sip/sip_tag.h>
-
-namespace {
-
-std::string newToken()
-{
-    std::random_device random;
-    char text[33];
-    snprintf(text, sizeof text, "%08x%08x%08x%08x", random(), random(), random(), random());
-    return text;
-}
-
-} // namespace
 
 CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
                      const tagCallOrigin& origin)
     : m_stack(stack), m_hops(line.hops()), m_target(sipAddress::target(dial.szTarget, line.server())),
-      m_callId(newToken()), m_contact(line.contact()),
+      m_callId(sipDialog::newToken()), m_contact(line.contact()),
       m_transport(std::string("transport=") + line.transportName()), m_origin(origin), m_sdp(dial.szSdp)
 {
     const bool isAnonymous = dial.bAnonymous != 0;
     m_from = isAnonymous ? "\"Anonymous\" <sip:anonymous@anonymous.invalid>" : line.ownAddress();
-    m_from += ";tag=" + newToken().substr(0, 16);
+    m_from += ";tag=" + sipDialog::newToken().substr(0, 16);
     if (isAnonymous)
         m_identity = "P-Preferred-Identity: " + line.ownAddress();
 }

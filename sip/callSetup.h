@@ -23,6 +23,7 @@ public:
 
     // By the next server; null when the number makes no address.
     nua_handle_t* invite(StackOwner* owner);
+    const std::string& callId() const { return m_callId; }
     // There is another one.
     bool hasNext() const { return m_nNext < m_hops.size(); }
     const std::string& target() const { return m_target; }

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <functional>
 #include <map>
 #include <sofia-sip/msg_addr.h>
 #include <sofia-sip/msg_mclass.h>
 #include <sofia-sip/sip.h>
 #include <sofia-sip/sip_parser.h>
 #include <sofia-sip/su.h>
+#include <utility>
 
 namespace {
 
@@ -25,7 +27,10 @@ constexpr double kFirstRequest = 10, kRequestInCall = 1;
 constexpr tagAllowance kStranger = {200, 20};
 constexpr tagAllowance kAllStrangers = {1000, 50};
 constexpr tagAllowance kServer = {3000, 250};
+constexpr tagAllowance kServerInCalls = {500, 15};
 constexpr size_t kMaxStrangers = 256; // those beyond share what is left for all
+constexpr size_t kMaxInvited = 2048;  // those beyond are acknowledged in vain
+constexpr std::chrono::seconds kInvitedFor{40};
 
 class Purse
 {
@@ -49,21 +54,46 @@ private:
     Clock::time_point m_time = Clock::now();
 };
 
+struct tagServerPurses
+{
+    Purse others{kServer};
+    Purse inCalls{kServerInCalls};
+};
+
+struct tagRequest
+{
+    std::string source;
+    std::string callId;
+    sip_method_t eMethod;
+    bool bFirst;
+
+    bool isToInvite() const { return eMethod == sip_method_ack || eMethod == sip_method_cancel; }
+};
+
 class Guard
 {
 public:
-    bool lets(const std::string& source, sip_method_t method, bool isFirst);
+    bool lets(const tagRequest& request);
+    bool trustsChallenge(const std::string& source, sip_method_t method, const std::string& callId) const;
+    void add(const floodGuard::Dialog& dialog) { m_dialogs.emplace(dialog.callId(), &dialog); }
+    void remove(const floodGuard::Dialog& dialog);
     void setServers(uint32_t line, const std::vector<std::string>& hosts);
     bool isServer(uint32_t line, const std::string& host) const;
 
 private:
+    bool letsServer(const tagRequest& request, bool isInCall, bool isInvited);
+    bool letsStranger(const tagRequest& request, bool isKnown);
+    void noteInvite(size_t callId);
     bool isAnyServer(const std::string& host) const;
     Purse* strangersPurse(const std::string& source);
 
     std::array<std::vector<std::string>, SIP_LINE_COUNT> m_servers;
-    std::map<std::string, Purse> m_serverPurses;
+    std::multimap<std::string, const floodGuard::Dialog*> m_dialogs; // by their Call-ID
+    std::map<size_t, Clock::time_point> m_invited; // by the hash of it, until it is acknowledged
+    std::map<std::string, tagServerPurses> m_serverPurses;
     std::map<std::string, Purse> m_strangers;
     Purse m_all{kAllStrangers};
+    Purse m_allInCalls{kAllStrangers};
 };
 
 Guard& guard()
@@ -72,30 +102,83 @@ Guard& guard()
     return only;
 }
 
-bool Guard::lets(const std::string& source, sip_method_t method, bool isFirst)
+bool Guard::lets(const tagRequest& request)
 {
-    const bool isAck = method == sip_method_ack;
-    if (isAnyServer(source)) {
-        Purse& purse = m_serverPurses.emplace(source, kServer).first->second;
-        if (isAck)
-            purse.spend(-kFirstRequest);
-        if (isAck || method == sip_method_cancel || !isFirst)
-            return true;
-        if (!purse.has(kFirstRequest))
-            return false;
-        purse.spend(kFirstRequest);
+    const size_t callId = std::hash<std::string>()(request.callId);
+    const bool isInCall = m_dialogs.count(request.callId) > 0;
+    const bool isInvited = m_invited.count(callId) > 0;
+    const bool isLet = isAnyServer(request.source) ? letsServer(request, isInCall, isInvited)
+                                                   : letsStranger(request, isInCall || isInvited);
+    if (isLet && request.eMethod == sip_method_invite && request.bFirst)
+        noteInvite(callId);
+    else if (isLet && request.eMethod == sip_method_ack)
+        m_invited.erase(callId);
+    return isLet;
+}
+
+bool Guard::letsServer(const tagRequest& request, bool isInCall, bool isInvited)
+{
+    tagServerPurses& purses = m_serverPurses[request.source];
+    if (isInvited && request.isToInvite()) {
+        if (request.eMethod == sip_method_ack)
+            purses.others.spend(-kFirstRequest);
         return true;
     }
-    if (isAck || method == sip_method_cancel)
-        return true;
-    const double cost = isFirst ? kFirstRequest : kRequestInCall;
-    Purse* own = strangersPurse(source);
-    if (!m_all.has(cost) || (own && !own->has(cost)))
+    const bool isOwn = isInCall && (request.isToInvite() || !request.bFirst);
+    Purse& purse = isOwn ? purses.inCalls : purses.others;
+    const double cost = isOwn ? kRequestInCall : kFirstRequest;
+    if (!purse.has(cost))
         return false;
-    m_all.spend(cost);
+    purse.spend(cost);
+    return true;
+}
+
+bool Guard::letsStranger(const tagRequest& request, bool isKnown)
+{
+    if (request.isToInvite() && !isKnown)
+        return false;
+    const bool isCheap = isKnown && (request.isToInvite() || !request.bFirst);
+    const double cost = isCheap ? kRequestInCall : kFirstRequest;
+    Purse* own = strangersPurse(request.source);
+    Purse& all = isCheap ? m_allInCalls : m_all;
+    if (!all.has(cost) || (own && !own->has(cost)))
+        return false;
+    all.spend(cost);
     if (own)
         own->spend(cost);
     return true;
+}
+
+void Guard::noteInvite(size_t callId)
+{
+    const auto now = Clock::now();
+    if (m_invited.size() >= kMaxInvited) {
+        for (auto each = m_invited.begin(); each != m_invited.end();)
+            each = now - each->second > kInvitedFor ? m_invited.erase(each) : std::next(each);
+    }
+    if (m_invited.size() < kMaxInvited)
+        m_invited[callId] = now;
+}
+
+// What a line's own requests ask its server for is answered by nobody else.
+bool Guard::trustsChallenge(const std::string& source, sip_method_t method, const std::string& callId) const
+{
+    if (method == sip_method_register || method == sip_method_subscribe)
+        return true;
+    const auto range = m_dialogs.equal_range(callId);
+    return std::any_of(range.first, range.second, [&](const auto& each) {
+        const floodGuard::Dialog& dialog = *each.second;
+        return isServer(dialog.line(), source) || (dialog.isAsking() && method == sip_method_invite);
+    });
+}
+
+void Guard::remove(const floodGuard::Dialog& dialog)
+{
+    const auto range = m_dialogs.equal_range(dialog.callId());
+    const auto found =
+        std::find_if(range.first, range.second, [&](const auto& each) { return each.second == &dialog; });
+    if (found != range.second)
+        m_dialogs.erase(found);
 }
 
 Purse* Guard::strangersPurse(const std::string& source)
@@ -138,17 +221,35 @@ bool Guard::isAnyServer(const std::string& host) const
 issize_t takeBody(msg_t* message, msg_pub_t* content, char bytes[], isize_t size, int isLast)
 {
     auto* sip = reinterpret_cast<sip_t*>(content);
+    const std::string source = floodGuard::sourceOf(message);
+    const std::string callId = sip->sip_call_id && sip->sip_call_id->i_id ? sip->sip_call_id->i_id : "";
     if (!(sip->sip_flags & MSG_FLG_BODY) && sip->sip_request) {
         const bool isFirst = !sip->sip_to || !sip->sip_to->a_tag;
-        if (!guard().lets(floodGuard::sourceOf(message), sip->sip_request->rq_method, isFirst)) {
+        if (!guard().lets({source, callId, sip->sip_request->rq_method, isFirst})) {
             sip->sip_via = nullptr; // else the stack would answer what it cannot read
             return -1;
+        }
+    } else if (sip->sip_status && (sip->sip_www_authenticate || sip->sip_proxy_authenticate)) {
+        const sip_method_t method = sip->sip_cseq ? sip->sip_cseq->cs_method : sip_method_unknown;
+        if (!guard().trustsChallenge(source, method, callId)) {
+            sip->sip_www_authenticate = nullptr; // else the stack would answer with what it has proved before
+            sip->sip_proxy_authenticate = nullptr;
         }
     }
     return sip_extract_body(message, sip, bytes, size, isLast);
 }
 
 } // namespace
+
+floodGuard::Dialog::Dialog(std::string callId, uint32_t line) : m_callId(std::move(callId)), m_nLine(line)
+{
+    guard().add(*this);
+}
+
+floodGuard::Dialog::~Dialog()
+{
+    guard().remove(*this);
+}
 
 bool floodGuard::install()
 {

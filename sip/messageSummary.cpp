@@ -65,7 +65,7 @@ bool messageSummary::read(const char* bytes, size_t size, tagMessageCounts& coun
     }
     if (!isTold)
         return false;
-    if (!isCounted)
+    if (!isWaiting || !isCounted)
         counted.nNew = isWaiting ? 1 : 0;
     counts = counted;
     return true;

@@ -1,5 +1,4 @@
 #include "sip/sipCall.h"
-#include "sip/floodGuard.h"
 #include "sip/phoneLink.h"
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
@@ -72,6 +71,8 @@ void SipCall::dial(const Registration& line, const tagSipDial& dial, const tagCa
     m_server = line.server();
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
     m_setup = std::make_unique<CallSetup>(m_stack, line, dial, origin);
+    m_dialog = std::make_unique<floodGuard::Dialog>(m_setup->callId(), m_nLine);
+    m_dialog->setAsking(true);
     m_remote = m_setup->target();
     m_ownSdp = dial.szSdp;
     m_eStep = STEP_RINGING;
@@ -111,6 +112,7 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     m_nLine = line.line();
     m_own = line.ownAddress();
     m_server = line.server();
+    m_dialog = std::make_unique<floodGuard::Dialog>(event.pMessage->sip_call_id->i_id, m_nLine);
     m_remote = sipCaller::address(*event.pMessage);
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
     m_remoteSdp = sdpOf(event.pMessage);
@@ -380,6 +382,7 @@ void SipCall::onFinalReply(const tagStackEvent& event)
     tellProgress(status, event.szPhrase);
     if (status < 300) {
         m_answers->reset();
+        m_dialog->setAsking(false);
         m_limit.stop();
         m_eStep = STEP_TALKING;
         m_session.agree(*event.pMessage);
@@ -639,6 +642,7 @@ void SipCall::release()
     stopTimers();
     m_offered.reset();
     m_referral.reset();
+    m_dialog.reset();
     if (m_pHandle)
         nua_handle_destroy(std::exchange(m_pHandle, nullptr));
 }

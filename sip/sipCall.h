@@ -3,6 +3,7 @@
 // limited time, and its end is told once.
 #include "sip/callSetup.h"
 #include "sip/challengeAnswers.h"
+#include "sip/floodGuard.h"
 #include "sip/mediaOffer.h"
 #include "sip/referral.h"
 #include "sip/savedRequest.h"
@@ -107,6 +108,7 @@ private:
     nua_handle_t* m_pHandle = nullptr;
     tagCallHooks m_hooks;
     std::unique_ptr<CallSetup> m_setup; // of a call from here
+    std::unique_ptr<floodGuard::Dialog> m_dialog;
     std::unique_ptr<ChallengeAnswers> m_answers;
     std::unique_ptr<Referral> m_referral;
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet

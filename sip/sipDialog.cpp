@@ -1,6 +1,8 @@
 #include "sip/sipDialog.h"
 #include "sip/stackMemory.h"
+#include <cstdio>
 #include <cstring>
+#include <random>
 #include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_tag.h>
 
@@ -12,6 +14,14 @@ std::string textOf(const char* text)
 }
 
 } // namespace
+
+std::string sipDialog::newToken()
+{
+    std::random_device random;
+    char text[33];
+    snprintf(text, sizeof text, "%08x%08x%08x%08x", random(), random(), random(), random());
+    return text;
+}
 
 tagDialogName sipDialog::nameOf(nua_handle_t* handle)
 {

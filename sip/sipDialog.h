@@ -12,6 +12,8 @@ struct tagDialogName
 
 namespace sipDialog {
 
+// For a Call-ID, or a tag: nobody guesses it.
+std::string newToken();
 // Empty when the handle has no dialogue.
 tagDialogName nameOf(nua_handle_t* handle);
 // Of a call from here that is not answered yet, of which the stack knows but half.

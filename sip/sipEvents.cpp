@@ -1,4 +1,5 @@
 #include "sip/sipEvents.h"
+#include "sip/floodGuard.h"
 #include "sip/phoneLink.h"
 #include "sip/registration.h"
 
@@ -115,6 +116,8 @@ int SipEvents::takeNote(uint32_t line, const sip_t& message)
     const char* event = message.sip_event ? message.sip_event->o_type : nullptr;
     if (!event || std::string(event) != "message-summary" || !m_messages[line])
         return 489;
+    if (!floodGuard::isServer(line, floodGuard::sourceOf(nua_current_request(m_stack.pNua))))
+        return 403;
     return m_messages[line]->take(message) ? 200 : 400;
 }
 

@@ -29,7 +29,8 @@ public:
     void lineChanged(uint32_t line, SIP_LINE_STATE state);
     // It is about to be another.
     void accountChanges(uint32_t line);
-    // A note for a line that nobody here has subscribed to; the status of the reply.
+    // A note for a line that nobody here has subscribed to; it counts from the line's own server. The status
+    // of the reply.
     int takeNote(uint32_t line, const sip_t& message);
     tagRinging ringing(uint32_t line, const std::string& number) const;
     // Nothing is asked or told any more.

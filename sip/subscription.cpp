@@ -1,6 +1,7 @@
 #include "sip/subscription.h"
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
+#include "sip/sipDialog.h"
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -49,6 +50,7 @@ void Subscription::start(const Registration& line, const std::string& target)
 {
     stop();
     m_bStarted = true;
+    m_nLine = line.line();
     m_own = line.ownAddress();
     m_target = sipAddress::target(target, line.server());
     m_hop = line.hop();
@@ -81,6 +83,7 @@ void Subscription::drop()
     m_silent.stop();
     m_renew.stop();
     m_bNoted = false;
+    m_dialog.reset();
     if (m_pHandle)
         nua_handle_destroy(std::exchange(m_pHandle, nullptr));
 }
@@ -101,10 +104,11 @@ void Subscription::subscribe()
     }
     nua_set_hparams(m_pHandle, NUTAG_MAX_RETRY_AFTER(0), NUTAG_AUTO302(0),
                     TAG_IF(m_package.szSupported, NUTAG_SUPPORTED(m_package.szSupported)), TAG_END());
+    m_dialog = std::make_unique<floodGuard::Dialog>(sipDialog::newToken(), m_nLine);
     m_silent.start(m_stack.setup.nSilentMs, [this] { wait(0); });
     nua_subscribe(m_pHandle, NUTAG_PROXY(m_hop.c_str()), NUTAG_M_USERNAME(m_contact.c_str()),
-                  SIPTAG_EVENT_STR(m_package.szEvent), SIPTAG_ACCEPT_STR(m_package.szAccept),
-                  SIPTAG_EXPIRES_STR(expires.c_str()), TAG_END());
+                  SIPTAG_CALL_ID_STR(m_dialog->callId().c_str()), SIPTAG_EVENT_STR(m_package.szEvent),
+                  SIPTAG_ACCEPT_STR(m_package.szAccept), SIPTAG_EXPIRES_STR(expires.c_str()), TAG_END());
 }
 
 // The reply to a refresh brings the whole state. A server whose notes always miss something is not asked each

@@ -2,6 +2,7 @@
 // One subscription at the server of a line (RFC 6665): asked for, refreshed, and asked for anew when the
 // server has lost it. Who is refused asks again after long, or when the account is another.
 #include "sip/challengeAnswers.h"
+#include "sip/floodGuard.h"
 #include "sip/sipStack.h"
 #include "sip/sipTimer.h"
 #include <chrono>
@@ -59,7 +60,9 @@ private:
     const tagEventPackage m_package;
     SubscriptionNews& m_news;
     std::unique_ptr<ChallengeAnswers> m_answers;
+    std::unique_ptr<floodGuard::Dialog> m_dialog;
     nua_handle_t* m_pHandle = nullptr;
+    uint32_t m_nLine = 0;
     std::string m_own;
     std::string m_target;
     std::string m_hop;

@@ -94,6 +94,61 @@ QList<QByteArray> damaged(const QByteArray& invite)
     return all;
 }
 
+// Of no call that anybody has.
+QByteArray loose(const QByteArray& method, const QByteArray& user, uint32_t to, int number)
+{
+    const QByteArray id = method + QByteArray::number(number);
+    return method + " sip:" + user + "@127.0.0.1:" + QByteArray::number(to) +
+           " SIP/2.0\r\nVia: SIP/2.0/UDP 127.0.0.1:9;branch=z9hG4bK" + id +
+           "\r\nFrom: <sip:200@127.0.0.1>;tag=a\r\nTo: <sip:" + user + "@127.0.0.1>;tag=b\r\nCall-ID: " + id +
+           "\r\nCSeq: 1 " + method + "\r\nMax-Forwards: 70\r\nContent-Length: 0\r\n\r\n";
+}
+
+const QByteArray kChallenge = "Proxy-Authenticate: Digest realm=\"home\", nonce=\"theirs\", qop=\"auth\"";
+
+// Somebody who calls the line from another address than its server's.
+class SipStrangers : public SipCalls
+{
+protected:
+    void begin()
+    {
+        SipCalls::begin();
+        peer = std::make_unique<UdpPeer>("127.0.0.2");
+    }
+    QByteArray moved(QByteArray text) const
+    {
+        const QByteArray port = QByteArray::number(peer->port());
+        return text.replace("127.0.0.1:" + port, "127.0.0.2:" + port);
+    }
+    uint32_t talk(const QByteArray& callId)
+    {
+        peer->send(moved(inviteText(callId)), agent.port());
+        const tagSipHead* head = agent.next([](const tagSipHead& each) { return each.eKind == SIP_ARRIVED; });
+        const uint32_t id = head ? head->nId : 0;
+        tellMedia(SIP_ANSWER, id, "v=0\r\ns=answer\r\n");
+        lastAnswer = peer->receive("SIP/2.0 200");
+        peer->send(moved(within("ACK", lastAnswer, 1)), agent.port());
+        return next<tagSipMedia>(SIP_TALK, id) ? id : 0;
+    }
+    // Neither the offer nor the end of the call is worth the password.
+    void expectNoAnswerToChallenges(uint32_t id)
+    {
+        tellMedia(SIP_MEDIA, id, "v=0\r\ns=later\r\n");
+        const QByteArray offer = peer->receive("INVITE");
+        ASSERT_NE(offer.toStdString(), "");
+        peer->reply(offer, "407 Proxy Authentication Required", kChallenge);
+        EXPECT_NE(peer->receive("ACK").toStdString(), "");
+        EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id));
+        EXPECT_EQ(peer->receive(500).toStdString(), "");
+        tellStatus(SIP_HANG_UP, id);
+        const QByteArray bye = peer->receive("BYE");
+        EXPECT_FALSE(bye.contains("theirs")) << bye.constData();
+        peer->reply(bye, "407 Proxy Authentication Required", kChallenge);
+        EXPECT_EQ(peer->receive(500).toStdString(), "");
+        expectEnd(id, SIP_HUNG_UP, 0);
+    }
+};
+
 } // namespace
 
 TEST_F(SipCalls, DamagedMessagesOfEveryKindDoNotEndItOrTheCallThatTalks)
@@ -212,4 +267,46 @@ TEST_F(SipCalls, AFloodOfStrangersTakesNeitherMemoryNorTheCallsOfTheServer)
     const qint64 after = kit::statusKiB(agent.pid(), "VmRSS");
     EXPECT_LT(after - before, 6000) << before;
     EXPECT_TRUE(agent.isRunning());
+}
+
+TEST_F(SipStrangers, WhoIsInACallGetsNoAnswerToItsChallenges)
+{
+    begin();
+    const uint32_t id = talk("strange");
+    ASSERT_NE(id, 0u);
+    expectNoAnswerToChallenges(id);
+}
+
+TEST_F(SipStrangers, WhoGivesUpIsHeard)
+{
+    begin();
+    const QByteArray invite = moved(inviteText("givesUp"));
+    peer->send(invite, agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, SIP_CALL_FIRST_INCOMING));
+    QByteArray cancel = invite.left(invite.indexOf("Content-Type")).replace("INVITE", "CANCEL");
+    peer->send(cancel + "Content-Length: 0\r\n\r\n", agent.port());
+    expectEnd(SIP_CALL_FIRST_INCOMING, SIP_CANCELLED, 0);
+}
+
+TEST_F(SipCalls, AFloodOfWhatBelongsToNoCallTakesNeitherMemoryNorTheCall)
+{
+    constexpr int kEach = 5000, kPause = 50;
+    begin();
+    const uint32_t id = talkIn("talks");
+    ASSERT_NE(id, 0u);
+    for (const char* host : {"127.0.0.2", "127.0.0.1"}) {
+        UdpPeer source(host);
+        const qint64 before = kit::statusKiB(agent.pid(), "VmRSS");
+        for (const char* method : {"ACK", "CANCEL", "BYE"}) {
+            for (int i = 0; i < kEach; ++i) {
+                source.send(loose(method, contact, agent.port(), i), agent.port());
+                if (i % kPause == 0 && !agent.isQuiet(5))
+                    FAIL() << method << i;
+            }
+        }
+        EXPECT_TRUE(agent.isQuiet(300));
+        EXPECT_LT(kit::statusKiB(agent.pid(), "VmRSS") - before, 6000) << host;
+    }
+    peer->send(within("BYE", lastAnswer, 2), agent.port());
+    expectEnd(id, SIP_HUNG_UP, 0);
 }

@@ -1,4 +1,5 @@
 // Messages that wait in a voice mail, as the servers of the lines tell of them.
+#include "tests/kit/plain/processes.h"
 #include "tests/sip/eventTest.h"
 
 namespace {
@@ -29,6 +30,8 @@ TEST_F(SipMessages, ARegisteredLineAsksForThemAndTellsTheirCounts)
     EXPECT_TRUE(isNothingTold()); // nothing new
     note(subscribe, kNone, kType);
     expectMessages(true, 0, 8);
+    note(subscribe, "Messages-Waiting: no\r\nVoice-Message: 5/3\r\n", kType);
+    expectMessages(true, 0, 3);
 }
 
 TEST_F(SipMessages, ANoteThatComesBeforeTheReplyCounts)
@@ -229,6 +232,38 @@ TEST_F(SipMessages, WhatNobodyAskedForIsTakenFromWhoKnowsTheLine)
               "SIP/2.0 400 Bad Request");
     EXPECT_TRUE(isNothingTold());
     EXPECT_EQ(strangeNote(contact, "message-summary", kNone).toStdString(), "SIP/2.0 200 OK");
+    expectMessages(true, 0, 8);
+}
+
+TEST_F(SipMessages, WhatNobodyAskedForCountsFromTheLinesOwnServerAlone)
+{
+    beginWithoutMessages();
+    peer = std::make_unique<UdpPeer>("127.0.0.2");
+    EXPECT_EQ(strangeNote(contact, "message-summary", kTwo).toStdString(), "SIP/2.0 403 Forbidden");
+    EXPECT_TRUE(isNothingTold());
+}
+
+TEST_F(SipMessages, AFloodOfNotesIsHeardInPartAndTakesLittleMemory)
+{
+    constexpr int kNotes = 3000;
+    begin();
+    const QByteArray subscribe = nextSubscribe("message-summary");
+    accept(subscribe);
+    note(subscribe, kTwo, kType);
+    expectMessages(true, 2, 8);
+    const qint64 before = kit::statusKiB(agent.pid(), "VmRSS");
+    int heard = 0;
+    for (int i = 0; i < kNotes; ++i) {
+        sendNote(subscribe, kTwo, kType, "active");
+        if (!peer->receive(2).isEmpty())
+            ++heard;
+    }
+    while (!peer->receive(300).isEmpty())
+        ++heard;
+    EXPECT_GT(heard, 100);
+    EXPECT_LT(heard, kNotes * 3 / 4);
+    EXPECT_LT(kit::statusKiB(agent.pid(), "VmRSS") - before, 9000) << before;
+    note(subscribe, kNone, kType);
     expectMessages(true, 0, 8);
 }
 
