@@ -13,7 +13,8 @@ pair_fill() {
   mkdir -p "$root" && fill_root || fail "cannot write to $root (--root chooses another folder)"
   account=$root/rundata/config/user/voip/sipAccount0.cfg keys=$root/rundata/data/dsskey.xml
   set_keys "$account" account Enable=1 "DisplayName=$1" AuthName= "UserName=$2" "password=$5" SIPServerHost=127.0.0.1 \
-           "SIPServerPort=$6" UseOutboundProxy=0 'VoiceMail=*97' || fail "cannot write $account"
+           "SIPServerPort=$6" UseOutboundProxy=0 'VoiceMail=*97' && set_keys "$account" Transfer bByOther=1 ||
+    fail "cannot write $account"
   [ "$new" = 1 ] || return 0
   # Nobody's phone book has his own number for somebody else.
   sed -i -e "s|\"Anna\"|\"$3\"|" -e "s|\"1002\"|\"$4\"|g" "$root/rundata/data/"{contactData,picture-dial,dsskey}.xml ||
