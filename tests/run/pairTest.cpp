@@ -304,7 +304,8 @@ TEST_F(RunPair, PasswordsAreNewWithEachStartAndNobodyElses)
         passwords.append(row.split(' ').value(1));
     EXPECT_GE(passwords[0].size(), 16);
     EXPECT_NE(passwords[0].toStdString(), passwords[1].toStdString());
-    EXPECT_TRUE(read("anna/rundata/config/user/voip/sipAccount0.cfg").contains("password=" + passwords[0]));
+    EXPECT_TRUE(read("ben/rundata/config/user/voip/sipAccount0.cfg").contains("password=" + passwords[0]));
+    EXPECT_TRUE(read("anna/rundata/config/user/voip/sipAccount0.cfg").contains("password=" + passwords[1]));
     // Only the guest's is told: somebody has to type it.
     const QByteArray said = m_pair.output();
     EXPECT_FALSE(said.contains(passwords[0]) || said.contains(passwords[1]));

@@ -106,7 +106,10 @@ TEST_F(Calls, CallRingsThenTalksUntilItIsHungUp)
     EXPECT_TRUE(calls().isEmpty());
     EXPECT_EQ(phone_GetCallTotal(), 0);
     EXPECT_EQ(phone_IsPhoneInTalk(), 0);
-    EXPECT_EQ(heardStates(), (QList<int>{CALL_RINGING, CALL_TALKING, CALL_ENDED}));
+    // It goes out, then it rings there.
+    EXPECT_EQ(heardStates(), (QList<int>{CALL_RINGING, CALL_RINGING, CALL_TALKING, CALL_ENDED}));
+    EXPECT_FALSE(heard[0].bRingsThere);
+    EXPECT_TRUE(heard[1].bRingsThere);
     EXPECT_EQ(heard.last().strReason, "");
     EXPECT_EQ(heard.last().nSeconds, 5);
 }
