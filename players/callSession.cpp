@@ -34,7 +34,7 @@ callSession::callSession(std::unique_ptr<callSockets> sockets)
 callSession::~callSession()
 {
     if (m_peer.rtcp().sin_port != 0)
-        sendReport(m_reports.farewell());
+        sealedSendReport(wayOut(), m_reports.farewell());
 }
 
 callSession::tagParts callSession::build(const tagAgreedSound& agreed)
@@ -155,7 +155,7 @@ void callSession::receive(qint64 nowUs)
         }
     }
     if (m_agreed.bSound && m_agreed.nRtcpPort != 0 && m_reports.isDue(nowUs))
-        sendReport(m_reports.report(nowUs));
+        sealedSendReport(wayOut(), m_reports.report(nowUs));
 }
 
 void callSession::decode(const tagHeldPacket& packet)
@@ -202,13 +202,8 @@ void callSession::sendPacket(int payload, bool marker, quint32 time, const unsig
         return;
     rtpPacket::write({payload, marker, m_nSequence++, time, m_nSource}, packet);
     memcpy(packet + rtpPacket::HEAD_BYTES, content, size_t(size));
-    int whole = rtpPacket::HEAD_BYTES + size;
-    if (m_agreed.eSuite != CRYPTO_SUITE::NONE)
-        whole = m_seal ? m_seal->seal(packet, whole, false) : 0;
-    if (whole == 0)
-        return;
-    m_sockets->send(false, packet, whole, m_peer.rtp());
-    m_reports.sent(time, size);
+    if (sealedSend(wayOut(), packet, rtpPacket::HEAD_BYTES + size))
+        m_reports.sent(time, size);
 }
 
 void callSession::sendTones(const QList<toneEvents::tagEvent>& events)
@@ -246,19 +241,6 @@ void callSession::send(const short* samples)
         m_bTalks = true;
     }
     m_nTime += quint32(FRAME_MS * clock / 1000);
-}
-
-void callSession::sendReport(const QByteArray& report)
-{
-    unsigned char packet[rtpPacket::MAX_BYTES + secureRtp::MAX_MORE];
-    if (m_peer.rtcp().sin_port == 0 || report.size() > rtpPacket::MAX_BYTES)
-        return;
-    memcpy(packet, report.constData(), size_t(report.size()));
-    int whole = int(report.size());
-    if (m_agreed.eSuite != CRYPTO_SUITE::NONE)
-        whole = m_seal ? m_seal->seal(packet, whole, true) : 0;
-    if (whole > 0)
-        m_sockets->send(m_agreed.nRtcpPort != m_agreed.nPort, packet, whole, m_peer.rtcp());
 }
 
 // What is heard, as a person judges it: loss takes most of it, and then the time the sound is under way

@@ -6,7 +6,7 @@
 #include "players/jitterBuffer.h"
 #include "players/rtcpReports.h"
 #include "players/rtpPeer.h"
-#include "players/secureRtp.h"
+#include "players/sealedSend.h"
 #include "players/soundCoder.h"
 #include "players/toneEvents.h"
 
@@ -59,7 +59,7 @@ private:
     const tagAgreedCodec* codecOf(int payload) const;
     void sendPacket(int payload, bool marker, quint32 time, const unsigned char* content, int size);
     void sendTones(const QList<toneEvents::tagEvent>& events);
-    void sendReport(const QByteArray& report);
+    tagWayOut wayOut() const { return {*m_sockets, m_peer, m_agreed, m_seal.get()}; }
     void decode(const tagHeldPacket& packet);
 
     std::unique_ptr<callSockets> m_sockets;

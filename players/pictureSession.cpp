@@ -40,7 +40,7 @@ pictureSession::~pictureSession()
         m_thread.join();
     endEncoder();
     if (m_peer.rtcp().sin_port != 0)
-        sendReport(m_reports.farewell());
+        sealedSendReport(wayOut(), m_reports.farewell());
     m_decoder.reset();
     m_end.endOther();
 }
@@ -223,7 +223,7 @@ void pictureSession::takeReport(unsigned char* packet, int size, const sockaddr_
 void pictureSession::follow(qint64 nowUs)
 {
     if (m_agreed.bPicture && m_agreed.nRtcpPort != 0 && m_reports.isDue(nowUs))
-        sendReport(m_reports.report(nowUs));
+        sealedSendReport(wayOut(), m_reports.report(nowUs));
     if (m_reports.reportsRead() != m_nReportsSeen) {
         m_nReportsSeen = m_reports.reportsRead();
         m_bRateChanged = m_rate.told(m_reports.lossThereInPercent()) || m_bRateChanged;
@@ -243,7 +243,7 @@ bool pictureSession::askPicture(qint64 nowUs)
         return false;
     m_nAskedUs = nowUs;
     ++m_counts.nAsked;
-    sendReport(m_reports.pictureLost(!m_agreed.bPli));
+    sealedSendReport(wayOut(), m_reports.pictureLost(!m_agreed.bPli));
     return true;
 }
 
@@ -298,24 +298,6 @@ void pictureSession::sendPacket(const unsigned char* made, int size)
         {m_agreed.send.nPayload, head.bMarker, m_nSequence++, m_nTime + head.nTime, m_reports.source()},
         packet);
     memcpy(packet + rtpPacket::HEAD_BYTES, made + start, size_t(length));
-    int whole = rtpPacket::HEAD_BYTES + length;
-    if (m_agreed.eSuite != CRYPTO_SUITE::NONE)
-        whole = m_seal ? m_seal->seal(packet, whole, false) : 0;
-    if (whole == 0)
-        return;
-    m_sockets->send(false, packet, whole, m_peer.rtp());
-    m_reports.sent(m_nTime + head.nTime, length);
-}
-
-void pictureSession::sendReport(const QByteArray& report)
-{
-    unsigned char packet[rtpPacket::MAX_BYTES + secureRtp::MAX_MORE];
-    if (m_peer.rtcp().sin_port == 0 || report.size() > rtpPacket::MAX_BYTES)
-        return;
-    memcpy(packet, report.constData(), size_t(report.size()));
-    int whole = int(report.size());
-    if (m_agreed.eSuite != CRYPTO_SUITE::NONE)
-        whole = m_seal ? m_seal->seal(packet, whole, true) : 0;
-    if (whole > 0)
-        m_sockets->send(m_agreed.nRtcpPort != m_agreed.nPort, packet, whole, m_peer.rtcp());
+    if (sealedSend(wayOut(), packet, rtpPacket::HEAD_BYTES + length))
+        m_reports.sent(m_nTime + head.nTime, length);
 }

@@ -8,7 +8,7 @@
 #include "players/pictureRate.h"
 #include "players/rtcpReports.h"
 #include "players/rtpPeer.h"
-#include "players/secureRtp.h"
+#include "players/sealedSend.h"
 #include <atomic>
 #include <mutex>
 #include <thread>
@@ -58,7 +58,7 @@ private:
     void put(const QByteArray& packet, qint64 nowUs);
     bool askPicture(qint64 nowUs);
     void sendPacket(const unsigned char* packet, int size);
-    void sendReport(const QByteArray& report);
+    tagWayOut wayOut() const { return {*m_sockets, m_peer, m_agreed, m_seal.get()}; }
     void follow(qint64 nowUs);
     void steerEncoder();
     void endEncoder();

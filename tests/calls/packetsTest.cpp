@@ -1,10 +1,14 @@
 // What goes over the wire of a call, piece by piece: heads, reports, seals and tones.
 #include "players/rtcpReports.h"
-#include "players/secureRtp.h"
+#include "players/sealedSend.h"
 #include "players/toneEvents.h"
 #include <QtEndian>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
 
 namespace {
 
@@ -111,6 +115,70 @@ TEST(SecureRtp, ReportsAreSealedToo)
     const QByteArray closed = sealed(*seal, plain, true);
     EXPECT_FALSE(closed.contains("name-of-this-side"));
     EXPECT_EQ(opened(*open, closed, true), plain);
+}
+
+// The other side of a stream, on one port of this machine.
+class Receiver
+{
+public:
+    Receiver()
+    {
+        sockaddr_in own = {};
+        own.sin_family = AF_INET;
+        own.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof own;
+        const timeval patience = {0, 300000};
+        setsockopt(m_nSocket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+        if (bind(m_nSocket, reinterpret_cast<sockaddr*>(&own), size) == 0 &&
+            getsockname(m_nSocket, reinterpret_cast<sockaddr*>(&own), &size) == 0)
+            m_nPort = ntohs(own.sin_port);
+    }
+    ~Receiver() { close(m_nSocket); }
+    int port() const { return m_nPort; }
+    // Empty when nothing comes.
+    QByteArray take() const
+    {
+        char packet[2000];
+        const ssize_t size = recv(m_nSocket, packet, sizeof packet, 0);
+        return size > 0 ? QByteArray(packet, qsizetype(size)) : QByteArray();
+    }
+
+private:
+    int m_nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    int m_nPort = 0;
+};
+
+TEST(SealedSend, WhatIsAgreedToBeSealedNeverLeavesInClear)
+{
+    const QByteArray key(callCrypto::KEY_BYTES, 'k');
+    const auto seal = secureRtp::make(CRYPTO_SUITE::AES_SHA1_80, key, secureRtp::WAY::OUT);
+    const auto sockets = callSockets::open();
+    const Receiver receiver;
+    ASSERT_TRUE(seal && sockets && receiver.port() != 0);
+    tagAgreedStream agreed;
+    agreed.own = agreed.peer = "127.0.0.1";
+    agreed.nPort = agreed.nRtcpPort = receiver.port();
+    rtpPeer peer;
+    peer.agree(agreed);
+    rtcpReports reports(5, "name-of-this-side");
+    const auto sendBoth = [&](CRYPTO_SUITE suite, secureRtp* with) {
+        agreed.eSuite = suite;
+        const tagWayOut way = {*sockets, peer, agreed, with};
+        unsigned char packet[rtpPacket::MAX_BYTES + secureRtp::MAX_MORE] = {};
+        rtpPacket::write({8, false, 1, 160, 5}, packet);
+        memcpy(packet + rtpPacket::HEAD_BYTES, "words-of-this-side", 18);
+        sealedSend(way, packet, rtpPacket::HEAD_BYTES + 18);
+        sealedSendReport(way, reports.report(1));
+    };
+    sendBoth(CRYPTO_SUITE::NONE, nullptr);
+    EXPECT_TRUE(receiver.take().contains("words-of-this-side"));
+    EXPECT_TRUE(receiver.take().contains("name-of-this-side"));
+    sendBoth(CRYPTO_SUITE::AES_SHA1_80, seal.get());
+    const QByteArray sound = receiver.take(), report = receiver.take();
+    EXPECT_TRUE(!sound.isEmpty() && !sound.contains("words-of-this-side"));
+    EXPECT_TRUE(!report.isEmpty() && !report.contains("name-of-this-side"));
+    sendBoth(CRYPTO_SUITE::AES_SHA1_80, nullptr);
+    EXPECT_EQ(receiver.take(), "") << "without a key nothing goes out";
 }
 
 TEST(Reports, TwoSidesHearOfLossAndOfTheWay)
