@@ -319,6 +319,13 @@ QByteArray callNegotiation::offer(const tagMediaWant& want)
     return text;
 }
 
+tagAgreedPicture callNegotiation::agreedPicture() const
+{
+    tagAgreedPicture picture = m_picture;
+    picture.bHeldByPeer = m_agreed.bHeldByPeer;
+    return picture;
+}
+
 bool callNegotiation::canReach(const tagDescribedMedia& media, bool encrypt) const
 {
     const bool isHeld = media.address == "0.0.0.0";

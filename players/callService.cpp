@@ -125,7 +125,10 @@ bool callService::openPictures(int call, tagCallEntry& entry)
     if (!sockets)
         return false;
     entry.negotiation->setPicturePort(sockets->port());
-    entry.end = std::make_unique<tagEnd>(m_screen, call);
+    entry.end = std::make_unique<tagEnd>(m_screen, call, [this] {
+        QMetaObject::invokeMethod(
+            &m_look, [this] { tellAll(); }, Qt::QueuedConnection);
+    });
     entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
     m_pictureElements.load();
     return true;
@@ -228,24 +231,56 @@ void callService::applyPictures()
         if (!std::exchange(entry.bPicturesAgreed, false) || !entry.pictures)
             continue;
         entry.pictures->agree(entry.negotiation->agreedPicture());
-        tell(call, entry);
     }
+    giveCamera();
+    tellAll();
+}
+
+// Who wants it last has it; with his end, or when he does not want it any more, it goes back.
+void callService::giveCamera()
+{
+    m_cameraCalls.removeIf([this](int call) {
+        const auto known = m_calls.find(call);
+        return known == m_calls.end() || !known->second.pictures->wantsCamera();
+    });
+    for (const auto& [call, entry] : m_calls) {
+        if (entry.pictures && entry.pictures->wantsCamera() && !m_cameraCalls.contains(call))
+            m_cameraCalls.append(call);
+    }
+    const int owner = m_cameraCalls.isEmpty() ? 0 : m_cameraCalls.last();
+    for (const auto& [call, entry] : m_calls) {
+        if (entry.pictures && call != owner)
+            entry.pictures->setCamera(false);
+    }
+    if (!m_cameraCalls.isEmpty())
+        m_calls.at(owner).pictures->setCamera(true);
 }
 
 void callService::look()
+{
+    for (auto& [call, entry] : m_calls) {
+        if (entry.pictures)
+            entry.pictures->watchCamera();
+        tell(call, entry, true);
+    }
+}
+
+void callService::tellAll()
 {
     for (auto& [call, entry] : m_calls)
         tell(call, entry);
 }
 
-void callService::tell(int call, tagCallEntry& entry)
+void callService::tell(int call, tagCallEntry& entry, bool measures)
 {
     CALL_STREAMS streams = {};
+    streams.nQuality = entry.told.nQuality;
     m_desk.with(call, [&](callSession& session) {
         const tagSoundCodec* codec = soundCodec(session.agreed().send.eCodec);
         if (session.agreed().bSound && codec)
             copyText(streams.szSound, codec->pShown);
-        streams.nQuality = session.quality(callDesk::nowUs());
+        if (measures)
+            streams.nQuality = session.quality(callDesk::nowUs());
         streams.bEncrypted = session.agreed().eSuite != CRYPTO_SUITE::NONE;
         streams.bTones = session.takesTones();
         streams.bOtherHolds = session.agreed().bHeldByPeer;
@@ -257,6 +292,7 @@ void callService::tell(int call, tagCallEntry& entry)
         streams.bEncrypted = streams.bEncrypted && picture.eSuite != CRYPTO_SUITE::NONE;
     }
     streams.bOwnPicture = entry.pictures && entry.pictures->sends();
+    streams.bOtherPicture = entry.end && entry.end->bSeen;
     if (memcmp(&streams, &entry.told, sizeof streams) == 0)
         return;
     entry.told = streams;
@@ -283,6 +319,7 @@ void callService::end(int call)
 {
     m_desk.remove(call);
     m_calls.erase(call);
+    giveCamera();
     if (!m_calls.empty())
         return;
     m_look.stop();

@@ -417,9 +417,12 @@ bool frmCall::event(QEvent* event)
     return QWidget::event(event);
 }
 
+// One that was agreed on and does not come leaves the place to who it is.
 bool frmCall::hasPicture() const
 {
-    return m_call.eState != CALL_ENDED && !m_call.bHeld && !streams().strPicture.isEmpty();
+    const tagCallStreams shown = streams();
+    return m_call.eState != CALL_ENDED && !m_call.bHeld && !shown.strPicture.isEmpty() &&
+           shown.nOtherPicture != 0;
 }
 
 CALL_LAYOUT frmCall::layoutNow() const

@@ -206,13 +206,14 @@ struct CALL_STREAMS
     char szPicture[PLAYER_NAME_SIZE]; // the same of pictures
     int32_t nQuality;                 // 0 to 4; -1: not known
     uint32_t bEncrypted;
-    uint32_t bTones;      // the other side takes tones within the sound
-    uint32_t bOtherHolds; // it wants to hear nothing
-    uint32_t bOwnPicture; // the other side is sent the user's
+    uint32_t bTones;        // the other side takes tones within the sound
+    uint32_t bOtherHolds;   // it wants to hear nothing
+    uint32_t bOwnPicture;   // the other side is sent the user's
+    uint32_t bOtherPicture; // pictures of the other side come
 };
 
 static_assert(sizeof(CALL_WISH) == 40 && std::is_trivially_copyable_v<CALL_WISH>);
-static_assert(sizeof(CALL_STREAMS) == 68 && std::is_trivially_copyable_v<CALL_STREAMS>);
+static_assert(sizeof(CALL_STREAMS) == 72 && std::is_trivially_copyable_v<CALL_STREAMS>);
 static_assert(sizeof(MOV_SDP) == 452 && std::is_trivially_copyable_v<MOV_SDP>);
 static_assert(sizeof(PLAYER_STREAMS) == 460 && std::is_trivially_copyable_v<PLAYER_STREAMS>);
 static_assert(sizeof(ADDR_PARAM) == 204 && std::is_trivially_copyable_v<ADDR_PARAM>);

@@ -202,6 +202,7 @@ void mediaSessions::changed(const msgObject& msg)
     streams.bEncrypted = record.bEncrypted != 0;
     streams.bOtherHolds = record.bOtherHolds != 0;
     streams.nOwnPicture = record.bOwnPicture != 0 ? 1 : 0;
+    streams.nOtherPicture = record.bOtherPicture != 0 ? 1 : 0;
     if (streams == state->streams)
         return;
     state->streams = streams;

@@ -41,11 +41,12 @@ struct tagCallStreams
     bool bEncrypted = false;  // all of it
     bool bOtherHolds = false; // by its description the other side wants to hear nothing
     int nOwnPicture = -1;     // 1: the user's own picture goes out, 0: none does; -1: not known
+    int nOtherPicture = -1;   // the same of those that are to come from the other side
     bool operator==(const tagCallStreams& other) const
     {
         return strSound == other.strSound && strPicture == other.strPicture && nQuality == other.nQuality &&
                bEncrypted == other.bEncrypted && bOtherHolds == other.bOtherHolds &&
-               nOwnPicture == other.nOwnPicture;
+               nOwnPicture == other.nOwnPicture && nOtherPicture == other.nOtherPicture;
     }
 };
 
