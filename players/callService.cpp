@@ -66,6 +66,9 @@ int callService::TryThreadMessage(msgObject& msg)
     case MEDIA_MSG_CALL_AGREE:
         agree(msg);
         return 1;
+    case MEDIA_MSG_CALL_BEGIN:
+        begin(call);
+        return 1;
     case MEDIA_MSG_CALL_WITHDRAW:
         if (m_calls.count(call) != 0)
             m_calls[call].negotiation->withdraw();
@@ -111,7 +114,6 @@ callService::tagCallEntry* callService::entryFor(int call, const CALL_WISH& wish
     tagCallEntry& entry = m_calls[call];
     entry.negotiation = std::make_unique<callNegotiation>(ownMedia(wish, sockets->port()));
     entry.told.nQuality = -1;
-    m_open.start(0); // behind the reply: somebody waits for that
     m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
     m_look.start();
     return &entry;
@@ -171,6 +173,9 @@ void callService::describe(const msgObject& msg)
         reply(msg, {});
         return;
     }
+    entry->bPreview = isAnswer && wish.bPreview != 0;
+    if (!entry->bPreview)
+        m_open.start(0); // behind the reply: somebody waits for that
     tagMediaWant want;
     want.bHeld = wish.bHeld != 0;
     want.bEncrypt = wish.bEncrypt != 0;
@@ -188,6 +193,17 @@ void callService::describe(const msgObject& msg)
         apply();
         applyPictures();
     }
+}
+
+void callService::begin(int call)
+{
+    const auto known = m_calls.find(call);
+    if (known == m_calls.end() || !std::exchange(known->second.bPreview, false))
+        return;
+    known->second.bAgreed = known->second.bPicturesAgreed = true;
+    m_open.start(0);
+    apply();
+    applyPictures();
 }
 
 void callService::agree(const msgObject& msg)
@@ -215,7 +231,9 @@ void callService::apply()
     for (auto& [call, entry] : m_calls) {
         if (!std::exchange(entry.bAgreed, false))
             continue;
-        const tagAgreedSound& agreed = entry.negotiation->agreed();
+        tagAgreedSound agreed = entry.negotiation->agreed();
+        if (entry.bPreview)
+            agreed.bSends = agreed.bReceives = false;
         callSession::tagParts sound = callSession::build(agreed);
         m_desk.with(call, [&](callSession& session) { session.agree(agreed, sound); });
         tell(call, entry);
@@ -230,7 +248,9 @@ void callService::applyPictures()
     for (auto& [call, entry] : m_calls) {
         if (!std::exchange(entry.bPicturesAgreed, false) || !entry.pictures)
             continue;
-        entry.pictures->agree(entry.negotiation->agreedPicture());
+        tagAgreedPicture agreed = entry.negotiation->agreedPicture();
+        agreed.bSends = agreed.bSends && !entry.bPreview;
+        entry.pictures->agree(agreed);
     }
     giveCamera();
     tellAll();

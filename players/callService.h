@@ -56,6 +56,7 @@ private:
         std::unique_ptr<pictureSession> pictures; // null: none were ever wanted; ends before its end
         bool bPicturesAgreed = false;             // as below, for the pictures
         bool bAgreed = false;                     // a new agreement that the streams do not know yet
+        bool bPreview = false;                    // nothing goes out, and no sound is taken
         CALL_STREAMS told = {};
     };
     using Calls = std::map<int, tagCallEntry>;
@@ -64,6 +65,7 @@ private:
     void agree(const msgObject& msg);
     void setMuted(const msgObject& msg);
     void sendTone(const msgObject& msg);
+    void begin(int call);
     void end(int call);
     void takeOwnPlace(const msgObject& msg);
     bool openPictures(int call, tagCallEntry& entry);

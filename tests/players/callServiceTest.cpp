@@ -280,6 +280,27 @@ TEST_F(CallPictures, PicturesThatDoNotComeOrEndAreToldOf)
     EXPECT_TRUE(shown().isNull());
 }
 
+TEST_F(CallPictures, APreviewShowsTheOtherSideAndNothingGoesThereUntilItBegins)
+{
+    startPictures();
+    tagMediaWant want;
+    want.bVideo = want.bCamera = true;
+    want.nRate = 15;
+    tagMediaWish wish = video();
+    wish.bPreview = true;
+    ASSERT_TRUE(m_other.negotiation->agree(answerOf(1, m_other.negotiation->offer(want), wish)));
+    m_other.apply();
+    EXPECT_TRUE(isShown());
+    EXPECT_EQ(m_news.streams[1].nOwnPicture, 0);
+    EXPECT_EQ(m_news.streams[1].nQuality, -1) << "no sound is taken";
+    EXPECT_FALSE(isLoudspeakerOpen());
+    EXPECT_EQ(m_other.seen.nOther, 0);
+    m_sessions.begin(1);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 20000));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 1 && isLoudspeakerOpen(); }));
+    EXPECT_TRUE(isShown());
+}
+
 TEST_F(CallPictures, OfTwoCallsTheOneThatBeganLastHasTheCameraUntilItEnds)
 {
     startPictures();
@@ -350,11 +371,11 @@ TEST_F(CallService, DamagedMessagesAreRefusedWithALine)
     post(MEDIA_MSG_CALL_OFFER, "short");
     EXPECT_TRUE(hasSaid("message 0x70030 of 5 bytes is refused: the size is wrong"));
     post(MEDIA_MSG_CALL_OFFER, QByteArray(sizeof(CALL_WISH), 'x'));
-    EXPECT_TRUE(hasSaid("message 0x70030 of 40 bytes is refused: an address is none"));
+    EXPECT_TRUE(hasSaid("message 0x70030 of 44 bytes is refused: an address is none"));
     post(MEDIA_MSG_CALL_ANSWER, QByteArray(sizeof(CALL_WISH), 0));
-    EXPECT_TRUE(hasSaid("message 0x70031 of 40 bytes is refused"));
+    EXPECT_TRUE(hasSaid("message 0x70031 of 44 bytes is refused"));
     post(MEDIA_MSG_CALL_ANSWER, QByteArray(sizeof(CALL_WISH), 0) + "no end");
-    EXPECT_TRUE(hasSaid("message 0x70031 of 46 bytes is refused: the description is no text"));
+    EXPECT_TRUE(hasSaid("message 0x70031 of 50 bytes is refused: the description is no text"));
     post(MEDIA_MSG_CALL_AGREE, QByteArray("v=0", 4));
     EXPECT_TRUE(hasSaid("message 0x70032 of 4 bytes is refused: there is no such call"));
     post(MEDIA_MSG_CALL_TONE, {}, 0xFFFFFFFF);
