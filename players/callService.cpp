@@ -183,8 +183,10 @@ void callService::describe(const msgObject& msg)
     want.bCamera = want.bVideo && wish.bCamera != 0 && pictureSourceIsThere();
     want.nKbit = int(std::min<uint32_t>(wish.nBandwidth, pictureRate::MOST_KBIT));
     want.nRate = wish.nFrameRate > 0 ? int(std::min<uint32_t>(wish.nFrameRate, 30)) : 30;
-    const QByteArray text =
-        isAnswer ? entry->negotiation->answer(offer, want) : entry->negotiation->offer(want);
+    QByteArray text = isAnswer ? entry->negotiation->answer(offer, want) : entry->negotiation->offer(want);
+    // A preview of nothing would only take the ringing from the other side's ear.
+    if (entry->bPreview && !entry->negotiation->agreedPicture().bReceives)
+        text.clear();
     reply(msg, text);
     if (text.isEmpty() && isNew) {
         end(call);

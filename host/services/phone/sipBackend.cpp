@@ -176,6 +176,11 @@ bool sipBackend::ring(int id)
     return m_pCalls->ring(id);
 }
 
+bool sipBackend::preview(int id, const tagCallOptions& options)
+{
+    return m_pCalls->preview(id, options);
+}
+
 bool sipBackend::answer(int id, const tagCallOptions& options)
 {
     return m_pCalls->answer(id, options);

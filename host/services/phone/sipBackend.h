@@ -36,6 +36,7 @@ public:
     int defaultAccount() const override;
     int dial(const QString& number, int account, const tagCallOptions& options) override;
     bool ring(int id) override;
+    bool preview(int id, const tagCallOptions& options) override;
     bool answer(int id, const tagCallOptions& options) override;
     bool refuse(int id, CALL_END why) override;
     bool deflect(int id, const QString& number) override;

@@ -232,7 +232,8 @@ bool sipCalls::answer(int id, const tagCallOptions& options)
     live->call.options = options;
     live->call.eState = CALL_TALKING;
     live->talking.start();
-    ask(*live, ASKED_ANSWER);
+    if (!answerAsPreviewed(*live))
+        ask(*live, ASKED_ANSWER);
     tell(*live);
     return true;
 }
@@ -517,6 +518,10 @@ void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
             refuseAnswer(*live, isMissing);
         }
         break;
+    case ASKED_PREVIEW:
+        if (isThere)
+            previewed(*live, sdp);
+        break;
     case ASKED_OFFER:
         live->bOffered = isThere;
         if (isThere) {
@@ -559,6 +564,7 @@ void sipCalls::mediaLost()
     for (tagLive& live : m_calls) {
         live.call.streams = tagCallStreams();
         live.call.bVideo = false;
+        live.preview.clear();
         if (live.eAsked != ASKED_NOTHING) {
             ask(live, live.bAskAgain ? ASKED_REPLY : live.eAsked);
         } else if (live.nWire && live.call.eState != CALL_RINGING) {

@@ -42,6 +42,7 @@ public:
     void fail(const QString& number, int account, const char* reason);
     // As those of phoneBackend.
     bool ring(int id);
+    bool preview(int id, const tagCallOptions& options);
     bool answer(int id, const tagCallOptions& options);
     bool refuse(int id, CALL_END why);
     bool deflect(int id, const QString& number);
@@ -70,10 +71,11 @@ private:
     // What the media are asked for.
     enum ASKED {
         ASKED_NOTHING,
-        ASKED_DIAL,   // the offer of a call that goes out
-        ASKED_ANSWER, // what answers a call that came in
-        ASKED_OFFER,  // another offer, of a call that talks
-        ASKED_REPLY   // the answer to another offer of the other side
+        ASKED_DIAL,    // the offer of a call that goes out
+        ASKED_ANSWER,  // what answers a call that came in
+        ASKED_PREVIEW, // the same, of one that still rings
+        ASKED_OFFER,   // another offer, of a call that talks
+        ASKED_REPLY    // the answer to another offer of the other side
     };
     struct tagLive
     {
@@ -97,6 +99,7 @@ private:
         QByteArray target;      // where that wants it; empty: the number of the call
         int nRedirections = 0;
         QByteArray offer;                     // of a call that goes out
+        QByteArray preview;                   // the answer of one that rings, as the other side knows it
         std::optional<QByteArray> otherOffer; // that is not answered yet; an empty one asks for one
         QElapsedTimer talking;                // valid from the answer on
     };
@@ -121,6 +124,8 @@ private:
     void refusedOffer(tagLive& live);
     void otherOffers(const tagSipMedia& media);
     void described(int id, const QByteArray& sdp, bool isMissing);
+    void previewed(tagLive& live, const QByteArray& sdp);
+    bool answerAsPreviewed(tagLive& live);
     void refuseAnswer(const tagLive& live, bool isMissing);
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
