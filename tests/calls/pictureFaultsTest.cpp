@@ -6,6 +6,7 @@
 #include "tests/calls/rawPictures.h"
 #include "tests/kit/plain/processes.h"
 #include <QElapsedTimer>
+#include <random>
 #include <unistd.h>
 
 namespace {
@@ -102,6 +103,53 @@ TEST_F(PictureFaults, MorePacketsThanPicturesHaveAreLost)
             m_raw.send(QByteArray("\x61\xe0", 2), 90000, true);
     }
     EXPECT_GT(m_other.session->counts().nTooMany, 0);
+    expectGoodPictures();
+}
+
+TEST_F(PictureFaults, WhatIsNoPictureIsLeftOutAndTheNextOneIsSeen)
+{
+    connectRaw();
+    const QList<QByteArray> contents = {
+        "",
+        QByteArray("\0", 1), // a unit of nothing
+        "\x67",              // sets without anything
+        "\x68",
+        "\x65", // a picture without anything
+        QByteArray("\x78\xff\xff"
+                   "ab",
+                   5), // units together whose lengths lie
+        QByteArray("\x78\0\0\0\0\0\0", 7),
+        QByteArray("\x78\0", 2),
+        QByteArray("\x79\0\1\0\2"
+                   "ab",
+                   7), // kinds that nobody agreed on
+        QByteArray("\x7a\0\1\0\2\0\0"
+                   "ab",
+                   9),
+        QByteArray("\x7b\0\1\0\2\0\0\0"
+                   "ab",
+                   10),
+        "\x7c", // parts without a beginning, or a rest
+        "\x7c\x85",
+        "\x7c\x45"
+        "ab",
+        "\x7c\xc5"
+        "ab",
+        QByteArray("\x7d\x85\0\1"
+                   "ab",
+                   6),
+        QByteArray(1400, '\xff'),
+    };
+    std::minstd_rand chance(7);
+    for (int i = 0; i < 4000; ++i) {
+        const QByteArray& content = contents[qsizetype(chance() % size_t(contents.size()))];
+        const int payload = i % 5 == 0 ? int(chance() % 128) : -1;
+        m_raw.send(content, chance() % 9000 * 10, chance() % 3 == 0, payload);
+        if (i % 25 == 0)
+            pass(10);
+    }
+    EXPECT_EQ(m_other.seen.nOther, 0);
+    EXPECT_GT(m_other.session->counts().nStrangers, 0) << "a payload type of something else";
     expectGoodPictures();
 }
 

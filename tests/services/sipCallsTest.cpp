@@ -131,6 +131,30 @@ TEST_F(SipCallTest, OneThatComesInRingsIsAnsweredAndEndsByTheOtherSide)
     EXPECT_EQ(history("missed", 1), QStringList{"0"});
 }
 
+TEST_F(SipCallTest, TheCallersPictureIsThatOfTheLinesOwnServer)
+{
+    const auto pictureOf = [this](uint32_t wire, const QByteArray& address) {
+        tagSipArrived record = arrival(wire);
+        sipWire::setText(record.szPicture, address.toStdString());
+        const int id = arrives(record);
+        const QString picture = call().strPicture;
+        phoneService::instance().hangUp(id);
+        return picture;
+    };
+    const QByteArray server = "sip.example.com";
+    EXPECT_EQ(pictureOf(IN, "https://" + server + ":8443/a%20b.png?x=1"),
+              "https://" + server + ":8443/a%20b.png?x=1");
+    const QList<QByteArray> others = {"",
+                                      "https://elsewhere.test/a.png",
+                                      "https://" + server + ".elsewhere.test/a.png",
+                                      "https://" + server + "@elsewhere.test/a.png",
+                                      "https://user:secret@" + server + "/a.png",
+                                      "http://127.0.0.1/a.png",
+                                      "https://[/a.png"};
+    for (qsizetype i = 0; i < others.size(); ++i)
+        EXPECT_EQ(pictureOf(IN + 1 + uint32_t(i), others[i]), "") << others[i].constData();
+}
+
 class SipDoorTest : public SipCallTest
 {
 protected:

@@ -4,6 +4,7 @@
 #include "support/host/api.h"
 #include "support/host/trace.h"
 #include <QTimer>
+#include <QUrl>
 #include <algorithm>
 #include <utility>
 
@@ -21,6 +22,15 @@ const QChar kSecretTone(0x2022);
 QString textOf(const char* text)
 {
     return callTextOf(QString::fromUtf8(text));
+}
+
+// Only the server itself is asked: whoever else is named there would learn when this phone rings.
+QString pictureOf(const char* address, const QString& server)
+{
+    const QUrl url(QString::fromLatin1(address), QUrl::StrictMode);
+    const bool isOwn = url.isValid() && url.userInfo().isEmpty() && !server.isEmpty() &&
+                       url.host().compare(server, Qt::CaseInsensitive) == 0;
+    return isOwn ? url.toString(QUrl::FullyEncoded) : QString();
 }
 
 } // namespace
@@ -383,6 +393,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
     live.call = callNew(textOf(arrived.szNumber), int(arrived.nLine));
     live.call.bIncoming = true;
     live.call.strName = textOf(arrived.szName);
+    live.call.strPicture = pictureOf(arrived.szPicture, m_accountOf(live.call.nAccount).strServer);
     live.call.bAnonymous = arrived.bAnonymous != 0;
     live.call.bAsksAnswer = arrived.bAutoAnswer != 0;
     for (uint32_t i = 0; i < arrived.nForwards; ++i)

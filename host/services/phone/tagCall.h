@@ -54,8 +54,9 @@ struct tagCall
 {
     int nId = 0; // from 1, never given again
     QString strNumber;
-    QString strName;   // empty when it is not known
-    int nAccount = -1; // 0 to 3, or PHONE_LINE_PSTN
+    QString strName;    // empty when it is not known
+    QString strPicture; // address of the caller's picture at the line's own server; empty: none is known
+    int nAccount = -1;  // 0 to 3, or PHONE_LINE_PSTN
     bool bIncoming = false;
     bool bAnonymous = false;  // the caller, or the user, keeps the number back
     QStringList forwardedBy;  // numbers whose phones have sent it on to this one, the last one last
