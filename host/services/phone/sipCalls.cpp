@@ -23,6 +23,12 @@ QString textOf(const char* text)
     return callTextOf(QString::fromUtf8(text));
 }
 
+const char* reasonOfBreak(const tagCall& call)
+{
+    return call.eState == CALL_TALKING ? HX_TR("The connection was lost")
+                                       : HX_TR("The call could not be made");
+}
+
 } // namespace
 
 sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCallsNews news)
@@ -128,7 +134,7 @@ void sipCalls::ringsTooLong(int id)
     } else {
         const bool isOut = live.nWire != 0;
         m_orders.status(SIP_HANG_UP, live.nWire, 0);
-        end(id, CALL_FAILED, isOut ? HX_TR("Nobody answers") : HX_TR("Sound is not available at present"));
+        end(id, CALL_FAILED, isOut ? HX_TR("Nobody answers") : kNoSound);
     }
 }
 
@@ -478,69 +484,84 @@ void sipCalls::otherOffers(const tagSipMedia& media)
     ask(*live, ASKED_REPLY);
 }
 
-void sipCalls::refuseAnswer(const tagLive& live, bool isMissing)
-{
-    m_orders.status(SIP_REFUSE, live.nWire, isMissing ? kOwnFault : kNoCommonMedia);
-    end(live.call.nId, CALL_FAILED, isMissing ? kNoSound : sipReasonOf(kNoCommonMedia));
-}
-
 void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
 {
     tagLive* live = find(id);
     if (!live || live->eAsked == ASKED_NOTHING)
         return;
     const ASKED asked = std::exchange(live->eAsked, ASKED_NOTHING);
-    const bool isThere = !sdp.isEmpty() && sdp.size() < SIP_SDP_SIZE;
-    if (live->bAskAgain) {
-        if (asked == ASKED_OFFER) {
-            m_media.withdraw(id);
-            live->bMustOffer = true;
-        }
-        ask(*live, ASKED_REPLY);
+    const QByteArray usable = sdp.size() < SIP_SDP_SIZE ? sdp : QByteArray();
+    if (live->bAskAgain)
+        return askForReply(*live, asked);
+    switch (asked) {
+    case ASKED_NOTHING:
+        return;
+    case ASKED_DIAL:
+        return dialWith(*live, usable);
+    case ASKED_ANSWER:
+        return answerWith(*live, usable, isMissing);
+    case ASKED_OFFER:
+        return offerWith(*live, usable);
+    case ASKED_REPLY:
+        return replyWith(*live, usable);
+    }
+}
+
+// The other side has offered meanwhile: its offer goes first.
+void sipCalls::askForReply(tagLive& live, ASKED outOfDate)
+{
+    if (outOfDate == ASKED_OFFER) {
+        m_media.withdraw(live.call.nId);
+        live.bMustOffer = true;
+    }
+    ask(live, ASKED_REPLY);
+}
+
+void sipCalls::dialWith(tagLive& live, const QByteArray& offer)
+{
+    live.offer = offer;
+    if (offer.isEmpty())
+        end(live.call.nId, CALL_FAILED, kNoSound);
+    else
+        dial(live, live.target.isEmpty() ? live.call.strNumber.toUtf8() : live.target);
+}
+
+void sipCalls::answerWith(tagLive& live, const QByteArray& sdp, bool isMissing)
+{
+    if (sdp.isEmpty()) {
+        m_orders.status(SIP_REFUSE, live.nWire, isMissing ? kOwnFault : kNoCommonMedia);
+        end(live.call.nId, CALL_FAILED, isMissing ? kNoSound : sipReasonOf(kNoCommonMedia));
         return;
     }
-    switch (asked) {
-    case ASKED_DIAL:
-        live->offer = sdp;
-        if (isThere)
-            dial(*live, live->target.isEmpty() ? live->call.strNumber.toUtf8() : live->target);
-        else
-            end(id, CALL_FAILED, kNoSound);
-        break;
-    case ASKED_ANSWER:
-        if (isThere) {
-            live->bOffered = live->otherOffer->isEmpty();
-            live->bAgreedHeld = live->bAskedHeld;
-            live->otherOffer.reset();
-            m_orders.media(SIP_ANSWER, live->nWire, sdp);
-        } else {
-            refuseAnswer(*live, isMissing);
-        }
-        break;
-    case ASKED_OFFER:
-        live->bOffered = isThere;
-        if (isThere) {
-            m_orders.media(SIP_MEDIA, live->nWire, sdp);
-        } else {
-            const bool wasHeld = live->call.bHeld;
-            refusedOffer(*live);
-            if (live->call.bHeld != wasHeld)
-                tell(*live);
-        }
-        break;
-    case ASKED_REPLY:
-        // An empty answer refuses.
-        live->bOffered = isThere && live->otherOffer->isEmpty();
-        live->bReplied = isThere;
-        if (isThere)
-            live->bAgreedHeld = live->bAskedHeld;
-        live->otherOffer.reset();
-        m_orders.media(SIP_MEDIA, live->nWire, isThere ? sdp : QByteArray());
-        offerAnew(*live);
-        break;
-    case ASKED_NOTHING:
-        break;
+    live.bOffered = live.otherOffer->isEmpty();
+    live.bAgreedHeld = live.bAskedHeld;
+    live.otherOffer.reset();
+    m_orders.media(SIP_ANSWER, live.nWire, sdp);
+}
+
+void sipCalls::offerWith(tagLive& live, const QByteArray& offer)
+{
+    live.bOffered = !offer.isEmpty();
+    if (live.bOffered) {
+        m_orders.media(SIP_MEDIA, live.nWire, offer);
+        return;
     }
+    const bool wasHeld = live.call.bHeld;
+    refusedOffer(live);
+    if (live.call.bHeld != wasHeld)
+        tell(live);
+}
+
+// An empty answer refuses.
+void sipCalls::replyWith(tagLive& live, const QByteArray& answer)
+{
+    live.bReplied = !answer.isEmpty();
+    live.bOffered = live.bReplied && live.otherOffer->isEmpty();
+    if (live.bReplied)
+        live.bAgreedHeld = live.bAskedHeld;
+    live.otherOffer.reset();
+    m_orders.media(SIP_MEDIA, live.nWire, answer);
+    offerAnew(live);
 }
 
 void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
@@ -582,8 +603,7 @@ void sipCalls::ended(const tagSipEnded& ended)
     const int id = live->call.nId;
     const bool ringsIn = findRingingIn(id) != nullptr;
     const bool wentOn = live->bTransferring;
-    const bool talked = live->call.eState == CALL_TALKING;
-    const char* const lost = talked ? HX_TR("The connection was lost") : HX_TR("The call could not be made");
+    const char* const lost = reasonOfBreak(live->call);
     nuxTrace(TRACE_NOTE, "a call on line %d has ended: %u %u %s", live->call.nAccount + 1, ended.eEnding,
              ended.nStatus, ended.szReason);
     switch (ended.eEnding) {
@@ -613,11 +633,7 @@ void sipCalls::agentIsGone()
 {
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
-        const bool talks = call.eState == CALL_TALKING;
-        end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED,
-            ringsIn ? ""
-            : talks ? HX_TR("The connection was lost")
-                    : HX_TR("The call could not be made"));
+        end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : reasonOfBreak(call));
     }
 }
 

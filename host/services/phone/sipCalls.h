@@ -121,7 +121,12 @@ private:
     void refusedOffer(tagLive& live);
     void otherOffers(const tagSipMedia& media);
     void described(int id, const QByteArray& sdp, bool isMissing);
-    void refuseAnswer(const tagLive& live, bool isMissing);
+    void askForReply(tagLive& live, ASKED outOfDate);
+    // What was asked for is there; empty: it is not.
+    void dialWith(tagLive& live, const QByteArray& offer);
+    void answerWith(tagLive& live, const QByteArray& sdp, bool isMissing);
+    void offerWith(tagLive& live, const QByteArray& offer);
+    void replyWith(tagLive& live, const QByteArray& answer);
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
     void takeOver(tagLive live, uint32_t replaced);
