@@ -4,7 +4,6 @@
 #include "support/host/api.h"
 #include "support/host/trace.h"
 #include <QTimer>
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -31,8 +30,9 @@ const char* reasonOfBreak(const tagCall& call)
 
 } // namespace
 
-sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCallsNews news)
-    : m_link(link), m_orders(link), m_media(media), m_accountOf(std::move(accountOf)), m_news(std::move(news))
+sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagCallNews news)
+    : phoneCalls(std::move(news)), m_link(link), m_orders(link), m_media(media),
+      m_accountOf(std::move(accountOf))
 {
     m_media.setNews(this);
 }
@@ -40,13 +40,6 @@ sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCa
 sipCalls::~sipCalls()
 {
     m_media.setNews(nullptr);
-}
-
-tagCall sipCalls::shown(const tagLive& live)
-{
-    tagCall call = live.call;
-    call.nSeconds = live.talking.isValid() ? int(live.talking.elapsed() / kMsInSecond) : 0;
-    return call;
 }
 
 sipCalls::tagLive* sipCalls::find(int id)
@@ -84,30 +77,20 @@ tagMediaWish sipCalls::wishOf(const tagLive& live) const
     return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt};
 }
 
-// Whoever hears of it may end the call: it is the last that is done with it.
-void sipCalls::tell(const tagLive& live)
-{
-    m_news.changed(shown(live));
-}
-
 bool sipCalls::end(int id, CALL_END why, const char* reason)
 {
     const tagLive* live = find(id);
     if (!live)
         return false;
-    tagCall call = shown(*live);
+    tagCall call = live->shown();
     const int other = std::exchange(call.nJoined, 0);
     if (tagLive* joined = find(other))
         joined->call.nJoined = 0;
     m_calls.removeIf([id](const tagLive& each) { return each.call.nId == id; });
     m_media.end(id);
-    call.eState = CALL_ENDED;
-    call.eEnd = why;
-    call.strReason = reason;
     if (why != CALL_FORWARDED && why != CALL_TRANSFERRED)
         call.strTarget.clear();
-    m_ended.add(call);
-    m_news.changed(call);
+    tellEnd(call, why, reason);
     if (const tagLive* left = find(other))
         tell(*left);
     return true;
@@ -160,16 +143,6 @@ void sipCalls::offerAnew(tagLive& live)
     ask(live, ASKED_OFFER);
 }
 
-void sipCalls::fail(const QString& number, int account, const char* reason)
-{
-    tagCall call = callNew(number, account);
-    call.eState = CALL_ENDED;
-    call.eEnd = CALL_FAILED;
-    call.strReason = reason;
-    m_ended.add(call);
-    m_news.changed(call);
-}
-
 int sipCalls::begin(const QString& number, int account, const tagCallOptions& options, bool picksUp)
 {
     if (m_calls.size() >= SIP_CALLS_MAX || !sipOrders::fits(number.toUtf8())) {
@@ -186,7 +159,7 @@ int sipCalls::begin(const QString& number, int account, const tagCallOptions& op
     const int id = live.call.nId;
     limitRinging(live);
     ask(m_calls.last(), ASKED_DIAL);
-    m_news.changed(live.call);
+    tell(live.call);
     return id;
 }
 
@@ -399,7 +372,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
     }
     m_calls.append(live);
     limitRinging(live);
-    m_news.arrived(live.call);
+    tellArrival(live.call);
     // What nobody decided would ring without anybody hearing it.
     const tagLive* undecided = findRingingIn(live.call.nId);
     if (undecided && !undecided->bRings)
@@ -635,18 +608,4 @@ void sipCalls::agentIsGone()
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
         end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : reasonOfBreak(call));
     }
-}
-
-QList<tagCall> sipCalls::calls() const
-{
-    QList<tagCall> all;
-    for (const tagLive& live : m_calls)
-        all.append(shown(live));
-    return all;
-}
-
-bool sipCalls::isTalking() const
-{
-    return std::any_of(m_calls.begin(), m_calls.end(),
-                       [](const tagLive& live) { return live.call.eState == CALL_TALKING; });
 }
