@@ -288,12 +288,7 @@ void SipCall::onStack(const tagStackEvent& event)
         return;
     switch (event.eEvent) {
     case nua_r_invite:
-        if (hasEnded() && status >= 200 && status < 300)
-            nua_bye(m_pHandle, TAG_END()); // the answer has crossed the end of the call
-        else if (m_eStep == STEP_TALKING)
-            onMediaReply(event);
-        else
-            onInviteReply(event);
+        onInviteReply(event);
         break;
     case nua_i_invite:
         onOffer(event);
@@ -324,31 +319,46 @@ void SipCall::onStack(const tagStackEvent& event)
             onTransfer(status);
         break;
     case nua_i_notify:
-        if (sipCaller::statusOfTransfer(event.pMessage) >= 200)
-            onTransfer(sipCaller::statusOfTransfer(event.pMessage));
+        onTransferNote(event);
         break;
-    case nua_i_state: {
-        int state = nua_callstate_init;
-        tl_gets(event.pTags, NUTAG_CALLSTATE_REF(state), TAG_END());
-        // The stack gives up a call by itself, and waits for a reply to that.
-        if (state >= nua_callstate_terminating && !hasEnded()) {
-            end(SIP_BROKEN, status >= 100 && status <= 699 ? status : 0, event.szPhrase);
-            releaseSoon();
-        }
-        if (state == nua_callstate_terminated)
-            release();
+    case nua_i_state:
+        onState(event);
         break;
-    }
     default:
         break;
     }
 }
 
+void SipCall::onState(const tagStackEvent& event)
+{
+    const uint32_t status = uint32_t(event.nStatus);
+    int state = nua_callstate_init;
+    tl_gets(event.pTags, NUTAG_CALLSTATE_REF(state), TAG_END());
+    // The stack gives up a call by itself, and waits for a reply to that.
+    if (state >= nua_callstate_terminating && !hasEnded()) {
+        end(SIP_BROKEN, status >= 100 && status <= 699 ? status : 0, event.szPhrase);
+        releaseSoon();
+    }
+    if (state == nua_callstate_terminated)
+        release();
+}
+
 void SipCall::onInviteReply(const tagStackEvent& event)
+{
+    const bool isTaken = event.nStatus >= 200 && event.nStatus < 300;
+    if (hasEnded() && isTaken)
+        nua_bye(m_pHandle, TAG_END()); // the answer has crossed the end of the call
+    else if (m_eStep == STEP_TALKING)
+        onMediaReply(event);
+    else if (!hasEnded())
+        onSetupReply(event);
+}
+
+void SipCall::onSetupReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
     const std::string sdp = sdpOf(event.pMessage);
-    if (hasEnded() || status < 100)
+    if (status < 100)
         return;
     if (event.pMessage) {
         m_silent.stop();
@@ -584,6 +594,13 @@ void SipCall::beReplaced()
         nua_cancel(m_pHandle, TAG_END());
     end(SIP_REPLACED, 0, "Another call has taken its place");
     releaseSoon();
+}
+
+void SipCall::onTransferNote(const tagStackEvent& event)
+{
+    const uint32_t status = sipCaller::statusOfTransfer(event.pMessage);
+    if (status >= 200)
+        onTransfer(status);
 }
 
 void SipCall::onTransfer(uint32_t status)
