@@ -28,6 +28,8 @@ public:
     bool prints(int ms = WAIT_MS) { return m_process.waitForReadyRead(ms); }
     // All that it has printed.
     const QByteArray& output();
+    // By itself; false when it has not by then.
+    bool ends(int ms) { return !isRunning() || m_process.waitForFinished(ms); }
     // Asks it to end; its exit code, -1 when it does not end by itself.
     int end();
 
