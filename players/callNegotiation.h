@@ -108,7 +108,6 @@ private:
     {
         const tagDescribedMedia* pMedia = nullptr;
         tagAgreedCodec codec;
-        tagCrypto crypto; // of the other side
     };
     struct tagPictureChoice
     {
@@ -118,16 +117,19 @@ private:
     using Cryptos = QList<tagCrypto>;
 
     QByteArray head();
-    QByteArray attributes(const tagAgreedSound& sound, const Cryptos& cryptos, bool sends, bool receives,
-                          bool mux) const;
+    QByteArray soundLine(const QByteArray& transport, const tagAgreedSound& sound, const Cryptos& cryptos,
+                         const QByteArray& direction, bool mux) const;
     QByteArray pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
                            const Cryptos& cryptos, const QByteArray& direction, bool mux) const;
     QByteArray refused(const tagPlace& place) const;
     bool stops(const QList<tagDescribedMedia>& offered) const;
     tagAgreedSound stopped() const;
     QByteArray answerOfStop(const QList<tagDescribedMedia>& offered);
+    // With these keys of ours.
+    Cryptos offerTransport(tagPlace& place, bool secure, Cryptos& of);
     QByteArray soundOffer(tagPlace& place, bool secure);
     QByteArray pictureOffer(tagPlace& place, bool secure);
+    QByteArray soundAnswer(const tagChoice& choice, const tagMediaWant& want);
     QByteArray pictureAnswer(const tagPictureChoice& choice, const tagMediaWant& want);
     void placePicture();
     void learnNumbers(const QList<tagDescribedMedia>& media);
@@ -136,6 +138,9 @@ private:
     int numberForTones();
     int freeNumber();
     bool canReach(const tagDescribedMedia& media, bool encrypt) const;
+    // A choice without a line: there is nothing in common.
+    tagChoice chooseSound(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;
+    tagPictureChoice choosePicture(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;
     bool choose(const tagDescribedMedia& media, bool encrypt, tagChoice& choice) const;
     bool choose(const tagDescribedMedia& media, const tagMediaWant& want, tagPictureChoice& choice) const;
     bool fits(const tagDescribedMedia& answer, tagAgreedSound& sound) const;

@@ -30,7 +30,7 @@ tagOwnMedia ownMedia(const CALL_WISH& wish, int port)
     own.nPort = port;
     // A device speaks with none of its own programs; phones side by side on one machine do.
     own.bLoopback = !deviceGetRoot().IsEmpty();
-    memcpy(&own.nSession, callCrypto::randomBytes(4).constData(), 4);
+    own.nSession = callCrypto::randomNumber<quint32>();
     return own;
 }
 

@@ -17,20 +17,12 @@ constexpr qint64 kMsUs = 1000;
 constexpr qint64 kKeyUs = 300000;        // between two new pictures that are asked for
 constexpr int kReceiveBytes = 512 << 10; // in the socket: a new picture comes all at once
 
-template <typename Number>
-Number randomNumber()
-{
-    Number number;
-    memcpy(&number, callCrypto::randomBytes(sizeof number).constData(), sizeof number);
-    return number;
-}
-
 } // namespace
 
 pictureSession::pictureSession(std::unique_ptr<callSockets> sockets, pictureEnd& end)
     : m_sockets(std::move(sockets)), m_end(end),
-      m_reports(randomNumber<quint32>(), callCrypto::randomBytes(9).toBase64()),
-      m_nSequence(randomNumber<quint16>() & 0x7fff), m_nTime(randomNumber<quint32>())
+      m_reports(callCrypto::randomNumber<quint32>(), callCrypto::randomBytes(9).toBase64()),
+      m_nSequence(callCrypto::randomNumber<quint16>() & 0x7fff), m_nTime(callCrypto::randomNumber<quint32>())
 {
     const int bytes = kReceiveBytes;
     setsockopt(m_sockets->descriptor(false), SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
@@ -90,10 +82,7 @@ void pictureSession::agree(const tagAgreedPicture& agreed)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         const tagAgreedPicture before = std::exchange(m_agreed, agreed);
-        if (before.eSuite != agreed.eSuite || before.sendKey != agreed.sendKey)
-            m_seal = secureRtp::make(agreed.eSuite, agreed.sendKey, secureRtp::WAY::OUT);
-        if (before.eSuite != agreed.eSuite || before.takeKey != agreed.takeKey)
-            m_open = secureRtp::make(agreed.eSuite, agreed.takeKey, secureRtp::WAY::IN);
+        m_keys.agree(agreed);
         m_bRateChanged = true;
         // Of who holds the call the last picture is of no use.
         const bool isHeld = agreed.bHeldByPeer && !before.bHeldByPeer;
@@ -239,11 +228,7 @@ void pictureSession::takePacket(unsigned char* packet, int size, const sockaddr_
         ++m_counts.nTooMany;
         return;
     }
-    // The seal first: nothing of a packet is believed before.
-    const int opened = !isFromPeer                               ? 0
-                       : m_agreed.eSuite == CRYPTO_SUITE::NONE   ? size
-                       : m_open && size >= rtpPacket::HEAD_BYTES ? m_open->open(packet, size, false)
-                                                                 : 0;
+    const int opened = isFromPeer ? m_keys.open(packet, size, false) : 0;
     const bool isWhole = opened > 0 && rtpPacket::read(packet, opened, head, start, length);
     const tagPictureFormat* format = isWhole ? formatOf(head.nPayload) : nullptr;
     if (!format || !m_peer.takes(from, head)) {
@@ -267,9 +252,7 @@ void pictureSession::takeReport(unsigned char* packet, int size, const sockaddr_
 {
     if (!m_agreed.bPicture || !m_peer.isAt(from) || !rtpPacket::isRtcp(packet, size))
         return;
-    const int opened = m_agreed.eSuite == CRYPTO_SUITE::NONE ? size
-                       : m_open                              ? m_open->open(packet, size, true)
-                                                             : 0;
+    const int opened = m_keys.open(packet, size, true);
     if (opened > 0)
         m_reports.read(packet, opened, nowUs);
 }

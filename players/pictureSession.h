@@ -10,6 +10,7 @@
 #include "players/rtcpReports.h"
 #include "players/rtpPeer.h"
 #include "players/sealedSend.h"
+#include "players/streamKeys.h"
 #include <atomic>
 #include <mutex>
 #include <thread>
@@ -78,7 +79,7 @@ private:
     void put(const QByteArray& packet, qint64 nowUs);
     bool askPicture(qint64 nowUs);
     void sendPacket(const unsigned char* packet, int size);
-    tagWayOut wayOut() const { return {*m_sockets, m_peer, m_agreed, m_seal.get()}; }
+    tagWayOut wayOut() const { return {*m_sockets, m_peer, m_agreed, m_keys.sealer()}; }
     void follow(qint64 nowUs);
     void steerEncoder();
     void renewEncoder();
@@ -103,8 +104,7 @@ private:
     mutable std::mutex m_mutex; // of what follows, up to the next line like this
     tagAgreedPicture m_agreed;
     rtpPeer m_peer;
-    std::unique_ptr<secureRtp> m_seal;
-    std::unique_ptr<secureRtp> m_open;
+    streamKeys m_keys;
     rtcpReports m_reports;
     packetOrder m_order;
     pictureRate m_rate;

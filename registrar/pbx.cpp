@@ -209,8 +209,14 @@ void Pbx::takeWithin(nta_incoming_t* request, const sip_t& sip)
             return;
         }
     }
-    if (!m_calls.holds(sip))
-        return refuse(request, SIP_481_NO_CALL);
+    if (m_calls.holds(sip))
+        leadWithin(request, sip);
+    else
+        refuse(request, SIP_481_NO_CALL);
+}
+
+void Pbx::leadWithin(nta_incoming_t* request, const sip_t& sip)
+{
     msg_t* message = nta_incoming_getrequest(request);
     if (!isOfParty(sip, message)) {
         msg_destroy(message);

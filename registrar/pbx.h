@@ -47,6 +47,8 @@ private:
     void takeAck(msg_t* message, const sip_t* sip);
     void takeRequest(nta_incoming_t* request, const sip_t& sip);
     void takeWithin(nta_incoming_t* request, const sip_t& sip);
+    // Of one of the calls that went through.
+    void leadWithin(nta_incoming_t* request, const sip_t& sip);
     // It comes from where one of the call's two parties is.
     bool isOfParty(const sip_t& sip, msg_t* message) const;
     void registerPhone(nta_incoming_t* request, const sip_t& sip);

@@ -51,6 +51,8 @@ private:
     void tryAddress();
     void sendRegister();
     void onReply(const tagStackEvent& event);
+    void onRefusal(const tagStackEvent& event);
+    void onRegistered(const tagStackEvent& event);
     void trustServers();
     void readMapping(const sip_t& reply);
     void keepOpen();

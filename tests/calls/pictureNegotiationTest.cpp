@@ -1,5 +1,6 @@
 // What two sides agree upon about pictures: who offers and takes them, how, and at which size.
 #include "players/callNegotiation.h"
+#include "tests/calls/describedText.h"
 #include <gtest/gtest.h>
 
 namespace {
@@ -22,11 +23,6 @@ tagMediaWant video(bool camera = true)
     return want;
 }
 
-callCrypto::KeySource countedKeys()
-{
-    return [count = 0](int bytes) mutable { return QByteArray(bytes, char(++count)); };
-}
-
 const QByteArray kHead = "v=0\r\no=- 1 1 IN IP4 192.0.2.7\r\ns=-\r\nc=IN IP4 192.0.2.7\r\nt=0 0\r\n";
 const QByteArray kSound = "m=audio 5004 RTP/AVP 8\r\n";
 
@@ -40,16 +36,6 @@ QByteArray h264(int number, const QByteArray& parameters)
 {
     const QByteArray payload = QByteArray::number(number);
     return "a=rtpmap:" + payload + " H264/90000\r\na=fmtp:" + payload + ' ' + parameters + "\r\n";
-}
-
-QByteArray mediaLines(const QByteArray& text)
-{
-    QByteArray lines;
-    for (const QByteArray& line : text.split('\n')) {
-        if (line.startsWith("m="))
-            lines += line.trimmed() + '|';
-    }
-    return lines;
 }
 
 // What stands behind the line of pictures.

@@ -16,8 +16,10 @@ bool sipCalls::preview(int id, const tagCallOptions& options)
     return true;
 }
 
-void sipCalls::previewed(tagLive& live, const QByteArray& sdp)
+void sipCalls::previewWith(tagLive& live, const QByteArray& sdp)
 {
+    if (sdp.isEmpty())
+        return;
     live.preview = sdp;
     m_orders.media(SIP_RING, live.nWire, sdp);
 }
