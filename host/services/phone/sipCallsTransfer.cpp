@@ -71,7 +71,7 @@ void sipCalls::stopTransfer(int id)
 void sipCalls::takeOver(tagLive live, uint32_t replaced)
 {
     if (const tagLive* before = findWire(replaced))
-        live.call.options = before->call.options;
+        live.call.options = optionsGoingOn(*before);
     live.call.eState = CALL_TALKING;
     live.talking.start();
     m_calls.append(live);
@@ -102,7 +102,7 @@ void sipCalls::referred(const tagSipReferred& referred)
     tagLive next;
     next.call = callNew(callTextOf(QString::fromUtf8(target.mid(target.indexOf(':') + 1).split(';').first())),
                         live->call.nAccount);
-    next.call.options = live->call.options;
+    next.call.options = optionsGoingOn(*live);
     next.call.bAnonymous = next.call.options.bAnonymous;
     next.nReferrer = live->nWire;
     next.target = target;

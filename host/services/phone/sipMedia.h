@@ -13,6 +13,8 @@ struct tagMediaWish
     bool bHeld = false;    // by the user: nothing is sent, and nothing is heard
     bool bEncrypt = false; // an offer of nothing but SRTP
     bool bPreview = false; // of an answer: only what the other side shows is taken, until begin()
+    // The camera may open although the call began without it: the user has said so.
+    bool bCameraNow = false;
 };
 
 // Hears of the media. Never before the call that asked has returned.
@@ -25,6 +27,8 @@ public:
     virtual void mediaDescribed(int call, const QByteArray& sdp) = 0;
     // In its place: there is no media process, or it does not answer.
     virtual void mediaMissing(int call) = 0;
+    // The other side's last answer does not fit: the streams stay as they were agreed before.
+    virtual void mediaUnfit(int /*call*/) {}
     // What goes over the call's streams, or how well, is another.
     virtual void mediaChanged(int call, const tagCallStreams& streams) = 0;
     // The process died, and another one is there: descriptions and streams are gone. Calls that talk want an
