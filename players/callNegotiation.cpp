@@ -324,6 +324,13 @@ QByteArray callNegotiation::offer(const tagMediaWant& want)
     return text;
 }
 
+tagAgreedPicture callNegotiation::agreedPicture() const
+{
+    tagAgreedPicture picture = m_picture;
+    picture.bHeldByPeer = m_agreed.bHeldByPeer;
+    return picture;
+}
+
 bool callNegotiation::canReach(const tagDescribedMedia& media, bool encrypt) const
 {
     return media.bRtp && media.nPort != 0 &&

@@ -48,6 +48,7 @@ struct tagAgreedPicture : public tagAgreedStream
     int nKbit = 0;                // a second, at most; 0: nobody says
     bool bPli = false;            // the other side makes a new picture when asked to
     bool bFir = false;            // the same, asked in another way
+    bool bHeldByPeer = false;     // the call, as its sound says
 };
 
 // Where this side is.
@@ -87,7 +88,7 @@ public:
     // The last offer was refused.
     void withdraw() { m_bOffered = false; }
     const tagAgreedSound& agreed() const { return m_agreed; }
-    const tagAgreedPicture& agreedPicture() const { return m_picture; }
+    tagAgreedPicture agreedPicture() const;
     void setPicturePort(int port) { m_own.nPicturePort = port; }
 
     // Sound may be sent there: an address of one machine, that is no system's port. loopback: also to this

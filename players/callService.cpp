@@ -66,6 +66,9 @@ int callService::TryThreadMessage(msgObject& msg)
     case MEDIA_MSG_CALL_AGREE:
         agree(msg);
         return 1;
+    case MEDIA_MSG_CALL_BEGIN:
+        begin(call);
+        return 1;
     case MEDIA_MSG_CALL_WITHDRAW:
         if (m_calls.count(call) != 0)
             m_calls[call].negotiation->withdraw();
@@ -111,7 +114,6 @@ callService::tagCallEntry* callService::entryFor(int call, const CALL_WISH& wish
     tagCallEntry& entry = m_calls[call];
     entry.negotiation = std::make_unique<callNegotiation>(ownMedia(wish, sockets->port()));
     entry.told.nQuality = -1;
-    m_open.start(0); // behind the reply: somebody waits for that
     m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
     m_look.start();
     return &entry;
@@ -125,7 +127,10 @@ bool callService::openPictures(int call, tagCallEntry& entry)
     if (!sockets)
         return false;
     entry.negotiation->setPicturePort(sockets->port());
-    entry.end = std::make_unique<tagEnd>(m_screen, call);
+    entry.end = std::make_unique<tagEnd>(m_screen, call, [this] {
+        QMetaObject::invokeMethod(
+            &m_look, [this] { tellAll(); }, Qt::QueuedConnection);
+    });
     entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
     m_pictureElements.load();
     return true;
@@ -168,6 +173,9 @@ void callService::describe(const msgObject& msg)
         reply(msg, {});
         return;
     }
+    entry->bPreview = isAnswer && wish.bPreview != 0;
+    if (!entry->bPreview)
+        m_open.start(0); // behind the reply: somebody waits for that
     tagMediaWant want;
     want.bHeld = wish.bHeld != 0;
     want.bEncrypt = wish.bEncrypt != 0;
@@ -175,8 +183,10 @@ void callService::describe(const msgObject& msg)
     want.bCamera = want.bVideo && wish.bCamera != 0 && pictureSourceIsThere();
     want.nKbit = int(std::min<uint32_t>(wish.nBandwidth, pictureRate::MOST_KBIT));
     want.nRate = wish.nFrameRate > 0 ? int(std::min<uint32_t>(wish.nFrameRate, 30)) : 30;
-    const QByteArray text =
-        isAnswer ? entry->negotiation->answer(offer, want) : entry->negotiation->offer(want);
+    QByteArray text = isAnswer ? entry->negotiation->answer(offer, want) : entry->negotiation->offer(want);
+    // A preview of nothing would only take the ringing from the other side's ear.
+    if (entry->bPreview && !entry->negotiation->agreedPicture().bReceives)
+        text.clear();
     reply(msg, text);
     if (text.isEmpty() && isNew) {
         end(call);
@@ -185,6 +195,17 @@ void callService::describe(const msgObject& msg)
         apply();
         applyPictures();
     }
+}
+
+void callService::begin(int call)
+{
+    const auto known = m_calls.find(call);
+    if (known == m_calls.end() || !std::exchange(known->second.bPreview, false))
+        return;
+    known->second.bAgreed = known->second.bPicturesAgreed = true;
+    m_open.start(0);
+    apply();
+    applyPictures();
 }
 
 void callService::agree(const msgObject& msg)
@@ -212,7 +233,9 @@ void callService::apply()
     for (auto& [call, entry] : m_calls) {
         if (!std::exchange(entry.bAgreed, false))
             continue;
-        const tagAgreedSound& agreed = entry.negotiation->agreed();
+        tagAgreedSound agreed = entry.negotiation->agreed();
+        if (entry.bPreview)
+            agreed.bSends = agreed.bReceives = false;
         callSession::tagParts sound = callSession::build(agreed);
         m_desk.with(call, [&](callSession& session) { session.agree(agreed, sound); });
         tell(call, entry);
@@ -227,25 +250,59 @@ void callService::applyPictures()
     for (auto& [call, entry] : m_calls) {
         if (!std::exchange(entry.bPicturesAgreed, false) || !entry.pictures)
             continue;
-        entry.pictures->agree(entry.negotiation->agreedPicture());
-        tell(call, entry);
+        tagAgreedPicture agreed = entry.negotiation->agreedPicture();
+        agreed.bSends = agreed.bSends && !entry.bPreview;
+        entry.pictures->agree(agreed);
     }
+    giveCamera();
+    tellAll();
+}
+
+// Who wants it last has it; with his end, or when he does not want it any more, it goes back.
+void callService::giveCamera()
+{
+    m_cameraCalls.removeIf([this](int call) {
+        const auto known = m_calls.find(call);
+        return known == m_calls.end() || !known->second.pictures->wantsCamera();
+    });
+    for (const auto& [call, entry] : m_calls) {
+        if (entry.pictures && entry.pictures->wantsCamera() && !m_cameraCalls.contains(call))
+            m_cameraCalls.append(call);
+    }
+    const int owner = m_cameraCalls.isEmpty() ? 0 : m_cameraCalls.last();
+    for (const auto& [call, entry] : m_calls) {
+        if (entry.pictures && call != owner)
+            entry.pictures->setCamera(false);
+    }
+    if (!m_cameraCalls.isEmpty())
+        m_calls.at(owner).pictures->setCamera(true);
 }
 
 void callService::look()
+{
+    for (auto& [call, entry] : m_calls) {
+        if (entry.pictures)
+            entry.pictures->watchCamera();
+        tell(call, entry, true);
+    }
+}
+
+void callService::tellAll()
 {
     for (auto& [call, entry] : m_calls)
         tell(call, entry);
 }
 
-void callService::tell(int call, tagCallEntry& entry)
+void callService::tell(int call, tagCallEntry& entry, bool measures)
 {
     CALL_STREAMS streams = {};
+    streams.nQuality = entry.told.nQuality;
     m_desk.with(call, [&](callSession& session) {
         const tagSoundCodec* codec = soundCodec(session.agreed().send.eCodec);
         if (session.agreed().bSound && codec)
             copyText(streams.szSound, codec->pShown);
-        streams.nQuality = session.quality(callDesk::nowUs());
+        if (measures)
+            streams.nQuality = session.quality(callDesk::nowUs());
         streams.bEncrypted = session.agreed().eSuite != CRYPTO_SUITE::NONE;
         streams.bTones = session.takesTones();
         streams.bOtherHolds = session.agreed().bHeldByPeer;
@@ -257,6 +314,7 @@ void callService::tell(int call, tagCallEntry& entry)
         streams.bEncrypted = streams.bEncrypted && picture.eSuite != CRYPTO_SUITE::NONE;
     }
     streams.bOwnPicture = entry.pictures && entry.pictures->sends();
+    streams.bOtherPicture = entry.end && entry.end->bSeen;
     if (memcmp(&streams, &entry.told, sizeof streams) == 0)
         return;
     entry.told = streams;
@@ -283,6 +341,7 @@ void callService::end(int call)
 {
     m_desk.remove(call);
     m_calls.erase(call);
+    giveCamera();
     if (!m_calls.empty())
         return;
     m_look.stop();

@@ -48,7 +48,7 @@ class PictureNegotiation : public testing::Test
 {
 protected:
     callNegotiation m_ours{ownMedia(), countedKeys()};
-    const tagAgreedPicture& agreed() const { return m_ours.agreedPicture(); }
+    tagAgreedPicture agreed() const { return m_ours.agreedPicture(); }
 };
 
 TEST_F(PictureNegotiation, AnOfferNamesTheFormatsInTheOrderOfPreference)

@@ -9,6 +9,9 @@ public:
     virtual ~callOrders() = default;
     // A call that has arrived rings at both ends.
     virtual bool ring(int id) = 0;
+    // What the other side of a call that rings shows is shown before it is answered; nothing goes there.
+    // options: with which it is answered later. False where that cannot be had.
+    virtual bool preview(int /*id*/, const tagCallOptions& /*options*/) { return false; }
     virtual bool answer(int id, const tagCallOptions& options) = 0;
     // Of a call that comes in: CALL_DECLINED, CALL_BUSY, CALL_DISTURBED or CALL_REJECTED.
     virtual bool refuse(int id, CALL_END why) = 0;

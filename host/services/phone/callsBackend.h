@@ -7,6 +7,7 @@ class HX_HOST_API callsBackend : public phoneBackend
 {
 public:
     bool ring(int id) override { return m_pCalls->ring(id); }
+    bool preview(int id, const tagCallOptions& options) override { return m_pCalls->preview(id, options); }
     bool answer(int id, const tagCallOptions& options) override { return m_pCalls->answer(id, options); }
     bool refuse(int id, CALL_END why) override { return m_pCalls->refuse(id, why); }
     bool deflect(int id, const QString& number) override { return m_pCalls->deflect(id, number); }

@@ -54,6 +54,7 @@ void simulatedCalls::arrive(const tagCaller& caller)
     tagCall call = callNew(caller.strNumber.left(CALL_NUMBER_MAX), caller.nLine);
     call.bIncoming = true;
     call.strName = caller.strName.left(CALL_NUMBER_MAX);
+    call.strPicture = caller.strPicture;
     call.bAnonymous = caller.bAnonymous;
     call.forwardedBy = forwardersOf(caller);
     add(call, caller.bVideo);

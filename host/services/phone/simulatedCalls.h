@@ -12,6 +12,7 @@ struct tagCaller
     QString strNumber; // empty, or one that nobody is to see, for an anonymous caller
     int nLine = 0;     // 0 to 3, or PHONE_LINE_PSTN
     QString strName;
+    QString strPicture; // as in tagCall
     bool bAnonymous = false;
     bool bVideo = false;     // wants to be seen
     QStringList forwardedBy; // as in tagCall

@@ -4,6 +4,7 @@
 #include "support/host/api.h"
 #include "support/host/trace.h"
 #include <QTimer>
+#include <QUrl>
 #include <utility>
 
 namespace {
@@ -20,6 +21,15 @@ const QChar kSecretTone(0x2022);
 QString textOf(const char* text)
 {
     return callTextOf(QString::fromUtf8(text));
+}
+
+// Only the server itself is asked: whoever else is named there would learn when this phone rings.
+QString pictureOf(const char* address, const QString& server)
+{
+    const QUrl url(QString::fromLatin1(address), QUrl::StrictMode);
+    const bool isOwn = url.isValid() && url.userInfo().isEmpty() && !server.isEmpty() &&
+                       url.host().compare(server, Qt::CaseInsensitive) == 0;
+    return isOwn ? url.toString(QUrl::FullyEncoded) : QString();
 }
 
 const char* reasonOfBreak(const tagCall& call)
@@ -211,7 +221,8 @@ bool sipCalls::answer(int id, const tagCallOptions& options)
     live->call.options = options;
     live->call.eState = CALL_TALKING;
     live->talking.start();
-    ask(*live, ASKED_ANSWER);
+    if (!answerAsPreviewed(*live))
+        ask(*live, ASKED_ANSWER);
     tell(*live);
     return true;
 }
@@ -361,6 +372,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
     live.call = callNew(textOf(arrived.szNumber), int(arrived.nLine));
     live.call.bIncoming = true;
     live.call.strName = textOf(arrived.szName);
+    live.call.strPicture = pictureOf(arrived.szPicture, m_accountOf(live.call.nAccount).strServer);
     live.call.bAnonymous = arrived.bAnonymous != 0;
     live.call.bAsksAnswer = arrived.bAutoAnswer != 0;
     for (uint32_t i = 0; i < arrived.nForwards; ++i)
@@ -473,6 +485,8 @@ void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
         return dialWith(*live, usable);
     case ASKED_ANSWER:
         return answerWith(*live, usable, isMissing);
+    case ASKED_PREVIEW:
+        return previewWith(*live, usable);
     case ASKED_OFFER:
         return offerWith(*live, usable);
     case ASKED_REPLY:
@@ -553,6 +567,7 @@ void sipCalls::mediaLost()
     for (tagLive& live : m_calls) {
         live.call.streams = tagCallStreams();
         live.call.bVideo = false;
+        live.preview.clear();
         if (live.eAsked != ASKED_NOTHING) {
             ask(live, live.bAskAgain ? ASKED_REPLY : live.eAsked);
         } else if (live.nWire && live.call.eState != CALL_RINGING) {

@@ -31,6 +31,7 @@ public:
     // number.
     int begin(const QString& number, int account, const tagCallOptions& options, bool picksUp = false);
     bool ring(int id) override;
+    bool preview(int id, const tagCallOptions& options) override;
     bool answer(int id, const tagCallOptions& options) override;
     bool refuse(int id, CALL_END why) override;
     bool deflect(int id, const QString& number) override;
@@ -57,10 +58,11 @@ private:
     // What the media are asked for.
     enum ASKED {
         ASKED_NOTHING,
-        ASKED_DIAL,   // the offer of a call that goes out
-        ASKED_ANSWER, // what answers a call that came in
-        ASKED_OFFER,  // another offer, of a call that talks
-        ASKED_REPLY   // the answer to another offer of the other side
+        ASKED_DIAL,    // the offer of a call that goes out
+        ASKED_ANSWER,  // what answers a call that came in
+        ASKED_PREVIEW, // the same, of one that still rings
+        ASKED_OFFER,   // another offer, of a call that talks
+        ASKED_REPLY    // the answer to another offer of the other side
     };
     struct tagLive : public tagLiveCall
     {
@@ -83,6 +85,7 @@ private:
         QByteArray target;      // where that wants it; empty: the number of the call
         int nRedirections = 0;
         QByteArray offer;                     // of a call that goes out
+        QByteArray preview;                   // the answer of one that rings, as the other side knows it
         std::optional<QByteArray> otherOffer; // that is not answered yet; an empty one asks for one
     };
 
@@ -106,10 +109,12 @@ private:
     void refusedOffer(tagLive& live);
     void otherOffers(const tagSipMedia& media);
     void described(int id, const QByteArray& sdp, bool isMissing);
+    bool answerAsPreviewed(tagLive& live);
     void askForReply(tagLive& live, ASKED outOfDate);
     // What was asked for is there; empty: it is not.
     void dialWith(tagLive& live, const QByteArray& offer);
     void answerWith(tagLive& live, const QByteArray& sdp, bool isMissing);
+    void previewWith(tagLive& live, const QByteArray& sdp);
     void offerWith(tagLive& live, const QByteArray& offer);
     void replyWith(tagLive& live, const QByteArray& answer);
     void ended(const tagSipEnded& ended);
