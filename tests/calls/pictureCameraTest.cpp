@@ -83,8 +83,9 @@ class PictureCameraSizes : public PictureCamera, public testing::WithParamInterf
 
 TEST_P(PictureCameraSizes, AnotherSizeBecomesTheOneThatIsSent)
 {
-    qputenv("HX_PICTURE_SOURCE",
-            qgetenv("HX_PICTURE_SOURCE") + " ! videoscale add-borders=false ! capsfilter caps=video/x-raw," + GetParam());
+    qputenv("HX_PICTURE_SOURCE", qgetenv("HX_PICTURE_SOURCE") +
+                                     " ! videoscale add-borders=false ! capsfilter caps=video/x-raw," +
+                                     GetParam());
     connect(m_one, m_other, video(), video(false));
     EXPECT_TRUE(sees(m_other));
     EXPECT_EQ(m_other.seen.nWidth, 640);
