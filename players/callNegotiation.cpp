@@ -85,12 +85,23 @@ bool callNegotiation::mayHearUs(const QByteArray& address, int port, bool loopba
     return first != 0 && first < 224 && (loopback || first != 127);
 }
 
+tagMappedPlace callNegotiation::placeOf(const QByteArray& address, int port, const tagMappedPlace& mapped)
+{
+    return mapped.address.isEmpty() ? tagMappedPlace{address, port, address, port + 1} : mapped;
+}
+
+QByteArray callNegotiation::rtcpLine(const tagMappedPlace& place)
+{
+    const bool isElsewhere = place.rtcpAddress != place.address;
+    return "a=rtcp:" + number(place.nRtcpPort) + (isElsewhere ? " IN IP4 " + place.rtcpAddress : "") + kEnd;
+}
+
 QByteArray callNegotiation::head()
 {
     ++m_nVersion;
+    const QByteArray address = soundPlace().address;
     return "v=0" + kEnd + "o=- " + QByteArray::number(m_own.nSession) + ' ' + QByteArray::number(m_nVersion) +
-           " IN IP4 " + m_own.address + kEnd + "s=-" + kEnd + "c=IN IP4 " + m_own.address + kEnd + "t=0 0" +
-           kEnd;
+           " IN IP4 " + address + kEnd + "s=-" + kEnd + "c=IN IP4 " + address + kEnd + "t=0 0" + kEnd;
 }
 
 QByteArray callNegotiation::attributes(const tagAgreedSound& sound, const QList<tagCrypto>& cryptos,
@@ -99,7 +110,7 @@ QByteArray callNegotiation::attributes(const tagAgreedSound& sound, const QList<
     QByteArray lines;
     for (const tagAgreedCodec& codec : sound.take)
         lines += codecLines(codec);
-    lines += "a=ptime:" + number(sound.nPtime) + kEnd + "a=rtcp:" + number(m_own.nPort + 1) + kEnd;
+    lines += "a=ptime:" + number(sound.nPtime) + kEnd + rtcpLine(soundPlace());
     if (mux)
         lines += "a=rtcp-mux" + kEnd;
     for (const tagCrypto& crypto : cryptos)
@@ -110,16 +121,18 @@ QByteArray callNegotiation::attributes(const tagAgreedSound& sound, const QList<
 QByteArray callNegotiation::pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
                                         const Cryptos& cryptos, const QByteArray& direction, bool mux) const
 {
-    QByteArray text = "m=video " + number(m_own.nPicturePort) + ' ' + transport;
+    const tagMappedPlace place = picturePlace();
+    QByteArray text = "m=video " + number(place.nPort) + ' ' + transport;
     for (const tagPictureFormat& format : formats)
         text += ' ' + number(format.nPayload);
     text += kEnd;
+    if (place.address != soundPlace().address)
+        text += "c=IN IP4 " + place.address + kEnd;
     if (m_wanted.nKbit > 0)
         text += "b=AS:" + number(m_wanted.nKbit) + kEnd;
     for (const tagPictureFormat& format : formats)
         text += pictureFormat::lines(format);
-    text += "a=rtcp:" + number(m_own.nPicturePort + 1) + kEnd + "a=rtcp-fb:* nack pli" + kEnd +
-            "a=rtcp-fb:* ccm fir" + kEnd;
+    text += rtcpLine(place) + "a=rtcp-fb:* nack pli" + kEnd + "a=rtcp-fb:* ccm fir" + kEnd;
     if (mux)
         text += "a=rtcp-mux" + kEnd;
     for (const tagCrypto& crypto : cryptos)
@@ -264,7 +277,7 @@ QByteArray callNegotiation::soundOffer(tagPlace& place, bool secure)
         if (secure)
             cryptos.append(ownCrypto(suite, m_cryptos));
     }
-    QByteArray text = "m=audio " + number(m_own.nPort) + ' ' + place.transport;
+    QByteArray text = "m=audio " + number(soundPlace().nPort) + ' ' + place.transport;
     for (const tagAgreedCodec& codec : m_offered)
         text += ' ' + number(codec.nPayload);
     tagAgreedSound sound;
@@ -504,7 +517,7 @@ QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& 
             text += pictureAnswer(pictures, want);
             continue;
         }
-        text += "m=audio " + number(m_own.nPort) + ' ' + line.transport;
+        text += "m=audio " + number(soundPlace().nPort) + ' ' + line.transport;
         for (const tagAgreedCodec& codec : sound.take)
             text += ' ' + number(codec.nPayload);
         text += kEnd + attributes(sound, cryptos, sends, receives, line.bRtcpMux);

@@ -189,6 +189,8 @@ struct CALL_WISH
     uint32_t bCamera;
     uint32_t nBandwidth; // kbit/s of pictures; 0: what the network bears
     uint32_t nFrameRate;
+    char szStunIP[PLAYER_ADDRESS_SIZE]; // the server that says where others see the phone; empty: none
+    uint32_t nStunPort;
 };
 
 enum : int { CALL_DESCRIPTION_SIZE = 16384 }; // with its zero
@@ -211,7 +213,7 @@ struct CALL_STREAMS
     uint32_t bOwnPicture; // the other side is sent the user's
 };
 
-static_assert(sizeof(CALL_WISH) == 40 && std::is_trivially_copyable_v<CALL_WISH>);
+static_assert(sizeof(CALL_WISH) == 60 && std::is_trivially_copyable_v<CALL_WISH>);
 static_assert(sizeof(CALL_STREAMS) == 68 && std::is_trivially_copyable_v<CALL_STREAMS>);
 static_assert(sizeof(MOV_SDP) == 452 && std::is_trivially_copyable_v<MOV_SDP>);
 static_assert(sizeof(PLAYER_STREAMS) == 460 && std::is_trivially_copyable_v<PLAYER_STREAMS>);

@@ -75,7 +75,9 @@ sipCalls::tagLive* sipCalls::findRingingIn(int id)
 
 tagMediaWish sipCalls::wishOf(const tagLive& live) const
 {
-    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt};
+    const tagStunServer& stun = m_stun[live.call.nAccount];
+    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt, stun.address,
+            stun.nPort};
 }
 
 // Whoever hears of it may end the call: it is the last that is done with it.
@@ -362,6 +364,10 @@ void sipCalls::take(const sipWire::Reader& record)
     case SIP_REFERRED:
         referred(record.as<tagSipReferred>());
         break;
+    case SIP_STUN:
+        m_stun[record.head().nId] = {QByteArray(record.as<tagSipStun>().szAddress),
+                                     int(record.as<tagSipStun>().nPort)};
+        break;
     default:
         break;
     }
@@ -535,7 +541,10 @@ void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
         if (isThere)
             live->bAgreedHeld = live->bAskedHeld;
         live->otherOffer.reset();
-        m_orders.media(SIP_MEDIA, live->nWire, isThere ? sdp : QByteArray());
+        if (isMissing)
+            m_orders.noMedia(live->nWire);
+        else
+            m_orders.media(SIP_MEDIA, live->nWire, isThere ? sdp : QByteArray());
         offerAnew(*live);
         break;
     case ASKED_NOTHING:
@@ -611,6 +620,7 @@ void sipCalls::ended(const tagSipEnded& ended)
 
 void sipCalls::agentIsGone()
 {
+    m_stun = {};
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
         const bool talks = call.eState == CALL_TALKING;

@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QList>
 #include <QObject>
+#include <array>
 #include <functional>
 #include <optional>
 
@@ -130,12 +131,20 @@ private:
     void limitRinging(const tagLive& live);
     void ringsTooLong(int id);
 
+    // Of a line; heard to answer.
+    struct tagStunServer
+    {
+        QByteArray address; // empty: none
+        int nPort = 0;
+    };
+
     sipLink& m_link;
     sipOrders m_orders;
     sipMedia& m_media;
     AccountOf m_accountOf;
     tagSipCallsNews m_news;
     QList<tagLive> m_calls;
+    std::array<tagStunServer, SIP_LINE_COUNT> m_stun;
     ::endedCalls m_ended;
     uint32_t m_nNextWire = SIP_CALL_FIRST;
 };

@@ -12,6 +12,8 @@ struct tagMediaWish
     tagCallOptions options;
     bool bHeld = false;    // by the user: nothing is sent, and nothing is heard
     bool bEncrypt = false; // an offer of nothing but SRTP
+    QByteArray stunServer; // IPv4; says where others see the phone. Empty: nobody is asked
+    int nStunPort = 0;
 };
 
 // Hears of the media. Never before the call that asked has returned.
