@@ -48,6 +48,7 @@ struct tagAgreedPicture : public tagAgreedStream
     int nKbit = 0;                // a second, at most; 0: nobody says
     bool bPli = false;            // the other side makes a new picture when asked to
     bool bFir = false;            // the same, asked in another way
+    bool bHeldByPeer = false;     // the call, as its sound says
 };
 
 // Where a stream of this side is seen beyond the routers.
@@ -96,7 +97,7 @@ public:
     // The last offer was refused.
     void withdraw() { m_bOffered = false; }
     const tagAgreedSound& agreed() const { return m_agreed; }
-    const tagAgreedPicture& agreedPicture() const { return m_picture; }
+    tagAgreedPicture agreedPicture() const;
     void setPicturePort(int port) { m_own.nPicturePort = port; }
     // Before the first description that names the stream.
     void setMapped(const tagMappedPlace& place) { m_mapped = place; }
@@ -119,7 +120,6 @@ private:
     {
         const tagDescribedMedia* pMedia = nullptr;
         tagAgreedCodec codec;
-        tagCrypto crypto; // of the other side
     };
     struct tagPictureChoice
     {
@@ -137,16 +137,19 @@ private:
         return placeOf(m_own.address, m_own.nPicturePort, m_pictureMapped);
     }
     static QByteArray rtcpLine(const tagMappedPlace& place);
-    QByteArray attributes(const tagAgreedSound& sound, const Cryptos& cryptos, bool sends, bool receives,
-                          bool mux) const;
+    QByteArray soundLine(const QByteArray& transport, const tagAgreedSound& sound, const Cryptos& cryptos,
+                         const QByteArray& direction, bool mux) const;
     QByteArray pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
                            const Cryptos& cryptos, const QByteArray& direction, bool mux) const;
     QByteArray refused(const tagPlace& place) const;
     bool stops(const QList<tagDescribedMedia>& offered) const;
     tagAgreedSound stopped() const;
     QByteArray answerOfStop(const QList<tagDescribedMedia>& offered);
+    // With these keys of ours.
+    Cryptos offerTransport(tagPlace& place, bool secure, Cryptos& of);
     QByteArray soundOffer(tagPlace& place, bool secure);
     QByteArray pictureOffer(tagPlace& place, bool secure);
+    QByteArray soundAnswer(const tagChoice& choice, const tagMediaWant& want);
     QByteArray pictureAnswer(const tagPictureChoice& choice, const tagMediaWant& want);
     void placePicture();
     void learnNumbers(const QList<tagDescribedMedia>& media);
@@ -155,6 +158,9 @@ private:
     int numberForTones();
     int freeNumber();
     bool canReach(const tagDescribedMedia& media, bool encrypt) const;
+    // A choice without a line: there is nothing in common.
+    tagChoice chooseSound(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;
+    tagPictureChoice choosePicture(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;
     bool choose(const tagDescribedMedia& media, bool encrypt, tagChoice& choice) const;
     bool choose(const tagDescribedMedia& media, const tagMediaWant& want, tagPictureChoice& choice) const;
     bool fits(const tagDescribedMedia& answer, tagAgreedSound& sound) const;

@@ -37,7 +37,7 @@ tagOwnMedia ownMedia(const CALL_WISH& wish, int port)
     own.address = wish.szLocalIP[0] ? wish.szLocalIP : "127.0.0.1";
     own.nPort = port;
     own.bLoopback = hasLoopback();
-    memcpy(&own.nSession, callCrypto::randomBytes(4).constData(), 4);
+    own.nSession = callCrypto::randomNumber<quint32>();
     return own;
 }
 
@@ -87,6 +87,9 @@ int callService::TryThreadMessage(msgObject& msg)
     case MEDIA_MSG_CALL_AGREE:
         agree(msg);
         return 1;
+    case MEDIA_MSG_CALL_BEGIN:
+        begin(call);
+        return 1;
     case MEDIA_MSG_CALL_WITHDRAW:
         if (m_calls.count(call) != 0)
             m_calls[call].negotiation->withdraw();
@@ -132,15 +135,14 @@ callService::tagCallEntry* callService::entryFor(int call, const CALL_WISH& wish
     tagCallEntry& entry = m_calls[call];
     entry.negotiation = std::make_unique<callNegotiation>(ownMedia(wish, sockets->port()));
     entry.told.nQuality = -1;
-    m_open.start(0); // behind the reply: somebody waits for that
     m_look.start();
     entry.soundPorts = portsAskedFor(wish, sockets);
     if (!entry.soundPorts)
-        begin(call, std::move(sockets));
+        addSession(call, std::move(sockets));
     return &entry;
 }
 
-void callService::begin(int call, std::unique_ptr<callSockets> sockets)
+void callService::addSession(int call, std::unique_ptr<callSockets> sockets)
 {
     m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
 }
@@ -162,7 +164,10 @@ bool callService::openPictures(int call, tagCallEntry& entry, const CALL_WISH& w
 
 void callService::beginPictures(int call, tagCallEntry& entry, std::unique_ptr<callSockets> sockets)
 {
-    entry.end = std::make_unique<tagEnd>(m_screen, call);
+    entry.end = std::make_unique<tagEnd>(m_screen, call, [this] {
+        QMetaObject::invokeMethod(
+            &m_look, [this] { tellAll(); }, Qt::QueuedConnection);
+    });
     entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
 }
 
@@ -185,7 +190,7 @@ bool callService::stepPorts(int call, tagCallEntry& entry)
         return false;
     if (const auto ports = std::exchange(entry.soundPorts, nullptr)) {
         entry.negotiation->setMapped(ports->place());
-        begin(call, ports->take());
+        addSession(call, ports->take());
         m_desk.with(call, [&](callSession& session) { session.setMuted(entry.bMuted); });
     }
     if (const auto ports = std::exchange(entry.picturePorts, nullptr)) {
@@ -236,6 +241,9 @@ void callService::describe(const msgObject& msg)
         tellDescription(call, question.nNumber, {});
         return;
     }
+    entry->bPreview = question.bAnswer && wish.bPreview != 0;
+    if (!entry->bPreview)
+        m_open.start(0); // behind the reply: somebody waits for that
     if (wish.bVideo != 0)
         openPictures(call, *entry, wish);
     if (!entry->soundPorts && !entry->picturePorts) {
@@ -257,8 +265,11 @@ void callService::reply(int call, tagCallEntry& entry, const tagQuestion& questi
     want.bCamera = want.bVideo && wish.bCamera != 0 && pictureSourceIsThere();
     want.nKbit = int(std::min<uint32_t>(wish.nBandwidth, pictureRate::MOST_KBIT));
     want.nRate = wish.nFrameRate > 0 ? int(std::min<uint32_t>(wish.nFrameRate, 30)) : 30;
-    const QByteArray text =
+    QByteArray text =
         question.bAnswer ? entry.negotiation->answer(question.offer, want) : entry.negotiation->offer(want);
+    // A preview of nothing would only take the ringing from the other side's ear.
+    if (entry.bPreview && !entry.negotiation->agreedPicture().bReceives)
+        text.clear();
     tellDescription(call, question.nNumber, text);
     if (text.isEmpty() && question.bNew) {
         end(call);
@@ -267,6 +278,17 @@ void callService::reply(int call, tagCallEntry& entry, const tagQuestion& questi
         apply();
         applyPictures();
     }
+}
+
+void callService::begin(int call)
+{
+    const auto known = m_calls.find(call);
+    if (known == m_calls.end() || !std::exchange(known->second.bPreview, false))
+        return;
+    known->second.bAgreed = known->second.bPicturesAgreed = true;
+    m_open.start(0);
+    apply();
+    applyPictures();
 }
 
 void callService::agree(const msgObject& msg)
@@ -294,7 +316,9 @@ void callService::apply()
     for (auto& [call, entry] : m_calls) {
         if (!std::exchange(entry.bAgreed, false))
             continue;
-        const tagAgreedSound& agreed = entry.negotiation->agreed();
+        tagAgreedSound agreed = entry.negotiation->agreed();
+        if (entry.bPreview)
+            agreed.bSends = agreed.bReceives = false;
         callSession::tagParts sound = callSession::build(agreed);
         m_desk.with(call, [&](callSession& session) { session.agree(agreed, sound); });
         tell(call, entry);
@@ -309,27 +333,61 @@ void callService::applyPictures()
     for (auto& [call, entry] : m_calls) {
         if (!std::exchange(entry.bPicturesAgreed, false) || !entry.pictures)
             continue;
-        entry.pictures->agree(entry.negotiation->agreedPicture());
-        tell(call, entry);
+        tagAgreedPicture agreed = entry.negotiation->agreedPicture();
+        agreed.bSends = agreed.bSends && !entry.bPreview;
+        entry.pictures->agree(agreed);
     }
+    giveCamera();
+    tellAll();
+}
+
+// Who wants it last has it; with his end, or when he does not want it any more, it goes back.
+void callService::giveCamera()
+{
+    m_cameraCalls.removeIf([this](int call) {
+        const auto known = m_calls.find(call);
+        return known == m_calls.end() || !known->second.pictures->wantsCamera();
+    });
+    for (const auto& [call, entry] : m_calls) {
+        if (entry.pictures && entry.pictures->wantsCamera() && !m_cameraCalls.contains(call))
+            m_cameraCalls.append(call);
+    }
+    const int owner = m_cameraCalls.isEmpty() ? 0 : m_cameraCalls.last();
+    for (const auto& [call, entry] : m_calls) {
+        if (entry.pictures && call != owner)
+            entry.pictures->setCamera(false);
+    }
+    if (!m_cameraCalls.isEmpty())
+        m_calls.at(owner).pictures->setCamera(true);
 }
 
 void callService::look()
+{
+    for (auto& [call, entry] : m_calls) {
+        if (entry.pictures)
+            entry.pictures->watchCamera();
+        tell(call, entry, true);
+    }
+}
+
+void callService::tellAll()
 {
     for (auto& [call, entry] : m_calls)
         tell(call, entry);
 }
 
-void callService::tell(int call, tagCallEntry& entry)
+void callService::tell(int call, tagCallEntry& entry, bool measures)
 {
     if (entry.soundPorts)
         return;
     CALL_STREAMS streams = {};
+    streams.nQuality = entry.told.nQuality;
     m_desk.with(call, [&](callSession& session) {
         const tagSoundCodec* codec = soundCodec(session.agreed().send.eCodec);
         if (session.agreed().bSound && codec)
             copyText(streams.szSound, codec->pShown);
-        streams.nQuality = session.quality(callDesk::nowUs());
+        if (measures)
+            streams.nQuality = session.quality(callDesk::nowUs());
         streams.bEncrypted = session.agreed().eSuite != CRYPTO_SUITE::NONE;
         streams.bTones = session.takesTones();
         streams.bOtherHolds = session.agreed().bHeldByPeer;
@@ -341,6 +399,7 @@ void callService::tell(int call, tagCallEntry& entry)
         streams.bEncrypted = streams.bEncrypted && picture.eSuite != CRYPTO_SUITE::NONE;
     }
     streams.bOwnPicture = entry.pictures && entry.pictures->sends();
+    streams.bOtherPicture = entry.end && entry.end->bSeen;
     if (memcmp(&streams, &entry.told, sizeof streams) == 0)
         return;
     entry.told = streams;
@@ -372,6 +431,7 @@ void callService::end(int call)
 {
     m_desk.remove(call);
     m_calls.erase(call);
+    giveCamera();
     if (!m_calls.empty())
         return;
     m_look.stop();

@@ -222,6 +222,11 @@ void Pbx::takeWithin(nta_incoming_t* request, const sip_t& sip)
             return;
         }
     }
+    leadWithin(request, sip);
+}
+
+void Pbx::leadWithin(nta_incoming_t* request, const sip_t& sip)
+{
     msg_t* message = nta_incoming_getrequest(request);
     if (!isOfParty(sip, message)) {
         msg_destroy(message);

@@ -49,6 +49,8 @@ private:
     // There is a call, or one of the voice mail, that it belongs to.
     bool isOfCall(const sip_t& sip) const;
     void takeWithin(nta_incoming_t* request, const sip_t& sip);
+    // Of one of the calls that went through.
+    void leadWithin(nta_incoming_t* request, const sip_t& sip);
     // It comes from where one of the call's two parties is.
     bool isOfParty(const sip_t& sip, msg_t* message) const;
     void registerPhone(nta_incoming_t* request, const sip_t& sip, const std::string& user);

@@ -10,6 +10,7 @@
 #include <random>
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_tag.h>
+#include <utility>
 
 namespace {
 
@@ -155,27 +156,34 @@ void Registration::onReply(const tagStackEvent& event)
         dropHandle();
         return;
     }
-    if (event.nStatus >= 300) {
-        const sip_t* message = event.pMessage;
-        const uint32_t status = uint32_t(event.nStatus);
-        if (status == 403) {
-            refuse(status, event.szPhrase);
-        } else if (message && message->sip_retry_after && m_nAddress + 1 >= m_addresses.size()) {
-            const auto after =
-                std::min<unsigned long>(message->sip_retry_after->af_delta, kMaxAfterMs / 1000);
-            wait(status, event.szPhrase, uint32_t(after) * 1000);
-        } else {
-            failOver(status, event.szPhrase);
-        }
-        return;
+    if (event.nStatus >= 300)
+        onRefusal(event);
+    else
+        onRegistered(event);
+}
+
+void Registration::onRefusal(const tagStackEvent& event)
+{
+    const sip_t* message = event.pMessage;
+    const uint32_t status = uint32_t(event.nStatus);
+    if (status == 403) {
+        refuse(status, event.szPhrase);
+    } else if (message && message->sip_retry_after && m_nAddress + 1 >= m_addresses.size()) {
+        const auto after = std::min<unsigned long>(message->sip_retry_after->af_delta, kMaxAfterMs / 1000);
+        wait(status, event.szPhrase, uint32_t(after) * 1000);
+    } else {
+        failOver(status, event.szPhrase);
     }
+}
+
+void Registration::onRegistered(const tagStackEvent& event)
+{
     m_silent.stop();
     m_answers.reset();
     m_nDelayMs = m_stack.setup.nRetryMs;
     trustServers();
     readMapping(*event.pMessage);
-    const bool isNew = !m_bRegistered;
-    m_bRegistered = true;
+    const bool isNew = !std::exchange(m_bRegistered, true);
     useStun();
     useIPv6();
     if (!isNew)

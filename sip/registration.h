@@ -53,6 +53,8 @@ private:
     void tryAddress();
     void sendRegister();
     void onReply(const tagStackEvent& event);
+    void onRefusal(const tagStackEvent& event);
+    void onRegistered(const tagStackEvent& event);
     void trustServers();
     void readMapping(const sip_t& reply);
     void tellMapped(const std::string& host, uint32_t number);

@@ -76,13 +76,17 @@ private:
 
     void invite();
     void nextServer();
+    void onState(const tagStackEvent& event);
     void onInviteReply(const tagStackEvent& event);
+    // Before the call talks.
+    void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
     void onMediaReply(const tagStackEvent& event);
     void onUpdateReply(const tagStackEvent& event);
     void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
     void onReferred(const tagStackEvent& event);
+    void onTransferNote(const tagStackEvent& event);
     void onTransfer(uint32_t status);
     void refer(const std::string& address);
     // The call is still there.

@@ -95,7 +95,7 @@ void Subscription::subscribe()
     m_answers->reset();
     m_begun = std::chrono::steady_clock::now();
     m_news.onBegun();
-    const std::string to = "<" + m_target + ">", expires = std::to_string(m_package.nExpires);
+    const std::string to = sipAddress::inBrackets(m_target), expires = std::to_string(m_package.nExpires);
     m_pHandle = nua_handle(m_stack.pNua, this, NUTAG_URL(m_target.c_str()), SIPTAG_TO_STR(to.c_str()),
                            SIPTAG_FROM_STR(m_own.c_str()), TAG_END());
     if (!m_pHandle) { // the number makes no address

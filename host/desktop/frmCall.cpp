@@ -147,7 +147,7 @@ void frmCall::showCall(const tagCall& call)
     if (!isSame) {
         m_bVolumeChanged = m_bFull = false;
         m_actions.chooseNone();
-        showPicture(contactOfNumber(contactsRead(), call.strNumber).strPicture);
+        showPicture(call);
         showClock();
     }
     // A camera whose page says so begins over the whole screen.
@@ -237,9 +237,10 @@ void frmCall::showPad(bool show)
     showActions();
 }
 
-// One that takes a moment comes into the place of nobody's.
-void frmCall::showPicture(const QString& path)
+// One that takes a moment comes into the place of nobody's; that of the caller's server into the contact's.
+void frmCall::showPicture(const tagCall& call)
 {
+    const QString path = contactOfNumber(contactsRead(), call.strNumber).strPicture;
     pictureCancel(m_nPicture);
     m_nPicture = 0;
     tagPictureWish wish;
@@ -253,6 +254,10 @@ void frmCall::showPicture(const QString& path)
     take(PICTURE_MISSING, QPixmap());
     if (!path.isEmpty())
         m_nPicture = pictureTell(wish, this, take);
+    m_caller.fetch(call.strPicture, callLayout::kPortrait, [this](const QPixmap& picture) {
+        pictureCancel(std::exchange(m_nPicture, 0));
+        m_ui->labPicture->setPicture(picture);
+    });
 }
 
 void frmCall::showNames()
@@ -417,9 +422,12 @@ bool frmCall::event(QEvent* event)
     return QWidget::event(event);
 }
 
+// One that was agreed on and does not come leaves the place to who it is.
 bool frmCall::hasPicture() const
 {
-    return m_call.eState != CALL_ENDED && !m_call.bHeld && !streams().strPicture.isEmpty();
+    const tagCallStreams shown = streams();
+    return m_call.eState != CALL_ENDED && !m_call.bHeld && !shown.strPicture.isEmpty() &&
+           shown.nOtherPicture != 0;
 }
 
 CALL_LAYOUT frmCall::layoutNow() const

@@ -2,38 +2,14 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/udpPeer.h"
 #include <QElapsedTimer>
-#include <QFile>
 #include <QHostAddress>
-#include <csignal>
 #include <gtest/gtest.h>
 
 namespace {
 
 constexpr int kWaitMs = 15000;
 
-bool write(const QString& path, const QByteArray& text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
-}
-
 } // namespace
-
-BaresipProcess::BaresipProcess()
-{
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
-}
-
-BaresipProcess::~BaresipProcess()
-{
-    if (m_process.state() == QProcess::NotRunning)
-        return;
-    ::kill(pid_t(m_process.processId()), SIGTERM);
-    if (!m_process.waitForFinished(kWaitMs)) {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-}
 
 void BaresipProcess::start(const QByteArray& user, uint32_t server, const QByteArray& password,
                            bool answersItself)
@@ -50,11 +26,10 @@ void BaresipProcess::start(const QByteArray& user, uint32_t server, const QByteA
     const QByteArray account = "<sip:" + user + "@127.0.0.1:" + QByteArray::number(server) +
                                ">;auth_pass=" + password +
                                ";regint=600;answermode=" + (answersItself ? "auto" : "manual") + "\n";
-    ASSERT_TRUE(write(m_folder.filePath("config"), settings) &&
-                write(m_folder.filePath("accounts"), account) && write(m_folder.filePath("contacts"), "\n"));
-    kit::endWithUs(m_process);
-    m_process.start("baresip", {"-f", m_folder.path()});
-    ASSERT_TRUE(m_process.waitForStarted()) << "baresip (package baresip-core) is missing";
+    ASSERT_TRUE(m_program.write("config", settings) && m_program.write("accounts", account) &&
+                m_program.write("contacts", "\n"));
+    ASSERT_TRUE(m_program.start("baresip", {"-f", m_program.path()}))
+        << "baresip (package baresip-core) is missing";
     ASSERT_TRUE(kit::waits([&] { return UdpPeer::isListening(control); }, kWaitMs)) << output().constData();
     m_control.connectToHost(QHostAddress::LocalHost, quint16(control));
     ASSERT_TRUE(m_control.waitForConnected(kWaitMs)) << output().constData();
@@ -76,12 +51,7 @@ bool BaresipProcess::tells(const QByteArray& event, int ms)
 
 bool BaresipProcess::prints(const QByteArray& text, int ms)
 {
-    return kit::waits(
-        [&] {
-            output();
-            return m_output.contains(text);
-        },
-        ms);
+    return kit::waits([&] { return m_program.output().contains(text); }, ms);
 }
 
 void BaresipProcess::command(const QByteArray& name, const QByteArray& parameters)
@@ -94,7 +64,5 @@ void BaresipProcess::command(const QByteArray& name, const QByteArray& parameter
 
 QByteArray BaresipProcess::output()
 {
-    m_process.waitForReadyRead(0);
-    m_output += m_process.readAll();
-    return m_output.right(4000) + "\n" + m_told.right(4000);
+    return m_program.output().right(4000) + "\n" + m_told.right(4000);
 }

@@ -1,17 +1,13 @@
 #pragma once
 // A phone that nobody here wrote, without sound devices, driven over its control port.
+#include "tests/kit/plain/sideProgram.h"
 #include <QByteArray>
-#include <QProcess>
 #include <QTcpSocket>
-#include <QTemporaryDir>
 #include <cstdint>
 
 class BaresipProcess
 {
 public:
-    BaresipProcess();
-    ~BaresipProcess();
-
     // Registers at that port. Fails the test when it does not come up.
     void start(const QByteArray& user, uint32_t server, const QByteArray& password,
                bool answersItself = false);
@@ -23,9 +19,7 @@ public:
     QByteArray output();
 
 private:
-    QTemporaryDir m_folder;
-    QProcess m_process;
+    kit::SideProgram m_program;
     QTcpSocket m_control;
     QByteArray m_told;
-    QByteArray m_output;
 };

@@ -4,7 +4,6 @@
 #include "tests/sip/certificates.h"
 #include "tests/sip/udpPeer.h"
 #include <QFile>
-#include <csignal>
 #include <gtest/gtest.h>
 
 namespace {
@@ -13,29 +12,7 @@ constexpr int kWaitMs = 15000;
 // Where Debian puts what only servers need.
 constexpr const char* kProgram = "/usr/sbin/kamailio";
 
-bool write(const QString& path, const QByteArray& text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
-}
-
 } // namespace
-
-KamailioProcess::KamailioProcess()
-{
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
-}
-
-KamailioProcess::~KamailioProcess()
-{
-    if (m_process.state() == QProcess::NotRunning)
-        return;
-    ::kill(pid_t(m_process.processId()), SIGTERM);
-    if (!m_process.waitForFinished(kWaitMs)) {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-}
 
 bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
 {
@@ -46,17 +23,16 @@ bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
     text.replace("@PORT@", QByteArray::number(m_nPort))
         .replace("@TLS_PORT@", QByteArray::number(m_nTlsPort))
         .replace("@ALGORITHM@", algorithm)
-        .replace("@FOLDER@", m_folder.path().toUtf8());
+        .replace("@FOLDER@", m_program.path().toUtf8());
     if (!hasTls)
-        return write(m_folder.filePath("kamailio.cfg"), text);
-    const QByteArray folder = m_folder.path().toUtf8();
+        return m_program.write("kamailio.cfg", text);
+    const QByteArray folder = m_program.path().toUtf8();
     const QByteArray profile = "method = TLSv1.2+\nprivate_key = " + folder +
                                "/server.key\ncertificate = " + folder + "/server.pem\nca_list = " + folder +
                                "/cafile.pem\nverify_certificate = no\nrequire_certificate = no\n";
-    return makeCertificates(m_folder.path(), "127.0.0.1") &&
-           write(m_folder.filePath("tls.cfg"),
-                 "[server:default]\n" + profile + "[client:default]\n" + profile) &&
-           write(m_folder.filePath("kamailio.cfg"), "#!KAMAILIO\n#!define WITH_TLS\n" + text);
+    return makeCertificates(m_program.path(), "127.0.0.1") &&
+           m_program.write("tls.cfg", "[server:default]\n" + profile + "[client:default]\n" + profile) &&
+           m_program.write("kamailio.cfg", "#!KAMAILIO\n#!define WITH_TLS\n" + text);
 }
 
 void KamailioProcess::start(const char* algorithm, bool hasTls)
@@ -65,17 +41,13 @@ void KamailioProcess::start(const char* algorithm, bool hasTls)
     m_nPort = UdpPeer::freePort();
     m_nTlsPort = UdpPeer::freePort();
     ASSERT_TRUE(writeSettings(algorithm, hasTls));
-    kit::endWithUs(m_process);
-    m_process.start(kProgram, {"-f", m_folder.filePath("kamailio.cfg"), "-DD", "-E", "-m", "32", "-M", "4",
-                               "-w", m_folder.path(), "-Y", m_folder.path(), "-P", m_folder.filePath("pid")});
-    ASSERT_TRUE(m_process.waitForStarted());
+    ASSERT_TRUE(m_program.start(kProgram, {"-f", m_program.path("kamailio.cfg"), "-DD", "-E", "-m", "32",
+                                           "-M", "4", "-w", m_program.path(), "-Y", m_program.path(), "-P",
+                                           m_program.path("pid")}));
     const bool isUp = kit::waits(
-        [&] {
-            return UdpPeer::isListening(hasTls ? m_nTlsPort : m_nPort) ||
-                   m_process.state() == QProcess::NotRunning;
-        },
+        [&] { return UdpPeer::isListening(hasTls ? m_nTlsPort : m_nPort) || !m_program.isRunning(); },
         kWaitMs);
-    ASSERT_TRUE(isUp && m_process.state() == QProcess::Running) << output().constData();
+    ASSERT_TRUE(isUp && m_program.isRunning()) << output().constData();
     // It takes what comes when it answers.
     UdpPeer peer;
     const QByteArray request =
@@ -104,11 +76,4 @@ bool KamailioProcess::isRegistered(const QByteArray& user)
     const QByteArray reply = peer.receive("SIP/2.0 200");
     EXPECT_NE(reply.toStdString(), "");
     return reply.startsWith("SIP/2.0 200 Registered");
-}
-
-QByteArray KamailioProcess::output()
-{
-    m_process.waitForReadyRead(0);
-    m_output += m_process.readAll();
-    return m_output.right(4000);
 }

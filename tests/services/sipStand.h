@@ -23,6 +23,7 @@ public:
         describe(call, "answer " + offer + " with", wish);
     }
     void agree(int, const QByteArray& answer) override { orders.append("agree " + answer); }
+    void begin(int) override { orders.append("begin"); }
     void withdraw(int) override { orders.append("withdraw"); }
     void setMuted(int, bool muted) override { orders.append(muted ? "mute" : "unmute"); }
     bool sendTone(int, QChar tone, int) override

@@ -24,7 +24,7 @@ TEST_F(SipCalls, ACallerRingsTalksAndHangsUp)
     ASSERT_TRUE(talk);
     EXPECT_TRUE(strstr(talk->szSdp, "s=offer")) << talk->szSdp;
     expectEnd(kFirst, SIP_HUNG_UP, 0);
-    expectSippDone();
+    sipp.expectDone();
 }
 
 TEST_F(SipCalls, ACallerWhoGivesUpEndsTheRinging)
@@ -34,7 +34,7 @@ TEST_F(SipCalls, ACallerWhoGivesUpEndsTheRinging)
     ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
     tellMedia(SIP_RING, kFirst, "");
     expectEnd(kFirst, SIP_CANCELLED, 0);
-    expectSippDone();
+    sipp.expectDone();
 }
 
 TEST_F(SipCalls, ACallThatAnotherPhoneHasAnsweredIsNoMissedOne)

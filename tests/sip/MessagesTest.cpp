@@ -123,7 +123,7 @@ TEST_F(SipMessages, DamagedCountsLeaveThoseThatAreKnownAndAreAskedForAgain)
 
 TEST_F(SipMessages, AServerThatDoesNotKnowThemIsNotAskedAgainForLong)
 {
-    tagSipSetup setup = calmSetup();
+    tagSipSetup setup = AgentProcess::calmSetup();
     setup.nRetryMs = 50;
     setup.nRetryLastMs = 400;
     begin(setup);
@@ -138,7 +138,7 @@ TEST_F(SipMessages, AServerThatDoesNotKnowThemIsNotAskedAgainForLong)
 
 TEST_F(SipMessages, ForAnotherAccountARefusalSaysNothing)
 {
-    tagSipSetup setup = calmSetup();
+    tagSipSetup setup = AgentProcess::calmSetup();
     setup.nRetryLastMs = 60000; // it would hold for minutes
     begin(setup);
     peer->reply(nextSubscribe("message-summary"), "489 Bad Event");
