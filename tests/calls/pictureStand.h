@@ -1,34 +1,9 @@
 #pragma once
-// Sides of a call of which only the pictures run: over real ports, with a numbered picture as the camera's,
-// and what is seen at the other end.
-#include "players/pictureSession.h"
+// Two sides of a call's pictures, with a numbered picture as the camera's.
 #include "tests/calls/callStand.h"
 #include "tests/calls/lossyWay.h"
+#include "tests/players/pictureSide.h"
 #include <QTemporaryDir>
-
-struct SeenPictures : public pictureEnd
-{
-    void showOther(const GstVideoFrame& frame) override;
-    void showOwn(const GstVideoFrame&) override { ++nOwn; }
-    void endOther() override { nNumber = -1; }
-    void endOwn() override { nOwn = 0; }
-
-    std::atomic<int> nNumber{-1};
-    std::atomic<int> nWidth{0};
-    std::atomic<int> nOther{0};
-    std::atomic<int> nOwn{0};
-};
-
-struct PictureSide
-{
-    PictureSide();
-    // through: where what is sent goes instead.
-    void apply(int through = 0);
-
-    SeenPictures seen;
-    std::unique_ptr<callNegotiation> negotiation;
-    std::unique_ptr<pictureSession> session;
-};
 
 class PictureStand : public CallStand
 {

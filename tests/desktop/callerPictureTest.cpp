@@ -9,7 +9,8 @@
 #include "tests/desktop/desktopTest.h"
 #include "tests/kit/plain/pictureFiles.h"
 #include "tests/services/httpServer.h"
-#include <QPainter>
+#include <QFile>
+#include <QImage>
 
 namespace {
 
@@ -49,11 +50,7 @@ protected:
         return kit::waitUntil([] { return shown() == QColor(Qt::green); }, 20000);
     }
     QString url() { return server.url("/caller.png"); }
-    bool isLeft() { return fileExists("/tmp/hxCaller/picture"); }
-    static bool fileExists(const char* path)
-    {
-        return access(hostPath(path).toUtf8().constData(), F_OK) == 0;
-    }
+    bool isLeft() const { return QFile::exists(hostPath("/tmp/hxCaller/picture")); }
 
     httpServer server;
     QByteArray content;

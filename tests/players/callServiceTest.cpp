@@ -3,11 +3,11 @@
 #include "host/services/messages/messageBus.h"
 #include "host/services/phone/mediaSessions.h"
 #include "host/services/players/videoFrames.h"
-#include "tests/calls/pictureStand.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/recordedSound.h"
 #include "tests/kit/plain/stunServer.h"
 #include "tests/players/films.h"
+#include "tests/players/pictureSide.h"
 #include "tests/players/playersTest.h"
 #include <QDir>
 #include <QFile>

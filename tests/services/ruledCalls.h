@@ -28,11 +28,6 @@ public:
     {
         return changed("ring", id, [](tagCall&) {});
     }
-    bool preview(int id, const tagCallOptions&) override
-    {
-        note("preview", id);
-        return true;
-    }
     bool answer(int id, const tagCallOptions& options) override
     {
         return changed("answer", id, [&](tagCall& call) {

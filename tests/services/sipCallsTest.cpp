@@ -1,5 +1,4 @@
 // Calls between the phone's rules, the SIP user agent and the media: what each is told of what the others do.
-#include "host/services/phone/callDevices.h"
 #include "host/services/phone/callNumber.h"
 #include "host/services/phone/phoneLamps.h"
 #include "support/host/registry.h"
@@ -15,16 +14,6 @@ protected:
     void SetUp() override { begin(); }
     static callRules& rules() { return phoneService::instance().rules(); }
     static phoneBackend& backend() { return phoneService::instance().backend(); }
-    QString nextMedia(SIP_RECORD kind)
-    {
-        const auto* record = agent.next<tagSipMedia>(kind);
-        return record ? QString(record->szSdp) : QString("nothing");
-    }
-    uint32_t nextStatus(SIP_RECORD kind)
-    {
-        const auto* record = agent.next<tagSipStatus>(kind);
-        return record ? record->nStatus : 1000;
-    }
     QString nextTarget(SIP_RECORD kind)
     {
         const auto* record = agent.next<tagSipTarget>(kind);
@@ -129,94 +118,6 @@ TEST_F(SipCallTest, OneThatComesInRingsIsAnsweredAndEndsByTheOtherSide)
     EXPECT_EQ(lastEnded().nSeconds, 3);
     EXPECT_EQ(media->orders, (QStringList{"answer their offer with", "end"}));
     EXPECT_EQ(history("missed", 1), QStringList{"0"});
-}
-
-TEST_F(SipCallTest, TheCallersPictureIsThatOfTheLinesOwnServer)
-{
-    const auto pictureOf = [this](uint32_t wire, const QByteArray& address) {
-        tagSipArrived record = arrival(wire);
-        sipWire::setText(record.szPicture, address.toStdString());
-        const int id = arrives(record);
-        const QString picture = call().strPicture;
-        phoneService::instance().hangUp(id);
-        return picture;
-    };
-    const QByteArray server = "sip.example.com";
-    EXPECT_EQ(pictureOf(IN, "https://" + server + ":8443/a%20b.png?x=1"),
-              "https://" + server + ":8443/a%20b.png?x=1");
-    const QList<QByteArray> others = {"",
-                                      "https://elsewhere.test/a.png",
-                                      "https://" + server + ".elsewhere.test/a.png",
-                                      "https://" + server + "@elsewhere.test/a.png",
-                                      "https://user:secret@" + server + "/a.png",
-                                      "http://127.0.0.1/a.png",
-                                      "https://[/a.png"};
-    for (qsizetype i = 0; i < others.size(); ++i)
-        EXPECT_EQ(pictureOf(IN + 1 + uint32_t(i), others[i]), "") << others[i].constData();
-}
-
-class SipDoorTest : public SipCallTest
-{
-protected:
-    SipDoorTest()
-    {
-        callDevicesAre([] {
-            tagCallDevice door;
-            door.strNumber = "200";
-            return QList<tagCallDevice>{door};
-        });
-    }
-    ~SipDoorTest() override { callDevicesAre(nullptr); }
-};
-
-TEST_F(SipDoorTest, TheDoorIsSeenWhileItRingsAndTheAnswerIsTheOneThatItKnows)
-{
-    const int id = arrives(arrival(IN, "200", "their offer"));
-    EXPECT_EQ(nextMedia(SIP_RING), "");
-    EXPECT_EQ(nextMedia(SIP_RING), "answer 1");
-    EXPECT_TRUE(media->lastWish.bPreview);
-    EXPECT_EQ(call().eState, CALL_RINGING);
-    EXPECT_EQ(media->orders, QStringList{"answer their offer with"});
-    EXPECT_TRUE(phoneService::instance().answer(id));
-    EXPECT_EQ(nextMedia(SIP_ANSWER), "answer 1");
-    EXPECT_EQ(media->orders, (QStringList{"answer their offer with", "begin"}));
-    tellMedia(SIP_TALK, IN, "their offer");
-    EXPECT_TRUE(kit::waitUntil([] { return call().eState == CALL_TALKING; }));
-    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA)) << "nothing is left to be offered";
-}
-
-TEST_F(SipDoorTest, WithoutAPreviewItIsAnsweredAsAnybody)
-{
-    media->bEmpty = true;
-    const int id = arrives(arrival(IN, "200", "their offer"));
-    EXPECT_EQ(nextMedia(SIP_RING), "");
-    EXPECT_TRUE(agent.isQuiet(SIP_RING));
-    media->bEmpty = false;
-    EXPECT_TRUE(phoneService::instance().answer(id));
-    EXPECT_EQ(nextMedia(SIP_ANSWER).left(6), "answer");
-    EXPECT_FALSE(media->lastWish.bPreview);
-}
-
-TEST_F(SipDoorTest, AnswerAndEndMayComeBeforeThePreview)
-{
-    media->bSilent = true;
-    const int id = arrives(arrival(IN, "200", "their offer"));
-    EXPECT_EQ(nextMedia(SIP_RING), "");
-    media->bSilent = false;
-    EXPECT_TRUE(phoneService::instance().answer(id));
-    EXPECT_FALSE(media->lastWish.bPreview);
-    EXPECT_EQ(nextMedia(SIP_ANSWER).left(6), "answer");
-    const int second = arrives(arrival(IN + 1, "200", "their offer"));
-    EXPECT_TRUE(phoneService::instance().hangUp(second));
-    EXPECT_EQ(nextStatus(SIP_REFUSE), 603u);
-}
-
-TEST_F(SipDoorTest, OthersAreNotSeen)
-{
-    arrives(arrival(IN, "201", "their offer"));
-    EXPECT_EQ(nextMedia(SIP_RING), "");
-    EXPECT_TRUE(agent.isQuiet(SIP_RING));
-    EXPECT_EQ(media->orders, QStringList());
 }
 
 TEST_F(SipCallTest, ACallerWithoutAnOfferIsMadeOne)

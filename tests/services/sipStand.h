@@ -127,6 +127,17 @@ protected:
     void tellMedia(SIP_RECORD kind, uint32_t wire, const char* sdp);
     void tellEnd(uint32_t wire, SIP_ENDING ending, uint32_t status = 0, const char* target = "");
     void tellStatus(SIP_RECORD kind, uint32_t wire, uint32_t status);
+    // What the agent is told next of that kind.
+    QString nextMedia(SIP_RECORD kind)
+    {
+        const auto* record = agent.next<tagSipMedia>(kind);
+        return record ? QString(record->szSdp) : QString("nothing");
+    }
+    uint32_t nextStatus(SIP_RECORD kind)
+    {
+        const auto* record = agent.next<tagSipStatus>(kind);
+        return record ? record->nStatus : 1000;
+    }
     // A call goes out, and the agent is told; its id at the agent.
     uint32_t dials(const char* number);
     // Such a call talks.

@@ -311,6 +311,6 @@ tagCaller simulatedCalls::callerOf(int id) const
     if (index < 0)
         return tagCaller();
     const tagSimulated& live = m_calls[index];
-    return {live.call.strNumber,  live.call.nAccount, live.call.strName,
+    return {live.call.strNumber,  live.call.nAccount, live.call.strName,    live.call.strPicture,
             live.call.bAnonymous, live.bWantsVideo,   live.call.forwardedBy};
 }
