@@ -1,5 +1,6 @@
 #include "sip/sipAgent.h"
 #include "sip/digest.h"
+#include "sip/floodGuard.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -114,6 +115,8 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
     m_stack.setup = setup;
     if (setup.nKeepMs == 0)
         m_stack.setup.nKeepMs = kKeepMs;
+    m_connections = std::make_unique<ConnectionGuard>(
+        m_stack.pRoot, setup.nSilentMs, [](const std::string& host) { return floodGuard::isServer(host); });
     m_stack.pDns = sres_resolver_create(m_stack.pRoot, setup.szNames[0] ? setup.szNames : nullptr, TAG_END());
     const std::string plain = localAddress(setup, "sip:", setup.nPort);
     const std::string tls = localAddress(setup, "sips:", setup.nTlsPort);
@@ -182,6 +185,9 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
         break;
     case SIP_MEDIA:
         call.setMedia(record.as<tagSipMedia>().szSdp);
+        break;
+    case SIP_NO_MEDIA:
+        call.delayMedia();
         break;
     case SIP_TRANSFER:
         call.transfer(record.as<tagSipTarget>().szTarget);
