@@ -89,6 +89,8 @@ tagMediaWish sipCalls::wishOf(const tagLive& live) const
     wish.bHeld = live.call.bHeld;
     wish.bEncrypt = live.bSealed || m_accountOf(live.call.nAccount).bEncrypt;
     wish.bCameraNow = live.bCameraNow;
+    wish.stunServer = m_stun[live.call.nAccount].address;
+    wish.nStunPort = m_stun[live.call.nAccount].nPort;
     return wish;
 }
 
@@ -378,6 +380,10 @@ void sipCalls::take(const sipWire::Reader& record)
     case SIP_REFERRED:
         referred(record.as<tagSipReferred>());
         break;
+    case SIP_STUN:
+        m_stun[record.head().nId] = {QByteArray(record.as<tagSipStun>().szAddress),
+                                     int(record.as<tagSipStun>().nPort)};
+        break;
     default:
         break;
     }
@@ -516,7 +522,7 @@ void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
     case ASKED_OFFER:
         return offerWith(*live, usable);
     case ASKED_REPLY:
-        return replyWith(*live, usable);
+        return replyWith(*live, usable, isMissing);
     }
 }
 
@@ -566,14 +572,17 @@ void sipCalls::offerWith(tagLive& live, const QByteArray& offer)
 }
 
 // An empty answer refuses.
-void sipCalls::replyWith(tagLive& live, const QByteArray& answer)
+void sipCalls::replyWith(tagLive& live, const QByteArray& answer, bool isMissing)
 {
     live.bReplied = !answer.isEmpty();
     live.bOffered = live.bReplied && live.otherOffer->isEmpty();
     if (live.bReplied)
         live.bAgreedHeld = live.bAskedHeld;
     live.otherOffer.reset();
-    m_orders.media(SIP_MEDIA, live.nWire, answer);
+    if (isMissing)
+        m_orders.noMedia(live.nWire);
+    else
+        m_orders.media(SIP_MEDIA, live.nWire, answer);
     offerAnew(live);
 }
 
@@ -662,6 +671,7 @@ void sipCalls::ended(const tagSipEnded& ended)
 
 void sipCalls::agentIsGone()
 {
+    m_stun = {};
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
         end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : reasonOfBreak(call));
