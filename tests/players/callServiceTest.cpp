@@ -224,12 +224,12 @@ TEST_F(CallService, AnEncryptedCallSaysSoAndTakesTones)
 TEST_F(CallService, AnAnswerThatDoesNotFitIsToldUnlessAnotherOneFollows)
 {
     startMedia();
-    const QByteArray offer = offerOf(1);
+    const QByteArray fitting = answerOf(2, offerOf(1));
     const QByteArray lie = "v=0\r\nc=IN IP4 127.0.0.1\r\nm=audio 36000 RTP/AVP 18\r\n";
     m_sessions.agree(1, lie);
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.nUnfit[1] == 1; }));
     m_sessions.agree(1, lie);
-    m_sessions.agree(1, answerOf(2, offer));
+    m_sessions.agree(1, fitting);
     EXPECT_TRUE(isHeard());
     EXPECT_EQ(m_news.nUnfit[1], 1);
     EXPECT_EQ(m_news.nUnfit[2], 0);
