@@ -167,8 +167,7 @@ bool pictureDecoder::put(const QByteArray& packet)
     tagRtpHead head;
     int start = 0;
     int length = 0;
-    if (packet.size() > rtpPacket::MAX_BYTES ||
-        !rtpPacket::read(bytes, int(packet.size()), head, start, length) ||
+    if (!rtpPacket::read(bytes, int(packet.size()), head, start, length) ||
         !pictureContent::isWhole(m_inside->eCodec, bytes + start, size_t(length)))
         return false;
     // The toolkit gets a head without anything that might lie.
