@@ -56,7 +56,7 @@ public:
         setup.shows = QByteArray("filesrc location=") + kFilm + " ! y4mdec ! identity sync=true";
         tagBaresipSound sound;
         sound.codec = "PCMA/8000/1";
-        sound.pictures = BaresipProcess::pictureSettings(module, kFilm);
+        sound.settings = BaresipProcess::pictureSettings(module, kFilm);
         if (!m_exchange.start({"--md5"}))
             return complain("the exchange does not start");
         setup.server = m_exchange.port();

@@ -53,7 +53,7 @@ protected:
         ASSERT_TRUE(phone.start(setup));
         tagBaresipSound sound;
         sound.bEncrypts = GetParam().bEncrypts;
-        sound.pictures = BaresipProcess::pictureSettings(GetParam().pModule, film(kTheirs));
+        sound.settings = BaresipProcess::pictureSettings(GetParam().pModule, film(kTheirs));
         ASSERT_TRUE(other.start("1002", pbx.port(), RegistrarProcess::passwordOf("1002"),
                                 GetParam().bPhoneCalls, sound))
             << other.output().constData();

@@ -45,7 +45,6 @@ bool BaresipProcess::start(const QByteArray& user, uint32_t server, const QByteA
     const QByteArray settings =
         "poll_method epoll\nsip_listen 127.0.0.1:" + QByteArray::number(UdpPeer::freePort()) +
         "\ncall_local_timeout 60\ncall_max_calls 4\nstatmode_default off\n" + soundSettings(sound) +
-        sound.pictures +
         "module_app account.so\nmodule_app menu.so\nmodule_app ctrl_tcp.so\n"
         "ctrl_tcp_listen 127.0.0.1:" +
         QByteArray::number(control) + "\n";

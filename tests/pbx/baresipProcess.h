@@ -12,7 +12,6 @@ struct tagBaresipSound
     QString says;     // a WAV file of the codec's rate and channels
     bool bRecords = false;
     bool bEncrypts = false; // it talks in no other way
-    QByteArray pictures;    // pictureSettings(); empty: it has none
     uint32_t nThrough = 0;  // port of a proxy on the way to the server
     QByteArray settings;    // further ones, a line each
 };
@@ -20,7 +19,8 @@ struct tagBaresipSound
 class BaresipProcess
 {
 public:
-    // film: without sound, long enough for the call. module: what makes pictures of the codec.
+    // Of tagBaresipSound. film: without sound, long enough for the call. module: what makes pictures of the
+    // codec.
     static QByteArray pictureSettings(const QByteArray& module, const QString& film);
     // Registers at that port. False when it does not come up: output() says why.
     bool start(const QByteArray& user, uint32_t server, const QByteArray& password,
