@@ -9,6 +9,8 @@ namespace {
 // Units in packets of their own have to be small.
 constexpr int kSlicesOfSmall = 30;
 constexpr int kPayload = 96; // until it is given the one that is agreed
+// Below any rate that is agreed: a range of one rate is none to the toolkit.
+const QByteArray kLeastRate = "1/2";
 
 QByteArray number(int value)
 {
@@ -117,7 +119,7 @@ bool pictureEncoder::build(int kbit)
     const QByteArray text =
         "videorate name=first drop-only=true ! videoconvertscale ! video/x-raw,format=I420,width=" +
         number(m_bounds.nWidth) + ",height=" + number(m_bounds.nHeight) +
-        ",pixel-aspect-ratio=1/1,framerate=[1/1," + number(m_bounds.nRate) + "/1] ! " +
+        ",pixel-aspect-ratio=1/1,framerate=[" + kLeastRate + "," + number(m_bounds.nRate) + "/1] ! " +
         encoderText(m_format, m_bounds, kbit) + " mtu=" + number(PACKET_BYTES) + " pt=" + number(kPayload) +
         " ! appsink name=packets sync=false async=false emit-signals=false enable-last-sample=false";
     GError* error = nullptr;
