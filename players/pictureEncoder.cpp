@@ -21,12 +21,12 @@ QByteArray encoderText(const tagPictureFormat& format, const tagPictureBounds& b
 {
     const int distance = bounds.nRate * pictureEncoder::KEY_SECONDS;
     if (format.eCodec == PICTURE_CODEC::VP8)
-        return "vp8enc name=encoder deadline=1 cpu-used=8 end-usage=cbr threads=1 lag-in-frames=0 "
+        return "vp8enc name=encoder deadline=1 cpu-used=16 end-usage=cbr threads=1 lag-in-frames=0 "
                "error-resilient=default buffer-size=600 buffer-initial-size=300 buffer-optimal-size=400 "
                "keyframe-max-dist=" +
                number(distance) + " target-bitrate=" + number(kbit * 1000) + " ! rtpvp8pay";
     const int slices = format.nMode == 0 ? kSlicesOfSmall : 1;
-    return "openh264enc name=encoder complexity=low rate-control=bitrate multi-thread=1 "
+    return "openh264enc name=encoder complexity=low deblocking=off rate-control=bitrate multi-thread=1 "
            "scene-change-detection=false gop-size=" +
            number(distance) + " num-slices=" + number(slices) + " bitrate=" + number(kbit * 1000) +
            " ! video/x-h264,profile=constrained-baseline ! rtph264pay config-interval=-1";
