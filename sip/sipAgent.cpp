@@ -227,7 +227,12 @@ void SipAgent::dial(const tagSipDial& dial, const std::string& replaces)
     }
     if (referral)
         referrer->tellReferral(503, "Service Unavailable");
-    auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, dial.head.nId);
+    tellNotBegun(dial.head.nId, reason);
+}
+
+void SipAgent::tellNotBegun(uint32_t call, const char* reason)
+{
+    auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, call);
     ended.eEnding = SIP_BROKEN;
     sipWire::setText(ended.szReason, reason);
     m_phone.tell(ended);
@@ -292,18 +297,10 @@ void SipAgent::pickUp(const tagSipPickUp& wanted)
     const tagRinging ringing = m_events.ringing(wanted.nLine, number);
     const auto& line = m_lines[wanted.nLine];
     const std::string code = line ? line->pickUpCode() : "";
-    const char* reason = nullptr;
     if (ringing.eRings == tagRinging::NOTHING_RINGS)
-        reason = "Nothing rings there any more";
-    else if (ringing.replaces.empty() && code.empty())
-        reason = "The call cannot be taken without a code";
-    if (reason) {
-        auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, wanted.head.nId);
-        ended.eEnding = SIP_BROKEN;
-        sipWire::setText(ended.szReason, reason);
-        m_phone.tell(ended);
-        return;
-    }
+        return tellNotBegun(wanted.head.nId, "Nothing rings there any more");
+    if (ringing.replaces.empty() && code.empty())
+        return tellNotBegun(wanted.head.nId, "The call cannot be taken without a code");
     auto call = sipWire::make<tagSipDial>(SIP_DIAL, wanted.head.nId);
     call.nLine = wanted.nLine;
     sipWire::setText(call.szTarget, ringing.replaces.empty() ? code + number : ringing.target);

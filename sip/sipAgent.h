@@ -31,6 +31,7 @@ private:
     bool makeStack(const tagSipSetup& setup);
     void setAccount(const tagSipAccount& account);
     void takeForCall(const sipWire::Reader& record);
+    void tellNotBegun(uint32_t call, const char* reason);
     void startDial(const tagSipDial& dial, const Registration& line, const tagCallOrigin& origin);
     void connectCalls(const tagSipConnect& connect);
     void dial(const tagSipDial& dial, const std::string& replaces = "");

@@ -11,11 +11,12 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache lld pkg-config qt6-base-dev qt6-bas
 # sip-tester, baresip-core: phones that call ours; kamailio: a server at which they register.
 # nginx-light: the cache that the signage server's document describes; the tests start their own.
 TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format docbook-xsl shared-mime-info nginx-light openssl sip-tester
-  baresip-core kamailio kamailio-tls-modules"
+  baresip-core baresip-ffmpeg kamailio kamailio-tls-modules"
 WINDOW_PACKAGES="xserver-xephyr"
 BROWSER_PACKAGES="tigervnc-standalone-server novnc"
 FUZZ_PACKAGES="clang libclang-rt-14-dev"
-BENCH_PACKAGES="libbenchmark-dev libpugixml-dev"
+# alsa-utils: recorded speech.
+BENCH_PACKAGES="libbenchmark-dev libpugixml-dev alsa-utils"
 
 # Bold in a terminal alone: a file or a pipe gets the words.
 say() { if [ -t 1 ]; then printf '\033[1m%s\033[0m\n' "$*"; else printf '%s\n' "$*"; fi; }

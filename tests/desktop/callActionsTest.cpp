@@ -99,6 +99,35 @@ TEST_F(CallActions, HoldAndResumeByFingerBySoftKeyAndByArrows)
     EXPECT_TRUE(action("actAdd")->isChosen()) << "round, past what is not there";
 }
 
+TEST_F(CallActions, TheCameraIsSeenToGoAlsoWhereNoPictureComes)
+{
+    talk("4711");
+    EXPECT_FALSE(action("actVideo")->isVisible()) << "nobody knows";
+    tagCallStreams streams;
+    streams.strSound = "Opus";
+    for (const int own : {0, 1, 0}) {
+        streams.nOwnPicture = own;
+        ASSERT_TRUE(phoneSimulation::instance()->setStreams(call("4711").nId, streams));
+        EXPECT_TRUE(action("actVideo")->isVisible());
+        EXPECT_EQ(action("actVideo")->isOn(), own == 1);
+        EXPECT_EQ(action("actVideo")->text(), "Video");
+    }
+    kit::shot("call-camera");
+    ring("4712");
+    kit::key(Qt::Key_Return);
+    ASSERT_TRUE(phoneSimulation::instance()->setStreams(call("4712").nId, streams));
+    QRect before;
+    for (const char* each :
+         {"actMute", "actHold", "actVideo", "actKeys", "actTransfer", "actAdd", "actJoin", "actSwap"}) {
+        const QRect place = action(each)->geometry();
+        EXPECT_TRUE(action(each)->isVisible()) << each;
+        EXPECT_TRUE(screen()->rect().contains(place) && !place.intersects(before)) << each;
+        EXPECT_GT(place.left(), before.left()) << each;
+        before = place;
+    }
+    kit::shot("call-all-actions");
+}
+
 TEST_F(CallActions, MuteIsTheCallsOwnAndLeavesTheLoudspeaker)
 {
     talk("4711");
@@ -329,6 +358,15 @@ TEST_F(CallActions, AFailureBesideACallIsToldForAMoment)
     EXPECT_EQ(others(), "busy \u00b7 Busy");
     kit::stepTime(3500);
     EXPECT_EQ(others(), "");
+}
+
+TEST_F(CallActions, OfALongNameBesideACallTheStateStays)
+{
+    talk("4711", "Anna von und zu Lichtenstein-Hohenheim");
+    ring("4712");
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(others().find("Anna von"), 0u) << others();
+    EXPECT_NE(others().find("\u2026 \u00b7 On hold"), std::string::npos) << others();
 }
 
 TEST_F(CallActions, NothingIsCutOrCoveredInAnyLanguage)
