@@ -3,6 +3,7 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/certificates.h"
 #include "tests/sip/udpPeer.h"
+#include <QDir>
 #include <QFile>
 #include <csignal>
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@ namespace {
 constexpr int kWaitMs = 15000;
 // Where Debian puts what only servers need.
 constexpr const char* kProgram = "/usr/sbin/kamailio";
+constexpr const char* kTables = "/usr/share/kamailio/dbtext/kamailio/";
 
 bool write(const QString& path, const QByteArray& text)
 {
@@ -27,6 +29,11 @@ KamailioProcess::KamailioProcess()
 }
 
 KamailioProcess::~KamailioProcess()
+{
+    end();
+}
+
+void KamailioProcess::end()
 {
     if (m_process.state() == QProcess::NotRunning)
         return;
@@ -46,7 +53,13 @@ bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
     text.replace("@PORT@", QByteArray::number(m_nPort))
         .replace("@TLS_PORT@", QByteArray::number(m_nTlsPort))
         .replace("@ALGORITHM@", algorithm)
+        .replace("@NEXT@", QByteArray::number(m_nNext))
         .replace("@FOLDER@", m_folder.path().toUtf8());
+    if (m_nNext)
+        text.prepend("#!define WITH_NEXT\n");
+    if (m_bPresence)
+        text.prepend("#!define WITH_PRESENCE\n");
+    text.prepend("#!KAMAILIO\n");
     if (!hasTls)
         return write(m_folder.filePath("kamailio.cfg"), text);
     const QByteArray folder = m_folder.path().toUtf8();
@@ -59,12 +72,28 @@ bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
            write(m_folder.filePath("kamailio.cfg"), "#!KAMAILIO\n#!define WITH_TLS\n" + text);
 }
 
+// One of its modules wants tables, empty ones as they come with the package.
+bool KamailioProcess::makeTables()
+{
+    if (!m_bPresence)
+        return true;
+    const QString tables = m_folder.filePath("tables");
+    bool done = QDir().mkpath(tables);
+    for (const char* name : {"version", "pua"})
+        done = (QFile::exists(tables + '/' + name) ||
+                QFile::copy(QString(kTables) + name, tables + '/' + name)) &&
+               done;
+    return done;
+}
+
 void KamailioProcess::start(const char* algorithm, bool hasTls)
 {
     ASSERT_TRUE(QFile::exists(kProgram)) << "the packages kamailio and kamailio-tls-modules are missing";
-    m_nPort = UdpPeer::freePort();
-    m_nTlsPort = UdpPeer::freePort();
-    ASSERT_TRUE(writeSettings(algorithm, hasTls));
+    if (!m_nPort) {
+        m_nPort = UdpPeer::freePort();
+        m_nTlsPort = UdpPeer::freePort();
+    }
+    ASSERT_TRUE(writeSettings(algorithm, hasTls) && makeTables());
     kit::endWithUs(m_process);
     m_process.start(kProgram, {"-f", m_folder.filePath("kamailio.cfg"), "-DD", "-E", "-m", "32", "-M", "4",
                                "-w", m_folder.path(), "-Y", m_folder.path(), "-P", m_folder.filePath("pid")});
