@@ -35,8 +35,8 @@ using namespace kit;
 namespace {
 
 constexpr int kFileSize = 64 << 10;
-constexpr int kRounds = 5; // a neighbour on the machine disturbs one or two of them
-constexpr int kLookMs = 5;
+constexpr int kRounds = 10; // a neighbour on the machine disturbs some of them
+constexpr int kLookMs = 1;
 constexpr qint64 kMemoryBytes = 1 << 30;
 constexpr int kRestMs = 3000; // between two looks of the server at its folder
 constexpr int kChecksMs = 300000;
@@ -148,9 +148,8 @@ bool has(const chString& path, std::initializer_list<const char*> suffixes)
 bool isNoneLeft(int count, std::initializer_list<const char*> suffixes)
 {
     const nDeckNodeList& list = GetNDeckFileManager().GetFileList();
-    return list.size() == count && std::none_of(list.begin(), list.end(), [&](const _nDeckFileNode& node) {
-               return has(node.path, suffixes);
-           });
+    const auto isLeft = [&](const _nDeckFileNode& node) { return has(node.path, suffixes); };
+    return list.size() == count && !isLeft(list.back()) && std::none_of(list.begin(), list.end(), isLeft);
 }
 
 bool isAllVerified(int count)

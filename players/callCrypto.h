@@ -1,6 +1,7 @@
 #pragma once
 // The keys of an encrypted call, as descriptions carry them (RFC 4568). Nothing here writes a key to a log.
 #include <QByteArray>
+#include <cstring>
 #include <functional>
 
 // Both are AES in counter mode with a key of 128 bits; they differ in how long a packet's seal is.
@@ -20,6 +21,13 @@ enum : int { KEY_BYTES = 30 };
 // So many bytes that nobody can guess.
 using KeySource = std::function<QByteArray(int bytes)>;
 QByteArray randomBytes(int bytes);
+template <typename Number>
+Number randomNumber()
+{
+    Number number;
+    memcpy(&number, randomBytes(sizeof number).constData(), sizeof number);
+    return number;
+}
 
 // The value of a=crypto; false when it names another suite, or asks for what is not done here: several keys,
 // key numbers in the packets, packets that are not encrypted.

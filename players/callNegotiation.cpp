@@ -42,6 +42,12 @@ QByteArray direction(bool sends, bool receives)
     return sends ? "sendonly" : receives ? "recvonly" : "inactive";
 }
 
+// How a call was held before there were directions.
+bool isNowhere(const QByteArray& address)
+{
+    return address == "0.0.0.0";
+}
+
 // The longest packet that does not ask for more than the other side bears.
 int ptimeFor(const tagDescribedMedia& media, SOUND_CODEC codec)
 {
@@ -85,41 +91,57 @@ bool callNegotiation::mayHearUs(const QByteArray& address, int port, bool loopba
     return first != 0 && first < 224 && (loopback || first != 127);
 }
 
+tagMappedPlace callNegotiation::placeOf(const QByteArray& address, int port, const tagMappedPlace& mapped)
+{
+    return mapped.address.isEmpty() ? tagMappedPlace{address, port, address, port + 1} : mapped;
+}
+
+QByteArray callNegotiation::rtcpLine(const tagMappedPlace& place)
+{
+    const bool isElsewhere = place.rtcpAddress != place.address;
+    return "a=rtcp:" + number(place.nRtcpPort) + (isElsewhere ? " IN IP4 " + place.rtcpAddress : "") + kEnd;
+}
+
 QByteArray callNegotiation::head()
 {
     ++m_nVersion;
+    const QByteArray address = soundPlace().address;
     return "v=0" + kEnd + "o=- " + QByteArray::number(m_own.nSession) + ' ' + QByteArray::number(m_nVersion) +
-           " IN IP4 " + m_own.address + kEnd + "s=-" + kEnd + "c=IN IP4 " + m_own.address + kEnd + "t=0 0" +
-           kEnd;
+           " IN IP4 " + address + kEnd + "s=-" + kEnd + "c=IN IP4 " + address + kEnd + "t=0 0" + kEnd;
 }
 
-QByteArray callNegotiation::attributes(const tagAgreedSound& sound, const QList<tagCrypto>& cryptos,
-                                       bool sends, bool receives, bool mux) const
+QByteArray callNegotiation::soundLine(const QByteArray& transport, const tagAgreedSound& sound,
+                                      const Cryptos& cryptos, const QByteArray& direction, bool mux) const
 {
-    QByteArray lines;
+    QByteArray text = "m=audio " + number(soundPlace().nPort) + ' ' + transport;
     for (const tagAgreedCodec& codec : sound.take)
-        lines += codecLines(codec);
-    lines += "a=ptime:" + number(sound.nPtime) + kEnd + "a=rtcp:" + number(m_own.nPort + 1) + kEnd;
+        text += ' ' + number(codec.nPayload);
+    text += kEnd;
+    for (const tagAgreedCodec& codec : sound.take)
+        text += codecLines(codec);
+    text += "a=ptime:" + number(sound.nPtime) + kEnd + rtcpLine(soundPlace());
     if (mux)
-        lines += "a=rtcp-mux" + kEnd;
+        text += "a=rtcp-mux" + kEnd;
     for (const tagCrypto& crypto : cryptos)
-        lines += "a=crypto:" + callCrypto::write(crypto) + kEnd;
-    return lines + "a=" + direction(sends, receives) + kEnd;
+        text += "a=crypto:" + callCrypto::write(crypto) + kEnd;
+    return text + "a=" + direction + kEnd;
 }
 
 QByteArray callNegotiation::pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
                                         const Cryptos& cryptos, const QByteArray& direction, bool mux) const
 {
-    QByteArray text = "m=video " + number(m_own.nPicturePort) + ' ' + transport;
+    const tagMappedPlace place = picturePlace();
+    QByteArray text = "m=video " + number(place.nPort) + ' ' + transport;
     for (const tagPictureFormat& format : formats)
         text += ' ' + number(format.nPayload);
     text += kEnd;
+    if (place.address != soundPlace().address)
+        text += "c=IN IP4 " + place.address + kEnd;
     if (m_wanted.nKbit > 0)
         text += "b=AS:" + number(m_wanted.nKbit) + kEnd;
     for (const tagPictureFormat& format : formats)
         text += pictureFormat::lines(format);
-    text += "a=rtcp:" + number(m_own.nPicturePort + 1) + kEnd + "a=rtcp-fb:* nack pli" + kEnd +
-            "a=rtcp-fb:* ccm fir" + kEnd;
+    text += rtcpLine(place) + "a=rtcp-fb:* nack pli" + kEnd + "a=rtcp-fb:* ccm fir" + kEnd;
     if (mux)
         text += "a=rtcp-mux" + kEnd;
     for (const tagCrypto& crypto : cryptos)
@@ -254,7 +276,7 @@ void callNegotiation::placePicture()
     m_places.append(tagPlace{"video", "RTP/AVP", "96", PLACE::PICTURE});
 }
 
-QByteArray callNegotiation::soundOffer(tagPlace& place, bool secure)
+callNegotiation::Cryptos callNegotiation::offerTransport(tagPlace& place, bool secure, Cryptos& of)
 {
     const bool hasProfile = place.transport.endsWith('F');
     place.transport = secure ? "RTP/SAVP" : "RTP/AVP";
@@ -262,26 +284,22 @@ QByteArray callNegotiation::soundOffer(tagPlace& place, bool secure)
     Cryptos cryptos;
     for (const CRYPTO_SUITE suite : kSuites) {
         if (secure)
-            cryptos.append(ownCrypto(suite, m_cryptos));
+            cryptos.append(ownCrypto(suite, of));
     }
-    QByteArray text = "m=audio " + number(m_own.nPort) + ' ' + place.transport;
-    for (const tagAgreedCodec& codec : m_offered)
-        text += ' ' + number(codec.nPayload);
+    return cryptos;
+}
+
+QByteArray callNegotiation::soundOffer(tagPlace& place, bool secure)
+{
+    const Cryptos cryptos = offerTransport(place, secure, m_cryptos);
     tagAgreedSound sound;
     sound.take = m_offered;
-    return text + kEnd + attributes(sound, cryptos, true, !m_wanted.bHeld, true);
+    return soundLine(place.transport, sound, cryptos, direction(true, !m_wanted.bHeld), true);
 }
 
 QByteArray callNegotiation::pictureOffer(tagPlace& place, bool secure)
 {
-    const bool hasProfile = place.transport.endsWith('F');
-    place.transport = secure ? "RTP/SAVP" : "RTP/AVP";
-    place.transport += hasProfile ? "F" : "";
-    Cryptos cryptos;
-    for (const CRYPTO_SUITE suite : kSuites) {
-        if (secure)
-            cryptos.append(ownCrypto(suite, m_pictureCryptos));
-    }
+    const Cryptos cryptos = offerTransport(place, secure, m_pictureCryptos);
     place.format = number(m_offeredPictures.first().nPayload);
     return pictureLine(place.transport, m_offeredPictures, cryptos,
                        direction(m_wanted.bCamera, !m_wanted.bHeld), true);
@@ -319,11 +337,17 @@ QByteArray callNegotiation::offer(const tagMediaWant& want)
     return text;
 }
 
+tagAgreedPicture callNegotiation::agreedPicture() const
+{
+    tagAgreedPicture picture = m_picture;
+    picture.bHeldByPeer = m_agreed.bHeldByPeer;
+    return picture;
+}
+
 bool callNegotiation::canReach(const tagDescribedMedia& media, bool encrypt) const
 {
-    const bool isHeld = media.address == "0.0.0.0";
     return media.bRtp && media.nPort != 0 &&
-           (isHeld || mayHearUs(media.address, media.nPort, m_own.bLoopback)) &&
+           (isNowhere(media.address) || mayHearUs(media.address, media.nPort, m_own.bLoopback)) &&
            (media.bSecure ? !media.cryptos.isEmpty() : !encrypt);
 }
 
@@ -336,7 +360,6 @@ bool callNegotiation::choose(const tagDescribedMedia& media, bool encrypt, tagCh
             if (codec.eCodec != known.eCodec)
                 continue;
             choice.pMedia = &media;
-            choice.crypto = media.bSecure ? media.cryptos.first() : tagCrypto();
             choice.codec = {codec.eCodec, codec.nPayload, known.nClock};
             return true;
         }
@@ -369,7 +392,7 @@ void callNegotiation::setStream(const tagDescribedMedia& media, bool held, tagAg
     stream.nRtcpPort = media.bRtcpMux ? media.nPort : media.nRtcpPort;
     if (!mayHearUs(stream.peer, stream.nRtcpPort, m_own.bLoopback))
         stream.nRtcpPort = 0;
-    const bool isAway = media.address == "0.0.0.0"; // how a call was held before there were directions
+    const bool isAway = isNowhere(media.address);
     stream.bSends = media.bReceives && !isAway && !held;
     stream.bReceives = media.bSends && !isAway && !held;
 }
@@ -378,7 +401,7 @@ void callNegotiation::setPeer(const tagDescribedMedia& media, bool held, tagAgre
 {
     setStream(media, held, sound);
     sound.bSound = true;
-    sound.bHeldByPeer = media.address == "0.0.0.0" || !media.bReceives;
+    sound.bHeldByPeer = isNowhere(media.address) || !media.bReceives;
     sound.nPtime = ptimeFor(media, sound.send.eCodec);
     const tagDescribedCodec* tones = tonesOf(media, sound.send.nClock);
     sound.nSendTones = tones ? tones->nPayload : -1;
@@ -449,10 +472,51 @@ QByteArray callNegotiation::pictureAnswer(const tagPictureChoice& choice, const 
     picture.take = {ours};
     setBounds(line, want, picture);
     const Cryptos cryptos = keysFor(line, m_pictureCryptos, picture);
-    const bool sends = want.bCamera && line.bReceives && line.address != "0.0.0.0";
+    const bool sends = want.bCamera && line.bReceives && !isNowhere(line.address);
     const bool receives = line.bSends && !want.bHeld;
     m_picture = picture;
     return pictureLine(line.transport, picture.take, cryptos, direction(sends, receives), line.bRtcpMux);
+}
+
+QByteArray callNegotiation::soundAnswer(const tagChoice& choice, const tagMediaWant& want)
+{
+    const tagDescribedMedia& line = *choice.pMedia;
+    tagAgreedSound sound;
+    sound.send = choice.codec;
+    setPeer(line, want.bHeld, sound);
+    sound.take = {choice.codec};
+    if (sound.nSendTones >= 0)
+        sound.take.append({SOUND_CODEC::NONE, sound.nSendTones, sound.nTonesClock});
+    const Cryptos cryptos = keysFor(line, m_cryptos, sound);
+    const bool sends = line.bReceives && !isNowhere(line.address);
+    const bool receives = line.bSends && !want.bHeld;
+    m_agreed = sound;
+    return soundLine(line.transport, sound, cryptos, direction(sends, receives), line.bRtcpMux);
+}
+
+// Of two lines of sound the encrypted one.
+callNegotiation::tagChoice callNegotiation::chooseSound(const QList<tagDescribedMedia>& media,
+                                                        const tagMediaWant& want) const
+{
+    tagChoice choice;
+    for (const bool isSecure : {true, false}) {
+        for (const tagDescribedMedia& line : media) {
+            if (line.bSecure == isSecure && choose(line, want.bEncrypt, choice))
+                return choice;
+        }
+    }
+    return choice;
+}
+
+callNegotiation::tagPictureChoice callNegotiation::choosePicture(const QList<tagDescribedMedia>& media,
+                                                                 const tagMediaWant& want) const
+{
+    tagPictureChoice choice;
+    for (const tagDescribedMedia& line : media) {
+        if (choose(line, want, choice))
+            break;
+    }
+    return choice;
 }
 
 QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& want)
@@ -460,56 +524,29 @@ QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& 
     QList<tagDescribedMedia> media;
     if (!callDescription::read(offer, media))
         return {};
-    tagChoice choice;
-    tagPictureChoice pictures;
-    // Of two lines of sound the encrypted one.
-    for (const bool isSecure : {true, false}) {
-        for (const tagDescribedMedia& line : media) {
-            if (!choice.pMedia && line.bSecure == isSecure)
-                choose(line, want.bEncrypt, choice);
-        }
-    }
-    for (const tagDescribedMedia& line : media) {
-        if (!pictures.pMedia)
-            choose(line, want, pictures);
-    }
-    if (!choice.pMedia)
+    const tagChoice sound = chooseSound(media, want);
+    const tagPictureChoice picture = choosePicture(media, want);
+    if (!sound.pMedia)
         return stops(media) ? answerOfStop(media) : QByteArray();
     m_bOffered = false;
     m_wanted = want;
     learnNumbers(media);
-    const tagDescribedMedia& chosen = *choice.pMedia;
-    tagAgreedSound sound;
-    sound.send = choice.codec;
-    setPeer(chosen, want.bHeld, sound);
-    sound.take = {choice.codec};
-    if (sound.nSendTones >= 0)
-        sound.take.append({SOUND_CODEC::NONE, sound.nSendTones, sound.nTonesClock});
-    const Cryptos cryptos = keysFor(chosen, m_cryptos, sound);
-    const bool sends = chosen.bReceives && chosen.address != "0.0.0.0";
-    const bool receives = chosen.bSends && !want.bHeld;
     QByteArray text = head();
     m_places.clear();
     m_picture = tagAgreedPicture();
     for (const tagDescribedMedia& line : media) {
-        const PLACE is = &line == &chosen           ? PLACE::SOUND
-                         : &line == pictures.pMedia ? PLACE::PICTURE
-                                                    : PLACE::OTHER;
-        m_places.append(tagPlace{line.kind, line.transport, line.format, is});
-        if (is == PLACE::OTHER) {
-            text += refused(m_places.last());
-            continue;
+        tagPlace place = {line.kind, line.transport, line.format, PLACE::OTHER};
+        if (&line == sound.pMedia) {
+            place.eIs = PLACE::SOUND;
+            text += soundAnswer(sound, want);
+        } else if (&line == picture.pMedia) {
+            place.eIs = PLACE::PICTURE;
+            text += pictureAnswer(picture, want);
+        } else {
+            text += refused(place);
         }
-        if (is == PLACE::PICTURE) {
-            text += pictureAnswer(pictures, want);
-            continue;
-        }
-        text += "m=audio " + number(m_own.nPort) + ' ' + line.transport;
-        for (const tagAgreedCodec& codec : sound.take)
-            text += ' ' + number(codec.nPayload);
-        text += kEnd + attributes(sound, cryptos, sends, receives, line.bRtcpMux);
+        m_places.append(place);
     }
-    m_agreed = sound;
     return text;
 }
 
@@ -567,9 +604,9 @@ bool callNegotiation::agree(const QByteArray& answer)
             sound = stopped();
             continue;
         }
-        const bool isHeld = line.address == "0.0.0.0";
         if (!line.bSound || !line.bRtp || line.bSecure != m_places[i].transport.startsWith("RTP/SAVP") ||
-            !fits(line, sound) || !(isHeld || mayHearUs(line.address, line.nPort, m_own.bLoopback)))
+            !fits(line, sound) ||
+            !(isNowhere(line.address) || mayHearUs(line.address, line.nPort, m_own.bLoopback)))
             return false;
         setPeer(line, m_wanted.bHeld, sound);
         if (!setKeys(line, m_cryptos, sound))

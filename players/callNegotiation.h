@@ -48,6 +48,16 @@ struct tagAgreedPicture : public tagAgreedStream
     int nKbit = 0;                // a second, at most; 0: nobody says
     bool bPli = false;            // the other side makes a new picture when asked to
     bool bFir = false;            // the same, asked in another way
+    bool bHeldByPeer = false;     // the call, as its sound says
+};
+
+// Where a stream of this side is seen beyond the routers.
+struct tagMappedPlace
+{
+    QByteArray address; // IPv4 with dots; empty: where this side itself says that it is
+    int nPort = 0;
+    QByteArray rtcpAddress; // the same of its reports
+    int nRtcpPort = 0;
 };
 
 // Where this side is.
@@ -87,8 +97,11 @@ public:
     // The last offer was refused.
     void withdraw() { m_bOffered = false; }
     const tagAgreedSound& agreed() const { return m_agreed; }
-    const tagAgreedPicture& agreedPicture() const { return m_picture; }
+    tagAgreedPicture agreedPicture() const;
     void setPicturePort(int port) { m_own.nPicturePort = port; }
+    // Before the first description that names the stream.
+    void setMapped(const tagMappedPlace& place) { m_mapped = place; }
+    void setPictureMapped(const tagMappedPlace& place) { m_pictureMapped = place; }
 
     // Sound may be sent there: an address of one machine, that is no system's port. loopback: also to this
     // machine's loopback interface.
@@ -107,7 +120,6 @@ private:
     {
         const tagDescribedMedia* pMedia = nullptr;
         tagAgreedCodec codec;
-        tagCrypto crypto; // of the other side
     };
     struct tagPictureChoice
     {
@@ -117,16 +129,27 @@ private:
     using Cryptos = QList<tagCrypto>;
 
     QByteArray head();
-    QByteArray attributes(const tagAgreedSound& sound, const Cryptos& cryptos, bool sends, bool receives,
-                          bool mux) const;
+    // Where the stream of one of this side's ports is to be sent.
+    static tagMappedPlace placeOf(const QByteArray& address, int port, const tagMappedPlace& mapped);
+    tagMappedPlace soundPlace() const { return placeOf(m_own.address, m_own.nPort, m_mapped); }
+    tagMappedPlace picturePlace() const
+    {
+        return placeOf(m_own.address, m_own.nPicturePort, m_pictureMapped);
+    }
+    static QByteArray rtcpLine(const tagMappedPlace& place);
+    QByteArray soundLine(const QByteArray& transport, const tagAgreedSound& sound, const Cryptos& cryptos,
+                         const QByteArray& direction, bool mux) const;
     QByteArray pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
                            const Cryptos& cryptos, const QByteArray& direction, bool mux) const;
     QByteArray refused(const tagPlace& place) const;
     bool stops(const QList<tagDescribedMedia>& offered) const;
     tagAgreedSound stopped() const;
     QByteArray answerOfStop(const QList<tagDescribedMedia>& offered);
+    // With these keys of ours.
+    Cryptos offerTransport(tagPlace& place, bool secure, Cryptos& of);
     QByteArray soundOffer(tagPlace& place, bool secure);
     QByteArray pictureOffer(tagPlace& place, bool secure);
+    QByteArray soundAnswer(const tagChoice& choice, const tagMediaWant& want);
     QByteArray pictureAnswer(const tagPictureChoice& choice, const tagMediaWant& want);
     void placePicture();
     void learnNumbers(const QList<tagDescribedMedia>& media);
@@ -135,6 +158,9 @@ private:
     int numberForTones();
     int freeNumber();
     bool canReach(const tagDescribedMedia& media, bool encrypt) const;
+    // A choice without a line: there is nothing in common.
+    tagChoice chooseSound(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;
+    tagPictureChoice choosePicture(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;
     bool choose(const tagDescribedMedia& media, bool encrypt, tagChoice& choice) const;
     bool choose(const tagDescribedMedia& media, const tagMediaWant& want, tagPictureChoice& choice) const;
     bool fits(const tagDescribedMedia& answer, tagAgreedSound& sound) const;
@@ -149,6 +175,8 @@ private:
     Cryptos keysFor(const tagDescribedMedia& offered, Cryptos& of, tagAgreedStream& stream);
 
     tagOwnMedia m_own;
+    tagMappedPlace m_mapped; // of the sound
+    tagMappedPlace m_pictureMapped;
     callCrypto::KeySource m_keys;
     quint64 m_nVersion = 0;
     QList<tagPlace> m_places;                 // of the present description

@@ -4,7 +4,9 @@
 #include "support/file/deviceRoot.h"
 #include "support/host/trace.h"
 #include <algorithm>
+#include <arpa/inet.h>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -23,15 +25,31 @@ chThreadBase* phone()
     return msgGetThreadByName("app_hxPhone");
 }
 
+// A device speaks with none of its own programs; phones side by side on one machine do.
+bool hasLoopback()
+{
+    return !deviceGetRoot().IsEmpty();
+}
+
 tagOwnMedia ownMedia(const CALL_WISH& wish, int port)
 {
     tagOwnMedia own;
     own.address = wish.szLocalIP[0] ? wish.szLocalIP : "127.0.0.1";
     own.nPort = port;
-    // A device speaks with none of its own programs; phones side by side on one machine do.
-    own.bLoopback = !deviceGetRoot().IsEmpty();
-    memcpy(&own.nSession, callCrypto::randomBytes(4).constData(), 4);
+    own.bLoopback = hasLoopback();
+    own.nSession = callCrypto::randomNumber<quint32>();
     return own;
+}
+
+// Null where nobody is to be asked.
+std::unique_ptr<mappedPorts> portsAskedFor(const CALL_WISH& wish, std::unique_ptr<callSockets>& sockets)
+{
+    sockaddr_in server = {};
+    if (inet_pton(AF_INET, wish.szStunIP, &server.sin_addr) != 1)
+        return nullptr;
+    server.sin_family = AF_INET;
+    server.sin_port = htons(uint16_t(wish.nStunPort));
+    return std::make_unique<mappedPorts>(std::move(sockets), server, hasLoopback());
 }
 
 template <int size>
@@ -50,6 +68,9 @@ callService::callService(pictureScreen& screen)
     QObject::connect(&m_open, &QTimer::timeout, &m_open, [this] { m_sound.open(); });
     m_look.setInterval(LOOK_MS);
     QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { look(); });
+    m_ports.setTimerType(Qt::PreciseTimer);
+    m_ports.setInterval(mappedPorts::LOOK_MS);
+    QObject::connect(&m_ports, &QTimer::timeout, &m_ports, [this] { stepPorts(); });
 }
 
 int callService::TryThreadMessage(msgObject& msg)
@@ -65,6 +86,9 @@ int callService::TryThreadMessage(msgObject& msg)
         return 1;
     case MEDIA_MSG_CALL_AGREE:
         agree(msg);
+        return 1;
+    case MEDIA_MSG_CALL_BEGIN:
+        begin(call);
         return 1;
     case MEDIA_MSG_CALL_WITHDRAW:
         if (m_calls.count(call) != 0)
@@ -111,23 +135,70 @@ callService::tagCallEntry* callService::entryFor(int call, const CALL_WISH& wish
     tagCallEntry& entry = m_calls[call];
     entry.negotiation = std::make_unique<callNegotiation>(ownMedia(wish, sockets->port()));
     entry.told.nQuality = -1;
-    m_open.start(0); // behind the reply: somebody waits for that
-    m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
     m_look.start();
+    entry.soundPorts = portsAskedFor(wish, sockets);
+    if (!entry.soundPorts)
+        addSession(call, std::move(sockets));
     return &entry;
 }
 
-bool callService::openPictures(int call, tagCallEntry& entry)
+void callService::addSession(int call, std::unique_ptr<callSockets> sockets)
 {
-    if (entry.pictures)
+    m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
+}
+
+bool callService::openPictures(int call, tagCallEntry& entry, const CALL_WISH& wish)
+{
+    if (entry.pictures || entry.picturePorts)
         return true;
     std::unique_ptr<callSockets> sockets = callSockets::open();
     if (!sockets)
         return false;
     entry.negotiation->setPicturePort(sockets->port());
-    entry.end = std::make_unique<tagEnd>(m_screen, call);
-    entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
     m_pictureElements.load();
+    entry.picturePorts = portsAskedFor(wish, sockets);
+    if (!entry.picturePorts)
+        beginPictures(call, entry, std::move(sockets));
+    return true;
+}
+
+void callService::beginPictures(int call, tagCallEntry& entry, std::unique_ptr<callSockets> sockets)
+{
+    entry.end = std::make_unique<tagEnd>(m_screen, call, [this] {
+        QMetaObject::invokeMethod(
+            &m_look, [this] { tellAll(); }, Qt::QueuedConnection);
+    });
+    entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
+}
+
+void callService::stepPorts()
+{
+    bool waits = false;
+    for (auto entry = m_calls.begin(); entry != m_calls.end();) {
+        const auto each = entry++; // it may end
+        waits = (each->second.waiting && !stepPorts(each->first, each->second)) || waits;
+    }
+    if (!waits)
+        m_ports.stop();
+}
+
+bool callService::stepPorts(int call, tagCallEntry& entry)
+{
+    const bool isSoundSeen = !entry.soundPorts || entry.soundPorts->step();
+    const bool arePicturesSeen = !entry.picturePorts || entry.picturePorts->step();
+    if (!isSoundSeen || !arePicturesSeen)
+        return false;
+    if (const auto ports = std::exchange(entry.soundPorts, nullptr)) {
+        entry.negotiation->setMapped(ports->place());
+        addSession(call, ports->take());
+        m_desk.with(call, [&](callSession& session) { session.setMuted(entry.bMuted); });
+    }
+    if (const auto ports = std::exchange(entry.picturePorts, nullptr)) {
+        entry.negotiation->setPictureMapped(ports->place());
+        beginPictures(call, entry, ports->take());
+    }
+    const tagQuestion question = *std::exchange(entry.waiting, std::nullopt);
+    reply(call, entry, question);
     return true;
 }
 
@@ -141,10 +212,10 @@ void callService::takeOwnPlace(const msgObject& msg)
         m_screen.setOwnPlace(place);
 }
 
-void callService::reply(const msgObject& msg, const QByteArray& description) const
+void callService::tellDescription(int call, unsigned int number, const QByteArray& description)
 {
     const bool isThere = !description.isEmpty() && description.size() < CALL_DESCRIPTION_SIZE;
-    msgPostMsgToThreadEx(phone(), MEDIA_MSG_CALL_DESCRIBED, msg.wParam, msg.lParam,
+    msgPostMsgToThreadEx(phone(), MEDIA_MSG_CALL_DESCRIBED, unsigned(call), number,
                          isThere ? int(description.size()) + 1 : 0,
                          isThere ? description.constData() : nullptr);
 }
@@ -152,39 +223,72 @@ void callService::reply(const msgObject& msg, const QByteArray& description) con
 void callService::describe(const msgObject& msg)
 {
     m_elements.load();
-    CALL_WISH wish;
-    QByteArray offer;
-    const char* fault = playerRecords::readWish(msg.GetExtraData(), msg.GetExtraSize(), wish, offer);
-    const bool isAnswer = msg.message == MEDIA_MSG_CALL_ANSWER;
-    if (!fault && offer.isEmpty() == isAnswer)
+    tagQuestion question;
+    question.nNumber = msg.lParam;
+    question.bAnswer = msg.message == MEDIA_MSG_CALL_ANSWER;
+    const CALL_WISH& wish = question.wish;
+    const char* fault =
+        playerRecords::readWish(msg.GetExtraData(), msg.GetExtraSize(), question.wish, question.offer);
+    if (!fault && question.offer.isEmpty() == question.bAnswer)
         fault = "the size is wrong";
     const int call = int(msg.wParam);
-    const bool isNew = m_calls.count(call) == 0;
+    question.bNew = m_calls.count(call) == 0;
     tagCallEntry* entry = fault ? nullptr : entryFor(call, wish);
     if (!fault && !entry)
         fault = "there are too many calls";
     if (fault) {
         refuse(msg, fault);
-        reply(msg, {});
+        tellDescription(call, question.nNumber, {});
         return;
     }
+    entry->bPreview = question.bAnswer && wish.bPreview != 0;
+    if (!entry->bPreview)
+        m_open.start(0); // behind the reply: somebody waits for that
+    if (wish.bVideo != 0)
+        openPictures(call, *entry, wish);
+    if (!entry->soundPorts && !entry->picturePorts) {
+        reply(call, *entry, question);
+        return;
+    }
+    question.bNew = question.bNew || (entry->waiting && entry->waiting->bNew);
+    entry->waiting = question;
+    m_ports.start();
+}
+
+void callService::reply(int call, tagCallEntry& entry, const tagQuestion& question)
+{
+    const CALL_WISH& wish = question.wish;
     tagMediaWant want;
     want.bHeld = wish.bHeld != 0;
     want.bEncrypt = wish.bEncrypt != 0;
-    want.bVideo = wish.bVideo != 0 && openPictures(call, *entry);
+    want.bVideo = wish.bVideo != 0 && entry.pictures;
     want.bCamera = want.bVideo && wish.bCamera != 0 && pictureSourceIsThere();
     want.nKbit = int(std::min<uint32_t>(wish.nBandwidth, pictureRate::MOST_KBIT));
     want.nRate = wish.nFrameRate > 0 ? int(std::min<uint32_t>(wish.nFrameRate, 30)) : 30;
-    const QByteArray text =
-        isAnswer ? entry->negotiation->answer(offer, want) : entry->negotiation->offer(want);
-    reply(msg, text);
-    if (text.isEmpty() && isNew) {
+    QByteArray text =
+        question.bAnswer ? entry.negotiation->answer(question.offer, want) : entry.negotiation->offer(want);
+    // A preview of nothing would only take the ringing from the other side's ear.
+    if (entry.bPreview && !entry.negotiation->agreedPicture().bReceives)
+        text.clear();
+    tellDescription(call, question.nNumber, text);
+    if (text.isEmpty() && question.bNew) {
         end(call);
-    } else if (isAnswer && !text.isEmpty()) {
-        entry->bAgreed = entry->bPicturesAgreed = true;
+    } else if (question.bAnswer && !text.isEmpty()) {
+        entry.bAgreed = entry.bPicturesAgreed = true;
         apply();
         applyPictures();
     }
+}
+
+void callService::begin(int call)
+{
+    const auto known = m_calls.find(call);
+    if (known == m_calls.end() || !std::exchange(known->second.bPreview, false))
+        return;
+    known->second.bAgreed = known->second.bPicturesAgreed = true;
+    m_open.start(0);
+    apply();
+    applyPictures();
 }
 
 void callService::agree(const msgObject& msg)
@@ -212,7 +316,9 @@ void callService::apply()
     for (auto& [call, entry] : m_calls) {
         if (!std::exchange(entry.bAgreed, false))
             continue;
-        const tagAgreedSound& agreed = entry.negotiation->agreed();
+        tagAgreedSound agreed = entry.negotiation->agreed();
+        if (entry.bPreview)
+            agreed.bSends = agreed.bReceives = false;
         callSession::tagParts sound = callSession::build(agreed);
         m_desk.with(call, [&](callSession& session) { session.agree(agreed, sound); });
         tell(call, entry);
@@ -227,25 +333,61 @@ void callService::applyPictures()
     for (auto& [call, entry] : m_calls) {
         if (!std::exchange(entry.bPicturesAgreed, false) || !entry.pictures)
             continue;
-        entry.pictures->agree(entry.negotiation->agreedPicture());
-        tell(call, entry);
+        tagAgreedPicture agreed = entry.negotiation->agreedPicture();
+        agreed.bSends = agreed.bSends && !entry.bPreview;
+        entry.pictures->agree(agreed);
     }
+    giveCamera();
+    tellAll();
+}
+
+// Who wants it last has it; with his end, or when he does not want it any more, it goes back.
+void callService::giveCamera()
+{
+    m_cameraCalls.removeIf([this](int call) {
+        const auto known = m_calls.find(call);
+        return known == m_calls.end() || !known->second.pictures->wantsCamera();
+    });
+    for (const auto& [call, entry] : m_calls) {
+        if (entry.pictures && entry.pictures->wantsCamera() && !m_cameraCalls.contains(call))
+            m_cameraCalls.append(call);
+    }
+    const int owner = m_cameraCalls.isEmpty() ? 0 : m_cameraCalls.last();
+    for (const auto& [call, entry] : m_calls) {
+        if (entry.pictures && call != owner)
+            entry.pictures->setCamera(false);
+    }
+    if (!m_cameraCalls.isEmpty())
+        m_calls.at(owner).pictures->setCamera(true);
 }
 
 void callService::look()
+{
+    for (auto& [call, entry] : m_calls) {
+        if (entry.pictures)
+            entry.pictures->watchCamera();
+        tell(call, entry, true);
+    }
+}
+
+void callService::tellAll()
 {
     for (auto& [call, entry] : m_calls)
         tell(call, entry);
 }
 
-void callService::tell(int call, tagCallEntry& entry)
+void callService::tell(int call, tagCallEntry& entry, bool measures)
 {
+    if (entry.soundPorts)
+        return;
     CALL_STREAMS streams = {};
+    streams.nQuality = entry.told.nQuality;
     m_desk.with(call, [&](callSession& session) {
         const tagSoundCodec* codec = soundCodec(session.agreed().send.eCodec);
         if (session.agreed().bSound && codec)
             copyText(streams.szSound, codec->pShown);
-        streams.nQuality = session.quality(callDesk::nowUs());
+        if (measures)
+            streams.nQuality = session.quality(callDesk::nowUs());
         streams.bEncrypted = session.agreed().eSuite != CRYPTO_SUITE::NONE;
         streams.bTones = session.takesTones();
         streams.bOtherHolds = session.agreed().bHeldByPeer;
@@ -257,6 +399,7 @@ void callService::tell(int call, tagCallEntry& entry)
         streams.bEncrypted = streams.bEncrypted && picture.eSuite != CRYPTO_SUITE::NONE;
     }
     streams.bOwnPicture = entry.pictures && entry.pictures->sends();
+    streams.bOtherPicture = entry.end && entry.end->bSeen;
     if (memcmp(&streams, &entry.told, sizeof streams) == 0)
         return;
     entry.told = streams;
@@ -265,8 +408,13 @@ void callService::tell(int call, tagCallEntry& entry)
 
 void callService::setMuted(const msgObject& msg)
 {
-    if (!m_desk.with(int(msg.wParam), [&](callSession& session) { session.setMuted(msg.lParam != 0); }))
+    const auto known = m_calls.find(int(msg.wParam));
+    if (known == m_calls.end()) {
         refuse(msg, "there is no such call");
+        return;
+    }
+    known->second.bMuted = msg.lParam != 0;
+    m_desk.with(known->first, [&](callSession& session) { session.setMuted(known->second.bMuted); });
 }
 
 void callService::sendTone(const msgObject& msg)
@@ -283,6 +431,7 @@ void callService::end(int call)
 {
     m_desk.remove(call);
     m_calls.erase(call);
+    giveCamera();
     if (!m_calls.empty())
         return;
     m_look.stop();

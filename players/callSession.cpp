@@ -13,21 +13,13 @@ constexpr size_t kMaxLane = 4 * callSession::FRAME_SAMPLES;
 constexpr int kTries = 6;
 constexpr double kSmooth = 0.3;
 
-template <typename Number>
-Number randomNumber()
-{
-    Number number;
-    memcpy(&number, callCrypto::randomBytes(sizeof number).constData(), sizeof number);
-    return number;
-}
-
 } // namespace
 
 callSession::callSession(std::unique_ptr<callSockets> sockets)
     : m_sockets(std::move(sockets)),
-      m_reports(randomNumber<quint32>(), callCrypto::randomBytes(9).toBase64()),
-      m_nSource(m_reports.source()), m_nSequence(randomNumber<quint16>() & 0x7fff),
-      m_nTime(randomNumber<quint32>())
+      m_reports(callCrypto::randomNumber<quint32>(), callCrypto::randomBytes(9).toBase64()),
+      m_nSource(m_reports.source()), m_nSequence(callCrypto::randomNumber<quint16>() & 0x7fff),
+      m_nTime(callCrypto::randomNumber<quint32>())
 {
 }
 
@@ -49,11 +41,8 @@ callSession::tagParts callSession::build(const tagAgreedSound& agreed)
 
 void callSession::agree(const tagAgreedSound& agreed, tagParts& parts)
 {
-    const tagAgreedSound before = std::exchange(m_agreed, agreed);
-    if (before.eSuite != agreed.eSuite || before.sendKey != agreed.sendKey)
-        m_seal = secureRtp::make(agreed.eSuite, agreed.sendKey, secureRtp::WAY::OUT);
-    if (before.eSuite != agreed.eSuite || before.takeKey != agreed.takeKey)
-        m_open = secureRtp::make(agreed.eSuite, agreed.takeKey, secureRtp::WAY::IN);
+    m_agreed = agreed;
+    m_keys.agree(agreed);
     const bool isSameCoder = m_encoder && parts.encoder && m_encoder->codec() == parts.encoder->codec() &&
                              m_encoder->ptime() == parts.encoder->ptime();
     if (!isSameCoder)
@@ -94,13 +83,10 @@ void callSession::takePacket(unsigned char* packet, int size, const sockaddr_in&
     tagRtpHead head;
     int start = 0;
     int length = 0;
-    // The seal first: nothing of a packet is believed before.
-    const int opened = m_agreed.eSuite == CRYPTO_SUITE::NONE     ? size
-                       : m_open && size >= rtpPacket::HEAD_BYTES ? m_open->open(packet, size, false)
-                                                                 : 0;
+    const int opened = m_keys.open(packet, size, false);
     const bool isWhole = opened > 0 && rtpPacket::read(packet, opened, head, start, length);
     const tagAgreedCodec* codec = isWhole ? codecOf(head.nPayload) : nullptr;
-    if (!codec || length == 0 || !m_peer.takes(from, head)) {
+    if (!codec || length == 0 || !m_peer.takes(from, head, nowUs)) {
         ++m_nStrangers;
         return;
     }
@@ -128,9 +114,7 @@ void callSession::takeReport(unsigned char* packet, int size, const sockaddr_in&
 {
     if (!m_agreed.bSound || !m_peer.isAt(from) || !rtpPacket::isRtcp(packet, size))
         return;
-    const int opened = m_agreed.eSuite == CRYPTO_SUITE::NONE ? size
-                       : m_open                              ? m_open->open(packet, size, true)
-                                                             : 0;
+    const int opened = m_keys.open(packet, size, true);
     if (opened == 0)
         return;
     m_reports.read(packet, opened, nowUs);

@@ -8,6 +8,7 @@
 #include "players/rtpPeer.h"
 #include "players/sealedSend.h"
 #include "players/soundCoder.h"
+#include "players/streamKeys.h"
 #include "players/toneEvents.h"
 
 class callSession
@@ -59,7 +60,7 @@ private:
     const tagAgreedCodec* codecOf(int payload) const;
     void sendPacket(int payload, bool marker, quint32 time, const unsigned char* content, int size);
     void sendTones(const QList<toneEvents::tagEvent>& events);
-    tagWayOut wayOut() const { return {*m_sockets, m_peer, m_agreed, m_seal.get()}; }
+    tagWayOut wayOut() const { return {*m_sockets, m_peer, m_agreed, m_keys.sealer()}; }
     void decode(const tagHeldPacket& packet);
 
     std::unique_ptr<callSockets> m_sockets;
@@ -67,8 +68,7 @@ private:
     bool m_bMuted = false;
     std::unique_ptr<soundEncoder> m_encoder;
     std::unique_ptr<soundDecoder> m_decoder;
-    std::unique_ptr<secureRtp> m_seal;
-    std::unique_ptr<secureRtp> m_open;
+    streamKeys m_keys;
     jitterBuffer m_buffer;
     toneEvents m_tones;
     rtcpReports m_reports;

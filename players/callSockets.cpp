@@ -52,8 +52,7 @@ qint64 ageOf(msghdr& message)
 std::unique_ptr<callSockets> callSockets::open()
 {
     constexpr int kPairs = (LAST_PORT - FIRST_PORT) / 2 + 1;
-    unsigned int first = 0;
-    memcpy(&first, callCrypto::randomBytes(sizeof first).constData(), sizeof first);
+    const auto first = callCrypto::randomNumber<unsigned int>();
     std::unique_ptr<callSockets> sockets(new callSockets);
     for (int i = 0; i < kPairs; ++i) {
         const int port = FIRST_PORT + 2 * int((first + unsigned(i)) % unsigned(kPairs));

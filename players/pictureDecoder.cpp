@@ -1,14 +1,21 @@
 #include "players/pictureDecoder.h"
+#include "players/callDesk.h"
+#include "players/codedSize.h"
+#include "players/paceBudget.h"
 #include <atomic>
 #include <gst/app/gstappsink.h>
 #include <gst/app/gstappsrc.h>
 
 struct pictureDecoder::tagInside
 {
+    PICTURE_CODEC eCodec = PICTURE_CODEC::NONE;
     PictureHandler onPicture;
     GstElement* pPipeline = nullptr;
     GstElement* pSource = nullptr; // of the pipeline
     std::atomic<bool> bFailed{false};
+    // Of the pipeline's thread.
+    gsize nGathered = 0; // bytes since the last whole picture
+    paceBudget pictures{RATE, AT_ONCE};
 };
 
 namespace {
@@ -23,34 +30,10 @@ QByteArray textOf(PICTURE_CODEC codec)
            "caps=application/x-rtp,media=video,clock-rate=90000,encoding-name=" +
            name + ",payload=" + QByteArray::number(kPayload) + " ! " +
            (isVp8 ? "rtpvp8depay ! vp8dec name=decoder threads=1"
-                  : "rtph264depay ! h264parse ! avdec_h264 name=decoder max-threads=1") +
+                  : "rtph264depay ! h264parse ! video/x-h264,stream-format=byte-stream,alignment=au ! "
+                    "avdec_h264 name=decoder max-threads=1") +
            " ! appsink name=pictures caps=video/x-raw sync=false async=false qos=false emit-signals=false "
            "enable-last-sample=false max-buffers=2 drop=true";
-}
-
-// Before the decoder takes memory for them.
-bool isTooLarge(GstEvent* event)
-{
-    GstCaps* caps = nullptr;
-    gst_event_parse_caps(event, &caps);
-    const GstStructure* structure = caps ? gst_caps_get_structure(caps, 0) : nullptr;
-    int width = 0;
-    int height = 0;
-    return structure && gst_structure_get_int(structure, "width", &width) &&
-           gst_structure_get_int(structure, "height", &height) &&
-           (width > pictureDecoder::MAX_WIDTH || height > pictureDecoder::MAX_HEIGHT);
-}
-
-GstPadProbeReturn onEvent(GstPad*, GstPadProbeInfo* info, gpointer failed)
-{
-    auto* bFailed = static_cast<std::atomic<bool>*>(failed);
-    if ((GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0)
-        return *bFailed ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
-    GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
-    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS || !isTooLarge(event))
-        return GST_PAD_PROBE_OK;
-    *bFailed = true;
-    return GST_PAD_PROBE_DROP;
 }
 
 GstBusSyncReply onMessage(GstBus*, GstMessage* message, gpointer failed)
@@ -79,6 +62,31 @@ GstFlowReturn onSample(GstAppSink* sink, gpointer handler)
 
 } // namespace
 
+// A picture may come in parts without an end, of which the toolkit would keep all.
+GstPadProbeReturn pictureDecoder::onPart(GstPad*, GstPadProbeInfo* info, gpointer inside)
+{
+    auto* self = static_cast<tagInside*>(inside);
+    self->nGathered += gst_buffer_get_size(GST_PAD_PROBE_INFO_BUFFER(info));
+    if (self->nGathered > gsize(MAX_PICTURE))
+        self->bFailed = true;
+    return self->bFailed ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+}
+
+// Before the decoder takes memory, and time, for it.
+GstPadProbeReturn pictureDecoder::onWhole(GstPad*, GstPadProbeInfo* info, gpointer inside)
+{
+    auto* self = static_cast<tagInside*>(inside);
+    self->nGathered = 0;
+    GstMapInfo map;
+    if (!gst_buffer_map(GST_PAD_PROBE_INFO_BUFFER(info), &map, GST_MAP_READ))
+        return GST_PAD_PROBE_DROP;
+    if (!self->pictures.take(callDesk::nowUs()) ||
+        !codedSize::fits(self->eCodec, map.data, map.size, {MAX_WIDTH, MAX_HEIGHT}))
+        self->bFailed = true;
+    gst_buffer_unmap(GST_PAD_PROBE_INFO_BUFFER(info), &map);
+    return self->bFailed ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+}
+
 QList<QByteArray> pictureDecoder::parts()
 {
     return {"appsrc", "rtph264depay", "h264parse", "avdec_h264", "rtpvp8depay", "vp8dec", "appsink"};
@@ -87,8 +95,8 @@ QList<QByteArray> pictureDecoder::parts()
 std::unique_ptr<pictureDecoder> pictureDecoder::make(PICTURE_CODEC codec, PictureHandler onPicture)
 {
     std::unique_ptr<pictureDecoder> made(new pictureDecoder);
-    made->m_eCodec = codec;
     made->m_inside = std::make_unique<tagInside>();
+    made->m_inside->eCodec = codec;
     made->m_inside->onPicture = std::move(onPicture);
     if (codec == PICTURE_CODEC::NONE || !made->build())
         return nullptr;
@@ -108,7 +116,7 @@ pictureDecoder::~pictureDecoder()
 bool pictureDecoder::build()
 {
     GError* error = nullptr;
-    m_inside->pPipeline = gst_parse_launch(textOf(m_eCodec).constData(), &error);
+    m_inside->pPipeline = gst_parse_launch(textOf(m_inside->eCodec).constData(), &error);
     const bool isMade = m_inside->pPipeline && !error;
     g_clear_error(&error);
     if (!isMade)
@@ -117,10 +125,13 @@ bool pictureDecoder::build()
     m_inside->pSource = gst_bin_get_by_name(bin, "packets");
     GstElement* decoder = gst_bin_get_by_name(bin, "decoder");
     GstElement* sink = gst_bin_get_by_name(bin, "pictures");
-    GstPad* pad = gst_element_get_static_pad(decoder, "sink");
-    gst_pad_add_probe(pad, GstPadProbeType(GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM | GST_PAD_PROBE_TYPE_BUFFER),
-                      onEvent, &m_inside->bFailed, nullptr);
-    gst_object_unref(pad);
+    const auto watch = [this](GstElement* element, const char* name, GstPadProbeCallback probe) {
+        GstPad* pad = gst_element_get_static_pad(element, name);
+        gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_BUFFER, probe, m_inside.get(), nullptr);
+        gst_object_unref(pad);
+    };
+    watch(m_inside->pSource, "src", onPart);
+    watch(decoder, "sink", onWhole);
     GstAppSinkCallbacks callbacks = {};
     callbacks.new_sample = onSample;
     gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, &m_inside->onPicture, nullptr);
@@ -137,10 +148,17 @@ bool pictureDecoder::hasFailed() const
     return m_inside->bFailed;
 }
 
+qint64 pictureDecoder::waiting() const
+{
+    return qint64(gst_app_src_get_current_level_bytes(GST_APP_SRC(m_inside->pSource)));
+}
+
 bool pictureDecoder::put(const QByteArray& packet)
 {
     auto* source = GST_APP_SRC(m_inside->pSource);
-    if (hasFailed() || gst_app_src_get_current_level_bytes(source) > guint64(MAX_WAITING))
+    const bool isFull =
+        waiting() > MAX_WAITING || gst_app_src_get_current_level_buffers(source) > guint64(MAX_PACKETS);
+    if (hasFailed() || isFull)
         return false;
     QByteArray changed = packet;
     changed[1] = char((changed[1] & 0x80) | kPayload);

@@ -8,7 +8,15 @@
 class pictureDecoder
 {
 public:
-    enum : int { MAX_WIDTH = 1920, MAX_HEIGHT = 1088, MAX_WAITING = 1 << 20 }; // pixels, bytes
+    enum : int {
+        MAX_WIDTH = 1920, // pixels
+        MAX_HEIGHT = 1088,
+        MAX_PICTURE = 1 << 20, // bytes of one that is still coded
+        MAX_WAITING = 1 << 20, // bytes
+        MAX_PACKETS = 4000,    // that wait
+        RATE = 90,             // pictures a second
+        AT_ONCE = 150          // after the network has held them back
+    };
 
     using PictureHandler = std::function<void(const GstVideoFrame& frame)>;
     static std::unique_ptr<pictureDecoder> make(PICTURE_CODEC codec, PictureHandler onPicture);
@@ -17,10 +25,11 @@ public:
     pictureDecoder(const pictureDecoder&) = delete;
     pictureDecoder& operator=(const pictureDecoder&) = delete;
 
-    PICTURE_CODEC codec() const { return m_eCodec; }
     // False when it was too much: what is behind it cannot be shown.
     bool put(const QByteArray& packet);
-    // It has met what it cannot go on with, or pictures that are too large.
+    // Bytes that it has not begun with.
+    qint64 waiting() const;
+    // It has met what it cannot go on with, or pictures that are too large or too many.
     bool hasFailed() const;
     static QList<QByteArray> parts();
 
@@ -28,7 +37,8 @@ private:
     struct tagInside;
     pictureDecoder() = default;
     bool build();
+    static GstPadProbeReturn onPart(GstPad*, GstPadProbeInfo* info, gpointer inside);
+    static GstPadProbeReturn onWhole(GstPad*, GstPadProbeInfo* info, gpointer inside);
 
-    PICTURE_CODEC m_eCodec = PICTURE_CODEC::NONE;
     std::unique_ptr<tagInside> m_inside;
 };

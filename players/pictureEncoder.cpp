@@ -1,4 +1,5 @@
 #include "players/pictureEncoder.h"
+#include "players/callDesk.h"
 #include "players/pictureSource.h"
 #include "support/host/trace.h"
 #include <gst/app/gstappsink.h>
@@ -43,18 +44,6 @@ GstPadProbeReturn onRaw(GstPad* pad, GstPadProbeInfo* info, gpointer handler)
     return GST_PAD_PROBE_OK;
 }
 
-GstBusSyncReply onMessage(GstBus*, GstMessage* message, gpointer)
-{
-    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
-        GError* error = nullptr;
-        gst_message_parse_error(message, &error, nullptr);
-        nuxTrace(TRACE_NOTE, "the camera sends no picture: %s", error ? error->message : "");
-        g_clear_error(&error);
-    }
-    gst_message_unref(message);
-    return GST_BUS_DROP;
-}
-
 } // namespace
 
 QList<QByteArray> pictureEncoder::parts()
@@ -63,16 +52,43 @@ QList<QByteArray> pictureEncoder::parts()
 }
 
 std::unique_ptr<pictureEncoder> pictureEncoder::make(const tagAgreedPicture& agreed, int kbit,
-                                                     PacketHandler onPacket, PictureHandler onPicture)
+                                                     PacketHandler onPacket, PictureHandler onPicture,
+                                                     QByteArray& fault)
 {
     std::unique_ptr<pictureEncoder> made(new pictureEncoder);
     made->m_format = agreed.send;
     made->m_bounds = agreed.bounds;
     made->m_onPacket = std::move(onPacket);
     made->m_onPicture = std::move(onPicture);
-    if (!made->build(kbit))
-        return nullptr;
-    return made;
+    made->m_nSentUs = callDesk::nowUs();
+    if (made->build(kbit))
+        return made;
+    fault = made->fault();
+    return nullptr;
+}
+
+// What comes first is the cause of what follows.
+GstBusSyncReply pictureEncoder::onMessage(GstBus*, GstMessage* message, gpointer self)
+{
+    auto* encoder = static_cast<pictureEncoder*>(self);
+    const std::lock_guard<std::mutex> lock(encoder->m_mutex);
+    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR && encoder->m_fault.isEmpty()) {
+        GError* error = nullptr;
+        gst_message_parse_error(message, &error, nullptr);
+        encoder->m_fault = error ? error->message : "it has failed";
+        g_clear_error(&error);
+    } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS && encoder->m_fault.isEmpty()) {
+        encoder->m_fault = "it has ended";
+    }
+    gst_message_unref(message);
+    return GST_BUS_DROP;
+}
+
+QByteArray pictureEncoder::fault() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const bool isSilent = callDesk::nowUs() - m_nSentUs > SILENT_MS * qint64(1000);
+    return m_fault.isEmpty() && isSilent ? QByteArray("nothing comes from it") : m_fault;
 }
 
 pictureEncoder::~pictureEncoder()
@@ -94,8 +110,10 @@ bool pictureEncoder::isFor(const tagAgreedPicture& agreed) const
 bool pictureEncoder::build(int kbit)
 {
     GstElement* source = newPictureSource();
-    if (!source)
+    if (!source) {
+        m_fault = "there is none";
         return false;
+    }
     const QByteArray text =
         "videorate name=first drop-only=true ! videoconvertscale ! video/x-raw,format=I420,width=" +
         number(m_bounds.nWidth) + ",height=" + number(m_bounds.nHeight) +
@@ -124,7 +142,7 @@ bool pictureEncoder::build(int kbit)
     gst_object_unref(sink);
     gst_object_unref(first);
     GstBus* bus = gst_element_get_bus(m_pPipeline);
-    gst_bus_set_sync_handler(bus, onMessage, nullptr, nullptr);
+    gst_bus_set_sync_handler(bus, onMessage, this, nullptr);
     gst_object_unref(bus);
     return isLinked && gst_element_set_state(m_pPipeline, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
 }
@@ -141,6 +159,7 @@ void pictureEncoder::takePacket(GstElement* sink)
     GstSample* sample = gst_app_sink_pull_sample(GST_APP_SINK(sink));
     if (!sample)
         return;
+    m_nSentUs = callDesk::nowUs();
     GstMapInfo map;
     const auto take = [&](GstBuffer* buffer) {
         if (!gst_buffer_map(buffer, &map, GST_MAP_READ))

@@ -2,28 +2,37 @@
 // Makes packets of the user's own pictures: camera, size, codec. What comes of it comes on a thread of its
 // own.
 #include "players/callNegotiation.h"
+#include <atomic>
 #include <functional>
 #include <gst/video/video.h>
 #include <memory>
+#include <mutex>
 
 class pictureEncoder
 {
 public:
-    enum : int { PACKET_BYTES = 1200, KEY_SECONDS = 10 };
+    enum : int {
+        PACKET_BYTES = 1200,
+        KEY_SECONDS = 10,
+        SILENT_MS = 5000 // without a picture a camera does not work
+    };
 
     // An RTP packet, with a time, a mark and a content that count; and the picture before it is encoded.
     using PacketHandler = std::function<void(const unsigned char* packet, int size)>;
     using PictureHandler = std::function<void(const GstVideoFrame& frame)>;
 
-    // Null when there is no camera, or it does not work.
+    // Null when there is no camera, or it cannot be opened; fault says why, in words for a log.
     static std::unique_ptr<pictureEncoder> make(const tagAgreedPicture& agreed, int kbit,
-                                                PacketHandler onPacket, PictureHandler onPicture);
+                                                PacketHandler onPacket, PictureHandler onPicture,
+                                                QByteArray& fault);
     // Nothing comes any more afterwards.
     ~pictureEncoder();
     pictureEncoder(const pictureEncoder&) = delete;
     pictureEncoder& operator=(const pictureEncoder&) = delete;
 
     bool isFor(const tagAgreedPicture& agreed) const;
+    // Why no more pictures come, as above; empty while they do.
+    QByteArray fault() const;
     // The next picture stands for itself.
     void askKeyPicture();
     void setKbit(int kbit);
@@ -34,6 +43,7 @@ private:
     bool build(int kbit);
     void watchPictures(GstElement* encoder);
     void takePacket(GstElement* sink);
+    static GstBusSyncReply onMessage(GstBus*, GstMessage* message, gpointer self);
 
     tagPictureFormat m_format;
     tagPictureBounds m_bounds;
@@ -41,4 +51,7 @@ private:
     PictureHandler m_onPicture;
     GstElement* m_pPipeline = nullptr;
     GstElement* m_pEncoder = nullptr; // of the pipeline
+    std::atomic<qint64> m_nSentUs{0};
+    mutable std::mutex m_mutex; // of what follows
+    QByteArray m_fault;
 };

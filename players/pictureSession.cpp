@@ -1,6 +1,8 @@
 #include "players/pictureSession.h"
 #include "players/callDesk.h"
+#include "support/host/trace.h"
 #include <QtEndian>
+#include <algorithm>
 #include <cstring>
 #include <poll.h>
 #include <utility>
@@ -8,26 +10,19 @@
 namespace {
 
 constexpr int kStepMs = 20;
-constexpr int kMaxTaken = 600;           // packets in one step
-constexpr qint64 kAskUs = 500000;        // between two questions for a new picture
+constexpr int kMaxTaken = 600;        // packets in one step
+constexpr qint64 kAskUs = 500000;     // between two questions for a new picture
+constexpr qint64 kMaxAskUs = 8000000; // the same, of who makes none
+constexpr qint64 kMsUs = 1000;
 constexpr qint64 kKeyUs = 300000;        // between two new pictures that are asked for
-constexpr int kTimeAt = 4;               // of a packet's head
 constexpr int kReceiveBytes = 512 << 10; // in the socket: a new picture comes all at once
-
-template <typename Number>
-Number randomNumber()
-{
-    Number number;
-    memcpy(&number, callCrypto::randomBytes(sizeof number).constData(), sizeof number);
-    return number;
-}
 
 } // namespace
 
 pictureSession::pictureSession(std::unique_ptr<callSockets> sockets, pictureEnd& end)
     : m_sockets(std::move(sockets)), m_end(end),
-      m_reports(randomNumber<quint32>(), callCrypto::randomBytes(9).toBase64()),
-      m_nSequence(randomNumber<quint16>() & 0x7fff), m_nTime(randomNumber<quint32>())
+      m_reports(callCrypto::randomNumber<quint32>(), callCrypto::randomBytes(9).toBase64()),
+      m_nSequence(callCrypto::randomNumber<quint16>() & 0x7fff), m_nTime(callCrypto::randomNumber<quint32>())
 {
     const int bytes = kReceiveBytes;
     setsockopt(m_sockets->descriptor(false), SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
@@ -41,7 +36,6 @@ pictureSession::~pictureSession()
     endEncoder();
     if (m_peer.rtcp().sin_port != 0)
         sealedSendReport(wayOut(), m_reports.farewell());
-    m_decoder.reset();
     m_end.endOther();
 }
 
@@ -85,34 +79,76 @@ void pictureSession::agree(const tagAgreedPicture& agreed)
 {
     if (m_encoder && (!agreed.bSends || !m_encoder->isFor(agreed)))
         endEncoder();
-    int kbit = 0;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         const tagAgreedPicture before = std::exchange(m_agreed, agreed);
-        if (before.eSuite != agreed.eSuite || before.sendKey != agreed.sendKey)
-            m_seal = secureRtp::make(agreed.eSuite, agreed.sendKey, secureRtp::WAY::OUT);
-        if (before.eSuite != agreed.eSuite || before.takeKey != agreed.takeKey)
-            m_open = secureRtp::make(agreed.eSuite, agreed.takeKey, secureRtp::WAY::IN);
+        m_keys.agree(agreed);
         m_bRateChanged = true;
-        if (m_peer.agree(agreed) || !agreed.bReceives) {
+        // Of who holds the call the last picture is of no use.
+        const bool isHeld = agreed.bHeldByPeer && !before.bHeldByPeer;
+        if (m_peer.agree(agreed) || !agreed.bReceives || isHeld) {
             m_order.clear();
+            m_ready.clear();
             m_bNewDecoder = true;
         }
         m_rate.setMost(agreed.nKbit);
-        kbit = m_rate.kbit();
     }
-    std::unique_ptr<pictureEncoder> made;
-    if (!m_encoder && agreed.bPicture && agreed.bSends)
-        made = pictureEncoder::make(
-            agreed, kbit, [this](const unsigned char* packet, int size) { sendPacket(packet, size); },
-            [this](const GstVideoFrame& frame) { m_end.showOwn(frame); });
-    if (made) {
-        const std::lock_guard<std::mutex> lock(m_encoderMutex);
-        m_encoder = std::move(made);
-    }
+    renewEncoder();
     if (!m_bRuns && agreed.bPicture) {
         m_bRuns = true;
         m_thread = std::thread([this] { run(); });
+    }
+}
+
+void pictureSession::setCamera(bool own)
+{
+    m_bCamera = own;
+    m_nTriedUs = 0;
+    renewEncoder();
+}
+
+void pictureSession::renewEncoder()
+{
+    const bool isWanted = m_bCamera && wantsCamera();
+    if (m_encoder && !isWanted)
+        endEncoder();
+    if (m_encoder || !isWanted)
+        return;
+    int kbit = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        kbit = m_rate.kbit();
+    }
+    m_nTriedUs = callDesk::nowUs();
+    QByteArray fault;
+    std::unique_ptr<pictureEncoder> made = pictureEncoder::make(
+        m_agreed, kbit, [this](const unsigned char* packet, int size) { sendPacket(packet, size); },
+        [this](const GstVideoFrame& frame) { m_end.showOwn(frame); }, fault);
+    if (!made)
+        tellFault(fault);
+    const std::lock_guard<std::mutex> lock(m_encoderMutex);
+    m_encoder = std::move(made);
+}
+
+// Once, and not whenever it is tried again.
+void pictureSession::tellFault(const QByteArray& fault)
+{
+    if (fault != m_fault)
+        nuxTrace(TRACE_NOTE, "the camera sends no picture: %s", fault.constData());
+    m_fault = fault;
+}
+
+// A camera may be somebody else's for a while, or be pulled out and put in again.
+void pictureSession::watchCamera()
+{
+    const qint64 now = callDesk::nowUs();
+    const QByteArray fault = m_encoder ? m_encoder->fault() : QByteArray();
+    if (!fault.isEmpty()) {
+        tellFault(fault);
+        endEncoder();
+        m_nTriedUs = now;
+    } else if (!m_encoder && now - m_nTriedUs > CAMERA_MS * kMsUs) {
+        renewEncoder();
     }
 }
 
@@ -121,6 +157,7 @@ pictureSession::tagCounts pictureSession::counts() const
     const std::lock_guard<std::mutex> lock(m_mutex);
     tagCounts counts = m_counts;
     counts.nShown = m_nShown;
+    counts.nDecoders = m_nDecoders;
     counts.nKbit = m_rate.kbit();
     return counts;
 }
@@ -137,7 +174,10 @@ void pictureSession::run()
         }
         steerEncoder();
         decode(now);
+        watchPictures(now);
     }
+    // Of this thread to the end: whoever ends the session waits for nothing but this.
+    m_decoder.reset();
 }
 
 void pictureSession::waitForPackets() const
@@ -184,14 +224,14 @@ void pictureSession::takePacket(unsigned char* packet, int size, const sockaddr_
     int start = 0;
     int length = 0;
     const bool isFromPeer = m_agreed.bPicture && m_peer.is(from);
-    // The seal first: nothing of a packet is believed before.
-    const int opened = !isFromPeer                               ? 0
-                       : m_agreed.eSuite == CRYPTO_SUITE::NONE   ? size
-                       : m_open && size >= rtpPacket::HEAD_BYTES ? m_open->open(packet, size, false)
-                                                                 : 0;
+    if (isFromPeer && !m_packets.take(nowUs)) {
+        ++m_counts.nTooMany;
+        return;
+    }
+    const int opened = isFromPeer ? m_keys.open(packet, size, false) : 0;
     const bool isWhole = opened > 0 && rtpPacket::read(packet, opened, head, start, length);
     const tagPictureFormat* format = isWhole ? formatOf(head.nPayload) : nullptr;
-    if (!format || !m_peer.takes(from, head)) {
+    if (!format || !m_peer.takes(from, head, nowUs)) {
         ++m_counts.nStrangers;
         return;
     }
@@ -212,9 +252,7 @@ void pictureSession::takeReport(unsigned char* packet, int size, const sockaddr_
 {
     if (!m_agreed.bPicture || !m_peer.isAt(from) || !rtpPacket::isRtcp(packet, size))
         return;
-    const int opened = m_agreed.eSuite == CRYPTO_SUITE::NONE ? size
-                       : m_open                              ? m_open->open(packet, size, true)
-                                                             : 0;
+    const int opened = m_keys.open(packet, size, true);
     if (opened > 0)
         m_reports.read(packet, opened, nowUs);
 }
@@ -236,15 +274,50 @@ void pictureSession::follow(qint64 nowUs)
     ++m_counts.nKeyed;
 }
 
+// Less and less often at who makes none.
 bool pictureSession::askPicture(qint64 nowUs)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (nowUs - m_nAskedUs < kAskUs || m_agreed.nRtcpPort == 0 || !(m_agreed.bPli || m_agreed.bFir))
+    const bool isSeen = m_nSeenUs != 0;
+    if (isSeen || m_nAskUs == 0)
+        m_nAskUs = kAskUs;
+    if (nowUs - m_nAskedUs < m_nAskUs || m_agreed.nRtcpPort == 0 || !(m_agreed.bPli || m_agreed.bFir))
         return false;
     m_nAskedUs = nowUs;
+    if (!isSeen)
+        m_nAskUs = std::min(2 * m_nAskUs, kMaxAskUs);
     ++m_counts.nAsked;
     sealedSendReport(wayOut(), m_reports.pictureLost(!m_agreed.bPli));
     return true;
+}
+
+void pictureSession::endDecoder()
+{
+    if (!m_decoder)
+        return;
+    m_decoder.reset();
+    m_nSeenUs = m_nAskUs = 0;
+    m_end.endOther();
+}
+
+// Whoever changes what he sends with every packet gets no decoder for each of them.
+void pictureSession::makeDecoder(PICTURE_CODEC codec)
+{
+    if (!m_builds.take(callDesk::nowUs()))
+        return;
+    ++m_nDecoders;
+    m_decoder = pictureDecoder::make(codec, [this](const GstVideoFrame& frame) { show(frame); });
+}
+
+// Of the decoder's thread.
+void pictureSession::show(const GstVideoFrame& frame)
+{
+    const qint64 now = callDesk::nowUs();
+    m_nSeenUs = now;
+    if (!m_shows.take(now))
+        return;
+    ++m_nShown;
+    m_end.showOther(frame);
 }
 
 void pictureSession::decode(qint64 nowUs)
@@ -260,26 +333,29 @@ void pictureSession::decode(qint64 nowUs)
         receives = m_agreed.bPicture && m_agreed.bReceives;
         codec = m_eCodec;
     }
-    if (m_decoder && (isNew || !receives || m_decoder->hasFailed())) {
-        m_decoder.reset();
-        m_end.endOther();
-        m_bSeen = false;
-    }
+    if (isNew || !receives || (m_decoder && m_decoder->hasFailed()))
+        endDecoder();
     if (!receives || codec == PICTURE_CODEC::NONE)
         return;
     if (!m_decoder)
-        m_decoder = pictureDecoder::make(codec, [this](const GstVideoFrame& frame) {
-            ++m_nShown;
-            m_bSeen = true;
-            m_end.showOther(frame);
-        });
+        makeDecoder(codec);
     for (const auto& [packet, isLost] : ready) {
         if (isLost || !m_decoder || !m_decoder->put(packet))
             m_bDamaged = true;
     }
     // Until there is a picture it is asked for again.
-    if (m_bDamaged || !m_bSeen)
+    if (m_bDamaged || m_nSeenUs == 0)
         m_bDamaged = !askPicture(nowUs);
+}
+
+// A picture that stands still is not taken for one that goes on.
+void pictureSession::watchPictures(qint64 nowUs)
+{
+    const qint64 seen = m_nSeenUs;
+    if (seen == 0 || nowUs - seen <= QUIET_MS * kMsUs)
+        return;
+    m_nSeenUs = 0;
+    m_end.endOther();
 }
 
 // A packet of the encoder's: its number and its source are this session's.

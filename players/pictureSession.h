@@ -2,6 +2,7 @@
 // The pictures of one call: its ports, and both ways between them and pictures. It has a thread of its own
 // from the first agreement on: a picture is many packets, and sound does not wait for them.
 #include "players/callSockets.h"
+#include "players/paceBudget.h"
 #include "players/packetOrder.h"
 #include "players/pictureDecoder.h"
 #include "players/pictureEncoder.h"
@@ -9,6 +10,7 @@
 #include "players/rtcpReports.h"
 #include "players/rtpPeer.h"
 #include "players/sealedSend.h"
+#include "players/streamKeys.h"
 #include <atomic>
 #include <mutex>
 #include <thread>
@@ -28,6 +30,16 @@ public:
 class pictureSession
 {
 public:
+    enum : int {
+        QUIET_MS = 3000, // without a picture: they do not come any more
+        BUILD_MS = 1000, // until a decoder takes the place of the one before, when that was the first
+        PACKETS = 3000,  // a second; what is beyond is lost
+        PACKETS_AT_ONCE = 1500,
+        SHOWN = 60, // pictures a second
+        SHOWN_AT_ONCE = 10,
+        CAMERA_MS = 5000 // until a camera that does not work is tried again
+    };
+
     struct tagCounts
     {
         qint64 nStrangers = 0; // packets that were no part of the call
@@ -35,6 +47,8 @@ public:
         int nAsked = 0;        // for a new picture, at the other side
         int nKeyed = 0;        // the same, by the other side
         int nKbit = 0;         // that go out
+        int nDecoders = 0;     // that were made
+        qint64 nTooMany = 0;   // packets
     };
 
     // end outlives the session.
@@ -42,8 +56,15 @@ public:
     ~pictureSession();
     int port() const { return m_sockets->port(); }
 
-    // The streams go as agreed from now on. It takes as long as a camera needs.
+    // The streams go as agreed from now on. It takes as long as a camera needs, as the next two do.
     void agree(const tagAgreedPicture& agreed);
+    // The camera is this call's, where it is agreed to send pictures: it opens once, and several calls may
+    // want it. At first it is not.
+    void setCamera(bool own);
+    // From time to time: a camera that does not work any more, or did not, is tried again.
+    void watchCamera();
+    // Pictures are to go out, whoever has the camera.
+    bool wantsCamera() const { return m_agreed.bPicture && m_agreed.bSends; }
     // A camera works for it.
     bool sends() const;
     tagCounts counts() const;
@@ -58,27 +79,36 @@ private:
     void put(const QByteArray& packet, qint64 nowUs);
     bool askPicture(qint64 nowUs);
     void sendPacket(const unsigned char* packet, int size);
-    tagWayOut wayOut() const { return {*m_sockets, m_peer, m_agreed, m_seal.get()}; }
+    tagWayOut wayOut() const { return {*m_sockets, m_peer, m_agreed, m_keys.sealer()}; }
     void follow(qint64 nowUs);
     void steerEncoder();
+    void renewEncoder();
     void endEncoder();
+    void tellFault(const QByteArray& fault);
+    void endDecoder();
+    void makeDecoder(PICTURE_CODEC codec);
+    void show(const GstVideoFrame& frame);
+    void watchPictures(qint64 nowUs);
     const tagPictureFormat* formatOf(int payload) const;
 
     std::unique_ptr<callSockets> m_sockets;
     pictureEnd& m_end;
     mutable std::mutex m_encoderMutex;         // taken before the other one
     std::unique_ptr<pictureEncoder> m_encoder; // ended without any lock, which its packets take
+    bool m_bCamera = false;                    // of the thread that agrees, as the next ones
+    qint64 m_nTriedUs = 0;                     // the camera
+    QByteArray m_fault;                        // of the camera, as it was told
     std::thread m_thread;
     std::atomic<bool> m_bRuns{false};
 
     mutable std::mutex m_mutex; // of what follows, up to the next line like this
     tagAgreedPicture m_agreed;
     rtpPeer m_peer;
-    std::unique_ptr<secureRtp> m_seal;
-    std::unique_ptr<secureRtp> m_open;
+    streamKeys m_keys;
     rtcpReports m_reports;
     packetOrder m_order;
     pictureRate m_rate;
+    paceBudget m_packets{PACKETS, PACKETS_AT_ONCE};
     tagCounts m_counts;
     quint16 m_nSequence;
     quint32 m_nTime; // of the first picture
@@ -93,8 +123,13 @@ private:
     int m_nReportsSeen = 0;
     int m_nWantedSeen = 0;
     qint64 m_nAskedUs = 0;
+    qint64 m_nAskUs = 0; // until it is asked for again
     qint64 m_nKeyedUs = 0;
     bool m_bDamaged = false;
+    paceBudget m_builds{1000 / BUILD_MS, 2};
+    std::atomic<int> m_nDecoders{0};
+    // Of the decoder's thread as well.
+    paceBudget m_shows{SHOWN, SHOWN_AT_ONCE};
     std::atomic<int> m_nShown{0};
-    std::atomic<bool> m_bSeen{false}; // a picture, of this decoder
+    std::atomic<qint64> m_nSeenUs{0}; // the last picture of this decoder; 0: none
 };

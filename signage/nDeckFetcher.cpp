@@ -2,6 +2,7 @@
 #include "signage/nDeckFolder.h"
 #include "signage/nDeckHttpAction.h"
 #include "signage/serverConfig.h"
+#include "support/file/deviceRoot.h"
 #include "support/file/fileTools.h"
 #include "support/host/checksum.h"
 #include "support/host/net.h"
@@ -20,10 +21,21 @@ void nDeckFetcher::DownLoadLayout(const _nDeckFileNode& wanted)
     Begin(wanted, NDECK_LAYOUT_FILE_LIMIT);
 }
 
+// A schedule asks for many files at once: the folder and its disk are not looked at for each of them.
+void nDeckFetcher::LookAtFolder()
+{
+    if (m_looked.isValid() && m_nLookedRoot == deviceGetRootNumber() && !m_looked.hasExpired(LOOK_MS))
+        return;
+    m_looked.start();
+    m_nLookedRoot = deviceGetRootNumber();
+    nDeckMakeFolder();
+    m_nRoom = getFreeSpace(NDECK_FOLDER) - PathReservedSpace(NDECK_FOLDER, SPACE_NDECK);
+}
+
 void nDeckFetcher::DownLoadMediaFile(const _nDeckFileNode& wanted)
 {
-    const long long real = getFreeSpace(NDECK_FOLDER) - PathReservedSpace(NDECK_FOLDER, SPACE_NDECK);
-    const long long limit = std::min<long long>(real, MEDIA_SIZE_LIMIT);
+    LookAtFolder();
+    const long long limit = std::min<long long>(m_nRoom, MEDIA_SIZE_LIMIT);
     if (recordSize(wanted.size) > limit) {
         nuxTrace(TRACE_DETAIL, "DownLoadMediaFile no free space return");
         if (recordSize(wanted.size) <= MEDIA_SIZE_LIMIT)
@@ -36,6 +48,7 @@ void nDeckFetcher::DownLoadMediaFile(const _nDeckFileNode& wanted)
 // limit: bytes of the file.
 void nDeckFetcher::Begin(_nDeckFileNode wanted, long long limit)
 {
+    LookAtFolder();
     const chString name = nDeckWithoutSuffix(wanted.path, NDECK_FETCHING);
     wanted.path = name + NDECK_FETCHING;
     if (!m_book.BeginFetch(wanted))

@@ -4,11 +4,13 @@
 #include "signage/nDeckFileBook.h"
 #include "signage/nDeckLaterTries.h"
 #include "signage/nDeckRequests.h"
+#include <QElapsedTimer>
 
 class nDeckFetcher
 {
 public:
     enum : long long { MEDIA_SIZE_LIMIT = 8 << 20 }; // bytes of one media file
+    enum : int { LOOK_MS = 20 };                     // between two looks at the room on the disk
 
     // book: takes what comes; callback: hears of the ends of transfers, and hands them to OnFile. Both
     // outlive this.
@@ -32,6 +34,7 @@ public:
     void AskAgain(const DisplayFrame& wanted);
 
 private:
+    void LookAtFolder();
     void Begin(_nDeckFileNode wanted, long long limit);
     void DropLateFile(const chString& name);
     void VerifyFile(const nDeckHttpAction& action);
@@ -43,4 +46,7 @@ private:
     nDeckRequests m_requests;
     nDeckNameSet m_putOff; // files that failed while the network was down; their budget is untouched
     nDeckLaterTries m_laterTries;
+    QElapsedTimer m_looked; // at the folder
+    unsigned m_nLookedRoot = 0;
+    long long m_nRoom = 0; // bytes that media may take
 };

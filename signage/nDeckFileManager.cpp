@@ -204,11 +204,10 @@ bool nDeckFileManager::IsDownloadLayoutsFinished() const
 {
     if (!m_pNewFrame)
         return true;
-    const bool isKept = nDeckKeepsShow();
     for (const _nDeckLayoutNode& layout : m_pNewFrame->layouts) {
         const bool isKnown = m_book.IsKnown(layout.file + NDECK_WAITING, layout.md5) ||
                              m_book.IsKnown(layout.file, layout.md5);
-        if (!isKnown && (!isKept || m_fetcher.IsComing(layout.file)))
+        if (!isKnown && (!nDeckKeepsShow() || m_fetcher.IsComing(layout.file)))
             return false;
     }
     return true;

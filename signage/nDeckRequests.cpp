@@ -19,7 +19,6 @@ void nDeckRequests::Begin(const _ServerCfg& server, const chString& name, const 
     const auto present = m_requests.find(name.GetText());
     if (present != m_requests.end() && present->second.md5 == md5.GetText())
         return;
-    nDeckMakeFolder();
     nDeckHttpAction& action = CreateObject<nDeckHttpAction>();
     action.strFile = name;
     action.strMd5 = md5;

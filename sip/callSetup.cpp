@@ -19,7 +19,7 @@ CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const t
 
 nua_handle_t* CallSetup::invite(StackOwner* owner)
 {
-    const std::string to = "<" + m_target + ">";
+    const std::string to = sipAddress::inBrackets(m_target);
     nua_handle_t* handle = nua_handle(m_stack.pNua, owner, NUTAG_URL(m_target.c_str()),
                                       SIPTAG_TO_STR(to.c_str()), SIPTAG_FROM_STR(m_from.c_str()), TAG_END());
     if (!handle)

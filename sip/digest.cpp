@@ -90,6 +90,22 @@ int takeChallenge(auth_client_t* ca, const msg_auth_t* challenge)
     return isNew ? 2 : 1;
 }
 
+std::string headerOf(const tagClient& client, const digestText::tagAnswer& answer)
+{
+    std::string header = "Digest username=" + quoted(answer.user) + ", realm=" + quoted(answer.realm) +
+                         ", nonce=" + quoted(answer.nonce) + ", uri=\"" + answer.uri + "\", response=\"" +
+                         digestText::response(answer) + '"';
+    if (client.szAlgorithm)
+        header += std::string(", algorithm=") + client.szAlgorithm;
+    if (answer.bQop)
+        header += ", qop=auth, nc=" + answer.count;
+    if (answer.bQop || answer.bSession)
+        header += ", cnonce=\"" + answer.ownNonce + '"';
+    if (client.szOpaque)
+        header += ", opaque=" + quoted(client.szOpaque);
+    return header;
+}
+
 int authorize(auth_client_t* ca, su_home_t* home, const char* method, const url_t* url, const msg_payload_t*,
               msg_header_t** headers)
 {
@@ -101,8 +117,6 @@ int authorize(auth_client_t* ca, su_home_t* home, const char* method, const url_
     const char* uri = url_as_string(home, url);
     if (secret == secrets().end() || !uri)
         return 0;
-    const std::string realm = unquoted(ca->ca_realm), nonce = client->szNonce;
-    const std::string own = newClientNonce();
     char count[16];
     snprintf(count, sizeof count, "%08x", ++client->nCount);
     digestText::tagAnswer answer;
@@ -110,25 +124,15 @@ int authorize(auth_client_t* ca, su_home_t* home, const char* method, const url_
     answer.bSession = client->bSession;
     answer.bQop = client->bQop;
     answer.user = secret->second.user;
-    answer.realm = realm;
+    answer.realm = unquoted(ca->ca_realm);
     answer.password = secret->second.password;
     answer.method = method;
     answer.uri = uri;
-    answer.nonce = nonce;
-    answer.ownNonce = own;
+    answer.nonce = client->szNonce;
+    answer.ownNonce = newClientNonce();
     answer.count = count;
-    const std::string response = digestText::response(answer);
+    const std::string value = headerOf(*client, answer);
     OPENSSL_cleanse(&answer.password[0], answer.password.size());
-    std::string value = "Digest username=" + quoted(secret->second.user) + ", realm=" + quoted(realm) +
-                        ", nonce=" + quoted(nonce) + ", uri=\"" + uri + "\", response=\"" + response + '"';
-    if (client->szAlgorithm)
-        value += std::string(", algorithm=") + client->szAlgorithm;
-    if (client->bQop)
-        value += std::string(", qop=auth, nc=") + count;
-    if (client->bQop || client->bSession)
-        value += ", cnonce=\"" + own + '"';
-    if (client->szOpaque)
-        value += ", opaque=" + quoted(client->szOpaque);
     *headers = msg_header_make(home, ca->ca_credential_class, value.c_str());
     return *headers ? 1 : -1;
 }

@@ -58,6 +58,11 @@ std::string sipAddress::target(const std::string& wanted, const std::string& ser
     return "sip:" + escaped(wanted) + "@" + server;
 }
 
+std::string sipAddress::inBrackets(const std::string& address)
+{
+    return "<" + address + ">";
+}
+
 std::string sipAddress::plainName(const std::string& name)
 {
     if (name.size() < 2 || name.front() != '"')

@@ -16,6 +16,8 @@ std::string bareHost(const std::string& host);
 std::string port(unsigned port);
 // What somebody wants to reach: a number at the server, "user@host", or a whole address.
 std::string target(const std::string& wanted, const std::string& server);
+// As a header has an address.
+std::string inBrackets(const std::string& address);
 // Without the quotes and escapes of a name.
 std::string plainName(const std::string& name);
 

@@ -38,9 +38,12 @@ bool isTooLarge(const std::string& sdp)
     return sdp.size() >= SIP_SDP_SIZE;
 }
 
-std::string inBrackets(const std::string& address)
+// Of a description, without what says who has written it, and how often.
+std::string bodyOf(const std::string& sdp)
 {
-    return "<" + address + ">";
+    const size_t origin = sdp.find("\no=");
+    const size_t end = origin == std::string::npos ? origin : sdp.find('\n', origin + 1);
+    return end == std::string::npos ? sdp : sdp.substr(0, origin) + sdp.substr(end);
 }
 
 } // namespace
@@ -194,8 +197,8 @@ void SipCall::deflect(const std::string& target)
     if (!m_bIncoming || m_eStep != STEP_RINGING)
         return;
     const std::string address = sipAddress::target(target, m_server);
-    nua_respond(m_pHandle, SIP_302_MOVED_TEMPORARILY, SIPTAG_CONTACT_STR(inBrackets(address).c_str()),
-                TAG_END());
+    nua_respond(m_pHandle, SIP_302_MOVED_TEMPORARILY,
+                SIPTAG_CONTACT_STR(sipAddress::inBrackets(address).c_str()), TAG_END());
     end(SIP_REDIRECTED, 302, "", address);
     releaseSoon();
 }
@@ -243,31 +246,13 @@ void SipCall::setMedia(const std::string& sdp)
         talk("");
 }
 
-void SipCall::transfer(const std::string& target)
+// The other side may try again.
+void SipCall::delayMedia()
 {
-    if (m_eStep != STEP_TALKING)
-        return;
-    m_hooks.connected = nullptr;
-    refer(inBrackets(sipAddress::target(target, m_server)));
-}
-
-void SipCall::connectTo(const SipCall& other, std::function<void()> connected)
-{
-    const std::string address =
-        other.isTalking() ? sipDialog::addressReplacing(other.m_remote, other.m_pHandle) : "";
-    if (m_eStep != STEP_TALKING || address.empty()) {
-        onTransfer(481);
-        return;
-    }
-    m_hooks.connected = std::move(connected);
-    refer(inBrackets(address));
-}
-
-void SipCall::refer(const std::string& address)
-{
-    m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { onTransfer(408); });
-    nua_refer(m_pHandle, SIPTAG_REFER_TO_STR(address.c_str()), SIPTAG_REFERRED_BY_STR(m_own.c_str()),
-              TAG_END());
+    if (m_eStep == STEP_TALKING && m_eTakenBack != NOT_TAKEN_BACK)
+        takeBack(false);
+    else if (m_eStep == STEP_TALKING && m_offered)
+        respondToOffer(500);
 }
 
 void SipCall::sendTone(char tone, uint32_t ms)
@@ -288,12 +273,7 @@ void SipCall::onStack(const tagStackEvent& event)
         return;
     switch (event.eEvent) {
     case nua_r_invite:
-        if (hasEnded() && status >= 200 && status < 300)
-            nua_bye(m_pHandle, TAG_END()); // the answer has crossed the end of the call
-        else if (m_eStep == STEP_TALKING)
-            onMediaReply(event);
-        else
-            onInviteReply(event);
+        onInviteReply(event);
         break;
     case nua_i_invite:
         onOffer(event);
@@ -324,31 +304,46 @@ void SipCall::onStack(const tagStackEvent& event)
             onTransfer(status);
         break;
     case nua_i_notify:
-        if (sipCaller::statusOfTransfer(event.pMessage) >= 200)
-            onTransfer(sipCaller::statusOfTransfer(event.pMessage));
+        onTransferNote(event);
         break;
-    case nua_i_state: {
-        int state = nua_callstate_init;
-        tl_gets(event.pTags, NUTAG_CALLSTATE_REF(state), TAG_END());
-        // The stack gives up a call by itself, and waits for a reply to that.
-        if (state >= nua_callstate_terminating && !hasEnded()) {
-            end(SIP_BROKEN, status >= 100 && status <= 699 ? status : 0, event.szPhrase);
-            releaseSoon();
-        }
-        if (state == nua_callstate_terminated)
-            release();
+    case nua_i_state:
+        onState(event);
         break;
-    }
     default:
         break;
     }
 }
 
+void SipCall::onState(const tagStackEvent& event)
+{
+    const uint32_t status = uint32_t(event.nStatus);
+    int state = nua_callstate_init;
+    tl_gets(event.pTags, NUTAG_CALLSTATE_REF(state), TAG_END());
+    // The stack gives up a call by itself, and waits for a reply to that.
+    if (state >= nua_callstate_terminating && !hasEnded()) {
+        end(SIP_BROKEN, status >= 100 && status <= 699 ? status : 0, event.szPhrase);
+        releaseSoon();
+    }
+    if (state == nua_callstate_terminated)
+        release();
+}
+
 void SipCall::onInviteReply(const tagStackEvent& event)
+{
+    const bool isTaken = event.nStatus >= 200 && event.nStatus < 300;
+    if (hasEnded() && isTaken)
+        nua_bye(m_pHandle, TAG_END()); // the answer has crossed the end of the call
+    else if (m_eStep == STEP_TALKING)
+        onMediaReply(event);
+    else if (!hasEnded())
+        onSetupReply(event);
+}
+
+void SipCall::onSetupReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
     const std::string sdp = sdpOf(event.pMessage);
-    if (hasEnded() || status < 100)
+    if (status < 100)
         return;
     if (event.pMessage) {
         m_silent.stop();
@@ -418,6 +413,14 @@ void SipCall::onMediaReply(const tagStackEvent& event)
     // The phone hears of the answer to its own offer, which is under way now.
     if (isRefresh && m_offer.isUnderWay())
         return;
+    const std::string sdp = sdpOf(event.pMessage);
+    const bool hasMoved = !sdp.empty() && !isTooLarge(sdp) && bodyOf(sdp) != bodyOf(m_remoteSdp);
+    if (isTaken && isRefresh && hasMoved && m_eTakenBack == NOT_TAKEN_BACK) {
+        // The phone has made no offer that this could be the answer to.
+        m_remoteSdp = sdp;
+        offerToPhone();
+        return;
+    }
     if (isTaken)
         talk(sdpOf(event.pMessage));
     else
@@ -459,8 +462,15 @@ void SipCall::takeBack(bool hasTaken)
     const bool wasBefore = m_eTakenBack == AS_BEFORE;
     m_phone.stop();
     m_eTakenBack = NOT_TAKEN_BACK;
+    if (wasBefore)
+        talk(""); // the phone waits for what its answer came to
     if (wasBefore || !hasTaken)
         return;
+    offerToPhone();
+}
+
+void SipCall::offerToPhone()
+{
     m_eTakenBack = AS_BEFORE;
     m_phone.start(m_stack.setup.nOfferMs, [this] { m_eTakenBack = NOT_TAKEN_BACK; });
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
@@ -511,42 +521,10 @@ void SipCall::onOffer(const tagStackEvent& event)
     m_agreedSdp = m_remoteSdp;
     if (!sdp.empty())
         m_remoteSdp = sdp;
-    m_phone.start(m_stack.setup.nOfferMs, [this] { respondToOffer(488); });
+    m_phone.start(m_stack.setup.nOfferMs, [this] { respondToOffer(500); });
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
     sipWire::setText(offer.szSdp, sdp);
     m_stack.pPhone->tell(offer);
-}
-
-void SipCall::onReferred(const tagStackEvent& event)
-{
-    auto referral = std::make_unique<Referral>(m_stack, event);
-    if (referral->problem()) {
-        referral->refuse(referral->problem());
-        return;
-    }
-    if (m_eStep != STEP_TALKING || (m_referral && !m_referral->isOver()))
-        return;
-    m_referral = std::move(referral);
-    m_asked.start(m_stack.setup.nOfferMs, [this] { m_referral->refuse(603); });
-    auto referred = sipWire::make<tagSipReferred>(SIP_REFERRED, m_nId);
-    referred.bReplaces = !m_referral->replaces().empty();
-    sipWire::setText(referred.szTarget, m_referral->target());
-    m_stack.pPhone->tell(referred);
-}
-
-const Referral* SipCall::acceptReferral()
-{
-    if (!m_referral || !m_referral->isWaiting())
-        return nullptr;
-    m_asked.stop();
-    m_referral->accept();
-    return m_referral.get();
-}
-
-void SipCall::tellReferral(uint32_t status, const std::string& phrase)
-{
-    if (m_referral && !hasEnded())
-        m_referral->tell(status, phrase);
 }
 
 void SipCall::tellProgress(uint32_t status, const std::string& phrase)
@@ -557,44 +535,6 @@ void SipCall::tellProgress(uint32_t status, const std::string& phrase)
         m_hooks.progress = nullptr;
     if (tell)
         tell(status, phrase);
-}
-
-bool SipCall::isMeantBy(const sip_replaces_t& replaces, uint32_t line) const
-{
-    return m_nLine == line &&
-           sipDialog::isNamedBy(m_bIncoming && !hasEnded() ? sipDialog::nameOf(m_pHandle) : m_name, replaces);
-}
-
-uint32_t SipCall::refusalToReplace(bool onlyEarly) const
-{
-    if (hasEnded())
-        return 603;
-    if (m_eStep == STEP_RINGING && m_bIncoming)
-        return 481;
-    return m_eStep == STEP_TALKING && onlyEarly ? 486 : 0;
-}
-
-void SipCall::beReplaced()
-{
-    if (hasEnded())
-        return;
-    if (m_eStep == STEP_TALKING)
-        nua_bye(m_pHandle, TAG_END());
-    else
-        nua_cancel(m_pHandle, TAG_END());
-    end(SIP_REPLACED, 0, "Another call has taken its place");
-    releaseSoon();
-}
-
-void SipCall::onTransfer(uint32_t status)
-{
-    m_limit.stop();
-    auto record = sipWire::make<tagSipStatus>(SIP_TRANSFERRED, m_nId);
-    record.nStatus = status;
-    m_stack.pPhone->tell(record);
-    const auto connected = std::exchange(m_hooks.connected, nullptr);
-    if (connected && status < 300)
-        connected();
 }
 
 void SipCall::talk(const std::string& sdp)

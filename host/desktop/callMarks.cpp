@@ -35,6 +35,8 @@ tagCallStreams callStreamsOf(const tagCallStreams& one, const tagCallStreams& ot
     both.nQuality = one.nQuality < 0 || other.nQuality < 0 ? std::max(one.nQuality, other.nQuality)
                                                            : std::min(one.nQuality, other.nQuality);
     both.bEncrypted = one.bEncrypted && other.bEncrypted;
+    both.nOwnPicture = std::max(one.nOwnPicture, other.nOwnPicture);
+    both.nOtherPicture = std::max(one.nOtherPicture, other.nOtherPicture);
     return both;
 }
 

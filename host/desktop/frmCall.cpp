@@ -147,7 +147,7 @@ void frmCall::showCall(const tagCall& call)
     if (!isSame) {
         m_bVolumeChanged = m_bFull = false;
         m_actions.chooseNone();
-        showPicture(contactOfNumber(contactsRead(), call.strNumber).strPicture);
+        showPicture(call);
         showClock();
     }
     // A camera whose page says so begins over the whole screen.
@@ -181,21 +181,22 @@ tagCallStreams frmCall::streams() const
 // A line for each call beside the one that is shown; of those that talk together, for one that is not there.
 void frmCall::showOthers()
 {
+    const QLabel* label = m_ui->labOthers;
+    const bool isRow = m_eLayout == CALL_LAYOUT_BESIDE;
     QStringList lines;
     if (!m_strFailed.isEmpty())
-        lines.append(m_strFailed);
+        lines = isRow ? QStringList{m_strFailed} : callLinesOf(label, m_strFailed);
     for (tagCall call : phoneService::instance().calls()) {
         const bool isShown = call.nId == m_call.nId || (m_call.nJoined && call.nId == m_call.nJoined);
         if (isShown && (!m_call.nJoined || !call.bRemoteHeld || m_call.bHeld))
             continue;
         call.nJoined = isShown ? 0 : call.nJoined;
-        lines.append(callJoinedText(whoOf(call), callStateText(call)));
+        lines.append(callFittingText(label, label->font().pixelSize(), whoOf(call), callStateText(call)));
     }
     lines = lines.mid(0, OTHERS_MAX);
     for (QString& line : lines)
-        line = m_ui->labOthers->fontMetrics().elidedText(line, Qt::ElideRight, m_ui->labOthers->width());
-    m_ui->labOthers->setText(
-        lines.join(m_eLayout == CALL_LAYOUT_BESIDE ? QStringLiteral("   ") : QStringLiteral("\n")));
+        line = label->fontMetrics().elidedText(line, Qt::ElideRight, label->width());
+    m_ui->labOthers->setText(lines.join(isRow ? QStringLiteral("   ") : QStringLiteral("\n")));
 }
 
 void frmCall::connectActions()
@@ -237,9 +238,10 @@ void frmCall::showPad(bool show)
     showActions();
 }
 
-// One that takes a moment comes into the place of nobody's.
-void frmCall::showPicture(const QString& path)
+// One that takes a moment comes into the place of nobody's; that of the caller's server into the contact's.
+void frmCall::showPicture(const tagCall& call)
 {
+    const QString path = contactOfNumber(contactsRead(), call.strNumber).strPicture;
     pictureCancel(m_nPicture);
     m_nPicture = 0;
     tagPictureWish wish;
@@ -253,6 +255,10 @@ void frmCall::showPicture(const QString& path)
     take(PICTURE_MISSING, QPixmap());
     if (!path.isEmpty())
         m_nPicture = pictureTell(wish, this, take);
+    m_caller.fetch(call.strPicture, callLayout::kPortrait, [this](const QPixmap& picture) {
+        pictureCancel(std::exchange(m_nPicture, 0));
+        m_ui->labPicture->setPicture(picture);
+    });
 }
 
 void frmCall::showNames()
@@ -417,9 +423,12 @@ bool frmCall::event(QEvent* event)
     return QWidget::event(event);
 }
 
+// One that was agreed on and does not come leaves the place to who it is.
 bool frmCall::hasPicture() const
 {
-    return m_call.eState != CALL_ENDED && !m_call.bHeld && !streams().strPicture.isEmpty();
+    const tagCallStreams shown = streams();
+    return m_call.eState != CALL_ENDED && !m_call.bHeld && !shown.strPicture.isEmpty() &&
+           shown.nOtherPicture != 0;
 }
 
 CALL_LAYOUT frmCall::layoutNow() const

@@ -3,6 +3,7 @@
 // User-interface thread.
 #include "host/desktop/callActionRow.h"
 #include "host/desktop/callLayout.h"
+#include "host/desktop/callerPicture.h"
 #include "host/desktop/displayPlace.h"
 #include "host/services/phone/tagCall.h"
 #include "support/host/bars.h"
@@ -60,7 +61,7 @@ private:
     bool leavesFull(int key) const;
     void paintQuestion(QPainter& painter) const;
     void showCall(const tagCall& call);
-    void showPicture(const QString& path);
+    void showPicture(const tagCall& call);
     void showState();
     void showNames();
     void showQuestion();
@@ -89,6 +90,7 @@ private:
     QString m_strNumber; // of who is named; empty when the number stands for the name
     QString m_strDigits; // sent in this call
     int m_nPicture = 0;  // request of the contact's
+    callerPicture m_caller{this};
     QTimer m_tick;
     QTimer m_end;
     callActionRow m_actions;

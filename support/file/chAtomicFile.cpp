@@ -28,13 +28,34 @@ const fileSystemCalls& sys()
 
 enum class Claim { MINE, LOST, FAILED };
 
-// Locks the open file and looks whether it still is the one of that name: a rival may have taken it
-// for a stale one in between.
-Claim claimFile(int fd, const char* path)
+Claim lockFile(int fd)
+{
+    if (sys().flock(fd, LOCK_EX | LOCK_NB) == 0)
+        return Claim::MINE;
+    return errno == EWOULDBLOCK ? Claim::LOST : Claim::FAILED;
+}
+
+// Locks the file that was just made and looks whether it is still there: a rival may have taken it for a
+// stale one in between, and removed it.
+Claim claimMade(int fd)
+{
+    struct stat made;
+    const Claim claim = lockFile(fd);
+    if (claim != Claim::MINE)
+        return claim;
+    if (sys().fstat(fd, &made) != 0)
+        return Claim::FAILED;
+    return made.st_nlink > 0 ? Claim::MINE : Claim::LOST;
+}
+
+// Locks a file that was found and looks whether it still is the one of that name: whoever made it may have
+// put it in its place in between.
+Claim claimFound(int fd, const char* path)
 {
     struct stat opened, named;
-    if (sys().flock(fd, LOCK_EX | LOCK_NB) != 0)
-        return errno == EWOULDBLOCK ? Claim::LOST : Claim::FAILED;
+    const Claim claim = lockFile(fd);
+    if (claim != Claim::MINE)
+        return claim;
     if (sys().fstat(fd, &opened) != 0)
         return Claim::FAILED;
     if (sys().lstat(path, &named) != 0)
@@ -104,7 +125,7 @@ bool chAtomicFile::OpenTemporary()
             return false;
         if (m_nFd < 0)
             continue;
-        const Claim claim = claimFile(m_nFd, m_strTemporary.c_str());
+        const Claim claim = claimMade(m_nFd);
         if (claim == Claim::MINE)
             return true;
         if (claim == Claim::FAILED) {
@@ -133,7 +154,7 @@ int chAtomicFile::MakeTemporary() const
 bool chAtomicFile::RemoveStale(const char* path)
 {
     const int fd = sys().open(path, O_WRONLY | O_CLOEXEC | O_NOFOLLOW, 0);
-    const bool removed = fd >= 0 && claimFile(fd, path) == Claim::MINE && sys().unlink(path) == 0;
+    const bool removed = fd >= 0 && claimFound(fd, path) == Claim::MINE && sys().unlink(path) == 0;
     if (fd >= 0)
         sys().close(fd);
     errno = EEXIST;

@@ -34,6 +34,25 @@ int openToRead(const char* path, size_t& size)
     return -1;
 }
 
+bool isName(const char* name)
+{
+    return name[0] != 0 && strcmp(name, ".") != 0 && strcmp(name, "..") != 0;
+}
+
+// Where the second path leads, when the first one leads to source. In one folder, what it leads over is
+// followed once.
+chString besideIn(const chString& source, const char* from, const char* to)
+{
+    const char* const fromName = strrchr(from, '/');
+    const char* const toName = strrchr(to, '/');
+    const char* const place = strrchr(source, '/');
+    const bool isBeside = fromName && toName && place && isName(fromName + 1) && isName(toName + 1) &&
+                          fromName - from == toName - to && strncmp(from, to, size_t(toName - to)) == 0;
+    if (!isBeside)
+        return devicePathFollowFolder(to);
+    return chString(source, int(place - source.GetText())) + toName;
+}
+
 // Why the last call of the system did not find a file.
 FILE_READ notRead()
 {
@@ -116,7 +135,8 @@ int fileRemove(const char* path)
 
 int fileRename(const char* from, const char* to)
 {
-    return rename(devicePathFollowFolder(from), devicePathFollowFolder(to)) == 0;
+    const chString source = devicePathFollowFolder(from);
+    return rename(source, besideIn(source, from, to)) == 0;
 }
 
 int fileFlushFolder(const char* path)

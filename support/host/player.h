@@ -56,6 +56,7 @@ enum : unsigned int {
     MEDIA_MSG_CALL_JOIN = 0x70036,     // lParam: the other call
     MEDIA_MSG_CALL_SPLIT = 0x70037,
     MEDIA_MSG_CALL_END = 0x70038,
+    MEDIA_MSG_CALL_BEGIN = 0x7003B, // what was a preview goes both ways
     // Where the user's own picture lies upon the other side's, in the surface's pixels: wParam: left and top,
     // lParam: width and height, the first of each in the upper half; 0: nowhere.
     MEDIA_MSG_OWN_PLACE = 0x70039,
@@ -189,6 +190,9 @@ struct CALL_WISH
     uint32_t bCamera;
     uint32_t nBandwidth; // kbit/s of pictures; 0: what the network bears
     uint32_t nFrameRate;
+    uint32_t bPreview;                  // only what the other side shows, until MEDIA_MSG_CALL_BEGIN
+    char szStunIP[PLAYER_ADDRESS_SIZE]; // the server that says where others see the phone; empty: none
+    uint32_t nStunPort;
 };
 
 enum : int { CALL_DESCRIPTION_SIZE = 16384 }; // with its zero
@@ -206,13 +210,14 @@ struct CALL_STREAMS
     char szPicture[PLAYER_NAME_SIZE]; // the same of pictures
     int32_t nQuality;                 // 0 to 4; -1: not known
     uint32_t bEncrypted;
-    uint32_t bTones;      // the other side takes tones within the sound
-    uint32_t bOtherHolds; // it wants to hear nothing
-    uint32_t bOwnPicture; // the other side is sent the user's
+    uint32_t bTones;        // the other side takes tones within the sound
+    uint32_t bOtherHolds;   // it wants to hear nothing
+    uint32_t bOwnPicture;   // the other side is sent the user's
+    uint32_t bOtherPicture; // pictures of the other side come
 };
 
-static_assert(sizeof(CALL_WISH) == 40 && std::is_trivially_copyable_v<CALL_WISH>);
-static_assert(sizeof(CALL_STREAMS) == 68 && std::is_trivially_copyable_v<CALL_STREAMS>);
+static_assert(sizeof(CALL_WISH) == 64 && std::is_trivially_copyable_v<CALL_WISH>);
+static_assert(sizeof(CALL_STREAMS) == 72 && std::is_trivially_copyable_v<CALL_STREAMS>);
 static_assert(sizeof(MOV_SDP) == 452 && std::is_trivially_copyable_v<MOV_SDP>);
 static_assert(sizeof(PLAYER_STREAMS) == 460 && std::is_trivially_copyable_v<PLAYER_STREAMS>);
 static_assert(sizeof(ADDR_PARAM) == 204 && std::is_trivially_copyable_v<ADDR_PARAM>);

@@ -1,5 +1,6 @@
 // What two sides agree upon by offer and answer, and what an answer does with an offer that lies.
 #include "players/callNegotiation.h"
+#include "tests/calls/describedText.h"
 #include <gtest/gtest.h>
 
 namespace {
@@ -13,12 +14,6 @@ tagOwnMedia own()
     own.nPort = 36000;
     own.nSession = 77;
     return own;
-}
-
-// Keys that can be told apart: each byte of the first is 1.
-callCrypto::KeySource countedKeys()
-{
-    return [count = 0](int bytes) mutable { return QByteArray(bytes, char(++count)); };
 }
 
 QByteArray described(const QByteArray& lines, const QByteArray& address = kPeer)
@@ -37,16 +32,6 @@ QByteArray keyLine(int tag, const char* suite, char fill)
 {
     return "a=crypto:" + QByteArray::number(tag) + ' ' + suite +
            " inline:" + QByteArray(30, fill).toBase64() + "\r\n";
-}
-
-QByteArray mediaLines(const QByteArray& text)
-{
-    QByteArray lines;
-    for (const QByteArray& line : text.split('\n')) {
-        if (line.startsWith("m="))
-            lines += line.trimmed() + '|';
-    }
-    return lines;
 }
 
 class Negotiation : public testing::Test
@@ -316,8 +301,9 @@ TEST(CallCrypto, AKeyIsReadWholeOrNotAtAll)
     for (const QByteArray& bad :
          {QByteArray(), "0" + suite + "inline:" + key, "1" + suite + key, "x" + suite + "inline:" + key,
           "1" + suite + "inline:" + key + "|2^20|1:4", "1" + suite + "inline:" + key + "|1:4",
-          "1" + suite + "inline:" + key + ";inline:" + key, "1" + suite + "inline:" + key.left(36),
-          "1" + suite + "inline:" + key + " UNENCRYPTED_SRTP", "1" + suite + "inline:****" + key})
+          "1" + suite + "inline:" + key + ";inline:" + key, "1" + suite + "inline:" + key + "|2^20;" + key,
+          "1" + suite + "inline:" + key.left(36), "1" + suite + "inline:" + key + " UNENCRYPTED_SRTP",
+          "1" + suite + "inline:****" + key})
         EXPECT_FALSE(callCrypto::read(bad, crypto)) << bad.constData();
 }
 

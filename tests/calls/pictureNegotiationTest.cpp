@@ -1,5 +1,6 @@
 // What two sides agree upon about pictures: who offers and takes them, how, and at which size.
 #include "players/callNegotiation.h"
+#include "tests/calls/describedText.h"
 #include <gtest/gtest.h>
 
 namespace {
@@ -22,11 +23,6 @@ tagMediaWant video(bool camera = true)
     return want;
 }
 
-callCrypto::KeySource countedKeys()
-{
-    return [count = 0](int bytes) mutable { return QByteArray(bytes, char(++count)); };
-}
-
 const QByteArray kHead = "v=0\r\no=- 1 1 IN IP4 192.0.2.7\r\ns=-\r\nc=IN IP4 192.0.2.7\r\nt=0 0\r\n";
 const QByteArray kSound = "m=audio 5004 RTP/AVP 8\r\n";
 
@@ -42,16 +38,6 @@ QByteArray h264(int number, const QByteArray& parameters)
     return "a=rtpmap:" + payload + " H264/90000\r\na=fmtp:" + payload + ' ' + parameters + "\r\n";
 }
 
-QByteArray mediaLines(const QByteArray& text)
-{
-    QByteArray lines;
-    for (const QByteArray& line : text.split('\n')) {
-        if (line.startsWith("m="))
-            lines += line.trimmed() + '|';
-    }
-    return lines;
-}
-
 // What stands behind the line of pictures.
 QByteArray pictureLines(const QByteArray& text)
 {
@@ -62,7 +48,7 @@ class PictureNegotiation : public testing::Test
 {
 protected:
     callNegotiation m_ours{ownMedia(), countedKeys()};
-    const tagAgreedPicture& agreed() const { return m_ours.agreedPicture(); }
+    tagAgreedPicture agreed() const { return m_ours.agreedPicture(); }
 };
 
 TEST_F(PictureNegotiation, AnOfferNamesTheFormatsInTheOrderOfPreference)
@@ -228,6 +214,14 @@ TEST_F(PictureNegotiation, AnAnswerThatLiesIsNoPicture)
     const QByteArray good = h264(97, "profile-level-id=42e01f;packetization-mode=1");
     EXPECT_TRUE(agree("m=video 5006 RTP/AVP 97\r\n" + good));
     EXPECT_FALSE(agree("m=video 5006 RTP/SAVP 97\r\n" + good)) << "another transport";
+    // Our keys are there when an encrypted offer was refused before.
+    tagMediaWant secure = video();
+    secure.bEncrypt = true;
+    m_ours.offer(secure);
+    m_ours.withdraw();
+    EXPECT_FALSE(agree("m=video 5006 RTP/SAVP 97\r\n" + good + "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" +
+                       QByteArray(30, 'k').toBase64() + "\r\n"))
+        << "another transport, with a key";
     EXPECT_FALSE(agree("m=video 80 RTP/AVP 97\r\n" + good)) << "a system's port";
     EXPECT_FALSE(agree("m=video 5006 RTP/AVP 97\r\nc=IN IP4 224.0.0.1\r\n" + good)) << "many machines";
     EXPECT_FALSE(agree("m=video 5006 RTP/AVP 34\r\na=rtpmap:34 H263/90000\r\n")) << "never offered";

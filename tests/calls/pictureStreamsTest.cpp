@@ -2,12 +2,8 @@
 // seen at the other end.
 #include "players/callDesk.h"
 #include "players/packetOrder.h"
-#include "players/pictureSession.h"
 #include "players/pictureSource.h"
-#include "tests/calls/callStand.h"
-#include "tests/calls/lossyWay.h"
-#include "tests/players/films.h"
-#include <QTemporaryDir>
+#include "tests/calls/pictureStand.h"
 #include <cstring>
 
 namespace {
@@ -100,92 +96,8 @@ TEST(PictureReports, ANewPictureIsAskedForInBothWaysAndOnlyOfItsSender)
     }
 }
 
-struct SeenPictures : public pictureEnd
+class PictureStreams : public PictureStand
 {
-    void showOther(const GstVideoFrame& frame) override
-    {
-        const QImage grey(static_cast<const uchar*>(frame.data[0]), frame.info.width, frame.info.height,
-                          frame.info.stride[0], QImage::Format_Grayscale8);
-        nNumber = numberIn(grey);
-        nWidth = grey.width();
-        ++nOther;
-    }
-    void showOwn(const GstVideoFrame&) override { ++nOwn; }
-    void endOther() override { nNumber = -1; }
-    void endOwn() override { nOwn = 0; }
-
-    std::atomic<int> nNumber{-1};
-    std::atomic<int> nWidth{0};
-    std::atomic<int> nOther{0};
-    std::atomic<int> nOwn{0};
-};
-
-// A side of a call, of which only the pictures run.
-struct PictureSide
-{
-    PictureSide()
-    {
-        std::unique_ptr<callSockets> sockets = callSockets::open();
-        tagOwnMedia own;
-        own.address = "127.0.0.1";
-        own.nPort = 40000;
-        own.nPicturePort = sockets->port();
-        own.bLoopback = true;
-        negotiation = std::make_unique<callNegotiation>(own);
-        session = std::make_unique<pictureSession>(std::move(sockets), seen);
-    }
-    // through: where what is sent goes instead.
-    void apply(int through = 0)
-    {
-        tagAgreedPicture agreed = negotiation->agreedPicture();
-        if (through != 0)
-            agreed.nPort = agreed.nRtcpPort = through;
-        session->agree(agreed);
-    }
-
-    SeenPictures seen;
-    std::unique_ptr<callNegotiation> negotiation;
-    std::unique_ptr<pictureSession> session;
-};
-
-class PictureStreams : public CallStand
-{
-protected:
-    PictureStreams() { setSource(165); }
-    ~PictureStreams() override { qunsetenv("HX_PICTURE_SOURCE"); }
-    void setSource(int number)
-    {
-        const QString file = m_folder.filePath(QString("%1.png").arg(number));
-        EXPECT_TRUE(numberedPicture(QSize(640, 480), number).save(file));
-        qputenv("HX_PICTURE_SOURCE",
-                ("filesrc location=" + file + " ! pngdec ! imagefreeze is-live=true").toUtf8());
-    }
-    static tagMediaWant video(bool camera = true)
-    {
-        tagMediaWant want;
-        want.bVideo = true;
-        want.bCamera = camera;
-        want.nRate = 15;
-        return want;
-    }
-    static void connect(PictureSide& from, PictureSide& to, tagMediaWant want, tagMediaWant answered,
-                        const char* codec = "", LossyWay* way = nullptr)
-    {
-        QByteArray offer = from.negotiation->offer(want);
-        if (qstrcmp(codec, "VP8") == 0)
-            offer.replace("H264", "H26x");
-        ASSERT_TRUE(from.negotiation->agree(to.negotiation->answer(offer, answered)));
-        to.apply(way ? way->port() : 0);
-        from.apply(way ? way->port() : 0);
-    }
-    bool sees(const PictureSide& side, int number = 165)
-    {
-        return waitFor([&] { return side.seen.nNumber == number; }, 20000);
-    }
-
-    QTemporaryDir m_folder;
-    PictureSide m_one;
-    PictureSide m_other;
 };
 
 TEST_F(PictureStreams, APictureIsRecognisedAtTheOtherEnd)

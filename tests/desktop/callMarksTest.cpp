@@ -51,13 +51,14 @@ protected:
         return id;
     }
     static void stream(int id, const char* sound, const char* picture = "", int quality = -1,
-                       bool encrypted = false)
+                       bool encrypted = false, int comes = -1)
     {
         tagCallStreams streams;
         streams.strSound = sound;
         streams.strPicture = picture;
         streams.nQuality = quality;
         streams.bEncrypted = encrypted;
+        streams.nOtherPicture = comes;
         ASSERT_TRUE(phoneSimulation::instance()->setStreams(id, streams));
         kit::settle();
     }
@@ -199,6 +200,40 @@ TEST_F(CallMarks, APictureFillsTheScreenAboveTheSoftKeysBelowWhatIsSaid)
     EXPECT_FALSE(child("wgtCorner")->isVisible());
     EXPECT_TRUE(child("labPicture")->isVisible());
     EXPECT_EQ(labelText(screen(), "labState"), "In call");
+}
+
+TEST_F(CallMarks, WithoutThePictureThatWasAgreedOnItIsSeenWhoItIs)
+{
+    const int id = talk("4711", "Anna Berg");
+    stream(id, "Opus", "H.264", 3, true, 0);
+    EXPECT_FALSE(picture()->isVisible());
+    EXPECT_FALSE(child("wgtCorner")->isVisible());
+    EXPECT_TRUE(child("labPicture")->isVisible());
+    EXPECT_EQ(labelText(screen(), "labName"), "Anna Berg");
+    EXPECT_EQ(labelText(screen(), "labState"), "In call");
+    expectApart();
+    kit::shot("call-picture-missing");
+    stream(id, "Opus", "H.264", 3, true, 1);
+    ASSERT_TRUE(picture()->isVisible());
+    EXPECT_FALSE(child("labPicture")->isVisible());
+    kit::tap(QPoint(300, 220));
+    ASSERT_EQ(picture()->height(), 480);
+    stream(id, "Opus", "H.264", 3, true, 0);
+    EXPECT_FALSE(picture()->isVisible());
+    EXPECT_TRUE(child("actMute")->isVisible()) << "and what can be done";
+    EXPECT_TRUE(screen()->findChild<qSoftKeyBar*>()->isVisible());
+}
+
+TEST_F(CallMarks, OfThreeWhoTalkThePictureOfTheOneThatSendsItIsSeen)
+{
+    const int anna = talk("4711", "Anna");
+    const int bob = talk("4712", "Bob");
+    ASSERT_TRUE(phoneService::instance().rules().join(bob, anna));
+    stream(anna, "Opus", "H.264", 4, false, 0);
+    stream(bob, "Opus", "H.264", 4, false, 0);
+    EXPECT_FALSE(picture()->isVisible());
+    stream(anna, "Opus", "H.264", 4, false, 1);
+    EXPECT_TRUE(picture()->isVisible());
 }
 
 TEST_F(CallMarks, ATouchMakesThePictureAsLargeAsTheScreenAndBack)

@@ -168,6 +168,27 @@ TEST_F(AtomicSave, TemporaryFileOfARunningSaveIsLeftAlone)
     EXPECT_EQ(namesIn("/"), Names{"a"});
 }
 
+// A rival finds the file between its making and its lock, takes it for what a killed process left, and has
+// his own in its place.
+TEST_F(AtomicSave, AFileThatARivalTookAwayInBetweenIsNotWrittenTo)
+{
+    static std::string made;
+    made = onMachine("/.a.save0");
+    fileGetSystemCalls().flock = [](int fd, int operation) {
+        fileGetSystemCalls() = fileDefaultSystemCalls();
+        unlink(made.c_str());
+        close(open(made.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+        return flock(fd, operation);
+    };
+    chAtomicFile file;
+    ASSERT_EQ(file.Open("/a"), 1);
+    EXPECT_EQ(namesIn("/"), (Names{".a.save0", ".a.save1"}));
+    ASSERT_EQ(file.Write("mine", 4), 1);
+    EXPECT_EQ(file.Commit(), 1);
+    EXPECT_EQ(get("/a"), "mine");
+    EXPECT_EQ(get("/.a.save0"), "");
+}
+
 TEST_F(AtomicSave, AbandonedFileLeavesTheOldOne)
 {
     put("/a", "old");

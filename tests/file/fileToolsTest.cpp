@@ -78,6 +78,21 @@ TEST_F(FreshRoot, RenameTakesThePlaceOfAFile)
     EXPECT_EQ(fileRename("/none", "/a"), 0);
 }
 
+TEST_F(FreshRoot, RenameTellsFoldersOfOneLengthApart)
+{
+    makeFolder("/one");
+    makeFolder("/two");
+    put("/one/a", "x");
+    EXPECT_EQ(fileRename("/one/a", "/two/a"), 1);
+    EXPECT_EQ(namesIn("/one"), Names{});
+    EXPECT_EQ(get("/two/a"), "x");
+    EXPECT_EQ(fileRename("/two/a", "/two/b"), 1);
+    EXPECT_EQ(namesIn("/two"), Names{"b"});
+    for (const char* noName : {"/two/", "/two/.", "/two/.."})
+        EXPECT_EQ(fileRename("/two/b", noName), 0) << noName;
+    EXPECT_EQ(get("/two/b"), "x");
+}
+
 TEST_F(FreshRoot, RemoveTakesTheLinkNotItsFile)
 {
     put("/a", "x");

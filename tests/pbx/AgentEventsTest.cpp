@@ -11,16 +11,9 @@ protected:
     void begin(const QStringList& options = {})
     {
         ASSERT_TRUE(pbx.start(options)) << pbx.output().constData();
-        ASSERT_TRUE(anna.begin("1001", pbx.port(), SIP_UDP, calmSetup()));
-        ASSERT_TRUE(ben.begin("1002", pbx.port(), SIP_UDP, calmSetup()));
-        ASSERT_TRUE(cleo.begin("1003", pbx.port(), SIP_TCP, calmSetup()));
-    }
-    // A busy machine's exchange is not silent.
-    static tagSipSetup calmSetup()
-    {
-        tagSipSetup setup = AgentProcess::quickSetup();
-        setup.nSilentMs = 5000;
-        return setup;
+        ASSERT_TRUE(anna.begin("1001", pbx.port(), SIP_UDP, AgentProcess::calmSetup()));
+        ASSERT_TRUE(ben.begin("1002", pbx.port(), SIP_UDP, AgentProcess::calmSetup()));
+        ASSERT_TRUE(cleo.begin("1003", pbx.port(), SIP_TCP, AgentProcess::calmSetup()));
     }
     void expectLamp(uint32_t watch, SIP_LAMP_STATE lamp)
     {
@@ -38,9 +31,7 @@ protected:
 TEST_F(PbxAgentEvents, AWatchedExtensionRingsAndItsCallIsTaken)
 {
     begin();
-    auto watch = sipWire::make<tagSipWatch>(SIP_WATCH, 1);
-    sipWire::setText(watch.szNumber, "1002");
-    cleo.agent.tell(watch);
+    cleo.watch(1, "1002");
     expectLamp(1, SIP_LAMP_IDLE);
     anna.dial(1, "1002");
     const uint32_t atBen = ben.arrives();
@@ -48,12 +39,8 @@ TEST_F(PbxAgentEvents, AWatchedExtensionRingsAndItsCallIsTaken)
     expectLamp(1, SIP_LAMP_RINGING);
     ASSERT_TRUE(anna.next<tagSipProgress>(SIP_PROGRESS, 1));
 
-    auto taking = sipWire::make<tagSipPickUp>(SIP_PICK_UP, 7);
-    sipWire::setText(taking.szNumber, "1002");
-    sipWire::setText(taking.szSdp, PeerAgent::kOffer);
-    cleo.agent.tell(taking);
-    const auto* arrived = reinterpret_cast<const tagSipArrived*>(
-        anna.agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }));
+    cleo.pickUp(7, "1002");
+    const tagSipArrived* arrived = anna.nextArrived();
     ASSERT_TRUE(arrived);
     EXPECT_EQ(arrived->nReplaces, 1u);
     const uint32_t atAnna = arrived->head.nId;
@@ -69,12 +56,8 @@ TEST_F(PbxAgentEvents, AWatchedExtensionRingsAndItsCallIsTaken)
 TEST_F(PbxAgentEvents, AnExtensionWithoutAPhoneIsNotFree)
 {
     begin();
-    auto watch = sipWire::make<tagSipWatch>(SIP_WATCH, 1);
-    sipWire::setText(watch.szNumber, "1002");
-    cleo.agent.tell(watch);
-    auto list = sipWire::make<tagSipTarget>(SIP_WATCH_LIST, 0);
-    sipWire::setText(list.szTarget, "blf");
-    anna.agent.tell(list);
+    cleo.watch(1, "1002");
+    anna.watchList("blf");
     expectLamp(1, SIP_LAMP_IDLE);
     const auto expectBen = [&](SIP_LAMP_STATE lamp) {
         const tagSipMember* member = nullptr;
@@ -91,9 +74,7 @@ TEST_F(PbxAgentEvents, AnExtensionWithoutAPhoneIsNotFree)
 TEST_F(PbxAgentEvents, TheListOfAllExtensionsComesWithTheirStates)
 {
     begin();
-    auto list = sipWire::make<tagSipTarget>(SIP_WATCH_LIST, 0);
-    sipWire::setText(list.szTarget, "blf");
-    cleo.agent.tell(list);
+    cleo.watchList("blf");
     const auto* told = cleo.next<tagSipList>(SIP_LIST, 0);
     ASSERT_TRUE(told);
     EXPECT_EQ(told->nMembers, 3u);

@@ -1,9 +1,8 @@
 // The phone's agent at a server that nobody here wrote.
+#include "tests/pbx/agentStories.h"
 #include "tests/pbx/kamailioProcess.h"
-#include "tests/pbx/peerAgent.h"
 #include "tests/sip/certificates.h"
 #include "tests/sip/udpPeer.h"
-#include <cstring>
 
 namespace {
 
@@ -54,20 +53,8 @@ TEST_F(AtKamailio, TwoPhonesCallEachOtherInBothDirections)
     for (uint32_t turn = 1; turn <= 2; ++turn) {
         PeerAgent& caller = turn == 1 ? anna : ben;
         PeerAgent& called = turn == 1 ? ben : anna;
-        caller.dial(turn, turn == 1 ? "1002" : "1001");
-        const uint32_t id = called.arrives();
-        called.ring(id);
-        EXPECT_TRUE(caller.next<tagSipProgress>(SIP_PROGRESS, turn));
-        called.answer(id);
-        caller.expectTalk(turn);
-        called.expectTalk(id);
-        // Held by the one who was called, and hung up by him.
-        called.tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\na=sendonly\r\n");
-        const auto* offer = caller.next<tagSipMedia>(SIP_OFFER, turn);
-        ASSERT_TRUE(offer);
-        EXPECT_TRUE(strstr(offer->szSdp, "a=sendonly"));
-        caller.tellMedia(SIP_MEDIA, turn, "v=0\r\ns=held\r\na=recvonly\r\n");
-        called.expectTalk(id);
+        const uint32_t id = storyTalkAndHold(caller, turn, called);
+        // The one who was called hangs up.
         called.hangUp(id);
         caller.expectEnd(turn, SIP_HUNG_UP, 0);
         called.expectEnd(id, SIP_HUNG_UP, 0);
@@ -80,18 +67,7 @@ TEST_F(AtKamailio, RefusedGivenUpAndUnknown)
     PeerAgent anna, ben;
     ASSERT_TRUE(anna.begin("1001", server.port()));
     ASSERT_TRUE(ben.begin("1002", server.port()));
-    anna.dial(1, "1002");
-    uint32_t id = ben.arrives();
-    ben.tellStatus(SIP_REFUSE, id, 486);
-    anna.expectEnd(1, SIP_REFUSED, 486);
-    anna.dial(2, "1002");
-    id = ben.arrives();
-    ben.ring(id);
-    ASSERT_TRUE(anna.next<tagSipProgress>(SIP_PROGRESS, 2));
-    anna.hangUp(2);
-    ben.expectEnd(id, SIP_CANCELLED, 0);
-    anna.dial(3, "1009");
-    anna.expectEnd(3, SIP_REFUSED, 404);
+    storyWithoutAWord(anna, ben);
 }
 
 TEST_F(AtKamailio, OverTlsWithACertificateOfAKnownAuthority)

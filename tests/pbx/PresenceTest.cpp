@@ -33,12 +33,6 @@ protected:
         ASSERT_TRUE(ben.begin("1002", server.port(), SIP_UDP, calmSetup()));
         ASSERT_TRUE(cleo.begin("1003", server.port(), SIP_TCP, calmSetup()));
     }
-    void watch(uint32_t id, const char* number)
-    {
-        auto record = sipWire::make<tagSipWatch>(SIP_WATCH, id);
-        sipWire::setText(record.szNumber, number);
-        cleo.agent.tell(record);
-    }
     // The next one that is told, other than the one before.
     void expectLamp(uint32_t watch, SIP_LAMP_STATE lamp)
     {
@@ -56,7 +50,7 @@ protected:
 TEST_F(AtLargeKamailio, ALampFollowsTheCallsOfAnother)
 {
     beginWithPresence();
-    watch(1, "1002");
+    cleo.watch(1, "1002");
     expectLamp(1, SIP_LAMP_IDLE);
     anna.dial(1, "1002");
     const uint32_t first = ben.arrives();
@@ -82,7 +76,7 @@ TEST_F(AtLargeKamailio, ALampFollowsTheCallsOfAnother)
     ben.ring(third);
     expectLamp(1, SIP_LAMP_RINGING);
     cleo.agent.tell(sipWire::make<tagSipHead>(SIP_UNWATCH, 1));
-    watch(2, "1002");
+    cleo.watch(2, "1002");
     expectLamp(2, SIP_LAMP_RINGING);
     anna.hangUp(3);
     ben.expectEnd(third, SIP_CANCELLED, 0);
@@ -93,19 +87,15 @@ TEST_F(AtLargeKamailio, ALampFollowsTheCallsOfAnother)
 TEST_F(AtLargeKamailio, ACallThatRingsElsewhereIsTakenByItsLamp)
 {
     beginWithPresence();
-    watch(1, "1002");
+    cleo.watch(1, "1002");
     expectLamp(1, SIP_LAMP_IDLE);
     anna.dial(1, "1002");
     const uint32_t atBen = ben.arrives();
     ben.ring(atBen);
     expectLamp(1, SIP_LAMP_RINGING);
     ASSERT_TRUE(anna.next<tagSipProgress>(SIP_PROGRESS, 1));
-    auto taking = sipWire::make<tagSipPickUp>(SIP_PICK_UP, 7);
-    sipWire::setText(taking.szNumber, "1002");
-    sipWire::setText(taking.szSdp, PeerAgent::kOffer);
-    cleo.agent.tell(taking);
-    const auto* arrived = reinterpret_cast<const tagSipArrived*>(
-        anna.agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }));
+    cleo.pickUp(7, "1002");
+    const tagSipArrived* arrived = anna.nextArrived();
     ASSERT_TRUE(arrived) << server.output().constData();
     EXPECT_EQ(arrived->nReplaces, 1u);
     const uint32_t atAnna = arrived->head.nId;

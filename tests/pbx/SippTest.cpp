@@ -1,8 +1,8 @@
 // SIPp calls SIPp through the exchange that comes along.
 #include "tests/kit/plain/processes.h"
 #include "tests/pbx/registrarProcess.h"
-#include "tests/pbx/sippRun.h"
 #include "tests/pbx/wirePhone.h"
+#include "tests/sip/sippRun.h"
 #include <gtest/gtest.h>
 
 TEST(PbxSipp, ManyCallsOneAfterAnotherAndNoneIsLost)
@@ -18,9 +18,9 @@ TEST(PbxSipp, ManyCallsOneAfterAnotherAndNoneIsLost)
                                  "<" + phone.at("1002") + ">")),
               200);
     SippRun answers, dials;
-    answers.start("sippIsCalled.xml", called, pbx.port(), calls);
+    answers.start("pbx/sippIsCalled.xml", called, pbx.port(), calls);
     // By itself it answers for the exchange's address, whatever it asks for.
-    dials.start("sippCalls.xml", UdpPeer::freePort(), pbx.port(), calls,
+    dials.start("pbx/sippCalls.xml", UdpPeer::freePort(), pbx.port(), calls,
                 {"-r", isLong ? "50" : "20", "-auth_uri", "1002@127.0.0.1:" + QString::number(pbx.port())});
     dials.expectDone();
     answers.expectDone();

@@ -5,7 +5,6 @@
 #include "tests/sip/udpPeer.h"
 #include <QDir>
 #include <QFile>
-#include <csignal>
 #include <gtest/gtest.h>
 
 namespace {
@@ -15,34 +14,7 @@ constexpr int kWaitMs = 15000;
 constexpr const char* kProgram = "/usr/sbin/kamailio";
 constexpr const char* kTables = "/usr/share/kamailio/dbtext/kamailio/";
 
-bool write(const QString& path, const QByteArray& text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
-}
-
 } // namespace
-
-KamailioProcess::KamailioProcess()
-{
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
-}
-
-KamailioProcess::~KamailioProcess()
-{
-    end();
-}
-
-void KamailioProcess::end()
-{
-    if (m_process.state() == QProcess::NotRunning)
-        return;
-    ::kill(pid_t(m_process.processId()), SIGTERM);
-    if (!m_process.waitForFinished(kWaitMs)) {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-}
 
 bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
 {
@@ -54,22 +26,20 @@ bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
         .replace("@TLS_PORT@", QByteArray::number(m_nTlsPort))
         .replace("@ALGORITHM@", algorithm)
         .replace("@NEXT@", QByteArray::number(m_nNext))
-        .replace("@FOLDER@", m_folder.path().toUtf8());
+        .replace("@FOLDER@", m_program.path().toUtf8());
     if (m_nNext)
         text.prepend("#!define WITH_NEXT\n");
     if (m_bPresence)
         text.prepend("#!define WITH_PRESENCE\n");
-    text.prepend("#!KAMAILIO\n");
     if (!hasTls)
-        return write(m_folder.filePath("kamailio.cfg"), text);
-    const QByteArray folder = m_folder.path().toUtf8();
+        return m_program.write("kamailio.cfg", "#!KAMAILIO\n" + text);
+    const QByteArray folder = m_program.path().toUtf8();
     const QByteArray profile = "method = TLSv1.2+\nprivate_key = " + folder +
                                "/server.key\ncertificate = " + folder + "/server.pem\nca_list = " + folder +
                                "/cafile.pem\nverify_certificate = no\nrequire_certificate = no\n";
-    return makeCertificates(m_folder.path(), "127.0.0.1") &&
-           write(m_folder.filePath("tls.cfg"),
-                 "[server:default]\n" + profile + "[client:default]\n" + profile) &&
-           write(m_folder.filePath("kamailio.cfg"), "#!KAMAILIO\n#!define WITH_TLS\n" + text);
+    return makeCertificates(m_program.path(), "127.0.0.1") &&
+           m_program.write("tls.cfg", "[server:default]\n" + profile + "[client:default]\n" + profile) &&
+           m_program.write("kamailio.cfg", "#!KAMAILIO\n#!define WITH_TLS\n" + text);
 }
 
 // One of its modules wants tables, empty ones as they come with the package.
@@ -77,7 +47,7 @@ bool KamailioProcess::makeTables()
 {
     if (!m_bPresence)
         return true;
-    const QString tables = m_folder.filePath("tables");
+    const QString tables = m_program.path("tables");
     bool done = QDir().mkpath(tables);
     for (const char* name : {"version", "pua"})
         done = (QFile::exists(tables + '/' + name) ||
@@ -94,17 +64,13 @@ void KamailioProcess::start(const char* algorithm, bool hasTls)
         m_nTlsPort = UdpPeer::freePort();
     }
     ASSERT_TRUE(writeSettings(algorithm, hasTls) && makeTables());
-    kit::endWithUs(m_process);
-    m_process.start(kProgram, {"-f", m_folder.filePath("kamailio.cfg"), "-DD", "-E", "-m", "32", "-M", "4",
-                               "-w", m_folder.path(), "-Y", m_folder.path(), "-P", m_folder.filePath("pid")});
-    ASSERT_TRUE(m_process.waitForStarted());
+    ASSERT_TRUE(m_program.start(kProgram, {"-f", m_program.path("kamailio.cfg"), "-DD", "-E", "-m", "32",
+                                           "-M", "4", "-w", m_program.path(), "-Y", m_program.path(), "-P",
+                                           m_program.path("pid")}));
     const bool isUp = kit::waits(
-        [&] {
-            return UdpPeer::isListening(hasTls ? m_nTlsPort : m_nPort) ||
-                   m_process.state() == QProcess::NotRunning;
-        },
+        [&] { return UdpPeer::isListening(hasTls ? m_nTlsPort : m_nPort) || !m_program.isRunning(); },
         kWaitMs);
-    ASSERT_TRUE(isUp && m_process.state() == QProcess::Running) << output().constData();
+    ASSERT_TRUE(isUp && m_program.isRunning()) << output().constData();
     // It takes what comes when it answers.
     UdpPeer peer;
     const QByteArray request =
@@ -133,11 +99,4 @@ bool KamailioProcess::isRegistered(const QByteArray& user)
     const QByteArray reply = peer.receive("SIP/2.0 200");
     EXPECT_NE(reply.toStdString(), "");
     return reply.startsWith("SIP/2.0 200 Registered");
-}
-
-QByteArray KamailioProcess::output()
-{
-    m_process.waitForReadyRead(0);
-    m_output += m_process.readAll();
-    return m_output.right(4000);
 }

@@ -1,9 +1,8 @@
 #pragma once
 // The exchange in a process of its own, with the accounts 1001 "Anna", 1002 "Ben" and 1003 "Cleo".
+#include "tests/kit/plain/sideProgram.h"
 #include <QByteArray>
-#include <QProcess>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <cstdint>
 
 class RegistrarProcess
@@ -16,9 +15,6 @@ public:
     enum : qint64 { MOST_KIB = 64 << 10 };
 #endif
 
-    RegistrarProcess();
-    ~RegistrarProcess();
-
     // False when it does not come up.
     bool start(const QStringList& options = {});
     uint32_t port() const
@@ -27,23 +23,27 @@ public:
     }
     qint64 pid() const
     {
-        return m_process.processId();
+        return m_program.pid();
     }
     bool isRunning() const
     {
-        return m_process.state() == QProcess::Running;
+        return m_program.isRunning();
     }
     // Asks it to end; its exit code, -1 when it does not end by itself.
-    int end();
-    QByteArray output();
+    int end()
+    {
+        return m_program.end();
+    }
+    QByteArray output()
+    {
+        return m_program.output();
+    }
     static QByteArray passwordOf(const QByteArray& user)
     {
         return "pw-" + user;
     }
 
 private:
-    QTemporaryDir m_folder;
-    QProcess m_process;
-    QByteArray m_output;
+    kit::SideProgram m_program;
     uint32_t m_nPort = 0;
 };

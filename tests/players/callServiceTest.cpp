@@ -5,7 +5,9 @@
 #include "host/services/players/videoFrames.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/recordedSound.h"
+#include "tests/kit/plain/stunServer.h"
 #include "tests/players/films.h"
+#include "tests/players/pictureSide.h"
 #include "tests/players/playersTest.h"
 #include <QDir>
 #include <QFile>
@@ -116,6 +118,80 @@ TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
     EXPECT_TRUE(isSilent());
 }
 
+// What a line with such a server wants.
+tagMediaWish wishWith(const kit::StunServer& server)
+{
+    tagMediaWish wish;
+    wish.stunServer = "127.0.0.1";
+    wish.nStunPort = server.port();
+    return wish;
+}
+
+TEST_F(CallService, DescriptionsSayWhereTheServerSeesThePorts)
+{
+    kit::StunServer server;
+    kit::tagStunWays ways;
+    ways.address = "127.0.0.45";
+    ways.nPort = 45678;
+    server.behave(ways);
+    startMedia();
+    tagMediaWish wish = wishWith(server);
+    QByteArray offer = offerOf(1, wish);
+    EXPECT_TRUE(offer.contains("c=IN IP4 127.0.0.45\r\n")) << offer.constData();
+    EXPECT_TRUE(offer.contains("m=audio 45678 ")) << offer.constData();
+    EXPECT_EQ(server.asked(), 2);
+    // It is known from there on; pictures have ports of their own.
+    EXPECT_TRUE(offerOf(1, wish).contains("m=audio 45678 "));
+    EXPECT_EQ(server.asked(), 2);
+    wish.options.bVideo = true;
+    offer = offerOf(1, wish);
+    EXPECT_TRUE(offer.contains("m=video 45678 ")) << offer.constData();
+    EXPECT_EQ(server.asked(), 4);
+    const QByteArray answer = answerOf(2, offerOf(3), wishWith(server));
+    EXPECT_TRUE(answer.contains("m=audio 45678 ")) << answer.constData();
+}
+
+TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOnWithout)
+{
+    kit::StunServer server;
+    kit::tagStunWays silent;
+    silent.bSilent = true;
+    server.behave(silent);
+    startMedia();
+    offerOf(3); // it is there
+    m_sessions.offer(1, wishWith(server));
+    ASSERT_TRUE(kit::waitUntil([&] { return server.asked() > 0; }));
+    m_sessions.setMuted(1, true);
+    EXPECT_TRUE(offerOf(2).contains("m=audio"));
+    EXPECT_EQ(m_news.nDescribed[1], 0) << "it still waits";
+    ASSERT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[1] == 1; }));
+    EXPECT_FALSE(m_news.described[1].isEmpty());
+    // Each port was asked for as often as there was time.
+    EXPECT_EQ(server.asked(), 6);
+    m_sessions.agree(1, answerOf(4, m_news.described[1]));
+    m_sessions.setMuted(4, true);
+    EXPECT_TRUE(isSilent()) << "it was muted before";
+    m_sessions.setMuted(1, false);
+    EXPECT_TRUE(isHeard());
+}
+
+TEST_F(CallService, ACallThatEndsWhileItsPortsAreAskedForLeavesNothing)
+{
+    kit::StunServer server;
+    kit::tagStunWays silent;
+    silent.bSilent = true;
+    server.behave(silent);
+    startMedia();
+    for (int call = 1; call < 30; ++call) {
+        const int before = server.asked();
+        m_sessions.offer(call, wishWith(server));
+        ASSERT_TRUE(kit::waitUntil([&] { return server.asked() > before; })) << call;
+        m_sessions.end(call);
+    }
+    server.behave({});
+    EXPECT_FALSE(offerOf(99, wishWith(server)).isEmpty()) << "there are ports and places for eight calls";
+}
+
 TEST_F(CallService, WhereALineIsRegisteredTheCodersAreThereBeforeTheCall)
 {
     startMedia();
@@ -185,9 +261,15 @@ protected:
         startMedia();
         videoFrames::instance().askForSize(QSize(640, 480));
     }
-    void connectPictures(int from, int to, const tagMediaWish& wish)
+    // The other side's camera is this test's.
+    void connectPictures(int call, PictureSide& other, const tagMediaWish& wish = video())
     {
-        m_sessions.agree(from, answerOf(to, offerOf(from, wish), video()));
+        tagMediaWant want;
+        want.bVideo = want.bCamera = true;
+        want.nRate = 15;
+        const QByteArray answer = other.negotiation->answer(offerOf(call, wish), want);
+        m_sessions.agree(call, answer);
+        other.apply();
     }
     static QImage shown()
     {
@@ -204,18 +286,22 @@ protected:
     static int numberAt(const QRect& place) { return numberIn(shown().copy(place)); }
 
     static constexpr int kNumber = 173;
+    const bool m_bToolkit = (gst_init(nullptr, nullptr), true);
+    PictureSide m_other;
 };
 
 TEST_F(CallPictures, ThePictureOfTheOtherSideComesToThePhoneAndTheOwnOneLiesInItsCorner)
 {
     startPictures();
     videoFrames::instance().askForOwn(QRect(440, 20, 160, 120));
-    connectPictures(1, 2, video());
+    connectPictures(1, m_other);
     EXPECT_TRUE(isShown());
     EXPECT_EQ(shown().size(), QSize(640, 480));
     EXPECT_TRUE(kit::waitUntil([&] { return numberAt(QRect(440, 20, 160, 120)) == kNumber; }, 8000));
     EXPECT_TRUE(kit::waitUntil(
-        [&] { return m_news.streams[1].strPicture == "H.264" && m_news.streams[2].nOwnPicture == 1; }));
+        [&] { return m_news.streams[1].strPicture == "H.264" && m_news.streams[1].nOwnPicture == 1; }));
+    EXPECT_EQ(m_news.streams[1].nOtherPicture, 1);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 8000));
     videoFrames::instance().askForOwn(QRect());
     EXPECT_TRUE(kit::waitUntil([&] { return numberAt(QRect(440, 20, 160, 120)) != kNumber; }, 8000));
 }
@@ -225,7 +311,8 @@ TEST_F(CallPictures, WithoutACameraThereIsNoOwnPicture)
     qputenv("HX_PICTURE_SOURCE", "none");
     startMedia();
     EXPECT_TRUE(offerOf(1, video()).contains("a=recvonly\r\n"));
-    connectPictures(1, 2, video());
+    const QByteArray answer = answerOf(2, offerOf(1, video()), video());
+    m_sessions.agree(1, answer);
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }));
     EXPECT_EQ(m_news.streams[1].strPicture, "") << "neither side has one to send";
 }
@@ -235,21 +322,76 @@ TEST_F(CallPictures, HoldTakesThePictureAwayAndTheEndGivesItsMemoryBack)
     startPictures();
     const auto shared = [&] { return kit::statusKiB(m_media.processId(), "RssShmem"); };
     const qint64 before = shared();
-    connectPictures(1, 2, video());
+    connectPictures(1, m_other);
     ASSERT_TRUE(isShown());
     EXPECT_GT(shared(), before + 1000);
     tagMediaWish held = video();
     held.bHeld = true;
-    connectPictures(1, 2, held);
+    connectPictures(1, m_other, held);
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].strPicture.isEmpty(); }, 8000));
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }, 8000))
         << "the camera is off";
-    connectPictures(1, 2, video());
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == -1; }, 8000));
+    connectPictures(1, m_other);
     ASSERT_TRUE(isShown());
     m_sessions.end(1);
-    m_sessions.end(2);
     EXPECT_TRUE(kit::waitUntil([&] { return shown().isNull() && shared() < before + 200; }, 8000))
         << shared();
+}
+
+TEST_F(CallPictures, PicturesThatDoNotComeOrEndAreToldOf)
+{
+    startPictures();
+    m_other.session->setCamera(false);
+    connectPictures(1, m_other);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].strPicture == "H.264"; }, 8000));
+    EXPECT_EQ(m_news.streams[1].nOtherPicture, 0);
+    m_other.session->setCamera(true);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOtherPicture == 1; }, 20000));
+    EXPECT_TRUE(isShown());
+    m_other.session->setCamera(false);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOtherPicture == 0; }, 8000));
+    EXPECT_EQ(m_news.streams[1].strPicture, "H.264") << "it is still agreed on";
+    EXPECT_TRUE(shown().isNull());
+}
+
+TEST_F(CallPictures, APreviewShowsTheOtherSideAndNothingGoesThereUntilItBegins)
+{
+    startPictures();
+    tagMediaWant want;
+    want.bVideo = want.bCamera = true;
+    want.nRate = 15;
+    tagMediaWish wish = video();
+    wish.bPreview = true;
+    ASSERT_TRUE(m_other.negotiation->agree(answerOf(1, m_other.negotiation->offer(want), wish)));
+    m_other.apply();
+    EXPECT_TRUE(isShown());
+    EXPECT_EQ(m_news.streams[1].nOwnPicture, 0);
+    EXPECT_EQ(m_news.streams[1].nQuality, -1) << "no sound is taken";
+    EXPECT_FALSE(isLoudspeakerOpen());
+    EXPECT_EQ(m_other.seen.nOther, 0);
+    m_sessions.begin(1);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 20000));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 1 && isLoudspeakerOpen(); }));
+    EXPECT_TRUE(isShown());
+}
+
+TEST_F(CallPictures, OfTwoCallsTheOneThatBeganLastHasTheCameraUntilItEnds)
+{
+    startPictures();
+    connectPictures(1, m_other);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 20000));
+    PictureSide third;
+    connectPictures(2, third);
+    EXPECT_TRUE(kit::waitUntil([&] { return third.seen.nNumber == kNumber; }, 20000));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }));
+    EXPECT_EQ(m_news.streams[2].nOwnPicture, 1);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == -1; }, 8000));
+    connectPictures(1, m_other);
+    EXPECT_EQ(m_news.streams[2].nOwnPicture, 1) << "who is asked once more does not take it";
+    m_sessions.end(2);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 20000));
+    EXPECT_EQ(m_news.streams[1].nOwnPicture, 1);
 }
 
 TEST_F(CallPictures, APlaceBeyondTheScreenIsRefused)
@@ -304,11 +446,18 @@ TEST_F(CallService, DamagedMessagesAreRefusedWithALine)
     post(MEDIA_MSG_CALL_OFFER, "short");
     EXPECT_TRUE(hasSaid("message 0x70030 of 5 bytes is refused: the size is wrong"));
     post(MEDIA_MSG_CALL_OFFER, QByteArray(sizeof(CALL_WISH), 'x'));
-    EXPECT_TRUE(hasSaid("message 0x70030 of 40 bytes is refused: an address is none"));
+    EXPECT_TRUE(hasSaid("message 0x70030 of 64 bytes is refused: an address is none"));
     post(MEDIA_MSG_CALL_ANSWER, QByteArray(sizeof(CALL_WISH), 0));
-    EXPECT_TRUE(hasSaid("message 0x70031 of 40 bytes is refused"));
+    EXPECT_TRUE(hasSaid("message 0x70031 of 64 bytes is refused"));
     post(MEDIA_MSG_CALL_ANSWER, QByteArray(sizeof(CALL_WISH), 0) + "no end");
-    EXPECT_TRUE(hasSaid("message 0x70031 of 46 bytes is refused: the description is no text"));
+    EXPECT_TRUE(hasSaid("message 0x70031 of 70 bytes is refused: the description is no text"));
+    CALL_WISH wish = {};
+    strcpy(wish.szStunIP, "127.0.0.1");
+    for (const uint32_t port : {0u, 65536u}) {
+        wish.nStunPort = port;
+        post(MEDIA_MSG_CALL_OFFER, QByteArray(reinterpret_cast<const char*>(&wish), sizeof wish));
+    }
+    EXPECT_TRUE(hasSaid("message 0x70030 of 64 bytes is refused: a port is out of range"));
     post(MEDIA_MSG_CALL_AGREE, QByteArray("v=0", 4));
     EXPECT_TRUE(hasSaid("message 0x70032 of 4 bytes is refused: there is no such call"));
     post(MEDIA_MSG_CALL_TONE, {}, 0xFFFFFFFF);

@@ -247,6 +247,8 @@ TEST_F(RunPair, EachPhoneShowsTheOtherOnesPictureAndHoldTakesItAway)
     EXPECT_TRUE(eventually([&] { return callOf(anna)["picture"].toString().isEmpty(); }))
         << m_pair.output().constData();
     EXPECT_NE(numberSeen(anna), kBen);
+    EXPECT_TRUE(eventually([&] { return numberSeen(ben) != kAnna; })) << "nor does it stand still there";
+    shot(ben, "pictures-held-there");
     tap(anna, "actHold");
     EXPECT_TRUE(eventually([&] { return numberSeen(anna) == kBen; }));
     anna.ask({"key", "F4"});

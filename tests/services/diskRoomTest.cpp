@@ -46,14 +46,16 @@ TEST_F(DiskRoom, OfOneFolderIsSharedByAllWhoTakeFromIt)
 
 TEST_F(DiskRoom, IsRefusedInAdvanceForMoreThanThereIs)
 {
-    EXPECT_TRUE(room.ask("/fs", 1000));
-    EXPECT_FALSE(room.ask("/fs", 1LL << 60));
+    EXPECT_TRUE(room.has("/fs", 1000));
+    EXPECT_FALSE(room.has("/fs", 1LL << 60));
     fillDisk();
-    EXPECT_FALSE(room.ask("/fs", 1));
+    EXPECT_TRUE(room.has("/fs", diskRoom::STEP)); // was granted before
+    EXPECT_FALSE(room.has("/fs", diskRoom::STEP + 1));
+    EXPECT_FALSE(room.has("/fs", 1));
 }
 
 TEST_F(DiskRoom, OfADiskThatDoesNotSayIsGranted)
 {
-    EXPECT_TRUE(room.ask("relative/none", 1LL << 40));
+    EXPECT_TRUE(room.has("relative/none", 1LL << 40));
     EXPECT_TRUE(room.take("relative/none", 1000));
 }

@@ -14,16 +14,6 @@ protected:
     void SetUp() override { begin(); }
     static callRules& rules() { return phoneService::instance().rules(); }
     static phoneBackend& backend() { return phoneService::instance().backend(); }
-    QString nextMedia(SIP_RECORD kind)
-    {
-        const auto* record = agent.next<tagSipMedia>(kind);
-        return record ? QString(record->szSdp) : QString("nothing");
-    }
-    uint32_t nextStatus(SIP_RECORD kind)
-    {
-        const auto* record = agent.next<tagSipStatus>(kind);
-        return record ? record->nStatus : 1000;
-    }
     QString nextTarget(SIP_RECORD kind)
     {
         const auto* record = agent.next<tagSipTarget>(kind);

@@ -23,6 +23,7 @@ public:
         describe(call, "answer " + offer + " with", wish);
     }
     void agree(int, const QByteArray& answer) override { orders.append("agree " + answer); }
+    void begin(int) override { orders.append("begin"); }
     void withdraw(int) override { orders.append("withdraw"); }
     void setMuted(int, bool muted) override { orders.append(muted ? "mute" : "unmute"); }
     bool sendTone(int, QChar tone, int) override
@@ -126,6 +127,17 @@ protected:
     void tellMedia(SIP_RECORD kind, uint32_t wire, const char* sdp);
     void tellEnd(uint32_t wire, SIP_ENDING ending, uint32_t status = 0, const char* target = "");
     void tellStatus(SIP_RECORD kind, uint32_t wire, uint32_t status);
+    // What the agent is told next of that kind.
+    QString nextMedia(SIP_RECORD kind)
+    {
+        const auto* record = agent.next<tagSipMedia>(kind);
+        return record ? QString(record->szSdp) : QString("nothing");
+    }
+    uint32_t nextStatus(SIP_RECORD kind)
+    {
+        const auto* record = agent.next<tagSipStatus>(kind);
+        return record ? record->nStatus : 1000;
+    }
     // A call goes out, and the agent is told; its id at the agent.
     uint32_t dials(const char* number);
     // Such a call talks.

@@ -1,5 +1,5 @@
 // Calls by a line whose server leaves it alone.
-#include "tests/sip/agentProcess.h"
+#include "tests/sip/agentOrders.h"
 #include "tests/sip/nameServer.h"
 #include "tests/sip/udpPeer.h"
 #include <QTcpServer>
@@ -11,10 +11,10 @@
 namespace {
 
 // The line is registered at the first server of a domain that has two.
-class SipCallFailover : public ::testing::Test
+class SipCallFailover : public ::testing::Test, protected AgentOrders
 {
 protected:
-    SipCallFailover() : first(std::make_unique<UdpPeer>()) {}
+    SipCallFailover() : AgentOrders("v=0\r\ns=offer\r\n"), first(std::make_unique<UdpPeer>()) {}
 
     void begin(SIP_TRANSPORT transport = SIP_UDP, uint32_t firstPort = 0)
     {
@@ -44,13 +44,7 @@ protected:
         ASSERT_NE(request.toStdString(), "");
         server.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
     }
-    void dial(uint32_t id)
-    {
-        auto record = sipWire::make<tagSipDial>(SIP_DIAL, id);
-        sipWire::setText(record.szTarget, "300");
-        sipWire::setText(record.szSdp, "v=0\r\ns=offer\r\n");
-        agent.tell(record);
-    }
+    void dial(uint32_t id) { AgentOrders::dial(id, "300"); }
     // The second server makes the call talk.
     void expectTheSecond(uint32_t id, const QByteArray& likeInvite = {})
     {
@@ -67,13 +61,12 @@ protected:
                      "v=0\r\ns=answer\r\n");
         EXPECT_TRUE(agent.next(SIP_TALK, id));
     }
-    void hangUp(uint32_t id) { agent.tell(sipWire::make<tagSipStatus>(SIP_HANG_UP, id)); }
+    void hangUp(uint32_t id) { tellStatus(SIP_HANG_UP, id); }
 
     uint32_t silentMs = AgentProcess::quickSetup().nSilentMs;
     std::unique_ptr<UdpPeer> first;
     UdpPeer second;
     NameServer names;
-    AgentProcess agent;
 };
 
 } // namespace

@@ -389,5 +389,5 @@ TEST_F(SipExtensions, ANotifierOfAnotherMakerTellsAndTakesLeave)
     expectLamp(1, SIP_LAMP_RINGING);
     expectLamp(1, SIP_LAMP_BUSY);
     expectLamp(1, SIP_LAMP_UNKNOWN);
-    expectSippDone();
+    sipp.expectDone();
 }

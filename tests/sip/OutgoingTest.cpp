@@ -25,7 +25,7 @@ TEST_F(SipCalls, WhoIsCalledIsHeardEarlyAnswersAndIsHungUpOn)
     EXPECT_TRUE(strstr(talk->szSdp, "s=answer")) << talk->szSdp;
     tellStatus(SIP_HANG_UP, 5);
     expectEnd(5, SIP_HUNG_UP, 0);
-    expectSippDone();
+    sipp.expectDone();
 }
 
 TEST_F(SipCalls, AProxyThatAsksForThePasswordGetsItsDigest)

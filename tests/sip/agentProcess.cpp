@@ -50,6 +50,13 @@ tagSipSetup AgentProcess::quickSetup()
     return setup;
 }
 
+tagSipSetup AgentProcess::calmSetup()
+{
+    tagSipSetup setup = quickSetup();
+    setup.nSilentMs = 5000;
+    return setup;
+}
+
 bool AgentProcess::start(const tagSipSetup& setup, const QStringList& environment)
 {
     const QByteArray path = m_folder.filePath("phone").toUtf8();

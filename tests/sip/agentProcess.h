@@ -17,6 +17,8 @@ public:
 
     // A setup with short times, at a free port of the loopback interface.
     static tagSipSetup quickSetup();
+    // The same where a busy machine's server must not be taken for a silent one.
+    static tagSipSetup calmSetup();
     // Starts it and tells it the setup. False when there is no answer.
     bool start(const tagSipSetup& setup = quickSetup(), const QStringList& environment = {});
     template <typename Record>

@@ -1,7 +1,4 @@
 #include "tests/sip/callTest.h"
-#include "places.h"
-#include "tests/kit/plain/processes.h"
-#include <QFile>
 
 namespace {
 
@@ -26,27 +23,10 @@ void SipCalls::begin(const tagSipSetup& setup)
     ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
 }
 
-void SipCalls::startSipp(const char* scenario, uint32_t localPort, const QStringList& further)
+void SipCalls::startSipp(const QByteArray& scenario, uint32_t localPort, const QStringList& further)
 {
-    kit::endWithUs(sipp);
-    sipp.setWorkingDirectory(folder.path());
-    sipp.setProcessChannelMode(QProcess::MergedChannels);
-    sipp.start("sipp", QStringList{"127.0.0.1:" + QString::number(agent.port()), "-sf",
-                                   QString(HX_SOURCE_DIR "/tests/sip/") + scenario, "-i", "127.0.0.1", "-p",
-                                   QString::number(localPort), "-s", contact, "-m", "1", "-nostdin",
-                                   "-timeout", "20", "-trace_err", "-error_file", folder.filePath("errors")} +
-                           further);
-    ASSERT_TRUE(sipp.waitForStarted());
-    ASSERT_TRUE(
-        kit::waits([&] { return UdpPeer("127.0.0.1", localPort).port() == 0; }, AgentProcess::WAIT_MS));
-}
-
-void SipCalls::expectSippDone()
-{
-    ASSERT_TRUE(sipp.waitForFinished(30000));
-    QFile errors(folder.filePath("errors"));
-    const QByteArray said = errors.open(QIODevice::ReadOnly) ? errors.readAll() : QByteArray();
-    EXPECT_EQ(sipp.exitCode(), 0) << said.constData();
+    sipp.setLimit(20);
+    sipp.start("sip/" + scenario, localPort, agent.port(), 1, QStringList{"-s", contact} + further);
 }
 
 QByteArray SipCalls::inviteText(const QByteArray& callId, const QByteArray& lines, const QByteArray& sdp)
@@ -101,10 +81,10 @@ void SipCalls::acknowledge(const QByteArray& reply)
 uint32_t SipCalls::talkIn(const QByteArray& callId)
 {
     peer->send(inviteText(callId), agent.port());
-    const tagSipHead* head = agent.next([](const tagSipHead& each) { return each.eKind == SIP_ARRIVED; });
-    if (!head)
+    const tagSipArrived* arrived = nextArrived();
+    if (!arrived)
         return 0;
-    const uint32_t id = head->nId;
+    const uint32_t id = arrived->head.nId;
     tellMedia(SIP_ANSWER, id, "v=0\r\ns=answer\r\n");
     lastAnswer = peer->receive("SIP/2.0 200");
     acknowledge(lastAnswer);
@@ -121,42 +101,4 @@ uint32_t SipCalls::talkOut(uint32_t id)
                                   "v=0\r\ns=answer\r\n");
     peer->answer(lastAnswer);
     return peer->receive("ACK").isEmpty() || !next<tagSipMedia>(SIP_TALK, id) ? 0 : id;
-}
-
-void SipCalls::dial(uint32_t id, const char* target, bool isAnonymous)
-{
-    auto record = sipWire::make<tagSipDial>(SIP_DIAL, id);
-    record.bAnonymous = isAnonymous;
-    sipWire::setText(record.szTarget, target);
-    sipWire::setText(record.szSdp, "v=0\r\ns=offer\r\n");
-    agent.tell(record);
-}
-
-void SipCalls::tellMedia(SIP_RECORD kind, uint32_t id, const char* sdp)
-{
-    auto record = sipWire::make<tagSipMedia>(kind, id);
-    sipWire::setText(record.szSdp, sdp);
-    agent.tell(record);
-}
-
-void SipCalls::tellStatus(SIP_RECORD kind, uint32_t id, uint32_t status)
-{
-    auto record = sipWire::make<tagSipStatus>(kind, id);
-    record.nStatus = status;
-    agent.tell(record);
-}
-
-void SipCalls::tellTarget(SIP_RECORD kind, uint32_t id, const char* target)
-{
-    auto record = sipWire::make<tagSipTarget>(kind, id);
-    sipWire::setText(record.szTarget, target);
-    agent.tell(record);
-}
-
-void SipCalls::expectEnd(uint32_t id, SIP_ENDING ending, uint32_t status)
-{
-    const auto* ended = next<tagSipEnded>(SIP_ENDED, id);
-    ASSERT_TRUE(ended) << id;
-    EXPECT_EQ(ended->eEnding, uint32_t(ending)) << ended->szReason;
-    EXPECT_EQ(ended->nStatus, status) << ended->szReason;
 }

@@ -1,13 +1,6 @@
 #include "tests/sip/eventTest.h"
 #include <QElapsedTimer>
 
-tagSipSetup SipEventsOf::calmSetup()
-{
-    tagSipSetup setup = AgentProcess::quickSetup();
-    setup.nSilentMs = 5000;
-    return setup;
-}
-
 void SipEventsOf::beginWithoutMessages(const tagSipSetup& setup)
 {
     begin(setup);
@@ -99,35 +92,12 @@ QByteArray SipEventsOf::strangeNote(const QByteArray& user, const QByteArray& ev
     return reply.left(reply.indexOf('\r'));
 }
 
-void SipEventsOf::watch(uint32_t id, const char* number, uint32_t line)
-{
-    auto record = sipWire::make<tagSipWatch>(SIP_WATCH, id);
-    record.nLine = line;
-    sipWire::setText(record.szNumber, number);
-    agent.tell(record);
-}
-
 QByteArray SipEventsOf::watched(uint32_t id, const char* number)
 {
     watch(id, number);
     const QByteArray subscribe = nextSubscribe("dialog");
     accept(subscribe);
     return subscribe;
-}
-
-void SipEventsOf::watchList(const char* address)
-{
-    auto record = sipWire::make<tagSipTarget>(SIP_WATCH_LIST, 0);
-    sipWire::setText(record.szTarget, address);
-    agent.tell(record);
-}
-
-void SipEventsOf::pickUp(uint32_t id, const char* number)
-{
-    auto record = sipWire::make<tagSipPickUp>(SIP_PICK_UP, id);
-    sipWire::setText(record.szNumber, number);
-    sipWire::setText(record.szSdp, "v=0\r\ns=offer\r\n");
-    agent.tell(record);
 }
 
 void SipEventsOf::expectLamp(uint32_t id, SIP_LAMP_STATE lamp)

@@ -6,11 +6,9 @@
 class SipEventsOf : public SipCalls
 {
 protected:
-    // A busy machine's server is not silent.
-    static tagSipSetup calmSetup();
-    void begin(const tagSipSetup& setup = calmSetup()) { SipCalls::begin(setup); }
+    void begin(const tagSipSetup& setup = AgentProcess::calmSetup()) { SipCalls::begin(setup); }
     // Its messages are told by nobody.
-    void beginWithoutMessages(const tagSipSetup& setup = calmSetup());
+    void beginWithoutMessages(const tagSipSetup& setup = AgentProcess::calmSetup());
     // The next request of that event; what is asked for besides is refused. Empty when none comes.
     QByteArray nextSubscribe(const QByteArray& event, int ms = AgentProcess::WAIT_MS);
     // The next one that ends such a subscription; it is accepted.
@@ -25,11 +23,8 @@ protected:
     // One that nobody has asked for.
     QByteArray strangeNote(const QByteArray& user, const QByteArray& event, const QByteArray& body,
                            const QByteArray& type = "application/simple-message-summary");
-    void watch(uint32_t id, const char* number, uint32_t line = 0);
     // Watches, and is accepted.
     QByteArray watched(uint32_t id, const char* number);
-    void watchList(const char* address);
-    void pickUp(uint32_t id, const char* number);
     // The next one that is told.
     void expectLamp(uint32_t id, SIP_LAMP_STATE lamp);
     void expectMessages(bool isKnown, uint32_t fresh, uint32_t old);

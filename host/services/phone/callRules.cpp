@@ -149,6 +149,10 @@ void callRules::startRinging(const tagCall& call)
     const QString target = targetFor(call, forward);
     if (!m_backend.ring(call.nId))
         return;
+    // Who is at the door is seen before he is let in.
+    const tagCallOptions options = optionsOf(call);
+    if (!deviceOf(call).strNumber.isEmpty() && options.bVideo)
+        m_backend.preview(call.nId, options);
     if (answerAfter)
         after(*answerAfter, call.nId, &callRules::answerByItself);
     if (target.isEmpty())

@@ -33,6 +33,9 @@ QByteArray recordOf(const tagMediaWish& wish)
     record.bCamera = wish.options.bCamera;
     record.nBandwidth = uint32_t(std::max(0, wish.options.nBandwidth));
     record.nFrameRate = uint32_t(std::max(0, wish.options.nFrameRate));
+    record.bPreview = wish.bPreview;
+    qstrncpy(record.szStunIP, wish.stunServer.constData(), sizeof record.szStunIP);
+    record.nStunPort = uint32_t(std::max(0, wish.nStunPort));
     return QByteArray(reinterpret_cast<const char*>(&record), sizeof record);
 }
 
@@ -112,6 +115,11 @@ void mediaSessions::agree(int call, const QByteArray& answer)
 {
     msgPostMsgToThreadEx(server(), MEDIA_MSG_CALL_AGREE, unsigned(call), 0, int(answer.size()) + 1,
                          answer.constData());
+}
+
+void mediaSessions::begin(int call)
+{
+    post(MEDIA_MSG_CALL_BEGIN, call);
 }
 
 void mediaSessions::withdraw(int call)
@@ -202,6 +210,7 @@ void mediaSessions::changed(const msgObject& msg)
     streams.bEncrypted = record.bEncrypted != 0;
     streams.bOtherHolds = record.bOtherHolds != 0;
     streams.nOwnPicture = record.bOwnPicture != 0 ? 1 : 0;
+    streams.nOtherPicture = record.bOtherPicture != 0 ? 1 : 0;
     if (streams == state->streams)
         return;
     state->streams = streams;

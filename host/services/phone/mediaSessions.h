@@ -19,6 +19,7 @@ public:
     void offer(int call, const tagMediaWish& wish) override;
     void answer(int call, const QByteArray& offer, const tagMediaWish& wish) override;
     void agree(int call, const QByteArray& answer) override;
+    void begin(int call) override;
     void withdraw(int call) override;
     void setMuted(int call, bool muted) override;
     bool sendTone(int call, QChar tone, int ms) override;

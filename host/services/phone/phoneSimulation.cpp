@@ -10,12 +10,13 @@ phoneSimulation::phoneSimulation()
           m_pEvents->accountChanged(index);
           m_lamps.refresh();
       }),
-      m_calls([this](const tagCall& call) { m_pEvents->callChanged(call); },
-              [this](const tagCall& call) { m_pEvents->callArrived(call); }),
+      m_calls({[this](const tagCall& call) { m_pEvents->callChanged(call); },
+               [this](const tagCall& call) { m_pEvents->callArrived(call); }}),
       m_lamps({[this](int line) { return isReady(line < 0 ? defaultAccount() : line); },
                [this](int line) { return line < 0 ? defaultAccount() : line; },
                [this](const QString& number, int line) { return m_calls.pickUp(number, line); }})
 {
+    passTo(m_calls);
 }
 
 phoneSimulation* phoneSimulation::instance()

@@ -1,12 +1,12 @@
 #pragma once
 // A phone without a SIP stack: it registers the accounts of the configuration and makes calls that answer
 // themselves, and the control interface moves it: also by calls from outside. User-interface thread.
-#include "host/services/phone/phoneBackend.h"
+#include "host/services/phone/callsBackend.h"
 #include "host/services/phone/simulatedAccounts.h"
 #include "host/services/phone/simulatedCalls.h"
 #include "host/services/phone/simulatedLamps.h"
 
-class HX_HOST_API phoneSimulation : public phoneBackend, public chMsgProcesser
+class HX_HOST_API phoneSimulation : public callsBackend, public chMsgProcesser
 {
 public:
     phoneSimulation();
@@ -37,22 +37,10 @@ public:
     tagAccountInfo account(int index) const override { return m_accounts.info(index); }
     int defaultAccount() const override { return m_accounts.defaultAccount(); }
     int dial(const QString& number, int account, const tagCallOptions& options) override;
-    bool ring(int id) override { return m_calls.ring(id); }
-    bool answer(int id, const tagCallOptions& options) override { return m_calls.answer(id, options); }
-    bool refuse(int id, CALL_END why) override { return m_calls.refuse(id, why); }
+    using callsBackend::ring;
     bool deflect(int id, const QString& number) override;
-    bool hangUp(int id) override { return m_calls.hangUp(id); }
-    bool setHeld(int id, bool held) override { return m_calls.setHeld(id, held); }
-    bool setMuted(int id, bool muted) override { return m_calls.setMuted(id, muted); }
-    bool transfer(int id, const QString& number) override { return m_calls.transfer(id, number); }
-    bool connect(int id, int other) override { return m_calls.connect(id, other); }
-    bool join(int id, int other) override { return m_calls.join(id, other); }
-    bool split(int id) override { return m_calls.split(id); }
-    bool sendTone(int id, QChar tone, bool secret) override { return m_calls.sendTone(id, tone, secret); }
-    QList<tagCall> calls() const override { return m_calls.calls(); }
-    QList<tagCall> endedCalls() const override { return m_calls.endedCalls(); }
-    int callTotal() const override { return m_nOtherCalls + int(m_calls.calls().size()); }
-    bool isInTalk() const override { return m_bOtherTalk || m_calls.isTalking(); }
+    int callTotal() const override { return m_nOtherCalls + callsBackend::callTotal(); }
+    bool isInTalk() const override { return m_bOtherTalk || callsBackend::isInTalk(); }
     bool hasPstn() const override { return m_nPstn != 0; }
     phoneLamps* lamps() override { return &m_lamps; }
 

@@ -6,7 +6,6 @@
 
 namespace {
 const char* const kBusyNumber = "busy";
-constexpr int kMsInSecond = 1000;
 constexpr int kForwardersMax = 32; // that anybody asks for
 
 QStringList forwardersOf(const tagCaller& caller)
@@ -18,25 +17,32 @@ QStringList forwardersOf(const tagCaller& caller)
 }
 } // namespace
 
+void simulatedCalls::add(const tagCall& call, bool wantsVideo)
+{
+    tagSimulated live;
+    live.call = call;
+    live.bWantsVideo = wantsVideo;
+    m_calls.append(live);
+}
+
 int simulatedCalls::begin(const QString& number, int account, const tagCallOptions& options)
 {
     tagCall call = callNew(number, account);
     call.options = options;
     call.bAnonymous = options.bAnonymous;
-    // Whoever is called here would like to see and be seen.
-    m_calls.append({call, true, QElapsedTimer(), false});
+    add(call, true); // whoever is called here would like to see and be seen
     if (number != kBusyNumber)
         later(FIRST_RING_MS, call.nId, &simulatedCalls::ringsThere);
     later(RING_MS, call.nId, &simulatedCalls::answered);
-    m_changed(call);
+    tell(call);
     return call.nId;
 }
 
 int simulatedCalls::pickUp(const QString& number, int account)
 {
     const tagCall call = callNew(number, account);
-    m_calls.append({call, true, QElapsedTimer(), false});
-    m_changed(call);
+    add(call, true);
+    tell(call);
     const int index = indexOf(call.nId); // who was told may have hung up
     if (index >= 0)
         talk(index);
@@ -48,10 +54,11 @@ void simulatedCalls::arrive(const tagCaller& caller)
     tagCall call = callNew(caller.strNumber.left(CALL_NUMBER_MAX), caller.nLine);
     call.bIncoming = true;
     call.strName = caller.strName.left(CALL_NUMBER_MAX);
+    call.strPicture = caller.strPicture;
     call.bAnonymous = caller.bAnonymous;
     call.forwardedBy = forwardersOf(caller);
-    m_calls.append({call, caller.bVideo, QElapsedTimer(), false});
-    m_arrived(call);
+    add(call, caller.bVideo);
+    tellArrival(call);
 }
 
 bool simulatedCalls::ring(int id)
@@ -61,23 +68,13 @@ bool simulatedCalls::ring(int id)
         return false;
     const tagCall call = m_calls[index].call;
     later(call.strNumber == kBusyNumber ? RING_MS : CALLER_MS, id, &simulatedCalls::givenUp);
-    m_changed(call);
+    tell(call);
     return true;
 }
 
 void simulatedCalls::later(int ms, int id, void (simulatedCalls::*then)(int id))
 {
     QTimer::singleShot(ms, Qt::PreciseTimer, this, [this, then, id] { (this->*then)(id); });
-}
-
-void simulatedCalls::fail(const QString& number, int account, const char* reason)
-{
-    tagCall call = callNew(number, account);
-    call.eState = CALL_ENDED;
-    call.eEnd = CALL_FAILED;
-    call.strReason = reason;
-    m_ended.add(call);
-    m_changed(call);
 }
 
 int simulatedCalls::indexOf(int id) const
@@ -110,7 +107,7 @@ void simulatedCalls::ringsThere(int id)
     if (index < 0)
         return;
     m_calls[index].call.bRingsThere = true;
-    tell(id);
+    tellOf(id);
 }
 
 void simulatedCalls::answered(int id)
@@ -133,11 +130,11 @@ void simulatedCalls::givenUp(int id)
 
 void simulatedCalls::talk(int index)
 {
-    tagLiveCall& live = m_calls[index];
+    tagSimulated& live = m_calls[index];
     live.call.eState = CALL_TALKING;
     live.call.bVideo = live.bWantsVideo && live.call.options.bVideo;
     live.talking.start();
-    m_changed(shown(live));
+    tell(live.shown());
 }
 
 bool simulatedCalls::answer(int id, const tagCallOptions& options)
@@ -191,12 +188,12 @@ bool simulatedCalls::setStreams(int id, const tagCallStreams& streams)
     if (index < 0)
         return false;
     m_calls[index].call.streams = streams;
-    return tell(id);
+    return tellOf(id);
 }
 
-bool simulatedCalls::tell(int id)
+bool simulatedCalls::tellOf(int id)
 {
-    m_changed(shown(m_calls[indexOf(id)]));
+    tell(m_calls[indexOf(id)].shown());
     return true;
 }
 
@@ -206,7 +203,7 @@ bool simulatedCalls::setHeld(int id, bool held)
     if (!call || call->bHeld == held)
         return false;
     call->bHeld = held;
-    return tell(id);
+    return tellOf(id);
 }
 
 bool simulatedCalls::holdFromOutside(int id, bool held)
@@ -215,7 +212,7 @@ bool simulatedCalls::holdFromOutside(int id, bool held)
     if (!call || call->bRemoteHeld == held)
         return false;
     call->bRemoteHeld = held;
-    return tell(id);
+    return tellOf(id);
 }
 
 bool simulatedCalls::setMuted(int id, bool muted)
@@ -224,7 +221,7 @@ bool simulatedCalls::setMuted(int id, bool muted)
     if (!call || call->bMuted == muted)
         return false;
     call->bMuted = muted;
-    return tell(id);
+    return tellOf(id);
 }
 
 bool simulatedCalls::transfer(int id, const QString& number)
@@ -241,9 +238,9 @@ bool simulatedCalls::transfer(int id, const QString& number)
 // The call goes on; its reason is told once.
 bool simulatedCalls::tellRefused(int id)
 {
-    tagCall call = shown(m_calls[indexOf(id)]);
+    tagCall call = m_calls[indexOf(id)].shown();
     call.strReason = HX_TR("The other side refuses the transfer");
-    m_changed(call);
+    tell(call);
     return true;
 }
 
@@ -271,8 +268,8 @@ bool simulatedCalls::join(int id, int other)
         return false;
     call->nJoined = other;
     second->nJoined = id;
-    tell(id);
-    return indexOf(other) < 0 || tell(other);
+    tellOf(id);
+    return indexOf(other) < 0 || tellOf(other);
 }
 
 bool simulatedCalls::split(int id)
@@ -282,8 +279,8 @@ bool simulatedCalls::split(int id)
         return false;
     const int other = std::exchange(call->nJoined, 0);
     talkingCall(other)->nJoined = 0;
-    tell(id);
-    return indexOf(other) < 0 || tell(other);
+    tellOf(id);
+    return indexOf(other) < 0 || tellOf(other);
 }
 
 bool simulatedCalls::sendTone(int id, QChar tone, bool secret)
@@ -292,23 +289,19 @@ bool simulatedCalls::sendTone(int id, QChar tone, bool secret)
     if (!call)
         return false;
     call->strTones += secret ? QChar(0x2022) : tone;
-    return tell(id);
+    return tellOf(id);
 }
 
 bool simulatedCalls::end(int index, CALL_END why, const char* reason)
 {
-    tagCall call = shown(m_calls[index]);
+    tagCall call = m_calls[index].shown();
     m_calls.removeAt(index);
     const int other = std::exchange(call.nJoined, 0);
     if (other)
         talkingCall(other)->nJoined = 0;
-    call.eState = CALL_ENDED;
-    call.eEnd = why;
-    call.strReason = reason;
-    m_ended.add(call);
-    m_changed(call);
+    tellEnd(call, why, reason);
     if (other && indexOf(other) >= 0)
-        tell(other);
+        tellOf(other);
     return true;
 }
 
@@ -317,31 +310,7 @@ tagCaller simulatedCalls::callerOf(int id) const
     const int index = indexOf(id);
     if (index < 0)
         return tagCaller();
-    const tagLiveCall& live = m_calls[index];
-    return {live.call.strNumber,  live.call.nAccount, live.call.strName,
+    const tagSimulated& live = m_calls[index];
+    return {live.call.strNumber,  live.call.nAccount, live.call.strName,    live.call.strPicture,
             live.call.bAnonymous, live.bWantsVideo,   live.call.forwardedBy};
-}
-
-tagCall simulatedCalls::shown(const tagLiveCall& live)
-{
-    tagCall call = live.call;
-    call.nSeconds = live.talking.isValid() ? int(live.talking.elapsed() / kMsInSecond) : 0;
-    return call;
-}
-
-QList<tagCall> simulatedCalls::calls() const
-{
-    QList<tagCall> all;
-    for (const tagLiveCall& live : m_calls)
-        all.append(shown(live));
-    return all;
-}
-
-bool simulatedCalls::isTalking() const
-{
-    for (const tagLiveCall& live : m_calls) {
-        if (live.call.eState == CALL_TALKING)
-            return true;
-    }
-    return false;
 }

@@ -72,8 +72,9 @@ sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
         });
     m_pCalls = std::make_unique<sipCalls>(
         *m_pLink, *m_pMedia, [this](int line) -> const tagAccountFile& { return m_pAccounts->file(line); },
-        tagSipCallsNews{[this](const tagCall& call) { m_pEvents->callChanged(call); },
-                        [this](const tagCall& call) { m_pEvents->callArrived(call); }});
+        tagCallNews{[this](const tagCall& call) { m_pEvents->callChanged(call); },
+                    [this](const tagCall& call) { m_pEvents->callArrived(call); }});
+    passTo(*m_pCalls);
     QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { lookAtNetwork(); });
     m_pLamps = std::make_unique<sipLamps>(sipLamps::tagPhone{
         [this](const void* record, size_t size) { m_pLink->tellBytes(record, size); },
@@ -169,86 +170,6 @@ int sipBackend::dial(const QString& number, int account, const tagCallOptions& o
         return m_pCalls->begin(number, account, options);
     m_pCalls->fail(number, account, HX_TR("The line is not registered"));
     return 0;
-}
-
-bool sipBackend::ring(int id)
-{
-    return m_pCalls->ring(id);
-}
-
-bool sipBackend::answer(int id, const tagCallOptions& options)
-{
-    return m_pCalls->answer(id, options);
-}
-
-bool sipBackend::refuse(int id, CALL_END why)
-{
-    return m_pCalls->refuse(id, why);
-}
-
-bool sipBackend::deflect(int id, const QString& number)
-{
-    return m_pCalls->deflect(id, number);
-}
-
-bool sipBackend::hangUp(int id)
-{
-    return m_pCalls->hangUp(id);
-}
-
-bool sipBackend::setHeld(int id, bool held)
-{
-    return m_pCalls->setHeld(id, held);
-}
-
-bool sipBackend::setMuted(int id, bool muted)
-{
-    return m_pCalls->setMuted(id, muted);
-}
-
-bool sipBackend::transfer(int id, const QString& number)
-{
-    return m_pCalls->transfer(id, number);
-}
-
-bool sipBackend::connect(int id, int other)
-{
-    return m_pCalls->connect(id, other);
-}
-
-bool sipBackend::join(int id, int other)
-{
-    return m_pCalls->join(id, other);
-}
-
-bool sipBackend::split(int id)
-{
-    return m_pCalls->split(id);
-}
-
-bool sipBackend::sendTone(int id, QChar tone, bool secret)
-{
-    return m_pCalls->sendTone(id, tone, secret);
-}
-
-QList<tagCall> sipBackend::calls() const
-{
-    return m_pCalls->calls();
-}
-
-QList<tagCall> sipBackend::endedCalls() const
-{
-    return m_pCalls->endedCalls();
-}
-
-int sipBackend::callTotal() const
-{
-    return int(m_pCalls->calls().size());
-}
-
-bool sipBackend::isInTalk() const
-{
-    return m_pCalls->isTalking();
 }
 
 phoneLamps* sipBackend::lamps()

@@ -1,7 +1,7 @@
 #pragma once
 // The real phone: its accounts are registered, and its calls made, by the SIP user agent, a process of its
 // own that costs the calls when it dies, and the phone nothing. User-interface thread.
-#include "host/services/phone/phoneBackend.h"
+#include "host/services/phone/callsBackend.h"
 #include "host/services/phone/sipMedia.h"
 #include "support/host/message.h"
 #include <QTimer>
@@ -16,7 +16,7 @@ class sipCalls;
 class sipLamps;
 class sipLink;
 
-class HX_HOST_API sipBackend : public phoneBackend, public chMsgProcesser
+class HX_HOST_API sipBackend : public callsBackend, public chMsgProcesser
 {
 public:
     enum AGENT {
@@ -41,22 +41,6 @@ public:
     tagAccountInfo account(int index) const override;
     int defaultAccount() const override;
     int dial(const QString& number, int account, const tagCallOptions& options) override;
-    bool ring(int id) override;
-    bool answer(int id, const tagCallOptions& options) override;
-    bool refuse(int id, CALL_END why) override;
-    bool deflect(int id, const QString& number) override;
-    bool hangUp(int id) override;
-    bool setHeld(int id, bool held) override;
-    bool setMuted(int id, bool muted) override;
-    bool transfer(int id, const QString& number) override;
-    bool connect(int id, int other) override;
-    bool join(int id, int other) override;
-    bool split(int id) override;
-    bool sendTone(int id, QChar tone, bool secret) override;
-    QList<tagCall> calls() const override;
-    QList<tagCall> endedCalls() const override;
-    int callTotal() const override;
-    bool isInTalk() const override;
     bool hasPstn() const override { return false; }
     bool hasOwnSound() const override { return true; }
     phoneLamps* lamps() override;

@@ -4,7 +4,7 @@
 #include "support/host/api.h"
 #include "support/host/trace.h"
 #include <QTimer>
-#include <algorithm>
+#include <QUrl>
 #include <utility>
 
 namespace {
@@ -23,10 +23,26 @@ QString textOf(const char* text)
     return callTextOf(QString::fromUtf8(text));
 }
 
+// Only the server itself is asked: whoever else is named there would learn when this phone rings.
+QString pictureOf(const char* address, const QString& server)
+{
+    const QUrl url(QString::fromLatin1(address), QUrl::StrictMode);
+    const bool isOwn = url.isValid() && url.userInfo().isEmpty() && !server.isEmpty() &&
+                       url.host().compare(server, Qt::CaseInsensitive) == 0;
+    return isOwn ? url.toString(QUrl::FullyEncoded) : QString();
+}
+
+const char* reasonOfBreak(const tagCall& call)
+{
+    return call.eState == CALL_TALKING ? HX_TR("The connection was lost")
+                                       : HX_TR("The call could not be made");
+}
+
 } // namespace
 
-sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCallsNews news)
-    : m_link(link), m_orders(link), m_media(media), m_accountOf(std::move(accountOf)), m_news(std::move(news))
+sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagCallNews news)
+    : phoneCalls(std::move(news)), m_link(link), m_orders(link), m_media(media),
+      m_accountOf(std::move(accountOf))
 {
     m_media.setNews(this);
 }
@@ -34,13 +50,6 @@ sipCalls::sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCa
 sipCalls::~sipCalls()
 {
     m_media.setNews(nullptr);
-}
-
-tagCall sipCalls::shown(const tagLive& live)
-{
-    tagCall call = live.call;
-    call.nSeconds = live.talking.isValid() ? int(live.talking.elapsed() / kMsInSecond) : 0;
-    return call;
 }
 
 sipCalls::tagLive* sipCalls::find(int id)
@@ -75,13 +84,9 @@ sipCalls::tagLive* sipCalls::findRingingIn(int id)
 
 tagMediaWish sipCalls::wishOf(const tagLive& live) const
 {
-    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt};
-}
-
-// Whoever hears of it may end the call: it is the last that is done with it.
-void sipCalls::tell(const tagLive& live)
-{
-    m_news.changed(shown(live));
+    const tagStunServer& stun = m_stun[live.call.nAccount];
+    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt, false,
+            stun.address,      stun.nPort};
 }
 
 bool sipCalls::end(int id, CALL_END why, const char* reason)
@@ -89,19 +94,15 @@ bool sipCalls::end(int id, CALL_END why, const char* reason)
     const tagLive* live = find(id);
     if (!live)
         return false;
-    tagCall call = shown(*live);
+    tagCall call = live->shown();
     const int other = std::exchange(call.nJoined, 0);
     if (tagLive* joined = find(other))
         joined->call.nJoined = 0;
     m_calls.removeIf([id](const tagLive& each) { return each.call.nId == id; });
     m_media.end(id);
-    call.eState = CALL_ENDED;
-    call.eEnd = why;
-    call.strReason = reason;
     if (why != CALL_FORWARDED && why != CALL_TRANSFERRED)
         call.strTarget.clear();
-    m_ended.add(call);
-    m_news.changed(call);
+    tellEnd(call, why, reason);
     if (const tagLive* left = find(other))
         tell(*left);
     return true;
@@ -128,7 +129,7 @@ void sipCalls::ringsTooLong(int id)
     } else {
         const bool isOut = live.nWire != 0;
         m_orders.status(SIP_HANG_UP, live.nWire, 0);
-        end(id, CALL_FAILED, isOut ? HX_TR("Nobody answers") : HX_TR("Sound is not available at present"));
+        end(id, CALL_FAILED, isOut ? HX_TR("Nobody answers") : kNoSound);
     }
 }
 
@@ -154,16 +155,6 @@ void sipCalls::offerAnew(tagLive& live)
     ask(live, ASKED_OFFER);
 }
 
-void sipCalls::fail(const QString& number, int account, const char* reason)
-{
-    tagCall call = callNew(number, account);
-    call.eState = CALL_ENDED;
-    call.eEnd = CALL_FAILED;
-    call.strReason = reason;
-    m_ended.add(call);
-    m_news.changed(call);
-}
-
 int sipCalls::begin(const QString& number, int account, const tagCallOptions& options, bool picksUp)
 {
     if (m_calls.size() >= SIP_CALLS_MAX || !sipOrders::fits(number.toUtf8())) {
@@ -180,7 +171,7 @@ int sipCalls::begin(const QString& number, int account, const tagCallOptions& op
     const int id = live.call.nId;
     limitRinging(live);
     ask(m_calls.last(), ASKED_DIAL);
-    m_news.changed(live.call);
+    tell(live.call);
     return id;
 }
 
@@ -232,7 +223,8 @@ bool sipCalls::answer(int id, const tagCallOptions& options)
     live->call.options = options;
     live->call.eState = CALL_TALKING;
     live->talking.start();
-    ask(*live, ASKED_ANSWER);
+    if (!answerAsPreviewed(*live))
+        ask(*live, ASKED_ANSWER);
     tell(*live);
     return true;
 }
@@ -362,6 +354,10 @@ void sipCalls::take(const sipWire::Reader& record)
     case SIP_REFERRED:
         referred(record.as<tagSipReferred>());
         break;
+    case SIP_STUN:
+        m_stun[record.head().nId] = {QByteArray(record.as<tagSipStun>().szAddress),
+                                     int(record.as<tagSipStun>().nPort)};
+        break;
     default:
         break;
     }
@@ -382,6 +378,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
     live.call = callNew(textOf(arrived.szNumber), int(arrived.nLine));
     live.call.bIncoming = true;
     live.call.strName = textOf(arrived.szName);
+    live.call.strPicture = pictureOf(arrived.szPicture, m_accountOf(live.call.nAccount).strServer);
     live.call.bAnonymous = arrived.bAnonymous != 0;
     live.call.bAsksAnswer = arrived.bAutoAnswer != 0;
     for (uint32_t i = 0; i < arrived.nForwards; ++i)
@@ -393,7 +390,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
     }
     m_calls.append(live);
     limitRinging(live);
-    m_news.arrived(live.call);
+    tellArrival(live.call);
     // What nobody decided would ring without anybody hearing it.
     const tagLive* undecided = findRingingIn(live.call.nId);
     if (undecided && !undecided->bRings)
@@ -478,69 +475,89 @@ void sipCalls::otherOffers(const tagSipMedia& media)
     ask(*live, ASKED_REPLY);
 }
 
-void sipCalls::refuseAnswer(const tagLive& live, bool isMissing)
-{
-    m_orders.status(SIP_REFUSE, live.nWire, isMissing ? kOwnFault : kNoCommonMedia);
-    end(live.call.nId, CALL_FAILED, isMissing ? kNoSound : sipReasonOf(kNoCommonMedia));
-}
-
 void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
 {
     tagLive* live = find(id);
     if (!live || live->eAsked == ASKED_NOTHING)
         return;
     const ASKED asked = std::exchange(live->eAsked, ASKED_NOTHING);
-    const bool isThere = !sdp.isEmpty() && sdp.size() < SIP_SDP_SIZE;
-    if (live->bAskAgain) {
-        if (asked == ASKED_OFFER) {
-            m_media.withdraw(id);
-            live->bMustOffer = true;
-        }
-        ask(*live, ASKED_REPLY);
+    const QByteArray usable = sdp.size() < SIP_SDP_SIZE ? sdp : QByteArray();
+    if (live->bAskAgain)
+        return askForReply(*live, asked);
+    switch (asked) {
+    case ASKED_NOTHING:
+        return;
+    case ASKED_DIAL:
+        return dialWith(*live, usable);
+    case ASKED_ANSWER:
+        return answerWith(*live, usable, isMissing);
+    case ASKED_PREVIEW:
+        return previewWith(*live, usable);
+    case ASKED_OFFER:
+        return offerWith(*live, usable);
+    case ASKED_REPLY:
+        return replyWith(*live, usable, isMissing);
+    }
+}
+
+// The other side has offered meanwhile: its offer goes first.
+void sipCalls::askForReply(tagLive& live, ASKED outOfDate)
+{
+    if (outOfDate == ASKED_OFFER) {
+        m_media.withdraw(live.call.nId);
+        live.bMustOffer = true;
+    }
+    ask(live, ASKED_REPLY);
+}
+
+void sipCalls::dialWith(tagLive& live, const QByteArray& offer)
+{
+    live.offer = offer;
+    if (offer.isEmpty())
+        end(live.call.nId, CALL_FAILED, kNoSound);
+    else
+        dial(live, live.target.isEmpty() ? live.call.strNumber.toUtf8() : live.target);
+}
+
+void sipCalls::answerWith(tagLive& live, const QByteArray& sdp, bool isMissing)
+{
+    if (sdp.isEmpty()) {
+        m_orders.status(SIP_REFUSE, live.nWire, isMissing ? kOwnFault : kNoCommonMedia);
+        end(live.call.nId, CALL_FAILED, isMissing ? kNoSound : sipReasonOf(kNoCommonMedia));
         return;
     }
-    switch (asked) {
-    case ASKED_DIAL:
-        live->offer = sdp;
-        if (isThere)
-            dial(*live, live->target.isEmpty() ? live->call.strNumber.toUtf8() : live->target);
-        else
-            end(id, CALL_FAILED, kNoSound);
-        break;
-    case ASKED_ANSWER:
-        if (isThere) {
-            live->bOffered = live->otherOffer->isEmpty();
-            live->bAgreedHeld = live->bAskedHeld;
-            live->otherOffer.reset();
-            m_orders.media(SIP_ANSWER, live->nWire, sdp);
-        } else {
-            refuseAnswer(*live, isMissing);
-        }
-        break;
-    case ASKED_OFFER:
-        live->bOffered = isThere;
-        if (isThere) {
-            m_orders.media(SIP_MEDIA, live->nWire, sdp);
-        } else {
-            const bool wasHeld = live->call.bHeld;
-            refusedOffer(*live);
-            if (live->call.bHeld != wasHeld)
-                tell(*live);
-        }
-        break;
-    case ASKED_REPLY:
-        // An empty answer refuses.
-        live->bOffered = isThere && live->otherOffer->isEmpty();
-        live->bReplied = isThere;
-        if (isThere)
-            live->bAgreedHeld = live->bAskedHeld;
-        live->otherOffer.reset();
-        m_orders.media(SIP_MEDIA, live->nWire, isThere ? sdp : QByteArray());
-        offerAnew(*live);
-        break;
-    case ASKED_NOTHING:
-        break;
+    live.bOffered = live.otherOffer->isEmpty();
+    live.bAgreedHeld = live.bAskedHeld;
+    live.otherOffer.reset();
+    m_orders.media(SIP_ANSWER, live.nWire, sdp);
+}
+
+void sipCalls::offerWith(tagLive& live, const QByteArray& offer)
+{
+    live.bOffered = !offer.isEmpty();
+    if (live.bOffered) {
+        m_orders.media(SIP_MEDIA, live.nWire, offer);
+        return;
     }
+    const bool wasHeld = live.call.bHeld;
+    refusedOffer(live);
+    if (live.call.bHeld != wasHeld)
+        tell(live);
+}
+
+// An empty answer refuses.
+void sipCalls::replyWith(tagLive& live, const QByteArray& answer, bool isMissing)
+{
+    live.bReplied = !answer.isEmpty();
+    live.bOffered = live.bReplied && live.otherOffer->isEmpty();
+    if (live.bReplied)
+        live.bAgreedHeld = live.bAskedHeld;
+    live.otherOffer.reset();
+    if (isMissing)
+        m_orders.noMedia(live.nWire);
+    else
+        m_orders.media(SIP_MEDIA, live.nWire, answer);
+    offerAnew(live);
 }
 
 void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
@@ -559,6 +576,7 @@ void sipCalls::mediaLost()
     for (tagLive& live : m_calls) {
         live.call.streams = tagCallStreams();
         live.call.bVideo = false;
+        live.preview.clear();
         if (live.eAsked != ASKED_NOTHING) {
             ask(live, live.bAskAgain ? ASKED_REPLY : live.eAsked);
         } else if (live.nWire && live.call.eState != CALL_RINGING) {
@@ -582,8 +600,7 @@ void sipCalls::ended(const tagSipEnded& ended)
     const int id = live->call.nId;
     const bool ringsIn = findRingingIn(id) != nullptr;
     const bool wentOn = live->bTransferring;
-    const bool talked = live->call.eState == CALL_TALKING;
-    const char* const lost = talked ? HX_TR("The connection was lost") : HX_TR("The call could not be made");
+    const char* const lost = reasonOfBreak(live->call);
     nuxTrace(TRACE_NOTE, "a call on line %d has ended: %u %u %s", live->call.nAccount + 1, ended.eEnding,
              ended.nStatus, ended.szReason);
     switch (ended.eEnding) {
@@ -611,26 +628,9 @@ void sipCalls::ended(const tagSipEnded& ended)
 
 void sipCalls::agentIsGone()
 {
+    m_stun = {};
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
-        const bool talks = call.eState == CALL_TALKING;
-        end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED,
-            ringsIn ? ""
-            : talks ? HX_TR("The connection was lost")
-                    : HX_TR("The call could not be made"));
+        end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : reasonOfBreak(call));
     }
-}
-
-QList<tagCall> sipCalls::calls() const
-{
-    QList<tagCall> all;
-    for (const tagLive& live : m_calls)
-        all.append(shown(live));
-    return all;
-}
-
-bool sipCalls::isTalking() const
-{
-    return std::any_of(m_calls.begin(), m_calls.end(),
-                       [](const tagLive& live) { return live.call.eState == CALL_TALKING; });
 }

@@ -4,22 +4,15 @@
 // offer is on its way at a time, and what the phone wants meanwhile is offered after it. User-interface
 // thread.
 #include "host/services/phone/accountFiles.h"
-#include "host/services/phone/endedCalls.h"
+#include "host/services/phone/phoneCalls.h"
 #include "host/services/phone/sipMedia.h"
 #include "host/services/phone/sipOrders.h"
-#include <QElapsedTimer>
-#include <QList>
 #include <QObject>
+#include <array>
 #include <functional>
 #include <optional>
 
-struct tagSipCallsNews
-{
-    std::function<void(const tagCall&)> changed; // each call that begins, changes or ends
-    std::function<void(const tagCall&)> arrived; // one from outside, before that
-};
-
-class sipCalls : public QObject, public sipMediaNews
+class sipCalls : public QObject, public phoneCalls, public sipMediaNews
 {
 public:
     enum : int {
@@ -32,34 +25,30 @@ public:
     using AccountOf = std::function<const tagAccountFile&(int line)>;
 
     // Link and media outlive the calls.
-    sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagSipCallsNews news);
+    sipCalls(sipLink& link, sipMedia& media, AccountOf accountOf, tagCallNews news);
     ~sipCalls() override;
 
     // The call's id; 0 when it was not begun, which is told. picksUp: it takes the call that rings at the
     // number.
     int begin(const QString& number, int account, const tagCallOptions& options, bool picksUp = false);
-    // A call that cannot be begun is told of all the same, with the reason.
-    void fail(const QString& number, int account, const char* reason);
-    // As those of phoneBackend.
-    bool ring(int id);
-    bool answer(int id, const tagCallOptions& options);
-    bool refuse(int id, CALL_END why);
-    bool deflect(int id, const QString& number);
-    bool hangUp(int id);
-    bool setHeld(int id, bool held);
-    bool setMuted(int id, bool muted);
-    bool transfer(int id, const QString& number);
-    bool connect(int id, int other);
-    bool join(int id, int other);
-    bool split(int id);
-    bool sendTone(int id, QChar tone, bool secret);
+    bool ring(int id) override;
+    bool preview(int id, const tagCallOptions& options) override;
+    bool answer(int id, const tagCallOptions& options) override;
+    bool refuse(int id, CALL_END why) override;
+    bool deflect(int id, const QString& number) override;
+    bool hangUp(int id) override;
+    bool setHeld(int id, bool held) override;
+    bool setMuted(int id, bool muted) override;
+    bool transfer(int id, const QString& number) override;
+    bool connect(int id, int other) override;
+    bool join(int id, int other) override;
+    bool split(int id) override;
+    bool sendTone(int id, QChar tone, bool secret) override;
 
     // A record of the agent about a call.
     void take(const sipWire::Reader& record);
     void agentIsGone();
-    QList<tagCall> calls() const;
-    QList<tagCall> endedCalls() const { return m_ended.all(); }
-    bool isTalking() const;
+    QList<tagCall> calls() const override { return allShown(m_calls); }
 
     void mediaDescribed(int call, const QByteArray& sdp) override { described(call, sdp, false); }
     void mediaMissing(int call) override { described(call, {}, true); }
@@ -70,14 +59,14 @@ private:
     // What the media are asked for.
     enum ASKED {
         ASKED_NOTHING,
-        ASKED_DIAL,   // the offer of a call that goes out
-        ASKED_ANSWER, // what answers a call that came in
-        ASKED_OFFER,  // another offer, of a call that talks
-        ASKED_REPLY   // the answer to another offer of the other side
+        ASKED_DIAL,    // the offer of a call that goes out
+        ASKED_ANSWER,  // what answers a call that came in
+        ASKED_PREVIEW, // the same, of one that still rings
+        ASKED_OFFER,   // another offer, of a call that talks
+        ASKED_REPLY    // the answer to another offer of the other side
     };
-    struct tagLive
+    struct tagLive : public tagLiveCall
     {
-        tagCall call;
         uint32_t nWire = 0; // its id at the agent; 0 before it has one
         ASKED eAsked = ASKED_NOTHING;
         bool bAskAgain = false;   // what is asked for is out of date
@@ -97,17 +86,17 @@ private:
         QByteArray target;      // where that wants it; empty: the number of the call
         int nRedirections = 0;
         QByteArray offer;                     // of a call that goes out
+        QByteArray preview;                   // the answer of one that rings, as the other side knows it
         std::optional<QByteArray> otherOffer; // that is not answered yet; an empty one asks for one
-        QElapsedTimer talking;                // valid from the answer on
     };
 
-    static tagCall shown(const tagLive& live);
     tagLive* find(int id);
     tagLive* findWire(uint32_t wire);
     tagLive* findTalking(int id);
     tagLive* findRingingIn(int id);
     tagMediaWish wishOf(const tagLive& live) const;
-    void tell(const tagLive& live);
+    using phoneCalls::tell;
+    void tell(const tagLive& live) const { tell(live.shown()); }
     void tellBoth(int id, int other);
     void ask(tagLive& live, ASKED what);
     void offerAnew(tagLive& live);
@@ -121,7 +110,14 @@ private:
     void refusedOffer(tagLive& live);
     void otherOffers(const tagSipMedia& media);
     void described(int id, const QByteArray& sdp, bool isMissing);
-    void refuseAnswer(const tagLive& live, bool isMissing);
+    bool answerAsPreviewed(tagLive& live);
+    void askForReply(tagLive& live, ASKED outOfDate);
+    // What was asked for is there; empty: it is not.
+    void dialWith(tagLive& live, const QByteArray& offer);
+    void answerWith(tagLive& live, const QByteArray& sdp, bool isMissing);
+    void previewWith(tagLive& live, const QByteArray& sdp);
+    void offerWith(tagLive& live, const QByteArray& offer);
+    void replyWith(tagLive& live, const QByteArray& answer, bool isMissing);
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
     void takeOver(tagLive live, uint32_t replaced);
@@ -130,12 +126,18 @@ private:
     void limitRinging(const tagLive& live);
     void ringsTooLong(int id);
 
+    // Of a line; heard to answer.
+    struct tagStunServer
+    {
+        QByteArray address; // empty: none
+        int nPort = 0;
+    };
+
     sipLink& m_link;
     sipOrders m_orders;
     sipMedia& m_media;
     AccountOf m_accountOf;
-    tagSipCallsNews m_news;
     QList<tagLive> m_calls;
-    ::endedCalls m_ended;
+    std::array<tagStunServer, SIP_LINE_COUNT> m_stun;
     uint32_t m_nNextWire = SIP_CALL_FIRST;
 };

@@ -50,9 +50,9 @@ void sipCalls::transferred(const tagSipStatus& status)
     }
     stopTransfer(id);
     stopTransfer(other);
-    tagCall refused = shown(*find(id)); // it is told once
+    tagCall refused = find(id)->shown(); // it is told once
     refused.strReason = HX_TR("The other side refuses the transfer");
-    m_news.changed(refused);
+    tell(refused);
     if (const tagLive* left = find(other))
         tell(*left);
 }
@@ -76,7 +76,7 @@ void sipCalls::takeOver(tagLive live, uint32_t replaced)
     live.talking.start();
     m_calls.append(live);
     ask(m_calls.last(), ASKED_ANSWER);
-    m_news.changed(live.call);
+    tell(live.call);
 }
 
 // It costs the owner of the line: only where he wants that. The call is made beside the one whose other side
@@ -100,7 +100,8 @@ void sipCalls::referred(const tagSipReferred& referred)
         return;
     }
     tagLive next;
-    next.call = callNew(callTextOf(QString::fromUtf8(target.mid(target.indexOf(':') + 1).split(';').first())),
+    const tagAccountFile& account = m_accountOf(live->call.nAccount);
+    next.call = callNew(callNumberAt(QString::fromUtf8(target), account.strServer, account.nPort),
                         live->call.nAccount);
     next.call.options = live->call.options;
     next.call.bAnonymous = next.call.options.bAnonymous;
@@ -109,5 +110,5 @@ void sipCalls::referred(const tagSipReferred& referred)
     m_calls.append(next);
     limitRinging(next);
     ask(m_calls.last(), ASKED_DIAL);
-    m_news.changed(next.call);
+    tell(next.call);
 }

@@ -12,6 +12,9 @@ struct tagMediaWish
     tagCallOptions options;
     bool bHeld = false;    // by the user: nothing is sent, and nothing is heard
     bool bEncrypt = false; // an offer of nothing but SRTP
+    bool bPreview = false; // of an answer: only what the other side shows is taken, until begin()
+    QByteArray stunServer; // IPv4; says where others see the phone. Empty: nobody is asked
+    int nStunPort = 0;
 };
 
 // Hears of the media. Never before the call that asked has returned.
@@ -45,6 +48,8 @@ public:
     virtual void answer(int call, const QByteArray& offer, const tagMediaWish& wish) = 0;
     // The other side's answer to the last offer, also an early one: the streams run as agreed.
     virtual void agree(int call, const QByteArray& answer) = 0;
+    // What was answered as a preview goes both ways, as it was described.
+    virtual void begin(int /*call*/) {}
     // The last offer was refused: the streams stay as they were agreed before.
     virtual void withdraw(int call) = 0;
     // The other side does not hear the user.

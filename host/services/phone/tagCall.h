@@ -41,11 +41,12 @@ struct tagCallStreams
     bool bEncrypted = false;  // all of it
     bool bOtherHolds = false; // by its description the other side wants to hear nothing
     int nOwnPicture = -1;     // 1: the user's own picture goes out, 0: none does; -1: not known
+    int nOtherPicture = -1;   // the same of those that are to come from the other side
     bool operator==(const tagCallStreams& other) const
     {
         return strSound == other.strSound && strPicture == other.strPicture && nQuality == other.nQuality &&
                bEncrypted == other.bEncrypted && bOtherHolds == other.bOtherHolds &&
-               nOwnPicture == other.nOwnPicture;
+               nOwnPicture == other.nOwnPicture && nOtherPicture == other.nOtherPicture;
     }
 };
 
@@ -53,8 +54,9 @@ struct tagCall
 {
     int nId = 0; // from 1, never given again
     QString strNumber;
-    QString strName;   // empty when it is not known
-    int nAccount = -1; // 0 to 3, or PHONE_LINE_PSTN
+    QString strName;    // empty when it is not known
+    QString strPicture; // address of the caller's picture at the line's own server; empty: none is known
+    int nAccount = -1;  // 0 to 3, or PHONE_LINE_PSTN
     bool bIncoming = false;
     bool bAnonymous = false;  // the caller, or the user, keeps the number back
     QStringList forwardedBy;  // numbers whose phones have sent it on to this one, the last one last

@@ -2,6 +2,11 @@
 #include "host/services/storage/storageSpace.h"
 #include <QtGlobal>
 
+bool diskRoom::has(const QByteArray& folder, qint64 bytes)
+{
+    return m_granted.value(folder) >= bytes || ask(folder, bytes);
+}
+
 bool diskRoom::ask(const QByteArray& folder, qint64 bytes)
 {
     const qint64 free = getFreeSpace(folder.constData());
@@ -12,7 +17,7 @@ bool diskRoom::ask(const QByteArray& folder, qint64 bytes)
 
 bool diskRoom::take(const QByteArray& folder, qint64 bytes)
 {
-    if (m_granted.value(folder) < bytes && !ask(folder, bytes))
+    if (!has(folder, bytes))
         return false;
     m_granted[folder] -= bytes;
     return true;

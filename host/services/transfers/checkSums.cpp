@@ -25,13 +25,15 @@ void checkSums::add(const Sum& sum, const QByteArray& block)
         Qt::QueuedConnection);
 }
 
-void checkSums::finish(const Sum& sum, QObject* context, ToldCall told)
+void checkSums::finish(const Sum& sum, const QByteArray& last, ToldCall told)
 {
+    m_room.acquire(int(last.size()));
     QMetaObject::invokeMethod(
         &m_worker,
-        [sum, context, told = std::move(told)] {
-            QMetaObject::invokeMethod(
-                context, [told, result = sum->result().toHex()] { told(result); }, Qt::QueuedConnection);
+        [this, sum, last, told = std::move(told)] {
+            sum->addData(last);
+            m_room.release(int(last.size()));
+            told(sum->result().toHex());
         },
         Qt::QueuedConnection);
 }

@@ -23,9 +23,9 @@ public:
     static Sum begin() { return std::make_shared<QCryptographicHash>(QCryptographicHash::Md5); }
     // Waits while there is too much to count. block: at most MOST_BYTES.
     void add(const Sum& sum, const QByteArray& block);
-    // told: called later by the event loop of context, which lives on the calling thread and outlives this.
-    // The sum is text; nothing may be added any more.
-    void finish(const Sum& sum, QObject* context, ToldCall told);
+    // Adds the last block, which may be empty, and tells the sum as text: on the thread of the sums, since
+    // going round by another would wake that one for nothing. Nothing may be added any more.
+    void finish(const Sum& sum, const QByteArray& last, ToldCall told);
 
 private:
     QThread m_thread;

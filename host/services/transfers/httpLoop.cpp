@@ -1,20 +1,6 @@
 #include "host/services/transfers/httpLoop.h"
 #include <QSocketNotifier>
 
-// What is awaited of a socket. Its notifiers may be in the middle of telling when it closes.
-struct httpLoop::tagSocket
-{
-    QSocketNotifier* pRead;
-    QSocketNotifier* pWrite;
-    ~tagSocket()
-    {
-        for (QSocketNotifier* notifier : {pRead, pWrite}) {
-            notifier->setEnabled(false);
-            notifier->deleteLater();
-        }
-    }
-};
-
 httpLoop::httpLoop(int connections)
 {
     m_pRequests = m_curl.multi_init();
@@ -57,32 +43,28 @@ void httpLoop::remove(CURL* request)
     m_curl.multi_remove_handle(m_pRequests, request);
 }
 
-int httpLoop::onSocket(CURL*, curl_socket_t socket, int what, void* self, void* known)
+// Between two requests nothing is awaited of a socket, and its number may come back as another's.
+int httpLoop::onSocket(CURL*, curl_socket_t socket, int what, void* self, void*)
 {
-    httpLoop* loop = static_cast<httpLoop*>(self);
-    tagSocket* its = static_cast<tagSocket*>(known);
-    if (what == CURL_POLL_REMOVE) {
-        loop->m_curl.multi_assign(loop->m_pRequests, socket, nullptr);
-        delete its;
-        return 0;
-    }
-    if (!its)
-        its = loop->watch(socket);
-    its->pRead->setEnabled(what & CURL_POLL_IN);
-    its->pWrite->setEnabled(what & CURL_POLL_OUT);
+    const tagSocket& its = static_cast<httpLoop*>(self)->watched(socket);
+    its.pRead->setEnabled(what != CURL_POLL_REMOVE && (what & CURL_POLL_IN));
+    its.pWrite->setEnabled(what != CURL_POLL_REMOVE && (what & CURL_POLL_OUT));
     return 0;
 }
 
-httpLoop::tagSocket* httpLoop::watch(curl_socket_t socket)
+// They stay for the next socket of that number: making them for each request costs more than telling.
+httpLoop::tagSocket& httpLoop::watched(curl_socket_t socket)
 {
-    tagSocket* watched = new tagSocket{new QSocketNotifier(socket, QSocketNotifier::Read, this),
-                                       new QSocketNotifier(socket, QSocketNotifier::Write, this)};
-    connect(watched->pRead, &QSocketNotifier::activated, this,
-            [this, socket] { act(socket, CURL_CSELECT_IN); });
-    connect(watched->pWrite, &QSocketNotifier::activated, this,
-            [this, socket] { act(socket, CURL_CSELECT_OUT); });
-    m_curl.multi_assign(m_pRequests, socket, watched);
-    return watched;
+    tagSocket& its = m_sockets[socket];
+    if (!its.pRead) {
+        its.pRead = new QSocketNotifier(socket, QSocketNotifier::Read, this);
+        its.pWrite = new QSocketNotifier(socket, QSocketNotifier::Write, this);
+        connect(its.pRead, &QSocketNotifier::activated, this,
+                [this, socket] { act(socket, CURL_CSELECT_IN); });
+        connect(its.pWrite, &QSocketNotifier::activated, this,
+                [this, socket] { act(socket, CURL_CSELECT_OUT); });
+    }
+    return its;
 }
 
 int httpLoop::onTimer(CURLM*, long ms, void* self)

@@ -2,6 +2,7 @@
 // Carries requests on the event loop of its thread, over a few connections to each server that stay open for
 // the next ones. Lives on the network thread.
 #include "host/services/transfers/curlLibrary.h"
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QTimer>
@@ -33,15 +34,20 @@ public:
     void remove(CURL* request);
 
 private:
-    struct tagSocket;
+    struct tagSocket
+    {
+        QSocketNotifier* pRead = nullptr;
+        QSocketNotifier* pWrite = nullptr;
+    };
     static int onSocket(CURL* request, curl_socket_t socket, int what, void* self, void* known);
     static int onTimer(CURLM* requests, long ms, void* self);
-    tagSocket* watch(curl_socket_t socket);
+    tagSocket& watched(curl_socket_t socket);
     void act(curl_socket_t socket, int events);
     void tellEnds();
 
     const curlLibrary& m_curl = curlLibrary::instance();
     CURLM* m_pRequests;
     QList<CURL*> m_spare;
+    QHash<curl_socket_t, tagSocket> m_sockets; // as many as were open at a time
     QTimer m_timer;
 };

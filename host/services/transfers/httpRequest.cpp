@@ -92,7 +92,6 @@ void httpRequest::setJudges()
     set(CURLOPT_OPENSOCKETDATA, this);
     set(CURLOPT_PREREQFUNCTION, &httpRequest::onConnected);
     set(CURLOPT_PREREQDATA, this);
-    set(CURLOPT_VERBOSE, 1L); // nobody else tells what comes before it is unwrapped
     set(CURLOPT_DEBUGFUNCTION, &httpRequest::onWire);
     set(CURLOPT_DEBUGDATA, this);
     set(CURLOPT_NOPROGRESS, 0L);
@@ -120,6 +119,13 @@ int httpRequest::onConnected(void* self, char* to, char*, int, int)
 {
     const bool may = static_cast<httpRequest*>(self)->mayReach(QHostAddress(QString::fromLatin1(to)));
     return may ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+}
+
+// What comes before it is unwrapped, or thrown away, is told only to who wants to hear everything, which
+// costs too much where the body ends by itself.
+void httpRequest::countWire()
+{
+    m_curl.easy_setopt(m_pEasy, CURLOPT_VERBOSE, 1L);
 }
 
 int httpRequest::onWire(CURL*, curl_infotype what, char*, size_t size, void* self)
@@ -152,6 +158,8 @@ bool httpRequest::takeLine(const char* line, size_t length)
     const bool isEnd = length > 0 && (line[0] == '\r' || line[0] == '\n');
     const int code = status();
     const bool isAsked = code == kStatusUnauthorized && !m_url.password().isEmpty();
+    if (isEnd && (isAsked || announcedSize() < 0))
+        countWire();
     if (!isEnd || m_bHead || code < kStatusFinal || isAsked)
         return true;
     m_bHead = true;

@@ -59,6 +59,7 @@ private:
     static int onConnected(void* self, char* to, char* from, int portTo, int portFrom);
     static int onWire(CURL* easy, curl_infotype what, char* bytes, size_t size, void* self);
     static int onProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t);
+    void countWire();
     bool takeLine(const char* line, size_t length);
     bool mayReach(const QHostAddress& address);
     void setOptions();

@@ -266,12 +266,11 @@ void httpService::done(httpTransfer* transfer, bool good)
         return;
     ended(transfer);
     const tagHttpJob job = transfer->job();
-    const checkSums::Sum sum = good ? transfer->checkSum() : nullptr;
     transfer->deleteLater();
     if (--m_jobs[job.hold->number()] <= 0)
         m_jobs.remove(job.hold->number());
-    if (sum)
-        sums().finish(sum, this, [job](const QByteArray& checkSum) { tell(job, true, checkSum); });
+    if (good && transfer->isCounted())
+        transfer->countLast([job](const QByteArray& checkSum) { tell(job, true, checkSum); });
     else
         tell(job, good, QByteArray());
     // A transfer that ends at once must not make the list of those that wait go deeper and deeper.

@@ -144,7 +144,7 @@ bool httpTransfer::onHead()
     const qint64 announced = m_request->announcedSize();
     if (announced > sizeLimit())
         return refuse("it is too large");
-    return m_room.ask(m_folder, announced) || refuse("there is no room for it");
+    return m_room.has(m_folder, announced) || refuse("there is no room for it");
 }
 
 bool httpTransfer::onBytes(const char* bytes, size_t size)
@@ -194,10 +194,15 @@ bool httpTransfer::writeBlock()
 {
     if (m_block.isEmpty())
         return true;
-    const QByteArray block = std::exchange(m_block, QByteArray());
-    if (m_sum)
-        m_sums.add(m_sum, block);
-    return openFile() && m_file.Write(block.constData(), size_t(block.size()));
+    if (m_sum && !m_uncounted.isEmpty())
+        m_sums.add(m_sum, m_uncounted);
+    m_uncounted = std::exchange(m_block, QByteArray());
+    return openFile() && m_file.Write(m_uncounted.constData(), size_t(m_uncounted.size()));
+}
+
+void httpTransfer::countLast(checkSums::ToldCall told)
+{
+    m_sums.finish(m_sum, std::exchange(m_uncounted, QByteArray()), std::move(told));
 }
 
 qint64 httpTransfer::sizeLimit() const

@@ -33,8 +33,10 @@ public:
     void giveUp();
 
     const tagHttpJob& job() const { return m_job; }
-    // Of what was stored, may still be counted; null when nobody wants it.
-    const checkSums::Sum& checkSum() const { return m_sum; }
+    // False when nobody wants the sum of what was stored.
+    bool isCounted() const { return m_sum != nullptr; }
+    // Once, when all is stored. told: with the sum as text, on the thread of the sums.
+    void countLast(checkSums::ToldCall told);
     // Scheme, host and port.
     static QByteArray serverOf(const QByteArray& url);
 
@@ -74,7 +76,8 @@ private:
     chAtomicFile m_file;
     bool m_bOpen = false;
     qint64 m_nReceived = 0;
-    QByteArray m_block; // received and not written
+    QByteArray m_block;     // received and not written
+    QByteArray m_uncounted; // written last: most files are one block, which is counted and told in one go
     const char* m_szFailure = nullptr;
     QByteArray m_tlsFailure;
 };

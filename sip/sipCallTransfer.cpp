@@ -1,0 +1,111 @@
+// Calls that are put through, by either side, and calls that take the place of another one.
+#include "sip/phoneLink.h"
+#include "sip/sipAddress.h"
+#include "sip/sipCall.h"
+#include "sip/sipCaller.h"
+#include <sofia-sip/sip_tag.h>
+#include <utility>
+
+void SipCall::transfer(const std::string& target)
+{
+    if (m_eStep != STEP_TALKING)
+        return;
+    m_hooks.connected = nullptr;
+    refer(sipAddress::inBrackets(sipAddress::target(target, m_server)));
+}
+
+void SipCall::connectTo(const SipCall& other, std::function<void()> connected)
+{
+    const std::string address =
+        other.isTalking() ? sipDialog::addressReplacing(other.m_remote, other.m_pHandle) : "";
+    if (m_eStep != STEP_TALKING || address.empty()) {
+        onTransfer(481);
+        return;
+    }
+    m_hooks.connected = std::move(connected);
+    refer(sipAddress::inBrackets(address));
+}
+
+void SipCall::refer(const std::string& address)
+{
+    m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { onTransfer(408); });
+    nua_refer(m_pHandle, SIPTAG_REFER_TO_STR(address.c_str()), SIPTAG_REFERRED_BY_STR(m_own.c_str()),
+              TAG_END());
+}
+
+void SipCall::onReferred(const tagStackEvent& event)
+{
+    auto referral = std::make_unique<Referral>(m_stack, event);
+    if (referral->problem()) {
+        referral->refuse(referral->problem());
+        return;
+    }
+    if (m_eStep != STEP_TALKING || (m_referral && !m_referral->isOver()))
+        return;
+    m_referral = std::move(referral);
+    m_asked.start(m_stack.setup.nOfferMs, [this] { m_referral->refuse(603); });
+    auto referred = sipWire::make<tagSipReferred>(SIP_REFERRED, m_nId);
+    referred.bReplaces = !m_referral->replaces().empty();
+    sipWire::setText(referred.szTarget, m_referral->target());
+    m_stack.pPhone->tell(referred);
+}
+
+const Referral* SipCall::acceptReferral()
+{
+    if (!m_referral || !m_referral->isWaiting())
+        return nullptr;
+    m_asked.stop();
+    m_referral->accept();
+    return m_referral.get();
+}
+
+void SipCall::tellReferral(uint32_t status, const std::string& phrase)
+{
+    if (m_referral && !hasEnded())
+        m_referral->tell(status, phrase);
+}
+
+bool SipCall::isMeantBy(const sip_replaces_t& replaces, uint32_t line) const
+{
+    return m_nLine == line &&
+           sipDialog::isNamedBy(m_bIncoming && !hasEnded() ? sipDialog::nameOf(m_pHandle) : m_name, replaces);
+}
+
+uint32_t SipCall::refusalToReplace(bool onlyEarly) const
+{
+    if (hasEnded())
+        return 603;
+    if (m_eStep == STEP_RINGING && m_bIncoming)
+        return 481;
+    return m_eStep == STEP_TALKING && onlyEarly ? 486 : 0;
+}
+
+void SipCall::beReplaced()
+{
+    if (hasEnded())
+        return;
+    if (m_eStep == STEP_TALKING)
+        nua_bye(m_pHandle, TAG_END());
+    else
+        nua_cancel(m_pHandle, TAG_END());
+    end(SIP_REPLACED, 0, "Another call has taken its place");
+    releaseSoon();
+}
+
+void SipCall::onTransferNote(const tagStackEvent& event)
+{
+    const uint32_t status = sipCaller::statusOfTransfer(event.pMessage);
+    if (status >= 200)
+        onTransfer(status);
+}
+
+void SipCall::onTransfer(uint32_t status)
+{
+    m_limit.stop();
+    auto record = sipWire::make<tagSipStatus>(SIP_TRANSFERRED, m_nId);
+    record.nStatus = status;
+    m_stack.pPhone->tell(record);
+    const auto connected = std::exchange(m_hooks.connected, nullptr);
+    if (connected && status < 300)
+        connected();
+}

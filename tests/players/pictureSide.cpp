@@ -1,0 +1,32 @@
+#include "tests/players/pictureSide.h"
+#include "tests/players/films.h"
+
+void SeenPictures::showOther(const GstVideoFrame& frame)
+{
+    const QImage grey(static_cast<const uchar*>(frame.data[0]), frame.info.width, frame.info.height,
+                      frame.info.stride[0], QImage::Format_Grayscale8);
+    nNumber = numberIn(grey);
+    nWidth = grey.width();
+    ++nOther;
+}
+
+PictureSide::PictureSide()
+{
+    std::unique_ptr<callSockets> sockets = callSockets::open();
+    tagOwnMedia own;
+    own.address = "127.0.0.1";
+    own.nPort = 40000;
+    own.nPicturePort = sockets->port();
+    own.bLoopback = true;
+    negotiation = std::make_unique<callNegotiation>(own);
+    session = std::make_unique<pictureSession>(std::move(sockets), seen);
+    session->setCamera(true);
+}
+
+void PictureSide::apply(int through)
+{
+    tagAgreedPicture agreed = negotiation->agreedPicture();
+    if (through != 0)
+        agreed.nPort = agreed.nRtcpPort = through;
+    session->agree(agreed);
+}
