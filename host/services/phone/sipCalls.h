@@ -78,6 +78,7 @@ private:
         bool bAskedHeld = false;  // what the last description said
         bool bAgreedHeld = false; // what the other side knows
         bool bSilenced = false;   // it refused to be held: it does not hear the user
+        bool bJoinAgain = false;  // the media that joined it are gone
         bool bRings = false;
         bool bPicksUp = false; // when it begins
         bool bTransferring = false;
@@ -97,6 +98,7 @@ private:
     tagMediaWish wishOf(const tagLive& live) const;
     using phoneCalls::tell;
     void tell(const tagLive& live) const { tell(live.shown()); }
+    void joinAgain(tagLive& live);
     void tellBoth(int id, int other);
     void ask(tagLive& live, ASKED what);
     void offerAnew(tagLive& live);
