@@ -91,24 +91,35 @@ bool callNegotiation::mayHearUs(const QByteArray& address, int port, bool loopba
     return first != 0 && first < 224 && (loopback || first != 127);
 }
 
+tagMappedPlace callNegotiation::placeOf(const QByteArray& address, int port, const tagMappedPlace& mapped)
+{
+    return mapped.address.isEmpty() ? tagMappedPlace{address, port, address, port + 1} : mapped;
+}
+
+QByteArray callNegotiation::rtcpLine(const tagMappedPlace& place)
+{
+    const bool isElsewhere = place.rtcpAddress != place.address;
+    return "a=rtcp:" + number(place.nRtcpPort) + (isElsewhere ? " IN IP4 " + place.rtcpAddress : "") + kEnd;
+}
+
 QByteArray callNegotiation::head()
 {
     ++m_nVersion;
+    const QByteArray address = soundPlace().address;
     return "v=0" + kEnd + "o=- " + QByteArray::number(m_own.nSession) + ' ' + QByteArray::number(m_nVersion) +
-           " IN IP4 " + m_own.address + kEnd + "s=-" + kEnd + "c=IN IP4 " + m_own.address + kEnd + "t=0 0" +
-           kEnd;
+           " IN IP4 " + address + kEnd + "s=-" + kEnd + "c=IN IP4 " + address + kEnd + "t=0 0" + kEnd;
 }
 
 QByteArray callNegotiation::soundLine(const QByteArray& transport, const tagAgreedSound& sound,
                                       const Cryptos& cryptos, const QByteArray& direction, bool mux) const
 {
-    QByteArray text = "m=audio " + number(m_own.nPort) + ' ' + transport;
+    QByteArray text = "m=audio " + number(soundPlace().nPort) + ' ' + transport;
     for (const tagAgreedCodec& codec : sound.take)
         text += ' ' + number(codec.nPayload);
     text += kEnd;
     for (const tagAgreedCodec& codec : sound.take)
         text += codecLines(codec);
-    text += "a=ptime:" + number(sound.nPtime) + kEnd + "a=rtcp:" + number(m_own.nPort + 1) + kEnd;
+    text += "a=ptime:" + number(sound.nPtime) + kEnd + rtcpLine(soundPlace());
     if (mux)
         text += "a=rtcp-mux" + kEnd;
     for (const tagCrypto& crypto : cryptos)
@@ -119,16 +130,18 @@ QByteArray callNegotiation::soundLine(const QByteArray& transport, const tagAgre
 QByteArray callNegotiation::pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
                                         const Cryptos& cryptos, const QByteArray& direction, bool mux) const
 {
-    QByteArray text = "m=video " + number(m_own.nPicturePort) + ' ' + transport;
+    const tagMappedPlace place = picturePlace();
+    QByteArray text = "m=video " + number(place.nPort) + ' ' + transport;
     for (const tagPictureFormat& format : formats)
         text += ' ' + number(format.nPayload);
     text += kEnd;
+    if (place.address != soundPlace().address)
+        text += "c=IN IP4 " + place.address + kEnd;
     if (m_wanted.nKbit > 0)
         text += "b=AS:" + number(m_wanted.nKbit) + kEnd;
     for (const tagPictureFormat& format : formats)
         text += pictureFormat::lines(format);
-    text += "a=rtcp:" + number(m_own.nPicturePort + 1) + kEnd + "a=rtcp-fb:* nack pli" + kEnd +
-            "a=rtcp-fb:* ccm fir" + kEnd;
+    text += rtcpLine(place) + "a=rtcp-fb:* nack pli" + kEnd + "a=rtcp-fb:* ccm fir" + kEnd;
     if (mux)
         text += "a=rtcp-mux" + kEnd;
     for (const tagCrypto& crypto : cryptos)

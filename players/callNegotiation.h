@@ -51,6 +51,15 @@ struct tagAgreedPicture : public tagAgreedStream
     bool bHeldByPeer = false;     // the call, as its sound says
 };
 
+// Where a stream of this side is seen beyond the routers.
+struct tagMappedPlace
+{
+    QByteArray address; // IPv4 with dots; empty: where this side itself says that it is
+    int nPort = 0;
+    QByteArray rtcpAddress; // the same of its reports
+    int nRtcpPort = 0;
+};
+
 // Where this side is.
 struct tagOwnMedia
 {
@@ -90,6 +99,9 @@ public:
     const tagAgreedSound& agreed() const { return m_agreed; }
     tagAgreedPicture agreedPicture() const;
     void setPicturePort(int port) { m_own.nPicturePort = port; }
+    // Before the first description that names the stream.
+    void setMapped(const tagMappedPlace& place) { m_mapped = place; }
+    void setPictureMapped(const tagMappedPlace& place) { m_pictureMapped = place; }
 
     // Sound may be sent there: an address of one machine, that is no system's port. loopback: also to this
     // machine's loopback interface.
@@ -117,6 +129,14 @@ private:
     using Cryptos = QList<tagCrypto>;
 
     QByteArray head();
+    // Where the stream of one of this side's ports is to be sent.
+    static tagMappedPlace placeOf(const QByteArray& address, int port, const tagMappedPlace& mapped);
+    tagMappedPlace soundPlace() const { return placeOf(m_own.address, m_own.nPort, m_mapped); }
+    tagMappedPlace picturePlace() const
+    {
+        return placeOf(m_own.address, m_own.nPicturePort, m_pictureMapped);
+    }
+    static QByteArray rtcpLine(const tagMappedPlace& place);
     QByteArray soundLine(const QByteArray& transport, const tagAgreedSound& sound, const Cryptos& cryptos,
                          const QByteArray& direction, bool mux) const;
     QByteArray pictureLine(const QByteArray& transport, const QList<tagPictureFormat>& formats,
@@ -155,6 +175,8 @@ private:
     Cryptos keysFor(const tagDescribedMedia& offered, Cryptos& of, tagAgreedStream& stream);
 
     tagOwnMedia m_own;
+    tagMappedPlace m_mapped; // of the sound
+    tagMappedPlace m_pictureMapped;
     callCrypto::KeySource m_keys;
     quint64 m_nVersion = 0;
     QList<tagPlace> m_places;                 // of the present description

@@ -4,7 +4,9 @@
 #include "support/file/deviceRoot.h"
 #include "support/host/trace.h"
 #include <algorithm>
+#include <arpa/inet.h>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -23,15 +25,31 @@ chThreadBase* phone()
     return msgGetThreadByName("app_hxPhone");
 }
 
+// A device speaks with none of its own programs; phones side by side on one machine do.
+bool hasLoopback()
+{
+    return !deviceGetRoot().IsEmpty();
+}
+
 tagOwnMedia ownMedia(const CALL_WISH& wish, int port)
 {
     tagOwnMedia own;
     own.address = wish.szLocalIP[0] ? wish.szLocalIP : "127.0.0.1";
     own.nPort = port;
-    // A device speaks with none of its own programs; phones side by side on one machine do.
-    own.bLoopback = !deviceGetRoot().IsEmpty();
+    own.bLoopback = hasLoopback();
     own.nSession = callCrypto::randomNumber<quint32>();
     return own;
+}
+
+// Null where nobody is to be asked.
+std::unique_ptr<mappedPorts> portsAskedFor(const CALL_WISH& wish, std::unique_ptr<callSockets>& sockets)
+{
+    sockaddr_in server = {};
+    if (inet_pton(AF_INET, wish.szStunIP, &server.sin_addr) != 1)
+        return nullptr;
+    server.sin_family = AF_INET;
+    server.sin_port = htons(uint16_t(wish.nStunPort));
+    return std::make_unique<mappedPorts>(std::move(sockets), server, hasLoopback());
 }
 
 template <int size>
@@ -50,6 +68,9 @@ callService::callService(pictureScreen& screen)
     QObject::connect(&m_open, &QTimer::timeout, &m_open, [this] { m_sound.open(); });
     m_look.setInterval(LOOK_MS);
     QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { look(); });
+    m_ports.setTimerType(Qt::PreciseTimer);
+    m_ports.setInterval(mappedPorts::LOOK_MS);
+    QObject::connect(&m_ports, &QTimer::timeout, &m_ports, [this] { stepPorts(); });
 }
 
 int callService::TryThreadMessage(msgObject& msg)
@@ -114,25 +135,70 @@ callService::tagCallEntry* callService::entryFor(int call, const CALL_WISH& wish
     tagCallEntry& entry = m_calls[call];
     entry.negotiation = std::make_unique<callNegotiation>(ownMedia(wish, sockets->port()));
     entry.told.nQuality = -1;
-    m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
     m_look.start();
+    entry.soundPorts = portsAskedFor(wish, sockets);
+    if (!entry.soundPorts)
+        addSession(call, std::move(sockets));
     return &entry;
 }
 
-bool callService::openPictures(int call, tagCallEntry& entry)
+void callService::addSession(int call, std::unique_ptr<callSockets> sockets)
 {
-    if (entry.pictures)
+    m_desk.add(call, std::make_unique<callSession>(std::move(sockets)));
+}
+
+bool callService::openPictures(int call, tagCallEntry& entry, const CALL_WISH& wish)
+{
+    if (entry.pictures || entry.picturePorts)
         return true;
     std::unique_ptr<callSockets> sockets = callSockets::open();
     if (!sockets)
         return false;
     entry.negotiation->setPicturePort(sockets->port());
+    m_pictureElements.load();
+    entry.picturePorts = portsAskedFor(wish, sockets);
+    if (!entry.picturePorts)
+        beginPictures(call, entry, std::move(sockets));
+    return true;
+}
+
+void callService::beginPictures(int call, tagCallEntry& entry, std::unique_ptr<callSockets> sockets)
+{
     entry.end = std::make_unique<tagEnd>(m_screen, call, [this] {
         QMetaObject::invokeMethod(
             &m_look, [this] { tellAll(); }, Qt::QueuedConnection);
     });
     entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
-    m_pictureElements.load();
+}
+
+void callService::stepPorts()
+{
+    bool waits = false;
+    for (auto entry = m_calls.begin(); entry != m_calls.end();) {
+        const auto each = entry++; // it may end
+        waits = (each->second.waiting && !stepPorts(each->first, each->second)) || waits;
+    }
+    if (!waits)
+        m_ports.stop();
+}
+
+bool callService::stepPorts(int call, tagCallEntry& entry)
+{
+    const bool isSoundSeen = !entry.soundPorts || entry.soundPorts->step();
+    const bool arePicturesSeen = !entry.picturePorts || entry.picturePorts->step();
+    if (!isSoundSeen || !arePicturesSeen)
+        return false;
+    if (const auto ports = std::exchange(entry.soundPorts, nullptr)) {
+        entry.negotiation->setMapped(ports->place());
+        addSession(call, ports->take());
+        m_desk.with(call, [&](callSession& session) { session.setMuted(entry.bMuted); });
+    }
+    if (const auto ports = std::exchange(entry.picturePorts, nullptr)) {
+        entry.negotiation->setPictureMapped(ports->place());
+        beginPictures(call, entry, ports->take());
+    }
+    const tagQuestion question = *std::exchange(entry.waiting, std::nullopt);
+    reply(call, entry, question);
     return true;
 }
 
@@ -146,10 +212,10 @@ void callService::takeOwnPlace(const msgObject& msg)
         m_screen.setOwnPlace(place);
 }
 
-void callService::reply(const msgObject& msg, const QByteArray& description) const
+void callService::tellDescription(int call, unsigned int number, const QByteArray& description)
 {
     const bool isThere = !description.isEmpty() && description.size() < CALL_DESCRIPTION_SIZE;
-    msgPostMsgToThreadEx(phone(), MEDIA_MSG_CALL_DESCRIBED, msg.wParam, msg.lParam,
+    msgPostMsgToThreadEx(phone(), MEDIA_MSG_CALL_DESCRIBED, unsigned(call), number,
                          isThere ? int(description.size()) + 1 : 0,
                          isThere ? description.constData() : nullptr);
 }
@@ -157,41 +223,58 @@ void callService::reply(const msgObject& msg, const QByteArray& description) con
 void callService::describe(const msgObject& msg)
 {
     m_elements.load();
-    CALL_WISH wish;
-    QByteArray offer;
-    const char* fault = playerRecords::readWish(msg.GetExtraData(), msg.GetExtraSize(), wish, offer);
-    const bool isAnswer = msg.message == MEDIA_MSG_CALL_ANSWER;
-    if (!fault && offer.isEmpty() == isAnswer)
+    tagQuestion question;
+    question.nNumber = msg.lParam;
+    question.bAnswer = msg.message == MEDIA_MSG_CALL_ANSWER;
+    const CALL_WISH& wish = question.wish;
+    const char* fault =
+        playerRecords::readWish(msg.GetExtraData(), msg.GetExtraSize(), question.wish, question.offer);
+    if (!fault && question.offer.isEmpty() == question.bAnswer)
         fault = "the size is wrong";
     const int call = int(msg.wParam);
-    const bool isNew = m_calls.count(call) == 0;
+    question.bNew = m_calls.count(call) == 0;
     tagCallEntry* entry = fault ? nullptr : entryFor(call, wish);
     if (!fault && !entry)
         fault = "there are too many calls";
     if (fault) {
         refuse(msg, fault);
-        reply(msg, {});
+        tellDescription(call, question.nNumber, {});
         return;
     }
-    entry->bPreview = isAnswer && wish.bPreview != 0;
+    entry->bPreview = question.bAnswer && wish.bPreview != 0;
     if (!entry->bPreview)
         m_open.start(0); // behind the reply: somebody waits for that
+    if (wish.bVideo != 0)
+        openPictures(call, *entry, wish);
+    if (!entry->soundPorts && !entry->picturePorts) {
+        reply(call, *entry, question);
+        return;
+    }
+    question.bNew = question.bNew || (entry->waiting && entry->waiting->bNew);
+    entry->waiting = question;
+    m_ports.start();
+}
+
+void callService::reply(int call, tagCallEntry& entry, const tagQuestion& question)
+{
+    const CALL_WISH& wish = question.wish;
     tagMediaWant want;
     want.bHeld = wish.bHeld != 0;
     want.bEncrypt = wish.bEncrypt != 0;
-    want.bVideo = wish.bVideo != 0 && openPictures(call, *entry);
+    want.bVideo = wish.bVideo != 0 && entry.pictures;
     want.bCamera = want.bVideo && wish.bCamera != 0 && pictureSourceIsThere();
     want.nKbit = int(std::min<uint32_t>(wish.nBandwidth, pictureRate::MOST_KBIT));
     want.nRate = wish.nFrameRate > 0 ? int(std::min<uint32_t>(wish.nFrameRate, 30)) : 30;
-    QByteArray text = isAnswer ? entry->negotiation->answer(offer, want) : entry->negotiation->offer(want);
+    QByteArray text =
+        question.bAnswer ? entry.negotiation->answer(question.offer, want) : entry.negotiation->offer(want);
     // A preview of nothing would only take the ringing from the other side's ear.
-    if (entry->bPreview && !entry->negotiation->agreedPicture().bReceives)
+    if (entry.bPreview && !entry.negotiation->agreedPicture().bReceives)
         text.clear();
-    reply(msg, text);
-    if (text.isEmpty() && isNew) {
+    tellDescription(call, question.nNumber, text);
+    if (text.isEmpty() && question.bNew) {
         end(call);
-    } else if (isAnswer && !text.isEmpty()) {
-        entry->bAgreed = entry->bPicturesAgreed = true;
+    } else if (question.bAnswer && !text.isEmpty()) {
+        entry.bAgreed = entry.bPicturesAgreed = true;
         apply();
         applyPictures();
     }
@@ -295,6 +378,8 @@ void callService::tellAll()
 
 void callService::tell(int call, tagCallEntry& entry, bool measures)
 {
+    if (entry.soundPorts)
+        return;
     CALL_STREAMS streams = {};
     streams.nQuality = entry.told.nQuality;
     m_desk.with(call, [&](callSession& session) {
@@ -323,8 +408,13 @@ void callService::tell(int call, tagCallEntry& entry, bool measures)
 
 void callService::setMuted(const msgObject& msg)
 {
-    if (!m_desk.with(int(msg.wParam), [&](callSession& session) { session.setMuted(msg.lParam != 0); }))
+    const auto known = m_calls.find(int(msg.wParam));
+    if (known == m_calls.end()) {
         refuse(msg, "there is no such call");
+        return;
+    }
+    known->second.bMuted = msg.lParam != 0;
+    m_desk.with(known->first, [&](callSession& session) { session.setMuted(known->second.bMuted); });
 }
 
 void callService::sendTone(const msgObject& msg)

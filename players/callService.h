@@ -4,11 +4,13 @@
 #include "players/callDesk.h"
 #include "players/deviceSound.h"
 #include "players/filmElements.h"
+#include "players/mappedPorts.h"
 #include "players/pictureScreen.h"
 #include "players/pictureSession.h"
 #include "support/host/message.h"
 #include "support/host/player.h"
 #include <QTimer>
+#include <optional>
 
 class callService : public chMsgProcesser
 {
@@ -49,9 +51,22 @@ private:
         std::function<void()> changed;
         std::atomic<bool> bSeen{false};
     };
+    // A description that the phone has asked for.
+    struct tagQuestion
+    {
+        unsigned int nNumber = 0; // of the request
+        bool bAnswer = false;
+        CALL_WISH wish = {};
+        QByteArray offer;  // that is answered
+        bool bNew = false; // of the call
+    };
     struct tagCallEntry
     {
         std::unique_ptr<callNegotiation> negotiation;
+        std::unique_ptr<mappedPorts> soundPorts; // until it is known where they are seen
+        std::unique_ptr<mappedPorts> picturePorts;
+        std::optional<tagQuestion> waiting; // for that
+        bool bMuted = false;                // meanwhile
         std::unique_ptr<tagEnd> end;
         std::unique_ptr<pictureSession> pictures; // null: none were ever wanted; ends before its end
         bool bPicturesAgreed = false;             // as below, for the pictures
@@ -62,15 +77,20 @@ private:
     using Calls = std::map<int, tagCallEntry>;
 
     void describe(const msgObject& msg);
+    void reply(int call, tagCallEntry& entry, const tagQuestion& question);
+    void stepPorts();
+    bool stepPorts(int call, tagCallEntry& entry);
+    void addSession(int call, std::unique_ptr<callSockets> sockets);
+    void beginPictures(int call, tagCallEntry& entry, std::unique_ptr<callSockets> sockets);
     void agree(const msgObject& msg);
     void setMuted(const msgObject& msg);
     void sendTone(const msgObject& msg);
     void begin(int call);
     void end(int call);
     void takeOwnPlace(const msgObject& msg);
-    bool openPictures(int call, tagCallEntry& entry);
+    bool openPictures(int call, tagCallEntry& entry, const CALL_WISH& wish);
     tagCallEntry* entryFor(int call, const CALL_WISH& wish);
-    void reply(const msgObject& msg, const QByteArray& description) const;
+    static void tellDescription(int call, unsigned int number, const QByteArray& description);
 
     // The streams are built when the parts are there.
     void apply();
@@ -89,5 +109,6 @@ private:
     Calls m_calls;
     filmElements m_elements;
     filmElements m_pictureElements;
+    QTimer m_ports;           // runs while a question waits for where they are seen
     QList<int> m_cameraCalls; // that want the camera; the last one has it
 };

@@ -86,7 +86,7 @@ void callSession::takePacket(unsigned char* packet, int size, const sockaddr_in&
     const int opened = m_keys.open(packet, size, false);
     const bool isWhole = opened > 0 && rtpPacket::read(packet, opened, head, start, length);
     const tagAgreedCodec* codec = isWhole ? codecOf(head.nPayload) : nullptr;
-    if (!codec || length == 0 || !m_peer.takes(from, head)) {
+    if (!codec || length == 0 || !m_peer.takes(from, head, nowUs)) {
         ++m_nStrangers;
         return;
     }

@@ -232,7 +232,7 @@ void pictureSession::takePacket(unsigned char* packet, int size, const sockaddr_
     const int opened = isFromPeer ? m_keys.open(packet, size, false) : 0;
     const bool isWhole = opened > 0 && rtpPacket::read(packet, opened, head, start, length);
     const tagPictureFormat* format = isWhole ? formatOf(head.nPayload) : nullptr;
-    if (!format || !m_peer.takes(from, head)) {
+    if (!format || !m_peer.takes(from, head, nowUs)) {
         ++m_counts.nStrangers;
         return;
     }

@@ -203,8 +203,10 @@ const char* playerRecords::readWish(const void* block, int size, CALL_WISH& wish
     CALL_WISH read;
     if (size < int(sizeof read) || !copyWhole(block, int(sizeof read), read))
         return "the size is wrong";
-    if (!isAddress(read.szLocalIP))
+    if (!isAddress(read.szLocalIP) || !isAddress(read.szStunIP))
         return "an address is none";
+    if (read.szStunIP[0] && (read.nStunPort < 1 || read.nStunPort > 65535))
+        return "a port is out of range";
     QByteArray behind;
     const char* text = static_cast<const char*>(block) + sizeof read;
     const char* fault =

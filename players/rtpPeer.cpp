@@ -5,6 +5,7 @@ namespace {
 
 constexpr int kOtherSource = 5; // packets; then the other side is another one
 constexpr int kOtherPort = 5;   // packets in a row; fewer may be sent blindly
+constexpr qint64 kQuietUs = 400000;
 
 sockaddr_in placeOf(const QByteArray& address, int port)
 {
@@ -39,8 +40,8 @@ bool rtpPeer::isAt(const sockaddr_in& from) const
 
 bool rtpPeer::is(const sockaddr_in& from) const
 {
-    return isAt(from) &&
-           (!m_bLatched || from.sin_port == m_rtp.sin_port || from.sin_port == m_agreedRtp.sin_port);
+    return isAt(from) && (!m_bLatched || isOnTrial() || isSealed() || from.sin_port == m_rtp.sin_port ||
+                          from.sin_port == m_agreedRtp.sin_port);
 }
 
 // Whoever guesses packets hits the numbers of one row hardly ever.
@@ -52,14 +53,21 @@ bool rtpPeer::isInRow(const sockaddr_in& from, const tagRtpHead& head)
     return m_row.nPackets >= kOtherPort;
 }
 
-bool rtpPeer::takes(const sockaddr_in& from, const tagRtpHead& head)
+// Whose seal is right needs no further proof. Who has only thrown a row at every port of this machine does
+// not keep the place of who goes on speaking.
+bool rtpPeer::takes(const sockaddr_in& from, const tagRtpHead& head, qint64 nowUs)
 {
-    if (m_bLatched && from.sin_port == m_rtp.sin_port)
+    if (m_bLatched && from.sin_port == m_rtp.sin_port) {
+        m_nTookUs = nowUs;
         return true;
+    }
     const bool isAgreed = from.sin_port == m_agreedRtp.sin_port;
-    if (!isAgreed && (m_bLatched || !isInRow(from, head)))
+    const bool isFree = !m_bLatched || (isOnTrial() && nowUs - m_nTookUs > kQuietUs);
+    if (!isAgreed && !isSealed() && (!isFree || !isInRow(from, head)))
         return false;
     m_bLatched = true;
+    m_nTookUs = nowUs;
+    m_row = {};
     m_bSource = false; // who has spoken so far was somebody else
     m_rtp = from;
     if (m_agreed.nRtcpPort == m_agreed.nPort)

@@ -16,8 +16,10 @@ public:
     // than it knows of. Another address may be anybody's.
     bool is(const sockaddr_in& from) const;
     // Of a packet as agreed from a place that may be the other side's: false while it counts for nothing. The
-    // agreed port counts at once and always; another one after a row of packets, and only until then.
-    bool takes(const sockaddr_in& from, const tagRtpHead& head);
+    // agreed port counts at once and always; another one after a row of packets, or at once where
+    // they are sealed, and from then on as long as it goes on: when it is quiet, the next row may come from
+    // elsewhere.
+    bool takes(const sockaddr_in& from, const tagRtpHead& head, qint64 nowUs);
     // Who has begun goes on, until another one has taken his place; begins: that is now.
     bool isSource(quint32 source, bool& begins);
     quint32 source() const { return m_nSource; }
@@ -26,12 +28,16 @@ public:
 
 private:
     bool isInRow(const sockaddr_in& from, const tagRtpHead& head);
+    bool isSealed() const { return m_agreed.eSuite != CRYPTO_SUITE::NONE; }
+    // Its place is one that nobody agreed on.
+    bool isOnTrial() const { return m_bLatched && m_rtp.sin_port != m_agreedRtp.sin_port; }
 
     tagAgreedStream m_agreed;
     sockaddr_in m_agreedRtp = {};
     sockaddr_in m_rtp = {};
     sockaddr_in m_rtcp = {};
     bool m_bLatched = false;
+    qint64 m_nTookUs = 0; // the last packet of a place on trial
     bool m_bSource = false;
     quint32 m_nSource = 0;
     int m_nOther = 0; // packets in a row that have another one

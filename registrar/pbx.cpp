@@ -1,5 +1,6 @@
 #include "registrar/pbx.h"
 #include "registrar/pbxText.h"
+#include <algorithm>
 #include <csignal>
 #include <sofia-sip/nta_stateless.h>
 #include <sofia-sip/nta_tag.h>
@@ -115,8 +116,8 @@ int Pbx::onMessage(Pbx* self, nta_agent_t* agent, msg_t* message, sip_t* sip)
         self->takeAck(message, sip);
     } else if (sip->sip_request->rq_method == sip_method_cancel) {
         nta_msg_treply(agent, message, SIP_481_NO_TRANSACTION, TAG_END());
-    } else if (nta_incoming_t* request = nta_incoming_create(agent, nullptr, message, sip, TAG_END())) {
-        self->takeRequest(request, *sip);
+    } else {
+        self->takeRequest(message, sip);
     }
     return 0;
 }
@@ -149,59 +150,71 @@ void Pbx::takeAck(msg_t* message, const sip_t* sip)
         nta_msg_tsend(m_pbx.pAgent, copy, nullptr, TAG_END());
 }
 
+void Pbx::refuse(msg_t* message, int status, const char* phrase)
+{
+    nta_msg_treply(m_pbx.pAgent, message, status, phrase, TAG_END());
+}
+
 void Pbx::refuse(nta_incoming_t* request, int status, const char* phrase)
 {
     nta_incoming_treply(request, status, phrase, TAG_END());
     nta_incoming_destroy(request);
 }
 
-void Pbx::takeRequest(nta_incoming_t* request, const sip_t& sip)
+// Nothing is kept of what is refused, or asked for a password: who sends it without end costs the time of a
+// reply each, and waits for no acknowledgement.
+void Pbx::takeRequest(msg_t* message, sip_t* sip)
 {
-    const url_t* url = sip.sip_request->rq_url;
-    const sip_method_t method = sip.sip_request->rq_method;
-    const bool isHere = pbxText::isPlace(url, m_pbx.place);
+    const url_t* url = sip->sip_request->rq_url;
+    const sip_method_t method = sip->sip_request->rq_method;
+    const bool isHere = pbxText::isPlace(url, m_pbx.place), isWithin = sip->sip_to->a_tag != nullptr;
+    const bool isRegister = method == sip_method_register, isSubscribe = method == sip_method_subscribe;
     // Who has come by here once would come again and again.
-    for (const sip_via_t* via = sip.sip_via ? sip.sip_via->v_next : nullptr; via; via = via->v_next) {
+    for (const sip_via_t* via = sip->sip_via ? sip->sip_via->v_next : nullptr; via; via = via->v_next) {
         const std::string place = std::string(via->v_host) + ":" + (via->v_port ? via->v_port : "5060");
         if (place == m_pbx.place)
-            return refuse(request, SIP_482_LOOP_DETECTED);
+            return refuse(message, SIP_482_LOOP_DETECTED);
     }
     if (!pbxText::isSip(url))
-        return refuse(request, 416, "Unsupported URI Scheme");
-    if (sip.sip_proxy_require)
-        return refuse(request, SIP_420_BAD_EXTENSION);
-    if (method == sip_method_register)
-        return isHere ? registerPhone(request, sip) : refuse(request, SIP_403_FORBIDDEN);
-    if (sip.sip_to->a_tag)
-        return takeWithin(request, sip);
-    if (method == sip_method_options && isHere && !url->url_user) {
-        nta_incoming_treply(request, SIP_200_OK, SIPTAG_ALLOW_STR(kMethods), TAG_END());
-        nta_incoming_destroy(request);
+        return refuse(message, 416, "Unsupported URI Scheme");
+    if (sip->sip_proxy_require)
+        return refuse(message, SIP_420_BAD_EXTENSION);
+    if (isRegister && !isHere)
+        return refuse(message, SIP_403_FORBIDDEN);
+    const bool isQuestion = method == sip_method_options && isHere && !url->url_user;
+    if (!isRegister && !isWithin && isQuestion) {
+        nta_msg_treply(m_pbx.pAgent, message, SIP_200_OK, SIPTAG_ALLOW_STR(kMethods), TAG_END());
         return;
     }
-    if (method != sip_method_subscribe && method != sip_method_options && !isForPhones(method))
-        return refuse(request, SIP_405_METHOD_NOT_ALLOWED);
-    const std::string user = knownUser(request, sip);
-    if (user.empty())
+    if (!isRegister && !isWithin && !isSubscribe && method != sip_method_options && !isForPhones(method))
+        return refuse(message, SIP_405_METHOD_NOT_ALLOWED);
+    if (!isRegister && !isSubscribe && isWithin && !isOfCall(*sip))
+        return refuse(message, SIP_481_NO_CALL);
+    std::string user;
+    if (isRegister || isSubscribe || !isWithin) {
+        user = knownUser(message, *sip);
+        if (user.empty())
+            return;
+    }
+    nta_incoming_t* request = nta_incoming_create(m_pbx.pAgent, nullptr, message, sip, TAG_END());
+    if (!request)
         return;
-    if (method != sip_method_subscribe)
-        return lead(request, sip, user);
-    if (!isHere)
-        return refuse(request, SIP_403_FORBIDDEN);
-    m_events.subscribe(request, sip, user, pbxNow());
-    nta_incoming_destroy(request);
+    if (isRegister) {
+        registerPhone(request, *sip, user);
+    } else if (isSubscribe && !isWithin && !isHere) {
+        refuse(request, SIP_403_FORBIDDEN);
+    } else if (isSubscribe) {
+        m_events.subscribe(request, *sip, user, pbxNow());
+        nta_incoming_destroy(request);
+    } else if (isWithin) {
+        takeWithin(request, *sip);
+    } else {
+        lead(request, *sip, user);
+    }
 }
 
 void Pbx::takeWithin(nta_incoming_t* request, const sip_t& sip)
 {
-    if (sip.sip_request->rq_method == sip_method_subscribe) {
-        const std::string user = knownUser(request, sip);
-        if (user.empty())
-            return;
-        m_events.subscribe(request, sip, user, pbxNow());
-        nta_incoming_destroy(request);
-        return;
-    }
     for (const auto& call : m_mail) {
         if (call->holds(sip)) {
             call->take(request);
@@ -209,10 +222,7 @@ void Pbx::takeWithin(nta_incoming_t* request, const sip_t& sip)
             return;
         }
     }
-    if (m_calls.holds(sip))
-        leadWithin(request, sip);
-    else
-        refuse(request, SIP_481_NO_CALL);
+    leadWithin(request, sip);
 }
 
 void Pbx::leadWithin(nta_incoming_t* request, const sip_t& sip)
@@ -240,6 +250,12 @@ void Pbx::leadWithin(nta_incoming_t* request, const sip_t& sip)
     }
 }
 
+bool Pbx::isOfCall(const sip_t& sip) const
+{
+    return m_calls.holds(sip) ||
+           std::any_of(m_mail.begin(), m_mail.end(), [&](const auto& call) { return call->holds(sip); });
+}
+
 // One that has moved meanwhile has registered from there.
 bool Pbx::isOfParty(const sip_t& sip, msg_t* message) const
 {
@@ -250,7 +266,7 @@ bool Pbx::isOfParty(const sip_t& sip, msg_t* message) const
             m_contacts->isAt(call->callee, host));
 }
 
-std::string Pbx::knownUser(nta_incoming_t* request, const sip_t& sip)
+std::string Pbx::knownUser(msg_t* message, const sip_t& sip)
 {
     const bool isRegister = sip.sip_request->rq_method == sip_method_register;
     const msg_auth_t* answers = isRegister ? sip.sip_authorization : sip.sip_proxy_authorization;
@@ -262,31 +278,28 @@ std::string Pbx::knownUser(nta_incoming_t* request, const sip_t& sip)
         const bool isOwn = from == user || (!isRegister && from == "anonymous");
         if (isOwn)
             return user;
-        refuse(request, SIP_403_FORBIDDEN);
+        refuse(message, SIP_403_FORBIDDEN);
         return "";
     }
     if (verdict == PasswordCheck::VERDICT::BAD) {
-        refuse(request, SIP_403_FORBIDDEN);
+        refuse(message, SIP_403_FORBIDDEN);
         return "";
     }
     const auto questions = m_passwords->questions(verdict == PasswordCheck::VERDICT::LATE);
     const char* second = questions.size() > 1 ? questions[1].c_str() : nullptr;
     if (isRegister)
-        nta_incoming_treply(request, SIP_401_UNAUTHORIZED, SIPTAG_WWW_AUTHENTICATE_STR(questions[0].c_str()),
-                            TAG_IF(second, SIPTAG_WWW_AUTHENTICATE_STR(second)), TAG_END());
+        nta_msg_treply(m_pbx.pAgent, message, SIP_401_UNAUTHORIZED,
+                       SIPTAG_WWW_AUTHENTICATE_STR(questions[0].c_str()),
+                       TAG_IF(second, SIPTAG_WWW_AUTHENTICATE_STR(second)), TAG_END());
     else
-        nta_incoming_treply(request, SIP_407_PROXY_AUTH_REQUIRED,
-                            SIPTAG_PROXY_AUTHENTICATE_STR(questions[0].c_str()),
-                            TAG_IF(second, SIPTAG_PROXY_AUTHENTICATE_STR(second)), TAG_END());
-    nta_incoming_destroy(request);
+        nta_msg_treply(m_pbx.pAgent, message, SIP_407_PROXY_AUTH_REQUIRED,
+                       SIPTAG_PROXY_AUTHENTICATE_STR(questions[0].c_str()),
+                       TAG_IF(second, SIPTAG_PROXY_AUTHENTICATE_STR(second)), TAG_END());
     return "";
 }
 
-void Pbx::registerPhone(nta_incoming_t* request, const sip_t& sip)
+void Pbx::registerPhone(nta_incoming_t* request, const sip_t& sip, const std::string& user)
 {
-    const std::string user = knownUser(request, sip);
-    if (user.empty())
-        return;
     const long now = pbxNow();
     if (pbxText::user(sip.sip_to->a_url) != user)
         return refuse(request, SIP_403_FORBIDDEN);

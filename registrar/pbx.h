@@ -45,19 +45,23 @@ private:
     static int onSignal(su_root_magic_t*, su_wait_t*, su_wakeup_arg_t* self);
     void takeReply(msg_t* message, sip_t* sip);
     void takeAck(msg_t* message, const sip_t* sip);
-    void takeRequest(nta_incoming_t* request, const sip_t& sip);
+    void takeRequest(msg_t* message, sip_t* sip);
+    // There is a call, or one of the voice mail, that it belongs to.
+    bool isOfCall(const sip_t& sip) const;
     void takeWithin(nta_incoming_t* request, const sip_t& sip);
     // Of one of the calls that went through.
     void leadWithin(nta_incoming_t* request, const sip_t& sip);
     // It comes from where one of the call's two parties is.
     bool isOfParty(const sip_t& sip, msg_t* message) const;
-    void registerPhone(nta_incoming_t* request, const sip_t& sip);
+    void registerPhone(nta_incoming_t* request, const sip_t& sip, const std::string& user);
     void lead(nta_incoming_t* request, const sip_t& sip, const std::string& user);
     void leadTo(nta_incoming_t* request, const sip_t& sip, const std::string& user, const std::string& callee,
                 const std::vector<std::string>& addresses);
     void callMail(nta_incoming_t* request, const std::string& user);
     // Who asks; empty when he was asked for his password, or refused.
-    std::string knownUser(nta_incoming_t* request, const sip_t& sip);
+    std::string knownUser(msg_t* message, const sip_t& sip);
+    // Keeps nothing of it.
+    void refuse(msg_t* message, int status, const char* phrase);
     void refuse(nta_incoming_t* request, int status, const char* phrase);
     ForwardedRequest* take(nta_incoming_t* request);
     void sweep();

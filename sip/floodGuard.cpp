@@ -1,4 +1,5 @@
 #include "sip/floodGuard.h"
+#include "sip/connectionGuard.h"
 #include "sip/sipRecords.h"
 #include <algorithm>
 #include <array>
@@ -79,12 +80,12 @@ public:
     void remove(const floodGuard::Dialog& dialog);
     void setServers(uint32_t line, const std::vector<std::string>& hosts);
     bool isServer(uint32_t line, const std::string& host) const;
+    bool isAnyServer(const std::string& host) const;
 
 private:
     bool letsServer(const tagRequest& request, bool isInCall, bool isInvited);
     bool letsStranger(const tagRequest& request, bool isKnown);
     void noteInvite(size_t callId);
-    bool isAnyServer(const std::string& host) const;
     Purse* strangersPurse(const std::string& source);
 
     std::array<std::vector<std::string>, SIP_LINE_COUNT> m_servers;
@@ -163,12 +164,13 @@ void Guard::noteInvite(size_t callId)
 // What a line's own requests ask its server for is answered by nobody else.
 bool Guard::trustsChallenge(const std::string& source, sip_method_t method, const std::string& callId) const
 {
-    if (method == sip_method_register || method == sip_method_subscribe)
+    if (method == sip_method_register)
         return true;
+    const bool isBeginning = method == sip_method_invite || method == sip_method_subscribe;
     const auto range = m_dialogs.equal_range(callId);
     return std::any_of(range.first, range.second, [&](const auto& each) {
         const floodGuard::Dialog& dialog = *each.second;
-        return isServer(dialog.line(), source) || (dialog.isAsking() && method == sip_method_invite);
+        return isServer(dialog.line(), source) || (dialog.isAsking() && isBeginning);
     });
 }
 
@@ -217,6 +219,13 @@ bool Guard::isAnyServer(const std::string& host) const
     return false;
 }
 
+uint32_t portOf(msg_t* message)
+{
+    su_sockaddr_t address = {};
+    socklen_t size = sizeof address;
+    return msg_get_address(message, &address, &size) == 0 ? ntohs(address.su_port) : 0;
+}
+
 // At the end of the headers of each message, and before anything is made of it.
 issize_t takeBody(msg_t* message, msg_pub_t* content, char bytes[], isize_t size, int isLast)
 {
@@ -236,6 +245,8 @@ issize_t takeBody(msg_t* message, msg_pub_t* content, char bytes[], isize_t size
             sip->sip_proxy_authenticate = nullptr;
         }
     }
+    if ((sip->sip_request || sip->sip_status) && !(sip->sip_flags & MSG_FLG_ERROR))
+        ConnectionGuard::heard(source, portOf(message));
     return sip_extract_body(message, sip, bytes, size, isLast);
 }
 
@@ -268,6 +279,11 @@ void floodGuard::setServers(uint32_t line, const std::vector<std::string>& hosts
 bool floodGuard::isServer(uint32_t line, const std::string& host)
 {
     return guard().isServer(line, host);
+}
+
+bool floodGuard::isServer(const std::string& host)
+{
+    return guard().isAnyServer(host);
 }
 
 std::string floodGuard::sourceOf(msg_t* message)

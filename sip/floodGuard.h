@@ -24,7 +24,7 @@ public:
 
     const std::string& callId() const { return m_callId; }
     uint32_t line() const { return m_nLine; }
-    // Its INVITE is on its way through the server: who replies to it speaks for the server.
+    // What begins it is on its way through the server: who replies to it speaks for the server.
     void setAsking(bool isAsking) { m_bAsking = isAsking; }
     bool isAsking() const { return m_bAsking; }
 
@@ -39,6 +39,8 @@ bool install();
 // Numeric addresses of the servers of a line, in place of those before.
 void setServers(uint32_t line, const std::vector<std::string>& hosts);
 bool isServer(uint32_t line, const std::string& host);
+// Of any line.
+bool isServer(const std::string& host);
 // The numeric address that a message has come from; empty when there is none.
 std::string sourceOf(msg_t* message);
 

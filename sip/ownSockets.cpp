@@ -3,19 +3,14 @@
 #include <functional>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <set>
 #include <sys/socket.h>
 
 namespace {
 
 constexpr int kFirstFile = 3, kMaxFiles = 1024; // the agent has some dozens at most
 
-struct tagEnd
-{
-    std::string host;
-    uint32_t nPort = 0;
-};
-
-tagEnd endOf(const sockaddr_storage& address, socklen_t size)
+tagSocketEnd endOf(const sockaddr_storage& address, socklen_t size)
 {
     char host[NI_MAXHOST] = "", port[NI_MAXSERV] = "";
     if (getnameinfo(reinterpret_cast<const sockaddr*>(&address), size, host, sizeof host, port, sizeof port,
@@ -36,9 +31,47 @@ void forEachSocket(int type, const std::function<void(int socket)>& call)
     }
 }
 
+tagSocketEnd ownEndOf(int socket)
+{
+    sockaddr_storage own = {};
+    socklen_t size = sizeof own;
+    if (getsockname(socket, reinterpret_cast<sockaddr*>(&own), &size) != 0)
+        return {};
+    return endOf(own, size);
+}
+
 } // namespace
 
-void ownSockets::keepOpen(uint32_t ownPort, const std::string& host, uint32_t port)
+tagSocketEnd ownSockets::otherEnd(int socket)
+{
+    sockaddr_storage other = {};
+    socklen_t size = sizeof other;
+    if (getpeername(socket, reinterpret_cast<sockaddr*>(&other), &size) != 0)
+        return {};
+    return endOf(other, size);
+}
+
+// It listens for connections at the same one.
+uint32_t ownSockets::ownPort()
+{
+    std::set<uint32_t> listening;
+    forEachSocket(SOCK_STREAM, [&](int socket) {
+        int is = 0;
+        socklen_t size = sizeof is;
+        if (getsockopt(socket, SOL_SOCKET, SO_ACCEPTCONN, &is, &size) == 0 && is)
+            listening.insert(ownEndOf(socket).nPort);
+    });
+    uint32_t found = 0;
+    forEachSocket(SOCK_DGRAM, [&](int socket) {
+        const uint32_t port = ownEndOf(socket).nPort;
+        if (port && listening.count(port))
+            found = port;
+    });
+    return found;
+}
+
+void ownSockets::send(uint32_t ownPort, const std::string& host, uint32_t port, const void* bytes,
+                      size_t size)
 {
     addrinfo wanted = {};
     wanted.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
@@ -48,10 +81,10 @@ void ownSockets::keepOpen(uint32_t ownPort, const std::string& host, uint32_t po
         return;
     forEachSocket(SOCK_DGRAM, [&](int socket) {
         sockaddr_storage own = {};
-        socklen_t size = sizeof own;
-        if (getsockname(socket, reinterpret_cast<sockaddr*>(&own), &size) == 0 &&
-            own.ss_family == found->ai_family && endOf(own, size).nPort == ownPort)
-            sendto(socket, "\r\n\r\n", 4, MSG_DONTWAIT | MSG_NOSIGNAL, found->ai_addr, found->ai_addrlen);
+        socklen_t length = sizeof own;
+        if (getsockname(socket, reinterpret_cast<sockaddr*>(&own), &length) == 0 &&
+            own.ss_family == found->ai_family && endOf(own, length).nPort == ownPort)
+            sendto(socket, bytes, size, MSG_DONTWAIT | MSG_NOSIGNAL, found->ai_addr, found->ai_addrlen);
     });
     freeaddrinfo(found);
 }
@@ -59,11 +92,7 @@ void ownSockets::keepOpen(uint32_t ownPort, const std::string& host, uint32_t po
 void ownSockets::closeConnections(const std::string& host, uint32_t port)
 {
     forEachSocket(SOCK_STREAM, [&](int socket) {
-        sockaddr_storage other = {};
-        socklen_t size = sizeof other;
-        if (getpeername(socket, reinterpret_cast<sockaddr*>(&other), &size) != 0)
-            return;
-        const tagEnd end = endOf(other, size);
+        const tagSocketEnd end = otherEnd(socket);
         if (end.nPort == port && (host.empty() || end.host == host))
             shutdown(socket, SHUT_RDWR);
     });

@@ -60,6 +60,10 @@ Registration::~Registration()
 void Registration::start()
 {
     report(SIP_LINE_REGISTERING, 0, "");
+    if (m_account.szStun[0] && !m_stun) {
+        m_stun = std::make_unique<StunWatch>(m_stack, m_account);
+        m_stun->start([this] { useStun(); });
+    }
     m_silent.start(m_stack.setup.nSilentMs, [this] { failOver(0, "The name service does not answer"); });
     const bool hasProxy = m_account.szProxy[0] != 0;
     const char* host = hasProxy ? m_account.szProxy : m_account.szServer;
@@ -102,9 +106,11 @@ void Registration::sendRegister()
     const std::string server = registrar(), hop = hopOf(m_addresses[m_nAddress]);
     const std::string way = std::string("transport=") + transportName();
     const std::string expires = std::to_string(m_account.nExpires);
+    const std::string seen = "<sip:" + m_contact + "@" + m_contactPlace + ">";
     m_silent.start(m_stack.setup.nSilentMs, [this] { silent(); });
     nua_register(
         m_pHandle, NUTAG_REGISTRAR(server.c_str()), NUTAG_PROXY(hop.c_str()),
+        TAG_IF(!m_contactPlace.empty(), SIPTAG_CONTACT_STR(seen.c_str())),
         NUTAG_M_USERNAME(m_contact.c_str()), TAG_IF(transport() != SIP_UDP, NUTAG_M_PARAMS(way.c_str())),
         SIPTAG_EXPIRES_STR(expires.c_str()), NUTAG_OUTBOUND("no-validate no-options-keepalive"), TAG_END());
 }
@@ -112,6 +118,7 @@ void Registration::sendRegister()
 void Registration::leave()
 {
     m_bLeaving = true;
+    m_stun.reset();
     floodGuard::setServers(line(), {});
     m_finder.stop();
     m_again.stop();
@@ -176,7 +183,10 @@ void Registration::onRegistered(const tagStackEvent& event)
     m_nDelayMs = m_stack.setup.nRetryMs;
     trustServers();
     readMapping(*event.pMessage);
-    if (std::exchange(m_bRegistered, true))
+    const bool isNew = !std::exchange(m_bRegistered, true);
+    useStun();
+    useIPv6();
+    if (!isNew)
         return;
     report(SIP_LINE_REGISTERED, uint32_t(event.nStatus), "");
     if (transport() == SIP_UDP)
@@ -199,16 +209,50 @@ void Registration::readMapping(const sip_t& reply)
         return;
     const char* own = via->v_port ? via->v_port : kUsualPort;
     m_nOwnPort = uint32_t(atoi(own));
+    m_own = std::string(via->v_host) + sipAddress::port(m_nOwnPort);
+    m_bSeen = via->v_received || (via->v_rport && *via->v_rport);
     const std::string host = via->v_received ? via->v_received : via->v_host;
     const std::string port = via->v_rport && *via->v_rport ? via->v_rport : own;
     const int number = atoi(port.c_str());
-    if (number < 1 || number > 65535 || host + ":" + port == m_mapped)
+    // What it says of itself, nobody has seen.
+    if (number < 1 || number > 65535 || !(m_bSeen || m_contactPlace.empty()))
         return;
-    m_mapped = host + ":" + port;
+    tellMapped(host, uint32_t(number));
+}
+
+void Registration::tellMapped(const std::string& host, uint32_t number)
+{
+    const std::string place = host + sipAddress::port(number);
+    if (place == m_mapped)
+        return;
+    m_mapped = place;
     auto mapped = sipWire::make<tagSipMapped>(SIP_MAPPED, line());
-    mapped.nPort = uint32_t(number);
+    mapped.nPort = number;
     sipWire::setText(mapped.szAddress, sipAddress::bareHost(host));
     m_stack.pPhone->tell(mapped);
+}
+
+// Who registers the line knows best how he sees it; one that says nothing is told what the STUN server says.
+void Registration::useStun()
+{
+    if (!m_stun || m_bLeaving || !m_bRegistered || m_bSeen || transport() != SIP_UDP)
+        return;
+    const tagStunPlace& place = m_stun->place();
+    const std::string seen = place.nPort ? place.host + sipAddress::port(place.nPort) : m_contactPlace;
+    if (seen == m_contactPlace || seen == m_own)
+        return;
+    m_contactPlace = seen;
+    tellMapped(place.host, place.nPort);
+    sendRegister();
+}
+
+// The stack names the first address of the machine, whatever the server is reached over.
+void Registration::useIPv6()
+{
+    if (m_addresses[m_nAddress].host.find(':') == std::string::npos || m_contactPlace == m_own)
+        return;
+    m_contactPlace = m_own;
+    sendRegister();
 }
 
 void Registration::keepOpen()
@@ -216,7 +260,8 @@ void Registration::keepOpen()
     if (!m_bRegistered)
         return;
     const tagServerAddress& address = m_addresses[m_nAddress];
-    ownSockets::keepOpen(m_nOwnPort, sipAddress::bareHost(address.host), address.nPort);
+    const std::string sign = "\r\n\r\n";
+    ownSockets::send(m_nOwnPort, sipAddress::bareHost(address.host), address.nPort, sign.data(), sign.size());
     m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
 }
 
@@ -337,6 +382,8 @@ void Registration::renew()
     m_again.stop();
     dropHandle();
     m_mapped.clear();
+    m_contactPlace.clear();
+    m_stun.reset();
     m_nDelayMs = m_stack.setup.nRetryMs;
     start();
 }

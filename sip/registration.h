@@ -7,6 +7,8 @@
 #include "sip/serverFinder.h"
 #include "sip/sipStack.h"
 #include "sip/sipTimer.h"
+#include "sip/stunWatch.h"
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -55,6 +57,9 @@ private:
     void onRegistered(const tagStackEvent& event);
     void trustServers();
     void readMapping(const sip_t& reply);
+    void tellMapped(const std::string& host, uint32_t number);
+    void useStun();
+    void useIPv6();
     void keepOpen();
     void silent();
     void onChallenge(const tagStackEvent& event);
@@ -77,7 +82,11 @@ private:
     SipTimer m_silent;
     SipTimer m_again;
     SipTimer m_keep;
+    std::unique_ptr<StunWatch> m_stun;
     std::string m_mapped;
+    std::string m_own;          // "host:port" of the line, as it knows it itself
+    std::string m_contactPlace; // that is told the server, which sees none by itself; or empty
+    bool m_bSeen = false;       // the server says how it sees the line
     uint32_t m_nOwnPort = 0;
     std::vector<tagServerAddress> m_addresses;
     size_t m_nAddress = 0;

@@ -1,5 +1,6 @@
 #include "sip/sipAgent.h"
 #include "sip/digest.h"
+#include "sip/floodGuard.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -114,6 +115,8 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
     m_stack.setup = setup;
     if (setup.nKeepMs == 0)
         m_stack.setup.nKeepMs = kKeepMs;
+    m_connections = std::make_unique<ConnectionGuard>(
+        m_stack.pRoot, setup.nSilentMs, [](const std::string& host) { return floodGuard::isServer(host); });
     m_stack.pDns = sres_resolver_create(m_stack.pRoot, setup.szNames[0] ? setup.szNames : nullptr, TAG_END());
     const std::string plain = localAddress(setup, "sip:", setup.nPort);
     const std::string tls = localAddress(setup, "sips:", setup.nTlsPort);
@@ -183,6 +186,9 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
     case SIP_MEDIA:
         call.setMedia(record.as<tagSipMedia>().szSdp);
         break;
+    case SIP_NO_MEDIA:
+        call.delayMedia();
+        break;
     case SIP_TRANSFER:
         call.transfer(record.as<tagSipTarget>().szTarget);
         break;
@@ -221,7 +227,12 @@ void SipAgent::dial(const tagSipDial& dial, const std::string& replaces)
     }
     if (referral)
         referrer->tellReferral(503, "Service Unavailable");
-    auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, dial.head.nId);
+    tellNotBegun(dial.head.nId, reason);
+}
+
+void SipAgent::tellNotBegun(uint32_t call, const char* reason)
+{
+    auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, call);
     ended.eEnding = SIP_BROKEN;
     sipWire::setText(ended.szReason, reason);
     m_phone.tell(ended);
@@ -286,18 +297,10 @@ void SipAgent::pickUp(const tagSipPickUp& wanted)
     const tagRinging ringing = m_events.ringing(wanted.nLine, number);
     const auto& line = m_lines[wanted.nLine];
     const std::string code = line ? line->pickUpCode() : "";
-    const char* reason = nullptr;
     if (ringing.eRings == tagRinging::NOTHING_RINGS)
-        reason = "Nothing rings there any more";
-    else if (ringing.replaces.empty() && code.empty())
-        reason = "The call cannot be taken without a code";
-    if (reason) {
-        auto ended = sipWire::make<tagSipEnded>(SIP_ENDED, wanted.head.nId);
-        ended.eEnding = SIP_BROKEN;
-        sipWire::setText(ended.szReason, reason);
-        m_phone.tell(ended);
-        return;
-    }
+        return tellNotBegun(wanted.head.nId, "Nothing rings there any more");
+    if (ringing.replaces.empty() && code.empty())
+        return tellNotBegun(wanted.head.nId, "The call cannot be taken without a code");
     auto call = sipWire::make<tagSipDial>(SIP_DIAL, wanted.head.nId);
     call.nLine = wanted.nLine;
     sipWire::setText(call.szTarget, ringing.replaces.empty() ? code + number : ringing.target);

@@ -1,5 +1,6 @@
 #pragma once
 // The user agent: what the phone asks for goes to the lines, and the end of the phone ends it.
+#include "sip/connectionGuard.h"
 #include "sip/phoneLink.h"
 #include "sip/registration.h"
 #include "sip/sipCall.h"
@@ -30,6 +31,7 @@ private:
     bool makeStack(const tagSipSetup& setup);
     void setAccount(const tagSipAccount& account);
     void takeForCall(const sipWire::Reader& record);
+    void tellNotBegun(uint32_t call, const char* reason);
     void startDial(const tagSipDial& dial, const Registration& line, const tagCallOrigin& origin);
     void connectCalls(const tagSipConnect& connect);
     void dial(const tagSipDial& dial, const std::string& replaces = "");
@@ -55,6 +57,7 @@ private:
     std::array<std::unique_ptr<Registration>, SIP_LINE_COUNT> m_lines;
     std::vector<std::unique_ptr<Registration>> m_leaving;
     SipEvents m_events;
+    std::unique_ptr<ConnectionGuard> m_connections;
     std::map<uint32_t, std::unique_ptr<SipCall>> m_calls;
     uint32_t m_nNextIncoming = SIP_CALL_FIRST_INCOMING;
     SipTimer m_step;

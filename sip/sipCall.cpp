@@ -38,6 +38,14 @@ bool isTooLarge(const std::string& sdp)
     return sdp.size() >= SIP_SDP_SIZE;
 }
 
+// Of a description, without what says who has written it, and how often.
+std::string bodyOf(const std::string& sdp)
+{
+    const size_t origin = sdp.find("\no=");
+    const size_t end = origin == std::string::npos ? origin : sdp.find('\n', origin + 1);
+    return end == std::string::npos ? sdp : sdp.substr(0, origin) + sdp.substr(end);
+}
+
 } // namespace
 
 SipCall::SipCall(const tagSipStack& stack, uint32_t id)
@@ -238,6 +246,15 @@ void SipCall::setMedia(const std::string& sdp)
         talk("");
 }
 
+// The other side may try again.
+void SipCall::delayMedia()
+{
+    if (m_eStep == STEP_TALKING && m_eTakenBack != NOT_TAKEN_BACK)
+        takeBack(false);
+    else if (m_eStep == STEP_TALKING && m_offered)
+        respondToOffer(500);
+}
+
 void SipCall::sendTone(char tone, uint32_t ms)
 {
     if (m_eStep != STEP_TALKING)
@@ -396,6 +413,14 @@ void SipCall::onMediaReply(const tagStackEvent& event)
     // The phone hears of the answer to its own offer, which is under way now.
     if (isRefresh && m_offer.isUnderWay())
         return;
+    const std::string sdp = sdpOf(event.pMessage);
+    const bool hasMoved = !sdp.empty() && !isTooLarge(sdp) && bodyOf(sdp) != bodyOf(m_remoteSdp);
+    if (isTaken && isRefresh && hasMoved && m_eTakenBack == NOT_TAKEN_BACK) {
+        // The phone has made no offer that this could be the answer to.
+        m_remoteSdp = sdp;
+        offerToPhone();
+        return;
+    }
     if (isTaken)
         talk(sdpOf(event.pMessage));
     else
@@ -437,8 +462,15 @@ void SipCall::takeBack(bool hasTaken)
     const bool wasBefore = m_eTakenBack == AS_BEFORE;
     m_phone.stop();
     m_eTakenBack = NOT_TAKEN_BACK;
+    if (wasBefore)
+        talk(""); // the phone waits for what its answer came to
     if (wasBefore || !hasTaken)
         return;
+    offerToPhone();
+}
+
+void SipCall::offerToPhone()
+{
     m_eTakenBack = AS_BEFORE;
     m_phone.start(m_stack.setup.nOfferMs, [this] { m_eTakenBack = NOT_TAKEN_BACK; });
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
@@ -489,7 +521,7 @@ void SipCall::onOffer(const tagStackEvent& event)
     m_agreedSdp = m_remoteSdp;
     if (!sdp.empty())
         m_remoteSdp = sdp;
-    m_phone.start(m_stack.setup.nOfferMs, [this] { respondToOffer(488); });
+    m_phone.start(m_stack.setup.nOfferMs, [this] { respondToOffer(500); });
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
     sipWire::setText(offer.szSdp, sdp);
     m_stack.pPhone->tell(offer);

@@ -49,6 +49,7 @@ public:
     void deflect(const std::string& target);
     void hangUp();
     void setMedia(const std::string& sdp);
+    void delayMedia();
     void transfer(const std::string& target);
     void connectTo(const SipCall& other, std::function<void()> connected);
     void sendTone(char tone, uint32_t ms);
@@ -93,6 +94,8 @@ private:
     void refreshByInvite();
     // The phone has answered an offer that the other side has taken back.
     void takeBack(bool hasTaken);
+    // What the other side has is offered to the phone alone, and its answer is nobody's.
+    void offerToPhone();
     void talk(const std::string& sdp);
     void ringsTooLong();
     void end(SIP_ENDING ending, uint32_t status, const std::string& reason, const std::string& target = "");

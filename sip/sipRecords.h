@@ -40,6 +40,7 @@ enum SIP_RECORD : uint32_t {
     SIP_MEDIA = 16,
     SIP_TRANSFER = 17,
     SIP_TONE = 18,
+    SIP_NO_MEDIA = 19, // no further fields, of a call that talks: SIP_OFFER cannot be answered at present
     SIP_WATCH = 30,
     SIP_UNWATCH = 31, // no further fields
     SIP_WATCH_LIST = 32,
@@ -62,6 +63,7 @@ enum SIP_RECORD : uint32_t {
     SIP_MEMBER = 133,
     SIP_REFERRED = 140,
     SIP_MAPPED = 141,
+    SIP_STUN = 142,
     SIP_PONG = 150 // no further fields: at once, to each SIP_PING
 };
 
@@ -109,6 +111,8 @@ struct tagSipAccount
     uint32_t eTransport;          // SIP_TRANSPORT
     uint32_t nExpires;            // 60 to 86400 seconds that a registration lasts
     char szPickUp[SIP_TEXT_SIZE]; // code that takes a call, with the number where it rings behind it; or none
+    char szStun[SIP_HOST_SIZE];   // server that says where others see the phone; none: nobody is asked
+    uint32_t nStunPort;           // 0 to 65535; 1 at least where there is a server
 };
 
 enum SIP_LINE_STATE : uint32_t {
@@ -128,13 +132,22 @@ struct tagSipLine
     char szReason[SIP_TEXT_SIZE]; // for a person, in English
 };
 
-// The address by which the server of a line sees this phone, told whenever it is another one. It may differ
-// from all that the phone has itself.
+// The address by which the server of a line sees this phone, told whenever it is another one; that of the
+// STUN server where the line's own says nothing. It may differ from all that the phone has itself.
 struct tagSipMapped
 {
     tagSipHead head;
     uint32_t nPort; // 1 to 65535
     char szAddress[SIP_TEXT_SIZE];
+};
+
+// The STUN server of line nId answers: whoever wants to know where others see a port of his may ask it. Told
+// when that is so, and without an address when it is so no more.
+struct tagSipStun
+{
+    tagSipHead head;
+    uint32_t nPort;                // 0 to 65535
+    char szAddress[SIP_TEXT_SIZE]; // IPv4
 };
 
 // A call from line nLine.

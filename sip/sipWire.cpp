@@ -76,7 +76,8 @@ const std::vector<tagShape>& shapes()
           NUMBER_FIELD(tagSipAccount, nPort, 0, kMaxPort), TEXT_FIELD(tagSipAccount, szProxy),
           NUMBER_FIELD(tagSipAccount, nProxyPort, 0, kMaxPort),
           NUMBER_FIELD(tagSipAccount, eTransport, SIP_UDP, SIP_TLS),
-          NUMBER_FIELD(tagSipAccount, nExpires, 0, 86400), TEXT_FIELD(tagSipAccount, szPickUp)}},
+          NUMBER_FIELD(tagSipAccount, nExpires, 0, 86400), TEXT_FIELD(tagSipAccount, szPickUp),
+          TEXT_FIELD(tagSipAccount, szStun), NUMBER_FIELD(tagSipAccount, nStunPort, 0, kMaxPort)}},
         {SIP_END, sizeof(tagSipHead), 0, 0, {}},
         {SIP_DIAL,
          sizeof(tagSipDial),
@@ -105,6 +106,7 @@ const std::vector<tagShape>& shapes()
          SIP_CALL_FIRST,
          kLastId,
          {NUMBER_FIELD(tagSipTone, nTone, '#', 'D'), NUMBER_FIELD(tagSipTone, nMs, 40, 5000)}},
+        {SIP_NO_MEDIA, sizeof(tagSipHead), SIP_CALL_FIRST, kLastId, {}},
         {SIP_CONNECT,
          sizeof(tagSipConnect),
          SIP_CALL_FIRST,
@@ -162,6 +164,11 @@ const std::vector<tagShape>& shapes()
          0,
          kLastLine,
          {NUMBER_FIELD(tagSipMapped, nPort, 1, kMaxPort), TEXT_FIELD(tagSipMapped, szAddress)}},
+        {SIP_STUN,
+         sizeof(tagSipStun),
+         0,
+         kLastLine,
+         {NUMBER_FIELD(tagSipStun, nPort, 0, kMaxPort), TEXT_FIELD(tagSipStun, szAddress)}},
         {SIP_ARRIVED,
          sizeof(tagSipArrived),
          SIP_CALL_FIRST_INCOMING,
@@ -250,7 +257,12 @@ bool isSoundWhole(const void* record, uint32_t kind)
     }
     if (kind == SIP_ACCOUNT) {
         const auto* account = static_cast<const tagSipAccount*>(record);
-        return !account->szUser[0] || account->nExpires >= kLeastExpires;
+        return (!account->szUser[0] || account->nExpires >= kLeastExpires) &&
+               (!account->szStun[0] || account->nStunPort > 0);
+    }
+    if (kind == SIP_STUN) {
+        const auto* stun = static_cast<const tagSipStun*>(record);
+        return !stun->szAddress[0] || stun->nPort > 0;
     }
     if (kind == SIP_WATCH)
         return static_cast<const tagSipWatch*>(record)->szNumber[0] != 0;

@@ -105,6 +105,7 @@ void Subscription::subscribe()
     nua_set_hparams(m_pHandle, NUTAG_MAX_RETRY_AFTER(0), NUTAG_AUTO302(0),
                     TAG_IF(m_package.szSupported, NUTAG_SUPPORTED(m_package.szSupported)), TAG_END());
     m_dialog = std::make_unique<floodGuard::Dialog>(sipDialog::newToken(), m_nLine);
+    m_dialog->setAsking(true);
     m_silent.start(m_stack.setup.nSilentMs, [this] { wait(0); });
     nua_subscribe(m_pHandle, NUTAG_PROXY(m_hop.c_str()), NUTAG_M_USERNAME(m_contact.c_str()),
                   SIPTAG_CALL_ID_STR(m_dialog->callId().c_str()), SIPTAG_EVENT_STR(m_package.szEvent),
@@ -141,12 +142,15 @@ void Subscription::onReply(const tagStackEvent& event)
     if (status == 401 || status == 407) {
         if (m_answers->answer(m_pHandle, event.pMessage))
             m_silent.start(m_stack.setup.nSilentMs, [this] { wait(0); });
-        else
+        else if (m_dialog->isAsking())
             refuse();
+        else
+            atOnce(); // through the server, which is told the password
         return;
     }
     if (status < 300) {
         m_answers->reset();
+        m_dialog->setAsking(false);
         if (!m_bNoted)
             m_silent.start(m_stack.setup.nSilentMs * kFirstNoteTimes, [this] { wait(0); });
         return;

@@ -15,7 +15,8 @@ TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format docbook-xsl shared
 WINDOW_PACKAGES="xserver-xephyr"
 BROWSER_PACKAGES="tigervnc-standalone-server novnc"
 FUZZ_PACKAGES="clang libclang-rt-14-dev"
-BENCH_PACKAGES="libbenchmark-dev libpugixml-dev"
+# alsa-utils: recorded speech.
+BENCH_PACKAGES="libbenchmark-dev libpugixml-dev alsa-utils"
 
 # Bold in a terminal alone: a file or a pipe gets the words.
 say() { if [ -t 1 ]; then printf '\033[1m%s\033[0m\n' "$*"; else printf '%s\n' "$*"; fi; }

@@ -78,3 +78,16 @@ QString callFittingText(const QLabel* label, int smallest, const QString& text, 
     const int room = metrics.horizontalAdvance(text) - missing;
     return callJoinedText(metrics.elidedText(text, Qt::ElideRight, room), rest);
 }
+
+QStringList callLinesOf(const QLabel* label, const QString& text)
+{
+    QStringList lines;
+    for (const QString& word : text.split(' ')) {
+        const QString longer = lines.isEmpty() ? word : lines.last() + ' ' + word;
+        if (!lines.isEmpty() && label->fontMetrics().horizontalAdvance(longer) < label->width())
+            lines.last() = longer;
+        else
+            lines.append(word);
+    }
+    return lines;
+}

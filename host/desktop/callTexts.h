@@ -19,3 +19,5 @@ QString callOwnNumber(int line);
 // Both, joined, for that label: the first is cut where they have no room even at the smallest size.
 QString callFittingText(const QLabel* label, int smallest, const QString& text,
                         const QString& rest = QString());
+// In lines that fit into the label, as far as its words do.
+QStringList callLinesOf(const QLabel* label, const QString& text);

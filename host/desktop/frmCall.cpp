@@ -181,21 +181,22 @@ tagCallStreams frmCall::streams() const
 // A line for each call beside the one that is shown; of those that talk together, for one that is not there.
 void frmCall::showOthers()
 {
+    const QLabel* label = m_ui->labOthers;
+    const bool isRow = m_eLayout == CALL_LAYOUT_BESIDE;
     QStringList lines;
     if (!m_strFailed.isEmpty())
-        lines.append(m_strFailed);
+        lines = isRow ? QStringList{m_strFailed} : callLinesOf(label, m_strFailed);
     for (tagCall call : phoneService::instance().calls()) {
         const bool isShown = call.nId == m_call.nId || (m_call.nJoined && call.nId == m_call.nJoined);
         if (isShown && (!m_call.nJoined || !call.bRemoteHeld || m_call.bHeld))
             continue;
         call.nJoined = isShown ? 0 : call.nJoined;
-        lines.append(callJoinedText(whoOf(call), callStateText(call)));
+        lines.append(callFittingText(label, label->font().pixelSize(), whoOf(call), callStateText(call)));
     }
     lines = lines.mid(0, OTHERS_MAX);
     for (QString& line : lines)
-        line = m_ui->labOthers->fontMetrics().elidedText(line, Qt::ElideRight, m_ui->labOthers->width());
-    m_ui->labOthers->setText(
-        lines.join(m_eLayout == CALL_LAYOUT_BESIDE ? QStringLiteral("   ") : QStringLiteral("\n")));
+        line = label->fontMetrics().elidedText(line, Qt::ElideRight, label->width());
+    m_ui->labOthers->setText(lines.join(isRow ? QStringLiteral("   ") : QStringLiteral("\n")));
 }
 
 void frmCall::connectActions()

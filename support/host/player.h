@@ -190,7 +190,9 @@ struct CALL_WISH
     uint32_t bCamera;
     uint32_t nBandwidth; // kbit/s of pictures; 0: what the network bears
     uint32_t nFrameRate;
-    uint32_t bPreview; // only what the other side shows, until MEDIA_MSG_CALL_BEGIN
+    uint32_t bPreview;                  // only what the other side shows, until MEDIA_MSG_CALL_BEGIN
+    char szStunIP[PLAYER_ADDRESS_SIZE]; // the server that says where others see the phone; empty: none
+    uint32_t nStunPort;
 };
 
 enum : int { CALL_DESCRIPTION_SIZE = 16384 }; // with its zero
@@ -214,7 +216,7 @@ struct CALL_STREAMS
     uint32_t bOtherPicture; // pictures of the other side come
 };
 
-static_assert(sizeof(CALL_WISH) == 44 && std::is_trivially_copyable_v<CALL_WISH>);
+static_assert(sizeof(CALL_WISH) == 64 && std::is_trivially_copyable_v<CALL_WISH>);
 static_assert(sizeof(CALL_STREAMS) == 72 && std::is_trivially_copyable_v<CALL_STREAMS>);
 static_assert(sizeof(MOV_SDP) == 452 && std::is_trivially_copyable_v<MOV_SDP>);
 static_assert(sizeof(PLAYER_STREAMS) == 460 && std::is_trivially_copyable_v<PLAYER_STREAMS>);

@@ -298,6 +298,49 @@ TEST_F(CallSound, TheAgreedPortTakesTheCallBackFromWhoeverSpokeBefore)
     one.with([](callSession& session) { EXPECT_GT(session.strangers(), 4) << "not only those of the row"; });
 }
 
+// The other side's port is one that its router has given it, and that nobody has agreed on.
+TEST_F(CallSound, WhoHasOnlyThrownARowDoesNotKeepThePlaceOfWhoGoesOnSpeaking)
+{
+    CallEnd one(m_one, 1);
+    const WirePort peer;
+    const WirePort stranger;
+    agreeWith(one, 9); // nobody's
+    for (quint16 n = 0; n < 5; ++n)
+        stranger.say(one.port, loudPacket(n));
+    ASSERT_TRUE(waitFor([&] { return stranger.came() > 0; }));
+    quint16 said = 0;
+    const auto isHeard = [&] {
+        peer.say(one.port, loudPacket(said++, 0x600D));
+        return peer.came() > 0;
+    };
+    ASSERT_TRUE(waitFor(isHeard));
+    stranger.came();
+    // While it speaks no row of another takes its place.
+    for (int i = 0; i < 20; ++i) {
+        peer.say(one.port, loudPacket(said++, 0x600D));
+        for (quint16 n = 0; n < 10; ++n)
+            stranger.say(one.port, loudPacket(quint16(100 + 10 * i + n)));
+        pass(20);
+    }
+    EXPECT_EQ(stranger.came(), 0);
+    EXPECT_GT(peer.came(), 0);
+}
+
+TEST_F(CallSound, ASealSaysFromAnyPortThatItIsTheOtherSide)
+{
+    CallPhone silent(0);
+    CallEnd one(m_one, 1);
+    CallEnd other(silent, 1);
+    connect(one, other, "PCMA", {false, true});
+    ASSERT_TRUE(waitFor([&] { return silent.hears(kOne); }));
+    // What the one says comes from another port from now on.
+    const LossyWay way(one.port, other.port, 0, 0);
+    one.apply(way.port());
+    pass(500);
+    silent.voice.forget();
+    EXPECT_TRUE(waitFor([&] { return silent.hears(kOne); }, 2000));
+}
+
 TEST_F(CallSound, WhatIsNotSealedIsNotHeardInAnEncryptedCall)
 {
     CallPhone silent(0);

@@ -38,13 +38,15 @@ void ToneVoice::forget()
     m_heard = {};
 }
 
-CallEnd::CallEnd(CallPhone& of, int number) : phone(of), call(number)
+CallEnd::CallEnd(CallPhone& of, int number) : CallEnd(of, number, callSockets::open(), "127.0.0.1") {}
+
+CallEnd::CallEnd(CallPhone& of, int number, std::unique_ptr<callSockets> sockets, const QByteArray& address)
+    : phone(of), call(number)
 {
-    std::unique_ptr<callSockets> sockets = callSockets::open();
     EXPECT_TRUE(sockets);
     port = sockets->port();
     tagOwnMedia own;
-    own.address = "127.0.0.1";
+    own.address = address;
     own.nPort = port;
     own.bLoopback = true;
     own.nSession = 1;

@@ -39,6 +39,8 @@ struct CallPhone
 struct CallEnd
 {
     CallEnd(CallPhone& of, int number);
+    // Its sockets are there; address: by which the other side reaches it.
+    CallEnd(CallPhone& of, int number, std::unique_ptr<callSockets> sockets, const QByteArray& address);
     ~CallEnd() { phone.desk.remove(call); }
     CallEnd(const CallEnd&) = delete;
     // The streams go as the negotiation has it; port: where what is sent goes instead.

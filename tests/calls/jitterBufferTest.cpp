@@ -99,6 +99,68 @@ TEST_F(Buffer, TheDelayFollowsTheJitterUpAndDown)
     EXPECT_EQ(missed, 0);
 }
 
+TEST_F(Buffer, TheDelayHasABound)
+{
+    for (int n = 0; n < 100; ++n)
+        bring(n, n % 10 == 9 ? 2 * jitterBuffer::MOST_MS : 0);
+    EXPECT_EQ(m_buffer.delayMs(), jitterBuffer::MOST_MS);
+}
+
+TEST_F(Buffer, AWayThatIsLongerFromNowOnIsNoJitterInTheEnd)
+{
+    for (int n = 0; n < 50; ++n)
+        bring(n, 0);
+    for (int n = 50; n < 60; ++n)
+        bring(n, 200);
+    EXPECT_GT(m_buffer.delayMs(), 200);
+    for (int n = 60; n < 1500; ++n)
+        bring(n, 200);
+    EXPECT_EQ(m_buffer.delayMs(), jitterBuffer::LEAST_MS);
+}
+
+TEST_F(Buffer, WhatOneLatePacketHasDelayedIsCaughtUpWith)
+{
+    int last = 0;
+    int held = 0;
+    for (int n = 0; n < 1500; ++n) {
+        bring(n, n == 20 ? 250 : 0);
+        bool isNumber = false;
+        const int taken = take(n * kFrame).toInt(&isNumber);
+        last = isNumber ? taken : last;
+        held = std::max(held, n - last);
+    }
+    EXPECT_GT(held, 10) << "the late one was waited for";
+    EXPECT_LE(1499 - last, 6);
+    EXPECT_EQ(m_buffer.counts().nLost, 0);
+}
+
+TEST_F(Buffer, AGapOfTheSenderIsNotFilledPacketByPacket)
+{
+    for (int n = 0; n < 3; ++n)
+        bring(n, 0);
+    for (int n = 0; n < 3; ++n)
+        EXPECT_EQ(take(n * kFrame + 60 * kMs), QByteArray::number(n));
+    bring(90, 0);
+    EXPECT_EQ(take(90 * kFrame + 60 * kMs), "90");
+    EXPECT_EQ(m_buffer.counts().nLost, 0);
+}
+
+TEST_F(Buffer, AStreamThatCountsAnewIsPlayedAfterAWhile)
+{
+    for (int n = 0; n < 100; ++n) {
+        bring(n, 0);
+        take(n * kFrame + 60 * kMs);
+    }
+    int played = 0;
+    for (int n = 0; n < 40; ++n) {
+        const qint64 nowUs = (100 + n) * kFrame;
+        m_buffer.put(quint16(65530 + 20 + n), quint32(0xFFFFFF00u + (100 + n) * 160), kClock, {8, "anew"},
+                     nowUs);
+        played += take(nowUs + 60 * kMs) == "anew";
+    }
+    EXPECT_GT(played, 20);
+}
+
 TEST_F(Buffer, AnotherStreamIsPlayedAfterAWhileThoughItsNumbersAreOthers)
 {
     for (int n = 0; n < 5; ++n)

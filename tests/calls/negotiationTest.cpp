@@ -301,8 +301,9 @@ TEST(CallCrypto, AKeyIsReadWholeOrNotAtAll)
     for (const QByteArray& bad :
          {QByteArray(), "0" + suite + "inline:" + key, "1" + suite + key, "x" + suite + "inline:" + key,
           "1" + suite + "inline:" + key + "|2^20|1:4", "1" + suite + "inline:" + key + "|1:4",
-          "1" + suite + "inline:" + key + ";inline:" + key, "1" + suite + "inline:" + key.left(36),
-          "1" + suite + "inline:" + key + " UNENCRYPTED_SRTP", "1" + suite + "inline:****" + key})
+          "1" + suite + "inline:" + key + ";inline:" + key, "1" + suite + "inline:" + key + "|2^20;" + key,
+          "1" + suite + "inline:" + key.left(36), "1" + suite + "inline:" + key + " UNENCRYPTED_SRTP",
+          "1" + suite + "inline:****" + key})
         EXPECT_FALSE(callCrypto::read(bad, crypto)) << bad.constData();
 }
 

@@ -214,6 +214,14 @@ TEST_F(PictureNegotiation, AnAnswerThatLiesIsNoPicture)
     const QByteArray good = h264(97, "profile-level-id=42e01f;packetization-mode=1");
     EXPECT_TRUE(agree("m=video 5006 RTP/AVP 97\r\n" + good));
     EXPECT_FALSE(agree("m=video 5006 RTP/SAVP 97\r\n" + good)) << "another transport";
+    // Our keys are there when an encrypted offer was refused before.
+    tagMediaWant secure = video();
+    secure.bEncrypt = true;
+    m_ours.offer(secure);
+    m_ours.withdraw();
+    EXPECT_FALSE(agree("m=video 5006 RTP/SAVP 97\r\n" + good + "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" +
+                       QByteArray(30, 'k').toBase64() + "\r\n"))
+        << "another transport, with a key";
     EXPECT_FALSE(agree("m=video 80 RTP/AVP 97\r\n" + good)) << "a system's port";
     EXPECT_FALSE(agree("m=video 5006 RTP/AVP 97\r\nc=IN IP4 224.0.0.1\r\n" + good)) << "many machines";
     EXPECT_FALSE(agree("m=video 5006 RTP/AVP 34\r\na=rtpmap:34 H263/90000\r\n")) << "never offered";

@@ -331,6 +331,15 @@ TEST_F(CallActions, AFailureBesideACallIsToldForAMoment)
     EXPECT_EQ(others(), "");
 }
 
+TEST_F(CallActions, OfALongNameBesideACallTheStateStays)
+{
+    talk("4711", "Anna von und zu Lichtenstein-Hohenheim");
+    ring("4712");
+    kit::key(Qt::Key_Return);
+    EXPECT_EQ(others().find("Anna von"), 0u) << others();
+    EXPECT_NE(others().find("\u2026 \u00b7 On hold"), std::string::npos) << others();
+}
+
 TEST_F(CallActions, NothingIsCutOrCoveredInAnyLanguage)
 {
     for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {

@@ -50,7 +50,7 @@ const QMap<QString, QStringList> AllowedRooms = {
     {"host/desktop", UnderTheDesktop},
     {"host/web", {"host/services", "host/look", "host/widgets"}},
     {"host/control", UnderTheDesktop + QStringList{"host/desktop", "host/touch"}},
-    {"players", {"host/services"}},
+    {"players", {"host/services", "sip"}},
     {"sip", {}},
 };
 

@@ -14,7 +14,8 @@ protected:
     {
         BaresipProcess other;
         PeerAgent phone;
-        ASSERT_NO_FATAL_FAILURE(other.start("1002", server, RegistrarProcess::passwordOf("1002")));
+        ASSERT_TRUE(other.start("1002", server, RegistrarProcess::passwordOf("1002")))
+            << other.output().constData();
         ASSERT_TRUE(other.prints("[1 binding]")) << other.output().constData();
         ASSERT_TRUE(phone.begin("1001", server));
 
@@ -67,6 +68,6 @@ TEST_F(WithBaresip, AWrongPasswordIsNotTaken)
     RegistrarProcess pbx;
     ASSERT_TRUE(pbx.start({"--md5"})) << pbx.output().constData();
     BaresipProcess other;
-    ASSERT_NO_FATAL_FAILURE(other.start("1002", pbx.port(), "guess"));
+    ASSERT_TRUE(other.start("1002", pbx.port(), "guess")) << other.output().constData();
     EXPECT_TRUE(other.prints("403 Forbidden")) << other.output().constData();
 }

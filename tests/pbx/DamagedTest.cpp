@@ -216,3 +216,26 @@ TEST_F(PbxDamaged, AFloodIsRefusedAndLeavesNothingBehind)
     EXPECT_LT(kit::statusKiB(pbx.pid(), "VmRSS"), RegistrarProcess::MOST_KIB);
     expectThatItWorks();
 }
+
+TEST_F(PbxDamaged, CallsWithoutAPasswordAreAskedForItOnceAndNothingIsKeptOfThem)
+{
+    constexpr int kCalls = 10000, kBurst = 50;
+    begin(1);
+    UdpPeer stranger;
+    const auto call = [&](int number) {
+        const QByteArray own = "127.0.0.1:" + QByteArray::number(stranger.port());
+        return caller->text("INVITE", caller->at("1002"), "flood" + QByteArray::number(number), 1)
+            .replace(caller->own(), own);
+    };
+    stranger.send(call(0), pbx.port());
+    EXPECT_TRUE(stranger.receive().startsWith("SIP/2.0 407"));
+    EXPECT_EQ(stranger.receive(1200).toStdString(), "") << "though nobody has acknowledged it";
+    const qint64 before = kit::statusKiB(pbx.pid(), "VmRSS");
+    for (int i = 1; i < kCalls; ++i) {
+        stranger.send(call(i), pbx.port());
+        while (i % kBurst == 0 && !stranger.receive(20).isEmpty()) {
+        }
+    }
+    EXPECT_LT(kit::statusKiB(pbx.pid(), "VmRSS") - before, 4000) << before;
+    expectThatItWorks();
+}

@@ -5,6 +5,7 @@
 #include "host/services/players/videoFrames.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/recordedSound.h"
+#include "tests/kit/plain/stunServer.h"
 #include "tests/players/films.h"
 #include "tests/players/pictureSide.h"
 #include "tests/players/playersTest.h"
@@ -115,6 +116,80 @@ TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
     EXPECT_TRUE(isHeard()) << "the other one still talks";
     m_sessions.setMuted(2, true);
     EXPECT_TRUE(isSilent());
+}
+
+// What a line with such a server wants.
+tagMediaWish wishWith(const kit::StunServer& server)
+{
+    tagMediaWish wish;
+    wish.stunServer = "127.0.0.1";
+    wish.nStunPort = server.port();
+    return wish;
+}
+
+TEST_F(CallService, DescriptionsSayWhereTheServerSeesThePorts)
+{
+    kit::StunServer server;
+    kit::tagStunWays ways;
+    ways.address = "127.0.0.45";
+    ways.nPort = 45678;
+    server.behave(ways);
+    startMedia();
+    tagMediaWish wish = wishWith(server);
+    QByteArray offer = offerOf(1, wish);
+    EXPECT_TRUE(offer.contains("c=IN IP4 127.0.0.45\r\n")) << offer.constData();
+    EXPECT_TRUE(offer.contains("m=audio 45678 ")) << offer.constData();
+    EXPECT_EQ(server.asked(), 2);
+    // It is known from there on; pictures have ports of their own.
+    EXPECT_TRUE(offerOf(1, wish).contains("m=audio 45678 "));
+    EXPECT_EQ(server.asked(), 2);
+    wish.options.bVideo = true;
+    offer = offerOf(1, wish);
+    EXPECT_TRUE(offer.contains("m=video 45678 ")) << offer.constData();
+    EXPECT_EQ(server.asked(), 4);
+    const QByteArray answer = answerOf(2, offerOf(3), wishWith(server));
+    EXPECT_TRUE(answer.contains("m=audio 45678 ")) << answer.constData();
+}
+
+TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOnWithout)
+{
+    kit::StunServer server;
+    kit::tagStunWays silent;
+    silent.bSilent = true;
+    server.behave(silent);
+    startMedia();
+    offerOf(3); // it is there
+    m_sessions.offer(1, wishWith(server));
+    ASSERT_TRUE(kit::waitUntil([&] { return server.asked() > 0; }));
+    m_sessions.setMuted(1, true);
+    EXPECT_TRUE(offerOf(2).contains("m=audio"));
+    EXPECT_EQ(m_news.nDescribed[1], 0) << "it still waits";
+    ASSERT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[1] == 1; }));
+    EXPECT_FALSE(m_news.described[1].isEmpty());
+    // Each port was asked for as often as there was time.
+    EXPECT_EQ(server.asked(), 6);
+    m_sessions.agree(1, answerOf(4, m_news.described[1]));
+    m_sessions.setMuted(4, true);
+    EXPECT_TRUE(isSilent()) << "it was muted before";
+    m_sessions.setMuted(1, false);
+    EXPECT_TRUE(isHeard());
+}
+
+TEST_F(CallService, ACallThatEndsWhileItsPortsAreAskedForLeavesNothing)
+{
+    kit::StunServer server;
+    kit::tagStunWays silent;
+    silent.bSilent = true;
+    server.behave(silent);
+    startMedia();
+    for (int call = 1; call < 30; ++call) {
+        const int before = server.asked();
+        m_sessions.offer(call, wishWith(server));
+        ASSERT_TRUE(kit::waitUntil([&] { return server.asked() > before; })) << call;
+        m_sessions.end(call);
+    }
+    server.behave({});
+    EXPECT_FALSE(offerOf(99, wishWith(server)).isEmpty()) << "there are ports and places for eight calls";
 }
 
 TEST_F(CallService, WhereALineIsRegisteredTheCodersAreThereBeforeTheCall)
@@ -371,11 +446,18 @@ TEST_F(CallService, DamagedMessagesAreRefusedWithALine)
     post(MEDIA_MSG_CALL_OFFER, "short");
     EXPECT_TRUE(hasSaid("message 0x70030 of 5 bytes is refused: the size is wrong"));
     post(MEDIA_MSG_CALL_OFFER, QByteArray(sizeof(CALL_WISH), 'x'));
-    EXPECT_TRUE(hasSaid("message 0x70030 of 44 bytes is refused: an address is none"));
+    EXPECT_TRUE(hasSaid("message 0x70030 of 64 bytes is refused: an address is none"));
     post(MEDIA_MSG_CALL_ANSWER, QByteArray(sizeof(CALL_WISH), 0));
-    EXPECT_TRUE(hasSaid("message 0x70031 of 44 bytes is refused"));
+    EXPECT_TRUE(hasSaid("message 0x70031 of 64 bytes is refused"));
     post(MEDIA_MSG_CALL_ANSWER, QByteArray(sizeof(CALL_WISH), 0) + "no end");
-    EXPECT_TRUE(hasSaid("message 0x70031 of 50 bytes is refused: the description is no text"));
+    EXPECT_TRUE(hasSaid("message 0x70031 of 70 bytes is refused: the description is no text"));
+    CALL_WISH wish = {};
+    strcpy(wish.szStunIP, "127.0.0.1");
+    for (const uint32_t port : {0u, 65536u}) {
+        wish.nStunPort = port;
+        post(MEDIA_MSG_CALL_OFFER, QByteArray(reinterpret_cast<const char*>(&wish), sizeof wish));
+    }
+    EXPECT_TRUE(hasSaid("message 0x70030 of 64 bytes is refused: a port is out of range"));
     post(MEDIA_MSG_CALL_AGREE, QByteArray("v=0", 4));
     EXPECT_TRUE(hasSaid("message 0x70032 of 4 bytes is refused: there is no such call"));
     post(MEDIA_MSG_CALL_TONE, {}, 0xFFFFFFFF);

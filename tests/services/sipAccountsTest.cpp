@@ -28,7 +28,8 @@ TEST_F(SipAccounts, AllOfAnAccountIsTold)
     writeAccount(0, "[account]\nEnable=1\nDisplayName=Ann\xc3\xa4\nAuthName=auth\nUserName=100\n"
                     "password=s3cret word\nSIPServerHost=sip.example.com\nSIPServerPort=5070\n"
                     "UseOutboundProxy=1\nOutboundHost=proxy.example.com\nOutboundPort=5080\n"
-                    "Transport=tls\nExpires=600\nRealm=home\nPickUpCode=*8\n");
+                    "Transport=tls\nExpires=600\nRealm=home\nPickUpCode=*8\n"
+                    "[NAT]\nNATTraversal=1\nSTUNServer=stun.example.com\nSTUNPort=3479\n");
     boot();
     agentComes();
     const tagSipAccount& account = told();
@@ -45,17 +46,21 @@ TEST_F(SipAccounts, AllOfAnAccountIsTold)
     EXPECT_EQ(account.nExpires, 600u);
     EXPECT_STREQ(account.szRealm, "home");
     EXPECT_STREQ(account.szPickUp, "*8");
+    EXPECT_STREQ(account.szStun, "stun.example.com");
+    EXPECT_EQ(account.nStunPort, 3479u);
     EXPECT_TRUE(traces().filter("s3cret").isEmpty());
 }
 
 TEST_F(SipAccounts, WhatAFileLeavesOutIsTheUsual)
 {
     writeAccount(0, "[account]\nEnable=1\nUserName=100\nSIPServerHost=sip.example.com\nSIPServerPort=5060\n"
-                    "OutboundHost=proxy.example.com\nExpires=7\n");
+                    "OutboundHost=proxy.example.com\nExpires=7\n"
+                    "[NAT]\nNATTraversal=0\nSTUNServer=stun.example.com\nSTUNPort=3479\n");
     boot();
     agentComes();
     const tagSipAccount& account = told();
     EXPECT_EQ(account.nPort, 0u) << "the domain's records say";
+    EXPECT_STREQ(account.szStun, "") << "it is not switched on";
     EXPECT_STREQ(account.szProxy, "");
     EXPECT_EQ(account.nProxyPort, 0u);
     EXPECT_EQ(account.eTransport, uint32_t(SIP_UDP));

@@ -1,7 +1,18 @@
 // What nobody should send, and does.
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/callTest.h"
+#include <QDir>
+#include <QTcpServer>
+#include <algorithm>
+#include <arpa/inet.h>
+#include <cerrno>
 #include <memory>
+#include <poll.h>
+#include <string>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -309,4 +320,123 @@ TEST_F(SipCalls, AFloodOfWhatBelongsToNoCallTakesNeitherMemoryNorTheCall)
     }
     peer->send(within("BYE", lastAnswer, 2), agent.port());
     expectEnd(id, SIP_HUNG_UP, 0);
+}
+
+namespace {
+
+// Connections of one address that say what they are told to.
+class Crowd
+{
+public:
+    explicit Crowd(std::string host) : m_host(std::move(host)) {}
+    ~Crowd()
+    {
+        for (const int socket : m_sockets)
+            close(socket);
+    }
+    Crowd(const Crowd&) = delete;
+    void connectTo(uint32_t port, int count, const QByteArray& text = {})
+    {
+        for (int i = 0; i < count; ++i) {
+            const int made = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+            sockaddr_in own = placeOf(m_host.c_str(), 0), other = placeOf("127.0.0.1", port);
+            ASSERT_EQ(bind(made, reinterpret_cast<sockaddr*>(&own), sizeof own), 0);
+            ASSERT_EQ(connect(made, reinterpret_cast<sockaddr*>(&other), sizeof other), 0) << i;
+            send(made, text.constData(), size_t(text.size()), MSG_NOSIGNAL);
+            m_sockets.push_back(made);
+        }
+    }
+    // The last one is told something.
+    bool isAnswered() const
+    {
+        pollfd entry = {m_sockets.back(), POLLIN, 0};
+        char byte = 0;
+        return poll(&entry, 1, AgentProcess::WAIT_MS) > 0 &&
+               recv(m_sockets.back(), &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 1;
+    }
+    // Those that the other side has not ended.
+    int open() const
+    {
+        return int(std::count_if(m_sockets.begin(), m_sockets.end(), [](int socket) {
+            char bytes[4096];
+            ssize_t count = 0;
+            while ((count = recv(socket, bytes, sizeof bytes, MSG_DONTWAIT)) > 0) {
+            }
+            return count < 0 && errno == EAGAIN;
+        }));
+    }
+
+private:
+    static sockaddr_in placeOf(const char* host, uint32_t port)
+    {
+        sockaddr_in place = {};
+        place.sin_family = AF_INET;
+        place.sin_port = htons(uint16_t(port));
+        inet_pton(AF_INET, host, &place.sin_addr);
+        return place;
+    }
+
+    const std::string m_host;
+    std::vector<int> m_sockets;
+};
+
+int filesOf(qint64 pid)
+{
+    return int(QDir(QString("/proc/%1/fd").arg(pid)).entryList(QDir::AllEntries | QDir::System).size());
+}
+
+} // namespace
+
+TEST_F(SipCalls, AThousandConnectionsOfAStrangerTakeNoRoomFromTheLines)
+{
+    constexpr int kMany = 1000;
+    begin();
+    const int before = filesOf(agent.pid());
+    rlimit files = {};
+    getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
+    Crowd crowd("127.0.0.2");
+    ASSERT_NO_FATAL_FAILURE(crowd.connectTo(agent.port(), kMany));
+    EXPECT_TRUE(kit::waits([&] { return filesOf(agent.pid()) < before + 20; }, AgentProcess::WAIT_MS))
+        << filesOf(agent.pid());
+    EXPECT_TRUE(kit::waits([&] { return crowd.open() == 0; }, AgentProcess::WAIT_MS)) << "they say nothing";
+    // While the next crowd is there, a line registers over a connection and calls come and go.
+    ASSERT_NO_FATAL_FAILURE(crowd.connectTo(agent.port(), kMany, "INVITE "));
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    agent.tell(accountAt(1, server.serverPort(), SIP_TCP));
+    ASSERT_TRUE(server.waitForNewConnection(AgentProcess::WAIT_MS));
+    EXPECT_NE(talkIn("talks"), 0u);
+    EXPECT_TRUE(agent.isRunning());
+}
+
+TEST_F(SipCalls, WhoSpeaksOverAConnectionKeepsItAndIsOneOfAFew)
+{
+    begin();
+    const auto question = [this](const char* host, int number) {
+        QByteArray text = loose("OPTIONS", contact, agent.port(), number).replace("/UDP", "/TCP");
+        return text.replace(";tag=b", "").replace("127.0.0.1:9", QByteArray(host) + ":9");
+    };
+    Crowd speaks("127.0.0.3");
+    ASSERT_NO_FATAL_FAILURE(speaks.connectTo(agent.port(), 1, question("127.0.0.3", 1)));
+    ASSERT_TRUE(speaks.isAnswered());
+    // As many silent ones of others as there are places, and more.
+    std::vector<std::unique_ptr<Crowd>> others;
+    for (int i = 0; i < 12; ++i) {
+        others.push_back(std::make_unique<Crowd>("127.0.1." + std::to_string(2 + i)));
+        ASSERT_NO_FATAL_FAILURE(others.back()->connectTo(agent.port(), 20));
+    }
+    EXPECT_TRUE(kit::waits(
+        [&] {
+            return std::all_of(others.begin(), others.end(),
+                               [](const auto& each) { return each->open() == 0; });
+        },
+        AgentProcess::WAIT_MS));
+    EXPECT_EQ(speaks.open(), 1);
+    // The server's own may be silent.
+    Crowd servers("127.0.0.1");
+    ASSERT_NO_FATAL_FAILURE(servers.connectTo(agent.port(), 10));
+    EXPECT_TRUE(agent.isQuiet(2000));
+    EXPECT_EQ(servers.open(), 10);
 }

@@ -85,3 +85,32 @@ TEST_F(SipLong, ASessionIsRefreshedByUpdateWhereThePeerKnowsItElseByItsLastMedia
         peer->reply(bye, "200 OK");
     }
 }
+
+TEST_F(SipLong, MediaThatMoveInTheAnswerToARefreshAreFollowed)
+{
+    begin();
+    dial(1, "300");
+    lastInvite = peer->receive("INVITE");
+    const QByteArray lines = "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
+                             ">\r\nRequire: timer\r\nSession-Expires: 90;refresher=uac\r\n"
+                             "Content-Type: application/sdp\r\nAllow: INVITE, ACK, BYE";
+    peer->reply(lastInvite, "200 OK", lines, "v=0\r\no=- 1 1 x\r\ns=here\r\n");
+    ASSERT_TRUE(next<tagSipMedia>(SIP_TALK, 1));
+    // The same, though its number is another, is no news.
+    for (const char* answer : {"v=0\r\no=- 1 2 x\r\ns=here\r\n", "v=0\r\no=- 1 3 x\r\ns=there\r\n"}) {
+        const QByteArray refresh = request();
+        lastInvite = refresh.startsWith("ACK") ? request() : refresh;
+        ASSERT_TRUE(lastInvite.startsWith("INVITE")) << lastInvite.constData();
+        peer->reply(lastInvite, "200 OK", lines, answer);
+        EXPECT_NE(peer->receive("ACK").toStdString(), "");
+        const auto* offer = next<tagSipMedia>(SIP_OFFER, 1, 1000);
+        ASSERT_EQ(offer != nullptr, strstr(answer, "there") != nullptr) << answer;
+        EXPECT_TRUE(!offer || strcmp(offer->szSdp, answer) == 0) << answer;
+    }
+    // The phone answers, which is for itself alone, and hears what it came to.
+    tellMedia(SIP_MEDIA, 1, "v=0\r\ns=followed\r\n");
+    const auto* talk = next<tagSipMedia>(SIP_TALK, 1);
+    ASSERT_TRUE(talk);
+    EXPECT_TRUE(strstr(talk->szSdp, "s=there"));
+    EXPECT_EQ(peer->receive("INVITE", 300).toStdString(), "");
+}

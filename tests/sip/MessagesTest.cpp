@@ -79,6 +79,28 @@ TEST_F(SipMessages, ARefreshMayBeAskedForThePasswordAnew)
     EXPECT_TRUE(isNothingTold());
 }
 
+TEST_F(SipMessages, ARefreshIsNoReasonToAnswerAStrangersChallenge)
+{
+    begin();
+    UdpPeer stranger("127.0.0.2");
+    const QByteArray challenge = "WWW-Authenticate: Digest realm=\"home\", nonce=\"theirs\", qop=\"auth\"";
+    peer->reply(nextSubscribe("message-summary"), "401 Unauthorized",
+                QByteArray(challenge).replace("theirs", "ours"));
+    const QByteArray subscribe = nextSubscribe("message-summary");
+    accept(subscribe, 2);
+    note(subscribe, kTwo, kType, "active;expires=2");
+    expectMessages(true, 2, 8);
+    const QByteArray refresh = nextSubscribe("message-summary");
+    stranger.send(UdpPeer::replyTo(refresh, "401 Unauthorized", challenge), agent.port());
+    // It is begun anew, where the password is known.
+    const QByteArray anew = nextSubscribe("message-summary");
+    EXPECT_NE(headerOf(anew, "Call-ID").toStdString(), headerOf(subscribe, "Call-ID").toStdString());
+    EXPECT_FALSE(anew.contains("theirs")) << anew.constData();
+    accept(anew);
+    note(anew, kTwo, kType);
+    EXPECT_FALSE(nextSubscribe("message-summary", 500).contains("theirs"));
+}
+
 TEST_F(SipMessages, DamagedCountsLeaveThoseThatAreKnownAndAreAskedForAgain)
 {
     begin();

@@ -4,8 +4,12 @@
 #include "tests/sip/nameServer.h"
 #include "tests/sip/udpPeer.h"
 #include <QMap>
+#include <QNetworkDatagram>
+#include <QNetworkInterface>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QUdpSocket>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -384,5 +388,42 @@ TEST(SipRegistration, OverTcpToTheOutboundProxy)
     link->write(
         UdpPeer::replyTo(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
     ASSERT_TRUE(link->waitForBytesWritten());
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}
+
+TEST(SipRegistration, AtAServerThatHasNoAddressButAnIPv6One)
+{
+    // The loopback interface's is reached from itself alone.
+    const QList<QHostAddress> all = QNetworkInterface::allAddresses();
+    const auto own = std::find_if(all.begin(), all.end(), [](const QHostAddress& address) {
+        return address.protocol() == QAbstractSocket::IPv6Protocol && !address.isLoopback() &&
+               !address.isLinkLocal();
+    });
+    QUdpSocket server;
+    if (own == all.end() || !server.bind(*own))
+        GTEST_SKIP() << "this machine has no IPv6 address";
+    NameServer names;
+    names.addAddress6("six.test", own->toString().toLatin1());
+    names.start();
+    tagSipSetup setup = AgentProcess::quickSetup();
+    sipWire::setText(setup.szNames, names.settings().toStdString());
+    sipWire::setText(setup.szAddress, ""); // this machine has IPv4 addresses too
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(setup));
+    tagSipAccount account = accountAt(0, server.localPort());
+    sipWire::setText(account.szServer, "six.test");
+    agent.tell(account);
+    QByteArray contact;
+    const QByteArray place = "@[" + own->toString().toLatin1() + "]:";
+    for (int i = 0; i < 6 && !contact.contains(place); ++i) {
+        ASSERT_TRUE(server.hasPendingDatagrams() || server.waitForReadyRead(AgentProcess::WAIT_MS));
+        const QNetworkDatagram request = server.receiveDatagram();
+        if (!request.data().startsWith("REGISTER sip:six.test"))
+            continue;
+        contact = headerOf(request.data(), "Contact");
+        server.writeDatagram(request.makeReply(
+            UdpPeer::replyTo(request.data(), "200 OK", "Contact: " + contact + ";expires=60")));
+    }
+    EXPECT_TRUE(contact.contains(place)) << contact.constData() << " is where calls come to";
     EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
 }

@@ -1,10 +1,12 @@
 #include "tests/sip/nameServer.h"
 #include <QFile>
+#include <algorithm>
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
 
 namespace {
 
-constexpr int kAddress = 1, kService = 33, kHeadBytes = 12, kTailBytes = 4;
+constexpr int kAddress = 1, kAddress6 = 28, kService = 33, kHeadBytes = 12, kTailBytes = 4;
 
 QByteArray twoBytes(uint32_t number)
 {
@@ -27,6 +29,13 @@ void NameServer::addAddress(const QByteArray& name, const QByteArray& address)
     for (const QByteArray& part : address.split('.'))
         data += char(part.toInt());
     m_records.append({name, kAddress, data});
+}
+
+void NameServer::addAddress6(const QByteArray& name, const QByteArray& address)
+{
+    QByteArray data(sizeof(in6_addr), 0);
+    inet_pton(AF_INET6, address.constData(), data.data());
+    m_records.append({name, kAddress6, data});
 }
 
 void NameServer::addService(const QByteArray& name, int priority, uint32_t port, const QByteArray& target)
@@ -75,6 +84,10 @@ QByteArray NameServer::answerTo(const QByteArray& query) const
                    twoBytes(60) + twoBytes(uint32_t(record.data.size())) + record.data;
         ++count;
     }
-    return query.left(2) + twoBytes(count ? 0x8180 : 0x8183) + twoBytes(1) + twoBytes(uint32_t(count)) +
+    // A name that has records of another kind is known all the same.
+    const bool isKnown = std::any_of(m_records.begin(), m_records.end(), [&](const tagRecord& record) {
+        return nameOnTheWire(record.name) == name;
+    });
+    return query.left(2) + twoBytes(isKnown ? 0x8180 : 0x8183) + twoBytes(1) + twoBytes(uint32_t(count)) +
            twoBytes(0) + twoBytes(0) + query.mid(kHeadBytes, end + kTailBytes - kHeadBytes) + answers;
 }

@@ -12,6 +12,7 @@ class NameServer
 public:
     // The records are added before it starts.
     void addAddress(const QByteArray& name, const QByteArray& address);
+    void addAddress6(const QByteArray& name, const QByteArray& address);
     void addService(const QByteArray& name, int priority, uint32_t port, const QByteArray& target);
     void start();
     ~NameServer();

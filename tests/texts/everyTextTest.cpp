@@ -8,6 +8,7 @@
 #include "host/desktop/dlgBrowser.h"
 #include "host/desktop/frmCall.h"
 #include "host/desktop/frmDial.h"
+#include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "host/services/storage/storageWorld.h"
 #include "host/widgets/dlgMessageBox.h"
@@ -35,6 +36,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QListWidget>
 #include <QSet>
 #include <QTemporaryDir>
@@ -44,6 +46,18 @@
 namespace {
 
 const char* const kLanguages[] = {"English", "Chinese", "German", "French", "Spanish"};
+
+// What the phone service says of calls that cannot be made, and of what cannot be done with one.
+QStringList callReasons()
+{
+    QStringList reasons;
+    for (const SourceFile& file : sourceFiles(HX_SOURCE_DIR, {"host/services/phone"}, {".cpp"})) {
+        for (const QStringList& texts : literalCalls(file.text, {"HX_TR"}))
+            reasons.append(texts.first());
+    }
+    reasons.removeDuplicates();
+    return reasons;
+}
 
 class EveryText : public PhoneTest, public testing::WithParamInterface<const char*>
 {
@@ -102,6 +116,7 @@ protected:
     void visitMenus();
     void visitHome();
     void visitCalls();
+    void visitFailures(frmCall& screen);
     void visitBoxes();
     void visitAll()
     {
@@ -228,6 +243,28 @@ void EveryText::visitHome()
     lookAndClose();
 }
 
+// Beside a call that talks, where a text that has no room is shortened before it is painted.
+void EveryText::visitFailures(frmCall& screen)
+{
+    ASSERT_TRUE(phoneSimulation::instance()->ring("1001", 0, ""));
+    const int talking = phoneService::instance().calls().first().nId;
+    ASSERT_TRUE(phoneService::instance().rules().answer(talking));
+    const auto* others = screen.findChild<QLabel*>("labOthers");
+    for (const QString& reason : callReasons()) {
+        tagCall call;
+        call.nId = talking + 1;
+        call.strNumber = "004420794600";
+        call.eState = CALL_ENDED;
+        call.strReason = reason;
+        screen.onCall(call);
+        look(&screen);
+        const QString text = QString(others->text()).replace('\n', ' ');
+        if (!text.contains(qTranslate(reason.toUtf8().constData())))
+            m_cut.insert("labOthers: " + others->text());
+    }
+    ASSERT_TRUE(phoneService::instance().rules().hangUp(talking));
+}
+
 void EveryText::visitCalls()
 {
     frmCall screen;
@@ -236,12 +273,7 @@ void EveryText::visitCalls()
     call.strNumber = "1002";
     for (const bool isIncoming : {false, true}) {
         for (const CALL_STATE state : {CALL_RINGING, CALL_TALKING, CALL_ENDED}) {
-            for (const char* reason :
-                 {"", HX_TR("Busy"), HX_TR("The line is not registered"), HX_TR("No line is free"),
-                  HX_TR("This cannot be dialled"), HX_TR("The two phones have no sound in common"),
-                  HX_TR("The server does not allow this call"), HX_TR("The call could not be transferred"),
-                  HX_TR("Anonymous calls are not accepted"), HX_TR("Sound is not available at present"),
-                  HX_TR("Another phone has answered")}) {
+            for (const QString& reason : QStringList{QString()} + callReasons()) {
                 call.bIncoming = isIncoming;
                 call.eState = state;
                 call.strReason = reason;
@@ -272,6 +304,7 @@ void EveryText::visitCalls()
             look(&screen);
         }
     }
+    visitFailures(screen);
     screen.hide();
     frmDial dial;
     for (const DIAL_FOR purpose : {DIAL_TRANSFER, DIAL_FORWARD}) {

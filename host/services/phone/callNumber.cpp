@@ -80,3 +80,22 @@ bool callIsSameNumber(const QString& one, const QString& other)
         return false;
     return a.host.isEmpty() || b.host.isEmpty() || a.host.compare(b.host, Qt::CaseInsensitive) == 0;
 }
+
+QString callNumberAt(const QString& address, const QString& server, int port)
+{
+    constexpr int kUsualPort = 5060;
+    QString rest = address.section(';', 0, 0);
+    for (const char* scheme : {"sip:", "sips:"}) {
+        if (rest.startsWith(QLatin1String(scheme), Qt::CaseInsensitive))
+            rest = rest.mid(int(qstrlen(scheme)));
+    }
+    const qsizetype at = rest.indexOf('@');
+    const QString place = rest.mid(at + 1);
+    const QString host = place.startsWith('[') ? place.section(']', 0, 0).mid(1) : place.section(':', 0, 0);
+    const QString named = place.startsWith('[') ? place.section("]:", 1) : place.section(':', 1);
+    const int there = named.isEmpty() ? 0 : named.toInt();
+    const bool isPortSame = there == 0 || there == (port > 0 ? port : kUsualPort);
+    const bool isServers = at > 0 && isPortSame && host.compare(server, Qt::CaseInsensitive) == 0;
+    return callTextOf(isServers ? QString::fromUtf8(QByteArray::fromPercentEncoding(rest.left(at).toUtf8()))
+                                : rest);
+}

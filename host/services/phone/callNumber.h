@@ -11,5 +11,8 @@ enum { CALL_NUMBER_MAX = 128 }; // characters
 HX_HOST_API QString callNumberOf(const QString& typed);
 // For the screen: without control characters, and no longer than a number may be.
 HX_HOST_API QString callTextOf(const QString& received);
+// The same of an address that comes from the network: the bare number where it is one of that server, which
+// is a host; port: the server's, 0: the usual one.
+HX_HOST_API QString callNumberAt(const QString& address, const QString& server, int port);
 // Whether both name the same person: "sip:" in front does not count, and a host only where both have one.
 HX_HOST_API bool callIsSameNumber(const QString& one, const QString& other);

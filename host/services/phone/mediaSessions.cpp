@@ -34,6 +34,8 @@ QByteArray recordOf(const tagMediaWish& wish)
     record.nBandwidth = uint32_t(std::max(0, wish.options.nBandwidth));
     record.nFrameRate = uint32_t(std::max(0, wish.options.nFrameRate));
     record.bPreview = wish.bPreview;
+    qstrncpy(record.szStunIP, wish.stunServer.constData(), sizeof record.szStunIP);
+    record.nStunPort = uint32_t(std::max(0, wish.nStunPort));
     return QByteArray(reinterpret_cast<const char*>(&record), sizeof record);
 }
 

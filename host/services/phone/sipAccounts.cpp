@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr int kMaxPort = 65535;
 const char* const kStates[] = {"is not registered", "registers", "is registered", "cannot register",
                                "was refused"};
 
@@ -29,6 +30,11 @@ tagSipAccount recordOf(int index, const tagAccountFile& file)
                          : file.eTransport == ACCOUNT_TCP ? SIP_TCP
                                                           : SIP_UDP;
     account.nExpires = uint32_t(file.nExpires);
+    const bool hasStun = file.nStunPort > 0 && file.nStunPort <= kMaxPort;
+    if (hasStun && !file.strStunServer.isEmpty()) {
+        sipWire::setText(account.szStun, file.strStunServer.toStdString());
+        account.nStunPort = uint32_t(file.nStunPort);
+    }
     return account;
 }
 

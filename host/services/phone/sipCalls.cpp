@@ -84,7 +84,9 @@ sipCalls::tagLive* sipCalls::findRingingIn(int id)
 
 tagMediaWish sipCalls::wishOf(const tagLive& live) const
 {
-    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt};
+    const tagStunServer& stun = m_stun[live.call.nAccount];
+    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt, false,
+            stun.address,      stun.nPort};
 }
 
 bool sipCalls::end(int id, CALL_END why, const char* reason)
@@ -352,6 +354,10 @@ void sipCalls::take(const sipWire::Reader& record)
     case SIP_REFERRED:
         referred(record.as<tagSipReferred>());
         break;
+    case SIP_STUN:
+        m_stun[record.head().nId] = {QByteArray(record.as<tagSipStun>().szAddress),
+                                     int(record.as<tagSipStun>().nPort)};
+        break;
     default:
         break;
     }
@@ -490,7 +496,7 @@ void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
     case ASKED_OFFER:
         return offerWith(*live, usable);
     case ASKED_REPLY:
-        return replyWith(*live, usable);
+        return replyWith(*live, usable, isMissing);
     }
 }
 
@@ -540,14 +546,17 @@ void sipCalls::offerWith(tagLive& live, const QByteArray& offer)
 }
 
 // An empty answer refuses.
-void sipCalls::replyWith(tagLive& live, const QByteArray& answer)
+void sipCalls::replyWith(tagLive& live, const QByteArray& answer, bool isMissing)
 {
     live.bReplied = !answer.isEmpty();
     live.bOffered = live.bReplied && live.otherOffer->isEmpty();
     if (live.bReplied)
         live.bAgreedHeld = live.bAskedHeld;
     live.otherOffer.reset();
-    m_orders.media(SIP_MEDIA, live.nWire, answer);
+    if (isMissing)
+        m_orders.noMedia(live.nWire);
+    else
+        m_orders.media(SIP_MEDIA, live.nWire, answer);
     offerAnew(live);
 }
 
@@ -619,6 +628,7 @@ void sipCalls::ended(const tagSipEnded& ended)
 
 void sipCalls::agentIsGone()
 {
+    m_stun = {};
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
         end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : reasonOfBreak(call));

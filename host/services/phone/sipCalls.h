@@ -8,6 +8,7 @@
 #include "host/services/phone/sipMedia.h"
 #include "host/services/phone/sipOrders.h"
 #include <QObject>
+#include <array>
 #include <functional>
 #include <optional>
 
@@ -116,7 +117,7 @@ private:
     void answerWith(tagLive& live, const QByteArray& sdp, bool isMissing);
     void previewWith(tagLive& live, const QByteArray& sdp);
     void offerWith(tagLive& live, const QByteArray& offer);
-    void replyWith(tagLive& live, const QByteArray& answer);
+    void replyWith(tagLive& live, const QByteArray& answer, bool isMissing);
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
     void takeOver(tagLive live, uint32_t replaced);
@@ -125,10 +126,18 @@ private:
     void limitRinging(const tagLive& live);
     void ringsTooLong(int id);
 
+    // Of a line; heard to answer.
+    struct tagStunServer
+    {
+        QByteArray address; // empty: none
+        int nPort = 0;
+    };
+
     sipLink& m_link;
     sipOrders m_orders;
     sipMedia& m_media;
     AccountOf m_accountOf;
     QList<tagLive> m_calls;
+    std::array<tagStunServer, SIP_LINE_COUNT> m_stun;
     uint32_t m_nNextWire = SIP_CALL_FIRST;
 };

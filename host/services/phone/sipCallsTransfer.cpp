@@ -100,7 +100,8 @@ void sipCalls::referred(const tagSipReferred& referred)
         return;
     }
     tagLive next;
-    next.call = callNew(callTextOf(QString::fromUtf8(target.mid(target.indexOf(':') + 1).split(';').first())),
+    const tagAccountFile& account = m_accountOf(live->call.nAccount);
+    next.call = callNew(callNumberAt(QString::fromUtf8(target), account.strServer, account.nPort),
                         live->call.nAccount);
     next.call.options = live->call.options;
     next.call.bAnonymous = next.call.options.bAnonymous;

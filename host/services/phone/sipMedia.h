@@ -13,6 +13,8 @@ struct tagMediaWish
     bool bHeld = false;    // by the user: nothing is sent, and nothing is heard
     bool bEncrypt = false; // an offer of nothing but SRTP
     bool bPreview = false; // of an answer: only what the other side shows is taken, until begin()
+    QByteArray stunServer; // IPv4; says where others see the phone. Empty: nobody is asked
+    int nStunPort = 0;
 };
 
 // Hears of the media. Never before the call that asked has returned.

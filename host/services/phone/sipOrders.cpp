@@ -64,3 +64,8 @@ void sipOrders::tone(uint32_t call, QChar tone, int ms)
     record.nMs = uint32_t(ms);
     m_link.tell(record);
 }
+
+void sipOrders::noMedia(uint32_t call)
+{
+    m_link.tell(sipWire::make<tagSipHead>(SIP_NO_MEDIA, call));
+}

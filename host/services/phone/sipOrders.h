@@ -32,6 +32,8 @@ public:
     bool target(SIP_RECORD kind, uint32_t call, const QByteArray& target);
     void connect(uint32_t call, uint32_t other);
     void tone(uint32_t call, QChar tone, int ms);
+    // What the other side offers cannot be answered at present.
+    void noMedia(uint32_t call);
 
 private:
     sipLink& m_link;

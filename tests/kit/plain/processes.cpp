@@ -90,6 +90,18 @@ double kit::cpuSeconds(qint64 pid)
     return (fields.value(11).toDouble() + fields.value(12).toDouble()) / double(sysconf(_SC_CLK_TCK));
 }
 
+qint64 kit::scheduledNs(qint64 pid)
+{
+    qint64 sum = 0;
+    const QString tasks = QString("/proc/%1/task").arg(pid);
+    for (const QString& task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(tasks + '/' + task + "/schedstat");
+        if (file.open(QIODevice::ReadOnly))
+            sum += file.readAll().split(' ').value(0).toLongLong();
+    }
+    return sum;
+}
+
 bool kit::waits(const std::function<bool()>& holds, int ms)
 {
     QElapsedTimer time;

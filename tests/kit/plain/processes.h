@@ -20,6 +20,8 @@ pid_t textProcess();
 qint64 statusKiB(qint64 pid, const char* name);
 // Processor time of the process so far, in seconds; 0 when there is none.
 double cpuSeconds(qint64 pid);
+// The same of its living threads to the nanosecond, as the scheduler counts it.
+qint64 scheduledNs(qint64 pid);
 
 // Real time, for other processes; events are not delivered meanwhile. False when ms went by.
 bool waits(const std::function<bool()>& holds, int ms);

@@ -1,5 +1,6 @@
 #include "tests/kit/plain/recordedSound.h"
 #include <QFile>
+#include <QtEndian>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -25,24 +26,35 @@ QByteArray kit::recordingSink(const QString& file)
     return "filesink async=false sync=true append=true buffer-mode=unbuffered location=" + file.toUtf8();
 }
 
-QByteArray kit::waveFile(double hertz, double seconds, int rate)
+QByteArray kit::waveFile(const std::vector<float>& samples, int rate, int channels)
 {
-    const quint32 count = quint32(seconds * rate);
+    const quint32 step = 2 * quint32(channels);
+    const quint32 size = quint32(samples.size()) * step;
     QByteArray out = "RIFF";
-    putNumber(out, 36 + 2 * count, 4);
+    putNumber(out, 36 + size, 4);
     out += "WAVEfmt ";
     putNumber(out, 16, 4);
     putNumber(out, 1, 2);
-    putNumber(out, 1, 2);
+    putNumber(out, quint32(channels), 2);
     putNumber(out, quint32(rate), 4);
-    putNumber(out, quint32(2 * rate), 4);
-    putNumber(out, 2, 2);
+    putNumber(out, step * quint32(rate), 4);
+    putNumber(out, step, 2);
     putNumber(out, 16, 2);
     out += "data";
-    putNumber(out, 2 * count, 4);
-    for (quint32 i = 0; i < count; ++i)
-        putNumber(out, quint32(quint16(qint16(kLoud * 32767 * std::sin(kTurn * hertz * i / rate)))), 2);
+    putNumber(out, size, 4);
+    for (const float sample : samples) {
+        for (int channel = 0; channel < channels; ++channel)
+            putNumber(out, quint32(quint16(qint16(sample * 32767))), 2);
+    }
     return out;
+}
+
+QByteArray kit::waveFile(double hertz, double seconds, int rate, int channels)
+{
+    std::vector<float> samples(size_t(seconds * rate));
+    for (size_t i = 0; i < samples.size(); ++i)
+        samples[i] = float(kLoud * std::sin(kTurn * hertz * double(i) / rate));
+    return waveFile(samples, rate, channels);
 }
 
 kit::RecordedSound::RecordedSound(const QString& path)
@@ -54,6 +66,21 @@ kit::RecordedSound::RecordedSound(const QString& path)
     m_samples.resize(size_t(bytes.size()) / sizeof(float));
     if (!m_samples.empty())
         memcpy(m_samples.data(), bytes.constData(), m_samples.size() * sizeof(float));
+}
+
+kit::RecordedSound kit::RecordedSound::ofWave(const QString& path)
+{
+    QFile file(path);
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const qsizetype data = bytes.indexOf("data");
+    if (!bytes.startsWith("RIFF") || data < 36)
+        return RecordedSound({}, 0);
+    // Who still writes says nothing of the length yet.
+    const int step = 2 * qFromLittleEndian<quint16>(bytes.constData() + 22);
+    std::vector<float> samples;
+    for (qsizetype at = data + 8; step > 0 && at + step <= bytes.size(); at += step)
+        samples.push_back(float(qFromLittleEndian<qint16>(bytes.constData() + at)) / 32768);
+    return RecordedSound(std::move(samples), int(qFromLittleEndian<quint32>(bytes.constData() + 24)));
 }
 
 kit::RecordedSound kit::RecordedSound::from(double second, double seconds, int rate) const
@@ -76,8 +103,13 @@ double kit::RecordedSound::peak() const
     return most;
 }
 
-// The power of one frequency, as one bin of a Fourier transform.
 bool kit::RecordedSound::has(double hertz) const
+{
+    return share(hertz) > kShare;
+}
+
+// The power of one frequency, as one bin of a Fourier transform.
+double kit::RecordedSound::share(double hertz) const
 {
     double real = 0;
     double imaginary = 0;
@@ -89,7 +121,7 @@ bool kit::RecordedSound::has(double hertz) const
         power += double(m_samples[i]) * m_samples[i];
     }
     const double count = double(m_samples.size());
-    return power > 0 && 2 * (real * real + imaginary * imaginary) / count > kShare * power;
+    return power > 0 ? 2 * (real * real + imaginary * imaginary) / count / power : 0;
 }
 
 int kit::RecordedSound::longestQuiet() const

@@ -10,8 +10,10 @@ namespace kit {
 // HX_SOUND_SINK for a loudspeaker that keeps the pace of the clock and writes all it gets to the end of a
 // file.
 QByteArray recordingSink(const QString& file);
-// A WAV file of one sound of 0.8 of full scale.
-QByteArray waveFile(double hertz, double seconds, int rate);
+// A WAV file of one sound of 0.8 of full scale, the same on all channels.
+QByteArray waveFile(double hertz, double seconds, int rate, int channels = 1);
+// Of samples from -1 to 1.
+QByteArray waveFile(const std::vector<float>& samples, int rate, int channels = 1);
 
 class RecordedSound
 {
@@ -22,7 +24,12 @@ public:
     {
     }
 
+    // The first channel of a WAV file of 16-bit samples, which may still be written.
+    static RecordedSound ofWave(const QString& file);
+
     qint64 size() const { return qint64(m_samples.size()); }
+    int rate() const { return m_nRate; }
+    const std::vector<float>& samples() const { return m_samples; }
     double seconds(int rate) const { return double(size()) / rate; }
     // A piece of it; shorter, or empty, where there is less.
     RecordedSound from(double second, double seconds, int rate) const;
@@ -30,6 +37,8 @@ public:
     double peak() const;
     // That sound is a good part of the piece. Pieces only: they know their rate.
     bool has(double hertz) const;
+    // How much of the piece's power that sound is, from 0 to 1.
+    double share(double hertz) const;
     // Samples in a row of (nearly) nothing.
     int longestQuiet() const;
 
