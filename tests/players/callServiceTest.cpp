@@ -171,6 +171,7 @@ TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOn
     // Each port was asked for as often as there was time.
     EXPECT_EQ(server.asked(), 6);
     m_sessions.agree(1, answerOf(4, m_news.described[1]));
+    EXPECT_TRUE(isHeard()) << "of the other one";
     m_sessions.setMuted(4, true);
     EXPECT_TRUE(isSilent()) << "it was muted before";
     m_sessions.setMuted(1, false);
