@@ -4,6 +4,7 @@
 //   bench_calls [screen] [plan] [keys] [many]   these parts alone
 //   HX_CALLS_SEED                               of the run to repeat
 #include "bench/callPhone.h"
+#include "bench/callScreen.h"
 #include "bench/keyReader.h"
 #include "bench/manyCalls.h"
 #include "bench/phoneBench.h"
@@ -12,7 +13,6 @@
 #include "host/desktop/dssKeyStrip.h"
 #include "host/desktop/frmDial.h"
 #include "host/services/phone/phoneService.h"
-#include "host/services/transfers/taskBook.h"
 #include "settings/call/dlgDssKeySetting.h"
 #include "support/file/atomicSave.h"
 #include "support/host/desktop.h"
@@ -20,8 +20,6 @@
 #include "support/host/screen.h"
 #include <QAbstractButton>
 #include <QApplication>
-#include <QBackingStore>
-#include <QLabel>
 #include <QLineEdit>
 #include <QTimer>
 #include <algorithm>
@@ -48,29 +46,7 @@ constexpr double kTurnMs = 16;
 constexpr double kMostGrowth = 1; // percent
 constexpr int kRestMs = 50;
 constexpr int kSaveKey = 0;
-constexpr int kEndKey = 3;
-constexpr int kLooksGreen = 60; // more of it than of the other colours
-constexpr int kGreenDisc = 1500;
 const char* const kPlan = "/rundata/data/dialplan.xml";
-
-QWidget* windowOf(const char* className)
-{
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window->inherits(className))
-            return window;
-    }
-    return nullptr;
-}
-
-QWidget* topWindow()
-{
-    return QWSServer::clientWindows().value(0);
-}
-
-QPoint middleOf(const QWidget* widget)
-{
-    return widget->mapToGlobal(widget->rect().center());
-}
 
 // What is long for the phone's own sake is so in every round; what the machine does besides is not.
 class Rounds
@@ -115,66 +91,6 @@ private:
 };
 
 // ---- The call screen
-
-class CallScreen
-{
-public:
-    CallScreen()
-        : m_pWindow(windowOf("frmCall")), m_pAnswer(m_pWindow->findChild<QAbstractButton*>("btnAnswer")),
-          m_pName(m_pWindow->findChild<QLabel*>("labName")),
-          m_pState(m_pWindow->findChild<QLabel*>("labState"))
-    {
-    }
-    const QWidget* window() const { return m_pWindow; }
-    bool isGone() const { return !m_pWindow->isVisible(); }
-    QPoint answerKey() const { return middleOf(m_pAnswer); }
-    // What the widgets say, before they are painted.
-    bool rings(const QString& name) const { return m_pAnswer->isVisible() && m_pName->text() == name; }
-    bool talks() const { return !m_pAnswer->isVisible() && m_pState->text() == "In call"; }
-    // What has been painted: the answer key is the only green there is.
-    bool hasAnswerKey() const
-    {
-        const auto* image = dynamic_cast<const QImage*>(m_pWindow->backingStore()->paintDevice());
-        if (!image || topWindow() != m_pWindow)
-            return false;
-        int green = 0;
-        const QRect disc = m_pAnswer->geometry();
-        for (int y = disc.top(); y <= disc.bottom(); ++y) {
-            for (int x = disc.left(); x <= disc.right(); ++x) {
-                const QRgb pixel = image->pixel(x, y);
-                green += qGreen(pixel) > qMax(qRed(pixel), qBlue(pixel)) + kLooksGreen;
-            }
-        }
-        return green >= kGreenDisc;
-    }
-
-private:
-    QWidget* m_pWindow;
-    QAbstractButton* m_pAnswer;
-    QLabel* m_pName;
-    QLabel* m_pState;
-};
-
-// Until the call screen has painted what it is to say.
-tagCost untilPainted(const CallScreen& screen, TurnWatch& turns, const std::function<void()>& act,
-                     const std::function<bool()>& says)
-{
-    PaintWatch watch([&](const QWidget* widget) { return widget->window() == screen.window() && says(); });
-    const CostClock clock;
-    act();
-    const bool isPainted = turns.turnUntil([&] { return watch.hasPainted(); });
-    return isPainted ? clock.cost() : tagCost{HUGE_VAL, HUGE_VAL};
-}
-
-// Whoever has nothing to do any more lets the next call find a phone at rest.
-void endCall(const CallScreen& screen, TurnWatch& turns)
-{
-    for (int touch = 0; touch < 2; ++touch) { // it goes at once when the call has ended
-        touchSoftKey(kEndKey);
-        turns.turnFor(kRestMs);
-    }
-    turns.turnUntil([&] { return screen.isGone() && taskPendingCount() == 0; });
-}
 
 void addCosts(RatioTable& table, const QString& what, const std::vector<tagCost>& costs)
 {
@@ -280,7 +196,7 @@ void dialByFinger(const QString& number, TurnWatch& turns)
     touchAt(middleOf(topWindow()->findChild<QWidget*>("btnCall")));
     turns.turnUntil([] { return topWindow()->inherits("frmCall"); });
     for (int touch = 0; touch < 2; ++touch) {
-        touchSoftKey(kEndKey);
+        touchSoftKey(CallScreen::END_KEY);
         turns.turnUntil([] { return phoneService::instance().calls().isEmpty(); });
     }
     turns.turnUntil([] { return topWindow() == frmDesktop::GetInstance(); });

@@ -8,6 +8,7 @@
 #include "host/services/keyfiles/deviceFiles.h"
 #include "host/services/messages/messageBus.h"
 #include "host/services/phone/phoneService.h"
+#include "host/services/phone/realLines.h"
 #include "host/services/players/playerProcesses.h"
 #include "host/touch/finger.h"
 #include "media/mediaPages.h"
@@ -72,6 +73,18 @@ bool CallPhone::boot(TurnWatch& turns)
         m_pLines->setLine(line, setting);
     }
     playerProcessesStart();
+    return comeUp(turns);
+}
+
+bool CallPhone::bootReal(TurnWatch& turns)
+{
+    playerProcessesStart();
+    realLinesStart(true);
+    return comeUp(turns);
+}
+
+bool CallPhone::comeUp(TurnWatch& turns)
+{
     hostBoot();
     const frmDesktop* home = frmDesktop::GetInstance();
     return turns.turnUntil(

@@ -1,6 +1,6 @@
 #pragma once
-// The phone in this process, as its main program starts it, with the simulated lines and their calls.
-// User-interface thread.
+// The phone in this process, as its main program starts it, with the simulated lines and their calls or with
+// real ones. User-interface thread.
 #include "host/services/phone/phoneSimulation.h"
 #include <QPoint>
 #include <QTemporaryDir>
@@ -32,9 +32,13 @@ public:
     QString root() const { return m_root.path(); }
     // To the home screen, with four registered lines. False when it does not come so far.
     bool boot(TurnWatch& turns);
+    // The same with the accounts of its folder, which register at their servers.
+    bool bootReal(TurnWatch& turns);
     NotedSimulation& lines() { return *m_pLines; }
 
 private:
+    static bool comeUp(TurnWatch& turns);
+
     QTemporaryDir m_root;
     std::unique_ptr<QApplication> m_application;
     NotedSimulation* m_pLines = nullptr; // the phone service's

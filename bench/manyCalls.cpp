@@ -1,8 +1,7 @@
 #include "bench/manyCalls.h"
+#include "bench/heldThings.h"
 #include "support/host/phone.h"
 #include "tests/kit/plain/processes.h"
-#include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QThread>
@@ -24,33 +23,6 @@ const char* const kHome = "frmDesktop";
 const char* const kCall = "frmCall";
 const char* const kDial = "frmDial";
 const char* const kHistory = "/rundata/data/callHistory.xml";
-
-double privateDirtyKiB(qint64 pid)
-{
-    QFile file(QString("/proc/%1/smaps_rollup").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("no smaps_rollup");
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        if (line.startsWith("Private_Dirty:"))
-            return line.simplified().split(' ').value(1).toDouble();
-    }
-    return 0;
-}
-
-int filesBelow(const QString& root)
-{
-    int count = 0;
-    const auto kinds = QDir::Files | QDir::Hidden | QDir::System;
-    for (QDirIterator files(root, kinds, QDirIterator::Subdirectories); files.hasNext();)
-        count += files.next() != root + kHistory;
-    return count;
-}
-
-int handlesOf(qint64 pid)
-{
-    const auto kinds = QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot;
-    return int(QDir(QString("/proc/%1/fd").arg(pid)).entryList(kinds).size());
-}
 
 // Speed dials on all lines, and some keys that watch extensions.
 bool putKeys(const QString& root)
@@ -441,7 +413,7 @@ tagHeld ManyCalls::look()
     QThread::msleep(kTrimMs);
     ask({"wait", "idle", QString::number(kWaitMs)});
     const tagHeld held{ask({"memory"})["heap"].toDouble() / 1024, privateDirtyKiB(m_phone.pid()),
-                       handlesOf(m_phone.pid()), filesBelow(m_phone.root())};
+                       handlesOf(m_phone.pid()), filesBelow(m_phone.root(), kHistory)};
     printf("after %4d calls: %.0f KiB in use, %.0f KiB of private memory, %d handles, %d files\n", m_nBegun,
            held.usedKiB, held.dirtyKiB, held.handles, held.files);
     return held;

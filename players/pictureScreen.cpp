@@ -68,13 +68,14 @@ void pictureScreen::endFilm()
 void pictureScreen::paintOwn(unsigned char* pixels, const QSize& size) const
 {
     const QRect inside = m_ownPlace.intersected(QRect(QPoint(0, 0), size));
-    if (inside.isEmpty() || m_own.size != m_ownPlace.size() || m_calls.last() != m_nOwnCall)
+    const char* own = m_own.pixels.isEmpty() ? nullptr : m_own.pixels.constData();
+    if (!own || inside.isEmpty() || m_own.size != m_ownPlace.size() || m_calls.last() != m_nOwnCall)
         return;
     for (int y = inside.top(); y <= inside.bottom(); ++y) {
         const qsizetype from =
             qsizetype(y - m_ownPlace.y()) * m_own.size.width() + inside.x() - m_ownPlace.x();
         const qsizetype to = qsizetype(y) * size.width() + inside.x();
-        memcpy(pixels + to * VIDEO_STORE_PIXEL, m_own.pixels.constData() + from * VIDEO_STORE_PIXEL,
+        memcpy(pixels + to * VIDEO_STORE_PIXEL, own + from * VIDEO_STORE_PIXEL,
                size_t(inside.width()) * VIDEO_STORE_PIXEL);
     }
 }

@@ -1,12 +1,14 @@
 #include "players/soundSink.h"
+#include "host/services/players/soundPlaces.h"
+#include "players/callDesk.h"
+#include "players/soundLooks.h"
 #include "support/host/trace.h"
-#include <QElapsedTimer>
 #include <cstdlib>
 #include <dlfcn.h>
 
 namespace {
 
-constexpr int kLookAgainMs = 30000;
+constexpr int kUsInMs = 1000;
 
 void sayNothing(const char*, int, const char*, int, const char*, ...) {}
 
@@ -61,17 +63,19 @@ void soundDriversBeStill()
 
 GstElement* newSoundSink()
 {
-    static QElapsedTimer lookedInVain;
-    if (lookedInVain.isValid() && lookedInVain.elapsed() < kLookAgainMs)
+    static soundLooks looks;
+    const qint64 now = callDesk::nowUs() / kUsInMs;
+    const char* described = getenv("HX_SOUND_SINK");
+    if (!looks.isDue(now, soundPlaces(), described && *described))
         return nullptr;
     soundDriversBeStill();
     GstElement* sink = makeSink();
     if (sink && gst_element_set_state(sink, GST_STATE_READY) != GST_STATE_CHANGE_FAILURE &&
         !soundBinHas(sink, {"fakesink"})) // the toolkit's own choice where nothing works
         return sink;
-    if (!lookedInVain.isValid())
+    if (!looks.hasLooked())
         nuxTrace(TRACE_NOTE, "no sound device is found, films play without sound");
-    lookedInVain.start();
+    looks.inVain(now, soundPlaces());
     if (sink) {
         gst_element_set_state(sink, GST_STATE_NULL);
         gst_object_unref(gst_object_ref_sink(sink));

@@ -1,12 +1,14 @@
 #include "players/soundSource.h"
+#include "host/services/players/soundPlaces.h"
+#include "players/callDesk.h"
+#include "players/soundLooks.h"
 #include "players/soundSink.h"
 #include "support/host/trace.h"
-#include <QElapsedTimer>
 #include <cstdlib>
 
 namespace {
 
-constexpr int kLookAgainMs = 30000;
+constexpr int kUsInMs = 1000;
 
 GstElement* makeSource()
 {
@@ -27,20 +29,25 @@ bool isDescribed()
     return described && *described;
 }
 
-QElapsedTimer g_lookedInVain;
+soundLooks g_looks;
+
+qint64 nowMs()
+{
+    return callDesk::nowUs() / kUsInMs;
+}
 
 } // namespace
 
 void soundSourceFailed()
 {
-    if (!g_lookedInVain.isValid())
+    if (!g_looks.hasLooked())
         nuxTrace(TRACE_NOTE, "no microphone is found, calls are silent");
-    g_lookedInVain.start();
+    g_looks.inVain(nowMs(), soundPlaces());
 }
 
 GstElement* newSoundSource()
 {
-    if (g_lookedInVain.isValid() && g_lookedInVain.elapsed() < kLookAgainMs)
+    if (!g_looks.isDue(nowMs(), soundPlaces(), isDescribed()))
         return nullptr;
     soundDriversBeStill();
     GstElement* source = makeSource();

@@ -20,9 +20,8 @@ bool ChallengeAnswers::answer(nua_handle_t* handle, const sip_t* message)
             const std::string realm = digest::param(challenge, "realm=");
             if (!digest::isKnown(challenge) || (!m_realm.empty() && realm != m_realm))
                 continue;
-            const bool isStale = digest::param(challenge, "stale=") == "true";
             const bool isNew = m_answered.insert((first == www ? "w" : "p") + realm).second;
-            if ((!isNew && !isStale) || ++m_nAnswers > kMaxAnswers)
+            if ((!isNew && !digest::isStale(challenge)) || ++m_nAnswers > kMaxAnswers)
                 continue;
             const char* spelled = msg_params_find(challenge->au_params, "realm=");
             const std::string credentials =

@@ -35,8 +35,11 @@ std::string soundTarget(const std::string& text)
     return isSip && isMadeOf(text, "-_.!~*'()&=+$,;/%:@[]#") ? text : "";
 }
 
-bool readState(const std::string& text, DIALOG_STATE& state)
+// Some servers begin it with a capital.
+bool readState(std::string text, DIALOG_STATE& state)
 {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
     static const std::map<std::string, DIALOG_STATE> states = {{"trying", DIALOG_STATE::TRYING},
                                                                {"proceeding", DIALOG_STATE::PROCEEDING},
                                                                {"early", DIALOG_STATE::EARLY},

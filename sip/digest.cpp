@@ -75,8 +75,7 @@ int takeChallenge(auth_client_t* ca, const msg_auth_t* challenge)
     const std::string opaque = digest::param(challenge, "opaque=");
     su_home_t* home = ca->ca_home;
     // Another nonce alone does not say that the password was right.
-    const bool isNew =
-        !client->szNonce || client->nCount == 0 || digest::param(challenge, "stale=") == "true";
+    const bool isNew = !client->szNonce || client->nCount == 0 || digest::isStale(challenge);
     for (char* text : {client->szNonce, client->szOpaque, client->szAlgorithm})
         su_free(home, text);
     client->szNonce = su_strdup(home, nonce.c_str());
@@ -194,4 +193,9 @@ bool digest::isKnown(const msg_auth_t* challenge)
     const std::string qop = param(challenge, "qop=");
     return std::find(known.begin(), known.end(), algorithm) != known.end() &&
            (qop.empty() || hasQop(qop, "auth")) && !param(challenge, "nonce=").empty();
+}
+
+bool digest::isStale(const msg_auth_t* challenge)
+{
+    return lower(param(challenge, "stale=")) == "true";
 }

@@ -16,5 +16,7 @@ void forget(const std::string& key);
 std::string param(const msg_auth_t* challenge, const char* name);
 // Whether it can be answered.
 bool isKnown(const msg_auth_t* challenge);
+// The answer before was right, and too old.
+bool isStale(const msg_auth_t* challenge);
 
 } // namespace digest

@@ -11,6 +11,8 @@ public:
     // A document of the subscription. False when the whole state should be asked for; what is damaged leaves
     // nothing known.
     bool take(const char* bytes, size_t size);
+    // The server has no document, and no objection: where nothing is known, nobody has a call there.
+    void takeNothing() { m_bKnown = true; }
     // Another subscription: what is known holds until its first document.
     void begin() { m_version.reset(); }
     void forget();

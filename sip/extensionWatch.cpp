@@ -34,6 +34,12 @@ bool ExtensionWatch::onNote(const sip_t& message)
     return isWhole;
 }
 
+void ExtensionWatch::onEmptyNote()
+{
+    m_state.takeNothing();
+    m_changed();
+}
+
 void ExtensionWatch::onLost()
 {
     m_state.forget();

@@ -20,6 +20,7 @@ public:
 
     void onBegun() override { m_state.begin(); }
     bool onNote(const sip_t& message) override;
+    void onEmptyNote() override;
     void onLost() override;
 
 private:

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <malloc.h>
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_status.h>
 #include <sofia-sip/sip_tag.h>
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr uint32_t kKeepMs = 25000;
+constexpr uint32_t kRestMs = 40000;     // the stack keeps for 32 s what it may have to repeat
 constexpr uint32_t kStepMs = 20;        // between looks whether everybody has left
 constexpr unsigned kLargestUdp = 65535; // a call with many codecs and video does not fit a frame
 constexpr unsigned kMaxMessage = 128 << 10;
@@ -43,7 +45,7 @@ SipAgent::SipAgent()
           m_stack.pRoot, [this](const sipWire::Reader& record) { take(record); },
           [this](bool isDamaged) { end(isDamaged ? 1 : 0); }),
       m_events(m_stack, [this](uint32_t line) { return m_lines[line].get(); }), m_step(m_stack.pRoot),
-      m_last(m_stack.pRoot)
+      m_last(m_stack.pRoot), m_rest(m_stack.pRoot)
 {
     su_root_threading(m_stack.pRoot, 0);
     m_stack.pPhone = &m_phone;
@@ -365,10 +367,14 @@ size_t SipAgent::callCount() const
                                 [](const auto& call) { return !call.second->hasEnded(); }));
 }
 
+// What the stack has kept of many calls goes back to the system when it keeps it no more.
 void SipAgent::dropCalls()
 {
+    const bool hadAny = !m_calls.empty();
     for (auto call = m_calls.begin(); call != m_calls.end();)
         call = call->second->isOver() ? m_calls.erase(call) : std::next(call);
+    if (hadAny && m_calls.empty())
+        m_rest.start(kRestMs, [] { malloc_trim(0); });
 }
 
 void SipAgent::end(int code)

@@ -62,6 +62,7 @@ private:
     uint32_t m_nNextIncoming = SIP_CALL_FIRST_INCOMING;
     SipTimer m_step;
     SipTimer m_last;
+    SipTimer m_rest;
     int m_nCode = 0;
     bool m_bEnding = false;
     bool m_bShutdown = false; // the stack has ended well

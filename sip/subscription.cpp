@@ -183,6 +183,8 @@ void Subscription::onNote(const tagStackEvent& event)
         renew();
     else if (!hasBody && state && is(state->ss_substate, "pending"))
         m_news.onLost(); // what there was is not known to hold any more
+    else if (!hasBody && state && is(state->ss_substate, "active"))
+        m_news.onEmptyNote();
 }
 
 void Subscription::onEnd(const sip_subscription_state_t& state)

@@ -28,6 +28,8 @@ public:
     virtual void onBegun() = 0;
     // A note with a body; false when the whole state is to be asked for.
     virtual bool onNote(const sip_t& message) = 0;
+    // A note without one, of a subscription that holds.
+    virtual void onEmptyNote() {}
     // Nobody tells any more, until the next note.
     virtual void onLost() = 0;
 };

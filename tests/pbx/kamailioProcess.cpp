@@ -3,6 +3,7 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/certificates.h"
 #include "tests/sip/udpPeer.h"
+#include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
 
@@ -11,6 +12,7 @@ namespace {
 constexpr int kWaitMs = 15000;
 // Where Debian puts what only servers need.
 constexpr const char* kProgram = "/usr/sbin/kamailio";
+constexpr const char* kTables = "/usr/share/kamailio/dbtext/kamailio/";
 
 } // namespace
 
@@ -23,9 +25,14 @@ bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
     text.replace("@PORT@", QByteArray::number(m_nPort))
         .replace("@TLS_PORT@", QByteArray::number(m_nTlsPort))
         .replace("@ALGORITHM@", algorithm)
+        .replace("@NEXT@", QByteArray::number(m_nNext))
         .replace("@FOLDER@", m_program.path().toUtf8());
+    if (m_nNext)
+        text.prepend("#!define WITH_NEXT\n");
+    if (m_bPresence)
+        text.prepend("#!define WITH_PRESENCE\n");
     if (!hasTls)
-        return m_program.write("kamailio.cfg", text);
+        return m_program.write("kamailio.cfg", "#!KAMAILIO\n" + text);
     const QByteArray folder = m_program.path().toUtf8();
     const QByteArray profile = "method = TLSv1.2+\nprivate_key = " + folder +
                                "/server.key\ncertificate = " + folder + "/server.pem\nca_list = " + folder +
@@ -35,12 +42,28 @@ bool KamailioProcess::writeSettings(const char* algorithm, bool hasTls)
            m_program.write("kamailio.cfg", "#!KAMAILIO\n#!define WITH_TLS\n" + text);
 }
 
+// One of its modules wants tables, empty ones as they come with the package.
+bool KamailioProcess::makeTables()
+{
+    if (!m_bPresence)
+        return true;
+    const QString tables = m_program.path("tables");
+    bool done = QDir().mkpath(tables);
+    for (const char* name : {"version", "pua"})
+        done = (QFile::exists(tables + '/' + name) ||
+                QFile::copy(QString(kTables) + name, tables + '/' + name)) &&
+               done;
+    return done;
+}
+
 void KamailioProcess::start(const char* algorithm, bool hasTls)
 {
     ASSERT_TRUE(QFile::exists(kProgram)) << "the packages kamailio and kamailio-tls-modules are missing";
-    m_nPort = UdpPeer::freePort();
-    m_nTlsPort = UdpPeer::freePort();
-    ASSERT_TRUE(writeSettings(algorithm, hasTls));
+    if (!m_nPort) {
+        m_nPort = UdpPeer::freePort();
+        m_nTlsPort = UdpPeer::freePort();
+    }
+    ASSERT_TRUE(writeSettings(algorithm, hasTls) && makeTables());
     ASSERT_TRUE(m_program.start(kProgram, {"-f", m_program.path("kamailio.cfg"), "-DD", "-E", "-m", "32",
                                            "-M", "4", "-w", m_program.path(), "-Y", m_program.path(), "-P",
                                            m_program.path("pid")}));

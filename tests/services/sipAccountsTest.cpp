@@ -94,6 +94,28 @@ TEST_F(SipAccounts, AnAccountThatDidNotChangeKeepsItsRegistration)
     EXPECT_EQ(stateOf(0), LINE_DISABLED);
 }
 
+TEST_F(SipAccounts, WhateverOfAnAccountChangesRegistersItAnew)
+{
+    begin();
+    QByteArray keys = readFile("/rundata/config/user/voip/sipAccount0.cfg");
+    const QPair<QByteArray, QByteArray> changes[] = {
+        {"AuthName=auth", "AuthName=other"},          {"UserName=100", "UserName=101"},
+        {"DisplayName=Anna", "DisplayName=Bert"},     {"sip.example.com", "pbx.example.com"},
+        {"SIPServerPort=5060", "SIPServerPort=5070"}, {"Enable=1", "Enable=1\nTransport=tls"},
+        {"Enable=1", "Enable=1\nExpires=600"},        {"Enable=1", "Enable=1\nEncrypt=1"}};
+    for (const auto& [before, after] : changes) {
+        SCOPED_TRACE(after.toStdString());
+        ASSERT_TRUE(keys.contains(before));
+        keys.replace(before, after);
+        writeAccount(0, keys);
+        tellAccountChanged(0);
+        EXPECT_TRUE(agent.next<tagSipAccount>(SIP_ACCOUNT));
+        EXPECT_EQ(stateOf(0), LINE_REGISTERING);
+        tellLine(0, SIP_LINE_REGISTERED, 200);
+        EXPECT_TRUE(comesTo(0, LINE_DEFAULT_ACCOUNT));
+    }
+}
+
 TEST_F(SipAccounts, TheStatesOfLinesAreShownAtOnce)
 {
     writeAccount(1, "[account]\nEnable=1\nUserName=101\nSIPServerHost=sip.example.com\n");

@@ -337,23 +337,6 @@ TEST_F(SipCallTest, TheOtherSidesHoldIsWhatItsMediaSay)
     EXPECT_FALSE(call().bVideo);
 }
 
-TEST_F(SipCallTest, MediaThatAreLostAreOfferedAnew)
-{
-    talksOut();
-    media->orders.clear();
-    media->tellLost();
-    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
-    tellMedia(SIP_TALK, OUT, "again");
-    EXPECT_EQ(media->orders, (QStringList{"offer", "agree again"}));
-
-    const int id = arrives(arrival(IN));
-    media->bSilent = true;
-    phoneService::instance().answer(id);
-    media->bSilent = false;
-    media->tellLost();
-    EXPECT_EQ(nextMedia(SIP_ANSWER).left(6), "answer");
-}
-
 TEST_F(SipCallTest, OneWithoutMediaEndsWithItsReason)
 {
     media->bEmpty = true;

@@ -4,7 +4,13 @@
 #include "tests/sip/udpPeer.h"
 #include <QCoreApplication>
 #include <QDir>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -71,6 +77,44 @@ TEST_F(SipLink, WhatHasNoPlaceEndsTheAgent)
     expectTurnedAway();
     EXPECT_TRUE(waitsForEnd());
     EXPECT_TRUE(agent.comeTo(hostPath("/rundata/run/hxSip.link")));
+}
+
+TEST_F(SipLink, NobodyElseOfTheMachineMayBeTheAgent)
+{
+    const mode_t before = umask(0);
+    boot();
+    umask(before);
+    const QByteArray path = hostPath("/rundata/run/hxSip.link").toUtf8();
+    struct stat about = {};
+    ASSERT_EQ(::stat(path.constData(), &about), 0);
+    EXPECT_EQ(about.st_mode & 0777u, 0600u);
+    if (geteuid() != 0)
+        GTEST_SKIP() << "another user can be played by root alone";
+    // Not even where he finds it open.
+    const QByteArray folder = path.left(path.lastIndexOf('/'));
+    ASSERT_EQ(chmod(path.constData(), 0666), 0);
+    ASSERT_EQ(chmod(folder.constData(), 0755), 0);
+    const pid_t stranger = fork();
+    if (stranger == 0) {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        strcpy(address.sun_path, "hxSip.link");
+        const int link = socket(AF_UNIX, SOCK_STREAM, 0);
+        const timeval limit = {10, 0};
+        setsockopt(link, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        char first = 0;
+        if (chdir(folder.constData()) != 0 || setuid(65534) != 0 ||
+            connect(link, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+            _exit(2);
+        const ssize_t count = recv(link, &first, 1, 0);
+        _exit(count == 0 || (count < 0 && errno == ECONNRESET) ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_TRUE(kit::waitUntil([&] { return waitpid(stranger, &status, WNOHANG) == stranger; }, 15000));
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "1: he is told something; 2: he does not reach it";
+    agentComes();
+    EXPECT_TRUE(agent.next<tagSipAccount>(SIP_ACCOUNT));
 }
 
 TEST_F(SipLink, AnAgentIsNotThereBeforeItsHello)

@@ -1,7 +1,6 @@
 #include "tests/services/sipStand.h"
 #include "support/host/message.h"
 #include "support/xml/xmlFile.h"
-#include <QCoreApplication>
 #include <QTimer>
 #include <cerrno>
 #include <cstring>
@@ -18,7 +17,7 @@ void kit::ScriptedMedia::describe(int call, const QString& what, const tagMediaW
     const QByteArray sdp =
         bEmpty ? QByteArray()
                : (what.startsWith("offer") ? "offer " : "answer ") + QByteArray::number(++m_nCount);
-    QTimer::singleShot(0, QCoreApplication::instance(), [this, call, sdp, missing = bMissing] {
+    QTimer::singleShot(0, &m_late, [this, call, sdp, missing = bMissing] {
         if (m_pNews && missing)
             m_pNews->mediaMissing(call);
         else if (m_pNews)

@@ -6,6 +6,7 @@
 #include "sip/sipWire.h"
 #include "support/host/phone.h"
 #include "tests/kit/phoneTest.h"
+#include <QObject>
 #include <QSocketNotifier>
 #include <memory>
 
@@ -59,6 +60,7 @@ private:
 
     sipMediaNews* m_pNews = nullptr;
     int m_nCount = 0;
+    QObject m_late; // what it has not said at its end is not said
 };
 
 // The agent's end of the socket. It is alive: what asks for that is answered while the phone goes on.

@@ -109,6 +109,35 @@ TEST_F(SipCallFailover, FromAServerOutOfServiceToTheNext)
     expectTheSecond(1);
 }
 
+TEST_F(SipCallFailover, EachServerMayAskForThePassword)
+{
+    silentMs = 30000;
+    beginRegistered();
+    dial(1);
+    const QByteArray challenge = "Proxy-Authenticate: Digest realm=\"home\", nonce=\"first\", qop=\"auth\"";
+    first->reply(first->receive("INVITE"), "407 Proxy Authentication Required", challenge);
+    const QByteArray answered = first->receive("INVITE");
+    EXPECT_NE(headerOf(answered, "Proxy-Authorization").toStdString(), "");
+    first->reply(answered, "503 Service Unavailable");
+    const QByteArray again = second.receive("INVITE");
+    ASSERT_NE(again.toStdString(), "");
+    second.reply(again, "407 Proxy Authentication Required",
+                 QByteArray(challenge).replace("first", "second"));
+    const QByteArray invite = second.receive("INVITE");
+    EXPECT_EQ(paramOf(headerOf(invite, "Proxy-Authorization"), "nonce").toStdString(), "second");
+}
+
+TEST_F(SipCallFailover, ACallGoesWhereTheLineHasGone)
+{
+    begin();
+    EXPECT_NE(first->receive("REGISTER").toStdString(), "");
+    accept(second);
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    dial(1);
+    expectTheSecond(1);
+    EXPECT_EQ(first->receive("INVITE", 100).toStdString(), "") << "it was silent before";
+}
+
 TEST_F(SipCallFailover, FromADeadServerToTheNext)
 {
     silentMs = 30000;

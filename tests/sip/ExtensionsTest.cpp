@@ -77,6 +77,22 @@ TEST_F(SipExtensions, WhatIsMissedOrDamagedIsAskedForAndIsNotKnownMeanwhile)
     expectLamp(1, SIP_LAMP_UNKNOWN);
 }
 
+TEST_F(SipExtensions, ANoteWithoutADocumentSaysThatNobodyHasACallAndTakesNothingBack)
+{
+    beginWithoutMessages();
+    const QByteArray subscribe = watched(1, "8001");
+    note(subscribe, "", "", "pending");
+    EXPECT_TRUE(isNothingTold());
+    note(subscribe, "", "", "active");
+    expectLamp(1, SIP_LAMP_IDLE);
+    note(subscribe, dialogs(0, "full", ringing()));
+    expectLamp(1, SIP_LAMP_RINGING);
+    note(subscribe, "", "", "active");
+    EXPECT_TRUE(isNothingTold());
+    note(subscribe, "", "", "pending");
+    expectLamp(1, SIP_LAMP_UNKNOWN);
+}
+
 TEST_F(SipExtensions, AnExtensionThatTheServerDoesNotTellOfIsNotKnown)
 {
     beginWithoutMessages();

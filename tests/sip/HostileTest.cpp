@@ -280,6 +280,23 @@ TEST_F(SipCalls, AFloodOfStrangersTakesNeitherMemoryNorTheCallsOfTheServer)
     EXPECT_TRUE(agent.isRunning());
 }
 
+TEST_F(SipCalls, WhoWasCalledAndIsNoServerGetsNoAnswerToHisChallenges)
+{
+    begin();
+    UdpPeer called("127.0.0.2");
+    ASSERT_NE(talkOut(1), 0u);
+    tellMedia(SIP_MEDIA, 1, "v=0\r\ns=later\r\n");
+    const QByteArray offer = peer->receive("INVITE");
+    ASSERT_NE(offer.toStdString(), "");
+    called.send(UdpPeer::replyTo(offer, "407 Proxy Authentication Required", kChallenge), agent.port());
+    EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, 1));
+    EXPECT_EQ(peer->receive("INVITE", 500).toStdString(), "");
+    // The server may ask.
+    tellMedia(SIP_MEDIA, 1, "v=0\r\ns=later\r\n");
+    peer->reply(peer->receive("INVITE"), "407 Proxy Authentication Required", kChallenge);
+    EXPECT_TRUE(headerOf(peer->receive("INVITE"), "Proxy-Authorization").contains("theirs"));
+}
+
 TEST_F(SipStrangers, WhoIsInACallGetsNoAnswerToItsChallenges)
 {
     begin();

@@ -171,6 +171,87 @@ TEST_F(SipCalls, ThePhoneLearnsWhoCallsAndHow)
     EXPECT_STREQ(arrived->szName, "Head office");
 }
 
+TEST_F(SipCalls, WhoKeepsHisNumberBackIsAnonymousHoweverHeSaysSo)
+{
+    begin();
+    const QByteArray ways[] = {"Privacy: user", "Privacy: header; user",
+                               "From: \"Anonymous\" <sip:anonymous@anonymous.invalid>;tag=a",
+                               "From: <sip:Anonymous@127.0.0.1>;tag=a",
+                               "From: <sip:hidden@Anonymous.Invalid>;tag=a"};
+    uint32_t id = kFirst;
+    for (const QByteArray& way : ways) {
+        SCOPED_TRACE(way.toStdString());
+        peer->send(inviteText("hidden" + QByteArray::number(id), way), agent.port());
+        const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, id);
+        ASSERT_TRUE(arrived);
+        EXPECT_EQ(arrived->bAnonymous, 1u);
+        EXPECT_STREQ(arrived->szNumber, "");
+        EXPECT_STREQ(arrived->szName, "");
+        tellStatus(SIP_REFUSE, id++, 433);
+    }
+}
+
+TEST_F(SipCalls, OfManyWhoSentACallOnTheLastFewAreTold)
+{
+    begin();
+    QByteArray line = "Diversion: ";
+    for (int i = 0; i < 3 * SIP_FORWARDS_MAX; ++i)
+        line += (i ? ", <sip:30" : "<sip:30") + QByteArray::number(i) + "@h>";
+    peer->send(inviteText("many", line), agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    ASSERT_EQ(arrived->nForwards, uint32_t(SIP_FORWARDS_MAX));
+    for (const auto& each : arrived->szForwardedBy)
+        EXPECT_EQ(QByteArray(each).left(2).toStdString(), "30");
+    EXPECT_STREQ(arrived->szSdp, "v=0\r\ns=offer\r\n");
+    EXPECT_TRUE(agent.isRunning());
+}
+
+TEST_F(SipCalls, WhatRingsTooLongIsNotWhatTalksLong)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nRingSeconds = 1;
+    begin(setup);
+    ASSERT_NE(talkOut(1), 0u);
+    const uint32_t id = talkIn("talks");
+    ASSERT_NE(id, 0u);
+    EXPECT_FALSE(agent.next([](const tagSipHead& head) { return head.eKind == SIP_ENDED; }, 1500));
+    tellStatus(SIP_HANG_UP, id);
+    expectEnd(id, SIP_HUNG_UP, 0);
+}
+
+TEST_F(SipCalls, AnOfferThatWasTakenBackWhileThePhoneSaysNothingIsNotTheLast)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nOfferMs = 400;
+    begin(setup);
+    const uint32_t id = talkIn("takenback");
+    ASSERT_NE(id, 0u);
+    const QByteArray offer =
+        within("INVITE", lastAnswer, 2, "Content-Type: application/sdp", "v=0\r\ns=first\r\n");
+    peer->send(offer, agent.port());
+    ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+    const QByteArray head = offer.left(offer.indexOf("Content-Type"));
+    peer->send(QByteArray(head).replace("INVITE sip", "CANCEL sip").replace("2 INVITE", "2 CANCEL") +
+                   "Content-Length: 0\r\n\r\n",
+               agent.port());
+    const QByteArray ended = peer->receive("SIP/2.0 487");
+    ASSERT_NE(ended.toStdString(), "");
+    acknowledge(ended);
+    // As soon as the phone's time for an answer is over.
+    const tagSipMedia* told = nullptr;
+    for (int number = 3; number < 20 && !told; ++number) {
+        peer->send(within("INVITE", lastAnswer, number, "Content-Type: application/sdp", "v=0\r\n"),
+                   agent.port());
+        told = next<tagSipMedia>(SIP_OFFER, id, 200);
+        const QByteArray refused = told ? QByteArray() : peer->receive("SIP/2.0 500");
+        if (!refused.isEmpty())
+            acknowledge(refused);
+    }
+    ASSERT_TRUE(told);
+    EXPECT_STREQ(told->szSdp, "v=0\r\n");
+}
+
 TEST_F(SipCalls, TheOtherSideHoldsAndIsAnswered)
 {
     begin();

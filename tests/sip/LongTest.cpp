@@ -1,4 +1,5 @@
 // What the standard gives half a minute and more: with HX_LONG alone.
+#include "tests/kit/plain/processes.h"
 #include "tests/sip/callTest.h"
 #include <cstring>
 
@@ -113,4 +114,23 @@ TEST_F(SipLong, MediaThatMoveInTheAnswerToARefreshAreFollowed)
     ASSERT_TRUE(talk);
     EXPECT_TRUE(strstr(talk->szSdp, "s=there"));
     EXPECT_EQ(peer->receive("INVITE", 300).toStdString(), "");
+}
+
+TEST_F(SipLong, WhatManyCallsHaveTakenGoesBackToTheSystem)
+{
+    begin();
+    const auto ownKiB = [this] { return kit::statusKiB(agent.pid(), "RssAnon:"); };
+    const qint64 before = ownKiB();
+    const QByteArray offer = "v=0\r\ns=" + QByteArray(4000, 'o') + "\r\n";
+    for (int call = 0; call < 250; ++call) {
+        peer->send(inviteText("many" + QByteArray::number(call), {}, offer), agent.port());
+        const tagSipHead* head = agent.next([](const tagSipHead& each) { return each.eKind == SIP_ARRIVED; });
+        ASSERT_TRUE(head) << call;
+        tellStatus(SIP_REFUSE, head->nId, 486);
+        acknowledge(peer->receive("SIP/2.0 486"));
+    }
+    const qint64 taken = ownKiB() - before;
+    ASSERT_GT(taken, 1024);
+    EXPECT_TRUE(kit::waits([&] { return ownKiB() - before < taken / 3; }, 2 * kLongMs))
+        << taken << " KiB were taken, " << ownKiB() - before << " are left";
 }

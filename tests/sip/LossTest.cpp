@@ -1,65 +1,11 @@
 // Calls over a way that loses, doubles and reorders what goes over it.
+#include "tests/sip/badWay.h"
 #include "tests/sip/callTest.h"
 #include <QElapsedTimer>
 #include <QSet>
-#include <atomic>
-#include <random>
-#include <thread>
+#include <memory>
 
 namespace {
-
-// Between the agent and its server, both of which take it for the other.
-class LossyWay
-{
-public:
-    LossyWay(uint32_t agentPort, uint32_t serverPort)
-        : m_thread([this, agentPort, serverPort] {
-              while (!m_bEnds) {
-                  carry(m_front, m_back, serverPort, m_fromAgent);
-                  carry(m_back, m_front, agentPort, m_fromServer);
-              }
-          })
-    {
-    }
-    ~LossyWay()
-    {
-        m_bEnds = true;
-        m_thread.join();
-    }
-    // Where the agent finds its server.
-    uint32_t front() const { return m_front.port(); }
-    // Where the server finds the agent.
-    uint32_t back() const { return m_back.port(); }
-    void loseFromNowOn() { m_bLoses = true; }
-
-private:
-    // One in three is lost, one in ten comes twice, one in ten after the next.
-    void carry(UdpPeer& in, UdpPeer& out, uint32_t port, QByteArray& late)
-    {
-        const QByteArray message = in.receive(2);
-        if (message.isEmpty())
-            return;
-        const unsigned chance = m_bLoses ? std::uniform_int_distribution<unsigned>(0, 99)(m_random) : 99;
-        if (chance < 30)
-            return;
-        if (chance < 40 && late.isEmpty()) {
-            late = message;
-            return;
-        }
-        out.send(message, port);
-        if (chance < 50)
-            out.send(message, port);
-        if (!late.isEmpty())
-            out.send(std::exchange(late, QByteArray()), port);
-    }
-
-    UdpPeer m_front, m_back;
-    QByteArray m_fromAgent, m_fromServer;
-    std::mt19937 m_random{1};
-    std::atomic<bool> m_bLoses{false};
-    std::atomic<bool> m_bEnds{false};
-    std::thread m_thread;
-};
 
 class SipLoss : public SipCalls
 {
@@ -105,7 +51,7 @@ protected:
         return false;
     }
 
-    std::unique_ptr<LossyWay> way;
+    std::unique_ptr<BadWay> way;
     QSet<QByteArray> calls;
     QByteArray last;
 };
@@ -119,12 +65,12 @@ TEST_F(SipLoss, CallsAreMadeOnceAndEndOverAWayThatLosesAThird)
     setup.nSilentMs = 30000;
     ASSERT_TRUE(agent.start(setup));
     peer = std::make_unique<UdpPeer>();
-    way = std::make_unique<LossyWay>(agent.port(), peer->port());
+    way = std::make_unique<BadWay>(agent.port(), peer->port());
     agent.tell(accountAt(0, way->front()));
     const QByteArray request = peer->receive("REGISTER");
     peer->send(UdpPeer::replyTo(request, "200 OK", "Contact: " + headerOf(request, "Contact")), way->back());
     ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
-    way->loseFromNowOn();
+    way->setBad(true);
     for (uint32_t id = 1; id <= rounds; ++id) {
         dial(id, "300");
         ASSERT_TRUE(serve(id)) << id;

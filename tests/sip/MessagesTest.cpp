@@ -34,6 +34,22 @@ TEST_F(SipMessages, ARegisteredLineAsksForThemAndTellsTheirCounts)
     expectMessages(true, 0, 3);
 }
 
+TEST_F(SipMessages, TheyAreAskedForByTheOutboundProxy)
+{
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+    peer = std::make_unique<UdpPeer>();
+    tagSipAccount account = accountAt(0, 0);
+    sipWire::setText(account.szServer, "nobody.invalid");
+    sipWire::setText(account.szProxy, "127.0.0.1");
+    account.nProxyPort = peer->port();
+    agent.tell(account);
+    const QByteArray request = peer->receive("REGISTER");
+    peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    const QByteArray subscribe = nextSubscribe("message-summary", 5000);
+    EXPECT_TRUE(subscribe.startsWith("SUBSCRIBE sip:user0@nobody.invalid")) << subscribe.constData();
+}
+
 TEST_F(SipMessages, ANoteThatComesBeforeTheReplyCounts)
 {
     begin();

@@ -96,6 +96,9 @@ TEST(SipNotes, AnExtensionRingsTalksAndIsFree)
     EXPECT_EQ(state.lamp(), SIP_LAMP_BUSY);
     EXPECT_TRUE(take(state, dialogs(6, "full", dialog("a", "early", ""))));
     EXPECT_EQ(state.lamp(), SIP_LAMP_RINGING);
+    // As some servers write it.
+    EXPECT_TRUE(take(state, dialogs(7, "full", dialog("a", "Trying", "initiator"))));
+    EXPECT_EQ(state.lamp(), SIP_LAMP_BUSY);
 }
 
 TEST(SipNotes, SeveralDialoguesOfAnExtensionAreCountedTogether)

@@ -83,6 +83,23 @@ TEST_F(SipCalls, WhatBecomesOfACallIsTold)
     EXPECT_NE(peer->receive("CANCEL", kBeforeGivenUpMs).toStdString(), "");
 }
 
+TEST_F(SipCalls, TheOnlyServerThatFailsACallIsAskedWhetherTheLineIsStillThere)
+{
+    begin();
+    dial(1, "300");
+    EXPECT_NE(peer->receive("INVITE").toStdString(), "");
+    const QByteArray silent = peer->receive("REGISTER");
+    EXPECT_NE(silent.toStdString(), "") << "it says nothing";
+    peer->reply(silent, "200 OK", "Contact: " + headerOf(silent, "Contact") + ";expires=3600");
+    tellStatus(SIP_HANG_UP, 1);
+    expectEnd(1, SIP_HUNG_UP, 0);
+
+    dial(2, "301");
+    peer->reply(peer->receive("INVITE sip:301@"), "503 Service Unavailable");
+    expectEnd(2, SIP_REFUSED, 503);
+    EXPECT_NE(peer->receive("REGISTER").toStdString(), "") << "it is out of service";
+}
+
 TEST_F(SipCalls, WithoutARegisteredLineThereIsNoCall)
 {
     begin();

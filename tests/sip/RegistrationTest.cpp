@@ -127,6 +127,21 @@ TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgain)
     EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
 }
 
+TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgainHoweverThatIsWritten)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    agent.tell(accountAt(0, server.port()));
+    server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
+    server.reply(server.receive("REGISTER"), "401 Unauthorized",
+                 "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\", stale=TRUE");
+    const QByteArray third = server.receive("REGISTER");
+    EXPECT_EQ(paramOf(headerOf(third, "Authorization"), "nonce").toStdString(), "n2");
+    server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}
+
 TEST(SipRegistration, AChallengeThatIsNotKnownOrOfAnotherRealmIsToldAndGetsNoDigest)
 {
     const QByteArray challenges[] = {
@@ -193,6 +208,66 @@ TEST(SipRegistration, AServerOutOfServiceIsTriedAgainAndItsPatienceIsKept)
     ASSERT_TRUE(state);
     EXPECT_EQ(state->nRetryMs, 600000u);
     EXPECT_EQ(server.receive(1500).toStdString(), "");
+}
+
+TEST(SipRegistration, ThePatienceThatAServerAsksForHasItsBound)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    agent.tell(accountAt(0, server.port()));
+    server.reply(server.receive("REGISTER"), "503 Service Unavailable", "Retry-After: 4000000");
+    const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+    ASSERT_TRUE(state) << "no record of ours says more than an hour";
+    EXPECT_LE(state->nRetryMs, 3600000u);
+    EXPECT_GE(state->nRetryMs, 600000u);
+}
+
+TEST(SipRegistration, TheTimeOfTheAccountIsAskedForAtAContactThatNobodyGuesses)
+{
+    QByteArray contacts[2];
+    for (QByteArray& contact : contacts) {
+        UdpPeer server;
+        AgentProcess agent;
+        ASSERT_TRUE(agent.start());
+        tagSipAccount account = accountAt(0, server.port());
+        account.nExpires = 600;
+        agent.tell(account);
+        const QByteArray request = server.receive("REGISTER");
+        EXPECT_TRUE(headerOf(request, "Expires") == "600" ||
+                    headerOf(request, "Contact").contains("expires=600"))
+            << request.constData();
+        contact = headerOf(request, "Contact").split('@').first();
+        EXPECT_GT(contact.size(), 5);
+    }
+    EXPECT_NE(contacts[0].toStdString(), contacts[1].toStdString());
+}
+
+TEST(SipRegistration, AServerThatWasBackIsTriedAgainSoonAfterItsNextFault)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nRetryLastMs = 3200;
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(setup));
+    agent.tell(accountAt(0, server.port()));
+    const auto failsOnce = [&] {
+        server.reply(server.receive("REGISTER"), "503 Service Unavailable");
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        return state ? state->nRetryMs : 0;
+    };
+    for (int i = 0; i < 3; ++i)
+        EXPECT_GT(failsOnce(), 0u);
+    acceptOne(server);
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    auto dial = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    sipWire::setText(dial.szTarget, "300");
+    sipWire::setText(dial.szSdp, "v=0\r\n");
+    agent.tell(dial);
+    server.reply(server.receive("INVITE"), "503 Service Unavailable");
+    const uint32_t delay = failsOnce();
+    EXPECT_GT(delay, 0u);
+    EXPECT_LE(delay, setup.nRetryMs) << "as after the first one";
 }
 
 TEST(SipRegistration, AnAccountThatIsTakenAwayIsUnregisteredAndAnotherTakesItsPlace)
@@ -330,6 +405,20 @@ TEST_F(SipFailover, FromASilentServerToTheNextOfItsDomain)
     begin();
     EXPECT_NE(first.receive("REGISTER").toStdString(), "");
     expectTheSecond();
+}
+
+TEST_F(SipFailover, EachServerMayAskForThePassword)
+{
+    begin();
+    first.reply(first.receive("REGISTER"), "401 Unauthorized", kMd5);
+    const QByteArray answered = first.receive("REGISTER");
+    EXPECT_NE(headerOf(answered, "Authorization").toStdString(), "");
+    first.reply(answered, "503 Service Unavailable");
+    second.reply(second.receive("REGISTER"), "401 Unauthorized", QByteArray(kMd5).replace("n1", "n2"));
+    const QByteArray request = second.receive("REGISTER");
+    EXPECT_EQ(paramOf(headerOf(request, "Authorization"), "nonce").toStdString(), "n2");
+    second.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
 }
 
 TEST_F(SipFailover, FromAServerOutOfServiceToTheNextOfItsDomain)

@@ -43,11 +43,11 @@ tagSipSetup setupOf()
         sipWire::setText(setup.szCertificates, folder);
     setup.nPort = uint32_t(portOf("nPort"));
     setup.nTlsPort = uint32_t(portOf("nTlsPort"));
-    setup.nSilentMs = 4000;
-    setup.nRetryMs = 2000;
-    setup.nRetryLastMs = 60000;
+    setup.nSilentMs = sipBackend::SILENT_MS;
+    setup.nRetryMs = sipBackend::RETRY_MS;
+    setup.nRetryLastMs = sipBackend::RETRY_LAST_MS;
     setup.nRingSeconds = sipCalls::RING_SECONDS;
-    setup.nOfferMs = 5000;
+    setup.nOfferMs = sipBackend::OFFER_MS;
     return setup;
 }
 

@@ -24,7 +24,13 @@ public:
         AGENT_ANYBODY // whoever connects: a test
     };
 
-    enum : int { LOOK_MS = 2000 }; // between two looks at the phone's own address
+    enum : int {
+        LOOK_MS = 2000,   // between two looks at the phone's own address
+        SILENT_MS = 4000, // a server that says nothing for so long is given up
+        RETRY_MS = 2000,  // until a line is tried again, doubled each time
+        RETRY_LAST_MS = 60000,
+        OFFER_MS = 5000 // the time to answer another side's offer
+    };
 
     explicit sipBackend(std::unique_ptr<sipMedia> media, AGENT agent = AGENT_OWN);
     ~sipBackend() override;

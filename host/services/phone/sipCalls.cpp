@@ -155,6 +155,8 @@ void sipCalls::ask(tagLive& live, ASKED what)
         m_media.answer(live.call.nId, *live.otherOffer, wishOf(live));
     else
         m_media.offer(live.call.nId, wishOf(live));
+    if (live.call.bMuted || live.bSilenced)
+        m_media.setMuted(live.call.nId, true); // media that are new do not know
 }
 
 // What the other side does not know yet.
@@ -318,6 +320,7 @@ bool sipCalls::join(int id, int other)
         return false;
     one->call.nJoined = other;
     two->call.nJoined = id;
+    one->bJoinAgain = two->bJoinAgain = false;
     tellBoth(id, other);
     return true;
 }
@@ -333,6 +336,16 @@ bool sipCalls::split(int id)
     m_media.split(id);
     tellBoth(id, other);
     return true;
+}
+
+// Media that are new can join nobody before both have sound.
+void sipCalls::joinAgain(tagLive& live)
+{
+    tagLive* other = live.bJoinAgain ? findTalking(live.call.nJoined) : nullptr;
+    if (!other || live.call.streams.strSound.isEmpty() || other->call.streams.strSound.isEmpty())
+        return;
+    if (m_media.join(live.call.nId, other->call.nId))
+        live.bJoinAgain = other->bJoinAgain = false;
 }
 
 // Who is told of the first may end the second.
@@ -609,6 +622,7 @@ void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
     live->bSealed = live->bSealed || streams.bEncrypted;
     live->call.bVideo = !streams.strPicture.isEmpty();
     live->call.bRemoteHeld = streams.bOtherHolds;
+    joinAgain(*live);
     tell(*live);
 }
 
@@ -620,6 +634,7 @@ void sipCalls::mediaLost()
         live.call.streams = tagCallStreams();
         live.call.bVideo = false;
         live.preview.clear();
+        live.bJoinAgain = live.call.nJoined != 0;
         if (live.eAsked != ASKED_NOTHING) {
             ask(live, live.bAskAgain ? ASKED_REPLY : live.eAsked);
         } else if (live.nWire && live.call.eState != CALL_RINGING) {

@@ -82,6 +82,7 @@ private:
         bool bSilenced = false;   // it refused to be held: it does not hear the user
         bool bSealed = false;     // it was encrypted, and stays so
         bool bCameraNow = false;  // the user has opened the camera in the call
+        bool bJoinAgain = false;  // the media that joined it are gone
         bool bRings = false;
         bool bPicksUp = false; // when it begins
         bool bTransferring = false;
@@ -102,6 +103,7 @@ private:
     static tagCallOptions optionsGoingOn(const tagLive& live);
     using phoneCalls::tell;
     void tell(const tagLive& live) const { tell(live.shown()); }
+    void joinAgain(tagLive& live);
     void tellBoth(int id, int other);
     void ask(tagLive& live, ASKED what);
     void offerAnew(tagLive& live);

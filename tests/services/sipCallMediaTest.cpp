@@ -1,0 +1,128 @@
+// What the media of calls are told of who holds, is muted or joined, also when they have died and come back.
+#include "support/host/registry.h"
+#include "tests/services/sipStand.h"
+
+namespace {
+
+constexpr uint32_t OUT = SIP_CALL_FIRST;
+
+class SipCallMedia : public SipPhone
+{
+protected:
+    void SetUp() override { begin(); }
+    static callRules& rules() { return phoneService::instance().rules(); }
+    static phoneBackend& backend() { return phoneService::instance().backend(); }
+};
+
+} // namespace
+
+TEST_F(SipCallMedia, WhoRefusesToBeHeldHearsNothingWhoeverMutesMeanwhile)
+{
+    talksOut();
+    const int id = call().nId;
+    rules().setHeld(id, true);
+    nextMedia(SIP_MEDIA);
+    tellMedia(SIP_TALK, OUT, "");
+    EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "mute"; }));
+    EXPECT_TRUE(rules().setMuted(id, true));
+    EXPECT_TRUE(rules().setMuted(id, false));
+    EXPECT_EQ(media->orders.last(), "mute") << "the call is held";
+    EXPECT_TRUE(rules().setMuted(id, true));
+    rules().setHeld(id, false);
+    EXPECT_EQ(media->orders.last(), "mute") << "now it is muted";
+    EXPECT_TRUE(rules().setMuted(id, false));
+    EXPECT_EQ(media->orders.last(), "unmute");
+}
+
+TEST_F(SipCallMedia, ALineThatWantsThemEncryptedGetsThemSoFromTheNextCallOn)
+{
+    talksOut();
+    EXPECT_FALSE(media->lastWish.bEncrypt);
+    phoneService::instance().hangUp(call().nId);
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") + "Encrypt=1\n");
+    tellAccountChanged(0);
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    ASSERT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_DEFAULT_ACCOUNT; }));
+    talksOut();
+    EXPECT_TRUE(media->lastWish.bEncrypt) << media->orders.last().toStdString();
+    phoneService::instance().hangUp(call().nId);
+    media->lastWish = {};
+    talksIn(IN);
+    EXPECT_TRUE(media->lastWish.bEncrypt) << media->orders.last().toStdString();
+}
+
+TEST_F(SipCallMedia, MediaThatAreLostAreOfferedAnew)
+{
+    talksOut();
+    media->orders.clear();
+    media->tellLost();
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
+    tellMedia(SIP_TALK, OUT, "again");
+    EXPECT_EQ(media->orders, (QStringList{"offer", "agree again"}));
+
+    const int id = arrives(arrival(IN));
+    media->bSilent = true;
+    phoneService::instance().answer(id);
+    media->bSilent = false;
+    media->tellLost();
+    EXPECT_EQ(nextMedia(SIP_ANSWER).left(6), "answer");
+}
+
+TEST_F(SipCallMedia, WhoIsMutedIsSoWithTheNextMediaToo)
+{
+    talksOut();
+    EXPECT_TRUE(rules().setMuted(call().nId, true));
+    media->orders.clear();
+    media->tellLost();
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
+    EXPECT_EQ(media->orders, (QStringList{"offer", "mute"})) << "before anybody can hear anything";
+    tellMedia(SIP_TALK, OUT, "again");
+    EXPECT_TRUE(call().bMuted);
+    EXPECT_FALSE(media->orders.contains("unmute"));
+}
+
+TEST_F(SipCallMedia, WhoWasNotHeldHearsNothingOfTheNextMediaEither)
+{
+    talksOut();
+    rules().setHeld(call().nId, true);
+    nextMedia(SIP_MEDIA);
+    tellMedia(SIP_TALK, OUT, "");
+    EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "mute"; }));
+    media->orders.clear();
+    media->tellLost();
+    EXPECT_NE(nextMedia(SIP_MEDIA), "nothing");
+    EXPECT_EQ(media->orders, (QStringList{"offer held", "mute"}));
+}
+
+TEST_F(SipCallMedia, TwoThatAreJoinedAreJoinedAgainWithTheNextMedia)
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "CallWaiting", "bEnable", 1);
+    msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
+    kit::settle();
+    tagCallStreams sound;
+    sound.strSound = "Opus";
+    const int one = talksIn(IN);
+    const int two = talksIn(IN + 1);
+    EXPECT_TRUE(backend().join(one, two));
+    media->tellChanged(one, sound);
+    media->tellChanged(two, sound);
+    EXPECT_EQ(media->orders.count("join"), 1) << "they are";
+    media->tellLost();
+    EXPECT_EQ(calls()[0].nJoined, two);
+    media->orders.clear();
+    media->tellChanged(one, sound);
+    EXPECT_FALSE(media->orders.contains("join")) << "the other one has no sound yet";
+    media->tellChanged(two, sound);
+    EXPECT_EQ(media->orders, QStringList{"join"});
+    sound.nQuality = 4;
+    media->tellChanged(two, sound);
+    EXPECT_EQ(media->orders, QStringList{"join"}) << "once";
+
+    // Who left the other meanwhile is not joined.
+    media->tellLost();
+    EXPECT_TRUE(backend().split(one));
+    media->orders.clear();
+    media->tellChanged(one, sound);
+    media->tellChanged(two, sound);
+    EXPECT_FALSE(media->orders.contains("join"));
+}
