@@ -1,12 +1,14 @@
 // Packets of a call's pictures as they come from the network: their heads, their order, the parts that become
-// pictures, what these announce, and the decoders behind it. The first byte says which codec; then each
-// packet comes behind its length, as in RFC 4571. One that is empty lets the time for a missing one go by.
+// pictures, what these announce, the decoders behind it, and the way to the screen's size. The first byte
+// says which codec; then each packet comes behind its length, as in RFC 4571. One that is empty lets the time
+// for a missing one go by.
 #include "fuzz/fuzzRoot.h"
-#include "players/codedSize.h"
+#include "players/lateEnds.h"
 #include "players/packetOrder.h"
-#include "players/pictureContent.h"
 #include "players/pictureDecoder.h"
+#include "players/pictureScaler.h"
 #include "players/rtpPacket.h"
+#include "players/sequenceParameters.h"
 #include <algorithm>
 #include <cstdint>
 #include <unistd.h>
@@ -15,15 +17,15 @@
 namespace {
 
 constexpr int64_t kStepUs = 2000;
+constexpr int kWidth = 800;
+constexpr int kHeight = 480;
 
 class Pictures
 {
 public:
     explicit Pictures(PICTURE_CODEC codec)
-        : m_eCodec(codec), m_decoder(pictureDecoder::make(codec, [](const GstVideoFrame& frame) {
-              expect(frame.info.width > 0 && frame.info.width <= pictureDecoder::MAX_WIDTH);
-              expect(frame.info.height > 0 && frame.info.height <= pictureDecoder::MAX_HEIGHT);
-          }))
+        : m_pixels(size_t(kWidth) * kHeight * 4),
+          m_decoder(pictureDecoder::make(codec, [this](const GstVideoFrame& frame) { show(frame); }))
     {
         expect(m_decoder != nullptr);
     }
@@ -32,14 +34,15 @@ public:
     {
         while (m_decoder->waiting() > 0 && !m_decoder->hasFailed())
             usleep(100);
+        m_decoder.reset();
+        pictureDecoder::ends().wait();
     }
     void take(const uint8_t* data, size_t size)
     {
         m_nNowUs += size == 0 ? packetOrder::WAIT_MS * 1000 : kStepUs;
         // A copy of its own, so that reading beyond it is seen.
         const std::vector<uint8_t> packet(data, data + size);
-        pictureContent::isWhole(m_eCodec, packet.data(), packet.size());
-        codedSize::fits(m_eCodec, packet.data(), packet.size(), {640, 480});
+        sequenceParameters::read(packet.data(), packet.size());
         tagRtpHead head;
         int start = 0;
         int length = 0;
@@ -57,7 +60,16 @@ public:
     }
 
 private:
-    const PICTURE_CODEC m_eCodec;
+    void show(const GstVideoFrame& frame)
+    {
+        expect(frame.info.width > 0 && frame.info.width <= pictureDecoder::MAX_WIDTH);
+        expect(frame.info.height > 0 && frame.info.height <= pictureDecoder::MAX_HEIGHT);
+        if (m_scaler.prepare(frame.info, QSize(kWidth, kHeight), true))
+            m_scaler.paint(frame, m_pixels.data());
+    }
+
+    std::vector<unsigned char> m_pixels;
+    pictureScaler m_scaler;
     std::unique_ptr<pictureDecoder> m_decoder;
     packetOrder m_order;
     int64_t m_nNowUs = 0;

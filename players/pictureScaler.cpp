@@ -4,6 +4,15 @@
 
 namespace {
 
+// The toolkit scales fields beyond the end of its memory: both of a picture are scaled as one.
+GstVideoInfo wholePicture(const GstVideoInfo& from)
+{
+    GstVideoInfo whole = from;
+    whole.interlace_mode = GST_VIDEO_INTERLACE_MODE_PROGRESSIVE;
+    GST_VIDEO_INFO_FIELD_ORDER(&whole) = GST_VIDEO_FIELD_ORDER_UNKNOWN;
+    return whole;
+}
+
 // Where the picture goes in an area of that size, in its own shape.
 QRect shapeIn(const GstVideoInfo& from, const QSize& size)
 {
@@ -44,8 +53,12 @@ void pictureScaler::drop()
     m_pConverter = nullptr;
 }
 
-bool pictureScaler::prepare(const GstVideoInfo& from, const QSize& size, bool keepShape)
+bool pictureScaler::prepare(const GstVideoInfo& pictures, const QSize& size, bool keepShape)
 {
+    // Each of them would be one field.
+    if (GST_VIDEO_INFO_INTERLACE_MODE(&pictures) == GST_VIDEO_INTERLACE_MODE_ALTERNATE)
+        return false;
+    const GstVideoInfo from = wholePicture(pictures);
     if (m_pConverter && size == m_size && keepShape == m_bKeepShape &&
         gst_video_info_is_equal(&from, &m_from))
         return true;
@@ -57,7 +70,6 @@ bool pictureScaler::prepare(const GstVideoInfo& from, const QSize& size, bool ke
     // Only shape and colours change.
     m_to.fps_n = from.fps_n;
     m_to.fps_d = from.fps_d;
-    m_to.interlace_mode = from.interlace_mode;
     const QRect inside = keepShape ? shapeIn(from, size) : QRect(QPoint(0, 0), size);
     m_pConverter = gst_video_converter_new(&m_from, &m_to, optionsFor(inside));
     m_bQuick =
@@ -65,8 +77,11 @@ bool pictureScaler::prepare(const GstVideoInfo& from, const QSize& size, bool ke
     return m_pConverter != nullptr;
 }
 
-void pictureScaler::paint(const GstVideoFrame& from, unsigned char* pixels) const
+void pictureScaler::paint(const GstVideoFrame& picture, unsigned char* pixels) const
 {
+    GstVideoFrame from = picture;
+    from.info.interlace_mode = m_from.interlace_mode;
+    from.flags = GST_VIDEO_FRAME_FLAG_NONE;
     if (m_bQuick && m_quick.paint(from, pixels))
         return;
     GstVideoFrame to = {};

@@ -15,9 +15,9 @@ public:
 
     // What the next pictures are and become. keepShape: black borders instead of another shape. False when
     // the toolkit cannot do that.
-    bool prepare(const GstVideoInfo& from, const QSize& size, bool keepShape);
+    bool prepare(const GstVideoInfo& pictures, const QSize& size, bool keepShape);
     // pixels: room for the size, four bytes a pixel (blue, green, red, unused), without gaps between lines.
-    void paint(const GstVideoFrame& from, unsigned char* pixels) const;
+    void paint(const GstVideoFrame& picture, unsigned char* pixels) const;
 
 private:
     void drop();

@@ -158,6 +158,7 @@ pictureSession::tagCounts pictureSession::counts() const
     tagCounts counts = m_counts;
     counts.nShown = m_nShown;
     counts.nDecoders = m_nDecoders;
+    counts.bRefused = m_bRefused;
     counts.nKbit = m_rate.kbit();
     return counts;
 }
@@ -343,9 +344,19 @@ void pictureSession::decode(qint64 nowUs)
         if (isLost || !m_decoder || !m_decoder->put(packet))
             m_bDamaged = true;
     }
-    // Until there is a picture it is asked for again.
-    if (m_bDamaged || m_nSeenUs == 0)
+    // Until there is a picture it is asked for again, but of who has none that can be shown.
+    if (!isRefused() && (m_bDamaged || m_nSeenUs == 0))
         m_bDamaged = !askPicture(nowUs);
+}
+
+bool pictureSession::isRefused()
+{
+    const bool isRefused = m_decoder && m_decoder->isRefused();
+    if (isRefused && !m_bRefusedTold)
+        nuxTrace(TRACE_NOTE, "the other side's pictures are of a kind, or a size, that is not shown");
+    m_bRefusedTold = m_bRefusedTold || isRefused;
+    m_bRefused = isRefused;
+    return isRefused;
 }
 
 // A picture that stands still is not taken for one that goes on.

@@ -49,6 +49,7 @@ public:
         int nKbit = 0;         // that go out
         int nDecoders = 0;     // that were made
         qint64 nTooMany = 0;   // packets
+        bool bRefused = false; // what comes is of a kind that is not shown
     };
 
     // end outlives the session.
@@ -88,6 +89,7 @@ private:
     void endDecoder();
     void makeDecoder(PICTURE_CODEC codec);
     void show(const GstVideoFrame& frame);
+    bool isRefused();
     void watchPictures(qint64 nowUs);
     const tagPictureFormat* formatOf(int payload) const;
 
@@ -128,6 +130,8 @@ private:
     bool m_bDamaged = false;
     paceBudget m_builds{1000 / BUILD_MS, 2};
     std::atomic<int> m_nDecoders{0};
+    bool m_bRefusedTold = false;
+    std::atomic<bool> m_bRefused{false};
     // Of the decoder's thread as well.
     paceBudget m_shows{SHOWN, SHOWN_AT_ONCE};
     std::atomic<int> m_nShown{0};

@@ -1,8 +1,6 @@
 // Pictures of a call when the other side does not keep to what was agreed: none come, or too many, too large
 // ones, or parts of one without an end.
 #include "players/callDesk.h"
-#include "players/codedSize.h"
-#include "players/pictureContent.h"
 #include "tests/calls/pictureStand.h"
 #include "tests/calls/rawPictures.h"
 #include "tests/kit/plain/processes.h"
@@ -11,16 +9,6 @@
 #include <unistd.h>
 
 namespace {
-
-constexpr codedSize::tagBounds kBounds{pictureDecoder::MAX_WIDTH, pictureDecoder::MAX_HEIGHT};
-const QByteArray kStart("\0\0\0\1", 4);
-
-bool fits(const QByteArray& picture, PICTURE_CODEC codec = PICTURE_CODEC::H264)
-{
-    // A copy of its own, so that reading beyond it is seen.
-    const std::vector<unsigned char> bytes(picture.begin(), picture.end());
-    return codedSize::fits(codec, bytes.data(), bytes.size(), kBounds);
-}
 
 class PictureFaults : public PictureStand
 {
@@ -167,7 +155,7 @@ TEST_F(PictureFaults, WhoNeverMakesAKeyPictureIsAskedLessAndLess)
     expectGoodPictures();
 }
 
-TEST_F(PictureFaults, ALargerPictureFailsTheDecoderBeforeItIsDecoded)
+TEST_F(PictureFaults, ALargerPictureIsRefusedBeforeItIsDecoded)
 {
     connectRaw();
     m_raw.sendCamera();
@@ -175,135 +163,61 @@ TEST_F(PictureFaults, ALargerPictureFailsTheDecoderBeforeItIsDecoded)
     const int before = m_other.session->counts().nDecoders;
     // Under another name, which pictures do not use as yet.
     m_raw.sendAside(RawPictures::sequenceSet(512, 512, 1));
-    EXPECT_TRUE(waitFor([&] { return m_other.session->counts().nDecoders > before; }, 20000));
+    EXPECT_TRUE(waitFor([&] { return m_other.session->counts().bRefused; }, 20000));
+    EXPECT_TRUE(sees(m_other, -1)) << "the last picture stands still";
     m_raw.askKey();
     EXPECT_TRUE(sees(m_other));
+    EXPECT_TRUE(waitFor([&] { return !m_other.session->counts().bRefused; }, 20000));
+    EXPECT_EQ(m_other.session->counts().nDecoders, before);
 }
 
-bool isWhole(const QByteArray& content, PICTURE_CODEC codec = PICTURE_CODEC::H264)
+// A unit behind another one without a packet of its own, too.
+TEST_F(PictureFaults, WhatTheToolkitDoesNotBearNeverGetsThere)
 {
-    const std::vector<unsigned char> bytes(content.begin(), content.end());
-    return pictureContent::isWhole(codec, bytes.data(), bytes.size());
+    connectRaw();
+    const QByteArray pictures = QByteArray::fromHex("68ce3c80");
+    const QByteArray noise = QByteArray::fromHex("658882289c") + QByteArray(120, char(0x9c)) + char(0x9e);
+    quint32 time = 90000;
+    for (const char* set : {"676e00ffce72c2363f20", // grey, 14 bits
+                            "67640033acb8283dd7fff62a400092a7f1373fffffffe00000030031e1108a50", // fields
+                            "6742e01fda0020000401e003fe6003fe50", // large, and cut to a little
+                            "6f42e01f",                           // of several views
+                            "6f64001fab5f5bdb8d1099ec05e8fdc7c1d7347748ab73"}) {
+        for (int i = 0; i < 8; ++i) {
+            m_raw.sendPaced(QByteArray::fromHex(set), time, i % 2 != 0);
+            m_raw.sendPaced(pictures, time, false);
+            m_raw.sendPaced(noise, time, true);
+            m_raw.sendPaced("\x61\xe0" + QByteArray("\0\0\1", 3) + QByteArray::fromHex(set), time, true);
+            time += 3000;
+        }
+    }
+    EXPECT_TRUE(waitFor([&] { return m_other.session->counts().bRefused; }, 20000));
+    EXPECT_EQ(m_other.seen.nOther, 0);
+    expectGoodPictures();
+    EXPECT_TRUE(waitFor([&] { return !m_other.session->counts().bRefused; }, 20000));
 }
 
-TEST(PictureContent, AUnitSeveralOrAPartOfOneIsWhatItSays)
+TEST_F(PictureFaults, WhoHasNoneThatCanBeShownIsNotAskedAgain)
 {
-    EXPECT_TRUE(isWhole("\x67"
-                        "a"));
-    EXPECT_TRUE(isWhole(QByteArray("\x78\0\2\x67"
-                                   "a\0\1\x68",
-                                   8)));
-    EXPECT_TRUE(isWhole("\x7c\x85"
-                        "a"));
-    EXPECT_TRUE(isWhole("\x7c\x05"
-                        "a"));
-    const QList<QByteArray> others = {"",
-                                      "\x67",
-                                      QByteArray("\0a", 2),
-                                      "\x7c",
-                                      "\x7c\x85",
-                                      "\x7c\xc5"
-                                      "a",
-                                      "\x7c\x9c"
-                                      "a",
-                                      "\x78",
-                                      QByteArray("\x78\0", 2),
-                                      QByteArray("\x78\0\0", 3),
-                                      QByteArray("\x78\0\3\x67"
-                                                 "a",
-                                                 5),
-                                      QByteArray("\x78\0\2\x67"
-                                                 "a\0",
-                                                 6),
-                                      QByteArray("\x78\0\2\x7c\x85", 5),
-                                      QByteArray("\x79\0\1\0\2"
-                                                 "ab",
-                                                 7),
-                                      QByteArray("\x7d\x85\0\1"
-                                                 "ab",
-                                                 6)};
-    for (const QByteArray& other : others)
-        EXPECT_FALSE(isWhole(other)) << other.toHex().constData();
-}
-
-TEST_F(PictureFaults, APacketOfMoreThanThereIsRoomForIsNone)
-{
-    const auto decoder = pictureDecoder::make(PICTURE_CODEC::H264, [](const GstVideoFrame&) {});
-    ASSERT_TRUE(decoder);
-    QByteArray packet(rtpPacket::MAX_BYTES + secureRtp::MAX_MORE, '\x61');
-    rtpPacket::write({96, true, 1, 1, 1}, reinterpret_cast<unsigned char*>(packet.data()));
-    EXPECT_FALSE(decoder->put(packet));
-    EXPECT_TRUE(decoder->put(packet.left(rtpPacket::MAX_BYTES)));
-}
-
-TEST(PictureContent, APictureOfVp8StandsBehindItsMarks)
-{
-    EXPECT_TRUE(isWhole("\x10"
-                        "a",
-                        PICTURE_CODEC::VP8));
-    EXPECT_TRUE(isWhole("\x90\x80\x05"
-                        "a",
-                        PICTURE_CODEC::VP8));
-    EXPECT_TRUE(isWhole("\x90\xf0\x80\x01\x02\x03"
-                        "a",
-                        PICTURE_CODEC::VP8));
-    for (const QByteArray& other : QList<QByteArray>{"", "\x10", "\x90", "\x90\x80", "\x90\x80\x05",
-                                                     "\x90\xf0\x80\x01\x02\x03", "\x90\x30\x01"})
-        EXPECT_FALSE(isWhole(other, PICTURE_CODEC::VP8)) << other.toHex().constData();
-}
-
-TEST(CodedSize, ASequenceMayHaveTheSizeThatThereIsRoomFor)
-{
-    EXPECT_TRUE(fits(kStart + RawPictures::sequenceSet(120, 68)));
-    EXPECT_FALSE(fits(kStart + RawPictures::sequenceSet(121, 68)));
-    EXPECT_FALSE(fits(kStart + RawPictures::sequenceSet(120, 69)));
-    EXPECT_FALSE(fits(kStart + RawPictures::sequenceSet(512, 512)));
-    EXPECT_FALSE(fits(kStart + RawPictures::sequenceSet(0x7fffffff, 0x7fffffff)));
-}
-
-TEST(CodedSize, EachSetOfAPictureCounts)
-{
-    const QByteArray good = kStart + RawPictures::sequenceSet(40, 30);
-    const QByteArray bad = kStart.mid(1) + RawPictures::sequenceSet(512, 512, 1);
-    EXPECT_TRUE(fits(good + good));
-    EXPECT_FALSE(fits(good + bad));
-    EXPECT_FALSE(fits(bad + good));
-    EXPECT_FALSE(fits(good + kStart + "\x61 abc" + bad + good));
-    EXPECT_TRUE(fits(kStart + "\x61 abc"));
-    EXPECT_TRUE(fits(""));
-    EXPECT_TRUE(fits(QByteArray("\0\0\1", 3)));
-}
-
-TEST(CodedSize, WhatCannotBeReadDoesNotFit)
-{
-    const QByteArray set = RawPictures::sequenceSet(40, 30);
-    for (qsizetype size = 1; size < set.size() - 1; ++size)
-        EXPECT_FALSE(fits(kStart + set.left(size))) << size;
-    EXPECT_FALSE(fits(kStart + QByteArray("\x67\x42\xe0\x1f", 4) + QByteArray(20, 0)));
-}
-
-TEST(CodedSize, MoreBitsOrColoursThanEightAndHalfDoNotFit)
-{
-    EXPECT_TRUE(fits(kStart + RawPictures::highSet(40, 30, 1, 0, true)));
-    EXPECT_FALSE(fits(kStart + RawPictures::highSet(40, 30, 3, 0, false)));
-    EXPECT_FALSE(fits(kStart + RawPictures::highSet(40, 30, 1, 6, false)));
-    EXPECT_FALSE(fits(kStart + RawPictures::highSet(512, 512, 1, 0, true)));
-}
-
-TEST(CodedSize, AFrameOfVp8TellsItsSizeWithEachKey)
-{
-    const auto key = [](int width, int height) {
-        QByteArray frame("\x10\0\0\x9d\x01\x2a", 6);
-        for (const int side : {width, height})
-            frame += QByteArray(1, char(side & 0xff)) + char(side >> 8);
-        return frame;
+    connectRaw();
+    quint32 time = 90000;
+    const auto announce = [&] {
+        m_raw.sendPaced(QByteArray::fromHex("676e00ffce72c2363f20"), time += 3000, true);
+        return m_other.session->counts().bRefused;
     };
-    EXPECT_TRUE(fits(key(1920, 1088), PICTURE_CODEC::VP8));
-    EXPECT_TRUE(fits(key(1920 | 0x4000, 1088 | 0x8000), PICTURE_CODEC::VP8)) << "how it is to be shown";
-    EXPECT_FALSE(fits(key(1921, 1088), PICTURE_CODEC::VP8));
-    EXPECT_FALSE(fits(key(16, 16383), PICTURE_CODEC::VP8));
-    EXPECT_FALSE(fits(key(16, 16).left(9), PICTURE_CODEC::VP8));
-    EXPECT_TRUE(fits(QByteArray("\x11", 1), PICTURE_CODEC::VP8));
+    ASSERT_TRUE(waitFor(announce, 20000));
+    const int asked = m_other.session->counts().nAsked;
+    const int decoders = m_other.session->counts().nDecoders;
+    // Longer than until the third question of who makes no key pictures.
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < 4000) {
+        announce();
+        pass(20);
+    }
+    EXPECT_EQ(m_other.session->counts().nAsked, asked);
+    EXPECT_EQ(m_other.session->counts().nDecoders, decoders);
+    expectGoodPictures();
 }
 
 } // namespace
