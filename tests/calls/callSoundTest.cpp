@@ -2,10 +2,9 @@
 #include "players/rtpPeer.h"
 #include "tests/calls/callStand.h"
 #include "tests/calls/lossyWay.h"
+#include "tests/calls/wirePort.h"
 #include "tests/kit/plain/processes.h"
-#include <arpa/inet.h>
 #include <dirent.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 namespace {
@@ -115,6 +114,46 @@ TEST_F(CallSound, ThreeWhoAreJoinedHearEachOtherUntilTheyAreSplit)
     EXPECT_FALSE(m_one.desk.join(1, 7));
 }
 
+TEST_F(CallSound, WhoIsMutedIsHeardByNobodyOfThreeWhoHearEachOther)
+{
+    CallPhone third(kThird);
+    CallEnd oneToOther(m_one, 1);
+    CallEnd oneToThird(m_one, 2);
+    CallEnd other(m_other, 1);
+    CallEnd last(third, 1);
+    connect(oneToOther, other, "PCMA");
+    connect(oneToThird, last, "PCMA");
+    ASSERT_TRUE(m_one.desk.join(1, 2));
+    const auto hears = [](const CallPhone& phone, double one, double two) {
+        return phone.hears(one) && phone.hears(two);
+    };
+    ASSERT_TRUE(waitFor([&] { return hears(m_other, kOne, kThird) && hears(third, kOne, kOther); }));
+    for (CallEnd* end : {&oneToOther, &oneToThird})
+        end->with([](callSession& session) { session.setMuted(true); });
+    EXPECT_TRUE(waitFor([&] { return !m_other.hears(kOne) && !third.hears(kOne); }));
+    EXPECT_TRUE(waitFor([&] { return m_other.hears(kThird) && third.hears(kOther); }));
+    EXPECT_TRUE(hears(m_one, kOther, kThird));
+}
+
+TEST_F(CallSound, NewKeysOfEitherSideAreThoseFromThereOn)
+{
+    CallEnd one(m_one, 1);
+    CallEnd other(m_other, 1);
+    const tagMediaWant secure = {false, true};
+    connect(one, other, "PCMA", secure);
+    ASSERT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_other.hears(kOne); }));
+    for (CallEnd* renewed : {&one, &other}) {
+        const tagAgreedSound before = one.agreed();
+        renewed->negotiateAnew();
+        connect(one, other, "PCMA", secure);
+        EXPECT_TRUE(one.agreed().sendKey != before.sendKey || one.agreed().takeKey != before.takeKey);
+        m_one.voice.forget();
+        m_other.voice.forget();
+        pass(500); // what is heard of before
+        EXPECT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_other.hears(kOne); }));
+    }
+}
+
 TEST_F(CallSound, OneOfTwoCallsIsHeldAndSilentWhileTheOtherTalks)
 {
     CallPhone third(kThird);
@@ -129,53 +168,6 @@ TEST_F(CallSound, OneOfTwoCallsIsHeldAndSilentWhileTheOtherTalks)
     EXPECT_TRUE(waitFor([&] { return !m_one.hears(kOther) && m_other.hearsNothing(); }));
     EXPECT_TRUE(waitFor([&] { return m_one.hears(kThird) && third.hears(kOne); }));
 }
-
-// A port of this machine that says what a test has it say.
-class WirePort
-{
-public:
-    explicit WirePort(const char* address = "127.0.0.1")
-    {
-        sockaddr_in place = placeOf(address, 0);
-        socklen_t size = sizeof place;
-        EXPECT_EQ(bind(m_nSocket, reinterpret_cast<sockaddr*>(&place), size), 0);
-        EXPECT_EQ(getsockname(m_nSocket, reinterpret_cast<sockaddr*>(&place), &size), 0);
-        m_nPort = ntohs(place.sin_port);
-    }
-    ~WirePort() { close(m_nSocket); }
-    WirePort(const WirePort&) = delete;
-    WirePort& operator=(const WirePort&) = delete;
-
-    int port() const { return m_nPort; }
-    void say(int port, const QByteArray& packet) const
-    {
-        const sockaddr_in place = placeOf("127.0.0.1", port);
-        sendto(m_nSocket, packet.constData(), size_t(packet.size()), 0,
-               reinterpret_cast<const sockaddr*>(&place), sizeof place);
-    }
-    // Packets that came since the call before.
-    int came() const
-    {
-        int count = 0;
-        char packet[2048];
-        while (recv(m_nSocket, packet, sizeof packet, MSG_DONTWAIT) > 0)
-            ++count;
-        return count;
-    }
-
-private:
-    static sockaddr_in placeOf(const char* address, int port)
-    {
-        sockaddr_in place = {};
-        place.sin_family = AF_INET;
-        place.sin_port = htons(uint16_t(port));
-        inet_pton(AF_INET, address, &place.sin_addr);
-        return place;
-    }
-
-    const int m_nSocket = socket(AF_INET, SOCK_DGRAM, 0);
-    int m_nPort = 0;
-};
 
 // Each from another port, as a stranger does who does not know it.
 void sendFrom(const char* from, int port, const QByteArray& packet)
@@ -228,6 +220,29 @@ TEST_F(CallSound, AStrangerIsNotHeard)
         pass(20);
     }
     EXPECT_LT(m_one.voice.heard(1).peak(), 0.01) << "from another port, when the right one is known";
+}
+
+TEST_F(CallSound, WhatAStrangerReportsIsNotBelieved)
+{
+    CallEnd one(m_one, 1);
+    const WirePort peer;
+    const WirePort stranger("127.0.0.2");
+    agreeWith(one, peer.port());
+    const QByteArray spoken = peer.next();
+    ASSERT_GT(spoken.size(), rtpPacket::HEAD_BYTES);
+    // Of what this side says, half is lost.
+    const QByteArray report =
+        QByteArray("\x81\xc9\0\x07her1", 8) + spoken.mid(8, 4) + QByteArray("\x80", 1) + QByteArray(19, '\0');
+    const auto lossIs = [&](int percent) {
+        int told = -1;
+        one.with([&](callSession& session) { told = session.reports().lossThereInPercent(); });
+        return told == percent;
+    };
+    stranger.say(one.port + 1, report);
+    pass(200);
+    EXPECT_TRUE(lossIs(0));
+    peer.say(one.port + 1, report);
+    EXPECT_TRUE(waitFor([&] { return lossIs(50); }));
 }
 
 TEST_F(CallSound, AProgramOfThisMachineIsHeardFromTheMachinesOwnAddress)

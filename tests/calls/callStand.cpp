@@ -41,17 +41,22 @@ void ToneVoice::forget()
 CallEnd::CallEnd(CallPhone& of, int number) : CallEnd(of, number, callSockets::open(), "127.0.0.1") {}
 
 CallEnd::CallEnd(CallPhone& of, int number, std::unique_ptr<callSockets> sockets, const QByteArray& address)
-    : phone(of), call(number)
+    : phone(of), call(number), m_address(address)
 {
     EXPECT_TRUE(sockets);
     port = sockets->port();
+    negotiateAnew();
+    phone.desk.add(call, std::make_unique<callSession>(std::move(sockets)));
+}
+
+void CallEnd::negotiateAnew()
+{
     tagOwnMedia own;
-    own.address = address;
+    own.address = m_address;
     own.nPort = port;
     own.bLoopback = true;
     own.nSession = 1;
     negotiation = std::make_unique<callNegotiation>(own);
-    phone.desk.add(call, std::make_unique<callSession>(std::move(sockets)));
 }
 
 void CallEnd::apply(int through)

@@ -45,6 +45,8 @@ struct CallEnd
     CallEnd(const CallEnd&) = delete;
     // The streams go as the negotiation has it; port: where what is sent goes instead.
     void apply(int port = 0);
+    // As who has begun anew: with other keys.
+    void negotiateAnew();
     void with(const std::function<void(callSession&)>& work) { EXPECT_TRUE(phone.desk.with(call, work)); }
     tagAgreedSound agreed() const { return negotiation->agreed(); }
 
@@ -52,6 +54,9 @@ struct CallEnd
     int call;
     int port = 0;
     std::unique_ptr<callNegotiation> negotiation;
+
+private:
+    QByteArray m_address;
 };
 
 class CallStand : public testing::Test

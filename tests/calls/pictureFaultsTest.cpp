@@ -3,6 +3,7 @@
 #include "players/callDesk.h"
 #include "tests/calls/pictureStand.h"
 #include "tests/calls/rawPictures.h"
+#include "tests/calls/wirePort.h"
 #include "tests/kit/plain/processes.h"
 #include <QElapsedTimer>
 #include <random>
@@ -92,6 +93,30 @@ TEST_F(PictureFaults, MorePacketsThanPicturesHaveAreLost)
             m_raw.send(QByteArray("\x61\xe0", 2), 90000, true);
     }
     EXPECT_GT(m_other.session->counts().nTooMany, 0);
+    expectGoodPictures();
+}
+
+TEST_F(PictureFaults, AStrangerIsNeitherSeenNorObeyed)
+{
+    connectRaw(video());
+    const int port = m_raw.negotiation->agreedPicture().nPort;
+    const int payload = m_raw.negotiation->agreedPicture().send.nPayload;
+    const WirePort stranger("127.0.0.2");
+    constexpr int kPackets = 20;
+    for (int i = 0; i < kPackets; ++i) {
+        unsigned char head[rtpPacket::HEAD_BYTES];
+        rtpPacket::write({payload, true, quint16(i), 90000, 0xBAD}, head);
+        stranger.say(port, QByteArray(reinterpret_cast<char*>(head), sizeof head) + "\x61\xe0");
+    }
+    EXPECT_TRUE(waitFor([&] { return m_other.session->counts().nStrangers == kPackets; }))
+        << m_other.session->counts().nStrangers;
+    // Who wants a new picture, in the oldest way.
+    const QByteArray wanted("\x80\xc0\0\1none", 8);
+    stranger.say(port + 1, wanted);
+    pass(300);
+    EXPECT_EQ(m_other.session->counts().nKeyed, 0);
+    WirePort().say(port + 1, wanted);
+    EXPECT_TRUE(waitFor([&] { return m_other.session->counts().nKeyed == 1; }));
     expectGoodPictures();
 }
 
