@@ -37,7 +37,8 @@ constexpr int kLossPercent = 5;
 constexpr int kJitterMs = 40;
 constexpr double kToneHertz = 500;
 constexpr double kToneSeconds = 4;
-constexpr unsigned kLossyCalls = 4; // chance hits one word or the other
+constexpr double kPauseSeconds = 1; // until all streams run
+constexpr unsigned kLossyCalls = 5; // chance hits one word or the other
 const char* const kSpeech = "/usr/share/sounds/alsa";
 constexpr int kSpeechRate = 48000;
 
@@ -191,15 +192,15 @@ bool benchDelay(RatioTable& table)
 // People who name loudspeakers, and a tone after them.
 Samples speech()
 {
-    Samples all;
+    Samples all(size_t(kPauseSeconds * kSpeechRate));
     for (const QString& name :
          QDir(kSpeech).entryList({"Front*.wav", "Rear*.wav", "Side*.wav"}, QDir::Files)) {
         const kit::RecordedSound words = kit::RecordedSound::ofWave(QString(kSpeech) + '/' + name);
         if (words.rate() == kSpeechRate)
             all.insert(all.end(), words.samples().begin(), words.samples().end());
     }
-    if (all.empty())
-        return all;
+    if (all.size() == size_t(kPauseSeconds * kSpeechRate))
+        return {};
     const float most = std::fabs(*std::max_element(
         all.begin(), all.end(), [](float a, float b) { return std::fabs(a) < std::fabs(b); }));
     for (float& sample : all)
@@ -254,21 +255,21 @@ bool benchLoss(RatioTable& table, const tagCodec& codec)
         !stand.begin(codec.pCodec, says, theirs, false, kLikeOurs) || !hear(stand, said, codec, clean))
         return false;
     printf("%s: log-spectral distance here %.2f dB, there %.2f\n", codec.pName, clean.here, clean.there);
-    tagHeard added;
+    std::vector<double> here, there;
     for (unsigned seed = 1; seed <= kLossyCalls; ++seed) {
         stand.network().setNetwork(kLossPercent, kJitterMs, seed);
         tagHeard lossy;
         if (!hear(stand, said, codec, lossy))
             return false;
         printf("with loss here %.2f dB, there %.2f\n", lossy.here, lossy.there);
-        added.here += (lossy.here - clean.here) / kLossyCalls;
-        added.there += (lossy.there - clean.there) / kLossyCalls;
+        here.push_back(lossy.here - clean.here);
+        there.push_back(lossy.there - clean.there);
     }
     table.add(QString("%1: what %2 % loss and %3 ms jitter add to the distance")
                   .arg(codec.pName)
                   .arg(kLossPercent)
                   .arg(kJitterMs),
-              added.here, added.there, "dB");
+              median(here), median(there), "dB");
     return true;
 }
 

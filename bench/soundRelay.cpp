@@ -1,5 +1,6 @@
 #include "bench/soundRelay.h"
 #include <QList>
+#include <algorithm>
 #include <arpa/inet.h>
 #include <ctime>
 #include <poll.h>
@@ -11,6 +12,10 @@ namespace {
 constexpr int kLookMs = 20;
 constexpr size_t kMostBytes = 65536;
 constexpr int kTries = 50;
+constexpr int kHeadBytes = 12;
+constexpr int kAlaw = 8;
+constexpr int kLoudAlaw = 0x30; // a 64th of the loudest
+constexpr int kSmallBytes = 40;
 
 sockaddr_in placeOf(uint32_t port)
 {
@@ -48,6 +53,15 @@ bool takePair(int& rtp, int& rtcp, uint32_t& rtpPort, uint32_t& rtcpPort)
         rtp = -1;
     }
     return false;
+}
+
+// A-law says it itself; of other codecs a packet that is not small.
+bool isAudible(const QByteArray& packet)
+{
+    if (packet.size() <= kHeadBytes || (packet[1] & 0x7f) != kAlaw)
+        return packet.size() > kHeadBytes + kSmallBytes;
+    return std::any_of(packet.begin() + kHeadBytes, packet.end(),
+                       [](char law) { return ((law ^ 0x55) & 0x7f) >= kLoudAlaw; });
 }
 
 } // namespace
@@ -88,6 +102,7 @@ void SoundRelay::setNetwork(int lossPercent, int jitterMs, unsigned seed)
     m_nLoss = lossPercent;
     m_nJitterMs = jitterMs;
     m_chance.fill(std::minstd_rand(seed));
+    m_bSpeaks.fill(false);
 }
 
 std::vector<SoundRelay::tagPassed> SoundRelay::takePassed(WAY way)
@@ -207,8 +222,9 @@ void SoundRelay::passSound(PORT at, const QByteArray& packet)
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_passed[way].push_back({now, packet});
-    const bool isLost = int(m_chance[way]() % 100) < m_nLoss;
-    const int64_t later = int64_t(m_chance[way]() % unsigned(m_nJitterMs * 1000 + 1));
+    m_bSpeaks[way] = m_bSpeaks[way] || isAudible(packet);
+    const bool isLost = m_bSpeaks[way] && int(m_chance[way]() % 100) < m_nLoss;
+    const int64_t later = m_bSpeaks[way] ? int64_t(m_chance[way]() % unsigned(m_nJitterMs * 1000 + 1)) : 0;
     if (!isLost && m_nJitterMs == 0)
         send(from, packet, to);
     else if (!isLost)

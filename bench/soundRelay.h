@@ -70,6 +70,7 @@ private:
     int m_nLoss = 0;
     int m_nJitterMs = 0;
     std::array<std::minstd_rand, WAYS> m_chance;
+    std::array<bool, WAYS> m_bSpeaks{};
     std::array<std::vector<tagPassed>, WAYS> m_passed;
 
     std::atomic<bool> m_bEnds{false};

@@ -226,8 +226,50 @@ const tagCrypto& callNegotiation::ownCrypto(CRYPTO_SUITE suite, Cryptos& of)
                                     [suite](const tagCrypto& crypto) { return crypto.eSuite == suite; });
     if (known != of.end())
         return *known;
-    of.append({int(of.size()) + 1, suite, m_keys(callCrypto::KEY_BYTES)});
+    const int place = int(std::find(std::begin(kSuites), std::end(kSuites), suite) - std::begin(kSuites));
+    of.append({place + 1, suite, m_keys(callCrypto::KEY_BYTES)});
     return of.last();
+}
+
+// A key that is at work stays. One that has been must not come back: both sides would begin to count anew,
+// and seal other packets with what has sealed some before.
+void callNegotiation::renewKeys()
+{
+    const auto keep = [](Cryptos& of, const tagAgreedStream& at) {
+        of.removeIf(
+            [&](const tagCrypto& crypto) { return crypto.eSuite != at.eSuite || crypto.key != at.sendKey; });
+    };
+    keep(m_cryptos, m_agreed);
+    keep(m_pictureCryptos, m_picture);
+}
+
+// The other side does not open the camera of a call that began without it.
+tagMediaWant callNegotiation::allowed(const tagMediaWant& want) const
+{
+    tagMediaWant allowed = want;
+    allowed.bCamera = want.bCamera && (!m_bBegun || m_bShown || want.bCameraNow);
+    return allowed;
+}
+
+void callNegotiation::setAgreed(const tagAgreedSound& sound, const tagAgreedPicture& picture)
+{
+    m_agreed = sound;
+    m_picture = picture;
+    m_bBegun = true;
+    m_bShown = m_bShown || (picture.bPicture && m_wanted.bCamera);
+}
+
+// What is encrypted stays so for the call.
+bool callNegotiation::mustSealSound(const tagMediaWant& want) const
+{
+    return want.bEncrypt || m_agreed.eSuite != CRYPTO_SUITE::NONE;
+}
+
+// So does a call without pictures that come in clear: nobody would see that the new ones do.
+bool callNegotiation::mustSealPicture(const tagMediaWant& want) const
+{
+    const bool isSealed = m_picture.eSuite != CRYPTO_SUITE::NONE;
+    return want.bEncrypt || isSealed || (m_agreed.eSuite != CRYPTO_SUITE::NONE && !m_picture.bPicture);
 }
 
 bool callNegotiation::setKeys(const tagDescribedMedia& answer, const Cryptos& of,
@@ -307,15 +349,15 @@ QByteArray callNegotiation::pictureOffer(tagPlace& place, bool secure)
 
 QByteArray callNegotiation::offer(const tagMediaWant& want)
 {
-    m_wanted = want;
+    m_wanted = allowed(want);
     m_bOffered = true;
     m_offered.clear();
     m_offeredPictures.clear();
     for (const tagSoundCodec& codec : kSoundCodecs)
         m_offered.append({codec.eCodec, numberFor(codec.eCodec), codec.nClock});
     m_offered.append({SOUND_CODEC::NONE, numberForTones(), 8000});
-    // A stream that is encrypted stays so.
-    const bool isSecure = want.bEncrypt || m_agreed.eSuite != CRYPTO_SUITE::NONE;
+    const bool isSecure = mustSealSound(want);
+    renewKeys();
     if (m_places.isEmpty())
         m_places.append(tagPlace{"audio", "RTP/AVP", "0", PLACE::SOUND});
     if (want.bVideo && m_own.nPicturePort != 0) {
@@ -330,7 +372,7 @@ QByteArray callNegotiation::offer(const tagMediaWant& want)
         if (place.eIs == PLACE::SOUND)
             text += soundOffer(place, isSecure);
         else if (place.eIs == PLACE::PICTURE && !m_offeredPictures.isEmpty())
-            text += pictureOffer(place, isSecure);
+            text += pictureOffer(place, isSecure || mustSealPicture(want));
         else
             text += refused(place);
     }
@@ -370,7 +412,7 @@ bool callNegotiation::choose(const tagDescribedMedia& media, bool encrypt, tagCh
 bool callNegotiation::choose(const tagDescribedMedia& media, const tagMediaWant& want,
                              tagPictureChoice& choice) const
 {
-    if (!want.bVideo || m_own.nPicturePort == 0 || !media.bPicture || !canReach(media, want.bEncrypt))
+    if (!want.bVideo || m_own.nPicturePort == 0 || !media.bPicture || !canReach(media, mustSealPicture(want)))
         return false;
     for (const tagPictureFormat& known : pictureFormat::known()) {
         for (const tagDescribedCodec& codec : media.codecs) {
@@ -501,7 +543,7 @@ callNegotiation::tagChoice callNegotiation::chooseSound(const QList<tagDescribed
     tagChoice choice;
     for (const bool isSecure : {true, false}) {
         for (const tagDescribedMedia& line : media) {
-            if (line.bSecure == isSecure && choose(line, want.bEncrypt, choice))
+            if (line.bSecure == isSecure && choose(line, mustSealSound(want), choice))
                 return choice;
         }
     }
@@ -519,8 +561,9 @@ callNegotiation::tagPictureChoice callNegotiation::choosePicture(const QList<tag
     return choice;
 }
 
-QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& want)
+QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& asked)
 {
+    const tagMediaWant want = allowed(asked);
     QList<tagDescribedMedia> media;
     if (!callDescription::read(offer, media))
         return {};
@@ -530,6 +573,7 @@ QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& 
         return stops(media) ? answerOfStop(media) : QByteArray();
     m_bOffered = false;
     m_wanted = want;
+    renewKeys();
     learnNumbers(media);
     QByteArray text = head();
     m_places.clear();
@@ -547,6 +591,7 @@ QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& 
         }
         m_places.append(place);
     }
+    setAgreed(m_agreed, m_picture);
     return text;
 }
 
@@ -585,10 +630,11 @@ bool callNegotiation::fits(const tagDescribedMedia& answer, const tagPlace& plac
     return false;
 }
 
+// Lines that are missing at the end are refused.
 bool callNegotiation::agree(const QByteArray& answer)
 {
     QList<tagDescribedMedia> media;
-    if (!m_bOffered || !callDescription::read(answer, media) || media.size() != m_places.size())
+    if (!m_bOffered || !callDescription::read(answer, media) || media.size() > m_places.size())
         return false;
     tagAgreedSound sound;
     tagAgreedPicture picture;
@@ -600,6 +646,9 @@ bool callNegotiation::agree(const QByteArray& answer)
         if (m_places[i].eIs != PLACE::SOUND)
             continue;
         hasSound = true;
+        // Who refuses the only sound of a call that begins has nothing in common with us.
+        if (line.nPort == 0 && !m_agreed.bSound && !m_agreed.bHeldByPeer)
+            return false;
         if (line.nPort == 0) {
             sound = stopped();
             continue;
@@ -614,7 +663,6 @@ bool callNegotiation::agree(const QByteArray& answer)
     }
     if (!hasSound)
         return false;
-    m_agreed = sound;
-    m_picture = picture;
+    setAgreed(sound, picture);
     return true;
 }

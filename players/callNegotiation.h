@@ -75,9 +75,10 @@ struct tagMediaWant
     bool bHeld = false;    // by the user
     bool bEncrypt = false; // nothing but SRTP
     bool bVideo = false;
-    bool bCamera = false; // there are pictures to be sent
-    int nKbit = 0;        // of pictures a second; 0: what the network bears
-    int nRate = 30;       // pictures a second
+    bool bCamera = false;    // there are pictures to be sent; none that were not from the beginning
+    int nKbit = 0;           // of pictures a second; 0: what the network bears
+    int nRate = 30;          // pictures a second
+    bool bCameraNow = false; // the user has just said so
 };
 
 class callNegotiation
@@ -169,6 +170,11 @@ private:
     void setPeer(const tagDescribedMedia& media, bool held, tagAgreedSound& sound) const;
     void setBounds(const tagDescribedMedia& media, const tagMediaWant& want, tagAgreedPicture& picture) const;
     const tagCrypto& ownCrypto(CRYPTO_SUITE suite, Cryptos& of);
+    void renewKeys();
+    tagMediaWant allowed(const tagMediaWant& want) const;
+    void setAgreed(const tagAgreedSound& sound, const tagAgreedPicture& picture);
+    bool mustSealSound(const tagMediaWant& want) const;
+    bool mustSealPicture(const tagMediaWant& want) const;
     // Of an answer: the keys of both sides; false when it took none of ours.
     bool setKeys(const tagDescribedMedia& answer, const Cryptos& of, tagAgreedStream& stream) const;
     // For an answer, the same.
@@ -180,13 +186,15 @@ private:
     callCrypto::KeySource m_keys;
     quint64 m_nVersion = 0;
     QList<tagPlace> m_places;                 // of the present description
-    Cryptos m_cryptos;                        // our keys: one of each suite, for the whole call
+    Cryptos m_cryptos;                        // our keys: one of each suite, for one description or longer
     Cryptos m_pictureCryptos;                 // the same of pictures
     QList<int> m_taken;                       // payload numbers that mean something
     QList<tagPictureFormat> m_pictureNumbers; // those of pictures
     int m_nOpus = -1;                         // not given yet
     int m_nTones = -1;
     bool m_bOffered = false;
+    bool m_bBegun = false;           // something was agreed
+    bool m_bShown = false;           // so were pictures, with the camera
     tagMediaWant m_wanted;           // with the last offer
     QList<tagAgreedCodec> m_offered; // with it
     QList<tagPictureFormat> m_offeredPictures;

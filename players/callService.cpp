@@ -262,7 +262,8 @@ void callService::reply(int call, tagCallEntry& entry, const tagQuestion& questi
     want.bHeld = wish.bHeld != 0;
     want.bEncrypt = wish.bEncrypt != 0;
     want.bVideo = wish.bVideo != 0 && entry.pictures;
-    want.bCamera = want.bVideo && wish.bCamera != 0 && pictureSourceIsThere();
+    want.bCamera = want.bVideo && wish.eCamera != CALL_CAMERA_OFF && pictureSourceIsThere();
+    want.bCameraNow = wish.eCamera == CALL_CAMERA_NOW;
     want.nKbit = int(std::min<uint32_t>(wish.nBandwidth, pictureRate::MOST_KBIT));
     want.nRate = wish.nFrameRate > 0 ? int(std::min<uint32_t>(wish.nFrameRate, 30)) : 30;
     QByteArray text =
@@ -296,12 +297,15 @@ void callService::agree(const msgObject& msg)
     QByteArray answer;
     const char* fault = playerRecords::readCallDescription(msg.GetExtraData(), msg.GetExtraSize(), answer);
     const auto known = m_calls.find(int(msg.wParam));
-    if (!fault && known == m_calls.end())
-        fault = "there is no such call";
+    if (known == m_calls.end()) {
+        refuse(msg, "there is no such call");
+        return;
+    }
     if (!fault && !known->second.negotiation->agree(answer))
         fault = "the answer does not fit";
     if (fault) {
         refuse(msg, fault);
+        msgPostMsgToThread(phone(), MEDIA_MSG_CALL_UNFIT, msg.wParam, msg.lParam);
         return;
     }
     known->second.bAgreed = known->second.bPicturesAgreed = true;

@@ -142,8 +142,7 @@ bool sequenceFits(const unsigned char* data, size_t size, const tagBounds& bound
 // Behind the next start code; the end where there is none.
 const unsigned char* nextUnit(const unsigned char* from, const unsigned char* end)
 {
-    const unsigned char* one = from + 2;
-    while (one < end) {
+    for (const unsigned char* one = end - from > 2 ? from + 2 : end; one < end;) {
         one = static_cast<const unsigned char*>(memchr(one, 1, size_t(end - one)));
         if (!one)
             return end;

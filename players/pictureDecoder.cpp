@@ -2,7 +2,10 @@
 #include "players/callDesk.h"
 #include "players/codedSize.h"
 #include "players/paceBudget.h"
+#include "players/pictureContent.h"
+#include "players/rtpPacket.h"
 #include <atomic>
+#include <cstring>
 #include <gst/app/gstappsink.h>
 #include <gst/app/gstappsrc.h>
 
@@ -160,8 +163,18 @@ bool pictureDecoder::put(const QByteArray& packet)
         waiting() > MAX_WAITING || gst_app_src_get_current_level_buffers(source) > guint64(MAX_PACKETS);
     if (hasFailed() || isFull)
         return false;
-    QByteArray changed = packet;
-    changed[1] = char((changed[1] & 0x80) | kPayload);
-    GstBuffer* buffer = gst_buffer_new_memdup(changed.constData(), gsize(changed.size()));
+    const auto* bytes = reinterpret_cast<const unsigned char*>(packet.constData());
+    tagRtpHead head;
+    int start = 0;
+    int length = 0;
+    if (!rtpPacket::read(bytes, int(packet.size()), head, start, length) ||
+        !pictureContent::isWhole(m_inside->eCodec, bytes + start, size_t(length)))
+        return false;
+    // The toolkit gets a head without anything that might lie.
+    head.nPayload = kPayload;
+    unsigned char made[rtpPacket::MAX_BYTES];
+    rtpPacket::write(head, made);
+    memcpy(made + rtpPacket::HEAD_BYTES, bytes + start, size_t(length));
+    GstBuffer* buffer = gst_buffer_new_memdup(made, gsize(rtpPacket::HEAD_BYTES + length));
     return gst_app_src_push_buffer(source, buffer) == GST_FLOW_OK;
 }

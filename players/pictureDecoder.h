@@ -25,7 +25,8 @@ public:
     pictureDecoder(const pictureDecoder&) = delete;
     pictureDecoder& operator=(const pictureDecoder&) = delete;
 
-    // False when it was too much: what is behind it cannot be shown.
+    // False when it was too much, or is no part of a picture: what is behind it cannot be shown.
+    // packet: one of more than rtpPacket::MAX_BYTES is no part.
     bool put(const QByteArray& packet);
     // Bytes that it has not begun with.
     qint64 waiting() const;

@@ -9,6 +9,8 @@ namespace {
 // Units in packets of their own have to be small.
 constexpr int kSlicesOfSmall = 30;
 constexpr int kPayload = 96; // until it is given the one that is agreed
+// Below any rate that is agreed: a range of one rate is none to the toolkit.
+const QByteArray kLeastRate = "1/2";
 
 QByteArray number(int value)
 {
@@ -19,12 +21,12 @@ QByteArray encoderText(const tagPictureFormat& format, const tagPictureBounds& b
 {
     const int distance = bounds.nRate * pictureEncoder::KEY_SECONDS;
     if (format.eCodec == PICTURE_CODEC::VP8)
-        return "vp8enc name=encoder deadline=1 cpu-used=8 end-usage=cbr threads=1 lag-in-frames=0 "
+        return "vp8enc name=encoder deadline=1 cpu-used=16 end-usage=cbr threads=1 lag-in-frames=0 "
                "error-resilient=default buffer-size=600 buffer-initial-size=300 buffer-optimal-size=400 "
                "keyframe-max-dist=" +
                number(distance) + " target-bitrate=" + number(kbit * 1000) + " ! rtpvp8pay";
     const int slices = format.nMode == 0 ? kSlicesOfSmall : 1;
-    return "openh264enc name=encoder complexity=low rate-control=bitrate multi-thread=1 "
+    return "openh264enc name=encoder complexity=low deblocking=off rate-control=bitrate multi-thread=1 "
            "scene-change-detection=false gop-size=" +
            number(distance) + " num-slices=" + number(slices) + " bitrate=" + number(kbit * 1000) +
            " ! video/x-h264,profile=constrained-baseline ! rtph264pay config-interval=-1";
@@ -117,7 +119,7 @@ bool pictureEncoder::build(int kbit)
     const QByteArray text =
         "videorate name=first drop-only=true ! videoconvertscale ! video/x-raw,format=I420,width=" +
         number(m_bounds.nWidth) + ",height=" + number(m_bounds.nHeight) +
-        ",pixel-aspect-ratio=1/1,framerate=[1/1," + number(m_bounds.nRate) + "/1] ! " +
+        ",pixel-aspect-ratio=1/1,framerate=[" + kLeastRate + "," + number(m_bounds.nRate) + "/1] ! " +
         encoderText(m_format, m_bounds, kbit) + " mtu=" + number(PACKET_BYTES) + " pt=" + number(kPayload) +
         " ! appsink name=packets sync=false async=false emit-signals=false enable-last-sample=false";
     GError* error = nullptr;

@@ -9,6 +9,27 @@
 #include <cstdio>
 #include <gst/gst.h>
 
+namespace {
+
+// The phone asks from time to time whether its players go on.
+class lifeSign : public chMsgProcesser
+{
+public:
+    explicit lifeSign(PLAYER_PROGRAM program) : m_eProgram(program) {}
+    int TryThreadMessage(msgObject& msg) override
+    {
+        if (msg.message != PLAYER_MSG_ALIVE)
+            return 0;
+        msgPostMsgToThread(msgGetThreadByName("app_hxPhone"), PLAYER_MSG_ALIVE, m_eProgram, 0);
+        return 1;
+    }
+
+private:
+    PLAYER_PROGRAM m_eProgram;
+};
+
+} // namespace
+
 bool playerProgram::begin(QCoreApplication& application, const char* threadName)
 {
     QCommandLineParser parser;
@@ -36,6 +57,7 @@ bool playerProgram::begin(QCoreApplication& application, const char* threadName)
 
 int playerProgram::run(QCoreApplication& application, PLAYER_PROGRAM program)
 {
+    lifeSign sign(program);
     msgBroadpostThreadMsg(PLAYER_MSG_UP, program, 0);
     const int result = application.exec();
     messageServiceStop();

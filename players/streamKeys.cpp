@@ -1,14 +1,33 @@
 #include "players/streamKeys.h"
 #include "players/rtpPacket.h"
+#include <algorithm>
+#include <utility>
+
+// Several answers to one offer may go from one key to another and back.
+secureRtp* streamKeys::sealerFor(CRYPTO_SUITE suite, const QByteArray& key)
+{
+    const auto known = std::find_if(m_sealers.begin(), m_sealers.end(), [&](const tagSealer& sealer) {
+        return sealer.eSuite == suite && sealer.key == key;
+    });
+    if (known != m_sealers.end()) {
+        std::rotate(known, known + 1, m_sealers.end());
+        return m_sealers.back().seals.get();
+    }
+    std::unique_ptr<secureRtp> made = secureRtp::make(suite, key, secureRtp::WAY::OUT);
+    if (!made)
+        return nullptr;
+    if (m_sealers.size() == SEALERS)
+        m_sealers.erase(m_sealers.begin());
+    m_sealers.push_back({suite, key, std::move(made)});
+    return m_sealers.back().seals.get();
+}
 
 void streamKeys::agree(const tagAgreedStream& agreed)
 {
-    if (m_eSuite != agreed.eSuite || m_sendKey != agreed.sendKey)
-        m_sealer = secureRtp::make(agreed.eSuite, agreed.sendKey, secureRtp::WAY::OUT);
+    m_pSealer = sealerFor(agreed.eSuite, agreed.sendKey);
     if (m_eSuite != agreed.eSuite || m_takeKey != agreed.takeKey)
         m_opener = secureRtp::make(agreed.eSuite, agreed.takeKey, secureRtp::WAY::IN);
     m_eSuite = agreed.eSuite;
-    m_sendKey = agreed.sendKey;
     m_takeKey = agreed.takeKey;
 }
 

@@ -1,22 +1,32 @@
 #pragma once
 // The keys at work in a stream, one for each way. They go on where they are agreed upon again: what came
-// before stays known. One thread at a time.
+// before stays known, and nothing more is sealed as something before it was. One thread at a time.
 #include "players/callNegotiation.h"
 #include "players/secureRtp.h"
+#include <vector>
 
 class streamKeys
 {
 public:
     void agree(const tagAgreedStream& agreed);
     // Null where nothing is sealed, or there is no key.
-    secureRtp* sealer() const { return m_sealer.get(); }
+    secureRtp* sealer() const { return m_pSealer; }
     // In its place; the new size, 0 when it is not from who has the key: nothing of it is believed before.
     int open(unsigned char* packet, int size, bool rtcp) const;
 
 private:
+    enum : size_t { SEALERS = 2 }; // as many as one description has keys
+    struct tagSealer
+    {
+        CRYPTO_SUITE eSuite;
+        QByteArray key;
+        std::unique_ptr<secureRtp> seals;
+    };
+    secureRtp* sealerFor(CRYPTO_SUITE suite, const QByteArray& key);
+
     CRYPTO_SUITE m_eSuite = CRYPTO_SUITE::NONE;
-    QByteArray m_sendKey;
     QByteArray m_takeKey;
-    std::unique_ptr<secureRtp> m_sealer;
+    std::vector<tagSealer> m_sealers; // in the order of their use
+    secureRtp* m_pSealer = nullptr;   // one of them
     std::unique_ptr<secureRtp> m_opener;
 };

@@ -161,6 +161,17 @@ void Pbx::refuse(nta_incoming_t* request, int status, const char* phrase)
     nta_incoming_destroy(request);
 }
 
+// Who has come by here once would come again and again.
+bool Pbx::hasPassedHere(const sip_t& sip) const
+{
+    for (const sip_via_t* via = sip.sip_via ? sip.sip_via->v_next : nullptr; via; via = via->v_next) {
+        const std::string place = std::string(via->v_host) + ":" + (via->v_port ? via->v_port : "5060");
+        if (place == m_pbx.place)
+            return true;
+    }
+    return false;
+}
+
 // Nothing is kept of what is refused, or asked for a password: who sends it without end costs the time of a
 // reply each, and waits for no acknowledgement.
 void Pbx::takeRequest(msg_t* message, sip_t* sip)
@@ -169,12 +180,8 @@ void Pbx::takeRequest(msg_t* message, sip_t* sip)
     const sip_method_t method = sip->sip_request->rq_method;
     const bool isHere = pbxText::isPlace(url, m_pbx.place), isWithin = sip->sip_to->a_tag != nullptr;
     const bool isRegister = method == sip_method_register, isSubscribe = method == sip_method_subscribe;
-    // Who has come by here once would come again and again.
-    for (const sip_via_t* via = sip->sip_via ? sip->sip_via->v_next : nullptr; via; via = via->v_next) {
-        const std::string place = std::string(via->v_host) + ":" + (via->v_port ? via->v_port : "5060");
-        if (place == m_pbx.place)
-            return refuse(message, SIP_482_LOOP_DETECTED);
-    }
+    if (hasPassedHere(*sip))
+        return refuse(message, SIP_482_LOOP_DETECTED);
     if (!pbxText::isSip(url))
         return refuse(message, 416, "Unsupported URI Scheme");
     if (sip->sip_proxy_require)
@@ -197,20 +204,27 @@ void Pbx::takeRequest(msg_t* message, sip_t* sip)
             return;
     }
     nta_incoming_t* request = nta_incoming_create(m_pbx.pAgent, nullptr, message, sip, TAG_END());
-    if (!request)
-        return;
-    if (isRegister) {
-        registerPhone(request, *sip, user);
-    } else if (isSubscribe && !isWithin && !isHere) {
-        refuse(request, SIP_403_FORBIDDEN);
-    } else if (isSubscribe) {
-        m_events.subscribe(request, *sip, user, pbxNow());
+    if (request)
+        serve(request, *sip, user);
+}
+
+void Pbx::serve(nta_incoming_t* request, const sip_t& sip, const std::string& user)
+{
+    const sip_method_t method = sip.sip_request->rq_method;
+    const bool isWithin = sip.sip_to->a_tag != nullptr;
+    if (method == sip_method_register)
+        return registerPhone(request, sip, user);
+    if (method == sip_method_subscribe) {
+        if (!isWithin && !pbxText::isPlace(sip.sip_request->rq_url, m_pbx.place))
+            return refuse(request, SIP_403_FORBIDDEN);
+        m_events.subscribe(request, sip, user, pbxNow());
         nta_incoming_destroy(request);
-    } else if (isWithin) {
-        takeWithin(request, *sip);
-    } else {
-        lead(request, *sip, user);
+        return;
     }
+    if (isWithin)
+        takeWithin(request, sip);
+    else
+        lead(request, sip, user);
 }
 
 void Pbx::takeWithin(nta_incoming_t* request, const sip_t& sip)

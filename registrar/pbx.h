@@ -45,9 +45,12 @@ private:
     static int onSignal(su_root_magic_t*, su_wait_t*, su_wakeup_arg_t* self);
     void takeReply(msg_t* message, sip_t* sip);
     void takeAck(msg_t* message, const sip_t* sip);
+    bool hasPassedHere(const sip_t& sip) const;
     void takeRequest(msg_t* message, sip_t* sip);
     // There is a call, or one of the voice mail, that it belongs to.
     bool isOfCall(const sip_t& sip) const;
+    // user: whose password it had; empty where none was asked for.
+    void serve(nta_incoming_t* request, const sip_t& sip, const std::string& user);
     void takeWithin(nta_incoming_t* request, const sip_t& sip);
     // Of one of the calls that went through.
     void leadWithin(nta_incoming_t* request, const sip_t& sip);

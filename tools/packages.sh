@@ -11,7 +11,7 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache lld pkg-config qt6-base-dev qt6-bas
 # sip-tester, baresip-core: phones that call ours; kamailio: a server at which they register.
 # nginx-light: the cache that the signage server's document describes; the tests start their own.
 TEST_PACKAGES="libgtest-dev libgmock-dev locales clang-format docbook-xsl shared-mime-info nginx-light openssl sip-tester
-  baresip-core kamailio kamailio-tls-modules kamailio-presence-modules"
+  baresip-core baresip-ffmpeg kamailio kamailio-tls-modules kamailio-presence-modules"
 WINDOW_PACKAGES="xserver-xephyr"
 BROWSER_PACKAGES="tigervnc-standalone-server novnc"
 FUZZ_PACKAGES="clang libclang-rt-14-dev"

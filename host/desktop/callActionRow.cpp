@@ -16,10 +16,10 @@ struct tagMade
     const char* glyph;
 };
 const tagMade kMade[CALL_ACTION_COUNT] = {
-    {"actMute", HX_THEME("icon/talk_mute.png")}, {"actHold", HX_THEME("icon/talk_hold.png")},
-    {"actKeys", HX_THEME("icon/talk_keys.png")}, {"actTransfer", HX_THEME("icon/talk_transfer.png")},
-    {"actAdd", HX_THEME("icon/talk_add.png")},   {"actJoin", HX_THEME("icon/talk_join.png")},
-    {"actSwap", HX_THEME("icon/talk_swap.png")}};
+    {"actMute", HX_THEME("icon/talk_mute.png")},         {"actHold", HX_THEME("icon/talk_hold.png")},
+    {"actVideo", HX_THEME("icon/talk_video.png")},       {"actKeys", HX_THEME("icon/talk_keys.png")},
+    {"actTransfer", HX_THEME("icon/talk_transfer.png")}, {"actAdd", HX_THEME("icon/talk_add.png")},
+    {"actJoin", HX_THEME("icon/talk_join.png")},         {"actSwap", HX_THEME("icon/talk_swap.png")}};
 
 } // namespace
 
@@ -44,12 +44,15 @@ void callActionRow::set(CALL_ACTION action, const QString& word, bool on, bool s
 void callActionRow::layOut()
 {
     const int count = int(std::count(m_shown.begin(), m_shown.end(), true));
-    int x = (m_pScreen->width() - count * kStep) / 2 + (kStep - kAction.width()) / 2;
+    const int step = count > 0 ? std::min(kStep, m_pScreen->width() / count) : kStep;
+    const QSize size(std::min(kAction.width(), step), kAction.height());
+    int x = (m_pScreen->width() - count * step) / 2 + (step - size.width()) / 2;
     for (int i = 0; i < CALL_ACTION_COUNT; ++i) {
         if (!m_shown[i])
             continue;
+        m_actions[i]->setFixedSize(size);
         m_actions[i]->move(x, kTop);
-        x += kStep;
+        x += step;
     }
     showChosen();
 }

@@ -39,6 +39,7 @@ private slots:
     void on_click_Answer();
     void on_click_Forward();
     void on_click_Hold();
+    void on_click_Video();
     void on_click_Transfer();
     void on_click_Keys();
     void on_click_AddCall();

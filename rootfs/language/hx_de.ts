@@ -1617,6 +1617,11 @@
         <translation>Weiterleiten</translation>
     </message>
     <message>
+        <source>Video</source>
+        <comment>in a call</comment>
+        <translation>Video</translation>
+    </message>
+    <message>
         <source>Held by the other side</source>
         <translation>Von der anderen Seite gehalten</translation>
     </message>

@@ -1617,6 +1617,11 @@
         <translation>Desviar</translation>
     </message>
     <message>
+        <source>Video</source>
+        <comment>in a call</comment>
+        <translation>Vídeo</translation>
+    </message>
+    <message>
         <source>Held by the other side</source>
         <translation>Retenida por el otro lado</translation>
     </message>

@@ -1617,6 +1617,11 @@
         <translation>Renvoyer</translation>
     </message>
     <message>
+        <source>Video</source>
+        <comment>in a call</comment>
+        <translation>Vidéo</translation>
+    </message>
+    <message>
         <source>Held by the other side</source>
         <translation>Mis en attente par le correspondant</translation>
     </message>

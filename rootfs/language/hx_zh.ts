@@ -1617,6 +1617,11 @@
         <translation>转移</translation>
     </message>
     <message>
+        <source>Video</source>
+        <comment>in a call</comment>
+        <translation>视频</translation>
+    </message>
+    <message>
         <source>Held by the other side</source>
         <translation>对方已保持</translation>
     </message>

@@ -49,7 +49,7 @@ enum : unsigned int {
     MEDIA_MSG_CALL_PREPARE = 0x7003A,  // calls may come: what they need is loaded
     MEDIA_MSG_CALL_OFFER = 0x70030,    // extra: CALL_WISH; lParam: number of the request
     MEDIA_MSG_CALL_ANSWER = 0x70031,   // extra: CALL_WISH and the offer; lParam: number of the request
-    MEDIA_MSG_CALL_AGREE = 0x70032,    // extra: the answer
+    MEDIA_MSG_CALL_AGREE = 0x70032,    // extra: the answer; lParam: its number
     MEDIA_MSG_CALL_WITHDRAW = 0x70033, // the last offer was refused
     MEDIA_MSG_CALL_MUTE = 0x70034,     // lParam: non-zero: the other side does not hear the user
     MEDIA_MSG_CALL_TONE = 0x70035,     // lParam: CALL_TONE
@@ -64,9 +64,12 @@ enum : unsigned int {
     MEDIA_MSG_CALL_DESCRIBED =
         0x120030,                      // extra: the description, none when there is none; lParam: the request
     MEDIA_MSG_CALL_STREAMS = 0x120031, // extra: CALL_STREAMS
+    MEDIA_MSG_CALL_UNFIT = 0x120032,   // an answer does not fit; lParam: its number
     // Broadcast by a player that has just started, also after one died: what was asked of the one before
     // is forgotten. wParam: PLAYER_PROGRAM.
     PLAYER_MSG_UP = 0x120020,
+    // To a player, which answers at once with the same to "app_hxPhone". wParam: PLAYER_PROGRAM.
+    PLAYER_MSG_ALIVE = 0x120023,
 };
 
 enum PLAYER_PROGRAM : unsigned int { PLAYER_MOVIE = 1, PLAYER_MEDIA = 2 };
@@ -180,6 +183,12 @@ struct VOICE_PARAM
     char reserved[536];  // zero
 };
 
+enum CALL_CAMERA : uint32_t {
+    CALL_CAMERA_OFF,
+    CALL_CAMERA_ON, // in a call that begins so; the other side cannot have it later
+    CALL_CAMERA_NOW // the user has said so
+};
+
 // What the phone wants of a call's media.
 struct CALL_WISH
 {
@@ -187,7 +196,7 @@ struct CALL_WISH
     uint32_t bHeld;
     uint32_t bEncrypt;
     uint32_t bVideo;
-    uint32_t bCamera;
+    uint32_t eCamera;    // CALL_CAMERA
     uint32_t nBandwidth; // kbit/s of pictures; 0: what the network bears
     uint32_t nFrameRate;
     uint32_t bPreview;                  // only what the other side shows, until MEDIA_MSG_CALL_BEGIN

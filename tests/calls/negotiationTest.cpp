@@ -154,9 +154,15 @@ TEST_F(Negotiation, AnAnswerThatDoesNotFitChangesNothing)
 
 TEST_F(Negotiation, AnAnswerMayRefuseTheSound)
 {
+    const QByteArray refusal = described("m=audio 0 RTP/AVP 8\r\n");
     m_ours.offer({});
-    EXPECT_TRUE(m_ours.agree(described("m=audio 0 RTP/AVP 8\r\n")));
-    EXPECT_FALSE(m_ours.agreed().bSound);
+    EXPECT_FALSE(m_ours.agree(refusal)) << "there is no call yet";
+    EXPECT_TRUE(m_ours.agree(sound("8")));
+    for (int time = 0; time < 2; ++time) {
+        m_ours.offer({});
+        EXPECT_TRUE(m_ours.agree(refusal));
+        EXPECT_FALSE(m_ours.agreed().bSound);
+    }
 }
 
 struct tagHold
@@ -217,8 +223,9 @@ TEST_F(Negotiation, OfTwoLinesTheEncryptedOneIsTaken)
                       {});
     EXPECT_EQ(mediaLines(answer), "m=audio 0 RTP/AVP 8|m=audio 36000 RTP/SAVP 8|");
     EXPECT_EQ(m_ours.agreed().eSuite, CRYPTO_SUITE::AES_SHA1_80);
+    callNegotiation other(own(), countedKeys());
     EXPECT_EQ(
-        mediaLines(m_ours.answer(described("m=audio 5004 RTP/AVP 8\r\nm=audio 5006 RTP/SAVP 8\r\n"), {})),
+        mediaLines(other.answer(described("m=audio 5004 RTP/AVP 8\r\nm=audio 5006 RTP/SAVP 8\r\n"), {})),
         "m=audio 36000 RTP/AVP 8|m=audio 0 RTP/SAVP 8|")
         << "without a key it is none";
 }
@@ -267,6 +274,35 @@ TEST_F(Negotiation, AnEncryptedOfferIsAnsweredWithOurOwnKey)
     EXPECT_EQ(m_ours.agreed().sendKey, QByteArray(30, 1));
     EXPECT_EQ(m_ours.agreed().takeKey, QByteArray(30, 5));
     EXPECT_TRUE(m_ours.offer({}).contains("RTP/SAVP")) << "what is encrypted stays so";
+}
+
+TEST_F(Negotiation, WhatIsEncryptedIsNotAnsweredInClear)
+{
+    const QByteArray secure = sound("8", keyLine(1, "AES_CM_128_HMAC_SHA1_80", 'k'), "RTP/SAVP");
+    ASSERT_FALSE(m_ours.answer(secure, {}).isEmpty());
+    EXPECT_EQ(m_ours.answer(sound("8"), {}), "");
+    EXPECT_EQ(m_ours.agreed().sendKey, QByteArray(30, 1)) << "it goes on as it was";
+    ASSERT_FALSE(m_ours.answer(described("m=audio 0 RTP/SAVP 8\r\n"), {}).isEmpty());
+    EXPECT_EQ(m_ours.answer(sound("8"), {}), "") << "nor after a stop";
+    EXPECT_FALSE(m_ours.answer(secure, {}).isEmpty());
+}
+
+TEST_F(Negotiation, AKeyThatWasAtWorkDoesNotComeBack)
+{
+    const auto keyFor = [&](const char* suite) {
+        EXPECT_FALSE(m_ours.answer(sound("8", keyLine(1, suite, 'k'), "RTP/SAVP"), {}).isEmpty());
+        return m_ours.agreed().sendKey;
+    };
+    const QByteArray first = keyFor("AES_CM_128_HMAC_SHA1_80");
+    EXPECT_EQ(keyFor("AES_CM_128_HMAC_SHA1_80"), first) << "one that is at work stays";
+    const QByteArray second = keyFor("AES_CM_128_HMAC_SHA1_32");
+    EXPECT_NE(second, first);
+    const QByteArray third = keyFor("AES_CM_128_HMAC_SHA1_80");
+    EXPECT_NE(third, first);
+    const QByteArray offer = m_ours.offer({});
+    EXPECT_TRUE(offer.contains("a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" + third.toBase64() + "\r\n"));
+    EXPECT_TRUE(offer.contains("a=crypto:2 AES_CM_128_HMAC_SHA1_32 inline:"));
+    EXPECT_FALSE(offer.contains(second.toBase64()));
 }
 
 TEST_F(Negotiation, AnEncryptedOfferWithoutAKeyOfOursIsRefused)

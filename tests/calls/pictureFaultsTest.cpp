@@ -2,6 +2,7 @@
 // ones, or parts of one without an end.
 #include "players/callDesk.h"
 #include "players/codedSize.h"
+#include "players/pictureContent.h"
 #include "tests/calls/pictureStand.h"
 #include "tests/calls/rawPictures.h"
 #include "tests/kit/plain/processes.h"
@@ -177,6 +178,78 @@ TEST_F(PictureFaults, ALargerPictureFailsTheDecoderBeforeItIsDecoded)
     EXPECT_TRUE(waitFor([&] { return m_other.session->counts().nDecoders > before; }, 20000));
     m_raw.askKey();
     EXPECT_TRUE(sees(m_other));
+}
+
+bool isWhole(const QByteArray& content, PICTURE_CODEC codec = PICTURE_CODEC::H264)
+{
+    const std::vector<unsigned char> bytes(content.begin(), content.end());
+    return pictureContent::isWhole(codec, bytes.data(), bytes.size());
+}
+
+TEST(PictureContent, AUnitSeveralOrAPartOfOneIsWhatItSays)
+{
+    EXPECT_TRUE(isWhole("\x67"
+                        "a"));
+    EXPECT_TRUE(isWhole(QByteArray("\x78\0\2\x67"
+                                   "a\0\1\x68",
+                                   8)));
+    EXPECT_TRUE(isWhole("\x7c\x85"
+                        "a"));
+    EXPECT_TRUE(isWhole("\x7c\x05"
+                        "a"));
+    const QList<QByteArray> others = {"",
+                                      "\x67",
+                                      QByteArray("\0a", 2),
+                                      "\x7c",
+                                      "\x7c\x85",
+                                      "\x7c\xc5"
+                                      "a",
+                                      "\x7c\x9c"
+                                      "a",
+                                      "\x78",
+                                      QByteArray("\x78\0", 2),
+                                      QByteArray("\x78\0\0", 3),
+                                      QByteArray("\x78\0\3\x67"
+                                                 "a",
+                                                 5),
+                                      QByteArray("\x78\0\2\x67"
+                                                 "a\0",
+                                                 6),
+                                      QByteArray("\x78\0\2\x7c\x85", 5),
+                                      QByteArray("\x79\0\1\0\2"
+                                                 "ab",
+                                                 7),
+                                      QByteArray("\x7d\x85\0\1"
+                                                 "ab",
+                                                 6)};
+    for (const QByteArray& other : others)
+        EXPECT_FALSE(isWhole(other)) << other.toHex().constData();
+}
+
+TEST_F(PictureFaults, APacketOfMoreThanThereIsRoomForIsNone)
+{
+    const auto decoder = pictureDecoder::make(PICTURE_CODEC::H264, [](const GstVideoFrame&) {});
+    ASSERT_TRUE(decoder);
+    QByteArray packet(rtpPacket::MAX_BYTES + secureRtp::MAX_MORE, '\x61');
+    rtpPacket::write({96, true, 1, 1, 1}, reinterpret_cast<unsigned char*>(packet.data()));
+    EXPECT_FALSE(decoder->put(packet));
+    EXPECT_TRUE(decoder->put(packet.left(rtpPacket::MAX_BYTES)));
+}
+
+TEST(PictureContent, APictureOfVp8StandsBehindItsMarks)
+{
+    EXPECT_TRUE(isWhole("\x10"
+                        "a",
+                        PICTURE_CODEC::VP8));
+    EXPECT_TRUE(isWhole("\x90\x80\x05"
+                        "a",
+                        PICTURE_CODEC::VP8));
+    EXPECT_TRUE(isWhole("\x90\xf0\x80\x01\x02\x03"
+                        "a",
+                        PICTURE_CODEC::VP8));
+    for (const QByteArray& other : QList<QByteArray>{"", "\x10", "\x90", "\x90\x80", "\x90\x80\x05",
+                                                     "\x90\xf0\x80\x01\x02\x03", "\x90\x30\x01"})
+        EXPECT_FALSE(isWhole(other, PICTURE_CODEC::VP8)) << other.toHex().constData();
 }
 
 TEST(CodedSize, ASequenceMayHaveTheSizeThatThereIsRoomFor)

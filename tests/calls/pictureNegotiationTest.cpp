@@ -264,6 +264,81 @@ TEST_F(PictureNegotiation, PicturesOfAnEncryptedCallHaveKeysOfTheirOwn)
         << "nothing but encrypted";
 }
 
+TEST_F(PictureNegotiation, KeysOfPicturesThatWereOffAreNew)
+{
+    callNegotiation theirs(ownMedia(40000), countedKeys());
+    tagMediaWant want = video();
+    want.bEncrypt = true;
+    ASSERT_TRUE(m_ours.agree(theirs.answer(m_ours.offer(want), video())));
+    const QByteArray ours = agreed().sendKey;
+    const QByteArray others = theirs.agreedPicture().sendKey;
+    ASSERT_TRUE(m_ours.agree(theirs.answer(m_ours.offer(want), video())));
+    EXPECT_TRUE(agreed().sendKey == ours && agreed().takeKey == others) << "they go on";
+    tagMediaWant less;
+    less.bEncrypt = true;
+    ASSERT_TRUE(m_ours.agree(theirs.answer(m_ours.offer(less), video())));
+    ASSERT_FALSE(agreed().bPicture);
+    ASSERT_TRUE(m_ours.agree(theirs.answer(m_ours.offer(want), video())));
+    EXPECT_TRUE(agreed().bPicture);
+    EXPECT_NE(agreed().sendKey, ours);
+    EXPECT_NE(agreed().takeKey, others);
+}
+
+TEST_F(PictureNegotiation, PicturesInClearDoNotComeToACallThatIsEncrypted)
+{
+    const QByteArray key =
+        "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" + QByteArray(30, 'k').toBase64() + "\r\n";
+    const QByteArray secure = kHead + "m=audio 5004 RTP/SAVP 8\r\n" + key;
+    const QByteArray format = h264(97, "profile-level-id=42e01f;packetization-mode=1");
+    const QByteArray clear = secure + "m=video 5006 RTP/AVP 97\r\n" + format;
+    const QByteArray sealed = secure + "m=video 5006 RTP/SAVP 97\r\n" + key + format;
+    const auto has = [this](const QByteArray& offer) {
+        EXPECT_FALSE(m_ours.answer(offer, video()).isEmpty()) << "its sound goes on";
+        return agreed().bPicture;
+    };
+    EXPECT_FALSE(has(secure));
+    EXPECT_FALSE(has(clear));
+    EXPECT_TRUE(has(sealed));
+    EXPECT_FALSE(has(clear));
+    EXPECT_FALSE(has(clear));
+    m_ours = callNegotiation(ownMedia(), countedKeys());
+    EXPECT_TRUE(has(clear)) << "it begins so";
+    EXPECT_TRUE(has(clear)) << "and goes on";
+}
+
+TEST_F(PictureNegotiation, TheOtherSideOpensNoCameraThatTheCallBeganWithout)
+{
+    const QByteArray format = h264(97, "profile-level-id=42e01f;packetization-mode=1");
+    const auto answered = [&](const tagMediaWant& want, const QByteArray& direction = "sendrecv") {
+        const QByteArray lines =
+            pictureLines(m_ours.answer(described("97", format + "a=" + direction + "\r\n"), want));
+        EXPECT_EQ(lines.contains("a=send"), agreed().bSends);
+        return lines.mid(lines.lastIndexOf("a=")).trimmed();
+    };
+    ASSERT_FALSE(m_ours.answer(kHead + kSound, video()).isEmpty());
+    EXPECT_EQ(answered(video()), "a=recvonly");
+    EXPECT_EQ(answered(video(), "recvonly"), "a=inactive");
+    EXPECT_TRUE(pictureLines(m_ours.offer(video())).contains("a=recvonly\r\n")) << "nor does a hold of ours";
+    m_ours.withdraw();
+    tagMediaWant now = video();
+    now.bCameraNow = true;
+    EXPECT_EQ(answered(now), "a=sendrecv") << "the user does";
+    EXPECT_EQ(answered(video(), "sendonly"), "a=recvonly");
+    EXPECT_EQ(answered(video()), "a=sendrecv") << "who has seen it may hold and see it again";
+    EXPECT_EQ(answered(video(false)), "a=recvonly") << "the user closes it";
+    m_ours = callNegotiation(ownMedia(), countedKeys());
+    EXPECT_EQ(answered(video()), "a=sendrecv") << "it begins so";
+}
+
+TEST_F(PictureNegotiation, AnAnswerWithFewerLinesHasTheSoundAndNoPicture)
+{
+    m_ours.offer(video());
+    EXPECT_TRUE(m_ours.agree(kHead + kSound));
+    EXPECT_TRUE(m_ours.agreed().bSound && m_ours.agreed().bSends);
+    EXPECT_FALSE(agreed().bPicture);
+    EXPECT_FALSE(m_ours.agree(described("97", h264(97, "profile-level-id=42e01f")) + kSound)) << "more";
+}
+
 TEST_F(PictureNegotiation, AHeldCallSendsAndTakesNothing)
 {
     callNegotiation theirs(ownMedia(40000), countedKeys());

@@ -137,6 +137,34 @@ TEST_F(PictureStreams, EncryptedPicturesAreSeenAndNothingElseIsBelieved)
     EXPECT_TRUE(waitFor([&] { return m_other.session->counts().nStrangers > before; }));
 }
 
+TEST_F(PictureStreams, OnePictureASecondIsARateAsAnyOther)
+{
+    tagMediaWant want = video();
+    want.nRate = 1;
+    for (const char* source :
+         {"videotestsrc is-live=true", "videotestsrc is-live=true ! video/x-raw,framerate=30/1 ! identity"}) {
+        qputenv("HX_PICTURE_SOURCE", source);
+        PictureSide one;
+        PictureSide other;
+        connect(one, other, want, video(false));
+        EXPECT_EQ(one.negotiation->agreedPicture().bounds.nRate, 1);
+        EXPECT_TRUE(waitFor([&] { return one.seen.nOwn > 0 && other.seen.nOther > 0; }, 20000)) << source;
+    }
+}
+
+TEST_F(PictureStreams, WhoBearsOneBlockIsSentTheSmallestPicture)
+{
+    qputenv("HX_PICTURE_SOURCE", "videotestsrc is-live=true");
+    QByteArray offer = m_other.negotiation->offer(video(false));
+    offer.replace("H264", "H26x");
+    const QByteArray number = offer.mid(offer.indexOf(" VP8/") - 2, 2);
+    ASSERT_TRUE(m_other.negotiation->agree(
+        m_one.negotiation->answer(offer + "a=fmtp:" + number + " max-fs=1\r\n", video())));
+    m_other.apply();
+    m_one.apply();
+    EXPECT_TRUE(waitFor([&] { return m_other.seen.nWidth == 176; }, 20000));
+}
+
 TEST_F(PictureStreams, ASmallLevelHasSmallPicturesInPacketsOfTheirOwn)
 {
     QByteArray offer = m_other.negotiation->offer(video(false));

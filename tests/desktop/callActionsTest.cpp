@@ -99,6 +99,35 @@ TEST_F(CallActions, HoldAndResumeByFingerBySoftKeyAndByArrows)
     EXPECT_TRUE(action("actAdd")->isChosen()) << "round, past what is not there";
 }
 
+TEST_F(CallActions, TheCameraIsSeenToGoAlsoWhereNoPictureComes)
+{
+    talk("4711");
+    EXPECT_FALSE(action("actVideo")->isVisible()) << "nobody knows";
+    tagCallStreams streams;
+    streams.strSound = "Opus";
+    for (const int own : {0, 1, 0}) {
+        streams.nOwnPicture = own;
+        ASSERT_TRUE(phoneSimulation::instance()->setStreams(call("4711").nId, streams));
+        EXPECT_TRUE(action("actVideo")->isVisible());
+        EXPECT_EQ(action("actVideo")->isOn(), own == 1);
+        EXPECT_EQ(action("actVideo")->text(), "Video");
+    }
+    kit::shot("call-camera");
+    ring("4712");
+    kit::key(Qt::Key_Return);
+    ASSERT_TRUE(phoneSimulation::instance()->setStreams(call("4712").nId, streams));
+    QRect before;
+    for (const char* each :
+         {"actMute", "actHold", "actVideo", "actKeys", "actTransfer", "actAdd", "actJoin", "actSwap"}) {
+        const QRect place = action(each)->geometry();
+        EXPECT_TRUE(action(each)->isVisible()) << each;
+        EXPECT_TRUE(screen()->rect().contains(place) && !place.intersects(before)) << each;
+        EXPECT_GT(place.left(), before.left()) << each;
+        before = place;
+    }
+    kit::shot("call-all-actions");
+}
+
 TEST_F(CallActions, MuteIsTheCallsOwnAndLeavesTheLoudspeaker)
 {
     talk("4711");

@@ -30,6 +30,14 @@ QByteArray BaresipProcess::soundSettings(const tagBaresipSound& sound) const
     return settings + "module aubridge.so\nmodule aufile.so\n" + sound.settings;
 }
 
+QByteArray BaresipProcess::pictureSettings(const QByteArray& module, const QString& film)
+{
+    return "video_source avformat," + film.toUtf8() +
+           "\nvideo_display fakevideo,nil\nvideo_size 640x480\nvideo_fps 25\nvideo_bitrate 1000000\n"
+           "module avformat.so\nmodule fakevideo.so\nmodule snapshot.so\nmodule " +
+           module + ".so\n";
+}
+
 bool BaresipProcess::start(const QByteArray& user, uint32_t server, const QByteArray& password,
                            bool answersItself, const tagBaresipSound& sound)
 {

@@ -19,6 +19,9 @@ struct tagBaresipSound
 class BaresipProcess
 {
 public:
+    // Of tagBaresipSound. film: without sound, long enough for the call. module: what makes pictures of the
+    // codec.
+    static QByteArray pictureSettings(const QByteArray& module, const QString& film);
     // Registers at that port. False when it does not come up: output() says why.
     bool start(const QByteArray& user, uint32_t server, const QByteArray& password,
                bool answersItself = false, const tagBaresipSound& sound = {});

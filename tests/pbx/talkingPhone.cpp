@@ -45,7 +45,7 @@ bool TalkingPhone::start(const tagPhoneSetup& setup)
     environment.insert("HX_SOUND_SOURCE", setup.says);
     environment.insert("HX_SOUND_SINK", kit::recordingSink(heardFile()));
     environment.insert("HX_SOUND_PROCESSING", setup.bProcesses ? "on" : "off");
-    environment.insert("HX_PICTURE_SOURCE", "none");
+    environment.insert("HX_PICTURE_SOURCE", setup.shows);
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     kit::endWithUs(m_process);

@@ -14,7 +14,8 @@ struct tagPhoneSetup
     QByteArray user;
     QByteArray password;
     uint32_t server = 0;
-    QByteArray says; // in the words of HX_SOUND_SOURCE
+    QByteArray says;           // in the words of HX_SOUND_SOURCE
+    QByteArray shows = "none"; // in those of HX_PICTURE_SOURCE
     bool bEncrypts = false;
     bool bProcesses = false; // takes echo and noise out of what it says, a tone as well
 };
@@ -36,6 +37,8 @@ public:
     bool answer();
     bool talks();
     bool hangUp();
+    // What is on the screen, into a PNG file.
+    bool shot(const QString& file) { return does({"shot", file}); }
     // The facts of the call, none without one.
     QJsonObject call();
     // All that its loudspeaker has got, at HEARD_RATE.

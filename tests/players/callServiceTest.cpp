@@ -31,10 +31,12 @@ struct CallNews : public sipMediaNews
     }
     void mediaChanged(int call, const tagCallStreams& changed) override { streams[call] = changed; }
     void mediaLost() override { ++nLost; }
+    void mediaUnfit(int call) override { ++nUnfit[call]; }
 
     QHash<int, QByteArray> described;
     QHash<int, int> nDescribed;
     QHash<int, tagCallStreams> streams;
+    QHash<int, int> nUnfit;
     int nMissing = 0;
     int nLost = 0;
 };
@@ -169,6 +171,7 @@ TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOn
     // Each port was asked for as often as there was time.
     EXPECT_EQ(server.asked(), 6);
     m_sessions.agree(1, answerOf(4, m_news.described[1]));
+    EXPECT_TRUE(isHeard()) << "of the other one";
     m_sessions.setMuted(4, true);
     EXPECT_TRUE(isSilent()) << "it was muted before";
     m_sessions.setMuted(1, false);
@@ -217,6 +220,20 @@ TEST_F(CallService, AnEncryptedCallSaysSoAndTakesTones)
     EXPECT_FALSE(m_sessions.sendTone(1, 'x', 100));
     EXPECT_FALSE(said().contains("refused")) << said().constData();
     EXPECT_FALSE(said().contains("inline:"));
+}
+
+TEST_F(CallService, AnAnswerThatDoesNotFitIsToldUnlessAnotherOneFollows)
+{
+    startMedia();
+    const QByteArray fitting = answerOf(2, offerOf(1));
+    const QByteArray lie = "v=0\r\nc=IN IP4 127.0.0.1\r\nm=audio 36000 RTP/AVP 18\r\n";
+    m_sessions.agree(1, lie);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.nUnfit[1] == 1; }));
+    m_sessions.agree(1, lie);
+    m_sessions.agree(1, fitting);
+    EXPECT_TRUE(isHeard());
+    EXPECT_EQ(m_news.nUnfit[1], 1);
+    EXPECT_EQ(m_news.nUnfit[2], 0);
 }
 
 TEST_F(CallService, WhatCannotBeAnsweredIsDescribedAsNothing)

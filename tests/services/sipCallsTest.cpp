@@ -517,6 +517,10 @@ TEST_F(SipCallTest, WhoAsksToBeAnsweredIsWhereTheLineWantsThat)
     arrives(intercom);
     kit::stepTime(100);
     EXPECT_EQ(call().eState, CALL_TALKING);
+    EXPECT_TRUE(call().options.bVideo && !call().options.bCamera) << "no words of his open the camera";
+    phoneService::instance().hangUp(call().nId);
+    talksIn(IN + 3);
+    EXPECT_TRUE(call().options.bCamera) << "a hand does";
 }
 
 TEST_F(SipCallTest, ThereIsRoomForTwo)

@@ -44,6 +44,7 @@ public:
     void tellDescribed(int call, const QByteArray& sdp) { m_pNews->mediaDescribed(call, sdp); }
     void tellChanged(int call, const tagCallStreams& streams) { m_pNews->mediaChanged(call, streams); }
     void tellLost() { m_pNews->mediaLost(); }
+    void tellUnfit(int call) { m_pNews->mediaUnfit(call); }
 
     QStringList orders;
     tagMediaWish lastWish;

@@ -21,6 +21,8 @@ public:
     // The rest: of a call that talks.
     virtual bool setHeld(int id, bool held) = 0;
     virtual bool setMuted(int id, bool muted) = 0;
+    // The user's picture goes to the other side, where that takes it. False where there is none.
+    virtual bool setCamera(int /*id*/, bool /*on*/) { return false; }
     // Puts the other side through to the number: the call is over here as soon as that was taken. Where it
     // was not, the call goes on and tells so, with a reason; so with connect().
     virtual bool transfer(int id, const QString& number) = 0;

@@ -143,18 +143,20 @@ bool callRules::comesFrom(const tagCall& call, const QString& number) const
 void callRules::startRinging(const tagCall& call)
 {
     std::optional<int> answerAfter = callSettings::autoAnswer(call.nAccount);
-    if (call.bAsksAnswer && callSettings::answersWhoAsks(call.nAccount))
+    const bool isAsked = call.bAsksAnswer && callSettings::answersWhoAsks(call.nAccount);
+    if (isAsked)
         answerAfter = 0;
     const tagForward forward = callSettings::forward(FORWARD_NO_ANSWER);
     const QString target = targetFor(call, forward);
     if (!m_backend.ring(call.nId))
         return;
     // Who is at the door is seen before he is let in.
-    const tagCallOptions options = optionsOf(call);
+    tagCallOptions options = optionsOf(call);
+    options.bCamera = options.bCamera && !isAsked;
     if (!deviceOf(call).strNumber.isEmpty() && options.bVideo)
         m_backend.preview(call.nId, options);
     if (answerAfter)
-        after(*answerAfter, call.nId, &callRules::answerByItself);
+        after(*answerAfter, call.nId, isAsked ? &callRules::answerAsAsked : &callRules::answerByItself);
     if (target.isEmpty())
         return;
     QTimer::singleShot(forward.nSeconds * kMsInSecond, Qt::PreciseTimer, this, [this, id = call.nId, target] {
@@ -170,22 +172,39 @@ void callRules::after(int seconds, int id, void (callRules::*then)(int id))
 }
 
 // Nobody who talks, or waits for somebody to answer, is interrupted.
+bool callRules::isQuietBut(int id) const
+{
+    const QList<tagCall> calls = m_backend.calls();
+    return std::all_of(calls.begin(), calls.end(),
+                       [id](const tagCall& call) { return call.nId == id || isRingingIn(call); });
+}
+
 void callRules::answerByItself(int id)
 {
-    for (const tagCall& call : m_backend.calls()) {
-        if (call.nId != id && !isRingingIn(call))
-            return;
-    }
-    answer(id);
+    if (isQuietBut(id))
+        answer(id);
+}
+
+// A caller's words let him be heard; they open no camera.
+void callRules::answerAsAsked(int id)
+{
+    tagCallOptions options = optionsOf(find(id));
+    options.bCamera = false;
+    if (isQuietBut(id))
+        answerWith(id, options);
 }
 
 bool callRules::answer(int id)
 {
-    const tagCall call = find(id);
-    if (!isRingingIn(call))
+    return answerWith(id, optionsOf(find(id)));
+}
+
+bool callRules::answerWith(int id, const tagCallOptions& options)
+{
+    if (!rings(id))
         return false;
     holdOthers(id);
-    return m_backend.answer(id, optionsOf(call));
+    return m_backend.answer(id, options);
 }
 
 bool callRules::decline(int id)

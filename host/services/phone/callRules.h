@@ -39,6 +39,7 @@ public:
     // Of a call that talks. Who is taken back puts the others on hold.
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
+    bool setCamera(int id, bool on) { return talks(id) && m_backend.setCamera(id, on); }
     bool transfer(int id, const QString& number);
     // Of two calls that talk: their other sides talk to each other, without the user.
     bool connect(int id, int other);
@@ -84,7 +85,10 @@ private:
     bool comesFrom(const tagCall& call, const QString& number) const;
     void startRinging(const tagCall& call);
     void after(int seconds, int id, void (callRules::*then)(int id));
+    bool answerWith(int id, const tagCallOptions& options);
+    bool isQuietBut(int id) const;
     void answerByItself(int id);
+    void answerAsAsked(int id);
     void holdOthers(int id);
     bool resume(int id);
     QList<int> talkingWith(int id) const;

@@ -14,6 +14,7 @@ public:
     bool hangUp(int id) override { return m_pCalls->hangUp(id); }
     bool setHeld(int id, bool held) override { return m_pCalls->setHeld(id, held); }
     bool setMuted(int id, bool muted) override { return m_pCalls->setMuted(id, muted); }
+    bool setCamera(int id, bool on) override { return m_pCalls->setCamera(id, on); }
     bool transfer(int id, const QString& number) override { return m_pCalls->transfer(id, number); }
     bool connect(int id, int other) override { return m_pCalls->connect(id, other); }
     bool join(int id, int other) override { return m_pCalls->join(id, other); }

@@ -30,7 +30,8 @@ QByteArray recordOf(const tagMediaWish& wish)
     record.bHeld = wish.bHeld;
     record.bEncrypt = wish.bEncrypt;
     record.bVideo = wish.options.bVideo;
-    record.bCamera = wish.options.bCamera;
+    if (wish.options.bCamera)
+        record.eCamera = wish.bCameraNow ? CALL_CAMERA_NOW : CALL_CAMERA_ON;
     record.nBandwidth = uint32_t(std::max(0, wish.options.nBandwidth));
     record.nFrameRate = uint32_t(std::max(0, wish.options.nFrameRate));
     record.bPreview = wish.bPreview;
@@ -113,8 +114,10 @@ void mediaSessions::answer(int call, const QByteArray& offer, const tagMediaWish
 
 void mediaSessions::agree(int call, const QByteArray& answer)
 {
-    msgPostMsgToThreadEx(server(), MEDIA_MSG_CALL_AGREE, unsigned(call), 0, int(answer.size()) + 1,
-                         answer.constData());
+    tagState& state = m_calls[call];
+    state.nAgreed = ++m_nAsked;
+    msgPostMsgToThreadEx(server(), MEDIA_MSG_CALL_AGREE, unsigned(call), state.nAgreed,
+                         int(answer.size()) + 1, answer.constData());
 }
 
 void mediaSessions::begin(int call)
@@ -171,6 +174,9 @@ int mediaSessions::TryThreadMessage(msgObject& msg)
     case MEDIA_MSG_CALL_STREAMS:
         changed(msg);
         return 1;
+    case MEDIA_MSG_CALL_UNFIT:
+        unfit(msg);
+        return 1;
     case PLAYER_MSG_UP:
         if (msg.wParam == PLAYER_MEDIA)
             isUp();
@@ -192,6 +198,14 @@ void mediaSessions::described(const msgObject& msg)
     const bool isText = text && size > 1 && size <= CALL_DESCRIPTION_SIZE && text[size - 1] == 0;
     if (m_pNews)
         m_pNews->mediaDescribed(call, isText ? QByteArray(text, size - 1) : QByteArray());
+}
+
+// One that another one has followed is of no interest any more.
+void mediaSessions::unfit(const msgObject& msg)
+{
+    const auto state = m_calls.constFind(int(msg.wParam));
+    if (state != m_calls.constEnd() && state->nAgreed == msg.lParam && m_pNews)
+        m_pNews->mediaUnfit(int(msg.wParam));
 }
 
 void mediaSessions::changed(const msgObject& msg)

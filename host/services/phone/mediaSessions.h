@@ -32,8 +32,9 @@ public:
 private:
     struct tagState
     {
-        unsigned int nAsked = 0; // number of the question that waits; 0: none
-        qint64 nSince = 0;       // ms
+        unsigned int nAsked = 0;  // number of the question that waits; 0: none
+        qint64 nSince = 0;        // ms
+        unsigned int nAgreed = 0; // number of the last answer of the other side
         tagCallStreams streams;
         bool bTones = false;
     };
@@ -41,6 +42,7 @@ private:
     void look();
     void described(const msgObject& msg);
     void changed(const msgObject& msg);
+    void unfit(const msgObject& msg);
     void isUp();
 
     sipMediaNews* m_pNews = nullptr;

@@ -84,9 +84,22 @@ sipCalls::tagLive* sipCalls::findRingingIn(int id)
 
 tagMediaWish sipCalls::wishOf(const tagLive& live) const
 {
-    const tagStunServer& stun = m_stun[live.call.nAccount];
-    return {live.call.options, live.call.bHeld, m_accountOf(live.call.nAccount).bEncrypt, false,
-            stun.address,      stun.nPort};
+    tagMediaWish wish;
+    wish.options = live.call.options;
+    wish.bHeld = live.call.bHeld;
+    wish.bEncrypt = live.bSealed || m_accountOf(live.call.nAccount).bEncrypt;
+    wish.bCameraNow = live.bCameraNow;
+    wish.stunServer = m_stun[live.call.nAccount].address;
+    wish.nStunPort = m_stun[live.call.nAccount].nPort;
+    return wish;
+}
+
+// What follows a call, to the media one that begins, opens no camera that was not open.
+tagCallOptions sipCalls::optionsGoingOn(const tagLive& live)
+{
+    tagCallOptions options = live.call.options;
+    options.bCamera = options.bCamera && live.call.streams.nOwnPicture > 0;
+    return options;
 }
 
 bool sipCalls::end(int id, CALL_END why, const char* reason)
@@ -280,6 +293,19 @@ bool sipCalls::setMuted(int id, bool muted)
         return false;
     live->call.bMuted = muted;
     m_media.setMuted(id, muted || live->bSilenced);
+    tell(*live);
+    return true;
+}
+
+bool sipCalls::setCamera(int id, bool on)
+{
+    tagLive* live = findTalking(id);
+    if (!live)
+        return false;
+    live->call.options.bVideo = live->call.options.bVideo || on;
+    live->call.options.bCamera = live->bCameraNow = on;
+    live->bMustOffer = true;
+    offerAnew(*live);
     tell(*live);
     return true;
 }
@@ -560,12 +586,27 @@ void sipCalls::replyWith(tagLive& live, const QByteArray& answer, bool isMissing
     offerAnew(live);
 }
 
+// What the other side took for an agreement is none: while it talks it would hear nothing, or more than it
+// should. Of an early answer nothing is lost.
+void sipCalls::mediaUnfit(int id)
+{
+    tagLive* live = find(id);
+    if (!live)
+        return;
+    live->bEarly = false;
+    if (live->call.eState != CALL_TALKING)
+        return;
+    m_orders.status(SIP_HANG_UP, live->nWire, 0);
+    end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
+}
+
 void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
 {
     tagLive* live = find(id);
     if (!live || live->call.streams == streams)
         return;
     live->call.streams = streams;
+    live->bSealed = live->bSealed || streams.bEncrypted;
     live->call.bVideo = !streams.strPicture.isEmpty();
     live->call.bRemoteHeld = streams.bOtherHolds;
     tell(*live);
@@ -574,6 +615,8 @@ void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
 void sipCalls::mediaLost()
 {
     for (tagLive& live : m_calls) {
+        if (live.bAgreed)
+            live.call.options = optionsGoingOn(live);
         live.call.streams = tagCallStreams();
         live.call.bVideo = false;
         live.preview.clear();

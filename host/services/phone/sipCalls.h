@@ -39,6 +39,7 @@ public:
     bool hangUp(int id) override;
     bool setHeld(int id, bool held) override;
     bool setMuted(int id, bool muted) override;
+    bool setCamera(int id, bool on) override;
     bool transfer(int id, const QString& number) override;
     bool connect(int id, int other) override;
     bool join(int id, int other) override;
@@ -52,6 +53,7 @@ public:
 
     void mediaDescribed(int call, const QByteArray& sdp) override { described(call, sdp, false); }
     void mediaMissing(int call) override { described(call, {}, true); }
+    void mediaUnfit(int call) override;
     void mediaChanged(int call, const tagCallStreams& streams) override;
     void mediaLost() override;
 
@@ -78,6 +80,8 @@ private:
         bool bAskedHeld = false;  // what the last description said
         bool bAgreedHeld = false; // what the other side knows
         bool bSilenced = false;   // it refused to be held: it does not hear the user
+        bool bSealed = false;     // it was encrypted, and stays so
+        bool bCameraNow = false;  // the user has opened the camera in the call
         bool bRings = false;
         bool bPicksUp = false; // when it begins
         bool bTransferring = false;
@@ -95,6 +99,7 @@ private:
     tagLive* findTalking(int id);
     tagLive* findRingingIn(int id);
     tagMediaWish wishOf(const tagLive& live) const;
+    static tagCallOptions optionsGoingOn(const tagLive& live);
     using phoneCalls::tell;
     void tell(const tagLive& live) const { tell(live.shown()); }
     void tellBoth(int id, int other);

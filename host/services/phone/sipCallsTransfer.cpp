@@ -71,7 +71,7 @@ void sipCalls::stopTransfer(int id)
 void sipCalls::takeOver(tagLive live, uint32_t replaced)
 {
     if (const tagLive* before = findWire(replaced))
-        live.call.options = before->call.options;
+        live.call.options = optionsGoingOn(*before);
     live.call.eState = CALL_TALKING;
     live.talking.start();
     m_calls.append(live);
@@ -103,7 +103,7 @@ void sipCalls::referred(const tagSipReferred& referred)
     const tagAccountFile& account = m_accountOf(live->call.nAccount);
     next.call = callNew(callNumberAt(QString::fromUtf8(target), account.strServer, account.nPort),
                         live->call.nAccount);
-    next.call.options = live->call.options;
+    next.call.options = optionsGoingOn(*live);
     next.call.bAnonymous = next.call.options.bAnonymous;
     next.nReferrer = live->nWire;
     next.target = target;

@@ -15,6 +15,8 @@ struct tagMediaWish
     bool bPreview = false; // of an answer: only what the other side shows is taken, until begin()
     QByteArray stunServer; // IPv4; says where others see the phone. Empty: nobody is asked
     int nStunPort = 0;
+    // The camera may open although the call began without it: the user has said so.
+    bool bCameraNow = false;
 };
 
 // Hears of the media. Never before the call that asked has returned.
@@ -27,6 +29,8 @@ public:
     virtual void mediaDescribed(int call, const QByteArray& sdp) = 0;
     // In its place: there is no media process, or it does not answer.
     virtual void mediaMissing(int call) = 0;
+    // The other side's last answer does not fit: the streams stay as they were agreed before.
+    virtual void mediaUnfit(int /*call*/) {}
     // What goes over the call's streams, or how well, is another.
     virtual void mediaChanged(int call, const tagCallStreams& streams) = 0;
     // The process died, and another one is there: descriptions and streams are gone. Calls that talk want an
