@@ -159,6 +159,17 @@ TEST_F(SipAccounts, AnAgentThatIsGoneLeavesNoLineAndNoCallBegins)
     EXPECT_TRUE(comesTo(0, LINE_DEFAULT_ACCOUNT));
 }
 
+TEST_F(SipAccounts, AfterALongOutageOfTheServerALineIsSoonBack)
+{
+    boot();
+    ASSERT_TRUE(agent.comeTo(hostPath("/rundata/run/hxSip.link")));
+    const auto* setup = agent.next<tagSipSetup>(SIP_SETUP);
+    ASSERT_TRUE(setup);
+    constexpr uint32_t kMostPatientUser = 2 * 60 * 1000;
+    EXPECT_LE(setup->nRetryLastMs, kMostPatientUser);
+    EXPECT_GT(setup->nRetryLastMs, setup->nRetryMs) << "a server that is down is not asked all the time";
+}
+
 TEST_F(SipAccounts, WaitingMessagesAreThoseOfTheServer)
 {
     begin();

@@ -10,7 +10,7 @@
 
 void kit::ScriptedMedia::describe(int call, const QString& what, const tagMediaWish& wish)
 {
-    lastWish = wish;
+    lastWish = wishes[call] = wish;
     orders.append(what + (wish.bHeld ? " held" : ""));
     if (bSilent)
         return;

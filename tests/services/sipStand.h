@@ -6,6 +6,7 @@
 #include "sip/sipWire.h"
 #include "support/host/phone.h"
 #include "tests/kit/phoneTest.h"
+#include <QHash>
 #include <QObject>
 #include <QSocketNotifier>
 #include <memory>
@@ -49,6 +50,7 @@ public:
 
     QStringList orders;
     tagMediaWish lastWish;
+    QHash<int, tagMediaWish> wishes; // the last one of each call
     bool bSilent = false;
     bool bEmpty = false;
     bool bMissing = false;

@@ -3,6 +3,7 @@
 #include "tests/sip/agentProcess.h"
 #include "tests/sip/nameServer.h"
 #include "tests/sip/udpPeer.h"
+#include <QList>
 #include <QMap>
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
@@ -268,6 +269,25 @@ TEST(SipRegistration, AServerThatWasBackIsTriedAgainSoonAfterItsNextFault)
     const uint32_t delay = failsOnce();
     EXPECT_GT(delay, 0u);
     EXPECT_LE(delay, setup.nRetryMs) << "as after the first one";
+}
+
+TEST(SipRegistration, PhonesThatAServerHasLostDoNotComeBackAllAtOnce)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nRetryMs = setup.nRetryLastMs = 200;
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(setup));
+    agent.tell(accountAt(0, server.port()));
+    QList<uint32_t> delays;
+    for (int i = 0; i < 8; ++i) {
+        server.reply(server.receive("REGISTER"), "503 Service Unavailable");
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state) << i;
+        if (!delays.contains(state->nRetryMs))
+            delays.append(state->nRetryMs);
+    }
+    EXPECT_GT(delays.size(), 2);
 }
 
 TEST(SipRegistration, AnAccountThatIsTakenAwayIsUnregisteredAndAnotherTakesItsPlace)

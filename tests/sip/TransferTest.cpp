@@ -168,6 +168,41 @@ TEST_F(SipTransfers, TheOtherSideAsksForACallAndHearsHowItGoes)
     expectNotify("200", "terminated");
 }
 
+TEST_F(SipTransfers, WhoAskedForACallHearsThatItWasHungUpHere)
+{
+    begin();
+    const uint32_t id = talkIn("hungup");
+    ASSERT_NE(id, 0u);
+    refer(2, "<sip:301@127.0.0.1>");
+    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
+    dialFor(id, 1, "sip:301@127.0.0.1");
+    expectNotify("100", "active");
+    peer->reply(take("INVITE sip:301@127.0.0.1 "), "180 Ringing");
+    expectNotify("180", "active");
+    tellStatus(SIP_HANG_UP, 1);
+    const QByteArray notify = peer->receive("NOTIFY", 5000);
+    EXPECT_TRUE(notify.contains("\r\n\r\nSIP/2.0 487")) << notify.constData();
+    EXPECT_TRUE(headerOf(notify, "Subscription-State").startsWith("terminated")) << notify.constData();
+}
+
+TEST_F(SipTransfers, WhoAskedForACallThatCannotBeMadeHearsSo)
+{
+    begin();
+    const uint32_t id = talkIn("nowhere");
+    ASSERT_NE(id, 0u);
+    refer(2, "<sip:301@127.0.0.1>");
+    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
+    auto record = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    record.nReferrer = id;
+    record.nLine = 3; // which has no account
+    sipWire::setText(record.szTarget, "sip:301@127.0.0.1");
+    agent.tell(record);
+    expectEnd(1, SIP_BROKEN, 0);
+    expectNotify("100", "active");
+    const QByteArray notify = peer->receive("NOTIFY", 5000);
+    EXPECT_TRUE(notify.contains("\r\n\r\nSIP/2.0 503")) << notify.constData();
+}
+
 TEST_F(SipTransfers, AReferralThatReplacesACallNamesItAndBringsNothingElseAlong)
 {
     begin();
