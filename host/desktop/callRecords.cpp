@@ -1,4 +1,5 @@
 #include "host/desktop/callRecords.h"
+#include "host/desktop/callTexts.h"
 #include "host/desktop/clockText.h"
 #include "host/services/system/phoneZone.h"
 #include "support/host/api.h"
@@ -68,7 +69,7 @@ QString callRecordName(const tagCallRecord& call, const QList<tagContact>& conta
 {
     const QString known =
         call.strName.isEmpty() ? contactOfNumber(contacts, call.strNumber).strName : call.strName;
-    return known.isEmpty() ? call.strNumber : known;
+    return callWhoText(known, call.strNumber);
 }
 
 QString callRecordPicture(const tagCallRecord& call)

@@ -53,6 +53,13 @@ QString callNameOf(const tagCall& call, const tagContact& contact)
     return callTextOf(phoneService::instance().rules().deviceOf(call).strName);
 }
 
+QString callWhoText(const QString& name, const QString& number)
+{
+    if (name.isEmpty() && number.isEmpty())
+        return qTranslate(HX_TR("Anonymous"));
+    return name.isEmpty() ? number : name;
+}
+
 QString callJoinedText(const QString& one, const QString& other)
 {
     return one.isEmpty() || other.isEmpty() ? one + other : one + QStringLiteral(" \u00b7 ") + other;

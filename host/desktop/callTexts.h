@@ -13,6 +13,8 @@ QString callForwardedText(const tagCall& call);
 // empty.
 QString callNameOf(const tagCall& call, const tagContact& contact);
 // With a dot between them, where both say something.
+// Who that is; who keeps both back is anonymous.
+QString callWhoText(const QString& name, const QString& number);
 QString callJoinedText(const QString& one, const QString& other);
 // The user's own number of a line; empty when it has none.
 QString callOwnNumber(int line);

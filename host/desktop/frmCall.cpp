@@ -22,14 +22,14 @@
 #include "support/host/text.h"
 #include "support/host/ui.h"
 #include "ui_frmCall.h"
-#include <QKeyEvent>
+#include <QApplication>
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 #include <utility>
 
 namespace {
 
-constexpr int kVolumeStep = 10;
 constexpr int kDigitsShown = 24;
 constexpr int kKeepWeight = -1;
 constexpr int kFailedMs = 3000;
@@ -85,6 +85,8 @@ frmCall::frmCall()
     connect(m_ui->btnDecline, &callButton::clicked, this, &frmCall::on_click_End);
     m_pSoftKeys = new qSoftKeyBar(this);
     m_pSoftKeys->move(0, look::kScreenHeight - look::kSoftKeyHeight);
+    m_digitsShown.setInterval(TONES_MS);
+    m_digitsShown.setSingleShot(true);
     m_tick.setInterval(TICK_MS);
     m_end.setInterval(END_MS);
     m_end.setSingleShot(true);
@@ -112,6 +114,8 @@ void frmCall::onCall(const tagCall& call)
         tellForAMoment(callJoinedText(call.strNumber, callStateText(call)));
     else if (call.eState == CALL_TALKING && !call.strReason.isEmpty())
         tellForAMoment(qTranslate(call.strReason.toUtf8().constData()));
+    if (call.nId > m_nLastId && !calls.isEmpty())
+        rememberUnder(call.nId);
     showCall(calls.isEmpty() ? call : callMostUrgent(calls, m_call.nId));
     if (calls.isEmpty()) {
         m_tick.stop();
@@ -121,6 +125,7 @@ void frmCall::onCall(const tagCall& call)
         m_end.stop();
     }
     open(call.nId > m_nLastId);
+    bringBackUnder(call);
     m_nLastId = qMax(m_nLastId, call.nId);
     showDisplay();
 }
@@ -135,10 +140,23 @@ void frmCall::tellForAMoment(const QString& text)
     });
 }
 
+// A call that begins while nothing is here was not there to be pressed for anything else.
+void frmCall::guardPresses(const tagCall& next)
+{
+    const bool isOther = next.nId != m_call.nId && m_call.nId != 0;
+    if (isVisible() && isOther && !(next.nJoined && next.nJoined == m_call.nId))
+        m_presses.changed(isOver() ? pressGuard::AFTER_A_CALL : pressGuard::OTHER_CALL);
+}
+
 void frmCall::showCall(const tagCall& call)
 {
     const bool isSame = call.nId == m_call.nId;
+    guardPresses(call);
     m_call = call;
+    if (!isSame)
+        m_digitsShown.stop();
+    else if (m_strDigits != call.strTones)
+        m_digitsShown.start();
     m_strDigits = call.strTones;
     if (!talks())
         showPad(false);
@@ -166,8 +184,16 @@ QString frmCall::nameOf(const tagCall& call)
 
 QString frmCall::whoOf(const tagCall& call)
 {
-    const QString name = nameOf(call);
-    return name.isEmpty() ? call.strNumber : name;
+    return callWhoText(nameOf(call), call.strNumber);
+}
+
+// A conference lasts as long as the longer of its calls, whichever is in front.
+int frmCall::secondsShown() const
+{
+    int seconds = m_call.nSeconds;
+    for (const tagCall& call : callsTogether(phoneService::instance().calls(), m_call))
+        seconds = qMax(seconds, call.nSeconds);
+    return seconds;
 }
 
 tagCallStreams frmCall::streams() const
@@ -263,8 +289,10 @@ void frmCall::showState()
                                            callJoinedText(line, callOwnNumber(m_call.nAccount)),
                                            Qt::ElideRight, callLayout::kLineWidth)
                                      : line);
-    const QString duration = talked ? durationText(m_call.nSeconds) : QString();
-    m_ui->labDuration->setText(m_strDigits.isEmpty() ? duration : m_strDigits.right(kDigitsShown));
+    const bool hasDigits = !m_strDigits.isEmpty() && m_digitsShown.isActive();
+    m_ui->labDuration->setText(hasDigits ? m_strDigits.right(kDigitsShown)
+                               : talked  ? durationText(secondsShown())
+                                         : QString());
     m_ui->wgtMarks->setStreams(m_call.eState == CALL_ENDED ? tagCallStreams() : streams());
 }
 
@@ -294,44 +322,24 @@ void frmCall::showSound()
     m_ui->labMute->setText(isQuiet ? qTranslate("Muted") : QString());
 }
 
-void frmCall::showSoftKeys()
+void frmCall::rememberUnder(int call)
 {
-    m_ui->labVolume->setText(qTranslate("Volume"));
-    showQuestion();
-    showActions();
-    if (isAsked()) {
-        showKeysOfQuestion();
+    QWidget* active = QApplication::activeWindow();
+    if (!isVisible() || active == this || !active)
         return;
-    }
-    if (talks()) {
-        m_pSoftKeys->SetButton(0, "Mute", Translate(m_call.bMuted ? HX_TR("Unmute") : HX_TR("Mute")), this,
-                               SLOT(on_click_Mute()));
-        m_pSoftKeys->SetButton(1, "Hold", Translate(m_call.bHeld ? HX_TR("Resume") : HX_TR("Hold")), this,
-                               SLOT(on_click_Hold()));
-        m_pSoftKeys->SetButton(2, "Transfer", Translate(HX_TR("Transfer")), this, SLOT(on_click_Transfer()));
-    } else {
-        m_pSoftKeys->SetButton(0, "", "", nullptr, nullptr);
-        m_pSoftKeys->SetButton(1, "VolumeDown", Translate("Volume -"), this, SLOT(on_click_VolumeDown()));
-        m_pSoftKeys->SetButton(2, "VolumeUp", Translate("Volume +"), this, SLOT(on_click_VolumeUp()));
-    }
-    if (talks() && phoneService::instance().rules().hasDoor(m_call))
-        m_pSoftKeys->SetButton(2, "OpenDoor", Translate(HX_TR("Open door")), this, SLOT(on_click_OpenDoor()));
-    const bool isOver = m_call.eState == CALL_ENDED;
-    m_pSoftKeys->SetButton(3, "End", Translate(isOver ? "Back" : "End"), this, SLOT(on_click_End()));
+    m_under = active;
+    m_nOver = call;
 }
 
-void frmCall::showKeysOfQuestion()
+// Whoever was about to type a number goes on when a waiting call has come to nothing.
+void frmCall::bringBackUnder(const tagCall& call)
 {
-    m_pSoftKeys->SetButton(0, "Answer", Translate(HX_TR("Answer")), this, SLOT(on_click_Answer()));
-    m_pSoftKeys->SetButton(
-        1, "Forward",
-        qTranslate(HX_TR_NOTE("Forward", "a call that rings"), "a call that rings").toUtf8().constData(),
-        this, SLOT(on_click_Forward()));
-    if (callSound::instance().isSilenced())
-        m_pSoftKeys->SetButton(2, "", "", nullptr, nullptr);
-    else
-        m_pSoftKeys->SetButton(2, "Mute", Translate(HX_TR("Mute")), this, SLOT(on_click_Mute()));
-    m_pSoftKeys->SetButton(3, "Decline", Translate(HX_TR("Decline")), this, SLOT(on_click_End()));
+    if (call.nId != m_nOver || call.eState == CALL_RINGING)
+        return;
+    m_nOver = 0;
+    const QPointer<QWidget> under = std::exchange(m_under, nullptr);
+    if (under && under->isVisible() && call.eState == CALL_ENDED && talks())
+        screenBringUp(under);
 }
 
 // A call that begins comes up over all else; what becomes of it leaves the windows as a person has put them.
@@ -441,15 +449,6 @@ void frmCall::setFull(bool full)
     layOut();
 }
 
-// The rest is done as always.
-bool frmCall::leavesFull(int key) const
-{
-    const int keys[] = {Qt::Key_Escape, Qt::Key_Back, Qt::Key_Left, Qt::Key_Right,
-                        Qt::Key_F1,     Qt::Key_F2,   Qt::Key_F3,   Qt::Key_F4};
-    return m_eLayout == CALL_LAYOUT_FULL &&
-           (qIsOkKey(key) || std::find(std::begin(keys), std::end(keys), key) != std::end(keys));
-}
-
 void frmCall::mousePressEvent(QMouseEvent* event)
 {
     m_bTouched = event->button() == Qt::LeftButton;
@@ -458,7 +457,8 @@ void frmCall::mousePressEvent(QMouseEvent* event)
 void frmCall::mouseReleaseEvent(QMouseEvent* event)
 {
     const bool isTouch = std::exchange(m_bTouched, false) && rect().contains(event->pos());
-    if (isTouch && (m_eLayout == CALL_LAYOUT_PICTURE || m_eLayout == CALL_LAYOUT_FULL) && talks())
+    if (isTouch && m_presses.takes() && (m_eLayout == CALL_LAYOUT_PICTURE || m_eLayout == CALL_LAYOUT_FULL) &&
+        talks())
         setFull(!m_bFull);
 }
 
@@ -501,113 +501,6 @@ void frmCall::paintEvent(QPaintEvent*)
                    callLayout::kPortrait.width() / 2.0 + 4, kPictureEdge);
     if (m_bBeside)
         m_display.paintMount(painter);
-}
-
-void frmCall::keyPressEvent(QKeyEvent* event)
-{
-    if (leavesFull(event->key())) {
-        setFull(false);
-        return;
-    }
-    switch (event->key()) {
-    case Qt::Key_Escape:
-    case Qt::Key_Back:
-    case Qt::Key_Hangup:
-        on_click_End();
-        break;
-    case Qt::Key_Up:
-    case Qt::Key_VolumeUp:
-        on_click_VolumeUp();
-        break;
-    case Qt::Key_Down:
-    case Qt::Key_VolumeDown:
-        on_click_VolumeDown();
-        break;
-    case Qt::Key_VolumeMute:
-        on_click_Mute();
-        break;
-    case Qt::Key_Call:
-        on_click_Answer();
-        break;
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-        m_actions.choose(event->key() == Qt::Key_Right ? 1 : -1);
-        break;
-    default:
-        if (qIsOkKey(event->key()) && isAsked())
-            on_click_Answer();
-        else if (qIsOkKey(event->key()))
-            pressOk();
-        else if (!sendDigit(event->text()))
-            QWidget::keyPressEvent(event);
-    }
-}
-
-void frmCall::pressOk()
-{
-    if (!m_actions.press() && m_eLayout == CALL_LAYOUT_PICTURE && talks())
-        setFull(true);
-}
-
-bool frmCall::sendDigit(const QString& text)
-{
-    static const QString digits("0123456789*#");
-    if (text.size() != 1 || !digits.contains(text))
-        return false;
-    if (talks() && phoneService::instance().rules().sendTones(m_call.nId, text))
-        phone_PlayDTMF(text[0].toLatin1());
-    return true;
-}
-
-void frmCall::changeVolume(int step)
-{
-    callSound::instance().changeVolume(step);
-    m_bVolumeChanged = true;
-    showQuestion();
-    showSound();
-}
-
-void frmCall::on_click_Mute()
-{
-    if (isAsked())
-        callSound::instance().silence();
-    else
-        phoneService::instance().rules().setMuted(m_call.nId, !m_call.bMuted);
-    showSound();
-    showSoftKeys();
-}
-
-void frmCall::on_click_VolumeDown()
-{
-    changeVolume(-kVolumeStep);
-}
-
-void frmCall::on_click_VolumeUp()
-{
-    changeVolume(kVolumeStep);
-}
-
-// Of a call that has ended already, the screen goes at once. Who ends a conference does not go on with one of
-// the two.
-void frmCall::on_click_End()
-{
-    const int other = m_call.nJoined;
-    if (!phoneService::instance().hangUp(m_call.nId))
-        close();
-    else if (other)
-        phoneService::instance().hangUp(other);
-}
-
-// Which digits do it is not shown.
-void frmCall::on_click_OpenDoor()
-{
-    phoneService::instance().rules().openDoor(m_call.nId);
-}
-
-void frmCall::on_click_Answer()
-{
-    if (isAsked())
-        phoneService::instance().answer(m_call.nId);
 }
 
 void callScreenInstall()

@@ -5,9 +5,11 @@
 #include "host/desktop/callLayout.h"
 #include "host/desktop/callerPicture.h"
 #include "host/desktop/displayPlace.h"
+#include "host/desktop/pressGuard.h"
 #include "host/services/phone/tagCall.h"
 #include "support/host/bars.h"
 #include <QMap>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <memory>
@@ -48,9 +50,12 @@ private slots:
     void on_click_OpenDoor();
 
 private:
-    enum { END_MS = 1500, TICK_MS = 200, OTHERS_MAX = 3 };
+    enum { END_MS = 1500, TICK_MS = 200, TONES_MS = 4000, OTHERS_MAX = 3 };
 
+    void guardPresses(const tagCall& next);
     void open(bool begins);
+    void rememberUnder(int call);
+    void bringBackUnder(const tagCall& call);
     void close();
     bool mayShowDisplay() const;
     void showDisplay();
@@ -75,6 +80,7 @@ private:
     tagCallStreams streams() const;
     QString nameOf(const tagCall& call);
     QString whoOf(const tagCall& call);
+    int secondsShown() const;
     void showOthers();
     void tellForAMoment(const QString& text);
     void connectActions();
@@ -82,6 +88,7 @@ private:
     void showPad(bool show);
     bool isAsked() const { return m_call.bIncoming && m_call.eState == CALL_RINGING; }
     bool talks() const { return m_call.eState == CALL_TALKING; }
+    bool isOver() const { return m_call.eState == CALL_ENDED; }
     bool sendDigit(const QString& text);
 
     std::unique_ptr<Ui_frmCall> m_ui;
@@ -92,9 +99,13 @@ private:
     QString m_strDigits; // sent in this call
     int m_nPicture = 0;  // request of the contact's
     callerPicture m_caller{this};
+    QTimer m_digitsShown; // in the place of the duration
     QTimer m_tick;
     QTimer m_end;
     callActionRow m_actions;
+    pressGuard m_presses;
+    QPointer<QWidget> m_under;     // the window that a waiting call came up over
+    int m_nOver = 0;               // that call
     bool m_bPad = false;           // the touch pad for tones is open
     QMap<int, QString> m_names;    // of the calls, by their ids; empty where the number stands for it
     QString m_strFailed;           // what could not be done beside this call, for a moment

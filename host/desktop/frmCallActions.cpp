@@ -43,38 +43,52 @@ void frmCall::showActions()
 
 void frmCall::on_click_Hold()
 {
+    if (!m_presses.takes())
+        return;
     phoneService::instance().rules().setHeld(m_call.nId, !m_call.bHeld);
 }
 
 void frmCall::on_click_Video()
 {
+    if (!m_presses.takes())
+        return;
     phoneService::instance().rules().setCamera(m_call.nId, m_call.streams.nOwnPicture <= 0);
 }
 
 void frmCall::on_click_Forward()
 {
+    if (!m_presses.takes())
+        return;
     if (isAsked())
         dialScreenOpenFor(DIAL_FORWARD, m_call.nId);
 }
 
 void frmCall::on_click_Transfer()
 {
+    if (!m_presses.takes())
+        return;
     if (talks())
         dialScreenOpenFor(DIAL_TRANSFER, m_call.nId);
 }
 
 void frmCall::on_click_Keys()
 {
+    if (!m_presses.takes())
+        return;
     showPad(!m_bPad);
 }
 
 void frmCall::on_click_AddCall()
 {
+    if (!m_presses.takes())
+        return;
     dialScreenOpen();
 }
 
 void frmCall::on_click_Join()
 {
+    if (!m_presses.takes())
+        return;
     callRules& rules = phoneService::instance().rules();
     if (m_call.nJoined)
         rules.split(m_call.nId);
@@ -86,6 +100,8 @@ void frmCall::on_click_Join()
 // Whoever is taken back puts the others on hold, and is shown then.
 void frmCall::on_click_Swap()
 {
+    if (!m_presses.takes())
+        return;
     callRules& rules = phoneService::instance().rules();
     rules.setHeld(callToSwap(rules.calls(), m_call).nId, false);
 }

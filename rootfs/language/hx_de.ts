@@ -905,6 +905,10 @@
         <translation>Der Server erlaubt diesen Anruf nicht</translation>
     </message>
     <message>
+        <source>Anonymous</source>
+        <translation>Anonym</translation>
+    </message>
+    <message>
         <source>Anonymous calls are not accepted</source>
         <translation>Es werden keine anonymen Anrufe angenommen</translation>
     </message>

@@ -905,6 +905,10 @@
         <translation>El servidor no permite esta llamada</translation>
     </message>
     <message>
+        <source>Anonymous</source>
+        <translation>Anónimo</translation>
+    </message>
+    <message>
         <source>Anonymous calls are not accepted</source>
         <translation>No se aceptan llamadas anónimas</translation>
     </message>

@@ -905,6 +905,10 @@
         <translation>Le serveur n’autorise pas cet appel</translation>
     </message>
     <message>
+        <source>Anonymous</source>
+        <translation>Anonyme</translation>
+    </message>
+    <message>
         <source>Anonymous calls are not accepted</source>
         <translation>Les appels anonymes ne sont pas acceptés</translation>
     </message>

@@ -905,6 +905,10 @@
         <translation>服务器不允许此呼叫</translation>
     </message>
     <message>
+        <source>Anonymous</source>
+        <translation>匿名</translation>
+    </message>
+    <message>
         <source>Anonymous calls are not accepted</source>
         <translation>对方不接受匿名呼叫</translation>
     </message>

@@ -48,6 +48,7 @@ protected:
         const int id = ring(number, name);
         EXPECT_TRUE(phoneService::instance().answer(id));
         kit::settle();
+        letPressesCount();
         return id;
     }
     static void stream(int id, const char* sound, const char* picture = "", int quality = -1,
@@ -297,6 +298,7 @@ TEST_F(CallMarks, ThePictureStandsBackForAHoldThePadAndACallThatRings)
     phoneService::instance().hangUp(other);
     kit::settle();
     EXPECT_EQ(picture()->height(), 440) << "with all that can be done";
+    letPressesCount();
     tapSoftKey(screen(), 1);
     EXPECT_FALSE(picture()->isVisible());
     EXPECT_EQ(labelText(screen(), "labState"), "On hold");

@@ -48,6 +48,7 @@ protected:
         ASSERT_TRUE(phoneSimulation::instance()->ring(number, line, ""));
         kit::settle();
         ASSERT_NE(screen(), nullptr);
+        letPressesCount();
     }
     // The text of the label, when it has no room even at that size; else nothing.
     static std::string tooLong(const char* name, int pixels)
@@ -248,6 +249,7 @@ TEST_F(CallScreen, AnIncomingCallIsAnsweredByOk)
         ring("4711");
         kit::key(key);
         EXPECT_EQ(labelText(screen(), "labState"), "In call") << key;
+        letPressesCount();
         kit::key(key);
         EXPECT_EQ(phoneService::instance().calls().size(), 1);
         hangUpAll();
@@ -403,6 +405,7 @@ TEST_F(CallScreen, NothingLiesOverAnythingElseInAnyLanguage)
         setLanguage(language);
         ASSERT_TRUE(phoneSimulation::instance()->ring("1002", 0, "Anna Berg"));
         kit::settle();
+        letPressesCount();
         kit::key(Qt::Key_VolumeUp);
         kit::key(Qt::Key_VolumeMute);
         kit::settle();

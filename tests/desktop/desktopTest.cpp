@@ -1,4 +1,5 @@
 #include "tests/desktop/desktopTest.h"
+#include "host/desktop/pressGuard.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "support/file/fileSystemCalls.h"
@@ -48,6 +49,11 @@ void DesktopTest::registerLines()
         ASSERT_TRUE(phoneSimulation::instance()->setLine(line, setting));
     }
     kit::settle();
+}
+
+void DesktopTest::letPressesCount()
+{
+    kit::stepTime(pressGuard::SETTLE_MS * 3 / 2);
 }
 
 void DesktopTest::hangUpAll()

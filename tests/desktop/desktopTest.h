@@ -19,6 +19,8 @@ protected:
     // Four registered lines "1001" to "1004", so that calls can be made.
     static void registerLines();
     static void hangUpAll();
+    // On a call screen that has just changed.
+    static void letPressesCount();
     // Until the test ends.
     static void makeSavesFail();
 };

@@ -34,6 +34,7 @@ protected:
         const int id = phoneService::instance().calls()[0].nId;
         ASSERT_TRUE(phoneService::instance().answer(id));
         kit::settle();
+        letPressesCount();
     }
     static QWidget* screen() { return kit::windows().value(0); }
     static QString tones() { return phoneService::instance().calls()[0].strTones; }

@@ -27,13 +27,16 @@ protected:
     QJsonObject ended() { return ctl({"calls"}).toObject()["ended"].toArray().first().toObject(); }
     bool talks(int index = 0)
     {
-        return kit::waits([&] { return call(index)["state"] == "talking"; }, kWaitMs);
+        const bool talks = kit::waits([&] { return call(index)["state"] == "talking"; }, kWaitMs);
+        letPressesCount();
+        return talks;
     }
     void ring(const QString& number, const QString& name)
     {
         ctl({"ring", number, "0", name});
         waitPage("frmCall");
         waitIdle();
+        letPressesCount();
     }
     // Bob talks, and Anna is held; their ids.
     QStringList talkToTwo()
@@ -144,7 +147,9 @@ TEST_F(Calls, ASecondOneWaitsIsAnsweredAndSwappedByKeys)
     key("Return");
     EXPECT_FALSE(call(0)["held"].toBool());
     EXPECT_TRUE(call(1)["held"].toBool());
+    letPressesCount();
     key("F4");
+    letPressesCount();
     key("F2");
     EXPECT_FALSE(call(0)["held"].toBool());
     EXPECT_EQ(call(0)["number"].toString(), "4712");
@@ -182,6 +187,7 @@ TEST_F(Calls, ThreeTalkTogetherByFingerAndByCommandAndPartAgain)
     ctl({"other-side", ids[1], "hangup"});
     EXPECT_EQ(text("labName"), "Anna");
     EXPECT_FALSE(call(0)["held"].toBool());
+    letPressesCount();
     key("F4");
     waitPage("frmDesktop");
     tap("tileCallHistroy");

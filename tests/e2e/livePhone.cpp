@@ -1,4 +1,5 @@
 #include "tests/e2e/livePhone.h"
+#include "host/desktop/pressGuard.h"
 #include "places.h"
 #include "tests/kit/plain/deviceFolder.h"
 #include "tests/kit/plain/processes.h"
@@ -183,6 +184,11 @@ QJsonObject LivePhone::focusWidget()
             return entry.toObject();
     }
     return {};
+}
+
+void LivePhone::letPressesCount()
+{
+    QThread::msleep(pressGuard::SETTLE_MS + 100);
 }
 
 void LivePhone::tap(int x, int y)

@@ -40,6 +40,8 @@ protected:
     void waitForEnd();
 
     void waitPage(const QString& className) { ctl({"wait", "page", className, "20000"}); }
+    // What is pressed at once after the call screen has changed was not meant for it.
+    static void letPressesCount();
     void waitIdle() { ctl({"wait", "idle", "10000"}); }
     // The topmost window, and one of its widgets by object name.
     QJsonObject topWindow();

@@ -43,6 +43,7 @@ TEST_F(RealLines, ACallComesInIsAnsweredByFingerHeldAndEndsByTheOtherSide)
     ASSERT_TRUE(reply.contains("m=audio"));
     EXPECT_TRUE(kit::waits([&] { return call()["state"] == "talking"; }, kWaitMs));
     shot("real-call-talks");
+    letPressesCount();
     tap("actHold");
     const QByteArray hold = server.receive("INVITE");
     ASSERT_NE(hold.toStdString(), "");

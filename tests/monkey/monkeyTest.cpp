@@ -114,9 +114,13 @@ protected:
     // False with the report of a failure when "Back" alone does not lead home.
     bool goHome()
     {
+        int calls = 0; // in a row
         for (int backs = 0; backs < kMostBacks && m_link.isOpen(); ++backs) {
             if (screen()["top"] == "frmDesktop" && m_link.isOpen())
                 return true;
+            calls = screen()["top"] == "frmCall" ? calls + 1 : 0;
+            if (calls > 2) // another call has come up
+                letPressesCount();
             m_link.ask({"key", "F4"});
         }
         return m_link.isOpen() && screen()["top"] == "frmDesktop";
