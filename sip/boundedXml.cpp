@@ -51,9 +51,12 @@ void XMLCALL onStart(void* data, const XML_Char* name, const XML_Char** attribut
     reading.open.push_back(node);
 }
 
+// Of an empty element that was refused the end is told all the same.
 void XMLCALL onEnd(void* data, const XML_Char*)
 {
-    static_cast<tagReading*>(data)->open.pop_back();
+    auto& reading = *static_cast<tagReading*>(data);
+    if (!reading.bRefused)
+        reading.open.pop_back();
 }
 
 void XMLCALL onText(void* data, const XML_Char* text, int length)

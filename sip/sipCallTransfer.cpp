@@ -6,6 +6,12 @@
 #include <sofia-sip/sip_tag.h>
 #include <utility>
 
+namespace {
+
+constexpr const char* kElsewhere = "SIP;cause=200;text=\"Call completed elsewhere\"";
+
+} // namespace
+
 void SipCall::transfer(const std::string& target)
 {
     if (m_eStep != STEP_TALKING)
@@ -87,7 +93,7 @@ void SipCall::beReplaced()
     if (m_eStep == STEP_TALKING)
         nua_bye(m_pHandle, TAG_END());
     else
-        nua_cancel(m_pHandle, TAG_END());
+        nua_cancel(m_pHandle, SIPTAG_REASON_STR(kElsewhere), TAG_END()); // it is no missed call there
     end(SIP_REPLACED, 0, "Another call has taken its place");
     releaseSoon();
 }

@@ -12,7 +12,7 @@ pair_fill() {
   local root=$root/${1,,} new=0 account keys
   mkdir -p "$root" && fill_root || fail "cannot write to $root (--root chooses another folder)"
   account=$root/rundata/config/user/voip/sipAccount0.cfg keys=$root/rundata/data/dsskey.xml
-  set_keys "$account" account Enable=1 "DisplayName=$1" AuthName= "UserName=$2" "password=$5" SIPServerHost=127.0.0.1 \
+  set_keys "$account" account Enable=1 "DisplayName=$1" "AuthName=$2" "UserName=$2" "password=$5" SIPServerHost=127.0.0.1 \
            "SIPServerPort=$6" UseOutboundProxy=0 'VoiceMail=*97' && set_keys "$account" Transfer bByOther=1 ||
     fail "cannot write $account"
   [ "$new" = 1 ] || return 0

@@ -47,7 +47,7 @@ TEST_F(PbxAgentEvents, AWatchedExtensionRingsAndItsCallIsTaken)
     anna.answer(atAnna);
     cleo.expectTalk(7);
     anna.expectTalk(atAnna);
-    ben.expectEnd(atBen, SIP_CANCELLED, 0);
+    ben.expectEnd(atBen, SIP_ELSEWHERE, 0);
     expectLamp(1, SIP_LAMP_IDLE);
     cleo.hangUp(7);
     anna.expectEnd(atAnna, SIP_HUNG_UP, 0);

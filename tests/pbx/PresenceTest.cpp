@@ -101,7 +101,7 @@ TEST_F(AtLargeKamailio, ACallThatRingsElsewhereIsTakenByItsLamp)
     const uint32_t atAnna = arrived->head.nId;
     anna.answer(atAnna);
     cleo.expectTalk(7);
-    ben.expectEnd(atBen, SIP_CANCELLED, 0);
+    ben.expectEnd(atBen, SIP_ELSEWHERE, 0);
     expectLamp(1, SIP_LAMP_IDLE);
 }
 

@@ -96,7 +96,7 @@ protected:
         const char* const file = "/rundata/config/user/voip/sipAccount0.cfg";
         const QList<QStringList> keys{{"Enable", "1"},
                                       {"DisplayName", "Cleo"},
-                                      {"AuthName", ""},
+                                      {"AuthName", "1003"},
                                       {"UserName", "1003"},
                                       {"password", match.captured(1)},
                                       {"SIPServerHost", "127.0.0.1"},

@@ -523,7 +523,7 @@ TEST_F(Http, WhatEndsBeforeItsOwnThreadHasTakenItUpIsOver)
     busy.gate.release();
     EXPECT_TRUE(kit::waitUntil([&] { return eager.runs == 2; }));
     EXPECT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }));
-    EXPECT_EQ(eager.GetRefCount(), 0);
+    EXPECT_TRUE(kit::waitUntil([&] { return eager.GetRefCount() == 0; }));
 }
 
 TEST_F(Http, WhatIsAbandonedUnderWayTellsNobodyAndLeavesNothing)

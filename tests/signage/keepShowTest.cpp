@@ -286,7 +286,7 @@ TEST_F(KeepShow, AScheduleWhoseFilesWaitIsTakenUpThoughTheNextLookSaysNothing)
 
 TEST_F(KeepShow, AScheduleThatIsBeingTakenUpOutlivesALookThatFails)
 {
-    constexpr int kFiles = 400; // they come into use over many turns
+    constexpr int kFiles = 1000; // they come into use over many turns
     ASSERT_NO_FATAL_FAILURE(runRed());
     server.layouts[0].content = Content::showing("two.png");
     server.medias = {{"two.png", kBlue}};

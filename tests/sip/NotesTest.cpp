@@ -306,3 +306,10 @@ TEST(SipNotes, ALongListIsCutAtItsBound)
     EXPECT_EQ(book.members().size(), size_t(SIP_MEMBERS_MAX));
     EXPECT_EQ(book.members().back().number, "255");
 }
+
+TEST(SipNotes, ARootThatIsEmptyAndTooLongIsRefused)
+{
+    ExtensionState state;
+    EXPECT_FALSE(take(state, "<dialog-info entity=\"" + QByteArray(5000, 'x') + "\"/>"));
+    EXPECT_FALSE(take(state, "<dialog-info><dialog id=\"" + QByteArray(5000, 'x') + "\"/></dialog-info>"));
+}
