@@ -137,7 +137,7 @@ TEST_P(LaidFilm, IsShownAsItsHeaderSays)
     writeFile("/rundata/film.mp4", film.bytes());
     playIn("/rundata/film.mp4", a == 0 ? QSize(240, 320) : QSize(320, 240));
     const QTransform back = QTransform(a, b, c, d, 0, 0).inverted();
-    EXPECT_TRUE(
+    ASSERT_TRUE(
         kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last().transformed(back)) > 5; }));
     const int first = numberIn(seen[0].transformed(back));
     EXPECT_TRUE(first >= 0 && first < 5) << first;
@@ -158,9 +158,10 @@ TEST_F(FilmKinds, OfAFilmThatWasCutNothingBeforeTheCutIsShown)
     film.setWord("elst", 12, film.word("elst", 12) * 20 / 50);
     writeFile("/rundata/film.mp4", film.bytes());
     playIn("/rundata/film.mp4", QSize(320, 240));
-    EXPECT_TRUE(kit::waitUntil([&] { return finished() == 1; }));
-    EXPECT_TRUE(kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last()) == 49; }));
-    EXPECT_EQ(numberIn(seen.first()), 30);
+    ASSERT_TRUE(kit::waitUntil([&] { return finished() == 1; }));
+    ASSERT_TRUE(kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last()) == 49; }));
+    // A busy machine paints not every one: that none came before the cut is told by their number too.
+    EXPECT_GE(numberIn(seen.first()), 30);
     tagVideoPicture last;
     ASSERT_TRUE(videoFrames::instance().newest(last));
     EXPECT_EQ(last.nFrame, 20u) << "neither more nor fewer";
@@ -181,13 +182,13 @@ TEST_F(FilmKinds, AFilmThatWasTakenUprightIsShownUpright)
     const quint32 minus = 0xFFFF;
     turned(0, 1, minus, 0);
     playIn("/rundata/film.mp4", QSize(240, 320));
-    EXPECT_TRUE(kit::waitUntil([&] { return seen.size() > 10; }));
+    ASSERT_TRUE(kit::waitUntil([&] { return seen.size() > 10; }));
     EXPECT_EQ(numberIn(seen[0].transformed(QTransform().rotate(-90))), 0);
     EXPECT_GT(numberIn(seen.last().transformed(QTransform().rotate(-90))), 5) << "a quarter turn";
     turned(minus, 0, 0, minus);
     seen.clear();
     play("/rundata/film.mp4");
-    EXPECT_TRUE(kit::waitUntil([&] {
+    ASSERT_TRUE(kit::waitUntil([&] {
         return !seen.isEmpty() && numberIn(seen.last().transformed(QTransform().rotate(180))) > 5;
     })) << "half a turn";
 }
@@ -231,7 +232,7 @@ TEST_F(FilmKinds, AFilmIsShownThoughNobodyTakesItsSound)
     for (const QString& kind : kinds) {
         makeNumberedFilm(hostPath("/rundata/film.avi"), kind);
         tagVideoPicture old;
-        EXPECT_TRUE(kit::waitUntil([&] { return !videoFrames::instance().newest(old); }));
+        ASSERT_TRUE(kit::waitUntil([&] { return !videoFrames::instance().newest(old); }));
         seen.clear();
         VOICE_PARAM session = sessionParam(ask("/rundata/film.avi"), {0, 0, 320, 240});
         ADDR_PARAM param = playParam("/rundata/film.avi");
@@ -240,7 +241,7 @@ TEST_F(FilmKinds, AFilmIsShownThoughNobodyTakesItsSound)
         param.nRemoteAudioPort = 0;
         post(movie(), MOVIE_MSG_PLAY_PARAM, param, PLAYER_THREAD_PHONE);
         post(media(), MEDIA_MSG_SESSION_START, session, 1);
-        EXPECT_TRUE(kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last()) == 49; }))
+        ASSERT_TRUE(kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last()) == 49; }))
             << qPrintable(kind);
         msgPostMsgToThread(movie(), MOVIE_MSG_STOP, PLAYER_THREAD_PHONE, 0);
         msgPostMsgToThread(media(), MEDIA_MSG_SESSION_STOP, 1, 0);
@@ -253,7 +254,7 @@ TEST_F(FilmKinds, AFilmWithTwoLanguagesIsShown)
     makeNumberedFilm(hostPath("/rundata/film.avi"),
                      "avimux name=m ! filesink name=out " + pcm + pcm + " %1 ! " + kH264 + kBare + "m.");
     playIn("/rundata/film.avi", QSize(320, 240));
-    EXPECT_TRUE(kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last()) == 49; }));
+    ASSERT_TRUE(kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last()) == 49; }));
 }
 
 TEST_F(FilmKinds, OfACodecThatNobodyKnowsNobodyWaitsForAPicture)
