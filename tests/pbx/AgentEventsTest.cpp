@@ -12,7 +12,7 @@ protected:
     void begin(const QStringList& options = {})
     {
         ASSERT_TRUE(pbx.start(options)) << pbx.output().constData();
-        beginAt(pbx.port(), AgentProcess::calmSetup());
+        beginAt(pbx.port());
     }
 
     RegistrarProcess pbx;

@@ -25,18 +25,11 @@ protected:
         if (HasFailure())
             fprintf(stderr, "%s\n", server.output().constData());
     }
-    // A busy machine's server is not silent.
-    static tagSipSetup calmSetup()
-    {
-        tagSipSetup setup = AgentProcess::quickSetup();
-        setup.nSilentMs = 5000;
-        return setup;
-    }
     void beginWithPresence()
     {
         server.setPresence();
         ASSERT_NO_FATAL_FAILURE(server.start());
-        beginAt(server.port(), calmSetup());
+        beginAt(server.port());
     }
 
     KamailioProcess server;
@@ -117,7 +110,7 @@ TEST_F(AtLargeKamailio, AProxyInFrontLeadsLinesAndCallsBothWays)
     ASSERT_NO_FATAL_FAILURE(proxy.start());
     for (PeerAgent* phone : {&anna, &ben}) {
         const bool isAnna = phone == &anna;
-        ASSERT_TRUE(phone->agent.start(calmSetup()));
+        ASSERT_TRUE(phone->agent.start(AgentProcess::calmSetup()));
         tagSipAccount account = accountAt(0, server.port(), isAnna ? SIP_UDP : SIP_TCP);
         sipWire::setText(account.szUser, isAnna ? "1001" : "1002");
         sipWire::setText(account.szAuthName, "");
@@ -171,7 +164,7 @@ TEST_F(AtLargeKamailio, WhenTheFirstOfTwoServersGoesTheSecondTakesItsPlaceAndGiv
     names.start();
     for (PeerAgent* phone : {&anna, &ben}) {
         const char* user = phone == &anna ? "1001" : "1002";
-        tagSipSetup setup = calmSetup();
+        tagSipSetup setup = AgentProcess::calmSetup();
         sipWire::setText(setup.szNames, names.settings().toStdString());
         ASSERT_TRUE(phone->agent.start(setup));
         tagSipAccount account = accountAt(0, 0);

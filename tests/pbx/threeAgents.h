@@ -5,11 +5,11 @@
 class ThreeAgents : public ::testing::Test
 {
 protected:
-    void beginAt(uint32_t port, const tagSipSetup& setup)
+    void beginAt(uint32_t port)
     {
-        ASSERT_TRUE(anna.begin("1001", port, SIP_UDP, setup));
-        ASSERT_TRUE(ben.begin("1002", port, SIP_UDP, setup));
-        ASSERT_TRUE(cleo.begin("1003", port, SIP_TCP, setup));
+        ASSERT_TRUE(anna.begin("1001", port, SIP_UDP, AgentProcess::calmSetup()));
+        ASSERT_TRUE(ben.begin("1002", port, SIP_UDP, AgentProcess::calmSetup()));
+        ASSERT_TRUE(cleo.begin("1003", port, SIP_TCP, AgentProcess::calmSetup()));
     }
 
     PeerAgent anna, ben, cleo;
