@@ -14,7 +14,11 @@ bool SteeredPhone::start(const QStringList& options)
     // Which of the allocator's heaps the next thread gets is chance, and each that was ever used keeps some
     // hundred KiB.
     qputenv("MALLOC_ARENA_MAX", "1");
-    return m_phone.start(options) && m_link.open(root() + "/control", WAIT_MS);
+    if (!m_phone.start(options) || !m_link.open(root() + "/control", WAIT_MS))
+        return false;
+    // Calls that follow each other so quickly take each press at once.
+    ask({"config", "/rundata/config/system.ini", "CALL", "nPressGuard", "0"});
+    return true;
 }
 
 QJsonObject SteeredPhone::ask(const QStringList& words)

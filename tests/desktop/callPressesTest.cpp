@@ -3,6 +3,7 @@
 #include "host/desktop/frmDial.h"
 #include "host/desktop/pressGuard.h"
 #include "host/services/phone/phoneSimulation.h"
+#include "support/host/registry.h"
 #include "tests/desktop/callScreenStand.h"
 #include <QAbstractButton>
 #include <QLineEdit>
@@ -38,8 +39,8 @@ TEST_F(CallPresses, ThePhonesMakerSaysHowLongTheyAreInVain)
 {
     for (const char* ms : {"0", "100", "-5"}) {
         nuxSetRegistryString("/rundata/config/system.ini", "CALL", "nPressGuard", ms);
-        talkTo("4711", "Anna");
-        ring("4712", "Bob");
+        talk("4711", "Anna");
+        comesIn("4712", "Bob");
         kit::key(Qt::Key_F4);
         EXPECT_EQ(calls().size(), atoi(ms) > 0 ? 2 : 1) << ms;
         kit::stepTime(150);
