@@ -128,8 +128,8 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
-    const std::string source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
-    sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, source), arrived);
+    m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
+    sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
 }
@@ -368,6 +368,7 @@ void SipCall::onSetupReply(const tagStackEvent& event)
         m_bHeard = true;
         m_silent.stop();
         m_name = sipDialog::nameOf(*event.pMessage);
+        m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     }
     if (status == 100)
         return;
