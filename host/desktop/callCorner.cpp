@@ -10,6 +10,7 @@ constexpr QRgb kTop = 0xff9fb6ce;
 constexpr QRgb kBottom = 0xff5b7389;
 constexpr QRgb kEdge = 0xccffffff;
 constexpr int kEdgeWidth = 2;
+constexpr int kPictureEdge = 3; // so wide that the corners of a picture lie below it
 
 } // namespace
 
@@ -26,12 +27,17 @@ void callCorner::setPictured(bool pictured)
     update();
 }
 
+QRect callCorner::picturePlace() const
+{
+    return geometry().adjusted(kPictureEdge, kPictureEdge, -kPictureEdge, -kPictureEdge);
+}
+
 void callCorner::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_bPictured) {
-        look::paintBox(painter, rect(), look::kPanelCorner, 0, kEdge, kEdgeWidth);
+        look::paintBox(painter, rect(), look::kPanelCorner, 0, kEdge, kPictureEdge);
         return;
     }
     QPainterPath inside;
