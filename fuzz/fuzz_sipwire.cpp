@@ -48,9 +48,23 @@ void demandArrived(const tagSipArrived& call)
     demandText(call.szSdp);
 }
 
+void demandDial(const tagSipDial& dial)
+{
+    demand(dial.nLine < SIP_LINE_COUNT && dial.nForwards <= SIP_FORWARDS_MAX);
+    demandText(dial.szTarget);
+    for (const auto& text : dial.szForwardedBy)
+        demandText(text);
+    demandText(dial.szSdp);
+}
+
 void demandEvent(const sipWire::Reader& reader)
 {
     switch (reader.head().eKind) {
+    case SIP_PEER:
+        demand(reader.as<tagSipPeer>().szAddress[0] != 0);
+        demandText(reader.as<tagSipPeer>().szAddress);
+        demandText(reader.as<tagSipPeer>().szName);
+        break;
     case SIP_WATCH:
         demand(reader.head().nId > 0 && reader.as<tagSipWatch>().nLine < SIP_LINE_COUNT);
         demandText(reader.as<tagSipWatch>().szNumber);
@@ -91,9 +105,7 @@ void demandRecord(const sipWire::Reader& reader)
         demandAccount(reader.as<tagSipAccount>());
         break;
     case SIP_DIAL:
-        demand(reader.as<tagSipDial>().nLine < SIP_LINE_COUNT);
-        demandText(reader.as<tagSipDial>().szTarget);
-        demandText(reader.as<tagSipDial>().szSdp);
+        demandDial(reader.as<tagSipDial>());
         break;
     case SIP_CONNECT:
         demand(reader.as<tagSipConnect>().nOther != head.nId);
@@ -138,7 +150,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             demandRecord(reader);
         if (taken == sipWire::TAKEN::BAD)
             return 0;
-        demand(reader.size() < sizeof(tagSipArrived));
+        demand(reader.size() < sizeof(tagSipDial)); // the longest
     }
     return 0;
 }

@@ -2,7 +2,48 @@
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
 #include "sip/sipDialog.h"
+#include "sip/stackMemory.h"
+#include <algorithm>
+#include <iterator>
 #include <sofia-sip/sip_tag.h>
+#include <sofia-sip/url.h>
+
+namespace {
+
+constexpr const char* kRedirected = "?Reason=SIP%3Bcause%3D302";
+
+// Without what an address may bring along; empty for none.
+std::string bareAddress(const std::string& address)
+{
+    StackMemory memory;
+    url_t* url = url_make(memory.home(), address.c_str());
+    if (!url || !url->url_host)
+        return "";
+    url->url_password = url->url_params = url->url_headers = nullptr;
+    const char* text = url_as_string(memory.home(), url);
+    return text ? text : "";
+}
+
+// Who has sent the call on, in both ways that are in use: the newest one first (RFC 5806), and by number,
+// with where it goes as the last one (RFC 7044).
+std::string forwardLines(const tagSipDial& dial, const std::string& server, const std::string& target)
+{
+    std::string diversion, history, index = "1";
+    for (uint32_t i = 0; i < std::min<uint32_t>(dial.nForwards, std::size(dial.szForwardedBy)); ++i) {
+        const std::string by = bareAddress(sipAddress::target(dial.szForwardedBy[i], server));
+        if (by.empty())
+            continue;
+        diversion = sipAddress::inBrackets(by) + (diversion.empty() ? "" : ", ") + diversion;
+        history += sipAddress::inBrackets(by + kRedirected) + ";index=" + index + ", ";
+        index += ".1";
+    }
+    if (diversion.empty())
+        return "";
+    return "Diversion: " + diversion + "\r\nHistory-Info: " + history +
+           sipAddress::inBrackets(bareAddress(target)) + ";index=" + index + "\r\n";
+}
+
+} // namespace
 
 CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
                      const tagCallOrigin& origin)
@@ -10,11 +51,12 @@ CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const t
       m_callId(sipDialog::newToken()), m_contact(line.contact()),
       m_transport(std::string("transport=") + line.transportName()), m_origin(origin), m_sdp(dial.szSdp)
 {
-    const bool isAnonymous = dial.bAnonymous != 0;
-    m_from = isAnonymous ? "\"Anonymous\" <sip:anonymous@anonymous.invalid>" : line.ownAddress();
+    m_bHidden = dial.bAnonymous != 0;
+    m_from = m_bHidden ? "\"Anonymous\" <sip:anonymous@anonymous.invalid>" : line.ownAddress();
     m_from += ";tag=" + sipDialog::newToken().substr(0, 16);
-    if (isAnonymous)
-        m_identity = "P-Preferred-Identity: " + line.ownAddress();
+    if (m_bHidden)
+        m_lines = "P-Preferred-Identity: " + line.ownAddress() + "\r\n";
+    m_lines += forwardLines(dial, line.server(), m_target);
 }
 
 nua_handle_t* CallSetup::invite(StackOwner* owner)
@@ -26,15 +68,15 @@ nua_handle_t* CallSetup::invite(StackOwner* owner)
         return nullptr;
     const std::string hop = hasNext() ? m_hops[m_nNext] : "";
     ++m_nNext;
-    const bool isHidden = !m_identity.empty();
-    nua_invite(
-        handle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0),
-        NUTAG_M_USERNAME(m_contact.c_str()), NUTAG_M_PARAMS(m_transport.c_str()),
-        SIPTAG_CALL_ID_STR(m_callId.c_str()), SIPTAG_CSEQ_STR("1 INVITE"),
-        SIPTAG_CONTENT_TYPE_STR("application/sdp"), SIPTAG_PAYLOAD_STR(m_sdp.c_str()),
-        TAG_IF(isHidden, SIPTAG_PRIVACY_STR("id")), TAG_IF(isHidden, SIPTAG_HEADER_STR(m_identity.c_str())),
-        TAG_IF(!m_origin.replaces.empty(), SIPTAG_REPLACES_STR(m_origin.replaces.c_str())),
-        TAG_IF(m_origin.bReplacesOnly, SIPTAG_REQUIRE_STR("replaces")),
-        TAG_IF(!m_origin.referredBy.empty(), SIPTAG_REFERRED_BY_STR(m_origin.referredBy.c_str())), TAG_END());
+    nua_invite(handle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0),
+               NUTAG_M_USERNAME(m_contact.c_str()), NUTAG_M_PARAMS(m_transport.c_str()),
+               SIPTAG_CALL_ID_STR(m_callId.c_str()), SIPTAG_CSEQ_STR("1 INVITE"),
+               SIPTAG_CONTENT_TYPE_STR("application/sdp"), SIPTAG_PAYLOAD_STR(m_sdp.c_str()),
+               TAG_IF(m_bHidden, SIPTAG_PRIVACY_STR("id")),
+               TAG_IF(!m_lines.empty(), SIPTAG_HEADER_STR(m_lines.c_str())),
+               TAG_IF(!m_origin.replaces.empty(), SIPTAG_REPLACES_STR(m_origin.replaces.c_str())),
+               TAG_IF(m_origin.bReplacesOnly, SIPTAG_REQUIRE_STR("replaces")),
+               TAG_IF(!m_origin.referredBy.empty(), SIPTAG_REFERRED_BY_STR(m_origin.referredBy.c_str())),
+               TAG_END());
     return handle;
 }

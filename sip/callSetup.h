@@ -37,7 +37,8 @@ private:
     std::string m_callId;
     std::string m_contact;
     std::string m_transport;
-    std::string m_identity; // empty unless the caller is not to be told
+    bool m_bHidden = false; // the caller is not to be told
+    std::string m_lines;    // further headers
     const tagCallOrigin m_origin;
     std::string m_sdp;
 };

@@ -52,14 +52,19 @@ bool readState(std::string text, DIALOG_STATE& state)
     return true;
 }
 
-std::string targetOf(const tagXmlNode& node)
+void readOther(const tagXmlNode& node, tagDialog& dialog)
 {
     const tagXmlNode* remote = node.child("remote");
     if (!remote)
-        return "";
+        return;
     const tagXmlNode* target = remote->child("target");
-    const std::string uri = target ? soundTarget(target->attribute("uri")) : "";
-    return uri.empty() ? soundTarget(remote->childText("identity")) : uri;
+    dialog.target = target ? soundTarget(target->attribute("uri")) : "";
+    if (const tagXmlNode* identity = remote->child("identity")) {
+        dialog.identity = soundTarget(remote->childText("identity"));
+        dialog.name = identity->attribute("display");
+    }
+    if (dialog.target.empty())
+        dialog.target = dialog.identity;
 }
 
 bool readDialog(const tagXmlNode& node, tagDialog& dialog)
@@ -70,7 +75,7 @@ bool readDialog(const tagXmlNode& node, tagDialog& dialog)
         dialog.eDirection = DIALOG_DIRECTION::IN;
     else if (direction == "initiator")
         dialog.eDirection = DIALOG_DIRECTION::OUT;
-    dialog.target = targetOf(node);
+    readOther(node, dialog);
     dialog.callId = soundCallId(node.attribute("call-id"));
     dialog.localTag = soundTag(node.attribute("local-tag"));
     dialog.remoteTag = soundTag(node.attribute("remote-tag"));

@@ -16,6 +16,8 @@ struct tagDialog
     // Who the dialogue is with, and what names it; empty where it is not told, or would not stand in a
     // header.
     std::string target;
+    std::string identity;
+    std::string name; // as people know it
     std::string callId;
     std::string localTag;
     std::string remoteTag;

@@ -307,6 +307,12 @@ void SipAgent::pickUp(const tagSipPickUp& wanted)
     call.nLine = wanted.nLine;
     sipWire::setText(call.szTarget, ringing.replaces.empty() ? code + number : ringing.target);
     memcpy(call.szSdp, wanted.szSdp, sizeof call.szSdp);
+    if (!ringing.identity.empty()) {
+        auto peer = sipWire::make<tagSipPeer>(SIP_PEER, wanted.head.nId);
+        sipWire::setText(peer.szAddress, ringing.identity);
+        sipWire::setText(peer.szName, ringing.name);
+        m_phone.tell(peer);
+    }
     dial(call, ringing.replaces);
 }
 

@@ -18,6 +18,9 @@ constexpr const char* kRetryAfterSeconds = "2";
 
 constexpr uint32_t kAnonymityDisallowed = 433; // RFC 5079, which the stack does not know
 
+// No server has said anything.
+constexpr uint32_t kNothingHeard = 408;
+
 const char* phraseOf(uint32_t status)
 {
     if (status == kAnonymityDisallowed)
@@ -279,8 +282,9 @@ void SipCall::onStack(const tagStackEvent& event)
         onUpdateReply(event);
         break;
     case nua_r_refer:
+        m_bReferred = m_bReferred || (status >= 200 && status < 300);
         if (status >= 300)
-            onTransfer(status);
+            onTransfer(status, false);
         break;
     case nua_i_state:
         onState(event);
@@ -348,13 +352,20 @@ void SipCall::onInviteReply(const tagStackEvent& event)
         onSetupReply(event);
 }
 
+// What the stack itself makes up has no message, or one from nowhere.
+bool SipCall::isFromWire(const tagStackEvent& event) const
+{
+    return event.pMessage && !floodGuard::sourceOf(nua_current_request(m_stack.pNua)).empty();
+}
+
 void SipCall::onSetupReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
     const std::string sdp = sdpOf(event.pMessage);
     if (status < 100)
         return;
-    if (event.pMessage) {
+    if (isFromWire(event)) {
+        m_bHeard = true;
         m_silent.stop();
         m_name = sipDialog::nameOf(*event.pMessage);
     }
@@ -377,8 +388,8 @@ void SipCall::onSetupReply(const tagStackEvent& event)
 void SipCall::onFinalReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
-    // What the stack itself makes up has no message.
-    const bool isDown = status == 503 || !event.pMessage;
+    const bool isReply = isFromWire(event);
+    const bool isDown = status == 503 || !isReply;
     if (status >= 300 && isDown && m_setup->hasNext()) {
         nextServer();
         return;
@@ -395,12 +406,14 @@ void SipCall::onFinalReply(const tagStackEvent& event)
     }
     if (isDown && m_hooks.serverFails)
         m_hooks.serverFails();
-    if (status < 400 && event.pMessage && event.pMessage->sip_contact) {
+    if (status < 400 && isReply && event.pMessage->sip_contact) {
         StackMemory memory;
         const char* target = url_as_string(memory.home(), event.pMessage->sip_contact->m_url);
         end(SIP_REDIRECTED, status, event.szPhrase, target ? target : "");
+    } else if (isReply) {
+        end(SIP_REFUSED, status <= 699 ? status : 0, event.szPhrase);
     } else {
-        end(event.pMessage ? SIP_REFUSED : SIP_BROKEN, status <= 699 ? status : 0, event.szPhrase);
+        end(SIP_BROKEN, m_bHeard ? 0 : kNothingHeard, event.szPhrase);
     }
     releaseSoon();
 }

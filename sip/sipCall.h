@@ -80,6 +80,7 @@ private:
     void onRequest(const tagStackEvent& event);
     void onState(const tagStackEvent& event);
     void onInviteReply(const tagStackEvent& event);
+    bool isFromWire(const tagStackEvent& event) const;
     // Before the call talks.
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
@@ -89,7 +90,7 @@ private:
     void onOffer(const tagStackEvent& event);
     void onReferred(const tagStackEvent& event);
     void onTransferNote(const tagStackEvent& event);
-    void onTransfer(uint32_t status);
+    void onTransfer(uint32_t status, bool isTaken);
     void refer(const std::string& address);
     // The call is still there.
     void refresh();
@@ -122,6 +123,8 @@ private:
     std::unique_ptr<Referral> m_referral;
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
     bool m_bByUpdate = false;                // that nobody acknowledges
+    bool m_bHeard = false;                   // of a call from here: something has come from a server
+    bool m_bReferred = false;                // the other side has taken what it was asked to call
     enum { NOT_TAKEN_BACK, TAKEN_BACK, AS_BEFORE } m_eTakenBack = NOT_TAKEN_BACK; // what the phone answers
     uint32_t m_nLine = 0;
     std::string m_own;    // address of the line

@@ -25,7 +25,7 @@ void SipCall::connectTo(const SipCall& other, std::function<void()> connected)
     const std::string address =
         other.isTalking() ? sipDialog::addressReplacing(other.m_remote, other.m_pHandle) : "";
     if (m_eStep != STEP_TALKING || address.empty()) {
-        onTransfer(481);
+        onTransfer(481, false);
         return;
     }
     m_hooks.connected = std::move(connected);
@@ -34,7 +34,8 @@ void SipCall::connectTo(const SipCall& other, std::function<void()> connected)
 
 void SipCall::refer(const std::string& address)
 {
-    m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { onTransfer(408); });
+    m_bReferred = false;
+    m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { onTransfer(408, m_bReferred); });
     nua_refer(m_pHandle, SIPTAG_REFER_TO_STR(address.c_str()), SIPTAG_REFERRED_BY_STR(m_own.c_str()),
               TAG_END());
 }
@@ -102,14 +103,15 @@ void SipCall::onTransferNote(const tagStackEvent& event)
 {
     const uint32_t status = sipCaller::statusOfTransfer(event.pMessage);
     if (status >= 200)
-        onTransfer(status);
+        onTransfer(status, true);
 }
 
-void SipCall::onTransfer(uint32_t status)
+void SipCall::onTransfer(uint32_t status, bool isTaken)
 {
     m_limit.stop();
     auto record = sipWire::make<tagSipStatus>(SIP_TRANSFERRED, m_nId);
     record.nStatus = status;
+    record.bTaken = isTaken;
     m_stack.pPhone->tell(record);
     const auto connected = std::exchange(m_hooks.connected, nullptr);
     if (connected && status < 300)

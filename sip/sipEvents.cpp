@@ -15,6 +15,10 @@ tagRinging ringingOf(const ExtensionState& state, const std::string& number)
         return found;
     const tagDialog* dialog = state.ringing();
     found.eRings = dialog ? tagRinging::RINGS : tagRinging::NOTHING_RINGS;
+    if (dialog && dialog->identity.find("@anonymous.invalid") == std::string::npos) {
+        found.identity = dialog->identity;
+        found.name = dialog->name;
+    }
     if (!dialog || dialog->callId.empty() || dialog->localTag.empty() || dialog->remoteTag.empty())
         return found;
     // It is the other end of the call that is asked: what is local there is remote at the extension.

@@ -15,6 +15,8 @@ struct tagRinging
     enum RINGS { NOT_KNOWN, NOTHING_RINGS, RINGS } eRings = NOT_KNOWN;
     std::string target;   // who is to be asked for it
     std::string replaces; // what names it (RFC 3891); empty: the server does not tell
+    std::string identity; // who calls there; empty: not told
+    std::string name;
 };
 
 class SipEvents

@@ -57,6 +57,7 @@ enum SIP_RECORD : uint32_t {
     SIP_OFFER = 113,
     SIP_ENDED = 114,
     SIP_TRANSFERRED = 115,
+    SIP_PEER = 116,
     SIP_MESSAGES = 130,
     SIP_LAMP = 131,
     SIP_LIST = 132,
@@ -157,6 +158,9 @@ struct tagSipDial
     uint32_t nLine;
     uint32_t bAnonymous; // 0 or 1: "Privacy: id", and no own name
     uint32_t nReferrer;  // the call whose other side has asked for this one by SIP_REFERRED; 0: nobody has
+    uint32_t nForwards;  // 0 to SIP_FORWARDS_MAX
+    char szForwardedBy[SIP_FORWARDS_MAX][SIP_TARGET_SIZE]; // who has sent it on (SIP_REDIRECTED), the last
+                                                           // one last; each as a target
     char szTarget[SIP_TARGET_SIZE];
     char szSdp[SIP_SDP_SIZE]; // the offer
 };
@@ -178,6 +182,7 @@ struct tagSipStatus
 {
     tagSipHead head;
     uint32_t nStatus;
+    uint32_t bTaken; // of SIP_TRANSFERRED, 0 or 1: the other side has made the call, whose status it is
 };
 
 // SIP_DEFLECT: a call that came in goes there instead. SIP_TRANSFER: the other side of a call that talks
@@ -252,7 +257,7 @@ struct tagSipEnded
 {
     tagSipHead head;
     uint32_t eEnding;             // SIP_ENDING
-    uint32_t nStatus;             // 0, or 100 to 699
+    uint32_t nStatus;             // 0, or 100 to 699; 408 of a call that broke: no server has said anything
     char szReason[SIP_TEXT_SIZE]; // for a person, in English
     char szTarget[SIP_TARGET_SIZE];
 };
@@ -317,4 +322,12 @@ struct tagSipPickUp
     uint32_t nLine;
     char szNumber[SIP_TARGET_SIZE]; // not empty
     char szSdp[SIP_SDP_SIZE];       // the offer
+};
+
+// Whom the call of SIP_PICK_UP is with, where the server of the line tells: before anything else of it.
+struct tagSipPeer
+{
+    tagSipHead head;
+    char szAddress[SIP_TARGET_SIZE]; // a whole one, not empty
+    char szName[SIP_TEXT_SIZE];
 };

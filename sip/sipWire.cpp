@@ -50,6 +50,12 @@ tagField forwardField(size_t number)
             0};
 }
 
+tagField dialForwardField(size_t number)
+{
+    return {FIELD::TEXT, offsetof(tagSipDial, szForwardedBy) + number * SIP_TARGET_SIZE, SIP_TARGET_SIZE, 0,
+            0};
+}
+
 const std::vector<tagShape>& shapes()
 {
     static const std::vector<tagField> media = {SDP_FIELD(tagSipMedia, szSdp)};
@@ -84,7 +90,9 @@ const std::vector<tagShape>& shapes()
          SIP_CALL_FIRST,
          SIP_CALL_FIRST_INCOMING - 1,
          {NUMBER_FIELD(tagSipDial, nLine, 0, kLastLine), NUMBER_FIELD(tagSipDial, bAnonymous, 0, 1),
-          NUMBER_FIELD(tagSipDial, nReferrer, 0, kLastId), TEXT_FIELD(tagSipDial, szTarget),
+          NUMBER_FIELD(tagSipDial, nReferrer, 0, kLastId),
+          NUMBER_FIELD(tagSipDial, nForwards, 0, SIP_FORWARDS_MAX), dialForwardField(0), dialForwardField(1),
+          dialForwardField(2), dialForwardField(3), dialForwardField(4), TEXT_FIELD(tagSipDial, szTarget),
           SDP_FIELD(tagSipDial, szSdp)}},
         {SIP_RING, sizeof(tagSipMedia), SIP_CALL_FIRST_INCOMING, kLastId, media},
         {SIP_ANSWER, sizeof(tagSipMedia), SIP_CALL_FIRST_INCOMING, kLastId, media},
@@ -92,13 +100,13 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipStatus),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipStatus, nStatus, 400, kMaxStatus)}},
+         {NUMBER_FIELD(tagSipStatus, nStatus, 400, kMaxStatus), NUMBER_FIELD(tagSipStatus, bTaken, 0, 0)}},
         {SIP_DEFLECT, sizeof(tagSipTarget), SIP_CALL_FIRST_INCOMING, kLastId, target},
         {SIP_HANG_UP,
          sizeof(tagSipStatus),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipStatus, nStatus, 0, 0)}},
+         {NUMBER_FIELD(tagSipStatus, nStatus, 0, 0), NUMBER_FIELD(tagSipStatus, bTaken, 0, 0)}},
         {SIP_MEDIA, sizeof(tagSipMedia), SIP_CALL_FIRST, kLastId, media},
         {SIP_TRANSFER, sizeof(tagSipTarget), SIP_CALL_FIRST, kLastId, target},
         {SIP_TONE,
@@ -198,7 +206,12 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipStatus),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipStatus, nStatus, 200, kMaxStatus)}},
+         {NUMBER_FIELD(tagSipStatus, nStatus, 200, kMaxStatus), NUMBER_FIELD(tagSipStatus, bTaken, 0, 1)}},
+        {SIP_PEER,
+         sizeof(tagSipPeer),
+         SIP_CALL_FIRST,
+         SIP_CALL_FIRST_INCOMING - 1,
+         {TEXT_FIELD(tagSipPeer, szAddress), TEXT_FIELD(tagSipPeer, szName)}},
         {SIP_REFERRED,
          sizeof(tagSipReferred),
          SIP_CALL_FIRST,
@@ -268,6 +281,8 @@ bool isSoundWhole(const void* record, uint32_t kind)
         return static_cast<const tagSipWatch*>(record)->szNumber[0] != 0;
     if (kind == SIP_PICK_UP)
         return static_cast<const tagSipPickUp*>(record)->szNumber[0] != 0;
+    if (kind == SIP_PEER)
+        return static_cast<const tagSipPeer*>(record)->szAddress[0] != 0;
     if (kind == SIP_SETUP) {
         const auto* setup = static_cast<const tagSipSetup*>(record);
         return setup->nRetryLastMs >= setup->nRetryMs && (setup->nKeepMs == 0 || setup->nKeepMs >= 100);

@@ -45,6 +45,7 @@ QJsonObject factsOf(const tagCall& call)
             {"incoming", call.bIncoming},
             {"anonymous", call.bAnonymous},
             {"forwardedBy", QJsonArray::fromStringList(call.forwardedBy)},
+            {"reached", callReached(call)},
             {"video", call.bVideo},
             {"camera", call.options.bCamera},
             {"microphone", call.options.bMicrophone},

@@ -171,6 +171,9 @@ void putOthers(Ui_frmCall& ui)
 {
     const int below = ui.labState->geometry().bottom() + kOthersGap;
     ui.labOthers->move(ui.labOthers->x(), ui.labState->text().isEmpty() ? ui.labState->y() : below);
+    const QString others = ui.labOthers->text();
+    const int lines = others.isEmpty() ? 0 : int(others.count('\n')) + 1;
+    ui.wgtPicture->setTextsAbove(ui.labOthers->y() + lines * ui.labOthers->fontMetrics().lineSpacing());
 }
 
 } // namespace callLayout

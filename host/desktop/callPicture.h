@@ -15,10 +15,13 @@ public:
 
     explicit callPicture(QWidget* parent = nullptr);
     void setShade(SHADE shade);
+    // How far down the texts above reach, which are to be read upon the brightest picture.
+    void setTextsAbove(int bottom);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     SHADE m_eShade = SHADE_NONE;
+    int m_nTexts = 0;
 };

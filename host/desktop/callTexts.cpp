@@ -10,6 +10,11 @@ namespace {
 
 const char* const kHeldThere = HX_TR("Held by the other side");
 
+bool isPutThrough(const tagCall& call)
+{
+    return call.eState == CALL_TALKING && !call.strTarget.isEmpty();
+}
+
 const char* stateText(const tagCall& call)
 {
     switch (call.eState) {
@@ -18,7 +23,8 @@ const char* stateText(const tagCall& call)
                : call.bRingsThere ? HX_TR("Ringing...")
                                   : HX_TR("Calling...");
     case CALL_TALKING:
-        return call.bHeld         ? HX_TR("On hold")
+        return isPutThrough(call) ? HX_TR("Transferring...")
+               : call.bHeld       ? HX_TR("On hold")
                : call.nJoined     ? HX_TR("Conference")
                : call.bRemoteHeld ? kHeldThere
                                   : HX_TR("In call");
@@ -34,7 +40,8 @@ QString callStateText(const tagCall& call)
     if (!call.strReason.isEmpty())
         return qTranslate(call.strReason.toUtf8().constData());
     const bool bothHold = call.eState == CALL_TALKING && call.bHeld && call.bRemoteHeld;
-    return callJoinedText(qTranslate(stateText(call)), bothHold ? qTranslate(kHeldThere) : QString());
+    const QString rest = isPutThrough(call) ? call.strTarget : bothHold ? qTranslate(kHeldThere) : QString();
+    return callJoinedText(qTranslate(stateText(call)), rest);
 }
 
 QString callForwardedText(const tagCall& call)

@@ -113,7 +113,7 @@ void frmCall::onCall(const tagCall& call)
     if (failedBeside)
         tellForAMoment(callJoinedText(call.strNumber, callStateText(call)));
     else if (call.eState == CALL_TALKING && !call.strReason.isEmpty())
-        tellForAMoment(qTranslate(call.strReason.toUtf8().constData()));
+        tellForAMoment(callJoinedText(call.strTarget, callStateText(call)));
     if (call.nId > m_nLastId && !calls.isEmpty())
         rememberUnder(call.nId);
     showCall(calls.isEmpty() ? call : callMostUrgent(calls, m_call.nId));
@@ -151,6 +151,7 @@ void frmCall::guardPresses(const tagCall& next)
 void frmCall::showCall(const tagCall& call)
 {
     const bool isSame = call.nId == m_call.nId;
+    const bool isElsewhere = callReached(call) != callReached(m_call);
     guardPresses(call);
     m_call = call;
     if (!isSame)
@@ -163,9 +164,10 @@ void frmCall::showCall(const tagCall& call)
     if (!isSame) {
         m_bVolumeChanged = m_bFull = false;
         m_actions.chooseNone();
-        showPicture(call);
         showClock();
     }
+    if (!isSame || isElsewhere)
+        showPicture(call);
     // A camera whose page says so begins over the whole screen.
     if (talks() && hasPicture() && m_nPictured != m_call.nId) {
         m_nPictured = m_call.nId;
@@ -177,14 +179,15 @@ void frmCall::showCall(const tagCall& call)
 
 QString frmCall::nameOf(const tagCall& call)
 {
-    if (!m_names.contains(call.nId))
-        m_names[call.nId] = callNameOf(call, contactOfNumber(contactsRead(), call.strNumber));
-    return m_names[call.nId];
+    const QString key = callReached(call) + '\n' + call.strName;
+    if (!m_names.contains(key))
+        m_names[key] = callNameOf(call, contactOfNumber(contactsRead(), callReached(call)));
+    return m_names[key];
 }
 
 QString frmCall::whoOf(const tagCall& call)
 {
-    return callWhoText(nameOf(call), call.strNumber);
+    return callWhoText(nameOf(call), callReached(call));
 }
 
 // A conference lasts as long as the longer of its calls, whichever is in front.
@@ -221,6 +224,8 @@ void frmCall::showOthers()
     for (QString& line : lines)
         line = label->fontMetrics().elidedText(line, Qt::ElideRight, label->width());
     m_ui->labOthers->setText(lines.join(isRow ? QStringLiteral("   ") : QStringLiteral("\n")));
+    if (m_eLayout == CALL_LAYOUT_PICTURE)
+        callLayout::putOthers(*m_ui);
 }
 
 void frmCall::showPad(bool show)
@@ -236,7 +241,7 @@ void frmCall::showPad(bool show)
 // One that takes a moment comes into the place of nobody's; that of the caller's server into the contact's.
 void frmCall::showPicture(const tagCall& call)
 {
-    const QString path = contactOfNumber(contactsRead(), call.strNumber).strPicture;
+    const QString path = contactOfNumber(contactsRead(), callReached(call)).strPicture;
     pictureCancel(m_nPicture);
     m_nPicture = 0;
     tagPictureWish wish;
@@ -263,7 +268,7 @@ void frmCall::showNames()
     for (const tagCall& call : callsTogether(phoneService::instance().calls(), m_call)) {
         names = callJoinedText(names, whoOf(call));
         if (!nameOf(call).isEmpty())
-            m_strNumber = callJoinedText(m_strNumber, call.strNumber);
+            m_strNumber = callJoinedText(m_strNumber, callReached(call));
     }
     m_ui->labName->setText(callFittingText(m_ui->labName, kSmallestName, names));
 }
@@ -273,12 +278,14 @@ void frmCall::showState()
     showNames();
     const bool talked = m_call.eState == CALL_TALKING || m_call.nSeconds > 0;
     const bool isUpon = m_eLayout == CALL_LAYOUT_PICTURE;
-    const bool isPlain = talks() && !m_call.bHeld && !m_call.bRemoteHeld && !m_call.nJoined;
+    const bool isPlain =
+        talks() && !m_call.bHeld && !m_call.bRemoteHeld && !m_call.nJoined && m_call.strTarget.isEmpty();
     const QString line = lineName(m_call.nAccount);
     const QString upon = isUpon ? callJoinedText(line, callCodecsText(streams())) : QString();
-    m_ui->labNumber->setText(
-        isAsked() ? callFittingText(m_ui->labNumber, kSmallestNumber, callForwardedText(m_call))
-                  : callFittingText(m_ui->labNumber, kSmallestNumber, m_strNumber, upon));
+    const QString forwarded = isAsked() || !m_call.bIncoming ? callForwardedText(m_call) : QString();
+    m_ui->labNumber->setText(isAsked() ? callFittingText(m_ui->labNumber, kSmallestNumber, forwarded)
+                                       : callFittingText(m_ui->labNumber, kSmallestNumber,
+                                                         callJoinedText(m_strNumber, forwarded), upon));
     m_ui->labState->setText(isUpon && isPlain ? QString()
                                               : callFittingText(m_ui->labState, kSmallestText,
                                                                 isAsked() ? m_strNumber : QString(),

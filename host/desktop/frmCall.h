@@ -104,12 +104,12 @@ private:
     QTimer m_end;
     callActionRow m_actions;
     pressGuard m_presses;
-    QPointer<QWidget> m_under;     // the window that a waiting call came up over
-    int m_nOver = 0;               // that call
-    bool m_bPad = false;           // the touch pad for tones is open
-    QMap<int, QString> m_names;    // of the calls, by their ids; empty where the number stands for it
-    QString m_strFailed;           // what could not be done beside this call, for a moment
-    bool m_bVolumeChanged = false; // of a ring, which shows it then
+    QPointer<QWidget> m_under;      // the window that a waiting call came up over
+    int m_nOver = 0;                // that call
+    bool m_bPad = false;            // the touch pad for tones is open
+    QMap<QString, QString> m_names; // of the calls, by number and what came along; empty: the number is it
+    QString m_strFailed;            // what could not be done beside this call, for a moment
+    bool m_bVolumeChanged = false;  // of a ring, which shows it then
     displayPlace m_display;
     bool m_bBeside = false; // the signage has its place here
     CALL_LAYOUT m_eLayout = CALL_LAYOUT_WHOLE;

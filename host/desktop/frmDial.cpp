@@ -160,9 +160,9 @@ QList<tagDialEntry> frmDial::callsToConnect()
             continue;
         tagDialEntry entry;
         if (!m_names.contains(call.nId))
-            m_names[call.nId] = callNameOf(call, contactOfNumber(contactsRead(), call.strNumber));
+            m_names[call.nId] = callNameOf(call, contactOfNumber(contactsRead(), callReached(call)));
         entry.strName = m_names[call.nId];
-        entry.strNumber = call.strNumber;
+        entry.strNumber = callReached(call);
         entry.strDetail = callStateText(call);
         entry.strPicture = HX_THEME("icon/dial_talk.png");
         entry.nCall = call.nId;

@@ -869,6 +869,10 @@
         <translation>Es klingelt …</translation>
     </message>
     <message>
+        <source>Transferring...</source>
+        <translation>Wird übergeben …</translation>
+    </message>
+    <message>
         <source>Incoming call</source>
         <translation>Eingehender Anruf</translation>
     </message>
@@ -887,6 +891,18 @@
     <message>
         <source>The line is not registered</source>
         <translation>Die Leitung ist nicht angemeldet</translation>
+    </message>
+    <message>
+        <source>The server does not answer</source>
+        <translation>Der Server antwortet nicht</translation>
+    </message>
+    <message>
+        <source>The server's name is not known</source>
+        <translation>Der Name des Servers ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>The server does not accept name or password</source>
+        <translation>Der Server lehnt Name oder Passwort ab</translation>
     </message>
     <message>
         <source>The call was declined</source>

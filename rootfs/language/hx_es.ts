@@ -869,6 +869,10 @@
         <translation>Sonando…</translation>
     </message>
     <message>
+        <source>Transferring...</source>
+        <translation>Transfiriendo…</translation>
+    </message>
+    <message>
         <source>Incoming call</source>
         <translation>Llamada entrante</translation>
     </message>
@@ -887,6 +891,18 @@
     <message>
         <source>The line is not registered</source>
         <translation>La línea no está registrada</translation>
+    </message>
+    <message>
+        <source>The server does not answer</source>
+        <translation>El servidor no responde</translation>
+    </message>
+    <message>
+        <source>The server's name is not known</source>
+        <translation>El nombre del servidor no se conoce</translation>
+    </message>
+    <message>
+        <source>The server does not accept name or password</source>
+        <translation>El servidor rechaza el nombre o la contraseña</translation>
     </message>
     <message>
         <source>The call was declined</source>

@@ -869,6 +869,10 @@
         <translation>Ça sonne…</translation>
     </message>
     <message>
+        <source>Transferring...</source>
+        <translation>Transfert en cours…</translation>
+    </message>
+    <message>
         <source>Incoming call</source>
         <translation>Appel entrant</translation>
     </message>
@@ -887,6 +891,18 @@
     <message>
         <source>The line is not registered</source>
         <translation>La ligne n’est pas enregistrée</translation>
+    </message>
+    <message>
+        <source>The server does not answer</source>
+        <translation>Le serveur ne répond pas</translation>
+    </message>
+    <message>
+        <source>The server's name is not known</source>
+        <translation>Le nom du serveur est inconnu</translation>
+    </message>
+    <message>
+        <source>The server does not accept name or password</source>
+        <translation>Le serveur refuse le nom ou le mot de passe</translation>
     </message>
     <message>
         <source>The call was declined</source>

@@ -869,6 +869,10 @@
         <translation>正在振铃……</translation>
     </message>
     <message>
+        <source>Transferring...</source>
+        <translation>正在转接……</translation>
+    </message>
+    <message>
         <source>Incoming call</source>
         <translation>来电</translation>
     </message>
@@ -887,6 +891,18 @@
     <message>
         <source>The line is not registered</source>
         <translation>线路未注册</translation>
+    </message>
+    <message>
+        <source>The server does not answer</source>
+        <translation>服务器无响应</translation>
+    </message>
+    <message>
+        <source>The server's name is not known</source>
+        <translation>找不到该服务器名称</translation>
+    </message>
+    <message>
+        <source>The server does not accept name or password</source>
+        <translation>服务器不接受用户名或密码</translation>
     </message>
     <message>
         <source>The call was declined</source>

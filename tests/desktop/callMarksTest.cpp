@@ -9,7 +9,10 @@
 #include "host/services/phone/phoneSimulation.h"
 #include "support/host/bars.h"
 #include "support/host/managers.h"
+#include "support/host/message.h"
+#include "support/host/registry.h"
 #include "tests/desktop/callScreenStand.h"
+#include "tests/kit/contrast.h"
 #include <QImage>
 #include <QLabel>
 
@@ -59,6 +62,33 @@ protected:
                 image.setPixel(x, y, qRgb(230, 180 + x / 16, 150 + y / 8));
         }
         return image;
+    }
+    // Of white text in the place, upon the brightest picture that there is.
+    static double contrastAt(const QRect& place)
+    {
+        const QImage ground = picture()->grab().toImage();
+        double lowest = 21;
+        for (int y = place.top(); y <= place.bottom(); ++y)
+            lowest = qMin(lowest, kit::contrastOfWhite(ground.pixelColor(place.center().x(), y)));
+        return lowest;
+    }
+    static void showWhite()
+    {
+        QImage white(800, 440, QImage::Format_RGB32);
+        white.fill(Qt::white);
+        picture()->SetFrame(white);
+        kit::settle();
+    }
+    static void expectReadable(const QStringList& labels)
+    {
+        for (const QString& name : labels) {
+            const auto* label = screen()->findChild<QLabel*>(name);
+            ASSERT_FALSE(label->text().isEmpty()) << name.toStdString();
+            const int height = (int(label->text().count('\n')) + 1) * label->fontMetrics().lineSpacing();
+            const int middle = label->geometry().center().y();
+            const int top = label->alignment() & Qt::AlignTop ? label->y() : middle - height / 2;
+            EXPECT_GE(contrastAt(QRect(400, top, 10, height)), 4.5) << name.toStdString();
+        }
     }
     // Nothing that is shown lies upon something else that is.
     static void expectApart()
@@ -366,4 +396,31 @@ TEST_F(CallMarks, NothingIsCutOrCoveredInAnyStateAndLanguage)
         hangUpAll();
         kit::stepTime(2000);
     }
+}
+
+TEST_F(CallMarks, TextsUponTheBrightestPictureAreRead)
+{
+    const int anna = talk("4711", "Anna");
+    stream(anna, "Opus", "H.264", 3);
+    showWhite();
+    EXPECT_EQ(contrastAt(QRect(400, 210, 1, 1)), 1) << "the middle of the picture is as it came";
+    expectReadable({"labName", "labNumber", "labDuration"});
+    const int bob = talk("4712", "Bob");
+    talk("4713", "Cleo");
+    ASSERT_TRUE(phoneService::instance().rules().setHeld(bob, false));
+    ASSERT_TRUE(phoneService::instance().rules().join(bob, anna));
+    stream(bob, "Opus", "H.264", 3);
+    showWhite();
+    kit::shot("call-picture-white");
+    expectReadable({"labName", "labNumber", "labState", "labDuration", "labOthers"});
+}
+
+TEST_F(CallMarks, WhatAsksUponTheBrightestPictureIsRead)
+{
+    const int id = ring("4711", "Anna");
+    stream(id, "Opus", "H.264", 3);
+    showWhite();
+    ASSERT_TRUE(picture()->isVisible());
+    kit::shot("call-asks-white");
+    expectReadable({"labName", "labState"});
 }

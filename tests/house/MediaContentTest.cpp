@@ -3,6 +3,7 @@
 #include "support/file/findFile.h"
 #include "support/xml/xmlFile.h"
 #include "tests/house/sourceTree.h"
+#include "tests/kit/contrast.h"
 #include "tests/kit/plain/deviceFolder.h"
 #include <QDir>
 #include <QFile>
@@ -29,20 +30,6 @@ QStringList filesIn(const QString& folder, const QString& filter)
     return QDir(imagePath(folder)).entryList(filter.split(';'), QDir::Files, QDir::Name);
 }
 
-// As people see it, 0 black and 1 white.
-double brightness(const QColor& colour)
-{
-    const auto part = [](double value) {
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) + 0.0722 * part(colour.blueF());
-}
-
-double contrastOfWhite(const QColor& ground)
-{
-    return 1.05 / (brightness(ground) + 0.05);
-}
-
 // The lowest of the place, without the one pixel in fifty that a star or a spark is.
 double contrastIn(const QImage& picture, const QRect& place, double veil)
 {
@@ -51,7 +38,7 @@ double contrastIn(const QImage& picture, const QRect& place, double veil)
         for (int x = place.left(); x <= place.right(); ++x) {
             const QColor own = picture.pixelColor(x, y);
             const auto under = [veil](int value) { return int(value + (255 - value) * veil); };
-            all.append(contrastOfWhite(QColor(under(own.red()), under(own.green()), under(own.blue()))));
+            all.append(kit::contrastOfWhite(QColor(under(own.red()), under(own.green()), under(own.blue()))));
         }
     }
     std::sort(all.begin(), all.end());

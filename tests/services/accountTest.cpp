@@ -216,6 +216,33 @@ TEST_F(Accounts, ProcesserThatLeftIsNotToldWhatHappenedBefore)
     EXPECT_TRUE(told(left).isEmpty());
 }
 
+TEST_F(Accounts, WhoComesBackIsToldOfWhatHasChangedMeanwhile)
+{
+    boot();
+    Recorder away;
+    phone_RegAccountNotify(&away, -1);
+    tagLineSetting setting;
+    setting.state = LINE_REGISTERED;
+    phoneSimulation::instance()->setLine(0, setting); // on its way when it goes
+    phone_UnRegAccountNotify(&away, -1);
+    kit::settle();
+    phoneSimulation::instance()->setLine(2, setting);
+    setting.state = LINE_REGISTER_FAILED;
+    phoneSimulation::instance()->setLine(2, setting);
+    kit::settle();
+    EXPECT_TRUE(told(away).isEmpty());
+    phone_RegAccountNotify(&away, -1);
+    kit::settle();
+    EXPECT_EQ(told(away), (Told{{0, LINE_REGISTERED}, {2, LINE_REGISTER_FAILED}}));
+    phone_UnRegAccountNotify(&away, -1);
+    phone_RegAccountNotify(&away, -1);
+    Recorder another;
+    phone_RegAccountNotify(&another, -1);
+    kit::settle();
+    EXPECT_EQ(told(away).size(), 2); // what it has heard is no news
+    EXPECT_TRUE(told(another).isEmpty());
+}
+
 TEST_F(Accounts, NothingIsToldWhenNothingChanges)
 {
     boot();

@@ -214,3 +214,39 @@ TEST_F(SipAccounts, OtherAddressesOfThePhoneAreToldToTheAgent)
     EXPECT_TRUE(agent.isQuiet(SIP_NETWORK)) << "once";
     netWorld() = tagNetWorld();
 }
+
+TEST_F(SipAccounts, WhoDialsIsToldWhyTheLineIsNotThere)
+{
+    const struct
+    {
+        SIP_LINE_STATE eState;
+        uint32_t nStatus;
+        const char* szTold;
+        const char* szReason;
+    } faults[] = {{SIP_LINE_REFUSED, 401, "The server does not accept name or password",
+                   "The server does not accept name or password"},
+                  {SIP_LINE_REFUSED, 403, "Forbidden", "The server does not accept name or password"},
+                  {SIP_LINE_REFUSED, 401,
+                   "The server asks for a password in a way that is not known, or not wanted, here",
+                   "The line is not registered"},
+                  {SIP_LINE_FAILED, 0, "The server does not answer", "The server does not answer"},
+                  {SIP_LINE_FAILED, 0, "The server's name is not known", "The server's name is not known"},
+                  {SIP_LINE_FAILED, 500, "Server Internal Error", "The line is not registered"}};
+    begin();
+    for (const auto& each : faults) {
+        for (const int line : {0, -1}) {
+            tellLine(0, SIP_LINE_REGISTERED, 200);
+            ASSERT_TRUE(comesTo(0, LINE_DEFAULT_ACCOUNT));
+            tellLine(0, each.eState, each.nStatus, each.szTold);
+            ASSERT_TRUE(comesTo(0, LINE_REGISTER_FAILED));
+            EXPECT_EQ(phone_CallNumber("300", line, -1), 0);
+            EXPECT_EQ(lastEnded().strReason, each.szReason) << line;
+            tellLine(0, SIP_LINE_REGISTERING);
+            ASSERT_TRUE(comesTo(0, LINE_REGISTERING));
+            EXPECT_EQ(phone_CallNumber("300", line, -1), 0);
+            EXPECT_EQ(lastEnded().strReason, each.szReason) << "while it is tried again";
+        }
+    }
+    EXPECT_EQ(phone_CallNumber("300", 1, -1), 0);
+    EXPECT_EQ(lastEnded().strReason, "The line is not registered") << "nobody has tried";
+}

@@ -27,6 +27,21 @@ protected:
         EXPECT_TRUE(dial);
         return dial ? *dial : tagSipDial();
     }
+    void tellTransferred(uint32_t wire, uint32_t status, bool isTaken)
+    {
+        auto record = sipWire::make<tagSipStatus>(SIP_TRANSFERRED, wire);
+        record.nStatus = status;
+        record.bTaken = isTaken;
+        heard.clear();
+        agent.tell(record);
+        EXPECT_TRUE(kit::waitUntil([this] { return !heard.isEmpty(); }));
+        EXPECT_EQ(calls().value(0).strReason, "") << "it is told once";
+    }
+    uint32_t asksToConnect()
+    {
+        const auto* record = agent.next<tagSipConnect>(SIP_CONNECT);
+        return record ? record->head.nId : 0;
+    }
 };
 
 } // namespace
@@ -100,4 +115,63 @@ TEST_F(SipCallTransfer, TwoAreConnectedWhenBothAreAgreed)
     tellMedia(SIP_TALK, IN + 1, "their offer");
     EXPECT_TRUE(backend().connect(one, two));
     EXPECT_TRUE(agent.next<tagSipConnect>(SIP_CONNECT));
+}
+
+TEST_F(SipCallTransfer, WhyItFailedIsSaidOfWhoWasToBeReached)
+{
+    const struct
+    {
+        uint32_t nStatus;
+        bool bTaken;
+        const char* szReason;
+    } outcomes[] = {{404, true, "This number is not known"},
+                    {486, true, "Busy"},
+                    {603, true, "The call was declined"},
+                    {408, true, "Not available at present"},
+                    {487, true, "The call could not be made"},
+                    {603, false, "The other side refuses the transfer"},
+                    {403, false, "The other side refuses the transfer"},
+                    {408, false, "Not available at present"}};
+    talksOut();
+    for (const auto& each : outcomes) {
+        ASSERT_TRUE(backend().transfer(call().nId, "301"));
+        EXPECT_EQ(call().strTarget, "301") << "while it is under way";
+        tellTransferred(OUT, each.nStatus, each.bTaken);
+        EXPECT_EQ(heard.last().strReason, each.szReason) << each.nStatus;
+        EXPECT_EQ(heard.last().strTarget, each.bTaken ? "301" : "") << each.nStatus;
+        EXPECT_EQ(call().strTarget, "");
+    }
+}
+
+TEST_F(SipCallTransfer, WhereOneRefusesToCallTheOtherTheOtherIsAsked)
+{
+    const uint32_t first = talksOut("300"), second = talksOut("301");
+    const int one = calls()[0].nId, two = calls()[1].nId;
+    ASSERT_TRUE(backend().connect(one, two));
+    EXPECT_EQ(asksToConnect(), first);
+    heard.clear();
+    tellStatus(SIP_TRANSFERRED, first, 603);
+    EXPECT_EQ(asksToConnect(), second);
+    EXPECT_TRUE(heard.isEmpty()) << "nothing has failed yet";
+    EXPECT_FALSE(backend().connect(one, two)) << "it is under way";
+    tellStatus(SIP_TRANSFERRED, second, 200);
+    ASSERT_TRUE(waitsForEnd(2));
+    for (const tagCall& ended : phoneService::instance().backend().endedCalls())
+        EXPECT_EQ(ended.eEnd, CALL_TRANSFERRED);
+}
+
+TEST_F(SipCallTransfer, WhenBothRefuseItHasFailedOnce)
+{
+    const uint32_t first = talksOut("300"), second = talksOut("301");
+    const int one = calls()[0].nId, two = calls()[1].nId;
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(backend().connect(two, one));
+        EXPECT_EQ(asksToConnect(), second);
+        tellStatus(SIP_TRANSFERRED, second, 603);
+        EXPECT_EQ(asksToConnect(), first);
+        tellTransferred(first, 603, false);
+        EXPECT_EQ(heard.first().strReason, "The other side refuses the transfer");
+        EXPECT_TRUE(agent.isQuiet(SIP_CONNECT));
+        EXPECT_EQ(calls().size(), 2);
+    }
 }

@@ -212,6 +212,7 @@ TEST_F(SipCallTest, WhyOneFailsIsSaidForAPerson)
                    {SIP_REFUSED, 500, "The call could not be made"},
                    {SIP_UNANSWERED, 480, "Nobody answers"},
                    {SIP_BROKEN, 0, "The call could not be made"},
+                   {SIP_BROKEN, 408, "The server does not answer"},
                    {SIP_REDIRECTED, 302, "The call could not be made"}};
     int count = 0;
     for (const auto& each : endings) {
@@ -436,10 +437,18 @@ TEST_F(SipCallTest, OneThatIsRedirectedIsFollowedAFewTimes)
         EXPECT_NE(dial->head.nId, wire);
         EXPECT_STREQ(dial->szTarget, target.constData());
         EXPECT_STREQ(dial->szSdp, "offer 1");
+        ASSERT_EQ(dial->nForwards, uint32_t(i + 1));
+        EXPECT_STREQ(dial->szForwardedBy[0], "300");
+        if (i > 0) {
+            EXPECT_EQ(std::string(dial->szForwardedBy[i]), "sip:40" + std::to_string(i - 1) + "@example.com");
+        }
         wire = dial->head.nId;
     }
     EXPECT_EQ(calls().size(), 1);
     EXPECT_EQ(call().strNumber, "300");
+    EXPECT_EQ(call().strReached, "404@example.com");
+    EXPECT_EQ(call().forwardedBy.join(' '),
+              "300 400@example.com 401@example.com 402@example.com 403@example.com");
     tellEnd(wire, SIP_REDIRECTED, 302, "sip:405@example.com");
     EXPECT_TRUE(waitsForEnd());
     EXPECT_EQ(lastEnded().eEnd, CALL_FAILED);
@@ -582,6 +591,7 @@ TEST_F(SipCallTest, TwoOtherSidesAreConnectedOrStay)
     EXPECT_EQ(order->head.nId, uint32_t(IN));
     EXPECT_EQ(order->nOther, uint32_t(IN + 1));
     tellStatus(SIP_TRANSFERRED, IN, 603);
+    tellStatus(SIP_TRANSFERRED, IN + 1, 603);
     EXPECT_EQ(calls().size(), 2);
     EXPECT_EQ(heard[heard.size() - 2].strReason, "The other side refuses the transfer");
     EXPECT_EQ(calls()[1].strTarget, "");

@@ -5,6 +5,7 @@
 #include "support/host/button.h"
 #include "support/host/phone.h"
 #include "tests/settings_system/systemPageTest.h"
+#include <QCheckBox>
 #include <QDialog>
 
 namespace {
@@ -214,7 +215,29 @@ TEST_F(AccountList, OtherMessagesAreNotTaken)
     EXPECT_EQ(dynamic_cast<dlgAccount_Setting_Btn*>(page)->TryThreadMessage(msg), 0);
 }
 
-TEST_F(AccountList, WhileAnotherWindowIsOnTopNoRefreshArrives)
+TEST_F(AccountList, ALineThatIsDisabledOnItsPageLosesItsMark)
+{
+    writeFile(accountFile(0), "[account]\nEnable=1\nDisplayName=Anna\nAuthName=11\nUserName=11\n"
+                              "SIPServerHost=b.de\nSIPServerPort=5060\n");
+    phoneService::instance().backend();
+    const auto state = [] {
+        tagAccountInfo info;
+        phone_GetAccountInfoById(0, &info);
+        return info.eState;
+    };
+    ASSERT_TRUE(kit::waitUntil([&] { return state() == LINE_DEFAULT_ACCOUNT; }));
+    openList();
+    EXPECT_EQ(icon(1), FG02);
+    kit::tap(button(1));
+    QWidget* account = kit::windows().value(0);
+    kit::tap(account->findChild<QCheckBox*>("chkEnableLine"));
+    kit::tap(account->findChild<qSoftKeyBar*>()->GetButton(0));
+    ASSERT_TRUE(kit::waitUntil([&] { return state() == LINE_DISABLED; }));
+    kit::settle();
+    EXPECT_EQ(icon(1), FG03);
+}
+
+TEST_F(AccountList, WhileAnotherWindowIsOnTopNoRefreshArrivesAndWhatWasMissedComesWithTheReturn)
 {
     openList();
     refresh(0, LINE_REGISTERED, "11", "b.de");
@@ -223,8 +246,9 @@ TEST_F(AccountList, WhileAnotherWindowIsOnTopNoRefreshArrives)
     refresh(0, LINE_UNREGISTERED, "22", "b.de");
     EXPECT_EQ(text(1), " 11@b.de");
     kit::tap(account->findChild<qSoftKeyBar*>()->GetButton(3));
-    EXPECT_EQ(text(1), " 11@b.de");
-    EXPECT_EQ(icon(1), FG02);
+    kit::settle();
+    EXPECT_EQ(text(1), " 22@b.de");
+    EXPECT_EQ(icon(1), FG03);
     refresh(0, LINE_UNREGISTERED, "33", "b.de");
     EXPECT_EQ(text(1), " 33@b.de");
     EXPECT_EQ(icon(1), FG03);

@@ -9,10 +9,11 @@ namespace {
 
 using SipExtensions = SipEventsOf;
 
-QByteArray ringing(const QByteArray& id = "a")
+QByteArray ringing(const QByteArray& id = "a", const QByteArray& caller = "sip:8003@127.0.0.1")
 {
     return dialog(id, "early", "recipient", "call-id=\"c1@h\" local-tag=\"ben\" remote-tag=\"anna\"",
-                  "<remote><target uri=\"sip:anna@127.0.0.1:5999\"/></remote>");
+                  "<remote><identity display=\"Cleo &amp; Co\">" + caller +
+                      "</identity><target uri=\"sip:anna@127.0.0.1:5999\"/></remote>");
 }
 
 } // namespace
@@ -226,6 +227,10 @@ TEST_F(SipExtensions, ACallThatRingsThereIsTakenByTheNamesOfItsDialogue)
     note(subscribe, dialogs(0, "full", ringing()));
     expectLamp(1, SIP_LAMP_RINGING);
     pickUp(5, "8001");
+    const auto* caller = next<tagSipPeer>(SIP_PEER, 5);
+    ASSERT_TRUE(caller);
+    EXPECT_STREQ(caller->szAddress, "sip:8003@127.0.0.1");
+    EXPECT_STREQ(caller->szName, "Cleo & Co");
     const QByteArray invite = peer->receive("INVITE");
     EXPECT_TRUE(invite.startsWith("INVITE sip:anna@127.0.0.1:5999 SIP/2.0")) << invite.constData();
     EXPECT_EQ(headerOf(invite, "Replaces").toStdString(), "c1@h;to-tag=anna;from-tag=ben;early-only");
@@ -244,6 +249,18 @@ TEST_F(SipExtensions, ACallThatRingsThereIsTakenByTheNamesOfItsDialogue)
     ASSERT_TRUE(ended);
     EXPECT_STREQ(ended->szReason, "Nothing rings there any more");
     EXPECT_EQ(peer->receive("INVITE", 300).toStdString(), "");
+}
+
+TEST_F(SipExtensions, WhoKeepsHisNumberBackIsNotTold)
+{
+    beginWithoutMessages();
+    note(watched(1, "8001"), dialogs(0, "full", ringing("a", "sip:anonymous@anonymous.invalid")));
+    expectLamp(1, SIP_LAMP_RINGING);
+    pickUp(5, "8001");
+    peer->reply(peer->receive("INVITE"), "480 Gone");
+    const tagSipHead* first = agent.next([](const tagSipHead& head) { return head.nId == 5; });
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->eKind, uint32_t(SIP_ENDED));
 }
 
 TEST_F(SipExtensions, WhereTheServerDoesNotNameTheCallTheCodeTakesIt)

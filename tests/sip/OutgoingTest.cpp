@@ -100,6 +100,56 @@ TEST_F(SipCalls, TheOnlyServerThatFailsACallIsAskedWhetherTheLineIsStillThere)
     EXPECT_NE(peer->receive("REGISTER").toStdString(), "") << "it is out of service";
 }
 
+TEST_F(SipCalls, ACallThatNoServerSaysAnythingToIsToldApartFromOneThatIsRefused)
+{
+    begin();
+    dial(1, "300");
+    peer->reply(peer->receive("INVITE"), "408 Request Timeout");
+    expectEnd(1, SIP_REFUSED, 408);
+    const uint32_t port = peer->port();
+    peer.reset();
+    dial(2, "300");
+    expectEnd(2, SIP_BROKEN, 408);
+    EXPECT_FALSE(UdpPeer::isListening(port));
+}
+
+TEST_F(SipCalls, WhoHasSentACallOnIsToldWhereItGoes)
+{
+    begin();
+    auto record = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    record.nForwards = 2;
+    sipWire::setText(record.szForwardedBy[0], "300");
+    sipWire::setText(record.szForwardedBy[1], "sip:301:secret@pbx.example.com;user=phone?Subject=x");
+    sipWire::setText(record.szTarget, "sip:302@127.0.0.1;transport=udp");
+    sipWire::setText(record.szSdp, "v=0\r\ns=offer\r\n");
+    agent.tell(record);
+    const QByteArray invite = peer->receive("INVITE sip:302@127.0.0.1");
+    const QByteArray first = "<sip:300@127.0.0.1:" + QByteArray::number(peer->port());
+    EXPECT_EQ(headerOf(invite, "Diversion").toStdString(),
+              "<sip:301@pbx.example.com>, " + first.toStdString() + ">");
+    EXPECT_EQ(headerOf(invite, "History-Info").toStdString(),
+              first.toStdString() + "?Reason=SIP%3Bcause%3D302>;index=1, "
+                                    "<sip:301@pbx.example.com?Reason=SIP%3Bcause%3D302>;index=1.1, "
+                                    "<sip:302@127.0.0.1>;index=1.1.1");
+    peer->reply(invite, "486 Busy Here");
+    expectEnd(1, SIP_REFUSED, 486);
+
+    // As the phone of this line reads it when it is the target.
+    peer->send(inviteText("sent-on", "Diversion: " + headerOf(invite, "Diversion") +
+                                         "\r\nHistory-Info: " + headerOf(invite, "History-Info")),
+               agent.port());
+    const auto* arrived = nextArrived();
+    ASSERT_TRUE(arrived);
+    ASSERT_EQ(arrived->nForwards, 2u);
+    EXPECT_STREQ(arrived->szForwardedBy[0], "300");
+    EXPECT_STREQ(arrived->szForwardedBy[1], "301");
+
+    dial(2, "303");
+    const QByteArray plain = peer->receive("INVITE sip:303@");
+    EXPECT_EQ(headerOf(plain, "Diversion").toStdString(), "");
+    EXPECT_EQ(headerOf(plain, "History-Info").toStdString(), "");
+}
+
 TEST_F(SipCalls, WithoutARegisteredLineThereIsNoCall)
 {
     begin();
@@ -165,12 +215,14 @@ TEST_F(SipCalls, ATransferIsAskedForAndItsOutcomeTold)
     const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->nStatus, 486u);
+    EXPECT_EQ(outcome->bTaken, 1u) << "it is the other one's";
 
     tellTarget(SIP_TRANSFER, id, "302");
     peer->reply(peer->receive("REFER"), "603 Declined");
     outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->nStatus, 603u);
+    EXPECT_EQ(outcome->bTaken, 0u) << "nobody was called";
 }
 
 TEST_F(SipCalls, ATransferOfWhichNobodyTellsMoreIsGivenUp)
@@ -186,6 +238,7 @@ TEST_F(SipCalls, ATransferOfWhichNobodyTellsMoreIsGivenUp)
     const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->nStatus, 408u);
+    EXPECT_EQ(outcome->bTaken, 1u);
 }
 
 TEST_F(SipCalls, ATonePressedGoesAsInfo)

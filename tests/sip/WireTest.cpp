@@ -112,6 +112,29 @@ TEST(SipWire, NumbersKeepTheirRanges)
     dial.head.nId = SIP_CALL_FIRST;
     EXPECT_EQ(taken(dial), TAKEN::RECORD);
 
+    dial.nForwards = SIP_FORWARDS_MAX;
+    memset(dial.szForwardedBy[SIP_FORWARDS_MAX - 1], 'a', SIP_TARGET_SIZE);
+    EXPECT_EQ(taken(dial), TAKEN::BAD);
+    dial.szForwardedBy[SIP_FORWARDS_MAX - 1][SIP_TARGET_SIZE - 1] = 0;
+    EXPECT_EQ(taken(dial), TAKEN::RECORD);
+    dial.nForwards = SIP_FORWARDS_MAX + 1;
+    EXPECT_EQ(taken(dial), TAKEN::BAD);
+
+    auto peer = sipWire::make<tagSipPeer>(SIP_PEER, SIP_CALL_FIRST);
+    EXPECT_EQ(taken(peer), TAKEN::BAD);
+    sipWire::setText(peer.szAddress, "sip:200@pbx");
+    EXPECT_EQ(taken(peer), TAKEN::RECORD);
+
+    for (const SIP_RECORD kind : {SIP_REFUSE, SIP_HANG_UP, SIP_TRANSFERRED}) {
+        auto status = sipWire::make<tagSipStatus>(kind, SIP_CALL_FIRST);
+        status.nStatus = kind == SIP_HANG_UP ? 0 : 486;
+        EXPECT_EQ(taken(status), TAKEN::RECORD) << kind;
+        status.bTaken = 1;
+        EXPECT_EQ(taken(status), kind == SIP_TRANSFERRED ? TAKEN::RECORD : TAKEN::BAD) << kind;
+        status.bTaken = 2;
+        EXPECT_EQ(taken(status), TAKEN::BAD) << kind;
+    }
+
     auto connect = sipWire::make<tagSipConnect>(SIP_CONNECT, SIP_CALL_FIRST);
     EXPECT_EQ(taken(connect), TAKEN::BAD);
     connect.nOther = SIP_CALL_FIRST; // itself

@@ -201,10 +201,23 @@ bool callRules::answer(int id)
 
 bool callRules::answerWith(int id, const tagCallOptions& options)
 {
-    if (!rings(id))
+    const tagCall call = find(id);
+    if (!isRingingIn(call))
         return false;
     holdOthers(id);
-    return m_backend.answer(id, options);
+    if (!m_backend.answer(id, options))
+        return false;
+    endOwnCallTo(call);
+    return true;
+}
+
+// Two who call each other at once need one call.
+void callRules::endOwnCallTo(const tagCall& caller)
+{
+    for (const tagCall& other : m_backend.calls()) {
+        if (other.eState == CALL_RINGING && callIsMutual(other, caller))
+            m_backend.hangUp(other.nId);
+    }
 }
 
 bool callRules::decline(int id)

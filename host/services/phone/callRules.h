@@ -86,6 +86,7 @@ private:
     void startRinging(const tagCall& call);
     void after(int seconds, int id, void (callRules::*then)(int id));
     bool answerWith(int id, const tagCallOptions& options);
+    void endOwnCallTo(const tagCall& caller);
     bool isQuietBut(int id) const;
     void answerByItself(int id);
     void answerAsAsked(int id);

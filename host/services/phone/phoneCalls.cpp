@@ -22,8 +22,13 @@ void phoneCalls::fail(const QString& number, int account, const char* reason)
 
 void phoneCalls::tellEnd(tagCall call, CALL_END why, const char* reason)
 {
+    // Who is called by the one he calls has missed nothing.
+    const QList<tagCall> left = calls();
+    const bool isMutual =
+        why == CALL_MISSED && std::any_of(left.begin(), left.end(),
+                                          [&](const tagCall& other) { return callIsMutual(call, other); });
     call.eState = CALL_ENDED;
-    call.eEnd = why;
+    call.eEnd = isMutual ? CALL_HUNG_UP : why;
     call.strReason = reason;
     m_ended.prepend(call);
     if (m_ended.size() > ENDED_MAX)

@@ -3,6 +3,9 @@
 #include "host/services/phone/callHistory.h"
 #include "host/services/phone/lampBook.h"
 #include "host/services/phone/phoneSimulation.h"
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 phoneService& phoneService::instance()
 {
@@ -61,29 +64,59 @@ void phoneService::callChanged(const tagCall& call)
 
 void phoneService::addAccountNotify(const chMsgProcesser* processer, int account)
 {
-    const tagNotify notify{processerBook::find(processer), account};
-    QMutexLocker lock(&m_mutex);
-    m_notifies.removeIf([](const tagNotify& old) { return !processerBook::isThere(old.processer); });
-    for (const tagNotify& old : m_notifies) {
-        if (old.processer == notify.processer && old.nAccount == account)
+    const tagProcesserRef coming = processerBook::find(processer);
+    QList<int> missed;
+    {
+        QMutexLocker lock(&m_mutex);
+        m_notifies.removeIf([](const tagNotify& old) { return !processerBook::isThere(old.processer); });
+        const auto known = std::find_if(m_notifies.begin(), m_notifies.end(), [&](const tagNotify& old) {
+            return old.processer == coming && old.nAccount == account;
+        });
+        if (known == m_notifies.end()) {
+            tagNotify notify{coming, account};
+            std::copy(std::begin(m_changes), std::end(m_changes), notify.told);
+            if (coming.queue)
+                m_notifies.append(notify);
             return;
+        }
+        if (std::exchange(known->bWants, true))
+            return;
+        for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index) {
+            if (wants(*known, index) && known->told[index] != m_changes[index])
+                missed.append(index);
+        }
     }
-    if (notify.processer.queue)
-        m_notifies.append(notify);
+    for (const int index : std::as_const(missed))
+        tellOfAccount(coming, index);
 }
 
 void phoneService::removeAccountNotify(const chMsgProcesser* processer, int account)
 {
     const tagProcesserRef leaving = processerBook::find(processer);
     QMutexLocker lock(&m_mutex);
-    m_notifies.removeIf([&](const tagNotify& notify) {
-        return notify.processer == leaving && (account == -1 || notify.nAccount == account);
-    });
+    for (tagNotify& notify : m_notifies) {
+        if (notify.processer == leaving && (account == -1 || notify.nAccount == account))
+            notify.bWants = false;
+    }
 }
 
-bool phoneService::wantsAccount(const tagProcesserRef& processer, int index) const
+bool phoneService::wants(const tagNotify& notify, int index)
 {
-    return processersFor(index).contains(processer);
+    return notify.bWants && (notify.nAccount == -1 || notify.nAccount == index);
+}
+
+// Whether it still is to be told of the account; that change counts as told.
+bool phoneService::hears(const tagProcesserRef& processer, int index, int change)
+{
+    QMutexLocker lock(&m_mutex);
+    bool isWanted = false;
+    for (tagNotify& notify : m_notifies) {
+        if (!(notify.processer == processer) || !wants(notify, index))
+            continue;
+        notify.told[index] = change;
+        isWanted = true;
+    }
+    return isWanted;
 }
 
 // Each of them once.
@@ -92,8 +125,7 @@ QList<tagProcesserRef> phoneService::processersFor(int index) const
     QMutexLocker lock(&m_mutex);
     QList<tagProcesserRef> found;
     for (const tagNotify& notify : m_notifies) {
-        const bool wanted = notify.nAccount == -1 || notify.nAccount == index;
-        if (wanted && !found.contains(notify.processer))
+        if (wants(notify, index) && !found.contains(notify.processer))
             found.append(notify.processer);
     }
     return found;
@@ -101,18 +133,30 @@ QList<tagProcesserRef> phoneService::processersFor(int index) const
 
 void phoneService::accountChanged(int index)
 {
-    const msgObject msg(PHONE_PUBLIC_MSG_ACCOUNT_REFRESH, static_cast<unsigned int>(index),
-                        backend().account(index).eState);
-    for (const tagProcesserRef& processer : processersFor(index)) {
-        tagDelivery delivery;
-        delivery.nTarget = processer.nNumber;
-        // One that has left since the change is not told any more.
-        delivery.call = [this, processer, index, msg] {
-            chMsgProcesser* receiver = processer.queue->findProcesser(processer.nNumber);
-            msgObject copy = msg;
-            if (receiver && wantsAccount(processer, index))
-                receiver->TryThreadMessage(copy);
-        };
-        processer.queue->post(std::move(delivery));
+    const unsigned int state = backend().account(index).eState;
+    {
+        QMutexLocker lock(&m_mutex);
+        ++m_changes[index];
+        m_states[index] = state;
     }
+    for (const tagProcesserRef& processer : processersFor(index))
+        tellOfAccount(processer, index);
+}
+
+void phoneService::tellOfAccount(const tagProcesserRef& processer, int index)
+{
+    QMutexLocker lock(&m_mutex);
+    const msgObject msg(PHONE_PUBLIC_MSG_ACCOUNT_REFRESH, static_cast<unsigned int>(index), m_states[index]);
+    const int change = m_changes[index];
+    lock.unlock();
+    tagDelivery delivery;
+    delivery.nTarget = processer.nNumber;
+    // One that has left since the change is not told any more.
+    delivery.call = [this, processer, index, change, msg] {
+        chMsgProcesser* receiver = processer.queue->findProcesser(processer.nNumber);
+        msgObject copy = msg;
+        if (receiver && hears(processer, index, change))
+            receiver->TryThreadMessage(copy);
+    };
+    processer.queue->post(std::move(delivery));
 }

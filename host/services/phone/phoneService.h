@@ -31,7 +31,7 @@ public:
     void removeCallListener(int listener);
 
     // As phone_RegAccountNotify and phone_UnRegAccountNotify; account -1 takes away all of the
-    // processer's.
+    // processer's. Who comes back is told what has changed meanwhile.
     void addAccountNotify(const chMsgProcesser* processer, int account);
     void removeAccountNotify(const chMsgProcesser* processer, int account);
 
@@ -43,17 +43,23 @@ private:
     {
         tagProcesserRef processer;
         int nAccount;
+        int told[PHONE_ACCOUNT_COUNT] = {}; // the last change of each account that it has heard of
+        bool bWants = true;                 // false: it has gone, and may come back
     };
 
     phoneService() = default;
-    bool wantsAccount(const tagProcesserRef& processer, int index) const;
     QList<tagProcesserRef> processersFor(int index) const;
+    void tellOfAccount(const tagProcesserRef& processer, int index);
+    static bool wants(const tagNotify& notify, int index);
+    bool hears(const tagProcesserRef& processer, int index, int change);
 
     // In this order: the rules hear from the backend until it is gone.
     std::unique_ptr<callRules> m_pRules;
     std::unique_ptr<phoneBackend> m_pBackend;
     QMap<int, CallListener> m_listeners;
     int m_nLastListener = 0;
-    mutable QMutex m_mutex; // of m_notifies: they are looked at again on the processer's thread
+    mutable QMutex m_mutex; // of what follows: it is looked at again on the processer's thread
     QList<tagNotify> m_notifies;
+    int m_changes[PHONE_ACCOUNT_COUNT] = {};
+    unsigned int m_states[PHONE_ACCOUNT_COUNT] = {}; // with the last of them
 };

@@ -1,5 +1,7 @@
 #include "host/services/phone/sipAccounts.h"
+#include "host/services/phone/sipReasons.h"
 #include "sip/sipWire.h"
+#include "support/host/api.h"
 #include "support/host/trace.h"
 #include <algorithm>
 #include <iterator>
@@ -98,6 +100,7 @@ void sipAccounts::agentIsGone()
     for (int index = 0; index < PHONE_ACCOUNT_COUNT; ++index) {
         m_lines[index].eState = restingState(index);
         m_lines[index].nNewMessages = m_lines[index].nOldMessages = 0;
+        m_lines[index].szWhyNot = nullptr;
     }
     m_teller.tell();
 }
@@ -112,6 +115,7 @@ void sipAccounts::take(const tagSipLine& line)
         return;
     switch (line.eState) {
     case SIP_LINE_REGISTERED:
+        own.szWhyNot = nullptr;
         own.eState = LINE_REGISTERED;
         break;
     case SIP_LINE_REGISTERING:
@@ -121,6 +125,7 @@ void sipAccounts::take(const tagSipLine& line)
         own.eState = LINE_UNREGISTERED;
         break;
     default:
+        own.szWhyNot = sipReasonOfLine(line);
         own.eState = LINE_REGISTER_FAILED;
         break;
     }
@@ -162,6 +167,16 @@ tagAccountInfo sipAccounts::info(int index) const
 int sipAccounts::defaultAccount() const
 {
     return accountDefaultOf([this](int index) { return stateOf(index); });
+}
+
+const char* sipAccounts::whyNot(int index) const
+{
+    const auto* line = std::find_if(std::begin(m_lines), std::end(m_lines),
+                                    [](const tagLine& each) { return each.file.isComplete(); });
+    if (index >= 0)
+        line = m_lines + index;
+    const bool isKnown = line != std::end(m_lines) && line->szWhyNot;
+    return isKnown ? line->szWhyNot : HX_TR("The line is not registered");
 }
 
 bool sipAccounts::isRegistered(int index) const

@@ -27,12 +27,15 @@ public:
     // -1 when none is registered.
     int defaultAccount() const;
     bool isRegistered(int index) const;
+    // Why no call goes out there, for a person, in English; -1: where none is registered.
+    const char* whyNot(int index) const;
 
 private:
     struct tagLine
     {
         tagAccountFile file;
         LINE_STATE eState = LINE_DISABLED;
+        const char* szWhyNot = nullptr; // what the last try came to; null: nobody knows
         int nNewMessages = 0;
         int nOldMessages = 0;
     };

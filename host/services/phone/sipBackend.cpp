@@ -168,7 +168,7 @@ int sipBackend::dial(const QString& number, int account, const tagCallOptions& o
         return 0;
     if (m_pAccounts->isRegistered(account))
         return m_pCalls->begin(number, account, options);
-    m_pCalls->fail(number, account, HX_TR("The line is not registered"));
+    m_pCalls->fail(number, account, m_pAccounts->whyNot(account));
     return 0;
 }
 

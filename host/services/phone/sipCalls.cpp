@@ -15,6 +15,7 @@ constexpr uint32_t kRinging = 180;
 constexpr uint32_t kSessionProgress = 183;
 constexpr uint32_t kNoCommonMedia = 488;
 constexpr uint32_t kOwnFault = 500;
+constexpr uint32_t kNothingHeard = 408; // of a call that broke
 constexpr const char* kNoSound = HX_TR("Sound is not available at present");
 const QChar kSecretTone(0x2022);
 
@@ -32,10 +33,12 @@ QString pictureOf(const char* address, const QString& server)
     return isOwn ? url.toString(QUrl::FullyEncoded) : QString();
 }
 
-const char* reasonOfBreak(const tagCall& call)
+const char* reasonOfBreak(const tagCall& call, uint32_t status = 0)
 {
-    return call.eState == CALL_TALKING ? HX_TR("The connection was lost")
-                                       : HX_TR("The call could not be made");
+    if (call.eState == CALL_TALKING)
+        return HX_TR("The connection was lost");
+    return status == kNothingHeard ? HX_TR("The server does not answer")
+                                   : HX_TR("The call could not be made");
 }
 
 } // namespace
@@ -196,26 +199,13 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
     live.bOffered = true;
     live.bEarly = live.call.bRingsThere = false;
     limitRinging(live);
-    const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous,
-                                      std::exchange(live.nReferrer, 0), target, live.offer};
+    const sipOrders::tagDial order = {
+        live.call.nAccount, live.call.bAnonymous, std::exchange(live.nReferrer, 0), target,
+        live.offer,         live.forwardedBy};
     if (std::exchange(live.bPicksUp, false))
         m_orders.pickUp(live.nWire, order);
     else
         m_orders.dial(live.nWire, order);
-}
-
-// The same call, elsewhere.
-bool sipCalls::redirect(tagLive& live, const QByteArray& target)
-{
-    const bool isAddress = target.startsWith("sip:") || target.startsWith("sips:");
-    const bool waits = !live.call.bIncoming && live.call.eState == CALL_RINGING;
-    if (!isAddress || !waits || live.nRedirections >= REDIRECTIONS_MAX)
-        return false;
-    ++live.nRedirections;
-    live.call.strTarget = textOf(target.constData());
-    dial(live, target);
-    tell(live);
-    return true;
 }
 
 bool sipCalls::ring(int id)
@@ -392,6 +382,9 @@ void sipCalls::take(const sipWire::Reader& record)
         break;
     case SIP_REFERRED:
         referred(record.as<tagSipReferred>());
+        break;
+    case SIP_PEER:
+        peerTold(record.as<tagSipPeer>());
         break;
     case SIP_STUN:
         m_stun[record.head().nId] = {QByteArray(record.as<tagSipStun>().szAddress),
@@ -658,7 +651,7 @@ void sipCalls::ended(const tagSipEnded& ended)
     const int id = live->call.nId;
     const bool ringsIn = findRingingIn(id) != nullptr;
     const bool wentOn = live->bTransferring;
-    const char* const lost = reasonOfBreak(live->call);
+    const char* const lost = reasonOfBreak(live->call, ended.eEnding == SIP_BROKEN ? ended.nStatus : 0);
     nuxTrace(TRACE_NOTE, "a call on line %d has ended: %u %u %s", live->call.nAccount + 1, ended.eEnding,
              ended.nStatus, ended.szReason);
     switch (ended.eEnding) {

@@ -86,10 +86,11 @@ private:
         bool bRings = false;
         bool bPicksUp = false; // when it begins
         bool bTransferring = false;
-        int nConnecting = 0;    // the call whose other side this one's is to talk with
-        uint32_t nReferrer = 0; // the agent's id of the call that asked for this one
-        QByteArray target;      // where that wants it; empty: the number of the call
-        int nRedirections = 0;
+        int nConnecting = 0;                  // the call whose other side this one's is to talk with
+        uint32_t nReferrer = 0;               // the agent's id of the call that asked for this one
+        QByteArray target;                    // where it goes; empty: the number of the call
+        QList<QByteArray> forwardedBy;        // where it has been
+        bool bRefused = false;                // its other side, which was asked to call that of nConnecting
         QByteArray offer;                     // of a call that goes out
         QByteArray preview;                   // the answer of one that rings, as the other side knows it
         std::optional<QByteArray> otherOffer; // that is not answered yet; an empty one asks for one
@@ -128,6 +129,7 @@ private:
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
     void takeOver(tagLive live, uint32_t replaced);
+    void peerTold(const tagSipPeer& peer);
     void referred(const tagSipReferred& referred);
     void stopTransfer(int id);
     void limitRinging(const tagLive& live);

@@ -1,4 +1,4 @@
-// Calls that are put through, by either side.
+// Calls that are put through, by either side, and those that get to somebody else than was dialled.
 #include "host/services/phone/callNumber.h"
 #include "host/services/phone/sipCalls.h"
 #include "host/services/phone/sipReasons.h"
@@ -25,6 +25,7 @@ bool sipCalls::connect(int id, int other)
         return false;
     m_orders.connect(one->nWire, two->nWire);
     one->bTransferring = two->bTransferring = true;
+    one->bRefused = two->bRefused = false;
     one->nConnecting = other;
     two->nConnecting = id;
     one->call.strTarget = two->call.strNumber;
@@ -35,10 +36,11 @@ bool sipCalls::connect(int id, int other)
 
 void sipCalls::transferred(const tagSipStatus& status)
 {
-    const tagLive* live = findWire(status.head.nId);
+    tagLive* live = findWire(status.head.nId);
     if (!live || !live->bTransferring)
         return;
     const int id = live->call.nId, other = live->nConnecting;
+    const tagLive* second = find(other);
     if (status.nStatus < 300) {
         for (const int each : {id, other}) {
             if (const tagLive* over = find(each)) {
@@ -48,10 +50,18 @@ void sipCalls::transferred(const tagSipStatus& status)
         }
         return;
     }
+    live->bRefused = true;
+    // It is enough that one of them calls the other.
+    if (second && !second->bRefused) {
+        m_orders.connect(second->nWire, live->nWire);
+        return;
+    }
+    tagCall refused = live->shown(); // it is told once
+    refused.strReason = sipReasonOfTransfer(status.nStatus, status.bTaken != 0);
+    if (!status.bTaken)
+        refused.strTarget.clear();
     stopTransfer(id);
     stopTransfer(other);
-    tagCall refused = find(id)->shown(); // it is told once
-    refused.strReason = HX_TR("The other side refuses the transfer");
     tell(refused);
     if (const tagLive* left = find(other))
         tell(*left);
@@ -65,6 +75,37 @@ void sipCalls::stopTransfer(int id)
     live->bTransferring = false;
     live->nConnecting = 0;
     live->call.strTarget.clear();
+}
+
+// The same call, elsewhere.
+bool sipCalls::redirect(tagLive& live, const QByteArray& target)
+{
+    const bool isAddress = target.startsWith("sip:") || target.startsWith("sips:");
+    const bool waits = !live.call.bIncoming && live.call.eState == CALL_RINGING;
+    if (!isAddress || !waits || live.forwardedBy.size() >= REDIRECTIONS_MAX)
+        return false;
+    const tagAccountFile& account = m_accountOf(live.call.nAccount);
+    const QString by = live.call.strReached.isEmpty() ? live.call.strNumber : live.call.strReached;
+    live.forwardedBy.append(live.target.isEmpty() ? live.call.strNumber.toUtf8() : live.target);
+    live.call.forwardedBy.append(by);
+    live.call.strReached = callNumberAt(QString::fromUtf8(target), account.strServer, account.nPort);
+    live.call.strTarget = callTextOf(QString::fromUtf8(target));
+    live.target = target;
+    dial(live, target);
+    tell(live);
+    return true;
+}
+
+// Who picks up has dialled the extension where it rings, and talks with who has called there.
+void sipCalls::peerTold(const tagSipPeer& peer)
+{
+    tagLive* live = findWire(peer.head.nId);
+    if (!live || live->call.bIncoming)
+        return;
+    const tagAccountFile& account = m_accountOf(live->call.nAccount);
+    live->call.strNumber = callNumberAt(QString::fromUtf8(peer.szAddress), account.strServer, account.nPort);
+    live->call.strName = callTextOf(QString::fromUtf8(peer.szName));
+    tell(live->call);
 }
 
 // The other side of a call that is there goes on as somebody else: nothing rings.

@@ -11,6 +11,10 @@ void sipOrders::dial(uint32_t call, const tagDial& dial)
     record.nLine = uint32_t(dial.nLine);
     record.bAnonymous = dial.bAnonymous;
     record.nReferrer = dial.nReferrer;
+    for (const QByteArray& by : dial.forwardedBy) {
+        if (fits(by) && record.nForwards < SIP_FORWARDS_MAX)
+            sipWire::setText(record.szForwardedBy[record.nForwards++], by.toStdString());
+    }
     sipWire::setText(record.szTarget, dial.target.toStdString());
     sipWire::setText(record.szSdp, dial.offer.toStdString());
     m_link.tell(record);

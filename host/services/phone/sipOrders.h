@@ -20,6 +20,7 @@ public:
         uint32_t nReferrer = 0; // the call whose other side has asked for this one
         QByteArray target;
         QByteArray offer;
+        QList<QByteArray> forwardedBy; // as targets, the last one last
     };
     void dial(uint32_t call, const tagDial& dial);
     // Takes the call that rings at the target.

@@ -1,5 +1,6 @@
 #include "host/services/phone/sipReasons.h"
 #include "support/host/api.h"
+#include <cstring>
 
 const char* sipReasonOf(uint32_t status)
 {
@@ -32,6 +33,25 @@ const char* sipReasonOf(uint32_t status)
     default:
         return HX_TR("The call could not be made");
     }
+}
+
+const char* sipReasonOfTransfer(uint32_t status, bool isTaken)
+{
+    const bool isSilent = status == 408 || status == 480 || status == 503;
+    return isTaken || isSilent ? sipReasonOf(status) : HX_TR("The other side refuses the transfer");
+}
+
+const char* sipReasonOfLine(const tagSipLine& line)
+{
+    static const char* const wrongPassword = HX_TR("The server does not accept name or password");
+    // As the agent has them.
+    static const char* const told[] = {wrongPassword, HX_TR("The server does not answer"),
+                                       HX_TR("The server's name is not known")};
+    for (const char* reason : told) {
+        if (strcmp(reason, line.szReason) == 0)
+            return reason;
+    }
+    return line.nStatus == 403 ? wrongPassword : HX_TR("The line is not registered");
 }
 
 uint32_t sipStatusOf(CALL_END why)

@@ -1,9 +1,21 @@
 #include "host/services/phone/tagCall.h"
+#include "host/services/phone/callNumber.h"
 #include "support/host/net.h"
 
 bool callIsMissed(const tagCall& call)
 {
     return call.eEnd == CALL_MISSED || call.eEnd == CALL_BUSY || call.eEnd == CALL_DISTURBED;
+}
+
+const QString& callReached(const tagCall& call)
+{
+    return call.strReached.isEmpty() ? call.strNumber : call.strReached;
+}
+
+bool callIsMutual(const tagCall& one, const tagCall& other)
+{
+    return one.bIncoming != other.bIncoming && one.nAccount == other.nAccount &&
+           callIsSameNumber(one.strNumber, other.strNumber);
 }
 
 int callNewId()

@@ -59,7 +59,8 @@ struct tagCall
     int nAccount = -1;  // 0 to 3, or PHONE_LINE_PSTN
     bool bIncoming = false;
     bool bAnonymous = false;  // the caller, or the user, keeps the number back
-    QStringList forwardedBy;  // numbers whose phones have sent it on to this one, the last one last
+    QStringList forwardedBy;  // numbers whose phones have sent it on, the last one last
+    QString strReached;       // one that goes out: where they have sent it; empty: it is with strNumber
     bool bRingsThere = false; // one that goes out: the other side's phone says so
     bool bAsksAnswer = false; // the caller asks to be answered without a hand
     bool bVideo = false;      // both sides want it
@@ -82,6 +83,10 @@ struct tagCall
 
 // Nobody here has heard of the caller: he gave up, or was turned away without a ring.
 HX_HOST_API bool callIsMissed(const tagCall& call);
+// Whose phone it is with.
+HX_HOST_API const QString& callReached(const tagCall& call);
+// One goes out to where the other comes from.
+bool callIsMutual(const tagCall& one, const tagCall& other);
 // For whoever tells of a new call. User-interface thread.
 HX_HOST_API int callNewId();
 // One that begins now.
