@@ -78,7 +78,6 @@ private:
     void nextServer();
     void onState(const tagStackEvent& event);
     void onInviteReply(const tagStackEvent& event);
-    bool isFromWire(const tagStackEvent& event) const;
     // Before the call talks.
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
