@@ -58,6 +58,8 @@ bool ManySipCalls::start()
     if (!m_phone.start({"--sip"}) || !m_link.open(m_phone.root() + "/control", kWaitMs) ||
         !m_exchange.waitForPhones(1, kWaitMs))
         return false;
+    // Calls that follow each other so quickly take each press at once.
+    ask({"config", "/rundata/config/system.ini", "CALL", "nPressGuard", "0"});
     m_called.start("sipCalled.xml", m_nCalled, m_exchange.port(), 0, peerWords());
     return true;
 }

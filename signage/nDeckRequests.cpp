@@ -28,6 +28,7 @@ void nDeckRequests::Begin(const _ServerCfg& server, const chString& name, const 
     action.nSizeLimit = limit;
     action.bFlush = 0; // the list's save flushes many at a time
     action.bCheckSum = 1;
+    action.bUnfinished = 1;
     action.bGivesWay = 1;
     action.SetCallback(callback);
     m_requests[name.GetText()] = {action.nTurn, md5.GetText()};

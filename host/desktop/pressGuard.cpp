@@ -1,9 +1,21 @@
 #include "host/desktop/pressGuard.h"
+#include "support/host/registry.h"
+
+namespace {
+
+const char* const kSettings = "/rundata/config/system.ini";
+
+int settleMs()
+{
+    return qBound<int>(0, nuxGetRegistryInt(kSettings, "CALL", "nPressGuard", pressGuard::SETTLE_MS),
+                       pressGuard::MOST_MS);
+}
+
+} // namespace
 
 pressGuard::pressGuard()
 {
     m_settle.setSingleShot(true);
-    m_settle.setInterval(SETTLE_MS);
     m_most.setSingleShot(true);
     m_most.setInterval(MOST_MS);
 }
@@ -11,8 +23,12 @@ pressGuard::pressGuard()
 void pressGuard::changed(KIND kind)
 {
     m_eKind = kind;
-    m_settle.start();
+    m_settle.setInterval(settleMs());
     m_most.start();
+    if (m_settle.interval() > 0)
+        m_settle.start();
+    else
+        m_settle.stop();
 }
 
 bool pressGuard::takes(bool isEnd)

@@ -1,6 +1,8 @@
 #pragma once
 // Keeps a press that was meant for what stood on the screen a moment ago from doing what stands there now:
-// who presses Decline as the caller gives up does not end another call. User-interface thread.
+// who presses Decline as the caller gives up does not end another call. How long that takes says
+// "nPressGuard" in section "CALL" of the system's settings: milliseconds, 0 to MOST_MS; SETTLE_MS where it
+// says nothing. User-interface thread.
 #include <QTimer>
 
 class pressGuard

@@ -69,11 +69,35 @@ int chAtomicFile::Open(const char* path, mode_t mode)
 {
     Abandon();
     m_nMode = mode;
-    m_strTarget = devicePathFollow(path).GetText();
+    SetTarget(devicePathFollow(path).GetText());
+    return LookAtTarget() && (m_ePlace == PLACE_OURS ? OpenTemporary() : OpenUnguessable());
+}
+
+int chAtomicFile::OpenUnfinished(const char* path)
+{
+    Abandon();
+    SetTarget(devicePathFollowFolder(path).GetText());
+    return m_ePlace == PLACE_OURS ? OpenInPlace() : Open(path);
+}
+
+void chAtomicFile::SetTarget(const char* machinePath)
+{
+    m_strTarget = machinePath;
     const size_t slash = m_strTarget.rfind('/');
     m_strFolder = slash == std::string::npos ? "." : slash == 0 ? "/" : m_strTarget.substr(0, slash);
     m_ePlace = filePlaceOf(m_strTarget.c_str());
-    return LookAtTarget() && (m_ePlace == PLACE_OURS ? OpenTemporary() : OpenUnguessable());
+}
+
+// A file of its own also where one is there: what still writes to that one does not write to this.
+bool chAtomicFile::OpenInPlace()
+{
+    m_nMode = 0;
+    m_bReplaces = false;
+    m_strTemporary = m_strTarget;
+    m_nFd = MakeTemporary();
+    if (m_nFd < 0 && errno == EEXIST && sys().unlink(m_strTarget.c_str()) == 0)
+        m_nFd = MakeTemporary();
+    return m_nFd >= 0;
 }
 
 bool chAtomicFile::LookAtTarget()
@@ -249,11 +273,11 @@ int chAtomicFile::OpenFolder() const
 bool chAtomicFile::Publish(bool flush) const
 {
     if (!flush)
-        return sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;
+        return PutInPlace();
     const int folder = OpenFolder();
     if (folder < 0)
         return false;
-    const bool renamed = sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;
+    const bool renamed = PutInPlace();
     // The new file is in force now and whole; the disk can only be late with its name.
     if (renamed && sys().fsync(folder) != 0)
         fileReport(("the folder of " + m_strTarget + " could not be flushed").c_str());
@@ -261,11 +285,27 @@ bool chAtomicFile::Publish(bool flush) const
     return renamed;
 }
 
+bool chAtomicFile::PutInPlace() const
+{
+    return m_strTemporary == m_strTarget || sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;
+}
+
+// One that grows in its place may have given way to another's.
+void chAtomicFile::RemoveTemporary() const
+{
+    struct stat mine, named;
+    const bool isMine = m_strTemporary != m_strTarget ||
+                        (sys().fstat(m_nFd, &mine) == 0 && sys().lstat(m_strTarget.c_str(), &named) == 0 &&
+                         mine.st_ino == named.st_ino && mine.st_dev == named.st_dev);
+    if (isMine)
+        sys().unlink(m_strTemporary.c_str());
+}
+
 void chAtomicFile::Abandon()
 {
     if (m_nFd < 0)
         return;
-    sys().unlink(m_strTemporary.c_str());
+    RemoveTemporary();
     sys().close(m_nFd);
     m_nFd = -1;
 }

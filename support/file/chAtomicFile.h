@@ -18,6 +18,10 @@ public:
     // read-only, no plain file, no folder to make one in.
     // mode: the file's from its first byte on; 0 keeps the old file's.
     int Open(const char* path, mode_t mode = 0);
+    // Of a file whose name says that it is still on its way, and that one thread of one process writes: it
+    // grows under that name, in place of what is there, and is gone when it is given up. That spares a
+    // temporary file and its rename. A link is not followed. 0 as above.
+    int OpenUnfinished(const char* path);
     // 0 when the bytes cannot all be stored.
     int Write(const char* data, size_t size);
     // What was written is on the disk, which takes a while; the file is not yet in its place.
@@ -38,6 +42,7 @@ private:
     bool LookAtSharedTarget();
     bool OpenTemporary();
     bool OpenUnguessable();
+    bool OpenInPlace();
     int CreateTemporary() const;
     int MakeTemporary() const;
     static bool RemoveStale(const char* path);
@@ -45,6 +50,10 @@ private:
     bool FlushData() const;
     int OpenFolder() const;
     bool Publish(bool flush) const;
+    bool PutInPlace() const;
+
+    void SetTarget(const char* machinePath);
+    void RemoveTemporary() const;
 
     std::string m_strTarget; // machine paths
     std::string m_strFolder;

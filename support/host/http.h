@@ -31,6 +31,9 @@ public:
     int bFlush = 1;
     // Set before posting. 1: strCheckSum is wanted.
     int bCheckSum = 0;
+    // Set before posting. 1: the name of the file says that it is on its way: the file may grow under it, and
+    // no other action fetches into it meanwhile. It is gone when the transfer fails.
+    int bUnfinished = 0;
     // Set before posting. 1: one of many files; it goes behind everything that has no such mark, and over
     // other connections.
     int bGivesWay = 0;

@@ -71,6 +71,21 @@ TEST_F(CallPresses, ASecondDeclineEndsNoOtherCall)
     EXPECT_TRUE(calls().isEmpty());
 }
 
+TEST_F(CallPresses, ThePhonesMakerSaysHowLongTheyAreInVain)
+{
+    for (const char* ms : {"0", "100", "-5"}) {
+        nuxSetRegistryString("/rundata/config/system.ini", "CALL", "nPressGuard", ms);
+        talkTo("4711", "Anna");
+        ring("4712", "Bob");
+        kit::key(Qt::Key_F4);
+        EXPECT_EQ(calls().size(), atoi(ms) > 0 ? 2 : 1) << ms;
+        kit::stepTime(150);
+        kit::key(Qt::Key_F4);
+        EXPECT_EQ(calls().size(), atoi(ms) > 0 ? 1 : 0) << ms;
+        hangUpAll();
+    }
+}
+
 TEST_F(CallPresses, ADeclineThatComesAsTheCallerGivesUpEndsNoOtherCall)
 {
     talkTo("4711", "Anna");

@@ -201,6 +201,73 @@ TEST_F(AtomicSave, AbandonedFileLeavesTheOldOne)
     EXPECT_EQ(namesIn("/"), Names{"a"});
 }
 
+TEST_F(AtomicSave, AnUnfinishedFileGrowsUnderItsName)
+{
+    put("/a.part", "of another day");
+    chAtomicFile file;
+    ASSERT_EQ(file.OpenUnfinished("/a.part"), 1);
+    EXPECT_EQ(file.Write("ne", 2), 1);
+    EXPECT_EQ(get("/a.part"), "ne");
+    EXPECT_EQ(namesIn("/"), Names{"a.part"});
+    EXPECT_EQ(file.Write("w", 1), 1);
+    EXPECT_EQ(file.Commit(0), 1);
+    file.Abandon();
+    EXPECT_EQ(get("/a.part"), "new");
+    EXPECT_EQ(namesIn("/"), Names{"a.part"});
+}
+
+TEST_F(AtomicSave, AnUnfinishedFileThatIsGivenUpIsGone)
+{
+    put("/a.part", "of another day");
+    {
+        chAtomicFile file;
+        ASSERT_EQ(file.OpenUnfinished("/a.part"), 1);
+        ASSERT_EQ(file.Write("new", 3), 1);
+    }
+    EXPECT_EQ(namesIn("/"), Names{});
+}
+
+TEST_F(AtomicSave, AnUnfinishedFileThatAnotherTookThePlaceOfLeavesThatOneAlone)
+{
+    chAtomicFile late, file;
+    ASSERT_EQ(late.OpenUnfinished("/a.part"), 1);
+    ASSERT_EQ(file.OpenUnfinished("/a.part"), 1);
+    EXPECT_EQ(late.Write("late", 4), 1);
+    EXPECT_EQ(file.Write("new", 3), 1);
+    late.Abandon();
+    EXPECT_EQ(file.Commit(0), 1);
+    EXPECT_EQ(get("/a.part"), "new");
+}
+
+TEST_F(AtomicSave, AnUnfinishedFileTakesThePlaceOfALinkAndNotOfAFolder)
+{
+    put("/a", "old");
+    ASSERT_EQ(symlink("a", onMachine("/a.part").c_str()), 0);
+    chAtomicFile file;
+    ASSERT_EQ(file.OpenUnfinished("/a.part"), 1);
+    EXPECT_EQ(file.Write("new", 3), 1);
+    EXPECT_EQ(file.Commit(), 1);
+    EXPECT_EQ(get("/a"), "old");
+    EXPECT_EQ(get("/a.part"), "new");
+    makeFolder("/b.part");
+    EXPECT_EQ(file.OpenUnfinished("/b.part"), 0);
+    EXPECT_EQ(file.OpenUnfinished("/none/b.part"), 0);
+    EXPECT_EQ(namesIn("/"), (Names{"a", "a.part", "b.part"}));
+}
+
+TEST_F(AtomicSave, AnUnfinishedFileOfASaveBeforeDoesNotMakeTheNextOneUnfinished)
+{
+    chAtomicFile file;
+    ASSERT_EQ(file.OpenUnfinished("/a"), 1);
+    EXPECT_EQ(file.Write("old", 3), 1);
+    EXPECT_EQ(file.Commit(0), 1);
+    ASSERT_EQ(file.Open("/a"), 1);
+    EXPECT_EQ(file.Write("new", 3), 1);
+    EXPECT_EQ(get("/a"), "old");
+    file.Abandon();
+    EXPECT_EQ(get("/a"), "old");
+}
+
 TEST_F(AtomicSave, FileThatIsNotOpenTakesNothing)
 {
     chAtomicFile file;

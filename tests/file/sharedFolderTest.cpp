@@ -137,6 +137,16 @@ TEST_F(SharedFolder, FolderInTheFilesPlaceIsRefusedBeforeAnythingIsWritten)
     EXPECT_EQ(namesIn("/tmp"), Names{"a"});
 }
 
+TEST_F(SharedFolder, AnUnfinishedFileIsNotBegunUnderANameThatAnybodyCanTake)
+{
+    chAtomicFile file;
+    ASSERT_EQ(file.OpenUnfinished("/tmp/a"), 1);
+    EXPECT_FALSE(isThere("/tmp/a"));
+    EXPECT_EQ(file.Write("new", 3), 1);
+    EXPECT_EQ(file.Commit(0), 1);
+    EXPECT_EQ(get("/tmp/a"), "new");
+}
+
 TEST_F(SharedFolder, OpenFilesStayWithTheProcess)
 {
     put("/tmp/a", "a");

@@ -176,6 +176,34 @@ TEST_F(HttpLimits, AFileThatIsNotFlushedArrivesWholeAllTheSame)
     EXPECT_EQ(readFile(kTarget), "whole");
 }
 
+TEST_F(HttpLimits, AFileWhoseNameSaysThatItIsOnItsWayGrowsUnderItAndIsGoneWhenItFails)
+{
+    for (const int unfinished : {0, 1}) {
+        QPointer<QTcpSocket> held;
+        server.onRequest = [&held](QTcpSocket& socket, const QByteArray&) {
+            held = &socket;
+            socket.write(httpServer::head("200 OK", {"Content-Length: 10"}) + "12345");
+        };
+        HttpAction& action = make(server, "/rundata/data/got.part");
+        action.bUnfinished = unfinished;
+        post(action);
+        ASSERT_TRUE(kit::waitUntil([&] { return held && held->bytesToWrite() == 0; }));
+        const bool grows = kit::waitUntil([&] { return readFile("/rundata/data/got.part") == "12345"; },
+                                          unfinished ? 5000 : 200);
+        EXPECT_EQ(grows, unfinished == 1);
+        held->disconnectFromHost();
+        ASSERT_TRUE(answered(unfinished + 1));
+        EXPECT_EQ(fileSize("/rundata/data/got.part"), -1) << unfinished;
+    }
+    EXPECT_EQ(listener.results, (QList<int>{0, 0}));
+    answerWith(httpServer::answer("whole"));
+    HttpAction& action = make(server, "/rundata/data/got.part");
+    action.bUnfinished = 1;
+    post(action);
+    ASSERT_TRUE(answered(3));
+    EXPECT_EQ(readFile("/rundata/data/got.part"), "whole");
+}
+
 TEST_F(HttpLimits, TransfersOfOneServerWaitForTheirTurnAndThoseOfAnotherDoNot)
 {
     QList<QPointer<QTcpSocket>> held;

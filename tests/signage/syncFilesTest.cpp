@@ -43,6 +43,25 @@ TEST_F(SyncFiles, AFileThatAlwaysFailsIsRequestedFourTimes)
     EXPECT_EQ(deckFiles(), QStringList());
 }
 
+TEST_F(SyncFiles, AFileLiesUnderItsNameOfAFetchWhileItComes)
+{
+    const auto usual = server.http.onRequest;
+    QPointer<QTcpSocket> held;
+    server.http.onRequest = [&](QTcpSocket& socket, const QByteArray& path) {
+        if (!path.contains("one.png"))
+            return usual(socket, path);
+        held = &socket;
+        socket.write(httpServer::head("200 OK", {"Content-Length: 4"}) + "on");
+    };
+    server.medias = {{"one.png", "one!"}};
+    manager.DownloadDisplayFrame();
+    ASSERT_TRUE(kit::waitUntil([&] { return readFile("/rundata/nDeck/one.png.ing") == "on"; }));
+    EXPECT_EQ(deckFiles(), QStringList{"one.png.ing"});
+    held->write("e!");
+    EXPECT_TRUE(kit::waitUntil([&] { return readFile("/rundata/nDeck/one.png.new") == "one!"; }));
+    EXPECT_FALSE(deckFiles().contains("one.png.ing"));
+}
+
 TEST_F(SyncFiles, TheBudgetIsConfigured)
 {
     configure("nReDownLoadNum", "1");

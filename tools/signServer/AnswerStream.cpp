@@ -48,7 +48,8 @@ void AnswerStream::PlanBody()
 
 bool AnswerStream::Next(Piece& piece)
 {
-    piece = Piece();
+    piece.pauseMs = piece.headBytes = 0;
+    piece.bytes.resize(0);
     const Fault& fault = m_response.fault;
     const qint64 stallMs = fault.kind == FaultKind::Stall ? fault.seconds * 1000LL : 0;
     if (!m_begun) {
@@ -60,11 +61,11 @@ bool AnswerStream::Next(Piece& piece)
             m_sent = m_end = piece.bytes.size();
             return true;
         }
-        piece.bytes = Head(m_size);
+        piece.bytes += Head(m_size);
         piece.headBytes = piece.bytes.size();
         // Head and first block go out together, unless the block is to wait.
         if (fault.kind != FaultKind::Drip && fault.kind != FaultKind::Stall)
-            piece.bytes += BodyPiece();
+            AppendBody(piece.bytes);
         return true;
     }
     if (fault.kind == FaultKind::Drip)
@@ -73,7 +74,7 @@ bool AnswerStream::Next(Piece& piece)
         m_stalled = true;
         piece.pauseMs = stallMs;
     }
-    piece.bytes = BodyPiece();
+    AppendBody(piece.bytes);
     return !piece.bytes.isEmpty();
 }
 
@@ -99,27 +100,36 @@ QByteArray AnswerStream::Head(qint64 length) const
 }
 
 // As it goes out: in chunks each block has a frame, and the last one is empty.
-QByteArray AnswerStream::Block(qint64 most)
+void AnswerStream::AppendBlock(QByteArray& bytes, qint64 most)
 {
-    if (m_response.chunked && !m_framed.isEmpty()) {
-        const QByteArray block = m_framed.left(most);
-        m_framed.remove(0, block.size());
-        return block;
+    if (!m_response.chunked) {
+        AppendPlain(bytes, most);
+        return;
     }
-    const qint64 want = m_response.chunked ? kBlock : most;
-    const QByteArray block =
-        m_response.file ? m_response.file->Read(m_read, std::min(want, std::max<qint64>(m_size - m_read, 0)))
-                        : m_response.body.mid(m_read, want);
-    m_read += block.size();
-    if (!m_response.chunked)
-        return block;
-    m_framed = QByteArray::number(block.size(), 16) + "\r\n" + block + "\r\n";
-    if (block.isEmpty() && m_end == kUnknown)
-        m_end = m_sent + m_framed.size();
-    return Block(most);
+    if (m_framed.isEmpty()) {
+        QByteArray block;
+        AppendPlain(block, kBlock);
+        m_framed = QByteArray::number(block.size(), 16) + "\r\n" + block + "\r\n";
+        if (block.isEmpty() && m_end == kUnknown)
+            m_end = m_sent + m_framed.size();
+    }
+    const QByteArray framed = m_framed.left(most);
+    m_framed.remove(0, framed.size());
+    bytes += framed;
 }
 
-QByteArray AnswerStream::BodyPiece()
+void AnswerStream::AppendPlain(QByteArray& bytes, qint64 most)
+{
+    const qint64 want = std::min(most, std::max<qint64>(m_size - m_read, 0));
+    if (m_response.file) {
+        m_read += m_response.file->Append(bytes, m_read, want);
+    } else {
+        bytes.append(m_response.body.constData() + m_read, want);
+        m_read += want;
+    }
+}
+
+void AnswerStream::AppendBody(QByteArray& bytes)
 {
     const Fault& fault = m_response.fault;
     qint64 most = std::min(kBlock, m_end - m_sent);
@@ -128,12 +138,13 @@ QByteArray AnswerStream::BodyPiece()
     if (fault.kind == FaultKind::Stall && !m_stalled && m_sent < FaultOffset())
         most = std::min(most, FaultOffset() - m_sent);
     if (most <= 0)
-        return QByteArray();
-    QByteArray bytes = Block(most);
+        return;
+    const qsizetype before = bytes.size();
+    AppendBlock(bytes, most);
+    const qsizetype size = bytes.size() - before;
     if (fault.kind == FaultKind::Corrupt)
-        Spoil(bytes);
-    m_sent += bytes.size();
-    return bytes;
+        Spoil(bytes.data() + before, size);
+    m_sent += size;
 }
 
 qint64 AnswerStream::FaultOffset() const
@@ -152,10 +163,10 @@ QByteArray AnswerStream::Garbage() const
     return bytes;
 }
 
-void AnswerStream::Spoil(QByteArray& bytes) const
+void AnswerStream::Spoil(char* bytes, qsizetype size) const
 {
     const qint64 from = std::max<qint64>(FaultOffset() - m_sent, 0);
-    const qint64 to = std::min<qint64>(FaultOffset() + m_response.fault.bytes - m_sent, bytes.size());
+    const qint64 to = std::min<qint64>(FaultOffset() + m_response.fault.bytes - m_sent, size);
     for (qint64 i = from; i < to; ++i)
         bytes[i] = char(bytes[i] ^ 0x55);
 }

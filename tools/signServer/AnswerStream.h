@@ -15,7 +15,10 @@ public:
     // headOnly: the answer to HEAD. keeps: what the head promises about the connection.
     AnswerStream(const WebResponse& response, bool headOnly, bool keeps);
 
-    // False when there is nothing more to send.
+    // As many bytes as a piece that is none of a fault may have, with a usual head.
+    static constexpr qsizetype PIECE = (64 << 10) + 1024;
+
+    // False when there is nothing more to send. The piece's memory is used again.
     bool Next(Piece& piece);
     // Everything was given out, and as it should be.
     bool IsWhole() const { return m_sent >= m_end && !m_spoilt; }
@@ -25,11 +28,12 @@ public:
 private:
     QByteArray Head(qint64 length) const;
     void PlanBody();
-    QByteArray Block(qint64 most);
-    QByteArray BodyPiece();
+    void AppendBlock(QByteArray& bytes, qint64 most);
+    void AppendPlain(QByteArray& bytes, qint64 most);
+    void AppendBody(QByteArray& bytes);
     qint64 FaultOffset() const;
     QByteArray Garbage() const;
-    void Spoil(QByteArray& bytes) const;
+    void Spoil(char* bytes, qsizetype size) const;
 
     WebResponse m_response;
     const bool m_headOnly;

@@ -6,6 +6,7 @@
 #include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
 #include <chrono>
+#include <utility>
 
 namespace asio = boost::asio;
 using boost::system::error_code;
@@ -19,6 +20,13 @@ constexpr milliseconds kGoodbye(2000);       // for it to read the last answer
 constexpr qsizetype kLargestHead = 32 << 10; // the library holds fields of 64 KB together
 constexpr qint64 kLargestBody = 64 << 10;    // of a request
 constexpr qint64 kMostDrained = 256 << 10;
+
+// Fresh memory for each answer would cost as much as to read a file into it.
+QByteArray& SpareMemory()
+{
+    static thread_local QByteArray spare;
+    return spare;
+}
 
 } // namespace
 
@@ -151,6 +159,8 @@ void Connection::Send(const WebResponse& response)
     m_response.body.clear();
     m_response.file.reset();
     m_nBodyBytes = 0;
+    m_piece.bytes = std::exchange(SpareMemory(), QByteArray());
+    m_piece.bytes.reserve(AnswerStream::PIECE);
     if (m_bOver)
         Finish(false);
     else
@@ -215,6 +225,8 @@ void Connection::Finish(bool sent)
     m_service.Finish(served);
     m_pUnheard = whole && !m_response.sum.isEmpty() ? std::make_unique<Served>(served) : nullptr;
     m_pAnswer.reset();
+    if (m_piece.bytes.capacity() <= 2 * AnswerStream::PIECE)
+        SpareMemory() = std::move(m_piece.bytes);
     m_piece = AnswerStream::Piece();
     if (keeps)
         AwaitRequest();

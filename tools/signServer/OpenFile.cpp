@@ -16,14 +16,22 @@ OpenFile::~OpenFile()
 
 QByteArray OpenFile::Read(qint64 from, qint64 most) const
 {
-    QByteArray bytes(most, Qt::Uninitialized);
+    QByteArray bytes;
+    Append(bytes, from, most);
+    return bytes;
+}
+
+qint64 OpenFile::Append(QByteArray& bytes, qint64 from, qint64 most) const
+{
+    const qsizetype before = bytes.size();
+    bytes.resize(before + most);
     qint64 have = 0;
     while (have < most) {
-        const ssize_t n = pread(m_fd, bytes.data() + have, size_t(most - have), from + have);
+        const ssize_t n = pread(m_fd, bytes.data() + before + have, size_t(most - have), from + have);
         if (n <= 0)
             break;
         have += n;
     }
-    bytes.truncate(have);
-    return bytes;
+    bytes.truncate(before + have);
+    return have;
 }

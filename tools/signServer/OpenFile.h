@@ -19,6 +19,8 @@ public:
     const struct stat& Status() const { return m_status; }
     // At most `most` bytes; fewer at the end of the file or after a read error.
     QByteArray Read(qint64 from, qint64 most) const;
+    // The same behind what is there, in its memory where there is room. How many they were.
+    qint64 Append(QByteArray& bytes, qint64 from, qint64 most) const;
 
 private:
     int m_fd;

@@ -91,6 +91,7 @@ void httpService::prepare(HttpAction& action, const taskHoldRef& hold)
     tagHttpJob job;
     job.url = action.strRemoteUrl.GetText();
     job.file = action.strLocalFile.GetText();
+    job.bUnfinished = action.bUnfinished != 0;
     job.bGivesWay = action.bGivesWay != 0;
     job.server = httpTransfer::serverOf(job.url) + (job.bGivesWay ? kWayGivers : "");
     job.nSizeLimit = action.nSizeLimit;

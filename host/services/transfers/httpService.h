@@ -25,6 +25,7 @@ struct tagHttpJob
     int nTimeLimit = 0;
     bool bFlush = true;
     bool bCheckSum = false;
+    bool bUnfinished = false;
     bool bGivesWay = false;
     quint64 nTurn = 0; // counts the postings of one action
     taskHoldRef hold;

@@ -213,7 +213,8 @@ qint64 httpTransfer::sizeLimit() const
 bool httpTransfer::openFile()
 {
     if (!m_bOpen)
-        m_bOpen = m_file.Open(m_job.file.constData());
+        m_bOpen = m_job.bUnfinished ? m_file.OpenUnfinished(m_job.file.constData())
+                                    : m_file.Open(m_job.file.constData());
     return m_bOpen;
 }
 
