@@ -278,18 +278,35 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_r_invite:
         onInviteReply(event);
         break;
+    case nua_r_update:
+        onUpdateReply(event);
+        break;
+    case nua_r_refer:
+        m_bReferred = m_bReferred || (status >= 200 && status < 300);
+        if (status >= 300)
+            onTransfer(status, false);
+        break;
+    case nua_i_state:
+        onState(event);
+        break;
+    default:
+        onRequest(event);
+    }
+}
+
+void SipCall::onRequest(const tagStackEvent& event)
+{
+    const bool isOpen = event.nStatus < 200; // the stack has not answered it itself
+    switch (event.eEvent) {
     case nua_i_invite:
         onOffer(event);
         break;
     case nua_i_update:
-        if (status < 200)
+        if (isOpen)
             onOffer(event);
         break;
-    case nua_r_update:
-        onUpdateReply(event);
-        break;
     case nua_i_refer:
-        if (status < 200)
+        if (isOpen)
             onReferred(event);
         break;
     case nua_i_ack:
@@ -302,16 +319,8 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_i_bye:
         end(SIP_HUNG_UP, 0, "");
         break;
-    case nua_r_refer:
-        m_bReferred = m_bReferred || (status >= 200 && status < 300);
-        if (status >= 300)
-            onTransfer(status, false);
-        break;
     case nua_i_notify:
         onTransferNote(event);
-        break;
-    case nua_i_state:
-        onState(event);
         break;
     default:
         break;

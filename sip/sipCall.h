@@ -76,6 +76,8 @@ private:
 
     void invite();
     void nextServer();
+    // Of the other side.
+    void onRequest(const tagStackEvent& event);
     void onState(const tagStackEvent& event);
     void onInviteReply(const tagStackEvent& event);
     // Before the call talks.

@@ -10,7 +10,7 @@
 #include "support/host/managers.h"
 #include "support/host/message.h"
 #include "support/host/registry.h"
-#include "tests/desktop/desktopTest.h"
+#include "tests/desktop/callScreenStand.h"
 #include "tests/kit/contrast.h"
 #include <QImage>
 #include <QLabel>
@@ -21,37 +21,12 @@ constexpr QRgb kGreen = 0xff7fe08f;
 constexpr QRgb kYellow = 0xffffd479;
 constexpr QRgb kRed = 0xffff8a73;
 
-class CallMarks : public DesktopTest
+class CallMarks : public CallScreenStand
 {
 protected:
-    CallMarks()
-    {
-        nuxSetRegistryString("/rundata/config/user/user.ini", "CallWaiting", "bEnable", "1");
-        msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
-        deviceCallsInstall();
-        callScreenInstall();
-        below.setGeometry(0, 0, 800, 480);
-        below.show();
-        kit::settle();
-    }
-    static frmCall* screen() { return qobject_cast<frmCall*>(kit::windows().value(0)); }
+    CallMarks() { deviceCallsInstall(); }
     static callMarks* marks() { return screen()->findChild<callMarks*>("wgtMarks"); }
     static callPicture* picture() { return screen()->findChild<callPicture*>("wgtPicture"); }
-    static QWidget* child(const char* name) { return screen()->findChild<QWidget*>(name); }
-    static int ring(const char* number, const char* name = "Anna")
-    {
-        EXPECT_TRUE(phoneSimulation::instance()->ring(number, 0, name));
-        kit::settle();
-        return phoneService::instance().calls().last().nId;
-    }
-    static int talk(const char* number, const char* name = "Anna")
-    {
-        const int id = ring(number, name);
-        EXPECT_TRUE(phoneService::instance().answer(id));
-        kit::settle();
-        letPressesCount();
-        return id;
-    }
     static void stream(int id, const char* sound, const char* picture = "", int quality = -1,
                        bool encrypted = false, int comes = -1)
     {
@@ -134,15 +109,13 @@ protected:
             shown.append(each);
         }
     }
-
-    QWidget below;
 };
 
 } // namespace
 
 TEST_F(CallMarks, ShowWhatIsKnownAndNothingElse)
 {
-    const int id = talk("4711");
+    const int id = talk("4711", "Anna");
     EXPECT_EQ(marks()->text(), "");
     const QImage bare = marks()->grab().toImage();
     stream(id, "Opus");
@@ -159,7 +132,7 @@ TEST_F(CallMarks, ShowWhatIsKnownAndNothingElse)
 
 TEST_F(CallMarks, TheQualityIsSeenByItsBarsAndTheirColour)
 {
-    const int id = talk("4711");
+    const int id = talk("4711", "Anna");
     stream(id, "", "", 0);
     EXPECT_EQ(pixels(marks(), kGreen) + pixels(marks(), kYellow) + pixels(marks(), kRed), 0);
     stream(id, "", "", 1);
@@ -194,7 +167,7 @@ TEST_F(CallMarks, GoWithTheCallAndAreThoseOfTheOneThatIsShown)
 {
     const int anna = talk("4711", "Anna");
     stream(anna, "Opus", "", 4, true);
-    ring("4712", "Bob");
+    comesIn("4712", "Bob");
     EXPECT_EQ(marks()->text(), "");
     phoneService::instance().hangUp(phoneService::instance().calls().last().nId);
     kit::settle();
@@ -308,14 +281,14 @@ TEST_F(CallMarks, ATouchMakesThePictureAsLargeAsTheScreenAndBack)
     EXPECT_EQ(picture()->geometry(), QRect(0, 0, 800, 440));
     EXPECT_TRUE(child("actMute")->isVisible());
     EXPECT_TRUE(screen()->findChild<qSoftKeyBar*>()->isVisible());
-    kit::tap(screen()->findChild<callAction*>("actMute"));
+    kit::tap(action("actMute"));
     EXPECT_TRUE(phoneService::instance().calls()[0].bMuted) << "a button is still a button";
     EXPECT_EQ(picture()->geometry(), QRect(0, 0, 800, 440));
 }
 
 TEST_F(CallMarks, OkMakesThePictureLargeAndMostKeysBringTheRestBack)
 {
-    const int id = talk("4711");
+    const int id = talk("4711", "Anna");
     stream(id, "Opus", "H.264");
     for (const Qt::Key back : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Back, Qt::Key_Left, Qt::Key_F4}) {
         kit::key(Qt::Key_Return);
@@ -336,15 +309,15 @@ TEST_F(CallMarks, OkMakesThePictureLargeAndMostKeysBringTheRestBack)
 
 TEST_F(CallMarks, ThePictureStandsBackForAHoldThePadAndACallThatRings)
 {
-    const int id = talk("4711");
+    const int id = talk("4711", "Anna");
     stream(id, "Opus", "H.264", 4, true);
-    kit::tap(screen()->findChild<callAction*>("actKeys"));
+    kit::tap(action("actKeys"));
     EXPECT_FALSE(picture()->isVisible());
-    kit::tap(screen()->findChild<callAction*>("actKeys"));
+    kit::tap(action("actKeys"));
     EXPECT_TRUE(picture()->isVisible());
     kit::tap(QPoint(300, 220));
     ASSERT_EQ(picture()->height(), 480);
-    const int other = ring("4712", "Bob");
+    const int other = comesIn("4712", "Bob");
     EXPECT_FALSE(picture()->isVisible());
     EXPECT_TRUE(child("btnAnswer")->isVisible());
     EXPECT_TRUE(screen()->findChild<qSoftKeyBar*>()->isVisible());
@@ -360,7 +333,7 @@ TEST_F(CallMarks, ThePictureStandsBackForAHoldThePadAndACallThatRings)
 
 TEST_F(CallMarks, ADoorIsSeenBeforeTheAnswer)
 {
-    const int id = ring("8100", "Gate");
+    const int id = comesIn("8100", "Gate");
     stream(id, "", "H.264");
     ASSERT_TRUE(picture()->isVisible());
     EXPECT_FALSE(child("labPicture")->isVisible());
@@ -400,7 +373,7 @@ TEST_F(CallMarks, NothingIsCutOrCoveredInAnyStateAndLanguage)
             EXPECT_EQ(cutTexts(screen()), "");
             kit::shot(QString("call-%1-%2").arg(what, language));
         };
-        int id = ring("004930123456", "Anna Berg");
+        int id = comesIn("004930123456", "Anna Berg");
         stream(id, "Opus", "", 3, true);
         look("marks-asked");
         stream(id, "", "H.264", 3, true);
@@ -414,9 +387,9 @@ TEST_F(CallMarks, NothingIsCutOrCoveredInAnyStateAndLanguage)
         stream(id, "Opus", "H.264", 4, true);
         kit::key(Qt::Key_VolumeMute);
         look("picture");
-        kit::tap(screen()->findChild<callAction*>("actKeys"));
+        kit::tap(action("actKeys"));
         look("marks-pad");
-        kit::tap(screen()->findChild<callAction*>("actKeys"));
+        kit::tap(action("actKeys"));
         const int other = talk("4712", "Bob Long");
         stream(other, "G.722", "H.264", 2, true);
         EXPECT_EQ(child("labOthers")->y(), child("labState")->y()) << "there is no state to say";

@@ -6,6 +6,7 @@
 #include "sip/sipWire.h"
 #include "support/host/phone.h"
 #include "tests/kit/phoneTest.h"
+#include "tests/services/historyOf.h"
 #include <QHash>
 #include <QObject>
 #include <QSocketNotifier>
@@ -156,8 +157,7 @@ protected:
     static tagCall call();
     bool waitsForEnd(int count = 1);
     tagCall lastEnded() const;
-    // One of each call of the history, the newest first.
-    QStringList history(const char* attribute, int count);
+    static QStringList history(const char* attribute, int count) { return historyOf(attribute, count); }
 
     kit::ScriptedMedia* media = nullptr;
     kit::ScriptedAgent agent;
