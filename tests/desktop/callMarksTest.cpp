@@ -244,6 +244,31 @@ TEST_F(CallMarks, OfThreeWhoTalkThePictureOfTheOneThatSendsItIsSeen)
     EXPECT_TRUE(picture()->isVisible());
 }
 
+TEST_F(CallMarks, OfThreeWhoTalkTheOwnPictureIsSeenWhileOneOfThemGetsIt)
+{
+    const int anna = talk("4711", "Anna");
+    const int bob = talk("4712", "Bob");
+    ASSERT_TRUE(phoneService::instance().rules().join(bob, anna));
+    const auto send = [](int id, int own) {
+        tagCallStreams streams;
+        streams.strPicture = "H.264";
+        streams.nOwnPicture = own;
+        streams.nOtherPicture = 1;
+        ASSERT_TRUE(phoneSimulation::instance()->setStreams(id, streams));
+        kit::settle();
+    };
+    for (const int receiver : {anna, bob}) {
+        send(anna, receiver == anna);
+        send(bob, receiver == bob);
+        showWhite();
+        EXPECT_TRUE(child("wgtCorner")->isVisible());
+        const QPoint inside = child("wgtCorner")->geometry().bottomLeft() + QPoint(20, -8);
+        EXPECT_GT(qRed(kit::screen().pixel(inside)), 240) << "what lies below is seen, and no portrait";
+    }
+    send(bob, 0);
+    EXPECT_FALSE(child("wgtCorner")->isVisible());
+}
+
 TEST_F(CallMarks, ATouchMakesThePictureAsLargeAsTheScreenAndBack)
 {
     const int id = talk("4711", "Anna Berg");

@@ -290,6 +290,10 @@ TEST_F(SipAccounts, WhoDialsIsToldWhyTheLineIsNotThere)
                    "The line is not registered"},
                   {SIP_LINE_FAILED, 0, "The server does not answer", "The server does not answer"},
                   {SIP_LINE_FAILED, 0, "The server's name is not known", "The server's name is not known"},
+                  {SIP_LINE_FAILED, 0, "TLS: the certificate has expired",
+                   "There is no secure connection to the server"},
+                  {SIP_LINE_REFUSED, 0, "The certificates of cafile.pem cannot be read",
+                   "There is no secure connection to the server"},
                   {SIP_LINE_FAILED, 500, "Server Internal Error", "The line is not registered"}};
     begin();
     for (const auto& each : faults) {
