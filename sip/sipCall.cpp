@@ -134,8 +134,8 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
-    const std::string source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
-    sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, source), arrived);
+    m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
+    sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
 }
@@ -285,18 +285,37 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_r_invite:
         onInviteReply(event);
         break;
+    case nua_r_update:
+        onUpdateReply(event);
+        break;
+    case nua_r_refer:
+        m_bReferred = m_bReferred || (status >= 200 && status < 300);
+        if (status >= 300)
+            onTransfer(status, false);
+        break;
+    case nua_i_state:
+        onState(event);
+        break;
+    default:
+        onRequest(event);
+    }
+    if (isRequestWithin(event.eEvent) && status >= 200)
+        m_offer.requestIsAnswered();
+}
+
+void SipCall::onRequest(const tagStackEvent& event)
+{
+    const bool isOpen = event.nStatus < 200; // the stack has not answered it itself
+    switch (event.eEvent) {
     case nua_i_invite:
         onOffer(event);
         break;
     case nua_i_update:
-        if (status < 200)
+        if (isOpen)
             onOffer(event);
         break;
-    case nua_r_update:
-        onUpdateReply(event);
-        break;
     case nua_i_refer:
-        if (status < 200)
+        if (isOpen)
             onReferred(event);
         break;
     case nua_i_ack:
@@ -309,22 +328,12 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_i_bye:
         end(SIP_HUNG_UP, 0, "");
         break;
-    case nua_r_refer:
-        m_bReferred = m_bReferred || (status >= 200 && status < 300);
-        if (status >= 300)
-            onTransfer(status, false);
-        break;
     case nua_i_notify:
         onTransferNote(event);
-        break;
-    case nua_i_state:
-        onState(event);
         break;
     default:
         break;
     }
-    if (isRequestWithin(event.eEvent) && status >= 200)
-        m_offer.requestIsAnswered();
 }
 
 void SipCall::onState(const tagStackEvent& event)
@@ -352,22 +361,17 @@ void SipCall::onInviteReply(const tagStackEvent& event)
         onSetupReply(event);
 }
 
-// What the stack itself makes up has no message, or one from nowhere.
-bool SipCall::isFromWire(const tagStackEvent& event) const
-{
-    return event.pMessage && !floodGuard::sourceOf(nua_current_request(m_stack.pNua)).empty();
-}
-
 void SipCall::onSetupReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
     const std::string sdp = sdpOf(event.pMessage);
     if (status < 100)
         return;
-    if (isFromWire(event)) {
+    if (floodGuard::isFromNetwork(m_stack, event)) {
         m_bHeard = true;
         m_silent.stop();
         m_name = sipDialog::nameOf(*event.pMessage);
+        m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     }
     if (status == 100)
         return;
@@ -388,7 +392,7 @@ void SipCall::onSetupReply(const tagStackEvent& event)
 void SipCall::onFinalReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
-    const bool isReply = isFromWire(event);
+    const bool isReply = floodGuard::isFromNetwork(m_stack, event);
     const bool isDown = status == 503 || !isReply;
     if (status >= 300 && isDown && m_setup->hasNext()) {
         nextServer();

@@ -82,6 +82,11 @@ bool SipCall::isMeantBy(const sip_replaces_t& replaces, uint32_t line) const
            sipDialog::isNamedBy(m_bIncoming && !hasEnded() ? sipDialog::nameOf(m_pHandle) : m_name, replaces);
 }
 
+bool SipCall::isTrusted(const std::string& source) const
+{
+    return floodGuard::isServer(m_nLine, source) || (!m_source.empty() && source == m_source);
+}
+
 uint32_t SipCall::refusalToReplace(bool onlyEarly) const
 {
     if (hasEnded())

@@ -797,6 +797,10 @@
         <translation>Die Einstellungen können nicht gespeichert werden. Änderungen gelten, bis das Telefon ausgeschaltet wird.</translation>
     </message>
     <message>
+        <source>The call history cannot be saved!</source>
+        <translation>Die Anrufliste kann nicht gespeichert werden!</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>Der Kontakt kann nicht gespeichert werden!</translation>
     </message>
@@ -903,6 +907,10 @@
     <message>
         <source>The server does not accept name or password</source>
         <translation>Der Server lehnt Name oder Passwort ab</translation>
+    </message>
+    <message>
+        <source>There is no secure connection to the server</source>
+        <translation>Keine sichere Verbindung zum Server</translation>
     </message>
     <message>
         <source>The call was declined</source>

@@ -797,6 +797,10 @@
         <translation>Los ajustes no se pueden guardar. Los cambios duran hasta que se apague el teléfono.</translation>
     </message>
     <message>
+        <source>The call history cannot be saved!</source>
+        <translation>¡No se puede guardar el historial de llamadas!</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>¡No se puede guardar el contacto!</translation>
     </message>
@@ -903,6 +907,10 @@
     <message>
         <source>The server does not accept name or password</source>
         <translation>El servidor rechaza el nombre o la contraseña</translation>
+    </message>
+    <message>
+        <source>There is no secure connection to the server</source>
+        <translation>Sin conexión segura con el servidor</translation>
     </message>
     <message>
         <source>The call was declined</source>

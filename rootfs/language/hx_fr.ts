@@ -797,6 +797,10 @@
         <translation>Les réglages ne peuvent pas être enregistrés. Les changements durent jusqu’à l’arrêt du téléphone.</translation>
     </message>
     <message>
+        <source>The call history cannot be saved!</source>
+        <translation>Impossible d’enregistrer le journal d’appels !</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>Impossible d’enregistrer le contact !</translation>
     </message>
@@ -903,6 +907,10 @@
     <message>
         <source>The server does not accept name or password</source>
         <translation>Le serveur refuse le nom ou le mot de passe</translation>
+    </message>
+    <message>
+        <source>There is no secure connection to the server</source>
+        <translation>Pas de connexion sécurisée au serveur</translation>
     </message>
     <message>
         <source>The call was declined</source>

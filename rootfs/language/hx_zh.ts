@@ -797,6 +797,10 @@
         <translation>设置无法保存。更改在话机关机前有效。</translation>
     </message>
     <message>
+        <source>The call history cannot be saved!</source>
+        <translation>无法保存通话记录！</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>无法保存联系人！</translation>
     </message>
@@ -903,6 +907,10 @@
     <message>
         <source>The server does not accept name or password</source>
         <translation>服务器不接受用户名或密码</translation>
+    </message>
+    <message>
+        <source>There is no secure connection to the server</source>
+        <translation>与服务器之间没有安全连接</translation>
     </message>
     <message>
         <source>The call was declined</source>

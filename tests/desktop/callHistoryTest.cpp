@@ -1,4 +1,9 @@
+#include "host/services/phone/callHistory.h"
 #include "host/desktop/callRecords.h"
+#include "host/desktop/historyNote.h"
+#include "host/desktop/missedCalls.h"
+#include "host/services/phone/phoneService.h"
+#include "host/services/phone/phoneSimulation.h"
 #include "host/services/system/netWorld.h"
 #include "support/host/clock.h"
 #include "support/host/dialogs.h"
@@ -204,6 +209,35 @@ TEST_F(CallHistory, ACallMadeMeanwhileIsThereAtTheNextShow)
     EXPECT_EQ(listOf(&page)->item(0, 0)->text(), "Front desk");
 }
 
+TEST_F(CallHistory, WhoKeptNameAndNumberBackStandsThereAsAnonymous)
+{
+    const int missed = missedCalls::instance().count();
+    tagCaller caller;
+    caller.bAnonymous = true;
+    ASSERT_TRUE(phoneSimulation::instance()->ringFrom(caller));
+    kit::settle();
+    const tagCall call = phoneService::instance().calls().value(0);
+    ASSERT_TRUE(phoneSimulation::instance()->hangUpFromOutside(call.nId));
+    EXPECT_EQ(missedCalls::instance().count(), missed + 1);
+    ASSERT_TRUE(kit::waitUntil([this] { return readFile(kFile).contains("missed=\"1\""); }));
+    const QList<QPair<const char*, QString>> names = {{"English", "Anonymous"},
+                                                      {"German", "Anonym"},
+                                                      {"French", "Anonyme"},
+                                                      {"Spanish", "An\u00f3nimo"},
+                                                      {"Chinese", "\u533f\u540d"}};
+    for (const auto& name : names) {
+        page.hide();
+        setLanguage(name.first);
+        open();
+        ASSERT_EQ(listOf(&page)->rowCount(), 1);
+        EXPECT_EQ(listOf(&page)->item(0, 0)->text(), name.second) << name.first;
+        EXPECT_EQ(listOf(&page)->item(0, 1)->text(), "");
+        EXPECT_EQ(cutTexts(&page), "") << name.first;
+    }
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(phoneService::instance().calls().isEmpty()) << "nobody can be called back";
+}
+
 TEST_F(CallHistory, UpAndDownGoRoundAndBackCloses)
 {
     openWithCalls();
@@ -225,4 +259,24 @@ TEST_F(CallHistory, NothingIsCutInAnyLanguage)
         EXPECT_NE(headingsOf(&page), "Name,Number,Line,Time,Duration") << language;
         kit::shot(QString("callHistory") + language);
     }
+}
+
+TEST_F(CallHistory, ANoteSaysOnceThatCallsCannotBeStoredAndNotDuringACall)
+{
+    historyNoteInstall();
+    QFile::remove(hostPath(kFile));
+    writeFile("/rundata/data/callHistory.xml/held", "");
+    ASSERT_TRUE(phoneSimulation::instance()->ring("600", 0, "Anna"));
+    kit::BoxAnswers boxes({"ok"});
+    callHistoryAdd({});
+    ASSERT_TRUE(kit::waitUntil([&] { return traces().contains("the call history could not be saved"); }));
+    kit::settle();
+    EXPECT_EQ(boxes.texts(), QStringList());
+    hangUpAll();
+    for (int i = 0; i < 3; ++i) {
+        kit::stepTime(CALL_HISTORY_AGAIN_MS);
+        EXPECT_TRUE(kit::waitUntil([&] { return boxes.texts().size() == 1; }));
+    }
+    EXPECT_EQ(boxes.texts(), QStringList("The call history cannot be saved!"));
+    callHistoryOnFault(nullptr);
 }

@@ -113,34 +113,22 @@ TEST(SipRegistration, AWrongPasswordIsRefusedForGoodUntilTheAccountIsAnother)
     EXPECT_NE(server.receive("REGISTER").toStdString(), "");
 }
 
-TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgain)
-{
-    UdpPeer server;
-    AgentProcess agent;
-    ASSERT_TRUE(agent.start());
-    agent.tell(accountAt(0, server.port()));
-    server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
-    server.reply(server.receive("REGISTER"), "401 Unauthorized",
-                 "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\", stale=true");
-    const QByteArray third = server.receive("REGISTER");
-    EXPECT_EQ(paramOf(headerOf(third, "Authorization"), "nonce").toStdString(), "n2");
-    server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
-    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
-}
-
 TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgainHoweverThatIsWritten)
 {
-    UdpPeer server;
-    AgentProcess agent;
-    ASSERT_TRUE(agent.start());
-    agent.tell(accountAt(0, server.port()));
-    server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
-    server.reply(server.receive("REGISTER"), "401 Unauthorized",
-                 "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\", stale=TRUE");
-    const QByteArray third = server.receive("REGISTER");
-    EXPECT_EQ(paramOf(headerOf(third, "Authorization"), "nonce").toStdString(), "n2");
-    server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
-    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    for (const char* word : {"true", "TRUE"}) {
+        SCOPED_TRACE(word);
+        UdpPeer server;
+        AgentProcess agent;
+        ASSERT_TRUE(agent.start());
+        agent.tell(accountAt(0, server.port()));
+        server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
+        server.reply(server.receive("REGISTER"), "401 Unauthorized",
+                     QByteArray(kMd5).replace("n1", "n2") + ", stale=" + word);
+        const QByteArray third = server.receive("REGISTER");
+        EXPECT_EQ(paramOf(headerOf(third, "Authorization"), "nonce").toStdString(), "n2");
+        server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
+        EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    }
 }
 
 TEST(SipRegistration, AnswersToOneQuestionAreCountedAndEachHasAChanceOfItsOwn)
@@ -256,6 +244,19 @@ TEST(SipRegistration, AServerOutOfServiceIsTriedAgainAndItsPatienceIsKept)
     ASSERT_TRUE(state);
     EXPECT_EQ(state->nRetryMs, 600000u);
     EXPECT_EQ(server.receive(1500).toStdString(), "");
+}
+
+TEST(SipRegistration, AServerThatIsNotThereSaysNothingNotEvenThatItIsOutOfService)
+{
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    for (const SIP_TRANSPORT transport : {SIP_UDP, SIP_TCP}) {
+        agent.tell(accountAt(0, UdpPeer::freePort(), transport));
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state);
+        EXPECT_EQ(state->nStatus, 0u);
+        EXPECT_STREQ(state->szReason, "The server does not answer");
+    }
 }
 
 TEST(SipRegistration, ThePatienceThatAServerAsksForHasItsBound)

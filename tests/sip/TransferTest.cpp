@@ -70,6 +70,11 @@ protected:
         return "Replaces: " + headerOf(lastAnswer, "Call-ID") +
                ";to-tag=" + tagOf(headerOf(lastAnswer, "To")) + ";from-tag=caller" + further;
     }
+    // The same message from another address, and what is answered goes there.
+    QByteArray movedTo(const UdpPeer& other, QByteArray message) const
+    {
+        return message.replace(server(), "127.0.0.2:" + QByteArray::number(other.port()));
+    }
     void expectRefused(const QByteArray& callId, const QByteArray& header, const QByteArray& status)
     {
         peer->send(inviteText(callId, header), agent.port());
@@ -339,6 +344,46 @@ TEST_F(SipTransfers, ACallTakesThePlaceOfTheOneThatItNames)
     EXPECT_EQ(headerOf(take("BYE"), "Call-ID").toStdString(), "old");
     expectEnd(old, SIP_REPLACED, 0);
     EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, kFirst + 1));
+}
+
+TEST_F(SipTransfers, WhoIsNotOfACallAndNoServerDoesNotTakeItsPlace)
+{
+    begin();
+    for (const bool isOut : {false, true}) {
+        const uint32_t id = isOut ? talkOut(1) : talkIn("mine");
+        ASSERT_NE(id, 0u);
+        const QByteArray own = isOut ? headerOf(lastInvite, "From") : headerOf(lastAnswer, "To");
+        const QByteArray name = headerOf(lastAnswer, "Call-ID") + ";to-tag=" + tagOf(own) +
+                                ";from-tag=" + (isOut ? "peer" : "caller");
+        UdpPeer stranger("127.0.0.2");
+        stranger.send(movedTo(stranger, inviteText(isOut ? "second" : "first", "Replaces: " + name)),
+                      agent.port());
+        EXPECT_NE(stranger.receive("SIP/2.0 403").toStdString(), "");
+        EXPECT_TRUE(agent.isQuiet(100));
+        tellStatus(SIP_HANG_UP, id);
+        const QByteArray bye = take("BYE");
+        EXPECT_EQ(headerOf(bye, "Call-ID"), headerOf(lastAnswer, "Call-ID"));
+        peer->reply(bye, "200 OK");
+        expectEnd(id, SIP_HUNG_UP, 0);
+    }
+}
+
+TEST_F(SipTransfers, TheOtherSideOfACallTakesItsPlaceWithoutTheServer)
+{
+    begin();
+    UdpPeer other("127.0.0.2");
+    other.send(movedTo(other, inviteText("direct")), agent.port());
+    const tagSipArrived* arrived = nextArrived();
+    ASSERT_TRUE(arrived);
+    const uint32_t id = arrived->head.nId;
+    tellMedia(SIP_ANSWER, id, "v=0\r\ns=answer\r\n");
+    lastAnswer = other.receive("SIP/2.0 200");
+    other.send(movedTo(other, within("ACK", lastAnswer, 1)), agent.port());
+    ASSERT_TRUE(next<tagSipMedia>(SIP_TALK, id));
+    other.send(movedTo(other, inviteText("again", replaces())), agent.port());
+    arrived = nextArrived();
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(arrived->nReplaces, id);
 }
 
 TEST_F(SipTransfers, ACallTakesThePlaceOfOneThatStillGoesOut)
