@@ -4,6 +4,7 @@
 #include "sip/ownSockets.h"
 #include "sip/phoneLink.h"
 #include "sip/sipAddress.h"
+#include "sip/tlsCheck.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -60,6 +61,10 @@ Registration::~Registration()
 
 void Registration::start()
 {
+    if (transport() == SIP_TLS && !m_stack.tlsProblem.empty()) {
+        refuse(0, m_stack.tlsProblem);
+        return;
+    }
     report(SIP_LINE_REGISTERING, 0, "");
     if (m_account.szStun[0] && !m_stun) {
         m_stun = std::make_unique<StunWatch>(m_stack, m_account);
@@ -109,6 +114,7 @@ void Registration::sendRegister()
     const std::string expires = std::to_string(m_account.nExpires);
     const std::string seen = "<sip:" + m_contact + "@" + m_contactPlace + ">";
     m_silent.start(m_stack.setup.nSilentMs, [this] { silent(); });
+    m_nTlsProblems = tlsCheck::count();
     nua_register(
         m_pHandle, NUTAG_REGISTRAR(server.c_str()), NUTAG_PROXY(hop.c_str()),
         TAG_IF(!m_contactPlace.empty(), SIPTAG_CONTACT_STR(seen.c_str())),
@@ -168,7 +174,7 @@ void Registration::onRefusal(const tagStackEvent& event)
     const sip_t* message = event.pMessage;
     const uint32_t status = uint32_t(event.nStatus);
     if (!floodGuard::isFromNetwork(m_stack, event)) {
-        failOver(0, kSilence);
+        failOver(0, reasonOfSilence());
     } else if (status == 403) {
         refuse(status, event.szPhrase);
     } else if (message && message->sip_retry_after && m_nAddress + 1 >= m_addresses.size()) {
@@ -268,6 +274,16 @@ void Registration::keepOpen()
     m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
 }
 
+std::string Registration::reasonOfSilence() const
+{
+    const tagServerAddress& address = m_addresses[m_nAddress];
+    const std::string problem =
+        transport() == SIP_TLS
+            ? tlsCheck::problemWith(sipAddress::bareHost(address.host), address.nPort, m_nTlsProblems)
+            : "";
+    return problem.empty() ? kSilence : "TLS: " + problem;
+}
+
 // A connection may be there for this side alone.
 void Registration::silent()
 {
@@ -277,7 +293,7 @@ void Registration::silent()
         ownSockets::closeConnections(isName ? "" : sipAddress::bareHost(address.host),
                                      address.nPort ? address.nPort : kUsualTlsPort);
     }
-    failOver(0, kSilence);
+    failOver(0, reasonOfSilence());
 }
 
 void Registration::onChallenge(const tagStackEvent& event)
