@@ -6,9 +6,7 @@
 #include "bench/phoneBench.h"
 #include "places.h"
 #include "tests/kit/plain/processes.h"
-#include "tests/pbx/baresipProcess.h"
-#include "tests/pbx/registrarProcess.h"
-#include "tests/pbx/talkingPhone.h"
+#include "tests/pbx/baresipPair.h"
 #include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
@@ -49,50 +47,36 @@ class PictureCall
 public:
     bool begin(const QByteArray& module)
     {
-        tagPhoneSetup setup;
-        setup.user = "1001";
-        setup.password = RegistrarProcess::passwordOf("1001");
-        setup.says = "audiotestsrc is-live=true samplesperbuffer=160 volume=0.1";
-        setup.shows = QByteArray("filesrc location=") + kFilm + " ! y4mdec ! identity sync=true";
-        tagBaresipSound sound;
-        sound.codec = "PCMA/8000/1";
-        sound.settings = BaresipProcess::pictureSettings(module, kFilm);
-        if (!m_exchange.start({"--md5"}))
-            return complain("the exchange does not start");
-        setup.server = m_exchange.port();
-        if (!m_phone.start(setup))
-            return complain("the phone does not register");
-        if (!m_peer.start("1002", m_exchange.port(), RegistrarProcess::passwordOf("1002"), false, sound) ||
-            !m_peer.prints("[1 binding]"))
-            return complain("the other phone does not register");
-        m_peer.command("dial", "sip:1001@127.0.0.1:" + QByteArray::number(m_exchange.port()));
-        if (!m_phone.rings() || !m_phone.answer() || !m_phone.talks() || !m_peer.tells("CALL_ESTABLISHED"))
-            return complain("they do not talk");
-        return true;
+        tagPhoneSetup ours;
+        ours.says = "audiotestsrc is-live=true samplesperbuffer=160 volume=0.1";
+        ours.shows = QByteArray("filesrc location=") + kFilm + " ! y4mdec ! identity sync=true";
+        tagBaresipSound theirs;
+        theirs.codec = "PCMA/8000/1";
+        theirs.settings = BaresipProcess::pictureSettings(module, kFilm);
+        return (m_pair.startExchange() && m_pair.startPhones(ours, theirs) && m_pair.talk()) ||
+               complain("there is no call");
     }
     bool measure(const QString& codec, tagCosts& costs)
     {
         QThread::sleep(kSettleSeconds);
-        if (m_phone.call()["picture"].toString() != codec)
+        if (m_pair.phone().call()["picture"].toString() != codec)
             return complain("another codec was agreed on");
-        const qint64 ours = kit::scheduledNs(m_phone.mediaPid());
-        const qint64 theirs = kit::scheduledNs(m_peer.pid());
+        const qint64 ours = kit::scheduledNs(m_pair.phone().mediaPid());
+        const qint64 theirs = kit::scheduledNs(m_pair.other().pid());
         QThread::sleep(kSeconds);
-        costs.ours = double(kit::scheduledNs(m_phone.mediaPid()) - ours) / 1e6 / kSeconds;
-        costs.theirs = double(kit::scheduledNs(m_peer.pid()) - theirs) / 1e6 / kSeconds;
-        return m_phone.call()["state"] == "talking" || complain("the call has ended");
+        costs.ours = double(kit::scheduledNs(m_pair.phone().mediaPid()) - ours) / 1e6 / kSeconds;
+        costs.theirs = double(kit::scheduledNs(m_pair.other().pid()) - theirs) / 1e6 / kSeconds;
+        return m_pair.phone().call()["state"] == "talking" || complain("the call has ended");
     }
 
 private:
     bool complain(const char* what)
     {
-        fprintf(stderr, "%s\n%s\n", what, m_peer.output().constData());
+        fprintf(stderr, "%s\n%s\n", what, m_pair.fault().constData());
         return false;
     }
 
-    RegistrarProcess m_exchange;
-    TalkingPhone m_phone;
-    BaresipProcess m_peer;
+    BaresipPair m_pair;
 };
 
 struct tagCodec

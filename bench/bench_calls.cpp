@@ -5,6 +5,7 @@
 //   HX_CALLS_SEED                               of the run to repeat
 #include "bench/callPhone.h"
 #include "bench/callScreen.h"
+#include "bench/heldThings.h"
 #include "bench/keyReader.h"
 #include "bench/manyCalls.h"
 #include "bench/phoneBench.h"
@@ -346,17 +347,18 @@ void benchMany(RatioTable& table, unsigned seed)
         qFatal("the phone did not start");
     calls.play(kFirstCalls);
     const tagHeld first = calls.look();
+    const int files = calls.files();
     calls.play(kSpreadCalls - kFirstCalls);
     const tagHeld spread = calls.look();
     calls.play(kManyCalls - kSpreadCalls);
     const tagHeld last = calls.look();
     calls.printActs();
     table.add(QString("%1 calls: memory in use grown since %2").arg(kManyCalls).arg(kFirstCalls),
-              100 * (last.usedKiB / first.usedKiB - 1), kMostGrowth, "%");
+              grownBy(last.usedKiB, first.usedKiB), kMostGrowth, "%");
     table.add(QString("private memory grown since %1").arg(kSpreadCalls),
-              100 * (last.dirtyKiB / spread.dirtyKiB - 1), kMostGrowth, "%");
+              grownBy(last.dirtyKiB, spread.dirtyKiB), kMostGrowth, "%");
     table.add("handles grown", last.handles - first.handles, 0, "");
-    table.add("files below its root grown", last.files - first.files, 0, "");
+    table.add("files below its root grown", calls.files() - files, 0, "");
     table.add("acts that have done something else", calls.wrongs(), 0, "");
 }
 
@@ -380,14 +382,8 @@ void benchHere(RatioTable& table, int& argc, char** argv, const QStringList& par
 
 int main(int argc, char** argv)
 {
-    QStringList parts;
-    for (int i = 1; i < argc; ++i)
-        parts.append(argv[i]);
-    if (parts.isEmpty())
-        parts = QStringList{"screen", "plan", "keys", "many"};
-    const unsigned seed = qEnvironmentVariableIsSet("HX_CALLS_SEED") ? qgetenv("HX_CALLS_SEED").toUInt()
-                                                                     : std::random_device()();
-    printf("HX_CALLS_SEED=%u\n", seed);
+    const QStringList parts = benchParts(argc, argv, {"screen", "plan", "keys", "many"});
+    const unsigned seed = benchSeed();
     RatioTable table;
     if (parts != QStringList{"many"})
         benchHere(table, argc, argv, parts, seed);

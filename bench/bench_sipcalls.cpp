@@ -2,7 +2,8 @@
 // afterwards, what they hold at rest, and what somebody waits for a line or a call.
 //   bench_sipcalls [screen] [times] [rest] [many]   these parts alone
 //   HX_SIP_CALLS                                    how many calls; 10000. A call every second for a day are
-//   86400 HX_CALLS_SEED                                   of the run to repeat
+//                                                   86400
+//   HX_CALLS_SEED                                   of the run to repeat
 #include "bench/heapFolder.h"
 #include "bench/heldThings.h"
 #include "bench/manySipCalls.h"
@@ -16,7 +17,6 @@
 #include <QCoreApplication>
 #include <QThread>
 #include <cstdio>
-#include <random>
 
 namespace {
 
@@ -28,16 +28,11 @@ constexpr double kMostGrowth = 1; // percent
 constexpr int kPhoneRestSeconds = 40;
 constexpr double kUnchanged = 1; // percent
 
-double grownBy(double now, double before)
-{
-    return 100 * (now / before - 1);
-}
-
-void addGrowth(RatioTable& table, const ManySipCalls& calls, const tagProcessHeld* before)
+void addGrowth(RatioTable& table, const ManySipCalls& calls, const tagHeld* before)
 {
     for (int i = 0; i < ManySipCalls::PROCESSES; ++i) {
         const auto process = ManySipCalls::PROCESS(i);
-        const tagProcessHeld now = calls.held(process);
+        const tagHeld now = calls.held(process);
         const QString name = ManySipCalls::nameOf(process);
         table.add(name + ": memory in use grown since the first thousand calls",
                   grownBy(now.usedKiB, before[i].usedKiB), kMostGrowth, "%");
@@ -59,7 +54,7 @@ void benchMany(RatioTable& table, unsigned seed)
     // The first thousand of them include those that find no room.
     int refused = calls.refuseOthers(kOthersPerSecond, kOthersSeconds);
     calls.rest();
-    tagProcessHeld before[ManySipCalls::PROCESSES];
+    tagHeld before[ManySipCalls::PROCESSES];
     for (int i = 0; i < ManySipCalls::PROCESSES; ++i)
         before[i] = calls.held(ManySipCalls::PROCESS(i));
     calls.play(count - calls.begun());
@@ -114,19 +109,12 @@ void benchRest(RatioTable& table)
 
 int main(int argc, char** argv)
 {
-    QStringList parts;
-    for (int i = 1; i < argc; ++i)
-        parts.append(argv[i]);
-    if (parts.isEmpty())
-        parts = QStringList{"screen", "times", "rest", "many"};
-    const unsigned seed = qEnvironmentVariableIsSet("HX_CALLS_SEED") ? qgetenv("HX_CALLS_SEED").toUInt()
-                                                                     : std::random_device()();
-    printf("HX_CALLS_SEED=%u\n", seed);
+    const QStringList parts = benchParts(argc, argv, {"screen", "times", "rest", "many"});
+    const unsigned seed = benchSeed();
     qputenv("QT_QPA_PLATFORM", "offscreen");
     RatioTable table;
-    if (parts.contains("screen")) {
+    if (parts.contains("screen"))
         benchSipScreen(table, argc, argv);
-    }
     if (parts.contains("times")) {
         benchRegistration(table);
         benchFailover(table);

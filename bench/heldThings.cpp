@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <cstdio>
 
 namespace {
 
@@ -42,4 +43,21 @@ int filesBelow(const QString& root, const char* without)
     for (QDirIterator files(root, kinds, QDirIterator::Subdirectories); files.hasNext();)
         count += files.next() != root + without;
     return count;
+}
+
+tagHeld heldBy(qint64 pid, double usedKiB)
+{
+    return {usedKiB, privateDirtyKiB(pid), handlesOf(pid), threadsOf(pid)};
+}
+
+void printHeld(int calls, const char* process, const tagHeld& held)
+{
+    printf("after %5d calls: %-8s %6.0f KiB in use, %6.0f KiB of private memory, %d handles, %d threads\n",
+           calls, process, held.usedKiB, held.dirtyKiB, held.handles, held.threads);
+    fflush(stdout);
+}
+
+double grownBy(double now, double before)
+{
+    return 100 * (now / before - 1);
 }

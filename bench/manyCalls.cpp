@@ -1,10 +1,9 @@
 #include "bench/manyCalls.h"
-#include "bench/heldThings.h"
+#include "bench/sipUsers.h"
 #include "support/host/phone.h"
 #include "tests/kit/plain/processes.h"
 #include <QFile>
 #include <QJsonArray>
-#include <QThread>
 #include <algorithm>
 #include <cstdio>
 
@@ -14,12 +13,9 @@ constexpr int kCallsAtMost = 3; // of the four that the phone takes: none fails
 constexpr int kSpeedDials = 16;
 constexpr int kKeys = 20;
 constexpr int kLogEntries = 2000; // that are kept
-constexpr int kWaitMs = 5000;
-constexpr int kRestMs = 63000; // nobody waits for a caller any more, and no thread for work
-constexpr int kTrimMs = 2500;
+constexpr int kRestMs = 63000;    // nobody waits for a caller any more, and no thread for work
 constexpr int kSoftKeyWidth = 200;
 constexpr int kSoftKeyY = 460;
-const char* const kHome = "frmDesktop";
 const char* const kCall = "frmCall";
 const char* const kDial = "frmDial";
 const char* const kHistory = "/rundata/data/callHistory.xml";
@@ -40,28 +36,13 @@ bool putKeys(const QString& root)
     return file.open(QIODevice::WriteOnly) && file.write("<DssKey>" + items + "</DssKey>") > 0;
 }
 
-// Which nobody answers here, and which has nothing to do with calls.
-bool askNoWeather(const QString& root)
-{
-    QFile file(root + "/rundata/config/user/user.ini");
-    if (!file.open(QIODevice::ReadWrite))
-        return false;
-    const QByteArray text = file.readAll().replace("bDesktop=1", "bDesktop=0");
-    return file.seek(0) && file.write(text) == text.size();
-}
-
 } // namespace
 
 bool ManyCalls::start()
 {
-    // Which of the allocator's heaps the next thread gets is chance, and each that was ever used keeps some
-    // hundred KiB.
-    qputenv("MALLOC_ARENA_MAX", "1");
-    if (!putKeys(m_phone.root()) || !askNoWeather(m_phone.root()) || !m_phone.start() ||
-        !m_link.open(m_phone.root() + "/control", kWaitMs))
+    askNoWeather(m_phone.root());
+    if (!putKeys(m_phone.root()) || !m_phone.start())
         return false;
-    // Calls that follow each other so quickly take each press at once.
-    ask({"config", "/rundata/config/system.ini", "CALL", "nPressGuard", "0"});
     for (int line = 0; line < PHONE_ACCOUNT_COUNT; ++line)
         ask({"set", "line", QString::number(line), "state=2", QString("user=100%1").arg(line + 1),
              "server=pbx.test"});
@@ -77,14 +58,6 @@ void ManyCalls::fillLog()
     for (int tone = 0; tone < kLogEntries; ++tone)
         key("5");
     key("F4");
-}
-
-QJsonObject ManyCalls::ask(const QStringList& words)
-{
-    const QJsonObject answer = m_link.ask(words).toObject();
-    if (!m_link.isOpen())
-        qFatal("the phone does not answer: %s", qPrintable(words.join(' ')));
-    return answer;
 }
 
 void ManyCalls::touch(int x, int y)
@@ -106,23 +79,9 @@ void ManyCalls::softKey(int index)
     touchOrKey(index * kSoftKeyWidth + kSoftKeyWidth / 2, kSoftKeyY, name.constData());
 }
 
-void ManyCalls::type(const QString& digits)
-{
-    for (const QChar digit : digits)
-        ask({"key", QString(digit)});
-}
-
-bool ManyCalls::waitPage(const char* className)
-{
-    return !ask({"wait", "page", className, QString::number(kWaitMs)}).contains("error");
-}
-
-// The screen of a call that has ended goes by itself, too.
 void ManyCalls::goHome()
 {
-    if (ask({"screen"})["top"] == kCall)
-        key("F4");
-    if (!waitPage(kHome))
+    if (!m_phone.goHome())
         qFatal("the phone does not come home");
 }
 
@@ -251,12 +210,12 @@ void ManyCalls::callOut()
         ask({"dsskey", QString::number(place + 1)});
     } else {
         goHome();
-        type(number.left(1));
-        waitPage(kDial);
-        type(number.mid(1));
+        m_phone.type(number.left(1));
+        m_phone.waitPage(kDial);
+        m_phone.type(number.mid(1));
         key("Return");
     }
-    waitPage(kCall);
+    m_phone.waitPage(kCall);
     expect("call out", [&] {
         return m_calls.size() == before + 1 && !m_calls.last().bIncoming &&
                m_calls.last().strNumber == number;
@@ -267,8 +226,8 @@ void ManyCalls::callOut()
 void ManyCalls::sendAway(const tagSeen& call, const char* act, const char* end)
 {
     const QString target = drawNumber();
-    waitPage(kDial);
-    type(target);
+    m_phone.waitPage(kDial);
+    m_phone.type(target);
     key("Return");
     expectEnd(act, call.nId, end, target);
 }
@@ -304,7 +263,7 @@ void ManyCalls::waitForAnswer(const tagSeen& call)
             see();
             return seen(call.nId).bTalks;
         },
-        kWaitMs);
+        SteeredPhone::WAIT_MS);
     expect("answered by the other side", [&] { return seen(call.nId).bTalks; });
 }
 
@@ -361,7 +320,7 @@ void ManyCalls::join(const tagSeen& call)
 void ManyCalls::connectBoth(const tagSeen& call)
 {
     softKey(2);
-    waitPage(kDial);
+    m_phone.waitPage(kDial);
     key("Down");
     key("Return");
     expect("connect", [&] {
@@ -381,7 +340,7 @@ void ManyCalls::actOnTalking(const tagSeen& call)
         softKey(0);
         expect("mute or unmute", [&] { return seen(call.nId).bMuted != call.bMuted; });
     } else if (chosen < 40) {
-        type(drawNumber());
+        m_phone.type(drawNumber());
         expect("tones", [&] { return seen(call.nId).bTalks; });
     } else if (chosen < 50) {
         softKey(2);
@@ -405,20 +364,15 @@ tagHeld ManyCalls::look()
     for (see(); !m_calls.isEmpty(); see())
         ask({"other-side", QString::number(m_calls.first().nId), "hangup"});
     goHome();
-    QThread::msleep(kRestMs);
-    // What the toolkit has drawn before goes; then a window comes and goes, after which the phone gives back
-    // what it has over.
-    ask({"memory"});
-    ask({"menu", "setting.xml"});
-    key("F4");
-    waitPage(kHome);
-    QThread::msleep(kTrimMs);
-    ask({"wait", "idle", QString::number(kWaitMs)});
-    const tagHeld held{ask({"memory"})["heap"].toDouble() / 1024, privateDirtyKiB(m_phone.pid()),
-                       handlesOf(m_phone.pid()), filesBelow(m_phone.root(), kHistory)};
-    printf("after %4d calls: %.0f KiB in use, %.0f KiB of private memory, %d handles, %d files\n", m_nBegun,
-           held.usedKiB, held.dirtyKiB, held.handles, held.files);
+    m_phone.rest(kRestMs);
+    const tagHeld held = heldBy(m_phone.pid(), ask({"memory"})["heap"].toDouble() / 1024);
+    printHeld(m_nBegun, "hxPhone", held);
     return held;
+}
+
+int ManyCalls::files() const
+{
+    return filesBelow(m_phone.root(), kHistory);
 }
 
 void ManyCalls::printActs() const

@@ -1,19 +1,10 @@
 #pragma once
 // Calls in and out on the phone in a process of its own, by finger and by keys: who calls, what becomes of a
 // call and how it is done is drawn at random, and what each act has done is looked at.
-#include "bench/runningPhone.h"
-#include "tests/kit/plain/controlLink.h"
+#include "bench/heldThings.h"
+#include "bench/steeredPhone.h"
 #include <QMap>
 #include <random>
-
-// What a phone holds that nobody uses.
-struct tagHeld
-{
-    double usedKiB = 0;  // of what it has asked the allocator for
-    double dirtyKiB = 0; // of memory that is its own, with what the allocator has over
-    int handles = 0;
-    int files = 0; // below its root, without the history of calls
-};
 
 class ManyCalls
 {
@@ -25,6 +16,8 @@ public:
     void play(int count);
     // Ends all calls, and waits until the phone is at rest at its home screen.
     tagHeld look();
+    // Below its root, without the history of calls.
+    int files() const;
     // Acts that have had another effect than they are to have.
     int wrongs() const { return m_nWrongs; }
     void printActs() const;
@@ -52,14 +45,12 @@ private:
     QString drawNumber() { return QString::number(100 + draw(900)); }
 
     void fillLog();
-    QJsonObject ask(const QStringList& words);
+    QJsonObject ask(const QStringList& words) { return m_phone.ask(words); }
     void touch(int x, int y);
-    void key(const char* name) { ask({"key", name}); }
+    void key(const char* name) { m_phone.key(name); }
     // By finger or by the key, whichever is drawn.
     void touchOrKey(int x, int y, const char* name);
     void softKey(int index);
-    void type(const QString& digits);
-    bool waitPage(const char* className);
     void goHome();
 
     // Asks the phone what has become of the calls.
@@ -89,8 +80,7 @@ private:
     void expect(const char* act, Holds holds);
     void expectEnd(const char* act, int id, const char* end, const QString& target = QString());
 
-    RunningPhone m_phone;
-    ControlLink m_link;
+    SteeredPhone m_phone;
     std::mt19937 m_random;
     QList<tagSeen> m_calls;
     QMap<int, tagEnd> m_ended; // the last ones

@@ -1,5 +1,4 @@
 #include "bench/manySipCalls.h"
-#include "bench/heldThings.h"
 #include "bench/sipUsers.h"
 #include "tests/kit/plain/processes.h"
 #include <QElapsedTimer>
@@ -12,15 +11,12 @@ namespace {
 constexpr int kSeconds = 30; // that a registration and a subscription last
 constexpr int kWaitMs = 15000;
 constexpr int kRestMs = 75000; // nobody waits for a caller any more, and the stack for no repetition
-constexpr int kTrimMs = 2500;
 constexpr int kLookMs = 2;
 constexpr int kHoldMs = 60;
 constexpr int kCallsOfARun = 450;
 constexpr int kOutOfARun = 50;
 constexpr int kMostComplaints = 20;
-const char* const kHome = "frmDesktop";
 const char* const kDial = "frmDial";
-const char* const kCall = "frmCall";
 const char* const kTarget = "555";
 
 // What becomes of a hundred calls.
@@ -50,16 +46,10 @@ ManySipCalls::ManySipCalls(unsigned seed)
 
 bool ManySipCalls::start()
 {
-    // Which of the allocator's heaps the next thread gets is chance, and each that was ever used keeps some
-    // hundred KiB.
-    qputenv("MALLOC_ARENA_MAX", "1");
     putSipAccount(m_phone.root(), 0, {"1001", m_exchange.port()});
     askNoWeather(m_phone.root());
-    if (!m_phone.start({"--sip"}) || !m_link.open(m_phone.root() + "/control", kWaitMs) ||
-        !m_exchange.waitForPhones(1, kWaitMs))
+    if (!m_phone.start({"--sip"}) || !m_exchange.waitForPhones(1, kWaitMs))
         return false;
-    // Calls that follow each other so quickly take each press at once.
-    ask({"config", "/rundata/config/system.ini", "CALL", "nPressGuard", "0"});
     m_called.start("sipCalled.xml", m_nCalled, m_exchange.port(), 0, peerWords());
     return true;
 }
@@ -83,25 +73,6 @@ ManySipCalls::tagAct ManySipCalls::drawAct()
     while ((left -= share->percent) >= 0)
         ++share;
     return {nextNumber('2'), share->what};
-}
-
-QJsonObject ManySipCalls::ask(const QStringList& words)
-{
-    const QJsonObject answer = m_link.ask(words).toObject();
-    if (!m_link.isOpen())
-        qFatal("the phone does not answer: %s", qPrintable(words.join(' ')));
-    return answer;
-}
-
-void ManySipCalls::type(const QByteArray& digits)
-{
-    for (const char digit : digits)
-        ask({"key", QString(QLatin1Char(digit))});
-}
-
-bool ManySipCalls::waitPage(const char* className)
-{
-    return !ask({"wait", "page", className, QString::number(kWaitMs)}).contains("error");
 }
 
 void ManySipCalls::complain(const char* what)
@@ -200,8 +171,8 @@ void ManySipCalls::actOn(const tagAct& act)
         end = "declined";
     } else if (act.what == "forward") {
         key("F2");
-        waitPage(kDial);
-        type(kTarget);
+        m_phone.waitPage(kDial);
+        m_phone.type(kTarget);
         key("Return");
         end = "forwarded";
     } else {
@@ -227,15 +198,13 @@ void ManySipCalls::callOut()
     ++m_nBegun;
     const char first = "789"[draw(3)];
     const QByteArray number = nextNumber(first);
-    if (ask({"screen"})["top"] == kCall)
-        key("F4");
-    if (!waitPage(kHome)) {
+    if (!m_phone.goHome()) {
         complain("the phone does not come home");
         return;
     }
-    type(number.left(1));
-    waitPage(kDial);
-    type(number.mid(1));
+    m_phone.type(number.left(1));
+    m_phone.waitPage(kDial);
+    m_phone.type(number.mid(1));
     key("Return");
     if (first == '8') {
         note("out, busy", number, waitForEnd(number, "failed"));
@@ -279,25 +248,10 @@ int ManySipCalls::refuseOthers(int perSecond, int seconds)
 
 void ManySipCalls::rest()
 {
-    if (ask({"screen"})["top"] == kCall)
-        key("F4");
-    waitPage(kHome);
-    QThread::msleep(kRestMs);
-    // What the toolkit has drawn before goes; then a window comes and goes, after which the phone gives back
-    // what it has over.
-    ask({"memory"});
-    ask({"menu", "setting.xml"});
-    key("F4");
-    waitPage(kHome);
-    QThread::msleep(kTrimMs);
-    ask({"wait", "idle", QString::number(kWaitMs)});
-    for (int process = 0; process < PROCESSES; ++process) {
-        const tagProcessHeld now = held(PROCESS(process));
-        printf(
-            "after %5d calls: %-8s %6.0f KiB in use, %6.0f KiB of private memory, %d handles, %d threads\n",
-            m_nBegun, nameOf(PROCESS(process)), now.usedKiB, now.dirtyKiB, now.handles, now.threads);
-    }
-    fflush(stdout);
+    m_phone.goHome();
+    m_phone.rest(kRestMs);
+    for (int process = 0; process < PROCESSES; ++process)
+        printHeld(m_nBegun, nameOf(PROCESS(process)), held(PROCESS(process)));
 }
 
 const char* ManySipCalls::nameOf(PROCESS process)
@@ -306,12 +260,12 @@ const char* ManySipCalls::nameOf(PROCESS process)
     return names[process];
 }
 
-tagProcessHeld ManySipCalls::held(PROCESS process) const
+tagHeld ManySipCalls::held(PROCESS process) const
 {
     const qint64 pid = process == PHONE ? m_phone.pid() : kit::childOf(m_phone.pid(), nameOf(process));
     if (pid == 0)
         qFatal("%s does not run", nameOf(process));
-    return {m_heaps.usedKiB(pid), privateDirtyKiB(pid), handlesOf(pid), threadsOf(pid)};
+    return heldBy(pid, m_heaps.usedKiB(pid));
 }
 
 void ManySipCalls::printActs() const

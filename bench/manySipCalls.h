@@ -4,21 +4,12 @@
 // goes by time and not by calls is renewed every half minute: an hour of the bench has more of that than a
 // day of a phone.
 #include "bench/heapFolder.h"
-#include "bench/runningPhone.h"
+#include "bench/heldThings.h"
 #include "bench/sipExchange.h"
 #include "bench/sippCallers.h"
-#include "tests/kit/plain/controlLink.h"
+#include "bench/steeredPhone.h"
 #include <QMap>
 #include <random>
-
-// What one of the phone's processes holds while nobody calls.
-struct tagProcessHeld
-{
-    double usedKiB = 0;  // of what it has asked the allocator for
-    double dirtyKiB = 0; // of memory that is its own, with what the allocator has over
-    int handles = 0;
-    int threads = 0;
-};
 
 class ManySipCalls
 {
@@ -34,7 +25,7 @@ public:
     int refuseOthers(int perSecond, int seconds);
     // Waits until the phone, and what its stack still keeps of calls, is at rest.
     void rest();
-    tagProcessHeld held(PROCESS process) const;
+    tagHeld held(PROCESS process) const;
     static const char* nameOf(PROCESS process);
     // Calls that the phone has lost, or of which it says something else than was done.
     int wrongs() const { return m_nWrongs; }
@@ -54,10 +45,8 @@ private:
     int draw(int below) { return int(m_random() % unsigned(below)); }
     QByteArray nextNumber(char first);
     tagAct drawAct();
-    QJsonObject ask(const QStringList& words);
-    void key(const char* name) { ask({"key", name}); }
-    void type(const QByteArray& digits);
-    bool waitPage(const char* className);
+    QJsonObject ask(const QStringList& words) { return m_phone.ask(words); }
+    void key(const char* name) { m_phone.key(name); }
     QStringList peerWords() const;
 
     void callIn(int count);
@@ -76,8 +65,7 @@ private:
     const uint32_t m_nCalled;
     SipExchange m_exchange;
     HeapFolder m_heaps;
-    RunningPhone m_phone;
-    ControlLink m_link;
+    SteeredPhone m_phone;
     SippCallers m_called;
     int m_nBegun = 0;
     int m_nNumbers = 0;

@@ -1,5 +1,6 @@
 #include "bench/phoneBench.h"
 #include <cstdio>
+#include <random>
 
 void RatioTable::add(const QString& what, double measured, double limit, const QString& unit)
 {
@@ -17,4 +18,20 @@ bool RatioTable::print() const
                ok ? "ok" : "over");
     }
     return isWithin;
+}
+
+QStringList benchParts(int argc, char** argv, const QStringList& all)
+{
+    QStringList parts;
+    for (int i = 1; i < argc; ++i)
+        parts.append(argv[i]);
+    return parts.isEmpty() ? all : parts;
+}
+
+unsigned benchSeed()
+{
+    const unsigned seed = qEnvironmentVariableIsSet("HX_CALLS_SEED") ? qgetenv("HX_CALLS_SEED").toUInt()
+                                                                     : std::random_device()();
+    printf("HX_CALLS_SEED=%u\n", seed);
+    return seed;
 }

@@ -1,6 +1,8 @@
 #pragma once
-// What the benchmarks of the whole phone share: a table of figures against limits.
+// What the benchmarks of the whole phone share: what they are asked for, and a table of figures against
+// limits.
 #include <QString>
+#include <QStringList>
 #include <vector>
 
 // Figures that are held against a limit of their own, printed as ratios of it.
@@ -21,3 +23,8 @@ private:
     };
     std::vector<Row> m_rows;
 };
+
+// The parts that the command line names; all of them where it names none.
+QStringList benchParts(int argc, char** argv, const QStringList& all);
+// For what is drawn at random: that of HX_CALLS_SEED, else another one each time; printed.
+unsigned benchSeed();

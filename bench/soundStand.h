@@ -1,9 +1,7 @@
 #pragma once
 // A phone that nobody here wrote calls ours, through a network that the bench makes.
 #include "bench/soundRelay.h"
-#include "tests/pbx/baresipProcess.h"
-#include "tests/pbx/registrarProcess.h"
-#include "tests/pbx/talkingPhone.h"
+#include "tests/pbx/baresipPair.h"
 #include <memory>
 
 class SoundStand
@@ -13,21 +11,18 @@ public:
     // False, with a line on the standard error stream, when not everybody comes up.
     bool begin(const QByteArray& codec, const QByteArray& says, const QString& peerSays = {},
                bool bProcesses = false, const QByteArray& peerSettings = {});
-    // Ours rings, and is not answered yet.
-    bool ring();
-    // One call, from its ring until both talk.
-    bool talk();
-    bool hangUp();
+    // As BaresipPair's, with a line on the standard error stream.
+    bool ring() { return m_pair->ring() || complain(); }
+    bool talk() { return m_pair->talk() || complain(); }
+    bool hangUp() { return m_pair->hangUp() || complain(); }
 
-    TalkingPhone& phone() { return *m_phone; }
-    BaresipProcess& peer() { return *m_peer; }
+    TalkingPhone& phone() { return m_pair->phone(); }
+    BaresipProcess& peer() { return m_pair->other(); }
     SoundRelay& network() { return *m_network; }
 
 private:
-    bool complain(const char* what);
+    bool complain();
 
-    std::unique_ptr<RegistrarProcess> m_exchange;
-    std::unique_ptr<SoundRelay> m_network;
-    std::unique_ptr<TalkingPhone> m_phone;
-    std::unique_ptr<BaresipProcess> m_peer;
+    std::unique_ptr<SoundRelay> m_network; // outlives the phones
+    std::unique_ptr<BaresipPair> m_pair;
 };

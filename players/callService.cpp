@@ -75,50 +75,62 @@ callService::callService(pictureScreen& screen)
 
 int callService::TryThreadMessage(msgObject& msg)
 {
-    const int call = int(msg.wParam);
+    if (msg.message == MEDIA_MSG_VOLUME && msg.wParam <= soundVolume::LOUDEST)
+        m_sound.setVolume(int(msg.wParam), false);
+    return takeDescription(msg) || takeOrder(msg);
+}
+
+bool callService::takeDescription(const msgObject& msg)
+{
+    const auto known = m_calls.find(int(msg.wParam));
     switch (msg.message) {
     case MEDIA_MSG_CALL_PREPARE:
         m_elements.load();
-        return 1;
+        return true;
     case MEDIA_MSG_CALL_OFFER:
     case MEDIA_MSG_CALL_ANSWER:
         describe(msg);
-        return 1;
+        return true;
     case MEDIA_MSG_CALL_AGREE:
         agree(msg);
-        return 1;
+        return true;
+    case MEDIA_MSG_CALL_WITHDRAW:
+        if (known != m_calls.end())
+            known->second.negotiation->withdraw();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool callService::takeOrder(const msgObject& msg)
+{
+    const int call = int(msg.wParam);
+    switch (msg.message) {
     case MEDIA_MSG_CALL_BEGIN:
         begin(call);
-        return 1;
-    case MEDIA_MSG_CALL_WITHDRAW:
-        if (m_calls.count(call) != 0)
-            m_calls[call].negotiation->withdraw();
-        return 1;
+        return true;
     case MEDIA_MSG_CALL_MUTE:
         setMuted(msg);
-        return 1;
+        return true;
     case MEDIA_MSG_CALL_TONE:
         sendTone(msg);
-        return 1;
+        return true;
     case MEDIA_MSG_CALL_JOIN:
         if (!m_desk.join(call, int(msg.lParam)))
             refuse(msg, "a call has no sound");
-        return 1;
+        return true;
     case MEDIA_MSG_CALL_SPLIT:
         m_desk.split(call);
-        return 1;
+        return true;
     case MEDIA_MSG_CALL_END:
         end(call);
-        return 1;
+        return true;
     case MEDIA_MSG_OWN_PLACE:
         takeOwnPlace(msg);
-        return 1;
-    case MEDIA_MSG_VOLUME:
-        if (msg.wParam <= soundVolume::LOUDEST)
-            m_sound.setVolume(int(msg.wParam), false);
-        return 0;
+        return true;
     default:
-        return 0;
+        return false;
     }
 }
 

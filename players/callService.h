@@ -76,6 +76,9 @@ private:
     };
     using Calls = std::map<int, tagCallEntry>;
 
+    // Each is false for a message of another kind: what a call's streams are to be, and what is to be done.
+    bool takeDescription(const msgObject& msg);
+    bool takeOrder(const msgObject& msg);
     void describe(const msgObject& msg);
     void reply(int call, tagCallEntry& entry, const tagQuestion& question);
     void stepPorts();

@@ -49,6 +49,12 @@ std::string bodyOf(const std::string& sdp)
     return end == std::string::npos ? sdp : sdp.substr(0, origin) + sdp.substr(end);
 }
 
+// The replies to requests of this side that stand in the way of an INVITE.
+bool isRequestWithin(nua_event_t event)
+{
+    return event == nua_r_info || event == nua_r_update || event == nua_r_refer || event == nua_r_notify;
+}
+
 } // namespace
 
 SipCall::SipCall(const tagSipStack& stack, uint32_t id)
@@ -263,6 +269,7 @@ void SipCall::sendTone(char tone, uint32_t ms)
     if (m_eStep != STEP_TALKING)
         return;
     const std::string body = std::string("Signal=") + tone + "\r\nDuration=" + std::to_string(ms) + "\r\n";
+    m_offer.requestGoes();
     nua_info(m_pHandle, SIPTAG_CONTENT_TYPE_STR("application/dtmf-relay"), SIPTAG_PAYLOAD_STR(body.c_str()),
              TAG_END());
 }
@@ -278,18 +285,37 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_r_invite:
         onInviteReply(event);
         break;
+    case nua_r_update:
+        onUpdateReply(event);
+        break;
+    case nua_r_refer:
+        m_bReferred = m_bReferred || (status >= 200 && status < 300);
+        if (status >= 300)
+            onTransfer(status, false);
+        break;
+    case nua_i_state:
+        onState(event);
+        break;
+    default:
+        onRequest(event);
+    }
+    if (isRequestWithin(event.eEvent) && status >= 200)
+        m_offer.requestIsAnswered();
+}
+
+void SipCall::onRequest(const tagStackEvent& event)
+{
+    const bool isOpen = event.nStatus < 200; // the stack has not answered it itself
+    switch (event.eEvent) {
     case nua_i_invite:
         onOffer(event);
         break;
     case nua_i_update:
-        if (status < 200)
+        if (isOpen)
             onOffer(event);
         break;
-    case nua_r_update:
-        onUpdateReply(event);
-        break;
     case nua_i_refer:
-        if (status < 200)
+        if (isOpen)
             onReferred(event);
         break;
     case nua_i_ack:
@@ -302,16 +328,8 @@ void SipCall::onStack(const tagStackEvent& event)
     case nua_i_bye:
         end(SIP_HUNG_UP, 0, "");
         break;
-    case nua_r_refer:
-        m_bReferred = m_bReferred || (status >= 200 && status < 300);
-        if (status >= 300)
-            onTransfer(status, false);
-        break;
     case nua_i_notify:
         onTransferNote(event);
-        break;
-    case nua_i_state:
-        onState(event);
         break;
     default:
         break;
@@ -343,19 +361,13 @@ void SipCall::onInviteReply(const tagStackEvent& event)
         onSetupReply(event);
 }
 
-// What the stack itself makes up has no message, or one from nowhere.
-bool SipCall::isFromWire(const tagStackEvent& event) const
-{
-    return event.pMessage && !floodGuard::sourceOf(nua_current_request(m_stack.pNua)).empty();
-}
-
 void SipCall::onSetupReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
     const std::string sdp = sdpOf(event.pMessage);
     if (status < 100)
         return;
-    if (isFromWire(event)) {
+    if (floodGuard::isFromNetwork(m_stack, event)) {
         m_bHeard = true;
         m_silent.stop();
         m_name = sipDialog::nameOf(*event.pMessage);
@@ -380,7 +392,7 @@ void SipCall::onSetupReply(const tagStackEvent& event)
 void SipCall::onFinalReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
-    const bool isReply = isFromWire(event);
+    const bool isReply = floodGuard::isFromNetwork(m_stack, event);
     const bool isDown = status == 503 || !isReply;
     if (status >= 300 && isDown && m_setup->hasNext()) {
         nextServer();
@@ -424,8 +436,8 @@ void SipCall::onMediaReply(const tagStackEvent& event)
     }
     if (!m_offer.settle(uint32_t(event.nStatus)))
         return;
-    // The phone hears of the answer to its own offer, which is under way now.
-    if (isRefresh && m_offer.isUnderWay())
+    // The phone hears of the answer to its own offer, which is next.
+    if (isRefresh && !m_offer.isIdle())
         return;
     const std::string sdp = sdpOf(event.pMessage);
     const bool hasMoved = !sdp.empty() && !isTooLarge(sdp) && bodyOf(sdp) != bodyOf(m_remoteSdp);
@@ -497,10 +509,12 @@ void SipCall::refresh()
 {
     if (m_eStep != STEP_TALKING || m_offered || !m_offer.isIdle())
         return;
-    if (m_session.peerKnowsUpdate())
-        nua_update(m_pHandle, TAG_END());
-    else
+    if (!m_session.peerKnowsUpdate()) {
         refreshByInvite();
+        return;
+    }
+    m_offer.requestGoes();
+    nua_update(m_pHandle, TAG_END());
 }
 
 void SipCall::refreshByInvite()

@@ -78,9 +78,10 @@ private:
 
     void invite();
     void nextServer();
+    // Of the other side.
+    void onRequest(const tagStackEvent& event);
     void onState(const tagStackEvent& event);
     void onInviteReply(const tagStackEvent& event);
-    bool isFromWire(const tagStackEvent& event) const;
     // Before the call talks.
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);

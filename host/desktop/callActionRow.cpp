@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr QSize kAction(104, 80);
+constexpr QSize kAction(104, 76); // its words stay clear of the soft keys
 constexpr int kTop = 360;
 constexpr int kStep = 110;
 

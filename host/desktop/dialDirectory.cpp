@@ -70,6 +70,8 @@ public:
 private:
     void addCall(const tagCallRecord& call, const QList<tagContact>& book)
     {
+        if (call.strNumber.isEmpty())
+            return; // whose name is a text of another thread
         const QString name = callRecordName(call, book);
         tagDialEntry entry = entryOf(name == call.strNumber ? QString() : name, call.strNumber, call.nLine);
         if (entry.strNumber.isEmpty() || m_numbers.contains(entry.strNumber))

@@ -2,8 +2,8 @@
 #include "players/rtpPeer.h"
 #include "tests/calls/callStand.h"
 #include "tests/calls/lossyWay.h"
-#include "tests/calls/wirePort.h"
 #include "tests/kit/plain/processes.h"
+#include "tests/players/wirePort.h"
 #include <dirent.h>
 #include <unistd.h>
 
@@ -18,6 +18,17 @@ class CallSound : public CallStand
 protected:
     CallPhone m_one{kOne};
     CallPhone m_other{kOther};
+};
+
+// One of them has a call with each of the two others.
+class CallSoundOfThree : public CallSound
+{
+protected:
+    CallPhone m_third{kThird};
+    CallEnd m_toOther{m_one, 1};
+    CallEnd m_toThird{m_one, 2};
+    CallEnd m_atOther{m_other, 1};
+    CallEnd m_atThird{m_third, 1};
 };
 
 class EachCodec : public CallSound, public testing::WithParamInterface<const char*>
@@ -91,47 +102,37 @@ TEST_F(CallSound, OneWhoIsMutedIsNotHeardButHears)
     EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne); }));
 }
 
-TEST_F(CallSound, ThreeWhoAreJoinedHearEachOtherUntilTheyAreSplit)
+TEST_F(CallSoundOfThree, ThreeWhoAreJoinedHearEachOtherUntilTheyAreSplit)
 {
-    CallPhone third(kThird);
-    CallEnd oneToOther(m_one, 1);
-    CallEnd oneToThird(m_one, 2);
-    CallEnd other(m_other, 1);
-    CallEnd last(third, 1);
-    connect(oneToOther, other, "PCMA");
-    connect(oneToThird, last, "opus");
-    ASSERT_TRUE(waitFor([&] { return m_other.hears(kOne) && third.hears(kOne); }));
+    connect(m_toOther, m_atOther, "PCMA");
+    connect(m_toThird, m_atThird, "opus");
+    ASSERT_TRUE(waitFor([&] { return m_other.hears(kOne) && m_third.hears(kOne); }));
     EXPECT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_one.hears(kThird); })) << "two calls at once";
     EXPECT_FALSE(m_other.hears(kThird));
     ASSERT_TRUE(m_one.desk.join(1, 2));
-    EXPECT_TRUE(waitFor([&] { return m_other.hears(kThird) && third.hears(kOther); }));
+    EXPECT_TRUE(waitFor([&] { return m_other.hears(kThird) && m_third.hears(kOther); }));
     EXPECT_TRUE(waitFor([&] {
-        return m_other.hears(kOne) && third.hears(kOne) && m_one.hears(kOther) && m_one.hears(kThird);
+        return m_other.hears(kOne) && m_third.hears(kOne) && m_one.hears(kOther) && m_one.hears(kThird);
     }));
     m_one.desk.split(2);
-    EXPECT_TRUE(waitFor([&] { return !m_other.hears(kThird) && !third.hears(kOther); }));
-    EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne) && third.hears(kOne); }));
+    EXPECT_TRUE(waitFor([&] { return !m_other.hears(kThird) && !m_third.hears(kOther); }));
+    EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne) && m_third.hears(kOne); }));
     EXPECT_FALSE(m_one.desk.join(1, 7));
 }
 
-TEST_F(CallSound, WhoIsMutedIsHeardByNobodyOfThreeWhoHearEachOther)
+TEST_F(CallSoundOfThree, WhoIsMutedIsHeardByNobodyOfThreeWhoHearEachOther)
 {
-    CallPhone third(kThird);
-    CallEnd oneToOther(m_one, 1);
-    CallEnd oneToThird(m_one, 2);
-    CallEnd other(m_other, 1);
-    CallEnd last(third, 1);
-    connect(oneToOther, other, "PCMA");
-    connect(oneToThird, last, "PCMA");
+    connect(m_toOther, m_atOther, "PCMA");
+    connect(m_toThird, m_atThird, "PCMA");
     ASSERT_TRUE(m_one.desk.join(1, 2));
     const auto hears = [](const CallPhone& phone, double one, double two) {
         return phone.hears(one) && phone.hears(two);
     };
-    ASSERT_TRUE(waitFor([&] { return hears(m_other, kOne, kThird) && hears(third, kOne, kOther); }));
-    for (CallEnd* end : {&oneToOther, &oneToThird})
+    ASSERT_TRUE(waitFor([&] { return hears(m_other, kOne, kThird) && hears(m_third, kOne, kOther); }));
+    for (CallEnd* end : {&m_toOther, &m_toThird})
         end->with([](callSession& session) { session.setMuted(true); });
-    EXPECT_TRUE(waitFor([&] { return !m_other.hears(kOne) && !third.hears(kOne); }));
-    EXPECT_TRUE(waitFor([&] { return m_other.hears(kThird) && third.hears(kOther); }));
+    EXPECT_TRUE(waitFor([&] { return !m_other.hears(kOne) && !m_third.hears(kOne); }));
+    EXPECT_TRUE(waitFor([&] { return m_other.hears(kThird) && m_third.hears(kOther); }));
     EXPECT_TRUE(hears(m_one, kOther, kThird));
 }
 
@@ -154,19 +155,14 @@ TEST_F(CallSound, NewKeysOfEitherSideAreThoseFromThereOn)
     }
 }
 
-TEST_F(CallSound, OneOfTwoCallsIsHeldAndSilentWhileTheOtherTalks)
+TEST_F(CallSoundOfThree, OneOfTwoCallsIsHeldAndSilentWhileTheOtherTalks)
 {
-    CallPhone third(kThird);
-    CallEnd oneToOther(m_one, 1);
-    CallEnd oneToThird(m_one, 2);
-    CallEnd other(m_other, 1);
-    CallEnd last(third, 1);
-    connect(oneToOther, other, "PCMU");
-    connect(oneToThird, last, "G722");
+    connect(m_toOther, m_atOther, "PCMU");
+    connect(m_toThird, m_atThird, "G722");
     ASSERT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_one.hears(kThird); }));
-    connect(oneToOther, other, "PCMU", {true, false});
+    connect(m_toOther, m_atOther, "PCMU", {true, false});
     EXPECT_TRUE(waitFor([&] { return !m_one.hears(kOther) && m_other.hearsNothing(); }));
-    EXPECT_TRUE(waitFor([&] { return m_one.hears(kThird) && third.hears(kOne); }));
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kThird) && m_third.hears(kOne); }));
 }
 
 // Each from another port, as a stranger does who does not know it.
@@ -196,6 +192,31 @@ QByteArray loudPacket(quint16 number, quint32 source = 0xBAD)
     rtpPacket::write({8, false, number, number * 160u, source}, head);
     return QByteArray(reinterpret_cast<char*>(head), sizeof head) +
            QByteArray("\x2a\x2a\xaa\xaa", 4).repeated(40);
+}
+
+TEST_F(CallSound, TwoLoudVoicesTogetherAreLoudAndNotBroken)
+{
+    CallPhone silent(0);
+    CallEnd one(silent, 1), two(silent, 2);
+    const WirePort first, second;
+    agreeWith(one, first.port());
+    agreeWith(two, second.port());
+    // As loud as can be, on one side of nothing: all of both lie upon each other.
+    unsigned char head[rtpPacket::HEAD_BYTES];
+    quint16 said = 0;
+    const auto isLoud = [&] {
+        rtpPacket::write({8, false, said, said * 160u, 0x600D}, head);
+        const QByteArray packet =
+            QByteArray(reinterpret_cast<char*>(head), sizeof head) + QByteArray(160, '\xaa');
+        first.say(one.port, packet);
+        second.say(two.port, packet);
+        const kit::RecordedSound heard = silent.voice.heard(0.06);
+        return ++said > 20 && std::all_of(heard.samples().begin(), heard.samples().end(),
+                                          [](float sample) { return sample > 0.9F; });
+    };
+    EXPECT_TRUE(waitFor(isLoud));
+    for (CallEnd* end : {&one, &two})
+        end->with([](callSession& session) { EXPECT_GT(session.buffer().counts().nPlayed, 0); });
 }
 
 TEST_F(CallSound, AStrangerIsNotHeard)

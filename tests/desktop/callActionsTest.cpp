@@ -4,58 +4,16 @@
 #include "host/desktop/frmDial.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
-#include "support/host/message.h"
-#include "support/host/registry.h"
-#include "tests/desktop/desktopTest.h"
+#include "tests/desktop/callScreenStand.h"
 #include <QLabel>
 #include <QLineEdit>
 
 namespace {
 
-class CallActions : public DesktopTest
+class CallActions : public CallScreenStand
 {
 protected:
-    CallActions()
-    {
-        nuxSetRegistryString("/rundata/config/user/user.ini", "CallWaiting", "bEnable", "1");
-        msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
-        callScreenInstall();
-        below.setGeometry(0, 0, 800, 480);
-        below.show();
-        kit::stepTime(2000); // the call of the test before is no longer told
-    }
-    static frmCall* screen() { return qobject_cast<frmCall*>(kit::windows().value(0)); }
-    static frmDial* dial() { return qobject_cast<frmDial*>(kit::windows().value(0)); }
-    static callAction* action(const char* name) { return screen()->findChild<callAction*>(name); }
-    static void ring(const char* number, const char* name = "")
-    {
-        ASSERT_TRUE(phoneSimulation::instance()->ring(number, 0, name));
-        kit::settle();
-        ASSERT_NE(screen(), nullptr);
-        letPressesCount();
-    }
-    // A call that talks.
-    static void talk(const char* number, const char* name = "")
-    {
-        ring(number, name);
-        kit::key(Qt::Key_Return);
-        letPressesCount();
-        ASSERT_EQ(call(number).eState, CALL_TALKING);
-    }
-    static tagCall call(const char* number)
-    {
-        for (const tagCall& call : phoneService::instance().calls()) {
-            if (call.strNumber == number)
-                return call;
-        }
-        return {};
-    }
     static tagCall lastEnded() { return phoneSimulation::instance()->endedCalls().first(); }
-    static std::string state() { return labelText(screen(), "labState"); }
-    static std::string others() { return labelText(screen(), "labOthers"); }
-    static std::string name() { return labelText(screen(), "labName"); }
-
-    QWidget below;
 };
 
 } // namespace

@@ -5,44 +5,16 @@
 #include "host/desktop/frmDial.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
-#include "support/host/message.h"
-#include "support/host/registry.h"
-#include "tests/desktop/desktopTest.h"
-#include <QLabel>
+#include "tests/desktop/callScreenStand.h"
 
 namespace {
 
-class CallConference : public DesktopTest
+constexpr int kLongSeconds = 120;
+
+class CallConference : public CallScreenStand
 {
 protected:
-    CallConference()
-    {
-        nuxSetRegistryString("/rundata/config/user/user.ini", "CallWaiting", "bEnable", "1");
-        nuxSetRegistryString("/rundata/config/user/user.ini", "CallWaiting", "bEffectPstn", "1");
-        msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
-        callScreenInstall();
-        below.setGeometry(0, 0, 800, 480);
-        below.show();
-        kit::stepTime(2000); // the call of the test before is no longer told
-    }
-    static frmCall* screen() { return qobject_cast<frmCall*>(kit::windows().value(0)); }
-    static frmDial* dial() { return qobject_cast<frmDial*>(kit::windows().value(0)); }
     static dialList* offered() { return dial()->findChild<dialList*>("lstEntries"); }
-    static callAction* action(const char* name) { return screen()->findChild<callAction*>(name); }
-    static void ring(const char* number, const char* name, int line = 0)
-    {
-        ASSERT_TRUE(phoneSimulation::instance()->ring(number, line, name));
-        kit::settle();
-        ASSERT_NE(screen(), nullptr);
-        letPressesCount();
-    }
-    static void talk(const char* number, const char* name, int line = 0)
-    {
-        ring(number, name, line);
-        kit::key(Qt::Key_Return);
-        letPressesCount();
-        ASSERT_EQ(call(number).eState, CALL_TALKING);
-    }
     // Bob talks, and Anna is held.
     static void talkToTwo()
     {
@@ -56,23 +28,17 @@ protected:
         kit::tap(action("actJoin"));
         ASSERT_NE(call("4711").nJoined, 0);
     }
-    static tagCall call(const char* number)
+    // What is said of how long it lasts, for a call of minutes.
+    static int secondsShown()
     {
-        for (const tagCall& call : phoneService::instance().calls()) {
-            if (call.strNumber == number)
-                return call;
-        }
-        return {};
+        const QStringList parts = QString::fromStdString(text("labDuration")).split(':');
+        EXPECT_EQ(parts.size(), 2) << text("labDuration");
+        return parts.first().toInt() * 60 + parts.last().toInt();
     }
-    static std::string state() { return labelText(screen(), "labState"); }
-    static std::string others() { return labelText(screen(), "labOthers"); }
-    static std::string name() { return labelText(screen(), "labName"); }
     static void touchRow(int row)
     {
         kit::tap(offered()->mapToGlobal(QPoint(60, 6 + row * dialList::ROW_HEIGHT + 25)));
     }
-
-    QWidget below;
 };
 
 } // namespace
@@ -116,6 +82,28 @@ TEST_F(CallConference, IsBegunAndTakenApartByKeys)
     EXPECT_EQ(call("4711").nJoined + call("4712").nJoined, 0);
     EXPECT_FALSE(call("4712").bHeld);
     EXPECT_TRUE(call("4711").bHeld);
+}
+
+TEST_F(CallConference, LastsAsLongAsTheLongerOfItsCallsWhoeverWasInFront)
+{
+    talk("4711", "Anna");
+    kit::stepTime(kLongSeconds * 1000);
+    talk("4712", "Bob");
+    EXPECT_LT(secondsShown(), kLongSeconds) << "he has just come";
+    for (const char* inFront : {"Bob", "Anna"}) {
+        if (name() != inFront)
+            kit::tap(action("actSwap"));
+        letPressesCount();
+        ASSERT_EQ(name(), inFront);
+        kit::tap(action("actJoin"));
+        ASSERT_EQ(state(), "Conference");
+        EXPECT_GE(secondsShown(), kLongSeconds) << inFront;
+        kit::stepTime(1000);
+        EXPECT_GE(secondsShown(), kLongSeconds + 1) << inFront;
+        kit::tap(action("actJoin"));
+        ASSERT_EQ(name(), "Bob") << "who has come last talks on";
+        EXPECT_LT(secondsShown(), kLongSeconds) << "without the conference it is his own";
+    }
 }
 
 TEST_F(CallConference, HoldHoldsBothAndMuteIsForBoth)

@@ -1,6 +1,7 @@
 #include "host/services/phone/callHistory.h"
 #include "host/desktop/callRecords.h"
 #include "host/desktop/historyNote.h"
+#include "host/desktop/missedCalls.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "host/services/system/netWorld.h"
@@ -206,6 +207,35 @@ TEST_F(CallHistory, ACallMadeMeanwhileIsThereAtTheNextShow)
     ASSERT_TRUE(kit::waitUntil([this] { return readFile(kFile).contains("8001"); }));
     open();
     EXPECT_EQ(listOf(&page)->item(0, 0)->text(), "Front desk");
+}
+
+TEST_F(CallHistory, WhoKeptNameAndNumberBackStandsThereAsAnonymous)
+{
+    const int missed = missedCalls::instance().count();
+    tagCaller caller;
+    caller.bAnonymous = true;
+    ASSERT_TRUE(phoneSimulation::instance()->ringFrom(caller));
+    kit::settle();
+    const tagCall call = phoneService::instance().calls().value(0);
+    ASSERT_TRUE(phoneSimulation::instance()->hangUpFromOutside(call.nId));
+    EXPECT_EQ(missedCalls::instance().count(), missed + 1);
+    ASSERT_TRUE(kit::waitUntil([this] { return readFile(kFile).contains("missed=\"1\""); }));
+    const QList<QPair<const char*, QString>> names = {{"English", "Anonymous"},
+                                                      {"German", "Anonym"},
+                                                      {"French", "Anonyme"},
+                                                      {"Spanish", "An\u00f3nimo"},
+                                                      {"Chinese", "\u533f\u540d"}};
+    for (const auto& name : names) {
+        page.hide();
+        setLanguage(name.first);
+        open();
+        ASSERT_EQ(listOf(&page)->rowCount(), 1);
+        EXPECT_EQ(listOf(&page)->item(0, 0)->text(), name.second) << name.first;
+        EXPECT_EQ(listOf(&page)->item(0, 1)->text(), "");
+        EXPECT_EQ(cutTexts(&page), "") << name.first;
+    }
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(phoneService::instance().calls().isEmpty()) << "nobody can be called back";
 }
 
 TEST_F(CallHistory, UpAndDownGoRoundAndBackCloses)

@@ -4,16 +4,22 @@
 #include "host/desktop/callPicture.h"
 #include "host/desktop/deviceCalls.h"
 #include "host/desktop/frmCall.h"
+#include "host/screen/screenState.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
+#include "host/services/players/videoFrameWriter.h"
+#include "host/services/players/videoFrames.h"
 #include "support/host/bars.h"
 #include "support/host/managers.h"
 #include "support/host/message.h"
+#include "support/host/player.h"
 #include "support/host/registry.h"
-#include "tests/desktop/desktopTest.h"
+#include "tests/desktop/callScreenStand.h"
 #include "tests/kit/contrast.h"
 #include <QImage>
 #include <QLabel>
+#include <algorithm>
+#include <unistd.h>
 
 namespace {
 
@@ -21,37 +27,12 @@ constexpr QRgb kGreen = 0xff7fe08f;
 constexpr QRgb kYellow = 0xffffd479;
 constexpr QRgb kRed = 0xffff8a73;
 
-class CallMarks : public DesktopTest
+class CallMarks : public CallScreenStand
 {
 protected:
-    CallMarks()
-    {
-        nuxSetRegistryString("/rundata/config/user/user.ini", "CallWaiting", "bEnable", "1");
-        msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
-        deviceCallsInstall();
-        callScreenInstall();
-        below.setGeometry(0, 0, 800, 480);
-        below.show();
-        kit::settle();
-    }
-    static frmCall* screen() { return qobject_cast<frmCall*>(kit::windows().value(0)); }
+    CallMarks() { deviceCallsInstall(); }
     static callMarks* marks() { return screen()->findChild<callMarks*>("wgtMarks"); }
     static callPicture* picture() { return screen()->findChild<callPicture*>("wgtPicture"); }
-    static QWidget* child(const char* name) { return screen()->findChild<QWidget*>(name); }
-    static int ring(const char* number, const char* name = "Anna")
-    {
-        EXPECT_TRUE(phoneSimulation::instance()->ring(number, 0, name));
-        kit::settle();
-        return phoneService::instance().calls().last().nId;
-    }
-    static int talk(const char* number, const char* name = "Anna")
-    {
-        const int id = ring(number, name);
-        EXPECT_TRUE(phoneService::instance().answer(id));
-        kit::settle();
-        letPressesCount();
-        return id;
-    }
     static void stream(int id, const char* sound, const char* picture = "", int quality = -1,
                        bool encrypted = false, int comes = -1)
     {
@@ -134,15 +115,13 @@ protected:
             shown.append(each);
         }
     }
-
-    QWidget below;
 };
 
 } // namespace
 
 TEST_F(CallMarks, ShowWhatIsKnownAndNothingElse)
 {
-    const int id = talk("4711");
+    const int id = talk("4711", "Anna");
     EXPECT_EQ(marks()->text(), "");
     const QImage bare = marks()->grab().toImage();
     stream(id, "Opus");
@@ -159,7 +138,7 @@ TEST_F(CallMarks, ShowWhatIsKnownAndNothingElse)
 
 TEST_F(CallMarks, TheQualityIsSeenByItsBarsAndTheirColour)
 {
-    const int id = talk("4711");
+    const int id = talk("4711", "Anna");
     stream(id, "", "", 0);
     EXPECT_EQ(pixels(marks(), kGreen) + pixels(marks(), kYellow) + pixels(marks(), kRed), 0);
     stream(id, "", "", 1);
@@ -194,7 +173,7 @@ TEST_F(CallMarks, GoWithTheCallAndAreThoseOfTheOneThatIsShown)
 {
     const int anna = talk("4711", "Anna");
     stream(anna, "Opus", "", 4, true);
-    ring("4712", "Bob");
+    comesIn("4712", "Bob");
     EXPECT_EQ(marks()->text(), "");
     phoneService::instance().hangUp(phoneService::instance().calls().last().nId);
     kit::settle();
@@ -265,6 +244,31 @@ TEST_F(CallMarks, OfThreeWhoTalkThePictureOfTheOneThatSendsItIsSeen)
     EXPECT_TRUE(picture()->isVisible());
 }
 
+TEST_F(CallMarks, OfThreeWhoTalkTheOwnPictureIsSeenWhileOneOfThemGetsIt)
+{
+    const int anna = talk("4711", "Anna");
+    const int bob = talk("4712", "Bob");
+    ASSERT_TRUE(phoneService::instance().rules().join(bob, anna));
+    const auto send = [](int id, int own) {
+        tagCallStreams streams;
+        streams.strPicture = "H.264";
+        streams.nOwnPicture = own;
+        streams.nOtherPicture = 1;
+        ASSERT_TRUE(phoneSimulation::instance()->setStreams(id, streams));
+        kit::settle();
+    };
+    for (const int receiver : {anna, bob}) {
+        send(anna, receiver == anna);
+        send(bob, receiver == bob);
+        showWhite();
+        EXPECT_TRUE(child("wgtCorner")->isVisible());
+        const QPoint inside = child("wgtCorner")->geometry().bottomLeft() + QPoint(20, -8);
+        EXPECT_GT(qRed(kit::screen().pixel(inside)), 240) << "what lies below is seen, and no portrait";
+    }
+    send(bob, 0);
+    EXPECT_FALSE(child("wgtCorner")->isVisible());
+}
+
 TEST_F(CallMarks, ATouchMakesThePictureAsLargeAsTheScreenAndBack)
 {
     const int id = talk("4711", "Anna Berg");
@@ -283,14 +287,14 @@ TEST_F(CallMarks, ATouchMakesThePictureAsLargeAsTheScreenAndBack)
     EXPECT_EQ(picture()->geometry(), QRect(0, 0, 800, 440));
     EXPECT_TRUE(child("actMute")->isVisible());
     EXPECT_TRUE(screen()->findChild<qSoftKeyBar*>()->isVisible());
-    kit::tap(screen()->findChild<callAction*>("actMute"));
+    kit::tap(action("actMute"));
     EXPECT_TRUE(phoneService::instance().calls()[0].bMuted) << "a button is still a button";
     EXPECT_EQ(picture()->geometry(), QRect(0, 0, 800, 440));
 }
 
 TEST_F(CallMarks, OkMakesThePictureLargeAndMostKeysBringTheRestBack)
 {
-    const int id = talk("4711");
+    const int id = talk("4711", "Anna");
     stream(id, "Opus", "H.264");
     for (const Qt::Key back : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Back, Qt::Key_Left, Qt::Key_F4}) {
         kit::key(Qt::Key_Return);
@@ -311,15 +315,15 @@ TEST_F(CallMarks, OkMakesThePictureLargeAndMostKeysBringTheRestBack)
 
 TEST_F(CallMarks, ThePictureStandsBackForAHoldThePadAndACallThatRings)
 {
-    const int id = talk("4711");
+    const int id = talk("4711", "Anna");
     stream(id, "Opus", "H.264", 4, true);
-    kit::tap(screen()->findChild<callAction*>("actKeys"));
+    kit::tap(action("actKeys"));
     EXPECT_FALSE(picture()->isVisible());
-    kit::tap(screen()->findChild<callAction*>("actKeys"));
+    kit::tap(action("actKeys"));
     EXPECT_TRUE(picture()->isVisible());
     kit::tap(QPoint(300, 220));
     ASSERT_EQ(picture()->height(), 480);
-    const int other = ring("4712", "Bob");
+    const int other = comesIn("4712", "Bob");
     EXPECT_FALSE(picture()->isVisible());
     EXPECT_TRUE(child("btnAnswer")->isVisible());
     EXPECT_TRUE(screen()->findChild<qSoftKeyBar*>()->isVisible());
@@ -333,9 +337,87 @@ TEST_F(CallMarks, ThePictureStandsBackForAHoldThePadAndACallThatRings)
     EXPECT_EQ(labelText(screen(), "labNumber"), "4711");
 }
 
+TEST_F(CallMarks, ThePictureBeforeIsNotSeenAsAnotherCalls)
+{
+    videoFrameWriter server;
+    ASSERT_TRUE(server.open());
+    const auto paint = [&](QRgb colour) {
+        ASSERT_TRUE(server.write(QSize(800, 440), QRect(), [=](unsigned char* pixels) {
+            std::fill_n(reinterpret_cast<QRgb*>(pixels), 800 * 440, colour);
+        }));
+        msgObject message(MEDIA_MSG_FRAME, unsigned(getpid()), unsigned(server.descriptor()));
+        EXPECT_EQ(videoFrames::instance().TryThreadMessage(message), 1);
+        kit::settle();
+    };
+    const auto isShown = [](QRgb colour) { return kit::screen().pixel(300, 220) == colour; };
+    paint(0xffff0000); // a film's
+    stream(talk("4711", "Anna"), "Opus", "H.264");
+    picture()->SetFrame(QImage());
+    ASSERT_TRUE(picture()->isVisible());
+    EXPECT_TRUE(isShown(0xff000000)) << "until its first one comes";
+    paint(0xff00ff00);
+    EXPECT_TRUE(isShown(0xff00ff00));
+    stream(talk("4712", "Bob"), "Opus", "H.264");
+    ASSERT_TRUE(picture()->isVisible());
+    EXPECT_TRUE(isShown(0xff000000)) << "that is not Bob";
+    paint(0xff0000ff);
+    EXPECT_TRUE(isShown(0xff0000ff));
+}
+
+TEST_F(CallMarks, TheCornerIsThereOnlyWhereAnOwnPictureGoesOut)
+{
+    const int id = talk("4711");
+    tagCallStreams streams;
+    streams.strPicture = "H.264";
+    for (const int own : {1, 0, 1}) {
+        streams.nOwnPicture = own;
+        ASSERT_TRUE(phoneSimulation::instance()->setStreams(id, streams));
+        kit::settle();
+        ASSERT_TRUE(picture()->isVisible());
+        EXPECT_EQ(child("wgtCorner")->isVisible(), own == 1);
+    }
+}
+
+TEST_F(CallMarks, WhatWasChosenInOneCallIsNotChosenInTheNext)
+{
+    talk("4711");
+    kit::key(Qt::Key_Right);
+    hangUpAll();
+    const int id = talk("4712");
+    kit::key(Qt::Key_Return);
+    ASSERT_EQ(phoneService::instance().calls().size(), 1);
+    EXPECT_EQ(phoneService::instance().calls()[0].nId, id);
+    EXPECT_FALSE(phoneService::instance().calls()[0].bMuted);
+    kit::key(Qt::Key_Right);
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(phoneService::instance().calls()[0].bMuted);
+}
+
+TEST_F(CallMarks, AFingerThatHasSlidOffHasTouchedNothing)
+{
+    stream(talk("4711"), "Opus", "H.264");
+    kit::press(QPoint(300, 220));
+    kit::moveTo(QPoint(300, 500));
+    kit::release(QPoint(300, 500));
+    EXPECT_EQ(picture()->height(), 440);
+    kit::tap(QPoint(300, 220));
+    EXPECT_EQ(picture()->height(), 480);
+}
+
+TEST_F(CallMarks, AfterALongCallTheScreenStaysForAWhile)
+{
+    talk("4711");
+    constexpr qint64 kHour = 3600000;
+    screenState::instance().setIdle(kHour);
+    hangUpAll();
+    kit::stepTime(2000);
+    ASSERT_EQ(screen(), nullptr);
+    EXPECT_LT(screenState::instance().idleMs(), kHour / 2);
+}
+
 TEST_F(CallMarks, ADoorIsSeenBeforeTheAnswer)
 {
-    const int id = ring("8100", "Gate");
+    const int id = comesIn("8100", "Gate");
     stream(id, "", "H.264");
     ASSERT_TRUE(picture()->isVisible());
     EXPECT_FALSE(child("labPicture")->isVisible());
@@ -375,7 +457,7 @@ TEST_F(CallMarks, NothingIsCutOrCoveredInAnyStateAndLanguage)
             EXPECT_EQ(cutTexts(screen()), "");
             kit::shot(QString("call-%1-%2").arg(what, language));
         };
-        int id = ring("004930123456", "Anna Berg");
+        int id = comesIn("004930123456", "Anna Berg");
         stream(id, "Opus", "", 3, true);
         look("marks-asked");
         stream(id, "", "H.264", 3, true);
@@ -389,9 +471,9 @@ TEST_F(CallMarks, NothingIsCutOrCoveredInAnyStateAndLanguage)
         stream(id, "Opus", "H.264", 4, true);
         kit::key(Qt::Key_VolumeMute);
         look("picture");
-        kit::tap(screen()->findChild<callAction*>("actKeys"));
+        kit::tap(action("actKeys"));
         look("marks-pad");
-        kit::tap(screen()->findChild<callAction*>("actKeys"));
+        kit::tap(action("actKeys"));
         const int other = talk("4712", "Bob Long");
         stream(other, "G.722", "H.264", 2, true);
         EXPECT_EQ(child("labOthers")->y(), child("labState")->y()) << "there is no state to say";

@@ -9,7 +9,7 @@
 #include "support/host/phone.h"
 #include "support/host/picture.h"
 #include "support/host/registry.h"
-#include "tests/desktop/desktopTest.h"
+#include "tests/desktop/callScreenStand.h"
 #include "tests/kit/heldPictures.h"
 #include "tests/kit/plain/pictureFiles.h"
 #include <QAbstractButton>
@@ -22,33 +22,13 @@
 
 namespace {
 
-class CallScreen : public DesktopTest
+class CallScreen : public CallScreenStand
 {
 protected:
-    CallScreen()
-    {
-        callScreenInstall();
-        below.setGeometry(0, 0, 800, 480);
-        below.show();
-        kit::settle();
-    }
-    // The call screen, if it is what a person sees.
-    static QWidget* screen()
-    {
-        QWidget* top = kit::windows().value(0);
-        return qobject_cast<frmCall*>(top);
-    }
     static void dial(const char* number)
     {
         ASSERT_EQ(phone_CallNumber(number, 0, 0), 1);
         kit::settle();
-    }
-    static void ring(const char* number, int line = 0)
-    {
-        ASSERT_TRUE(phoneSimulation::instance()->ring(number, line, ""));
-        kit::settle();
-        ASSERT_NE(screen(), nullptr);
-        letPressesCount();
     }
     // The text of the label, when it has no room even at that size; else nothing.
     static std::string tooLong(const char* name, int pixels)
@@ -60,8 +40,6 @@ protected:
         return fits ? std::string() : label->text().toStdString();
     }
     static constexpr int kAnswered = 2000; // ms after which the other side has answered
-
-    QWidget below;
 };
 
 } // namespace
@@ -442,7 +420,7 @@ TEST_F(CallScreen, NothingLiesOverAnythingElseInAnyLanguage)
 TEST_F(CallScreen, NamesTheAnalogueLine)
 {
     phoneSimulation::instance()->setPstn(1);
-    ring("4711", PHONE_LINE_PSTN);
+    ring("4711", "", PHONE_LINE_PSTN);
     EXPECT_EQ(labelText(screen(), "labLine"), "PSTN");
     phoneSimulation::instance()->setPstn(0);
 }

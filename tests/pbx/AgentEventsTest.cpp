@@ -1,29 +1,21 @@
 // The phone's own agents are told of each other, and of messages, by the exchange that comes along.
-#include "tests/pbx/peerAgent.h"
+#include "tests/pbx/agentStories.h"
 #include "tests/pbx/registrarProcess.h"
+#include "tests/pbx/threeAgents.h"
 #include <cstring>
 
 namespace {
 
-class PbxAgentEvents : public ::testing::Test
+class PbxAgentEvents : public ThreeAgents
 {
 protected:
     void begin(const QStringList& options = {})
     {
         ASSERT_TRUE(pbx.start(options)) << pbx.output().constData();
-        ASSERT_TRUE(anna.begin("1001", pbx.port(), SIP_UDP, AgentProcess::calmSetup()));
-        ASSERT_TRUE(ben.begin("1002", pbx.port(), SIP_UDP, AgentProcess::calmSetup()));
-        ASSERT_TRUE(cleo.begin("1003", pbx.port(), SIP_TCP, AgentProcess::calmSetup()));
-    }
-    void expectLamp(uint32_t watch, SIP_LAMP_STATE lamp)
-    {
-        const auto* told = cleo.next<tagSipLamp>(SIP_LAMP, watch);
-        ASSERT_TRUE(told) << lamp;
-        EXPECT_EQ(told->eLamp, uint32_t(lamp));
+        beginAt(pbx.port());
     }
 
     RegistrarProcess pbx;
-    PeerAgent anna, ben, cleo;
 };
 
 } // namespace
@@ -31,26 +23,7 @@ protected:
 TEST_F(PbxAgentEvents, AWatchedExtensionRingsAndItsCallIsTaken)
 {
     begin();
-    cleo.watch(1, "1002");
-    expectLamp(1, SIP_LAMP_IDLE);
-    anna.dial(1, "1002");
-    const uint32_t atBen = ben.arrives();
-    ben.ring(atBen);
-    expectLamp(1, SIP_LAMP_RINGING);
-    ASSERT_TRUE(anna.next<tagSipProgress>(SIP_PROGRESS, 1));
-
-    cleo.pickUp(7, "1002");
-    const tagSipArrived* arrived = anna.nextArrived();
-    ASSERT_TRUE(arrived);
-    EXPECT_EQ(arrived->nReplaces, 1u);
-    const uint32_t atAnna = arrived->head.nId;
-    anna.answer(atAnna);
-    cleo.expectTalk(7);
-    anna.expectTalk(atAnna);
-    ben.expectEnd(atBen, SIP_ELSEWHERE, 0);
-    expectLamp(1, SIP_LAMP_IDLE);
-    cleo.hangUp(7);
-    anna.expectEnd(atAnna, SIP_HUNG_UP, 0);
+    storyPickUpByLamp(anna, ben, cleo);
 }
 
 TEST_F(PbxAgentEvents, AnExtensionWithoutAPhoneIsNotFree)
@@ -58,7 +31,7 @@ TEST_F(PbxAgentEvents, AnExtensionWithoutAPhoneIsNotFree)
     begin();
     cleo.watch(1, "1002");
     anna.watchList("blf");
-    expectLamp(1, SIP_LAMP_IDLE);
+    cleo.expectLamp(1, SIP_LAMP_IDLE);
     const auto expectBen = [&](SIP_LAMP_STATE lamp) {
         const tagSipMember* member = nullptr;
         do {
@@ -67,7 +40,7 @@ TEST_F(PbxAgentEvents, AnExtensionWithoutAPhoneIsNotFree)
     };
     expectBen(SIP_LAMP_IDLE);
     ben.agent.tell(sipWire::make<tagSipAccount>(SIP_ACCOUNT, 0)); // it has none any more
-    expectLamp(1, SIP_LAMP_UNKNOWN);
+    cleo.expectLamp(1, SIP_LAMP_UNKNOWN);
     expectBen(SIP_LAMP_UNKNOWN);
 }
 

@@ -1,9 +1,7 @@
 // A picture with a number goes from the whole phone to one that nobody here wrote, and another one the other
 // way: each is recognised where it arrives.
 #include "tests/kit/plain/processes.h"
-#include "tests/pbx/baresipProcess.h"
-#include "tests/pbx/registrarProcess.h"
-#include "tests/pbx/talkingPhone.h"
+#include "tests/pbx/baresipPair.h"
 #include "tests/players/films.h"
 #include <QFile>
 #include <QImage>
@@ -42,22 +40,15 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(folder.isValid());
-        ASSERT_TRUE(pbx.start({"--md5"})) << pbx.output().constData();
-        tagPhoneSetup setup;
-        setup.user = "1001";
-        setup.password = RegistrarProcess::passwordOf("1001");
-        setup.server = pbx.port();
-        setup.says = "audiotestsrc is-live=true volume=0";
-        setup.shows = "filesrc location=" + picture(kOurs).toUtf8() + " ! pngdec ! imagefreeze is-live=true";
-        setup.bEncrypts = GetParam().bEncrypts;
-        ASSERT_TRUE(phone.start(setup));
-        tagBaresipSound sound;
-        sound.bEncrypts = GetParam().bEncrypts;
-        sound.settings = BaresipProcess::pictureSettings(GetParam().pModule, film(kTheirs));
-        ASSERT_TRUE(other.start("1002", pbx.port(), RegistrarProcess::passwordOf("1002"),
-                                GetParam().bPhoneCalls, sound))
-            << other.output().constData();
-        ASSERT_TRUE(other.prints("[1 binding]")) << other.output().constData();
+        ASSERT_TRUE(pair.startExchange()) << pair.fault().constData();
+        tagPhoneSetup ours;
+        ours.says = "audiotestsrc is-live=true volume=0";
+        ours.shows = "filesrc location=" + picture(kOurs).toUtf8() + " ! pngdec ! imagefreeze is-live=true";
+        ours.bEncrypts = GetParam().bEncrypts;
+        tagBaresipSound theirs;
+        theirs.bEncrypts = GetParam().bEncrypts;
+        theirs.settings = BaresipProcess::pictureSettings(GetParam().pModule, film(kTheirs));
+        ASSERT_TRUE(pair.startPhones(ours, theirs, GetParam().bPhoneCalls)) << pair.fault().constData();
     }
     QString picture(int number)
     {
@@ -79,28 +70,16 @@ protected:
             EXPECT_EQ(file.write(frame), frame.size());
         return file.fileName();
     }
-    void talk()
-    {
-        if (GetParam().bPhoneCalls) {
-            ASSERT_TRUE(phone.dial("1002"));
-        } else {
-            other.command("dial", "sip:1001@127.0.0.1:" + QByteArray::number(pbx.port()));
-            ASSERT_TRUE(phone.rings()) << other.output().constData();
-            ASSERT_TRUE(phone.answer());
-        }
-        ASSERT_TRUE(phone.talks()) << other.output().constData();
-        ASSERT_TRUE(other.tells("CALL_ESTABLISHED")) << other.output().constData();
-    }
     // Between the shades and beside the own picture.
     int seenHere()
     {
         const QString file = folder.filePath("here.png");
-        return phone.shot(file) ? numberIn(QImage(file).copy(112, 210, 576, 100)) : -1;
+        return pair.phone().shot(file) ? numberIn(QImage(file).copy(112, 210, 576, 100)) : -1;
     }
     int seenThere()
     {
         const QString file = folder.filePath("there.png");
-        other.command("snapshot_recv", file.toUtf8());
+        pair.other().command("snapshot_recv", file.toUtf8());
         kit::waits([&] { return !QImage(file).isNull(); }, 2000);
         const int number = numberIn(QImage(file));
         QFile::remove(file);
@@ -108,24 +87,22 @@ protected:
     }
 
     QTemporaryDir folder;
-    RegistrarProcess pbx;
-    TalkingPhone phone;
-    BaresipProcess other;
+    BaresipPair pair;
 };
 
 } // namespace
 
 TEST_P(BaresipPicture, IsRecognisedAtBothEnds)
 {
-    ASSERT_NO_FATAL_FAILURE(talk());
+    ASSERT_TRUE(pair.talk()) << pair.fault().constData();
     EXPECT_TRUE(kit::waits([&] { return seenHere() == kTheirs; }, TalkingPhone::WAIT_MS))
-        << other.output().constData();
+        << pair.fault().constData();
     EXPECT_TRUE(kit::waits([&] { return seenThere() == kOurs; }, TalkingPhone::WAIT_MS))
-        << other.output().constData();
-    EXPECT_EQ(phone.call()["picture"].toString(), GetParam().pShown);
-    EXPECT_EQ(phone.call()["encrypted"].toBool(), GetParam().bEncrypts);
-    EXPECT_TRUE(phone.hangUp());
-    EXPECT_TRUE(other.tells("CALL_CLOSED")) << other.output().constData();
+        << pair.fault().constData();
+    const QJsonObject call = pair.phone().call();
+    EXPECT_EQ(call["picture"].toString(), GetParam().pShown);
+    EXPECT_EQ(call["encrypted"].toBool(), GetParam().bEncrypts);
+    EXPECT_TRUE(pair.hangUp()) << pair.fault().constData();
 }
 
 INSTANTIATE_TEST_SUITE_P(Codecs, BaresipPicture, ::testing::ValuesIn(kCalls),

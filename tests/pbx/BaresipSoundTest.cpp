@@ -1,9 +1,7 @@
 // What is said into the whole phone is heard at a phone that nobody here wrote, and the other way round: a
 // tone each, from a file into a file, by every codec that both know.
 #include "tests/kit/plain/processes.h"
-#include "tests/pbx/baresipProcess.h"
-#include "tests/pbx/registrarProcess.h"
-#include "tests/pbx/talkingPhone.h"
+#include "tests/pbx/baresipPair.h"
 #include <QFile>
 #include <ostream>
 
@@ -50,25 +48,18 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(folder.isValid());
-        ASSERT_TRUE(pbx.start({"--md5"})) << pbx.output().constData();
-        tagPhoneSetup setup;
-        setup.user = "1001";
-        setup.password = RegistrarProcess::passwordOf("1001");
-        setup.server = pbx.port();
-        setup.says =
+        ASSERT_TRUE(pair.startExchange()) << pair.fault().constData();
+        tagPhoneSetup ours;
+        ours.says =
             "filesrc location=" + tone("ours", GetParam().ours, TalkingPhone::HEARD_RATE, 1).toUtf8() +
             " ! wavparse ! identity sync=true";
-        setup.bEncrypts = GetParam().bEncrypts;
-        ASSERT_TRUE(phone.start(setup));
-        tagBaresipSound sound;
-        sound.codec = GetParam().pCodec;
-        sound.says = tone("theirs", GetParam().theirs, GetParam().nRate, GetParam().nChannels);
-        sound.bRecords = true;
-        sound.bEncrypts = GetParam().bEncrypts;
-        ASSERT_TRUE(other.start("1002", pbx.port(), RegistrarProcess::passwordOf("1002"),
-                                GetParam().bPhoneCalls, sound))
-            << other.output().constData();
-        ASSERT_TRUE(other.prints("[1 binding]")) << other.output().constData();
+        ours.bEncrypts = GetParam().bEncrypts;
+        tagBaresipSound theirs;
+        theirs.codec = GetParam().pCodec;
+        theirs.says = tone("theirs", GetParam().theirs, GetParam().nRate, GetParam().nChannels);
+        theirs.bRecords = true;
+        theirs.bEncrypts = GetParam().bEncrypts;
+        ASSERT_TRUE(pair.startPhones(ours, theirs, GetParam().bPhoneCalls)) << pair.fault().constData();
     }
     QString tone(const char* name, double hertz, int rate, int channels)
     {
@@ -77,25 +68,13 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(wave) == wave.size());
         return file.fileName();
     }
-    void talk()
+    kit::RecordedSound heardHere()
     {
-        if (GetParam().bPhoneCalls) {
-            ASSERT_TRUE(phone.dial("1002"));
-        } else {
-            other.command("dial", "sip:1001@127.0.0.1:" + QByteArray::number(pbx.port()));
-            ASSERT_TRUE(phone.rings()) << other.output().constData();
-            ASSERT_TRUE(phone.answer());
-        }
-        ASSERT_TRUE(phone.talks()) << other.output().constData();
-        ASSERT_TRUE(other.tells("CALL_ESTABLISHED")) << other.output().constData();
+        return pair.phone().heard().last(kLookSeconds, TalkingPhone::HEARD_RATE);
     }
-    kit::RecordedSound heardHere() const
+    kit::RecordedSound heardThere()
     {
-        return phone.heard().last(kLookSeconds, TalkingPhone::HEARD_RATE);
-    }
-    kit::RecordedSound heardThere() const
-    {
-        const kit::RecordedSound all = kit::RecordedSound::ofWave(other.recorded());
+        const kit::RecordedSound all = kit::RecordedSound::ofWave(pair.other().recorded());
         return all.last(kLookSeconds, all.rate());
     }
     // Nothing but that tone, aloud.
@@ -106,27 +85,25 @@ protected:
     }
 
     QTemporaryDir folder;
-    RegistrarProcess pbx;
-    TalkingPhone phone;
-    BaresipProcess other;
+    BaresipPair pair;
 };
 
 } // namespace
 
 TEST_P(BaresipSound, IsHeardAtBothEnds)
 {
-    ASSERT_NO_FATAL_FAILURE(talk());
+    ASSERT_TRUE(pair.talk()) << pair.fault().constData();
     EXPECT_TRUE(kit::waits([&] { return isClear(heardHere(), GetParam().theirs); }, TalkingPhone::WAIT_MS))
         << heardHere().share(GetParam().theirs) << " of " << heardHere().peak();
     EXPECT_TRUE(kit::waits([&] { return isClear(heardThere(), GetParam().ours); }, TalkingPhone::WAIT_MS))
         << heardThere().share(GetParam().ours) << " of " << heardThere().peak();
     EXPECT_LT(heardHere().share(GetParam().ours), kNothing) << "nobody hears himself";
     EXPECT_LT(heardThere().share(GetParam().theirs), kNothing);
-    EXPECT_EQ(phone.call()["sound"].toString(), GetParam().pShown);
-    EXPECT_EQ(phone.call()["encrypted"].toBool(), GetParam().bEncrypts);
-    EXPECT_TRUE(kit::waits([&] { return phone.call()["quality"].toInt() == 4; }, TalkingPhone::WAIT_MS));
-    EXPECT_TRUE(phone.hangUp());
-    EXPECT_TRUE(other.tells("CALL_CLOSED")) << other.output().constData();
+    EXPECT_EQ(pair.phone().call()["sound"].toString(), GetParam().pShown);
+    EXPECT_EQ(pair.phone().call()["encrypted"].toBool(), GetParam().bEncrypts);
+    EXPECT_TRUE(
+        kit::waits([&] { return pair.phone().call()["quality"].toInt() == 4; }, TalkingPhone::WAIT_MS));
+    EXPECT_TRUE(pair.hangUp()) << pair.fault().constData();
 }
 
 INSTANTIATE_TEST_SUITE_P(Codecs, BaresipSound, ::testing::ValuesIn(kCalls),

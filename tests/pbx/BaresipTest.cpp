@@ -29,7 +29,7 @@ protected:
         phone.expectEnd(1, SIP_HUNG_UP, 0);
         EXPECT_TRUE(other.tells("CALL_CLOSED")) << other.output().constData();
 
-        other.command("dial", "sip:1001@127.0.0.1:" + QByteArray::number(server));
+        other.dial("1001", server);
         const uint32_t id = phone.arrives();
         ASSERT_NE(id, 0u) << other.output().constData();
         phone.ring(id);
@@ -40,7 +40,7 @@ protected:
         other.command("hangup");
         phone.expectEnd(id, SIP_HUNG_UP, 0);
 
-        other.command("dial", "sip:1001@127.0.0.1:" + QByteArray::number(server));
+        other.dial("1001", server);
         const uint32_t second = phone.arrives();
         phone.tellStatus(SIP_REFUSE, second, 486);
         EXPECT_TRUE(other.tells("486 Busy Here")) << other.output().constData();

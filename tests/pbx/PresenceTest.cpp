@@ -2,15 +2,17 @@
 // messages, with a proxy in front, and with a second one for the day on which the first is gone. With HX_LONG
 // alone.
 #include "tests/kit/plain/processes.h"
+#include "tests/pbx/agentStories.h"
 #include "tests/pbx/kamailioProcess.h"
-#include "tests/pbx/peerAgent.h"
+#include "tests/pbx/threeAgents.h"
 #include "tests/pbx/wirePhone.h"
 #include "tests/sip/nameServer.h"
+#include <cstdio>
 #include <cstring>
 
 namespace {
 
-class AtLargeKamailio : public ::testing::Test
+class AtLargeKamailio : public ThreeAgents
 {
 protected:
     void SetUp() override
@@ -18,31 +20,19 @@ protected:
         if (!qEnvironmentVariableIsSet("HX_LONG"))
             GTEST_SKIP() << "several servers: ./test --long";
     }
-    // A busy machine's server is not silent.
-    static tagSipSetup calmSetup()
+    void TearDown() override
     {
-        tagSipSetup setup = AgentProcess::quickSetup();
-        setup.nSilentMs = 5000;
-        return setup;
+        if (HasFailure())
+            fprintf(stderr, "%s\n", server.output().constData());
     }
     void beginWithPresence()
     {
         server.setPresence();
         ASSERT_NO_FATAL_FAILURE(server.start());
-        ASSERT_TRUE(anna.begin("1001", server.port(), SIP_UDP, calmSetup()));
-        ASSERT_TRUE(ben.begin("1002", server.port(), SIP_UDP, calmSetup()));
-        ASSERT_TRUE(cleo.begin("1003", server.port(), SIP_TCP, calmSetup()));
-    }
-    // The next one that is told, other than the one before.
-    void expectLamp(uint32_t watch, SIP_LAMP_STATE lamp)
-    {
-        const auto* told = cleo.next<tagSipLamp>(SIP_LAMP, watch);
-        ASSERT_TRUE(told) << lamp << server.output().constData();
-        EXPECT_EQ(told->eLamp, uint32_t(lamp));
+        beginAt(server.port());
     }
 
     KamailioProcess server;
-    PeerAgent anna, ben, cleo;
 };
 
 } // namespace
@@ -51,58 +41,43 @@ TEST_F(AtLargeKamailio, ALampFollowsTheCallsOfAnother)
 {
     beginWithPresence();
     cleo.watch(1, "1002");
-    expectLamp(1, SIP_LAMP_IDLE);
+    cleo.expectLamp(1, SIP_LAMP_IDLE);
     anna.dial(1, "1002");
     const uint32_t first = ben.arrives();
     ben.ring(first);
-    expectLamp(1, SIP_LAMP_RINGING);
+    cleo.expectLamp(1, SIP_LAMP_RINGING);
     ben.answer(first);
     anna.expectTalk(1);
-    expectLamp(1, SIP_LAMP_BUSY);
+    cleo.expectLamp(1, SIP_LAMP_BUSY);
     ben.hangUp(first);
     anna.expectEnd(1, SIP_HUNG_UP, 0);
-    expectLamp(1, SIP_LAMP_IDLE);
+    cleo.expectLamp(1, SIP_LAMP_IDLE);
     // He calls, and is refused.
     ben.dial(2, "1001");
     const uint32_t second = anna.arrives();
     anna.ring(second);
-    expectLamp(1, SIP_LAMP_BUSY);
+    cleo.expectLamp(1, SIP_LAMP_BUSY);
     anna.tellStatus(SIP_REFUSE, second, 486);
     ben.expectEnd(2, SIP_REFUSED, 486);
-    expectLamp(1, SIP_LAMP_IDLE);
+    cleo.expectLamp(1, SIP_LAMP_IDLE);
     // Whoever watches later sees what is, and nothing of it when he watches no more.
     anna.dial(3, "1002");
     const uint32_t third = ben.arrives();
     ben.ring(third);
-    expectLamp(1, SIP_LAMP_RINGING);
+    cleo.expectLamp(1, SIP_LAMP_RINGING);
     cleo.agent.tell(sipWire::make<tagSipHead>(SIP_UNWATCH, 1));
     cleo.watch(2, "1002");
-    expectLamp(2, SIP_LAMP_RINGING);
+    cleo.expectLamp(2, SIP_LAMP_RINGING);
     anna.hangUp(3);
     ben.expectEnd(third, SIP_CANCELLED, 0);
-    expectLamp(2, SIP_LAMP_IDLE);
+    cleo.expectLamp(2, SIP_LAMP_IDLE);
     EXPECT_EQ(cleo.next<tagSipLamp>(SIP_LAMP, 1, 500), nullptr);
 }
 
 TEST_F(AtLargeKamailio, ACallThatRingsElsewhereIsTakenByItsLamp)
 {
     beginWithPresence();
-    cleo.watch(1, "1002");
-    expectLamp(1, SIP_LAMP_IDLE);
-    anna.dial(1, "1002");
-    const uint32_t atBen = ben.arrives();
-    ben.ring(atBen);
-    expectLamp(1, SIP_LAMP_RINGING);
-    ASSERT_TRUE(anna.next<tagSipProgress>(SIP_PROGRESS, 1));
-    cleo.pickUp(7, "1002");
-    const tagSipArrived* arrived = anna.nextArrived();
-    ASSERT_TRUE(arrived) << server.output().constData();
-    EXPECT_EQ(arrived->nReplaces, 1u);
-    const uint32_t atAnna = arrived->head.nId;
-    anna.answer(atAnna);
-    cleo.expectTalk(7);
-    ben.expectEnd(atBen, SIP_ELSEWHERE, 0);
-    expectLamp(1, SIP_LAMP_IDLE);
+    storyPickUpByLamp(anna, ben, cleo);
 }
 
 TEST_F(AtLargeKamailio, MessagesThatArePublishedAreCounted)
@@ -121,7 +96,7 @@ TEST_F(AtLargeKamailio, MessagesThatArePublishedAreCounted)
         const tagSipMessages* told = nullptr;
         do {
             told = ben.next<tagSipMessages>(SIP_MESSAGES, 0);
-            ASSERT_TRUE(told) << counts << server.output().constData();
+            ASSERT_TRUE(told) << counts;
         } while (!told->bKnown || told->nNew != uint32_t(*counts - '0'));
         EXPECT_EQ(told->nOld, uint32_t(counts[2] - '0'));
     }
@@ -135,7 +110,7 @@ TEST_F(AtLargeKamailio, AProxyInFrontLeadsLinesAndCallsBothWays)
     ASSERT_NO_FATAL_FAILURE(proxy.start());
     for (PeerAgent* phone : {&anna, &ben}) {
         const bool isAnna = phone == &anna;
-        ASSERT_TRUE(phone->agent.start(calmSetup()));
+        ASSERT_TRUE(phone->agent.start(AgentProcess::calmSetup()));
         tagSipAccount account = accountAt(0, server.port(), isAnna ? SIP_UDP : SIP_TCP);
         sipWire::setText(account.szUser, isAnna ? "1001" : "1002");
         sipWire::setText(account.szAuthName, "");
@@ -189,7 +164,7 @@ TEST_F(AtLargeKamailio, WhenTheFirstOfTwoServersGoesTheSecondTakesItsPlaceAndGiv
     names.start();
     for (PeerAgent* phone : {&anna, &ben}) {
         const char* user = phone == &anna ? "1001" : "1002";
-        tagSipSetup setup = calmSetup();
+        tagSipSetup setup = AgentProcess::calmSetup();
         sipWire::setText(setup.szNames, names.settings().toStdString());
         ASSERT_TRUE(phone->agent.start(setup));
         tagSipAccount account = accountAt(0, 0);

@@ -40,3 +40,26 @@ void storyWithoutAWord(PeerAgent& caller, PeerAgent& called)
     caller.dial(3, "1009");
     caller.expectEnd(3, SIP_REFUSED, 404);
 }
+
+void storyPickUpByLamp(PeerAgent& caller, PeerAgent& called, PeerAgent& watcher)
+{
+    watcher.watch(1, called.user().c_str());
+    watcher.expectLamp(1, SIP_LAMP_IDLE);
+    caller.dial(1, called.user().c_str());
+    const uint32_t atCalled = called.arrives();
+    called.ring(atCalled);
+    watcher.expectLamp(1, SIP_LAMP_RINGING);
+    ASSERT_TRUE(caller.next<tagSipProgress>(SIP_PROGRESS, 1));
+    watcher.pickUp(7, called.user().c_str());
+    const tagSipArrived* arrived = caller.nextArrived();
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(arrived->nReplaces, 1u);
+    const uint32_t atCaller = arrived->head.nId;
+    caller.answer(atCaller);
+    watcher.expectTalk(7);
+    caller.expectTalk(atCaller);
+    called.expectEnd(atCalled, SIP_ELSEWHERE, 0);
+    watcher.expectLamp(1, SIP_LAMP_IDLE);
+    watcher.hangUp(7);
+    caller.expectEnd(atCaller, SIP_HUNG_UP, 0);
+}

@@ -6,3 +6,5 @@
 uint32_t storyTalkAndHold(PeerAgent& caller, uint32_t id, PeerAgent& called);
 // Calls that end without a word: the other one is busy, the caller gives up, nobody has the number 1009.
 void storyWithoutAWord(PeerAgent& caller, PeerAgent& called);
+// A call that rings at one whom the third watches is taken by that lamp, and talks.
+void storyPickUpByLamp(PeerAgent& caller, PeerAgent& called, PeerAgent& watcher);

@@ -98,6 +98,11 @@ void BaresipProcess::command(const QByteArray& name, const QByteArray& parameter
     m_control.waitForBytesWritten(kWaitMs);
 }
 
+void BaresipProcess::dial(const QByteArray& user, uint32_t server)
+{
+    command("dial", "sip:" + user + "@127.0.0.1:" + QByteArray::number(server));
+}
+
 QByteArray BaresipProcess::output()
 {
     return m_program.output().right(4000) + "\n" + m_told.right(4000);

@@ -30,6 +30,8 @@ public:
     // The same for what it prints, from its start on.
     bool prints(const QByteArray& text, int ms = 15000);
     void command(const QByteArray& name, const QByteArray& parameters = {});
+    // Calls that user of the server at the port.
+    void dial(const QByteArray& user, uint32_t server);
     QByteArray output();
     qint64 pid() const { return m_program.pid(); }
     // What it has recorded of the other side in the last call: a WAV file, or none.

@@ -45,3 +45,10 @@ uint32_t PeerAgent::arrives()
     EXPECT_TRUE(arrived) << "no call";
     return arrived ? arrived->head.nId : 0;
 }
+
+void PeerAgent::expectLamp(uint32_t watch, SIP_LAMP_STATE lamp)
+{
+    const auto* told = next<tagSipLamp>(SIP_LAMP, watch);
+    ASSERT_TRUE(told) << lamp;
+    EXPECT_EQ(told->eLamp, uint32_t(lamp));
+}

@@ -17,6 +17,8 @@ public:
     void answer(uint32_t id);
     void hangUp(uint32_t id) { tellStatus(SIP_HANG_UP, id); }
     void expectTalk(uint32_t id) { EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id)) << id; }
+    // What is told next of the extension that it watches.
+    void expectLamp(uint32_t watch, SIP_LAMP_STATE lamp);
 
 private:
     std::string m_user;

@@ -30,14 +30,9 @@ protected:
     }
     void playNumbered(const QByteArray& path)
     {
-        tagVideoPicture old;
-        EXPECT_TRUE(kit::waitUntil([&] { return !videoFrames::instance().newest(old); }))
-            << "of another test";
+        expectNoPicture();
         seen.clear();
-        startBoth();
-        const MOV_SDP sdp = ask(path);
-        play(path);
-        startSession(sdp, {0, 0, kSize.width(), kSize.height()});
+        playIn(path, kSize);
     }
     // Until the end is told and the last picture is there.
     void playWhole(const QByteArray& path, int last, int ms = 8000)

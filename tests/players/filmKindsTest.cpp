@@ -50,14 +50,9 @@ protected:
     ~FilmKinds() override { qunsetenv("HX_SOUND_SINK"); }
     void playIn(const QByteArray& path, QSize size)
     {
-        tagVideoPicture old;
-        EXPECT_TRUE(kit::waitUntil([&] { return !videoFrames::instance().newest(old); }))
-            << "of another test";
+        expectNoPicture();
         seen.clear();
-        startBoth();
-        const MOV_SDP sdp = ask(path);
-        play(path);
-        startSession(sdp, {0, 0, size.width(), size.height()});
+        playersTest::playIn(path, size);
     }
     // The most that the loudspeaker got of a film of two seconds.
     float loudest(const QByteArray& path)
@@ -231,8 +226,7 @@ TEST_F(FilmKinds, AFilmIsShownThoughNobodyTakesItsSound)
                                avi + " %1 ! avenc_mpeg4 ! m."};
     for (const QString& kind : kinds) {
         makeNumberedFilm(hostPath("/rundata/film.avi"), kind);
-        tagVideoPicture old;
-        ASSERT_TRUE(kit::waitUntil([&] { return !videoFrames::instance().newest(old); }));
+        expectNoPicture();
         seen.clear();
         VOICE_PARAM session = sessionParam(ask("/rundata/film.avi"), {0, 0, 320, 240});
         ADDR_PARAM param = playParam("/rundata/film.avi");

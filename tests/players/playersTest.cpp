@@ -1,5 +1,6 @@
 #include "tests/players/playersTest.h"
 #include "host/services/messages/messageBus.h"
+#include "host/services/players/videoFrames.h"
 #include "places.h"
 #include "tests/players/films.h"
 #include <cstring>
@@ -73,6 +74,20 @@ MOV_SDP playersTest::ask(const QByteArray& path, bool* answered)
         *answered = isWhole;
     thread->CloseSendMessage(*msg);
     return sdp;
+}
+
+void playersTest::expectNoPicture()
+{
+    tagVideoPicture old;
+    EXPECT_TRUE(kit::waitUntil([&] { return !videoFrames::instance().newest(old); })) << "of another test";
+}
+
+void playersTest::playIn(const QByteArray& path, QSize size)
+{
+    startBoth();
+    const MOV_SDP sdp = ask(path);
+    play(path);
+    startSession(sdp, {0, 0, size.width(), size.height()});
 }
 
 ADDR_PARAM playersTest::playParam(const QByteArray& path)

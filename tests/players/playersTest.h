@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QList>
 #include <QProcess>
+#include <QSize>
 
 class playersTest : public PhoneTest
 {
@@ -24,6 +25,10 @@ protected:
     // As the phone plays one film into its own session.
     void play(const QByteArray& path);
     void startSession(const MOV_SDP& sdp, const MEDIA_RECT& place = {});
+    // Nothing is left that another film has shown.
+    static void expectNoPicture();
+    // Both players, and the film in a place of that size.
+    void playIn(const QByteArray& path, QSize size);
     void playList(const QList<QByteArray>& paths);
     static ADDR_PARAM playParam(const QByteArray& path);
     static VOICE_PARAM sessionParam(const MOV_SDP& sdp, const MEDIA_RECT& place);

@@ -8,8 +8,8 @@
 #include "support/host/net.h"
 #include "support/host/phone.h"
 #include "support/host/registry.h"
-#include "support/xml/xmlFile.h"
 #include "tests/kit/phoneTest.h"
+#include "tests/services/historyOf.h"
 #include <QDir>
 #include <QFile>
 #include <QStringList>
@@ -37,7 +37,7 @@ protected:
         int ended = 0;
         for (const tagCall& call : heard)
             ended += call.eState == CALL_ENDED;
-        EXPECT_GE(history("number", m_bCleared ? 0 : ended + m_nOldCalls).size(), m_bCleared ? 0 : ended);
+        EXPECT_GE(historyOf("number", m_bCleared ? 0 : ended + m_nOldCalls).size(), m_bCleared ? 0 : ended);
         phoneService::instance().removeCallListener(listener);
         phoneService::instance().setBackend(nullptr);
     }
@@ -56,22 +56,6 @@ protected:
             states.append(call.eState);
         return states;
     }
-    // The attribute of each call of the history, newest first, when it holds as many.
-    QStringList history(const char* attribute, int count)
-    {
-        QStringList values;
-        kit::waitUntil([&] {
-            values.clear();
-            xmlFile file(hostHistory());
-            const xmlElement* list = xmlFindElementFromRoot(&file, "CallHistory");
-            xmlElement* call = list ? list->FindChildElement("Call") : nullptr;
-            for (; call; call = xmlGetNextElement(call))
-                values.append(QString::fromUtf8(call->GetAttributeValue(attribute).GetText()));
-            return values.size() == count;
-        });
-        return values;
-    }
-    static const char* hostHistory() { return kHistory; }
 
     bool m_bCleared = false;
     int m_nOldCalls = 0; // in the history, and not pushed out of it
@@ -205,12 +189,12 @@ TEST_F(Calls, EndedCallsAreInTheHistoryNewestFirst)
     phoneService::instance().hangUp(calls()[0].nId);
     phone_CallNumber("busy&more", 2, -1);
     phoneService::instance().hangUp(calls()[0].nId);
-    EXPECT_EQ(history("number", 2), (QStringList{"busy&more", "600"}));
-    EXPECT_EQ(history("line", 2), (QStringList{"3", "2"}));
-    EXPECT_EQ(history("direction", 2), (QStringList{"out", "out"}));
-    EXPECT_EQ(history("seconds", 2), (QStringList{"0", "3"}));
-    EXPECT_EQ(history("name", 2), (QStringList{"", ""}));
-    EXPECT_TRUE(history("start", 2)[1].startsWith("2024-02-29 23:59:5"));
+    EXPECT_EQ(historyOf("number", 2), (QStringList{"busy&more", "600"}));
+    EXPECT_EQ(historyOf("line", 2), (QStringList{"3", "2"}));
+    EXPECT_EQ(historyOf("direction", 2), (QStringList{"out", "out"}));
+    EXPECT_EQ(historyOf("seconds", 2), (QStringList{"0", "3"}));
+    EXPECT_EQ(historyOf("name", 2), (QStringList{"", ""}));
+    EXPECT_TRUE(historyOf("start", 2)[1].startsWith("2024-02-29 23:59:5"));
 }
 
 TEST_F(Calls, HistoryKeepsTheMomentOfACallWhateverTheZone)
@@ -221,9 +205,9 @@ TEST_F(Calls, HistoryKeepsTheMomentOfACallWhateverTheZone)
     netSetLocalTime(2024, 2, 29, 23, 59, 0);
     phone_CallNumber("600", 1, -1);
     phoneService::instance().hangUp(calls()[0].nId);
-    EXPECT_TRUE(history("start", 1)[0].startsWith("2024-02-29 23:59:0"));
+    EXPECT_TRUE(historyOf("start", 1)[0].startsWith("2024-02-29 23:59:0"));
     const long utc = chTime(2024, 3, 1, 4, 59, 0).GetTime();
-    const long stored = history("utc", 1)[0].toLong();
+    const long stored = historyOf("utc", 1)[0].toLong();
     EXPECT_GE(stored, utc);
     EXPECT_LT(stored, utc + 60);
 }
@@ -231,8 +215,8 @@ TEST_F(Calls, HistoryKeepsTheMomentOfACallWhateverTheZone)
 TEST_F(Calls, RefusedCallIsInTheHistoryToo)
 {
     phone_CallNumber("600", 0, -1);
-    EXPECT_EQ(history("number", 1), QStringList{"600"});
-    EXPECT_EQ(history("line", 1), QStringList{"1"});
+    EXPECT_EQ(historyOf("number", 1), QStringList{"600"});
+    EXPECT_EQ(historyOf("line", 1), QStringList{"1"});
 }
 
 TEST_F(Calls, ACallThatWentNowhereIsInTheHistoryWithNumberLineAndTime)
@@ -240,9 +224,9 @@ TEST_F(Calls, ACallThatWentNowhereIsInTheHistoryWithNumberLineAndTime)
     netSetLocalTime(2024, 2, 29, 23, 59, 0);
     phone_CallNumber("6'00", 2, -1);
     EXPECT_TRUE(calls().isEmpty());
-    EXPECT_EQ(history("number", 1), QStringList{"6'00"});
-    EXPECT_EQ(history("line", 1), QStringList{"3"});
-    EXPECT_TRUE(history("start", 1)[0].startsWith("2024-02-29 23:59:0"));
+    EXPECT_EQ(historyOf("number", 1), QStringList{"6'00"});
+    EXPECT_EQ(historyOf("line", 1), QStringList{"3"});
+    EXPECT_TRUE(historyOf("start", 1)[0].startsWith("2024-02-29 23:59:0"));
 }
 
 TEST_F(Calls, ACallThatIsStillOnItsWayIntoAClearedHistoryIsForgottenToo)
@@ -256,7 +240,7 @@ TEST_F(Calls, ACallThatIsStillOnItsWayIntoAClearedHistoryIsForgottenToo)
     // What is behind the last one in the queue has been written.
     phone_CallNumber("601", 1, -1);
     phoneService::instance().hangUp(calls()[0].nId);
-    EXPECT_EQ(history("number", 1), QStringList{"601"});
+    EXPECT_EQ(historyOf("number", 1), QStringList{"601"});
     EXPECT_EQ(callHistoryClear(), 1);
 }
 
@@ -270,12 +254,12 @@ TEST_F(Calls, HistoryKeepsAHundredCalls)
     phone_CallNumber("600", 1, -1);
     phoneService::instance().hangUp(calls()[0].nId);
     ASSERT_TRUE(kit::waitUntil([&] { return readFile(kHistory).contains("600"); }));
-    const QStringList numbers = history("number", 100);
+    const QStringList numbers = historyOf("number", 100);
     ASSERT_EQ(numbers.size(), 100);
     EXPECT_EQ(numbers.first(), "600");
     EXPECT_EQ(numbers[1], "0");
     EXPECT_EQ(numbers.last(), "98");
-    EXPECT_EQ(history("name", 100)[1], "N");
+    EXPECT_EQ(historyOf("name", 100)[1], "N");
 }
 
 TEST_F(Calls, HistoryThatIsDamagedIsKeptAsideBeforeTheNextCallIsStored)
@@ -317,7 +301,7 @@ TEST_F(Calls, ThoseThatCannotBeStoredAreToldOnceAndStoredWhenTheyCan)
     EXPECT_TRUE(kit::waitUntil([&] { return told == 1; })) << "who could not be told is told later";
     call("601");
     clear();
-    EXPECT_EQ(history("number", 2), (QStringList{"601", "600"}));
+    EXPECT_EQ(historyOf("number", 2), (QStringList{"601", "600"}));
     EXPECT_EQ(told, 1);
     EXPECT_EQ(faults(), 1);
 
@@ -325,7 +309,7 @@ TEST_F(Calls, ThoseThatCannotBeStoredAreToldOnceAndStoredWhenTheyCan)
     call("602");
     EXPECT_TRUE(kit::waitUntil([&] { return told == 2; })) << "it is another fault";
     clear();
-    EXPECT_EQ(history("number", 1), QStringList{"602"});
+    EXPECT_EQ(historyOf("number", 1), QStringList{"602"});
     callHistoryOnFault(nullptr);
     m_bCleared = true;
     EXPECT_EQ(callHistoryClear(), 1);
@@ -338,7 +322,7 @@ TEST_F(Calls, BurstOfCallsIsWholeAndInOrder)
         phone_CallNumber(QByteArray::number(i).constData(), 0, -1);
         expected.prepend(QString::number(i));
     }
-    EXPECT_EQ(history("number", 40), expected);
+    EXPECT_EQ(historyOf("number", 40), expected);
 }
 
 // What a board's audio device would be told.

@@ -1,30 +1,13 @@
 // Lamps of extensions: who watches what, and the extensions of the simulated phone.
-#include "host/services/phone/lampBook.h"
-#include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
 #include "support/host/registry.h"
-#include "tests/kit/phoneTest.h"
+#include "tests/services/lampStand.h"
 
 namespace {
 
-const tagLampWatch kAnna{0, "8001"};
-const tagLampWatch kBen{1, "8002"};
-
-class Lamps : public PhoneTest
+class Lamps : public LampStand
 {
 protected:
-    Lamps()
-    {
-        phoneService::instance().setBackend(nullptr);
-        m_nListener =
-            book().addListener({[this](const tagLampWatch& watch, LAMP_STATE state) {
-                                    told.append(watch.strNumber + "@" + QString::number(watch.nLine) + " " +
-                                                QString::number(state));
-                                },
-                                [this](int line) { told.append("list " + QString::number(line)); }});
-    }
-    ~Lamps() override { book().removeListener(m_nListener); }
-    static lampBook& book() { return lampBook::instance(); }
     static simulatedLamps& world()
     {
         phoneService::instance().backend();
@@ -38,23 +21,6 @@ protected:
         phoneService::instance().backend();
         phoneSimulation::instance()->setLine(line, setting);
     }
-    QStringList heard()
-    {
-        QStringList last;
-        last.swap(told);
-        return last;
-    }
-    QStringList members(int line) const
-    {
-        QStringList all;
-        for (const tagLampMember& member : book().list(line))
-            all.append(member.strNumber + "=" + member.strName);
-        return all;
-    }
-    QStringList told;
-
-private:
-    int m_nListener;
 };
 
 // Counts what it is asked for.

@@ -1,16 +1,11 @@
 // The lamps of real lines, with a scripted user agent in the place of the real one.
 #include "host/services/phone/sipLamps.h"
-#include "host/services/phone/lampBook.h"
-#include "host/services/phone/phoneService.h"
-#include "tests/kit/phoneTest.h"
+#include "tests/services/lampStand.h"
 #include <memory>
 
 namespace {
 
-const tagLampWatch kAnna{0, "8001"};
-const tagLampWatch kBen{1, "8002"};
-
-class SipLamps : public PhoneTest
+class SipLamps : public LampStand
 {
 protected:
     SipLamps()
@@ -22,23 +17,10 @@ protected:
                      return 77;
                  }})
     {
-        phoneService::instance().setBackend(nullptr);
-        m_nListener =
-            book().addListener({[this](const tagLampWatch& watch, LAMP_STATE state) {
-                                    told.append(watch.strNumber + "@" + QString::number(watch.nLine) + " " +
-                                                QString::number(state));
-                                },
-                                [this](int line) { told.append("list " + QString::number(line)); }});
         book().setLamps(&lamps);
         lamps.agentIsThere();
     }
-    ~SipLamps() override
-    {
-        book().setLamps(nullptr);
-        book().removeListener(m_nListener);
-    }
-    static lampBook& book() { return lampBook::instance(); }
-    QStringList heard() { return std::exchange(told, {}); }
+    ~SipLamps() override { book().setLamps(nullptr); }
     QStringList wanted() { return std::exchange(asked, {}); }
 
     template <typename Record>
@@ -70,17 +52,9 @@ protected:
         sipWire::setText(record.szName, name);
         EXPECT_TRUE(say(record));
     }
-    QStringList members(int line) const
-    {
-        QStringList all;
-        for (const tagLampMember& member : book().list(line))
-            all.append(member.strNumber + "=" + member.strName);
-        return all;
-    }
 
     int nDefault = 0;
     QMap<int, QString> lists;
-    QStringList told;
     QStringList asked; // "+ID number@line" of a watch, "-ID", "list LINE address"
     sipLamps lamps;
 
@@ -101,7 +75,6 @@ private:
         else
             ADD_FAILURE() << reader.head().eKind;
     }
-    int m_nListener;
 };
 
 } // namespace

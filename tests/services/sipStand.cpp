@@ -1,6 +1,5 @@
 #include "tests/services/sipStand.h"
 #include "support/host/message.h"
-#include "support/xml/xmlFile.h"
 #include <QTimer>
 #include <cerrno>
 #include <cstring>
@@ -280,19 +279,4 @@ bool SipPhone::waitsForEnd(int count)
 tagCall SipPhone::lastEnded() const
 {
     return !heard.isEmpty() && heard.last().eState == CALL_ENDED ? heard.last() : tagCall();
-}
-
-QStringList SipPhone::history(const char* attribute, int count)
-{
-    QStringList values;
-    kit::waitUntil([&] {
-        values.clear();
-        xmlFile file("/rundata/data/callHistory.xml");
-        const xmlElement* list = xmlFindElementFromRoot(&file, "CallHistory");
-        xmlElement* call = list ? list->FindChildElement("Call") : nullptr;
-        for (; call; call = xmlGetNextElement(call))
-            values.append(QString::fromUtf8(call->GetAttributeValue(attribute).GetText()));
-        return values.size() == count;
-    });
-    return values;
 }

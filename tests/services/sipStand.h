@@ -6,6 +6,7 @@
 #include "sip/sipWire.h"
 #include "support/host/phone.h"
 #include "tests/kit/phoneTest.h"
+#include "tests/services/historyOf.h"
 #include <QHash>
 #include <QObject>
 #include <QSocketNotifier>
@@ -19,6 +20,7 @@ class ScriptedMedia : public sipMedia
 {
 public:
     void setNews(sipMediaNews* news) override { m_pNews = news; }
+    void prepare() override { ++nPrepared; }
     void offer(int call, const tagMediaWish& wish) override { describe(call, "offer", wish); }
     void answer(int call, const QByteArray& offer, const tagMediaWish& wish) override
     {
@@ -56,6 +58,7 @@ public:
     bool bMissing = false;
     bool bTakesTones = true;
     bool bJoins = true;
+    int nPrepared = 0; // that calls may come
 
 private:
     void describe(int call, const QString& what, const tagMediaWish& wish);
@@ -90,6 +93,8 @@ public:
     bool isQuiet(SIP_RECORD kind);
     // The phone has closed its end.
     bool isLeft();
+    // From now on nothing is read but what next() and those beside it wait for.
+    void stopReading() { m_pNotifier->setEnabled(false); }
 
     bool bFrozen = false; // it answers no question whether it is alive
     int nPings = 0;       // that it was asked
@@ -156,8 +161,7 @@ protected:
     static tagCall call();
     bool waitsForEnd(int count = 1);
     tagCall lastEnded() const;
-    // One of each call of the history, the newest first.
-    QStringList history(const char* attribute, int count);
+    static QStringList history(const char* attribute, int count) { return historyOf(attribute, count); }
 
     kit::ScriptedMedia* media = nullptr;
     kit::ScriptedAgent agent;

@@ -113,34 +113,54 @@ TEST(SipRegistration, AWrongPasswordIsRefusedForGoodUntilTheAccountIsAnother)
     EXPECT_NE(server.receive("REGISTER").toStdString(), "");
 }
 
-TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgain)
-{
-    UdpPeer server;
-    AgentProcess agent;
-    ASSERT_TRUE(agent.start());
-    agent.tell(accountAt(0, server.port()));
-    server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
-    server.reply(server.receive("REGISTER"), "401 Unauthorized",
-                 "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\", stale=true");
-    const QByteArray third = server.receive("REGISTER");
-    EXPECT_EQ(paramOf(headerOf(third, "Authorization"), "nonce").toStdString(), "n2");
-    server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
-    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
-}
-
 TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgainHoweverThatIsWritten)
 {
+    for (const char* word : {"true", "TRUE"}) {
+        SCOPED_TRACE(word);
+        UdpPeer server;
+        AgentProcess agent;
+        ASSERT_TRUE(agent.start());
+        agent.tell(accountAt(0, server.port()));
+        server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
+        server.reply(server.receive("REGISTER"), "401 Unauthorized",
+                     QByteArray(kMd5).replace("n1", "n2") + ", stale=" + word);
+        const QByteArray third = server.receive("REGISTER");
+        EXPECT_EQ(paramOf(headerOf(third, "Authorization"), "nonce").toStdString(), "n2");
+        server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
+        EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    }
+}
+
+TEST(SipRegistration, AnswersToOneQuestionAreCountedAndEachHasAChanceOfItsOwn)
+{
     UdpPeer server;
     AgentProcess agent;
-    ASSERT_TRUE(agent.start());
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
     agent.tell(accountAt(0, server.port()));
     server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
-    server.reply(server.receive("REGISTER"), "401 Unauthorized",
-                 "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\", stale=TRUE");
-    const QByteArray third = server.receive("REGISTER");
-    EXPECT_EQ(paramOf(headerOf(third, "Authorization"), "nonce").toStdString(), "n2");
-    server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
-    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    const auto expectAnswer = [&](const QByteArray& request, const QByteArray& nonce, const char* count) {
+        const QByteArray answer = headerOf(request, "Authorization");
+        EXPECT_EQ(paramOf(answer, "nonce").toStdString(), nonce.toStdString());
+        EXPECT_EQ(paramOf(answer, "nc").toStdString(), count);
+        EXPECT_EQ(paramOf(answer, "response").toStdString(),
+                  digestOf("REGISTER", answer, "auth0", "s3cret:0").toStdString());
+        return paramOf(answer, "cnonce").toStdString();
+    };
+    const QByteArray first = server.receive("REGISTER");
+    const std::string ownOne = expectAnswer(first, "n1", "00000001");
+    server.reply(first, "200 OK", "Contact: " + headerOf(first, "Contact") + ";expires=3600");
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    // A call that finds it out of service has it asked again.
+    auto dial = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    sipWire::setText(dial.szTarget, "300");
+    sipWire::setText(dial.szSdp, "v=0\r\n");
+    agent.tell(dial);
+    server.reply(server.receive("INVITE"), "503 Service Unavailable");
+    const QByteArray second = server.receive("REGISTER");
+    const std::string ownTwo = expectAnswer(second, "n1", "00000002");
+    EXPECT_NE(ownOne, ownTwo);
+    server.reply(second, "401 Unauthorized", QByteArray(kMd5).replace("n1", "n2") + ", stale=true");
+    expectAnswer(server.receive("REGISTER"), "n2", "00000001");
 }
 
 TEST(SipRegistration, AChallengeThatIsNotKnownOrOfAnotherRealmIsToldAndGetsNoDigest)
@@ -209,6 +229,19 @@ TEST(SipRegistration, AServerOutOfServiceIsTriedAgainAndItsPatienceIsKept)
     ASSERT_TRUE(state);
     EXPECT_EQ(state->nRetryMs, 600000u);
     EXPECT_EQ(server.receive(1500).toStdString(), "");
+}
+
+TEST(SipRegistration, AServerThatIsNotThereSaysNothingNotEvenThatItIsOutOfService)
+{
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    for (const SIP_TRANSPORT transport : {SIP_UDP, SIP_TCP}) {
+        agent.tell(accountAt(0, UdpPeer::freePort(), transport));
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state);
+        EXPECT_EQ(state->nStatus, 0u);
+        EXPECT_STREQ(state->szReason, "The server does not answer");
+    }
 }
 
 TEST(SipRegistration, ThePatienceThatAServerAsksForHasItsBound)

@@ -100,13 +100,8 @@ int WholeNumber(const QCommandLineParser& options, const char* name)
     return good ? number : 0;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void DescribeOptions(QCommandLineParser& options)
 {
-    const sigset_t ends = BlockEndSignals();
-    QCoreApplication application(argc, argv);
-    QCommandLineParser options;
     options.setApplicationDescription(
         "Serves a folder to phones: signage, weather and stock quotes.\n"
         "The folder holds server.ini, schedule.xml, layouts/, media/, and if wanted weather.xml, stock.xml,\n"
@@ -129,6 +124,16 @@ int main(int argc, char** argv)
         {"patience", "Seconds in which a request must have come (default 10).", "N", "10"},
     });
     options.addPositionalArgument("DIR", "The folder.");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const sigset_t ends = BlockEndSignals();
+    QCoreApplication application(argc, argv);
+    QCommandLineParser options;
+    DescribeOptions(options);
     options.process(application);
 
     if (options.positionalArguments().size() != 1)
