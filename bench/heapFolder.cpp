@@ -16,12 +16,15 @@ HeapFolder::HeapFolder()
     if (!QFile::exists(kTeller))
         qFatal("no %s", kTeller);
     qputenv("LD_PRELOAD", kTeller);
+    // What a thread's cache keeps for its next wish would count as in use.
+    qputenv("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0");
     qputenv("HX_HEAP_FOLDER", m_folder.path().toUtf8());
 }
 
 HeapFolder::~HeapFolder()
 {
     qunsetenv("LD_PRELOAD");
+    qunsetenv("GLIBC_TUNABLES");
     qunsetenv("HX_HEAP_FOLDER");
 }
 

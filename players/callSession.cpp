@@ -140,6 +140,8 @@ void callSession::receive(qint64 nowUs)
     }
     if (m_agreed.bSound && m_agreed.nRtcpPort != 0 && m_reports.isDue(nowUs))
         sealedSendReport(wayOut(), m_reports.report(nowUs));
+    if (m_agreed.bSound)
+        m_way.step(wayOut(), nowUs);
 }
 
 void callSession::decode(const tagHeldPacket& packet)
@@ -186,8 +188,10 @@ void callSession::sendPacket(int payload, bool marker, quint32 time, const unsig
         return;
     rtpPacket::write({payload, marker, m_nSequence++, time, m_nSource}, packet);
     memcpy(packet + rtpPacket::HEAD_BYTES, content, size_t(size));
-    if (sealedSend(wayOut(), packet, rtpPacket::HEAD_BYTES + size))
-        m_reports.sent(time, size);
+    if (!sealedSend(wayOut(), packet, rtpPacket::HEAD_BYTES + size))
+        return;
+    m_way.sent();
+    m_reports.sent(time, size);
 }
 
 void callSession::sendTones(const QList<toneEvents::tagEvent>& events)

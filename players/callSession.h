@@ -10,6 +10,7 @@
 #include "players/soundCoder.h"
 #include "players/streamKeys.h"
 #include "players/toneEvents.h"
+#include "players/wayKeeper.h"
 
 class callSession
 {
@@ -74,6 +75,7 @@ private:
     rtcpReports m_reports;
 
     rtpPeer m_peer;
+    wayKeeper m_way;
     qint64 m_nStrangers = 0;
     qint64 m_nLastCame = 0;
     qint64 m_nBegan = 0; // of receiving

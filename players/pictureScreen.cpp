@@ -2,7 +2,22 @@
 #include "support/host/message.h"
 #include "support/host/player.h"
 #include <QCoreApplication>
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+
+namespace {
+
+// Of a line that far from the edge above or below: what the rounding takes at either end.
+int insetOf(int fromEdge)
+{
+    if (fromEdge >= CALL_OWN_CORNER)
+        return 0;
+    const double up = CALL_OWN_CORNER - fromEdge - 0.5;
+    return int(std::ceil(CALL_OWN_CORNER - std::sqrt(CALL_OWN_CORNER * CALL_OWN_CORNER - up * up)));
+}
+
+} // namespace
 
 void pictureScreen::setSurface(const QSize& size)
 {
@@ -64,7 +79,7 @@ void pictureScreen::endFilm()
     tellPhone();
 }
 
-// Line by line, as far as both reach.
+// Line by line, as far as both reach, and without the corners.
 void pictureScreen::paintOwn(unsigned char* pixels, const QSize& size) const
 {
     const QRect inside = m_ownPlace.intersected(QRect(QPoint(0, 0), size));
@@ -72,11 +87,14 @@ void pictureScreen::paintOwn(unsigned char* pixels, const QSize& size) const
     if (!own || inside.isEmpty() || m_own.size != m_ownPlace.size() || m_calls.last() != m_nOwnCall)
         return;
     for (int y = inside.top(); y <= inside.bottom(); ++y) {
-        const qsizetype from =
-            qsizetype(y - m_ownPlace.y()) * m_own.size.width() + inside.x() - m_ownPlace.x();
-        const qsizetype to = qsizetype(y) * size.width() + inside.x();
-        memcpy(pixels + to * VIDEO_STORE_PIXEL, own + from * VIDEO_STORE_PIXEL,
-               size_t(inside.width()) * VIDEO_STORE_PIXEL);
+        const int inset = insetOf(std::min(y - m_ownPlace.top(), m_ownPlace.bottom() - y));
+        const int left = std::max(inside.left(), m_ownPlace.left() + inset);
+        const int count = std::min(inside.right(), m_ownPlace.right() - inset) - left + 1;
+        const qsizetype from = qsizetype(y - m_ownPlace.y()) * m_own.size.width() + left - m_ownPlace.x();
+        const qsizetype to = qsizetype(y) * size.width() + left;
+        if (count > 0)
+            memcpy(pixels + to * VIDEO_STORE_PIXEL, own + from * VIDEO_STORE_PIXEL,
+                   size_t(count) * VIDEO_STORE_PIXEL);
     }
 }
 

@@ -263,6 +263,8 @@ void pictureSession::follow(qint64 nowUs)
 {
     if (m_agreed.bPicture && m_agreed.nRtcpPort != 0 && m_reports.isDue(nowUs))
         sealedSendReport(wayOut(), m_reports.report(nowUs));
+    if (m_agreed.bPicture)
+        m_way.step(wayOut(), nowUs);
     if (m_reports.reportsRead() != m_nReportsSeen) {
         m_nReportsSeen = m_reports.reportsRead();
         m_bRateChanged = m_rate.told(m_reports.lossThereInPercent()) || m_bRateChanged;
@@ -385,6 +387,8 @@ void pictureSession::sendPacket(const unsigned char* made, int size)
         {m_agreed.send.nPayload, head.bMarker, m_nSequence++, m_nTime + head.nTime, m_reports.source()},
         packet);
     memcpy(packet + rtpPacket::HEAD_BYTES, made + start, size_t(length));
-    if (sealedSend(wayOut(), packet, rtpPacket::HEAD_BYTES + length))
-        m_reports.sent(m_nTime + head.nTime, length);
+    if (!sealedSend(wayOut(), packet, rtpPacket::HEAD_BYTES + length))
+        return;
+    m_way.sent();
+    m_reports.sent(m_nTime + head.nTime, length);
 }

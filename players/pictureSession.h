@@ -11,6 +11,7 @@
 #include "players/rtpPeer.h"
 #include "players/sealedSend.h"
 #include "players/streamKeys.h"
+#include "players/wayKeeper.h"
 #include <atomic>
 #include <mutex>
 #include <thread>
@@ -106,6 +107,7 @@ private:
     mutable std::mutex m_mutex; // of what follows, up to the next line like this
     tagAgreedPicture m_agreed;
     rtpPeer m_peer;
+    wayKeeper m_way;
     streamKeys m_keys;
     rtcpReports m_reports;
     packetOrder m_order;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <fstream>
 #include <sstream>
+#include <sys/stat.h>
 
 namespace {
 
@@ -58,6 +59,13 @@ bool AccountBook::take(const std::string& line, std::string& reason)
     else
         m_accounts[account.user] = account;
     return reason.empty();
+}
+
+bool AccountBook::isOpenToOthers(const std::string& path)
+{
+    struct stat file = {};
+    return stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) &&
+           (file.st_mode & (S_IRGRP | S_IROTH)) != 0;
 }
 
 const tagPbxAccount* AccountBook::find(const std::string& user) const

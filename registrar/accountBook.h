@@ -17,6 +17,8 @@ public:
 
     // False with a reason for a person when there is no such file, or a line is none.
     bool load(const std::string& path, std::string& reason);
+    // Others of this machine can read that file, with its passwords.
+    static bool isOpenToOthers(const std::string& path);
     // Null for nobody.
     const tagPbxAccount* find(const std::string& user) const;
     const std::map<std::string, tagPbxAccount>& all() const { return m_accounts; }

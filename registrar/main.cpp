@@ -71,6 +71,11 @@ int main(int argc, char** argv)
         fprintf(stderr, "hxRegistrar: %s\n", reason.c_str());
         return 1;
     }
+    if (AccountBook::isOpenToOthers(file))
+        fprintf(stderr,
+                "hxRegistrar: WARNING: other users of this machine can read the passwords in %s; "
+                "\"chmod 600\" keeps them to yourself\n",
+                file.c_str());
     // The stack would print whole messages to whoever reads the log.
     for (const char* name : {"TPORT_LOG", "TPORT_DUMP", "TPORT_DEBUG", "NTA_DEBUG", "SOFIA_DEBUG"})
         unsetenv(name);

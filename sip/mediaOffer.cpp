@@ -25,8 +25,14 @@ void MediaOffer::want(const std::string& sdp)
 {
     m_next = sdp;
     m_bWanted = true;
-    if (!m_bUnderWay && !m_bCollided)
-        sendNext();
+    sendWanted();
+}
+
+void MediaOffer::requestIsAnswered()
+{
+    if (m_nRequests > 0)
+        --m_nRequests;
+    sendWanted();
 }
 
 bool MediaOffer::settle(uint32_t status)
@@ -36,12 +42,14 @@ bool MediaOffer::settle(uint32_t status)
         if (!std::exchange(m_bWanted, true))
             m_next = m_sent;
         m_bCollided = true;
-        m_again.start(timeAfterCollision(m_bOwner), [this] { sendNext(); });
+        m_again.start(timeAfterCollision(m_bOwner), [this] {
+            m_bCollided = false;
+            sendWanted();
+        });
         return false;
     }
     m_nCollisions = 0;
-    if (m_bWanted)
-        sendNext();
+    sendWanted();
     return true;
 }
 
@@ -51,9 +59,15 @@ void MediaOffer::stop()
     m_bWanted = m_bCollided = false;
 }
 
+void MediaOffer::sendWanted()
+{
+    if (m_bWanted && !m_bUnderWay && !m_bCollided && m_nRequests == 0)
+        sendNext();
+}
+
 void MediaOffer::sendNext()
 {
-    m_bCollided = m_bWanted = false;
+    m_bWanted = false;
     m_bUnderWay = true;
     m_sent = std::exchange(m_next, "");
     m_send(m_sent);

@@ -21,6 +21,8 @@ public:
 
     // Not answered yet.
     bool isWaiting() const { return m_pRequest != nullptr; }
+    // It is told how the call goes that came of it.
+    bool isTelling() const { return m_bTelling; }
     // Nothing is told of it any more.
     bool isOver() const { return !isWaiting() && !m_bTelling; }
     void refuse(uint32_t status);

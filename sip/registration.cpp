@@ -4,6 +4,7 @@
 #include "sip/ownSockets.h"
 #include "sip/phoneLink.h"
 #include "sip/sipAddress.h"
+#include "sip/tlsCheck.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -59,6 +60,10 @@ Registration::~Registration()
 
 void Registration::start()
 {
+    if (transport() == SIP_TLS && !m_stack.tlsProblem.empty()) {
+        refuse(0, m_stack.tlsProblem);
+        return;
+    }
     report(SIP_LINE_REGISTERING, 0, "");
     if (m_account.szStun[0] && !m_stun) {
         m_stun = std::make_unique<StunWatch>(m_stack, m_account);
@@ -108,6 +113,7 @@ void Registration::sendRegister()
     const std::string expires = std::to_string(m_account.nExpires);
     const std::string seen = "<sip:" + m_contact + "@" + m_contactPlace + ">";
     m_silent.start(m_stack.setup.nSilentMs, [this] { silent(); });
+    m_nTlsProblems = tlsCheck::count();
     nua_register(
         m_pHandle, NUTAG_REGISTRAR(server.c_str()), NUTAG_PROXY(hop.c_str()),
         TAG_IF(!m_contactPlace.empty(), SIPTAG_CONTACT_STR(seen.c_str())),
@@ -265,6 +271,16 @@ void Registration::keepOpen()
     m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
 }
 
+std::string Registration::reasonOfSilence() const
+{
+    const tagServerAddress& address = m_addresses[m_nAddress];
+    const std::string problem =
+        transport() == SIP_TLS
+            ? tlsCheck::problemWith(sipAddress::bareHost(address.host), address.nPort, m_nTlsProblems)
+            : "";
+    return problem.empty() ? "The server does not answer" : "TLS: " + problem;
+}
+
 // A connection may be there for this side alone.
 void Registration::silent()
 {
@@ -274,7 +290,7 @@ void Registration::silent()
         ownSockets::closeConnections(isName ? "" : sipAddress::bareHost(address.host),
                                      address.nPort ? address.nPort : kUsualTlsPort);
     }
-    failOver(0, "The server does not answer");
+    failOver(0, reasonOfSilence());
 }
 
 void Registration::onChallenge(const tagStackEvent& event)

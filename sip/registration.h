@@ -62,6 +62,7 @@ private:
     void useIPv6();
     void keepOpen();
     void silent();
+    std::string reasonOfSilence() const;
     void onChallenge(const tagStackEvent& event);
     void failOver(uint32_t status, const std::string& reason);
     void wait(uint32_t status, const std::string& reason, uint32_t leastMs);
@@ -90,6 +91,7 @@ private:
     uint32_t m_nOwnPort = 0;
     std::vector<tagServerAddress> m_addresses;
     size_t m_nAddress = 0;
+    uint64_t m_nTlsProblems = 0; // before the last request
     uint32_t m_nDelayMs;
     bool m_bRegistered = false;
     bool m_bLeaving = false;

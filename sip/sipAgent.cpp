@@ -1,6 +1,7 @@
 #include "sip/sipAgent.h"
 #include "sip/digest.h"
 #include "sip/floodGuard.h"
+#include "sip/tlsCheck.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -120,17 +121,18 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
     m_connections = std::make_unique<ConnectionGuard>(
         m_stack.pRoot, setup.nSilentMs, [](const std::string& host) { return floodGuard::isServer(host); });
     m_stack.pDns = sres_resolver_create(m_stack.pRoot, setup.szNames[0] ? setup.szNames : nullptr, TAG_END());
-    const std::string plain = localAddress(setup, "sip:", setup.nPort);
-    const std::string tls = localAddress(setup, "sips:", setup.nTlsPort);
-    const bool hasTls = setup.szCertificates[0] != 0;
-    m_stack.pNua = nua_create(
-        m_stack.pRoot, onStack, this, NUTAG_URL(plain.c_str()), TAG_IF(hasTls, NUTAG_SIPS_URL(tls.c_str())),
-        TAG_IF(hasTls, NUTAG_CERTIFICATE_DIR(setup.szCertificates)),
-        TAG_IF(hasTls, TPTAG_TLS_VERIFY_POLICY(kTlsPolicy)), NUTAG_MEDIA_ENABLE(0), NUTAG_AUTOANSWER(0),
-        NUTAG_AUTOALERT(0), NTATAG_UDP_MTU(kLargestUdp), NTATAG_MAXSIZE(kMaxMessage), NTATAG_PASS_100(1),
-        TPTAG_KEEPALIVE(m_stack.setup.nKeepMs), TPTAG_PONG2PING(1), TAG_END());
+    m_stack.tlsProblem = setup.szCertificates[0] ? tlsCheck::problemOf(setup.szCertificates)
+                                                 : "There are no certificates for TLS";
+    const bool hasTls = m_stack.tlsProblem.empty();
+    m_stack.pNua = listen(hasTls);
+    // Lines without TLS have no part in it.
+    if (!m_stack.pNua && hasTls) {
+        m_stack.pNua = listen(false);
+        m_stack.tlsProblem = "The port or the certificates of TLS cannot be used";
+    }
     if (!m_stack.pNua) {
-        fprintf(stderr, "The SIP stack cannot listen at %s\n", plain.c_str());
+        fprintf(stderr, "The SIP stack cannot listen at %s\n",
+                localAddress(setup, "sip:", setup.nPort).c_str());
         return false;
     }
     nua_set_params(m_stack.pNua, SIPTAG_USER_AGENT_STR(setup.szAgent), SIPTAG_ALLOW_STR(kMethods),
@@ -141,6 +143,20 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
                    NUTAG_UPDATE_REFRESH(1), TAG_END());
     m_phone.tell(sipWire::make<tagSipHead>(SIP_HELLO, 0));
     return true;
+}
+
+nua_t* SipAgent::listen(bool tls)
+{
+    const tagSipSetup& setup = m_stack.setup;
+    const std::string plain = localAddress(setup, "sip:", setup.nPort);
+    const std::string sealed = localAddress(setup, "sips:", setup.nTlsPort);
+    return nua_create(
+        m_stack.pRoot, onStack, this, NUTAG_URL(plain.c_str()), TAG_IF(tls, NUTAG_SIPS_URL(sealed.c_str())),
+        TAG_IF(tls, NUTAG_CERTIFICATE_DIR(setup.szCertificates)),
+        TAG_IF(tls, TPTAG_TLS_VERIFY_POLICY(kTlsPolicy)), NUTAG_MEDIA_ENABLE(0), NUTAG_AUTOANSWER(0),
+        NUTAG_AUTOALERT(0), NTATAG_UDP_MTU(kLargestUdp), NTATAG_MAXSIZE(kMaxMessage), NTATAG_PASS_100(1),
+        TPTAG_KEEPALIVE(setup.nKeepMs), TPTAG_PONG2PING(1),
+        TAG_IF(setup.szNames[0], SRESTAG_RESOLV_CONF(setup.szNames)), TAG_END());
 }
 
 void SipAgent::setAccount(const tagSipAccount& account)
@@ -287,6 +303,9 @@ uint32_t SipAgent::findReplaced(const sip_replaces_t& replaces, uint32_t line, u
     for (const auto& call : m_calls) {
         if (!call.second->isMeantBy(replaces, line))
             continue;
+        // The names of a call go over the wire: who knows them may have listened.
+        if (!call.second->isTrusted(floodGuard::sourceOf(nua_current_request(m_stack.pNua))))
+            return 403;
         id = call.first;
         return call.second->refusalToReplace(replaces.rp_early_only != 0);
     }

@@ -29,6 +29,7 @@ private:
                         nua_handle_t* handle, StackOwner* owner, const sip_t* message, tagi_t tags[]);
     void take(const sipWire::Reader& record);
     bool makeStack(const tagSipSetup& setup);
+    nua_t* listen(bool tls);
     void setAccount(const tagSipAccount& account);
     void takeForCall(const sipWire::Reader& record);
     void tellNotBegun(uint32_t call, const char* reason);

@@ -49,6 +49,12 @@ std::string bodyOf(const std::string& sdp)
     return end == std::string::npos ? sdp : sdp.substr(0, origin) + sdp.substr(end);
 }
 
+// The replies to requests of this side that stand in the way of an INVITE.
+bool isRequestWithin(nua_event_t event)
+{
+    return event == nua_r_info || event == nua_r_update || event == nua_r_refer || event == nua_r_notify;
+}
+
 } // namespace
 
 SipCall::SipCall(const tagSipStack& stack, uint32_t id)
@@ -128,8 +134,8 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
-    const std::string source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
-    sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, source), arrived);
+    m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
+    sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
 }
@@ -263,6 +269,7 @@ void SipCall::sendTone(char tone, uint32_t ms)
     if (m_eStep != STEP_TALKING)
         return;
     const std::string body = std::string("Signal=") + tone + "\r\nDuration=" + std::to_string(ms) + "\r\n";
+    m_offer.requestGoes();
     nua_info(m_pHandle, SIPTAG_CONTENT_TYPE_STR("application/dtmf-relay"), SIPTAG_PAYLOAD_STR(body.c_str()),
              TAG_END());
 }
@@ -325,6 +332,8 @@ void SipCall::onRequest(const tagStackEvent& event)
     default:
         break;
     }
+    if (isRequestWithin(event.eEvent) && status >= 200)
+        m_offer.requestIsAnswered();
 }
 
 void SipCall::onState(const tagStackEvent& event)
@@ -368,6 +377,7 @@ void SipCall::onSetupReply(const tagStackEvent& event)
         m_bHeard = true;
         m_silent.stop();
         m_name = sipDialog::nameOf(*event.pMessage);
+        m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     }
     if (status == 100)
         return;
@@ -432,8 +442,8 @@ void SipCall::onMediaReply(const tagStackEvent& event)
     }
     if (!m_offer.settle(uint32_t(event.nStatus)))
         return;
-    // The phone hears of the answer to its own offer, which is under way now.
-    if (isRefresh && m_offer.isUnderWay())
+    // The phone hears of the answer to its own offer, which is next.
+    if (isRefresh && !m_offer.isIdle())
         return;
     const std::string sdp = sdpOf(event.pMessage);
     const bool hasMoved = !sdp.empty() && !isTooLarge(sdp) && bodyOf(sdp) != bodyOf(m_remoteSdp);
@@ -505,10 +515,12 @@ void SipCall::refresh()
 {
     if (m_eStep != STEP_TALKING || m_offered || !m_offer.isIdle())
         return;
-    if (m_session.peerKnowsUpdate())
-        nua_update(m_pHandle, TAG_END());
-    else
+    if (!m_session.peerKnowsUpdate()) {
         refreshByInvite();
+        return;
+    }
+    m_offer.requestGoes();
+    nua_update(m_pHandle, TAG_END());
 }
 
 void SipCall::refreshByInvite()

@@ -66,6 +66,8 @@ public:
     void tellReferral(uint32_t status, const std::string& phrase);
     // Whether the header means this call, by the line.
     bool isMeantBy(const sip_replaces_t& replaces, uint32_t line) const;
+    // What comes from that address comes from its other side, or from the line's server.
+    bool isTrusted(const std::string& source) const;
     // The status that refuses another call in its place; 0 for none.
     uint32_t refusalToReplace(bool onlyEarly) const;
     void beReplaced();
@@ -130,6 +132,7 @@ private:
     std::string m_own;    // address of the line
     std::string m_server; // of the line
     std::string m_remote; // address of the other side
+    std::string m_source; // numeric one that its messages come from
     std::string m_ownSdp; // that the other side has
     std::string m_remoteSdp;
     std::string m_agreedSdp; // of the other side, before its offer

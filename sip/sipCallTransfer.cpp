@@ -36,6 +36,7 @@ void SipCall::refer(const std::string& address)
 {
     m_bReferred = false;
     m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { onTransfer(408, m_bReferred); });
+    m_offer.requestGoes();
     nua_refer(m_pHandle, SIPTAG_REFER_TO_STR(address.c_str()), SIPTAG_REFERRED_BY_STR(m_own.c_str()),
               TAG_END());
 }
@@ -62,20 +63,28 @@ const Referral* SipCall::acceptReferral()
     if (!m_referral || !m_referral->isWaiting())
         return nullptr;
     m_asked.stop();
+    m_offer.requestGoes(); // which tells that it begins
     m_referral->accept();
     return m_referral.get();
 }
 
 void SipCall::tellReferral(uint32_t status, const std::string& phrase)
 {
-    if (m_referral && !hasEnded())
-        m_referral->tell(status, phrase);
+    if (!m_referral || hasEnded() || !m_referral->isTelling())
+        return;
+    m_offer.requestGoes();
+    m_referral->tell(status, phrase);
 }
 
 bool SipCall::isMeantBy(const sip_replaces_t& replaces, uint32_t line) const
 {
     return m_nLine == line &&
            sipDialog::isNamedBy(m_bIncoming && !hasEnded() ? sipDialog::nameOf(m_pHandle) : m_name, replaces);
+}
+
+bool SipCall::isTrusted(const std::string& source) const
+{
+    return floodGuard::isServer(m_nLine, source) || (!m_source.empty() && source == m_source);
 }
 
 uint32_t SipCall::refusalToReplace(bool onlyEarly) const

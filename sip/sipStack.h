@@ -2,6 +2,7 @@
 // The SIP stack as the agent's classes see it. Everything runs on one thread, in the stack's own event loop.
 #include "sip/sipRecords.h"
 #include <functional>
+#include <string>
 
 // How long a call lasts without a sign of it from either side (RFC 4028).
 enum : unsigned { SIP_SESSION_SECONDS = 1800, SIP_SESSION_LEAST_SECONDS = 90 };
@@ -41,6 +42,7 @@ struct tagSipStack
     sres_resolver_t* pDns = nullptr;
     PhoneLink* pPhone = nullptr;
     tagSipSetup setup = {};
+    std::string tlsProblem = {}; // why there is no TLS; empty: there is
     // The state of a line is another.
     std::function<void(uint32_t line, SIP_LINE_STATE state)> onLine = {};
 };

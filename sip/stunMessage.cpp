@@ -7,7 +7,7 @@
 namespace {
 
 constexpr size_t kHeadBytes = 20, kIdAt = 8, kAttributeHead = 4;
-constexpr unsigned kQuestion = 0x0001, kSuccess = 0x0101, kFailure = 0x0111;
+constexpr unsigned kQuestion = 0x0001, kIndication = 0x0011, kSuccess = 0x0101, kFailure = 0x0111;
 constexpr uint32_t kCookie = 0x2112a442;
 constexpr unsigned kMapped = 0x0001, kXorMapped = 0x0020, kFingerprint = 0x8028;
 constexpr unsigned kFirstOptional = 0x8000;
@@ -57,6 +57,20 @@ bool isKnown(unsigned kind)
            std::find(std::begin(known), std::end(known), kind) != std::end(known);
 }
 
+stunMessage::Request messageOf(unsigned kind, const stunMessage::Id& id)
+{
+    stunMessage::Request request = {};
+    putTwo(request.data(), kind);
+    putTwo(request.data() + 2, stunMessage::REQUEST_BYTES - kHeadBytes);
+    putFour(request.data() + 4, kCookie);
+    std::copy(id.begin(), id.end(), request.begin() + kIdAt);
+    unsigned char* last = request.data() + kHeadBytes;
+    putTwo(last, kFingerprint);
+    putTwo(last + 2, 4);
+    putFour(last + kAttributeHead, checksum(request.data(), kHeadBytes) ^ kFingerprintMask);
+    return request;
+}
+
 // An address of one machine: none of this network, of many machines or reserved.
 bool readPlace(const unsigned char* value, size_t size, bool isMasked, tagStunPlace& place)
 {
@@ -89,16 +103,12 @@ bool stunMessage::newId(Id& id)
 
 stunMessage::Request stunMessage::request(const Id& id)
 {
-    Request request = {};
-    putTwo(request.data(), kQuestion);
-    putTwo(request.data() + 2, REQUEST_BYTES - kHeadBytes);
-    putFour(request.data() + 4, kCookie);
-    std::copy(id.begin(), id.end(), request.begin() + kIdAt);
-    unsigned char* last = request.data() + kHeadBytes;
-    putTwo(last, kFingerprint);
-    putTwo(last + 2, 4);
-    putFour(last + kAttributeHead, checksum(request.data(), kHeadBytes) ^ kFingerprintMask);
-    return request;
+    return messageOf(kQuestion, id);
+}
+
+stunMessage::Request stunMessage::indication(const Id& id)
+{
+    return messageOf(kIndication, id);
 }
 
 bool stunMessage::isMessage(const unsigned char* bytes, size_t size)

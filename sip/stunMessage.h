@@ -28,6 +28,8 @@ enum class ANSWER {
 // A number that nobody guesses: who knows it has seen the question. False when the system has none.
 bool newId(Id& id);
 Request request(const Id& id);
+// Wants no answer, and says nothing: that a packet goes is what it is for.
+Request indication(const Id& id);
 // Looks like one of these messages, whoever it is for; nothing of SIP, RTP or RTCP does.
 bool isMessage(const unsigned char* bytes, size_t size);
 // The answer to the question with that number. A place is one that a machine can have.

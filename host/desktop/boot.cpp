@@ -3,6 +3,7 @@
 #include "host/desktop/deviceCalls.h"
 #include "host/desktop/displayClient.h"
 #include "host/desktop/frmCall.h"
+#include "host/desktop/historyNote.h"
 #include "host/desktop/messageKey.h"
 #include "host/desktop/textWarmUp.h"
 #include "host/screen/windowStack.h"
@@ -64,6 +65,7 @@ void hostBoot()
     callMediaInstall();
     frmDesktop* desktop = frmDesktop::GetInstance();
     callScreenInstall();
+    historyNoteInstall();
     new messageKey(qApp);
     giveMemoryBackWhenQuiet();
     desktop->m_pLoading = new frmLoading;

@@ -1,6 +1,7 @@
 #include "host/desktop/callCorner.h"
 #include "host/look/look.h"
 #include "support/host/image.h"
+#include "support/host/player.h"
 #include <QPainter>
 #include <QPainterPath>
 
@@ -10,7 +11,6 @@ constexpr QRgb kTop = 0xff9fb6ce;
 constexpr QRgb kBottom = 0xff5b7389;
 constexpr QRgb kEdge = 0xccffffff;
 constexpr int kEdgeWidth = 2;
-constexpr int kPictureEdge = 3; // so wide that the corners of a picture lie below it
 
 } // namespace
 
@@ -27,25 +27,20 @@ void callCorner::setPictured(bool pictured)
     update();
 }
 
-QRect callCorner::picturePlace() const
-{
-    return geometry().adjusted(kPictureEdge, kPictureEdge, -kPictureEdge, -kPictureEdge);
-}
-
 void callCorner::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_bPictured) {
-        look::paintBox(painter, rect(), look::kPanelCorner, 0, kEdge, kPictureEdge);
+        look::paintBox(painter, rect(), CALL_OWN_CORNER, 0, kEdge, kEdgeWidth);
         return;
     }
     QPainterPath inside;
-    inside.addRoundedRect(rect().adjusted(1, 1, -1, -1), look::kPanelCorner, look::kPanelCorner);
+    inside.addRoundedRect(rect().adjusted(1, 1, -1, -1), CALL_OWN_CORNER, CALL_OWN_CORNER);
     QLinearGradient fill(0, 0, 0, height());
     fill.setColorAt(0, look::colour(kTop));
     fill.setColorAt(1, look::colour(kBottom));
     painter.fillPath(inside, fill);
     painter.drawPixmap((width() - m_person.width()) / 2, (height() - m_person.height()) / 2, m_person);
-    look::paintBox(painter, rect(), look::kPanelCorner, 0, kEdge, kEdgeWidth);
+    look::paintBox(painter, rect(), CALL_OWN_CORNER, 0, kEdge, kEdgeWidth);
 }

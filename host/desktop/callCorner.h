@@ -11,8 +11,6 @@ public:
     explicit callCorner(QWidget* parent = nullptr);
     // His picture lies below: nothing but the edge is painted.
     void setPictured(bool pictured);
-    // Where his picture lies, on the screen: its corners are not seen.
-    QRect picturePlace() const;
 
 protected:
     void paintEvent(QPaintEvent*) override;

@@ -440,7 +440,7 @@ void frmCall::layOut()
     m_ui->wgtCorner->setPictured(streams().nOwnPicture > 0);
     const QPoint surface = m_ui->wgtPicture->pos();
     if (callLayout::hasPicture(m_eLayout))
-        videoFrames::instance().askForOwn(isSeen ? m_ui->wgtCorner->picturePlace().translated(-surface)
+        videoFrames::instance().askForOwn(isSeen ? m_ui->wgtCorner->geometry().translated(-surface)
                                                  : QRect());
     m_pSoftKeys->setVisible(m_eLayout != CALL_LAYOUT_FULL);
     showState();

@@ -797,6 +797,10 @@
         <translation>Die Einstellungen können nicht gespeichert werden. Änderungen gelten, bis das Telefon ausgeschaltet wird.</translation>
     </message>
     <message>
+        <source>The call history cannot be saved!</source>
+        <translation>Die Anrufliste kann nicht gespeichert werden!</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>Der Kontakt kann nicht gespeichert werden!</translation>
     </message>

@@ -797,6 +797,10 @@
         <translation>Los ajustes no se pueden guardar. Los cambios duran hasta que se apague el teléfono.</translation>
     </message>
     <message>
+        <source>The call history cannot be saved!</source>
+        <translation>¡No se puede guardar el historial de llamadas!</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>¡No se puede guardar el contacto!</translation>
     </message>

@@ -797,6 +797,10 @@
         <translation>Les réglages ne peuvent pas être enregistrés. Les changements durent jusqu’à l’arrêt du téléphone.</translation>
     </message>
     <message>
+        <source>The call history cannot be saved!</source>
+        <translation>Impossible d’enregistrer le journal d’appels !</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>Impossible d’enregistrer le contact !</translation>
     </message>

@@ -797,6 +797,10 @@
         <translation>设置无法保存。更改在话机关机前有效。</translation>
     </message>
     <message>
+        <source>The call history cannot be saved!</source>
+        <translation>无法保存通话记录！</translation>
+    </message>
+    <message>
         <source>The contact cannot be saved!</source>
         <translation>无法保存联系人！</translation>
     </message>

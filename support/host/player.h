@@ -58,7 +58,8 @@ enum : unsigned int {
     MEDIA_MSG_CALL_END = 0x70038,
     MEDIA_MSG_CALL_BEGIN = 0x7003B, // what was a preview goes both ways
     // Where the user's own picture lies upon the other side's, in the surface's pixels: wParam: left and top,
-    // lParam: width and height, the first of each in the upper half; 0: nowhere.
+    // lParam: width and height, the first of each in the upper half; 0: nowhere. Its corners are round, by
+    // CALL_OWN_CORNER pixels.
     MEDIA_MSG_OWN_PLACE = 0x70039,
     // From "app_hxMedia".
     MEDIA_MSG_CALL_DESCRIBED =
@@ -204,7 +205,10 @@ struct CALL_WISH
     uint32_t nStunPort;
 };
 
-enum : int { CALL_DESCRIPTION_SIZE = 16384 }; // with its zero
+enum : int {
+    CALL_DESCRIPTION_SIZE = 16384, // with its zero
+    CALL_OWN_CORNER = 10           // pixels
+};
 
 // A key and how long it sounds, in one word.
 constexpr unsigned int CALL_TONE(char tone, unsigned int ms)

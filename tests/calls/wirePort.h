@@ -39,12 +39,18 @@ public:
             poll(&entry, 1, 5000) > 0 ? recv(m_nSocket, packet, sizeof packet, MSG_DONTWAIT) : 0;
         return QByteArray(packet, qsizetype(std::max<ssize_t>(size, 0)));
     }
+    // The same of what has come already.
+    QByteArray nextHere() const
+    {
+        char packet[2048];
+        const ssize_t size = recv(m_nSocket, packet, sizeof packet, MSG_DONTWAIT);
+        return QByteArray(packet, qsizetype(std::max<ssize_t>(size, 0)));
+    }
     // Packets that came since the call before.
     int came() const
     {
         int count = 0;
-        char packet[2048];
-        while (recv(m_nSocket, packet, sizeof packet, MSG_DONTWAIT) > 0)
+        while (!nextHere().isEmpty())
             ++count;
         return count;
     }

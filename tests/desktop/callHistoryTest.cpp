@@ -1,4 +1,6 @@
+#include "host/services/phone/callHistory.h"
 #include "host/desktop/callRecords.h"
+#include "host/desktop/historyNote.h"
 #include "host/desktop/missedCalls.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
@@ -257,4 +259,24 @@ TEST_F(CallHistory, NothingIsCutInAnyLanguage)
         EXPECT_NE(headingsOf(&page), "Name,Number,Line,Time,Duration") << language;
         kit::shot(QString("callHistory") + language);
     }
+}
+
+TEST_F(CallHistory, ANoteSaysOnceThatCallsCannotBeStoredAndNotDuringACall)
+{
+    historyNoteInstall();
+    QFile::remove(hostPath(kFile));
+    writeFile("/rundata/data/callHistory.xml/held", "");
+    ASSERT_TRUE(phoneSimulation::instance()->ring("600", 0, "Anna"));
+    kit::BoxAnswers boxes({"ok"});
+    callHistoryAdd({});
+    ASSERT_TRUE(kit::waitUntil([&] { return traces().contains("the call history could not be saved"); }));
+    kit::settle();
+    EXPECT_EQ(boxes.texts(), QStringList());
+    hangUpAll();
+    for (int i = 0; i < 3; ++i) {
+        kit::stepTime(CALL_HISTORY_AGAIN_MS);
+        EXPECT_TRUE(kit::waitUntil([&] { return boxes.texts().size() == 1; }));
+    }
+    EXPECT_EQ(boxes.texts(), QStringList("The call history cannot be saved!"));
+    callHistoryOnFault(nullptr);
 }

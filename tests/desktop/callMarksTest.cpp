@@ -1,7 +1,6 @@
 // What goes over the wire, on the call screen: codecs, quality, lock, and the places of the pictures.
 #include "host/desktop/callMarks.h"
 #include "host/desktop/callAction.h"
-#include "host/desktop/callCorner.h"
 #include "host/desktop/callPicture.h"
 #include "host/desktop/deviceCalls.h"
 #include "host/desktop/frmCall.h"
@@ -237,24 +236,6 @@ TEST_F(CallMarks, OfThreeWhoTalkThePictureOfTheOneThatSendsItIsSeen)
     EXPECT_FALSE(picture()->isVisible());
     stream(anna, "Opus", "H.264", 4, false, 1);
     EXPECT_TRUE(picture()->isVisible());
-}
-
-TEST_F(CallMarks, TheOwnPictureLiesWithinItsEdgeWithoutAGap)
-{
-    callCorner corner;
-    corner.setGeometry(0, 0, 176, 118);
-    corner.setPictured(true);
-    QImage painted(corner.size(), QImage::Format_ARGB32_Premultiplied);
-    painted.fill(Qt::transparent);
-    corner.render(&painted, QPoint(), QRegion(), QWidget::DrawChildren);
-    const QRect place = corner.picturePlace();
-    const auto isEdge = [&](int x, int y) { return qAlpha(painted.pixel(x, y)) > 0x66; };
-    EXPECT_TRUE(isEdge(place.left(), place.top())) << "what is round covers the corner";
-    EXPECT_TRUE(isEdge(place.right(), place.bottom()));
-    EXPECT_TRUE(isEdge(place.left() - 1, place.center().y()));
-    EXPECT_FALSE(isEdge(place.left(), place.center().y()));
-    EXPECT_TRUE(isEdge(place.center().x(), place.bottom() + 1));
-    EXPECT_FALSE(isEdge(place.center().x(), place.bottom()));
 }
 
 TEST_F(CallMarks, ATouchMakesThePictureAsLargeAsTheScreenAndBack)

@@ -133,6 +133,58 @@ TEST_F(PbxCalls, TheCallerGivesUp)
     EXPECT_NE(caller->hears(487).toStdString(), "");
 }
 
+TEST_F(PbxCalls, WhyTheCallerGivesUpIsToldToThosePhonesThatRing)
+{
+    begin();
+    QByteArray atFirst, atSecond;
+    ASSERT_TRUE(caller->calls("1002", "why"));
+    take(atFirst, atSecond);
+    first->reply(atFirst, "180 Ringing");
+    EXPECT_NE(caller->hears(180).toStdString(), "");
+    // He was called from several sides himself, and another one was quicker.
+    caller->cancels("1002", "why", "Reason: SIP;cause=200;text=\"Call completed elsewhere\"");
+    EXPECT_TRUE(headerOf(first->next("CANCEL"), "Reason").startsWith("SIP;cause=200"));
+}
+
+TEST_F(PbxCalls, WhoHidesHisNameCallsAllTheSame)
+{
+    begin();
+    const QByteArray uri = caller->at("1002"), shown = "From: <" + caller->at("1001") + ">";
+    const auto invites = [&](int number, const QByteArray& lines) {
+        QByteArray text = caller->text("INVITE", uri, "hidden", number, lines);
+        ASSERT_TRUE(text.contains(shown));
+        caller->wire().send(text.replace(shown, "From: \"Anonymous\" <sip:anonymous@anonymous.invalid>"),
+                            pbx.port());
+    };
+    invites(1, {});
+    const QByteArray question = caller->hears(407);
+    caller->acknowledge(question);
+    invites(2, caller->answerTo(question, "INVITE", uri));
+    const QByteArray invite = first->next("INVITE");
+    ASSERT_NE(invite.toStdString(), "");
+    EXPECT_TRUE(headerOf(invite, "From").contains("anonymous.invalid")) << invite.constData();
+}
+
+TEST_F(PbxCalls, OnlySoManyListenToTheVoiceMailAtOnce)
+{
+    constexpr int kMost = 100;
+    begin();
+    QByteArray reply;
+    int calls = 0;
+    for (; calls < kMost && statusOf(reply) < 300; ++calls) {
+        const QByteArray callId = "mail" + QByteArray::number(calls);
+        ASSERT_TRUE(caller->calls("*97", callId));
+        do {
+            reply = caller->wire().receive("SIP/2.0 ");
+            ASSERT_NE(reply.toStdString(), "") << calls;
+        } while (statusOf(reply) < 200 || headerOf(reply, "Call-ID") != callId);
+        caller->acknowledge(reply);
+    }
+    EXPECT_EQ(statusOf(reply), 486);
+    EXPECT_GT(calls, 10);
+    EXPECT_LT(calls, kMost);
+}
+
 TEST_F(PbxCalls, WhoeverAnswersWhenTheCallerHasGivenUpIsHungUp)
 {
     begin();
@@ -218,4 +270,13 @@ TEST_F(PbxCalls, ARequestThatWasHereBeforeDoesNotGoRound)
     caller->wire().send(request, pbx.port());
     EXPECT_NE(caller->hears(482).toStdString(), "");
     EXPECT_EQ(statusOf(caller->ask("OPTIONS", "sip:" + own, "there")), 200);
+}
+
+TEST_F(PbxCalls, WhatTheExchangeHasToKnowAndDoesNotItRefuses)
+{
+    begin();
+    const QByteArray reply =
+        caller->ask("MESSAGE", caller->at("1002"), "need", "Proxy-Require: nobodyhasthis");
+    EXPECT_EQ(statusOf(reply), 420);
+    EXPECT_EQ(first->next("MESSAGE", 200).toStdString(), "");
 }

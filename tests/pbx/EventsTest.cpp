@@ -1,4 +1,5 @@
 // What the exchange tells phones of extensions and of messages.
+#include "tests/kit/plain/processes.h"
 #include "tests/pbx/pbxCalls.h"
 #include <QRegularExpression>
 #include <QXmlStreamReader>
@@ -109,6 +110,69 @@ TEST_F(PbxEvents, TheCallerIsSeenFromTheBeginningAndALostCallGoesWithItsPhone)
     EXPECT_TRUE(holds(notice(watcher), "<state>confirmed</state>"));
     EXPECT_EQ(statusOf(caller->registers(0)), 200);
     EXPECT_TRUE(isUnknown(notice(watcher)));
+    EXPECT_EQ(statusOf(caller->registers()), 200);
+    QByteArray told;
+    do { // the end of the call may be told by itself
+        told = notice(watcher);
+    } while (isUnknown(told));
+    EXPECT_TRUE(isIdle(told)) << "it has come back without that call";
+}
+
+TEST_F(PbxEvents, ACallThatIsRefusedIsOver)
+{
+    begin();
+    WirePhone watcher("1003", pbx.port());
+    ASSERT_EQ(subscribe(watcher, "1002", "dialog"), 200);
+    EXPECT_TRUE(isIdle(notice(watcher)));
+    QByteArray atFirst, atSecond;
+    ASSERT_TRUE(caller->calls("1002", "refused"));
+    take(atFirst, atSecond);
+    first->reply(atFirst, "180 Ringing");
+    EXPECT_TRUE(holds(notice(watcher), "<state>early</state>"));
+    first->reply(atFirst, "486 Busy Here");
+    second->reply(atSecond, "486 Busy Here");
+    caller->acknowledge(caller->hears(486));
+    EXPECT_TRUE(isIdle(notice(watcher)));
+}
+
+TEST_F(PbxEvents, OneMayWatchSoManyAtOnceAndWhatHasEndedMakesRoom)
+{
+    constexpr int kMost = 200;
+    begin();
+    QByteArray firstTo;
+    int watched = 0, status = 200;
+    for (; watched < kMost && status == 200; ++watched) {
+        status = subscribe(*caller, "1002", "dialog", "Expires: 600", "w" + QByteArray::number(watched));
+        if (watched == 0)
+            firstTo = headerOf(accepted, "To");
+        if (status == 200) {
+            EXPECT_NE(notice(*caller).toStdString(), "");
+        }
+    }
+    EXPECT_EQ(status, 503);
+    EXPECT_GT(watched, 20);
+    EXPECT_LT(watched, kMost);
+    EXPECT_EQ(subscribe(*first, "1001", "dialog"), 200) << "another one has room";
+    EXPECT_EQ(statusOf(caller->ask("SUBSCRIBE", caller->at("1002"), "w0", "Event: dialog\r\nExpires: 0", {},
+                                   firstTo)),
+              200);
+    notice(*caller);
+    EXPECT_TRUE(kit::waits(
+        [&] { return subscribe(*caller, "1002", "dialog", "Expires: 600", "anew") == 200; }, 15000));
+}
+
+TEST_F(PbxEvents, AnExtensionWhosePhoneIsHeardOfNoMoreIsNotKnownInTheEnd)
+{
+    if (!qEnvironmentVariableIsSet("HX_LONG"))
+        GTEST_SKIP() << "takes a minute: ./test --long";
+    begin();
+    WirePhone third("1003", pbx.port());
+    ASSERT_EQ(statusOf(third.registers(60)), 200);
+    ASSERT_EQ(subscribe(*caller, "1003", "dialog", "Expires: 600"), 200);
+    EXPECT_TRUE(isIdle(notice(*caller)));
+    EXPECT_TRUE(isUnknown(notice(*caller, 90000)));
+    ASSERT_TRUE(caller->calls("1003", "gone"));
+    EXPECT_NE(caller->hears(480).toStdString(), "");
 }
 
 TEST_F(PbxEvents, OfAnExtensionWithoutAPhoneNothingIsKnown)

@@ -22,6 +22,16 @@ protected:
     RegistrarProcess pbx;
 };
 
+// The exit code, and all that it prints.
+std::pair<int, QByteArray> run(const QStringList& words)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(kit::program("hxRegistrar"), words);
+    process.waitForFinished();
+    return {process.exitCode(), process.readAll()};
+}
+
 } // namespace
 
 TEST_F(PbxRegistrar, OffersBothDigestsTheBetterOneFirstAndTakesEither)
@@ -177,13 +187,6 @@ TEST_F(PbxRegistrar, ThePhonesOwnAgentIsRefusedWithAWrongPassword)
 
 TEST(PbxProgram, TellsWhatIsWrongAndEndsWhenItIsAsked)
 {
-    const auto run = [](const QStringList& words) {
-        QProcess process;
-        process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(kit::program("hxRegistrar"), words);
-        process.waitForFinished();
-        return std::make_pair(process.exitCode(), process.readAll());
-    };
     EXPECT_EQ(run({}).first, 2);
     EXPECT_EQ(run({"--port", "70000", "file"}).first, 2);
     EXPECT_EQ(run({"/no/such/file"}).first, 1);
@@ -208,4 +211,22 @@ TEST(PbxProgram, TellsWhatIsWrongAndEndsWhenItIsAsked)
     EXPECT_EQ(code, 1) << "the port is another's";
     EXPECT_TRUE(said.contains(QByteArray::number(pbx.port()))) << said.constData();
     EXPECT_EQ(pbx.end(), 0);
+}
+
+TEST(PbxProgram, WarnsWhereOthersCanReadThePasswords)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath("accounts"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("1001 secret\n");
+    file.close();
+    constexpr auto kOwn = QFile::ReadOwner | QFile::WriteOwner;
+    for (const auto& others :
+         {QFile::Permissions(), QFile::Permissions(QFile::ReadGroup), QFile::Permissions(QFile::ReadOther)}) {
+        ASSERT_TRUE(file.setPermissions(kOwn | others));
+        const QByteArray said = run({"--host", "192.0.2.1", file.fileName()}).second;
+        EXPECT_EQ(said.contains("WARNING"), others != QFile::Permissions()) << said.constData();
+        EXPECT_EQ(said.contains(file.fileName().toUtf8()), others != QFile::Permissions());
+        EXPECT_FALSE(said.contains("secret"));
+    }
 }

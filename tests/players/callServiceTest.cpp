@@ -323,6 +323,24 @@ TEST_F(CallPictures, ThePictureOfTheOtherSideComesToThePhoneAndTheOwnOneLiesInIt
     EXPECT_TRUE(kit::waitUntil([&] { return numberAt(QRect(440, 20, 160, 120)) != kNumber; }, 8000));
 }
 
+TEST_F(CallPictures, TheCornersOfTheOwnPictureAreRound)
+{
+    startPictures();
+    connectPictures(1, m_other);
+    ASSERT_TRUE(isShown());
+    // At that end the other side's picture is dark, and the own one light.
+    for (const bool isLeft : {true, false}) {
+        const QRect place(isLeft ? 330 : 400, 20, 160, 120);
+        videoFrames::instance().askForOwn(place);
+        ASSERT_TRUE(kit::waitUntil([&] { return numberAt(place) == kNumber; }, 8000));
+        const QImage seen = shown();
+        const int x = isLeft ? place.left() : place.right();
+        EXPECT_GT(qGray(seen.pixel(x, place.center().y())), 128);
+        EXPECT_LT(qGray(seen.pixel(x, place.top())), 128);
+        EXPECT_LT(qGray(seen.pixel(x, place.bottom())), 128);
+    }
+}
+
 TEST_F(CallPictures, WithoutACameraThereIsNoOwnPicture)
 {
     qputenv("HX_PICTURE_SOURCE", "none");

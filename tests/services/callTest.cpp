@@ -10,6 +10,8 @@
 #include "support/host/registry.h"
 #include "tests/kit/phoneTest.h"
 #include "tests/services/historyOf.h"
+#include <QDir>
+#include <QFile>
 #include <QStringList>
 #include <memory>
 
@@ -269,6 +271,48 @@ TEST_F(Calls, HistoryThatIsDamagedIsKeptAsideBeforeTheNextCallIsStored)
     phoneService::instance().hangUp(calls()[0].nId);
     ASSERT_TRUE(kit::waitUntil([&] { return readFile(kHistory).contains("600"); }));
     EXPECT_EQ(readFile("/rundata/data/callHistory.xml.bad"), damaged);
+}
+
+TEST_F(Calls, ThoseThatCannotBeStoredAreToldOnceAndStoredWhenTheyCan)
+{
+    int told = 0;
+    bool listens = false;
+    const auto tell = [&] {
+        told += listens;
+        return listens;
+    };
+    callHistoryOnFault(tell, 200);
+    // No file takes the place of a folder with something in it.
+    const auto block = [&] {
+        QFile::remove(hostPath(kHistory));
+        writeFile("/rundata/data/callHistory.xml/held", "");
+    };
+    const auto clear = [&] { EXPECT_TRUE(QDir(hostPath(kHistory)).removeRecursively()); };
+    const auto call = [&](const char* number) {
+        phone_CallNumber(number, 1, -1);
+        phoneService::instance().hangUp(calls()[0].nId);
+    };
+    const auto faults = [&] { return traces().count("the call history could not be saved"); };
+    block();
+    call("600");
+    ASSERT_TRUE(kit::waitUntil([&] { return faults() == 1; }));
+    EXPECT_EQ(told, 0);
+    listens = true;
+    EXPECT_TRUE(kit::waitUntil([&] { return told == 1; })) << "who could not be told is told later";
+    call("601");
+    clear();
+    EXPECT_EQ(history("number", 2), (QStringList{"601", "600"}));
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(faults(), 1);
+
+    block();
+    call("602");
+    EXPECT_TRUE(kit::waitUntil([&] { return told == 2; })) << "it is another fault";
+    clear();
+    EXPECT_EQ(history("number", 1), QStringList{"602"});
+    callHistoryOnFault(nullptr);
+    m_bCleared = true;
+    EXPECT_EQ(callHistoryClear(), 1);
 }
 
 TEST_F(Calls, BurstOfCallsIsWholeAndInOrder)

@@ -4,6 +4,7 @@
 #include "tests/sip/eventTest.h"
 #include <QMap>
 #include <QtGlobal>
+#include <map>
 
 namespace {
 
@@ -251,6 +252,27 @@ TEST_F(SipExtensions, ACallThatRingsThereIsTakenByTheNamesOfItsDialogue)
     EXPECT_EQ(peer->receive("INVITE", 300).toStdString(), "");
 }
 
+TEST_F(SipExtensions, OfTwoExtensionsOfOneNumberThatOfTheLineIsMeant)
+{
+    beginWithoutMessages();
+    ASSERT_FALSE(registersLine(1).isEmpty());
+    const QByteArray calls[] = {ringing(), ringing().replace("c1@h", "c2@h")};
+    for (const uint32_t line : {0u, 1u}) {
+        watch(line + 1, "8001", line);
+        const QByteArray subscribe = nextSubscribe("dialog");
+        accept(subscribe);
+        note(subscribe, dialogs(0, "full", calls[line]));
+        expectLamp(line + 1, SIP_LAMP_RINGING);
+    }
+    for (const uint32_t line : {1u, 0u}) {
+        pickUp(5 + line, "8001", line);
+        const QByteArray invite = peer->receive("INVITE");
+        EXPECT_TRUE(headerOf(invite, "Replaces").startsWith(line == 0 ? "c1@h;" : "c2@h;"))
+            << invite.constData();
+        peer->reply(invite, "480 Gone");
+    }
+}
+
 TEST_F(SipExtensions, WhoKeepsHisNumberBackIsNotTold)
 {
     beginWithoutMessages();
@@ -312,6 +334,43 @@ TEST_F(SipExtensions, AFloodOfNotesIsToldAtThePaceOfThePhoneAndEndsInTheTruth)
     EXPECT_EQ(last, uint32_t(SIP_LAMP_BUSY));
     EXPECT_GT(told, 0u);
     EXPECT_LT(told, count / 10);
+}
+
+TEST_F(SipExtensions, APhoneThatReadsNothingIsToldInTheEndWhatHolds)
+{
+    constexpr uint32_t kMembers = 80, kNotes = 30;
+    constexpr int kBeyondThePaceMs = 120;
+    beginWithoutMessages();
+    watchList("all");
+    const QByteArray subscribe = nextSubscribe("dialog");
+    accept(subscribe);
+    for (uint32_t i = 0; i <= kNotes; ++i) {
+        QByteArray members, parts;
+        const QByteArray document =
+            dialogs(i, "full", dialog("a", i % 2 ? "early" : "confirmed", "recipient"));
+        for (uint32_t k = 0; k < kMembers; ++k) {
+            const QByteArray number = QByteArray::number(8000 + k);
+            members += member("sip:" + number + "@h", "", "i", "c" + number);
+            parts += part("c" + number, document);
+        }
+        EXPECT_EQ(note(subscribe, list(i, true, members) + parts + kListEnd, kListContent, "active",
+                       "Require: eventlist")
+                      .toStdString(),
+                  "SIP/2.0 200 OK");
+        peer->receive(kBeyondThePaceMs);
+    }
+    uint32_t told = 0;
+    std::map<uint32_t, uint32_t> lamps;
+    while (const tagSipHead* head =
+               agent.next([](const tagSipHead& each) { return each.eKind == SIP_MEMBER; }, 500)) {
+        const auto& each = reinterpret_cast<const tagSipMember&>(*head);
+        lamps[each.nIndex] = each.eLamp;
+        ++told;
+    }
+    EXPECT_LT(told, kMembers * kNotes / 2);
+    EXPECT_EQ(lamps.size(), kMembers);
+    for (const auto& [index, lamp] : lamps)
+        EXPECT_EQ(lamp, uint32_t(SIP_LAMP_BUSY)) << index;
 }
 
 TEST_F(SipExtensions, DamagedNotesOfEveryKindDoNotEndIt)

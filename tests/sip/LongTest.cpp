@@ -1,6 +1,7 @@
 // What the standard gives half a minute and more: with HX_LONG alone.
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/callTest.h"
+#include <QMap>
 #include <cstring>
 
 namespace {
@@ -23,6 +24,23 @@ protected:
         } while (request.startsWith("SUBSCRIBE") || request.startsWith("REGISTER") ||
                  request.startsWith("\r\n"));
         return request;
+    }
+    // Of an answer: who refreshes the call, within the shortest time that there is.
+    QByteArray refreshed(const QByteArray& who, const QByteArray& allow)
+    {
+        return "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
+               ">\r\nSupported: timer\r\nRequire: timer\r\nSession-Expires: 90;refresher=" + who +
+               "\r\nContent-Type: application/sdp\r\nAllow: " + allow;
+    }
+    // A call from here that talks with such an answer; its Call-ID.
+    QByteArray talkOutRefreshed(uint32_t id, const QByteArray& who, const QByteArray& allow)
+    {
+        dial(id, "300");
+        lastInvite = peer->receive("INVITE");
+        peer->reply(lastInvite, "200 OK", refreshed(who, allow), "v=0\r\ns=answer\r\n");
+        EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id)) << id;
+        EXPECT_NE(peer->receive("ACK").toStdString(), "");
+        return headerOf(lastInvite, "Call-ID");
     }
 };
 
@@ -49,15 +67,8 @@ TEST_F(SipLong, ASessionIsRefreshedByUpdateWhereThePeerKnowsItElseByItsLastMedia
         SCOPED_TRACE(allow);
         const bool knows = strstr(allow, "UPDATE");
         const uint32_t id = knows ? 1 : 2;
-        dial(id, "300");
-        lastInvite = peer->receive("INVITE");
-        const QByteArray lines = "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
-                                 ">\r\nRequire: timer\r\nSession-Expires: 90;refresher=uac\r\n"
-                                 "Content-Type: application/sdp\r\nAllow: " +
-                                 allow;
-        peer->reply(lastInvite, "200 OK", lines, "v=0\r\ns=answer\r\n");
-        ASSERT_TRUE(next<tagSipMedia>(SIP_TALK, id));
-        EXPECT_NE(peer->receive("ACK").toStdString(), "");
+        talkOutRefreshed(id, "uac", allow);
+        const QByteArray lines = refreshed("uac", allow);
         tellMedia(SIP_MEDIA, id, "v=0\r\ns=newest\r\n");
         peer->reply(peer->receive("INVITE"), "200 OK", lines, "v=0\r\ns=answer\r\n");
         ASSERT_TRUE(next<tagSipMedia>(SIP_TALK, id));
@@ -133,4 +144,92 @@ TEST_F(SipLong, WhatManyCallsHaveTakenGoesBackToTheSystem)
     ASSERT_GT(taken, 1024);
     EXPECT_TRUE(kit::waits([&] { return ownKiB() - before < taken / 3; }, 2 * kLongMs))
         << taken << " KiB were taken, " << ownKiB() - before << " are left";
+}
+
+TEST_F(SipLong, SignsOfLifeAreSentThoughNobodyHasSaidHowOften)
+{
+    begin();
+    EXPECT_EQ(peer->receive("\r\n", kLongMs).toStdString(), "\r\n\r\n");
+}
+
+TEST_F(SipLong, APeerThatNeverTakesAnOfferKeepsItsMediaEachTime)
+{
+    constexpr int kMost = 30;
+    begin();
+    const uint32_t id = talkIn("never");
+    ASSERT_NE(id, 0u);
+    for (int round = 0; round < 2; ++round) {
+        SCOPED_TRACE(round);
+        tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+        int offers = 0;
+        const tagSipMedia* talk = nullptr;
+        for (int i = 0; i < 4 * kMost && offers < kMost && !talk; ++i) {
+            const QByteArray offer = peer->receive("INVITE", 1000);
+            if (!offer.isEmpty()) {
+                peer->reply(offer, "491 Request Pending");
+                ++offers;
+            }
+            talk = next<tagSipMedia>(SIP_TALK, id, 10);
+        }
+        ASSERT_TRUE(talk) << offers;
+        EXPECT_STREQ(talk->szSdp, "") << "which says that it was refused";
+        EXPECT_GT(offers, 4);
+    }
+}
+
+TEST_F(SipLong, TheOneThatWasAgreedOnRefreshesAndTriesAgainWhereThatIsRefused)
+{
+    begin();
+    const QByteArray ours = talkOutRefreshed(1, "uac", "INVITE, ACK, BYE");
+    talkOutRefreshed(2, "uas", "INVITE, ACK, BYE");
+    for (int turn = 0; turn < 2; ++turn) {
+        SCOPED_TRACE(turn);
+        QByteArray refresh;
+        do {
+            refresh = request();
+            ASSERT_NE(refresh.toStdString(), "");
+            ASSERT_EQ(headerOf(refresh, "Call-ID").toStdString(), ours.toStdString());
+            if (!refresh.startsWith("ACK"))
+                peer->reply(refresh, "405 Method Not Allowed");
+        } while (!refresh.startsWith("INVITE"));
+        EXPECT_TRUE(refresh.endsWith("s=offer\r\n")) << refresh.constData();
+    }
+}
+
+TEST_F(SipLong, WhatThePhoneOffersWhileACallIsRefreshedIsWhatHolds)
+{
+    begin();
+    const QByteArray byInvite = talkOutRefreshed(1, "uac", "INVITE, ACK, BYE");
+    const QByteArray byUpdate = talkOutRefreshed(2, "uac", "INVITE, ACK, BYE, UPDATE");
+    QMap<QByteArray, QByteArray> refreshes;
+    while (refreshes.size() < 2) {
+        const QByteArray refresh = request();
+        ASSERT_NE(refresh.toStdString(), "");
+        if (!refresh.startsWith("ACK"))
+            refreshes.insert(headerOf(refresh, "Call-ID"), refresh);
+    }
+    ASSERT_TRUE(refreshes[byInvite].startsWith("INVITE")) << refreshes[byInvite].constData();
+    ASSERT_TRUE(refreshes[byUpdate].startsWith("UPDATE")) << refreshes[byUpdate].constData();
+    for (const uint32_t id : {1u, 2u})
+        tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+    ASSERT_NO_FATAL_FAILURE(expectTaken());
+    // Neither the answer to the one nor the refusal of the other is about what the phone offers.
+    peer->reply(refreshes[byInvite], "200 OK", refreshed("uac", "INVITE, ACK, BYE"), "v=0\r\ns=answer\r\n");
+    peer->reply(refreshes[byUpdate], "501 Not Implemented");
+    QMap<QByteArray, QByteArray> holds;
+    while (holds.size() < 2) {
+        const QByteArray hold = peer->receive("INVITE");
+        ASSERT_NE(hold.toStdString(), "");
+        holds.insert(headerOf(hold, "Call-ID"), hold);
+    }
+    EXPECT_FALSE(agent.next([](const tagSipHead& head) { return head.eKind == SIP_TALK; }, 300));
+    uint32_t id = 0;
+    for (const QByteArray& callId : {byInvite, byUpdate}) {
+        EXPECT_TRUE(holds[callId].endsWith("s=hold\r\n")) << holds[callId].constData();
+        peer->reply(holds[callId], "200 OK", refreshed("uac", "INVITE, ACK, BYE"), "v=0\r\ns=held\r\n");
+        const auto* talk = next<tagSipMedia>(SIP_TALK, ++id);
+        ASSERT_TRUE(talk);
+        EXPECT_TRUE(strstr(talk->szSdp, "s=held")) << talk->szSdp;
+    }
+    EXPECT_EQ(peer->receive("INVITE", 500).toStdString(), "");
 }

@@ -1,6 +1,7 @@
 // Messages that wait in a voice mail, as the servers of the lines tell of them.
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/eventTest.h"
+#include <QElapsedTimer>
 
 namespace {
 
@@ -187,6 +188,79 @@ TEST_F(SipMessages, AServerThatFailsIsAskedAgainAndItsPatienceIsKept)
     EXPECT_NE(third.toStdString(), "");
     peer->reply(third, "503 Service Unavailable", "Retry-After: 600");
     EXPECT_EQ(nextSubscribe("message-summary", 1500).toStdString(), "");
+}
+
+TEST_F(SipMessages, AServerThatWasBackIsAskedAgainSoonAfterItsNextFault)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nRetryMs = 100;
+    setup.nRetryLastMs = 10000;
+    begin(setup);
+    QElapsedTimer timer;
+    QByteArray subscribe = nextSubscribe("message-summary");
+    qint64 last = 0;
+    for (int i = 0; i < 4; ++i) {
+        peer->reply(subscribe, "503 Service Unavailable");
+        timer.start();
+        subscribe = nextSubscribe("message-summary");
+        last = timer.elapsed();
+    }
+    accept(subscribe);
+    note(subscribe, kTwo, kType);
+    expectMessages(true, 2, 8);
+    timer.start();
+    note(subscribe, "", kType, "terminated;reason=giveup");
+    EXPECT_NE(nextSubscribe("message-summary").toStdString(), "");
+    EXPECT_LT(timer.elapsed(), last) << "as after the first one";
+}
+
+TEST_F(SipMessages, AServerThatEndsEachSubscriptionAtOnceIsAskedWithPauses)
+{
+    constexpr int kTimes = 10;
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nRetryMs = setup.nRetryLastMs = 400;
+    begin(setup);
+    int asked = 0;
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < int(setup.nRetryMs) / 2 * kTimes) {
+        const QByteArray subscribe = nextSubscribe("message-summary", int(setup.nRetryMs));
+        if (subscribe.isEmpty())
+            continue;
+        ++asked;
+        accept(subscribe);
+        note(subscribe, "", kType, "terminated;reason=deactivated");
+    }
+    EXPECT_GE(asked, 2);
+    EXPECT_LE(asked, kTimes + 2);
+}
+
+TEST_F(SipMessages, ARefusalEndsInTimeThoughTheLineWasAwayMeanwhile)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nRetryMs = 50;
+    setup.nRetryLastMs = 500;
+    begin(setup);
+    peer->reply(nextSubscribe("message-summary"), "489 Bad Event");
+    EXPECT_EQ(strangeNote(contact, "check-sync", kNone).toStdString(), "SIP/2.0 489 Bad Event"); // is heard
+    agent.tell(sipWire::make<tagSipHead>(SIP_NETWORK, 0));
+    ASSERT_NO_FATAL_FAILURE(acceptAnew());
+    EXPECT_EQ(nextSubscribe("message-summary", 300).toStdString(), "");
+    EXPECT_NE(nextSubscribe("message-summary").toStdString(), "");
+}
+
+TEST_F(SipMessages, TheEndOfThePhoneEndsThem)
+{
+    begin();
+    const QByteArray subscribe = nextSubscribe("message-summary");
+    accept(subscribe);
+    note(subscribe, kTwo, kType);
+    expectMessages(true, 2, 8);
+    agent.tell(sipWire::make<tagSipHead>(SIP_END, 0));
+    EXPECT_EQ(headerOf(nextFarewell("message-summary"), "Call-ID").toStdString(),
+              headerOf(subscribe, "Call-ID").toStdString());
+    peer->reply(peer->receive("REGISTER"), "200 OK");
+    EXPECT_TRUE(agent.ends());
 }
 
 TEST_F(SipMessages, ASilentServerAndOneThatNeverTellsAreAskedAgain)

@@ -8,6 +8,35 @@ namespace {
 
 class SipNetwork : public SipCalls
 {
+protected:
+    // A line that is registered over a connection.
+    void beginOverTcp(const tagSipSetup& setup)
+    {
+        ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+        ASSERT_TRUE(agent.start(setup));
+        agent.tell(accountAt(0, server.serverPort(), SIP_TCP));
+        ASSERT_TRUE(server.waitForNewConnection(AgentProcess::WAIT_MS));
+        link = server.nextPendingConnection();
+        const QByteArray request = readUntil("\r\n\r\n");
+        write(UdpPeer::replyTo(request, "200 OK",
+                               "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
+        ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    }
+    QByteArray readUntil(const QByteArray& end)
+    {
+        QByteArray text;
+        while (!text.endsWith(end) && link->waitForReadyRead(AgentProcess::WAIT_MS))
+            text += link->readAll();
+        return text;
+    }
+    void write(const QByteArray& text)
+    {
+        link->write(text);
+        ASSERT_TRUE(link->waitForBytesWritten());
+    }
+
+    QTcpServer server;
+    QTcpSocket* link = nullptr;
 };
 
 // As a server beyond a translator of addresses sees the phone.
@@ -59,29 +88,27 @@ TEST_F(SipNetwork, SignsOfLifeKeepTheWayToTheServerOpen)
 
 TEST_F(SipNetwork, SignsOfLifeGoOverConnectionsAndAreAnswered)
 {
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     tagSipSetup setup = AgentProcess::quickSetup();
     setup.nKeepMs = 200;
     setup.nSilentMs = 15000;
-    ASSERT_TRUE(agent.start(setup));
-    agent.tell(accountAt(0, server.serverPort(), SIP_TCP));
-    ASSERT_TRUE(server.waitForNewConnection(AgentProcess::WAIT_MS));
-    QTcpSocket* link = server.nextPendingConnection();
-    const auto readUntil = [&](const QByteArray& end) {
-        QByteArray text;
-        while (!text.endsWith(end) && link->waitForReadyRead(AgentProcess::WAIT_MS))
-            text += link->readAll();
-        return text;
-    };
-    const QByteArray request = readUntil("\r\n\r\n");
-    link->write(
-        UdpPeer::replyTo(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
-    ASSERT_TRUE(link->waitForBytesWritten());
-    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    ASSERT_NO_FATAL_FAILURE(beginOverTcp(setup));
     // After a request, or another one.
     const QByteArray sign = readUntil("\r\n\r\n\r\n\r\n");
     EXPECT_TRUE(sign.endsWith("\r\n\r\n\r\n\r\n")) << sign.constData();
+}
+
+TEST_F(SipNetwork, TheServersOwnSignsOfLifeAreAnsweredOverItsConnection)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nSilentMs = 15000;
+    ASSERT_NO_FATAL_FAILURE(beginOverTcp(setup));
+    const QByteArray subscribe = readUntil("\r\n\r\n");
+    ASSERT_TRUE(subscribe.startsWith("SUBSCRIBE")) << subscribe.constData();
+    write(UdpPeer::replyTo(subscribe, "489 Bad Event"));
+    for (int i = 0; i < 2; ++i) {
+        write("\r\n\r\n");
+        EXPECT_EQ(readUntil("\r\n").toStdString(), "\r\n") << i;
+    }
 }
 
 TEST_F(SipNetwork, WithOtherAddressesTheLinesAreRegisteredAnewAndCallsGoOn)
@@ -91,13 +118,30 @@ TEST_F(SipNetwork, WithOtherAddressesTheLinesAreRegisteredAnewAndCallsGoOn)
     ASSERT_NE(id, 0u);
     agent.tell(sipWire::make<tagSipHead>(SIP_NETWORK, 0));
     EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERING));
-    QByteArray request;
-    do {
-        request = peer->receive("REGISTER");
-        ASSERT_NE(request.toStdString(), "");
-        peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact"));
-    } while (headerOf(request, "Expires") == "0" || headerOf(request, "Contact").contains("expires=0"));
-    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    ASSERT_NO_FATAL_FAILURE(acceptAnew());
     tellMedia(SIP_MEDIA, id, "v=0\r\ns=moved\r\n");
     EXPECT_TRUE(peer->receive("INVITE").endsWith("s=moved\r\n"));
+}
+
+TEST_F(SipNetwork, WithOtherAddressesEachLineIsRegisteredAnew)
+{
+    begin(AgentProcess::calmSetup());
+    ASSERT_FALSE(registersLine(SIP_LINE_COUNT - 1).isEmpty());
+    agent.tell(sipWire::make<tagSipHead>(SIP_NETWORK, 0));
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERING));
+    EXPECT_TRUE(agent.nextLine(SIP_LINE_COUNT - 1, SIP_LINE_REGISTERING));
+}
+
+TEST_F(SipNetwork, ALineThatWaitsForItsNextTryBeginsOnceWithOtherAddresses)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nRetryMs = setup.nRetryLastMs = 600;
+    ASSERT_TRUE(agent.start(setup));
+    peer = std::make_unique<UdpPeer>();
+    agent.tell(accountAt(0, peer->port()));
+    peer->reply(peer->receive("REGISTER"), "503 Service Unavailable");
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_FAILED));
+    agent.tell(sipWire::make<tagSipHead>(SIP_NETWORK, 0));
+    ASSERT_NO_FATAL_FAILURE(acceptAnew());
+    EXPECT_FALSE(agent.nextLine(0, SIP_LINE_REGISTERING, int(setup.nRetryMs) * 2));
 }

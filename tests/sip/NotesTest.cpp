@@ -96,6 +96,11 @@ TEST(SipNotes, AnExtensionRingsTalksAndIsFree)
     EXPECT_EQ(state.lamp(), SIP_LAMP_BUSY);
     EXPECT_TRUE(take(state, dialogs(6, "full", dialog("a", "early", ""))));
     EXPECT_EQ(state.lamp(), SIP_LAMP_RINGING);
+    for (const char* state : {"trying", "proceeding"}) { // a call is on its way there
+        ExtensionState called;
+        EXPECT_TRUE(take(called, dialogs(0, "full", dialog("a", state, "recipient"))));
+        EXPECT_EQ(called.lamp(), SIP_LAMP_RINGING) << state;
+    }
     // As some servers write it.
     EXPECT_TRUE(take(state, dialogs(7, "full", dialog("a", "Trying", "initiator"))));
     EXPECT_EQ(state.lamp(), SIP_LAMP_BUSY);

@@ -262,9 +262,7 @@ TEST_F(SipOffers, AnOfferThatIsTakenBackLeavesTheCallAndItsMedia)
     const QByteArray invite = within("INVITE", first, 2, kSdp, "v=0\r\na=sendonly\r\n");
     peer->send(invite, agent.port());
     ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
-    QByteArray cancel = invite.left(invite.indexOf("Content-Type"));
-    cancel.replace("INVITE sip:", "CANCEL sip:").replace("2 INVITE", "2 CANCEL");
-    peer->send(cancel + "Content-Length: 0\r\n\r\n", agent.port());
+    takeBack(invite);
     acknowledge(peer->receive("SIP/2.0 487"));
     EXPECT_FALSE(agent.next(SIP_ENDED, id, 200));
     // The phone's answer is nobody's, and its media run as before.
@@ -285,4 +283,113 @@ TEST_F(SipOffers, AnOfferThatIsTakenBackLeavesTheCallAndItsMedia)
     expectTalk(id, "s=later");
     tellMedia(SIP_MEDIA, id, "v=0\r\ns=ours\r\n");
     EXPECT_TRUE(peer->receive("INVITE").endsWith("s=ours\r\n"));
+}
+
+TEST_F(SipOffers, WhatThePhoneHasRefusedIsNotWhatTheOtherSideHas)
+{
+    begin();
+    const uint32_t id = talkIn("refuses");
+    ASSERT_NE(id, 0u);
+    peer->send(within("INVITE", lastAnswer, 2, kSdp, "v=0\r\ns=refused\r\n"), agent.port());
+    ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+    tellMedia(SIP_MEDIA, id, "");
+    acknowledge(peer->receive("SIP/2.0 488"));
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=ours\r\n");
+    // It says nothing new of its own.
+    peer->reply(peer->receive("INVITE"), "200 OK",
+                "Contact: <sip:200@127.0.0.1:" + QByteArray::number(peer->port()) + ">");
+    expectTalk(id, "s=offer");
+}
+
+TEST_F(SipOffers, AnOfferWhileThePhoneStillAnswersOneThatWasTakenBackIsRefusedForNow)
+{
+    begin();
+    const uint32_t id = talkIn("soon");
+    ASSERT_NE(id, 0u);
+    const QByteArray first = lastAnswer;
+    const QByteArray invite = within("INVITE", first, 2, kSdp, "v=0\r\ns=back\r\n");
+    peer->send(invite, agent.port());
+    ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+    takeBack(invite);
+    acknowledge(peer->receive("SIP/2.0 487"));
+    peer->send(within("INVITE", first, 3, kSdp, "v=0\r\ns=soon\r\n"), agent.port());
+    const QByteArray refused = peer->receive("SIP/2.0 500");
+    EXPECT_EQ(headerOf(refused, "CSeq").toStdString(), "3 INVITE");
+    acknowledge(refused);
+    // What the phone says now is its answer to the one before.
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=answer\r\n");
+    const auto* before = next<tagSipMedia>(SIP_OFFER, id);
+    ASSERT_TRUE(before);
+    EXPECT_TRUE(strstr(before->szSdp, "s=offer")) << before->szSdp;
+}
+
+TEST_F(SipOffers, AfterACollisionTheNewestWishIsMade)
+{
+    begin();
+    const uint32_t id = talkIn("newest");
+    ASSERT_NE(id, 0u);
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+    const QByteArray offer = peer->receive("INVITE");
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=resume\r\n");
+    ASSERT_NO_FATAL_FAILURE(expectTaken());
+    peer->reply(offer, "491 Request Pending");
+    const QByteArray again = peer->receive("INVITE");
+    EXPECT_TRUE(again.endsWith("s=resume\r\n")) << again.constData();
+    peer->reply(again, "200 OK", withSdp(), "v=0\r\ns=agreed\r\n");
+    expectTalk(id, "s=agreed");
+    EXPECT_EQ(peer->receive("INVITE", 200).toStdString(), "");
+}
+
+TEST_F(SipOffers, AWishDuringTheWaitAfterACollisionWaitsToo)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+    peer->reply(peer->receive("INVITE"), "491 Request Pending");
+    EXPECT_NE(peer->receive("ACK").toStdString(), "");
+    tellMedia(SIP_MEDIA, id, "v=0\r\ns=resume\r\n");
+    EXPECT_EQ(peer->receive("INVITE", kOwnerWaitsMs / 2).toStdString(), "");
+    EXPECT_TRUE(peer->receive("INVITE").endsWith("s=resume\r\n"));
+}
+
+TEST_F(SipOffers, AnOfferWaitsForTheAnswerToWhatIsAskedOfTheOtherSideAndIsMadeThen)
+{
+    begin(AgentProcess::calmSetup());
+    const uint32_t id = talkIn("behind");
+    ASSERT_NE(id, 0u);
+    const QByteArray ownContact = "Contact: <sip:200@127.0.0.1:" + QByteArray::number(peer->port()) + ">";
+    const auto expectOfferBehind = [&](const QByteArray& asked, const QByteArray& name) {
+        SCOPED_TRACE(name.toStdString());
+        ASSERT_NE(asked.toStdString(), "");
+        tellMedia(SIP_MEDIA, id, ("v=0\r\ns=" + name + "\r\n").constData());
+        ASSERT_NO_FATAL_FAILURE(expectTaken());
+        peer->reply(asked, "202 Accepted", ownContact);
+        QByteArray offer;
+        do {
+            offer = peer->receive("INVITE", 5000);
+        } while (!offer.isEmpty() && headerOf(offer, "Call-ID") != headerOf(lastAnswer, "Call-ID"));
+        ASSERT_TRUE(offer.endsWith("s=" + name + "\r\n")) << offer.constData();
+        peer->reply(offer, "200 OK", withSdp(), "v=0\r\ns=agreed\r\n");
+        expectTalk(id, "s=agreed");
+    };
+    auto tone = sipWire::make<tagSipTone>(SIP_TONE, id);
+    tone.nTone = '1';
+    tone.nMs = 100;
+    agent.tell(tone);
+    ASSERT_NO_FATAL_FAILURE(expectOfferBehind(peer->receive("INFO"), "tone"));
+    tellTarget(SIP_TRANSFER, id, "301");
+    ASSERT_NO_FATAL_FAILURE(expectOfferBehind(peer->receive("REFER"), "transfer"));
+    // What it hears of the call that it has asked for.
+    peer->send(within("REFER", lastAnswer, 2, "Refer-To: <sip:302@127.0.0.1>"), agent.port());
+    ASSERT_TRUE(agent.next(SIP_REFERRED, id));
+    auto record = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    record.nReferrer = id;
+    sipWire::setText(record.szTarget, "sip:302@127.0.0.1");
+    sipWire::setText(record.szSdp, "v=0\r\ns=offer\r\n");
+    agent.tell(record);
+    ASSERT_NO_FATAL_FAILURE(expectOfferBehind(peer->receive("NOTIFY"), "begun"));
+    const QByteArray invite = peer->receive("INVITE sip:302@"); // once more
+    peer->reply(invite, "486 Busy Here");
+    ASSERT_NO_FATAL_FAILURE(expectOfferBehind(peer->receive("NOTIFY"), "ended"));
 }

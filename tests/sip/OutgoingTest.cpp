@@ -1,5 +1,6 @@
 // Calls from here.
 #include "tests/sip/callTest.h"
+#include <QTcpServer>
 #include <cstring>
 
 namespace {
@@ -56,6 +57,20 @@ TEST_F(SipCalls, AnAnonymousCallKeepsNameAndNumberBack)
     EXPECT_TRUE(headerOf(invite, "From").startsWith("\"Anonymous\" <sip:anonymous@anonymous.invalid>"))
         << invite.constData();
     EXPECT_TRUE(headerOf(invite, "P-Preferred-Identity").contains("user0@")) << invite.constData();
+}
+
+TEST_F(SipCalls, ACallWithMuchToOfferGoesTheWayOfItsLine)
+{
+    begin(AgentProcess::calmSetup());
+    QTcpServer nobodys; // where a line that has no connections would come to all the same
+    ASSERT_TRUE(nobodys.listen(QHostAddress::LocalHost, quint16(peer->port())));
+    const QByteArray offer = "v=0\r\ns=" + QByteArray(8000, 'o') + "\r\n";
+    auto record = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    sipWire::setText(record.szTarget, "300");
+    sipWire::setText(record.szSdp, offer.toStdString());
+    agent.tell(record);
+    EXPECT_TRUE(peer->receive("INVITE").endsWith(offer));
+    EXPECT_FALSE(nobodys.waitForNewConnection(100));
 }
 
 TEST_F(SipCalls, WhatBecomesOfACallIsTold)

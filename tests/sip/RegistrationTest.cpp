@@ -131,6 +131,38 @@ TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgainHoweverThatIsWritten)
     }
 }
 
+TEST(SipRegistration, AnswersToOneQuestionAreCountedAndEachHasAChanceOfItsOwn)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+    agent.tell(accountAt(0, server.port()));
+    server.reply(server.receive("REGISTER"), "401 Unauthorized", kMd5);
+    const auto expectAnswer = [&](const QByteArray& request, const QByteArray& nonce, const char* count) {
+        const QByteArray answer = headerOf(request, "Authorization");
+        EXPECT_EQ(paramOf(answer, "nonce").toStdString(), nonce.toStdString());
+        EXPECT_EQ(paramOf(answer, "nc").toStdString(), count);
+        EXPECT_EQ(paramOf(answer, "response").toStdString(),
+                  digestOf("REGISTER", answer, "auth0", "s3cret:0").toStdString());
+        return paramOf(answer, "cnonce").toStdString();
+    };
+    const QByteArray first = server.receive("REGISTER");
+    const std::string ownOne = expectAnswer(first, "n1", "00000001");
+    server.reply(first, "200 OK", "Contact: " + headerOf(first, "Contact") + ";expires=3600");
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    // A call that finds it out of service has it asked again.
+    auto dial = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    sipWire::setText(dial.szTarget, "300");
+    sipWire::setText(dial.szSdp, "v=0\r\n");
+    agent.tell(dial);
+    server.reply(server.receive("INVITE"), "503 Service Unavailable");
+    const QByteArray second = server.receive("REGISTER");
+    const std::string ownTwo = expectAnswer(second, "n1", "00000002");
+    EXPECT_NE(ownOne, ownTwo);
+    server.reply(second, "401 Unauthorized", QByteArray(kMd5).replace("n1", "n2") + ", stale=true");
+    expectAnswer(server.receive("REGISTER"), "n2", "00000001");
+}
+
 TEST(SipRegistration, AChallengeThatIsNotKnownOrOfAnotherRealmIsToldAndGetsNoDigest)
 {
     const QByteArray challenges[] = {

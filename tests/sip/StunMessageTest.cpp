@@ -63,7 +63,7 @@ TEST(StunMessage, AQuestionIsWhatTheStandardSays)
     const QByteArray text = bytesOf(stunMessage::request(id()));
     // The checksum is of another program.
     EXPECT_EQ(text.toHex().toStdString(), "000100082112a4420102030405060708090a0b0c802800045b20f9cc");
-    stunMessage::Id one, two;
+    stunMessage::Id one = {}, two = {};
     ASSERT_TRUE(stunMessage::newId(one) && stunMessage::newId(two));
     EXPECT_NE(one, two);
 }
@@ -105,6 +105,7 @@ TEST(StunMessage, WhatIsDamagedOrOfAnotherQuestionIsNoAnswer)
     }
     tagStunPlace place;
     EXPECT_EQ(read(good + good, place), ANSWER::NONE);
+    EXPECT_EQ(read(with(good, QByteArray(2, '\0')), place), ANSWER::NONE) << "half a part";
     EXPECT_EQ(read(with(good, QByteArray(2000, '\0')), place), ANSWER::NONE);
 }
 
@@ -122,7 +123,9 @@ TEST(StunMessage, AnAnswerThatSaysNothingOfUseIsARefusal)
     EXPECT_EQ(read(with(answer(), part(0x8022, 0xffff, 0)), place), ANSWER::REFUSED) << "far beyond";
     EXPECT_EQ(read(with(answer(), part(0x8028, 4, 4)), place), ANSWER::REFUSED) << "wrong checksum";
     EXPECT_EQ(read(with(empty, part(0x0020, 4, 4)), place), ANSWER::REFUSED) << "short";
-    EXPECT_EQ(read(with(empty, part(0x0020, 20, 20)), place), ANSWER::REFUSED) << "of another family";
+    EXPECT_EQ(read(with(empty, part(0x0020, 20, 20)), place), ANSWER::REFUSED) << "long";
+    EXPECT_EQ(read(with(empty, QByteArray::fromHex("0020000800020102") + "abcd"), place), ANSWER::REFUSED)
+        << "of another family";
     for (const char* address : {"0.0.0.0", "0.1.2.3", "224.0.0.1", "240.0.0.1", "255.255.255.255"})
         EXPECT_EQ(read(answer(false, address), place), ANSWER::REFUSED) << address;
     EXPECT_EQ(read(answer(false, "203.0.113.7", 0), place), ANSWER::REFUSED);

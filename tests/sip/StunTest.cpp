@@ -133,6 +133,32 @@ TEST_F(SipStun, WhereTheLinesServerSaysNothingTheLineAndItsCallsAreReachedAsTheO
     expectEnd(1, SIP_REFUSED, 486);
 }
 
+TEST_F(SipStun, WhatItSaysWhenTheLineIsRegisteredAlreadyCountsToo)
+{
+    kit::tagStunWays ways;
+    ways.bSilent = true;
+    server.behave(ways);
+    begin();
+    ways.bSilent = false;
+    ways.address = "127.0.0.99";
+    ways.nPort = 9999;
+    server.behave(ways);
+    const QByteArray seen = registers();
+    EXPECT_TRUE(seen.contains("@127.0.0.99:9999")) << seen.constData();
+}
+
+TEST_F(SipStun, OneThatRefusesIsAskedAgainLater)
+{
+    kit::tagStunWays ways;
+    ways.bRefuses = true;
+    server.behave(ways);
+    begin();
+    EXPECT_TRUE(kit::waits([&] { return server.asked() > 0; }, AgentProcess::WAIT_MS));
+    EXPECT_EQ(told(kQuietMs), "nothing");
+    server.behave({});
+    EXPECT_EQ(told(), place());
+}
+
 TEST_F(SipStun, TheLinesOwnServerKnowsBetter)
 {
     kit::tagStunWays ways;

@@ -2,40 +2,100 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/agentProcess.h"
 #include "tests/sip/certificates.h"
+#include "tests/sip/nameServer.h"
 #include "tests/sip/udpPeer.h"
+#include <QFile>
 #include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <gtest/gtest.h>
 
 namespace {
 
+constexpr const char* kName = "pbx.test";
+
 class SipTls : public ::testing::Test
 {
 protected:
-    // Certificates by an authority that the phone trusts: the server's is for that name.
-    void begin(const QString& name)
+    // A server with the certificate and key of that folder, and a line at it. host: what the line calls it.
+    void begin(const QString& certified, const std::string& host = "127.0.0.1")
     {
-        ASSERT_TRUE(makeCertificates(folder.path(), name));
-        const uint32_t port = UdpPeer::freePort();
+        port = UdpPeer::freePort();
         kit::endWithUs(server);
-        server.setWorkingDirectory(folder.path());
+        server.setWorkingDirectory(certified);
         server.start("openssl", {"s_server", "-quiet", "-accept", "127.0.0.1:" + QString::number(port),
                                  "-cert", "server.pem", "-key", "server.key"});
         ASSERT_TRUE(server.waitForStarted());
         ASSERT_TRUE(kit::waits([&] { return UdpPeer::isListening(port); }, AgentProcess::WAIT_MS));
+        ASSERT_TRUE(agent.start(setupOfTls()));
+        tagSipAccount account = accountAt(0, port, SIP_TLS);
+        sipWire::setText(account.szServer, host);
+        agent.tell(account);
+    }
+    // That trusts the authority of the folder.
+    tagSipSetup setupOfTls() const
+    {
         tagSipSetup setup = AgentProcess::quickSetup();
         setup.nSilentMs = 2000;
         setup.nTlsPort = UdpPeer::freePort();
         sipWire::setText(setup.szCertificates, folder.path().toStdString());
-        ASSERT_TRUE(agent.start(setup));
-        agent.tell(accountAt(0, port, SIP_TLS));
+        sipWire::setText(setup.szNames, names.settings().toStdString());
+        return setup;
+    }
+    // The next message that begins so.
+    QByteArray receive(const QByteArray& start)
+    {
+        const auto whole = [&] {
+            const qsizetype at = read.indexOf(start);
+            return at >= 0 && read.indexOf("\r\n\r\n", at) > 0;
+        };
+        while (!whole() && server.waitForReadyRead(AgentProcess::WAIT_MS))
+            read += server.readAllStandardOutput();
+        const qsizetype at = read.indexOf(start);
+        const QByteArray message =
+            at < 0 ? QByteArray() : read.mid(at, read.indexOf("\r\n\r\n", at) + 4 - at);
+        read = at < 0 ? QByteArray() : read.mid(at + message.size());
+        return message;
+    }
+    void say(const QByteArray& message)
+    {
+        server.write(message);
+        ASSERT_TRUE(server.waitForBytesWritten());
+    }
+    // The line registers at the server; what it has asked.
+    QByteArray registerLine()
+    {
+        const QByteArray request = receive("REGISTER");
+        say(UdpPeer::replyTo(request, "200 OK",
+                             "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
+        EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+        return request;
+    }
+    void expectToldWhy(const char* reason)
+    {
+        const tagSipLine* line = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(line);
+        EXPECT_EQ(std::string(line->szReason), std::string("TLS: ") + reason);
+        EXPECT_FALSE(server.state() == QProcess::Running && server.waitForReadyRead(300))
+            << server.readAllStandardOutput().constData();
+    }
+    void SetUp() override
+    {
+        names.addAddress(kName, "127.0.0.1");
+        names.start();
     }
     void TearDown() override
     {
+        if (server.state() == QProcess::NotRunning)
+            return;
         server.kill();
         server.waitForFinished();
     }
     QTemporaryDir folder;
+    NameServer names;
     QProcess server;
+    QByteArray read;
+    uint32_t port = 0;
     AgentProcess agent;
 };
 
@@ -43,21 +103,96 @@ protected:
 
 TEST_F(SipTls, ALineRegistersAtAServerWhoseNameIsCertified)
 {
-    begin("127.0.0.1");
-    QByteArray request;
-    while (!request.contains("\r\n\r\n") && server.waitForReadyRead(AgentProcess::WAIT_MS))
-        request += server.readAllStandardOutput();
+    ASSERT_TRUE(makeCertificates(folder.path(), "127.0.0.1"));
+    begin(folder.path());
+    const QByteArray request = registerLine();
     EXPECT_TRUE(headerOf(request, "Via").startsWith("SIP/2.0/TLS")) << request.constData();
     EXPECT_TRUE(headerOf(request, "Contact").contains("transport=tls")) << request.constData();
-    server.write(
-        UdpPeer::replyTo(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
-    ASSERT_TRUE(server.waitForBytesWritten());
-    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}
+
+TEST_F(SipTls, WhatAServerSaysThatIsKnownByItsNameIsBelieved)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    begin(folder.path(), kName);
+    const QByteArray contact = headerOf(registerLine(), "Contact");
+    const QByteArray own = "127.0.0.1:" + QByteArray::number(port);
+    say("INVITE " + contact.mid(1, contact.indexOf('>') - 1) + " SIP/2.0\r\nVia: SIP/2.0/TLS " + own +
+        ";branch=z9hG4bKin\r\nFrom: <sip:9@elsewhere.test>;tag=caller\r\nTo: <sip:user0@" + kName +
+        ">\r\nCall-ID: in\r\nCSeq: 1 INVITE\r\nMax-Forwards: 70\r\nContact: <sip:" + own +
+        ";transport=tls>\r\nP-Asserted-Identity: \"Anna\" <sip:1001@" + kName +
+        ">\r\nContent-Length: 0\r\n\r\n");
+    const auto* arrived = reinterpret_cast<const tagSipArrived*>(
+        agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; }));
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(std::string(arrived->szNumber), "1001");
+    EXPECT_EQ(std::string(arrived->szName), "Anna");
 }
 
 TEST_F(SipTls, AServerOfAnotherNameIsToldNothing)
 {
-    begin("elsewhere.test");
-    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_FAILED));
-    EXPECT_FALSE(server.waitForReadyRead(300)) << server.readAllStandardOutput().constData();
+    ASSERT_TRUE(makeCertificates(folder.path(), "elsewhere.test"));
+    begin(folder.path());
+    expectToldWhy("the certificate is for another name");
+}
+
+TEST_F(SipTls, ACertificateThatIsNotGoodAnyMoreIsSaidToBe)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName, -1));
+    begin(folder.path(), kName);
+    expectToldWhy("certificate has expired");
+}
+
+TEST_F(SipTls, AnAuthorityThatNobodyTrustsIsSaidToBe)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    ASSERT_TRUE(QFile::remove(folder.filePath("cafile.pem")));
+    ASSERT_TRUE(QFile::copy(folder.filePath("own.pem"), folder.filePath("cafile.pem")));
+    begin(folder.path(), kName);
+    expectToldWhy("unable to get local issuer certificate");
+}
+
+TEST_F(SipTls, WhoSpeaksNoTlsIsSaidTo)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    QTcpServer plain;
+    ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
+    ASSERT_TRUE(agent.start(setupOfTls()));
+    agent.tell(accountAt(0, plain.serverPort(), SIP_TLS));
+    ASSERT_TRUE(plain.waitForNewConnection(AgentProcess::WAIT_MS));
+    QTcpSocket& link = *plain.nextPendingConnection();
+    link.write("SIP/2.0 400 Bad Request\r\n\r\n");
+    ASSERT_TRUE(link.waitForBytesWritten());
+    expectToldWhy("wrong version number");
+}
+
+TEST_F(SipTls, WithAuthoritiesThatCannotBeReadTheOtherLinesRegister)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    const QByteArray broken = "-----BEGIN CERTIFICATE-----\nAAAA\n-----END CERTIFICATE-----\n";
+    for (const QByteArray& content : {QByteArray(), QByteArray("garbage"), broken}) {
+        QFile authorities(folder.filePath("cafile.pem"));
+        ASSERT_TRUE(authorities.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        authorities.write(content);
+        authorities.close();
+        AgentProcess other;
+        ASSERT_TRUE(other.start(setupOfTls()));
+        other.tell(accountAt(0, UdpPeer::freePort(), SIP_TLS));
+        const tagSipLine* refused = other.nextLine(0, SIP_LINE_REFUSED);
+        ASSERT_TRUE(refused);
+        EXPECT_STREQ(refused->szReason, "The certificates of cafile.pem cannot be read");
+        UdpPeer peer;
+        other.tell(accountAt(1, peer.port()));
+        const QByteArray request = peer.receive("REGISTER");
+        peer.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+        EXPECT_TRUE(other.nextLine(1, SIP_LINE_REGISTERED));
+    }
+}
+
+TEST_F(SipTls, ALineWithoutCertificatesIsToldSo)
+{
+    ASSERT_TRUE(agent.start());
+    agent.tell(accountAt(0, UdpPeer::freePort(), SIP_TLS));
+    const tagSipLine* refused = agent.nextLine(0, SIP_LINE_REFUSED);
+    ASSERT_TRUE(refused);
+    EXPECT_STREQ(refused->szReason, "There are no certificates for TLS");
 }

@@ -1,5 +1,6 @@
 // Calls that are put together: by the phone, by the other side, and by a call that takes another's place.
 #include "tests/sip/callTest.h"
+#include <QElapsedTimer>
 #include <cstring>
 
 namespace {
@@ -35,8 +36,11 @@ protected:
             if (waiting[i].startsWith(start))
                 return waiting.takeAt(i);
         }
+        QElapsedTimer timer;
+        timer.start();
         for (;;) {
-            const QByteArray message = peer->receive();
+            const qint64 left = AgentProcess::WAIT_MS - timer.elapsed();
+            const QByteArray message = left > 0 ? peer->receive(int(left)) : QByteArray();
             if (message.isEmpty() || message.startsWith(start))
                 return message;
             waiting.append(message);
@@ -65,6 +69,11 @@ protected:
     {
         return "Replaces: " + headerOf(lastAnswer, "Call-ID") +
                ";to-tag=" + tagOf(headerOf(lastAnswer, "To")) + ";from-tag=caller" + further;
+    }
+    // The same message from another address, and what is answered goes there.
+    QByteArray movedTo(const UdpPeer& other, QByteArray message) const
+    {
+        return message.replace(server(), "127.0.0.2:" + QByteArray::number(other.port()));
     }
     void expectRefused(const QByteArray& callId, const QByteArray& header, const QByteArray& status)
     {
@@ -166,6 +175,62 @@ TEST_F(SipTransfers, TheOtherSideAsksForACallAndHearsHowItGoes)
     peer->reply(invite, "200 OK", ownContact() + "\r\nContent-Type: application/sdp", "v=0\r\ns=answer\r\n");
     EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, 1));
     expectNotify("200", "terminated");
+}
+
+TEST_F(SipTransfers, ASecondRequestForACallIsDeclinedAndTheFirstGoesOn)
+{
+    begin();
+    const uint32_t id = talkIn("twice");
+    ASSERT_NE(id, 0u);
+    refer(2, "<sip:301@127.0.0.1>");
+    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
+    dialFor(id, 1, "sip:301@127.0.0.1");
+    expectNotify("100", "active");
+    const QByteArray invite = take("INVITE sip:301@127.0.0.1 ");
+    refer(3, "<sip:302@127.0.0.1>");
+    EXPECT_EQ(headerOf(take("SIP/2.0 603"), "CSeq").toStdString(), "3 REFER");
+    EXPECT_FALSE(next<tagSipReferred>(SIP_REFERRED, id, 100));
+    peer->reply(invite, "180 Ringing");
+    expectNotify("180", "active");
+}
+
+TEST_F(SipTransfers, WhoAsksForOneCallAfterTheOtherLearnsWhichOneIsMeant)
+{
+    begin();
+    const uint32_t id = talkIn("which");
+    ASSERT_NE(id, 0u);
+    for (const int number : {2, 3}) {
+        SCOPED_TRACE(number);
+        refer(number, "<sip:301@127.0.0.1>");
+        ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
+        dialFor(id, uint32_t(number), "sip:301@127.0.0.1");
+        for (const char* status : {"100", "486"}) {
+            const QByteArray notify = take("NOTIFY");
+            EXPECT_TRUE(notify.contains(QByteArray("\r\n\r\nSIP/2.0 ") + status)) << notify.constData();
+            // The first one may go without, the standard says.
+            if (number > 2) {
+                EXPECT_EQ(headerOf(notify, "Event").toStdString(), "refer;id=3");
+            }
+            peer->reply(notify, "200 OK");
+            if (strcmp(status, "100") == 0)
+                peer->reply(take("INVITE sip:301@127.0.0.1 "), "486 Busy Here");
+        }
+    }
+}
+
+TEST_F(SipTransfers, WhoKeepsHisNumberBackIsConnectedByTheAddressOfHisPhone)
+{
+    begin();
+    ASSERT_NE(talkOut(1), 0u);
+    peer->send(inviteText("hidden", "From: \"Anonymous\" <sip:anonymous@anonymous.invalid>;tag=caller"),
+               agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=answer\r\n");
+    acknowledge(peer->receive("SIP/2.0 200"));
+    ASSERT_TRUE(next<tagSipMedia>(SIP_TALK, kFirst));
+    tellConnect(1, kFirst);
+    const QByteArray to = headerOf(peer->receive("REFER"), "Refer-To");
+    EXPECT_TRUE(to.startsWith("<sip:200@" + server() + "?Replaces=hidden%3B")) << to.constData();
 }
 
 TEST_F(SipTransfers, WhoAskedForACallHearsThatItWasHungUpHere)
@@ -281,6 +346,46 @@ TEST_F(SipTransfers, ACallTakesThePlaceOfTheOneThatItNames)
     EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, kFirst + 1));
 }
 
+TEST_F(SipTransfers, WhoIsNotOfACallAndNoServerDoesNotTakeItsPlace)
+{
+    begin();
+    for (const bool isOut : {false, true}) {
+        const uint32_t id = isOut ? talkOut(1) : talkIn("mine");
+        ASSERT_NE(id, 0u);
+        const QByteArray own = isOut ? headerOf(lastInvite, "From") : headerOf(lastAnswer, "To");
+        const QByteArray name = headerOf(lastAnswer, "Call-ID") + ";to-tag=" + tagOf(own) +
+                                ";from-tag=" + (isOut ? "peer" : "caller");
+        UdpPeer stranger("127.0.0.2");
+        stranger.send(movedTo(stranger, inviteText(isOut ? "second" : "first", "Replaces: " + name)),
+                      agent.port());
+        EXPECT_NE(stranger.receive("SIP/2.0 403").toStdString(), "");
+        EXPECT_TRUE(agent.isQuiet(100));
+        tellStatus(SIP_HANG_UP, id);
+        const QByteArray bye = take("BYE");
+        EXPECT_EQ(headerOf(bye, "Call-ID"), headerOf(lastAnswer, "Call-ID"));
+        peer->reply(bye, "200 OK");
+        expectEnd(id, SIP_HUNG_UP, 0);
+    }
+}
+
+TEST_F(SipTransfers, TheOtherSideOfACallTakesItsPlaceWithoutTheServer)
+{
+    begin();
+    UdpPeer other("127.0.0.2");
+    other.send(movedTo(other, inviteText("direct")), agent.port());
+    const tagSipArrived* arrived = nextArrived();
+    ASSERT_TRUE(arrived);
+    const uint32_t id = arrived->head.nId;
+    tellMedia(SIP_ANSWER, id, "v=0\r\ns=answer\r\n");
+    lastAnswer = other.receive("SIP/2.0 200");
+    other.send(movedTo(other, within("ACK", lastAnswer, 1)), agent.port());
+    ASSERT_TRUE(next<tagSipMedia>(SIP_TALK, id));
+    other.send(movedTo(other, inviteText("again", replaces())), agent.port());
+    arrived = nextArrived();
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(arrived->nReplaces, id);
+}
+
 TEST_F(SipTransfers, ACallTakesThePlaceOfOneThatStillGoesOut)
 {
     begin();
@@ -302,13 +407,8 @@ TEST_F(SipTransfers, ACallTakesThePlaceOfOneThatStillGoesOut)
 TEST_F(SipTransfers, ACallThatMayNotTakeAnothersPlaceIsRefusedAndTheOtherStays)
 {
     begin();
-    tagSipAccount other = accountAt(1, peer->port());
-    agent.tell(other);
-    const QByteArray request = peer->receive("REGISTER");
-    const QByteArray address = headerOf(request, "Contact");
-    peer->reply(request, "200 OK", "Contact: " + address + ";expires=3600");
-    ASSERT_TRUE(agent.nextLine(1, SIP_LINE_REGISTERED));
-
+    const QByteArray other = registersLine(1);
+    ASSERT_FALSE(other.isEmpty());
     const uint32_t id = talkIn("stays");
     ASSERT_NE(id, 0u);
     expectRefused("unknown", "Replaces: nobody;to-tag=1;from-tag=2", "481");
@@ -316,7 +416,7 @@ TEST_F(SipTransfers, ACallThatMayNotTakeAnothersPlaceIsRefusedAndTheOtherStays)
     expectRefused("none", "Replaces: stays", "481");
     expectRefused("early", replaces(";early-only"), "486");
     const QByteArray mine = contact;
-    contact = address.mid(5, address.indexOf('@') - 5);
+    contact = other;
     expectRefused("line", replaces(), "481");
     contact = mine;
 

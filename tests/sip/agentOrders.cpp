@@ -9,9 +9,10 @@ void AgentOrders::dial(uint32_t id, const char* target, bool isAnonymous)
     agent.tell(record);
 }
 
-void AgentOrders::pickUp(uint32_t id, const char* number)
+void AgentOrders::pickUp(uint32_t id, const char* number, uint32_t line)
 {
     auto record = sipWire::make<tagSipPickUp>(SIP_PICK_UP, id);
+    record.nLine = line;
     sipWire::setText(record.szNumber, number);
     sipWire::setText(record.szSdp, m_pOffer);
     agent.tell(record);
@@ -44,6 +45,12 @@ void AgentOrders::watch(uint32_t id, const char* number, uint32_t line)
     record.nLine = line;
     sipWire::setText(record.szNumber, number);
     agent.tell(record);
+}
+
+void AgentOrders::expectTaken()
+{
+    agent.tell(sipWire::make<tagSipHead>(SIP_PING, 0));
+    ASSERT_TRUE(agent.next(SIP_PONG, 0));
 }
 
 const tagSipArrived* AgentOrders::nextArrived(int ms)

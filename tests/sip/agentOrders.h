@@ -10,7 +10,7 @@ public:
     explicit AgentOrders(const char* offer) : m_pOffer(offer) {}
 
     void dial(uint32_t id, const char* target, bool isAnonymous = false);
-    void pickUp(uint32_t id, const char* number);
+    void pickUp(uint32_t id, const char* number, uint32_t line = 0);
     void tellMedia(SIP_RECORD kind, uint32_t id, const char* sdp);
     void tellStatus(SIP_RECORD kind, uint32_t id, uint32_t status = 0);
     void tellTarget(SIP_RECORD kind, uint32_t id, const char* target);
@@ -26,6 +26,8 @@ public:
     // A call that comes in, of any number; null for none.
     const tagSipArrived* nextArrived(int ms = AgentProcess::WAIT_MS);
     void expectEnd(uint32_t id, SIP_ENDING ending, uint32_t status);
+    // All that it was told before has been taken.
+    void expectTaken();
 
     AgentProcess agent;
 

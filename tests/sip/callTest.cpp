@@ -15,12 +15,30 @@ void SipCalls::begin(const tagSipSetup& setup)
 {
     ASSERT_TRUE(agent.start(setup));
     peer = std::make_unique<UdpPeer>();
-    agent.tell(accountAt(0, peer->port()));
+    contact = registersLine(0);
+    ASSERT_FALSE(contact.isEmpty());
+}
+
+QByteArray SipCalls::registersLine(uint32_t line)
+{
+    agent.tell(accountAt(line, peer->port()));
     const QByteArray request = peer->receive("REGISTER");
     const QByteArray address = headerOf(request, "Contact");
-    contact = address.mid(5, address.indexOf('@') - 5);
     peer->reply(request, "200 OK", "Contact: " + address + ";expires=3600");
-    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    if (!agent.nextLine(line, SIP_LINE_REGISTERED))
+        return {};
+    return address.mid(5, address.indexOf('@') - 5);
+}
+
+void SipCalls::acceptAnew()
+{
+    QByteArray request;
+    do {
+        request = peer->receive("REGISTER");
+        ASSERT_NE(request.toStdString(), "");
+        peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact"));
+    } while (headerOf(request, "Expires") == "0" || headerOf(request, "Contact").contains("expires=0"));
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
 }
 
 void SipCalls::startSipp(const QByteArray& scenario, uint32_t localPort, const QStringList& further)
@@ -76,6 +94,20 @@ void SipCalls::acknowledge(const QByteArray& reply)
         ack.replace(headerOf(ack, "Via"), headerOf(reply, "Via").split(';').first() +
                                               ";branch=" + branchOf(headerOf(reply, "Via")));
     peer->send(ack, agent.port());
+}
+
+void SipCalls::takeBack(const QByteArray& invite)
+{
+    const QByteArray number = headerOf(invite, "CSeq");
+    QByteArray cancel = invite.left(invite.indexOf("\r\n\r\n") + 2);
+    cancel.replace(0, 6, "CANCEL");
+    cancel.replace("CSeq: " + number, "CSeq: " + number.split(' ').first() + " CANCEL");
+    for (const char* name : {"Content-Type: ", "Content-Length: "}) {
+        const qsizetype at = cancel.indexOf(name);
+        if (at >= 0)
+            cancel.remove(at, cancel.indexOf('\n', at) + 1 - at);
+    }
+    peer->send(cancel + "Content-Length: 0\r\n\r\n", agent.port());
 }
 
 uint32_t SipCalls::talkIn(const QByteArray& callId)

@@ -11,6 +11,10 @@ protected:
     SipCalls() : AgentOrders("v=0\r\ns=offer\r\n") {}
     // Starts agent and line.
     void begin(const tagSipSetup& setup = AgentProcess::quickSetup());
+    // Registers a line at the peer; the user that it is reached by.
+    QByteArray registersLine(uint32_t line);
+    // The line registers at the peer once more, and is accepted.
+    void acceptAnew();
     // A scenario of this folder, against the agent; service: the user it calls.
     void startSipp(const QByteArray& scenario, uint32_t localPort, const QStringList& further = {});
 
@@ -22,6 +26,8 @@ protected:
     // The same for a call from here.
     uint32_t talkOut(uint32_t id);
     void acknowledge(const QByteArray& reply);
+    // Of an INVITE that has no final answer yet.
+    void takeBack(const QByteArray& invite);
     // A request within a dialogue that the agent has answered with reply.
     QByteArray within(const QByteArray& method, const QByteArray& reply, int number,
                       const QByteArray& lines = {}, const QByteArray& body = {});

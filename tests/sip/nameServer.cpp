@@ -38,10 +38,12 @@ void NameServer::addAddress6(const QByteArray& name, const QByteArray& address)
     m_records.append({name, kAddress6, data});
 }
 
-void NameServer::addService(const QByteArray& name, int priority, uint32_t port, const QByteArray& target)
+void NameServer::addService(const QByteArray& name, int priority, uint32_t port, const QByteArray& target,
+                            int weight)
 {
-    m_records.append({name, kService,
-                      twoBytes(uint32_t(priority)) + twoBytes(1) + twoBytes(port) + nameOnTheWire(target)});
+    m_records.append(
+        {name, kService,
+         twoBytes(uint32_t(priority)) + twoBytes(uint32_t(weight)) + twoBytes(port) + nameOnTheWire(target)});
 }
 
 void NameServer::start()

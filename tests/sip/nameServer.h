@@ -13,7 +13,8 @@ public:
     // The records are added before it starts.
     void addAddress(const QByteArray& name, const QByteArray& address);
     void addAddress6(const QByteArray& name, const QByteArray& address);
-    void addService(const QByteArray& name, int priority, uint32_t port, const QByteArray& target);
+    void addService(const QByteArray& name, int priority, uint32_t port, const QByteArray& target,
+                    int weight = 1);
     void start();
     ~NameServer();
     // The file that leads to it.

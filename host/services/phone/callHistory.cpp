@@ -7,6 +7,8 @@
 #include "support/xml/xmlFile.h"
 #include <QList>
 #include <QMutex>
+#include <QTimer>
+#include <utility>
 
 namespace {
 
@@ -70,13 +72,66 @@ public:
         lock.unlock();
         if (ended.isEmpty() || saveCalls(ended))
             return 1;
-        nuxTrace(TRACE_NOTE, "the call history could not be saved");
-        // They come with the next call.
+        m_bFailed = true;
         lock.relock();
         history.waiting =
             ended.mid(std::max<qsizetype>(0, ended.size() - CALL_HISTORY_MAX)) + history.waiting;
         return 1;
     }
+    bool hasFailed() const { return m_bFailed; }
+
+private:
+    bool m_bFailed = false;
+};
+
+// What could not be written waits here for the next try.
+class HistoryKeeper : public ActionCallback
+{
+public:
+    static HistoryKeeper& instance()
+    {
+        static HistoryKeeper* keeper = new HistoryKeeper; // calls may end after the statics
+        return *keeper;
+    }
+    void save()
+    {
+        SaveAction* action = new SaveAction;
+        action->AddRef();
+        action->SetCreatFlag(1);
+        action->SetCallback(this);
+        PostAction(*action);
+        action->DestroyObject();
+    }
+    void OnCallback(taskAction* action) override
+    {
+        const bool hadFailed = std::exchange(m_bFailed, static_cast<SaveAction*>(action)->hasFailed());
+        if (!m_bFailed) {
+            m_bTold = false;
+            return;
+        }
+        if (!hadFailed)
+            nuxTrace(TRACE_NOTE, "the call history could not be saved");
+        m_bTold = m_bTold || (m_tell && m_tell());
+        m_again.start();
+    }
+    void setTell(std::function<bool()> tell, int againMs)
+    {
+        m_tell = std::move(tell);
+        m_again.setInterval(againMs);
+    }
+
+private:
+    HistoryKeeper()
+    {
+        m_again.setSingleShot(true);
+        m_again.setInterval(CALL_HISTORY_AGAIN_MS);
+        QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { save(); });
+    }
+
+    QTimer m_again;
+    std::function<bool()> m_tell;
+    bool m_bFailed = false;
+    bool m_bTold = false;
 };
 
 } // namespace
@@ -87,11 +142,12 @@ void callHistoryAdd(const tagCall& call)
     QMutexLocker lock(&history.mutex);
     history.waiting.append(call);
     lock.unlock();
-    SaveAction* action = new SaveAction;
-    action->AddRef();
-    action->SetCreatFlag(1);
-    PostAction(*action);
-    action->DestroyObject();
+    HistoryKeeper::instance().save();
+}
+
+void callHistoryOnFault(std::function<bool()> tell, int againMs)
+{
+    HistoryKeeper::instance().setTell(std::move(tell), againMs);
 }
 
 int callHistoryClear()

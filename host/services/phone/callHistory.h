@@ -6,10 +6,14 @@
 // heard of it. The files are written on a task thread.
 #include "host/services/phone/tagCall.h"
 #include "support/host/api.h"
+#include <functional>
 
-enum { CALL_HISTORY_MAX = 100 };
+enum { CALL_HISTORY_MAX = 100, CALL_HISTORY_AGAIN_MS = 10000 };
 
-// User-interface thread. Returns at once.
+// User-interface thread. Returns at once. What cannot be written is tried again, also with the next call.
 HX_HOST_API void callHistoryAdd(const tagCall& call);
+// tell: calls cannot be written; false when the user could not be told of it now, and is to be later. Not
+// called again before calls could be written. againMs: until they are tried again. User-interface thread.
+HX_HOST_API void callHistoryOnFault(std::function<bool()> tell, int againMs = CALL_HISTORY_AGAIN_MS);
 // Forgets all calls, those too that are on their way into the file. 0 when the file cannot be written.
 HX_HOST_API int callHistoryClear();

@@ -16,7 +16,8 @@ kit::SideProgram::~SideProgram()
 bool kit::SideProgram::write(const QString& name, const QByteArray& text) const
 {
     QFile file(path(name));
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush();
+    return file.open(QIODevice::WriteOnly, QFile::ReadOwner | QFile::WriteOwner) &&
+           file.write(text) == text.size() && file.flush();
 }
 
 bool kit::SideProgram::start(const QString& program, const QStringList& arguments)

@@ -18,7 +18,7 @@ public:
     ~SideProgram();
 
     QString path(const QString& name = {}) const { return m_folder.filePath(name); }
-    // A file of its folder; false when it is not whole there.
+    // A file of its folder, for nobody else; false when it is not whole there.
     bool write(const QString& name, const QByteArray& text) const;
     // False when there is no such program.
     bool start(const QString& program, const QStringList& arguments);

@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kLookMs = 20, kHeadBytes = 20, kNumberAt = 8;
 constexpr uint32_t kCookie = 0x2112a442;
+constexpr const char* kOtherHost = "127.0.0.88";
 constexpr int kMapped = 1, kMasked = 0x20, kSource = 4, kError = 9;
 
 QByteArray two(uint32_t number)
@@ -32,11 +33,12 @@ QByteArray whole(int kind, const QByteArray& question, const QByteArray& parts)
     return two(uint32_t(kind)) + two(uint32_t(parts.size())) + question.mid(4, kHeadBytes - 4) + parts;
 }
 
-int socketAt(const char* host)
+int socketAt(const char* host, uint16_t port = 0)
 {
     const int made = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_in address = {};
     address.sin_family = AF_INET;
+    address.sin_port = htons(port);
     inet_pton(AF_INET, host, &address.sin_addr);
     return bind(made, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 ? made : -1;
 }
@@ -62,6 +64,7 @@ kit::StunServer::StunServer(const char* host) : m_nSocket(socketAt(host)), m_nEl
     socklen_t size = sizeof address;
     getsockname(m_nSocket, reinterpret_cast<sockaddr*>(&address), &size);
     m_nPort = ntohs(address.sin_port);
+    m_nOther = socketAt(kOtherHost, m_nPort);
     m_thread = std::thread([this] { serve(); });
 }
 
@@ -71,6 +74,7 @@ kit::StunServer::~StunServer()
     m_thread.join();
     close(m_nSocket);
     close(m_nElsewhere);
+    close(m_nOther);
 }
 
 void kit::StunServer::behave(const tagStunWays& ways)
@@ -111,8 +115,10 @@ void kit::StunServer::serve()
         const QByteArray lie = answer(question, StunServer::lie(), LIE_PORT, ways.bOld);
         QByteArray other = question;
         other[kNumberAt + 3] = char(other[kNumberAt + 3] ^ 1);
-        if (ways.bElsewhere)
+        if (ways.bElsewhere) {
             tell(m_nElsewhere, lie);
+            tell(m_nOther, lie);
+        }
         if (ways.bWrongNumber)
             tell(m_nSocket, answer(other, StunServer::lie(), LIE_PORT, ways.bOld));
         if (ways.bBroken) {

@@ -16,7 +16,7 @@ struct tagStunWays
     int nLateMs = 0;   // until it answers
     bool bOld = false; // the address stands there unmasked, as RFC 3489 has it
     bool bRefuses = false;
-    bool bElsewhere = false;   // somebody else answers first, and lies
+    bool bElsewhere = false;   // somebody else answers first, and lies, from another port and another machine
     bool bWrongNumber = false; // an answer to another question comes first, and lies
     bool bBroken = false;      // an answer comes first that is cut short, lies and names too long a part
     QByteArray address;        // that it says; empty: where the question came from
@@ -48,6 +48,7 @@ private:
 
     int m_nSocket;
     int m_nElsewhere;
+    int m_nOther; // machine, the same port
     uint16_t m_nPort = 0;
     std::atomic<bool> m_bEnds{false};
     std::atomic<int> m_nAsked{0};
