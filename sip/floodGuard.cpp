@@ -286,6 +286,11 @@ bool floodGuard::isServer(const std::string& host)
     return guard().isAnyServer(host);
 }
 
+bool floodGuard::isFromNetwork(const tagSipStack& stack, const tagStackEvent& event)
+{
+    return event.pMessage && !sourceOf(nua_current_request(stack.pNua)).empty();
+}
+
 std::string floodGuard::sourceOf(msg_t* message)
 {
     su_sockaddr_t address = {};

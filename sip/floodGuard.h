@@ -6,6 +6,7 @@
 // is not heard, before anything is kept of it and without an answer. The servers of the lines may send more,
 // and much more of what is acknowledged: what strangers send takes nothing away from them.
 // Nobody but those servers is told what proves the password: challenges of others are not seen.
+#include "sip/sipStack.h"
 #include <cstdint>
 #include <sofia-sip/msg_types.h>
 #include <string>
@@ -43,5 +44,7 @@ bool isServer(uint32_t line, const std::string& host);
 bool isServer(const std::string& host);
 // The numeric address that a message has come from; empty when there is none.
 std::string sourceOf(msg_t* message);
+// Of the reply that is told now; what the stack itself makes up has no message, or one from nowhere.
+bool isFromNetwork(const tagSipStack& stack, const tagStackEvent& event);
 
 } // namespace floodGuard

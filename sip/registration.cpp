@@ -18,6 +18,7 @@ namespace {
 constexpr const char* kUsualPort = "5060";
 constexpr uint32_t kUsualTlsPort = 5061;
 constexpr uint32_t kMaxAfterMs = 3600000; // a server may ask for patience of an hour
+constexpr const char* kSilence = "The server does not answer";
 constexpr const char* kWrongPassword = "The server does not accept name or password";
 
 std::mt19937& chance()
@@ -172,7 +173,9 @@ void Registration::onRefusal(const tagStackEvent& event)
 {
     const sip_t* message = event.pMessage;
     const uint32_t status = uint32_t(event.nStatus);
-    if (status == 403) {
+    if (!floodGuard::isFromNetwork(m_stack, event)) {
+        failOver(0, reasonOfSilence());
+    } else if (status == 403) {
         refuse(status, event.szPhrase);
     } else if (message && message->sip_retry_after && m_nAddress + 1 >= m_addresses.size()) {
         const auto after = std::min<unsigned long>(message->sip_retry_after->af_delta, kMaxAfterMs / 1000);
@@ -278,7 +281,7 @@ std::string Registration::reasonOfSilence() const
         transport() == SIP_TLS
             ? tlsCheck::problemWith(sipAddress::bareHost(address.host), address.nPort, m_nTlsProblems)
             : "";
-    return problem.empty() ? "The server does not answer" : "TLS: " + problem;
+    return problem.empty() ? kSilence : "TLS: " + problem;
 }
 
 // A connection may be there for this side alone.

@@ -299,6 +299,8 @@ void SipCall::onStack(const tagStackEvent& event)
     default:
         onRequest(event);
     }
+    if (isRequestWithin(event.eEvent) && status >= 200)
+        m_offer.requestIsAnswered();
 }
 
 void SipCall::onRequest(const tagStackEvent& event)
@@ -332,8 +334,6 @@ void SipCall::onRequest(const tagStackEvent& event)
     default:
         break;
     }
-    if (isRequestWithin(event.eEvent) && status >= 200)
-        m_offer.requestIsAnswered();
 }
 
 void SipCall::onState(const tagStackEvent& event)
@@ -361,19 +361,13 @@ void SipCall::onInviteReply(const tagStackEvent& event)
         onSetupReply(event);
 }
 
-// What the stack itself makes up has no message, or one from nowhere.
-bool SipCall::isFromWire(const tagStackEvent& event) const
-{
-    return event.pMessage && !floodGuard::sourceOf(nua_current_request(m_stack.pNua)).empty();
-}
-
 void SipCall::onSetupReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
     const std::string sdp = sdpOf(event.pMessage);
     if (status < 100)
         return;
-    if (isFromWire(event)) {
+    if (floodGuard::isFromNetwork(m_stack, event)) {
         m_bHeard = true;
         m_silent.stop();
         m_name = sipDialog::nameOf(*event.pMessage);
@@ -398,7 +392,7 @@ void SipCall::onSetupReply(const tagStackEvent& event)
 void SipCall::onFinalReply(const tagStackEvent& event)
 {
     const uint32_t status = uint32_t(event.nStatus);
-    const bool isReply = isFromWire(event);
+    const bool isReply = floodGuard::isFromNetwork(m_stack, event);
     const bool isDown = status == 503 || !isReply;
     if (status >= 300 && isDown && m_setup->hasNext()) {
         nextServer();

@@ -82,7 +82,6 @@ private:
     void onRequest(const tagStackEvent& event);
     void onState(const tagStackEvent& event);
     void onInviteReply(const tagStackEvent& event);
-    bool isFromWire(const tagStackEvent& event) const;
     // Before the call talks.
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);

@@ -909,6 +909,10 @@
         <translation>Der Server lehnt Name oder Passwort ab</translation>
     </message>
     <message>
+        <source>There is no secure connection to the server</source>
+        <translation>Keine sichere Verbindung zum Server</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>Der Anruf wurde abgelehnt</translation>
     </message>

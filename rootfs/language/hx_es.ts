@@ -909,6 +909,10 @@
         <translation>El servidor rechaza el nombre o la contraseña</translation>
     </message>
     <message>
+        <source>There is no secure connection to the server</source>
+        <translation>Sin conexión segura con el servidor</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>La llamada fue rechazada</translation>
     </message>

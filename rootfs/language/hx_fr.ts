@@ -909,6 +909,10 @@
         <translation>Le serveur refuse le nom ou le mot de passe</translation>
     </message>
     <message>
+        <source>There is no secure connection to the server</source>
+        <translation>Pas de connexion sécurisée au serveur</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>L’appel a été refusé</translation>
     </message>

@@ -909,6 +909,10 @@
         <translation>服务器不接受用户名或密码</translation>
     </message>
     <message>
+        <source>There is no secure connection to the server</source>
+        <translation>与服务器之间没有安全连接</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>对方已拒接</translation>
     </message>

@@ -173,7 +173,7 @@ TEST_F(RealLines, AServerThatIsGoneIsShownAndWhatIsSimulatedIsNot)
     waitIdle();
     tap("btnCall");
     EXPECT_TRUE(ends("failed"));
-    EXPECT_EQ(lastEnded()["reason"].toString(), "The line is not registered");
+    EXPECT_EQ(lastEnded()["reason"].toString(), "The server does not answer");
 }
 
 TEST_F(RealLines, TheEndOfThePhoneIsToldToTheServerAndTheOtherSide)

@@ -301,7 +301,7 @@ TEST_F(Calls, ThoseThatCannotBeStoredAreToldOnceAndStoredWhenTheyCan)
     EXPECT_TRUE(kit::waitUntil([&] { return told == 1; })) << "who could not be told is told later";
     call("601");
     clear();
-    EXPECT_EQ(history("number", 2), (QStringList{"601", "600"}));
+    EXPECT_EQ(historyOf("number", 2), (QStringList{"601", "600"}));
     EXPECT_EQ(told, 1);
     EXPECT_EQ(faults(), 1);
 
@@ -309,7 +309,7 @@ TEST_F(Calls, ThoseThatCannotBeStoredAreToldOnceAndStoredWhenTheyCan)
     call("602");
     EXPECT_TRUE(kit::waitUntil([&] { return told == 2; })) << "it is another fault";
     clear();
-    EXPECT_EQ(history("number", 1), QStringList{"602"});
+    EXPECT_EQ(historyOf("number", 1), QStringList{"602"});
     callHistoryOnFault(nullptr);
     m_bCleared = true;
     EXPECT_EQ(callHistoryClear(), 1);

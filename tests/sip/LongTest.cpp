@@ -46,6 +46,17 @@ protected:
 
 } // namespace
 
+TEST_F(SipLong, ACallToAServerThatIsSilentEndsAsThat)
+{
+    begin();
+    dial(1, "300");
+    EXPECT_NE(peer->receive("INVITE").toStdString(), "");
+    const auto* ended = next<tagSipEnded>(SIP_ENDED, 1, kLongMs);
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->eEnding, uint32_t(SIP_BROKEN));
+    EXPECT_EQ(ended->nStatus, 408u);
+}
+
 TEST_F(SipLong, AnAnswerThatNobodyAcknowledgesEndsTheCall)
 {
     begin();

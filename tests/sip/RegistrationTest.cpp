@@ -231,6 +231,19 @@ TEST(SipRegistration, AServerOutOfServiceIsTriedAgainAndItsPatienceIsKept)
     EXPECT_EQ(server.receive(1500).toStdString(), "");
 }
 
+TEST(SipRegistration, AServerThatIsNotThereSaysNothingNotEvenThatItIsOutOfService)
+{
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    for (const SIP_TRANSPORT transport : {SIP_UDP, SIP_TCP}) {
+        agent.tell(accountAt(0, UdpPeer::freePort(), transport));
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state);
+        EXPECT_EQ(state->nStatus, 0u);
+        EXPECT_STREQ(state->szReason, "The server does not answer");
+    }
+}
+
 TEST(SipRegistration, ThePatienceThatAServerAsksForHasItsBound)
 {
     UdpPeer server;

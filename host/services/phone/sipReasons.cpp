@@ -51,6 +51,8 @@ const char* sipReasonOfLine(const tagSipLine& line)
         if (strcmp(reason, line.szReason) == 0)
             return reason;
     }
+    if (strstr(line.szReason, "TLS") || strstr(line.szReason, "certificate"))
+        return HX_TR("There is no secure connection to the server");
     return line.nStatus == 403 ? wrongPassword : HX_TR("The line is not registered");
 }
 
