@@ -2,8 +2,8 @@
 #include "players/rtpPeer.h"
 #include "tests/calls/callStand.h"
 #include "tests/calls/lossyWay.h"
-#include "tests/calls/wirePort.h"
 #include "tests/kit/plain/processes.h"
+#include "tests/players/wirePort.h"
 #include <dirent.h>
 #include <unistd.h>
 
@@ -192,6 +192,31 @@ QByteArray loudPacket(quint16 number, quint32 source = 0xBAD)
     rtpPacket::write({8, false, number, number * 160u, source}, head);
     return QByteArray(reinterpret_cast<char*>(head), sizeof head) +
            QByteArray("\x2a\x2a\xaa\xaa", 4).repeated(40);
+}
+
+TEST_F(CallSound, TwoLoudVoicesTogetherAreLoudAndNotBroken)
+{
+    CallPhone silent(0);
+    CallEnd one(silent, 1), two(silent, 2);
+    const WirePort first, second;
+    agreeWith(one, first.port());
+    agreeWith(two, second.port());
+    // As loud as can be, on one side of nothing: all of both lie upon each other.
+    unsigned char head[rtpPacket::HEAD_BYTES];
+    quint16 said = 0;
+    const auto isLoud = [&] {
+        rtpPacket::write({8, false, said, said * 160u, 0x600D}, head);
+        const QByteArray packet =
+            QByteArray(reinterpret_cast<char*>(head), sizeof head) + QByteArray(160, '\xaa');
+        first.say(one.port, packet);
+        second.say(two.port, packet);
+        const kit::RecordedSound heard = silent.voice.heard(0.06);
+        return ++said > 20 && std::all_of(heard.samples().begin(), heard.samples().end(),
+                                          [](float sample) { return sample > 0.9F; });
+    };
+    EXPECT_TRUE(waitFor(isLoud));
+    for (CallEnd* end : {&one, &two})
+        end->with([](callSession& session) { EXPECT_GT(session.buffer().counts().nPlayed, 0); });
 }
 
 TEST_F(CallSound, AStrangerIsNotHeard)

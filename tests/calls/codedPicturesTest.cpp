@@ -102,6 +102,9 @@ TEST(SequenceParameters, TellTheSizeThatIsCoded)
     ASSERT_TRUE(cut);
     EXPECT_EQ(cut->nWidth, 8192) << "16 of them are shown";
     EXPECT_FALSE(readSet(RawPictures::sequenceSet(0x7fffffff, 0x7fffffff)));
+    const auto padded = readSet(QByteArray::fromHex("6742e01fda0280f7000200000300100034"));
+    ASSERT_TRUE(padded) << "a byte of it only keeps start codes out";
+    EXPECT_EQ(padded->nWidth, 640);
 }
 
 TEST(SequenceParameters, WhatEndsEarlyOrIsTooLongIsNone)
@@ -248,6 +251,15 @@ TEST_F(CodedPictures, SlicesThatLieUponEachOtherAreSeveralPicturesOrNone)
     EXPECT_FALSE(put(QByteArray::fromHex("614a22"), true));
     EXPECT_EQ(m_coded.mid(2), QList<QByteArray>{kStart + kNext + kStart + QByteArray::fromHex("614a22") +
                                                 kStart + QByteArray::fromHex("616a22")});
+}
+
+TEST_F(CodedPictures, AnotherTimeIsAnotherPictureThoughItsBeginningIsLost)
+{
+    begin();
+    EXPECT_TRUE(put(kNext));
+    m_nTime += 3000;
+    put(QByteArray::fromHex("614a22"));
+    EXPECT_EQ(m_coded.mid(1), QList<QByteArray>{kStart + kNext});
 }
 
 TEST_F(CodedVp8, AKeyPictureTellsItsSize)

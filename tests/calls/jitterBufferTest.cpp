@@ -170,6 +170,21 @@ TEST_F(Buffer, AnotherStreamIsPlayedAfterAWhileThoughItsNumbersAreOthers)
     EXPECT_EQ(take(260 * kMs), "new");
 }
 
+TEST_F(Buffer, PacketsThatAreTooLateNowAndThenDoNotBeginTheStreamAnew)
+{
+    int silent = 0;
+    for (int n = 0; n < 600; ++n) {
+        if (n % 20 != 0)
+            bring(n, 0);
+        if (n > 40 && n % 20 == 5)
+            bring(n - 25, 500);
+        const bool isSilent = take(n * kFrame) == "nothing";
+        silent += n > 100 && isSilent; // by then it is held as long as can be
+    }
+    EXPECT_GT(m_buffer.counts().nLate, 20);
+    EXPECT_EQ(silent, 0);
+}
+
 TEST_F(Buffer, ALongPauseOfTheSenderIsNoDelay)
 {
     bring(0, 0);

@@ -46,6 +46,7 @@ TEST_F(Negotiation, AnOfferNamesTheCodecsInTheOrderOfPreference)
     EXPECT_EQ(mediaLines(offer), "m=audio 36000 RTP/AVP 96 9 8 0 101|");
     for (const char* line :
          {"o=- 77 1 IN IP4 192.0.2.1\r\n", "c=IN IP4 192.0.2.1\r\n", "a=rtpmap:96 opus/48000/2\r\n",
+          "a=fmtp:96 useinbandfec=1;maxplaybackrate=16000;sprop-maxcapturerate=16000\r\n",
           "a=rtpmap:9 G722/8000\r\n", "a=rtpmap:101 telephone-event/8000\r\n", "a=fmtp:101 0-15\r\n",
           "a=ptime:20\r\n", "a=rtcp:36001\r\n", "a=rtcp-mux\r\n", "a=sendrecv\r\n"})
         EXPECT_TRUE(offer.contains(line)) << line;

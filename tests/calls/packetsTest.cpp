@@ -114,7 +114,21 @@ TEST(SecureRtp, ReportsAreSealedToo)
     const QByteArray plain = reports.report(1);
     const QByteArray closed = sealed(*seal, plain, true);
     EXPECT_FALSE(closed.contains("name-of-this-side"));
+    EXPECT_EQ(closed.size(), plain.size() + 4 + 10) << "their seal is the long one, whatever the sound's is";
     EXPECT_EQ(opened(*open, closed, true), plain);
+}
+
+TEST(SecureRtp, APacketMayComeAFewSecondsLate)
+{
+    const QByteArray key(callCrypto::KEY_BYTES, 'k');
+    const auto seal = secureRtp::make(CRYPTO_SUITE::AES_SHA1_80, key, secureRtp::WAY::OUT);
+    const auto open = secureRtp::make(CRYPTO_SUITE::AES_SHA1_80, key, secureRtp::WAY::IN);
+    const QByteArray first = packetOf(8, 0, "the first word");
+    const QByteArray late = sealed(*seal, first, false);
+    for (quint16 n = 1; n < 200; ++n)
+        EXPECT_NE(opened(*open, sealed(*seal, packetOf(8, n, "another word"), false), false), "") << n;
+    EXPECT_EQ(opened(*open, late, false), first);
+    EXPECT_EQ(opened(*open, late, false), "") << "a second time";
 }
 
 // The other side of a stream, on one port of this machine.

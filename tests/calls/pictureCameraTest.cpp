@@ -3,6 +3,7 @@
 // there.
 #include "tests/calls/pictureStand.h"
 #include <QFile>
+#include <cstring>
 
 namespace {
 
@@ -89,10 +90,11 @@ TEST_P(PictureCameraSizes, AnotherSizeBecomesTheOneThatIsSent)
     connect(m_one, m_other, video(), video(false));
     EXPECT_TRUE(sees(m_other));
     EXPECT_EQ(m_other.seen.nWidth, 640);
+    EXPECT_EQ(m_other.seen.bBordered, strncmp(GetParam(), "width=1920", 10) == 0) << "of another shape";
 }
 
 INSTANTIATE_TEST_SUITE_P(Cameras, PictureCameraSizes,
                          testing::Values("width=320,height=240", "width=1280,height=960",
-                                         "width=1920,height=1080,framerate=5/1"));
+                                         "width=1920,height=1080,framerate=5/1,pixel-aspect-ratio=1/1"));
 
 } // namespace

@@ -3,8 +3,8 @@
 #include "players/callDesk.h"
 #include "tests/calls/pictureStand.h"
 #include "tests/calls/rawPictures.h"
-#include "tests/calls/wirePort.h"
 #include "tests/kit/plain/processes.h"
+#include "tests/players/wirePort.h"
 #include <QElapsedTimer>
 #include <random>
 #include <unistd.h>
@@ -118,6 +118,17 @@ TEST_F(PictureFaults, AStrangerIsNeitherSeenNorObeyed)
     WirePort().say(port + 1, wanted);
     EXPECT_TRUE(waitFor([&] { return m_other.session->counts().nKeyed == 1; }));
     expectGoodPictures();
+}
+
+TEST_F(PictureFaults, WhereAPacketIsLostAWholePictureIsAskedFor)
+{
+    connectRaw();
+    m_raw.sendCamera();
+    ASSERT_TRUE(sees(m_other));
+    pass(600); // longer than between two questions
+    const int asked = m_other.session->counts().nAsked;
+    m_raw.send("lost", 90000, false, 127); // its number is missing among the pictures'
+    EXPECT_TRUE(waitFor([&] { return m_other.session->counts().nAsked > asked; }));
 }
 
 TEST_F(PictureFaults, WhatIsNoPictureIsLeftOutAndTheNextOneIsSeen)

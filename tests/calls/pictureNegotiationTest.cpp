@@ -163,6 +163,25 @@ TEST_F(PictureNegotiation, ALevelBoundsSizeAndRateAndEachSideHasItsOwn)
         video());
     EXPECT_TRUE(answer.contains("profile-level-id=42e01f;packetization-mode=1;level-asymmetry-allowed=1"));
     EXPECT_EQ(agreed().bounds.nWidth, 176);
+    for (const auto& [theirs, ours] : {std::pair("14", "14"), std::pair("1f", "1f"), std::pair("28", "1f")})
+        EXPECT_TRUE(
+            m_ours
+                .answer(described("97", h264(97, QByteArray("packetization-mode=1;profile-level-id=42e0") +
+                                                     theirs)),
+                        video())
+                .contains(QByteArray("profile-level-id=42e0") + ours + ";packetization-mode=1\r\n"))
+            << theirs << ": one level for both, and none that is too much here";
+}
+
+TEST_F(PictureNegotiation, WhoeverStopsTheSoundStopsThePicturesToo)
+{
+    const QByteArray picture =
+        "m=video 5006 RTP/AVP 97\r\n" + h264(97, "profile-level-id=42e01f;packetization-mode=1");
+    ASSERT_FALSE(m_ours.answer(kHead + kSound + picture, video()).isEmpty());
+    ASSERT_TRUE(agreed().bSends);
+    const QByteArray answer = m_ours.answer(kHead + "m=audio 0 RTP/AVP 8\r\n" + picture, video());
+    EXPECT_EQ(mediaLines(answer), "m=audio 0 RTP/AVP 8|m=video 0 RTP/AVP 97|");
+    EXPECT_FALSE(agreed().bPicture || agreed().bSends) << "the camera";
 }
 
 TEST_F(PictureNegotiation, TheLowerBandwidthAndTheWantedRateHold)
@@ -304,6 +323,23 @@ TEST_F(PictureNegotiation, PicturesInClearDoNotComeToACallThatIsEncrypted)
     m_ours = callNegotiation(ownMedia(), countedKeys());
     EXPECT_TRUE(has(clear)) << "it begins so";
     EXPECT_TRUE(has(clear)) << "and goes on";
+}
+
+TEST_F(PictureNegotiation, NoAnswerBringsPicturesInClearIntoACallThatIsEncrypted)
+{
+    const QByteArray key =
+        "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" + QByteArray(30, 'k').toBase64() + "\r\n";
+    const QByteArray secure = kHead + "m=audio 5004 RTP/SAVP 8\r\n" + key;
+    const QByteArray format = h264(97, "profile-level-id=42e01f;packetization-mode=1");
+    ASSERT_FALSE(m_ours.answer(secure + "m=video 5006 RTP/SAVP 97\r\n" + key + format, video()).isEmpty());
+    ASSERT_TRUE(agreed().bPicture);
+    m_ours.offer(video());
+    EXPECT_TRUE(m_ours.agree(secure + "m=video 5006 RTP/SAVP 97\r\n" + key + format));
+    EXPECT_TRUE(agreed().bPicture);
+    m_ours.offer(video());
+    EXPECT_TRUE(m_ours.agree(secure + "m=video 5006 RTP/AVP 97\r\n" + format));
+    EXPECT_FALSE(agreed().bPicture);
+    EXPECT_TRUE(m_ours.agreed().bSound);
 }
 
 TEST_F(PictureNegotiation, TheOtherSideOpensNoCameraThatTheCallBeganWithout)

@@ -79,6 +79,18 @@ TEST(PictureRate, FallsWithLossAndComesBack)
     EXPECT_EQ(rate.kbit(), pictureRate::USUAL_KBIT);
 }
 
+TEST(PictureRate, ThatHasFallenStaysSoWhenTheSameIsAgreedAnew)
+{
+    pictureRate rate;
+    rate.setMost(600);
+    ASSERT_TRUE(rate.told(100));
+    const int fallen = rate.kbit();
+    rate.setMost(600);
+    EXPECT_EQ(rate.kbit(), fallen) << "a hold, say";
+    rate.setMost(400);
+    EXPECT_EQ(rate.kbit(), 400) << "of another one nothing is known";
+}
+
 TEST(PictureReports, ANewPictureIsAskedForInBothWaysAndOnlyOfItsSender)
 {
     rtcpReports asks(1, "one");

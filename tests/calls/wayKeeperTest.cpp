@@ -2,8 +2,8 @@
 #include "players/pictureSession.h"
 #include "sip/stunMessage.h"
 #include "tests/calls/callStand.h"
-#include "tests/calls/wirePort.h"
 #include "tests/players/pictureSide.h"
+#include "tests/players/wirePort.h"
 
 namespace {
 

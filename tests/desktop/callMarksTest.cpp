@@ -4,16 +4,22 @@
 #include "host/desktop/callPicture.h"
 #include "host/desktop/deviceCalls.h"
 #include "host/desktop/frmCall.h"
+#include "host/screen/screenState.h"
 #include "host/services/phone/phoneService.h"
 #include "host/services/phone/phoneSimulation.h"
+#include "host/services/players/videoFrameWriter.h"
+#include "host/services/players/videoFrames.h"
 #include "support/host/bars.h"
 #include "support/host/managers.h"
 #include "support/host/message.h"
+#include "support/host/player.h"
 #include "support/host/registry.h"
 #include "tests/desktop/callScreenStand.h"
 #include "tests/kit/contrast.h"
 #include <QImage>
 #include <QLabel>
+#include <algorithm>
+#include <unistd.h>
 
 namespace {
 
@@ -329,6 +335,84 @@ TEST_F(CallMarks, ThePictureStandsBackForAHoldThePadAndACallThatRings)
     EXPECT_FALSE(picture()->isVisible());
     EXPECT_EQ(labelText(screen(), "labState"), "On hold");
     EXPECT_EQ(labelText(screen(), "labNumber"), "4711");
+}
+
+TEST_F(CallMarks, ThePictureBeforeIsNotSeenAsAnotherCalls)
+{
+    videoFrameWriter server;
+    ASSERT_TRUE(server.open());
+    const auto paint = [&](QRgb colour) {
+        ASSERT_TRUE(server.write(QSize(800, 440), QRect(), [=](unsigned char* pixels) {
+            std::fill_n(reinterpret_cast<QRgb*>(pixels), 800 * 440, colour);
+        }));
+        msgObject message(MEDIA_MSG_FRAME, unsigned(getpid()), unsigned(server.descriptor()));
+        EXPECT_EQ(videoFrames::instance().TryThreadMessage(message), 1);
+        kit::settle();
+    };
+    const auto isShown = [](QRgb colour) { return kit::screen().pixel(300, 220) == colour; };
+    paint(0xffff0000); // a film's
+    stream(talk("4711", "Anna"), "Opus", "H.264");
+    picture()->SetFrame(QImage());
+    ASSERT_TRUE(picture()->isVisible());
+    EXPECT_TRUE(isShown(0xff000000)) << "until its first one comes";
+    paint(0xff00ff00);
+    EXPECT_TRUE(isShown(0xff00ff00));
+    stream(talk("4712", "Bob"), "Opus", "H.264");
+    ASSERT_TRUE(picture()->isVisible());
+    EXPECT_TRUE(isShown(0xff000000)) << "that is not Bob";
+    paint(0xff0000ff);
+    EXPECT_TRUE(isShown(0xff0000ff));
+}
+
+TEST_F(CallMarks, TheCornerIsThereOnlyWhereAnOwnPictureGoesOut)
+{
+    const int id = talk("4711");
+    tagCallStreams streams;
+    streams.strPicture = "H.264";
+    for (const int own : {1, 0, 1}) {
+        streams.nOwnPicture = own;
+        ASSERT_TRUE(phoneSimulation::instance()->setStreams(id, streams));
+        kit::settle();
+        ASSERT_TRUE(picture()->isVisible());
+        EXPECT_EQ(child("wgtCorner")->isVisible(), own == 1);
+    }
+}
+
+TEST_F(CallMarks, WhatWasChosenInOneCallIsNotChosenInTheNext)
+{
+    talk("4711");
+    kit::key(Qt::Key_Right);
+    hangUpAll();
+    const int id = talk("4712");
+    kit::key(Qt::Key_Return);
+    ASSERT_EQ(phoneService::instance().calls().size(), 1);
+    EXPECT_EQ(phoneService::instance().calls()[0].nId, id);
+    EXPECT_FALSE(phoneService::instance().calls()[0].bMuted);
+    kit::key(Qt::Key_Right);
+    kit::key(Qt::Key_Return);
+    EXPECT_TRUE(phoneService::instance().calls()[0].bMuted);
+}
+
+TEST_F(CallMarks, AFingerThatHasSlidOffHasTouchedNothing)
+{
+    stream(talk("4711"), "Opus", "H.264");
+    kit::press(QPoint(300, 220));
+    kit::moveTo(QPoint(300, 500));
+    kit::release(QPoint(300, 500));
+    EXPECT_EQ(picture()->height(), 440);
+    kit::tap(QPoint(300, 220));
+    EXPECT_EQ(picture()->height(), 480);
+}
+
+TEST_F(CallMarks, AfterALongCallTheScreenStaysForAWhile)
+{
+    talk("4711");
+    constexpr qint64 kHour = 3600000;
+    screenState::instance().setIdle(kHour);
+    hangUpAll();
+    kit::stepTime(2000);
+    ASSERT_EQ(screen(), nullptr);
+    EXPECT_LT(screenState::instance().idleMs(), kHour / 2);
 }
 
 TEST_F(CallMarks, ADoorIsSeenBeforeTheAnswer)

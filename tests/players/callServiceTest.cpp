@@ -1,109 +1,15 @@
-// Calls at the real media server, as the phone asks for them: two servers would need two phones, so that a
-// call goes from one of the server's calls to another.
-#include "host/services/messages/messageBus.h"
-#include "host/services/phone/mediaSessions.h"
+// Calls at the real media server, one by one: what is described, heard and seen, and what becomes of it when
+// either side dies.
 #include "host/services/players/videoFrames.h"
 #include "tests/kit/plain/processes.h"
-#include "tests/kit/plain/recordedSound.h"
 #include "tests/kit/plain/stunServer.h"
+#include "tests/players/callServiceStand.h"
 #include "tests/players/films.h"
 #include "tests/players/pictureSide.h"
-#include "tests/players/playersTest.h"
-#include <QDir>
-#include <QFile>
+#include "tests/players/wirePort.h"
+#include <csignal>
 
 namespace {
-
-constexpr int kRate = 16000;
-constexpr double kHertz = 440;
-
-struct CallNews : public sipMediaNews
-{
-    void mediaDescribed(int call, const QByteArray& sdp) override
-    {
-        ++nDescribed[call];
-        described[call] = sdp;
-    }
-    void mediaMissing(int call) override
-    {
-        ++nMissing;
-        mediaDescribed(call, {});
-    }
-    void mediaChanged(int call, const tagCallStreams& changed) override { streams[call] = changed; }
-    void mediaLost() override { ++nLost; }
-    void mediaUnfit(int call) override { ++nUnfit[call]; }
-
-    QHash<int, QByteArray> described;
-    QHash<int, int> nDescribed;
-    QHash<int, tagCallStreams> streams;
-    QHash<int, int> nUnfit;
-    int nMissing = 0;
-    int nLost = 0;
-};
-
-class CallService : public playersTest
-{
-protected:
-    CallService()
-    {
-        qputenv("HX_SOUND_SOURCE", "audiotestsrc is-live=true volume=0.3 samplesperbuffer=160 freq=440");
-        qputenv("HX_SOUND_SINK", kit::recordingSink(hostPath("/rundata/sound.raw")));
-        qputenv("HX_SOUND_PROCESSING", "off"); // a tone is noise
-        m_sessions.setNews(&m_news);
-    }
-    ~CallService() override
-    {
-        for (const char* name : {"HX_SOUND_SOURCE", "HX_SOUND_SINK", "HX_SOUND_PROCESSING"})
-            qunsetenv(name);
-    }
-    QByteArray offerOf(int call, const tagMediaWish& wish = {})
-    {
-        const int before = m_news.nDescribed[call];
-        m_sessions.offer(call, wish);
-        EXPECT_EQ(m_news.nDescribed[call], before) << "not before the call has returned";
-        EXPECT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[call] > before; }));
-        return m_news.described[call];
-    }
-    QByteArray answerOf(int call, const QByteArray& offer, const tagMediaWish& wish = {})
-    {
-        const int before = m_news.nDescribed[call];
-        m_sessions.answer(call, offer, wish);
-        EXPECT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[call] > before; }));
-        return m_news.described[call];
-    }
-    void connect(int from, int to, const tagMediaWish& wish = {})
-    {
-        m_sessions.agree(from, answerOf(to, offerOf(from, wish)));
-    }
-    kit::RecordedSound heard() const { return kit::RecordedSound(hostPath("/rundata/sound.raw")); }
-    bool isHeard(int ms = 8000)
-    {
-        return kit::waitUntil([&] { return heard().last(0.3, kRate).has(kHertz); }, ms);
-    }
-    // The coder's part of the toolkit.
-    bool isLoaded(const char* library) const
-    {
-        QFile maps(QString("/proc/%1/maps").arg(m_media.processId()));
-        return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(library);
-    }
-    bool isLoudspeakerOpen() const
-    {
-        for (const QFileInfo& handle : QDir(QString("/proc/%1/fd").arg(m_media.processId()))
-                                           .entryInfoList(QDir::AllEntries | QDir::System)) {
-            if (handle.symLinkTarget().endsWith("/sound.raw"))
-                return true;
-        }
-        return false;
-    }
-    bool isSilent()
-    {
-        return kit::waitUntil(
-            [&] { return heard().seconds(kRate) > 0.3 && heard().last(0.3, kRate).peak() < 0.005; }, 8000);
-    }
-
-    CallNews m_news;
-    mediaSessions m_sessions;
-};
 
 TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
 {
@@ -372,6 +278,53 @@ TEST_F(CallPictures, HoldTakesThePictureAwayAndTheEndGivesItsMemoryBack)
     m_sessions.end(1);
     EXPECT_TRUE(kit::waitUntil([&] { return shown().isNull() && shared() < before + 200; }, 8000))
         << shared();
+}
+
+TEST_F(CallPictures, TheLockIsShownOnlyWhereThePicturesAreEncryptedToo)
+{
+    startMedia();
+    const QByteArray key =
+        "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" + QByteArray(30, 'k').toBase64() + "\r\n";
+    const QByteArray sound = "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
+                             "m=audio 40000 RTP/SAVP 8\r\n" +
+                             key;
+    const QByteArray format =
+        "a=rtpmap:97 H264/90000\r\na=fmtp:97 profile-level-id=42e01f;packetization-mode=1\r\n";
+    EXPECT_TRUE(answerOf(1, sound + "m=video 40002 RTP/AVP 97\r\n" + format, video()).contains("a=crypto"));
+    answerOf(2, sound + "m=video 40004 RTP/SAVP 97\r\n" + key + format, video());
+    for (const int call : {1, 2}) {
+        const tagCallStreams& streams = m_news.streams[call];
+        EXPECT_TRUE(
+            kit::waitUntil([&] { return !streams.strSound.isEmpty() && !streams.strPicture.isEmpty(); }));
+        EXPECT_EQ(streams.bEncrypted, call == 2) << "of sound alone it would be a lie";
+    }
+}
+
+TEST_F(CallPictures, AsManyPicturesAndBitsGoOutAsTheLineSays)
+{
+    startMedia();
+    tagMediaWish wish = video();
+    wish.options.nBandwidth = 512;
+    wish.options.nFrameRate = 5;
+    const QByteArray offer = offerOf(1, wish);
+    EXPECT_TRUE(offer.contains("b=AS:512\r\n")) << offer.constData();
+    const WirePort there;
+    callNegotiation negotiation(onThisMachine(40000, there.port()));
+    tagMediaWant want;
+    want.bVideo = true;
+    m_sessions.agree(1, negotiation.answer(offer, want));
+    QList<quint32> times;
+    while (times.size() < 6) {
+        const QByteArray packet = there.next();
+        ASSERT_FALSE(packet.isEmpty());
+        const auto* bytes = reinterpret_cast<const unsigned char*>(packet.constData());
+        tagRtpHead head;
+        int start = 0, length = 0;
+        if (!rtpPacket::isRtcp(bytes, int(packet.size())) &&
+            rtpPacket::read(bytes, int(packet.size()), head, start, length) && !times.contains(head.nTime))
+            times.append(head.nTime);
+    }
+    EXPECT_GT((times.last() - times.first()) / 5, quint32(PICTURE_CLOCK / 8)) << "five a second";
 }
 
 TEST_F(CallPictures, PicturesThatDoNotComeOrEndAreToldOf)

@@ -7,6 +7,7 @@ void SeenPictures::showOther(const GstVideoFrame& frame)
                       frame.info.stride[0], QImage::Format_Grayscale8);
     nNumber = numberIn(grey);
     nWidth = grey.width();
+    bBordered = qGray(grey.pixel(grey.width() / 64, 2)) < 64;
     ++nOther;
 }
 

@@ -12,6 +12,7 @@ struct SeenPictures : public pictureEnd
 
     std::atomic<int> nNumber{-1};
     std::atomic<int> nWidth{0};
+    std::atomic<bool> bBordered{false}; // above, where a number begins with white
     std::atomic<int> nOther{0};
     std::atomic<int> nOwn{0};
 };

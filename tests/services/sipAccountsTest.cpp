@@ -1,5 +1,7 @@
 // The accounts of the files as the SIP user agent is told them, and the states of lines that it tells.
+#include "host/services/phone/mediaSessions.h"
 #include "host/services/system/netWorld.h"
+#include "support/host/registry.h"
 #include "tests/services/recorder.h"
 #include "tests/services/sipStand.h"
 
@@ -168,6 +170,63 @@ TEST_F(SipAccounts, AfterALongOutageOfTheServerALineIsSoonBack)
     constexpr uint32_t kMostPatientUser = 2 * 60 * 1000;
     EXPECT_LE(setup->nRetryLastMs, kMostPatientUser);
     EXPECT_GT(setup->nRetryLastMs, setup->nRetryMs) << "a server that is down is not asked all the time";
+}
+
+TEST_F(SipAccounts, NoRegistrationIsLongerThanOneMayBe)
+{
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") + "Expires=864000\n");
+    boot();
+    agentComes();
+    EXPECT_EQ(told().nExpires, 86400u);
+}
+
+TEST_F(SipAccounts, ABlankAtTheEndOfAPasswordIsPartOfIt)
+{
+    ASSERT_EQ(
+        nuxSetRegistryString("/rundata/config/user/voip/sipAccount0.cfg", "account", "password", " s3cret "),
+        1);
+    boot();
+    agentComes();
+    EXPECT_STREQ(told().szPassword, " s3cret ");
+}
+
+TEST_F(SipAccounts, ALineThatIsRegisteredHasItsMediaMadeReady)
+{
+    boot();
+    agentComes();
+    told();
+    EXPECT_EQ(media->nPrepared, 0) << "nobody can call as yet";
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    EXPECT_TRUE(comesTo(0, LINE_DEFAULT_ACCOUNT));
+    EXPECT_GT(media->nPrepared, 0);
+}
+
+TEST_F(SipAccounts, TheAgentIsToldItsPortsItsCertificatesAndHowLongItMayWait)
+{
+    const auto setup = [this] {
+        boot();
+        EXPECT_TRUE(agent.comeTo(hostPath("/rundata/run/hxSip.link")));
+        const auto* record = agent.next<tagSipSetup>(SIP_SETUP);
+        EXPECT_TRUE(record);
+        return record ? *record : tagSipSetup();
+    };
+    const char* const folder = "/rundata/config/certificates";
+    nuxSetRegistryInt("/rundata/config/system.ini", "SIP", "nPort", 5070);
+    nuxSetRegistryInt("/rundata/config/system.ini", "SIP", "nTlsPort", 5071);
+    writeFile("/rundata/config/certificates/agent.pem", "certificate");
+    tagSipSetup told = setup();
+    EXPECT_EQ(told.nPort, 5070u);
+    EXPECT_EQ(told.nTlsPort, 5071u);
+    EXPECT_STREQ(told.szCertificates, "") << "one of them is missing";
+    EXPECT_GT(told.nOfferMs, uint32_t(mediaSessions::ANSWER_MS)) << "the media process has its time";
+    constexpr uint32_t kMostPatientCaller = 6000;
+    EXPECT_LE(told.nSilentMs, kMostPatientCaller);
+    EXPECT_GT(told.nSilentMs, 1000u) << "a slow server is none that is silent";
+    writeFile("/rundata/config/certificates/cafile.pem", "authority");
+    nuxSetRegistryInt("/rundata/config/system.ini", "SIP", "nPort", 70000);
+    told = setup();
+    EXPECT_EQ(told.nPort, 0u) << "there is no such port";
+    EXPECT_STREQ(told.szCertificates, hostPath(folder).toUtf8().constData());
 }
 
 TEST_F(SipAccounts, WaitingMessagesAreThoseOfTheServer)

@@ -126,3 +126,70 @@ TEST_F(SipCallMedia, TwoThatAreJoinedAreJoinedAgainWithTheNextMedia)
     media->tellChanged(two, sound);
     EXPECT_FALSE(media->orders.contains("join"));
 }
+
+TEST_F(SipCallMedia, MediaThatDieWhileItRingsThereAreOfferedOnceItTalks)
+{
+    dials("300");
+    media->tellLost();
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA)) << "the offer is on its way";
+    tellMedia(SIP_TALK, OUT, "their answer");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
+}
+
+TEST_F(SipCallMedia, OfMediaThatAreLostNothingIsShownAnyMore)
+{
+    talksOut();
+    tagCallStreams streams;
+    streams.strSound = "Opus";
+    streams.strPicture = "H.264";
+    streams.nQuality = 4;
+    streams.bEncrypted = true;
+    media->tellChanged(call().nId, streams);
+    ASSERT_TRUE(call().bVideo && call().streams.bEncrypted);
+    media->tellLost();
+    for (const tagCall& told : {call(), heard.last()}) {
+        EXPECT_FALSE(told.bVideo);
+        EXPECT_TRUE(told.streams == tagCallStreams()) << "a lock, and codecs, that nobody has agreed on";
+    }
+}
+
+TEST_F(SipCallMedia, AHoldThatTheOtherSideIsToldInAnAnswerIsNotOfferedToo)
+{
+    talksOut();
+    rules().setHeld(call().nId, true);
+    nextMedia(SIP_MEDIA);
+    tellMedia(SIP_TALK, OUT, "held");
+    media->orders.clear();
+    tellMedia(SIP_OFFER, OUT, "anew");
+    EXPECT_EQ(nextMedia(SIP_MEDIA).left(6), "answer");
+    tellMedia(SIP_TALK, OUT, "anew");
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA));
+    EXPECT_EQ(media->orders, QStringList{"answer anew with held"});
+}
+
+TEST_F(SipCallMedia, NeitherNumbersNorTonesAreWrittenToTheLog)
+{
+    auto record = arrival(IN, "4930123456");
+    sipWire::setText(record.szName, "Doris Keller");
+    const int id = arrives(record);
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_TRUE(agent.next<tagSipMedia>(SIP_ANSWER));
+    tellMedia(SIP_TALK, IN, "their offer");
+    const qsizetype before = traces().size();
+    for (const bool inSound : {true, false}) {
+        media->bTakesTones = inSound;
+        EXPECT_TRUE(rules().sendTones(id, "9137"));
+    }
+    EXPECT_EQ(traces().size(), before) << "not even that there were some";
+    EXPECT_TRUE(rules().transfer(id, "4989555777"));
+    tellEnd(IN, SIP_HUNG_UP);
+    EXPECT_TRUE(waitsForEnd());
+    talksOut("4930987654");
+    phoneService::instance().hangUp(call().nId);
+    arrives(arrival(IN + 1, "4930123456"));
+    tellEnd(IN + 1, SIP_CANCELLED);
+    EXPECT_TRUE(waitsForEnd(3));
+    for (const char* secret : {"4930123456", "Keller", "4989555777", "4930987654"})
+        EXPECT_EQ(traces().filter(secret), QStringList()) << secret;
+    EXPECT_FALSE(traces().isEmpty());
+}

@@ -117,6 +117,52 @@ TEST_F(SipCallTransfer, TwoAreConnectedWhenBothAreAgreed)
     EXPECT_TRUE(agent.next<tagSipConnect>(SIP_CONNECT));
 }
 
+TEST_F(SipCallTransfer, WhereACallWasToGoIsNotWhereItWentWhenNothingCameOfIt)
+{
+    talksOut();
+    EXPECT_TRUE(backend().transfer(call().nId, "400"));
+    EXPECT_EQ(call().strTarget, "400");
+    phoneService::instance().hangUp(call().nId);
+    EXPECT_EQ(lastEnded().eEnd, CALL_HUNG_UP);
+    EXPECT_EQ(lastEnded().strTarget, "");
+    tellEnd(dials("300"), SIP_REDIRECTED, 302, "sip:301@example.com");
+    const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
+    ASSERT_TRUE(dial);
+    EXPECT_NE(call().strTarget, "");
+    tellEnd(dial->head.nId, SIP_REFUSED, 486);
+    EXPECT_TRUE(waitsForEnd(2));
+    EXPECT_EQ(lastEnded().strTarget, "");
+}
+
+TEST_F(SipCallTransfer, AnAgentWhoseCallsHaveNoEndIsRefusedMoreOfThem)
+{
+    talksIn(IN);
+    auto record = arrival(IN, "201", "new offer");
+    record.nReplaces = IN;
+    int answered = 1;
+    for (; answered < 2 * SIP_CALLS_MAX; ++answered) {
+        record.head.nId = IN + uint32_t(answered);
+        agent.tell(record);
+        EXPECT_NE(nextMedia(SIP_ANSWER), "nothing");
+    }
+    record.head.nId = IN + uint32_t(answered);
+    agent.tell(record);
+    EXPECT_EQ(nextStatus(SIP_REFUSE), 486u);
+    EXPECT_EQ(calls().size(), answered);
+}
+
+TEST_F(SipCallTransfer, ACallThatCannotBeSentOnDoesNotRingWithoutASound)
+{
+    // A number that has no room where it would go.
+    nuxSetRegistryString("/rundata/config/user/user.ini", "AlwaysForward", "strTarget",
+                         QString(100, QChar(0x4e2d)).toUtf8().constData());
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "AlwaysForward", "bEnable", 1);
+    agent.tell(arrival(IN));
+    EXPECT_EQ(nextStatus(SIP_REFUSE), 486u);
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_TRUE(calls().isEmpty());
+}
+
 TEST_F(SipCallTransfer, WhyItFailedIsSaidOfWhoWasToBeReached)
 {
     const struct

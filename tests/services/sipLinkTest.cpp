@@ -1,4 +1,5 @@
 // Lines whose agent comes and goes, lies, or is not there: what the phone tells it, and what it shows.
+#include "host/services/phone/sipLink.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/services/sipStand.h"
 #include "tests/sip/udpPeer.h"
@@ -14,6 +15,8 @@
 #include <unistd.h>
 
 namespace {
+
+constexpr uint32_t OUT = SIP_CALL_FIRST;
 
 class SipLink : public SipPhone
 {
@@ -170,6 +173,35 @@ TEST_F(SipLink, AFloodLeavesTheEventLoopItsTurns)
     EXPECT_LE(traces().filter("line 1 ").size(), 32);
     EXPECT_TRUE(kit::waitUntil([&] { return traces().filter("line 1 ").size() == 300; }));
     EXPECT_EQ(stateOf(0), LINE_DEFAULT_ACCOUNT);
+}
+
+TEST_F(SipLink, AnAgentThatReadsNothingIsEndedBeforeThePhonesMemoryIs)
+{
+    begin();
+    talksOut();
+    agent.stopReading();
+    // Each is answered with a whole description.
+    constexpr int kEnough = 2 * (sipLink::WAITING_MAX / SIP_SDP_SIZE);
+    for (int offer = 0; offer < kEnough && stateOf(0) == LINE_DEFAULT_ACCOUNT; ++offer)
+        tellMedia(SIP_OFFER, OUT, "anew");
+    EXPECT_TRUE(waitsForEnd());
+    expectTurnedAway();
+}
+
+TEST_F(SipLink, WhatOneAgentWasNotToldIsNotToldToTheNext)
+{
+    begin();
+    talksOut();
+    agent.stopReading();
+    media->bTakesTones = false;
+    constexpr int kMoreThanASocketHolds = 2000;
+    for (int tone = 0; tone < kMoreThanASocketHolds; ++tone)
+        phoneService::instance().backend().sendTone(call().nId, '5', false);
+    EXPECT_EQ(stateOf(0), LINE_DEFAULT_ACCOUNT);
+    agent.leave();
+    EXPECT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_REGISTER_FAILED; }));
+    ASSERT_TRUE(agent.comeTo(hostPath("/rundata/run/hxSip.link")));
+    EXPECT_TRUE(agent.isQuiet(SIP_TONE)) << "digits of a call that is over";
 }
 
 TEST_F(SipLink, OneAgentIsServedAtATime)

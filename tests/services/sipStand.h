@@ -20,6 +20,7 @@ class ScriptedMedia : public sipMedia
 {
 public:
     void setNews(sipMediaNews* news) override { m_pNews = news; }
+    void prepare() override { ++nPrepared; }
     void offer(int call, const tagMediaWish& wish) override { describe(call, "offer", wish); }
     void answer(int call, const QByteArray& offer, const tagMediaWish& wish) override
     {
@@ -57,6 +58,7 @@ public:
     bool bMissing = false;
     bool bTakesTones = true;
     bool bJoins = true;
+    int nPrepared = 0; // that calls may come
 
 private:
     void describe(int call, const QString& what, const tagMediaWish& wish);
@@ -91,6 +93,8 @@ public:
     bool isQuiet(SIP_RECORD kind);
     // The phone has closed its end.
     bool isLeft();
+    // From now on nothing is read but what next() and those beside it wait for.
+    void stopReading() { m_pNotifier->setEnabled(false); }
 
     bool bFrozen = false; // it answers no question whether it is alive
     int nPings = 0;       // that it was asked
