@@ -913,6 +913,10 @@
         <translation>Keine sichere Verbindung zum Server</translation>
     </message>
     <message>
+        <source>Failed</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>Der Anruf wurde abgelehnt</translation>
     </message>

@@ -913,6 +913,10 @@
         <translation>Sin conexión segura con el servidor</translation>
     </message>
     <message>
+        <source>Failed</source>
+        <translation>Error</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>La llamada fue rechazada</translation>
     </message>

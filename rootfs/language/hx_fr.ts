@@ -913,6 +913,10 @@
         <translation>Pas de connexion sécurisée au serveur</translation>
     </message>
     <message>
+        <source>Failed</source>
+        <translation>Échec</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>L’appel a été refusé</translation>
     </message>

@@ -913,6 +913,10 @@
         <translation>与服务器之间没有安全连接</translation>
     </message>
     <message>
+        <source>Failed</source>
+        <translation>失败</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>对方已拒接</translation>
     </message>

@@ -1,116 +1,15 @@
-// Calls at the real media server, as the phone asks for them: two servers would need two phones, so that a
-// call goes from one of the server's calls to another.
-#include "host/services/messages/messageBus.h"
-#include "host/services/phone/mediaSessions.h"
+// Calls at the real media server, one by one: what is described, heard and seen, and what becomes of it when
+// either side dies.
 #include "host/services/players/videoFrames.h"
-#include "places.h"
 #include "tests/kit/plain/processes.h"
-#include "tests/kit/plain/recordedSound.h"
 #include "tests/kit/plain/stunServer.h"
-#include "tests/players/callSide.h"
+#include "tests/players/callServiceStand.h"
 #include "tests/players/films.h"
 #include "tests/players/pictureSide.h"
-#include "tests/players/playersTest.h"
 #include "tests/players/wirePort.h"
-#include <QDir>
-#include <QFile>
+#include <csignal>
 
 namespace {
-
-constexpr int kRate = 16000;
-constexpr double kHertz = 440;
-
-struct CallNews : public sipMediaNews
-{
-    void mediaDescribed(int call, const QByteArray& sdp) override
-    {
-        ++nDescribed[call];
-        described[call] = sdp;
-    }
-    void mediaMissing(int call) override
-    {
-        ++nMissing;
-        mediaDescribed(call, {});
-    }
-    void mediaChanged(int call, const tagCallStreams& changed) override { streams[call] = changed; }
-    void mediaLost() override { ++nLost; }
-    void mediaUnfit(int call) override { ++nUnfit[call]; }
-
-    QHash<int, QByteArray> described;
-    QHash<int, int> nDescribed;
-    QHash<int, tagCallStreams> streams;
-    QHash<int, int> nUnfit;
-    int nMissing = 0;
-    int nLost = 0;
-};
-
-class CallService : public playersTest
-{
-protected:
-    CallService()
-    {
-        qputenv("HX_SOUND_SOURCE", "audiotestsrc is-live=true volume=0.3 samplesperbuffer=160 freq=440");
-        qputenv("HX_SOUND_SINK", kit::recordingSink(hostPath("/rundata/sound.raw")));
-        qputenv("HX_SOUND_PROCESSING", "off"); // a tone is noise
-        m_sessions.setNews(&m_news);
-    }
-    ~CallService() override
-    {
-        for (const char* name : {"HX_SOUND_SOURCE", "HX_SOUND_SINK", "HX_SOUND_PROCESSING"})
-            qunsetenv(name);
-    }
-    QByteArray offerOf(int call, const tagMediaWish& wish = {})
-    {
-        const int before = m_news.nDescribed[call];
-        m_sessions.offer(call, wish);
-        EXPECT_EQ(m_news.nDescribed[call], before) << "not before the call has returned";
-        EXPECT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[call] > before; }));
-        return m_news.described[call];
-    }
-    QByteArray answerOf(int call, const QByteArray& offer, const tagMediaWish& wish = {})
-    {
-        const int before = m_news.nDescribed[call];
-        m_sessions.answer(call, offer, wish);
-        EXPECT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[call] > before; }));
-        return m_news.described[call];
-    }
-    static tagOwnMedia onThisMachine(int port, int picturePort = 0)
-    {
-        return {"127.0.0.1", port, picturePort, true, 1};
-    }
-    void connect(int from, int to, const tagMediaWish& wish = {})
-    {
-        m_sessions.agree(from, answerOf(to, offerOf(from, wish)));
-    }
-    kit::RecordedSound heard() const { return kit::RecordedSound(hostPath("/rundata/sound.raw")); }
-    bool isHeard(int ms = 8000)
-    {
-        return kit::waitUntil([&] { return heard().last(0.3, kRate).has(kHertz); }, ms);
-    }
-    // The coder's part of the toolkit.
-    bool isLoaded(const char* library) const
-    {
-        QFile maps(QString("/proc/%1/maps").arg(m_media.processId()));
-        return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(library);
-    }
-    bool isLoudspeakerOpen() const
-    {
-        for (const QFileInfo& handle : QDir(QString("/proc/%1/fd").arg(m_media.processId()))
-                                           .entryInfoList(QDir::AllEntries | QDir::System)) {
-            if (handle.symLinkTarget().endsWith("/sound.raw"))
-                return true;
-        }
-        return false;
-    }
-    bool isSilent()
-    {
-        return kit::waitUntil(
-            [&] { return heard().seconds(kRate) > 0.3 && heard().last(0.3, kRate).peak() < 0.005; }, 8000);
-    }
-
-    CallNews m_news;
-    mediaSessions m_sessions;
-};
 
 TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
 {
@@ -227,97 +126,6 @@ TEST_F(CallService, AnEncryptedCallSaysSoAndTakesTones)
     EXPECT_FALSE(m_sessions.sendTone(1, 'x', 100));
     EXPECT_FALSE(said().contains("refused")) << said().constData();
     EXPECT_FALSE(said().contains("inline:"));
-}
-
-TEST_F(CallService, TwoThatAreJoinedHearEachOtherUntilTheyAreSplit)
-{
-    constexpr double kOther = 1000, kThird = 1700;
-    gst_init(nullptr, nullptr);
-    startMedia();
-    CallPhone other(kOther), third(kThird);
-    CallEnd one(other, 1), two(third, 2);
-    for (CallEnd* end : {&one, &two}) {
-        m_sessions.agree(end->call, end->negotiation->answer(offerOf(end->call), {}));
-        end->apply();
-    }
-    EXPECT_TRUE(kit::waitUntil([&] { return other.hears(kHertz) && third.hears(kHertz); }, 8000));
-    EXPECT_FALSE(other.hears(kThird) || third.hears(kOther));
-    ASSERT_TRUE(kit::waitUntil([&] { return m_sessions.join(1, 2); }));
-    EXPECT_TRUE(kit::waitUntil([&] { return other.hears(kThird) && third.hears(kOther); }, 8000));
-    EXPECT_TRUE(kit::waitUntil([&] { return other.hears(kHertz) && third.hears(kHertz); }, 8000));
-    m_sessions.split(2);
-    EXPECT_TRUE(kit::waitUntil([&] { return !other.hears(kThird) && !third.hears(kOther); }, 8000))
-        << "what they say alone is heard by the other one";
-    EXPECT_TRUE(kit::waitUntil([&] { return other.hears(kHertz) && third.hears(kHertz); }, 8000));
-}
-
-TEST_F(CallService, TonesAreNotWrittenToTheLog)
-{
-    startMedia();
-    connect(1, 2);
-    ASSERT_TRUE(kit::waitUntil([&] { return m_sessions.sendTone(1, '9', 100); }));
-    mark();
-    for (const char tone : {'1', '3', '7'})
-        EXPECT_TRUE(m_sessions.sendTone(1, QChar(tone), 100));
-    EXPECT_FALSE(offerOf(3).isEmpty()) << "behind them";
-    EXPECT_EQ(traces(), QStringList());
-    EXPECT_EQ(said().count("tone"), 0) << said().constData();
-}
-
-TEST_F(CallService, AnOfferThatIsTakenBackCannotBeAgreedOnAnyMore)
-{
-    startMedia();
-    const QByteArray answer = answerOf(2, offerOf(1));
-    m_sessions.withdraw(1);
-    m_sessions.agree(1, answer);
-    EXPECT_TRUE(kit::waitUntil([&] { return m_news.nUnfit[1] == 1; }));
-    m_sessions.agree(1, answerOf(2, offerOf(1)));
-    EXPECT_TRUE(isHeard());
-}
-
-TEST_F(CallService, CallsThatHaveNothingInCommonLeaveRoomForOthers)
-{
-    startMedia();
-    for (int call = 1; call < 20; ++call)
-        EXPECT_EQ(answerOf(call, "v=0\r\nm=audio 5004 RTP/AVP 18\r\n"), "") << call;
-    EXPECT_FALSE(offerOf(20).isEmpty());
-}
-
-// As on a phone, whose root is the machine's.
-TEST_F(CallService, OfAPhoneItselfNoProgramIsSentSound)
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove("HX_SYSROOT");
-    environment.insert("HX_RUN_FOLDER", hostPath("/rundata/run"));
-    m_media.setProcessEnvironment(environment);
-    kit::endWithUs(m_media);
-    m_media.start(HX_BUILD_DIR "/bin/hxMedia", QStringList());
-    ASSERT_TRUE(kit::waitUntil([&] { return up() > 0 && media(); }, 10000));
-    const QByteArray offer = "v=0\r\no=- 1 1 IN IP4 192.0.2.7\r\ns=-\r\nc=IN IP4 192.0.2.7\r\nt=0 0\r\n"
-                             "m=audio 40000 RTP/AVP 8\r\n";
-    tagMediaWish held;
-    held.bHeld = true;
-    EXPECT_EQ(answerOf(1, QByteArray(offer).replace("192.0.2.7", "127.0.0.1"), held), "");
-    EXPECT_FALSE(answerOf(2, offer, held).isEmpty());
-}
-
-TEST_F(CallService, NobodyMakesUpForWhatAMachineThatSleptHasNotSaid)
-{
-    startMedia();
-    const WirePort there;
-    callNegotiation negotiation(onThisMachine(there.port()));
-    m_sessions.agree(1, negotiation.answer(offerOf(1), {}));
-    ASSERT_FALSE(there.next().isEmpty());
-    kill(pid_t(m_media.processId()), SIGSTOP);
-    kit::waitUntil([] { return false; }, 2000);
-    there.came();
-    QElapsedTimer timer;
-    timer.start();
-    kill(pid_t(m_media.processId()), SIGCONT);
-    EXPECT_FALSE(there.next().isEmpty());
-    kit::waitUntil([] { return false; }, 300);
-    const int came = there.came();
-    EXPECT_LE(came, timer.elapsed() / callSession::FRAME_MS + 30);
 }
 
 TEST_F(CallService, AnAnswerThatDoesNotFitIsToldUnlessAnotherOneFollows)
@@ -674,16 +482,6 @@ TEST_F(CallService, AMicrophoneThatFailsTakesNoLoudspeakerWithIt)
     EXPECT_TRUE(kit::waitUntil([&] { return heard().seconds(kRate) > 1; }, 8000));
     EXPECT_EQ(said().count("no microphone is found"), 1) << said().constData();
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nQuality == 4; }, 8000));
-}
-
-TEST_F(CallService, AMicrophoneThatIsPulledOutLeavesTheLoudspeakerThere)
-{
-    qputenv("HX_SOUND_SOURCE", "audiotestsrc is-live=true samplesperbuffer=441 ! identity error-after=60");
-    startMedia();
-    connect(1, 2);
-    ASSERT_TRUE(hasSaid("no microphone is found", 8000)) << said().constData();
-    const double before = heard().seconds(kRate);
-    EXPECT_TRUE(kit::waitUntil([&] { return heard().seconds(kRate) > before + 1; }, 8000));
 }
 
 TEST_F(CallService, AfterTheLastCallTheSoundStopsAndItsThreadsAreGone)

@@ -458,3 +458,17 @@ TEST_F(SipCalls, WhoSpeaksOverAConnectionKeepsItAndIsOneOfAFew)
     EXPECT_TRUE(agent.isQuiet(2000));
     EXPECT_EQ(servers.open(), 10);
 }
+
+TEST_F(SipCalls, SilentConnectionsOfManyAddressesHaveSoManyPlacesTogether)
+{
+    constexpr int kHosts = 12, kEach = 8, kPlaces = 48;
+    begin(AgentProcess::calmSetup());
+    const int before = filesOf(agent.pid());
+    std::vector<std::unique_ptr<Crowd>> crowds;
+    for (int i = 0; i < kHosts; ++i) {
+        crowds.push_back(std::make_unique<Crowd>("127.0.1." + std::to_string(2 + i)));
+        ASSERT_NO_FATAL_FAILURE(crowds.back()->connectTo(agent.port(), kEach));
+    }
+    EXPECT_NE(talkIn("talks"), 0u); // they all have been seen to
+    EXPECT_LE(filesOf(agent.pid()) - before, kPlaces + 8);
+}
