@@ -34,6 +34,7 @@ void demandState(const ExtensionState& state)
     demandLine(dialog->localTag);
     demandLine(dialog->remoteTag);
     demand(dialog->target.find_first_of("\r\n <>\"?") == std::string::npos);
+    demand(dialog->identity.find_first_of("\r\n <>\"?") == std::string::npos);
 }
 
 void readSummary(const std::string& note)

@@ -15,6 +15,7 @@ namespace {
 
 constexpr unsigned kLargestUdp = 65535;
 constexpr uint32_t kSweepMs = 1000;
+constexpr uint32_t kSilentMs = 2000; // by which the times of connections are measured
 constexpr const char* kMethods =
     "INVITE, ACK, BYE, CANCEL, OPTIONS, REGISTER, SUBSCRIBE, NOTIFY, REFER, INFO, UPDATE, PRACK, MESSAGE";
 
@@ -84,6 +85,8 @@ bool Pbx::open(const tagPbxSetup& setup)
     m_contacts = std::make_unique<ContactBook>(m_pbx.place);
     m_passwords = std::make_unique<PasswordCheck>(m_accounts, host, setup.bSha256);
     m_events.attach(m_pbx.pAgent, m_pbx.place);
+    m_connections = std::make_unique<ConnectionGuard>(
+        m_pbx.pRoot, kSilentMs, [this](const std::string& from) { return hasPhonesAt(from); }, CONNECTIONS);
     return true;
 }
 
@@ -110,6 +113,7 @@ int Pbx::onSignal(su_root_magic_t*, su_wait_t*, su_wakeup_arg_t* self)
 
 int Pbx::onMessage(Pbx* self, nta_agent_t* agent, msg_t* message, sip_t* sip)
 {
+    ConnectionGuard::heard(pbxText::host(message), pbxText::port(message));
     if (sip->sip_status) {
         self->takeReply(message, sip);
     } else if (sip->sip_request->rq_method == sip_method_ack) {
@@ -278,6 +282,13 @@ bool Pbx::isOfParty(const sip_t& sip, msg_t* message) const
     return call && !host.empty() &&
            (host == call->callerHost || host == call->calleeHost || m_contacts->isAt(call->caller, host) ||
             m_contacts->isAt(call->callee, host));
+}
+
+bool Pbx::hasPhonesAt(const std::string& host) const
+{
+    const auto& all = m_accounts.all();
+    return std::any_of(all.begin(), all.end(),
+                       [&](const auto& account) { return m_contacts->isAt(account.first, host); });
 }
 
 std::string Pbx::knownUser(msg_t* message, const sip_t& sip)

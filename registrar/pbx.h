@@ -9,6 +9,7 @@
 #include "registrar/mailCall.h"
 #include "registrar/passwordCheck.h"
 #include "registrar/pbxStack.h"
+#include "sip/connectionGuard.h"
 #include "sip/sipTimer.h"
 #include <list>
 #include <memory>
@@ -26,6 +27,7 @@ class Pbx
 {
 public:
     enum : size_t { MAX_FORWARDED = 200, MAX_MAIL_CALLS = 20, MAX_MESSAGE = 64 << 10 };
+    static constexpr tagConnectionBounds CONNECTIONS = {40, 120, 200};
     static constexpr const char* kMailNumber = "*97";
 
     explicit Pbx(const AccountBook& accounts);
@@ -61,6 +63,8 @@ private:
     void leadTo(nta_incoming_t* request, const sip_t& sip, const std::string& user, const std::string& callee,
                 const std::vector<std::string>& addresses);
     void callMail(nta_incoming_t* request, const std::string& user);
+    // Phones that are registered here are at that numeric address.
+    bool hasPhonesAt(const std::string& host) const;
     // Who asks; empty when he was asked for his password, or refused.
     std::string knownUser(msg_t* message, const sip_t& sip);
     // Keeps nothing of it.
@@ -76,6 +80,7 @@ private:
     EventDesk m_events;
     std::unique_ptr<ContactBook> m_contacts;
     std::unique_ptr<PasswordCheck> m_passwords;
+    std::unique_ptr<ConnectionGuard> m_connections;
     std::list<std::unique_ptr<ForwardedRequest>> m_forwarded;
     std::list<std::unique_ptr<MailCall>> m_mail;
     SipTimer m_sweep;

@@ -87,6 +87,12 @@ std::string pbxText::host(const msg_t* message)
     return from && su_inet_ntop(from->su_family, SU_ADDR(from), text, sizeof text) ? text : "";
 }
 
+uint32_t pbxText::port(const msg_t* message)
+{
+    const su_sockaddr_t* from = message ? msg_addr(const_cast<msg_t*>(message)) : nullptr;
+    return from ? ntohs(from->su_port) : 0;
+}
+
 std::string pbxText::xml(const std::string& text)
 {
     std::string escaped;

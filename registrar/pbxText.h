@@ -17,6 +17,8 @@ bool isPlace(const url_t* url, const std::string& place);
 bool isSip(const url_t* url);
 // The numeric address that a message has come from.
 std::string host(const msg_t* message);
+// The port; 0 where there is none.
+uint32_t port(const msg_t* message);
 // As it stands between tags of XML or in quotes there; what is not UTF-8 is replaced.
 std::string xml(const std::string& text);
 

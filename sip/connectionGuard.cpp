@@ -20,9 +20,10 @@ ConnectionGuard*& guard()
 
 } // namespace
 
-ConnectionGuard::ConnectionGuard(su_root_t* root, uint32_t silentMs, Servers isServer)
-    : m_isServer(std::move(isServer)), m_first(silentMs * kFirstTimes), m_quiet(silentMs * kQuietTimes),
-      m_step(root)
+ConnectionGuard::ConnectionGuard(su_root_t* root, uint32_t silentMs, Servers isServer,
+                                 const tagConnectionBounds& bounds)
+    : m_isServer(std::move(isServer)), m_bounds(bounds), m_first(silentMs * kFirstTimes),
+      m_quiet(silentMs * kQuietTimes), m_step(root)
 {
     guard() = this;
 }
@@ -51,8 +52,8 @@ bool ConnectionGuard::makeRoom(const std::string& host, bool isServer)
     const auto countOf = [this](const auto& fits) {
         return size_t(std::count_if(m_connections.begin(), m_connections.end(), fits));
     };
-    const bool isFull = countOf(isHis) >= (isServer ? MOST_OF_SERVER : MOST_OF_ONE);
-    const bool areAllFull = !isServer && countOf(isStrangers) >= MOST_OF_ALL;
+    const bool isFull = countOf(isHis) >= (isServer ? m_bounds.nOfServer : m_bounds.nOfOne);
+    const bool areAllFull = !isServer && countOf(isStrangers) >= m_bounds.nOfAll;
     if (!isFull && !areAllFull)
         return true;
     const auto silent = std::find_if(m_connections.begin(), m_connections.end(), [&](const auto& each) {

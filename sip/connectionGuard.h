@@ -10,16 +10,25 @@
 #include <list>
 #include <string>
 
+// How many there may be.
+struct tagConnectionBounds
+{
+    size_t nOfOne;
+    size_t nOfAll; // but the servers
+    size_t nOfServer;
+};
+
 class ConnectionGuard
 {
 public:
-    enum : size_t { MOST_OF_ONE = 8, MOST_OF_ALL = 48, MOST_OF_SERVER = 32 };
+    static constexpr tagConnectionBounds OF_A_PHONE = {8, 48, 32};
 
     using Servers = std::function<bool(const std::string& host)>;
 
     // silentMs: how long a server is waited for, by which the times here are measured. isServer: of a line.
     // There is one guard.
-    ConnectionGuard(su_root_t* root, uint32_t silentMs, Servers isServer);
+    ConnectionGuard(su_root_t* root, uint32_t silentMs, Servers isServer,
+                    const tagConnectionBounds& bounds = OF_A_PHONE);
     ~ConnectionGuard();
     ConnectionGuard(const ConnectionGuard&) = delete;
     ConnectionGuard& operator=(const ConnectionGuard&) = delete;
@@ -46,6 +55,7 @@ private:
     static bool isOpen(const tagConnection& connection);
 
     const Servers m_isServer;
+    const tagConnectionBounds m_bounds;
     const std::chrono::milliseconds m_first;
     const std::chrono::milliseconds m_quiet;
     std::list<tagConnection> m_connections; // as they came

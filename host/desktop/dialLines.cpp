@@ -56,7 +56,9 @@ QList<dialLines::tagLine> dialLines::readLines() const
         phone_GetAccountInfoById(index, &info);
         const bool ready = isReady(info.eState);
         const QString user = QString::fromUtf8(info.szUser);
-        lines.append({index, lineName(index), ready ? user : qTranslate(HX_TR("Off")), ready});
+        const bool failed = info.eState == LINE_REGISTER_FAILED && !user.isEmpty();
+        const QString why = qTranslate(failed ? HX_TR("Failed") : HX_TR("Off"));
+        lines.append({index, lineName(index), ready ? user : why, ready});
     }
     if (phone_GetPSTNEnable())
         lines.append({PHONE_LINE_PSTN, lineName(PHONE_LINE_PSTN), QString(), true});

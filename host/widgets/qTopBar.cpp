@@ -8,6 +8,22 @@
 namespace {
 constexpr int kSideMargin = 8;
 constexpr int kLampFromRight = 20;
+
+// Left of what a page has put over the end of its bar.
+int lampX(const QWidget& bar)
+{
+    int x = bar.width() - kLampFromRight;
+    const QWidget* page = bar.parentWidget();
+    if (!page)
+        return x;
+    for (const QWidget* over : page->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        const QRect place = over->geometry().translated(-bar.pos());
+        if (over != &bar && over->isVisible() && place.contains(x, bar.height() / 2))
+            x = place.left() - kLampMarkSize / 2;
+    }
+    return x;
+}
+
 } // namespace
 
 qTopBar::qTopBar(QWidget* parent) : QWidget(parent)
@@ -35,10 +51,11 @@ void qTopBar::paintEvent(QPaintEvent*)
     QPainter painter(this);
     look::paintBar(painter, rect());
     painter.setPen(look::colour(look::kTextOnBar));
-    const int margin = screenState::instance().isLampLit() ? kLampFromRight + kLampMarkSize : kSideMargin;
+    const int x = lampX(*this);
+    const int margin = screenState::instance().isLampLit() ? width() - x + kLampMarkSize : kSideMargin;
     look::paintFitted(painter, rect().adjusted(margin, 0, -margin, 0), Qt::AlignCenter, m_strTitle,
                       look::font(look::kTitleSize, true));
-    paintLampMark(painter, QPoint(width() - kLampFromRight, height() / 2));
+    paintLampMark(painter, QPoint(x, height() / 2));
 }
 
 qTopBar* qReplaceTopBar(QWidget* placeholder, const char* title)

@@ -913,6 +913,10 @@
         <translation>Keine sichere Verbindung zum Server</translation>
     </message>
     <message>
+        <source>Failed</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>Der Anruf wurde abgelehnt</translation>
     </message>
@@ -1656,6 +1660,14 @@
     <message>
         <source>Forwarded by %1</source>
         <translation>Weitergeleitet von %1</translation>
+    </message>
+    <message>
+        <source>Forwarded to %1</source>
+        <translation>Weitergeleitet an %1</translation>
+    </message>
+    <message>
+        <source>Transferred to %1</source>
+        <translation>Übergeben an %1</translation>
     </message>
     <message>
         <source>Hold</source>

@@ -913,6 +913,10 @@
         <translation>Sin conexión segura con el servidor</translation>
     </message>
     <message>
+        <source>Failed</source>
+        <translation>Error</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>La llamada fue rechazada</translation>
     </message>
@@ -1656,6 +1660,14 @@
     <message>
         <source>Forwarded by %1</source>
         <translation>Desviada por %1</translation>
+    </message>
+    <message>
+        <source>Forwarded to %1</source>
+        <translation>Desviada a %1</translation>
+    </message>
+    <message>
+        <source>Transferred to %1</source>
+        <translation>Transferida a %1</translation>
     </message>
     <message>
         <source>Hold</source>

@@ -913,6 +913,10 @@
         <translation>Pas de connexion sécurisée au serveur</translation>
     </message>
     <message>
+        <source>Failed</source>
+        <translation>Échec</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>L’appel a été refusé</translation>
     </message>
@@ -1656,6 +1660,14 @@
     <message>
         <source>Forwarded by %1</source>
         <translation>Renvoyé par %1</translation>
+    </message>
+    <message>
+        <source>Forwarded to %1</source>
+        <translation>Renvoyé vers %1</translation>
+    </message>
+    <message>
+        <source>Transferred to %1</source>
+        <translation>Transféré à %1</translation>
     </message>
     <message>
         <source>Hold</source>

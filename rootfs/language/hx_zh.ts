@@ -913,6 +913,10 @@
         <translation>与服务器之间没有安全连接</translation>
     </message>
     <message>
+        <source>Failed</source>
+        <translation>失败</translation>
+    </message>
+    <message>
         <source>The call was declined</source>
         <translation>对方已拒接</translation>
     </message>
@@ -1656,6 +1660,14 @@
     <message>
         <source>Forwarded by %1</source>
         <translation>由 %1 转移</translation>
+    </message>
+    <message>
+        <source>Forwarded to %1</source>
+        <translation>已转移至 %1</translation>
+    </message>
+    <message>
+        <source>Transferred to %1</source>
+        <translation>已转接至 %1</translation>
     </message>
     <message>
         <source>Hold</source>

@@ -327,7 +327,7 @@ TEST_F(DialScreen, ALineIsChosenByFingerUnlessItIsOff)
     off.state = LINE_REGISTER_FAILED;
     phoneSimulation::instance()->setLine(2, off);
     open("4711");
-    EXPECT_EQ(lines()->text(), "*Auto|Line 1 1001|Line 2 1002|Line 3 Off|Line 4 1004");
+    EXPECT_EQ(lines()->text(), "*Auto|Line 1 1001|Line 2 1002|Line 3 Failed|Line 4 1004");
     const auto touch = [this](int index) {
         kit::tap(lines()->mapToGlobal(QPoint((2 * index + 1) * lines()->width() / 10, 40)));
     };
@@ -343,6 +343,20 @@ TEST_F(DialScreen, ALineIsChosenByFingerUnlessItIsOff)
     touch(4);
     kit::key(Qt::Key_Return);
     EXPECT_EQ(called(), "4711 on 3");
+}
+
+TEST_F(DialScreen, ALineThatCannotRegisterIsToldApartFromOneThatIsOff)
+{
+    tagLineSetting line;
+    line.state = LINE_DISABLED;
+    phoneSimulation::instance()->setLine(1, line);
+    line.state = LINE_REGISTER_FAILED;
+    phoneSimulation::instance()->setLine(2, line);
+    line.user = "";
+    phoneSimulation::instance()->setLine(3, line);
+    open("4711");
+    EXPECT_EQ(lines()->text(), "*Auto|Line 1 1001|Line 2 Off|Line 3 Failed|Line 4 Off");
+    kit::shot("dial-line-failed");
 }
 
 TEST_F(DialScreen, TheAnalogueLineIsOfferedWhereThereIsOne)

@@ -59,7 +59,10 @@ TEST_F(PbxCalls, WhoIsElsewhereThanItsTwoPartiesDoesNotEndACall)
         caller->text("BYE", "sip:1002@" + first->own(), "elsewhere", 90, {}, {}, headerOf(answer, "To"));
     stranger.send(bye, pbx.port());
     EXPECT_NE(stranger.receive("SIP/2.0 403").toStdString(), "");
-    EXPECT_EQ(first->next("BYE", 500).toStdString(), "");
+    stranger.send(
+        caller->text("ACK", "sip:1002@" + first->own(), "elsewhere", 91, {}, {}, headerOf(answer, "To")),
+        pbx.port());
+    EXPECT_EQ(first->wire().receive(500).toStdString(), "");
     caller->within("BYE", answer);
     EXPECT_NE(first->next("BYE").toStdString(), "");
 }
@@ -270,6 +273,62 @@ TEST_F(PbxCalls, ARequestThatWasHereBeforeDoesNotGoRound)
     caller->wire().send(request, pbx.port());
     EXPECT_NE(caller->hears(482).toStdString(), "");
     EXPECT_EQ(statusOf(caller->ask("OPTIONS", "sip:" + own, "there")), 200);
+}
+
+TEST_F(PbxCalls, WhatIsMeantForSomebodyElseIsRefused)
+{
+    begin();
+    EXPECT_EQ(statusOf(caller->ask("INVITE", "sip:1003@" + first->own(), "name")), 403) << "no phone has it";
+    const QByteArray place = "127.0.0.1:" + QByteArray::number(UdpPeer::freePort());
+    EXPECT_EQ(statusOf(caller->ask("SUBSCRIBE", "sip:1002@" + place, "watch", "Event: dialog")), 403);
+    EXPECT_EQ(statusOf(caller->ask("REGISTER", "sip:" + place, "register",
+                                   "Contact: <sip:1001@" + caller->own() + ">", {},
+                                   "<" + caller->at("1001") + ">")),
+              403);
+    // Within a call, and not for its other side.
+    const QByteArray answer = talk("itself");
+    caller->wire().send(
+        caller->text("INFO", caller->at("1002"), "itself", 90, {}, {}, headerOf(answer, "To")), pbx.port());
+    EXPECT_NE(caller->hears(404).toStdString(), "");
+}
+
+TEST_F(PbxCalls, WhatHasGoneThroughTooManyHandsGoesNoFurther)
+{
+    begin();
+    const QByteArray uri = caller->at("1002");
+    const auto asks = [&](int number, const QByteArray& lines) {
+        caller->wire().send(caller->text("MESSAGE", uri, "hops", number, lines)
+                                .replace("Max-Forwards: 70", "Max-Forwards: 0"),
+                            pbx.port());
+    };
+    asks(1, {});
+    asks(2, caller->answerTo(caller->hears(407), "MESSAGE", uri));
+    EXPECT_NE(caller->hears(483).toStdString(), "");
+    EXPECT_EQ(first->next("MESSAGE", 200).toStdString(), "");
+}
+
+TEST_F(PbxCalls, TheVoiceMailTakesPlainSoundAndIsOverWhenItIsHungUp)
+{
+    begin();
+    const QByteArray uri = caller->at("*97");
+    const QByteArray offer = "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
+                             "m=audio 40000 RTP/SAVP 8\r\n";
+    caller->wire().send(caller->text("INVITE", uri, "secure", 1, {}, offer), pbx.port());
+    const QByteArray question = caller->hears(407);
+    caller->acknowledge(question);
+    caller->wire().send(
+        caller->text("INVITE", uri, "secure", 2, caller->answerTo(question, "INVITE", uri), offer),
+        pbx.port());
+    const QByteArray refused = caller->hears(488);
+    EXPECT_NE(refused.toStdString(), "");
+    caller->acknowledge(refused);
+
+    ASSERT_TRUE(first->calls("*97", "mail"));
+    const QByteArray answer = first->hears(200);
+    first->acknowledge(answer);
+    first->within("BYE", answer);
+    EXPECT_TRUE(headerOf(first->hears(200), "CSeq").endsWith("BYE"));
+    EXPECT_EQ(first->next("BYE", 4000).toStdString(), "") << "longer than it would listen";
 }
 
 TEST_F(PbxCalls, WhatTheExchangeHasToKnowAndDoesNotItRefuses)

@@ -215,6 +215,9 @@ TEST_F(PbxEvents, ACallThatNobodyAnswersBecomesAMessageAndTheVoiceMailTakesItAwa
     QByteArray told = notice(*first);
     EXPECT_TRUE(holds(told, "Messages-Waiting: yes"));
     EXPECT_TRUE(holds(told, "Voice-Message: 1/0"));
+    ASSERT_TRUE(caller->calls("1002", "again"));
+    EXPECT_NE(caller->hears(480).toStdString(), "");
+    EXPECT_TRUE(holds(notice(*first), "Voice-Message: 2/0"));
     // One that was given up leaves none.
     ASSERT_TRUE(caller->calls("1002", "givenup"));
     caller->cancels("1002", "givenup");
@@ -252,11 +255,43 @@ TEST_F(PbxEvents, SubscriptionsAreRefusedRefreshedAndEnded)
                                     "Event: dialog\r\nExpires: " + seconds, {}, tag));
     };
     EXPECT_EQ(again("600", to + "x"), 481);
+    EXPECT_EQ(
+        statusOf(first->ask("SUBSCRIBE", first->at("1002"), "f", "Event: dialog\r\nExpires: 0", {}, to)), 481)
+        << "another's";
+    // An older one that comes late.
+    const auto sends = [&](const QByteArray& lines) {
+        caller->wire().send(caller->text("SUBSCRIBE", caller->at("1002"), "f", 1,
+                                         "Event: dialog\r\nExpires: 0" + lines, {}, to),
+                            pbx.port());
+    };
+    sends({});
+    const QByteArray question = caller->hears(407);
+    sends("\r\nX: 1\r\n" + caller->answerTo(question, "SUBSCRIBE", caller->at("1002")));
+    EXPECT_NE(caller->hears(500).toStdString(), "");
     EXPECT_EQ(again("900", to), 200);
     EXPECT_TRUE(headerOf(notice(*caller), "Subscription-State").startsWith("active;expires=900"));
     EXPECT_EQ(again("0", to), 200);
     EXPECT_TRUE(headerOf(notice(*caller), "Subscription-State").startsWith("terminated"));
     EXPECT_EQ(again("600", to), 481);
+}
+
+TEST_F(PbxEvents, WhatChangesBeforeANoticeIsAnsweredIsToldAfterwards)
+{
+    begin();
+    WirePhone watcher("1003", pbx.port());
+    ASSERT_EQ(subscribe(watcher, "1002", "dialog"), 200);
+    const QByteArray waits = watcher.next("NOTIFY");
+    QByteArray atFirst, atSecond;
+    ASSERT_TRUE(caller->calls("1002", "meanwhile"));
+    take(atFirst, atSecond);
+    first->reply(atFirst, "180 Ringing");
+    EXPECT_NE(caller->hears(180).toStdString(), "");
+    watcher.reply(waits, "200 OK");
+    QByteArray told;
+    do { // the first one may have been said once more
+        told = notice(watcher);
+    } while (headerOf(told, "CSeq") == headerOf(waits, "CSeq"));
+    EXPECT_TRUE(holds(told, "<state>early</state>"));
 }
 
 TEST_F(PbxEvents, APhoneThatDoesNotWantANoticeIsLeftAlone)
@@ -279,7 +314,7 @@ TEST_F(PbxEvents, ANameThatIsNoTextLeavesTheNoticeWhole)
     const QByteArray number = caller->at("1002");
     const auto invites = [&](int count, const QByteArray& lines) {
         caller->wire().send(caller->text("INVITE", number, "odd", count, lines, "v=0\r\n")
-                                .replace("From: <", "From: \"A\xff\xc3\xa9\xed\xa0\x80\" <"),
+                                .replace("From: <", "From: \"A\\\"B\xff\xc3\xa9\xed\xa0\x80\" <"),
                             pbx.port());
     };
     invites(1, {});
@@ -289,5 +324,5 @@ TEST_F(PbxEvents, ANameThatIsNoTextLeavesTheNoticeWhole)
     QByteArray atFirst, atSecond;
     take(atFirst, atSecond);
     first->reply(atFirst, "180 Ringing");
-    EXPECT_TRUE(holds(notice(watcher), "display=\"A\xef\xbf\xbd\xc3\xa9\xef\xbf\xbd"));
+    EXPECT_TRUE(holds(notice(watcher), "&quot;B\xef\xbf\xbd\xc3\xa9\xef\xbf\xbd"));
 }

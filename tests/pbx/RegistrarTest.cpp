@@ -1,10 +1,15 @@
 // Phones register at the exchange that comes along.
 #include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/processes.h"
 #include "tests/pbx/registrarProcess.h"
 #include "tests/pbx/wirePhone.h"
 #include "tests/sip/agentProcess.h"
+#include <QDir>
 #include <QFile>
+#include <QTcpSocket>
 #include <gtest/gtest.h>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -169,6 +174,43 @@ TEST_F(PbxRegistrar, ThePhonesOwnAgentRegistersWithEachTransportAndUnregisters)
         EXPECT_TRUE(agent.ends());
         EXPECT_FALSE(contactsAt(asker, "1001").contains("Contact:"));
         EXPECT_EQ(agent.exitCode(), 0);
+    }
+}
+
+TEST_F(PbxRegistrar, ConnectionsThatSayNothingTakeNoRoomAndPhonesKeepTheirs)
+{
+    constexpr int kMany = 300, kMost = 60;
+    WirePhone phone("1001", pbx.port());
+    ASSERT_EQ(statusOf(phone.registers()), 200);
+    const auto connect = [this](QTcpSocket& socket, const char* from, const QByteArray& text) {
+        ASSERT_TRUE(socket.bind(QHostAddress(from)));
+        socket.connectToHost(QHostAddress::LocalHost, quint16(pbx.port()));
+        ASSERT_TRUE(socket.waitForConnected());
+        socket.write(text);
+        socket.flush();
+    };
+    QTcpSocket quiet, speaks;
+    ASSERT_NO_FATAL_FAILURE(connect(quiet, "127.0.0.1", "")); // where the phone is
+    ASSERT_NO_FATAL_FAILURE(connect(speaks, "127.0.0.3",
+                                    "OPTIONS " + uri() +
+                                        " SIP/2.0\r\nVia: SIP/2.0/TCP 127.0.0.3:9;branch=z9hG4bKo\r\nFrom: "
+                                        "<sip:a@b>;tag=a\r\nTo: <sip:a@b>\r\nCall-ID: o\r\nCSeq: 1 "
+                                        "OPTIONS\r\nMax-Forwards: 70\r\nContent-Length: 0\r\n\r\n"));
+    ASSERT_TRUE(speaks.waitForReadyRead());
+    const auto files = [&] { return QDir(QString("/proc/%1/fd").arg(pbx.pid())).count(); };
+    EXPECT_EQ(statusOf(phone.registers()), 200); // both connections were taken before
+    const auto before = files();
+    std::vector<std::unique_ptr<QTcpSocket>> crowd;
+    for (int i = 0; i < kMany; ++i) {
+        crowd.push_back(std::make_unique<QTcpSocket>());
+        ASSERT_NO_FATAL_FAILURE(connect(*crowd.back(), "127.0.0.2", "INVITE "));
+    }
+    EXPECT_EQ(statusOf(phone.registers()), 200);
+    EXPECT_LT(files(), before + kMost);
+    EXPECT_TRUE(kit::waits([&] { return files() == before; }, AgentProcess::WAIT_MS)) << files();
+    for (QTcpSocket* socket : {&quiet, &speaks}) {
+        socket->waitForReadyRead(0);
+        EXPECT_EQ(socket->state(), QTcpSocket::ConnectedState);
     }
 }
 

@@ -207,6 +207,10 @@ TEST_F(SipExtensions, TheListOfALineIsToldWithNamesAndStates)
          kListEnd);
     expectMember(1, "8002", "Ben", SIP_LAMP_RINGING);
     EXPECT_TRUE(isNothingTold());
+    // Another name alone is news.
+    tell(list(2, false, member("sip:8002@h", "Benno", "i2")) + kListEnd);
+    expectMember(0, "8001", "Anna", SIP_LAMP_BUSY);
+    expectMember(1, "8002", "Benno", SIP_LAMP_RINGING);
     // It is taken from there, though nobody watches it by itself.
     pickUp(5, "8002");
     const QByteArray invite = peer->receive("INVITE");
@@ -214,7 +218,7 @@ TEST_F(SipExtensions, TheListOfALineIsToldWithNamesAndStates)
     peer->reply(invite, "480 Gone");
     tell("--b--\r\n");
     expectMember(0, "8001", "Anna", SIP_LAMP_UNKNOWN);
-    expectMember(1, "8002", "Ben", SIP_LAMP_UNKNOWN);
+    expectMember(1, "8002", "Benno", SIP_LAMP_UNKNOWN);
     watchList("");
     told = next<tagSipList>(SIP_LIST, 0);
     ASSERT_TRUE(told);

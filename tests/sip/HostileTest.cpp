@@ -164,7 +164,7 @@ protected:
 
 TEST_F(SipCalls, DamagedMessagesOfEveryKindDoNotEndItOrTheCallThatTalks)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const uint32_t id = talkOut(1);
     ASSERT_NE(id, 0u);
     const QList<QByteArray> messages = damaged(inviteText("damaged", "X-Last: 1"));
@@ -457,4 +457,18 @@ TEST_F(SipCalls, WhoSpeaksOverAConnectionKeepsItAndIsOneOfAFew)
     ASSERT_NO_FATAL_FAILURE(servers.connectTo(agent.port(), 10));
     EXPECT_TRUE(agent.isQuiet(2000));
     EXPECT_EQ(servers.open(), 10);
+}
+
+TEST_F(SipCalls, SilentConnectionsOfManyAddressesHaveSoManyPlacesTogether)
+{
+    constexpr int kHosts = 12, kEach = 8, kPlaces = 48;
+    begin(AgentProcess::calmSetup());
+    const int before = filesOf(agent.pid());
+    std::vector<std::unique_ptr<Crowd>> crowds;
+    for (int i = 0; i < kHosts; ++i) {
+        crowds.push_back(std::make_unique<Crowd>("127.0.1." + std::to_string(2 + i)));
+        ASSERT_NO_FATAL_FAILURE(crowds.back()->connectTo(agent.port(), kEach));
+    }
+    EXPECT_NE(talkIn("talks"), 0u); // they all have been seen to
+    EXPECT_LE(filesOf(agent.pid()) - before, kPlaces + 8);
 }

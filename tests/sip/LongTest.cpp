@@ -244,3 +244,17 @@ TEST_F(SipLong, WhatThePhoneOffersWhileACallIsRefreshedIsWhatHolds)
     }
     EXPECT_EQ(peer->receive("INVITE", 500).toStdString(), "");
 }
+
+TEST_F(SipLong, WhoNeverAnswersATonePressedIsHungUpOnAllTheSame)
+{
+    begin();
+    ASSERT_NE(talkOut(1), 0u);
+    auto tone = sipWire::make<tagSipTone>(SIP_TONE, 1);
+    tone.nTone = '1';
+    tone.nMs = 100;
+    agent.tell(tone);
+    EXPECT_NE(peer->receive("INFO").toStdString(), "");
+    tellStatus(SIP_HANG_UP, 1);
+    expectEnd(1, SIP_HUNG_UP, 0);
+    EXPECT_NE(peer->receive("BYE", kLongMs).toStdString(), "");
+}

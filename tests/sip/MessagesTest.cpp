@@ -280,6 +280,18 @@ TEST_F(SipMessages, ASilentServerAndOneThatNeverTellsAreAskedAgain)
     EXPECT_FALSE(asked.contains(""));
 }
 
+TEST_F(SipMessages, WhoHasTakenASubscriptionHasMoreTimeForItsFirstNote)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nSilentMs = 1000;
+    begin(setup);
+    const QByteArray subscribe = nextSubscribe("message-summary");
+    accept(subscribe);
+    EXPECT_EQ(nextSubscribe("message-summary", int(setup.nSilentMs) * 2).toStdString(), "");
+    note(subscribe, kTwo, kType);
+    expectMessages(true, 2, 8);
+}
+
 TEST_F(SipMessages, TheEndOfASubscriptionSaysWhetherToAskAgain)
 {
     begin();

@@ -152,25 +152,27 @@ TEST(SipNotes, WhoCountsAnewIsBelievedTheSecondTime)
 TEST(SipNotes, WhatIsDamagedMakesNoLampLie)
 {
     const QByteArray good = dialogs(1, "full", dialog("a", "confirmed", "recipient"));
+    QByteArray attributes;
+    for (int i = 0; i < 20; ++i)
+        attributes += " a" + QByteArray::number(i) + "=\"\"";
     QList<QByteArray> bad = {
-        "",
-        "<",
-        "<dialog-info/>",
-        "not XML at all",
-        good + good,
-        QByteArray(good).replace("full", "whole"),
+        "", "<", "<dialog-info/>", "not XML at all", good + good, QByteArray(good).replace("full", "whole"),
         QByteArray(good).replace("version=\"1\"", "version=\"-1\""),
         QByteArray(good).replace("version=\"1\"", "version=\"4294967296\""),
         QByteArray(good).replace("version=\"1\"", "version=\"\""),
-        QByteArray(good).replace("id=\"a\"", "id=\"\""),
-        QByteArray(good).replace("confirmed", "asleep"),
+        QByteArray(good).replace("id=\"a\"", "id=\"\""), QByteArray(good).replace("confirmed", "asleep"),
         QByteArray(good).replace("<state>confirmed</state>", ""),
-        QByteArray(good).replace("dialog-info", "presence"),
-        QByteArray(good).replace("confirmed", "&state;"),
+        QByteArray(good).replace("dialog-info", "presence"), QByteArray(good).replace("confirmed", "&state;"),
         QByteArray(good).replace("confirmed", QByteArray(600, 'c')),
         QByteArray(good).replace("id=\"a\"", "id=\"a\" id=\"b\""),
         QByteArray(good).replace("id=\"a\"", "id=\"" + QByteArray(600, 'i') + "\""),
         QByteArray(good).replace("</dialog>", QByteArray("<x>").repeated(40)),
+        // Sound but for their size.
+        QByteArray(good).replace("</dialog>", QByteArray("<x>").repeated(40) +
+                                                  QByteArray("</x>").repeated(40) + "</dialog>"),
+        QByteArray(good).replace("<note>", "<note>" + QByteArray(600, 'n')),
+        QByteArray(good).replace("<note>", "<note" + attributes + ">"),
+        QByteArray(good).replace("<note>", "<!--" + QByteArray(140000, 'n') + "--><note>"),
         QByteArray(good).replace("</dialog>", QByteArray("<x/>").repeated(9000) + "</dialog>"),
         QByteArray(good).replace("\xc3\xa4", "\xff\xfe")};
     QByteArray entities = QByteArray(good).replace("confirmed", "&state;");
@@ -224,6 +226,18 @@ TEST(SipNotes, WhatNamesADialogueStandsInAHeaderOrIsLeft)
     EXPECT_EQ(state.ringing()->callId, "");
     EXPECT_EQ(state.ringing()->localTag, "");
     EXPECT_EQ(state.ringing()->target, "");
+    uint32_t version = 2;
+    for (const QByteArray& target : {QByteArray("sip:200@h&gt;,&lt;sip:9@h"), QByteArray("sip:200@h x"),
+                                     "sip:" + QByteArray(300, '2') + "@h"}) {
+        SCOPED_TRACE(target.toStdString());
+        bad = rings;
+        bad.replace("sip:200@h:5070", target).replace("sip:200@h<", "tel:200<");
+        bad.replace("c1@h", QByteArray(300, 'c'));
+        EXPECT_TRUE(take(state, dialogs(version++, "full", bad)));
+        ASSERT_TRUE(state.ringing());
+        EXPECT_EQ(state.ringing()->target, "");
+        EXPECT_EQ(state.ringing()->callId, "");
+    }
 }
 
 TEST(SipNotes, AListHasItsMembersInOrderWithTheirNamesAndStates)
@@ -249,6 +263,9 @@ TEST(SipNotes, AListHasItsMembersInOrderWithTheirNamesAndStates)
     EXPECT_TRUE(takeList(
         book, list(3, true, member("sip:8003@h", "Carl", "i3") + member("sip:8001@h", "Anna")) + kListEnd));
     EXPECT_EQ(lampsOf(book), "8003=Carl:2 8001=Anna:0 ");
+    // What looks like the end of a part within a line is none.
+    EXPECT_TRUE(takeList(book, list(4, true, member("sip:8001@h", "Anna --b-- x")) + kListEnd));
+    EXPECT_EQ(lampsOf(book), "8001=Anna --b-- x:0 ");
 }
 
 TEST(SipNotes, APartOfAListThatIsMissingOrDamagedIsNotKnownOfThatMemberAlone)
@@ -267,22 +284,26 @@ TEST(SipNotes, ADamagedListLeavesItsMembersAndKnowsNothingOfThem)
 {
     const QByteArray good = list(1, true, member("sip:1@h", "", "i1", "c1")) +
                             part("c1", dialogs(0, "full", dialog("a", "confirmed", ""))) + kListEnd;
-    QList<QByteArray> bad = {"",
-                             "--b",
-                             "--b--",
-                             "--b\r\n\r\n--b--\r\n",
-                             QByteArray(good).replace("--b", "--other"),
-                             QByteArray(good).replace("rlmi+xml", "pidf+xml"),
-                             QByteArray(good).replace("fullState=\"true\"", "fullState=\"so\""),
-                             QByteArray(good).replace("version=\"1\"", "version=\"x\""),
-                             QByteArray(good).replace("uri=\"sip:1@h\"", "uri=\"\""),
-                             QByteArray(good).replace("uri=\"sip:1@h\"", "uri=\"sip:@h\""),
-                             QByteArray(good).replace("Content-ID: <root>", "Content-ID: root"),
-                             QByteArray(good).replace("<root>", "<another>"),
-                             QByteArray(good).replace("<?xml", "<!DOCTYPE x><?xml"),
-                             QByteArray(good).replace("Content-ID: <c1>", "no head line"),
-                             QByteArray(good).replace("Content-ID: <c1>", "X: " + QByteArray(4000, 'x')),
-                             QByteArray("--b\r\n\r\n\r\n").repeated(400) + kListEnd};
+    QList<QByteArray> bad = {
+        "",
+        "--b",
+        "--b--",
+        "--b\r\n\r\n--b--\r\n",
+        QByteArray(good).replace("--b", "--other"),
+        QByteArray(good).replace("rlmi+xml", "pidf+xml"),
+        QByteArray(good).replace("fullState=\"true\"", "fullState=\"so\""),
+        QByteArray(good).replace("version=\"1\"", "version=\"x\""),
+        QByteArray(good).replace("uri=\"sip:1@h\"", "uri=\"\""),
+        QByteArray(good).replace("uri=\"sip:1@h\"", "uri=\"sip:@h\""),
+        QByteArray(good).replace("Content-ID: <root>", "Content-ID: root"),
+        QByteArray(good).replace("<root>", "<another>"),
+        QByteArray(good).replace("<?xml", "<!DOCTYPE x><?xml"),
+        QByteArray(good).replace("Content-ID: <c1>", "no head line"),
+        QByteArray(good).replace("Content-ID: <c1>", "X: " + QByteArray(4000, 'x')),
+        QByteArray(good).replace("Content-ID: <c1>", "Content-ID: <c1>\r\nX: " + QByteArray(4000, 'x')),
+        QByteArray(good).replace("c1", QByteArray(300, 'c')),
+        QByteArray(good).replace("Content-ID: <c1>", "Content-ID: <c1>\r\nContent-Transfer-Encoding: base64"),
+        QByteArray("--b\r\n\r\n\r\n").repeated(400) + kListEnd};
     bad.append(list(1, true, member("sip:1@h", "", "i1")) + part("x", "y").repeated(400) + kListEnd);
     for (qsizetype length = 0; length < good.size() - 8; length += 7)
         bad.append(good.left(length));

@@ -73,6 +73,21 @@ TEST_F(SipCalls, ACallWithMuchToOfferGoesTheWayOfItsLine)
     EXPECT_FALSE(nobodys.waitForNewConnection(100));
 }
 
+TEST_F(SipCalls, WhatStandsInNoAddressIsWrittenSoThatItDoes)
+{
+    begin();
+    uint32_t id = 0;
+    const QByteArray server = "127.0.0.1:" + QByteArray::number(peer->port());
+    for (const auto& [wanted, called] : QList<QPair<QByteArray, QByteArray>>{
+             {"30#1", "sip:30%231@" + server}, {"30#2@127.0.0.1", "sip:30%232@127.0.0.1"}}) {
+        dial(++id, wanted.constData());
+        const QByteArray invite = peer->receive("INVITE");
+        EXPECT_TRUE(invite.startsWith("INVITE " + called + " ")) << invite.constData();
+        peer->reply(invite, "486 Busy Here");
+        expectEnd(id, SIP_REFUSED, 486);
+    }
+}
+
 TEST_F(SipCalls, WhatBecomesOfACallIsTold)
 {
     begin();

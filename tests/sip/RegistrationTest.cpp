@@ -160,7 +160,22 @@ TEST(SipRegistration, AnswersToOneQuestionAreCountedAndEachHasAChanceOfItsOwn)
     const std::string ownTwo = expectAnswer(second, "n1", "00000002");
     EXPECT_NE(ownOne, ownTwo);
     server.reply(second, "401 Unauthorized", QByteArray(kMd5).replace("n1", "n2") + ", stale=true");
-    expectAnswer(server.receive("REGISTER"), "n2", "00000001");
+    const QByteArray third = server.receive("REGISTER");
+    expectAnswer(third, "n2", "00000001");
+    server.reply(third, "200 OK", "Contact: " + headerOf(third, "Contact") + ";expires=3600");
+    EXPECT_FALSE(agent.nextLine(0, SIP_LINE_REGISTERED, 200)) << "it was all the time";
+}
+
+TEST(SipRegistration, ANameWithQuotesIsOneName)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+    tagSipAccount account = accountAt(0, server.port());
+    sipWire::setText(account.szDisplayName, "A\"n\\na");
+    agent.tell(account);
+    const QByteArray request = server.receive("REGISTER");
+    EXPECT_TRUE(headerOf(request, "From").startsWith("\"A\\\"n\\\\na\" <sip:user0@")) << request.constData();
 }
 
 TEST(SipRegistration, AChallengeThatIsNotKnownOrOfAnotherRealmIsToldAndGetsNoDigest)

@@ -2,6 +2,7 @@
 #include "support/host/bars.h"
 #include "support/host/screen.h"
 #include "tests/kit/phoneTest.h"
+#include <QLabel>
 
 namespace {
 
@@ -48,4 +49,19 @@ TEST_F(LampMark, ALongTitleLeavesItItsPlace)
     bar->setTitle(QString(60, 'W'));
     kit::settle();
     EXPECT_EQ(kit::screen().copy(around), alone);
+}
+
+TEST_F(LampMark, AClockAtTheEndOfTheBarIsNotCovered)
+{
+    bar->setTitle(QString());
+    QLabel clock("23/11/2026 14:05", &page);
+    clock.setGeometry(600, 0, 200, 40);
+    clock.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    clock.show();
+    kit::settle();
+    const QImage before = kit::screen().copy(clock.geometry());
+    RegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    kit::settle();
+    EXPECT_EQ(kit::screen().copy(clock.geometry()), before);
+    EXPECT_GT(kit::screen().pixelColor(600 - kLampMarkSize / 2, 20).red(), 200) << "but it is there";
 }
