@@ -12,6 +12,7 @@ namespace {
 constexpr int kTones = 101;
 constexpr int kOpus = 96;
 constexpr short kLoud = 12000;
+constexpr double kHertz = 500; // each frame ends where the next one begins
 
 class SoundPackets : public CallStand
 {
@@ -74,6 +75,35 @@ protected:
         packet.content = bytes.mid(start, length);
         return packet;
     }
+    // So many packets of a tone come, each in its time, and are played as they are.
+    void hear(SOUND_CODEC codec, int packets)
+    {
+        const std::unique_ptr<soundEncoder> encoder = soundEncoder::make(codec, 20);
+        for (int i = 0; i < packets; ++i) {
+            ToneVoice voice(kHertz);
+            short frame[callSession::FRAME_SAMPLES];
+            voice.read(frame);
+            unsigned char head[rtpPacket::HEAD_BYTES];
+            const int number = m_nCame++;
+            rtpPacket::write({soundCodec(codec)->nPayload, false, quint16(number), quint32(number) * 160, 5},
+                             head);
+            m_peer.say(m_nPort, QByteArray(reinterpret_cast<char*>(head), sizeof head) +
+                                    encoder->encode(frame, callSession::FRAME_SAMPLES).value(0));
+            EXPECT_TRUE(waitFor([&] {
+                m_session->receive(m_nNow);
+                return m_session->reports().received() == m_nCame;
+            }));
+            play(1);
+        }
+    }
+    void play(int frames)
+    {
+        for (int i = 0; i < frames; ++i, m_nNow += callSession::FRAME_MS * 1000) {
+            short frame[callSession::FRAME_SAMPLES];
+            m_session->play(frame, m_nNow);
+            m_loudspeaker.write(frame);
+        }
+    }
     static bool isReport(const QByteArray& packet)
     {
         return rtpPacket::isRtcp(reinterpret_cast<const unsigned char*>(packet.constData()),
@@ -84,6 +114,9 @@ protected:
     int m_nPort = 0;
     std::unique_ptr<callSession> m_session;
     qint64 m_nSaid = 0;
+    int m_nCame = 0;
+    qint64 m_nNow = callDesk::nowUs();
+    ToneVoice m_loudspeaker{0};
 };
 
 TEST_F(SoundPackets, TheFirstOneOfATalkIsMarkedAndTimeGoesOnWhileItIsHeld)
@@ -103,6 +136,47 @@ TEST_F(SoundPackets, TheFirstOneOfATalkIsMarkedAndTimeGoesOnWhileItIsHeld)
     EXPECT_EQ(third.head.nSequence, quint16(second.head.nSequence + 1)) << "nothing went out meanwhile";
     EXPECT_EQ(third.head.nTime, second.head.nTime + 11 * 160);
     EXPECT_FALSE(next().head.bMarker);
+}
+
+TEST_F(SoundPackets, TheTimeOfOpusIsThatOfItsOwnClock)
+{
+    agree(both(SOUND_CODEC::OPUS));
+    say(2);
+    const tagPacket first = next(), second = next();
+    EXPECT_EQ(second.head.nTime - first.head.nTime, 960u);
+    ASSERT_TRUE(m_session->sendTone('5', 100));
+    say(9);
+    for (int packet = 0; packet < 7; ++packet)
+        EXPECT_EQ(next().head.nPayload, kTones);
+    EXPECT_EQ(next().head.nTime - second.head.nTime, 9 * 960u) << "also behind a tone";
+}
+
+TEST_F(SoundPackets, TheOtherSideMayChangeItsMindAmongWhatWasOffered)
+{
+    tagAgreedSound agreed = both();
+    agreed.take.append({SOUND_CODEC::PCMU, 0, 8000});
+    agree(agreed);
+    hear(SOUND_CODEC::PCMA, 30);
+    EXPECT_GT(m_loudspeaker.heard(0.3).share(kHertz), 0.9);
+    hear(SOUND_CODEC::PCMU, 30);
+    EXPECT_GT(m_loudspeaker.heard(0.3).share(kHertz), 0.9) << "another law makes noise of it";
+}
+
+TEST_F(SoundPackets, WhatWasSaidBeforeAHoldIsNotHeardAfterIt)
+{
+    agree(both());
+    hear(SOUND_CODEC::PCMA, 10);
+    ASSERT_GT(m_loudspeaker.heard(0.02).peak(), 0.1);
+    tagAgreedSound quiet = held();
+    quiet.bReceives = false;
+    agree(quiet);
+    play(50);
+    EXPECT_LT(m_loudspeaker.heard(0.9).peak(), 0.01);
+    agree(both());
+    play(20);
+    EXPECT_LT(m_loudspeaker.heard(0.39).peak(), 0.01);
+    hear(SOUND_CODEC::PCMA, 20);
+    EXPECT_GT(m_loudspeaker.heard(0.1).peak(), 0.1);
 }
 
 TEST_F(SoundPackets, EachIsAsLongAsItsTimeFromTheFirstOn)

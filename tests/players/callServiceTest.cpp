@@ -4,6 +4,7 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/stunServer.h"
 #include "tests/players/callServiceStand.h"
+#include "tests/players/callSide.h"
 #include "tests/players/films.h"
 #include "tests/players/pictureSide.h"
 #include "tests/players/wirePort.h"
@@ -300,6 +301,22 @@ TEST_F(CallPictures, TheLockIsShownOnlyWhereThePicturesAreEncryptedToo)
     }
 }
 
+TEST_F(CallPictures, TheCameraOfACallThatBeganWithoutOpensForTheUserAlone)
+{
+    startMedia();
+    const QByteArray sound = "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
+                             "m=audio 40000 RTP/AVP 8\r\n";
+    const QByteArray picture = "m=video 40002 RTP/AVP 97\r\na=rtpmap:97 H264/90000\r\n"
+                               "a=fmtp:97 profile-level-id=42e01f;packetization-mode=1\r\n";
+    tagMediaWish wish = video();
+    EXPECT_FALSE(answerOf(1, sound, wish).isEmpty());
+    const QByteArray asked = answerOf(1, sound + picture, wish);
+    EXPECT_TRUE(asked.mid(asked.indexOf("m=video")).contains("a=recvonly")) << asked.constData();
+    wish.bCameraNow = true;
+    const QByteArray opened = answerOf(1, sound + picture, wish);
+    EXPECT_TRUE(opened.mid(opened.indexOf("m=video")).contains("a=sendrecv")) << opened.constData();
+}
+
 TEST_F(CallPictures, AsManyPicturesAndBitsGoOutAsTheLineSays)
 {
     startMedia();
@@ -362,6 +379,30 @@ TEST_F(CallPictures, APreviewShowsTheOtherSideAndNothingGoesThereUntilItBegins)
     EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 20000));
     EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 1 && isLoudspeakerOpen(); }));
     EXPECT_TRUE(isShown());
+}
+
+TEST_F(CallPictures, WhoIsSeenBeforeTheAnswerHearsNothingOfACallBeside)
+{
+    startMedia();
+    CallPhone other(0), door(0);
+    CallEnd one(other, 1), two(door, 2);
+    m_sessions.agree(1, one.negotiation->answer(offerOf(1), {}));
+    one.apply();
+    ASSERT_TRUE(kit::waitUntil([&] { return other.hears(kHertz); }, 8000));
+    const WirePort pictures;
+    two.negotiation = std::make_unique<callNegotiation>(onThisMachine(two.port, pictures.port()));
+    tagMediaWant want;
+    want.bVideo = want.bCamera = true;
+    tagMediaWish wish = video();
+    wish.bPreview = true;
+    ASSERT_TRUE(two.negotiation->agree(answerOf(2, two.negotiation->offer(want), wish)));
+    two.apply();
+    EXPECT_FALSE(kit::waitUntil([&] { return door.hears(kHertz); }, 800));
+    EXPECT_TRUE(other.hears(kHertz));
+    m_sessions.begin(2);
+    EXPECT_TRUE(kit::waitUntil([&] { return door.hears(kHertz); }, 8000));
+    // Where there is nothing to be seen the other side goes on hearing that it rings.
+    EXPECT_EQ(answerOf(3, one.negotiation->offer({}), wish), "");
 }
 
 TEST_F(CallPictures, OfTwoCallsTheOneThatBeganLastHasTheCameraUntilItEnds)

@@ -33,6 +33,21 @@ TEST_F(CallService, TwoThatAreJoinedHearEachOtherUntilTheyAreSplit)
     EXPECT_TRUE(kit::waitUntil([&] { return other.hears(kHertz) && third.hears(kHertz); }, 8000));
 }
 
+TEST_F(CallService, WhoIsHeldByTheOtherSideHearsOfIt)
+{
+    startMedia();
+    connect(1, 2);
+    ASSERT_TRUE(isHeard());
+    EXPECT_FALSE(m_news.streams[2].bOtherHolds);
+    tagMediaWish held;
+    held.bHeld = true;
+    connect(1, 2, held);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[2].bOtherHolds; }));
+    EXPECT_FALSE(m_news.streams[1].bOtherHolds);
+    connect(1, 2);
+    EXPECT_TRUE(kit::waitUntil([&] { return !m_news.streams[2].bOtherHolds; }));
+}
+
 TEST_F(CallService, TonesAreNotWrittenToTheLog)
 {
     startMedia();
@@ -100,6 +115,21 @@ TEST_F(CallService, NobodyMakesUpForWhatAMachineThatSleptHasNotSaid)
     kit::waitUntil([] { return false; }, 300);
     const int came = there.came();
     EXPECT_LE(came, timer.elapsed() / callSession::FRAME_MS + 30);
+}
+
+// What was asked may have been what it died of: nobody asks the next one the same by itself.
+TEST_F(CallService, AServerThatDiesOverAQuestionHasNoAnswer)
+{
+    startMedia();
+    kill(pid_t(m_media.processId()), SIGSTOP);
+    m_sessions.offer(1, {});
+    m_media.kill();
+    m_media.waitForFinished();
+    startMedia();
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.nLost == 1; }));
+    EXPECT_EQ(m_news.nMissing, 1);
+    EXPECT_EQ(m_news.described[1], "");
+    EXPECT_FALSE(offerOf(1).isEmpty());
 }
 
 TEST_F(CallService, AMicrophoneThatIsPulledOutLeavesTheLoudspeakerThere)

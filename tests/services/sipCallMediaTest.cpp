@@ -193,3 +193,52 @@ TEST_F(SipCallMedia, NeitherNumbersNorTonesAreWrittenToTheLog)
         EXPECT_EQ(traces().filter(secret), QStringList()) << secret;
     EXPECT_FALSE(traces().isEmpty());
 }
+
+TEST_F(SipCallMedia, WhatWasAgreedOnBeforeTheAnswerHoldsWhereThatSaysNoMore)
+{
+    for (const bool fits : {true, false}) {
+        const uint32_t wire = dials("300");
+        auto early = sipWire::make<tagSipProgress>(SIP_PROGRESS, wire);
+        early.nStatus = 183;
+        sipWire::setText(early.szSdp, "early");
+        agent.tell(early);
+        EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "agree early"; }));
+        if (!fits)
+            media->tellUnfit(call().nId);
+        tellMedia(SIP_TALK, wire, "");
+        EXPECT_EQ(call().eState == CALL_TALKING, fits);
+        phoneService::instance().hangUp(call().nId);
+    }
+    EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
+}
+
+TEST_F(SipCallMedia, AnOfferThatTheOtherSidesTookThePlaceOfIsMadeAgain)
+{
+    const int id = talksIn(IN);
+    EXPECT_TRUE(rules().setCamera(id, false));
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
+    EXPECT_TRUE(rules().setCamera(id, true));
+    media->orders.clear();
+    tellMedia(SIP_OFFER, IN, "theirs");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "answer 3");
+    EXPECT_EQ(media->orders, (QStringList{"withdraw", "answer theirs with"}));
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA)) << "until that is agreed on";
+    tellMedia(SIP_TALK, IN, "theirs");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 4");
+    EXPECT_TRUE(media->lastWish.options.bCamera);
+}
+
+TEST_F(SipCallMedia, WhatWasOnceEncryptedIsSoForTheWholeCall)
+{
+    talksOut();
+    tagCallStreams streams;
+    streams.strSound = "Opus";
+    streams.bEncrypted = true;
+    media->tellChanged(call().nId, streams);
+    streams.bEncrypted = false; // pictures in clear take the lock away
+    streams.strPicture = "H.264";
+    media->tellChanged(call().nId, streams);
+    media->tellLost();
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
+    EXPECT_TRUE(media->lastWish.bEncrypt) << "the sound would go in clear";
+}
