@@ -5,6 +5,7 @@
 #include "sip/sipCaller.h"
 #include "sip/stackMemory.h"
 #include <sofia-sip/nta_tag.h>
+#include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_status.h>
 #include <sofia-sip/sip_tag.h>
 #include <sofia-sip/url.h>
@@ -60,11 +61,7 @@ bool isRequestWithin(nua_event_t event)
 
 SipCall::SipCall(const tagSipStack& stack, uint32_t id)
     : m_stack(stack), m_nId(id), m_bIncoming(id >= SIP_CALL_FIRST_INCOMING),
-      m_offer(stack.pRoot, !m_bIncoming,
-              [this](const std::string& sdp) {
-                  nua_invite(m_pHandle, SIPTAG_CONTENT_TYPE_STR(kSdpType), SIPTAG_PAYLOAD_STR(sdp.c_str()),
-                             TAG_END());
-              }),
+      m_offer(stack.pRoot, !m_bIncoming, [this](const std::string& sdp) { sendOffer(sdp); }),
       m_session(stack.pRoot, [this] { refresh(); }), m_limit(stack.pRoot), m_silent(stack.pRoot),
       m_phone(stack.pRoot), m_asked(stack.pRoot)
 {
@@ -236,6 +233,22 @@ void SipCall::ringsTooLong()
         nua_cancel(m_pHandle, TAG_END());
     end(SIP_UNANSWERED, 480, "Nobody has answered");
     releaseSoon();
+}
+
+// The other side may have hung up, of which this one is told next: by then the stack would begin another call
+// with him. An offer that bears the names of the one that is over begins none.
+void SipCall::sendOffer(const std::string& sdp)
+{
+    if (!nua_handle_has_active_call(m_pHandle))
+        return;
+    StackMemory memory;
+    const tagDialogName name = sipDialog::nameOf(m_pHandle);
+    sip_to_t* to = sip_to_dup(memory.home(), nua_handle_remote(m_pHandle));
+    const bool isNamed = to && !name.callId.empty() && !name.remoteTag.empty() &&
+                         (to->a_tag || sip_to_tag(memory.home(), to, name.remoteTag.c_str()) == 0);
+    nua_invite(m_pHandle, TAG_IF(isNamed, SIPTAG_TO(to)),
+               TAG_IF(isNamed, SIPTAG_CALL_ID_STR(name.callId.c_str())), SIPTAG_CONTENT_TYPE_STR(kSdpType),
+               SIPTAG_PAYLOAD_STR(sdp.c_str()), TAG_END());
 }
 
 void SipCall::setMedia(const std::string& sdp)

@@ -78,6 +78,7 @@ private:
 
     void invite();
     void nextServer();
+    void sendOffer(const std::string& sdp);
     // Of the other side.
     void onRequest(const tagStackEvent& event);
     void onState(const tagStackEvent& event);

@@ -1,5 +1,6 @@
 // Calls from outside.
 #include "tests/sip/callTest.h"
+#include <csignal>
 #include <cstring>
 
 namespace {
@@ -449,4 +450,54 @@ TEST_F(SipCalls, TheOlderHeadersTellOfTheCallerTheSame)
     ASSERT_EQ(arrived->nForwards, 2u);
     EXPECT_STREQ(arrived->szForwardedBy[0], "801");
     EXPECT_STREQ(arrived->szForwardedBy[1], "802");
+}
+
+TEST_F(SipCalls, AnOfferThatCrossesTheEndOfItsCallIsNoOtherCall)
+{
+    begin();
+    for (const bool isByeAnswered : {false, true}) {
+        const uint32_t id = talkOut(isByeAnswered ? 2 : 1);
+        ASSERT_NE(id, 0u);
+        tellStatus(SIP_HANG_UP, id);
+        const QByteArray bye = peer->receive("BYE");
+        ASSERT_NE(bye.toStdString(), "");
+        if (isByeAnswered) {
+            peer->reply(bye, "200 OK");
+            agent.isQuiet(200);
+        }
+        peer->send(within("INVITE", lastInvite, 21, "Content-Type: application/sdp", "v=0\r\na=sendonly\r\n"),
+                   agent.port());
+        EXPECT_EQ(nextArrived(1000), nullptr) << isByeAnswered;
+        const QByteArray refused = peer->receive("SIP/2.0 4");
+        EXPECT_TRUE(refused.startsWith("SIP/2.0 481")) << refused.constData();
+        acknowledge(refused);
+        if (!isByeAnswered)
+            peer->reply(bye, "200 OK");
+    }
+}
+
+TEST_F(SipCalls, AnOfferOfThePhoneThatCrossesTheEndOfTheCallBeginsNoOther)
+{
+    begin();
+    for (int round = 0; round < 60; ++round) {
+        const uint32_t id = talkOut(uint32_t(round + 1));
+        ASSERT_NE(id, 0u) << round;
+        const QByteArray bye = within("BYE", lastInvite, 31);
+        // Both lie there when the agent looks, in either order.
+        kill(pid_t(agent.pid()), SIGSTOP);
+        if (round % 2) {
+            peer->send(bye, agent.port());
+            tellMedia(SIP_MEDIA, id, "v=0\r\na=sendonly\r\n");
+        } else {
+            tellMedia(SIP_MEDIA, id, "v=0\r\na=sendonly\r\n");
+            peer->send(bye, agent.port());
+        }
+        kill(pid_t(agent.pid()), SIGCONT);
+        expectEnd(id, SIP_HUNG_UP, 0);
+        for (QByteArray message = peer->receive(30); !message.isEmpty(); message = peer->receive(30)) {
+            const bool isOther =
+                message.startsWith("INVITE") && !headerOf(message, "To").contains(";tag=peer");
+            EXPECT_FALSE(isOther) << round << ": " << message.constData();
+        }
+    }
 }
