@@ -13,6 +13,7 @@
 namespace {
 
 constexpr uint32_t kReleaseMs = 5000;
+constexpr uint32_t kLateReleaseMs = 40000; // the stack sends a BYE behind what is asked and never answered
 constexpr const char* kSdpType = "application/sdp";
 constexpr const char* kRetryAfterSeconds = "2";
 
@@ -592,7 +593,7 @@ void SipCall::end(SIP_ENDING ending, uint32_t status, const std::string& reason,
 
 void SipCall::releaseSoon()
 {
-    m_limit.start(kReleaseMs, [this] { release(); });
+    m_limit.start(m_offer.isAnythingAsked() ? kLateReleaseMs : kReleaseMs, [this] { release(); });
 }
 
 void SipCall::stopTimers()

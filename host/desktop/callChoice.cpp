@@ -1,4 +1,16 @@
 #include "host/desktop/callChoice.h"
+#include <algorithm>
+
+namespace {
+
+// Those that talk together are held one after the other: none of them before both are.
+bool isHeld(const QList<tagCall>& calls, const tagCall& call)
+{
+    const auto talksWith = [&](const tagCall& other) { return other.nId == call.nJoined && !other.bHeld; };
+    return call.bHeld && (!call.nJoined || std::none_of(calls.begin(), calls.end(), talksWith));
+}
+
+} // namespace
 
 tagCall callMostUrgent(const QList<tagCall>& calls, int shown)
 {
@@ -7,7 +19,7 @@ tagCall callMostUrgent(const QList<tagCall>& calls, int shown)
     int highest = 0;
     for (const tagCall& call : calls) {
         const bool asks = call.bIncoming && call.eState == CALL_RINGING;
-        const int rank = asks ? ASKS : call.bHeld ? HELD : ACTIVE;
+        const int rank = asks ? ASKS : isHeld(calls, call) ? HELD : ACTIVE;
         if (rank > highest || (rank == highest && (rank == ACTIVE || call.nId == shown)))
             best = call;
         highest = qMax(highest, rank);

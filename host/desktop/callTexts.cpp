@@ -39,6 +39,9 @@ QString callStateText(const tagCall& call)
 {
     if (!call.strReason.isEmpty())
         return qTranslate(call.strReason.toUtf8().constData());
+    if (call.eState == CALL_ENDED && !call.strTarget.isEmpty())
+        return qTranslate(call.eEnd == CALL_FORWARDED ? HX_TR("Forwarded to %1") : HX_TR("Transferred to %1"))
+            .arg(call.strTarget);
     const bool bothHold = call.eState == CALL_TALKING && call.bHeld && call.bRemoteHeld;
     const QString rest = isPutThrough(call) ? call.strTarget : bothHold ? qTranslate(kHeldThere) : QString();
     return callJoinedText(qTranslate(stateText(call)), rest);

@@ -286,10 +286,9 @@ void frmCall::showState()
     m_ui->labNumber->setText(isAsked() ? callFittingText(m_ui->labNumber, kSmallestNumber, forwarded)
                                        : callFittingText(m_ui->labNumber, kSmallestNumber,
                                                          callJoinedText(m_strNumber, forwarded), upon));
-    m_ui->labState->setText(isUpon && isPlain ? QString()
-                                              : callFittingText(m_ui->labState, kSmallestText,
-                                                                isAsked() ? m_strNumber : QString(),
-                                                                callStateText(m_call)));
+    const QString state = isUpon && isPlain ? QString() : callStateText(m_call);
+    m_ui->labState->setText(isAsked() ? callFittingText(m_ui->labState, kSmallestText, m_strNumber, state)
+                                      : callFittingText(m_ui->labState, kSmallestText, state));
     if (isUpon)
         callLayout::putOthers(*m_ui);
     m_ui->labLine->setText(isAsked() ? m_ui->labLine->fontMetrics().elidedText(

@@ -9,7 +9,7 @@ namespace {
 constexpr int kSideMargin = 8;
 constexpr int kLampFromRight = 20;
 
-// Left of what a page has put over the end of its bar.
+// Left of what a page has put over the end of its bar; what is as wide as the page lies elsewhere.
 int lampX(const QWidget& bar)
 {
     int x = bar.width() - kLampFromRight;
@@ -18,7 +18,8 @@ int lampX(const QWidget& bar)
         return x;
     for (const QWidget* over : page->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
         const QRect place = over->geometry().translated(-bar.pos());
-        if (over != &bar && over->isVisible() && place.contains(x, bar.height() / 2))
+        const bool isAtEnd = place.left() > bar.width() / 2 && place.contains(x, bar.height() / 2);
+        if (over != &bar && over->isVisible() && isAtEnd)
             x = place.left() - kLampMarkSize / 2;
     }
     return x;

@@ -1662,6 +1662,14 @@
         <translation>Weitergeleitet von %1</translation>
     </message>
     <message>
+        <source>Forwarded to %1</source>
+        <translation>Weitergeleitet an %1</translation>
+    </message>
+    <message>
+        <source>Transferred to %1</source>
+        <translation>Übergeben an %1</translation>
+    </message>
+    <message>
         <source>Hold</source>
         <translation>Halten</translation>
     </message>

@@ -1662,6 +1662,14 @@
         <translation>Desviada por %1</translation>
     </message>
     <message>
+        <source>Forwarded to %1</source>
+        <translation>Desviada a %1</translation>
+    </message>
+    <message>
+        <source>Transferred to %1</source>
+        <translation>Transferida a %1</translation>
+    </message>
+    <message>
         <source>Hold</source>
         <translation>Retener</translation>
     </message>

@@ -1662,6 +1662,14 @@
         <translation>Renvoyé par %1</translation>
     </message>
     <message>
+        <source>Forwarded to %1</source>
+        <translation>Renvoyé vers %1</translation>
+    </message>
+    <message>
+        <source>Transferred to %1</source>
+        <translation>Transféré à %1</translation>
+    </message>
+    <message>
         <source>Hold</source>
         <translation>Attente</translation>
     </message>

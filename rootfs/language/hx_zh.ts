@@ -1662,6 +1662,14 @@
         <translation>由 %1 转移</translation>
     </message>
     <message>
+        <source>Forwarded to %1</source>
+        <translation>已转移至 %1</translation>
+    </message>
+    <message>
+        <source>Transferred to %1</source>
+        <translation>已转接至 %1</translation>
+    </message>
+    <message>
         <source>Hold</source>
         <translation>保持</translation>
     </message>

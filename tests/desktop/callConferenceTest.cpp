@@ -119,6 +119,22 @@ TEST_F(CallConference, HoldHoldsBothAndMuteIsForBoth)
     EXPECT_TRUE(call("4711").bMuted && call("4712").bMuted);
 }
 
+TEST_F(CallConference, ATransferIsThatOfWhoHasComeLastOnHoldToo)
+{
+    for (const bool isHeld : {false, true}) {
+        confer();
+        if (isHeld)
+            tapSoftKey(screen(), 1);
+        tapSoftKey(screen(), 2);
+        ASSERT_NE(dial(), nullptr);
+        kit::padKey('8');
+        kit::key(Qt::Key_Return);
+        EXPECT_EQ(phoneSimulation::instance()->endedCalls().first().strNumber, "4712") << isHeld;
+        hangUpAll();
+        kit::stepTime(2000);
+    }
+}
+
 TEST_F(CallConference, WhoHangsUpLeavesTheOtherOne)
 {
     confer();

@@ -1,5 +1,6 @@
 // The call screen of real lines: whom a call has come to, and what becomes of a transfer.
 #include "host/desktop/frmCall.h"
+#include "host/services/phone/callNumber.h"
 #include "tests/desktop/desktopTest.h"
 #include "tests/services/sipStand.h"
 #include <QLabel>
@@ -66,6 +67,26 @@ TEST_F(CallReached, WhoHasPickedUpSeesWhoCalls)
     agent.tell(peer);
     ASSERT_TRUE(kit::waitUntil([] { return text("labName") == "Ben"; }));
     EXPECT_EQ(text("labNumber"), "200");
+}
+
+TEST_F(CallReached, WhoHasPutACallThroughOrSentItOnSeesWhereItIs)
+{
+    const uint32_t wire = talksOut("300");
+    phoneService::instance().rules().transfer(call().nId, "301");
+    tellTransferred(wire, 200, true);
+    ASSERT_TRUE(kit::waitUntil([] { return calls().isEmpty(); }));
+    EXPECT_EQ(text("labState"), "Transferred to 301");
+    kit::shot("call-transferred");
+    const int id = arrives(arrival(IN, "200"));
+    EXPECT_TRUE(phoneService::instance().rules().forward(id, "302"));
+    EXPECT_EQ(text("labState"), "Forwarded to 302");
+    const int far = arrives(arrival(IN + 1, "200"));
+    EXPECT_TRUE(phoneService::instance().rules().forward(far, QString(CALL_NUMBER_MAX, '8')));
+    EXPECT_EQ(text("labState").substr(0, 16), "Forwarded to 888");
+    const auto* label = kit::windows().value(0)->findChild<QLabel*>("labState");
+    QFont smallest = label->font();
+    smallest.setPixelSize(15);
+    EXPECT_LE(QFontMetrics(smallest).horizontalAdvance(label->text()), label->width()) << "it can be read";
 }
 
 TEST_F(CallReached, ATransferIsSeenWhileItIsUnderWayAndWhyItFailed)

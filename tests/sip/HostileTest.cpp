@@ -164,7 +164,7 @@ protected:
 
 TEST_F(SipCalls, DamagedMessagesOfEveryKindDoNotEndItOrTheCallThatTalks)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const uint32_t id = talkOut(1);
     ASSERT_NE(id, 0u);
     const QList<QByteArray> messages = damaged(inviteText("damaged", "X-Last: 1"));

@@ -190,7 +190,7 @@ TEST_F(SipLong, APeerThatNeverTakesAnOfferKeepsItsMediaEachTime)
 
 TEST_F(SipLong, TheOneThatWasAgreedOnRefreshesAndTriesAgainWhereThatIsRefused)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const QByteArray ours = talkOutRefreshed(1, "uac", "INVITE, ACK, BYE");
     talkOutRefreshed(2, "uas", "INVITE, ACK, BYE");
     for (int turn = 0; turn < 2; ++turn) {
@@ -209,7 +209,7 @@ TEST_F(SipLong, TheOneThatWasAgreedOnRefreshesAndTriesAgainWhereThatIsRefused)
 
 TEST_F(SipLong, WhatThePhoneOffersWhileACallIsRefreshedIsWhatHolds)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const QByteArray byInvite = talkOutRefreshed(1, "uac", "INVITE, ACK, BYE");
     const QByteArray byUpdate = talkOutRefreshed(2, "uac", "INVITE, ACK, BYE, UPDATE");
     QMap<QByteArray, QByteArray> refreshes;
@@ -243,4 +243,18 @@ TEST_F(SipLong, WhatThePhoneOffersWhileACallIsRefreshedIsWhatHolds)
         EXPECT_TRUE(strstr(talk->szSdp, "s=held")) << talk->szSdp;
     }
     EXPECT_EQ(peer->receive("INVITE", 500).toStdString(), "");
+}
+
+TEST_F(SipLong, WhoNeverAnswersATonePressedIsHungUpOnAllTheSame)
+{
+    begin();
+    ASSERT_NE(talkOut(1), 0u);
+    auto tone = sipWire::make<tagSipTone>(SIP_TONE, 1);
+    tone.nTone = '1';
+    tone.nMs = 100;
+    agent.tell(tone);
+    EXPECT_NE(peer->receive("INFO").toStdString(), "");
+    tellStatus(SIP_HANG_UP, 1);
+    expectEnd(1, SIP_HUNG_UP, 0);
+    EXPECT_NE(peer->receive("BYE", kLongMs).toStdString(), "");
 }

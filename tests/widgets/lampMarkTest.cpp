@@ -65,3 +65,17 @@ TEST_F(LampMark, AClockAtTheEndOfTheBarIsNotCovered)
     EXPECT_EQ(kit::screen().copy(clock.geometry()), before);
     EXPECT_GT(kit::screen().pixelColor(600 - kLampMarkSize / 2, 20).red(), 200) << "but it is there";
 }
+
+TEST_F(LampMark, APageAsWideAsTheScreenMovesNeitherItNorTheTitle)
+{
+    bar->setTitle("WAN");
+    RegisterSignalLamp(SIGNAL_LAMP_MEETING);
+    kit::settle();
+    const QImage alone = kit::screen().copy(bar->geometry());
+    QWidget body(&page);
+    body.setGeometry(page.rect());
+    body.lower();
+    body.show();
+    kit::settle();
+    EXPECT_EQ(kit::screen().copy(bar->geometry()), alone);
+}
