@@ -15,18 +15,20 @@ public:
     int open(unsigned char* packet, int size, bool rtcp) const;
 
 private:
-    enum : size_t { SEALERS = 2 }; // as many as one description has keys
-    struct tagSealer
+    enum : size_t { KEPT = 2 }; // as many as one description has keys
+    struct tagKey
     {
         CRYPTO_SUITE eSuite;
         QByteArray key;
-        std::unique_ptr<secureRtp> seals;
+        std::unique_ptr<secureRtp> at;
     };
-    secureRtp* sealerFor(CRYPTO_SUITE suite, const QByteArray& key);
+    using Keys = std::vector<tagKey>; // in the order of their use
+    // Null where there is no such key.
+    static secureRtp* take(Keys& keys, CRYPTO_SUITE suite, const QByteArray& key, secureRtp::WAY way);
 
     CRYPTO_SUITE m_eSuite = CRYPTO_SUITE::NONE;
-    QByteArray m_takeKey;
-    std::vector<tagSealer> m_sealers; // in the order of their use
-    secureRtp* m_pSealer = nullptr;   // one of them
-    std::unique_ptr<secureRtp> m_opener;
+    Keys m_sealers;
+    Keys m_openers;
+    secureRtp* m_pSealer = nullptr; // one of them
+    secureRtp* m_pOpener = nullptr; // the same
 };

@@ -44,4 +44,28 @@ TEST_F(StreamKeys, AKeyThatComesBackGoesOnWhereItWas)
     EXPECT_EQ(m_seen.count(QByteArray()), 0u);
 }
 
+TEST_F(StreamKeys, WhatAKeyHasOpenedIsNotOpenedAgainWhenItComesBack)
+{
+    streamKeys other;
+    other.agree(kLong);
+    const auto next = [&](quint16 number) {
+        QByteArray packet(rtpPacket::HEAD_BYTES + 20 + secureRtp::MAX_MORE, 0);
+        auto* bytes = reinterpret_cast<unsigned char*>(packet.data());
+        rtpPacket::write({8, false, number, number * 160u, 5}, bytes);
+        packet.resize(other.sealer()->seal(bytes, rtpPacket::HEAD_BYTES + 20, false));
+        return packet;
+    };
+    const auto opens = [&](QByteArray packet) {
+        return m_keys.open(reinterpret_cast<unsigned char*>(packet.data()), int(packet.size()), false) > 0;
+    };
+    const QByteArray first = next(1);
+    m_keys.agree(kLong);
+    EXPECT_TRUE(opens(first));
+    m_keys.agree(kShort);
+    EXPECT_FALSE(opens(next(2))) << "it is another key";
+    m_keys.agree(kLong);
+    EXPECT_FALSE(opens(first)) << "anybody may have kept it";
+    EXPECT_TRUE(opens(next(3)));
+}
+
 } // namespace
