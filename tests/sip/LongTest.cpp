@@ -190,7 +190,7 @@ TEST_F(SipLong, APeerThatNeverTakesAnOfferKeepsItsMediaEachTime)
 
 TEST_F(SipLong, TheOneThatWasAgreedOnRefreshesAndTriesAgainWhereThatIsRefused)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const QByteArray ours = talkOutRefreshed(1, "uac", "INVITE, ACK, BYE");
     talkOutRefreshed(2, "uas", "INVITE, ACK, BYE");
     for (int turn = 0; turn < 2; ++turn) {
@@ -209,7 +209,7 @@ TEST_F(SipLong, TheOneThatWasAgreedOnRefreshesAndTriesAgainWhereThatIsRefused)
 
 TEST_F(SipLong, WhatThePhoneOffersWhileACallIsRefreshedIsWhatHolds)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const QByteArray byInvite = talkOutRefreshed(1, "uac", "INVITE, ACK, BYE");
     const QByteArray byUpdate = talkOutRefreshed(2, "uac", "INVITE, ACK, BYE, UPDATE");
     QMap<QByteArray, QByteArray> refreshes;

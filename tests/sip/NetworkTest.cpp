@@ -3,6 +3,7 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -144,4 +145,25 @@ TEST_F(SipNetwork, ALineThatWaitsForItsNextTryBeginsOnceWithOtherAddresses)
     agent.tell(sipWire::make<tagSipHead>(SIP_NETWORK, 0));
     ASSERT_NO_FATAL_FAILURE(acceptAnew());
     EXPECT_FALSE(agent.nextLine(0, SIP_LINE_REGISTERING, int(setup.nRetryMs) * 2));
+}
+
+TEST_F(SipNetwork, WhereOneServerIsSilentTheConnectionToAnotherStays)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nSilentMs = 2000;
+    ASSERT_NO_FATAL_FAILURE(beginOverTcp(setup));
+    QTcpServer other;
+    ASSERT_TRUE(other.listen(QHostAddress("127.0.0.2"), server.serverPort()));
+    tagSipAccount account = accountAt(1, server.serverPort(), SIP_TCP);
+    sipWire::setText(account.szServer, "127.0.0.2");
+    agent.tell(account);
+    ASSERT_TRUE(other.waitForNewConnection(AgentProcess::WAIT_MS));
+    QTcpSocket* first = std::exchange(link, other.nextPendingConnection());
+    const QByteArray request = readUntil("\r\n\r\n");
+    write(UdpPeer::replyTo(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
+    ASSERT_TRUE(agent.nextLine(1, SIP_LINE_REGISTERED));
+    dial(1, "300"); // at which the first says nothing, nor when it is asked whether it is there
+    EXPECT_TRUE(first->waitForDisconnected(AgentProcess::WAIT_MS));
+    EXPECT_FALSE(link->waitForDisconnected(200));
+    EXPECT_EQ(link->state(), QTcpSocket::ConnectedState);
 }

@@ -75,7 +75,7 @@ TEST_F(SipCalls, ACallWithMuchToOfferGoesTheWayOfItsLine)
 
 TEST_F(SipCalls, WhatStandsInNoAddressIsWrittenSoThatItDoes)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     uint32_t id = 0;
     const QByteArray server = "127.0.0.1:" + QByteArray::number(peer->port());
     for (const auto& [wanted, called] : QList<QPair<QByteArray, QByteArray>>{

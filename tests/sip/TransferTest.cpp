@@ -179,7 +179,7 @@ TEST_F(SipTransfers, TheOtherSideAsksForACallAndHearsHowItGoes)
 
 TEST_F(SipTransfers, ASecondRequestForACallIsDeclinedAndTheFirstGoesOn)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const uint32_t id = talkIn("twice");
     ASSERT_NE(id, 0u);
     refer(2, "<sip:301@127.0.0.1>");
@@ -196,7 +196,7 @@ TEST_F(SipTransfers, ASecondRequestForACallIsDeclinedAndTheFirstGoesOn)
 
 TEST_F(SipTransfers, WhoAsksForOneCallAfterTheOtherLearnsWhichOneIsMeant)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const uint32_t id = talkIn("which");
     ASSERT_NE(id, 0u);
     for (const int number : {2, 3}) {
@@ -220,7 +220,7 @@ TEST_F(SipTransfers, WhoAsksForOneCallAfterTheOtherLearnsWhichOneIsMeant)
 
 TEST_F(SipTransfers, WhoKeepsHisNumberBackIsConnectedByTheAddressOfHisPhone)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     ASSERT_NE(talkOut(1), 0u);
     peer->send(inviteText("hidden", "From: \"Anonymous\" <sip:anonymous@anonymous.invalid>;tag=caller"),
                agent.port());
