@@ -28,6 +28,7 @@ back() { ctl key F4; ctl wait idle 3000; }
 
 ctl set clock "2026-11-21 14:05:00"
 ctl set line 0 state=5 user=1001 server=pbx new=3
+sleep 4 # menus look at the clock every three seconds
 for language in English Chinese German French Spanish; do
   ctl set language $language
   ctl wait idle 3000
