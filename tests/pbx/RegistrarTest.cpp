@@ -53,7 +53,7 @@ TEST_F(PbxRegistrar, OffersBothDigestsTheBetterOneFirstAndTakesEither)
         phone.answerBy(algorithm);
         const QByteArray reply = phone.registers();
         EXPECT_EQ(statusOf(reply), 200) << algorithm;
-        EXPECT_TRUE(headerOf(reply, "Contact").contains("<sip:1001@" + phone.own() + ">;expires=3600"))
+        EXPECT_TRUE(headerOf(reply, "Contact").contains("<sip:1001@" + phone.own() + ">;expires=120"))
             << reply.constData();
     }
 }
@@ -167,6 +167,30 @@ TEST_F(PbxRegistrar, ContactsGoWhenTheyAreTakenBackAndAPhoneThatStartedAnewTakes
     EXPECT_FALSE(contactsAt(phone, "1001").contains("Contact:"));
 }
 
+TEST_F(PbxRegistrar, GrantsTimeThatIsSoonOverOrWhatItIsTold)
+{
+    for (const auto& [options, most] : {std::pair<QStringList, QByteArray>{{}, "120"},
+                                        {{"--expires", "60"}, "60"},
+                                        {{"--expires", "3600"}, "3600"}}) {
+        RegistrarProcess other;
+        ASSERT_TRUE(other.start(options)) << other.output().constData();
+        WirePhone phone("1001", other.port());
+        const QByteArray contact = "<sip:1001@" + phone.own() + ">", to = "<" + phone.at("1001") + ">";
+        const QByteArray at = "sip:127.0.0.1:" + QByteArray::number(other.port());
+        for (const char* wanted : {"", ";expires=7200"}) {
+            const QByteArray reply =
+                phone.ask("REGISTER", at, "time", "Contact: " + contact + wanted, {}, to);
+            EXPECT_EQ(headerOf(reply, "Contact"), contact + ";expires=" + most) << reply.constData();
+        }
+        for (const QByteArray lines : {"", "\r\nExpires: 7200"}) {
+            const QByteArray reply =
+                phone.ask("SUBSCRIBE", phone.at("1002"), "lamp" + QByteArray::number(lines.size()),
+                          "Event: dialog" + lines);
+            EXPECT_EQ(headerOf(reply, "Expires"), most) << reply.constData();
+        }
+    }
+}
+
 TEST_F(PbxRegistrar, HoldsItsBounds)
 {
     WirePhone phone("1001", pbx.port());
@@ -258,6 +282,8 @@ TEST(PbxProgram, TellsWhatIsWrongAndEndsWhenItIsAsked)
 {
     EXPECT_EQ(run({}).first, 2);
     EXPECT_EQ(run({"--port", "70000", "file"}).first, 2);
+    EXPECT_EQ(run({"--expires", "59", "file"}).first, 2);
+    EXPECT_EQ(run({"--expires", "3601", "file"}).first, 2);
     EXPECT_EQ(run({"/no/such/file"}).first, 1);
     QTemporaryDir folder;
     for (const char* text : {"", "1001\n", "10 01 x\n10 02 y\n", "a<b secret\n"}) {
