@@ -107,7 +107,7 @@ TEST_F(PbxPasswords, AGoodAnswerToWhatTheRunBeforeHasAskedIsLate)
     const QByteArray asked = QByteArray::fromStdString(before.questions(false).front()), own = question();
     for (const QByteArray& each : {asked, QByteArray("Digest nonce=\"nonsense\"")}) {
         EXPECT_EQ(judge(each, "00000001"), PasswordCheck::VERDICT::LATE) << each.constData();
-        EXPECT_EQ(judge(each, "00000001", "guess"), PasswordCheck::VERDICT::BAD) << each.constData();
+        EXPECT_EQ(judge(each, "00000001", "guess"), PasswordCheck::VERDICT::WRONG) << each.constData();
     }
     --now;
     EXPECT_EQ(judge(own, "00000001"), PasswordCheck::VERDICT::LATE) << "the clock was set back";

@@ -2,6 +2,12 @@
 #include "support/host/api.h"
 #include <cstring>
 
+namespace {
+
+const char* const kWrongPassword = HX_TR("The server does not accept name or password");
+
+} // namespace
+
 const char* sipReasonOf(uint32_t status)
 {
     switch (status) {
@@ -20,9 +26,10 @@ const char* sipReasonOf(uint32_t status)
     case 480:
         return HX_TR("Not available at present");
     case 401:
+    case 407: // for the second time
+        return kWrongPassword;
     case 402:
     case 403:
-    case 407:
         return HX_TR("The server does not allow this call");
     case 433:
         return HX_TR("Anonymous calls are not accepted");
@@ -43,9 +50,8 @@ const char* sipReasonOfTransfer(uint32_t status, bool isTaken)
 
 const char* sipReasonOfLine(const tagSipLine& line)
 {
-    static const char* const wrongPassword = HX_TR("The server does not accept name or password");
     // As the agent has them.
-    static const char* const told[] = {wrongPassword, HX_TR("The server does not answer"),
+    static const char* const told[] = {kWrongPassword, HX_TR("The server does not answer"),
                                        HX_TR("The server's name is not known")};
     for (const char* reason : told) {
         if (strcmp(reason, line.szReason) == 0)
@@ -53,7 +59,7 @@ const char* sipReasonOfLine(const tagSipLine& line)
     }
     if (strstr(line.szReason, "TLS") || strstr(line.szReason, "certificate"))
         return HX_TR("There is no secure connection to the server");
-    return line.nStatus == 403 ? wrongPassword : HX_TR("The line is not registered");
+    return line.nStatus == 403 ? kWrongPassword : HX_TR("The line is not registered");
 }
 
 uint32_t sipStatusOf(CALL_END why)
