@@ -19,6 +19,7 @@ void nDeckRequests::Begin(const _ServerCfg& server, const chString& name, const 
     const auto present = m_requests.find(name.GetText());
     if (present != m_requests.end() && present->second.md5 == md5.GetText())
         return;
+    Forget(name);
     nDeckHttpAction& action = CreateObject<nDeckHttpAction>();
     action.strFile = name;
     action.strMd5 = md5;
@@ -31,7 +32,7 @@ void nDeckRequests::Begin(const _ServerCfg& server, const chString& name, const 
     action.bUnfinished = 1;
     action.bGivesWay = 1;
     action.SetCallback(callback);
-    m_requests[name.GetText()] = {action.nTurn, md5.GetText()};
+    m_requests[name.GetText()] = {action.nTurn, md5.GetText(), &action};
     PostAction(action);
     action.Release();
 }
@@ -49,5 +50,9 @@ bool nDeckRequests::End(const nDeckHttpAction& action)
 
 void nDeckRequests::Forget(const chString& name)
 {
-    m_requests.erase(name.GetText());
+    const auto request = m_requests.find(name.GetText());
+    if (request == m_requests.end())
+        return;
+    request->second.pAction->Abandon();
+    m_requests.erase(request);
 }

@@ -1,5 +1,6 @@
 #pragma once
-// The transfers that files wait for: of each name, the last that was asked for counts. User-interface thread.
+// The transfers that files wait for. Of each name there is one: whatever was asked for before it, or is not
+// wanted any more, is given up, since two would write into the same file. User-interface thread.
 #include "signage/serverConfig.h"
 #include "support/host/task.h"
 #include <string>
@@ -24,6 +25,7 @@ private:
     {
         unsigned int nTurn = 0;
         std::string md5;
+        nDeckHttpAction* pAction = nullptr; // is there until it has ended, or is given up
     };
     std::unordered_map<std::string, tagRequest> m_requests;
     unsigned int m_nTurn = 0;

@@ -287,17 +287,21 @@ bool chAtomicFile::Publish(bool flush) const
 
 bool chAtomicFile::PutInPlace() const
 {
-    return m_strTemporary == m_strTarget || sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;
+    return m_strTemporary == m_strTarget ? IsInPlace()
+                                         : sys().rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0;
 }
 
 // One that grows in its place may have given way to another's.
-void chAtomicFile::RemoveTemporary() const
+bool chAtomicFile::IsInPlace() const
 {
     struct stat mine, named;
-    const bool isMine = m_strTemporary != m_strTarget ||
-                        (sys().fstat(m_nFd, &mine) == 0 && sys().lstat(m_strTarget.c_str(), &named) == 0 &&
-                         mine.st_ino == named.st_ino && mine.st_dev == named.st_dev);
-    if (isMine)
+    return sys().fstat(m_nFd, &mine) == 0 && sys().lstat(m_strTarget.c_str(), &named) == 0 &&
+           mine.st_ino == named.st_ino && mine.st_dev == named.st_dev;
+}
+
+void chAtomicFile::RemoveTemporary() const
+{
+    if (m_strTemporary != m_strTarget || IsInPlace())
         sys().unlink(m_strTemporary.c_str());
 }
 

@@ -20,7 +20,8 @@ public:
     int Open(const char* path, mode_t mode = 0);
     // Of a file whose name says that it is still on its way, and that one thread of one process writes: it
     // grows under that name, in place of what is there, and is gone when it is given up. That spares a
-    // temporary file and its rename. A link is not followed. 0 as above.
+    // temporary file and its rename. A link is not followed. 0 as above; its Commit
+    // fails when another took its place meanwhile.
     int OpenUnfinished(const char* path);
     // 0 when the bytes cannot all be stored.
     int Write(const char* data, size_t size);
@@ -51,6 +52,7 @@ private:
     int OpenFolder() const;
     bool Publish(bool flush) const;
     bool PutInPlace() const;
+    bool IsInPlace() const;
 
     void SetTarget(const char* machinePath);
     void RemoveTemporary() const;

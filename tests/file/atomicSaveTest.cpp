@@ -234,9 +234,10 @@ TEST_F(AtomicSave, AnUnfinishedFileThatAnotherTookThePlaceOfLeavesThatOneAlone)
     ASSERT_EQ(file.OpenUnfinished("/a.part"), 1);
     EXPECT_EQ(late.Write("late", 4), 1);
     EXPECT_EQ(file.Write("new", 3), 1);
-    late.Abandon();
+    EXPECT_EQ(late.Commit(0), 0) << "what stands there is not what it has written";
     EXPECT_EQ(file.Commit(0), 1);
     EXPECT_EQ(get("/a.part"), "new");
+    EXPECT_EQ(namesIn("/"), Names{"a.part"});
 }
 
 TEST_F(AtomicSave, AnUnfinishedFileTakesThePlaceOfALinkAndNotOfAFolder)

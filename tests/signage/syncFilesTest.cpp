@@ -62,6 +62,35 @@ TEST_F(SyncFiles, AFileLiesUnderItsNameOfAFetchWhileItComes)
     EXPECT_FALSE(deckFiles().contains("one.png.ing"));
 }
 
+// The first answer is slow, and begins when the second one is under way.
+TEST_F(SyncFiles, AnAnswerThatIsNotWantedAnyMoreDoesNotGetIntoTheFileOfTheNextOne)
+{
+    const auto usual = server.http.onRequest;
+    QList<QPointer<QTcpSocket>> held;
+    server.http.onRequest = [&](QTcpSocket& socket, const QByteArray& path) {
+        if (path.contains("one.png"))
+            held.append(&socket);
+        else
+            usual(socket, path);
+    };
+    server.medias = {{"one.png", "old!"}};
+    manager.DownloadDisplayFrame();
+    ASSERT_TRUE(kit::waitUntil([&] { return held.size() == 1; }));
+    server.medias = {{"one.png", "new!"}};
+    manager.DownloadDisplayFrame();
+    ASSERT_TRUE(kit::waitUntil([&] { return held.size() == 2; }));
+    held[1]->write(httpServer::head("200 OK", {"Content-Length: 4"}) + "ne");
+    ASSERT_TRUE(kit::waitUntil([&] { return readFile("/rundata/nDeck/one.png.ing") == "ne"; }));
+    held[0]->write(httpServer::head("200 OK", {"Content-Length: 4"}) + "ol");
+    EXPECT_FALSE(kit::waitUntil([&] { return readFile("/rundata/nDeck/one.png.ing").startsWith("o"); }, 300));
+    held[1]->write("w!");
+    EXPECT_TRUE(kit::waitUntil([&] { return readFile("/rundata/nDeck/one.png.new") == "new!"; }));
+    held[0]->write("d!");
+    EXPECT_TRUE(kit::waitUntil([&] { return held[0]->state() != QTcpSocket::ConnectedState; }))
+        << "nobody waits for it";
+    EXPECT_EQ(held.size(), 2) << "nothing was asked for again";
+}
+
 TEST_F(SyncFiles, TheBudgetIsConfigured)
 {
     configure("nReDownLoadNum", "1");
