@@ -199,9 +199,8 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
     live.bOffered = true;
     live.bEarly = live.call.bRingsThere = false;
     limitRinging(live);
-    const sipOrders::tagDial order = {
-        live.call.nAccount, live.call.bAnonymous, std::exchange(live.nReferrer, 0), target,
-        live.offer,         live.forwardedBy};
+    const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous, live.nReferrer, target,
+                                      live.offer,         live.forwardedBy};
     if (std::exchange(live.bPicksUp, false))
         m_orders.pickUp(live.nWire, order);
     else

@@ -91,6 +91,8 @@ bool sipCalls::redirect(tagLive& live, const QByteArray& target)
     live.call.strReached = callNumberAt(QString::fromUtf8(target), account.strServer, account.nPort);
     live.call.strTarget = callTextOf(QString::fromUtf8(target));
     live.target = target;
+    if (!findWire(live.nReferrer))
+        live.nReferrer = 0; // it goes on without who asked for it
     dial(live, target);
     tell(live);
     return true;
