@@ -105,7 +105,7 @@ PasswordCheck::VERDICT PasswordCheck::judgeOne(const msg_auth_t* answer, const s
     uint64_t number = 0;
     const long age = ageOf(own.nonce, number);
     const unsigned long count = strtoul(own.count.c_str(), nullptr, 16);
-    if (!account || !isAsked || age < 0 || count == 0 || param(answer, "qop=") != "auth" ||
+    if (!account || !isAsked || count == 0 || param(answer, "qop=") != "auth" ||
         !isAddress(own.uri, request.rq_url))
         return VERDICT::BAD;
     own.password = account->password;
@@ -113,5 +113,6 @@ PasswordCheck::VERDICT PasswordCheck::judgeOne(const msg_auth_t* answer, const s
     if (wanted.size() != given.size() || CRYPTO_memcmp(wanted.data(), given.data(), wanted.size()) != 0)
         return VERDICT::BAD;
     user = own.user;
-    return age <= NONCE_SECONDS && isCountNew(number, count) ? VERDICT::GOOD : VERDICT::LATE;
+    // What the run before has asked is late as well, so that whoever answers it asks anew.
+    return age >= 0 && age <= NONCE_SECONDS && isCountNew(number, count) ? VERDICT::GOOD : VERDICT::LATE;
 }

@@ -17,7 +17,7 @@ public:
     enum class VERDICT {
         NONE, // no answer, or one to somebody else
         GOOD,
-        LATE, // good, but for its nonce, which is used up
+        LATE, // good, but for its nonce, which is used up or was not made here
         BAD
     };
 

@@ -24,6 +24,15 @@ std::string bareAddress(const std::string& address)
     return text ? text : "";
 }
 
+// Whoever has given the address: what its call is made with is said here alone.
+std::string calledAddress(const tagSipDial& dial, const std::string& server)
+{
+    const std::string address = sipAddress::target(dial.szTarget, server);
+    StackMemory memory;
+    const url_t* url = url_make(memory.home(), address.c_str());
+    return url ? sipAddress::withoutHeaders(*url) : address;
+}
+
 // Who has sent the call on, in both ways that are in use: the newest one first (RFC 5806), and by number,
 // with where it goes as the last one (RFC 7044).
 std::string forwardLines(const tagSipDial& dial, const std::string& server, const std::string& target)
@@ -47,7 +56,7 @@ std::string forwardLines(const tagSipDial& dial, const std::string& server, cons
 
 CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
                      const tagCallOrigin& origin)
-    : m_stack(stack), m_hops(line.hops()), m_target(sipAddress::target(dial.szTarget, line.server())),
+    : m_stack(stack), m_hops(line.hops()), m_target(calledAddress(dial, line.server())),
       m_callId(sipDialog::newToken()), m_contact(line.contact()),
       m_transport(std::string("transport=") + line.transportName()), m_origin(origin), m_sdp(dial.szSdp)
 {

@@ -1,4 +1,5 @@
 #include "sip/sipAddress.h"
+#include "sip/stackMemory.h"
 #include <cctype>
 #include <cstdio>
 #include <cstring>
@@ -56,6 +57,15 @@ std::string sipAddress::target(const std::string& wanted, const std::string& ser
     if (at != std::string::npos)
         return "sip:" + escaped(wanted.substr(0, at)) + wanted.substr(at);
     return "sip:" + escaped(wanted) + "@" + server;
+}
+
+std::string sipAddress::withoutHeaders(const url_t& address)
+{
+    StackMemory memory;
+    url_t bare = address;
+    bare.url_headers = bare.url_fragment = nullptr;
+    const char* text = url_as_string(memory.home(), &bare);
+    return text ? text : "";
 }
 
 std::string sipAddress::inBrackets(const std::string& address)

@@ -1,5 +1,6 @@
 #pragma once
 // Addresses of SIP as texts.
+#include <sofia-sip/url.h>
 #include <string>
 
 namespace sipAddress {
@@ -16,6 +17,8 @@ std::string bareHost(const std::string& host);
 std::string port(unsigned port);
 // What somebody wants to reach: a number at the server, "user@host", or a whole address.
 std::string target(const std::string& wanted, const std::string& server);
+// Without the header lines that an address wants a request to it to have: they are a stranger's.
+std::string withoutHeaders(const url_t& address);
 // As a header has an address.
 std::string inBrackets(const std::string& address);
 // Without the quotes and escapes of a name.

@@ -124,6 +124,9 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
     m_stack.tlsProblem = setup.szCertificates[0] ? tlsCheck::problemOf(setup.szCertificates)
                                                  : "There are no certificates for TLS";
     const bool hasTls = m_stack.tlsProblem.empty();
+    const std::string own = hasTls ? tlsCheck::problemOfOwn(setup.szCertificates) : "";
+    if (!own.empty())
+        fprintf(stderr, "agent.pem cannot be used, TLS goes on without it: %s\n", own.c_str());
     m_stack.pNua = listen(hasTls);
     // Lines without TLS have no part in it.
     if (!m_stack.pNua && hasTls) {

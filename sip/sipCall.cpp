@@ -441,9 +441,11 @@ void SipCall::onFinalReply(const tagStackEvent& event)
     if (isDown && m_hooks.serverFails)
         m_hooks.serverFails();
     if (status < 400 && isReply && event.pMessage->sip_contact) {
-        StackMemory memory;
-        const char* target = url_as_string(memory.home(), event.pMessage->sip_contact->m_url);
-        end(SIP_REDIRECTED, status, event.szPhrase, target ? target : "");
+        const std::string target = sipAddress::withoutHeaders(*event.pMessage->sip_contact->m_url);
+        if (target.size() < SIP_TARGET_SIZE)
+            end(SIP_REDIRECTED, status, event.szPhrase, target);
+        else
+            end(SIP_REFUSED, SIP_414_REQUEST_URI_TOO_LONG); // half an address leads somewhere else
     } else if (isReply) {
         end(SIP_REFUSED, status <= 699 ? status : 0, event.szPhrase);
     } else {

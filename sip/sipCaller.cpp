@@ -3,12 +3,16 @@
 #include "sip/sipWire.h"
 #include "sip/stackMemory.h"
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <sofia-sip/msg_header.h>
 #include <sofia-sip/sip_extra.h>
 #include <sofia-sip/sip_header.h>
+#include <sofia-sip/url.h>
 #include <string>
+#include <string_view>
 #include <strings.h>
 #include <vector>
 
@@ -131,32 +135,88 @@ std::string pictureOf(const sip_t& message)
     return "";
 }
 
-std::vector<std::string> numbersIn(const sip_t& message, const char* name)
+// What a quoted text that begins at "at" is followed by.
+size_t afterQuotes(std::string_view text, size_t at)
 {
-    std::vector<std::string> numbers;
-    for (const sip_unknown_t* header = message.sip_unknown; header; header = header->un_next) {
-        if (strcasecmp(textOf(header->un_name).c_str(), name) != 0)
+    for (++at; at < text.size() && text[at] != '"'; ++at) {
+        if (text[at] == '\\')
+            ++at;
+    }
+    return std::min(at + 1, text.size());
+}
+
+// The number of an address as a person reads it, and not much more of it than a record has room for.
+std::string numberOf(std::string_view address)
+{
+    constexpr size_t kEscaped = 3; // characters for one
+    for (const std::string_view scheme : {"sip:", "sips:", "tel:"}) {
+        if (address.size() < scheme.size() || strncasecmp(address.data(), scheme.data(), scheme.size()) != 0)
             continue;
-        const std::string value = textOf(header->un_value);
-        for (size_t at = value.find("sip:"); at != std::string::npos; at = value.find("sip:", at)) {
-            at += strlen("sip:");
-            numbers.push_back(value.substr(at, value.find_first_of("@>;,?", at) - at));
+        address.remove_prefix(scheme.size());
+        std::string number(address.substr(
+            0, std::min<size_t>(address.find_first_of("@:;? \t\r\n"), kEscaped * SIP_TEXT_SIZE)));
+        number.resize(url_unescape_to(number.data(), number.c_str(), number.size()));
+        const auto isControl = [](unsigned char c) { return iscntrl(c) != 0; };
+        number.erase(std::remove_if(number.begin(), number.end(), isControl), number.end());
+        return number;
+    }
+    return "";
+}
+
+// One of a list of addresses, taken off its front. What a name or a parameter has in quotes is none.
+std::string_view takeAddress(std::string_view& list)
+{
+    size_t begin = list.find_first_not_of(" \t\r\n"), end = std::string_view::npos, at = 0;
+    while (at < list.size() && list[at] != ',') {
+        if (list[at] == '"') {
+            at = afterQuotes(list, at);
+            continue;
+        }
+        if (list[at] == '<' && end == std::string_view::npos) {
+            begin = at + 1;
+            at = end = std::min(list.find('>', at), list.size());
+            continue;
+        }
+        ++at;
+    }
+    end = std::min(end, at);
+    const std::string_view address = begin < end ? list.substr(begin, end - begin) : std::string_view();
+    list.remove_prefix(std::min(at + 1, list.size()));
+    return address;
+}
+
+// Of all that a message has, the first few or the last few.
+std::deque<std::string> numbersIn(const sip_t& message, const char* name, size_t most, bool isLast)
+{
+    std::deque<std::string> numbers;
+    for (const sip_unknown_t* header = message.sip_unknown; header; header = header->un_next) {
+        if (!header->un_value || strcasecmp(textOf(header->un_name).c_str(), name) != 0)
+            continue;
+        for (std::string_view list = header->un_value; !list.empty();) {
+            std::string number = numberOf(takeAddress(list));
+            if (number.empty())
+                continue;
+            if (numbers.size() == most && !isLast)
+                return numbers;
+            if (numbers.size() == most)
+                numbers.pop_front();
+            numbers.push_back(std::move(number));
         }
     }
     return numbers;
 }
 
-// Of "<sip:202@host>;reason=no-answer, <sip:203@host>", the last who sent it on first. RFC 7044 has them the
-// other way round, and where the call has got to as the last one.
-std::vector<std::string> forwarders(const sip_t& message)
+// Of "<sip:202@host>;reason=no-answer, <sip:203@host>", the last who sent it on last. RFC 7044 has them that
+// way round already, and where the call has got to as the last one.
+std::deque<std::string> forwarders(const sip_t& message)
 {
-    std::vector<std::string> numbers = numbersIn(message, "Diversion");
+    std::deque<std::string> numbers = numbersIn(message, "Diversion", SIP_FORWARDS_MAX, false);
+    std::reverse(numbers.begin(), numbers.end());
     if (!numbers.empty())
         return numbers;
-    numbers = numbersIn(message, "History-Info");
+    numbers = numbersIn(message, "History-Info", SIP_FORWARDS_MAX + 1, true);
     if (!numbers.empty())
         numbers.pop_back();
-    std::reverse(numbers.begin(), numbers.end());
     return numbers;
 }
 
@@ -179,9 +239,7 @@ void sipCaller::read(const sip_t& message, bool isFromServer, tagSipArrived& arr
         if (isFromServer)
             sipWire::setText(arrived.szPicture, pictureOf(message));
     }
-    std::vector<std::string> numbers = forwarders(message);
-    numbers.resize(std::min<size_t>(numbers.size(), SIP_FORWARDS_MAX));
-    std::reverse(numbers.begin(), numbers.end());
+    const std::deque<std::string> numbers = forwarders(message);
     arrived.nForwards = uint32_t(numbers.size());
     for (size_t i = 0; i < numbers.size(); ++i)
         sipWire::setText(arrived.szForwardedBy[i], numbers[i]);

@@ -1,5 +1,6 @@
 #include "sip/tlsCheck.h"
 #include "sip/ownSockets.h"
+#include "support/file/placeLook.h"
 #include <algorithm>
 #include <arpa/inet.h>
 #include <deque>
@@ -12,7 +13,8 @@
 
 namespace {
 
-constexpr size_t kMaxKept = 16; // as many servers may fail at the same time
+constexpr size_t kMaxKept = 16;           // as many servers may fail at the same time
+constexpr int64_t kLargestFile = 1 << 20; // the certificates of all known authorities are a quarter of it
 
 struct tagProblem
 {
@@ -67,15 +69,70 @@ long resultOf(const SSL* tls)
     return own(tls);
 }
 
+// The stack waits for ever at a pipe, and for minutes for thousands of certificates.
+std::string problemOfFile(const std::string& folder, const std::string& name)
+{
+    const tagPlaceLook look = placeLook((folder + "/" + name).c_str());
+    if (look.bIsThere && !look.bIsFile)
+        return name + " is not a file";
+    return look.nSize > kLargestFile ? name + " is larger than 1 MB" : "";
+}
+
+// Instead of OpenSSL's own, which waits at the terminal for somebody to type it.
+int giveNoPassword(char*, int, int, void* isAsked)
+{
+    *static_cast<bool*>(isAsked) = true;
+    return -1;
+}
+
+struct tagOwnTrial
+{
+    std::string problem;
+    bool bIsAsked = false; // for a password
+};
+
+// As the stack reads it, which takes the key even when it has no certificate, and says nothing of either.
+tagOwnTrial tryOwn(const std::string& folder)
+{
+    const std::string path = folder + "/agent.pem";
+    tagOwnTrial trial;
+    const std::unique_ptr<SSL_CTX, void (*)(SSL_CTX*)> context(SSL_CTX_new(TLS_method()), SSL_CTX_free);
+    if (!context)
+        return trial;
+    SSL_CTX_set_default_passwd_cb(context.get(), giveNoPassword);
+    SSL_CTX_set_default_passwd_cb_userdata(context.get(), &trial.bIsAsked);
+    ERR_clear_error();
+    const int certificate = SSL_CTX_use_certificate_file(context.get(), path.c_str(), SSL_FILETYPE_PEM);
+    const int key = SSL_CTX_use_PrivateKey_file(context.get(), path.c_str(), SSL_FILETYPE_PEM);
+    const bool isUsed = certificate == 1 && key == 1 && SSL_CTX_check_private_key(context.get()) == 1;
+    const char* reason = ERR_reason_error_string(ERR_peek_error());
+    if (!isUsed)
+        trial.problem = reason ? reason : "unknown";
+    ERR_clear_error(); // else the stack would take it for its own
+    return trial;
+}
+
 } // namespace
 
 std::string tlsCheck::problemOf(const std::string& folder)
 {
+    for (const char* name : {"cafile.pem", "agent.pem", "tls_seed.dat"}) {
+        const std::string problem = problemOfFile(folder, name);
+        if (!problem.empty())
+            return problem;
+    }
     const std::unique_ptr<X509_STORE, void (*)(X509_STORE*)> store(X509_STORE_new(), X509_STORE_free);
     const bool isRead =
         store && X509_STORE_load_locations(store.get(), (folder + "/cafile.pem").c_str(), nullptr) == 1;
     ERR_clear_error(); // else the stack would take it for its own
-    return isRead ? "" : "The certificates of cafile.pem cannot be read";
+    if (!isRead)
+        return "The certificates of cafile.pem cannot be read";
+    return tryOwn(folder).bIsAsked ? "The key of agent.pem has a password" : "";
+}
+
+std::string tlsCheck::problemOfOwn(const std::string& folder)
+{
+    return tryOwn(folder).problem;
 }
 
 uint64_t tlsCheck::count()

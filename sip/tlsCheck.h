@@ -5,8 +5,10 @@
 
 namespace tlsCheck {
 
-// Why the authorities in the folder of certificates cannot be used, for a person; empty: they can.
+// Why there is no TLS with the folder of certificates, for a person; empty: there is.
 std::string problemOf(const std::string& folder);
+// Why the phone's own certificate in it cannot be used, for a person; empty: it can. TLS goes on without it.
+std::string problemOfOwn(const std::string& folder);
 // How many problems with servers there were.
 uint64_t count();
 // The last one with a server of that name or numeric address, beyond the first so many, for a person; empty:

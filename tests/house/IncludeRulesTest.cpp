@@ -202,12 +202,18 @@ TEST(IncludeRules, ARoomIncludesOnlyTheRoomsItIsBuiltOn)
 TEST(IncludeRules, TheSipAgentIncludesItsOwnRoomAndNoToolkit)
 {
     static const QRegularExpression toolkit("#\\s*include\\s*<Q\\w+");
-    const QVector<SourceFile> files = sourceFiles({"sip"}, {".cpp", ".h"});
+    // Files are looked at in their own room: this one is built into the agent, and keeps its rule.
+    static const QString shared = "support/file/placeLook.h";
+    QVector<SourceFile> files = sourceFiles({"sip"}, {".cpp", ".h"});
     EXPECT_GT(files.size(), 2);
+    for (const SourceFile& file : sourceFiles({"support/file"}, {".cpp", ".h"})) {
+        if (file.baseName() == "placeLook")
+            files.append(file);
+    }
     expectNowhere(files, toolkit);
     for (const SourceFile& file : files) {
         for (const Include& include : includesOf(file))
-            EXPECT_TRUE(isBelow(include.path, "sip")) << place(file, include.line);
+            EXPECT_TRUE(isBelow(include.path, "sip") || include.path == shared) << place(file, include.line);
     }
 }
 

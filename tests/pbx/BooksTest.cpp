@@ -68,12 +68,13 @@ protected:
         ASSERT_TRUE(accounts.load(file.fileName().toStdString(), reason)) << reason;
     }
     void TearDown() override { now = 0; }
-    PasswordCheck::VERDICT judge(const QByteArray& question, const QByteArray& count)
+    PasswordCheck::VERDICT judge(const QByteArray& question, const QByteArray& count,
+                                 const QByteArray& password = "secret")
     {
         QByteArray answer =
             "Digest username=\"1001\", realm=\"127.0.0.1\", nonce=\"" + paramOf(question, "nonce") +
             "\", uri=\"sip:127.0.0.1\", algorithm=MD5, qop=auth, nc=" + count + ", cnonce=\"own\"";
-        answer += ", response=\"" + digestOf("REGISTER", answer, "1001", "secret") + "\"";
+        answer += ", response=\"" + digestOf("REGISTER", answer, "1001", password) + "\"";
         const Request request("REGISTER", "Authorization: " + answer);
         std::string user;
         return passwords.judge(request.sip().sip_authorization, *request.sip().sip_request, user);
@@ -97,6 +98,19 @@ TEST_F(PbxPasswords, AQuestionIsGoodForItsTimeAlone)
     EXPECT_EQ(judge(asked, "00000002"), PasswordCheck::VERDICT::LATE) << "said twice";
     ++now;
     EXPECT_EQ(judge(asked, "00000003"), PasswordCheck::VERDICT::LATE);
+}
+
+TEST_F(PbxPasswords, AGoodAnswerToWhatTheRunBeforeHasAskedIsLate)
+{
+    PasswordCheck before{accounts, "127.0.0.1", false};
+    now = 1000000;
+    const QByteArray asked = QByteArray::fromStdString(before.questions(false).front()), own = question();
+    for (const QByteArray& each : {asked, QByteArray("Digest nonce=\"nonsense\"")}) {
+        EXPECT_EQ(judge(each, "00000001"), PasswordCheck::VERDICT::LATE) << each.constData();
+        EXPECT_EQ(judge(each, "00000001", "guess"), PasswordCheck::VERDICT::BAD) << each.constData();
+    }
+    --now;
+    EXPECT_EQ(judge(own, "00000001"), PasswordCheck::VERDICT::LATE) << "the clock was set back";
 }
 
 TEST_F(PbxPasswords, WhatWasAnsweredBeforeManyOthersIsUsedUp)

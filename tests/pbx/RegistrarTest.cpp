@@ -81,18 +81,45 @@ TEST_F(PbxRegistrar, WhoHasAnotherPasswordOrAnotherNameIsRefused)
     EXPECT_FALSE(contactsAt(asker, "1001").contains("Contact:"));
 }
 
-TEST_F(PbxRegistrar, AnAnswerToAQuestionThatWasNeverAskedIsRefused)
+TEST_F(PbxRegistrar, AnAnswerToAQuestionThatWasNeverAskedIsAskedAgain)
 {
-    WirePhone phone("1001", pbx.port());
     const QByteArray invented =
         "SIP/2.0 401 x\r\nWWW-Authenticate: Digest realm=\"127.0.0.1\", "
         "nonce=\"1-0123456789abcdef0123456789abcdef\", algorithm=MD5, qop=\"auth\"\r\n\r\n";
-    phone.wire().send(phone.text("REGISTER", uri(), "invented", 1,
-                                 "Contact: <sip:1001@" + phone.own() + ">\r\n" +
-                                     phone.answerTo(invented, "REGISTER", uri()),
-                                 {}, "<" + phone.at("1001") + ">"),
+    WirePhone phone("1001", pbx.port()), wrong("1001", pbx.port(), "guess");
+    for (WirePhone* each : {&phone, &wrong})
+        each->wire().send(each->text("REGISTER", uri(), "invented", 1,
+                                     "Contact: <sip:1001@" + each->own() + ">\r\n" +
+                                         each->answerTo(invented, "REGISTER", uri()),
+                                     {}, "<" + each->at("1001") + ">"),
+                          pbx.port());
+    EXPECT_TRUE(phone.hears(401).contains("stale=true"));
+    EXPECT_NE(wrong.hears(403).toStdString(), "");
+    EXPECT_FALSE(contactsAt(phone, "1001").contains("Contact:"));
+}
+
+TEST_F(PbxRegistrar, APhoneThatTheRunBeforeHasAskedIsAskedAgainAndIsBack)
+{
+    WirePhone phone("1001", pbx.port());
+    ASSERT_EQ(statusOf(phone.ask("REGISTER", uri(), "query", {}, {}, "<" + phone.at("1001") + ">")), 200);
+    phone.wire().send(phone.text("REGISTER", uri(), "again", 1, {}, {}, "<" + phone.at("1001") + ">"),
                       pbx.port());
-    EXPECT_NE(phone.hears(403).toStdString(), "");
+    const QByteArray question = phone.hears(401), address = uri();
+    ASSERT_EQ(pbx.end(), 0);
+    RegistrarProcess anew;
+    ASSERT_TRUE(anew.start({"--port", QString::number(pbx.port())})) << anew.output().constData();
+    const auto answers = [&](int number, const QByteArray& asked) {
+        phone.wire().send(phone.text("REGISTER", address, "again", number,
+                                     "Contact: <sip:1001@" + phone.own() + ">\r\n" +
+                                         phone.answerTo(asked, "REGISTER", address),
+                                     {}, "<" + phone.at("1001") + ">"),
+                          anew.port());
+    };
+    answers(2, question);
+    const QByteArray fresh = phone.hears(401);
+    EXPECT_TRUE(fresh.contains("stale=true")) << fresh.constData();
+    answers(3, fresh);
+    EXPECT_NE(phone.hears(200).toStdString(), "");
 }
 
 TEST_F(PbxRegistrar, AnAnswerIsGoodForItsOwnRequestAndOnce)

@@ -1,4 +1,5 @@
 // Calls from outside.
+#include "tests/kit/plain/processes.h"
 #include "tests/sip/callTest.h"
 #include <csignal>
 #include <cstring>
@@ -232,6 +233,66 @@ TEST_F(SipCalls, OfManyWhoSentACallOnTheLastFewAreTold)
         EXPECT_EQ(QByteArray(each).left(2).toStdString(), "30");
     EXPECT_STREQ(arrived->szSdp, "v=0\r\ns=offer\r\n");
     EXPECT_TRUE(agent.isRunning());
+}
+
+TEST_F(SipCalls, WhoSentACallOnIsReadFromEveryKindOfAddressAndFromNothingElse)
+{
+    begin();
+    const QList<QPair<QByteArray, QByteArrayList>> lines = {
+        {"Diversion: <sips:302@h>, <SIP:303@h>, <tel:+49304;phone-context=h>", {"+49304", "303", "302"}},
+        {"Diversion: \"sip:911@bank, \\\"<sip:912@bank>\" <sip:304@h>;reason=\"a,<sip:913@h>\"", {"304"}},
+        {"Diversion: Sip:305@h;privacy=off , sip:306@h", {"306", "305"}},
+        {"Diversion: <sip:%33%30%00%0d%0A%1b%37:secret@h>", {"307"}},
+        {"Diversion: <sip:" + QByteArray(9000, '9') + "@h>", {QByteArray(SIP_TEXT_SIZE - 1, '9')}},
+        {"Diversion: <http://308@h>, \"sip:914@h", {}},
+    };
+    uint32_t id = kFirst;
+    for (const auto& [line, numbers] : lines) {
+        SCOPED_TRACE(line.left(80).toStdString());
+        peer->send(inviteText("by" + QByteArray::number(id), line), agent.port());
+        const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, id);
+        ASSERT_TRUE(arrived);
+        QByteArrayList told;
+        for (uint32_t i = 0; i < arrived->nForwards; ++i)
+            told.append(arrived->szForwardedBy[i]);
+        EXPECT_EQ(told.join(' ').toStdString(), numbers.join(' ').toStdString());
+        tellStatus(SIP_REFUSE, id++, 486);
+    }
+}
+
+TEST_F(SipCalls, OfALongHistoryTheLastFewWhoSentItOnAreTold)
+{
+    begin();
+    QByteArray line = "History-Info: ";
+    for (int i = 100; i <= 112; ++i)
+        line += (i > 100 ? ", <sip:" : "<sip:") + QByteArray::number(i) + "@h>;index=1";
+    peer->send(inviteText("many", line), agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    ASSERT_EQ(arrived->nForwards, uint32_t(SIP_FORWARDS_MAX));
+    for (int i = 0; i < SIP_FORWARDS_MAX; ++i)
+        EXPECT_EQ(QByteArray(arrived->szForwardedBy[i]).toInt(), 107 + i);
+}
+
+TEST_F(SipCalls, WhoSentACallOnCostsNoMoreMemoryThanItsMessage)
+{
+    begin();
+    uint32_t id = kFirst;
+    const auto arrives = [&](const QByteArray& lines) {
+        peer->send(inviteText("long" + QByteArray::number(id), lines), agent.port());
+        EXPECT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id)) << lines.left(20).constData();
+        tellStatus(SIP_REFUSE, id++, 486);
+    };
+    const QByteArray schemes = QByteArray("sip:").repeated(14000);
+    arrives("Subject: " + schemes); // what any message of that size takes
+    const qint64 before = kit::statusKiB(agent.pid(), "VmHWM");
+    ASSERT_GT(before, 0);
+    for (const char* name : {"Diversion: ", "History-Info: "}) {
+        arrives(name + schemes);
+        arrives(name + QByteArray("sip:1,").repeated(9000));
+        arrives(name + ('"' + schemes + "\" <sip:1@h>"));
+    }
+    EXPECT_LT(kit::statusKiB(agent.pid(), "VmHWM") - before, 16000) << before;
 }
 
 TEST_F(SipCalls, WhatRingsTooLongIsNotWhatTalksLong)

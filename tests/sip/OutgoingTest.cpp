@@ -113,6 +113,52 @@ TEST_F(SipCalls, WhatBecomesOfACallIsTold)
     EXPECT_NE(peer->receive("CANCEL", kBeforeGivenUpMs).toStdString(), "");
 }
 
+TEST_F(SipCalls, WhoeverIsCalledWritesNoHeadersOfTheNextCall)
+{
+    begin();
+    dial(1, "300");
+    const QByteArray moved = "sip:302@127.0.0.1;a=b";
+    const QByteArray headers =
+        "?Subject=a%0d%0aX-Split:%201&Route=%3Csip:127.0.0.9;lr%3E&Replaces=x%3Bto-tag%3D1%3Bfrom-tag%3D2"
+        "&P-Asserted-Identity=%3Csip:1@bank%3E&body=evil";
+    peer->reply(peer->receive("INVITE"), "302 Moved Temporarily", "Contact: <" + moved + headers + '>');
+    const auto* ended = next<tagSipEnded>(SIP_ENDED, 1);
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->eEnding, uint32_t(SIP_REDIRECTED));
+    EXPECT_STREQ(ended->szTarget, moved.constData());
+
+    // Nor whoever has had such an address dialled.
+    dial(2, (moved + headers).constData());
+    const QByteArray invite = peer->receive("INVITE sip:302@127.0.0.1;a=b SIP/2.0");
+    ASSERT_NE(invite.toStdString(), "");
+    for (const char* name : {"Subject", "X-Split", "Route", "Replaces", "P-Asserted-Identity"})
+        EXPECT_EQ(headerOf(invite, name).toStdString(), "") << name;
+    EXPECT_EQ(headerOf(invite, "To").toStdString(), '<' + moved.toStdString() + '>');
+    EXPECT_TRUE(invite.endsWith("s=offer\r\n")) << invite.constData();
+}
+
+TEST_F(SipCalls, ACallIsNotSentOnToHalfAnAddress)
+{
+    begin();
+    const QByteArray host = "@127.0.0.1", scheme = "sip:";
+    const QByteArray most =
+        scheme + QByteArray(SIP_TARGET_SIZE - 1 - scheme.size() - host.size(), '8') + host;
+    dial(1, "300");
+    peer->reply(peer->receive("INVITE"), "302 Moved Temporarily", "Contact: <" + most + '>');
+    const auto* ended = next<tagSipEnded>(SIP_ENDED, 1);
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->eEnding, uint32_t(SIP_REDIRECTED));
+    EXPECT_STREQ(ended->szTarget, most.constData());
+
+    dial(2, "301");
+    peer->reply(peer->receive("INVITE sip:301@"), "302 Moved Temporarily", "Contact: <" + most + "9>");
+    ended = next<tagSipEnded>(SIP_ENDED, 2);
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->eEnding, uint32_t(SIP_REFUSED));
+    EXPECT_EQ(ended->nStatus, 414u);
+    EXPECT_STREQ(ended->szTarget, "");
+}
+
 TEST_F(SipCalls, TheOnlyServerThatFailsACallIsAskedWhetherTheLineIsStillThere)
 {
     begin();

@@ -4,11 +4,14 @@
 #include "tests/sip/certificates.h"
 #include "tests/sip/nameServer.h"
 #include "tests/sip/udpPeer.h"
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <utility>
 
 namespace {
 
@@ -20,17 +23,24 @@ protected:
     // A server with the certificate and key of that folder, and a line at it. host: what the line calls it.
     void begin(const QString& certified, const std::string& host = "127.0.0.1")
     {
+        begin(certified, host, agent);
+    }
+    void begin(const QString& certified, const std::string& host, AgentProcess& line,
+               const QStringList& wants = {})
+    {
         port = UdpPeer::freePort();
         kit::endWithUs(server);
         server.setWorkingDirectory(certified);
-        server.start("openssl", {"s_server", "-quiet", "-accept", "127.0.0.1:" + QString::number(port),
-                                 "-cert", "server.pem", "-key", "server.key"});
+        const QString address = "127.0.0.1:" + QString::number(port);
+        server.start("openssl", QStringList{"s_server", "-quiet", "-accept", address, "-cert", "server.pem",
+                                            "-key", "server.key"} +
+                                    wants);
         ASSERT_TRUE(server.waitForStarted());
         ASSERT_TRUE(kit::waits([&] { return UdpPeer::isListening(port); }, AgentProcess::WAIT_MS));
-        ASSERT_TRUE(agent.start(setupOfTls()));
+        ASSERT_TRUE(line.start(setupOfTls()));
         tagSipAccount account = accountAt(0, port, SIP_TLS);
         sipWire::setText(account.szServer, host);
-        agent.tell(account);
+        line.tell(account);
     }
     // That trusts the authority of the folder.
     tagSipSetup setupOfTls() const
@@ -63,13 +73,61 @@ protected:
         ASSERT_TRUE(server.waitForBytesWritten());
     }
     // The line registers at the server; what it has asked.
-    QByteArray registerLine()
+    QByteArray registerLine() { return registerLine(agent); }
+    QByteArray registerLine(AgentProcess& line)
     {
         const QByteArray request = receive("REGISTER");
         say(UdpPeer::replyTo(request, "200 OK",
                              "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
-        EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+        EXPECT_TRUE(line.nextLine(0, SIP_LINE_REGISTERED));
         return request;
+    }
+    QByteArray contentOf(const char* name) const
+    {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        return file.readAll();
+    }
+    void write(const char* name, const QByteArray& content) const
+    {
+        QFile file(folder.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        ASSERT_EQ(file.write(content), content.size());
+    }
+    void expectOnlyTlsRefused(const std::string& reason) const
+    {
+        AgentProcess other;
+        ASSERT_TRUE(other.start(setupOfTls())) << reason;
+        other.tell(accountAt(0, UdpPeer::freePort(), SIP_TLS));
+        const tagSipLine* refused = other.nextLine(0, SIP_LINE_REFUSED);
+        ASSERT_TRUE(refused) << reason;
+        EXPECT_EQ(std::string(refused->szReason), reason);
+        UdpPeer peer;
+        other.tell(accountAt(1, peer.port()));
+        const QByteArray request = peer.receive("REGISTER");
+        peer.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+        EXPECT_TRUE(other.nextLine(1, SIP_LINE_REGISTERED)) << reason;
+    }
+    // The agent leaves the server, which ends with it.
+    void end(AgentProcess& line)
+    {
+        line.closeLink();
+        say(UdpPeer::replyTo(receive("REGISTER"), "200 OK"));
+        EXPECT_TRUE(line.ends());
+        stopServer();
+    }
+    void expectPrinted(AgentProcess& line, const QByteArray& text, const char* reason)
+    {
+        end(line);
+        EXPECT_TRUE(line.output().contains(text + reason)) << reason << "\n" << line.output().constData();
+    }
+    void stopServer()
+    {
+        read.clear();
+        if (server.state() == QProcess::NotRunning)
+            return;
+        server.kill();
+        server.waitForFinished();
     }
     void expectToldWhy(const char* reason)
     {
@@ -84,13 +142,7 @@ protected:
         names.addAddress(kName, "127.0.0.1");
         names.start();
     }
-    void TearDown() override
-    {
-        if (server.state() == QProcess::NotRunning)
-            return;
-        server.kill();
-        server.waitForFinished();
-    }
+    void TearDown() override { stopServer(); }
     QTemporaryDir folder;
     NameServer names;
     QProcess server;
@@ -170,21 +222,91 @@ TEST_F(SipTls, WithAuthoritiesThatCannotBeReadTheOtherLinesRegister)
     ASSERT_TRUE(makeCertificates(folder.path(), kName));
     const QByteArray broken = "-----BEGIN CERTIFICATE-----\nAAAA\n-----END CERTIFICATE-----\n";
     for (const QByteArray& content : {QByteArray(), QByteArray("garbage"), broken}) {
-        QFile authorities(folder.filePath("cafile.pem"));
-        ASSERT_TRUE(authorities.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        authorities.write(content);
-        authorities.close();
+        write("cafile.pem", content);
+        expectOnlyTlsRefused("The certificates of cafile.pem cannot be read");
+    }
+}
+
+TEST_F(SipTls, AFileThatWouldHoldUpTheStackTakesTlsAwayAndNoOtherLine)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    for (const char* name : {"cafile.pem", "agent.pem"}) {
+        const QByteArray good = contentOf(name);
+        const std::string file = name;
+        ASSERT_TRUE(QFile::remove(folder.filePath(name)));
+        ASSERT_EQ(mkfifo(folder.filePath(name).toUtf8().constData(), 0600), 0);
+        expectOnlyTlsRefused(file + " is not a file");
+        ASSERT_TRUE(QFile::remove(folder.filePath(name)));
+        ASSERT_TRUE(QDir(folder.path()).mkdir(name));
+        expectOnlyTlsRefused(file + " is not a file");
+        ASSERT_TRUE(QDir(folder.path()).rmdir(name));
+        // One that is a link may lead to whatever.
+        write("other.pem", good);
+        ASSERT_TRUE(QFile::link(folder.filePath("other.pem"), folder.filePath(name)));
+        expectOnlyTlsRefused(file + " is not a file");
+        ASSERT_TRUE(QFile::remove(folder.filePath(name)));
+        write(name, good.repeated(int((1 << 20) / good.size()) + 1));
+        expectOnlyTlsRefused(file + " is larger than 1 MB");
+        write(name, good);
+    }
+}
+
+TEST_F(SipTls, ASeedThatIsAPipeTakesTlsAwayAndNoOtherLine)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    ASSERT_EQ(mkfifo(folder.filePath("tls_seed.dat").toUtf8().constData(), 0600), 0);
+    expectOnlyTlsRefused("tls_seed.dat is not a file");
+}
+
+TEST_F(SipTls, NobodyIsAskedForThePasswordOfAKey)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    const QStringList forms[] = {{"ec", "-aes256"}, {"pkcs8", "-topk8"}};
+    for (const QStringList& form : forms) {
+        QProcess openssl;
+        openssl.setWorkingDirectory(folder.path());
+        openssl.start("openssl", form + QStringList{"-passout", "pass:secret", "-in", "ca.key"});
+        ASSERT_TRUE(openssl.waitForFinished());
+        const QByteArray key = openssl.readAllStandardOutput();
+        ASSERT_TRUE(key.contains("ENCRYPTED")) << key.constData();
+        write("agent.pem", key + contentOf("own.pem"));
+        expectOnlyTlsRefused("The key of agent.pem has a password");
+    }
+}
+
+TEST_F(SipTls, AnOwnCertificateThatCannotBeUsedIsToldOfAndTheLineRegisters)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), "127.0.0.1"));
+    const QByteArray good = contentOf("agent.pem"), own = contentOf("own.pem");
+    const QByteArray key = good.left(good.size() - own.size()), otherKey = contentOf("ca.key");
+    const std::pair<QByteArray, const char*> files[] = {
+        {QByteArray(), "no start line"},
+        {QByteArray(3000, '\x9c'), "no start line"},
+        {good.left(good.size() - own.size() / 2), "bad end line"},
+        {key, "no start line"},
+        {otherKey + own, "key values mismatch"},
+    };
+    for (const auto& file : files) {
+        write("agent.pem", file.first);
         AgentProcess other;
-        ASSERT_TRUE(other.start(setupOfTls()));
-        other.tell(accountAt(0, UdpPeer::freePort(), SIP_TLS));
-        const tagSipLine* refused = other.nextLine(0, SIP_LINE_REFUSED);
-        ASSERT_TRUE(refused);
-        EXPECT_STREQ(refused->szReason, "The certificates of cafile.pem cannot be read");
-        UdpPeer peer;
-        other.tell(accountAt(1, peer.port()));
-        const QByteArray request = peer.receive("REGISTER");
-        peer.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
-        EXPECT_TRUE(other.nextLine(1, SIP_LINE_REGISTERED));
+        EXPECT_NO_FATAL_FAILURE(begin(folder.path(), "127.0.0.1", other));
+        registerLine(other);
+        expectPrinted(other, "agent.pem cannot be used, TLS goes on without it: ", file.second);
+    }
+}
+
+TEST_F(SipTls, AServerThatWantsItIsShownTheOwnCertificateInWhicheverOrder)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), "127.0.0.1"));
+    const QByteArray good = contentOf("agent.pem"), own = contentOf("own.pem");
+    for (const QByteArray& content : {good, own + good.left(good.size() - own.size())}) {
+        write("agent.pem", content);
+        AgentProcess other;
+        EXPECT_NO_FATAL_FAILURE(begin(folder.path(), "127.0.0.1", other,
+                                      {"-Verify", "1", "-verify_return_error", "-CAfile", "own.pem"}));
+        registerLine(other);
+        end(other);
+        EXPECT_FALSE(other.output().contains("agent.pem")) << other.output().constData();
     }
 }
 

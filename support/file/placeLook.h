@@ -1,0 +1,13 @@
+#pragma once
+// What is at a place of the machine, for who would wait for ever if it were opened. hxSip is built with it
+// too, so it needs no toolkit.
+#include <cstdint>
+
+struct tagPlaceLook
+{
+    bool bIsThere;
+    bool bIsFile; // no link, pipe or folder
+    int64_t nSize;
+};
+
+tagPlaceLook placeLook(const char* machinePath);
