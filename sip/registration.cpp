@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <random>
 #include <sofia-sip/nta_tag.h>
+#include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_tag.h>
 #include <utility>
 
@@ -17,7 +19,8 @@ namespace {
 
 constexpr const char* kUsualPort = "5060";
 constexpr uint32_t kUsualTlsPort = 5061;
-constexpr uint32_t kMaxAfterMs = 3600000; // a server may ask for patience of an hour
+constexpr uint32_t kMaxAfterMs = 3600000;   // a server may ask for patience of an hour
+constexpr sip_time_t kLongestGrant = 86400; // of seconds, until a line registers anew
 constexpr const char* kSilence = "The server does not answer";
 constexpr const char* kWrongPassword = "The server does not accept name or password";
 
@@ -189,6 +192,10 @@ void Registration::onRegistered(const tagStackEvent& event)
 {
     m_silent.stop();
     m_answers.reset();
+    if (!isKept(*event.pMessage)) {
+        failOver(uint32_t(event.nStatus), "The server does not keep the registration");
+        return;
+    }
     m_nDelayMs = m_stack.setup.nRetryMs;
     trustServers();
     readMapping(*event.pMessage);
@@ -200,6 +207,20 @@ void Registration::onRegistered(const tagStackEvent& event)
     report(SIP_LINE_REGISTERED, uint32_t(event.nStatus), "");
     if (transport() == SIP_UDP)
         m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
+}
+
+// A server that says nothing of this line has taken it.
+bool Registration::isKept(const sip_t& reply) const
+{
+    bool isNamed = false;
+    for (const sip_contact_t* each = reply.sip_contact; each; each = each->m_next) {
+        if (!each->m_url->url_user || m_contact != each->m_url->url_user)
+            continue;
+        isNamed = true;
+        if (sip_contact_expires(each, reply.sip_expires, reply.sip_date, kLongestGrant, sip_now()) > 0)
+            return true;
+    }
+    return !isNamed;
 }
 
 // Over TLS the name says nothing of the address that answers.
@@ -431,4 +452,16 @@ std::string Registration::ownAddress() const
 std::string Registration::address() const
 {
     return "sip:" + sipAddress::escaped(m_account.szUser) + "@" + server();
+}
+
+// The stack adds to what a server grants, and what is near the largest number becomes none. Its function is
+// replaced here by itself, with a bound.
+extern "C" __attribute__((visibility("default"))) sip_time_t
+sip_contact_expires(sip_contact_t const* contact, sip_expires_t const* expires, sip_date_t const* date,
+                    sip_time_t usual, sip_time_t now)
+{
+    using Reader =
+        sip_time_t (*)(sip_contact_t const*, sip_expires_t const*, sip_date_t const*, sip_time_t, sip_time_t);
+    static const auto read = reinterpret_cast<Reader>(dlsym(RTLD_NEXT, "sip_contact_expires"));
+    return std::min(read(contact, expires, date, usual, now), kLongestGrant);
 }

@@ -55,6 +55,7 @@ private:
     void onReply(const tagStackEvent& event);
     void onRefusal(const tagStackEvent& event);
     void onRegistered(const tagStackEvent& event);
+    bool isKept(const sip_t& reply) const;
     void trustServers();
     void readMapping(const sip_t& reply);
     void tellMapped(const std::string& host, uint32_t number);

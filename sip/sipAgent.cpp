@@ -327,6 +327,7 @@ void SipAgent::pickUp(const tagSipPickUp& wanted)
         return tellNotBegun(wanted.head.nId, "The call cannot be taken without a code");
     auto call = sipWire::make<tagSipDial>(SIP_DIAL, wanted.head.nId);
     call.nLine = wanted.nLine;
+    call.bAnonymous = wanted.bAnonymous;
     sipWire::setText(call.szTarget, ringing.replaces.empty() ? code + number : ringing.target);
     memcpy(call.szSdp, wanted.szSdp, sizeof call.szSdp);
     if (!ringing.identity.empty()) {

@@ -303,9 +303,11 @@ void SipCall::onStack(const tagStackEvent& event)
         onUpdateReply(event);
         break;
     case nua_r_refer:
-        m_bReferred = m_bReferred || (status >= 200 && status < 300);
-        if (status >= 300)
-            onTransfer(status, false);
+        onReferReply(event);
+        break;
+    case nua_r_info:
+        if (isGone(event))
+            giveUp(event);
         break;
     case nua_i_state:
         onState(event);
@@ -348,6 +350,20 @@ void SipCall::onRequest(const tagStackEvent& event)
     default:
         break;
     }
+}
+
+// The stack itself hangs up only where this is the answer to an offer.
+bool SipCall::isGone(const tagStackEvent& event) const
+{
+    const bool isNoCall = event.nStatus == 481 || event.nStatus == 408;
+    return m_eStep == STEP_TALKING && isNoCall && floodGuard::isFromNetwork(m_stack, event);
+}
+
+void SipCall::giveUp(const tagStackEvent& event)
+{
+    nua_bye(m_pHandle, TAG_END());
+    end(SIP_BROKEN, uint32_t(event.nStatus), event.szPhrase);
+    releaseSoon();
 }
 
 void SipCall::onState(const tagStackEvent& event)

@@ -60,8 +60,8 @@ public:
     bool hasEnded() const { return m_eStep == STEP_ENDED; }
     bool isTalking() const { return m_eStep == STEP_TALKING; }
 
-    // What the other side has asked this one to call, from here on followed by tellReferral(); null for
-    // nothing.
+    // What the other side has asked this one to call, from here on followed by tellReferral(), also where
+    // that is elsewhere; null for nothing.
     const Referral* acceptReferral();
     void tellReferral(uint32_t status, const std::string& phrase);
     // Whether the header means this call, by the line.
@@ -81,6 +81,9 @@ private:
     void sendOffer(const std::string& sdp);
     // Of the other side.
     void onRequest(const tagStackEvent& event);
+    // The other side, or the way to it, knows of no call.
+    bool isGone(const tagStackEvent& event) const;
+    void giveUp(const tagStackEvent& event);
     void onState(const tagStackEvent& event);
     void onInviteReply(const tagStackEvent& event);
     // Before the call talks.
@@ -91,9 +94,11 @@ private:
     void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
     void onReferred(const tagStackEvent& event);
+    void onReferReply(const tagStackEvent& event);
     void onTransferNote(const tagStackEvent& event);
     void onTransfer(uint32_t status, bool isTaken);
     void refer(const std::string& address);
+    void sendReferral(uint32_t status, const std::string& phrase);
     // The call is still there.
     void refresh();
     void refreshByInvite();
@@ -127,6 +132,7 @@ private:
     bool m_bByUpdate = false;                // that nobody acknowledges
     bool m_bHeard = false;                   // of a call from here: something has come from a server
     bool m_bReferred = false;                // the other side has taken what it was asked to call
+    bool m_bMoved = false;                   // what it has asked for is elsewhere, and the phone may follow
     enum { NOT_TAKEN_BACK, TAKEN_BACK, AS_BEFORE } m_eTakenBack = NOT_TAKEN_BACK; // what the phone answers
     uint32_t m_nLine = 0;
     std::string m_own;    // address of the line
@@ -143,5 +149,5 @@ private:
     SipTimer m_limit; // of ringing, of the end
     SipTimer m_silent;
     SipTimer m_phone; // of its answer to an offer
-    SipTimer m_asked; // of its answer to a referral
+    SipTimer m_asked; // of its answer to a referral, and to where that is
 };

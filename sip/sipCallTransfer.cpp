@@ -4,10 +4,13 @@
 #include "sip/sipCall.h"
 #include "sip/sipCaller.h"
 #include <sofia-sip/sip_tag.h>
+#include <strings.h>
 #include <utility>
 
 namespace {
 
+constexpr uint32_t kNoOutcome = 487;
+constexpr uint32_t kNothingHeard = 408; // with nobody who was called
 constexpr const char* kElsewhere = "SIP;cause=200;text=\"Call completed elsewhere\"";
 
 } // namespace
@@ -60,6 +63,10 @@ void SipCall::onReferred(const tagStackEvent& event)
 
 const Referral* SipCall::acceptReferral()
 {
+    if (m_referral && m_referral->isTelling() && std::exchange(m_bMoved, false)) {
+        m_asked.stop();
+        return m_referral.get();
+    }
     if (!m_referral || !m_referral->isWaiting())
         return nullptr;
     m_asked.stop();
@@ -72,6 +79,16 @@ void SipCall::tellReferral(uint32_t status, const std::string& phrase)
 {
     if (!m_referral || hasEnded() || !m_referral->isTelling())
         return;
+    m_bMoved = status >= 300 && status < 400;
+    if (m_bMoved)
+        m_asked.start(m_stack.setup.nOfferMs, [this, status, phrase] { sendReferral(status, phrase); });
+    else
+        sendReferral(status, phrase);
+}
+
+void SipCall::sendReferral(uint32_t status, const std::string& phrase)
+{
+    m_bMoved = false;
     m_offer.requestGoes();
     m_referral->tell(status, phrase);
 }
@@ -108,16 +125,32 @@ void SipCall::beReplaced()
     releaseSoon();
 }
 
+// A server that is gone does not end what two say to each other without it.
+void SipCall::onReferReply(const tagStackEvent& event)
+{
+    const uint32_t status = uint32_t(event.nStatus);
+    m_bReferred = m_bReferred || (status >= 200 && status < 300);
+    if (isGone(event))
+        giveUp(event);
+    else if (status >= 300)
+        onTransfer(floodGuard::isFromNetwork(m_stack, event) ? status : kNothingHeard, false);
+}
+
 void SipCall::onTransferNote(const tagStackEvent& event)
 {
     const uint32_t status = sipCaller::statusOfTransfer(event.pMessage);
+    const sip_subscription_state_t* state = event.pMessage ? event.pMessage->sip_subscription_state : nullptr;
+    const bool isLast = state && state->ss_substate && strcasecmp(state->ss_substate, "terminated") == 0;
     if (status >= 200)
         onTransfer(status, true);
+    else if (isLast && m_bReferred)
+        onTransfer(kNoOutcome, true);
 }
 
 void SipCall::onTransfer(uint32_t status, bool isTaken)
 {
     m_limit.stop();
+    m_bReferred = false;
     auto record = sipWire::make<tagSipStatus>(SIP_TRANSFERRED, m_nId);
     record.nStatus = status;
     record.bTaken = isTaken;

@@ -320,6 +320,7 @@ struct tagSipPickUp
 {
     tagSipHead head;
     uint32_t nLine;
+    uint32_t bAnonymous;
     char szNumber[SIP_TARGET_SIZE]; // not empty
     char szSdp[SIP_SDP_SIZE];       // the offer
 };

@@ -49,7 +49,7 @@ QString callStateText(const tagCall& call)
 
 QString callForwardedText(const tagCall& call)
 {
-    if (call.forwardedBy.isEmpty())
+    if (call.forwardedBy.isEmpty() || call.eState != CALL_RINGING)
         return QString();
     return qTranslate(HX_TR("Forwarded by %1")).arg(call.forwardedBy.last());
 }

@@ -118,9 +118,9 @@ TEST_F(DeviceCalls, ACameraGetsNoPictureAndNoSoundWhereItIsSetSo)
     EXPECT_TRUE(backend.live[1].options.bMicrophone);
     EXPECT_FALSE(backend.live[1].options.bCamera);
     rules->answer(arrive("8200"));
-    EXPECT_FALSE(backend.live[2].options.bMicrophone) << "when it calls as well";
+    EXPECT_FALSE(backend.live.last().options.bMicrophone) << "when it calls as well";
     rules->dial("4711", 0);
-    EXPECT_TRUE(backend.live[3].options.bMicrophone && backend.live[3].options.bCamera);
+    EXPECT_TRUE(backend.live.last().options.bMicrophone && backend.live.last().options.bCamera);
 }
 
 TEST_F(DeviceCalls, ADeviceIsKnownByWhatTheDialPlanMakesOfItsNumber)

@@ -54,7 +54,7 @@ TEST_F(SipCallTransfer, ALineThatKeepsItsNumberBackDoesSoWhenItIsPutThrough)
     EXPECT_EQ(isReferred(talksOut()).bAnonymous, 1u);
 }
 
-TEST_F(SipCallTransfer, OneThatWasAskedForAndIsRedirectedIsAskedForOnce)
+TEST_F(SipCallTransfer, WhoAsksForACallThatIsRedirectedHearsOfTheOneThatFollows)
 {
     addToAccount("[Transfer]\nbByOther=1\n");
     tellLine(0, SIP_LINE_REGISTERED, 200);
@@ -66,7 +66,13 @@ TEST_F(SipCallTransfer, OneThatWasAskedForAndIsRedirectedIsAskedForOnce)
     const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
     ASSERT_TRUE(dial);
     EXPECT_STREQ(dial->szTarget, "sip:301@example.com");
-    EXPECT_EQ(dial->nReferrer, 0u) << "who asked has heard how the first one went";
+    EXPECT_EQ(dial->nReferrer, uint32_t(IN));
+    const uint32_t second = dial->head.nId;
+    tellEnd(IN, SIP_HUNG_UP);
+    EXPECT_TRUE(waitsForEnd());
+    tellEnd(second, SIP_REDIRECTED, 302, "sip:302@example.com");
+    ASSERT_TRUE((dial = agent.next<tagSipDial>(SIP_DIAL)));
+    EXPECT_EQ(dial->nReferrer, 0u) << "it goes on without him";
 }
 
 TEST_F(SipCallTransfer, WhoTakesThePlaceOfAnotherIsAnsweredAsThatOneWas)
@@ -177,7 +183,9 @@ TEST_F(SipCallTransfer, WhyItFailedIsSaidOfWhoWasToBeReached)
                     {487, true, "The call could not be made"},
                     {603, false, "The other side refuses the transfer"},
                     {403, false, "The other side refuses the transfer"},
-                    {408, false, "Not available at present"}};
+                    {302, true, "Not available at present"},
+                    {480, false, "Not available at present"},
+                    {408, false, "The server does not answer"}};
     talksOut();
     for (const auto& each : outcomes) {
         ASSERT_TRUE(backend().transfer(call().nId, "301"));

@@ -89,6 +89,29 @@ TEST_F(SipTold, AWatchedExtensionRingsAndItsCallIsTaken)
     EXPECT_GT(watch->head.nId, id);
 }
 
+TEST_F(SipTold, ACallThatIsTakenBeginsAsOneThatIsDialled)
+{
+    begin();
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") + "AnonymousCall=1\n");
+    tellAccountChanged(0);
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    ASSERT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_DEFAULT_ACCOUNT; }));
+    const tagCallOptions set = phoneService::instance().rules().settings().line(0).options;
+    ASSERT_TRUE(set.bVideo && set.bAnonymous);
+    lampBook::instance().watch(kBen);
+    const auto* watch = agent.next<tagSipWatch>(SIP_WATCH);
+    ASSERT_TRUE(watch);
+    tellLamp(watch->head.nId, SIP_LAMP_RINGING);
+    ASSERT_TRUE(comesTo(LAMP_RINGING));
+    const int call = lampBook::instance().pickUp(kBen);
+    ASSERT_NE(call, 0);
+    const auto* wanted = agent.next<tagSipPickUp>(SIP_PICK_UP);
+    ASSERT_TRUE(wanted);
+    EXPECT_EQ(wanted->bAnonymous, 1u);
+    EXPECT_TRUE(media->wishes[call].options.bVideo);
+    EXPECT_EQ(media->wishes[call].options.bCamera, set.bCamera);
+}
+
 TEST_F(SipTold, TheCodeAndTheListOfALineAreThoseOfItsFile)
 {
     writeAccount(0, "[account]\nEnable=1\nUserName=100\npassword=s3cret\nSIPServerHost=sip.example.com\n"

@@ -317,6 +317,68 @@ TEST_F(SipCalls, ATransferOfWhichNobodyTellsMoreIsGivenUp)
     EXPECT_EQ(outcome->bTaken, 1u);
 }
 
+TEST_F(SipCalls, ATransferWhoseLastNoteSaysNothingHasComeToNothing)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    for (const char* body : {"", "SIP/2.0 180 Ringing\r\n"}) {
+        SCOPED_TRACE(body);
+        tellTarget(SIP_TRANSFER, id, "301");
+        peer->reply(peer->receive("REFER"), "202 Accepted",
+                    "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">");
+        const QByteArray event = "Event: refer\r\nContent-Type: message/sipfrag\r\nSubscription-State: ";
+        const int number = *body ? 12 : 11;
+        peer->send(within("NOTIFY", lastInvite, number, event + "terminated;reason=timeout", body),
+                   agent.port());
+        const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id, 5000);
+        ASSERT_TRUE(outcome);
+        EXPECT_EQ(outcome->nStatus, 487u);
+        EXPECT_EQ(outcome->bTaken, 1u);
+    }
+}
+
+TEST_F(SipCalls, ATransferThroughAServerThatIsGoneLeavesTheCall)
+{
+    begin();
+    const uint32_t id = talkOut(1);
+    ASSERT_NE(id, 0u);
+    peer.reset();
+    tellTarget(SIP_TRANSFER, id, "301");
+    const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->nStatus, 408u) << "which no phone has said";
+    EXPECT_EQ(outcome->bTaken, 0u);
+    EXPECT_FALSE(agent.next(SIP_ENDED, id, 200));
+}
+
+TEST_F(SipCalls, APeerThatSaysThatThereIsNoCallIsHungUpOn)
+{
+    begin();
+    uint32_t number = 0;
+    for (const char* status : {"481 Call Does Not Exist", "408 Request Timeout"}) {
+        for (const char* method : {"INFO", "REFER"}) {
+            SCOPED_TRACE(QByteArray(method).append(status).toStdString());
+            const uint32_t id = talkOut(++number);
+            ASSERT_NE(id, 0u);
+            auto tone = sipWire::make<tagSipTone>(SIP_TONE, id);
+            tone.nTone = '1';
+            tone.nMs = 160;
+            if (method[0] == 'I')
+                agent.tell(tone);
+            else
+                tellTarget(SIP_TRANSFER, id, "301");
+            peer->reply(peer->receive(method), status);
+            const QByteArray bye = peer->receive("BYE", 5000);
+            EXPECT_EQ(headerOf(bye, "Call-ID").toStdString(), headerOf(lastInvite, "Call-ID").toStdString());
+            peer->reply(bye, "481 Call Does Not Exist");
+            const auto* ended = next<tagSipEnded>(SIP_ENDED, id, 5000);
+            ASSERT_TRUE(ended);
+            EXPECT_EQ(ended->eEnding, uint32_t(SIP_BROKEN));
+        }
+    }
+}
+
 TEST_F(SipCalls, ATonePressedGoesAsInfo)
 {
     begin();

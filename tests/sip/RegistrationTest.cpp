@@ -201,6 +201,62 @@ TEST(SipRegistration, AChallengeThatIsNotKnownOrOfAnotherRealmIsToldAndGetsNoDig
     }
 }
 
+TEST(SipRegistration, AmongChallengesOfOtherKindsTheDigestIsAnswered)
+{
+    const QByteArray digest = "Digest realm=\"home\", nonce=\"n1\", qop=\"auth\"",
+                     name = "WWW-Authenticate: ";
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start());
+    for (const QByteArray& other : {QByteArray("Basic realm=\"x\""), QByteArray("Bearer realm=\"x\""),
+                                    QByteArray("Digest realm=\"x\", algorithm=SHA-512-256, nonce=\"n\"")}) {
+        for (const QByteArray& challenge :
+             {name + digest + "\r\n" + name + other, name + other + "\r\n" + name + digest,
+              name + digest + ", " + other, name + other + ", " + digest}) {
+            SCOPED_TRACE(challenge.toStdString());
+            UdpPeer server;
+            agent.tell(accountAt(0, server.port()));
+            challengeOne(server, challenge, 0);
+            ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+        }
+    }
+}
+
+TEST(SipRegistration, ATimeBeyondAllBoundsIsNoReasonToAskAgainAtOnce)
+{
+    for (const char* granted : {"4294967295", "4294967294", "4294963695"}) {
+        SCOPED_TRACE(granted);
+        UdpPeer server;
+        AgentProcess agent;
+        ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+        agent.tell(accountAt(0, server.port()));
+        const QByteArray request = server.receive("REGISTER");
+        server.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=" + granted);
+        ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+        EXPECT_EQ(server.receive("REGISTER", 2500).toStdString(), "");
+    }
+}
+
+TEST(SipRegistration, WhatAServerGrantsNoTimeIsNoRegistration)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+    agent.tell(accountAt(0, server.port()));
+    for (const bool isInContact : {true, false}) {
+        QByteArray request;
+        do // the stack takes leave of what it believes to be registered
+            request = server.receive("REGISTER");
+        while (headerOf(request, "Expires") == "0" || headerOf(request, "Contact").contains("expires=0"));
+        const QByteArray own = headerOf(request, "Contact");
+        server.reply(request, "200 OK",
+                     isInContact ? "Contact: " + own + ";expires=0" : "Expires: 0\r\nContact: " + own);
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state);
+        EXPECT_EQ(state->nStatus, 200u);
+        EXPECT_GT(state->nRetryMs, 0u);
+    }
+}
+
 TEST(SipRegistration, ASilentServerIsToldOfAndTriedAgainLaterEachTime)
 {
     UdpPeer server;

@@ -233,6 +233,42 @@ TEST_F(SipTransfers, WhoKeepsHisNumberBackIsConnectedByTheAddressOfHisPhone)
     EXPECT_TRUE(to.startsWith("<sip:200@" + server() + "?Replaces=hidden%3B")) << to.constData();
 }
 
+TEST_F(SipTransfers, WhoAskedForACallThatIsElsewhereHearsOfTheOneThatFollows)
+{
+    begin(AgentProcess::calmSetup());
+    const uint32_t id = talkIn("follows");
+    ASSERT_NE(id, 0u);
+    refer(2, "<sip:301@127.0.0.1>");
+    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
+    dialFor(id, 1, "sip:301@127.0.0.1");
+    expectNotify("100", "active");
+    peer->reply(take("INVITE sip:301@127.0.0.1 "), "302 Moved", "Contact: <sip:302@127.0.0.1>");
+    expectEnd(1, SIP_REDIRECTED, 302);
+    dialFor(id, 2, "sip:302@127.0.0.1");
+    const QByteArray invite = take("INVITE sip:302@127.0.0.1 ");
+    peer->reply(invite, "180 Ringing");
+    expectNotify("180", "active");
+    peer->reply(invite, "200 OK", ownContact() + "\r\nContent-Type: application/sdp", "v=0\r\ns=answer\r\n");
+    EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, 2));
+    expectNotify("200", "terminated");
+}
+
+TEST_F(SipTransfers, WhoAskedForACallThatNobodyFollowsHearsWhereItHasGone)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nOfferMs = 300;
+    begin(setup);
+    const uint32_t id = talkIn("stays");
+    ASSERT_NE(id, 0u);
+    refer(2, "<sip:301@127.0.0.1>");
+    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
+    dialFor(id, 1, "sip:301@127.0.0.1");
+    expectNotify("100", "active");
+    peer->reply(take("INVITE sip:301@127.0.0.1 "), "302 Moved", "Contact: <tel:302>");
+    expectEnd(1, SIP_REDIRECTED, 302);
+    expectNotify("302", "terminated");
+}
+
 TEST_F(SipTransfers, WhoAskedForACallHearsThatItWasHungUpHere)
 {
     begin();

@@ -202,6 +202,10 @@ TEST(SipWire, WhatServersTellOfKeepsItsRanges)
     EXPECT_EQ(taken(pickUp), TAKEN::BAD);
     sipWire::setText(pickUp.szNumber, "8001");
     EXPECT_EQ(taken(pickUp), TAKEN::RECORD);
+    pickUp.bAnonymous = 2;
+    EXPECT_EQ(taken(pickUp), TAKEN::BAD);
+    pickUp.bAnonymous = 1;
+    EXPECT_EQ(taken(pickUp), TAKEN::RECORD);
     pickUp.head.nId = SIP_CALL_FIRST_INCOMING;
     EXPECT_EQ(taken(pickUp), TAKEN::BAD);
 }

@@ -118,6 +118,14 @@ tagCallOptions callRules::optionsOf(const tagCall& call)
     return options;
 }
 
+tagCallOptions callRules::optionsFor(const QString& number, int account)
+{
+    tagCall call;
+    call.strNumber = number;
+    call.nAccount = account;
+    return optionsOf(call);
+}
+
 // Empty when the call is not forwarded: nobody is there to do it for an analogue line, and what would come
 // back is not sent.
 QString callRules::targetFor(const tagCall& call, const tagForward& forward) const
@@ -382,10 +390,7 @@ int callRules::dial(const QString& number, int account)
     if (lineTaken || calls.size() >= CALLS_MAX)
         return fail(dialled, line, HX_TR("No line is free"));
     holdOthers(0);
-    tagCall call;
-    call.strNumber = dialled;
-    call.nAccount = line;
-    return m_backend.dial(dialled, line, optionsOf(call));
+    return m_backend.dial(dialled, line, optionsFor(dialled, line));
 }
 
 void callRules::callChanged(const tagCall& call)

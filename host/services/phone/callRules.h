@@ -64,6 +64,7 @@ public:
     void accountChanged(int index) override { m_news.accountChanged(index); }
     void callChanged(const tagCall& call) override;
     void callArrived(const tagCall& call) override;
+    tagCallOptions optionsFor(const QString& number, int account) override;
     int TryThreadMessage(msgObject& msg) override;
 
 private:

@@ -26,6 +26,8 @@ public:
     // A call from outside. It is among calls(), and nobody was told of it: before this returns, one of
     // ring(), answer(), refuse() and deflect() says what becomes of it.
     virtual void callArrived(const tagCall& call) = 0;
+    // What a call begins with that nobody dials.
+    virtual tagCallOptions optionsFor(const QString& number, int account) = 0;
 };
 
 class HX_HOST_API phoneBackend : public callOrders

@@ -81,8 +81,9 @@ sipBackend::sipBackend(std::unique_ptr<sipMedia> media, AGENT agent)
         [this](int line) { return line < 0 ? m_pAccounts->defaultAccount() : line; },
         [this](int line) { return m_pAccounts->file(line).strList; },
         [this](const QString& number, int line) {
-            return m_pAccounts->isRegistered(line) ? m_pCalls->begin(number, line, tagCallOptions(), true)
-                                                   : 0;
+            if (!m_pAccounts->isRegistered(line))
+                return 0;
+            return m_pCalls->begin(number, line, m_pEvents->optionsFor(number, line), true);
         }});
 }
 

@@ -125,14 +125,21 @@ bool sipCalls::end(int id, CALL_END why, const char* reason)
 }
 
 // The agent ends what rings too long; one that does not, and media that say nothing, leave no call ringing.
-void sipCalls::limitRinging(const tagLive& live)
+// The time ends with the call, which may end while the time is telling it so.
+void sipCalls::limitRinging(tagLive& live)
 {
     const auto late = [this, id = live.call.nId, wire = live.nWire] {
         const tagLive* ringing = find(id);
         if (ringing && ringing->nWire == wire && ringing->call.eState == CALL_RINGING)
             ringsTooLong(id);
     };
-    QTimer::singleShot((RING_SECONDS + RING_LATE_SECONDS) * kMsInSecond, this, late);
+    live.ringLimit.reset(new QTimer(this), [](QTimer* limit) {
+        limit->stop();
+        limit->deleteLater();
+    });
+    live.ringLimit->setSingleShot(true);
+    live.ringLimit->callOnTimeout(this, late);
+    live.ringLimit->start((RING_SECONDS + RING_LATE_SECONDS) * kMsInSecond);
 }
 
 void sipCalls::ringsTooLong(int id)
@@ -187,7 +194,7 @@ int sipCalls::begin(const QString& number, int account, const tagCallOptions& op
     live.bPicksUp = picksUp;
     m_calls.append(live);
     const int id = live.call.nId;
-    limitRinging(live);
+    limitRinging(m_calls.last());
     ask(m_calls.last(), ASKED_DIAL);
     tell(live.call);
     return id;
@@ -199,9 +206,8 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
     live.bOffered = true;
     live.bEarly = live.call.bRingsThere = false;
     limitRinging(live);
-    const sipOrders::tagDial order = {
-        live.call.nAccount, live.call.bAnonymous, std::exchange(live.nReferrer, 0), target,
-        live.offer,         live.forwardedBy};
+    const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous, live.nReferrer, target,
+                                      live.offer,         live.forwardedBy};
     if (std::exchange(live.bPicksUp, false))
         m_orders.pickUp(live.nWire, order);
     else
@@ -421,7 +427,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
         return;
     }
     m_calls.append(live);
-    limitRinging(live);
+    limitRinging(m_calls.last());
     tellArrival(live.call);
     // What nobody decided would ring without anybody hearing it.
     const tagLive* undecided = findRingingIn(live.call.nId);

@@ -8,8 +8,10 @@
 #include "host/services/phone/sipMedia.h"
 #include "host/services/phone/sipOrders.h"
 #include <QObject>
+#include <QTimer>
 #include <array>
 #include <functional>
+#include <memory>
 #include <optional>
 
 class sipCalls : public QObject, public phoneCalls, public sipMediaNews
@@ -88,6 +90,7 @@ private:
         bool bTransferring = false;
         int nConnecting = 0;                  // the call whose other side this one's is to talk with
         uint32_t nReferrer = 0;               // the agent's id of the call that asked for this one
+        std::shared_ptr<QTimer> ringLimit;    // how long it may ring
         QByteArray target;                    // where it goes; empty: the number of the call
         QList<QByteArray> forwardedBy;        // where it has been
         bool bRefused = false;                // its other side, which was asked to call that of nConnecting
@@ -132,7 +135,7 @@ private:
     void peerTold(const tagSipPeer& peer);
     void referred(const tagSipReferred& referred);
     void stopTransfer(int id);
-    void limitRinging(const tagLive& live);
+    void limitRinging(tagLive& live);
     void ringsTooLong(int id);
 
     // Of a line; heard to answer.

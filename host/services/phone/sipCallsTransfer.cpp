@@ -91,6 +91,8 @@ bool sipCalls::redirect(tagLive& live, const QByteArray& target)
     live.call.strReached = callNumberAt(QString::fromUtf8(target), account.strServer, account.nPort);
     live.call.strTarget = callTextOf(QString::fromUtf8(target));
     live.target = target;
+    if (!findWire(live.nReferrer))
+        live.nReferrer = 0; // it goes on without who asked for it
     dial(live, target);
     tell(live);
     return true;
@@ -149,7 +151,7 @@ void sipCalls::referred(const tagSipReferred& referred)
     next.nReferrer = live->nWire;
     next.target = target;
     m_calls.append(next);
-    limitRinging(next);
+    limitRinging(m_calls.last());
     ask(m_calls.last(), ASKED_DIAL);
     tell(next.call);
 }

@@ -24,6 +24,7 @@ void sipOrders::pickUp(uint32_t call, const tagDial& dial)
 {
     auto record = sipWire::make<tagSipPickUp>(SIP_PICK_UP, call);
     record.nLine = uint32_t(dial.nLine);
+    record.bAnonymous = dial.bAnonymous;
     sipWire::setText(record.szNumber, dial.target.toStdString());
     sipWire::setText(record.szSdp, dial.offer.toStdString());
     m_link.tell(record);

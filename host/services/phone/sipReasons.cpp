@@ -5,6 +5,8 @@
 namespace {
 
 const char* const kWrongPassword = HX_TR("The server does not accept name or password");
+constexpr uint32_t kNothingHeard = 408; // where nobody was called
+constexpr uint32_t kUnavailable = 480;
 
 } // namespace
 
@@ -44,7 +46,11 @@ const char* sipReasonOf(uint32_t status)
 
 const char* sipReasonOfTransfer(uint32_t status, bool isTaken)
 {
-    const bool isSilent = status == 408 || status == 480 || status == 503;
+    if (!isTaken && status == kNothingHeard)
+        return HX_TR("The server does not answer");
+    if (isTaken && status < 400)
+        return sipReasonOf(kUnavailable); // he is elsewhere, and where he is nobody has reached him
+    const bool isSilent = status == 480 || status == 503;
     return isTaken || isSilent ? sipReasonOf(status) : HX_TR("The other side refuses the transfer");
 }
 
