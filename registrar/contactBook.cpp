@@ -3,16 +3,12 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace {
-
-long secondsOf(const sip_t& request, const sip_contact_t& contact)
+long ContactBook::secondsOf(const sip_t& request, const sip_contact_t& contact) const
 {
     if (contact.m_expires)
-        return strtol(contact.m_expires, nullptr, 10);
-    return request.sip_expires ? long(request.sip_expires->ex_delta) : long(ContactBook::MOST_SECONDS);
+        return std::min(strtol(contact.m_expires, nullptr, 10), m_nMost);
+    return request.sip_expires ? std::min(long(request.sip_expires->ex_delta), m_nMost) : m_nMost;
 }
-
-} // namespace
 
 int ContactBook::update(const std::string& user, const sip_t& request, long now)
 {
@@ -47,7 +43,7 @@ int ContactBook::change(Contacts& contacts, const sip_t& request, const sip_cont
         return 400;
     if (seconds != 0 && seconds < LEAST_SECONDS)
         return 423;
-    fresh.nEnds = now + std::min(seconds, long(MOST_SECONDS));
+    fresh.nEnds = now + seconds;
     const auto old = std::find_if(contacts.begin(), contacts.end(),
                                   [&](const tagContact& each) { return each.address == fresh.address; });
     // An older request that came later than a newer one.

@@ -9,10 +9,10 @@ class ContactBook
 {
 public:
     enum : size_t { MAX_CONTACTS = 10, MAX_ADDRESS = 512 }; // of a user
-    enum : long { LEAST_SECONDS = 60, MOST_SECONDS = 3600 };
+    enum : long { LEAST_SECONDS = 60, USUAL_SECONDS = 120, MOST_SECONDS = 3600 };
 
-    // own: this exchange, which is nobody's contact.
-    explicit ContactBook(std::string own) : m_own(std::move(own)) {}
+    // own: this exchange, which is nobody's contact; most: the seconds that a phone is granted.
+    ContactBook(std::string own, long most) : m_own(std::move(own)), m_nMost(most) {}
 
     // Whole or not at all; the status for the phone.
     int update(const std::string& user, const sip_t& request, long now);
@@ -38,8 +38,10 @@ private:
     };
     using Contacts = std::vector<tagContact>;
 
+    long secondsOf(const sip_t& request, const sip_contact_t& contact) const;
     int change(Contacts& contacts, const sip_t& request, const sip_contact_t& contact, long now) const;
 
     const std::string m_own;
+    const long m_nMost;
     std::map<std::string, Contacts> m_contacts;
 };

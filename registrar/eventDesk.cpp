@@ -19,18 +19,19 @@ std::string eventOf(const sip_event_t& event)
 
 } // namespace
 
-void EventDesk::attach(nta_agent_t* agent, const std::string& place)
+void EventDesk::attach(nta_agent_t* agent, const std::string& place, long most)
 {
     m_pAgent = agent;
     m_place = place;
+    m_nMost = most;
     if (!agent)
         m_watches.clear();
 }
 
 void EventDesk::subscribe(nta_incoming_t* request, const sip_t& message, const std::string& user, long now)
 {
-    const long wanted = message.sip_expires ? long(message.sip_expires->ex_delta) : long(MOST_SECONDS);
-    const long seconds = std::min(wanted, long(MOST_SECONDS));
+    const long seconds =
+        message.sip_expires ? std::min(long(message.sip_expires->ex_delta), m_nMost) : m_nMost;
     m_pFresh = nullptr;
     int status = 423;
     if (seconds == 0 || seconds >= LEAST_SECONDS)

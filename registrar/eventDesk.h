@@ -12,7 +12,7 @@ class EventDesk
 {
 public:
     enum : size_t { MAX_SUBSCRIPTIONS = 400, MAX_OF_ONE = 60 };
-    enum : long { LEAST_SECONDS = 60, MOST_SECONDS = 3600 };
+    enum : long { LEAST_SECONDS = 60 };
     static constexpr const char* kListName = "blf";
 
     // isThere: whether a user has a phone here.
@@ -22,8 +22,8 @@ public:
     {
     }
 
-    // Before the first request, and null before the stack ends.
-    void attach(nta_agent_t* agent, const std::string& place);
+    // Before the first request, and null before the stack ends; most: the seconds that a watch is granted.
+    void attach(nta_agent_t* agent, const std::string& place, long most);
     // A SUBSCRIBE of that user, who is known; it is answered.
     void subscribe(nta_incoming_t* request, const sip_t& message, const std::string& user, long now);
     // His calls, or whether he has a phone here.
@@ -55,6 +55,7 @@ private:
     const std::function<bool(const std::string&)> m_isThere;
     nta_agent_t* m_pAgent = nullptr;
     std::string m_place;
+    long m_nMost = 0;
     std::list<tagWatch> m_watches;
     tagWatch* m_pFresh = nullptr; // is told for the first time when its request was answered
     std::map<std::string, unsigned> m_messages;

@@ -16,11 +16,14 @@ constexpr unsigned kMostPort = 65535, kMostRing = 600;
 int usage()
 {
     fprintf(stderr,
-            "usage: hxRegistrar [--host ADDRESS] [--port PORT] [--ring SECONDS] [--md5] ACCOUNTS\n"
+            "usage: hxRegistrar [--host ADDRESS] [--port PORT] [--ring SECONDS] [--expires SECONDS] [--md5] "
+            "ACCOUNTS\n"
             "  ACCOUNTS          a file with a line \"USER PASSWORD NAME\" for each phone\n"
             "  --host ADDRESS    listen at this numeric address (default: 127.0.0.1, this machine alone)\n"
             "  --port PORT       default: any that is free\n"
             "  --ring SECONDS    a call that nobody answers so long becomes a message (default: 30)\n"
+            "  --expires SECONDS how long a phone is registered, and unreachable after a restart, at most\n"
+            "                    (default: 120)\n"
             "  --md5             ask for passwords by MD5 alone\n");
     return 2;
 }
@@ -49,6 +52,10 @@ bool takeOptions(int argc, char** argv, tagPbxSetup& setup, std::string& file)
             if (!takeNumber(argv[++i], 1, kMostRing, seconds))
                 return false;
             setup.nRingMs = seconds * 1000;
+        } else if (strcmp(argv[i], "--expires") == 0 && hasValue) {
+            if (!takeNumber(argv[++i], ContactBook::LEAST_SECONDS, ContactBook::MOST_SECONDS,
+                            setup.nMostSeconds))
+                return false;
         } else if (argv[i][0] != '-' && file.empty()) {
             file = argv[i];
         } else {

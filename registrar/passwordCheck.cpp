@@ -105,13 +105,14 @@ PasswordCheck::VERDICT PasswordCheck::judgeOne(const msg_auth_t* answer, const s
     uint64_t number = 0;
     const long age = ageOf(own.nonce, number);
     const unsigned long count = strtoul(own.count.c_str(), nullptr, 16);
-    if (!account || !isAsked || count == 0 || param(answer, "qop=") != "auth" ||
-        !isAddress(own.uri, request.rq_url))
+    if (!isAsked || count == 0 || param(answer, "qop=") != "auth" || !isAddress(own.uri, request.rq_url))
         return VERDICT::BAD;
+    if (!account)
+        return VERDICT::WRONG;
     own.password = account->password;
     const std::string wanted = digestText::response(own), given = param(answer, "response=");
     if (wanted.size() != given.size() || CRYPTO_memcmp(wanted.data(), given.data(), wanted.size()) != 0)
-        return VERDICT::BAD;
+        return VERDICT::WRONG;
     user = own.user;
     // What the run before has asked is late as well, so that whoever answers it asks anew.
     return age >= 0 && age <= NONCE_SECONDS && isCountNew(number, count) ? VERDICT::GOOD : VERDICT::LATE;

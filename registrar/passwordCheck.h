@@ -17,8 +17,9 @@ public:
     enum class VERDICT {
         NONE, // no answer, or one to somebody else
         GOOD,
-        LATE, // good, but for its nonce, which is used up or was not made here
-        BAD
+        LATE,  // good, but for its nonce, which is used up or was not made here
+        WRONG, // nobody's name, or not his password
+        BAD    // no answer to what is asked here
     };
 
     // hasSha256: false asks by MD5 alone, for phones that stumble over what they do not know.

@@ -62,7 +62,7 @@ Pbx::~Pbx()
 {
     m_forwarded.clear();
     m_mail.clear();
-    m_events.attach(nullptr, "");
+    m_events.attach(nullptr, "", 0);
     if (m_pbx.pAgent)
         nta_agent_destroy(m_pbx.pAgent);
     if (m_nSignals >= 0)
@@ -82,9 +82,9 @@ bool Pbx::open(const tagPbxSetup& setup)
         return false;
     m_pbx.place = host + ":" + (via->v_port ? via->v_port : "5060");
     m_pbx.nRingMs = setup.nRingMs;
-    m_contacts = std::make_unique<ContactBook>(m_pbx.place);
+    m_contacts = std::make_unique<ContactBook>(m_pbx.place, setup.nMostSeconds);
     m_passwords = std::make_unique<PasswordCheck>(m_accounts, host, setup.bSha256);
-    m_events.attach(m_pbx.pAgent, m_pbx.place);
+    m_events.attach(m_pbx.pAgent, m_pbx.place, setup.nMostSeconds);
     m_connections = std::make_unique<ConnectionGuard>(
         m_pbx.pRoot, kSilentMs, [this](const std::string& from) { return hasPhonesAt(from); }, CONNECTIONS);
     return true;

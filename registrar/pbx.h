@@ -20,7 +20,8 @@ struct tagPbxSetup
     std::string host = "127.0.0.1"; // numeric
     unsigned nPort = 0;             // 0: any that is free
     uint32_t nRingMs = 30000;       // a call that nobody answers so long becomes a message
-    bool bSha256 = true;            // passwords by SHA-256 as well as MD5
+    uint32_t nMostSeconds = ContactBook::USUAL_SECONDS; // that a phone, or its watch of another, lasts
+    bool bSha256 = true;                                // passwords by SHA-256 as well as MD5
 };
 
 class Pbx

@@ -246,7 +246,7 @@ TEST_F(PbxEvents, SubscriptionsAreRefusedRefreshedAndEnded)
     EXPECT_EQ(subscribe(*caller, "1002", "message-summary", {}, "c"), 403) << "another's messages";
     EXPECT_EQ(subscribe(*caller, "1002", "dialog", "Expires: 5", "d"), 423);
     WirePhone wrong("1001", pbx.port(), "guess");
-    EXPECT_EQ(subscribe(wrong, "1002", "dialog", {}, "e"), 403);
+    EXPECT_EQ(subscribe(wrong, "1002", "dialog", {}, "e"), 407);
     ASSERT_EQ(subscribe(*caller, "1002", "dialog", "Expires: 600", "f"), 200);
     const QByteArray to = headerOf(accepted, "To");
     notice(*caller);

@@ -53,7 +53,7 @@ TEST_F(PbxRegistrar, OffersBothDigestsTheBetterOneFirstAndTakesEither)
         phone.answerBy(algorithm);
         const QByteArray reply = phone.registers();
         EXPECT_EQ(statusOf(reply), 200) << algorithm;
-        EXPECT_TRUE(headerOf(reply, "Contact").contains("<sip:1001@" + phone.own() + ">;expires=3600"))
+        EXPECT_TRUE(headerOf(reply, "Contact").contains("<sip:1001@" + phone.own() + ">;expires=120"))
             << reply.constData();
     }
 }
@@ -72,8 +72,11 @@ TEST_F(PbxRegistrar, AsksByMd5AloneWhereItIsToldTo)
 TEST_F(PbxRegistrar, WhoHasAnotherPasswordOrAnotherNameIsRefused)
 {
     WirePhone wrong("1001", pbx.port(), "guess"), stranger("1009", pbx.port()), right("1002", pbx.port());
-    EXPECT_EQ(statusOf(wrong.registers()), 403);
-    EXPECT_EQ(statusOf(stranger.registers()), 403);
+    for (WirePhone* each : {&wrong, &stranger}) {
+        const QByteArray reply = each->registers();
+        EXPECT_EQ(statusOf(reply), 401);
+        EXPECT_TRUE(reply.contains("nonce=") && !reply.contains("stale")) << "it would try again";
+    }
     EXPECT_EQ(statusOf(right.ask("REGISTER", uri(), "other", "Contact: <sip:1001@" + right.own() + ">", {},
                                  "<" + right.at("1001") + ">")),
               403);
@@ -94,7 +97,8 @@ TEST_F(PbxRegistrar, AnAnswerToAQuestionThatWasNeverAskedIsAskedAgain)
                                      {}, "<" + each->at("1001") + ">"),
                           pbx.port());
     EXPECT_TRUE(phone.hears(401).contains("stale=true"));
-    EXPECT_NE(wrong.hears(403).toStdString(), "");
+    const QByteArray again = wrong.hears(401);
+    EXPECT_TRUE(again.contains("nonce=") && !again.contains("stale")) << again.constData();
     EXPECT_FALSE(contactsAt(phone, "1001").contains("Contact:"));
 }
 
@@ -165,6 +169,30 @@ TEST_F(PbxRegistrar, ContactsGoWhenTheyAreTakenBackAndAPhoneThatStartedAnewTakes
                                   "<" + second.at("1001") + ">")),
               200);
     EXPECT_FALSE(contactsAt(phone, "1001").contains("Contact:"));
+}
+
+TEST_F(PbxRegistrar, GrantsTimeThatIsSoonOverOrWhatItIsTold)
+{
+    for (const auto& [options, most] : {std::pair<QStringList, QByteArray>{{}, "120"},
+                                        {{"--expires", "60"}, "60"},
+                                        {{"--expires", "3600"}, "3600"}}) {
+        RegistrarProcess other;
+        ASSERT_TRUE(other.start(options)) << other.output().constData();
+        WirePhone phone("1001", other.port());
+        const QByteArray contact = "<sip:1001@" + phone.own() + ">", to = "<" + phone.at("1001") + ">";
+        const QByteArray at = "sip:127.0.0.1:" + QByteArray::number(other.port());
+        for (const char* wanted : {"", ";expires=7200"}) {
+            const QByteArray reply =
+                phone.ask("REGISTER", at, "time", "Contact: " + contact + wanted, {}, to);
+            EXPECT_EQ(headerOf(reply, "Contact"), contact + ";expires=" + most) << reply.constData();
+        }
+        for (const QByteArray lines : {"", "\r\nExpires: 7200"}) {
+            const QByteArray reply =
+                phone.ask("SUBSCRIBE", phone.at("1002"), "lamp" + QByteArray::number(lines.size()),
+                          "Event: dialog" + lines);
+            EXPECT_EQ(headerOf(reply, "Expires"), most) << reply.constData();
+        }
+    }
 }
 
 TEST_F(PbxRegistrar, HoldsItsBounds)
@@ -251,13 +279,17 @@ TEST_F(PbxRegistrar, ThePhonesOwnAgentIsRefusedWithAWrongPassword)
     agent.tell(account);
     const tagSipLine* line = agent.nextLine(0, SIP_LINE_REFUSED);
     ASSERT_TRUE(line);
-    EXPECT_EQ(line->nStatus, 403u);
+    EXPECT_EQ(line->nStatus, 401u);
+    EXPECT_STREQ(line->szReason, "The server does not accept name or password");
+    EXPECT_FALSE(agent.nextLine(0, SIP_LINE_REFUSED, 300)) << "it has not tried again";
 }
 
 TEST(PbxProgram, TellsWhatIsWrongAndEndsWhenItIsAsked)
 {
     EXPECT_EQ(run({}).first, 2);
     EXPECT_EQ(run({"--port", "70000", "file"}).first, 2);
+    EXPECT_EQ(run({"--expires", "59", "file"}).first, 2);
+    EXPECT_EQ(run({"--expires", "3601", "file"}).first, 2);
     EXPECT_EQ(run({"/no/such/file"}).first, 1);
     QTemporaryDir folder;
     for (const char* text : {"", "1001\n", "10 01 x\n10 02 y\n", "a<b secret\n"}) {

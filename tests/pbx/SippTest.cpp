@@ -10,7 +10,7 @@ TEST(PbxSipp, ManyCallsOneAfterAnotherAndNoneIsLost)
     const bool isLong = qEnvironmentVariableIsSet("HX_LONG");
     const int calls = isLong ? 3000 : 100;
     RegistrarProcess pbx;
-    ASSERT_TRUE(pbx.start({"--md5"})) << pbx.output().constData();
+    ASSERT_TRUE(pbx.start({"--md5", "--expires", "3600"})) << pbx.output().constData();
     const uint32_t called = UdpPeer::freePort();
     WirePhone phone("1002", pbx.port());
     ASSERT_EQ(statusOf(phone.ask("REGISTER", "sip:127.0.0.1:" + QByteArray::number(pbx.port()), "for",

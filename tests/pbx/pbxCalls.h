@@ -11,7 +11,9 @@ protected:
     // Anna calls, Ben has two phones. ring: seconds until nobody answers.
     void begin(int ring = 30)
     {
-        ASSERT_TRUE(pbx.start({"--ring", QString::number(ring)})) << pbx.output().constData();
+        // They register once for the whole test.
+        ASSERT_TRUE(pbx.start({"--ring", QString::number(ring), "--expires", "3600"}))
+            << pbx.output().constData();
         caller = std::make_unique<WirePhone>("1001", pbx.port());
         first = std::make_unique<WirePhone>("1002", pbx.port());
         second = std::make_unique<WirePhone>("1002", pbx.port());

@@ -207,6 +207,7 @@ TEST_F(SipCallTest, WhyOneFailsIsSaidForAPerson)
                    {SIP_REFUSED, 404, "This number is not known"},
                    {SIP_REFUSED, 480, "Not available at present"},
                    {SIP_REFUSED, 403, "The server does not allow this call"},
+                   {SIP_REFUSED, 407, "The server does not accept name or password"},
                    {SIP_REFUSED, 433, "Anonymous calls are not accepted"},
                    {SIP_REFUSED, 488, "The two phones have no sound in common"},
                    {SIP_REFUSED, 500, "The call could not be made"},

@@ -6,6 +6,7 @@ namespace {
 
 constexpr uint32_t kNothingHeard = 408; // where nobody was called
 constexpr uint32_t kUnavailable = 480;
+const char* const kWrongPassword = HX_TR("The server does not accept name or password");
 
 } // namespace
 
@@ -27,9 +28,10 @@ const char* sipReasonOf(uint32_t status)
     case 480:
         return HX_TR("Not available at present");
     case 401:
+    case 407: // for the second time
+        return kWrongPassword;
     case 402:
     case 403:
-    case 407:
         return HX_TR("The server does not allow this call");
     case 433:
         return HX_TR("Anonymous calls are not accepted");
@@ -54,9 +56,8 @@ const char* sipReasonOfTransfer(uint32_t status, bool isTaken)
 
 const char* sipReasonOfLine(const tagSipLine& line)
 {
-    static const char* const wrongPassword = HX_TR("The server does not accept name or password");
     // As the agent has them.
-    static const char* const told[] = {wrongPassword, HX_TR("The server does not answer"),
+    static const char* const told[] = {kWrongPassword, HX_TR("The server does not answer"),
                                        HX_TR("The server's name is not known")};
     for (const char* reason : told) {
         if (strcmp(reason, line.szReason) == 0)
@@ -64,7 +65,7 @@ const char* sipReasonOfLine(const tagSipLine& line)
     }
     if (strstr(line.szReason, "TLS") || strstr(line.szReason, "certificate"))
         return HX_TR("There is no secure connection to the server");
-    return line.nStatus == 403 ? wrongPassword : HX_TR("The line is not registered");
+    return line.nStatus == 403 ? kWrongPassword : HX_TR("The line is not registered");
 }
 
 uint32_t sipStatusOf(CALL_END why)
