@@ -4,9 +4,9 @@
 
 namespace {
 
-const char* const kWrongPassword = HX_TR("The server does not accept name or password");
 constexpr uint32_t kNothingHeard = 408; // where nobody was called
 constexpr uint32_t kUnavailable = 480;
+const char* const kWrongPassword = HX_TR("The server does not accept name or password");
 
 } // namespace
 
