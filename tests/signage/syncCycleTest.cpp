@@ -88,6 +88,7 @@ TEST_F(SyncCycle, BeginsAnewWhileFilesOfTheLastOneAreStillOnTheirWay)
     ASSERT_TRUE(kit::waitUntil([&] { return server.requests("a.xml") == 1; }));
     EXPECT_TRUE(manager.DownloadDisplayFrame());
     ASSERT_TRUE(kit::waitUntil([&] { return server.requests("schedule") == 2; }));
+    ASSERT_TRUE(kit::waitUntil([] { return taskPendingCount() == 1; })) << "the file alone is on its way";
     kit::settle();
     server.release();
     ASSERT_TRUE(quiet());
