@@ -209,7 +209,15 @@ void CallModel::answer(int id)
         return;
     holdAllBut(id);
     order("answer", id);
+    const tagCall answered = *call;
     talk(*call);
+    // Who is called by the one he calls needs one call.
+    const QList<tagCall> others = calls;
+    for (const tagCall& other : others) {
+        if (!other.bIncoming && !other.bTalks && other.nLine == answered.nLine &&
+            other.strNumber == answered.strNumber)
+            hangUp(other.nId);
+    }
 }
 
 void CallModel::decline(int id)
