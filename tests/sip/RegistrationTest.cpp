@@ -42,6 +42,16 @@ void challengeOne(UdpPeer& server, const QByteArray& challenge, uint32_t line)
                  "Contact: " + headerOf(second, "Contact") + ";expires=3600");
 }
 
+// A call that finds the server out of service has it asked again.
+void aCallIsTurnedAway(AgentProcess& agent, UdpPeer& server)
+{
+    auto dial = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    sipWire::setText(dial.szTarget, "300");
+    sipWire::setText(dial.szSdp, "v=0\r\n");
+    agent.tell(dial);
+    server.reply(server.receive("INVITE"), "503 Service Unavailable");
+}
+
 } // namespace
 
 TEST(SipRegistration, FourAccountsRegisterWithTheirPasswordsAndSayWhoTheyAre)
@@ -150,12 +160,7 @@ TEST(SipRegistration, AnswersToOneQuestionAreCountedAndEachHasAChanceOfItsOwn)
     const std::string ownOne = expectAnswer(first, "n1", "00000001");
     server.reply(first, "200 OK", "Contact: " + headerOf(first, "Contact") + ";expires=3600");
     ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
-    // A call that finds it out of service has it asked again.
-    auto dial = sipWire::make<tagSipDial>(SIP_DIAL, 1);
-    sipWire::setText(dial.szTarget, "300");
-    sipWire::setText(dial.szSdp, "v=0\r\n");
-    agent.tell(dial);
-    server.reply(server.receive("INVITE"), "503 Service Unavailable");
+    aCallIsTurnedAway(agent, server);
     const QByteArray second = server.receive("REGISTER");
     const std::string ownTwo = expectAnswer(second, "n1", "00000002");
     EXPECT_NE(ownOne, ownTwo);
@@ -365,11 +370,7 @@ TEST(SipRegistration, AServerThatWasBackIsTriedAgainSoonAfterItsNextFault)
         EXPECT_GT(failsOnce(), 0u);
     acceptOne(server);
     ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
-    auto dial = sipWire::make<tagSipDial>(SIP_DIAL, 1);
-    sipWire::setText(dial.szTarget, "300");
-    sipWire::setText(dial.szSdp, "v=0\r\n");
-    agent.tell(dial);
-    server.reply(server.receive("INVITE"), "503 Service Unavailable");
+    aCallIsTurnedAway(agent, server);
     const uint32_t delay = failsOnce();
     EXPECT_GT(delay, 0u);
     EXPECT_LE(delay, setup.nRetryMs) << "as after the first one";

@@ -125,7 +125,7 @@ bool sipCalls::end(int id, CALL_END why, const char* reason)
 }
 
 // The agent ends what rings too long; one that does not, and media that say nothing, leave no call ringing.
-// The time ends with the call, which may end while the time is telling it so.
+// The timer goes with the call, also when it is the timer that ends it.
 void sipCalls::limitRinging(tagLive& live)
 {
     const auto late = [this, id = live.call.nId, wire = live.nWire] {
