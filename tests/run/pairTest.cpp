@@ -81,6 +81,7 @@ protected:
     {
         anna.ask({"dsskey", key, "press"});
         EXPECT_TRUE(eventually([&] { return callOf(other)["state"].toString() == "ringing"; }));
+        other.ask({"wait", "page", "frmCall", "5000"}); // the key is for what is on the screen
         other.ask({"key", "F1"});
         EXPECT_TRUE(talks(other));
         const QJsonObject call = anna.ask({"calls"}).toObject()["calls"].toArray().last().toObject();
