@@ -109,7 +109,7 @@ void SipCall::nextServer()
         return;
     // What this server may still make of the call is cancelled, or hung up.
     nua_handle_destroy(std::exchange(m_pHandle, nullptr));
-    m_answers->reset();
+    m_answers->forget();
     invite();
 }
 
@@ -128,7 +128,7 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     m_remoteSdp = sdpOf(event.pMessage);
     m_session.agree(*event.pMessage);
     m_eStep = STEP_RINGING;
-    m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
+    limitRinging(*event.pMessage);
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
@@ -136,6 +136,22 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
+}
+
+// The caller may have less time than the phone.
+void SipCall::limitRinging(const sip_t& invite)
+{
+    const sip_expires_t* expires = invite.sip_expires;
+    const bool isSooner = expires && expires->ex_date == 0 && expires->ex_delta < m_stack.setup.nRingSeconds;
+    if (!isSooner) {
+        m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
+        return;
+    }
+    m_limit.start(uint32_t(expires->ex_delta) * 1000, [this] {
+        respond(487);
+        end(SIP_CANCELLED, 0, "The caller waits no longer");
+        releaseSoon();
+    });
 }
 
 void SipCall::respond(uint32_t status, const std::string& sdp)

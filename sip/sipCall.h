@@ -107,6 +107,7 @@ private:
     // What the other side has is offered to the phone alone, and its answer is nobody's.
     void offerToPhone();
     void talk(const std::string& sdp);
+    void limitRinging(const sip_t& invite);
     void ringsTooLong();
     void end(SIP_ENDING ending, uint32_t status, const std::string& reason, const std::string& target = "");
     void respond(uint32_t status, const std::string& sdp = "");
