@@ -1,7 +1,9 @@
-// What servers tell of messages, extensions and lists. The first byte chooses; a zero is between two notes of
-// a subscription. Whatever they hold, the bounds are kept, and what names a call can stand in a header.
+// What servers tell of messages, extensions and lists, and bodies of calls. The first byte chooses; a zero is
+// between two notes of a subscription. Whatever they hold, the bounds are kept, and what names a call can
+// stand in a header.
 #include "sip/memberBook.h"
 #include "sip/messageSummary.h"
+#include "sip/sdpBody.h"
 #include <algorithm>
 #include <cstdlib>
 #include <string>
@@ -65,6 +67,17 @@ void readNotes(const std::string& notes, unsigned kind)
     }
 }
 
+void readBody(const std::string& body)
+{
+    constexpr size_t kMoreMax = 2; // the end of the last line
+    tagBodyPart whole;
+    bodyParts::setType("multipart/mixed;boundary=b", whole);
+    whole.bytes = body.data();
+    whole.nSize = body.size();
+    const tagSdpBody read = sdpBody::read(whole);
+    demand(read.sdp.size() <= body.size() + kMoreMax);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
@@ -74,6 +87,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
     const std::string notes(reinterpret_cast<const char*>(data) + 1, size - 1);
     if (data[0] == 0)
         readSummary(notes);
+    else if (data[0] == 3)
+        readBody(notes);
     else
         readNotes(notes, data[0]);
     return 0;

@@ -614,6 +614,17 @@ QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& 
     return text;
 }
 
+// Who gives other numbers than were offered wants to be sent those, and sends them himself all the same.
+void callNegotiation::takeByTheirNumbers(const tagDescribedMedia& answer, tagAgreedSound& sound)
+{
+    for (const tagDescribedCodec& codec : answer.codecs) {
+        const auto isIt = [&](const tagAgreedCodec& taken) { return taken.nPayload == codec.nPayload; };
+        const bool isKnown = codec.bTones || codec.eCodec != SOUND_CODEC::NONE;
+        if (isKnown && std::none_of(sound.take.begin(), sound.take.end(), isIt))
+            sound.take.append({codec.eCodec, codec.nPayload, codec.nClock});
+    }
+}
+
 // Of the codecs that were offered, the first one that the other side names is what it wants.
 bool callNegotiation::fits(const tagDescribedMedia& answer, tagAgreedSound& sound) const
 {
@@ -622,6 +633,7 @@ bool callNegotiation::fits(const tagDescribedMedia& answer, tagAgreedSound& soun
             continue;
         sound.send = {codec.eCodec, codec.nPayload, soundCodec(codec.eCodec)->nClock};
         sound.take = m_offered;
+        takeByTheirNumbers(answer, sound);
         return true;
     }
     return false;

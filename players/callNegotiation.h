@@ -171,6 +171,7 @@ private:
     tagPictureChoice choosePicture(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;
     bool choose(const tagDescribedMedia& media, bool encrypt, tagChoice& choice) const;
     bool choose(const tagDescribedMedia& media, const tagMediaWant& want, tagPictureChoice& choice) const;
+    static void takeByTheirNumbers(const tagDescribedMedia& answer, tagAgreedSound& sound);
     bool fits(const tagDescribedMedia& answer, tagAgreedSound& sound) const;
     bool fits(const tagDescribedMedia& answer, const tagPlace& place, tagAgreedPicture& picture) const;
     void setStream(const tagDescribedMedia& media, bool held, tagAgreedStream& stream) const;

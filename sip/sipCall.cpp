@@ -1,5 +1,6 @@
 #include "sip/sipCall.h"
 #include "sip/phoneLink.h"
+#include "sip/refusalText.h"
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
 #include "sip/sipCaller.h"
@@ -15,40 +16,15 @@ namespace {
 
 constexpr uint32_t kReleaseMs = 5000;
 constexpr const char* kSdpType = "application/sdp";
-constexpr uint32_t kUnknownBody = 415;
-constexpr const char* kKnownBodies = "application/sdp, multipart/mixed, multipart/alternative";
-constexpr const char* kKnownCoding = "identity";
-constexpr uint32_t kMediaDoNotFit = 399; // without saying why (RFC 3261, 20.43)
 constexpr const char* kRetryAfterSeconds = "2";
-
-constexpr uint32_t kAnonymityDisallowed = 433; // RFC 5079, which the stack does not know
 
 // No server has said anything.
 constexpr uint32_t kNothingHeard = 408;
-
-const char* phraseOf(uint32_t status)
-{
-    if (status == kAnonymityDisallowed)
-        return "Anonymity Disallowed";
-    const char* phrase = sip_status_phrase(int(status));
-    return phrase ? phrase : "Refused";
-}
 
 // Where nothing can be refused any more.
 std::string sdpOf(const sip_t* message)
 {
     return callBody::read(message).sdp;
-}
-
-std::string warningOf(uint32_t code)
-{
-    const char* text = code == 301   ? "Incompatible network address formats"
-                       : code == 302 ? "Incompatible transport protocol"
-                       : code == 304 ? "Media type not available"
-                       : code == 305 ? "Incompatible media format"
-                       : code == 307 ? "Session description parameter not understood"
-                                     : "The media do not fit";
-    return std::to_string(code) + " hxSip \"" + text + '"';
 }
 
 bool isTooLarge(const std::string& sdp)
@@ -145,7 +121,7 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
-    arrived.nRefusal = body.bUnknown ? kUnknownBody : 0;
+    arrived.nRefusal = body.bUnknown ? refusalText::kUnknownBody : 0;
     m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
@@ -168,29 +144,21 @@ void SipCall::limitRinging(const sip_t& invite)
     });
 }
 
-void SipCall::respond(uint32_t status, const std::string& sdp)
+void SipCall::respond(uint32_t status, const std::string& sdp, uint32_t warning)
 {
-    nua_respond(m_pHandle, int(status), phraseOf(status),
+    const std::string lines = refusalText::linesOf(status, warning);
+    nua_respond(m_pHandle, int(status), refusalText::phraseOf(status),
+                TAG_IF(!lines.empty(), SIPTAG_HEADER_STR(lines.c_str())),
                 TAG_IF(!sdp.empty(), SIPTAG_CONTENT_TYPE_STR(kSdpType)),
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
 }
 
-void SipCall::respondRefusal(uint32_t status, uint32_t warning)
-{
-    const std::string text = warningOf(warning);
-    nua_respond(m_pHandle, int(status), phraseOf(status), TAG_IF(warning, SIPTAG_WARNING_STR(text.c_str())),
-                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_STR(kKnownBodies)),
-                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_ENCODING_STR(kKnownCoding)), TAG_END());
-}
-
 void SipCall::respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp)
 {
-    const std::string warning = warningOf(kMediaDoNotFit);
-    nua_respond(m_pHandle, int(status), phraseOf(status), NUTAG_WITH(request.message()),
+    const std::string lines = refusalText::linesOf(status, status == 488 ? refusalText::kMediaDoNotFit : 0);
+    nua_respond(m_pHandle, int(status), refusalText::phraseOf(status), NUTAG_WITH(request.message()),
                 TAG_IF(status == 500, SIPTAG_RETRY_AFTER_STR(kRetryAfterSeconds)),
-                TAG_IF(status == 488, SIPTAG_WARNING_STR(warning.c_str())),
-                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_STR(kKnownBodies)),
-                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_ENCODING_STR(kKnownCoding)),
+                TAG_IF(!lines.empty(), SIPTAG_HEADER_STR(lines.c_str())),
                 TAG_IF(!sdp.empty(), SIPTAG_CONTENT_TYPE_STR(kSdpType)),
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
 }
@@ -236,7 +204,7 @@ void SipCall::refuse(uint32_t status, uint32_t warning)
         m_referral->refuse(status);
     if (!m_bIncoming || m_eStep != STEP_RINGING)
         return;
-    respondRefusal(status, warning);
+    respond(status, "", warning);
     end(SIP_REFUSED, status, "");
     releaseSoon();
 }
@@ -634,7 +602,7 @@ void SipCall::onOffer(const tagStackEvent& event)
     auto request = std::make_unique<SavedRequest>(m_stack.pNua);
     uint32_t status = 0;
     if (body.bUnknown)
-        status = kUnknownBody;
+        status = refusalText::kUnknownBody;
     else if (isUpdate && sdp.empty())
         status = 200;
     else if (m_eStep != STEP_TALKING || isTooLarge(sdp))

@@ -120,8 +120,7 @@ private:
     void limitRinging(const sip_t& invite);
     void ringsTooLong();
     void end(SIP_ENDING ending, uint32_t status, const std::string& reason, const std::string& target = "");
-    void respond(uint32_t status, const std::string& sdp = "");
-    void respondRefusal(uint32_t status, uint32_t warning);
+    void respond(uint32_t status, const std::string& sdp = "", uint32_t warning = 0);
     void respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp = "");
     // To what the other side has offered.
     void respondToOffer(uint32_t status, const std::string& sdp = "");

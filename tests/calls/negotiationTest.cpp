@@ -193,6 +193,33 @@ TEST_F(Negotiation, AnAnswerThatDoesNotFitChangesNothing)
     EXPECT_EQ(m_ours.agreed().send.eCodec, SOUND_CODEC::PCMA);
 }
 
+TEST_F(Negotiation, AnAnswerWithOtherNumbersIsSentTheseAndTakenByBoth)
+{
+    const auto takenAs = [&](int payload) {
+        for (const tagAgreedCodec& codec : m_ours.agreed().take) {
+            if (codec.nPayload == payload)
+                return codec.eCodec;
+        }
+        return SOUND_CODEC::NONE;
+    };
+    ASSERT_EQ(mediaLines(m_ours.offer({})), "m=audio 36000 RTP/AVP 96 9 8 0 101|");
+    EXPECT_TRUE(m_ours.agree(
+        sound("111 110", "a=rtpmap:111 opus/48000/2\r\na=rtpmap:110 telephone-event/48000\r\n")));
+    EXPECT_EQ(m_ours.agreed().send.nPayload, 111);
+    EXPECT_EQ(m_ours.agreed().nSendTones, 110);
+    EXPECT_EQ(takenAs(96), SOUND_CODEC::OPUS);
+    EXPECT_EQ(takenAs(111), SOUND_CODEC::OPUS);
+    EXPECT_EQ(m_ours.agreed().take.size(), 7) << "tones by both numbers too";
+    // What was offered under a number keeps its meaning for what comes.
+    m_ours.offer({});
+    EXPECT_TRUE(m_ours.agree(sound("96", "a=rtpmap:96 PCMA/8000\r\n")));
+    EXPECT_EQ(m_ours.agreed().send.eCodec, SOUND_CODEC::PCMA);
+    EXPECT_EQ(m_ours.agreed().send.nPayload, 96);
+    EXPECT_EQ(takenAs(96), SOUND_CODEC::OPUS);
+    EXPECT_EQ(takenAs(8), SOUND_CODEC::PCMA);
+    EXPECT_EQ(m_ours.agreed().take.size(), 5);
+}
+
 TEST_F(Negotiation, AnAnswerMayRefuseTheSound)
 {
     const QByteArray refusal = described("m=audio 0 RTP/AVP 8\r\n");

@@ -375,6 +375,15 @@ TEST_F(PictureNegotiation, AnAnswerWithFewerLinesHasTheSoundAndNoPicture)
     EXPECT_FALSE(m_ours.agree(described("97", h264(97, "profile-level-id=42e01f")) + kSound)) << "more";
 }
 
+TEST_F(PictureNegotiation, AnAnswerWhoseLinesAreInAnotherOrderIsNone)
+{
+    const QByteArray line = "m=video 5006 RTP/AVP 97\r\n" + h264(97, "profile-level-id=42e01f");
+    m_ours.offer(video());
+    EXPECT_FALSE(m_ours.agree(kHead + line + kSound));
+    EXPECT_FALSE(m_ours.agreed().bSound || agreed().bPicture);
+    EXPECT_TRUE(m_ours.agree(kHead + kSound + line)) << "a better one may follow";
+}
+
 TEST_F(PictureNegotiation, AHeldCallSendsAndTakesNothing)
 {
     callNegotiation theirs(ownMedia(40000), countedKeys());

@@ -172,6 +172,49 @@ TEST_F(RealLines, ACallThatCannotBeTalkedDoesNotRingAndLeavesWhoTalks)
     EXPECT_TRUE(ends("hung up"));
 }
 
+TEST_F(RealLines, AnAnswerThatCannotBeTalkedEndsTheCallAndTellsWhy)
+{
+    const QByteArray contactLine =
+        "Contact: <sip:300@127.0.0.1:" + QByteArray::number(server.port()) + ">\r\nContent-Type: ";
+    const QByteArray parts = "--b\r\nContent-Type: text/plain\r\n\r\nhello\r\n--b\r\n"
+                             "Content-Type: application/sdp\r\n\r\n" +
+                             kSdp + "\r\n--b--\r\n";
+    const struct
+    {
+        QByteArray type;
+        QByteArray body;
+        bool bTalks = false;
+    } all[] = {
+        {"application/sdp", QByteArray(kSdp).replace("AVP 8 0", "AVP 18")},
+        {"application/sdp", kSdp + QByteArray("m=audio 40002 RTP/AVP 8\r\n").repeated(2)},
+        {"application/sdp", QByteArray(kSdp).replace("m=audio", "m=video 40002 RTP/AVP 97\r\nm=audio")},
+        {"application/sdp", QByteArray(kSdp).replace("40000", "0")},
+        {"text/plain", kSdp},
+        {"multipart/mixed;boundary=b", parts, true}};
+    for (const auto& each : all) {
+        SCOPED_TRACE((each.type + "\n" + each.body).toStdString());
+        pad("300");
+        waitPage("frmDial");
+        waitIdle();
+        tap("btnCall");
+        waitPage("frmCall");
+        const QByteArray invite = server.receive("INVITE");
+        server.reply(invite, "200 OK", contactLine + each.type, each.body);
+        EXPECT_NE(server.receive("ACK").toStdString(), "");
+        if (each.bTalks) {
+            EXPECT_TRUE(kit::waits([&] { return call()["sound"] == "PCMA"; }, kWaitMs));
+            softKey(3);
+        }
+        const QByteArray bye = server.receive("BYE");
+        EXPECT_NE(bye.toStdString(), "");
+        server.reply(bye, "200 OK");
+        EXPECT_TRUE(ends(each.bTalks ? "hung up" : "failed"));
+        EXPECT_EQ(lastEnded()["reason"].toString(),
+                  each.bTalks ? "" : "The two phones have no sound in common");
+        waitPage("frmDesktop");
+    }
+}
+
 TEST_F(RealLines, TheDeathOfTheAgentCostsTheCallAndNothingElse)
 {
     talksIn("lost");
