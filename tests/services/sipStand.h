@@ -30,6 +30,7 @@ public:
     void begin(int) override { orders.append("begin"); }
     void withdraw(int) override { orders.append("withdraw"); }
     void setMuted(int, bool muted) override { orders.append(muted ? "mute" : "unmute"); }
+    void setStill(int call, bool still) override { stills[call] = still; }
     bool sendTone(int, QChar tone, int) override
     {
         if (bTakesTones)
@@ -53,6 +54,7 @@ public:
     QStringList orders;
     tagMediaWish lastWish;
     QHash<int, tagMediaWish> wishes; // the last one of each call
+    QHash<int, bool> stills;         // the same
     bool bSilent = false;
     bool bEmpty = false;
     bool bMissing = false;
