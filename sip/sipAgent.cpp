@@ -142,7 +142,7 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
                    NUTAG_ENABLEINVITE(1), NUTAG_SESSION_TIMER(SIP_SESSION_SECONDS),
                    NUTAG_MIN_SE(SIP_SESSION_LEAST_SECONDS), NUTAG_SESSION_REFRESHER(nua_remote_refresher),
                    NUTAG_ENABLEMESSAGE(0), SIPTAG_SUPPORTED_STR(kSupported),
-                   NUTAG_APPL_METHOD("NOTIFY, UPDATE, REFER"), NUTAG_MAX_RETRY_AFTER(0),
+                   NUTAG_APPL_METHOD("NOTIFY, UPDATE, REFER, INFO"), NUTAG_MAX_RETRY_AFTER(0),
                    NUTAG_UPDATE_REFRESH(1), TAG_END());
     m_phone.tell(sipWire::make<tagSipHead>(SIP_HELLO, 0));
     return true;
@@ -358,6 +358,15 @@ void SipAgent::takeNote(const tagStackEvent& event, bool isOwned)
         nua_handle_destroy(event.pHandle);
 }
 
+// The stack itself would take one that names no call of ours.
+void SipAgent::takeInfo(const tagStackEvent& event, bool isOwned)
+{
+    const int status = isOwned ? 200 : 481;
+    nua_respond(event.pHandle, status, sip_status_phrase(status), NUTAG_WITH_THIS(m_stack.pNua), TAG_END());
+    if (!isOwned)
+        nua_handle_destroy(event.pHandle);
+}
+
 void SipAgent::arrive(const tagStackEvent& event)
 {
     const Registration* line = lineFor(*event.pMessage);
@@ -449,6 +458,8 @@ void SipAgent::onStack(nua_event_t event, int status, const char* phrase, nua_t*
         }
     } else if (event == nua_i_notify && message && status < 200) {
         self->takeNote(told, owner != nullptr);
+    } else if (event == nua_i_info && handle && status < 200) {
+        self->takeInfo(told, owner != nullptr);
     } else if (owner) {
         owner->onStack(told);
     } else if (event == nua_i_invite && message) {

@@ -41,6 +41,7 @@ private:
     const Registration* lineFor(const sip_t& message) const;
     // Of an event that the handle's owner did not subscribe to.
     void takeNote(const tagStackEvent& event, bool isOwned);
+    void takeInfo(const tagStackEvent& event, bool isOwned);
     void arrive(const tagStackEvent& event);
     void makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced);
     // The status that refuses a call that asks to take the place of another; 0 and that one's id for none.

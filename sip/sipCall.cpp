@@ -14,7 +14,6 @@
 namespace {
 
 constexpr uint32_t kReleaseMs = 5000;
-constexpr uint32_t kLateReleaseMs = 40000; // the stack sends a BYE behind what is asked and never answered
 constexpr const char* kSdpType = "application/sdp";
 constexpr const char* kRetryAfterSeconds = "2";
 
@@ -111,7 +110,7 @@ void SipCall::nextServer()
     }
     // What this server may still make of the call is cancelled, or hung up.
     nua_handle_destroy(std::exchange(m_pHandle, nullptr));
-    m_answers->reset();
+    m_answers->forget();
     invite();
 }
 
@@ -130,7 +129,7 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     m_remoteSdp = sdpOf(event.pMessage);
     m_session.agree(*event.pMessage);
     m_eStep = STEP_RINGING;
-    m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
+    limitRinging(*event.pMessage);
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
@@ -138,6 +137,22 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
+}
+
+// The caller may have less time than the phone.
+void SipCall::limitRinging(const sip_t& invite)
+{
+    const sip_expires_t* expires = invite.sip_expires;
+    const bool isSooner = expires && expires->ex_date == 0 && expires->ex_delta < m_stack.setup.nRingSeconds;
+    if (!isSooner) {
+        m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
+        return;
+    }
+    m_limit.start(uint32_t(expires->ex_delta) * 1000, [this] {
+        respond(487);
+        end(SIP_CANCELLED, 0, "The caller waits no longer");
+        releaseSoon();
+    });
 }
 
 void SipCall::respond(uint32_t status, const std::string& sdp)
@@ -248,7 +263,7 @@ void SipCall::sendOffer(const std::string& sdp)
     sip_to_t* to = sip_to_dup(memory.home(), nua_handle_remote(m_pHandle));
     const bool isNamed = to && !name.callId.empty() && !name.remoteTag.empty() &&
                          (to->a_tag || sip_to_tag(memory.home(), to, name.remoteTag.c_str()) == 0);
-    nua_invite(m_pHandle, TAG_IF(isNamed, SIPTAG_TO(to)),
+    nua_invite(m_pHandle, NUTAG_SESSION_TIMER(m_session.seconds()), TAG_IF(isNamed, SIPTAG_TO(to)),
                TAG_IF(isNamed, SIPTAG_CALL_ID_STR(name.callId.c_str())), SIPTAG_CONTENT_TYPE_STR(kSdpType),
                SIPTAG_PAYLOAD_STR(sdp.c_str()), TAG_END());
 }
@@ -284,10 +299,39 @@ void SipCall::sendTone(char tone, uint32_t ms)
 {
     if (m_eStep != STEP_TALKING)
         return;
-    const std::string body = std::string("Signal=") + tone + "\r\nDuration=" + std::to_string(ms) + "\r\n";
+    m_tones.push_back({tone, ms});
+    if (m_tones.size() == 1)
+        sendNextTone();
+}
+
+// One after the other, so that they keep their order when one of them is sent again.
+void SipCall::sendNextTone()
+{
+    if (m_tones.empty() || m_eStep != STEP_TALKING)
+        return;
+    const tagTone& tone = m_tones.front();
+    const char* type = m_bBareTones ? "application/dtmf" : "application/dtmf-relay";
+    const std::string body = m_bBareTones ? std::string(1, tone.cTone)
+                                          : std::string("Signal=") + tone.cTone +
+                                                "\r\nDuration=" + std::to_string(tone.nMs) + "\r\n";
     m_offer.requestGoes();
-    nua_info(m_pHandle, SIPTAG_CONTENT_TYPE_STR("application/dtmf-relay"), SIPTAG_PAYLOAD_STR(body.c_str()),
-             TAG_END());
+    nua_info(m_pHandle, SIPTAG_CONTENT_TYPE_STR(type), SIPTAG_PAYLOAD_STR(body.c_str()), TAG_END());
+}
+
+// Who does not read tones as they are written here is sent them as they were written before, once in a call.
+void SipCall::onToneReply(const tagStackEvent& event)
+{
+    if (isGone(event)) {
+        giveUp(event);
+        return;
+    }
+    if (event.nStatus < 200 || m_tones.empty())
+        return;
+    if (event.nStatus == 415 && !std::exchange(m_bTonesRefused, true))
+        m_bBareTones = true;
+    else
+        m_tones.pop_front();
+    sendNextTone();
 }
 
 void SipCall::onStack(const tagStackEvent& event)
@@ -308,8 +352,7 @@ void SipCall::onStack(const tagStackEvent& event)
         onReferReply(event);
         break;
     case nua_r_info:
-        if (isGone(event))
-            giveUp(event);
+        onToneReply(event);
         break;
     case nua_i_state:
         onState(event);
@@ -557,7 +600,7 @@ void SipCall::refresh()
         return;
     }
     m_offer.requestGoes();
-    nua_update(m_pHandle, TAG_END());
+    nua_update(m_pHandle, NUTAG_SESSION_TIMER(m_session.seconds()), TAG_END());
 }
 
 void SipCall::refreshByInvite()
@@ -635,7 +678,7 @@ void SipCall::end(SIP_ENDING ending, uint32_t status, const std::string& reason,
 
 void SipCall::releaseSoon()
 {
-    m_limit.start(m_offer.isAnythingAsked() ? kLateReleaseMs : kReleaseMs, [this] { release(); });
+    m_limit.start(kReleaseMs, [this] { release(); });
 }
 
 void SipCall::stopTimers()

@@ -11,6 +11,7 @@
 #include "sip/sipDialog.h"
 #include "sip/sipStack.h"
 #include "sip/sipTimer.h"
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -74,6 +75,11 @@ public:
     void onStack(const tagStackEvent& event) override;
 
 private:
+    struct tagTone
+    {
+        char cTone;
+        uint32_t nMs;
+    };
     enum STEP { STEP_NEW, STEP_RINGING, STEP_TALKING, STEP_ENDED };
 
     void invite();
@@ -90,6 +96,8 @@ private:
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
     void onMediaReply(const tagStackEvent& event);
+    void sendNextTone();
+    void onToneReply(const tagStackEvent& event);
     void onUpdateReply(const tagStackEvent& event);
     void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
@@ -107,6 +115,7 @@ private:
     // What the other side has is offered to the phone alone, and its answer is nobody's.
     void offerToPhone();
     void talk(const std::string& sdp);
+    void limitRinging(const sip_t& invite);
     void ringsTooLong();
     void end(SIP_ENDING ending, uint32_t status, const std::string& reason, const std::string& target = "");
     void respond(uint32_t status, const std::string& sdp = "");
@@ -137,6 +146,9 @@ private:
     bool m_bReferred = false;                // the other side has taken what it was asked to call
     bool m_bMoved = false;                   // what it has asked for is elsewhere, and the phone may follow
     enum { NOT_TAKEN_BACK, TAKEN_BACK, AS_BEFORE } m_eTakenBack = NOT_TAKEN_BACK; // what the phone answers
+    std::deque<tagTone> m_tones; // that were not answered; the first one is on its way
+    bool m_bBareTones = false;   // without anything but the key
+    bool m_bTonesRefused = false;
     uint32_t m_nLine = 0;
     std::string m_own;    // address of the line
     std::string m_server; // of the line

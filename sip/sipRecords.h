@@ -121,7 +121,7 @@ enum SIP_LINE_STATE : uint32_t {
     SIP_LINE_REGISTERING = 1,
     SIP_LINE_REGISTERED = 2,
     SIP_LINE_FAILED = 3, // tried again in nRetryMs
-    SIP_LINE_REFUSED = 4 // for good: until the account is another
+    SIP_LINE_REFUSED = 4 // the server does not want it: tried again in nRetryMs, which is long
 };
 
 struct tagSipLine
@@ -129,7 +129,7 @@ struct tagSipLine
     tagSipHead head;
     uint32_t eState;              // SIP_LINE_STATE
     uint32_t nStatus;             // 0, or 100 to 699: of the reply that led to it
-    uint32_t nRetryMs;            // 0 unless it failed
+    uint32_t nRetryMs;            // 0 unless it failed or was refused
     char szReason[SIP_TEXT_SIZE]; // for a person, in English
 };
 

@@ -318,3 +318,19 @@ TEST_F(SipTls, ALineWithoutCertificatesIsToldSo)
     ASSERT_TRUE(refused);
     EXPECT_STREQ(refused->szReason, "There are no certificates for TLS");
 }
+
+TEST_F(SipTls, AServerThatSendsTheLineToAnOpenWayIsNotFollowed)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    UdpPeer open;
+    const QByteArray there = "sip:127.0.0.1:" + QByteArray::number(open.port());
+    begin(folder.path(), kName);
+    for (const QByteArray& contact : {there, there + ";transport=udp", there + ";transport=tcp"}) {
+        SCOPED_TRACE(contact.toStdString());
+        say(UdpPeer::replyTo(receive("REGISTER"), "302 Moved Temporarily", "Contact: <" + contact + ">"));
+        const tagSipLine* line = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(line);
+        EXPECT_EQ(line->nStatus, 302u);
+    }
+    EXPECT_EQ(open.receive(200).toStdString(), "");
+}
