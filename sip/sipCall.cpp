@@ -641,16 +641,6 @@ void SipCall::onOffer(const tagStackEvent& event)
     m_stack.pPhone->tell(offer);
 }
 
-void SipCall::tellProgress(uint32_t status, const std::string& phrase)
-{
-    // It may be replaced while it runs.
-    const auto tell = m_hooks.progress;
-    if (status >= 200)
-        m_hooks.progress = nullptr;
-    if (tell)
-        tell(status, phrase);
-}
-
 void SipCall::talk(const std::string& sdp)
 {
     if (!sdp.empty() && !isTooLarge(sdp))

@@ -102,7 +102,7 @@ protected:
         return codes.join(' ').toStdString();
     }
     // "section/key" of each key in the file.
-    static std::set<std::string> keysIn(const char* file)
+    std::set<std::string> keysIn(const char* file) const
     {
         std::set<std::string> keys;
         QByteArray section;
