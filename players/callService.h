@@ -67,6 +67,7 @@ private:
         std::unique_ptr<mappedPorts> picturePorts;
         std::optional<tagQuestion> waiting; // for that
         bool bMuted = false;                // meanwhile
+        bool bStill = false;
         std::unique_ptr<tagEnd> end;
         std::unique_ptr<pictureSession> pictures; // null: none were ever wanted; ends before its end
         bool bPicturesAgreed = false;             // as below, for the pictures
@@ -88,6 +89,7 @@ private:
     void beginPictures(int call, tagCallEntry& entry, std::unique_ptr<callSockets> sockets);
     void agree(const msgObject& msg);
     void setMuted(const msgObject& msg);
+    void setStill(const msgObject& msg);
     void sendTone(const msgObject& msg);
     void begin(int call);
     void end(int call);

@@ -9,6 +9,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 class SipAgent
@@ -30,6 +31,8 @@ private:
     void take(const sipWire::Reader& record);
     bool makeStack(const tagSipSetup& setup);
     nua_t* listen(bool tls);
+    // The stack takes other certificates at its start alone.
+    void lookAtCertificates();
     void setAccount(const tagSipAccount& account);
     void takeForCall(const sipWire::Reader& record);
     void tellNotBegun(uint32_t call, const char* reason);
@@ -66,6 +69,7 @@ private:
     SipTimer m_step;
     SipTimer m_last;
     SipTimer m_rest;
+    std::string m_tlsSign; // of the certificates at the start
     int m_nCode = 0;
     bool m_bEnding = false;
     bool m_bShutdown = false; // the stack has ended well

@@ -94,8 +94,10 @@ void SipCall::nextServer()
     m_silent.stop();
     if (m_hooks.serverFails)
         m_hooks.serverFails();
-    if (!m_setup->hasNext())
+    if (!m_setup->hasNext()) {
+        tellUnderWay(0);
         return;
+    }
     // What this server may still make of the call is cancelled, or hung up.
     nua_handle_destroy(std::exchange(m_pHandle, nullptr));
     m_answers->forget();
@@ -441,8 +443,11 @@ void SipCall::onSetupReply(const tagStackEvent& event)
         m_name = sipDialog::nameOf(*event.pMessage);
         m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     }
-    if (status == 100)
+    if (status == 100) {
+        if (m_bSilenceTold)
+            tellUnderWay(status);
         return;
+    }
     if (status >= 200) {
         onFinalReply(event);
         return;
@@ -450,11 +455,17 @@ void SipCall::onSetupReply(const tagStackEvent& event)
     // What was agreed on early is not always told again.
     if (!sdp.empty() && !isTooLarge(sdp))
         m_remoteSdp = sdp;
+    tellUnderWay(status, isTooLarge(sdp) ? "" : sdp);
+    tellProgress(status, event.szPhrase);
+}
+
+void SipCall::tellUnderWay(uint32_t status, const std::string& sdp)
+{
+    m_bSilenceTold = status == 0;
     auto progress = sipWire::make<tagSipProgress>(SIP_PROGRESS, m_nId);
     progress.nStatus = status;
-    sipWire::setText(progress.szSdp, isTooLarge(sdp) ? "" : sdp);
+    sipWire::setText(progress.szSdp, sdp);
     m_stack.pPhone->tell(progress);
-    tellProgress(status, event.szPhrase);
 }
 
 void SipCall::onFinalReply(const tagStackEvent& event)
@@ -626,16 +637,6 @@ void SipCall::onOffer(const tagStackEvent& event)
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
     sipWire::setText(offer.szSdp, sdp);
     m_stack.pPhone->tell(offer);
-}
-
-void SipCall::tellProgress(uint32_t status, const std::string& phrase)
-{
-    // It may be replaced while it runs.
-    const auto tell = m_hooks.progress;
-    if (status >= 200)
-        m_hooks.progress = nullptr;
-    if (tell)
-        tell(status, phrase);
 }
 
 void SipCall::talk(const std::string& sdp)

@@ -125,6 +125,8 @@ private:
     // To what the other side has offered.
     void respondToOffer(uint32_t status, const std::string& sdp = "");
     void tellProgress(uint32_t status, const std::string& phrase);
+    // To the phone.
+    void tellUnderWay(uint32_t status, const std::string& sdp = "");
     void stopTimers();
     // The server has this long to take note of the end.
     void releaseSoon();
@@ -142,6 +144,7 @@ private:
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
     bool m_bByUpdate = false;                // that nobody acknowledges
     bool m_bHeard = false;                   // of a call from here: something has come from a server
+    bool m_bSilenceTold = false;             // the phone believes that nothing has
     bool m_bReferred = false;                // the other side has taken what it was asked to call
     bool m_bMoved = false;                   // what it has asked for is elsewhere, and the phone may follow
     enum { NOT_TAKEN_BACK, TAKEN_BACK, AS_BEFORE } m_eTakenBack = NOT_TAKEN_BACK; // what the phone answers

@@ -237,11 +237,12 @@ struct tagSipArrived
     char szSdp[SIP_SDP_SIZE];                            // the offer; none: the caller wants one
 };
 
-// The other side of a call from here: it is under way (100 to 199), perhaps with early media.
+// The other side of a call from here: it is under way (100 to 199), perhaps with early media. 0: the last of
+// its servers has said nothing for nSilentMs, and is waited for all the same.
 struct tagSipProgress
 {
     tagSipHead head;
-    uint32_t nStatus;
+    uint32_t nStatus; // 0, or 100 to 199
     char szSdp[SIP_SDP_SIZE];
 };
 

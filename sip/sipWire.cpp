@@ -198,7 +198,7 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipProgress),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipProgress, nStatus, 100, 199), SDP_FIELD(tagSipProgress, szSdp)}},
+         {NUMBER_FIELD(tagSipProgress, nStatus, 0, 199), SDP_FIELD(tagSipProgress, szSdp)}},
         {SIP_TALK, sizeof(tagSipMedia), SIP_CALL_FIRST, kLastId, media},
         {SIP_OFFER, sizeof(tagSipMedia), SIP_CALL_FIRST, kLastId, media},
         {SIP_ENDED,

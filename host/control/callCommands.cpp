@@ -54,6 +54,7 @@ QJsonObject factsOf(const tagCall& call)
             {"wantsVideo", call.options.bVideo},
             {"held", call.bHeld},
             {"remoteHeld", call.bRemoteHeld},
+            {"unheard", call.bUnheard},
             {"muted", call.bMuted},
             {"joined", call.nJoined},
             {"sound", call.streams.strSound},

@@ -52,6 +52,7 @@ enum : unsigned int {
     MEDIA_MSG_CALL_AGREE = 0x70032,    // extra: the answer; lParam: its number
     MEDIA_MSG_CALL_WITHDRAW = 0x70033, // the last offer was refused
     MEDIA_MSG_CALL_MUTE = 0x70034,     // lParam: non-zero: the other side does not hear the user
+    MEDIA_MSG_CALL_STILL = 0x7003C,    // lParam: non-zero: the user holds it: nothing goes out or is heard
     MEDIA_MSG_CALL_TONE = 0x70035,     // lParam: CALL_TONE
     MEDIA_MSG_CALL_JOIN = 0x70036,     // lParam: the other call
     MEDIA_MSG_CALL_SPLIT = 0x70037,

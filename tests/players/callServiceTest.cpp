@@ -27,6 +27,19 @@ TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
     EXPECT_TRUE(isSilent());
 }
 
+TEST_F(CallService, AHoldNeedsNobodysConsent)
+{
+    startMedia();
+    connect(1, 2);
+    ASSERT_TRUE(isHeard());
+    m_sessions.setStill(1, true);
+    EXPECT_TRUE(isSilent()) << "he says nothing, and does not hear the other one";
+    m_sessions.setStill(1, false);
+    EXPECT_TRUE(isHeard());
+    m_sessions.setStill(7, true);
+    EXPECT_TRUE(hasSaid("message 0x7003c of 0 bytes is refused: there is no such call"));
+}
+
 // What a line with such a server wants.
 tagMediaWish wishWith(const kit::StunServer& server)
 {
@@ -71,6 +84,7 @@ TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOn
     m_sessions.offer(1, wishWith(server));
     ASSERT_TRUE(kit::waitUntil([&] { return server.asked() > 0; }));
     m_sessions.setMuted(1, true);
+    m_sessions.setStill(1, true);
     EXPECT_TRUE(offerOf(2).contains("m=audio"));
     EXPECT_EQ(m_news.nDescribed[1], 0) << "it still waits";
     ASSERT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[1] == 1; }));
@@ -78,6 +92,8 @@ TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOn
     // Each port was asked for as often as there was time.
     EXPECT_EQ(server.asked(), 6);
     m_sessions.agree(1, answerOf(4, m_news.described[1]));
+    EXPECT_TRUE(isSilent()) << "it was held before";
+    m_sessions.setStill(1, false);
     EXPECT_TRUE(isHeard()) << "of the other one";
     m_sessions.setMuted(4, true);
     EXPECT_TRUE(isSilent()) << "it was muted before";
@@ -323,6 +339,19 @@ TEST_F(CallPictures, HoldTakesThePictureAwayAndTheEndGivesItsMemoryBack)
     m_sessions.end(1);
     EXPECT_TRUE(kit::waitUntil([&] { return shown().isNull() && shared() < before + 200; }, 8000))
         << shared();
+}
+
+TEST_F(CallPictures, AHoldClosesTheCameraWithoutAnybodysConsent)
+{
+    startPictures();
+    connectPictures(1, m_other);
+    ASSERT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 20000));
+    m_sessions.setStill(1, true);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }, 8000));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == -1; }, 8000));
+    m_sessions.setStill(1, false);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 1; }, 8000));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 8000));
 }
 
 TEST_F(CallPictures, TheLockIsShownOnlyWhereThePicturesAreEncryptedToo)

@@ -32,6 +32,7 @@ public:
     void begin(int) override { orders.append("begin"); }
     void withdraw(int) override { orders.append("withdraw"); }
     void setMuted(int, bool muted) override { orders.append(muted ? "mute" : "unmute"); }
+    void setStill(int call, bool still) override { stills[call] = still; }
     bool sendTone(int, QChar tone, int) override
     {
         if (bTakesTones)
@@ -61,6 +62,7 @@ public:
     int nJudged = 0; // that were asked for
     QByteArray judgedOffer;
     tagMediaWish judgedWish;
+    QHash<int, bool> stills; // the same
     bool bSilent = false;
     bool bEmpty = false;
     bool bMissing = false;

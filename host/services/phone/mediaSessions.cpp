@@ -169,6 +169,11 @@ void mediaSessions::setMuted(int call, bool muted)
     post(MEDIA_MSG_CALL_MUTE, call, muted);
 }
 
+void mediaSessions::setStill(int call, bool still)
+{
+    post(MEDIA_MSG_CALL_STILL, call, still);
+}
+
 bool mediaSessions::sendTone(int call, QChar tone, int ms)
 {
     const QString tones("0123456789*#ABCD");

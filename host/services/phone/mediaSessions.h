@@ -24,6 +24,7 @@ public:
     void begin(int call) override;
     void withdraw(int call) override;
     void setMuted(int call, bool muted) override;
+    void setStill(int call, bool still) override;
     bool sendTone(int call, QChar tone, int ms) override;
     bool join(int call, int other) override;
     void split(int call) override;

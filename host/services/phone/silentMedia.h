@@ -17,6 +17,7 @@ public:
     void agree(int, const QByteArray&) override {}
     void withdraw(int) override {}
     void setMuted(int, bool) override {}
+    void setStill(int, bool) override {}
     bool sendTone(int, QChar, int) override { return false; }
     bool join(int, int) override { return false; }
     void split(int) override {}

@@ -145,12 +145,17 @@ void sipCalls::ask(tagLive& live, ASKED what)
     live.eAsked = what;
     live.bAskAgain = false;
     live.bAskedHeld = live.call.bHeld;
+    tagMediaWish wish = wishOf(live);
+    wish.bPreview = what == ASKED_PREVIEW;
     if (live.otherOffer && !live.otherOffer->isEmpty())
-        m_media.answer(live.call.nId, *live.otherOffer, wishOf(live));
+        m_media.answer(live.call.nId, *live.otherOffer, wish);
     else
-        m_media.offer(live.call.nId, wishOf(live));
+        m_media.offer(live.call.nId, wish);
+    // Media that are new do not know.
     if (live.call.bMuted || live.bSilenced)
-        m_media.setMuted(live.call.nId, true); // media that are new do not know
+        m_media.setMuted(live.call.nId, true);
+    if (live.call.bHeld)
+        m_media.setStill(live.call.nId, true);
 }
 
 // What the other side does not know yet.
@@ -188,7 +193,7 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
 {
     live.nWire = m_nNextWire++;
     live.bOffered = true;
-    live.bEarly = live.call.bRingsThere = false;
+    live.bEarly = live.call.bRingsThere = live.call.bUnheard = false;
     limitRinging(live);
     const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous, live.nReferrer, target,
                                       live.offer,         live.forwardedBy};
@@ -263,6 +268,7 @@ bool sipCalls::setHeld(int id, bool held)
     if (!live || live->call.bHeld == held)
         return false;
     live->call.bHeld = held;
+    m_media.setStill(id, held); // the other side may hear of it late, or never
     if (live->bSilenced) {
         live->bSilenced = false;
         m_media.setMuted(id, live->call.bMuted);
@@ -294,51 +300,6 @@ bool sipCalls::setCamera(int id, bool on)
     offerAnew(*live);
     tell(*live);
     return true;
-}
-
-bool sipCalls::join(int id, int other)
-{
-    tagLive* one = findTalking(id);
-    tagLive* two = findTalking(other);
-    if (!one || !two || one == two || one->call.nJoined || two->call.nJoined || !m_media.join(id, other))
-        return false;
-    one->call.nJoined = other;
-    two->call.nJoined = id;
-    one->bJoinAgain = two->bJoinAgain = false;
-    tellBoth(id, other);
-    return true;
-}
-
-bool sipCalls::split(int id)
-{
-    tagLive* one = findTalking(id);
-    tagLive* two = one ? find(one->call.nJoined) : nullptr;
-    if (!two)
-        return false;
-    const int other = two->call.nId;
-    one->call.nJoined = two->call.nJoined = 0;
-    m_media.split(id);
-    tellBoth(id, other);
-    return true;
-}
-
-// Media that are new can join nobody before both have sound.
-void sipCalls::joinAgain(tagLive& live)
-{
-    tagLive* other = live.bJoinAgain ? findTalking(live.call.nJoined) : nullptr;
-    if (!other || live.call.streams.strSound.isEmpty() || other->call.streams.strSound.isEmpty())
-        return;
-    if (m_media.join(live.call.nId, other->call.nId))
-        live.bJoinAgain = other->bJoinAgain = false;
-}
-
-// Who is told of the first may end the second.
-void sipCalls::tellBoth(int id, int other)
-{
-    for (const int each : {id, other}) {
-        if (const tagLive* live = find(each))
-            tell(*live);
-    }
 }
 
 bool sipCalls::sendTone(int id, QChar tone, bool secret)
@@ -399,7 +360,11 @@ void sipCalls::progress(const tagSipProgress& progress)
         m_media.agree(live->call.nId, QByteArray(progress.szSdp));
     }
     const bool rings = progress.nStatus == kRinging || progress.nStatus == kSessionProgress;
-    if (rings && !std::exchange(live->call.bRingsThere, true))
+    const bool isUnheard = progress.nStatus == 0;
+    const bool wasUnheard = std::exchange(live->call.bUnheard, isUnheard);
+    const bool rang = live->call.bRingsThere;
+    live->call.bRingsThere = rang || rings;
+    if (wasUnheard != isUnheard || live->call.bRingsThere != rang)
         tell(*live);
 }
 
@@ -412,6 +377,8 @@ void sipCalls::talk(const tagSipMedia& media)
     const int id = live->call.nId;
     const bool begins = live->call.eState == CALL_RINGING;
     const bool wasHeld = live->call.bHeld;
+    live->offered.invalidate();
+    live->call.bUnheard = false;
     if (std::exchange(live->bOffered, false)) {
         if (!sdp.isEmpty()) {
             live->bAgreedHeld = live->bAskedHeld;
@@ -460,6 +427,7 @@ void sipCalls::otherOffers(const tagSipMedia& media)
         live->bAskAgain = true;
         return;
     }
+    live->offered.invalidate();
     if (std::exchange(live->bOffered, false)) {
         m_media.withdraw(live->call.nId);
         live->bMustOffer = true;
@@ -528,6 +496,7 @@ void sipCalls::offerWith(tagLive& live, const QByteArray& offer)
 {
     live.bOffered = !offer.isEmpty();
     if (live.bOffered) {
+        live.offered.start();
         m_orders.media(SIP_MEDIA, live.nWire, offer);
         return;
     }
@@ -586,6 +555,7 @@ void sipCalls::mediaLost()
             live.call.options = optionsGoingOn(live);
         live.call.streams = tagCallStreams();
         live.call.bVideo = false;
+        live.bMustOffer = live.bMustOffer || !live.preview.isEmpty(); // once it talks: that was the answer
         live.preview.clear();
         live.bJoinAgain = live.call.nJoined != 0;
         if (live.eAsked != ASKED_NOTHING) {

@@ -64,6 +64,8 @@ public:
     virtual void withdraw(int call) = 0;
     // The other side does not hear the user.
     virtual void setMuted(int call, bool muted) = 0;
+    // The user holds the call: whatever is agreed, he is neither heard nor seen, and hears nothing.
+    virtual void setStill(int call, bool still) = 0;
     // One of "0123456789*#ABCD", within the sound (RFC 4733), for 40 to 5000 ms, after those before it. False
     // when the other side has not agreed to take it so.
     virtual bool sendTone(int call, QChar tone, int ms) = 0;

@@ -70,8 +70,10 @@ struct tagCall
     bool bHeld = false;       // by the user
     bool bRemoteHeld = false; // by the other side
     bool bMuted = false;      // the other side does not hear the user
-    QString strTones;         // sent in this call
-    int nJoined = 0;          // id of the call whose other side talks with this one and the user; 0: none
+    // What this side wants of it (the call, a hold, its end, pictures) has had no answer for a while.
+    bool bUnheard = false;
+    QString strTones; // sent in this call
+    int nJoined = 0;  // id of the call whose other side talks with this one and the user; 0: none
     tagCallStreams streams;
     CALL_STATE eState = CALL_RINGING;
     CALL_END eEnd = CALL_NOT_ENDED;
