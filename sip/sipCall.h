@@ -140,6 +140,7 @@ private:
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
     bool m_bByUpdate = false;                // that nobody acknowledges
     bool m_bHeard = false;                   // of a call from here: something has come from a server
+    bool m_bAgreedEarly = false;             // while it rings: the first offer is answered for good
     bool m_bReferred = false;                // the other side has taken what it was asked to call
     bool m_bMoved = false;                   // what it has asked for is elsewhere, and the phone may follow
     enum { NOT_TAKEN_BACK, TAKEN_BACK, AS_BEFORE } m_eTakenBack = NOT_TAKEN_BACK; // what the phone answers
