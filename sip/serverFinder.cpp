@@ -146,12 +146,13 @@ void ServerFinder::takeServices(sres_record_t** answers)
     std::vector<sres_srv_record_t*> services;
     for (size_t i = 0; answers && answers[i]; ++i) {
         const sres_common_t* record = answers[i]->sr_record;
-        if (record->r_status == 0 && record->r_type == sres_type_srv && services.size() < kMaxTargets)
+        if (record->r_status == 0 && record->r_type == sres_type_srv)
             services.push_back(answers[i]->sr_srv);
     }
     if (services.empty())
         return; // the name itself stays
     sortByChance(services);
+    services.resize(std::min(services.size(), kMaxTargets));
     m_targets.clear();
     for (const sres_srv_record_t* service : services)
         m_targets.push_back({service->srv_target, service->srv_port});

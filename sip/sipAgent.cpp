@@ -211,7 +211,7 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
         call.answer(record.as<tagSipMedia>().szSdp);
         break;
     case SIP_REFUSE:
-        call.refuse(record.as<tagSipStatus>().nStatus);
+        call.refuse(record.as<tagSipStatus>().nStatus, record.as<tagSipStatus>().nWarning);
         break;
     case SIP_DEFLECT:
         call.deflect(record.as<tagSipTarget>().szTarget);
@@ -385,7 +385,7 @@ void SipAgent::takeInfo(const tagStackEvent& event, bool isOwned)
 void SipAgent::arrive(const tagStackEvent& event)
 {
     const Registration* line = lineFor(*event.pMessage);
-    const sip_payload_t* body = event.pMessage->sip_payload;
+    const tagSdpBody body = callBody::read(event.pMessage);
     const sip_replaces_t* replaces = event.pMessage->sip_replaces;
     uint32_t replaced = 0;
     const uint32_t refusal = line && replaces ? findReplaced(*replaces, line->line(), replaced) : 0;
@@ -396,13 +396,14 @@ void SipAgent::arrive(const tagStackEvent& event)
         nua_respond(event.pHandle, int(refusal), sip_status_phrase(int(refusal)), TAG_END());
     else if (isBusy)
         nua_respond(event.pHandle, SIP_486_BUSY_HERE, TAG_END());
-    else if (body && body->pl_len >= SIP_SDP_SIZE)
+    else if (body.sdp.size() >= SIP_SDP_SIZE)
         nua_respond(event.pHandle, SIP_488_NOT_ACCEPTABLE, TAG_END());
     else
-        makeCall(*line, event, replaced);
+        makeCall(*line, event, body, replaced);
 }
 
-void SipAgent::makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced)
+void SipAgent::makeCall(const Registration& line, const tagStackEvent& event, const tagSdpBody& body,
+                        uint32_t replaced)
 {
     const uint32_t id = m_nNextIncoming++;
     tagCallHooks hooks;
@@ -411,7 +412,7 @@ void SipAgent::makeCall(const Registration& line, const tagStackEvent& event, ui
             other->beReplaced();
     };
     auto& call = m_calls[id] = std::make_unique<SipCall>(m_stack, id);
-    call->arrive(line, event, replaced, std::move(hooks));
+    call->arrive(line, event, body, replaced, std::move(hooks));
 }
 
 size_t SipAgent::callCount() const

@@ -46,7 +46,8 @@ private:
     void takeNote(const tagStackEvent& event, bool isOwned);
     void takeInfo(const tagStackEvent& event, bool isOwned);
     void arrive(const tagStackEvent& event);
-    void makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced);
+    void makeCall(const Registration& line, const tagStackEvent& event, const tagSdpBody& body,
+                  uint32_t replaced);
     // The status that refuses a call that asks to take the place of another; 0 and that one's id for none.
     uint32_t findReplaced(const sip_replaces_t& replaces, uint32_t line, uint32_t& id) const;
     SipCall* find(uint32_t id) const;

@@ -27,7 +27,7 @@ void SipCall::sendNextTone()
     nua_info(m_pHandle, SIPTAG_CONTENT_TYPE_STR(type), SIPTAG_PAYLOAD_STR(body.c_str()), TAG_END());
 }
 
-// Who does not read tones as they are written here is sent them as they were written before, once in a call.
+// Who does not read tones as they are written here is sent the bare keys from then on.
 void SipCall::onToneReply(const tagStackEvent& event)
 {
     if (isGone(event)) {
