@@ -35,6 +35,7 @@ void expectAgreed(const tagAgreedSound& sound)
     expect(sound.nRtcpPort == 0 || callNegotiation::mayHearUs(sound.peer, sound.nRtcpPort, false));
     expect(soundCodec(sound.send.eCodec) && sound.send.nPayload >= 0 && sound.send.nPayload <= 127);
     expect(sound.nSendTones >= -1 && sound.nSendTones <= 127);
+    expect(sound.nTones <= 0xffff);
     expect(sound.nTonesClock >= 8000 && sound.nTonesClock <= 48000);
     expect(sound.nPtime >= 10 && sound.nPtime <= 60);
     const bool isSecure = sound.eSuite != CRYPTO_SUITE::NONE;

@@ -92,6 +92,26 @@ void readParameters(const QByteArray& value, tagDescribedMedia& media)
     }
 }
 
+// "101 0-11,16": which tones are taken. What says it in another way says nothing.
+void readTones(const QByteArray& value, tagDescribedMedia& media)
+{
+    constexpr int kLast = 15;
+    const QList<QByteArray> words = value.simplified().split(' ');
+    unsigned tones = 0;
+    for (const QByteArray& part : words.mid(1).join("").split(',')) {
+        const QList<QByteArray> ends = part.split('-');
+        const int first = numberOf(ends.first()), last = numberOf(ends.last());
+        if (ends.size() > 2 || first < 0 || last < first)
+            return;
+        for (int event = first; event <= std::min(last, kLast); ++event)
+            tones |= 1u << event;
+    }
+    for (tagDescribedCodec& codec : media.codecs) {
+        if (codec.nPayload == numberOf(words.first()))
+            codec.nTones = tones;
+    }
+}
+
 // "* nack pli", "97 ccm fir"
 void readFeedback(const QByteArray& value, tagDescribedMedia& media)
 {
@@ -108,6 +128,8 @@ void readAttribute(const QByteArray& key, const QByteArray& value, tagDescribedM
         readMap(value, media);
     else if (key == "fmtp" && media.bPicture)
         readParameters(value, media);
+    else if (key == "fmtp")
+        readTones(value, media);
     else if (key == "rtcp-fb")
         readFeedback(value, media);
     else if (key == "ptime")

@@ -10,6 +10,7 @@ struct tagDescribedCodec
 {
     SOUND_CODEC eCodec = SOUND_CODEC::NONE; // NONE: tones, or one that is not known here
     bool bTones = false;                    // RFC 4733
+    unsigned nTones = 0xffff;               // of them, those that are taken: a bit of each event
     int nPayload = 0;                       // 0 to 127
     int nClock = 0;
     tagPictureFormat picture; // of pictures; its codec NONE: one that is not known here

@@ -452,6 +452,7 @@ void callNegotiation::setPeer(const tagDescribedMedia& media, bool held, tagAgre
     const tagDescribedCodec* tones = tonesOf(media, sound.send.nClock);
     sound.nSendTones = tones ? tones->nPayload : -1;
     sound.nTonesClock = tones ? tones->nClock : 8000;
+    sound.nTones = tones ? tones->nTones : 0xffff;
 }
 
 // The line of the sound is still there, and has no port any more.

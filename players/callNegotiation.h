@@ -34,6 +34,7 @@ struct tagAgreedSound : public tagAgreedStream
     tagAgreedCodec send;
     int nSendTones = -1; // payload number of RFC 4733; -1: the other side does not take them
     int nTonesClock = 8000;
+    unsigned nTones = 0xffff;   // a bit of each that it takes
     QList<tagAgreedCodec> take; // what may come
     int nPtime = 20;            // ms of sound in a packet that goes out: 10, 20, 30, 40 or 60
     bool bHeldByPeer = false;

@@ -431,7 +431,7 @@ void callService::tell(int call, tagCallEntry& entry, bool measures)
         if (measures)
             streams.nQuality = session.quality(callDesk::nowUs());
         streams.bEncrypted = session.agreed().eSuite != CRYPTO_SUITE::NONE;
-        streams.bTones = session.takesTones();
+        streams.nTones = session.tonesTaken();
         streams.bOtherHolds = session.agreed().bHeldByPeer;
     });
     const tagAgreedPicture& picture = entry.negotiation->agreedPicture();

@@ -41,8 +41,13 @@ public:
     void setStill(bool still) { m_bStill = still; }
     bool isStill() const { return m_bStill; }
     // As sipMedia::sendTone().
-    bool sendTone(char tone, int ms) { return takesTones() && m_tones.add(tone, ms); }
-    bool takesTones() const { return m_agreed.bSound && m_agreed.nSendTones >= 0; }
+    bool sendTone(char tone, int ms)
+    {
+        const int code = toneEvents::codeOf(tone);
+        return code >= 0 && (tonesTaken() >> code & 1) != 0 && m_tones.add(tone, ms);
+    }
+    // A bit of each that the other side takes within the sound.
+    unsigned tonesTaken() const { return m_agreed.bSound && m_agreed.nSendTones >= 0 ? m_agreed.nTones : 0; }
     const tagAgreedSound& agreed() const { return m_agreed; }
     int port() const { return m_sockets->port(); }
 

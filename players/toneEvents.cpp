@@ -11,13 +11,17 @@ constexpr int kLongest = 0xFFFF;
 
 } // namespace
 
+int toneEvents::codeOf(char tone)
+{
+    return int(QByteArray("0123456789*#ABCD").indexOf(tone));
+}
+
 bool toneEvents::add(char tone, int ms)
 {
-    const QByteArray tones("0123456789*#ABCD");
-    const qsizetype code = tones.indexOf(tone);
+    const int code = codeOf(tone);
     if (code < 0 || m_waiting.size() >= MAX_WAITING)
         return false;
-    m_waiting.append({int(code), std::clamp<int>(ms, LEAST_MS, MOST_MS)});
+    m_waiting.append({code, std::clamp<int>(ms, LEAST_MS, MOST_MS)});
     return true;
 }
 

@@ -8,7 +8,9 @@ class toneEvents
 {
 public:
     enum : int { MAX_WAITING = 64, LEAST_MS = 40, MOST_MS = 5000, PAUSE_MS = 60, CONTENT_BYTES = 4 };
-    // tone: one of "0123456789*#ABCD". False when it is none, or too many wait.
+    // The number of one of "0123456789*#ABCD"; -1: it is none.
+    static int codeOf(char tone);
+    // False when it is none, or too many wait.
     bool add(char tone, int ms);
     void clear();
     // A tone sounds, or the pause after one lasts.

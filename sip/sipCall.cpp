@@ -265,7 +265,7 @@ void SipCall::sendOffer(const std::string& sdp)
 
 void SipCall::setMedia(const std::string& sdp)
 {
-    if (m_eStep != STEP_TALKING)
+    if (m_eStep != STEP_TALKING && !(m_eStep == STEP_RINGING && m_offered))
         return;
     if (m_eTakenBack != NOT_TAKEN_BACK) {
         takeBack(!sdp.empty());
@@ -277,7 +277,7 @@ void SipCall::setMedia(const std::string& sdp)
         return;
     }
     respondToOffer(sdp.empty() ? 488 : 200, sdp);
-    if (m_bByUpdate && !sdp.empty())
+    if (m_bByUpdate && !sdp.empty() && m_eStep == STEP_TALKING)
         talk("");
 }
 
@@ -286,47 +286,8 @@ void SipCall::delayMedia()
 {
     if (m_eStep == STEP_TALKING && m_eTakenBack != NOT_TAKEN_BACK)
         takeBack(false);
-    else if (m_eStep == STEP_TALKING && m_offered)
+    else if (!hasEnded() && m_offered)
         respondToOffer(500);
-}
-
-void SipCall::sendTone(char tone, uint32_t ms)
-{
-    if (m_eStep != STEP_TALKING)
-        return;
-    m_tones.push_back({tone, ms});
-    if (m_tones.size() == 1)
-        sendNextTone();
-}
-
-// One after the other, so that they keep their order when one of them is sent again.
-void SipCall::sendNextTone()
-{
-    if (m_tones.empty() || m_eStep != STEP_TALKING)
-        return;
-    const tagTone& tone = m_tones.front();
-    const char* type = m_bBareTones ? "application/dtmf" : "application/dtmf-relay";
-    const std::string body = m_bBareTones ? std::string(1, tone.cTone)
-                                          : std::string("Signal=") + tone.cTone +
-                                                "\r\nDuration=" + std::to_string(tone.nMs) + "\r\n";
-    m_offer.requestGoes();
-    nua_info(m_pHandle, SIPTAG_CONTENT_TYPE_STR(type), SIPTAG_PAYLOAD_STR(body.c_str()), TAG_END());
-}
-
-// Who does not read tones as they are written here is sent them as they were written before, once in a call.
-void SipCall::onToneReply(const tagStackEvent& event)
-{
-    if (isGone(event)) {
-        giveUp(event);
-        return;
-    }
-    if (event.nStatus < 200 || m_tones.empty())
-        return;
-    if (event.nStatus == 415 && !std::exchange(m_bTonesRefused, true))
-        m_bBareTones = true;
-    else
-        m_tones.pop_front();
-    sendNextTone();
 }
 
 void SipCall::onStack(const tagStackEvent& event)
@@ -373,6 +334,9 @@ void SipCall::onRequest(const tagStackEvent& event)
     case nua_i_refer:
         if (isOpen)
             onReferred(event);
+        break;
+    case nua_i_prack:
+        m_bAgreedEarly = m_bAgreedEarly || !m_ownSdp.empty();
         break;
     case nua_i_ack:
         if (m_eStep == STEP_TALKING)
@@ -453,8 +417,10 @@ void SipCall::onSetupReply(const tagStackEvent& event)
         return;
     }
     // What was agreed on early is not always told again.
-    if (!sdp.empty() && !isTooLarge(sdp))
+    if (!sdp.empty() && !isTooLarge(sdp)) {
         m_remoteSdp = sdp;
+        m_bAgreedEarly = m_bAgreedEarly || event.pMessage->sip_rseq;
+    }
     tellUnderWay(status, isTooLarge(sdp) ? "" : sdp);
     tellProgress(status, event.szPhrase);
 }
@@ -616,8 +582,12 @@ void SipCall::onOffer(const tagStackEvent& event)
         status = refusalText::kUnknownBody;
     else if (isUpdate && sdp.empty())
         status = 200;
-    else if (m_eStep != STEP_TALKING || isTooLarge(sdp))
+    else if (hasEnded() || isTooLarge(sdp))
         status = 488;
+    else if (m_eStep == STEP_RINGING && !m_bAgreedEarly)
+        status = m_bIncoming ? 500 : 491; // the first offer is not answered yet
+    else if (m_eStep == STEP_RINGING && m_bIncoming)
+        status = 504; // it is the user who answers
     else if (m_offered || m_eTakenBack != NOT_TAKEN_BACK)
         status = 500;
     else if (isUpdate && m_offer.isUnderWay())

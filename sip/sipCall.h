@@ -144,6 +144,7 @@ private:
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
     bool m_bByUpdate = false;                // that nobody acknowledges
     bool m_bHeard = false;                   // of a call from here: something has come from a server
+    bool m_bAgreedEarly = false;             // while it rings: the first offer is answered for good
     bool m_bSilenceTold = false;             // the phone believes that nothing has
     bool m_bReferred = false;                // the other side has taken what it was asked to call
     bool m_bMoved = false;                   // what it has asked for is elsewhere, and the phone may follow

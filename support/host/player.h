@@ -238,7 +238,7 @@ struct CALL_STREAMS
     char szPicture[PLAYER_NAME_SIZE]; // the same of pictures
     int32_t nQuality;                 // 0 to 4; -1: not known
     uint32_t bEncrypted;
-    uint32_t bTones;        // the other side takes tones within the sound
+    uint32_t nTones;        // that the other side takes within the sound: a bit of each of "0123456789*#ABCD"
     uint32_t bOtherHolds;   // it wants to hear nothing
     uint32_t bOwnPicture;   // the other side is sent the user's
     uint32_t bOtherPicture; // pictures of the other side come

@@ -68,6 +68,23 @@ TEST_F(Negotiation, AnAnswerTakesOurPreferenceAndTheOtherSidesNumbers)
     EXPECT_TRUE(m_ours.agreed().bSends && m_ours.agreed().bReceives);
 }
 
+TEST_F(Negotiation, OfTheTonesThoseAreSentThatTheOtherSideNames)
+{
+    const std::pair<const char*, unsigned> all[] = {{"", 0xffff},
+                                                    {"a=fmtp:100 0-9\r\n", 0x3ff},
+                                                    {"a=fmtp:100 0-11,16,70-80\r\n", 0xfff},
+                                                    {"a=fmtp:100 1, 3 ,15-400\r\n", 0x800a},
+                                                    {"a=fmtp:100 16\r\n", 0},
+                                                    {"a=fmtp:8 0-1\r\n", 0xffff},
+                                                    {"a=fmtp:100 9-0\r\n", 0xffff},
+                                                    {"a=fmtp:100 0-9-11\r\n", 0xffff},
+                                                    {"a=fmtp:100 events=0-9\r\n", 0xffff}};
+    for (const auto& [line, tones] : all) {
+        m_ours.answer(sound("8 100", QByteArray("a=rtpmap:100 telephone-event/8000\r\n") + line), {});
+        EXPECT_EQ(m_ours.agreed().nTones, tones) << line;
+    }
+}
+
 TEST_F(Negotiation, EachCodecIsTakenWhenItIsTheOnlyOne)
 {
     for (const auto& [payload, codec] : {std::pair("9", SOUND_CODEC::G722), std::pair("8", SOUND_CODEC::PCMA),

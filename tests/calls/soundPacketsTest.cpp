@@ -209,6 +209,21 @@ TEST_F(SoundPackets, AllOfOneToneHaveItsTimeAndTheNextOneHasAnother)
     EXPECT_EQ(times[1] - times[0], 8 * 160u) << "five frames of the tone, and three of the pause";
 }
 
+TEST_F(SoundPackets, ATonePressedThatTheOtherSideDoesNotTakeIsNotSent)
+{
+    tagAgreedSound agreed = both();
+    agreed.nTones = 0x3ff;
+    agree(agreed);
+    for (const char tone : {'*', '#', 'A', 'D', 'x'})
+        EXPECT_FALSE(m_session->sendTone(tone, 100)) << tone;
+    EXPECT_TRUE(m_session->sendTone('0', 100) && m_session->sendTone('9', 100));
+    EXPECT_EQ(m_session->tonesTaken(), 0x3ffu);
+    agreed.nSendTones = -1;
+    agree(agreed);
+    EXPECT_FALSE(m_session->sendTone('0', 100));
+    EXPECT_EQ(m_session->tonesTaken(), 0u);
+}
+
 TEST_F(SoundPackets, TonesThatWaitedAtAHoldAreNotSentAfterIt)
 {
     agree(both());

@@ -145,6 +145,18 @@ TEST_F(CallService, AnEncryptedCallSaysSoAndTakesTones)
     EXPECT_FALSE(said().contains("inline:"));
 }
 
+TEST_F(CallService, TonesThatTheOtherSideDoesNotNameAreLeftToTheSignalling)
+{
+    startMedia();
+    QByteArray answer = answerOf(2, offerOf(1));
+    ASSERT_TRUE(answer.contains(" 0-15\r\n")) << answer.constData();
+    m_sessions.agree(1, answer.replace(" 0-15\r\n", " 0-9\r\n"));
+    ASSERT_TRUE(kit::waitUntil([&] { return m_sessions.sendTone(1, '5', 100); }));
+    for (const char tone : {'*', '#', 'A', 'D'})
+        EXPECT_FALSE(m_sessions.sendTone(1, QChar(tone), 100)) << tone;
+    EXPECT_FALSE(said().contains("refused")) << said().constData();
+}
+
 TEST_F(CallService, AnAnswerThatDoesNotFitIsToldUnlessAnotherOneFollows)
 {
     startMedia();

@@ -242,3 +242,25 @@ TEST_F(SipCallMedia, WhatWasOnceEncryptedIsSoForTheWholeCall)
     EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
     EXPECT_TRUE(media->lastWish.bEncrypt) << "the sound would go in clear";
 }
+
+TEST_F(SipCallMedia, WhoIsCalledMayMoveHisMediaBeforeHeAnswers)
+{
+    const uint32_t wire = dials("300");
+    auto early = sipWire::make<tagSipProgress>(SIP_PROGRESS, wire);
+    early.nStatus = 183;
+    sipWire::setText(early.szSdp, "early");
+    agent.tell(early);
+    EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "agree early"; }));
+    media->orders.clear();
+    tellMedia(SIP_OFFER, wire, "moved");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "answer 2");
+    early.nStatus = 180;
+    sipWire::setText(early.szSdp, "");
+    agent.tell(early);
+    EXPECT_EQ(call().eState, CALL_RINGING);
+    tellMedia(SIP_TALK, wire, "moved");
+    EXPECT_TRUE(kit::waitUntil([] { return call().eState == CALL_TALKING; }));
+    EXPECT_EQ(media->orders, QStringList{"answer moved with"}) << "that is what holds";
+    rules().setHeld(call().nId, true);
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 3");
+}

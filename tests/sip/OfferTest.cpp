@@ -122,10 +122,63 @@ TEST_F(SipOffers, AnUpdateBeforeTheCallTalksChangesNothing)
     tellMedia(SIP_RING, kFirst, "");
     lastAnswer = peer->receive("SIP/2.0 180");
     sendUpdate(2, "v=0\r\ns=early\r\n");
-    EXPECT_NE(peer->receive("SIP/2.0 488").toStdString(), "");
+    // The first offer has no answer yet (RFC 3311).
+    EXPECT_NE(headerOf(peer->receive("SIP/2.0 500"), "Retry-After").toStdString(), "");
     tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=answer\r\n");
     acknowledge(peer->receive("SIP/2.0 200"));
     expectTalk(kFirst, "s=offer");
+}
+
+TEST_F(SipOffers, AnUpdateOfACallThatStillRingsThereIsAnsweredOnceTheFirstOfferIs)
+{
+    begin();
+    dial(1, "300");
+    lastInvite = peer->receive("INVITE");
+    lastAnswer = UdpPeer::replyTo(lastInvite, "180 Ringing", withSdp().left(withSdp().indexOf('\r')));
+    peer->answer(lastAnswer);
+    ASSERT_TRUE(next<tagSipProgress>(SIP_PROGRESS, 1));
+    sendUpdate(2, "v=0\r\ns=soon\r\n");
+    EXPECT_NE(peer->receive("SIP/2.0 491").toStdString(), "");
+    peer->reply(lastInvite, "183 Session Progress", "Require: 100rel\r\nRSeq: 17\r\n" + withSdp(),
+                "v=0\r\ns=early\r\n");
+    peer->reply(peer->receive("PRACK"), "200 OK");
+    ASSERT_TRUE(next<tagSipProgress>(SIP_PROGRESS, 1));
+    for (const bool isTaken : {true, false}) {
+        sendUpdate(isTaken ? 3 : 4, isTaken ? "v=0\r\ns=moved\r\n" : "v=0\r\ns=refused\r\n");
+        const auto* offer = next<tagSipMedia>(SIP_OFFER, 1);
+        ASSERT_TRUE(offer);
+        EXPECT_TRUE(strstr(offer->szSdp, isTaken ? "s=moved" : "s=refused")) << offer->szSdp;
+        tellMedia(SIP_MEDIA, 1, isTaken ? "v=0\r\ns=here\r\n" : "");
+        const QByteArray answer = peer->receive(isTaken ? "SIP/2.0 200" : "SIP/2.0 488");
+        EXPECT_EQ(answer.endsWith("s=here\r\n"), isTaken) << answer.constData();
+        EXPECT_FALSE(next<tagSipMedia>(SIP_TALK, 1, 200)) << "nobody has answered the call";
+    }
+    peer->reply(lastInvite, "200 OK", withSdp().left(withSdp().indexOf('\r')));
+    EXPECT_NE(peer->receive("ACK").toStdString(), "");
+    expectTalk(1, "s=moved");
+}
+
+TEST_F(SipOffers, AnUpdateThatThePhoneLeavesLyingWhileItRingsThereMayBeMadeAgain)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nOfferMs = 300;
+    begin(setup);
+    dial(1, "300");
+    lastInvite = peer->receive("INVITE");
+    lastAnswer = UdpPeer::replyTo(lastInvite, "183 Session Progress",
+                                  "Require: 100rel\r\nRSeq: 17\r\n" + withSdp(), "v=0\r\ns=early\r\n");
+    peer->answer(lastAnswer);
+    peer->reply(peer->receive("PRACK"), "200 OK");
+    ASSERT_TRUE(next<tagSipProgress>(SIP_PROGRESS, 1));
+    sendUpdate(2, "v=0\r\ns=moved\r\n");
+    sendUpdate(3, "v=0\r\ns=again\r\n");
+    for (const char* number : {"3 UPDATE", "2 UPDATE"}) {
+        const QByteArray refused = peer->receive("SIP/2.0 500");
+        EXPECT_EQ(headerOf(refused, "CSeq").toStdString(), number);
+        EXPECT_NE(headerOf(refused, "Retry-After").toStdString(), "");
+    }
+    tellStatus(SIP_HANG_UP, 1);
+    EXPECT_NE(peer->receive("CANCEL").toStdString(), "");
 }
 
 TEST_F(SipOffers, WhoWantsAnOfferGetsOneAndItsAnswerIsTold)
@@ -188,6 +241,21 @@ TEST_F(SipOffers, EarlyMediaWaitForTheirAcknowledgementWhereTheCallerGivesOne)
     EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
     acknowledge(answer);
     expectTalk(kFirst, "s=offer");
+}
+
+TEST_F(SipOffers, WhoCallsMovesNoMediaThatWereAgreedOnBeforeTheAnswer)
+{
+    begin();
+    peer->send(inviteText("moves", "Supported: 100rel"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellMedia(SIP_RING, kFirst, "v=0\r\ns=early\r\n");
+    lastAnswer = peer->receive("SIP/2.0 183");
+    peer->send(within("PRACK", lastAnswer, 2, "RAck: " + headerOf(lastAnswer, "RSeq") + " 1 INVITE"),
+               agent.port());
+    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 200"), "CSeq").toStdString(), "2 PRACK");
+    sendUpdate(3, "v=0\r\ns=moved\r\n");
+    EXPECT_NE(peer->receive("SIP/2.0 504").toStdString(), "");
+    EXPECT_FALSE(next<tagSipMedia>(SIP_OFFER, kFirst, 200)) << "the user is not there yet";
 }
 
 TEST_F(SipOffers, ASessionThatIsTooShortForAServerIsMadeLonger)

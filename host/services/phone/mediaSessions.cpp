@@ -177,7 +177,8 @@ void mediaSessions::setStill(int call, bool still)
 bool mediaSessions::sendTone(int call, QChar tone, int ms)
 {
     const QString tones("0123456789*#ABCD");
-    if (!m_calls.value(call).bTones || !tones.contains(tone))
+    const qsizetype code = tones.indexOf(tone);
+    if (code < 0 || (m_calls.value(call).nTones >> code & 1) == 0)
         return false;
     const int bounded = std::clamp<int>(ms, MIN_TONE_MS, MAX_TONE_MS);
     post(MEDIA_MSG_CALL_TONE, call, CALL_TONE(tone.toLatin1(), unsigned(bounded)));
@@ -258,7 +259,7 @@ void mediaSessions::changed(const msgObject& msg)
     if (state == m_calls.end() || msg.GetExtraSize() != int(sizeof record))
         return;
     memcpy(&record, msg.GetExtraData(), sizeof record);
-    state->bTones = record.bTones != 0;
+    state->nTones = record.nTones;
     tagCallStreams streams;
     streams.strSound = textOf(record.szSound);
     streams.strPicture = textOf(record.szPicture);

@@ -39,7 +39,7 @@ private:
         qint64 nSince = 0;        // ms
         unsigned int nAgreed = 0; // number of the last answer of the other side
         tagCallStreams streams;
-        bool bTones = false;
+        unsigned nTones = 0; // as in CALL_STREAMS
     };
     void ask(unsigned int message, int call, const QByteArray& record);
     qint64 askedSince(bool isSent);

@@ -353,9 +353,9 @@ void sipCalls::take(const sipWire::Reader& record)
 void sipCalls::progress(const tagSipProgress& progress)
 {
     tagLive* live = findWire(progress.head.nId);
-    if (!live || !live->bOffered || live->call.eState != CALL_RINGING)
+    if (!live || !(live->bOffered || live->bEarly) || live->call.eState != CALL_RINGING)
         return;
-    if (progress.szSdp[0]) {
+    if (progress.szSdp[0] && live->bOffered) {
         live->bEarly = true;
         m_media.agree(live->call.nId, QByteArray(progress.szSdp));
     }
@@ -420,7 +420,8 @@ void sipCalls::refusedOffer(tagLive& live)
 void sipCalls::otherOffers(const tagSipMedia& media)
 {
     tagLive* live = findWire(media.head.nId);
-    if (!live || live->call.eState != CALL_TALKING || live->eAsked == ASKED_ANSWER)
+    const bool isEarly = live && live->call.eState == CALL_RINGING && live->bEarly;
+    if (!live || !(isEarly || live->call.eState == CALL_TALKING) || live->eAsked == ASKED_ANSWER)
         return;
     live->otherOffer = QByteArray(media.szSdp);
     if (live->eAsked != ASKED_NOTHING) {
@@ -428,6 +429,9 @@ void sipCalls::otherOffers(const tagSipMedia& media)
         return;
     }
     live->offered.invalidate();
+    // What was agreed on early stands until this is answered.
+    if (isEarly)
+        live->bOffered = false;
     if (std::exchange(live->bOffered, false)) {
         m_media.withdraw(live->call.nId);
         live->bMustOffer = true;
