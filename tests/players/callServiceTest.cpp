@@ -92,6 +92,7 @@ TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOn
     // Each port was asked for as often as there was time.
     EXPECT_EQ(server.asked(), 6);
     m_sessions.agree(1, answerOf(4, m_news.described[1]));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nQuality == 4; }, 8000));
     EXPECT_TRUE(isSilent()) << "it was held before";
     m_sessions.setStill(1, false);
     EXPECT_TRUE(isHeard()) << "of the other one";
