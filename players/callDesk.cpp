@@ -123,6 +123,13 @@ void callDesk::split(int call)
     m_joined.erase(call);
 }
 
+int callDesk::joinedWith(int call) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_joined.find(call);
+    return found == m_joined.end() ? 0 : found->second;
+}
+
 void callDesk::run()
 {
     soundThreadComesFirst();

@@ -34,6 +34,8 @@ public:
     // False when one of them has no sound. A call that is joined already leaves that one.
     bool join(int call, int other);
     void split(int call);
+    // The call that this one is joined with; 0: none.
+    int joinedWith(int call) const;
 
     static qint64 nowUs();
 

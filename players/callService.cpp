@@ -123,11 +123,10 @@ bool callService::takeOrder(const msgObject& msg)
         sendTone(msg);
         return true;
     case MEDIA_MSG_CALL_JOIN:
-        if (!m_desk.join(call, int(msg.lParam)))
-            refuse(msg, "a call has no sound");
+        join(msg);
         return true;
     case MEDIA_MSG_CALL_SPLIT:
-        m_desk.split(call);
+        split(call);
         return true;
     case MEDIA_MSG_CALL_END:
         end(call);
@@ -186,7 +185,7 @@ void callService::beginPictures(int call, tagCallEntry& entry, std::unique_ptr<c
         QMetaObject::invokeMethod(
             &m_look, [this] { tellAll(); }, Qt::QueuedConnection);
     });
-    entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
+    entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end, m_camera);
     entry.pictures->setStill(entry.bStill);
 }
 
@@ -383,7 +382,31 @@ void callService::applyPictures()
     tellAll();
 }
 
-// Who wants it last has it; with his end, or when he does not want it any more, it goes back.
+void callService::join(const msgObject& msg)
+{
+    const int call = int(msg.wParam);
+    const int other = int(msg.lParam);
+    m_screen.split(call);
+    m_screen.split(other);
+    if (m_desk.join(call, other))
+        m_screen.join(call, other);
+    else
+        refuse(msg, "a call has no sound");
+    giveCamera();
+}
+
+// The call goes on as it was, with what the two had in common.
+void callService::split(int call)
+{
+    m_desk.split(call);
+    m_screen.split(call);
+    if (m_cameraCalls.removeOne(call))
+        m_cameraCalls.append(call);
+    giveCamera();
+}
+
+// Who wants it last has it, with whom he is joined; with his end, or when he does not want it any more, it
+// goes back.
 void callService::giveCamera()
 {
     m_cameraCalls.removeIf([this](int call) {
@@ -395,12 +418,13 @@ void callService::giveCamera()
             m_cameraCalls.append(call);
     }
     const int owner = m_cameraCalls.isEmpty() ? 0 : m_cameraCalls.last();
-    for (const auto& [call, entry] : m_calls) {
-        if (entry.pictures && call != owner)
-            entry.pictures->setCamera(false);
+    const QList<int> owners{owner, m_desk.joinedWith(owner)};
+    for (const bool own : {false, true}) {
+        for (const auto& [call, entry] : m_calls) {
+            if (entry.pictures && owners.contains(call) == own)
+                entry.pictures->setCamera(own);
+        }
     }
-    if (!m_cameraCalls.isEmpty())
-        m_calls.at(owner).pictures->setCamera(true);
 }
 
 void callService::look()
@@ -488,6 +512,8 @@ void callService::sendTone(const msgObject& msg)
 
 void callService::end(int call)
 {
+    if (const int other = m_desk.joinedWith(call))
+        split(other);
     m_desk.remove(call);
     m_calls.erase(call);
     giveCamera();

@@ -101,6 +101,8 @@ private:
     // The streams are built when the parts are there.
     void apply();
     void applyPictures();
+    void join(const msgObject& msg);
+    void split(int call);
     void giveCamera();
     void look();
     void tellAll();
@@ -109,12 +111,14 @@ private:
 
     pictureScreen& m_screen;
     deviceSound m_sound;
-    callDesk m_desk; // ends before the sound does
+    callDesk m_desk;        // ends before the sound does
+    pictureCamera m_camera; // outlives the calls
     QTimer m_open;
     QTimer m_look; // outlives the calls, which tell it of pictures
     Calls m_calls;
     filmElements m_elements;
     filmElements m_pictureElements;
-    QTimer m_ports;           // runs while a question waits for where they are seen
-    QList<int> m_cameraCalls; // that want the camera; the last one has it
+    QTimer m_ports; // runs while a question waits for where they are seen
+    QList<int>
+        m_cameraCalls; // that want the camera; the last one has it, with the one that it is joined with
 };

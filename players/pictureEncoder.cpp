@@ -1,8 +1,8 @@
 #include "players/pictureEncoder.h"
 #include "players/callDesk.h"
-#include "players/pictureSource.h"
 #include "support/host/trace.h"
 #include <gst/app/gstappsink.h>
+#include <gst/app/gstappsrc.h>
 
 namespace {
 
@@ -50,14 +50,15 @@ GstPadProbeReturn onRaw(GstPad* pad, GstPadProbeInfo* info, gpointer handler)
 
 QList<QByteArray> pictureEncoder::parts()
 {
-    return {"videorate", "videoconvertscale", "openh264enc", "rtph264pay", "vp8enc", "rtpvp8pay", "appsink"};
+    return {"appsrc",     "videorate", "videoconvertscale", "openh264enc",
+            "rtph264pay", "vp8enc",    "rtpvp8pay",         "appsink"};
 }
 
-std::unique_ptr<pictureEncoder> pictureEncoder::make(const tagAgreedPicture& agreed, int kbit,
-                                                     PacketHandler onPacket, PictureHandler onPicture,
-                                                     QByteArray& fault)
+std::unique_ptr<pictureEncoder> pictureEncoder::make(pictureCamera& camera, const tagAgreedPicture& agreed,
+                                                     int kbit, PacketHandler onPacket,
+                                                     PictureHandler onPicture, QByteArray& fault)
 {
-    std::unique_ptr<pictureEncoder> made(new pictureEncoder);
+    std::unique_ptr<pictureEncoder> made(new pictureEncoder(camera));
     made->m_format = agreed.send;
     made->m_bounds = agreed.bounds;
     made->m_onPacket = std::move(onPacket);
@@ -88,16 +89,22 @@ GstBusSyncReply pictureEncoder::onMessage(GstBus*, GstMessage* message, gpointer
 
 QByteArray pictureEncoder::fault() const
 {
+    const QByteArray ofCamera = m_camera.fault();
+    if (!ofCamera.isEmpty())
+        return ofCamera;
     const std::lock_guard<std::mutex> lock(m_mutex);
     const bool isSilent = callDesk::nowUs() - m_nSentUs > SILENT_MS * qint64(1000);
-    return m_fault.isEmpty() && isSilent ? QByteArray("nothing comes from it") : m_fault;
+    return m_fault.isEmpty() && isSilent ? QByteArray("nothing is made of its pictures") : m_fault;
 }
 
 pictureEncoder::~pictureEncoder()
 {
+    m_camera.leave(this);
     if (!m_pPipeline)
         return;
     gst_element_set_state(m_pPipeline, GST_STATE_NULL);
+    if (m_pSource)
+        gst_object_unref(m_pSource);
     if (m_pEncoder)
         gst_object_unref(m_pEncoder);
     gst_object_unref(m_pPipeline);
@@ -111,13 +118,9 @@ bool pictureEncoder::isFor(const tagAgreedPicture& agreed) const
 
 bool pictureEncoder::build(int kbit)
 {
-    GstElement* source = newPictureSource();
-    if (!source) {
-        m_fault = "there is none";
-        return false;
-    }
     const QByteArray text =
-        "videorate name=first drop-only=true ! videoconvertscale ! video/x-raw,format=I420,width=" +
+        "appsrc name=camera is-live=true format=time max-bytes=0 max-buffers=1 leaky-type=downstream ! "
+        "videorate drop-only=true skip-to-first=true ! videoconvertscale ! video/x-raw,format=I420,width=" +
         number(m_bounds.nWidth) + ",height=" + number(m_bounds.nHeight) +
         ",pixel-aspect-ratio=1/1,framerate=[" + kLeastRate + "," + number(m_bounds.nRate) + "/1] ! " +
         encoderText(m_format, m_bounds, kbit) + " mtu=" + number(PACKET_BYTES) + " pt=" + number(kPayload) +
@@ -126,14 +129,13 @@ bool pictureEncoder::build(int kbit)
     m_pPipeline = gst_parse_launch(text.constData(), &error);
     if (error)
         nuxTrace(TRACE_NOTE, "no picture can be sent: %s", error->message);
-    const bool isMade = m_pPipeline && !error && gst_bin_add(GST_BIN(m_pPipeline), source);
+    const bool isMade = m_pPipeline && !error;
     g_clear_error(&error);
     if (!isMade)
         return false;
-    GstElement* first = gst_bin_get_by_name(GST_BIN(m_pPipeline), "first");
+    m_pSource = gst_bin_get_by_name(GST_BIN(m_pPipeline), "camera");
     GstElement* sink = gst_bin_get_by_name(GST_BIN(m_pPipeline), "packets");
     m_pEncoder = gst_bin_get_by_name(GST_BIN(m_pPipeline), "encoder");
-    const bool isLinked = gst_element_link(source, first);
     watchPictures(m_pEncoder);
     GstAppSinkCallbacks callbacks = {};
     callbacks.new_sample = [](GstAppSink* from, gpointer self) {
@@ -142,11 +144,12 @@ bool pictureEncoder::build(int kbit)
     };
     gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
     gst_object_unref(sink);
-    gst_object_unref(first);
     GstBus* bus = gst_element_get_bus(m_pPipeline);
     gst_bus_set_sync_handler(bus, onMessage, this, nullptr);
     gst_object_unref(bus);
-    return isLinked && gst_element_set_state(m_pPipeline, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
+    return gst_element_set_state(m_pPipeline, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE &&
+           m_camera.take(
+               this, [this](GstSample* sample) { gst_app_src_push_sample(GST_APP_SRC(m_pSource), sample); });
 }
 
 void pictureEncoder::watchPictures(GstElement* encoder)

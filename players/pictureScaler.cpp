@@ -77,15 +77,17 @@ bool pictureScaler::prepare(const GstVideoInfo& pictures, const QSize& size, boo
     return m_pConverter != nullptr;
 }
 
-void pictureScaler::paint(const GstVideoFrame& picture, unsigned char* pixels) const
+void pictureScaler::paint(const GstVideoFrame& picture, unsigned char* pixels, int lineBytes) const
 {
     GstVideoFrame from = picture;
     from.info.interlace_mode = m_from.interlace_mode;
     from.flags = GST_VIDEO_FRAME_FLAG_NONE;
-    if (m_bQuick && m_quick.paint(from, pixels))
+    if (lineBytes == 0 && m_bQuick && m_quick.paint(from, pixels))
         return;
     GstVideoFrame to = {};
     to.info = m_to;
+    if (lineBytes != 0)
+        to.info.stride[0] = lineBytes;
     to.data[0] = pixels;
     gst_video_converter_frame(m_pConverter, &from, &to);
 }

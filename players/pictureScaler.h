@@ -16,8 +16,9 @@ public:
     // What the next pictures are and become. keepShape: black borders instead of another shape. False when
     // the toolkit cannot do that.
     bool prepare(const GstVideoInfo& pictures, const QSize& size, bool keepShape);
-    // pixels: room for the size, four bytes a pixel (blue, green, red, unused), without gaps between lines.
-    void paint(const GstVideoFrame& picture, unsigned char* pixels) const;
+    // pixels: room for the size, four bytes a pixel (blue, green, red, unused). lineBytes: from one line to
+    // the next; 0: no gaps between them.
+    void paint(const GstVideoFrame& picture, unsigned char* pixels, int lineBytes = 0) const;
 
 private:
     void drop();

@@ -19,8 +19,8 @@ constexpr int kReceiveBytes = 512 << 10; // in the socket: a new picture comes a
 
 } // namespace
 
-pictureSession::pictureSession(std::unique_ptr<callSockets> sockets, pictureEnd& end)
-    : m_sockets(std::move(sockets)), m_end(end),
+pictureSession::pictureSession(std::unique_ptr<callSockets> sockets, pictureEnd& end, pictureCamera& camera)
+    : m_sockets(std::move(sockets)), m_end(end), m_camera(camera),
       m_reports(callCrypto::randomNumber<quint32>(), callCrypto::randomBytes(9).toBase64()),
       m_nSequence(callCrypto::randomNumber<quint16>() & 0x7fff), m_nTime(callCrypto::randomNumber<quint32>())
 {
@@ -122,7 +122,7 @@ void pictureSession::renewEncoder()
     m_nTriedUs = callDesk::nowUs();
     QByteArray fault;
     std::unique_ptr<pictureEncoder> made = pictureEncoder::make(
-        m_agreed, kbit, [this](const unsigned char* packet, int size) { sendPacket(packet, size); },
+        m_camera, m_agreed, kbit, [this](const unsigned char* packet, int size) { sendPacket(packet, size); },
         [this](const GstVideoFrame& frame) { m_end.showOwn(frame); }, fault);
     if (!made)
         tellFault(fault);

@@ -53,15 +53,14 @@ public:
         bool bRefused = false; // what comes is of a kind that is not shown
     };
 
-    // end outlives the session.
-    pictureSession(std::unique_ptr<callSockets> sockets, pictureEnd& end);
+    // end and camera outlive the session.
+    pictureSession(std::unique_ptr<callSockets> sockets, pictureEnd& end, pictureCamera& camera);
     ~pictureSession();
     int port() const { return m_sockets->port(); }
 
     // The streams go as agreed from now on. It takes as long as a camera needs, as the next two do.
     void agree(const tagAgreedPicture& agreed);
-    // The camera is this call's, where it is agreed to send pictures: it opens once, and several calls may
-    // want it. At first it is not.
+    // The call gets the camera's pictures, where it is agreed to send some. At first it does not.
     void setCamera(bool own);
     // From time to time: a camera that does not work any more, or did not, is tried again.
     void watchCamera();
@@ -98,6 +97,7 @@ private:
 
     std::unique_ptr<callSockets> m_sockets;
     pictureEnd& m_end;
+    pictureCamera& m_camera;
     mutable std::mutex m_encoderMutex;         // taken before the other one
     std::unique_ptr<pictureEncoder> m_encoder; // ended without any lock, which its packets take
     bool m_bCamera = false;                    // of the thread that agrees, as the next ones

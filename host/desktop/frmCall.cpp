@@ -279,12 +279,14 @@ void frmCall::showPicture(const tagCall& call)
 void frmCall::showNames()
 {
     QString names;
-    m_strNumber.clear();
+    QString numbers;
+    bool areNamed = true; // else a number stands there already, and one below would be anybody's
     for (const tagCall& call : callsTogether(phoneService::instance().calls(), m_call)) {
         names = callJoinedText(names, whoOf(call));
-        if (!nameOf(call).isEmpty())
-            m_strNumber = callJoinedText(m_strNumber, callReached(call));
+        numbers = callJoinedText(numbers, callReached(call));
+        areNamed = areNamed && !nameOf(call).isEmpty();
     }
+    m_strNumber = areNamed ? numbers : QString();
     m_ui->labName->setText(callFittingText(m_ui->labName, kSmallestName, names));
 }
 
@@ -429,6 +431,13 @@ bool frmCall::hasPicture() const
            shown.nOtherPicture != 0;
 }
 
+// For one of those that talk together, at least.
+bool frmCall::isCameraOpen() const
+{
+    const QList<tagCall> shown = callsTogether(phoneService::instance().calls(), m_call);
+    return std::any_of(shown.begin(), shown.end(), [](const tagCall& call) { return call.options.bCamera; });
+}
+
 CALL_LAYOUT frmCall::layoutNow() const
 {
     if (m_bPad)
@@ -449,7 +458,7 @@ void frmCall::layOut()
         videoFrames::instance().forget();
     m_nBehind = pictured;
     callLayout::apply(*m_ui, m_eLayout);
-    const bool isSeen = talks() && m_call.options.bCamera && streams().nOwnPicture != 0;
+    const bool isSeen = talks() && isCameraOpen() && streams().nOwnPicture != 0;
     m_ui->wgtCorner->setVisible(isSeen && callLayout::hasPicture(m_eLayout));
     m_ui->wgtCorner->setPictured(streams().nOwnPicture > 0);
     const QPoint surface = m_ui->wgtPicture->pos();

@@ -62,6 +62,7 @@ private:
     CALL_LAYOUT layoutNow() const;
     void layOut();
     bool hasPicture() const;
+    bool isCameraOpen() const;
     void setFull(bool full);
     void pressOk();
     bool leavesFull(int key) const;

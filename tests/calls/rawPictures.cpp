@@ -104,7 +104,7 @@ void RawPictures::sendCamera(KEYS keys)
     m_bBegan = false;
     QByteArray fault;
     m_encoder = pictureEncoder::make(
-        negotiation->agreedPicture(), 600,
+        m_camera, negotiation->agreedPicture(), 600,
         [this, keys](const unsigned char* packet, int size) { take(packet, size, keys); },
         [](const GstVideoFrame&) {}, fault);
     ASSERT_TRUE(m_encoder) << fault.constData();

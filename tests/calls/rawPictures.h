@@ -44,5 +44,6 @@ private:
     quint32 m_nTime = 0;  // of its last one
     bool m_bBegan = false;
     int m_nSent = 0;
+    pictureCamera m_camera;
     std::unique_ptr<pictureEncoder> m_encoder;
 };

@@ -66,6 +66,16 @@ TEST_F(CallConference, IsBegunByFingerAndShowsBothNames)
     kit::shot("call-conference");
 }
 
+TEST_F(CallConference, NoNumberStandsBelowANumber)
+{
+    talk("4711");
+    talk("4712", "Bob");
+    EXPECT_EQ(labelText(screen(), "labNumber"), "4712");
+    kit::tap(action("actJoin"));
+    EXPECT_EQ(name(), "4711 \u00b7 Bob");
+    EXPECT_EQ(labelText(screen(), "labNumber"), "") << "it would be taken for either one's";
+}
+
 TEST_F(CallConference, IsBegunAndTakenApartByKeys)
 {
     talkToTwo();

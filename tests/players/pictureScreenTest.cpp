@@ -8,6 +8,7 @@
 
 namespace {
 
+constexpr int kBlack = 16;
 constexpr int kDark = 60;
 constexpr int kGrey = 120;
 constexpr int kLight = 200;
@@ -89,6 +90,23 @@ protected:
         return kit::waitUntil([=] { return bool(isAt(QPoint(4, 4), level)); });
     }
 
+    // Two pictures that are twice as broad as high, each in the middle of its half.
+    static testing::AssertionResult areAt(int left, int right)
+    {
+        for (const auto& [place, level] :
+             {std::pair(QPoint(16, 16), left), std::pair(QPoint(48, 16), right)}) {
+            if (!isAt(place, level))
+                return isAt(place, level) << " at " << place.x();
+        }
+        return levelAt(QPoint(16, 2)) == 0 && levelAt(QPoint(48, 29)) == 0
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure() << "there is something above or below";
+    }
+    static bool areSeen(int left, int right)
+    {
+        return kit::waitUntil([=] { return bool(areAt(left, right)); });
+    }
+
     const bool m_bToolkit = (gst_init(nullptr, nullptr), true);
     pictureScreen m_screen;
     const GreyFrame m_dark{kDark};
@@ -158,6 +176,77 @@ TEST_F(PictureScreen, TheOwnPictureIsThatOfTheCallThatIsSeenAndGoesWithItsCamera
     m_screen.showCall(1, m_dark);
     EXPECT_TRUE(isAt(corner, kDark)) << "the camera is off";
     EXPECT_TRUE(isAt(QPoint(4, 4), kDark));
+}
+
+TEST_F(PictureScreen, OfTwoThatAreJoinedEachHasItsHalfInItsShape)
+{
+    m_screen.join(2, 1);
+    m_screen.showCall(2, m_dark);
+    EXPECT_TRUE(isSeen(kDark)) << "the other one has no picture";
+    m_screen.showCall(1, m_light);
+    m_screen.showCall(2, m_dark);
+    m_screen.showCall(1, m_light);
+    EXPECT_TRUE(areSeen(kLight, kDark)) << "the older one is on the left";
+    m_screen.showCall(1, m_grey);
+    EXPECT_TRUE(areAt(kGrey, kDark)) << "the other one stays as it is";
+    m_screen.showCall(2, m_light);
+    m_screen.showCall(1, m_grey);
+    EXPECT_TRUE(areAt(kGrey, kLight));
+    m_screen.endCall(1);
+    m_screen.showCall(2, m_dark);
+    EXPECT_TRUE(isSeen(kDark)) << "it has the whole surface";
+    m_screen.endCall(2);
+    EXPECT_TRUE(isSeen(-1));
+}
+
+TEST_F(PictureScreen, OneThatComesSeldomDoesNotHoldUpTheOther)
+{
+    m_screen.join(1, 2);
+    m_screen.showCall(1, m_light);
+    m_screen.showCall(2, m_dark);
+    kit::waitUntil([] { return false; }, 2 * pictureScreen::LEAD_MS);
+    m_screen.showCall(2, m_grey);
+    EXPECT_TRUE(areSeen(kBlack, kGrey)) << "what was there before was no half";
+    m_screen.showCall(1, m_dark);
+    kit::waitUntil([] { return false; }, 2 * pictureScreen::LEAD_MS);
+    m_screen.showCall(2, m_light);
+    EXPECT_TRUE(areSeen(kDark, kLight)) << "what has waited goes along";
+    kit::waitUntil([] { return false; }, 2 * pictureScreen::LEAD_MS);
+    m_screen.showCall(1, m_grey);
+    EXPECT_TRUE(areSeen(kGrey, kLight));
+}
+
+TEST_F(PictureScreen, OfTwoThatAreApartAgainTheOneThatGoesOnIsSeen)
+{
+    m_screen.join(1, 2);
+    m_screen.showCall(2, m_dark);
+    m_screen.showCall(1, m_light);
+    m_screen.showCall(2, m_dark);
+    m_screen.showCall(1, m_light);
+    ASSERT_TRUE(areSeen(kLight, kDark));
+    m_screen.split(1);
+    m_screen.showCall(2, m_dark);
+    EXPECT_TRUE(areAt(kLight, kDark));
+    m_screen.showCall(1, m_grey);
+    EXPECT_TRUE(isSeen(kGrey));
+}
+
+TEST_F(PictureScreen, OneOwnPictureLiesUponBothHalves)
+{
+    const QPoint corner = kCorner.center();
+    m_screen.setOwnPlace(kCorner);
+    m_screen.join(1, 2);
+    m_screen.showCall(2, m_dark);
+    m_screen.showCall(1, m_dark);
+    m_screen.showOwn(1, m_light);
+    m_screen.showOwn(2, m_grey);
+    m_screen.showCall(1, m_dark);
+    EXPECT_TRUE(kit::waitUntil([&] { return bool(isAt(corner, kLight)); })) << "each of them would flicker";
+    m_screen.endOwn(1);
+    m_screen.showOwn(2, m_grey);
+    m_screen.showCall(1, m_dark);
+    EXPECT_TRUE(isAt(corner, kGrey)) << "the camera is off for the first one alone";
+    EXPECT_TRUE(isAt(QPoint(16, 16), kDark));
 }
 
 } // namespace

@@ -11,7 +11,15 @@ void SeenPictures::showOther(const GstVideoFrame& frame)
     ++nOther;
 }
 
-PictureSide::PictureSide()
+// Until it is told to come back.
+void SeenPictures::showOwn(const GstVideoFrame&)
+{
+    ++nOwn;
+    while (bStuck)
+        g_usleep(1000);
+}
+
+PictureSide::PictureSide(pictureCamera& camera)
 {
     std::unique_ptr<callSockets> sockets = callSockets::open();
     tagOwnMedia own;
@@ -20,7 +28,7 @@ PictureSide::PictureSide()
     own.nPicturePort = sockets->port();
     own.bLoopback = true;
     negotiation = std::make_unique<callNegotiation>(own);
-    session = std::make_unique<pictureSession>(std::move(sockets), seen);
+    session = std::make_unique<pictureSession>(std::move(sockets), seen, camera);
     session->setCamera(true);
 }
 

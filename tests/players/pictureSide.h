@@ -6,7 +6,7 @@
 struct SeenPictures : public pictureEnd
 {
     void showOther(const GstVideoFrame& frame) override;
-    void showOwn(const GstVideoFrame&) override { ++nOwn; }
+    void showOwn(const GstVideoFrame&) override;
     void endOther() override { nNumber = -1; }
     void endOwn() override { nOwn = 0; }
 
@@ -15,14 +15,21 @@ struct SeenPictures : public pictureEnd
     std::atomic<bool> bBordered{false}; // above, where a number begins with white
     std::atomic<int> nOther{0};
     std::atomic<int> nOwn{0};
+    std::atomic<bool> bStuck{false}; // whoever shows an own picture does not come back
 };
 
 struct PictureSide
 {
-    PictureSide();
+    PictureSide() : PictureSide(m_camera) {}
+    // As the other calls of a side that has one camera.
+    explicit PictureSide(pictureCamera& camera);
     // through: where what is sent goes instead.
     void apply(int through = 0);
 
+private:
+    pictureCamera m_camera;
+
+public:
     SeenPictures seen;
     std::unique_ptr<callNegotiation> negotiation;
     std::unique_ptr<pictureSession> session;

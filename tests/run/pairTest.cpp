@@ -119,6 +119,7 @@ protected:
     }
 
     int numberSeen(ControlLink& phone);
+    int numberAt(ControlLink& phone, const QRect& place);
     // The widget of the uppermost window.
     static void tap(ControlLink& phone, const QString& name)
     {
@@ -217,9 +218,14 @@ TEST_F(RunPair, AThirdPhoneIsPutThroughAndJoinedByTheSecond)
 // Between the shades and below the corner of the own picture: the surface has 640 by 480 in its middle.
 int RunPair::numberSeen(ControlLink& phone)
 {
-    const QString file = m_pair.root() + "/seen.png";
+    return numberAt(phone, QRect(112, 210, 576, 100));
+}
+
+int RunPair::numberAt(ControlLink& phone, const QRect& place)
+{
+    const QString file = m_pair.root() + "/seen.ppm";
     phone.ask({"shot", file});
-    return numberIn(QImage(file).copy(112, 210, 576, 100));
+    return numberIn(QImage(file).copy(place));
 }
 
 TEST_F(RunPair, EachPhoneShowsTheOtherOnesPictureAndHoldTakesItAway)
@@ -258,6 +264,72 @@ TEST_F(RunPair, EachPhoneShowsTheOtherOnesPictureAndHoldTakesItAway)
     anna.ask({"key", "F4"});
     EXPECT_TRUE(eventually([&] { return callOf(ben).isEmpty() && callOf(anna).isEmpty(); }));
     EXPECT_NE(numberSeen(anna), kBen);
+}
+
+// Each camera shows two numbers in turn, so that a picture that stands still is none that goes on.
+TEST_F(RunPair, InAConferenceWithPicturesEachIsSeenByAllWhoMay)
+{
+    const QList<std::pair<QString, int>> numbers{{"Anna", 172}, {"Ben", 90}, {"Cleo", 40}};
+    for (const auto& [name, number] : numbers) {
+        for (const int turn : {0, 1}) {
+            const QString file = QString("%1/%2-%3.png").arg(m_pair.root(), name).arg(turn);
+            ASSERT_TRUE(numberedPicture(QSize(640, 480), number + turn).save(file));
+        }
+    }
+    const QByteArray source = "multifilesrc location=" + m_pair.root().toUtf8() +
+                              "/NAME-%d.png start-index=0 stop-index=1 loop=true "
+                              "caps=image/png,framerate=(fraction)2/1 ! pngdec ! identity sync=true";
+    qputenv("HX_PICTURE_SOURCE", source);
+    start();
+    qputenv("HX_PICTURE_SOURCE", QByteArray(source).replace("NAME", "Cleo"));
+    RunScript guest;
+    guest.launch(
+        {"--built", HX_BUILD_DIR, "--root", guest.root(), "--control", guest.root() + "/ctl", "--port", "0"});
+    qunsetenv("HX_PICTURE_SOURCE");
+    ControlLink cleo;
+    ASSERT_TRUE(cleo.open(guest.root() + "/ctl", kStartMs)) << guest.output().constData();
+    cleo.ask({"wait", "page", "frmDesktop", "20000"});
+    registerGuest(cleo);
+    ASSERT_TRUE(showsAt(anna, "4", "idle"));
+
+    const int toBen = talkAsAnna("3", ben);
+    const int toCleo = talkAsAnna("4", cleo);
+    const QRect whole(112, 210, 576, 100);
+    const auto goesOn = [&](ControlLink& phone, const QRect& place, int number) {
+        for (const int turn : {0, 1, 0, 1}) {
+            if (!eventually([&] { return numberAt(phone, place) == number + turn; }))
+                return false;
+        }
+        return true;
+    };
+    EXPECT_TRUE(goesOn(cleo, whole, 172));
+    anna.ask({"join", QString::number(toCleo), QString::number(toBen)});
+    EXPECT_TRUE(goesOn(ben, whole, 172));
+    EXPECT_TRUE(goesOn(cleo, whole, 172)) << m_pair.output().constData();
+    EXPECT_TRUE(goesOn(anna, QRect(0, 210, 400, 100), 90)) << "the older one is on the left";
+    EXPECT_TRUE(goesOn(anna, QRect(400, 210, 400, 100), 40));
+    shot(anna, "pictures-conference");
+    shot(cleo, "pictures-conference-cleo");
+    anna.ask({"touch", "300", "250"});
+    EXPECT_TRUE(goesOn(anna, QRect(0, 220, 400, 100), 90)) << "over the whole screen";
+    EXPECT_TRUE(goesOn(anna, QRect(400, 220, 400, 100), 40));
+    shot(anna, "pictures-conference-full");
+    anna.ask({"touch", "300", "250"});
+    tap(anna, "actVideo");
+    EXPECT_TRUE(eventually([&] { return numberAt(ben, whole) == -1 && numberAt(cleo, whole) == -1; }));
+    EXPECT_TRUE(goesOn(anna, QRect(0, 210, 400, 100), 90)) << "they are still seen";
+    shot(anna, "pictures-conference-camera-off");
+    tap(anna, "actVideo");
+    EXPECT_TRUE(goesOn(ben, whole, 172) && goesOn(cleo, whole, 172));
+    anna.ask({"split", QString::number(toCleo)});
+    EXPECT_TRUE(eventually([&] { return numberAt(ben, whole) == -1; }));
+    EXPECT_TRUE(goesOn(anna, whole, 40) && goesOn(cleo, whole, 172));
+    shot(anna, "pictures-split");
+    anna.ask({"join", QString::number(toCleo), QString::number(toBen)});
+    EXPECT_TRUE(goesOn(ben, whole, 172) && goesOn(cleo, whole, 172));
+    cleo.ask({"key", "F4"});
+    EXPECT_TRUE(eventually([&] { return callCount(cleo) == 0; }));
+    EXPECT_TRUE(goesOn(ben, whole, 172) && goesOn(anna, whole, 90));
 }
 
 TEST_F(RunPair, WithoutCamerasThePhonesHaveTestPicturesThatCanBeToldApart)

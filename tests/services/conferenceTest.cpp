@@ -130,6 +130,17 @@ TEST_F(Conference, ApartOneTalksOnAndTheOtherIsHeld)
     EXPECT_EQ(held(), ids({anna, bob})) << "who was held stays so";
 }
 
+TEST_F(Conference, TheCameraIsForBoth)
+{
+    EXPECT_TRUE(rules->setCamera(bob, true));
+    EXPECT_EQ(orders().last(), of("camera", bob)) << "and not for who is held";
+    join();
+    EXPECT_TRUE(rules->setCamera(anna, false));
+    EXPECT_EQ(orders(), (QStringList{of("no camera", anna), of("no camera", bob)}));
+    EXPECT_TRUE(rules->setCamera(bob, true));
+    EXPECT_EQ(orders(), (QStringList{of("camera", bob), of("camera", anna)}));
+}
+
 TEST_F(Conference, MuteAndTonesAreForBoth)
 {
     ASSERT_TRUE(rules->setMuted(bob, true));

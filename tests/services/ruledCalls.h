@@ -51,6 +51,10 @@ public:
     {
         return changed(muted ? "mute" : "unmute", id, [&](tagCall& call) { call.bMuted = muted; });
     }
+    bool setCamera(int id, bool on) override
+    {
+        return changed(on ? "camera" : "no camera", id, [&](tagCall& call) { call.options.bCamera = on; });
+    }
     bool transfer(int id, const QString& number) override
     {
         return ended("transfer " + number, id, CALL_TRANSFERRED);

@@ -40,12 +40,12 @@ public:
     // Of a call that talks. Who is taken back puts the others on hold.
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
-    bool setCamera(int id, bool on) { return talks(id) && m_backend.setCamera(id, on); }
+    bool setCamera(int id, bool on);
     bool transfer(int id, const QString& number);
     // Of two calls that talk: their other sides talk to each other, without the user.
     bool connect(int id, int other);
-    // Three talk: both calls are taken back, and what is done to one of them (hold, mute, tones) is done to
-    // both, until split() or the end of either. A call talks with one other at most.
+    // Three talk: both calls are taken back, and what is done to one of them (hold, mute, camera, tones) is
+    // done to both, until split() or the end of either. A call talks with one other at most.
     bool join(int id, int other);
     // The call goes on as it is, and the other one is held.
     bool split(int id);

@@ -59,16 +59,43 @@ void videoFrameWriter::finish(uint32_t slot, const QSize& size, const QRect& pla
     head()->nNewest.store(slot + 1, std::memory_order_release);
 }
 
+bool videoFrameWriter::hasRoomFor(const QSize& size)
+{
+    return !size.isEmpty() && size.width() <= int(VIDEO_STORE_MAX_WIDTH) &&
+           size.height() <= int(VIDEO_STORE_MAX_HEIGHT);
+}
+
+const unsigned char* videoFrameWriter::newest(const QSize& size) const
+{
+    if (head()->nNewest == 0)
+        return nullptr;
+    const uint32_t slot = head()->nNewest - 1;
+    const QSize there(int(head()->slot[slot].nWidth), int(head()->slot[slot].nHeight));
+    return there == size ? pixelsOf(slot) : nullptr;
+}
+
 bool videoFrameWriter::write(const QSize& size, const QRect& place,
                              const std::function<void(unsigned char*)>& paint)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_pStore || size.isEmpty() || size.width() > int(VIDEO_STORE_MAX_WIDTH) ||
-        size.height() > int(VIDEO_STORE_MAX_HEIGHT))
+    if (!m_pStore || !hasRoomFor(size))
         return false;
     const uint32_t slot = begin();
     paint(pixelsOf(slot));
     finish(slot, size, place);
+    return true;
+}
+
+bool videoFrameWriter::writeUpon(
+    const QSize& size, const std::function<void(unsigned char* pixels, const unsigned char* newest)>& paint)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_pStore || !hasRoomFor(size))
+        return false;
+    const unsigned char* before = newest(size);
+    const uint32_t slot = begin();
+    paint(pixelsOf(slot), before);
+    finish(slot, size, QRect());
     return true;
 }
 

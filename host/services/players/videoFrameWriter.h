@@ -19,6 +19,10 @@ public:
     // Has a picture painted into a slot, where its lines follow each other without a gap, and makes it the
     // newest. False when it is larger than a slot may hold.
     bool write(const QSize& size, const QRect& place, const std::function<void(unsigned char*)>& paint);
+    // The same, for what is a part of the picture before: newest is that one, null where none of that size
+    // is.
+    bool writeUpon(const QSize& size,
+                   const std::function<void(unsigned char* pixels, const unsigned char* newest)>& paint);
     // The newest picture goes to another place, as it is. False when there is none.
     bool move(const QRect& place);
     // No picture.
@@ -29,6 +33,8 @@ public:
 private:
     tagVideoHead* head() const { return static_cast<tagVideoHead*>(m_pStore); }
     unsigned char* pixelsOf(uint32_t slot) const;
+    static bool hasRoomFor(const QSize& size);
+    const unsigned char* newest(const QSize& size) const;
     uint32_t begin();
     void finish(uint32_t slot, const QSize& size, const QRect& place);
 
