@@ -148,12 +148,14 @@ void callDesk::step()
         for (const auto& [call, session] : m_sessions) {
             session->receive(now);
             session->play(heard[call].data(), now);
+            if (session->isStill())
+                heard[call].fill(0);
             addTo(loudspeaker, heard[call]);
         }
         for (const auto& [call, session] : m_sessions) {
-            Frame sent = session->isMuted() ? Frame{} : microphone;
+            Frame sent = session->isMuted() || session->isStill() ? Frame{} : microphone;
             const auto joined = m_joined.find(call);
-            if (joined != m_joined.end())
+            if (joined != m_joined.end() && !session->isStill())
                 addTo(sent, heard[joined->second]);
             session->send(sent.data());
         }

@@ -91,6 +91,9 @@ bool callService::takeDescription(const msgObject& msg)
     case MEDIA_MSG_CALL_ANSWER:
         describe(msg);
         return true;
+    case MEDIA_MSG_CALL_JUDGE:
+        judge(msg);
+        return true;
     case MEDIA_MSG_CALL_AGREE:
         agree(msg);
         return true;
@@ -112,6 +115,9 @@ bool callService::takeOrder(const msgObject& msg)
         return true;
     case MEDIA_MSG_CALL_MUTE:
         setMuted(msg);
+        return true;
+    case MEDIA_MSG_CALL_STILL:
+        setStill(msg);
         return true;
     case MEDIA_MSG_CALL_TONE:
         sendTone(msg);
@@ -181,6 +187,7 @@ void callService::beginPictures(int call, tagCallEntry& entry, std::unique_ptr<c
             &m_look, [this] { tellAll(); }, Qt::QueuedConnection);
     });
     entry.pictures = std::make_unique<pictureSession>(std::move(sockets), *entry.end);
+    entry.pictures->setStill(entry.bStill);
 }
 
 void callService::stepPorts()
@@ -203,7 +210,10 @@ bool callService::stepPorts(int call, tagCallEntry& entry)
     if (const auto ports = std::exchange(entry.soundPorts, nullptr)) {
         entry.negotiation->setMapped(ports->place());
         addSession(call, ports->take());
-        m_desk.with(call, [&](callSession& session) { session.setMuted(entry.bMuted); });
+        m_desk.with(call, [&](callSession& session) {
+            session.setMuted(entry.bMuted);
+            session.setStill(entry.bStill);
+        });
     }
     if (const auto ports = std::exchange(entry.picturePorts, nullptr)) {
         entry.negotiation->setPictureMapped(ports->place());
@@ -265,6 +275,22 @@ void callService::describe(const msgObject& msg)
     question.bNew = question.bNew || (entry->waiting && entry->waiting->bNew);
     entry->waiting = question;
     m_ports.start();
+}
+
+// Nothing is opened for a call that may never ring.
+void callService::judge(const msgObject& msg)
+{
+    CALL_WISH wish;
+    QByteArray offer;
+    CALL_FIT fit = CALL_NO_DESCRIPTION;
+    if (const char* fault = playerRecords::readWish(msg.GetExtraData(), msg.GetExtraSize(), wish, offer)) {
+        refuse(msg, fault);
+    } else {
+        tagMediaWant want;
+        want.bEncrypt = wish.bEncrypt != 0;
+        fit = callNegotiation(ownMedia(wish, 0)).judge(offer, want);
+    }
+    msgPostMsgToThread(phone(), MEDIA_MSG_CALL_JUDGED, fit, msg.lParam);
 }
 
 void callService::reply(int call, tagCallEntry& entry, const tagQuestion& question)
@@ -431,6 +457,23 @@ void callService::setMuted(const msgObject& msg)
     }
     known->second.bMuted = msg.lParam != 0;
     m_desk.with(known->first, [&](callSession& session) { session.setMuted(known->second.bMuted); });
+}
+
+void callService::setStill(const msgObject& msg)
+{
+    const auto known = m_calls.find(int(msg.wParam));
+    if (known == m_calls.end()) {
+        refuse(msg, "there is no such call");
+        return;
+    }
+    tagCallEntry& entry = known->second;
+    entry.bStill = msg.lParam != 0;
+    m_desk.with(known->first, [&](callSession& session) { session.setStill(entry.bStill); });
+    if (!entry.pictures)
+        return;
+    entry.pictures->setStill(entry.bStill);
+    giveCamera();
+    tellAll();
 }
 
 void callService::sendTone(const msgObject& msg)

@@ -67,6 +67,7 @@ private:
         std::unique_ptr<mappedPorts> picturePorts;
         std::optional<tagQuestion> waiting; // for that
         bool bMuted = false;                // meanwhile
+        bool bStill = false;
         std::unique_ptr<tagEnd> end;
         std::unique_ptr<pictureSession> pictures; // null: none were ever wanted; ends before its end
         bool bPicturesAgreed = false;             // as below, for the pictures
@@ -80,6 +81,7 @@ private:
     bool takeDescription(const msgObject& msg);
     bool takeOrder(const msgObject& msg);
     void describe(const msgObject& msg);
+    static void judge(const msgObject& msg);
     void reply(int call, tagCallEntry& entry, const tagQuestion& question);
     void stepPorts();
     bool stepPorts(int call, tagCallEntry& entry);
@@ -87,6 +89,7 @@ private:
     void beginPictures(int call, tagCallEntry& entry, std::unique_ptr<callSockets> sockets);
     void agree(const msgObject& msg);
     void setMuted(const msgObject& msg);
+    void setStill(const msgObject& msg);
     void sendTone(const msgObject& msg);
     void begin(int call);
     void end(int call);

@@ -37,6 +37,9 @@ public:
     void agree(const tagAgreedSound& agreed, tagParts& parts);
     void setMuted(bool muted) { m_bMuted = muted; }
     bool isMuted() const { return m_bMuted; }
+    // Nothing but silence goes out, and comes.
+    void setStill(bool still) { m_bStill = still; }
+    bool isStill() const { return m_bStill; }
     // As sipMedia::sendTone().
     bool sendTone(char tone, int ms) { return takesTones() && m_tones.add(tone, ms); }
     bool takesTones() const { return m_agreed.bSound && m_agreed.nSendTones >= 0; }
@@ -67,6 +70,7 @@ private:
     std::unique_ptr<callSockets> m_sockets;
     tagAgreedSound m_agreed;
     bool m_bMuted = false;
+    bool m_bStill = false;
     std::unique_ptr<soundEncoder> m_encoder;
     std::unique_ptr<soundDecoder> m_decoder;
     streamKeys m_keys;

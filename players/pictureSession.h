@@ -66,7 +66,9 @@ public:
     // From time to time: a camera that does not work any more, or did not, is tried again.
     void watchCamera();
     // Pictures are to go out, whoever has the camera.
-    bool wantsCamera() const { return m_agreed.bPicture && m_agreed.bSends; }
+    bool wantsCamera() const { return m_agreed.bPicture && m_agreed.bSends && !m_bStill; }
+    // No pictures go out, whatever is agreed; the camera is to be given anew after it.
+    void setStill(bool still) { m_bStill = still; }
     // A camera works for it.
     bool sends() const;
     tagCounts counts() const;
@@ -99,8 +101,9 @@ private:
     mutable std::mutex m_encoderMutex;         // taken before the other one
     std::unique_ptr<pictureEncoder> m_encoder; // ended without any lock, which its packets take
     bool m_bCamera = false;                    // of the thread that agrees, as the next ones
-    qint64 m_nTriedUs = 0;                     // the camera
-    QByteArray m_fault;                        // of the camera, as it was told
+    bool m_bStill = false;
+    qint64 m_nTriedUs = 0; // the camera
+    QByteArray m_fault;    // of the camera, as it was told
     std::thread m_thread;
     std::atomic<bool> m_bRuns{false};
 

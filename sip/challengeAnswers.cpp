@@ -1,5 +1,6 @@
 #include "sip/challengeAnswers.h"
 #include "sip/digest.h"
+#include <algorithm>
 #include <cstring>
 #include <dlfcn.h>
 #include <list>
@@ -32,6 +33,12 @@ public:
     }
     // Null where there is none.
     const msg_auth_t* first() const { return m_all.empty() ? nullptr : &m_all.front().head; }
+    bool hasSha256(const std::string& realm) const
+    {
+        return std::any_of(m_all.begin(), m_all.end(), [&](const tagChallenge& each) {
+            return digest::isSha256(&each.head) && digest::param(&each.head, "realm=") == realm;
+        });
+    }
 
 private:
     struct tagChallenge
@@ -84,9 +91,15 @@ bool ChallengeAnswers::answer(nua_handle_t* handle, const sip_t* message)
             const std::string realm = digest::param(challenge, "realm=");
             if (!m_realm.empty() && realm != m_realm)
                 continue;
-            const bool isNew = m_answered.insert((first == www ? "w" : "p") + realm).second;
+            const std::string asked = (first == www ? "w" : "p") + realm;
+            const bool isStrong = known.hasSha256(realm);
+            if (!isStrong && m_strong.count(asked))
+                continue;
+            const bool isNew = m_answered.insert(asked).second;
             if ((!isNew && !digest::isStale(challenge)) || ++m_nAnswers > kMaxAnswers)
                 continue;
+            if (isStrong)
+                m_strong.insert(asked);
             const char* spelled = msg_params_find(challenge->au_params, "realm=");
             const std::string credentials =
                 std::string("Digest:") + (spelled ? spelled : "") + ":" + m_key + ":-";
@@ -101,6 +114,12 @@ void ChallengeAnswers::reset()
 {
     m_answered.clear();
     m_nAnswers = 0;
+}
+
+void ChallengeAnswers::forget()
+{
+    reset();
+    m_strong.clear();
 }
 
 // The stack sends nothing again before each challenge of a server has its answer. Its function is replaced

@@ -67,7 +67,7 @@ int takeChallenge(auth_client_t* ca, const msg_auth_t* challenge)
 {
     auto* client = reinterpret_cast<tagClient*>(ca);
     const std::string algorithm = lower(digest::param(challenge, "algorithm="));
-    const bool isSha256 = algorithm.rfind("sha-256", 0) == 0;
+    const bool isSha256 = digest::isSha256(challenge);
     // The better one of those that the server offers, and never a weaker one afterwards.
     if (!digest::isKnown(challenge) || (client->bSha256 && !isSha256))
         return 1;
@@ -193,6 +193,11 @@ bool digest::isKnown(const msg_auth_t* challenge)
     const std::string qop = param(challenge, "qop=");
     return std::find(known.begin(), known.end(), algorithm) != known.end() &&
            (qop.empty() || hasQop(qop, "auth")) && !param(challenge, "nonce=").empty();
+}
+
+bool digest::isSha256(const msg_auth_t* challenge)
+{
+    return lower(param(challenge, "algorithm=")).rfind("sha-256", 0) == 0;
 }
 
 bool digest::isStale(const msg_auth_t* challenge)

@@ -16,6 +16,8 @@ void forget(const std::string& key);
 std::string param(const msg_auth_t* challenge, const char* name);
 // Whether it can be answered.
 bool isKnown(const msg_auth_t* challenge);
+// It asks for the stronger of the two sums.
+bool isSha256(const msg_auth_t* challenge);
 // The answer before was right, and too old.
 bool isStale(const msg_auth_t* challenge);
 

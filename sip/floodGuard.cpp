@@ -238,6 +238,10 @@ issize_t takeBody(msg_t* message, msg_pub_t* content, char bytes[], isize_t size
             sip->sip_via = nullptr; // else the stack would answer what it cannot read
             return -1;
         }
+        // By some of the reasons the stack would ask once more for what has ended; they stay among its
+        // params.
+        if (sip->sip_subscription_state)
+            sip->sip_subscription_state->ss_reason = nullptr;
     } else if (sip->sip_status && (sip->sip_www_authenticate || sip->sip_proxy_authenticate)) {
         const sip_method_t method = sip->sip_cseq ? sip->sip_cseq->cs_method : sip_method_unknown;
         if (!guard().trustsChallenge(source, method, callId)) {

@@ -18,7 +18,6 @@ public:
     // A request of this side within the call, and the last answer to one.
     void requestGoes() { ++m_nRequests; }
     void requestIsAnswered();
-    bool isAnythingAsked() const { return m_nRequests > 0; }
     // It was sent, and nobody has answered it yet.
     bool isUnderWay() const { return m_bUnderWay; }
     // Nothing is under way or waits.

@@ -32,6 +32,15 @@ bool isForInvite(const url_t* url)
            strcasecmp(method, "INVITE") == 0;
 }
 
+// The stack keeps one, and the others among what is damaged.
+bool hasSeveral(const sip_t& message)
+{
+    const auto* each = reinterpret_cast<const sip_header_t*>(message.sip_error);
+    while (each && each->sh_class != sip_refer_to_class)
+        each = each->sh_next;
+    return each != nullptr;
+}
+
 std::string nameOfEvent(tagi_t* tags)
 {
     const sip_event_t* event = nullptr;
@@ -59,7 +68,7 @@ void Referral::read(const sip_t& message)
 {
     StackMemory memory;
     const sip_refer_to_t* to = message.sip_refer_to;
-    if (!to || to->r_next) {
+    if (!to || to->r_next || hasSeveral(message)) {
         m_nProblem = 400;
         return;
     }

@@ -13,6 +13,8 @@
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_tag.h>
+#include <sofia-sip/url.h>
+#include <strings.h>
 #include <utility>
 
 namespace {
@@ -20,6 +22,8 @@ namespace {
 constexpr const char* kUsualPort = "5060";
 constexpr uint32_t kUsualTlsPort = 5061;
 constexpr uint32_t kMaxAfterMs = 3600000;   // a server may ask for patience of an hour
+constexpr uint32_t kRefusedTimes = 5;       // the longest delay of a line, before one that was refused
+constexpr uint32_t kMostRefusedTimes = 30;  // likewise, when that comes again and again
 constexpr sip_time_t kLongestGrant = 86400; // of seconds, until a line registers anew
 constexpr const char* kSilence = "The server does not answer";
 constexpr const char* kWrongPassword = "The server does not accept name or password";
@@ -44,12 +48,25 @@ std::string newContact(uint32_t line)
     return text;
 }
 
+// Phones that a server has lost at the same moment do not come back at the same moment.
+uint32_t withJitter(uint32_t delayMs)
+{
+    return delayMs - std::uniform_int_distribution<uint32_t>(0, delayMs / 2)(chance());
+}
+
+uint32_t afterMs(const sip_t* reply)
+{
+    const sip_retry_after_t* after = reply ? reply->sip_retry_after : nullptr;
+    return after ? uint32_t(std::min<unsigned long>(after->af_delta, kMaxAfterMs / 1000)) * 1000 : 0;
+}
+
 } // namespace
 
 Registration::Registration(const tagSipStack& stack, const tagSipAccount& account)
     : m_stack(stack), m_account(account), m_key(newKey()), m_contact(newContact(account.head.nId)),
       m_answers(m_key, account.szRealm), m_finder(stack.pDns), m_silent(stack.pRoot), m_again(stack.pRoot),
-      m_keep(stack.pRoot), m_nDelayMs(stack.setup.nRetryMs)
+      m_keep(stack.pRoot), m_nDelayMs(stack.setup.nRetryMs),
+      m_nRefusedMs(stack.setup.nRetryLastMs * kRefusedTimes)
 {
     const char* user = account.szAuthName[0] ? account.szAuthName : account.szUser;
     digest::remember(m_key, user, account.szPassword);
@@ -65,7 +82,8 @@ Registration::~Registration()
 void Registration::start()
 {
     if (transport() == SIP_TLS && !m_stack.tlsProblem.empty()) {
-        refuse(0, m_stack.tlsProblem);
+        pause(SIP_LINE_REFUSED, 0, m_stack.tlsProblem, withJitter(m_stack.setup.nRetryLastMs));
+        m_stack.onTlsRefused();
         return;
     }
     report(SIP_LINE_REGISTERING, 0, "");
@@ -73,17 +91,29 @@ void Registration::start()
         m_stun = std::make_unique<StunWatch>(m_stack, m_account);
         m_stun->start([this] { useStun(); });
     }
-    m_silent.start(m_stack.setup.nSilentMs, [this] { failOver(0, "The name service does not answer"); });
-    const bool hasProxy = m_account.szProxy[0] != 0;
-    const char* host = hasProxy ? m_account.szProxy : m_account.szServer;
-    const uint32_t port = hasProxy ? m_account.nProxyPort : m_account.nPort;
+    m_elsewhere = {};
+    findServers();
+}
+
+void Registration::findServers()
+{
+    m_silent.start(m_stack.setup.nSilentMs, [this] {
+        if (!m_finder.skipServices())
+            failOver(0, "The name service does not answer");
+    });
+    tagServerAddress place = {m_account.szServer, m_account.nPort};
+    if (m_account.szProxy[0])
+        place = {m_account.szProxy, m_account.nProxyPort};
+    else if (!m_elsewhere.host.empty())
+        place = m_elsewhere;
     m_addresses.clear();
     m_nAddress = 0;
     // A certificate names the server, not an address of it: the stack looks it up by itself.
     if (transport() == SIP_TLS)
-        onAddresses({{sipAddress::host(host), port}});
+        onAddresses({{sipAddress::host(place.host), place.nPort}});
     else
-        m_finder.find(host, port, transport(), [this](const auto& addresses) { onAddresses(addresses); });
+        m_finder.find(place.host, place.nPort, transport(),
+                      [this](const auto& addresses) { onAddresses(addresses); });
 }
 
 void Registration::onAddresses(const std::vector<tagServerAddress>& addresses)
@@ -98,7 +128,7 @@ void Registration::onAddresses(const std::vector<tagServerAddress>& addresses)
 void Registration::tryAddress()
 {
     dropHandle();
-    m_answers.reset();
+    m_answers.forget();
     m_bRegistered = false;
     const std::string own = ownAddress();
     m_pHandle =
@@ -119,7 +149,7 @@ void Registration::sendRegister()
     m_silent.start(m_stack.setup.nSilentMs, [this] { silent(); });
     m_nTlsProblems = tlsCheck::count();
     nua_register(
-        m_pHandle, NUTAG_REGISTRAR(server.c_str()), NUTAG_PROXY(hop.c_str()),
+        m_pHandle, NUTAG_REGISTRAR(server.c_str()), NUTAG_PROXY(hop.c_str()), NUTAG_AUTO302(0),
         TAG_IF(!m_contactPlace.empty(), SIPTAG_CONTACT_STR(seen.c_str())),
         NUTAG_M_USERNAME(m_contact.c_str()), TAG_IF(transport() != SIP_UDP, NUTAG_M_PARAMS(way.c_str())),
         SIPTAG_EXPIRES_STR(expires.c_str()), NUTAG_OUTBOUND("no-validate no-options-keepalive"), TAG_END());
@@ -179,13 +209,38 @@ void Registration::onRefusal(const tagStackEvent& event)
     if (!floodGuard::isFromNetwork(m_stack, event)) {
         failOver(0, reasonOfSilence());
     } else if (status == 403) {
-        refuse(status, event.szPhrase);
-    } else if (message && message->sip_retry_after && m_nAddress + 1 >= m_addresses.size()) {
-        const auto after = std::min<unsigned long>(message->sip_retry_after->af_delta, kMaxAfterMs / 1000);
-        wait(status, event.szPhrase, uint32_t(after) * 1000);
+        refuse(status, event.szPhrase, afterMs(message));
+    } else if ((status == 301 || status == 302) && follow(*message)) {
+        findServers();
+    } else if (message->sip_retry_after && m_nAddress + 1 >= m_addresses.size()) {
+        wait(status, event.szPhrase, afterMs(message));
     } else {
         failOver(status, event.szPhrase);
     }
+}
+
+// Once: who sends the line on from there would send it around. Never to a way that can be listened to where
+// the account wants none.
+bool Registration::follow(const sip_t& reply)
+{
+    if (!m_elsewhere.host.empty())
+        return false;
+    for (const sip_contact_t* each = reply.sip_contact; each; each = each->m_next) {
+        const url_t& url = *each->m_url;
+        char way[8] = "";
+        const bool hasWay = url_param(url.url_params, "transport", way, sizeof way) > 0;
+        const bool isSecure = url.url_type == url_sips;
+        const bool isWay = hasWay && !isSecure ? strcasecmp(way, transportName()) == 0
+                                               : isSecure == (transport() == SIP_TLS);
+        if (!isWay || !url.url_host || (url.url_type != url_sip && !isSecure))
+            continue;
+        const int port = url.url_port ? atoi(url.url_port) : 0;
+        m_elsewhere = {sipAddress::bareHost(url.url_host), port > 0 && port <= 65535 ? uint32_t(port) : 0};
+        report(SIP_LINE_REGISTERING, uint32_t(reply.sip_status->st_status),
+               "The server sends the line elsewhere");
+        return true;
+    }
+    return false;
 }
 
 void Registration::onRegistered(const tagStackEvent& event)
@@ -197,6 +252,7 @@ void Registration::onRegistered(const tagStackEvent& event)
         return;
     }
     m_nDelayMs = m_stack.setup.nRetryMs;
+    m_nRefusedMs = m_stack.setup.nRetryLastMs; // it was right a moment ago, and may soon be so again
     trustServers();
     readMapping(*event.pMessage);
     const bool isNew = !std::exchange(m_bRegistered, true);
@@ -351,23 +407,25 @@ void Registration::failOver(uint32_t status, const std::string& reason)
 
 void Registration::wait(uint32_t status, const std::string& reason, uint32_t leastMs)
 {
+    const uint32_t delayMs = std::max(withJitter(m_nDelayMs), leastMs);
+    m_nDelayMs = std::min(m_nDelayMs * 2, m_stack.setup.nRetryLastMs);
+    pause(SIP_LINE_FAILED, status, reason, delayMs);
+}
+
+void Registration::refuse(uint32_t status, const std::string& reason, uint32_t leastMs)
+{
+    const uint32_t delayMs = std::min(std::max(withJitter(m_nRefusedMs), leastMs), kMaxAfterMs);
+    m_nRefusedMs = std::min(m_nRefusedMs * 2, m_stack.setup.nRetryLastMs * kMostRefusedTimes);
+    pause(SIP_LINE_REFUSED, status, reason, delayMs);
+}
+
+void Registration::pause(SIP_LINE_STATE state, uint32_t status, const std::string& reason, uint32_t delayMs)
+{
     m_silent.stop();
     m_finder.stop();
     dropHandle();
-    // Phones that a server has lost at the same moment do not come back at the same moment.
-    const uint32_t half = m_nDelayMs / 2;
-    const uint32_t jittered = half + std::uniform_int_distribution<uint32_t>(0, m_nDelayMs - half)(chance());
-    const uint32_t delayMs = std::max(jittered, leastMs);
-    m_nDelayMs = std::min(m_nDelayMs * 2, m_stack.setup.nRetryLastMs);
-    report(SIP_LINE_FAILED, status, reason, delayMs);
+    report(state, status, reason, delayMs);
     m_again.start(delayMs, [this] { start(); });
-}
-
-void Registration::refuse(uint32_t status, const std::string& reason)
-{
-    m_silent.stop();
-    dropHandle();
-    report(SIP_LINE_REFUSED, status, reason);
 }
 
 void Registration::dropHandle()
@@ -441,7 +499,9 @@ std::string Registration::server() const
 
 std::string Registration::registrar() const
 {
-    return "sip:" + server();
+    if (m_elsewhere.host.empty())
+        return "sip:" + server();
+    return "sip:" + sipAddress::host(m_elsewhere.host) + sipAddress::port(m_elsewhere.nPort);
 }
 
 std::string Registration::ownAddress() const

@@ -1,8 +1,8 @@
 #pragma once
 // One account at its server, from the first REGISTER to the last. What becomes of it is told to the phone at
 // once, until it leaves. A server that is silent, gone or out of service makes place for the next of its
-// addresses; after the last one the line waits, longer each time, and begins again. Who is refused is not
-// tried again.
+// addresses; after the last one the line waits, longer each time, and begins again. Who is refused waits much
+// longer: he may be right again, and a wrong password is not tried often enough to lock an account.
 #include "sip/challengeAnswers.h"
 #include "sip/serverFinder.h"
 #include "sip/sipStack.h"
@@ -49,6 +49,7 @@ public:
     void onStack(const tagStackEvent& event) override;
 
 private:
+    void findServers();
     void onAddresses(const std::vector<tagServerAddress>& addresses);
     void tryAddress();
     void sendRegister();
@@ -65,9 +66,12 @@ private:
     void silent();
     std::string reasonOfSilence() const;
     void onChallenge(const tagStackEvent& event);
+    // Whether the server sends the line to another one that may have it.
+    bool follow(const sip_t& reply);
     void failOver(uint32_t status, const std::string& reason);
     void wait(uint32_t status, const std::string& reason, uint32_t leastMs);
-    void refuse(uint32_t status, const std::string& reason);
+    void refuse(uint32_t status, const std::string& reason, uint32_t leastMs = 0);
+    void pause(SIP_LINE_STATE state, uint32_t status, const std::string& reason, uint32_t delayMs);
     void dropHandle();
     void report(SIP_LINE_STATE state, uint32_t status, const std::string& reason, uint32_t retryMs = 0);
     SIP_TRANSPORT transport() const { return SIP_TRANSPORT(m_account.eTransport); }
@@ -92,8 +96,10 @@ private:
     uint32_t m_nOwnPort = 0;
     std::vector<tagServerAddress> m_addresses;
     size_t m_nAddress = 0;
-    uint64_t m_nTlsProblems = 0; // before the last request
+    tagServerAddress m_elsewhere; // where the account's server has sent the line; no host: nowhere
+    uint64_t m_nTlsProblems = 0;  // before the last request
     uint32_t m_nDelayMs;
+    uint32_t m_nRefusedMs; // likewise, until one that was refused is tried again
     bool m_bRegistered = false;
     bool m_bLeaving = false;
 };

@@ -13,6 +13,8 @@ public:
     // The request of the peer that was taken, or its reply that takes one of ours: the time begins anew.
     void agree(const sip_t& message);
     bool peerKnowsUpdate() const { return m_bUpdate; }
+    // That were agreed on.
+    unsigned seconds() const { return m_nSeconds; }
     void stop() { m_timer.stop(); }
 
 private:
@@ -21,7 +23,7 @@ private:
 
     const std::function<void()> m_refresh;
     SipTimer m_timer;
-    unsigned m_nSeconds = 0;
+    unsigned m_nSeconds = SIP_SESSION_SECONDS;
     bool m_bPeerCounts = false; // it knows of sessions that end by themselves
     bool m_bUpdate = false;
 };

@@ -14,8 +14,11 @@
 namespace {
 
 constexpr uint32_t kReleaseMs = 5000;
-constexpr uint32_t kLateReleaseMs = 40000; // the stack sends a BYE behind what is asked and never answered
 constexpr const char* kSdpType = "application/sdp";
+constexpr uint32_t kUnknownBody = 415;
+constexpr const char* kKnownBodies = "application/sdp, multipart/mixed, multipart/alternative";
+constexpr const char* kKnownCoding = "identity";
+constexpr uint32_t kMediaDoNotFit = 399; // without saying why (RFC 3261, 20.43)
 constexpr const char* kRetryAfterSeconds = "2";
 
 constexpr uint32_t kAnonymityDisallowed = 433; // RFC 5079, which the stack does not know
@@ -31,11 +34,21 @@ const char* phraseOf(uint32_t status)
     return phrase ? phrase : "Refused";
 }
 
+// Where nothing can be refused any more.
 std::string sdpOf(const sip_t* message)
 {
-    if (!message || !message->sip_payload || !message->sip_payload->pl_data)
-        return "";
-    return std::string(message->sip_payload->pl_data, message->sip_payload->pl_len);
+    return callBody::read(message).sdp;
+}
+
+std::string warningOf(uint32_t code)
+{
+    const char* text = code == 301   ? "Incompatible network address formats"
+                       : code == 302 ? "Incompatible transport protocol"
+                       : code == 304 ? "Media type not available"
+                       : code == 305 ? "Incompatible media format"
+                       : code == 307 ? "Session description parameter not understood"
+                                     : "The media do not fit";
+    return std::to_string(code) + " hxSip \"" + text + '"';
 }
 
 bool isTooLarge(const std::string& sdp)
@@ -105,16 +118,18 @@ void SipCall::nextServer()
     m_silent.stop();
     if (m_hooks.serverFails)
         m_hooks.serverFails();
-    if (!m_setup->hasNext())
+    if (!m_setup->hasNext()) {
+        tellUnderWay(0);
         return;
+    }
     // What this server may still make of the call is cancelled, or hung up.
     nua_handle_destroy(std::exchange(m_pHandle, nullptr));
-    m_answers->reset();
+    m_answers->forget();
     invite();
 }
 
-void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint32_t replaced,
-                     tagCallHooks hooks)
+void SipCall::arrive(const Registration& line, const tagStackEvent& event, const tagSdpBody& body,
+                     uint32_t replaced, tagCallHooks hooks)
 {
     m_hooks = std::move(hooks);
     m_pHandle = event.pHandle;
@@ -125,17 +140,34 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     m_dialog = std::make_unique<floodGuard::Dialog>(event.pMessage->sip_call_id->i_id, m_nLine);
     m_remote = sipCaller::address(*event.pMessage);
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
-    m_remoteSdp = sdpOf(event.pMessage);
+    m_remoteSdp = body.bUnknown ? "" : body.sdp;
     m_session.agree(*event.pMessage);
     m_eStep = STEP_RINGING;
-    m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
+    limitRinging(*event.pMessage);
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
+    arrived.nRefusal = body.bUnknown ? kUnknownBody : 0;
     m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
+}
+
+// The caller may have less time than the phone.
+void SipCall::limitRinging(const sip_t& invite)
+{
+    const sip_expires_t* expires = invite.sip_expires;
+    const bool isSooner = expires && expires->ex_date == 0 && expires->ex_delta < m_stack.setup.nRingSeconds;
+    if (!isSooner) {
+        m_limit.start(m_stack.setup.nRingSeconds * 1000, [this] { ringsTooLong(); });
+        return;
+    }
+    m_limit.start(uint32_t(expires->ex_delta) * 1000, [this] {
+        respond(487);
+        end(SIP_CANCELLED, 0, "The caller waits no longer");
+        releaseSoon();
+    });
 }
 
 void SipCall::respond(uint32_t status, const std::string& sdp)
@@ -145,10 +177,22 @@ void SipCall::respond(uint32_t status, const std::string& sdp)
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
 }
 
+void SipCall::respondRefusal(uint32_t status, uint32_t warning)
+{
+    const std::string text = warningOf(warning);
+    nua_respond(m_pHandle, int(status), phraseOf(status), TAG_IF(warning, SIPTAG_WARNING_STR(text.c_str())),
+                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_STR(kKnownBodies)),
+                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_ENCODING_STR(kKnownCoding)), TAG_END());
+}
+
 void SipCall::respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp)
 {
+    const std::string warning = warningOf(kMediaDoNotFit);
     nua_respond(m_pHandle, int(status), phraseOf(status), NUTAG_WITH(request.message()),
                 TAG_IF(status == 500, SIPTAG_RETRY_AFTER_STR(kRetryAfterSeconds)),
+                TAG_IF(status == 488, SIPTAG_WARNING_STR(warning.c_str())),
+                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_STR(kKnownBodies)),
+                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_ENCODING_STR(kKnownCoding)),
                 TAG_IF(!sdp.empty(), SIPTAG_CONTENT_TYPE_STR(kSdpType)),
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
 }
@@ -188,13 +232,13 @@ void SipCall::answer(const std::string& sdp)
         m_hooks.answered();
 }
 
-void SipCall::refuse(uint32_t status)
+void SipCall::refuse(uint32_t status, uint32_t warning)
 {
     if (m_eStep == STEP_TALKING && m_referral)
         m_referral->refuse(status);
     if (!m_bIncoming || m_eStep != STEP_RINGING)
         return;
-    respond(status);
+    respondRefusal(status, warning);
     end(SIP_REFUSED, status, "");
     releaseSoon();
 }
@@ -246,7 +290,7 @@ void SipCall::sendOffer(const std::string& sdp)
     sip_to_t* to = sip_to_dup(memory.home(), nua_handle_remote(m_pHandle));
     const bool isNamed = to && !name.callId.empty() && !name.remoteTag.empty() &&
                          (to->a_tag || sip_to_tag(memory.home(), to, name.remoteTag.c_str()) == 0);
-    nua_invite(m_pHandle, TAG_IF(isNamed, SIPTAG_TO(to)),
+    nua_invite(m_pHandle, NUTAG_SESSION_TIMER(m_session.seconds()), TAG_IF(isNamed, SIPTAG_TO(to)),
                TAG_IF(isNamed, SIPTAG_CALL_ID_STR(name.callId.c_str())), SIPTAG_CONTENT_TYPE_STR(kSdpType),
                SIPTAG_PAYLOAD_STR(sdp.c_str()), TAG_END());
 }
@@ -282,10 +326,39 @@ void SipCall::sendTone(char tone, uint32_t ms)
 {
     if (m_eStep != STEP_TALKING)
         return;
-    const std::string body = std::string("Signal=") + tone + "\r\nDuration=" + std::to_string(ms) + "\r\n";
+    m_tones.push_back({tone, ms});
+    if (m_tones.size() == 1)
+        sendNextTone();
+}
+
+// One after the other, so that they keep their order when one of them is sent again.
+void SipCall::sendNextTone()
+{
+    if (m_tones.empty() || m_eStep != STEP_TALKING)
+        return;
+    const tagTone& tone = m_tones.front();
+    const char* type = m_bBareTones ? "application/dtmf" : "application/dtmf-relay";
+    const std::string body = m_bBareTones ? std::string(1, tone.cTone)
+                                          : std::string("Signal=") + tone.cTone +
+                                                "\r\nDuration=" + std::to_string(tone.nMs) + "\r\n";
     m_offer.requestGoes();
-    nua_info(m_pHandle, SIPTAG_CONTENT_TYPE_STR("application/dtmf-relay"), SIPTAG_PAYLOAD_STR(body.c_str()),
-             TAG_END());
+    nua_info(m_pHandle, SIPTAG_CONTENT_TYPE_STR(type), SIPTAG_PAYLOAD_STR(body.c_str()), TAG_END());
+}
+
+// Who does not read tones as they are written here is sent them as they were written before, once in a call.
+void SipCall::onToneReply(const tagStackEvent& event)
+{
+    if (isGone(event)) {
+        giveUp(event);
+        return;
+    }
+    if (event.nStatus < 200 || m_tones.empty())
+        return;
+    if (event.nStatus == 415 && !std::exchange(m_bTonesRefused, true))
+        m_bBareTones = true;
+    else
+        m_tones.pop_front();
+    sendNextTone();
 }
 
 void SipCall::onStack(const tagStackEvent& event)
@@ -306,8 +379,7 @@ void SipCall::onStack(const tagStackEvent& event)
         onReferReply(event);
         break;
     case nua_r_info:
-        if (isGone(event))
-            giveUp(event);
+        onToneReply(event);
         break;
     case nua_i_state:
         onState(event);
@@ -403,8 +475,11 @@ void SipCall::onSetupReply(const tagStackEvent& event)
         m_name = sipDialog::nameOf(*event.pMessage);
         m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     }
-    if (status == 100)
+    if (status == 100) {
+        if (m_bSilenceTold)
+            tellUnderWay(status);
         return;
+    }
     if (status >= 200) {
         onFinalReply(event);
         return;
@@ -412,11 +487,17 @@ void SipCall::onSetupReply(const tagStackEvent& event)
     // What was agreed on early is not always told again.
     if (!sdp.empty() && !isTooLarge(sdp))
         m_remoteSdp = sdp;
+    tellUnderWay(status, isTooLarge(sdp) ? "" : sdp);
+    tellProgress(status, event.szPhrase);
+}
+
+void SipCall::tellUnderWay(uint32_t status, const std::string& sdp)
+{
+    m_bSilenceTold = status == 0;
     auto progress = sipWire::make<tagSipProgress>(SIP_PROGRESS, m_nId);
     progress.nStatus = status;
-    sipWire::setText(progress.szSdp, isTooLarge(sdp) ? "" : sdp);
+    sipWire::setText(progress.szSdp, sdp);
     m_stack.pPhone->tell(progress);
-    tellProgress(status, event.szPhrase);
 }
 
 void SipCall::onFinalReply(const tagStackEvent& event)
@@ -546,7 +627,7 @@ void SipCall::refresh()
         return;
     }
     m_offer.requestGoes();
-    nua_update(m_pHandle, TAG_END());
+    nua_update(m_pHandle, NUTAG_SESSION_TIMER(m_session.seconds()), TAG_END());
 }
 
 void SipCall::refreshByInvite()
@@ -558,11 +639,14 @@ void SipCall::refreshByInvite()
 // The stack itself refuses a second INVITE, and one that meets an INVITE from here.
 void SipCall::onOffer(const tagStackEvent& event)
 {
-    const std::string sdp = sdpOf(event.pMessage);
+    const tagSdpBody body = callBody::read(event.pMessage);
+    const std::string& sdp = body.sdp;
     const bool isUpdate = event.eEvent == nua_i_update;
     auto request = std::make_unique<SavedRequest>(m_stack.pNua);
     uint32_t status = 0;
-    if (isUpdate && sdp.empty())
+    if (body.bUnknown)
+        status = kUnknownBody;
+    else if (isUpdate && sdp.empty())
         status = 200;
     else if (m_eStep != STEP_TALKING || isTooLarge(sdp))
         status = 488;
@@ -585,16 +669,6 @@ void SipCall::onOffer(const tagStackEvent& event)
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
     sipWire::setText(offer.szSdp, sdp);
     m_stack.pPhone->tell(offer);
-}
-
-void SipCall::tellProgress(uint32_t status, const std::string& phrase)
-{
-    // It may be replaced while it runs.
-    const auto tell = m_hooks.progress;
-    if (status >= 200)
-        m_hooks.progress = nullptr;
-    if (tell)
-        tell(status, phrase);
 }
 
 void SipCall::talk(const std::string& sdp)
@@ -624,7 +698,7 @@ void SipCall::end(SIP_ENDING ending, uint32_t status, const std::string& reason,
 
 void SipCall::releaseSoon()
 {
-    m_limit.start(m_offer.isAnythingAsked() ? kLateReleaseMs : kReleaseMs, [this] { release(); });
+    m_limit.start(kReleaseMs, [this] { release(); });
 }
 
 void SipCall::stopTimers()

@@ -1,6 +1,7 @@
 #pragma once
 // One call, from its INVITE to its BYE: signalling only, what its media are the phone says. It rings for a
 // limited time, and its end is told once.
+#include "sip/callBody.h"
 #include "sip/callSetup.h"
 #include "sip/challengeAnswers.h"
 #include "sip/floodGuard.h"
@@ -11,6 +12,7 @@
 #include "sip/sipDialog.h"
 #include "sip/sipStack.h"
 #include "sip/sipTimer.h"
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -39,13 +41,14 @@ public:
     // From here, by a line that is registered.
     void dial(const Registration& line, const tagSipDial& dial, const tagCallOrigin& origin,
               tagCallHooks hooks);
-    // The INVITE of a call from outside; replaced: the call whose place it takes, 0 for none.
-    void arrive(const Registration& line, const tagStackEvent& event, uint32_t replaced, tagCallHooks hooks);
+    // The INVITE of a call from outside, and its body; replaced: the call whose place it takes, 0 for none.
+    void arrive(const Registration& line, const tagStackEvent& event, const tagSdpBody& body,
+                uint32_t replaced, tagCallHooks hooks);
 
     // What the phone wants; what the call does not wait for is left alone.
     void ring(const std::string& sdp);
     void answer(const std::string& sdp);
-    void refuse(uint32_t status);
+    void refuse(uint32_t status, uint32_t warning = 0);
     void deflect(const std::string& target);
     void hangUp();
     void setMedia(const std::string& sdp);
@@ -74,6 +77,11 @@ public:
     void onStack(const tagStackEvent& event) override;
 
 private:
+    struct tagTone
+    {
+        char cTone;
+        uint32_t nMs;
+    };
     enum STEP { STEP_NEW, STEP_RINGING, STEP_TALKING, STEP_ENDED };
 
     void invite();
@@ -90,6 +98,8 @@ private:
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
     void onMediaReply(const tagStackEvent& event);
+    void sendNextTone();
+    void onToneReply(const tagStackEvent& event);
     void onUpdateReply(const tagStackEvent& event);
     void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
@@ -107,13 +117,17 @@ private:
     // What the other side has is offered to the phone alone, and its answer is nobody's.
     void offerToPhone();
     void talk(const std::string& sdp);
+    void limitRinging(const sip_t& invite);
     void ringsTooLong();
     void end(SIP_ENDING ending, uint32_t status, const std::string& reason, const std::string& target = "");
     void respond(uint32_t status, const std::string& sdp = "");
+    void respondRefusal(uint32_t status, uint32_t warning);
     void respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp = "");
     // To what the other side has offered.
     void respondToOffer(uint32_t status, const std::string& sdp = "");
     void tellProgress(uint32_t status, const std::string& phrase);
+    // To the phone.
+    void tellUnderWay(uint32_t status, const std::string& sdp = "");
     void stopTimers();
     // The server has this long to take note of the end.
     void releaseSoon();
@@ -131,9 +145,13 @@ private:
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
     bool m_bByUpdate = false;                // that nobody acknowledges
     bool m_bHeard = false;                   // of a call from here: something has come from a server
+    bool m_bSilenceTold = false;             // the phone believes that nothing has
     bool m_bReferred = false;                // the other side has taken what it was asked to call
     bool m_bMoved = false;                   // what it has asked for is elsewhere, and the phone may follow
     enum { NOT_TAKEN_BACK, TAKEN_BACK, AS_BEFORE } m_eTakenBack = NOT_TAKEN_BACK; // what the phone answers
+    std::deque<tagTone> m_tones; // that were not answered; the first one is on its way
+    bool m_bBareTones = false;   // without anything but the key
+    bool m_bTonesRefused = false;
     uint32_t m_nLine = 0;
     std::string m_own;    // address of the line
     std::string m_server; // of the line

@@ -15,6 +15,16 @@ constexpr const char* kElsewhere = "SIP;cause=200;text=\"Call completed elsewher
 
 } // namespace
 
+void SipCall::tellProgress(uint32_t status, const std::string& phrase)
+{
+    // It may be replaced while it runs.
+    const auto tell = m_hooks.progress;
+    if (status >= 200)
+        m_hooks.progress = nullptr;
+    if (tell)
+        tell(status, phrase);
+}
+
 void SipCall::transfer(const std::string& target)
 {
     if (m_eStep != STEP_TALKING)

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <iterator>
 #include <sofia-sip/msg_header.h>
 #include <sofia-sip/sip_extra.h>
 #include <sofia-sip/sip_header.h>
@@ -163,8 +164,9 @@ std::string numberOf(std::string_view address)
     return "";
 }
 
-// One of a list of addresses, taken off its front. What a name or a parameter has in quotes is none.
-std::string_view takeAddress(std::string_view& list)
+// One of a list of addresses, taken off its front; entry: with its name and parameters. What a name or a
+// parameter has in quotes is none.
+std::string_view takeAddress(std::string_view& list, std::string_view& entry)
 {
     size_t begin = list.find_first_not_of(" \t\r\n"), end = std::string_view::npos, at = 0;
     while (at < list.size() && list[at] != ',') {
@@ -180,12 +182,24 @@ std::string_view takeAddress(std::string_view& list)
         ++at;
     }
     end = std::min(end, at);
+    entry = list.substr(0, at);
     const std::string_view address = begin < end ? list.substr(begin, end - begin) : std::string_view();
     list.remove_prefix(std::min(at + 1, list.size()));
     return address;
 }
 
-// Of all that a message has, the first few or the last few.
+// He does not want to be named (RFC 5806, RFC 7044).
+bool isHidden(std::string_view entry)
+{
+    std::string text = lower(std::string(entry));
+    const auto isLeftOut = [](char c) { return c == '"' || c == ' ' || c == '\t'; };
+    text.erase(std::remove_if(text.begin(), text.end(), isLeftOut), text.end());
+    const char* const words[] = {"privacy=full", "privacy=uri", "privacy=history"};
+    return std::any_of(std::begin(words), std::end(words),
+                       [&](const char* word) { return text.find(word) != std::string::npos; });
+}
+
+// Of all that a message has, the first few or the last few. One that is hidden is empty.
 std::deque<std::string> numbersIn(const sip_t& message, const char* name, size_t most, bool isLast)
 {
     std::deque<std::string> numbers;
@@ -193,9 +207,12 @@ std::deque<std::string> numbersIn(const sip_t& message, const char* name, size_t
         if (!header->un_value || strcasecmp(textOf(header->un_name).c_str(), name) != 0)
             continue;
         for (std::string_view list = header->un_value; !list.empty();) {
-            std::string number = numberOf(takeAddress(list));
+            std::string_view entry;
+            std::string number = numberOf(takeAddress(list, entry));
             if (number.empty())
                 continue;
+            if (isHidden(entry))
+                number.clear();
             if (numbers.size() == most && !isLast)
                 return numbers;
             if (numbers.size() == most)
@@ -206,6 +223,13 @@ std::deque<std::string> numbersIn(const sip_t& message, const char* name, size_t
     return numbers;
 }
 
+std::deque<std::string> shown(std::deque<std::string> numbers)
+{
+    const auto isLeftOut = [](const std::string& number) { return number.empty(); };
+    numbers.erase(std::remove_if(numbers.begin(), numbers.end(), isLeftOut), numbers.end());
+    return numbers;
+}
+
 // Of "<sip:202@host>;reason=no-answer, <sip:203@host>", the last who sent it on last. RFC 7044 has them that
 // way round already, and where the call has got to as the last one.
 std::deque<std::string> forwarders(const sip_t& message)
@@ -213,11 +237,11 @@ std::deque<std::string> forwarders(const sip_t& message)
     std::deque<std::string> numbers = numbersIn(message, "Diversion", SIP_FORWARDS_MAX, false);
     std::reverse(numbers.begin(), numbers.end());
     if (!numbers.empty())
-        return numbers;
+        return shown(std::move(numbers));
     numbers = numbersIn(message, "History-Info", SIP_FORWARDS_MAX + 1, true);
     if (!numbers.empty())
         numbers.pop_back();
-    return numbers;
+    return shown(std::move(numbers));
 }
 
 } // namespace

@@ -121,7 +121,7 @@ enum SIP_LINE_STATE : uint32_t {
     SIP_LINE_REGISTERING = 1,
     SIP_LINE_REGISTERED = 2,
     SIP_LINE_FAILED = 3, // tried again in nRetryMs
-    SIP_LINE_REFUSED = 4 // for good: until the account is another
+    SIP_LINE_REFUSED = 4 // the server does not want it: tried again in nRetryMs, which is long
 };
 
 struct tagSipLine
@@ -129,7 +129,7 @@ struct tagSipLine
     tagSipHead head;
     uint32_t eState;              // SIP_LINE_STATE
     uint32_t nStatus;             // 0, or 100 to 699: of the reply that led to it
-    uint32_t nRetryMs;            // 0 unless it failed
+    uint32_t nRetryMs;            // 0 unless it failed or was refused
     char szReason[SIP_TEXT_SIZE]; // for a person, in English
 };
 
@@ -177,12 +177,14 @@ struct tagSipMedia
 };
 
 // SIP_REFUSE: status 400 to 699 for a call that came in, or for what SIP_REFERRED of a call that talks asks.
+// nWarning is of SIP_REFUSE: 0, or which of its media do not fit (300 to 399, RFC 3261, 20.43).
 // SIP_TRANSFERRED: what became of SIP_TRANSFER or SIP_CONNECT, 200 to 699. SIP_HANG_UP takes 0.
 struct tagSipStatus
 {
     tagSipHead head;
     uint32_t nStatus;
     uint32_t bTaken; // of SIP_TRANSFERRED, 0 or 1: the other side has made the call, whose status it is
+    uint32_t nWarning;
 };
 
 // SIP_DEFLECT: a call that came in goes there instead. SIP_TRANSFER: the other side of a call that talks
@@ -226,6 +228,7 @@ struct tagSipArrived
     uint32_t bAutoAnswer; // 0 or 1: the caller asks for an answer without a hand
     uint32_t nForwards;   // 0 to SIP_FORWARDS_MAX
     uint32_t nReplaces;   // the call whose place it takes when it is answered, at once; 0: none
+    uint32_t nRefusal;    // 0, or 400 to 699: its body cannot be read, which is refused so; szSdp is empty
     char szNumber[SIP_TEXT_SIZE];
     char szName[SIP_TEXT_SIZE];
     char szPicture[SIP_TARGET_SIZE]; // address of the caller's, by http or https; from the line's own server
@@ -234,11 +237,12 @@ struct tagSipArrived
     char szSdp[SIP_SDP_SIZE];                            // the offer; none: the caller wants one
 };
 
-// The other side of a call from here: it is under way (100 to 199), perhaps with early media.
+// The other side of a call from here: it is under way (100 to 199), perhaps with early media. 0: the last of
+// its servers has said nothing for nSilentMs, and is waited for all the same.
 struct tagSipProgress
 {
     tagSipHead head;
-    uint32_t nStatus;
+    uint32_t nStatus; // 0, or 100 to 199
     char szSdp[SIP_SDP_SIZE];
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
+#include <sofia-sip/msg_header.h>
 #include <sofia-sip/sip_tag.h>
 #include <sofia-sip/su_uniqueid.h>
 #include <strings.h>
@@ -92,7 +93,7 @@ void Subscription::subscribe()
 {
     drop();
     m_again.stop();
-    m_answers->reset();
+    m_answers->forget();
     m_begun = std::chrono::steady_clock::now();
     m_news.onBegun();
     const std::string to = sipAddress::inBrackets(m_target), expires = std::to_string(m_package.nExpires);
@@ -189,9 +190,10 @@ void Subscription::onNote(const tagStackEvent& event)
 
 void Subscription::onEnd(const sip_subscription_state_t& state)
 {
-    if (is(state.ss_reason, "rejected") || is(state.ss_reason, "noresource")) {
+    const char* reason = state.ss_params ? msg_params_find(state.ss_params, "reason=") : nullptr;
+    if (is(reason, "rejected") || is(reason, "noresource") || is(reason, "invariant")) {
         refuse();
-    } else if (is(state.ss_reason, "deactivated") || is(state.ss_reason, "timeout")) {
+    } else if (is(reason, "deactivated") || is(reason, "timeout")) {
         atOnce();
     } else {
         wait(state.ss_retry_after ? afterMs(strtoul(state.ss_retry_after, nullptr, 10)) : 0);

@@ -11,8 +11,8 @@ using Reply = ControlReply;
 namespace {
 
 const char* const kStates[] = {"ringing", "talking", "ended"};
-const char* const kEnds[] = {"",          "hung up",  "missed",    "declined",    "busy",
-                             "disturbed", "rejected", "forwarded", "transferred", "failed"};
+const char* const kEnds[] = {"",         "hung up",   "missed",      "declined", "busy", "disturbed",
+                             "rejected", "forwarded", "transferred", "failed",   "unfit"};
 
 phoneSimulation* simulation()
 {
@@ -54,6 +54,7 @@ QJsonObject factsOf(const tagCall& call)
             {"wantsVideo", call.options.bVideo},
             {"held", call.bHeld},
             {"remoteHeld", call.bRemoteHeld},
+            {"unheard", call.bUnheard},
             {"muted", call.bMuted},
             {"joined", call.nJoined},
             {"sound", call.streams.strSound},

@@ -8,6 +8,7 @@ namespace {
 constexpr int kDisc = 52;
 constexpr int kRing = 2;
 constexpr int kWordSize = 15;
+constexpr int kWordMargin = 4; // the next one's word may be right beside it
 constexpr QRgb kPale = 0x33ffffff;
 constexpr QRgb kPressed = 0x66ffffff;
 constexpr QRgb kOn = 0xffffffff;
@@ -57,5 +58,6 @@ void callAction::paintEvent(QPaintEvent*)
     const QPixmap& glyph = m_bOn ? m_darkGlyph : m_glyph;
     painter.drawPixmap(disc.center() - QPoint(glyph.width() / 2 - 1, glyph.height() / 2 - 1), glyph);
     painter.setPen(look::colour(look::kTextOnBar));
-    look::paintFitted(painter, rect().adjusted(0, kDisc + 2 * kRing, 0, 0), Qt::AlignCenter, text(), font());
+    look::paintFitted(painter, rect().adjusted(kWordMargin, kDisc + 2 * kRing, -kWordMargin, 0),
+                      Qt::AlignCenter, text(), font());
 }

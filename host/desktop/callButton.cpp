@@ -6,6 +6,7 @@
 namespace {
 
 constexpr int kWordTop = 76;
+constexpr int kWordMargin = 4;
 constexpr int kShadow = 6;
 constexpr int kShadowDown = 3;
 constexpr QRgb kShadowColour = 0x14000000; // of each of its rings
@@ -43,5 +44,6 @@ void callButton::paintEvent(QPaintEvent*)
     if (text().isEmpty())
         return;
     painter.setPen(look::colour(look::kTextOnBar));
-    look::paintFitted(painter, rect().adjusted(0, kWordTop, 0, 0), Qt::AlignCenter, text(), font());
+    look::paintFitted(painter, rect().adjusted(kWordMargin, kWordTop, -kWordMargin, 0), Qt::AlignCenter,
+                      text(), font());
 }

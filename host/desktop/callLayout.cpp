@@ -43,8 +43,8 @@ tagPlaces column(const QRect& part)
 tagPlaces whole()
 {
     tagPlaces places = column(QRect(40, 40, 720, 336));
-    places.marks = QRect(496, 46, 290, 72);
-    places.others = QRect(14, 46, 314, 72);
+    places.marks = QRect(498, 46, 290, 72);
+    places.others = QRect(12, 46, 314, 72);
     return places;
 }
 
@@ -59,7 +59,7 @@ tagPlaces besidePad()
 {
     tagPlaces places = column(QRect(14, 40, 406, 312));
     places.marks = QRect(290, 46, 130, 72);
-    places.others = QRect(14, 46, 130, 72);
+    places.others = QRect(12, 46, 130, 72);
     return places;
 }
 

@@ -9,6 +9,8 @@
 namespace {
 
 const char* const kHeldThere = HX_TR("Held by the other side");
+const char* const kUnconfirmed = HX_TR("Not confirmed yet");
+const char* const kNoAnswer = HX_TR("The server does not answer");
 
 bool isPutThrough(const tagCall& call)
 {
@@ -33,6 +35,17 @@ const char* stateText(const tagCall& call)
     }
 }
 
+// What is not as the state lets one think.
+QString furtherText(const tagCall& call)
+{
+    if (isPutThrough(call))
+        return call.strTarget;
+    if (call.bUnheard && call.eState != CALL_ENDED)
+        return qTranslate(call.eState == CALL_TALKING ? kUnconfirmed : kNoAnswer);
+    const bool bothHold = call.eState == CALL_TALKING && call.bHeld && call.bRemoteHeld;
+    return bothHold ? qTranslate(kHeldThere) : QString();
+}
+
 } // namespace
 
 QString callStateText(const tagCall& call)
@@ -42,9 +55,7 @@ QString callStateText(const tagCall& call)
     if (call.eState == CALL_ENDED && !call.strTarget.isEmpty())
         return qTranslate(call.eEnd == CALL_FORWARDED ? HX_TR("Forwarded to %1") : HX_TR("Transferred to %1"))
             .arg(call.strTarget);
-    const bool bothHold = call.eState == CALL_TALKING && call.bHeld && call.bRemoteHeld;
-    const QString rest = isPutThrough(call) ? call.strTarget : bothHold ? qTranslate(kHeldThere) : QString();
-    return callJoinedText(qTranslate(stateText(call)), rest);
+    return callJoinedText(qTranslate(stateText(call)), furtherText(call));
 }
 
 QString callForwardedText(const tagCall& call)

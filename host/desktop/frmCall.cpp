@@ -87,6 +87,12 @@ frmCall::frmCall()
     m_pSoftKeys->move(0, look::kScreenHeight - look::kSoftKeyHeight);
     m_digitsShown.setInterval(TONES_MS);
     m_digitsShown.setSingleShot(true);
+    m_failedShown.setInterval(kFailedMs);
+    m_failedShown.setSingleShot(true);
+    connect(&m_failedShown, &QTimer::timeout, this, [this] {
+        m_strFailed.clear();
+        showOthers();
+    });
     m_tick.setInterval(TICK_MS);
     m_end.setInterval(END_MS);
     m_end.setSingleShot(true);
@@ -110,10 +116,11 @@ void frmCall::onCall(const tagCall& call)
         return;
     const QList<tagCall> calls = phoneService::instance().calls();
     const bool failedBeside = call.eState == CALL_ENDED && !call.strReason.isEmpty() && !calls.isEmpty();
+    forgetTold(call);
     if (failedBeside)
-        tellForAMoment(callJoinedText(call.strNumber, callStateText(call)));
+        tellForAMoment(callJoinedText(call.strNumber, callStateText(call)), 0);
     else if (call.eState == CALL_TALKING && !call.strReason.isEmpty())
-        tellForAMoment(callJoinedText(call.strTarget, callStateText(call)));
+        tellForAMoment(callJoinedText(call.strTarget, callStateText(call)), call.nId);
     if (call.nId > m_nLastId && !calls.isEmpty())
         rememberUnder(call.nId);
     showCall(calls.isEmpty() ? call : callMostUrgent(calls, m_call.nId));
@@ -130,14 +137,22 @@ void frmCall::onCall(const tagCall& call)
     showDisplay();
 }
 
-void frmCall::tellForAMoment(const QString& text)
+void frmCall::tellForAMoment(const QString& text, int call)
 {
     m_strFailed = text;
+    m_nFailed = call;
     m_bFull = false;
-    QTimer::singleShot(kFailedMs, this, [this] {
+    m_failedShown.start();
+}
+
+// What was told of a call goes with it, and all of it with the last one.
+void frmCall::forgetTold(const tagCall& call)
+{
+    const QList<tagCall> calls = phoneService::instance().calls();
+    const bool isOver = call.eState == CALL_ENDED && (calls.isEmpty() || call.nId == m_nFailed);
+    const bool isFirst = call.nId > m_nLastId && calls.size() == 1;
+    if (isOver || isFirst)
         m_strFailed.clear();
-        showOthers();
-    });
 }
 
 // A call that begins while nothing is here was not there to be pressed for anything else.
@@ -278,8 +293,8 @@ void frmCall::showState()
     showNames();
     const bool talked = m_call.eState == CALL_TALKING || m_call.nSeconds > 0;
     const bool isUpon = m_eLayout == CALL_LAYOUT_PICTURE;
-    const bool isPlain =
-        talks() && !m_call.bHeld && !m_call.bRemoteHeld && !m_call.nJoined && m_call.strTarget.isEmpty();
+    const bool isPlain = talks() && !m_call.bHeld && !m_call.bRemoteHeld && !m_call.nJoined &&
+                         !m_call.bUnheard && m_call.strTarget.isEmpty();
     const QString line = lineName(m_call.nAccount);
     const QString upon = isUpon ? callJoinedText(line, callCodecsText(streams())) : QString();
     const QString forwarded = isAsked() || !m_call.bIncoming ? callForwardedText(m_call) : QString();

@@ -82,7 +82,9 @@ private:
     QString whoOf(const tagCall& call);
     int secondsShown() const;
     void showOthers();
-    void tellForAMoment(const QString& text);
+    // call: what it is about; 0: none that could end.
+    void tellForAMoment(const QString& text, int call);
+    void forgetTold(const tagCall& call);
     void connectActions();
     void showActions();
     void showPad(bool show);
@@ -109,7 +111,9 @@ private:
     bool m_bPad = false;            // the touch pad for tones is open
     QMap<QString, QString> m_names; // of the calls, by number and what came along; empty: the number is it
     QString m_strFailed;            // what could not be done beside this call, for a moment
-    bool m_bVolumeChanged = false;  // of a ring, which shows it then
+    int m_nFailed = 0;              // the call that it is about
+    QTimer m_failedShown;
+    bool m_bVolumeChanged = false; // of a ring, which shows it then
     displayPlace m_display;
     bool m_bBeside = false; // the signage has its place here
     CALL_LAYOUT m_eLayout = CALL_LAYOUT_WHOLE;

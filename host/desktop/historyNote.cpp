@@ -19,6 +19,7 @@ void tell()
 
 void historyNoteInstall()
 {
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, [] { phoneService::instance().finish(); });
     callHistoryOnFault([] {
         if (!phoneService::instance().calls().isEmpty())
             return false;

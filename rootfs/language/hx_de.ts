@@ -1658,6 +1658,10 @@
         <translation>Von der anderen Seite gehalten</translation>
     </message>
     <message>
+        <source>Not confirmed yet</source>
+        <translation>Noch nicht bestätigt</translation>
+    </message>
+    <message>
         <source>Forwarded by %1</source>
         <translation>Weitergeleitet von %1</translation>
     </message>

@@ -1658,6 +1658,10 @@
         <translation>Retenida por el otro lado</translation>
     </message>
     <message>
+        <source>Not confirmed yet</source>
+        <translation>Aún sin confirmar</translation>
+    </message>
+    <message>
         <source>Forwarded by %1</source>
         <translation>Desviada por %1</translation>
     </message>

@@ -1658,6 +1658,10 @@
         <translation>Mis en attente par le correspondant</translation>
     </message>
     <message>
+        <source>Not confirmed yet</source>
+        <translation>Pas encore confirmé</translation>
+    </message>
+    <message>
         <source>Forwarded by %1</source>
         <translation>Renvoyé par %1</translation>
     </message>

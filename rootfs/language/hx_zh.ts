@@ -1658,6 +1658,10 @@
         <translation>对方已保持</translation>
     </message>
     <message>
+        <source>Not confirmed yet</source>
+        <translation>尚未确认</translation>
+    </message>
+    <message>
         <source>Forwarded by %1</source>
         <translation>由 %1 转移</translation>
     </message>

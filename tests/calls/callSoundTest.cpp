@@ -107,6 +107,20 @@ TEST_F(CallSound, OneWhoIsMutedIsNotHeardButHears)
     EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne); }));
 }
 
+TEST_F(CallSoundOfThree, WhatOneWhoIsJoinedHoldsIsStillWhateverIsAgreed)
+{
+    connect(m_toOther, m_atOther, "PCMA");
+    connect(m_toThird, m_atThird, "opus");
+    ASSERT_TRUE(m_one.desk.join(1, 2));
+    ASSERT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_other.hears(kOne) && m_other.hears(kThird); }));
+    m_toOther.with([](callSession& session) { session.setStill(true); });
+    EXPECT_TRUE(waitFor([&] { return m_other.hearsNothing(); }));
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kThird) && !m_one.hears(kOther); }));
+    EXPECT_TRUE(waitFor([&] { return m_third.hears(kOne) && !m_third.hears(kOther); }));
+    m_toOther.with([](callSession& session) { session.setStill(false); });
+    EXPECT_TRUE(waitFor([&] { return m_one.hears(kOther) && m_other.hears(kOne) && m_other.hears(kThird); }));
+}
+
 TEST_F(CallSoundOfThree, ThreeWhoAreJoinedHearEachOtherUntilTheyAreSplit)
 {
     connect(m_toOther, m_atOther, "PCMA");

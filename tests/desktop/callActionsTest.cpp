@@ -1,5 +1,6 @@
 // What can be done in a call: hold, mute, tones, putting through, a second call.
 #include "host/desktop/callAction.h"
+#include "host/desktop/callButton.h"
 #include "host/desktop/frmCall.h"
 #include "host/desktop/frmDial.h"
 #include "host/services/phone/phoneService.h"
@@ -14,6 +15,39 @@ class CallActions : public CallScreenStand
 {
 protected:
     static tagCall lastEnded() { return phoneSimulation::instance()->endedCalls().first(); }
+    // Where the button's word is painted, in its own pixels.
+    static QRect inkOf(QAbstractButton* button)
+    {
+        const QImage with = button->grab().toImage();
+        const QString word = button->text();
+        button->setText(QString());
+        const QImage without = button->grab().toImage();
+        button->setText(word);
+        QRect ink;
+        for (int y = 0; y < with.height(); ++y) {
+            for (int x = 0; x < with.width(); ++x)
+                ink |= with.pixel(x, y) != without.pixel(x, y) ? QRect(x, y, 1, 1) : QRect();
+        }
+        return ink;
+    }
+    static void expectWordsWithin(const QString& what)
+    {
+        enum { LEAST_MARGIN = 3 };
+        kit::settle();
+        int seen = 0;
+        for (auto* button : screen()->findChildren<QAbstractButton*>()) {
+            const bool isRound = qobject_cast<callAction*>(button) || qobject_cast<callButton*>(button);
+            if (!isRound || !button->isVisible())
+                continue;
+            ++seen;
+            const QRect ink = inkOf(button);
+            const QRect room = button->rect().adjusted(LEAST_MARGIN, 0, -LEAST_MARGIN, 0);
+            EXPECT_TRUE(!ink.isEmpty() && room.contains(ink))
+                << what.toStdString() << ": " << button->text().toStdString() << " from " << ink.left()
+                << " to " << ink.right() << " of " << button->width();
+        }
+        EXPECT_GT(seen, 2) << what.toStdString();
+    }
 };
 
 } // namespace
@@ -357,6 +391,47 @@ TEST_F(CallActions, NothingIsCutOrCoveredInAnyLanguage)
                 EXPECT_FALSE(other->geometry().intersects(each->geometry()));
             shown.append(each);
         }
+        hangUpAll();
+        kit::stepTime(2000);
+    }
+}
+
+TEST_F(CallActions, EachWordKeepsClearOfTheEdgesOfItsButtonInEachLanguageAndState)
+{
+    for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {
+        setLanguage(language);
+        kit::settle();
+        const auto look = [&](const char* what) { expectWordsWithin(QString("%1, %2").arg(language, what)); };
+        const auto showVideo = [](const char* number) {
+            tagCallStreams seen;
+            seen.nOwnPicture = 1;
+            EXPECT_TRUE(phoneSimulation::instance()->setStreams(call(number).nId, seen));
+        };
+        ring("4711", "Anna Berg");
+        look("asked");
+        kit::key(Qt::Key_Return);
+        letPressesCount();
+        look("one call");
+        showVideo("4711");
+        kit::tap(action("actMute"));
+        look("with video, muted");
+        kit::tap(action("actKeys"));
+        look("with the pad");
+        kit::tap(action("actKeys"));
+        talk("4712", "Bob Long");
+        showVideo("4712");
+        look("two calls");
+        kit::tap(action("actHold"));
+        look("two calls, held");
+        kit::tap(action("actJoin"));
+        letPressesCount();
+        kit::tap(action("actMute"));
+        talk("4713");
+        showVideo("4713");
+        kit::tap(action("actSwap"));
+        letPressesCount();
+        look("a conference beside another call");
+        kit::shot(QString("call-words-%1").arg(language));
         hangUpAll();
         kit::stepTime(2000);
     }

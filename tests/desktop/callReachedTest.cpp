@@ -107,3 +107,71 @@ TEST_F(CallReached, ATransferIsSeenWhileItIsUnderWayAndWhyItFailed)
     ASSERT_TRUE(kit::waitUntil([] { return text("labOthers") == "The other side refuses the transfer"; }));
     EXPECT_EQ(text("labName"), "300");
 }
+
+TEST_F(CallReached, WhatNobodyHasHeardYetIsSaidAndOnTheScreenItIsSoAtOnce)
+{
+    const uint32_t wire = dials("300");
+    EXPECT_EQ(text("labState"), "Calling...");
+    agent.tell(sipWire::make<tagSipProgress>(SIP_PROGRESS, wire));
+    ASSERT_TRUE(
+        kit::waitUntil([] { return text("labState") == "Calling... \u00b7 The server does not answer"; }));
+    kit::shot("call-server-silent");
+    tellMedia(SIP_TALK, wire, "their answer");
+    EXPECT_EQ(text("labState"), "In call");
+    phoneService::instance().rules().setHeld(call().nId, true);
+    EXPECT_EQ(text("labState"), "On hold");
+    ASSERT_TRUE(agent.next<tagSipMedia>(SIP_MEDIA));
+    kit::stepTime(2500);
+    EXPECT_EQ(text("labState"), "On hold \u00b7 Not confirmed yet");
+    kit::shot("call-hold-unheard");
+    tellMedia(SIP_TALK, wire, "held");
+    kit::stepTime(300);
+    EXPECT_EQ(text("labState"), "On hold");
+    phoneService::instance().rules().setHeld(call().nId, false);
+    ASSERT_TRUE(agent.next<tagSipMedia>(SIP_MEDIA));
+    showPicture(media, call().nId);
+    EXPECT_EQ(text("labState"), "");
+    kit::stepTime(2500);
+    EXPECT_EQ(text("labState"), "In call \u00b7 Not confirmed yet") << "upon a picture too";
+    phoneService::instance().hangUp(call().nId);
+    EXPECT_EQ(text("labState"), "Call ended");
+}
+
+TEST_F(CallReached, WhatWasToldOfACallGoesWithIt)
+{
+    const uint32_t wire = talksOut("300");
+    phoneService::instance().rules().transfer(call().nId, "301");
+    tellTransferred(wire, 486, true);
+    ASSERT_TRUE(kit::waitUntil([] { return text("labOthers") == "301 \u00b7 Busy"; }));
+    tellEnd(wire, SIP_HUNG_UP);
+    ASSERT_TRUE(kit::waitUntil([] { return calls().isEmpty(); }));
+    EXPECT_EQ(text("labState"), "Call ended");
+    EXPECT_EQ(text("labOthers"), "");
+
+    // So does what failed beside it.
+    talksIn(IN);
+    tellEnd(dials("302"), SIP_REFUSED, 486);
+    ASSERT_TRUE(kit::waitUntil([] { return text("labOthers") == "302 \u00b7 Busy"; }));
+    tellEnd(IN, SIP_HUNG_UP);
+    ASSERT_TRUE(kit::waitUntil([] { return calls().isEmpty(); }));
+    EXPECT_EQ(text("labOthers"), "");
+    arrives(arrival(IN + 1, "201"));
+    EXPECT_EQ(text("labOthers"), "") << "the next one has nothing to do with it";
+}
+
+TEST_F(CallReached, WhatIsToldLastStandsForItsWholeTime)
+{
+    const uint32_t wire = talksOut("300");
+    const auto fails = [&](const char* number) {
+        phoneService::instance().rules().transfer(call().nId, number);
+        tellTransferred(wire, 486, true);
+        return kit::waitUntil([&] { return text("labOthers") == std::string(number) + " \u00b7 Busy"; });
+    };
+    ASSERT_TRUE(fails("301"));
+    kit::stepTime(2000);
+    ASSERT_TRUE(fails("302"));
+    kit::stepTime(2000);
+    EXPECT_EQ(text("labOthers"), "302 \u00b7 Busy");
+    kit::stepTime(1500);
+    EXPECT_EQ(text("labOthers"), "");
+}

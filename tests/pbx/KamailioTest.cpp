@@ -32,7 +32,7 @@ TEST_F(AtKamailio, ALineRegistersByEachDigestAndTransportAndUnregisters)
     }
 }
 
-TEST_F(AtKamailio, AWrongPasswordIsToldAndNotTriedAgain)
+TEST_F(AtKamailio, AWrongPasswordIsToldAndNotTriedAgainSoon)
 {
     ASSERT_NO_FATAL_FAILURE(server.start());
     PeerAgent phone;

@@ -281,7 +281,7 @@ TEST_F(PbxRegistrar, ThePhonesOwnAgentIsRefusedWithAWrongPassword)
     ASSERT_TRUE(line);
     EXPECT_EQ(line->nStatus, 401u);
     EXPECT_STREQ(line->szReason, "The server does not accept name or password");
-    EXPECT_FALSE(agent.nextLine(0, SIP_LINE_REFUSED, 300)) << "it has not tried again";
+    EXPECT_FALSE(agent.nextLine(0, SIP_LINE_REFUSED, 300)) << "it has not tried again so soon";
 }
 
 TEST(PbxProgram, TellsWhatIsWrongAndEndsWhenItIsAsked)

@@ -27,6 +27,19 @@ TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
     EXPECT_TRUE(isSilent());
 }
 
+TEST_F(CallService, AHoldNeedsNobodysConsent)
+{
+    startMedia();
+    connect(1, 2);
+    ASSERT_TRUE(isHeard());
+    m_sessions.setStill(1, true);
+    EXPECT_TRUE(isSilent()) << "he says nothing, and does not hear the other one";
+    m_sessions.setStill(1, false);
+    EXPECT_TRUE(isHeard());
+    m_sessions.setStill(7, true);
+    EXPECT_TRUE(hasSaid("message 0x7003c of 0 bytes is refused: there is no such call"));
+}
+
 // What a line with such a server wants.
 tagMediaWish wishWith(const kit::StunServer& server)
 {
@@ -71,6 +84,7 @@ TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOn
     m_sessions.offer(1, wishWith(server));
     ASSERT_TRUE(kit::waitUntil([&] { return server.asked() > 0; }));
     m_sessions.setMuted(1, true);
+    m_sessions.setStill(1, true);
     EXPECT_TRUE(offerOf(2).contains("m=audio"));
     EXPECT_EQ(m_news.nDescribed[1], 0) << "it still waits";
     ASSERT_TRUE(kit::waitUntil([&] { return m_news.nDescribed[1] == 1; }));
@@ -78,6 +92,8 @@ TEST_F(CallService, AServerThatSaysNothingKeepsNobodyElseWaitingAndTheCallGoesOn
     // Each port was asked for as often as there was time.
     EXPECT_EQ(server.asked(), 6);
     m_sessions.agree(1, answerOf(4, m_news.described[1]));
+    EXPECT_TRUE(isSilent()) << "it was held before";
+    m_sessions.setStill(1, false);
     EXPECT_TRUE(isHeard()) << "of the other one";
     m_sessions.setMuted(4, true);
     EXPECT_TRUE(isSilent()) << "it was muted before";
@@ -150,6 +166,50 @@ TEST_F(CallService, WhatCannotBeAnsweredIsDescribedAsNothing)
     EXPECT_EQ(answerOf(1, QByteArray(20000, 'x')), "");
     EXPECT_FALSE(offerOf(1).isEmpty());
     EXPECT_FALSE(m_sessions.join(1, 2)) << "nobody talks";
+}
+
+TEST_F(CallService, WhetherAnOfferCouldBeAnsweredIsSaidWithoutACall)
+{
+    startMedia();
+    const QByteArray offer = offerOf(1); // the server is up
+    const auto judged = [&](const QByteArray& text, bool encrypt = false) {
+        tagMediaWish wish;
+        wish.bEncrypt = encrypt;
+        const int question = m_sessions.judge(text, wish);
+        EXPECT_FALSE(m_news.judged.contains(question)) << "not before the call has returned";
+        EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(question); }));
+        return m_news.judged[question];
+    };
+    EXPECT_EQ(judged(offer), CALL_FITS) << "also from this machine";
+    EXPECT_EQ(judged(offer, true), CALL_NO_TRANSPORT);
+    EXPECT_EQ(judged(QByteArray(offer).replace("m=audio", "m=image")), CALL_NO_SOUND);
+    EXPECT_EQ(judged("hello"), CALL_NO_DESCRIPTION);
+    // More than there may be calls.
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EQ(judged(offer), CALL_FITS);
+    EXPECT_FALSE(offerOf(2).isEmpty());
+}
+
+TEST_F(CallService, WhereNobodyCanSayWhetherAnOfferFitsItDoes)
+{
+    const int early = m_sessions.judge("hello", {});
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(early); }));
+    EXPECT_EQ(m_news.judged[early], CALL_FITS) << "there is no server";
+    startMedia();
+    EXPECT_FALSE(offerOf(1).isEmpty());
+    kill(pid_t(m_media.processId()), SIGSTOP);
+    const int late = m_sessions.judge("hello", {});
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(late); }, 10000));
+    EXPECT_EQ(m_news.judged[late], CALL_FITS) << "it hangs";
+    const int lost = m_sessions.judge("hello", {});
+    m_media.kill();
+    m_media.waitForFinished();
+    startMedia();
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(lost); }));
+    EXPECT_EQ(m_news.judged[lost], CALL_FITS) << "it died";
+    const int heard = m_sessions.judge("hello", {});
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(heard); }));
+    EXPECT_EQ(m_news.judged[heard], CALL_NO_DESCRIPTION);
 }
 
 TEST_F(CallService, VideoIsRefusedInItsPlace)
@@ -279,6 +339,19 @@ TEST_F(CallPictures, HoldTakesThePictureAwayAndTheEndGivesItsMemoryBack)
     m_sessions.end(1);
     EXPECT_TRUE(kit::waitUntil([&] { return shown().isNull() && shared() < before + 200; }, 8000))
         << shared();
+}
+
+TEST_F(CallPictures, AHoldClosesTheCameraWithoutAnybodysConsent)
+{
+    startPictures();
+    connectPictures(1, m_other);
+    ASSERT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 20000));
+    m_sessions.setStill(1, true);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 0; }, 8000));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == -1; }, 8000));
+    m_sessions.setStill(1, false);
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.streams[1].nOwnPicture == 1; }, 8000));
+    EXPECT_TRUE(kit::waitUntil([&] { return m_other.seen.nNumber == kNumber; }, 8000));
 }
 
 TEST_F(CallPictures, TheLockIsShownOnlyWhereThePicturesAreEncryptedToo)
@@ -493,6 +566,9 @@ TEST_F(CallService, DamagedMessagesAreRefusedWithALine)
     EXPECT_TRUE(hasSaid("message 0x70035 of 0 bytes is refused"));
     post(MEDIA_MSG_CALL_JOIN, {}, 1);
     EXPECT_TRUE(hasSaid("message 0x70036 of 0 bytes is refused"));
+    post(MEDIA_MSG_CALL_JUDGE, "short");
+    EXPECT_TRUE(hasSaid("message 0x7003c of 5 bytes is refused: the size is wrong"));
+    post(MEDIA_MSG_CALL_JUDGE, QByteArray(sizeof(CALL_WISH), 0));
     EXPECT_FALSE(offerOf(1).isEmpty());
 }
 

@@ -315,6 +315,27 @@ TEST_F(Calls, ThoseThatCannotBeStoredAreToldOnceAndStoredWhenTheyCan)
     EXPECT_EQ(callHistoryClear(), 1);
 }
 
+TEST_F(Calls, ThoseThatWaitForRoomAreTriedOnceMoreAtTheEndOfThePhone)
+{
+    callHistoryOnFault(nullptr, 1000000);
+    QFile::remove(hostPath(kHistory));
+    writeFile("/rundata/data/callHistory.xml/held", "");
+    phone_CallNumber("600", 1, -1);
+    phoneService::instance().hangUp(calls()[0].nId);
+    ASSERT_TRUE(kit::waitUntil([&] { return traces().contains("the call history could not be saved"); }));
+    phone_CallNumber("601", 2, -1);
+    EXPECT_EQ(callHistoryFinish(), 0);
+    EXPECT_TRUE(traces().contains("the call history could not be saved, calls lost: 1")) << "they wait on";
+    EXPECT_TRUE(QDir(hostPath(kHistory)).removeRecursively());
+    phoneService::instance().finish();
+    EXPECT_EQ(historyOf("number", 2), (QStringList{"601", "600"})) << "and what still rang";
+    EXPECT_EQ(historyOf("missed", 2), (QStringList{"0", "0"}));
+    callHistoryOnFault(nullptr);
+    m_bCleared = true;
+    phoneService::instance().hangUp(calls()[0].nId);
+    EXPECT_EQ(callHistoryClear(), 1);
+}
+
 TEST_F(Calls, BurstOfCallsIsWholeAndInOrder)
 {
     QStringList expected;

@@ -91,6 +91,33 @@ TEST_F(SipDoorTest, AnswerAndEndMayComeBeforeThePreview)
     EXPECT_EQ(nextStatus(SIP_REFUSE), 603u);
 }
 
+TEST_F(SipDoorTest, NewMediaAreAskedForAPreviewAndForNoAnswer)
+{
+    media->bSilent = true;
+    arrives(arrival(IN, "200", "their offer"));
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+    media->bSilent = false;
+    media->lastWish = {};
+    media->tellLost();
+    EXPECT_TRUE(media->lastWish.bPreview) << "no microphone is to open";
+    EXPECT_EQ(nextMedia(SIP_RING).left(6), "answer");
+    EXPECT_EQ(call().eState, CALL_RINGING);
+}
+
+TEST_F(SipDoorTest, WhatWasSeenOfMediaThatDiedIsOfferedAnewInTheCall)
+{
+    const int id = arrives(arrival(IN, "200", "their offer"));
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+    EXPECT_EQ(nextMedia(SIP_RING), "answer 1");
+    media->tellLost();
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "answer 2");
+    EXPECT_FALSE(media->lastWish.bPreview);
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA));
+    tellMedia(SIP_TALK, IN, "their offer");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 3") << "the door goes by the answer that it had first";
+}
+
 TEST_F(SipDoorTest, OthersAreNotSeen)
 {
     arrives(arrival(IN, "201", "their offer"));

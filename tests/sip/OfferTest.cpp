@@ -154,7 +154,7 @@ TEST_F(SipOffers, WhoWantsAnOfferGetsOneAndItsAnswerIsTold)
 
 TEST_F(SipOffers, AReliableProvisionalAnswerIsAcknowledgedAndHolds)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     dial(1, "300");
     const QByteArray invite = peer->receive("INVITE");
     EXPECT_TRUE(headerOf(invite, "Supported").contains("100rel")) << invite.constData();

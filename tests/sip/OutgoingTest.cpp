@@ -12,7 +12,7 @@ constexpr int kBeforeGivenUpMs = 2500;
 
 TEST_F(SipCalls, WhoIsCalledIsHeardEarlyAnswersAndIsHungUpOn)
 {
-    begin();
+    begin(AgentProcess::calmSetup());
     const uint32_t port = peer->port();
     peer.reset();
     startSipp("calledTalks.xml", port);
@@ -174,6 +174,32 @@ TEST_F(SipCalls, TheOnlyServerThatFailsACallIsAskedWhetherTheLineIsStillThere)
     peer->reply(peer->receive("INVITE sip:301@"), "503 Service Unavailable");
     expectEnd(2, SIP_REFUSED, 503);
     EXPECT_NE(peer->receive("REGISTER").toStdString(), "") << "it is out of service";
+}
+
+TEST_F(SipCalls, AServerThatSaysNothingIsToldOfUntilItDoes)
+{
+    begin();
+    dial(1, "300");
+    const QByteArray invite = peer->receive("INVITE");
+    for (const uint32_t status : {0u, 100u, 180u}) {
+        if (status)
+            peer->reply(invite, QByteArray::number(status) + " Under Way");
+        const auto* progress = next<tagSipProgress>(SIP_PROGRESS, 1);
+        ASSERT_TRUE(progress) << status;
+        EXPECT_EQ(progress->nStatus, status);
+    }
+}
+
+TEST_F(SipCalls, AServerThatHasTakenTheCallIsNotToldOfBeforeItRings)
+{
+    begin(AgentProcess::calmSetup());
+    dial(1, "300");
+    const QByteArray invite = peer->receive("INVITE");
+    peer->reply(invite, "100 Trying");
+    peer->reply(invite, "180 Ringing");
+    const auto* progress = next<tagSipProgress>(SIP_PROGRESS, 1);
+    ASSERT_TRUE(progress);
+    EXPECT_EQ(progress->nStatus, 180u);
 }
 
 TEST_F(SipCalls, ACallThatNoServerSaysAnythingToIsToldApartFromOneThatIsRefused)

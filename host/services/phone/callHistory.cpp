@@ -59,23 +59,28 @@ int saveCalls(const QList<tagCall>& ended)
     return fresh.SaveToFile(kFile);
 }
 
+// How many could not be written, and wait on.
+qsizetype saveWaiting()
+{
+    History& history = theHistory();
+    QMutexLocker file(&history.file);
+    QMutexLocker lock(&history.mutex);
+    QList<tagCall> ended;
+    ended.swap(history.waiting);
+    lock.unlock();
+    if (ended.isEmpty() || saveCalls(ended))
+        return 0;
+    lock.relock();
+    history.waiting = ended.mid(std::max<qsizetype>(0, ended.size() - CALL_HISTORY_MAX)) + history.waiting;
+    return history.waiting.size();
+}
+
 class SaveAction : public taskAction
 {
 public:
     int exec() override
     {
-        History& history = theHistory();
-        QMutexLocker file(&history.file);
-        QMutexLocker lock(&history.mutex);
-        QList<tagCall> ended;
-        ended.swap(history.waiting);
-        lock.unlock();
-        if (ended.isEmpty() || saveCalls(ended))
-            return 1;
-        m_bFailed = true;
-        lock.relock();
-        history.waiting =
-            ended.mid(std::max<qsizetype>(0, ended.size() - CALL_HISTORY_MAX)) + history.waiting;
+        m_bFailed = saveWaiting() > 0;
         return 1;
     }
     bool hasFailed() const { return m_bFailed; }
@@ -148,6 +153,14 @@ void callHistoryAdd(const tagCall& call)
 void callHistoryOnFault(std::function<bool()> tell, int againMs)
 {
     HistoryKeeper::instance().setTell(std::move(tell), againMs);
+}
+
+int callHistoryFinish()
+{
+    const qsizetype lost = saveWaiting();
+    if (lost > 0)
+        nuxTrace(TRACE_NOTE, "the call history could not be saved, calls lost: %d", int(lost));
+    return lost == 0;
 }
 
 int callHistoryClear()

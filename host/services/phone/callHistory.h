@@ -15,5 +15,8 @@ HX_HOST_API void callHistoryAdd(const tagCall& call);
 // tell: calls cannot be written; false when the user could not be told of it now, and is to be later. Not
 // called again before calls could be written. againMs: until they are tried again. User-interface thread.
 HX_HOST_API void callHistoryOnFault(std::function<bool()> tell, int againMs = CALL_HISTORY_AGAIN_MS);
+// At the end of the phone: waits for whoever writes, and tries once more what could not be written. 0 when
+// calls are lost, which the log tells.
+HX_HOST_API int callHistoryFinish();
 // Forgets all calls, those too that are on their way into the file. 0 when the file cannot be written.
 HX_HOST_API int callHistoryClear();

@@ -4,6 +4,7 @@
 #include "host/services/phone/sipMedia.h"
 #include "support/host/message.h"
 #include <QHash>
+#include <QMap>
 #include <QTimer>
 
 struct CALL_WISH;
@@ -16,12 +17,14 @@ public:
     mediaSessions();
     void setNews(sipMediaNews* news) override { m_pNews = news; }
     void prepare() override;
+    int judge(const QByteArray& offer, const tagMediaWish& wish) override;
     void offer(int call, const tagMediaWish& wish) override;
     void answer(int call, const QByteArray& offer, const tagMediaWish& wish) override;
     void agree(int call, const QByteArray& answer) override;
     void begin(int call) override;
     void withdraw(int call) override;
     void setMuted(int call, bool muted) override;
+    void setStill(int call, bool still) override;
     bool sendTone(int call, QChar tone, int ms) override;
     bool join(int call, int other) override;
     void split(int call) override;
@@ -39,7 +42,9 @@ private:
         bool bTones = false;
     };
     void ask(unsigned int message, int call, const QByteArray& record);
+    qint64 askedSince(bool isSent);
     void look();
+    void judged(unsigned int question, CALL_FIT fit);
     void described(const msgObject& msg);
     void changed(const msgObject& msg);
     void unfit(const msgObject& msg);
@@ -47,6 +52,7 @@ private:
 
     sipMediaNews* m_pNews = nullptr;
     QHash<int, tagState> m_calls;
+    QMap<unsigned int, qint64> m_judging; // questions that wait, and since when (ms)
     unsigned int m_nAsked = 0;
     bool m_bPrepared = false;
     QTimer m_look;

@@ -4,12 +4,14 @@
 
 namespace {
 constexpr int kMsInSecond = 1000;
+constexpr int kUnheardMs = 2000; // of a network that works: not even a lost message takes so long
 } // namespace
 
 tagCall tagLiveCall::shown() const
 {
     tagCall shown = call;
     shown.nSeconds = talking.isValid() ? int(talking.elapsed() / kMsInSecond) : 0;
+    shown.bUnheard = call.bUnheard || (offered.isValid() && offered.elapsed() > kUnheardMs);
     return shown;
 }
 

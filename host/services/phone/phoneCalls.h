@@ -16,6 +16,7 @@ struct tagLiveCall
 {
     tagCall call;
     QElapsedTimer talking; // valid from the answer on
+    QElapsedTimer offered; // valid while the other side's answer to an offer is waited for
 
     tagCall shown() const;
 };

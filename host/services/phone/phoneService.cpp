@@ -38,6 +38,16 @@ callRules& phoneService::rules()
     return *m_pRules;
 }
 
+void phoneService::finish()
+{
+    const QList<tagCall> left = m_pRules ? calls() : QList<tagCall>();
+    for (tagCall call : left) {
+        call.eEnd = call.bIncoming && call.eState == CALL_RINGING ? CALL_MISSED : CALL_HUNG_UP;
+        callHistoryAdd(call);
+    }
+    callHistoryFinish();
+}
+
 int phoneService::addCallListener(CallListener listener)
 {
     m_listeners.insert(++m_nLastListener, std::move(listener));

@@ -25,6 +25,8 @@ public:
     QList<tagCall> calls() { return rules().calls(); }
     bool answer(int id) { return rules().answer(id); }
     bool hangUp(int id) { return rules().hangUp(id); }
+    // At the end of the phone: the calls that are still there are stored as calls that end now.
+    void finish();
     // Called with each call that begins, changes or ends. The answer is for removeCallListener.
     using CallListener = std::function<void(const tagCall& call)>;
     int addCallListener(CallListener listener);

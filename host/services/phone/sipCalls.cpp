@@ -4,13 +4,11 @@
 #include "support/host/api.h"
 #include "support/host/trace.h"
 #include <QTimer>
-#include <QUrl>
 #include <utility>
 
 namespace {
 
 constexpr int kMsInSecond = 1000;
-constexpr int kLiveMax = 2 * SIP_CALLS_MAX; // no agent of ours has more
 constexpr uint32_t kRinging = 180;
 constexpr uint32_t kSessionProgress = 183;
 constexpr uint32_t kNoCommonMedia = 488;
@@ -18,20 +16,6 @@ constexpr uint32_t kOwnFault = 500;
 constexpr uint32_t kNothingHeard = 408; // of a call that broke
 constexpr const char* kNoSound = HX_TR("Sound is not available at present");
 const QChar kSecretTone(0x2022);
-
-QString textOf(const char* text)
-{
-    return callTextOf(QString::fromUtf8(text));
-}
-
-// Only the server itself is asked: whoever else is named there would learn when this phone rings.
-QString pictureOf(const char* address, const QString& server)
-{
-    const QUrl url(QString::fromLatin1(address), QUrl::StrictMode);
-    const bool isOwn = url.isValid() && url.userInfo().isEmpty() && !server.isEmpty() &&
-                       url.host().compare(server, Qt::CaseInsensitive) == 0;
-    return isOwn ? url.toString(QUrl::FullyEncoded) : QString();
-}
 
 const char* reasonOfBreak(const tagCall& call, uint32_t status = 0)
 {
@@ -161,12 +145,17 @@ void sipCalls::ask(tagLive& live, ASKED what)
     live.eAsked = what;
     live.bAskAgain = false;
     live.bAskedHeld = live.call.bHeld;
+    tagMediaWish wish = wishOf(live);
+    wish.bPreview = what == ASKED_PREVIEW;
     if (live.otherOffer && !live.otherOffer->isEmpty())
-        m_media.answer(live.call.nId, *live.otherOffer, wishOf(live));
+        m_media.answer(live.call.nId, *live.otherOffer, wish);
     else
-        m_media.offer(live.call.nId, wishOf(live));
+        m_media.offer(live.call.nId, wish);
+    // Media that are new do not know.
     if (live.call.bMuted || live.bSilenced)
-        m_media.setMuted(live.call.nId, true); // media that are new do not know
+        m_media.setMuted(live.call.nId, true);
+    if (live.call.bHeld)
+        m_media.setStill(live.call.nId, true);
 }
 
 // What the other side does not know yet.
@@ -204,7 +193,7 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
 {
     live.nWire = m_nNextWire++;
     live.bOffered = true;
-    live.bEarly = live.call.bRingsThere = false;
+    live.bEarly = live.call.bRingsThere = live.call.bUnheard = false;
     limitRinging(live);
     const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous, live.nReferrer, target,
                                       live.offer,         live.forwardedBy};
@@ -245,6 +234,10 @@ bool sipCalls::refuse(int id, CALL_END why)
     const tagLive* live = findRingingIn(id);
     if (!live)
         return false;
+    if (why == CALL_UNFIT) {
+        refuseUnfit(*live);
+        return end(id, why, sipReasonOf(kNoCommonMedia));
+    }
     m_orders.status(SIP_REFUSE, live->nWire, sipStatusOf(why));
     return end(id, why);
 }
@@ -275,6 +268,7 @@ bool sipCalls::setHeld(int id, bool held)
     if (!live || live->call.bHeld == held)
         return false;
     live->call.bHeld = held;
+    m_media.setStill(id, held); // the other side may hear of it late, or never
     if (live->bSilenced) {
         live->bSilenced = false;
         m_media.setMuted(id, live->call.bMuted);
@@ -306,51 +300,6 @@ bool sipCalls::setCamera(int id, bool on)
     offerAnew(*live);
     tell(*live);
     return true;
-}
-
-bool sipCalls::join(int id, int other)
-{
-    tagLive* one = findTalking(id);
-    tagLive* two = findTalking(other);
-    if (!one || !two || one == two || one->call.nJoined || two->call.nJoined || !m_media.join(id, other))
-        return false;
-    one->call.nJoined = other;
-    two->call.nJoined = id;
-    one->bJoinAgain = two->bJoinAgain = false;
-    tellBoth(id, other);
-    return true;
-}
-
-bool sipCalls::split(int id)
-{
-    tagLive* one = findTalking(id);
-    tagLive* two = one ? find(one->call.nJoined) : nullptr;
-    if (!two)
-        return false;
-    const int other = two->call.nId;
-    one->call.nJoined = two->call.nJoined = 0;
-    m_media.split(id);
-    tellBoth(id, other);
-    return true;
-}
-
-// Media that are new can join nobody before both have sound.
-void sipCalls::joinAgain(tagLive& live)
-{
-    tagLive* other = live.bJoinAgain ? findTalking(live.call.nJoined) : nullptr;
-    if (!other || live.call.streams.strSound.isEmpty() || other->call.streams.strSound.isEmpty())
-        return;
-    if (m_media.join(live.call.nId, other->call.nId))
-        live.bJoinAgain = other->bJoinAgain = false;
-}
-
-// Who is told of the first may end the second.
-void sipCalls::tellBoth(int id, int other)
-{
-    for (const int each : {id, other}) {
-        if (const tagLive* live = find(each))
-            tell(*live);
-    }
 }
 
 bool sipCalls::sendTone(int id, QChar tone, bool secret)
@@ -401,40 +350,6 @@ void sipCalls::take(const sipWire::Reader& record)
     }
 }
 
-void sipCalls::arrive(const tagSipArrived& arrived)
-{
-    if (findWire(arrived.head.nId)) {
-        m_link.discard("gave the number of a call twice");
-        return;
-    }
-    tagLive live;
-    live.nWire = arrived.head.nId;
-    if (m_calls.size() >= kLiveMax) {
-        m_orders.status(SIP_REFUSE, live.nWire, sipStatusOf(CALL_BUSY));
-        return;
-    }
-    live.call = callNew(textOf(arrived.szNumber), int(arrived.nLine));
-    live.call.bIncoming = true;
-    live.call.strName = textOf(arrived.szName);
-    live.call.strPicture = pictureOf(arrived.szPicture, m_accountOf(live.call.nAccount).strServer);
-    live.call.bAnonymous = arrived.bAnonymous != 0;
-    live.call.bAsksAnswer = arrived.bAutoAnswer != 0;
-    for (uint32_t i = 0; i < arrived.nForwards; ++i)
-        live.call.forwardedBy.append(textOf(arrived.szForwardedBy[i]));
-    live.otherOffer = QByteArray(arrived.szSdp);
-    if (arrived.nReplaces) {
-        takeOver(live, arrived.nReplaces);
-        return;
-    }
-    m_calls.append(live);
-    limitRinging(m_calls.last());
-    tellArrival(live.call);
-    // What nobody decided would ring without anybody hearing it.
-    const tagLive* undecided = findRingingIn(live.call.nId);
-    if (undecided && !undecided->bRings)
-        refuse(live.call.nId, CALL_BUSY);
-}
-
 void sipCalls::progress(const tagSipProgress& progress)
 {
     tagLive* live = findWire(progress.head.nId);
@@ -445,7 +360,11 @@ void sipCalls::progress(const tagSipProgress& progress)
         m_media.agree(live->call.nId, QByteArray(progress.szSdp));
     }
     const bool rings = progress.nStatus == kRinging || progress.nStatus == kSessionProgress;
-    if (rings && !std::exchange(live->call.bRingsThere, true))
+    const bool isUnheard = progress.nStatus == 0;
+    const bool wasUnheard = std::exchange(live->call.bUnheard, isUnheard);
+    const bool rang = live->call.bRingsThere;
+    live->call.bRingsThere = rang || rings;
+    if (wasUnheard != isUnheard || live->call.bRingsThere != rang)
         tell(*live);
 }
 
@@ -458,6 +377,8 @@ void sipCalls::talk(const tagSipMedia& media)
     const int id = live->call.nId;
     const bool begins = live->call.eState == CALL_RINGING;
     const bool wasHeld = live->call.bHeld;
+    live->offered.invalidate();
+    live->call.bUnheard = false;
     if (std::exchange(live->bOffered, false)) {
         if (!sdp.isEmpty()) {
             live->bAgreedHeld = live->bAskedHeld;
@@ -506,6 +427,7 @@ void sipCalls::otherOffers(const tagSipMedia& media)
         live->bAskAgain = true;
         return;
     }
+    live->offered.invalidate();
     if (std::exchange(live->bOffered, false)) {
         m_media.withdraw(live->call.nId);
         live->bMustOffer = true;
@@ -574,6 +496,7 @@ void sipCalls::offerWith(tagLive& live, const QByteArray& offer)
 {
     live.bOffered = !offer.isEmpty();
     if (live.bOffered) {
+        live.offered.start();
         m_orders.media(SIP_MEDIA, live.nWire, offer);
         return;
     }
@@ -632,6 +555,7 @@ void sipCalls::mediaLost()
             live.call.options = optionsGoingOn(live);
         live.call.streams = tagCallStreams();
         live.call.bVideo = false;
+        live.bMustOffer = live.bMustOffer || !live.preview.isEmpty(); // once it talks: that was the answer
         live.preview.clear();
         live.bJoinAgain = live.call.nJoined != 0;
         if (live.eAsked != ASKED_NOTHING) {
@@ -652,8 +576,10 @@ void sipCalls::mediaLost()
 void sipCalls::ended(const tagSipEnded& ended)
 {
     tagLive* live = findWire(ended.head.nId);
-    if (!live)
+    if (!live) {
+        endArriving(ended);
         return;
+    }
     const int id = live->call.nId;
     const bool ringsIn = findRingingIn(id) != nullptr;
     const bool wentOn = live->bTransferring;
@@ -686,6 +612,8 @@ void sipCalls::ended(const tagSipEnded& ended)
 void sipCalls::agentIsGone()
 {
     m_stun = {};
+    for (const tagArriving& arriving : std::exchange(m_arriving, {}))
+        tellEnd(callOf(arriving.record), CALL_MISSED, "");
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
         end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : reasonOfBreak(call));

@@ -9,10 +9,7 @@ bool sipCalls::preview(int id, const tagCallOptions& options)
     if (!live || live->eAsked != ASKED_NOTHING || !live->otherOffer || live->otherOffer->isEmpty())
         return false;
     live->call.options = options;
-    live->eAsked = ASKED_PREVIEW;
-    tagMediaWish wish = wishOf(*live);
-    wish.bPreview = true;
-    m_media.answer(id, *live->otherOffer, wish);
+    ask(*live, ASKED_PREVIEW);
     return true;
 }
 

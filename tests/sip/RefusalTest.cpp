@@ -1,0 +1,182 @@
+// Lines that their server does not want, wants less safely, or wants to be elsewhere.
+#include "tests/sip/callTest.h"
+
+namespace {
+
+constexpr const char* kSha256 =
+    "WWW-Authenticate: Digest realm=\"home\", nonce=\"n1\", qop=\"auth\", algorithm=SHA-256";
+constexpr const char* kMd5 = "WWW-Authenticate: Digest realm=\"home\", nonce=\"n2\", qop=\"auth\"";
+
+QByteArray placeOf(uint32_t port)
+{
+    return "sip:127.0.0.1:" + QByteArray::number(port);
+}
+
+class SipRefusals : public SipCalls
+{
+protected:
+    // A line at the peer, which has said nothing yet.
+    void start(const tagSipSetup& setup)
+    {
+        peer = std::make_unique<UdpPeer>();
+        ASSERT_TRUE(agent.start(setup));
+        agent.tell(accountAt(0, peer->port()));
+    }
+    // The peer refuses what comes next; what the phone is told of that.
+    const tagSipLine* refuses(const QByteArray& status, const QByteArray& lines = {})
+    {
+        peer->reply(peer->receive("REGISTER"), status, lines);
+        return agent.nextLine(0, SIP_LINE_REFUSED);
+    }
+    // A server that accepts; what was asked of it.
+    QByteArray acceptedBy(UdpPeer& server)
+    {
+        const QByteArray request = server.receive("REGISTER");
+        server.reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+        return request;
+    }
+    static tagSipSetup shortSetup()
+    {
+        tagSipSetup setup = AgentProcess::calmSetup();
+        setup.nRetryMs = setup.nRetryLastMs = 60;
+        return setup;
+    }
+    void expectSoonThereAgain(const tagSipLine* state)
+    {
+        const uint32_t unit = AgentProcess::calmSetup().nRetryLastMs;
+        ASSERT_TRUE(state);
+        EXPECT_TRUE(state->nRetryMs >= unit / 2 && state->nRetryMs <= unit) << state->nRetryMs;
+        acceptAnew();
+    }
+    // A call that finds the server out of service has it asked for the line again.
+    void askAgain()
+    {
+        dial(1, "300");
+        peer->reply(peer->receive("INVITE"), "503 Service Unavailable");
+    }
+};
+
+} // namespace
+
+TEST_F(SipRefusals, ARefusedLineIsTriedAgainMuchLaterAndLaterEachTimeUpToABound)
+{
+    start(shortSetup());
+    const uint32_t unit = shortSetup().nRetryLastMs;
+    for (const uint32_t times : {5u, 10u, 20u, 30u, 30u}) {
+        const tagSipLine* state = refuses("403 Forbidden");
+        ASSERT_TRUE(state) << times;
+        EXPECT_EQ(state->nStatus, 403u);
+        EXPECT_TRUE(state->nRetryMs >= unit * times / 2 && state->nRetryMs <= unit * times)
+            << state->nRetryMs << " of " << times;
+    }
+    acceptedBy(*peer);
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}
+
+TEST_F(SipRefusals, ThePatienceThatARefusalAsksForIsKept)
+{
+    start(shortSetup());
+    const tagSipLine* state = refuses("403 Forbidden", "Retry-After: 600");
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->nRetryMs, 600000u);
+    EXPECT_EQ(peer->receive(1000).toStdString(), "");
+}
+
+TEST_F(SipRefusals, ALineThatWasRegisteredIsTriedAgainSoonerAndIsThereAgain)
+{
+    begin(AgentProcess::calmSetup());
+    askAgain();
+    expectSoonThereAgain(refuses("403 Forbidden"));
+}
+
+TEST_F(SipRefusals, AServerThatDoesNotKnowThePasswordForAMinuteDoesNotLoseTheLine)
+{
+    begin(AgentProcess::calmSetup());
+    askAgain();
+    peer->reply(peer->receive("REGISTER"), "401 Unauthorized", kMd5);
+    expectSoonThereAgain(refuses("401 Unauthorized", kMd5));
+}
+
+TEST_F(SipRefusals, WhoAsksForLessAfterTheStrongerSumIsNotAnsweredAndToldAsARefusal)
+{
+    for (const char* stale : {"", ", stale=true"}) {
+        SCOPED_TRACE(stale);
+        AgentProcess phone;
+        UdpPeer server;
+        ASSERT_TRUE(phone.start(AgentProcess::calmSetup()));
+        phone.tell(accountAt(0, server.port()));
+        server.reply(server.receive("REGISTER"), "401 Unauthorized", kSha256);
+        const QByteArray answered = server.receive("REGISTER");
+        EXPECT_EQ(paramOf(headerOf(answered, "Authorization"), "algorithm").toStdString(), "SHA-256");
+        server.reply(answered, "401 Unauthorized", QByteArray(kMd5) + stale);
+        const tagSipLine* state = phone.nextLine(0, SIP_LINE_REFUSED, 3000);
+        ASSERT_TRUE(state) << "it is no server that says nothing";
+        EXPECT_EQ(state->nStatus, 401u);
+        EXPECT_STREQ(state->szReason, "The server does not accept name or password");
+        EXPECT_EQ(server.receive(500).toStdString(), "");
+    }
+}
+
+TEST_F(SipRefusals, ALineGoesWhereItsServerSendsItAndItsCallsGoThereToo)
+{
+    start(AgentProcess::calmSetup());
+    UdpPeer other;
+    const QByteArray there = placeOf(other.port());
+    peer->reply(peer->receive("REGISTER"), "302 Moved Temporarily",
+                "Contact: <mailto:a@b>, <" + there + ";transport=tcp>, <sips:127.0.0.1>, <" + there + ">");
+    const QByteArray request = acceptedBy(other);
+    EXPECT_TRUE(request.startsWith("REGISTER " + there + " SIP/2.0")) << request.constData();
+    EXPECT_TRUE(headerOf(request, "To").contains(placeOf(peer->port()).mid(4))) << "it is the same account";
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    dial(1, "300");
+    EXPECT_NE(other.receive("INVITE").toStdString(), "");
+}
+
+TEST_F(SipRefusals, WhoIsSentOnFromThereBeginsAgainAtTheServerOfTheAccount)
+{
+    start(AgentProcess::calmSetup());
+    UdpPeer other;
+    peer->reply(peer->receive("REGISTER"), "301 Moved Permanently",
+                "Contact: <" + placeOf(other.port()) + ">");
+    other.reply(other.receive("REGISTER"), "302 Moved Temporarily",
+                "Contact: <" + placeOf(peer->port()) + ">");
+    const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->nStatus, 302u);
+    EXPECT_GT(state->nRetryMs, 0u);
+    acceptedBy(*peer);
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}
+
+TEST_F(SipRefusals, ThePasswordGoesNoFurtherThanTheRealmOfTheAccountWhereverTheLineIsSent)
+{
+    peer = std::make_unique<UdpPeer>();
+    UdpPeer other;
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+    tagSipAccount account = accountAt(0, peer->port());
+    sipWire::setText(account.szRealm, "mine");
+    agent.tell(account);
+    peer->reply(peer->receive("REGISTER"), "302 Moved Temporarily",
+                "Contact: <" + placeOf(other.port()) + ">");
+    other.reply(other.receive("REGISTER"), "401 Unauthorized", kMd5);
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REFUSED));
+    EXPECT_EQ(other.receive(500).toStdString(), "");
+}
+
+TEST_F(SipRefusals, ARedirectionThatNamesNoPlaceForTheLineIsToldAndTriedAgain)
+{
+    start(AgentProcess::calmSetup());
+    UdpPeer other;
+    const QByteArray there = placeOf(other.port());
+    const QByteArray contacts[] = {"Subject: none", "Contact: <tel:+1>",
+                                   "Contact: <sips:127.0.0.1:" + QByteArray::number(other.port()) + ">",
+                                   "Contact: <" + there + ";transport=tcp>"};
+    for (const QByteArray& contact : contacts) {
+        SCOPED_TRACE(contact.toStdString());
+        peer->reply(peer->receive("REGISTER"), "302 Moved Temporarily", contact);
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state);
+        EXPECT_EQ(state->nStatus, 302u);
+    }
+    EXPECT_EQ(other.receive(200).toStdString(), "");
+}
