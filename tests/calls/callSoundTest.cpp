@@ -467,6 +467,17 @@ TEST_F(CallSound, QualityFallsWithLossAndIsNoneWhenNothingComes)
     EXPECT_EQ(quality, 0);
 }
 
+TEST_F(CallSound, QualityIsNotKnownBeforeAnythingHasCome)
+{
+    SteppedCall call(kOne, kOther, 100, 0);
+    ASSERT_NO_FATAL_FAILURE(agree(call, "PCMA"));
+    EXPECT_EQ(call.session().quality(call.nowUs()), -1);
+    call.run(1000);
+    EXPECT_EQ(call.session().quality(call.nowUs()), -1);
+    call.run(3000);
+    EXPECT_EQ(call.session().quality(call.nowUs()), 0) << "nobody speaks";
+}
+
 TEST_F(CallSound, AToneGoesAsAnEventAndIsNotHeardAsNoise)
 {
     for (const char* codec : {"PCMA", "opus"}) {

@@ -217,4 +217,41 @@ TEST_F(Buffer, ToneHasItsPlaceAmongTheSoundAndSaysNothingOfTheDelay)
     EXPECT_EQ(m_buffer.delayMs(), jitterBuffer::LEAST_MS);
 }
 
+TEST_F(Buffer, AToneFromFarAwayIsNoPartOfTheSound)
+{
+    bring(0, 0);
+    EXPECT_EQ(take(60 * kMs), "0");
+    bring(1, 0);
+    bring(2, 0);
+    m_buffer.putSilent(quint16(65530 + 20000), {-1, "tone"}, 50 * kMs);
+    bring(3, 0);
+    for (int n = 1; n < 4; ++n)
+        EXPECT_EQ(take(n * kFrame + 60 * kMs), QByteArray::number(n));
+}
+
+TEST_F(Buffer, WhatWasCountedStaysWhenAnotherSourceBegins)
+{
+    for (const int n : {0, 2})
+        bring(n, 0);
+    for (int n = 0; n < 3; ++n)
+        take(n * kFrame + 60 * kMs);
+    m_buffer.clear();
+    EXPECT_EQ(m_buffer.counts().nPlayed, 2);
+    EXPECT_EQ(m_buffer.counts().nLost, 1);
+}
+
+TEST_F(Buffer, OneOfLongPacketsThatIsMissingIsWaitedForAsLongAsItLasts)
+{
+    const auto bringLong = [this](int n) {
+        m_buffer.put(quint16(n), quint32(n) * 480, kClock, {8, QByteArray::number(n)}, n * 3 * kFrame);
+    };
+    for (const int n : {0, 1, 3})
+        bringLong(n);
+    EXPECT_EQ(take(60 * kMs), "0");
+    EXPECT_EQ(take(120 * kMs), "1");
+    EXPECT_EQ(take(160 * kMs), "late");
+    EXPECT_EQ(take(180 * kMs), "lost");
+    EXPECT_EQ(take(240 * kMs), "3");
+}
+
 } // namespace

@@ -55,6 +55,10 @@ TEST_F(PacketOrder, ASenderThatBeginsAnewIsFollowedAndAFloodIsBounded)
     EXPECT_EQ(taken(0), "a");
     put(20000, 'b');
     EXPECT_EQ(taken(0), "b");
+    put(5000, 'c');
+    EXPECT_EQ(taken(0), "c");
+    put(20000, 'd');
+    EXPECT_EQ(taken(0), "d");
     for (int i = 0; i < 2 * packetOrder::MAX_PACKETS; ++i)
         put(20002 + i, 'x');
     EXPECT_EQ(taken(0).size(), packetOrder::MAX_PACKETS + 1);

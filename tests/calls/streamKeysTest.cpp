@@ -68,4 +68,14 @@ TEST_F(StreamKeys, WhatAKeyHasOpenedIsNotOpenedAgainWhenItComesBack)
     EXPECT_TRUE(opens(next(3)));
 }
 
+TEST_F(StreamKeys, OfThoseThatWereLeftTheOneThatWasUsedLastIsKnownLongest)
+{
+    const tagAgreedStream third = agreed(CRYPTO_SUITE::AES_SHA1_80, 'c');
+    for (const tagAgreedStream& each : {kLong, kShort, kLong, third, kLong}) {
+        m_keys.agree(each);
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(m_seen.insert(report()).second) << "two reports are sealed alike";
+    }
+}
+
 } // namespace

@@ -107,4 +107,28 @@ TEST_F(StreamReports, EachWishForANewPictureHasANumberOfItsOwn)
     EXPECT_NE(wordAt(first, first.size() - 4) >> 24, wordAt(second, second.size() - 4) >> 24);
 }
 
+TEST_F(StreamReports, AnotherSourceIsCountedFromItsOwnBeginning)
+{
+    for (quint16 n = 0; n < 50; n += 2)
+        bring(n);
+    m_there.report(kSecond);
+    for (quint16 n = 0; n < 10; ++n)
+        m_there.took({8, false, quint16(30000 + n), n * 160u, 9}, kClock, kSecond + n * kFrame, true);
+    EXPECT_EQ(m_there.expected(), 10);
+    EXPECT_EQ(m_there.received(), 10);
+    const QByteArray report = m_there.report(2 * kSecond);
+    EXPECT_EQ(wordAt(report, kBlock), 9u);
+    EXPECT_EQ(wordAt(report, kBlock + 4), 0u) << "nothing of it is lost";
+    EXPECT_EQ(wordAt(report, kBlock + 12), 0u) << "nor does it come unevenly";
+}
+
+TEST_F(StreamReports, ATonesTimeIsNoJitter)
+{
+    for (quint16 n = 0; n < 100; ++n) {
+        bring(n);
+        m_there.took({101, false, quint16(n + 1), 7, kHere}, kClock, n * kFrame, false);
+    }
+    EXPECT_EQ(wordAt(m_there.report(2 * kSecond), kBlock + 12), 0u);
+}
+
 } // namespace

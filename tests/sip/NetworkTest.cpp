@@ -112,6 +112,29 @@ TEST_F(SipNetwork, TheServersOwnSignsOfLifeAreAnsweredOverItsConnection)
     }
 }
 
+TEST_F(SipNetwork, AnAnswerThatNoRecordHoldsIsNotToldInPartOverAConnectionEither)
+{
+    tagSipSetup setup = AgentProcess::quickSetup();
+    setup.nSilentMs = 15000;
+    ASSERT_NO_FATAL_FAILURE(beginOverTcp(setup));
+    const QByteArray subscribe = readUntil("\r\n\r\n");
+    ASSERT_TRUE(subscribe.startsWith("SUBSCRIBE")) << subscribe.constData();
+    write(UdpPeer::replyTo(subscribe, "489 Bad Event"));
+    dial(1, "300");
+    const QByteArray invite = readUntil("s=offer\r\n");
+    ASSERT_TRUE(invite.startsWith("INVITE")) << invite.constData();
+    const QByteArray lines = "Contact: <sip:300@127.0.0.1:" + QByteArray::number(server.serverPort()) +
+                             ";transport=tcp>\r\nContent-Type: application/sdp";
+    write(UdpPeer::replyTo(invite, "200 OK", lines, "v=0\r\ns=" + QByteArray(100000, 'x')));
+    const auto* talk = next<tagSipMedia>(SIP_TALK, 1);
+    ASSERT_TRUE(talk);
+    EXPECT_STREQ(talk->szSdp, "");
+    EXPECT_TRUE(readUntil("\r\n\r\n").startsWith("ACK"));
+    // The connection goes on.
+    tellStatus(SIP_HANG_UP, 1);
+    EXPECT_TRUE(readUntil("\r\n\r\n").startsWith("BYE"));
+}
+
 TEST_F(SipNetwork, WithOtherAddressesTheLinesAreRegisteredAnewAndCallsGoOn)
 {
     begin();

@@ -16,7 +16,7 @@ namespace {
 class SipServers : public ::testing::Test
 {
 protected:
-    // With names that are all at this machine.
+    // With names that are at this machine.
     void begin(const QList<QByteArray>& all)
     {
         for (const QByteArray& name : all)
@@ -110,6 +110,19 @@ TEST_F(SipServers, OfManyServersTheBestAreTriedAndTheOthersAreNot)
     EXPECT_NE(servers[0].receive("REGISTER").toStdString(), "") << "all begins anew";
     for (int i = kTried; i < kAll; ++i)
         EXPECT_EQ(servers[i].receive("REGISTER", 50).toStdString(), "") << i;
+}
+
+TEST_F(SipServers, WhatADomainHasWithoutEndIsNotAllLookedFor)
+{
+    UdpPeer last;
+    for (int i = 0; i < 20; ++i)
+        names.addService("_sip._udp.phones.test", 10 + i, last.port(), "s" + QByteArray::number(i) + ".test");
+    ASSERT_NO_FATAL_FAILURE(begin({"s19.test"}));
+    registersAt(0);
+    const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+    ASSERT_TRUE(state);
+    EXPECT_STREQ(state->szReason, "The server's name is not known");
+    EXPECT_EQ(last.receive("REGISTER", 100).toStdString(), "");
 }
 
 TEST_F(SipServers, ServersOfOneRankShareTheLines)
