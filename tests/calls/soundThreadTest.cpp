@@ -16,7 +16,7 @@ namespace {
 bool comesFirst(pid_t thread)
 {
     return (sched_getscheduler(thread) & ~SCHED_RESET_ON_FORK) == SCHED_RR ||
-           getpriority(PRIO_PROCESS, id_t(thread)) < 0;
+           getpriority(PRIO_PROCESS, id_t(thread)) < getpriority(PRIO_PROCESS, id_t(getpid()));
 }
 
 class SoundThread : public CallStand
