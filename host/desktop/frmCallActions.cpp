@@ -52,7 +52,7 @@ void frmCall::on_click_Video()
 {
     if (!m_presses.takes())
         return;
-    phoneService::instance().rules().setCamera(m_call.nId, m_call.streams.nOwnPicture <= 0);
+    phoneService::instance().rules().setCamera(m_call.nId, streams().nOwnPicture <= 0);
 }
 
 void frmCall::on_click_Forward()

@@ -289,6 +289,14 @@ bool callRules::setMuted(int id, bool muted)
     return done;
 }
 
+bool callRules::setCamera(int id, bool on)
+{
+    bool done = false;
+    for (const int each : on&& talks(id) ? QList<int>{id} : talkingWith(id))
+        done = m_backend.setCamera(each, on) || done;
+    return done;
+}
+
 bool callRules::connect(int id, int other)
 {
     return id != other && talks(id) && talks(other) && m_backend.connect(id, other);

@@ -39,7 +39,8 @@ public:
     // Of a call that talks. Who is taken back puts the others on hold.
     bool setHeld(int id, bool held);
     bool setMuted(int id, bool muted);
-    bool setCamera(int id, bool on) { return talks(id) && m_backend.setCamera(id, on); }
+    // Of those who talk together both are no longer to see the user, or the one that is named sees him.
+    bool setCamera(int id, bool on);
     bool transfer(int id, const QString& number);
     // Of two calls that talk: their other sides talk to each other, without the user.
     bool connect(int id, int other);
