@@ -1,5 +1,21 @@
 #include "players/busWatch.h"
+#include "players/soundThread.h"
 #include "support/host/trace.h"
+
+namespace {
+
+// Of the thread itself, which the toolkit gives to somebody else afterwards.
+void setPlaceOfThread(GstMessage* message)
+{
+    GstStreamStatusType type = GST_STREAM_STATUS_TYPE_CREATE;
+    gst_message_parse_stream_status(message, &type, nullptr);
+    if (type == GST_STREAM_STATUS_TYPE_ENTER)
+        soundThreadComesFirst();
+    else if (type == GST_STREAM_STATUS_TYPE_LEAVE)
+        soundThreadIsAsOthers();
+}
+
+} // namespace
 
 busWatch::busWatch(GstElement* pipeline, const QByteArray& name, Handler handler)
     : m_pPipeline(pipeline), m_name(name), m_handler(std::move(handler))
@@ -22,6 +38,10 @@ GstBusSyncReply busWatch::onMessage(GstBus*, GstMessage* message, gpointer self)
 {
     auto* watch = static_cast<busWatch*>(self);
     switch (GST_MESSAGE_TYPE(message)) {
+    case GST_MESSAGE_STREAM_STATUS:
+        if (watch->m_bFirst)
+            setPlaceOfThread(message);
+        break;
     case GST_MESSAGE_ASYNC_DONE:
         watch->post(EVENT::READY);
         break;

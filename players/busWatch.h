@@ -17,6 +17,8 @@ public:
     // is none.
     busWatch(GstElement* pipeline, const QByteArray& name, Handler handler);
     ~busWatch() override;
+    // The pipeline's threads are those of a sound that somebody waits for; before it begins.
+    void setFirst() { m_bFirst = true; }
 
 private:
     static GstBusSyncReply onMessage(GstBus* bus, GstMessage* message, gpointer self);
@@ -26,4 +28,5 @@ private:
     GstElement* m_pPipeline;
     QByteArray m_name;
     Handler m_handler;
+    bool m_bFirst = false;
 };

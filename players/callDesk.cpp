@@ -1,4 +1,5 @@
 #include "players/callDesk.h"
+#include "players/soundThread.h"
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -124,6 +125,7 @@ void callDesk::split(int call)
 
 void callDesk::run()
 {
+    soundThreadComesFirst();
     qint64 next = nowUs();
     while (m_bRuns) {
         step();

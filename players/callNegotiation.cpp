@@ -386,11 +386,15 @@ tagAgreedPicture callNegotiation::agreedPicture() const
     return picture;
 }
 
-bool callNegotiation::canReach(const tagDescribedMedia& media, bool encrypt) const
+CALL_FIT callNegotiation::reachOf(const tagDescribedMedia& media, bool encrypt) const
 {
-    return media.bRtp && media.nPort != 0 &&
-           (isNowhere(media.address) || mayHearUs(media.address, media.nPort, m_own.bLoopback)) &&
-           (media.bSecure ? !media.cryptos.isEmpty() : !encrypt);
+    if (media.nPort == 0)
+        return CALL_NO_SOUND;
+    if (!media.bRtp || (media.bSecure ? media.cryptos.isEmpty() : encrypt))
+        return CALL_NO_TRANSPORT;
+    if (!isNowhere(media.address) && !mayHearUs(media.address, media.nPort, m_own.bLoopback))
+        return CALL_NO_ADDRESS;
+    return CALL_FITS;
 }
 
 bool callNegotiation::choose(const tagDescribedMedia& media, bool encrypt, tagChoice& choice) const
@@ -559,6 +563,21 @@ callNegotiation::tagPictureChoice callNegotiation::choosePicture(const QList<tag
             break;
     }
     return choice;
+}
+
+CALL_FIT callNegotiation::judge(const QByteArray& offer, const tagMediaWant& want) const
+{
+    QList<tagDescribedMedia> media;
+    if (!callDescription::read(offer, media))
+        return CALL_NO_DESCRIPTION;
+    if (chooseSound(media, want).pMedia)
+        return CALL_FITS;
+    CALL_FIT fit = CALL_NO_SOUND;
+    for (const tagDescribedMedia& line : media) {
+        const CALL_FIT reach = line.bSound ? reachOf(line, mustSealSound(want)) : CALL_NO_SOUND;
+        fit = std::max(fit, reach == CALL_FITS ? CALL_NO_FORMAT : reach);
+    }
+    return fit;
 }
 
 QByteArray callNegotiation::answer(const QByteArray& offer, const tagMediaWant& asked)

@@ -3,6 +3,7 @@
 // in another where both want them. Whatever else is offered is refused and keeps its place. No socket and no
 // stream is here. One thread.
 #include "players/callDescription.h"
+#include "support/host/player.h"
 #include <functional>
 
 struct tagAgreedCodec
@@ -92,6 +93,8 @@ public:
     // or the text is no offer: all stays as it was. An offer without a port stops the sound of a call that
     // has one, until the next agreement.
     QByteArray answer(const QByteArray& offer, const tagMediaWant& want);
+    // Whether that answer could be made; nothing changes.
+    CALL_FIT judge(const QByteArray& offer, const tagMediaWant& want) const;
     // The answer to the last offer; another one may follow an early one. False when it does not fit: all
     // stays as it was.
     bool agree(const QByteArray& answer);
@@ -158,7 +161,11 @@ private:
     int numberFor(const tagPictureFormat& format);
     int numberForTones();
     int freeNumber();
-    bool canReach(const tagDescribedMedia& media, bool encrypt) const;
+    CALL_FIT reachOf(const tagDescribedMedia& media, bool encrypt) const;
+    bool canReach(const tagDescribedMedia& media, bool encrypt) const
+    {
+        return reachOf(media, encrypt) == CALL_FITS;
+    }
     // A choice without a line: there is nothing in common.
     tagChoice chooseSound(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;
     tagPictureChoice choosePicture(const QList<tagDescribedMedia>& media, const tagMediaWant& want) const;

@@ -91,6 +91,9 @@ bool callService::takeDescription(const msgObject& msg)
     case MEDIA_MSG_CALL_ANSWER:
         describe(msg);
         return true;
+    case MEDIA_MSG_CALL_JUDGE:
+        judge(msg);
+        return true;
     case MEDIA_MSG_CALL_AGREE:
         agree(msg);
         return true;
@@ -272,6 +275,22 @@ void callService::describe(const msgObject& msg)
     question.bNew = question.bNew || (entry->waiting && entry->waiting->bNew);
     entry->waiting = question;
     m_ports.start();
+}
+
+// Nothing is opened for a call that may never ring.
+void callService::judge(const msgObject& msg)
+{
+    CALL_WISH wish;
+    QByteArray offer;
+    CALL_FIT fit = CALL_NO_DESCRIPTION;
+    if (const char* fault = playerRecords::readWish(msg.GetExtraData(), msg.GetExtraSize(), wish, offer)) {
+        refuse(msg, fault);
+    } else {
+        tagMediaWant want;
+        want.bEncrypt = wish.bEncrypt != 0;
+        fit = callNegotiation(ownMedia(wish, 0)).judge(offer, want);
+    }
+    msgPostMsgToThread(phone(), MEDIA_MSG_CALL_JUDGED, fit, msg.lParam);
 }
 
 void callService::reply(int call, tagCallEntry& entry, const tagQuestion& question)

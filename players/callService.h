@@ -81,6 +81,7 @@ private:
     bool takeDescription(const msgObject& msg);
     bool takeOrder(const msgObject& msg);
     void describe(const msgObject& msg);
+    static void judge(const msgObject& msg);
     void reply(int call, tagCallEntry& entry, const tagQuestion& question);
     void stepPorts();
     bool stepPorts(int call, tagCallEntry& entry);

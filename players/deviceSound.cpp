@@ -7,13 +7,14 @@
 #include <cstring>
 #include <gst/app/gstappsink.h>
 #include <gst/app/gstappsrc.h>
+#include <gst/base/gstbasesink.h>
 
 namespace {
 
 constexpr gint64 kDeviceUs = 60000;
 constexpr gint64 kDeviceStepUs = 10000;
 const char* const kProbe = "hxCallEcho";
-constexpr guint64 kMaxWaiting = 10 * sizeof(short) * callSession::FRAME_SAMPLES;
+constexpr guint64 kMaxWaiting = 3 * sizeof(short) * callSession::FRAME_SAMPLES;
 
 GstCaps* soundCaps()
 {
@@ -29,7 +30,8 @@ bool isProcessed()
     return !wish || strcmp(wish, "off") != 0;
 }
 
-// A device of its own choice keeps a fifth of a second, which is heard as a pause in talk.
+// A device of its own choice keeps a fifth of a second, which is heard as a pause in talk. One that waits for
+// the first frame before it begins has the next ones behind it from then on.
 void shorten(GstElement* device)
 {
     if (!GST_IS_BIN(device))
@@ -41,6 +43,8 @@ void shorten(GstElement* device)
         const GParamSpec* known = g_object_class_find_property(G_OBJECT_GET_CLASS(part), "buffer-time");
         if (known && known->value_type == G_TYPE_INT64)
             g_object_set(part, "buffer-time", kDeviceUs, "latency-time", kDeviceStepUs, nullptr);
+        if (GST_IS_BASE_SINK(part))
+            gst_base_sink_set_async_enabled(GST_BASE_SINK(part), FALSE);
         g_value_reset(&item);
     }
     g_value_unset(&item);
@@ -77,6 +81,7 @@ void deviceSound::open()
         if (event == busWatch::EVENT::FAILED)
             onFailure();
     });
+    m_watch->setFirst();
     // Frames come by the clock of this machine, and so do those of the other side.
     GstClock* clock = gst_system_clock_obtain();
     gst_pipeline_use_clock(GST_PIPELINE(m_pPipeline), clock);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -24,7 +25,9 @@ bool readHeadLine(const std::string& line, tagBodyPart& part)
     const std::string name = lower(boundedXml::trimmed(line.substr(0, colon)));
     const std::string value = boundedXml::trimmed(line.substr(colon + 1));
     if (name == "content-type") {
-        part.type = bodyParts::bareType(value);
+        bodyParts::setType(value, part);
+    } else if (name == "content-disposition") {
+        bodyParts::setDisposition(value, part);
     } else if (name == "content-id") {
         const bool isBracketed = value.size() > 2 && value.front() == '<' && value.back() == '>';
         if (!isBracketed || value.size() > kMaxId)
@@ -32,26 +35,34 @@ bool readHeadLine(const std::string& line, tagBodyPart& part)
         part.id = value.substr(1, value.size() - 2);
     } else if (name == "content-transfer-encoding") {
         const std::string coding = lower(value);
-        return coding == "binary" || coding == "8bit" || coding == "7bit";
+        part.bCoded = coding != "binary" && coding != "8bit" && coding != "7bit";
     }
     return true;
 }
 
-// Lines up to an empty one, and what is behind it.
+bool isContinued(std::string_view text, size_t at)
+{
+    return at < text.size() && (text[at] == ' ' || text[at] == '\t');
+}
+
+// Lines up to an empty one, and what is behind it. One that begins with a blank goes on with the one before.
 bool readPart(std::string_view text, tagBodyPart& part)
 {
+    std::string line;
     for (size_t at = 0;;) {
         const size_t end = text.find('\n', at);
         if (end == std::string_view::npos || end > kMaxHead)
             return false;
-        const std::string line = boundedXml::trimmed(std::string(text.substr(at, end - at)));
+        line += boundedXml::trimmed(std::string(text.substr(at, end - at)));
         at = end + 1;
         if (line.empty()) {
             part.bytes = text.data() + at;
             part.nSize = text.size() - at;
             return true;
         }
-        if (!readHeadLine(line, part))
+        if (isContinued(text, at))
+            line += ' ';
+        else if (!readHeadLine(std::exchange(line, ""), part))
             return false;
     }
 }
@@ -61,6 +72,18 @@ bool readPart(std::string_view text, tagBodyPart& part)
 std::string bodyParts::bareType(const std::string& contentType)
 {
     return lower(boundedXml::trimmed(contentType.substr(0, contentType.find(';'))));
+}
+
+void bodyParts::setType(const std::string& value, tagBodyPart& part)
+{
+    part.type = bareType(value);
+    part.boundary = param(value, "boundary");
+}
+
+void bodyParts::setDisposition(const std::string& value, tagBodyPart& part)
+{
+    part.disposition = bareType(value);
+    part.bOptional = lower(param(value, "handling")) == "optional";
 }
 
 std::string bodyParts::param(const std::string& contentType, const std::string& name)

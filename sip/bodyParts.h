@@ -7,7 +7,11 @@
 struct tagBodyPart
 {
     std::string type;            // "application/rlmi+xml", in small letters, without its parameters
+    std::string boundary;        // of one that has parts itself
     std::string id;              // without its brackets; empty: none
+    std::string disposition;     // "session", in small letters, without its parameters; empty: it says none
+    bool bOptional = false;      // so it says: whoever does not know it may leave it out (RFC 3261, 20.11)
+    bool bCoded = false;         // its bytes are not what it is
     const char* bytes = nullptr; // within the body
     size_t nSize = 0;
 };
@@ -20,6 +24,9 @@ enum : size_t { PARTS_MAX = 320 };
 std::string param(const std::string& contentType, const std::string& name);
 // Without its parameters, in small letters.
 std::string bareType(const std::string& contentType);
+// What a header says of a part; value: without blanks around it.
+void setType(const std::string& value, tagBodyPart& part);
+void setDisposition(const std::string& value, tagBodyPart& part);
 // False for what is damaged: nothing of it is of use then.
 bool split(const char* bytes, size_t size, const std::string& boundary, std::vector<tagBodyPart>& parts);
 

@@ -82,7 +82,8 @@ Registration::~Registration()
 void Registration::start()
 {
     if (transport() == SIP_TLS && !m_stack.tlsProblem.empty()) {
-        refuse(0, m_stack.tlsProblem);
+        pause(SIP_LINE_REFUSED, 0, m_stack.tlsProblem, withJitter(m_stack.setup.nRetryLastMs));
+        m_stack.onTlsRefused();
         return;
     }
     report(SIP_LINE_REGISTERING, 0, "");
@@ -96,7 +97,10 @@ void Registration::start()
 
 void Registration::findServers()
 {
-    m_silent.start(m_stack.setup.nSilentMs, [this] { failOver(0, "The name service does not answer"); });
+    m_silent.start(m_stack.setup.nSilentMs, [this] {
+        if (!m_finder.skipServices())
+            failOver(0, "The name service does not answer");
+    });
     tagServerAddress place = {m_account.szServer, m_account.nPort};
     if (m_account.szProxy[0])
         place = {m_account.szProxy, m_account.nProxyPort};

@@ -1,7 +1,9 @@
 #include "sip/serverFinder.h"
+#include "sip/knownHosts.h"
 #include "sip/sipAddress.h"
 #include <algorithm>
 #include <arpa/inet.h>
+#include <functional>
 #include <random>
 #include <sofia-resolv/sres_record.h>
 #include <utility>
@@ -86,6 +88,16 @@ void ServerFinder::find(const std::string& host, uint32_t port, SIP_TRANSPORT tr
         ask(STEP_SERVICE, serviceOf(transport) + host);
 }
 
+bool ServerFinder::skipServices()
+{
+    if (!m_pQuery || m_eStep != STEP_SERVICE || knownHosts::addressesOf(m_targets.front().host).empty())
+        return false;
+    sres_query_bind(m_pQuery, nullptr, nullptr);
+    m_pQuery = nullptr;
+    nextTarget();
+    return true;
+}
+
 void ServerFinder::stop()
 {
     if (m_pQuery)
@@ -134,12 +146,13 @@ void ServerFinder::takeServices(sres_record_t** answers)
     std::vector<sres_srv_record_t*> services;
     for (size_t i = 0; answers && answers[i]; ++i) {
         const sres_common_t* record = answers[i]->sr_record;
-        if (record->r_status == 0 && record->r_type == sres_type_srv && services.size() < kMaxTargets)
+        if (record->r_status == 0 && record->r_type == sres_type_srv)
             services.push_back(answers[i]->sr_srv);
     }
     if (services.empty())
         return; // the name itself stays
     sortByChance(services);
+    services.resize(std::min(services.size(), kMaxTargets));
     m_targets.clear();
     for (const sres_srv_record_t* service : services)
         m_targets.push_back({service->srv_target, service->srv_port});
@@ -164,15 +177,28 @@ bool ServerFinder::takeAddresses(sres_record_t** answers)
     return has;
 }
 
+// IPv6 where there is no other.
+bool ServerFinder::takeKnown()
+{
+    std::vector<std::string> known = knownHosts::addressesOf(m_targets.front().host);
+    const auto isIPv4 = [](const std::string& address) { return address.find(':') == std::string::npos; };
+    if (std::any_of(known.begin(), known.end(), isIPv4))
+        known.erase(std::remove_if(known.begin(), known.end(), std::not_fn(isIPv4)), known.end());
+    for (const std::string& address : known)
+        m_addresses.push_back({numericHost(address), m_targets.front().nPort});
+    return !known.empty();
+}
+
 void ServerFinder::nextTarget()
 {
     if (!m_targets.empty()) {
         const std::string numeric = numericHost(m_targets.front().host);
-        if (numeric.empty()) {
+        if (!numeric.empty()) {
+            m_addresses.push_back({numeric, m_targets.front().nPort});
+        } else if (!takeKnown()) {
             ask(STEP_IPV4, m_targets.front().host);
             return;
         }
-        m_addresses.push_back({numeric, m_targets.front().nPort});
         m_targets.erase(m_targets.begin());
         nextTarget();
         return;

@@ -1,6 +1,7 @@
 #pragma once
 // Where a server can be reached, best first: by its service records (RFC 3263) where no port is given, else
-// by the addresses of its name. Never waits; tells an empty list when nothing is found.
+// by the addresses of its name, of which the machine's own list goes first. Never waits; tells an empty list
+// when nothing is found.
 #include "sip/sipStack.h"
 #include <string>
 #include <vector>
@@ -23,6 +24,8 @@ public:
 
     // port: 0 for that of the service records. May tell before it returns.
     void find(const std::string& host, uint32_t port, SIP_TRANSPORT transport, Found found);
+    // The service records are not waited for any more. False where the machine does not know the name itself.
+    bool skipServices();
     void stop();
 
 private:
@@ -32,6 +35,7 @@ private:
     void ask(STEP step, const std::string& name);
     void takeServices(sres_record_t** answers);
     bool takeAddresses(sres_record_t** answers);
+    bool takeKnown();
     void nextTarget();
 
     sres_resolver_t* m_pDns;

@@ -1,6 +1,7 @@
 #include "sip/sipAgent.h"
 #include "sip/digest.h"
 #include "sip/floodGuard.h"
+#include "sip/knownHosts.h"
 #include "sip/tlsCheck.h"
 #include <algorithm>
 #include <cstdio>
@@ -50,6 +51,7 @@ SipAgent::SipAgent()
 {
     su_root_threading(m_stack.pRoot, 0);
     m_stack.pPhone = &m_phone;
+    m_stack.onTlsRefused = [this] { lookAtCertificates(); };
     m_stack.onLine = [this](uint32_t line, SIP_LINE_STATE state) { m_events.lineChanged(line, state); };
 }
 
@@ -120,9 +122,11 @@ bool SipAgent::makeStack(const tagSipSetup& setup)
         m_stack.setup.nKeepMs = kKeepMs;
     m_connections = std::make_unique<ConnectionGuard>(
         m_stack.pRoot, setup.nSilentMs, [](const std::string& host) { return floodGuard::isServer(host); });
-    m_stack.pDns = sres_resolver_create(m_stack.pRoot, setup.szNames[0] ? setup.szNames : nullptr, TAG_END());
+    m_stack.pDns = sres_resolver_create(m_stack.pRoot, setup.szNames[0] ? setup.szNames : nullptr,
+                                        SRESTAG_CACHE(knownHosts::cache()), TAG_END());
     m_stack.tlsProblem = setup.szCertificates[0] ? tlsCheck::problemOf(setup.szCertificates)
                                                  : "There are no certificates for TLS";
+    m_tlsSign = tlsCheck::signOf(setup.szCertificates);
     const bool hasTls = m_stack.tlsProblem.empty();
     const std::string own = hasTls ? tlsCheck::problemOfOwn(setup.szCertificates) : "";
     if (!own.empty())
@@ -153,13 +157,24 @@ nua_t* SipAgent::listen(bool tls)
     const tagSipSetup& setup = m_stack.setup;
     const std::string plain = localAddress(setup, "sip:", setup.nPort);
     const std::string sealed = localAddress(setup, "sips:", setup.nTlsPort);
-    return nua_create(
-        m_stack.pRoot, onStack, this, NUTAG_URL(plain.c_str()), TAG_IF(tls, NUTAG_SIPS_URL(sealed.c_str())),
-        TAG_IF(tls, NUTAG_CERTIFICATE_DIR(setup.szCertificates)),
-        TAG_IF(tls, TPTAG_TLS_VERIFY_POLICY(kTlsPolicy)), NUTAG_MEDIA_ENABLE(0), NUTAG_AUTOANSWER(0),
-        NUTAG_AUTOALERT(0), NTATAG_UDP_MTU(kLargestUdp), NTATAG_MAXSIZE(kMaxMessage), NTATAG_PASS_100(1),
-        TPTAG_KEEPALIVE(setup.nKeepMs), TPTAG_PONG2PING(1),
-        TAG_IF(setup.szNames[0], SRESTAG_RESOLV_CONF(setup.szNames)), TAG_END());
+    return nua_create(m_stack.pRoot, onStack, this, NUTAG_URL(plain.c_str()),
+                      TAG_IF(tls, NUTAG_SIPS_URL(sealed.c_str())),
+                      TAG_IF(tls, NUTAG_CERTIFICATE_DIR(setup.szCertificates)),
+                      TAG_IF(tls, TPTAG_TLS_VERIFY_POLICY(kTlsPolicy)), NUTAG_MEDIA_ENABLE(0),
+                      NUTAG_AUTOANSWER(0), NUTAG_AUTOALERT(0), NTATAG_UDP_MTU(kLargestUdp),
+                      NTATAG_MAXSIZE(kMaxMessage), NTATAG_PASS_100(1), TPTAG_KEEPALIVE(setup.nKeepMs),
+                      TPTAG_PONG2PING(1), TAG_IF(setup.szNames[0], SRESTAG_RESOLV_CONF(setup.szNames)),
+                      SRESTAG_CACHE(knownHosts::cache()), TAG_END());
+}
+
+void SipAgent::lookAtCertificates()
+{
+    const char* folder = m_stack.setup.szCertificates;
+    if (m_bEnding || callCount() > 0 || !folder[0] || tlsCheck::signOf(folder) == m_tlsSign ||
+        !tlsCheck::problemOf(folder).empty())
+        return;
+    fprintf(stderr, "The certificates of TLS are others: the agent begins anew with them\n");
+    end(0);
 }
 
 void SipAgent::setAccount(const tagSipAccount& account)
@@ -196,7 +211,7 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
         call.answer(record.as<tagSipMedia>().szSdp);
         break;
     case SIP_REFUSE:
-        call.refuse(record.as<tagSipStatus>().nStatus);
+        call.refuse(record.as<tagSipStatus>().nStatus, record.as<tagSipStatus>().nWarning);
         break;
     case SIP_DEFLECT:
         call.deflect(record.as<tagSipTarget>().szTarget);
@@ -370,7 +385,7 @@ void SipAgent::takeInfo(const tagStackEvent& event, bool isOwned)
 void SipAgent::arrive(const tagStackEvent& event)
 {
     const Registration* line = lineFor(*event.pMessage);
-    const sip_payload_t* body = event.pMessage->sip_payload;
+    const tagSdpBody body = callBody::read(event.pMessage);
     const sip_replaces_t* replaces = event.pMessage->sip_replaces;
     uint32_t replaced = 0;
     const uint32_t refusal = line && replaces ? findReplaced(*replaces, line->line(), replaced) : 0;
@@ -381,13 +396,14 @@ void SipAgent::arrive(const tagStackEvent& event)
         nua_respond(event.pHandle, int(refusal), sip_status_phrase(int(refusal)), TAG_END());
     else if (isBusy)
         nua_respond(event.pHandle, SIP_486_BUSY_HERE, TAG_END());
-    else if (body && body->pl_len >= SIP_SDP_SIZE)
+    else if (body.sdp.size() >= SIP_SDP_SIZE)
         nua_respond(event.pHandle, SIP_488_NOT_ACCEPTABLE, TAG_END());
     else
-        makeCall(*line, event, replaced);
+        makeCall(*line, event, body, replaced);
 }
 
-void SipAgent::makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced)
+void SipAgent::makeCall(const Registration& line, const tagStackEvent& event, const tagSdpBody& body,
+                        uint32_t replaced)
 {
     const uint32_t id = m_nNextIncoming++;
     tagCallHooks hooks;
@@ -396,7 +412,7 @@ void SipAgent::makeCall(const Registration& line, const tagStackEvent& event, ui
             other->beReplaced();
     };
     auto& call = m_calls[id] = std::make_unique<SipCall>(m_stack, id);
-    call->arrive(line, event, replaced, std::move(hooks));
+    call->arrive(line, event, body, replaced, std::move(hooks));
 }
 
 size_t SipAgent::callCount() const

@@ -9,6 +9,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 class SipAgent
@@ -30,6 +31,8 @@ private:
     void take(const sipWire::Reader& record);
     bool makeStack(const tagSipSetup& setup);
     nua_t* listen(bool tls);
+    // The stack takes other certificates at its start alone.
+    void lookAtCertificates();
     void setAccount(const tagSipAccount& account);
     void takeForCall(const sipWire::Reader& record);
     void tellNotBegun(uint32_t call, const char* reason);
@@ -43,7 +46,8 @@ private:
     void takeNote(const tagStackEvent& event, bool isOwned);
     void takeInfo(const tagStackEvent& event, bool isOwned);
     void arrive(const tagStackEvent& event);
-    void makeCall(const Registration& line, const tagStackEvent& event, uint32_t replaced);
+    void makeCall(const Registration& line, const tagStackEvent& event, const tagSdpBody& body,
+                  uint32_t replaced);
     // The status that refuses a call that asks to take the place of another; 0 and that one's id for none.
     uint32_t findReplaced(const sip_replaces_t& replaces, uint32_t line, uint32_t& id) const;
     SipCall* find(uint32_t id) const;
@@ -65,6 +69,7 @@ private:
     SipTimer m_step;
     SipTimer m_last;
     SipTimer m_rest;
+    std::string m_tlsSign; // of the certificates at the start
     int m_nCode = 0;
     bool m_bEnding = false;
     bool m_bShutdown = false; // the stack has ended well

@@ -15,6 +15,10 @@ namespace {
 
 constexpr uint32_t kReleaseMs = 5000;
 constexpr const char* kSdpType = "application/sdp";
+constexpr uint32_t kUnknownBody = 415;
+constexpr const char* kKnownBodies = "application/sdp, multipart/mixed, multipart/alternative";
+constexpr const char* kKnownCoding = "identity";
+constexpr uint32_t kMediaDoNotFit = 399; // without saying why (RFC 3261, 20.43)
 constexpr const char* kRetryAfterSeconds = "2";
 
 constexpr uint32_t kAnonymityDisallowed = 433; // RFC 5079, which the stack does not know
@@ -30,11 +34,21 @@ const char* phraseOf(uint32_t status)
     return phrase ? phrase : "Refused";
 }
 
+// Where nothing can be refused any more.
 std::string sdpOf(const sip_t* message)
 {
-    if (!message || !message->sip_payload || !message->sip_payload->pl_data)
-        return "";
-    return std::string(message->sip_payload->pl_data, message->sip_payload->pl_len);
+    return callBody::read(message).sdp;
+}
+
+std::string warningOf(uint32_t code)
+{
+    const char* text = code == 301   ? "Incompatible network address formats"
+                       : code == 302 ? "Incompatible transport protocol"
+                       : code == 304 ? "Media type not available"
+                       : code == 305 ? "Incompatible media format"
+                       : code == 307 ? "Session description parameter not understood"
+                                     : "The media do not fit";
+    return std::to_string(code) + " hxSip \"" + text + '"';
 }
 
 bool isTooLarge(const std::string& sdp)
@@ -114,8 +128,8 @@ void SipCall::nextServer()
     invite();
 }
 
-void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint32_t replaced,
-                     tagCallHooks hooks)
+void SipCall::arrive(const Registration& line, const tagStackEvent& event, const tagSdpBody& body,
+                     uint32_t replaced, tagCallHooks hooks)
 {
     m_hooks = std::move(hooks);
     m_pHandle = event.pHandle;
@@ -126,13 +140,14 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, uint3
     m_dialog = std::make_unique<floodGuard::Dialog>(event.pMessage->sip_call_id->i_id, m_nLine);
     m_remote = sipCaller::address(*event.pMessage);
     m_answers = std::make_unique<ChallengeAnswers>(line.key(), line.realm());
-    m_remoteSdp = sdpOf(event.pMessage);
+    m_remoteSdp = body.bUnknown ? "" : body.sdp;
     m_session.agree(*event.pMessage);
     m_eStep = STEP_RINGING;
     limitRinging(*event.pMessage);
     auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, m_nId);
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
+    arrived.nRefusal = body.bUnknown ? kUnknownBody : 0;
     m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
@@ -162,10 +177,22 @@ void SipCall::respond(uint32_t status, const std::string& sdp)
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
 }
 
+void SipCall::respondRefusal(uint32_t status, uint32_t warning)
+{
+    const std::string text = warningOf(warning);
+    nua_respond(m_pHandle, int(status), phraseOf(status), TAG_IF(warning, SIPTAG_WARNING_STR(text.c_str())),
+                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_STR(kKnownBodies)),
+                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_ENCODING_STR(kKnownCoding)), TAG_END());
+}
+
 void SipCall::respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp)
 {
+    const std::string warning = warningOf(kMediaDoNotFit);
     nua_respond(m_pHandle, int(status), phraseOf(status), NUTAG_WITH(request.message()),
                 TAG_IF(status == 500, SIPTAG_RETRY_AFTER_STR(kRetryAfterSeconds)),
+                TAG_IF(status == 488, SIPTAG_WARNING_STR(warning.c_str())),
+                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_STR(kKnownBodies)),
+                TAG_IF(status == kUnknownBody, SIPTAG_ACCEPT_ENCODING_STR(kKnownCoding)),
                 TAG_IF(!sdp.empty(), SIPTAG_CONTENT_TYPE_STR(kSdpType)),
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
 }
@@ -205,13 +232,13 @@ void SipCall::answer(const std::string& sdp)
         m_hooks.answered();
 }
 
-void SipCall::refuse(uint32_t status)
+void SipCall::refuse(uint32_t status, uint32_t warning)
 {
     if (m_eStep == STEP_TALKING && m_referral)
         m_referral->refuse(status);
     if (!m_bIncoming || m_eStep != STEP_RINGING)
         return;
-    respond(status);
+    respondRefusal(status, warning);
     end(SIP_REFUSED, status, "");
     releaseSoon();
 }
@@ -612,11 +639,14 @@ void SipCall::refreshByInvite()
 // The stack itself refuses a second INVITE, and one that meets an INVITE from here.
 void SipCall::onOffer(const tagStackEvent& event)
 {
-    const std::string sdp = sdpOf(event.pMessage);
+    const tagSdpBody body = callBody::read(event.pMessage);
+    const std::string& sdp = body.sdp;
     const bool isUpdate = event.eEvent == nua_i_update;
     auto request = std::make_unique<SavedRequest>(m_stack.pNua);
     uint32_t status = 0;
-    if (isUpdate && sdp.empty())
+    if (body.bUnknown)
+        status = kUnknownBody;
+    else if (isUpdate && sdp.empty())
         status = 200;
     else if (m_eStep != STEP_TALKING || isTooLarge(sdp))
         status = 488;

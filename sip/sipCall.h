@@ -1,6 +1,7 @@
 #pragma once
 // One call, from its INVITE to its BYE: signalling only, what its media are the phone says. It rings for a
 // limited time, and its end is told once.
+#include "sip/callBody.h"
 #include "sip/callSetup.h"
 #include "sip/challengeAnswers.h"
 #include "sip/floodGuard.h"
@@ -40,13 +41,14 @@ public:
     // From here, by a line that is registered.
     void dial(const Registration& line, const tagSipDial& dial, const tagCallOrigin& origin,
               tagCallHooks hooks);
-    // The INVITE of a call from outside; replaced: the call whose place it takes, 0 for none.
-    void arrive(const Registration& line, const tagStackEvent& event, uint32_t replaced, tagCallHooks hooks);
+    // The INVITE of a call from outside, and its body; replaced: the call whose place it takes, 0 for none.
+    void arrive(const Registration& line, const tagStackEvent& event, const tagSdpBody& body,
+                uint32_t replaced, tagCallHooks hooks);
 
     // What the phone wants; what the call does not wait for is left alone.
     void ring(const std::string& sdp);
     void answer(const std::string& sdp);
-    void refuse(uint32_t status);
+    void refuse(uint32_t status, uint32_t warning = 0);
     void deflect(const std::string& target);
     void hangUp();
     void setMedia(const std::string& sdp);
@@ -119,6 +121,7 @@ private:
     void ringsTooLong();
     void end(SIP_ENDING ending, uint32_t status, const std::string& reason, const std::string& target = "");
     void respond(uint32_t status, const std::string& sdp = "");
+    void respondRefusal(uint32_t status, uint32_t warning);
     void respondTo(const SavedRequest& request, uint32_t status, const std::string& sdp = "");
     // To what the other side has offered.
     void respondToOffer(uint32_t status, const std::string& sdp = "");

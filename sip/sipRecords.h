@@ -177,12 +177,14 @@ struct tagSipMedia
 };
 
 // SIP_REFUSE: status 400 to 699 for a call that came in, or for what SIP_REFERRED of a call that talks asks.
+// nWarning is of SIP_REFUSE: 0, or which of its media do not fit (300 to 399, RFC 3261, 20.43).
 // SIP_TRANSFERRED: what became of SIP_TRANSFER or SIP_CONNECT, 200 to 699. SIP_HANG_UP takes 0.
 struct tagSipStatus
 {
     tagSipHead head;
     uint32_t nStatus;
     uint32_t bTaken; // of SIP_TRANSFERRED, 0 or 1: the other side has made the call, whose status it is
+    uint32_t nWarning;
 };
 
 // SIP_DEFLECT: a call that came in goes there instead. SIP_TRANSFER: the other side of a call that talks
@@ -226,6 +228,7 @@ struct tagSipArrived
     uint32_t bAutoAnswer; // 0 or 1: the caller asks for an answer without a hand
     uint32_t nForwards;   // 0 to SIP_FORWARDS_MAX
     uint32_t nReplaces;   // the call whose place it takes when it is answered, at once; 0: none
+    uint32_t nRefusal;    // 0, or 400 to 699: its body cannot be read, which is refused so; szSdp is empty
     char szNumber[SIP_TEXT_SIZE];
     char szName[SIP_TEXT_SIZE];
     char szPicture[SIP_TARGET_SIZE]; // address of the caller's, by http or https; from the line's own server

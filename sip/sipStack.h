@@ -42,7 +42,8 @@ struct tagSipStack
     sres_resolver_t* pDns = nullptr;
     PhoneLink* pPhone = nullptr;
     tagSipSetup setup = {};
-    std::string tlsProblem = {}; // why there is no TLS; empty: there is
+    std::string tlsProblem = {};             // why there is no TLS; empty: there is
+    std::function<void()> onTlsRefused = {}; // a line is refused for that
     // The state of a line is another.
     std::function<void(uint32_t line, SIP_LINE_STATE state)> onLine = {};
 };

@@ -41,6 +41,9 @@ constexpr uint32_t kMaxPort = 65535;
 constexpr uint32_t kLastLine = SIP_LINE_COUNT - 1;
 constexpr uint32_t kLastId = 0xffffffffu;
 constexpr uint32_t kMaxStatus = 699;
+constexpr uint32_t kFirstRefusal = 400;
+constexpr uint32_t kFirstWarning = 300;
+constexpr uint32_t kLastWarning = 399;
 constexpr uint32_t kLeastExpires = 60;
 constexpr uint32_t kFirstWatch = 1;
 
@@ -100,13 +103,15 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipStatus),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipStatus, nStatus, 400, kMaxStatus), NUMBER_FIELD(tagSipStatus, bTaken, 0, 0)}},
+         {NUMBER_FIELD(tagSipStatus, nStatus, kFirstRefusal, kMaxStatus),
+          NUMBER_FIELD(tagSipStatus, bTaken, 0, 0), NUMBER_FIELD(tagSipStatus, nWarning, 0, kLastWarning)}},
         {SIP_DEFLECT, sizeof(tagSipTarget), SIP_CALL_FIRST_INCOMING, kLastId, target},
         {SIP_HANG_UP,
          sizeof(tagSipStatus),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipStatus, nStatus, 0, 0), NUMBER_FIELD(tagSipStatus, bTaken, 0, 0)}},
+         {NUMBER_FIELD(tagSipStatus, nStatus, 0, 0), NUMBER_FIELD(tagSipStatus, bTaken, 0, 0),
+          NUMBER_FIELD(tagSipStatus, nWarning, 0, 0)}},
         {SIP_MEDIA, sizeof(tagSipMedia), SIP_CALL_FIRST, kLastId, media},
         {SIP_TRANSFER, sizeof(tagSipTarget), SIP_CALL_FIRST, kLastId, target},
         {SIP_TONE,
@@ -184,7 +189,8 @@ const std::vector<tagShape>& shapes()
          {NUMBER_FIELD(tagSipArrived, nLine, 0, kLastLine), NUMBER_FIELD(tagSipArrived, bAnonymous, 0, 1),
           NUMBER_FIELD(tagSipArrived, bAutoAnswer, 0, 1),
           NUMBER_FIELD(tagSipArrived, nForwards, 0, SIP_FORWARDS_MAX),
-          NUMBER_FIELD(tagSipArrived, nReplaces, 0, kLastId), TEXT_FIELD(tagSipArrived, szNumber),
+          NUMBER_FIELD(tagSipArrived, nReplaces, 0, kLastId),
+          NUMBER_FIELD(tagSipArrived, nRefusal, 0, kMaxStatus), TEXT_FIELD(tagSipArrived, szNumber),
           TEXT_FIELD(tagSipArrived, szName), TEXT_FIELD(tagSipArrived, szPicture), forwardField(0),
           forwardField(1), forwardField(2), forwardField(3), forwardField(4),
           SDP_FIELD(tagSipArrived, szSdp)}},
@@ -206,7 +212,8 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipStatus),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipStatus, nStatus, 200, kMaxStatus), NUMBER_FIELD(tagSipStatus, bTaken, 0, 1)}},
+         {NUMBER_FIELD(tagSipStatus, nStatus, 200, kMaxStatus), NUMBER_FIELD(tagSipStatus, bTaken, 0, 1),
+          NUMBER_FIELD(tagSipStatus, nWarning, 0, 0)}},
         {SIP_PEER,
          sizeof(tagSipPeer),
          SIP_CALL_FIRST,
@@ -276,6 +283,14 @@ bool isSoundWhole(const void* record, uint32_t kind)
     if (kind == SIP_STUN) {
         const auto* stun = static_cast<const tagSipStun*>(record);
         return !stun->szAddress[0] || stun->nPort > 0;
+    }
+    if (kind == SIP_REFUSE) {
+        const uint32_t warning = static_cast<const tagSipStatus*>(record)->nWarning;
+        return warning == 0 || warning >= kFirstWarning;
+    }
+    if (kind == SIP_ARRIVED) {
+        const auto* arrived = static_cast<const tagSipArrived*>(record);
+        return arrived->nRefusal == 0 || (arrived->nRefusal >= kFirstRefusal && !arrived->szSdp[0]);
     }
     if (kind == SIP_WATCH)
         return static_cast<const tagSipWatch*>(record)->szNumber[0] != 0;

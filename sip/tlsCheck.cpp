@@ -1,4 +1,5 @@
 #include "sip/tlsCheck.h"
+#include "sip/digestText.h"
 #include "sip/ownSockets.h"
 #include "support/file/placeLook.h"
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include <openssl/ssl.h>
 #include <openssl/x509_vfy.h>
 #include <sofia-sip/tport.h>
+#include <utility>
 
 namespace {
 
@@ -19,8 +21,8 @@ constexpr int64_t kLargestFile = 1 << 20; // the certificates of all known autho
 struct tagProblem
 {
     uint64_t nNumber;
-    std::string host;
-    uint32_t nPort; // 0: the host is the name that the certificate should have
+    tagSocketEnd end;
+    std::string name; // that the certificate should have; empty: not known
     std::string text;
 };
 
@@ -28,6 +30,7 @@ struct tagProblems
 {
     std::deque<tagProblem> kept;
     uint64_t nCount = 0;
+    tagSocketEnd checked; // whose certificate is good so far: its name is asked for next
 };
 
 tagProblems& problems()
@@ -36,19 +39,20 @@ tagProblems& problems()
     return only;
 }
 
-void note(const std::string& host, uint32_t port, const char* text)
+void note(const tagSocketEnd& end, const std::string& name, const char* text)
 {
     tagProblems& all = problems();
+    if (end.host.empty())
+        return;
     if (all.kept.size() == kMaxKept)
         all.kept.pop_front();
-    all.kept.push_back({++all.nCount, host, port, text ? text : "unknown"});
+    all.kept.push_back({++all.nCount, end, name, text ? text : "unknown"});
 }
 
-void noteOf(const SSL* tls, const char* text)
+// None of a connection that came from there.
+tagSocketEnd serverOf(const SSL* tls)
 {
-    const tagSocketEnd end = ownSockets::otherEnd(SSL_get_fd(tls));
-    if (!SSL_is_server(tls) && !end.host.empty())
-        note(end.host, end.nPort, text);
+    return SSL_is_server(tls) ? tagSocketEnd() : ownSockets::otherEnd(SSL_get_fd(tls));
 }
 
 bool isNumeric(const std::string& host)
@@ -116,6 +120,10 @@ tagOwnTrial tryOwn(const std::string& folder)
 
 std::string tlsCheck::problemOf(const std::string& folder)
 {
+    for (const char* name : {"cafile.pem", "agent.pem"}) {
+        if (!placeLook((folder + "/" + name).c_str()).bIsThere)
+            return "There are no certificates for TLS";
+    }
     for (const char* name : {"cafile.pem", "agent.pem", "tls_seed.dat"}) {
         const std::string problem = problemOfFile(folder, name);
         if (!problem.empty())
@@ -130,6 +138,15 @@ std::string tlsCheck::problemOf(const std::string& folder)
     return tryOwn(folder).bIsAsked ? "The key of agent.pem has a password" : "";
 }
 
+std::string tlsCheck::signOf(const std::string& folder)
+{
+    std::string all = problemOfFile(folder, "tls_seed.dat");
+    for (const char* name : {"cafile.pem", "agent.pem"})
+        all += '\n' + problemOfFile(folder, name) + '\n' +
+               placeText((folder + "/" + name).c_str(), size_t(kLargestFile));
+    return digestText::hash(true, all);
+}
+
 std::string tlsCheck::problemOfOwn(const std::string& folder)
 {
     return tryOwn(folder).problem;
@@ -140,14 +157,16 @@ uint64_t tlsCheck::count()
     return problems().nCount;
 }
 
-// Of a name the address is not known here: who is at the same port may be it.
+// Of a name the address is not known here: who is at the same port may be it, unless another name was wanted
+// of him.
 std::string tlsCheck::problemWith(const std::string& host, uint32_t port, uint64_t beyond)
 {
     const auto& kept = problems().kept;
     const bool isName = !isNumeric(host);
     const auto found = std::find_if(kept.rbegin(), kept.rend(), [&](const tagProblem& each) {
-        const bool isAt = each.nPort != 0 && (port == 0 || each.nPort == port);
-        return each.nNumber > beyond && (each.host == host ? isAt || each.nPort == 0 : isName && isAt);
+        const bool isAt = port == 0 || each.end.nPort == port;
+        const bool isNamed = isName && (each.name.empty() || each.name == host);
+        return each.nNumber > beyond && isAt && (each.end.host == host || isNamed);
     });
     return found == kept.rend() ? "" : found->text;
 }
@@ -157,8 +176,9 @@ std::string tlsCheck::problemWith(const std::string& host, uint32_t port, uint64
 extern "C" __attribute__((visibility("default"))) long SSL_get_verify_result(const SSL* tls)
 {
     const long result = resultOf(tls);
+    problems().checked = result == X509_V_OK ? serverOf(tls) : tagSocketEnd();
     if (result != X509_V_OK)
-        noteOf(tls, X509_verify_cert_error_string(result));
+        note(serverOf(tls), "", X509_verify_cert_error_string(result));
     return result;
 }
 
@@ -169,8 +189,9 @@ extern "C" __attribute__((visibility("default"))) int SSL_connect(SSL* tls)
     if (result > 0 || SSL_get_error(tls, result) != SSL_ERROR_SSL)
         return result;
     const long verified = resultOf(tls);
-    noteOf(tls, verified == X509_V_OK ? ERR_reason_error_string(ERR_peek_error())
-                                      : X509_verify_cert_error_string(verified));
+    note(serverOf(tls), "",
+         verified == X509_V_OK ? ERR_reason_error_string(ERR_peek_error())
+                               : X509_verify_cert_error_string(verified));
     return result;
 }
 
@@ -179,7 +200,9 @@ extern "C" __attribute__((visibility("default"))) int tport_subject_search(const
 {
     static const auto own = ownOf<int (*)(const char*, const su_strlst_t*)>("tport_subject_search");
     const int isThere = own(subject, names);
+    // Asked of other connections too, which are not used for that name then.
+    const tagSocketEnd end = std::exchange(problems().checked, {});
     if (!isThere && subject)
-        note(subject, 0, "the certificate is for another name");
+        note(end, subject, "the certificate is for another name");
     return isThere;
 }

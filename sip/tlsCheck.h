@@ -7,6 +7,8 @@ namespace tlsCheck {
 
 // Why there is no TLS with the folder of certificates, for a person; empty: there is.
 std::string problemOf(const std::string& folder);
+// Another one when a file of the folder is another.
+std::string signOf(const std::string& folder);
 // Why the phone's own certificate in it cannot be used, for a person; empty: it can. TLS goes on without it.
 std::string problemOfOwn(const std::string& folder);
 // How many problems with servers there were.

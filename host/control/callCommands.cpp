@@ -11,8 +11,8 @@ using Reply = ControlReply;
 namespace {
 
 const char* const kStates[] = {"ringing", "talking", "ended"};
-const char* const kEnds[] = {"",          "hung up",  "missed",    "declined",    "busy",
-                             "disturbed", "rejected", "forwarded", "transferred", "failed"};
+const char* const kEnds[] = {"",         "hung up",   "missed",      "declined", "busy", "disturbed",
+                             "rejected", "forwarded", "transferred", "failed",   "unfit"};
 
 phoneSimulation* simulation()
 {

@@ -58,6 +58,9 @@ enum : unsigned int {
     MEDIA_MSG_CALL_SPLIT = 0x70037,
     MEDIA_MSG_CALL_END = 0x70038,
     MEDIA_MSG_CALL_BEGIN = 0x7003B, // what was a preview goes both ways
+    // Whether an offer could be answered, of a call that is none yet; extra: CALL_WISH and the offer; lParam:
+    // number of the request.
+    MEDIA_MSG_CALL_JUDGE = 0x7003C,
     // Where the user's own picture lies upon the other side's, in the surface's pixels: wParam: left and top,
     // lParam: width and height, the first of each in the upper half; 0: nowhere. Its corners are round, by
     // CALL_OWN_CORNER pixels.
@@ -67,6 +70,7 @@ enum : unsigned int {
         0x120030,                      // extra: the description, none when there is none; lParam: the request
     MEDIA_MSG_CALL_STREAMS = 0x120031, // extra: CALL_STREAMS
     MEDIA_MSG_CALL_UNFIT = 0x120032,   // an answer does not fit; lParam: its number
+    MEDIA_MSG_CALL_JUDGED = 0x120033,  // wParam: CALL_FIT; lParam: the request
     // Broadcast by a player that has just started, also after one died: what was asked of the one before
     // is forgotten. wParam: PLAYER_PROGRAM.
     PLAYER_MSG_UP = 0x120020,
@@ -189,6 +193,16 @@ enum CALL_CAMERA : uint32_t {
     CALL_CAMERA_OFF,
     CALL_CAMERA_ON, // in a call that begins so; the other side cannot have it later
     CALL_CAMERA_NOW // the user has said so
+};
+
+// What an offer lacks of what could be answered. Of several lines of sound the one that lacks least.
+enum CALL_FIT : uint32_t {
+    CALL_FITS = 0,
+    CALL_NO_DESCRIPTION = 1, // it cannot be read
+    CALL_NO_SOUND = 2,       // that has a port
+    CALL_NO_TRANSPORT = 3,   // that is spoken, and as encrypted as it has to be
+    CALL_NO_ADDRESS = 4,     // that sound may be sent to
+    CALL_NO_FORMAT = 5       // that is known here
 };
 
 // What the phone wants of a call's media.

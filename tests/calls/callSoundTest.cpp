@@ -2,6 +2,7 @@
 #include "players/rtpPeer.h"
 #include "tests/calls/callStand.h"
 #include "tests/calls/lossyWay.h"
+#include "tests/calls/steppedCall.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/players/wirePort.h"
 #include <dirent.h>
@@ -16,6 +17,16 @@ constexpr double kThird = 1700;
 class CallSound : public CallStand
 {
 protected:
+    // ptime: ms of sound in a packet.
+    static void agree(SteppedCall& call, const char* codec, tagMediaWant want = {},
+                      int ptime = callSession::FRAME_MS)
+    {
+        const QByteArray answer =
+            call.otherNegotiation().answer(only(call.negotiation().offer(want), codec), {});
+        ASSERT_TRUE(call.negotiation().agree(answer)) << answer.constData();
+        call.apply(ptime);
+    }
+
     CallPhone m_one{kOne};
     CallPhone m_other{kOther};
 };
@@ -56,23 +67,17 @@ TEST_P(EachCodec, IsHeardEncrypted)
 
 TEST_P(EachCodec, IsHeardThroughLossAndJitter)
 {
-    CallEnd one(m_one, 1);
-    CallEnd other(m_other, 1);
-    negotiate(one, other, GetParam());
-    const LossyWay way(one.port, other.port, 5, 40);
-    other.apply(way.port());
-    one.apply(way.port());
-    EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne); }));
-    pass(3000);
-    const kit::RecordedSound heard = m_other.voice.heard(2);
-    for (double at = 0; at < 2; at += 0.2)
+    SteppedCall call(kOne, kOther, 5, 40);
+    ASSERT_NO_FATAL_FAILURE(agree(call, GetParam()));
+    call.run(5000);
+    const kit::RecordedSound heard = call.otherVoice().heard(3);
+    for (double at = 0; at < 3; at += 0.2)
         EXPECT_TRUE(heard.from(at, 0.2, soundCoder::SAMPLE_RATE).has(kOne)) << at;
     EXPECT_LT(heard.longestQuiet(), callSession::FRAME_SAMPLES) << "what is lost is made up for";
-    other.with([&](callSession& session) {
-        EXPECT_GT(session.buffer().counts().nPlayed, 100);
-        EXPECT_GT(session.buffer().counts().nLost, 0);
-        EXPECT_GE(session.buffer().delayMs(), jitterBuffer::LEAST_MS);
-    });
+    const jitterBuffer& buffer = call.otherSession().buffer();
+    EXPECT_GT(buffer.counts().nPlayed, 100);
+    EXPECT_GT(buffer.counts().nLost, 0);
+    EXPECT_GE(buffer.delayMs(), jitterBuffer::LEAST_MS);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EachCodec, testing::Values("opus", "G722", "PCMA", "PCMU"));
@@ -286,15 +291,23 @@ TEST_F(CallSound, AProgramOfThisMachineIsHeardFromTheMachinesOwnAddress)
     const WirePort stranger("127.0.0.4");
     const WirePort peer("127.0.0.3");
     agreeWith(one, peer.port(), "127.0.0.2", "127.0.0.3");
+    qint64 strangers = 0, received = 0;
+    const auto look = [&](callSession& session) {
+        strangers = session.strangers();
+        received = session.reports().received();
+    };
     stranger.say(one.port, loudPacket(0));
-    pass(100);
-    one.with([](callSession& session) { EXPECT_EQ(session.strangers(), 1); });
+    EXPECT_TRUE(waitFor([&] {
+        one.with(look);
+        return strangers == 1;
+    }));
+    EXPECT_EQ(received, 0);
     peer.say(one.port, loudPacket(0));
-    pass(100);
-    one.with([](callSession& session) {
-        EXPECT_EQ(session.strangers(), 1);
-        EXPECT_EQ(session.reports().received(), 1);
-    });
+    EXPECT_TRUE(waitFor([&] {
+        one.with(look);
+        return received == 1;
+    }));
+    EXPECT_EQ(strangers, 1);
 }
 
 TEST_F(CallSound, BeforeAnythingWasHeardAnotherPortOfTheSameAddressMayBeIt)
@@ -302,11 +315,11 @@ TEST_F(CallSound, BeforeAnythingWasHeardAnotherPortOfTheSameAddressMayBeIt)
     CallEnd one(m_one, 1);
     const WirePort peer;
     agreeWith(one, 9); // nobody's
-    for (quint16 n = 0; n < 30; ++n) {
-        peer.say(one.port, loudPacket(n));
-        pass(20);
-    }
-    EXPECT_GT(m_one.voice.heard(0.3).peak(), 0.3);
+    quint16 said = 0;
+    EXPECT_TRUE(waitFor([&] {
+        peer.say(one.port, loudPacket(said++));
+        return m_one.voice.heard(0.3).peak() > 0.3;
+    }));
     EXPECT_TRUE(waitFor([&] { return peer.came() > 0; }));
     one.with([](callSession& session) { EXPECT_EQ(session.strangers(), 4) << "until it was a row"; });
 }
@@ -339,17 +352,23 @@ TEST_F(CallSound, TheAgreedPortTakesTheCallBackFromWhoeverSpokeBefore)
         stranger.say(one.port, loudPacket(n));
     ASSERT_TRUE(waitFor([&] { return stranger.came() > 0; })) << "nobody else has spoken yet";
     ASSERT_TRUE(waitFor([&] { return m_one.voice.heard(0.3).peak() < 0.01; }));
-    for (quint16 n = 0; n < 20; ++n) {
-        peer.say(one.port, loudPacket(n, 0x600D));
-        stranger.say(one.port, loudPacket(quint16(30 + n)));
+    quint16 said = 0;
+    const auto bothSpeak = [&] {
+        peer.say(one.port, loudPacket(said, 0x600D));
+        stranger.say(one.port, loudPacket(quint16(30 + said)));
+        ++said;
+    };
+    EXPECT_TRUE(waitFor([&] {
+        bothSpeak();
+        return m_one.voice.heard(0.2).peak() > 0.3;
+    }));
+    peer.came();
+    stranger.came();
+    for (int i = 0; i < 15; ++i) {
+        bothSpeak();
         pass(20);
-        if (n == 5) {
-            peer.came();
-            stranger.came();
-        }
     }
-    EXPECT_GT(m_one.voice.heard(0.2).peak(), 0.3);
-    EXPECT_GT(peer.came(), 0);
+    EXPECT_TRUE(waitFor([&] { return peer.came() > 0; }));
     EXPECT_EQ(stranger.came(), 0);
     one.with([](callSession& session) { EXPECT_GT(session.strangers(), 4) << "not only those of the row"; });
 }
@@ -419,47 +438,33 @@ TEST_F(CallSound, WhatIsNotSealedIsNotHeardInAnEncryptedCall)
 
 TEST_F(CallSound, BothSidesReportToEachOther)
 {
-    CallEnd one(m_one, 1);
-    CallEnd other(m_other, 1);
-    connect(one, other, "PCMA", {false, true});
-    const auto hasReports = [](CallEnd& end) {
-        int reports = 0;
-        end.with([&](callSession& session) { reports = session.reports().reportsRead(); });
-        return reports > 0;
-    };
-    EXPECT_TRUE(waitFor([&] { return hasReports(one) && hasReports(other); }, 10000));
-    one.with([](callSession& session) {
-        EXPECT_EQ(session.reports().lossThereInPercent(), 0);
-        EXPECT_EQ(session.quality(callDesk::nowUs()), 4);
-    });
+    SteppedCall call(kOne, kOther, 0, 0);
+    ASSERT_NO_FATAL_FAILURE(agree(call, "PCMA", {false, true}));
+    call.run(3000);
+    for (callSession* session : {&call.session(), &call.otherSession()}) {
+        EXPECT_GT(session->reports().reportsRead(), 0);
+        EXPECT_EQ(session->reports().lossThereInPercent(), 0);
+        EXPECT_EQ(session->quality(call.nowUs()), 4);
+    }
 }
 
 TEST_F(CallSound, QualityFallsWithLossAndIsNoneWhenNothingComes)
 {
-    CallEnd one(m_one, 1);
-    {
-        CallEnd other(m_other, 1);
-        negotiate(one, other, "PCMA");
-        const LossyWay way(one.port, other.port, 30, 0);
-        one.apply(way.port());
-        other.apply(way.port());
-        int quality = 4;
-        EXPECT_TRUE(waitFor(
-            [&] {
-                pass(1000);
-                one.with([&](callSession& session) { quality = session.quality(callDesk::nowUs()); });
-                return quality >= 0 && quality < 3;
-            },
-            10000))
-            << quality;
+    SteppedCall call(kOne, kOther, 30, 0);
+    ASSERT_NO_FATAL_FAILURE(agree(call, "PCMA"));
+    int quality = 4;
+    for (int second = 0; second < 10 && !(quality >= 0 && quality < 3); ++second) {
+        call.run(1000);
+        quality = call.session().quality(call.nowUs());
     }
-    EXPECT_TRUE(waitFor(
-        [&] {
-            int quality = 4;
-            one.with([&](callSession& session) { quality = session.quality(callDesk::nowUs()); });
-            return quality == 0;
-        },
-        10000));
+    EXPECT_TRUE(quality >= 0 && quality < 3) << quality;
+    call.setLoss(100);
+    for (int second = 0; second < 4; ++second) {
+        EXPECT_NE(quality, 0) << second;
+        call.run(1000);
+        quality = call.session().quality(call.nowUs());
+    }
+    EXPECT_EQ(quality, 0);
 }
 
 TEST_F(CallSound, AToneGoesAsAnEventAndIsNotHeardAsNoise)
@@ -498,20 +503,13 @@ TEST_F(CallSound, ToneIsNotTakenWhenTheOtherSideDoesNotKnowIt)
 TEST_F(CallSound, PacketsOfEachLengthAreHeard)
 {
     for (const int ms : {10, 30, 40, 60}) {
-        CallEnd one(m_one, 1);
-        CallEnd other(m_other, 1);
-        connect(one, other, "PCMU");
-        tagAgreedSound agreed = one.agreed();
-        agreed.nPtime = ms;
-        callSession::tagParts parts = callSession::build(agreed);
-        one.with([&](callSession& session) { session.agree(agreed, parts); });
-        m_other.voice.forget();
-        EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne); })) << ms;
-        // Half a second of it without a gap; the machine may have other things to do.
-        EXPECT_TRUE(waitFor([&] {
-            const kit::RecordedSound heard = m_other.voice.heard(0.5);
-            return heard.seconds(soundCoder::SAMPLE_RATE) > 0.49 && heard.longestQuiet() < 160;
-        })) << ms;
+        SCOPED_TRACE(ms);
+        SteppedCall call(kOne, kOther, 0, 0);
+        ASSERT_NO_FATAL_FAILURE(agree(call, "PCMU", {}, ms));
+        call.run(1500);
+        const kit::RecordedSound heard = call.otherVoice().heard(1);
+        EXPECT_TRUE(heard.has(kOne));
+        EXPECT_LT(heard.longestQuiet(), 160) << "without a gap";
     }
 }
 

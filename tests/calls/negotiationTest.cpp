@@ -87,6 +87,46 @@ TEST_F(Negotiation, NothingInCommonLeavesAllAsItWas)
     EXPECT_EQ(m_ours.agreed().send.eCodec, SOUND_CODEC::PCMA);
 }
 
+TEST_F(Negotiation, WhatAnOfferLacksIsSaidAndNothingChanges)
+{
+    const QByteArray key = keyLine(1, "AES_CM_128_HMAC_SHA1_80", 'k');
+    const QByteArray tones = "a=rtpmap:101 telephone-event/8000\r\n";
+    const struct
+    {
+        QByteArray offer;
+        CALL_FIT eFit;
+        bool bEncrypt = false;
+    } all[] = {{sound("8"), CALL_FITS},
+               {sound("8", key, "RTP/SAVP"), CALL_FITS, true},
+               {described("m=audio 5004 RTP/AVP 8\r\n", "0.0.0.0"), CALL_FITS},
+               {described("m=image 5006 udptl t38\r\nm=audio 5004 RTP/AVP 8\r\n"), CALL_FITS},
+               {"no description", CALL_NO_DESCRIPTION},
+               {described(""), CALL_NO_DESCRIPTION},
+               {described("m=image 5004 udptl t38\r\n"), CALL_NO_SOUND},
+               {described("m=video 5004 RTP/AVP 96\r\na=rtpmap:96 VP8/90000\r\n"), CALL_NO_SOUND},
+               {described("m=audio 0 RTP/AVP 8\r\nm=video 0 RTP/AVP 96\r\n"), CALL_NO_SOUND},
+               {sound("8"), CALL_NO_TRANSPORT, true},
+               {sound("8", {}, "RTP/SAVP"), CALL_NO_TRANSPORT},
+               {sound("8", "a=fingerprint:sha-256 AA\r\n", "UDP/TLS/RTP/SAVPF"), CALL_NO_TRANSPORT},
+               {described("m=audio 5004 RTP/AVP 8\r\nc=IN IP6 2001:db8::1\r\n"), CALL_NO_ADDRESS},
+               {described("m=audio 5004 RTP/AVP 8\r\n", "224.0.0.5"), CALL_NO_ADDRESS},
+               {"v=0\r\no=- 1 1 IN IP4 h\r\ns=-\r\nt=0 0\r\nm=audio 5004 RTP/AVP 8\r\n", CALL_NO_ADDRESS},
+               {sound("18"), CALL_NO_FORMAT},
+               {sound("101", tones), CALL_NO_FORMAT},
+               {sound("8", "a=rtpmap:8 speex/8000\r\n"), CALL_NO_FORMAT},
+               {described("m=image 5004 udptl t38\r\nm=audio 5006 RTP/AVP 18\r\nm=audio 0 RTP/AVP 8\r\n"),
+                CALL_NO_FORMAT}};
+    for (const auto& each : all) {
+        tagMediaWant want;
+        want.bEncrypt = each.bEncrypt;
+        EXPECT_EQ(m_ours.judge(each.offer, want), each.eFit) << each.offer.constData();
+        callNegotiation other(own(), countedKeys());
+        EXPECT_EQ(other.answer(each.offer, want).isEmpty(), each.eFit != CALL_FITS) << each.offer.constData();
+    }
+    EXPECT_FALSE(m_ours.agreed().bSound);
+    EXPECT_TRUE(m_ours.offer({}).contains("o=- 77 1 ")) << "nothing was described before";
+}
+
 TEST_F(Negotiation, ANumberThatIsMappedToSomethingElseIsNotWhatItUsuallyIs)
 {
     EXPECT_EQ(m_ours.answer(sound("8", "a=rtpmap:8 speex/8000\r\n"), {}), "");

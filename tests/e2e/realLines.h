@@ -87,9 +87,9 @@ protected:
                (body.isEmpty() ? "" : "Content-Type: application/sdp\r\n") +
                "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
     }
-    void invites(const QByteArray& callId, const QByteArray& lines = {})
+    void invites(const QByteArray& callId, const QByteArray& lines = {}, const QByteArray& sdp = kSdp)
     {
-        server.send(request("INVITE", 1, callId, "<sip:1001@127.0.0.1>", callId, lines, kSdp), agentPort);
+        server.send(request("INVITE", 1, callId, "<sip:1001@127.0.0.1>", callId, lines, sdp), agentPort);
     }
     void cancels(const QByteArray& callId, const QByteArray& lines = {})
     {
@@ -110,9 +110,9 @@ protected:
         return reply;
     }
     // A call comes in, rings on the screen and is answered by a finger; the phone's 200.
-    QByteArray talksIn(const QByteArray& callId)
+    QByteArray talksIn(const QByteArray& callId, const QByteArray& sdp = kSdp)
     {
-        invites(callId);
+        invites(callId, {}, sdp);
         waitPage("frmCall");
         waitIdle();
         tap("btnAnswer");

@@ -142,6 +142,36 @@ TEST_F(RealLines, WhatTheSettingsWantIsToldToTheCaller)
     hangsUp(reply);
 }
 
+TEST_F(RealLines, ACallThatCannotBeTalkedDoesNotRingAndLeavesWhoTalks)
+{
+    const auto offerTo = [](uint32_t port) {
+        return QByteArray(kSdp).replace("40000", QByteArray::number(port));
+    };
+    const QByteArray unfit = QByteArray(kSdp).replace("AVP 8 0", "AVP 18");
+    invites("unfit", {}, unfit);
+    EXPECT_TRUE(headerOf(replyOf("488"), "Warning").startsWith("305 "));
+    EXPECT_TRUE(ends("unfit"));
+    EXPECT_EQ(lastEnded()["reason"].toString(), "The two phones have no sound in common");
+    EXPECT_EQ(topWindow()["class"].toString(), "frmDesktop");
+    EXPECT_TRUE(missedAre("1")) << "somebody has tried";
+
+    UdpPeer sound;
+    const QByteArray reply = talksIn("first", offerTo(sound.port()));
+    EXPECT_NE(sound.receive().toStdString(), "");
+    invites("second", {}, unfit);
+    EXPECT_EQ(headerOf(replyOf("488"), "Call-ID").toStdString(), "second");
+    EXPECT_EQ(server.receive("INVITE", 500).toStdString(), "") << "nobody is held";
+    EXPECT_EQ(call()["state"].toString(), "talking");
+    EXPECT_EQ(call()["number"].toString(), "200");
+    EXPECT_FALSE(call()["held"].toBool());
+    while (!sound.receive(0).isEmpty()) { // what has come before
+    }
+    EXPECT_NE(sound.receive().toStdString(), "");
+    EXPECT_TRUE(missedAre("2"));
+    hangsUp(reply);
+    EXPECT_TRUE(ends("hung up"));
+}
+
 TEST_F(RealLines, TheDeathOfTheAgentCostsTheCallAndNothingElse)
 {
     talksIn("lost");

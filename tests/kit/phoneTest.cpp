@@ -4,7 +4,6 @@
 #include "tests/kit/kitTime.h"
 #include "tests/kit/plain/deviceFolder.h"
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
@@ -15,14 +14,38 @@
 
 namespace {
 
-constexpr int kRestAtMostMs = 30;
+constexpr double kRestAtMostMs = 30;
+
+double msOf(clockid_t clock)
+{
+    timespec now = {};
+    clock_gettime(clock, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
 
 // Processor time of this thread so far: a clock that no test moves.
 double busyMs()
 {
-    timespec now = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+    return msOf(CLOCK_THREAD_CPUTIME_ID);
+}
+
+// ms: by that clock.
+bool waitBy(clockid_t clock, const std::function<bool()>& condition, int ms)
+{
+    const double end = msOf(clock) + ms;
+    for (;;) {
+        const double before = busyMs();
+        if (condition())
+            return true;
+        if (msOf(clock) > end)
+            return false;
+        // A look that takes long, at the whole screen, leaves the processor to those that are waited for.
+        const double rested = msOf(clock) + std::clamp(2 * (busyMs() - before), 1.0, kRestAtMostMs);
+        do {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+            QThread::msleep(1);
+        } while (msOf(clock) < rested);
+    }
 }
 
 } // namespace
@@ -97,18 +120,10 @@ void kit::stepTime(int ms)
 bool kit::waitUntil(const std::function<bool()>& condition, int ms)
 {
     const RunningClocks running;
-    QDeadlineTimer deadline(ms);
-    for (;;) {
-        const double before = busyMs();
-        if (condition())
-            return true;
-        if (deadline.hasExpired())
-            return false;
-        // A look that takes long, at the whole screen, leaves the processor to those that are waited for.
-        const QDeadlineTimer rest(std::clamp<qint64>(qint64(2 * (busyMs() - before)), 1, kRestAtMostMs));
-        do {
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-            QThread::msleep(1);
-        } while (!rest.hasExpired());
-    }
+    return waitBy(CLOCK_MONOTONIC, condition, ms);
+}
+
+bool kit::waitUntilHeld(const std::function<bool()>& condition, int ms)
+{
+    return waitBy(CLOCK_MONOTONIC_RAW, condition, ms); // which nobody moves
 }

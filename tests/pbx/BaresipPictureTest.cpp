@@ -5,6 +5,7 @@
 #include "tests/players/films.h"
 #include <QFile>
 #include <QImage>
+#include <gtest/gtest.h>
 #include <ostream>
 
 namespace {

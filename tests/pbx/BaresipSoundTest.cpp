@@ -3,6 +3,7 @@
 #include "tests/kit/plain/processes.h"
 #include "tests/pbx/baresipPair.h"
 #include <QFile>
+#include <gtest/gtest.h>
 #include <ostream>
 
 namespace {

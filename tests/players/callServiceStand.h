@@ -24,11 +24,13 @@ struct CallNews : public sipMediaNews
     void mediaChanged(int call, const tagCallStreams& changed) override { streams[call] = changed; }
     void mediaLost() override { ++nLost; }
     void mediaUnfit(int call) override { ++nUnfit[call]; }
+    void mediaJudged(int question, CALL_FIT fit) override { judged[question] = fit; }
 
     QHash<int, QByteArray> described;
     QHash<int, int> nDescribed;
     QHash<int, tagCallStreams> streams;
     QHash<int, int> nUnfit;
+    QHash<int, CALL_FIT> judged;
     int nMissing = 0;
     int nLost = 0;
 };

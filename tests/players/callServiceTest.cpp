@@ -169,6 +169,50 @@ TEST_F(CallService, WhatCannotBeAnsweredIsDescribedAsNothing)
     EXPECT_FALSE(m_sessions.join(1, 2)) << "nobody talks";
 }
 
+TEST_F(CallService, WhetherAnOfferCouldBeAnsweredIsSaidWithoutACall)
+{
+    startMedia();
+    const QByteArray offer = offerOf(1); // the server is up
+    const auto judged = [&](const QByteArray& text, bool encrypt = false) {
+        tagMediaWish wish;
+        wish.bEncrypt = encrypt;
+        const int question = m_sessions.judge(text, wish);
+        EXPECT_FALSE(m_news.judged.contains(question)) << "not before the call has returned";
+        EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(question); }));
+        return m_news.judged[question];
+    };
+    EXPECT_EQ(judged(offer), CALL_FITS) << "also from this machine";
+    EXPECT_EQ(judged(offer, true), CALL_NO_TRANSPORT);
+    EXPECT_EQ(judged(QByteArray(offer).replace("m=audio", "m=image")), CALL_NO_SOUND);
+    EXPECT_EQ(judged("hello"), CALL_NO_DESCRIPTION);
+    // More than there may be calls.
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EQ(judged(offer), CALL_FITS);
+    EXPECT_FALSE(offerOf(2).isEmpty());
+}
+
+TEST_F(CallService, WhereNobodyCanSayWhetherAnOfferFitsItDoes)
+{
+    const int early = m_sessions.judge("hello", {});
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(early); }));
+    EXPECT_EQ(m_news.judged[early], CALL_FITS) << "there is no server";
+    startMedia();
+    EXPECT_FALSE(offerOf(1).isEmpty());
+    kill(pid_t(m_media.processId()), SIGSTOP);
+    const int late = m_sessions.judge("hello", {});
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(late); }, 10000));
+    EXPECT_EQ(m_news.judged[late], CALL_FITS) << "it hangs";
+    const int lost = m_sessions.judge("hello", {});
+    m_media.kill();
+    m_media.waitForFinished();
+    startMedia();
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(lost); }));
+    EXPECT_EQ(m_news.judged[lost], CALL_FITS) << "it died";
+    const int heard = m_sessions.judge("hello", {});
+    EXPECT_TRUE(kit::waitUntil([&] { return m_news.judged.contains(heard); }));
+    EXPECT_EQ(m_news.judged[heard], CALL_NO_DESCRIPTION);
+}
+
 TEST_F(CallService, VideoIsRefusedInItsPlace)
 {
     startMedia();
@@ -523,6 +567,9 @@ TEST_F(CallService, DamagedMessagesAreRefusedWithALine)
     EXPECT_TRUE(hasSaid("message 0x70035 of 0 bytes is refused"));
     post(MEDIA_MSG_CALL_JOIN, {}, 1);
     EXPECT_TRUE(hasSaid("message 0x70036 of 0 bytes is refused"));
+    post(MEDIA_MSG_CALL_JUDGE, "short");
+    EXPECT_TRUE(hasSaid("message 0x7003c of 5 bytes is refused: the size is wrong"));
+    post(MEDIA_MSG_CALL_JUDGE, QByteArray(sizeof(CALL_WISH), 0));
     EXPECT_FALSE(offerOf(1).isEmpty());
 }
 

@@ -329,6 +329,57 @@ TEST_F(RuledCalls, ARingingCallIsDeclinedOrForwardedByHand)
                            of(refusal(CALL_DECLINED), two), of("ring", three), of("deflect 777", three)}));
 }
 
+// In the order of the rules, each taken away after its turn.
+TEST_F(RuledCalls, WhatCannotBeTalkedRingsNeverAndIsForwardedAsAnyCall)
+{
+    tagCall unfit;
+    unfit.strNumber = "4711";
+    unfit.nAccount = 0;
+    unfit.bUnfit = unfit.bAnonymous = true;
+    setLine(0, "account", "RejectAnonymousCall", "1");
+    tellChanged(CONFIG_CHANGED_ACCOUNT, 0);
+    const int rejected = backend.arrive(unfit);
+    unfit.bAnonymous = false;
+    doNotDisturb::setOn(true);
+    const int disturbed = backend.arrive(unfit);
+    doNotDisturb::setOn(false);
+    setForward("NoAnswerForward", "333");
+    setForward("AlwaysForward", "111");
+    const int always = backend.arrive(unfit);
+    setUser("AlwaysForward", "bEnable", "0");
+    const int unanswered = backend.arrive(unfit);
+    EXPECT_EQ(orders(),
+              (QStringList{of(refusal(CALL_REJECTED), rejected), of(refusal(CALL_DISTURBED), disturbed),
+                           of("deflect 111", always), of("deflect 333", unanswered)}));
+    setUser("CallWaiting", "bEnable", "0");
+    tellChanged(CONFIG_CHANGED_CALL_WAITING);
+    const int first = talk();
+    const int busy = backend.arrive(unfit);
+    EXPECT_EQ(orders(), QStringList{of(refusal(CALL_BUSY), busy)}) << "it is not the media's fault";
+    rules->hangUp(first);
+    setUser("NoAnswerForward", "bEnable", "0");
+    orders();
+    const int refused = backend.arrive(unfit);
+    EXPECT_EQ(orders(), QStringList{of(refusal(CALL_UNFIT), refused)});
+    kit::stepTime(120000);
+    EXPECT_EQ(orders(), QStringList());
+    EXPECT_TRUE(rules->calls().isEmpty());
+}
+
+TEST_F(RuledCalls, WhatCannotBeTalkedLeavesWhoTalks)
+{
+    setLine(0, "AutoAnswer", "bEnable", "1");
+    const int first = talk();
+    tagCall unfit;
+    unfit.nAccount = 0;
+    unfit.bUnfit = unfit.bAsksAnswer = true;
+    const int refused = backend.arrive(unfit);
+    EXPECT_EQ(orders(), QStringList{of(refusal(CALL_UNFIT), refused)});
+    ASSERT_EQ(rules->calls().size(), 1);
+    EXPECT_EQ(rules->calls()[0].nId, first);
+    EXPECT_FALSE(rules->calls()[0].bHeld);
+}
+
 TEST_F(RuledCalls, WhatCallersBringAlongIsShownWithoutControlCharacters)
 {
     const int id = arrive(QString::fromUtf8("47\n11\u202e"));
@@ -345,8 +396,8 @@ TEST_F(RuledCalls, WhatCallersBringAlongIsShownWithoutControlCharacters)
 
 TEST_F(RuledCalls, WhoWasNotToldOfACallHasMissedIt)
 {
-    const QList<CALL_END> missed = {CALL_MISSED, CALL_BUSY, CALL_DISTURBED};
-    for (int end = CALL_NOT_ENDED; end <= CALL_FAILED; ++end) {
+    const QList<CALL_END> missed = {CALL_MISSED, CALL_BUSY, CALL_DISTURBED, CALL_UNFIT};
+    for (int end = CALL_NOT_ENDED; end <= CALL_UNFIT; ++end) {
         tagCall call;
         call.eEnd = CALL_END(end);
         EXPECT_EQ(callIsMissed(call), missed.contains(call.eEnd)) << end;

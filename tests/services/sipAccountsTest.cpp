@@ -213,20 +213,17 @@ TEST_F(SipAccounts, TheAgentIsToldItsPortsItsCertificatesAndHowLongItMayWait)
     const char* const folder = "/rundata/config/certificates";
     nuxSetRegistryInt("/rundata/config/system.ini", "SIP", "nPort", 5070);
     nuxSetRegistryInt("/rundata/config/system.ini", "SIP", "nTlsPort", 5071);
-    writeFile("/rundata/config/certificates/agent.pem", "certificate");
     tagSipSetup told = setup();
     EXPECT_EQ(told.nPort, 5070u);
     EXPECT_EQ(told.nTlsPort, 5071u);
-    EXPECT_STREQ(told.szCertificates, "") << "one of them is missing";
+    EXPECT_STREQ(told.szCertificates, hostPath(folder).toUtf8().constData()) << "they may come later";
     EXPECT_GT(told.nOfferMs, uint32_t(mediaSessions::ANSWER_MS)) << "the media process has its time";
     constexpr uint32_t kMostPatientCaller = 6000;
     EXPECT_LE(told.nSilentMs, kMostPatientCaller);
     EXPECT_GT(told.nSilentMs, 1000u) << "a slow server is none that is silent";
-    writeFile("/rundata/config/certificates/cafile.pem", "authority");
     nuxSetRegistryInt("/rundata/config/system.ini", "SIP", "nPort", 70000);
     told = setup();
     EXPECT_EQ(told.nPort, 0u) << "there is no such port";
-    EXPECT_STREQ(told.szCertificates, hostPath(folder).toUtf8().constData());
 }
 
 TEST_F(SipAccounts, WaitingMessagesAreThoseOfTheServer)

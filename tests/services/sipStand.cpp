@@ -7,6 +7,18 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+int kit::ScriptedMedia::judge(const QByteArray& offer, const tagMediaWish& wish)
+{
+    judgedOffer = offer;
+    judgedWish = wish;
+    const int question = ++nJudged;
+    QTimer::singleShot(0, &m_late, [this, question, said = fit, judges = bJudges] {
+        if (m_pNews && judges)
+            m_pNews->mediaJudged(question, said);
+    });
+    return question;
+}
+
 void kit::ScriptedMedia::describe(int call, const QString& what, const tagMediaWish& wish)
 {
     lastWish = wishes[call] = wish;

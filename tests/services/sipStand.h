@@ -21,6 +21,8 @@ class ScriptedMedia : public sipMedia
 public:
     void setNews(sipMediaNews* news) override { m_pNews = news; }
     void prepare() override { ++nPrepared; }
+    // What is offered fits, unless it is said that it does not.
+    int judge(const QByteArray& offer, const tagMediaWish& wish) override;
     void offer(int call, const tagMediaWish& wish) override { describe(call, "offer", wish); }
     void answer(int call, const QByteArray& offer, const tagMediaWish& wish) override
     {
@@ -50,11 +52,17 @@ public:
     void tellChanged(int call, const tagCallStreams& streams) { m_pNews->mediaChanged(call, streams); }
     void tellLost() { m_pNews->mediaLost(); }
     void tellUnfit(int call) { m_pNews->mediaUnfit(call); }
+    void tellJudged(int question, CALL_FIT said) { m_pNews->mediaJudged(question, said); }
 
     QStringList orders;
     tagMediaWish lastWish;
     QHash<int, tagMediaWish> wishes; // the last one of each call
-    QHash<int, bool> stills;         // the same
+    CALL_FIT fit = CALL_FITS;
+    bool bJudges = true;
+    int nJudged = 0; // that were asked for
+    QByteArray judgedOffer;
+    tagMediaWish judgedWish;
+    QHash<int, bool> stills; // the same
     bool bSilent = false;
     bool bEmpty = false;
     bool bMissing = false;

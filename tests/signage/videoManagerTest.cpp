@@ -1,4 +1,5 @@
 #include "signage/nDeckDisplay.h"
+#include "tests/kit/kitTime.h"
 #include "tests/signage/signageVideo.h"
 #include <QSemaphore>
 
@@ -130,6 +131,7 @@ TEST_F(SignageVideo, TheMovieStartsHalfASecondAfterTheLastCallOfABurst)
 {
     startPlayers();
     prepare();
+    const kit::HeldClocks held;
     manager().StartPlayVideo();
     kit::stepTime(400);
     manager().StartPlayVideo();

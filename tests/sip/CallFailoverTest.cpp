@@ -160,6 +160,26 @@ TEST_F(SipCallFailover, WhenAllAreOutOfServiceTheCallEndsOnce)
     EXPECT_EQ(first->receive("INVITE", 600).toStdString(), "");
 }
 
+TEST_F(SipCallFailover, WhatTheLastServerSaysBecomesOfTheCall)
+{
+    silentMs = 30000;
+    beginRegistered();
+    dial(1);
+    first->reply(first->receive("INVITE"), "503 Service Unavailable");
+    second.reply(second.receive("INVITE"), "486 Busy Here");
+    const auto* ended = reinterpret_cast<const tagSipEnded*>(agent.next(SIP_ENDED, 1));
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->eEnding, uint32_t(SIP_REFUSED));
+    EXPECT_EQ(ended->nStatus, 486u);
+    first.reset();
+    dial(2);
+    second.reply(second.receive("INVITE"), "503 Service Unavailable");
+    ended = reinterpret_cast<const tagSipEnded*>(agent.next(SIP_ENDED, 2));
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->eEnding, uint32_t(SIP_REFUSED));
+    EXPECT_EQ(ended->nStatus, 503u);
+}
+
 TEST_F(SipCallFailover, AServerThatWorksOnACallIsNotLeft)
 {
     beginRegistered();

@@ -2,6 +2,7 @@
 #include "sip/memberBook.h"
 #include "sip/messageSummary.h"
 #include "tests/sip/noteTexts.h"
+#include <QList>
 #include <gtest/gtest.h>
 
 namespace {

@@ -215,6 +215,62 @@ TEST_F(SipCalls, ACallThatNoServerSaysAnythingToIsToldApartFromOneThatIsRefused)
     EXPECT_FALSE(UdpPeer::isListening(port));
 }
 
+TEST_F(SipCalls, ANumberThatIsNoStatusEndsNoCallAsOne)
+{
+    begin();
+    uint32_t id = 0;
+    for (const char* status : {"700 Odd", "999 Odd"}) {
+        SCOPED_TRACE(status);
+        dial(++id, "300");
+        const QByteArray invite = peer->receive("INVITE");
+        ASSERT_NE(invite.toStdString(), "");
+        peer->reply(invite, status);
+        const auto* ended = next<tagSipEnded>(SIP_ENDED, id);
+        ASSERT_TRUE(ended);
+        EXPECT_EQ(ended->nStatus, 0u);
+    }
+    for (const char* status : {"99 Odd", "0 Odd"}) {
+        SCOPED_TRACE(status);
+        dial(++id, "300");
+        const QByteArray invite = peer->receive("INVITE");
+        ASSERT_NE(invite.toStdString(), "");
+        peer->reply(invite, status);
+        peer->reply(invite, "180 Ringing");
+        const auto* progress = next<tagSipProgress>(SIP_PROGRESS, id);
+        ASSERT_TRUE(progress);
+        EXPECT_EQ(progress->nStatus, 180u);
+        peer->reply(invite, "486 Busy Here");
+        expectEnd(id, SIP_REFUSED, 486);
+    }
+}
+
+TEST_F(SipCalls, AnAnswerThatNoRecordHoldsIsNotToldInPart)
+{
+    begin();
+    uint32_t id = 0;
+    for (const int more : {0, 1, 40000}) {
+        SCOPED_TRACE(more);
+        const QByteArray start = "v=0\r\ns=";
+        const QByteArray sdp = start + QByteArray(SIP_SDP_SIZE - 1 - start.size() + more, 'x');
+        const QByteArray lines = "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
+                                 ">\r\nContent-Type: application/sdp";
+        dial(++id, "300");
+        const QByteArray invite = peer->receive("INVITE");
+        peer->reply(invite, "183 Session Progress", lines, sdp);
+        const auto* progress = next<tagSipProgress>(SIP_PROGRESS, id);
+        ASSERT_TRUE(progress);
+        EXPECT_STREQ(progress->szSdp, more ? "" : sdp.constData());
+        peer->reply(invite, "200 OK", lines, sdp);
+        EXPECT_NE(peer->receive("ACK").toStdString(), "");
+        const auto* talk = next<tagSipMedia>(SIP_TALK, id);
+        ASSERT_TRUE(talk);
+        EXPECT_STREQ(talk->szSdp, more ? "" : sdp.constData());
+        tellStatus(SIP_HANG_UP, id);
+        peer->reply(peer->receive("BYE"), "200 OK");
+        expectEnd(id, SIP_HUNG_UP, 0);
+    }
+}
+
 TEST_F(SipCalls, WhoHasSentACallOnIsToldWhereItGoes)
 {
     begin();

@@ -1,6 +1,8 @@
 // What this side asks within a call: tones, signs that it is still there, its end.
 #include "tests/sip/callTest.h"
-#include <QList>
+#include "tests/sip/certificates.h"
+#include <QFile>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -121,4 +123,29 @@ TEST_F(SipRequests, AnOfferKeepsTheTimeThatTheSessionWasAgreedFor)
     tellMedia(SIP_MEDIA, 1, "v=0\r\ns=hold\r\n");
     const QByteArray hold = peer->receive("INVITE");
     EXPECT_TRUE(headerOf(hold, "Session-Expires").startsWith("120")) << hold.constData();
+}
+
+TEST_F(SipRequests, ACallGoesOnThoughTheCertificatesOfAnotherLineHaveBecomeUsable)
+{
+    QTemporaryDir folder;
+    ASSERT_TRUE(makeCertificates(folder.path(), "pbx.test"));
+    QFile authorities(folder.filePath("cafile.pem"));
+    ASSERT_TRUE(authorities.open(QIODevice::ReadWrite));
+    const QByteArray good = authorities.readAll();
+    ASSERT_TRUE(authorities.resize(0));
+    tagSipSetup setup = AgentProcess::quickSetup();
+    sipWire::setText(setup.szCertificates, folder.path().toStdString());
+    begin(setup);
+    ASSERT_NE(talkOut(1), 0u);
+    const tagSipAccount account = accountAt(1, UdpPeer::freePort(), SIP_TLS);
+    agent.tell(account);
+    ASSERT_TRUE(agent.nextLine(1, SIP_LINE_REFUSED));
+    ASSERT_TRUE(authorities.seek(0) && authorities.write(good) == good.size() && authorities.flush());
+    agent.tell(account);
+    ASSERT_TRUE(agent.nextLine(1, SIP_LINE_REFUSED));
+    EXPECT_EQ(peer->receive("BYE", 2000).toStdString(), "");
+    tellStatus(SIP_HANG_UP, 1);
+    peer->reply(peer->receive("BYE"), "200 OK");
+    peer->reply(peer->receive("REGISTER"), "200 OK"); // the other line takes leave
+    EXPECT_TRUE(agent.ends()) << "and then begins anew";
 }

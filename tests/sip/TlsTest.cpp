@@ -334,3 +334,59 @@ TEST_F(SipTls, AServerThatSendsTheLineToAnOpenWayIsNotFollowed)
     }
     EXPECT_EQ(open.receive(200).toStdString(), "");
 }
+
+TEST_F(SipTls, ANameThatTheMachineItselfKnowsIsCertifiedAsAnyOther)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), "localhost"));
+    begin(folder.path(), "localhost");
+    EXPECT_TRUE(registerLine().startsWith("REGISTER sip:localhost:"));
+}
+
+TEST_F(SipTls, AServerThatSaysNothingIsNotToldWhatAnotherOneOfItsNameHasDone)
+{
+    QTcpServer mute;
+    ASSERT_TRUE(mute.listen(QHostAddress::LocalHost));
+    ASSERT_TRUE(makeCertificates(folder.path(), "other.test"));
+    begin(folder.path(), kName);
+    tagSipAccount account = accountAt(1, mute.serverPort(), SIP_TLS);
+    sipWire::setText(account.szServer, kName);
+    agent.tell(account);
+    for (int failed = 0; failed < 2;) {
+        const auto* line = reinterpret_cast<const tagSipLine*>(agent.next([](const tagSipHead& head) {
+            return head.eKind == SIP_LINE &&
+                   reinterpret_cast<const tagSipLine&>(head).eState == SIP_LINE_FAILED;
+        }));
+        ASSERT_TRUE(line);
+        EXPECT_STREQ(line->szReason, line->head.nId == 1 ? "The server does not answer"
+                                                         : "TLS: the certificate is for another name");
+        failed += line->head.nId == 1;
+    }
+}
+
+// The stack reads them once.
+TEST_F(SipTls, TheAgentBeginsAnewWhenItsCertificatesHaveBecomeUsable)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    const QByteArray good = contentOf("cafile.pem");
+    const tagSipAccount account = accountAt(0, UdpPeer::freePort(), SIP_TLS);
+    for (const bool isSaved : {true, false}) {
+        AgentProcess phone;
+        write("cafile.pem", "garbage");
+        tagSipSetup setup = setupOfTls();
+        setup.nRetryLastMs = isSaved ? 600000 : setup.nRetryLastMs;
+        ASSERT_TRUE(phone.start(setup));
+        phone.tell(account);
+        const tagSipLine* refused = phone.nextLine(0, SIP_LINE_REFUSED);
+        ASSERT_TRUE(refused);
+        EXPECT_GT(refused->nRetryMs, 0u);
+        write("cafile.pem", "other garbage");
+        phone.tell(account);
+        ASSERT_TRUE(phone.nextLine(0, SIP_LINE_REFUSED));
+        ASSERT_FALSE(phone.ends(300)) << "they are of no more use than before";
+        write("cafile.pem", good);
+        if (isSaved)
+            phone.tell(account);
+        EXPECT_TRUE(phone.ends()) << isSaved;
+        EXPECT_EQ(phone.exitCode(), 0);
+    }
+}

@@ -133,7 +133,23 @@ TEST(SipWire, NumbersKeepTheirRanges)
         EXPECT_EQ(taken(status), kind == SIP_TRANSFERRED ? TAKEN::RECORD : TAKEN::BAD) << kind;
         status.bTaken = 2;
         EXPECT_EQ(taken(status), TAKEN::BAD) << kind;
+        status.bTaken = 0;
+        for (const auto& [warning, isSound] :
+             {std::pair(299u, false), {300u, true}, {399u, true}, {400u, false}}) {
+            status.nWarning = warning;
+            EXPECT_EQ(taken(status), isSound && kind == SIP_REFUSE ? TAKEN::RECORD : TAKEN::BAD) << warning;
+        }
     }
+
+    auto arrived = sipWire::make<tagSipArrived>(SIP_ARRIVED, SIP_CALL_FIRST_INCOMING);
+    for (const auto& [refusal, isSound] :
+         {std::pair(0u, true), {399u, false}, {400u, true}, {699u, true}, {700u, false}}) {
+        arrived.nRefusal = refusal;
+        EXPECT_EQ(taken(arrived), isSound ? TAKEN::RECORD : TAKEN::BAD) << refusal;
+    }
+    arrived.nRefusal = 415;
+    sipWire::setText(arrived.szSdp, "v=0");
+    EXPECT_EQ(taken(arrived), TAKEN::BAD) << "what cannot be read is not told";
 
     auto connect = sipWire::make<tagSipConnect>(SIP_CONNECT, SIP_CALL_FIRST);
     EXPECT_EQ(taken(connect), TAKEN::BAD);

@@ -13,7 +13,7 @@ public:
     // options: with which it is answered later. False where that cannot be had.
     virtual bool preview(int /*id*/, const tagCallOptions& /*options*/) { return false; }
     virtual bool answer(int id, const tagCallOptions& options) = 0;
-    // Of a call that comes in: CALL_DECLINED, CALL_BUSY, CALL_DISTURBED or CALL_REJECTED.
+    // Of a call that comes in: CALL_DECLINED, CALL_BUSY, CALL_DISTURBED, CALL_REJECTED or CALL_UNFIT.
     virtual bool refuse(int id, CALL_END why) = 0;
     // Of a call that comes in: sends it to another number.
     virtual bool deflect(int id, const QString& number) = 0;

@@ -63,10 +63,14 @@ void callRules::callArrived(const tagCall& call)
     QString target = targetFor(call, callSettings::forward(FORWARD_ALWAYS));
     if (target.isEmpty() && taken)
         target = targetFor(call, callSettings::forward(FORWARD_BUSY));
+    else if (target.isEmpty() && call.bUnfit)
+        target = targetFor(call, callSettings::forward(FORWARD_NO_ANSWER));
     if (!target.isEmpty())
         m_backend.deflect(id, target);
     else if (taken)
         m_backend.refuse(id, CALL_BUSY);
+    else if (call.bUnfit)
+        m_backend.refuse(id, CALL_UNFIT);
     else
         startRinging(call);
 }

@@ -3,7 +3,8 @@
 // screen. User-interface thread.
 //
 // A call that comes in is, in this order: rejected when its caller is anonymous and the line wants that;
-// refused by do-not-disturb; forwarded, when all are; forwarded or busy, when no other call may come; else it
+// refused by do-not-disturb; forwarded, when all are; forwarded or busy, when no other call may come;
+// forwarded at once, as one that nobody answers, or refused, when what it offers cannot be talked; else it
 // rings, and is answered or forwarded when its time is up. Nothing is forwarded to where it came from, or to
 // this phone.
 //

@@ -40,6 +40,18 @@ QByteArray recordOf(const tagMediaWish& wish)
     return QByteArray(reinterpret_cast<const char*>(&record), sizeof record);
 }
 
+bool isLate(qint64 since)
+{
+    return nowMs() - since >= mediaSessions::ANSWER_MS;
+}
+
+bool send(unsigned int message, int call, unsigned int number, const QByteArray& record)
+{
+    return record.size() <= CALL_DESCRIPTION_SIZE + qsizetype(sizeof(CALL_WISH)) &&
+           msgPostMsgToThreadEx(server(), message, unsigned(call), number, int(record.size()),
+                                record.constData()) != 0;
+}
+
 void post(unsigned int message, int call, unsigned int more = 0)
 {
     msgPostMsgToThread(server(), message, unsigned(call), more);
@@ -60,16 +72,33 @@ mediaSessions::mediaSessions()
     QObject::connect(&m_look, &QTimer::timeout, &m_look, [this] { look(); });
 }
 
-// One that cannot be asked is missing, as soon as the caller has returned.
+// What cannot be asked is late, as soon as the caller has returned.
+qint64 mediaSessions::askedSince(bool isSent)
+{
+    m_look.start(isSent ? kLookMs : 0);
+    return isSent ? nowMs() : nowMs() - ANSWER_MS;
+}
+
 void mediaSessions::ask(unsigned int message, int call, const QByteArray& record)
 {
     tagState& state = m_calls[call];
     state.nAsked = ++m_nAsked;
-    const bool isSent = record.size() <= CALL_DESCRIPTION_SIZE + qsizetype(sizeof(CALL_WISH)) &&
-                        msgPostMsgToThreadEx(server(), message, unsigned(call), state.nAsked,
-                                             int(record.size()), record.constData()) != 0;
-    state.nSince = isSent ? nowMs() : nowMs() - ANSWER_MS;
-    m_look.start(isSent ? kLookMs : 0);
+    state.nSince = askedSince(send(message, call, state.nAsked, record));
+}
+
+int mediaSessions::judge(const QByteArray& offer, const tagMediaWish& wish)
+{
+    const unsigned int question = ++m_nAsked;
+    const bool isSent = send(MEDIA_MSG_CALL_JUDGE, 0, question, recordOf(wish) + offer + '\0');
+    m_judging[question] = askedSince(isSent);
+    return int(question);
+}
+
+// One call too many that rings is better than one that is lost.
+void mediaSessions::judged(unsigned int question, CALL_FIT fit)
+{
+    if (m_judging.remove(question) > 0 && m_pNews)
+        m_pNews->mediaJudged(int(question), fit <= CALL_NO_FORMAT ? fit : CALL_FITS);
 }
 
 void mediaSessions::look()
@@ -80,13 +109,16 @@ void mediaSessions::look()
     for (auto it = m_calls.begin(); it != m_calls.end(); ++it) {
         if (it->nAsked == 0)
             continue;
-        if (nowMs() - it->nSince < ANSWER_MS) {
+        if (!isLate(it->nSince)) {
             waits = true;
             continue;
         }
         it->nAsked = 0;
         late.append(it.key());
     }
+    QList<unsigned int> unjudged = m_judging.keys();
+    unjudged.removeIf([this](unsigned int question) { return !isLate(m_judging[question]); });
+    waits = waits || unjudged.size() < m_judging.size();
     if (!waits)
         m_look.stop();
     for (const int call : late) {
@@ -94,6 +126,8 @@ void mediaSessions::look()
         if (m_pNews)
             m_pNews->mediaMissing(call);
     }
+    for (const unsigned int question : unjudged)
+        judged(question, CALL_FITS);
 }
 
 void mediaSessions::prepare()
@@ -182,6 +216,9 @@ int mediaSessions::TryThreadMessage(msgObject& msg)
     case MEDIA_MSG_CALL_UNFIT:
         unfit(msg);
         return 1;
+    case MEDIA_MSG_CALL_JUDGED:
+        judged(msg.lParam, CALL_FIT(msg.wParam));
+        return 1;
     case PLAYER_MSG_UP:
         if (msg.wParam == PLAYER_MEDIA)
             isUp();
@@ -242,6 +279,8 @@ void mediaSessions::isUp()
 {
     if (m_bPrepared)
         msgPostMsgToThread(server(), MEDIA_MSG_CALL_PREPARE, 0, 0);
+    for (const unsigned int question : m_judging.keys())
+        judged(question, CALL_FITS);
     if (m_calls.isEmpty())
         return;
     QList<int> asked;

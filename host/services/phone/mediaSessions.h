@@ -4,6 +4,7 @@
 #include "host/services/phone/sipMedia.h"
 #include "support/host/message.h"
 #include <QHash>
+#include <QMap>
 #include <QTimer>
 
 struct CALL_WISH;
@@ -16,6 +17,7 @@ public:
     mediaSessions();
     void setNews(sipMediaNews* news) override { m_pNews = news; }
     void prepare() override;
+    int judge(const QByteArray& offer, const tagMediaWish& wish) override;
     void offer(int call, const tagMediaWish& wish) override;
     void answer(int call, const QByteArray& offer, const tagMediaWish& wish) override;
     void agree(int call, const QByteArray& answer) override;
@@ -40,7 +42,9 @@ private:
         bool bTones = false;
     };
     void ask(unsigned int message, int call, const QByteArray& record);
+    qint64 askedSince(bool isSent);
     void look();
+    void judged(unsigned int question, CALL_FIT fit);
     void described(const msgObject& msg);
     void changed(const msgObject& msg);
     void unfit(const msgObject& msg);
@@ -48,6 +52,7 @@ private:
 
     sipMediaNews* m_pNews = nullptr;
     QHash<int, tagState> m_calls;
+    QMap<unsigned int, qint64> m_judging; // questions that wait, and since when (ms)
     unsigned int m_nAsked = 0;
     bool m_bPrepared = false;
     QTimer m_look;

@@ -1,6 +1,7 @@
 #include "host/services/phone/silentMedia.h"
 #include <QList>
 #include <QTimer>
+#include <algorithm>
 
 namespace {
 
@@ -21,11 +22,30 @@ tagStream streamOf(const QByteArray& line)
     return {words.value(0), words.value(1), words.value(2), words.mid(3).join(' ')};
 }
 
+QList<tagStream> streamsOf(const QByteArray& description)
+{
+    QList<tagStream> streams;
+    for (const QByteArray& line : description.split('\n')) {
+        if (line.startsWith("m="))
+            streams.append(streamOf(line));
+    }
+    return streams;
+}
+
 bool isPlainSound(const tagStream& stream)
 {
     const QList<QByteArray> formats = stream.formats.split(' ');
     return stream.kind == "audio" && stream.port.toInt() > 0 && stream.protocol == "RTP/AVP" &&
            (formats.contains("0") || formats.contains("8"));
+}
+
+// The first sound that is known; none of too many, and none where there is nothing to encrypt with.
+int soundOf(const QList<tagStream>& streams, const tagMediaWish& wish)
+{
+    const auto sound = std::find_if(streams.begin(), streams.end(), isPlainSound);
+    const bool isTaken =
+        sound != streams.end() && !wish.bEncrypt && streams.size() <= silentMedia::STREAMS_MAX;
+    return isTaken ? int(sound - streams.begin()) : -1;
 }
 
 } // namespace
@@ -50,21 +70,28 @@ void silentMedia::offer(int call, const tagMediaWish& wish)
     tellLater(call, wish.bEncrypt ? QByteArray() : head(call) + "m=audio 9 RTP/AVP 8 0\r\n" + kSilence);
 }
 
-// The first sound that is known is taken; every other stream keeps its place and is refused.
+int silentMedia::judge(const QByteArray& offer, const tagMediaWish& wish)
+{
+    const int question = ++m_nJudged;
+    const CALL_FIT fit = soundOf(streamsOf(offer), wish) < 0 ? CALL_NO_FORMAT : CALL_FITS;
+    QTimer::singleShot(0, this, [this, question, fit] {
+        if (m_pNews)
+            m_pNews->mediaJudged(question, fit);
+    });
+    return question;
+}
+
+// Every stream but the sound keeps its place and is refused.
 void silentMedia::answer(int call, const QByteArray& offer, const tagMediaWish& wish)
 {
+    const QList<tagStream> streams = streamsOf(offer);
+    const int sound = soundOf(streams, wish);
     QByteArray sdp = head(call);
-    bool isAgreed = false;
-    int streams = 0;
-    for (const QByteArray& line : offer.split('\n')) {
-        if (!line.startsWith("m=") || ++streams > STREAMS_MAX)
-            continue;
-        const tagStream stream = streamOf(line);
-        const bool isTaken = !isAgreed && !wish.bEncrypt && isPlainSound(stream);
+    for (int i = 0; i < streams.size(); ++i) {
+        const tagStream& stream = streams[i];
         const QByteArray formats = stream.formats.split(' ').contains("8") ? "8" : "0";
-        sdp += "m=" + stream.kind + (isTaken ? " 9 " : " 0 ") + stream.protocol + ' ' +
-               (isTaken ? formats : stream.formats) + "\r\n" + (isTaken ? kSilence : QByteArray());
-        isAgreed = isAgreed || isTaken;
+        sdp += "m=" + stream.kind + (i == sound ? " 9 " : " 0 ") + stream.protocol + ' ' +
+               (i == sound ? formats : stream.formats) + "\r\n" + (i == sound ? kSilence : QByteArray());
     }
-    tellLater(call, isAgreed && streams <= STREAMS_MAX ? sdp : QByteArray());
+    tellLater(call, sound < 0 ? QByteArray() : sdp);
 }

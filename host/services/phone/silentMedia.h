@@ -11,6 +11,7 @@ public:
     enum : int { STREAMS_MAX = 16 }; // of one offer
 
     void setNews(sipMediaNews* news) override { m_pNews = news; }
+    int judge(const QByteArray& offer, const tagMediaWish& wish) override;
     void offer(int call, const tagMediaWish& wish) override;
     void answer(int call, const QByteArray& offer, const tagMediaWish& wish) override;
     void agree(int, const QByteArray&) override {}
@@ -28,4 +29,5 @@ private:
 
     sipMediaNews* m_pNews = nullptr;
     QHash<int, int> m_versions; // of each call's descriptions
+    int m_nJudged = 0;
 };

@@ -4,7 +4,6 @@
 #include "host/services/phone/sipLamps.h"
 #include "host/services/phone/sipLink.h"
 #include "support/file/deviceRoot.h"
-#include "support/file/path.h"
 #include "support/host/net.h"
 #include "support/host/registry.h"
 #include "support/host/text.h"
@@ -24,12 +23,10 @@ int portOf(const char* key)
     return port < 0 || port > 65535 ? 0 : port;
 }
 
+// Where they would be: the agent sees for itself whether they are there, also later.
 std::string certificates()
 {
-    const std::string folder = kCertificates;
-    const bool areThere =
-        pathFileExist((folder + "/agent.pem").c_str()) && pathFileExist((folder + "/cafile.pem").c_str());
-    return areThere ? std::string(devicePathFollow(kCertificates).GetText()) : std::string();
+    return std::string(devicePathFollow(kCertificates).GetText());
 }
 
 tagSipSetup setupOf()

@@ -4,13 +4,11 @@
 #include "support/host/api.h"
 #include "support/host/trace.h"
 #include <QTimer>
-#include <QUrl>
 #include <utility>
 
 namespace {
 
 constexpr int kMsInSecond = 1000;
-constexpr int kLiveMax = 2 * SIP_CALLS_MAX; // no agent of ours has more
 constexpr uint32_t kRinging = 180;
 constexpr uint32_t kSessionProgress = 183;
 constexpr uint32_t kNoCommonMedia = 488;
@@ -18,20 +16,6 @@ constexpr uint32_t kOwnFault = 500;
 constexpr uint32_t kNothingHeard = 408; // of a call that broke
 constexpr const char* kNoSound = HX_TR("Sound is not available at present");
 const QChar kSecretTone(0x2022);
-
-QString textOf(const char* text)
-{
-    return callTextOf(QString::fromUtf8(text));
-}
-
-// Only the server itself is asked: whoever else is named there would learn when this phone rings.
-QString pictureOf(const char* address, const QString& server)
-{
-    const QUrl url(QString::fromLatin1(address), QUrl::StrictMode);
-    const bool isOwn = url.isValid() && url.userInfo().isEmpty() && !server.isEmpty() &&
-                       url.host().compare(server, Qt::CaseInsensitive) == 0;
-    return isOwn ? url.toString(QUrl::FullyEncoded) : QString();
-}
 
 const char* reasonOfBreak(const tagCall& call, uint32_t status = 0)
 {
@@ -250,6 +234,10 @@ bool sipCalls::refuse(int id, CALL_END why)
     const tagLive* live = findRingingIn(id);
     if (!live)
         return false;
+    if (why == CALL_UNFIT) {
+        refuseUnfit(*live);
+        return end(id, why, sipReasonOf(kNoCommonMedia));
+    }
     m_orders.status(SIP_REFUSE, live->nWire, sipStatusOf(why));
     return end(id, why);
 }
@@ -360,40 +348,6 @@ void sipCalls::take(const sipWire::Reader& record)
     default:
         break;
     }
-}
-
-void sipCalls::arrive(const tagSipArrived& arrived)
-{
-    if (findWire(arrived.head.nId)) {
-        m_link.discard("gave the number of a call twice");
-        return;
-    }
-    tagLive live;
-    live.nWire = arrived.head.nId;
-    if (m_calls.size() >= kLiveMax) {
-        m_orders.status(SIP_REFUSE, live.nWire, sipStatusOf(CALL_BUSY));
-        return;
-    }
-    live.call = callNew(textOf(arrived.szNumber), int(arrived.nLine));
-    live.call.bIncoming = true;
-    live.call.strName = textOf(arrived.szName);
-    live.call.strPicture = pictureOf(arrived.szPicture, m_accountOf(live.call.nAccount).strServer);
-    live.call.bAnonymous = arrived.bAnonymous != 0;
-    live.call.bAsksAnswer = arrived.bAutoAnswer != 0;
-    for (uint32_t i = 0; i < arrived.nForwards; ++i)
-        live.call.forwardedBy.append(textOf(arrived.szForwardedBy[i]));
-    live.otherOffer = QByteArray(arrived.szSdp);
-    if (arrived.nReplaces) {
-        takeOver(live, arrived.nReplaces);
-        return;
-    }
-    m_calls.append(live);
-    limitRinging(m_calls.last());
-    tellArrival(live.call);
-    // What nobody decided would ring without anybody hearing it.
-    const tagLive* undecided = findRingingIn(live.call.nId);
-    if (undecided && !undecided->bRings)
-        refuse(live.call.nId, CALL_BUSY);
 }
 
 void sipCalls::progress(const tagSipProgress& progress)
@@ -622,8 +576,10 @@ void sipCalls::mediaLost()
 void sipCalls::ended(const tagSipEnded& ended)
 {
     tagLive* live = findWire(ended.head.nId);
-    if (!live)
+    if (!live) {
+        endArriving(ended);
         return;
+    }
     const int id = live->call.nId;
     const bool ringsIn = findRingingIn(id) != nullptr;
     const bool wentOn = live->bTransferring;
@@ -656,6 +612,8 @@ void sipCalls::ended(const tagSipEnded& ended)
 void sipCalls::agentIsGone()
 {
     m_stun = {};
+    for (const tagArriving& arriving : std::exchange(m_arriving, {}))
+        tellEnd(callOf(arriving.record), CALL_MISSED, "");
     for (const tagCall& call : calls()) {
         const bool ringsIn = findRingingIn(call.nId) != nullptr;
         end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : reasonOfBreak(call));

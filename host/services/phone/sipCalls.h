@@ -56,6 +56,7 @@ public:
     void mediaDescribed(int call, const QByteArray& sdp) override { described(call, sdp, false); }
     void mediaMissing(int call) override { described(call, {}, true); }
     void mediaUnfit(int call) override;
+    void mediaJudged(int question, CALL_FIT fit) override;
     void mediaChanged(int call, const tagCallStreams& streams) override;
     void mediaLost() override;
 
@@ -97,6 +98,14 @@ private:
         QByteArray offer;                     // of a call that goes out
         QByteArray preview;                   // the answer of one that rings, as the other side knows it
         std::optional<QByteArray> otherOffer; // that is not answered yet; an empty one asks for one
+        uint32_t nRefusal = 0;                // of one that cannot be talked; 0: as all of them
+        uint32_t nWarning = 0;                // the same: why its media do not fit
+    };
+    // Nobody has heard of it yet.
+    struct tagArriving
+    {
+        int nQuestion = 0; // whether it can be talked
+        tagSipArrived record;
     };
 
     tagLive* find(int id);
@@ -116,6 +125,11 @@ private:
     bool end(int id, CALL_END why, const char* reason = "");
 
     void arrive(const tagSipArrived& arrived);
+    tagCall callOf(const tagSipArrived& arrived) const;
+    void decide(const tagSipArrived& arrived, CALL_FIT fit);
+    void refuseUnfit(const tagLive& live);
+    // The caller gave up meanwhile.
+    void endArriving(const tagSipEnded& ended);
     void progress(const tagSipProgress& progress);
     void talk(const tagSipMedia& media);
     void refusedOffer(tagLive& live);
@@ -150,6 +164,7 @@ private:
     sipMedia& m_media;
     AccountOf m_accountOf;
     QList<tagLive> m_calls;
+    QList<tagArriving> m_arriving;
     std::array<tagStunServer, SIP_LINE_COUNT> m_stun;
     uint32_t m_nNextWire = SIP_CALL_FIRST;
 };

@@ -113,6 +113,10 @@ void sipCalls::peerTold(const tagSipPeer& peer)
 // The other side of a call that is there goes on as somebody else: nothing rings.
 void sipCalls::takeOver(tagLive live, uint32_t replaced)
 {
+    if (live.call.bUnfit) {
+        refuseUnfit(live);
+        return;
+    }
     if (const tagLive* before = findWire(replaced))
         live.call.options = optionsGoingOn(*before);
     live.call.eState = CALL_TALKING;

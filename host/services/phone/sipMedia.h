@@ -4,6 +4,7 @@
 // answered as RFC 3264 has it, of less than 16 KiB. A call is known by the number that it has on the phone
 // (tagCall::nId). User-interface thread.
 #include "host/services/phone/tagCall.h"
+#include "support/host/player.h"
 #include <QByteArray>
 
 // What this side wants of a call's media.
@@ -31,6 +32,8 @@ public:
     virtual void mediaMissing(int call) = 0;
     // The other side's last answer does not fit: the streams stay as they were agreed before.
     virtual void mediaUnfit(int /*call*/) {}
+    // What was asked by judge(); CALL_FITS too where nobody can say.
+    virtual void mediaJudged(int question, CALL_FIT fit) = 0;
     // What goes over the call's streams, or how well, is another.
     virtual void mediaChanged(int call, const tagCallStreams& streams) = 0;
     // The process died, and another one is there: descriptions and streams are gone. Calls that talk want an
@@ -46,6 +49,9 @@ public:
     virtual void setNews(sipMediaNews* news) = 0;
     // A line is registered: calls may come, and what they need may be made ready.
     virtual void prepare() {}
+    // Asks whether an offer of somebody who calls could be answered with that wish; the question's number,
+    // never given again.
+    virtual int judge(const QByteArray& offer, const tagMediaWish& wish) = 0;
     // Asks for an offer, of a new call or of one that talks; one is asked for at a time.
     virtual void offer(int call, const tagMediaWish& wish) = 0;
     // Asks for the answer to the other side's offer. The streams run as agreed from the answer on.

@@ -37,10 +37,11 @@ void sipOrders::media(SIP_RECORD kind, uint32_t call, const QByteArray& sdp)
     m_link.tell(record);
 }
 
-void sipOrders::status(SIP_RECORD kind, uint32_t call, uint32_t status)
+void sipOrders::status(SIP_RECORD kind, uint32_t call, uint32_t status, uint32_t warning)
 {
     auto record = sipWire::make<tagSipStatus>(kind, call);
     record.nStatus = status;
+    record.nWarning = warning;
     if (call)
         m_link.tell(record);
 }

@@ -28,7 +28,7 @@ public:
     // SIP_RING, SIP_ANSWER, SIP_MEDIA.
     void media(SIP_RECORD kind, uint32_t call, const QByteArray& sdp);
     // SIP_REFUSE, SIP_HANG_UP.
-    void status(SIP_RECORD kind, uint32_t call, uint32_t status);
+    void status(SIP_RECORD kind, uint32_t call, uint32_t status, uint32_t warning = 0);
     // SIP_DEFLECT, SIP_TRANSFER: false for a target that does not fit.
     bool target(SIP_RECORD kind, uint32_t call, const QByteArray& target);
     void connect(uint32_t call, uint32_t other);

@@ -70,7 +70,7 @@ const char* sipReasonOfLine(const tagSipLine& line)
 
 uint32_t sipStatusOf(CALL_END why)
 {
-    enum { UNAVAILABLE = 480, BUSY = 486, ANONYMITY_DISALLOWED = 433, DECLINE = 603 };
+    enum { UNAVAILABLE = 480, BUSY = 486, NOT_ACCEPTABLE = 488, ANONYMITY_DISALLOWED = 433, DECLINE = 603 };
     switch (why) {
     case CALL_DECLINED:
         return DECLINE;
@@ -78,7 +78,34 @@ uint32_t sipStatusOf(CALL_END why)
         return UNAVAILABLE;
     case CALL_REJECTED:
         return ANONYMITY_DISALLOWED;
+    case CALL_UNFIT:
+        return NOT_ACCEPTABLE;
     default:
         return BUSY;
+    }
+}
+
+uint32_t sipWarningOf(CALL_FIT fit)
+{
+    enum {
+        OTHER_ADDRESS = 301,
+        OTHER_TRANSPORT = 302,
+        OTHER_MEDIA = 304,
+        OTHER_FORMAT = 305,
+        NOT_UNDERSTOOD = 307
+    };
+    switch (fit) {
+    case CALL_NO_DESCRIPTION:
+        return NOT_UNDERSTOOD;
+    case CALL_NO_SOUND:
+        return OTHER_MEDIA;
+    case CALL_NO_TRANSPORT:
+        return OTHER_TRANSPORT;
+    case CALL_NO_ADDRESS:
+        return OTHER_ADDRESS;
+    case CALL_NO_FORMAT:
+        return OTHER_FORMAT;
+    default:
+        return 0;
     }
 }

@@ -4,7 +4,8 @@
 
 bool callIsMissed(const tagCall& call)
 {
-    return call.eEnd == CALL_MISSED || call.eEnd == CALL_BUSY || call.eEnd == CALL_DISTURBED;
+    return call.eEnd == CALL_MISSED || call.eEnd == CALL_BUSY || call.eEnd == CALL_DISTURBED ||
+           call.eEnd == CALL_UNFIT;
 }
 
 const QString& callReached(const tagCall& call)

@@ -18,7 +18,8 @@ enum CALL_END {
     CALL_REJECTED,  // refused since the caller is anonymous
     CALL_FORWARDED, // to strTarget
     CALL_TRANSFERRED,
-    CALL_FAILED // strReason tells why
+    CALL_FAILED, // strReason tells why
+    CALL_UNFIT   // refused since what the caller offers cannot be talked here
 };
 
 // What goes along with a call from this side.
@@ -63,6 +64,7 @@ struct tagCall
     QString strReached;       // one that goes out: where they have sent it; empty: it is with strNumber
     bool bRingsThere = false; // one that goes out: the other side's phone says so
     bool bAsksAnswer = false; // the caller asks to be answered without a hand
+    bool bUnfit = false;      // what the caller offers cannot be talked here: nobody could answer it
     bool bVideo = false;      // both sides want it
     tagCallOptions options;   // of this side
     bool bHeld = false;       // by the user

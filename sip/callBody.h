@@ -1,0 +1,11 @@
+#pragma once
+// What a message of a call says of media.
+#include "sip/sdpBody.h"
+#include "sip/sipStack.h"
+
+namespace callBody {
+
+// Nothing of a message that is none, or has no body.
+tagSdpBody read(const sip_t* message);
+
+} // namespace callBody

@@ -1,0 +1,174 @@
+// Calls from outside that could not be talked: nobody hears of them but who looks at the lists.
+#include "support/host/registry.h"
+#include "tests/services/sipStand.h"
+
+namespace {
+
+class SipUnfit : public SipPhone
+{
+protected:
+    void SetUp() override { begin(); }
+    // The refusal that the agent is told next.
+    void expectRefusal(uint32_t wire, uint32_t status, uint32_t warning)
+    {
+        const auto* refusal = agent.next<tagSipStatus>(SIP_REFUSE);
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->head.nId, wire);
+        EXPECT_EQ(refusal->nStatus, status);
+        EXPECT_EQ(refusal->nWarning, warning);
+    }
+    bool hasRung() const
+    {
+        return std::any_of(heard.begin(), heard.end(),
+                           [](const tagCall& call) { return call.eState == CALL_RINGING; });
+    }
+};
+
+TEST_F(SipUnfit, OneThatCannotBeTalkedIsRefusedWithoutARingAndIsInTheLists)
+{
+    const struct
+    {
+        CALL_FIT eFit;
+        uint32_t nWarning;
+    } all[] = {{CALL_NO_DESCRIPTION, 307},
+               {CALL_NO_SOUND, 304},
+               {CALL_NO_TRANSPORT, 302},
+               {CALL_NO_ADDRESS, 301},
+               {CALL_NO_FORMAT, 305}};
+    int count = 0;
+    for (const auto& each : all) {
+        media->fit = each.eFit;
+        agent.tell(arrival(IN + uint32_t(count), "200", "their offer"));
+        expectRefusal(IN + uint32_t(count), 488, each.nWarning);
+        ASSERT_TRUE(waitsForEnd(++count));
+        EXPECT_EQ(lastEnded().eEnd, CALL_UNFIT);
+        EXPECT_EQ(lastEnded().strNumber, "200");
+        EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
+    }
+    EXPECT_FALSE(hasRung());
+    EXPECT_TRUE(agent.isQuiet(SIP_RING));
+    EXPECT_EQ(media->judgedOffer, "their offer");
+    EXPECT_EQ(history("missed", count).count("1"), count);
+    // The next one rings.
+    media->fit = CALL_FITS;
+    arrives(arrival(IN + uint32_t(count)));
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+    EXPECT_TRUE(hasRung());
+}
+
+TEST_F(SipUnfit, WhoTalksIsNotHeldForIt)
+{
+    const int first = talksIn(IN);
+    media->orders.clear();
+    media->fit = CALL_NO_FORMAT;
+    agent.tell(arrival(IN + 1, "201"));
+    expectRefusal(IN + 1, 488, 305);
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA));
+    ASSERT_EQ(calls().size(), 1);
+    EXPECT_EQ(call().nId, first);
+    EXPECT_FALSE(call().bHeld);
+    EXPECT_EQ(call().eState, CALL_TALKING);
+    EXPECT_EQ(media->orders, QStringList{"end"}) << "of the one that is refused";
+}
+
+TEST_F(SipUnfit, OneThatIsForwardedIsSoWhateverItOffers)
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "AlwaysForward", "bEnable", 1);
+    nuxSetRegistryString("/rundata/config/user/user.ini", "AlwaysForward", "strTarget", "555");
+    media->fit = CALL_NO_SOUND;
+    agent.tell(arrival(IN));
+    const auto* deflect = agent.next<tagSipTarget>(SIP_DEFLECT);
+    ASSERT_TRUE(deflect);
+    EXPECT_STREQ(deflect->szTarget, "555");
+}
+
+TEST_F(SipUnfit, ABodyThatTheAgentCannotReadIsRefusedAsItSays)
+{
+    tagSipArrived record = arrival(IN, "200", "");
+    record.nRefusal = 415;
+    agent.tell(record);
+    expectRefusal(IN, 415, 0);
+    EXPECT_EQ(media->nJudged, 0);
+    ASSERT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().eEnd, CALL_UNFIT);
+    EXPECT_FALSE(hasRung());
+}
+
+TEST_F(SipUnfit, WhoWantsAnOfferIsNotJudged)
+{
+    media->fit = CALL_NO_FORMAT;
+    arrives(arrival(IN, "200", ""));
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+    EXPECT_EQ(media->nJudged, 0);
+}
+
+TEST_F(SipUnfit, ALineThatEncryptsSaysSoWhenItAsks)
+{
+    arrives(arrival(IN));
+    EXPECT_FALSE(media->judgedWish.bEncrypt);
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") + "Encrypt=1\n");
+    tellAccountChanged(0);
+    arrives(arrival(IN + 1, "201"));
+    EXPECT_TRUE(media->judgedWish.bEncrypt);
+}
+
+TEST_F(SipUnfit, WhileItIsAskedNobodyHearsOfTheCall)
+{
+    media->bJudges = false;
+    agent.tell(arrival(IN, "200"));
+    ASSERT_TRUE(kit::waitUntil([this] { return media->nJudged == 1; }));
+    kit::settle();
+    EXPECT_TRUE(calls().isEmpty());
+    EXPECT_TRUE(heard.isEmpty());
+    EXPECT_TRUE(agent.isQuiet(SIP_RING));
+    // A second one is asked for beside it, and each has its own answer.
+    agent.tell(arrival(IN + 1, "201"));
+    ASSERT_TRUE(kit::waitUntil([this] { return media->nJudged == 2; }));
+    media->tellJudged(2, CALL_NO_FORMAT);
+    expectRefusal(IN + 1, 488, 305);
+    media->tellJudged(2, CALL_FITS);
+    media->tellJudged(1, CALL_FITS);
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+    EXPECT_EQ(call().strNumber, "200");
+    EXPECT_EQ(calls().size(), 1);
+}
+
+TEST_F(SipUnfit, WhoGivesUpBeforeItRingsIsMissed)
+{
+    media->bJudges = false;
+    agent.tell(arrival(IN, "200"));
+    tellEnd(IN, SIP_CANCELLED);
+    ASSERT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().eEnd, CALL_MISSED);
+    EXPECT_EQ(lastEnded().strNumber, "200");
+    media->tellJudged(1, CALL_FITS);
+    EXPECT_TRUE(agent.isQuiet(SIP_RING));
+    EXPECT_TRUE(calls().isEmpty());
+    agent.tell(arrival(IN + 1, "201"));
+    tellEnd(IN + 1, SIP_ELSEWHERE);
+    ASSERT_TRUE(waitsForEnd(2));
+    EXPECT_EQ(lastEnded().eEnd, CALL_HUNG_UP);
+    EXPECT_EQ(lastEnded().strReason, "Another phone has answered");
+    agent.tell(arrival(IN + 2, "202"));
+    ASSERT_TRUE(kit::waitUntil([this] { return media->nJudged == 3; }));
+    agent.leave();
+    ASSERT_TRUE(waitsForEnd(3));
+    EXPECT_EQ(lastEnded().eEnd, CALL_MISSED);
+    EXPECT_EQ(lastEnded().strNumber, "202");
+}
+
+TEST_F(SipUnfit, WhoCannotTakeThePlaceOfAnotherLeavesHim)
+{
+    const int first = talksIn(IN);
+    const qsizetype told = heard.size();
+    media->fit = CALL_NO_FORMAT;
+    tagSipArrived record = arrival(IN + 1, "201");
+    record.nReplaces = IN;
+    agent.tell(record);
+    expectRefusal(IN + 1, 488, 305);
+    EXPECT_EQ(call().nId, first);
+    EXPECT_EQ(calls().size(), 1);
+    EXPECT_EQ(heard.size(), told) << "he has not called";
+}
+
+} // namespace
