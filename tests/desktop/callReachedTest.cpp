@@ -1,4 +1,5 @@
 // The call screen of real lines: whom a call has come to, and what becomes of a transfer.
+#include "host/desktop/callAction.h"
 #include "host/desktop/frmCall.h"
 #include "host/services/phone/callNumber.h"
 #include "tests/desktop/desktopTest.h"
@@ -174,4 +175,38 @@ TEST_F(CallReached, WhatIsToldLastStandsForItsWholeTime)
     EXPECT_EQ(text("labOthers"), "302 \u00b7 Busy");
     kit::stepTime(1500);
     EXPECT_EQ(text("labOthers"), "");
+}
+
+TEST_F(CallReached, VideoClosesTheCameraForBothOfAConference)
+{
+    const int first = talksIn(IN);
+    talksOut("300");
+    const int second = calls().last().nId;
+    ASSERT_TRUE(phoneService::instance().rules().join(second, first));
+    tagCallStreams streams;
+    streams.strSound = "Opus";
+    streams.nOwnPicture = 0; // the camera opens once
+    media->tellChanged(second, streams);
+    streams.nOwnPicture = 1;
+    media->tellChanged(first, streams);
+    kit::stepTime(1000);
+    const auto wantsCamera = [](int id) {
+        for (const tagCall& call : calls()) {
+            if (call.nId == id)
+                return call.options.bCamera;
+        }
+        return false;
+    };
+    ASSERT_TRUE(wantsCamera(first) && wantsCamera(second));
+    auto* video = kit::windows().value(0)->findChild<callAction*>("actVideo");
+    EXPECT_TRUE(video->isOn());
+    kit::tap(video);
+    EXPECT_FALSE(wantsCamera(first) || wantsCamera(second)) << "nobody sees the user any more";
+    streams.nOwnPicture = 0;
+    media->tellChanged(first, streams);
+    kit::settle();
+    EXPECT_FALSE(video->isOn());
+    kit::tap(video);
+    EXPECT_TRUE(wantsCamera(second)) << "who is in front";
+    EXPECT_FALSE(wantsCamera(first));
 }
