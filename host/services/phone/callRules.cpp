@@ -296,8 +296,10 @@ bool callRules::setMuted(int id, bool muted)
 bool callRules::setCamera(int id, bool on)
 {
     bool done = false;
-    for (const int each : on&& talks(id) ? QList<int>{id} : talkingWith(id))
-        done = m_backend.setCamera(each, on) || done;
+    for (const int each : talkingWith(id)) {
+        if (each == id || !on)
+            done = m_backend.setCamera(each, on) || done;
+    }
     return done;
 }
 
