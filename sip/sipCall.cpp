@@ -500,17 +500,6 @@ void SipCall::onMediaReply(const tagStackEvent& event)
         m_stack.pPhone->tell(sipWire::make<tagSipMedia>(SIP_TALK, m_nId));
 }
 
-void SipCall::onUpdateReply(const tagStackEvent& event)
-{
-    if (event.nStatus < 200 || m_eStep != STEP_TALKING)
-        return;
-    m_answers->reset();
-    if (event.nStatus < 300 && event.pMessage)
-        m_session.agree(*event.pMessage);
-    else if (event.nStatus != 408 && event.nStatus != 481)
-        refreshByInvite();
-}
-
 // Of a request that the phone has not answered: the whole call while it rings, else what is offered.
 void SipCall::onCancel(const tagStackEvent& event)
 {
@@ -549,25 +538,6 @@ void SipCall::offerToPhone()
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
     sipWire::setText(offer.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(offer);
-}
-
-// An offer of either side does the same.
-void SipCall::refresh()
-{
-    if (m_eStep != STEP_TALKING || m_offered || !m_offer.isIdle())
-        return;
-    if (!m_session.peerKnowsUpdate()) {
-        refreshByInvite();
-        return;
-    }
-    m_offer.requestGoes();
-    nua_update(m_pHandle, NUTAG_SESSION_TIMER(m_session.seconds()), TAG_END());
-}
-
-void SipCall::refreshByInvite()
-{
-    if (!m_offered && m_offer.isIdle() && !m_ownSdp.empty())
-        m_offer.want(m_ownSdp);
 }
 
 // The stack itself refuses a second INVITE, and one that meets an INVITE from here.
