@@ -23,6 +23,16 @@ protected:
                                "Contact: " + headerOf(request, "Contact") + ";expires=3600"));
         ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
     }
+    // The same at a server that tells of no messages, and is waited for long.
+    void beginOverTcpWithoutMessages()
+    {
+        tagSipSetup setup = AgentProcess::quickSetup();
+        setup.nSilentMs = 15000;
+        ASSERT_NO_FATAL_FAILURE(beginOverTcp(setup));
+        const QByteArray subscribe = readUntil("\r\n\r\n");
+        ASSERT_TRUE(subscribe.startsWith("SUBSCRIBE")) << subscribe.constData();
+        write(UdpPeer::replyTo(subscribe, "489 Bad Event"));
+    }
     QByteArray readUntil(const QByteArray& end)
     {
         QByteArray text;
@@ -100,12 +110,7 @@ TEST_F(SipNetwork, SignsOfLifeGoOverConnectionsAndAreAnswered)
 
 TEST_F(SipNetwork, TheServersOwnSignsOfLifeAreAnsweredOverItsConnection)
 {
-    tagSipSetup setup = AgentProcess::quickSetup();
-    setup.nSilentMs = 15000;
-    ASSERT_NO_FATAL_FAILURE(beginOverTcp(setup));
-    const QByteArray subscribe = readUntil("\r\n\r\n");
-    ASSERT_TRUE(subscribe.startsWith("SUBSCRIBE")) << subscribe.constData();
-    write(UdpPeer::replyTo(subscribe, "489 Bad Event"));
+    ASSERT_NO_FATAL_FAILURE(beginOverTcpWithoutMessages());
     for (int i = 0; i < 2; ++i) {
         write("\r\n\r\n");
         EXPECT_EQ(readUntil("\r\n").toStdString(), "\r\n") << i;
@@ -114,12 +119,7 @@ TEST_F(SipNetwork, TheServersOwnSignsOfLifeAreAnsweredOverItsConnection)
 
 TEST_F(SipNetwork, AnAnswerThatNoRecordHoldsIsNotToldInPartOverAConnectionEither)
 {
-    tagSipSetup setup = AgentProcess::quickSetup();
-    setup.nSilentMs = 15000;
-    ASSERT_NO_FATAL_FAILURE(beginOverTcp(setup));
-    const QByteArray subscribe = readUntil("\r\n\r\n");
-    ASSERT_TRUE(subscribe.startsWith("SUBSCRIBE")) << subscribe.constData();
-    write(UdpPeer::replyTo(subscribe, "489 Bad Event"));
+    ASSERT_NO_FATAL_FAILURE(beginOverTcpWithoutMessages());
     dial(1, "300");
     const QByteArray invite = readUntil("s=offer\r\n");
     ASSERT_TRUE(invite.startsWith("INVITE")) << invite.constData();
