@@ -44,15 +44,14 @@ enum : unsigned int {
     // From "app_hxMedia": the file cannot be played; lParam: its number.
     MEDIA_MSG_TONE_FAILED = 0x120022,
     // Calls on the wire, to "app_hxMedia"; wParam: the call, lParam: what the message says. Descriptions are
-    // SDP
-    // texts with their zero, behind the record where there is one.
+    // SDP texts with their zero, behind the record where there is one.
     MEDIA_MSG_CALL_PREPARE = 0x7003A,  // calls may come: what they need is loaded
     MEDIA_MSG_CALL_OFFER = 0x70030,    // extra: CALL_WISH; lParam: number of the request
     MEDIA_MSG_CALL_ANSWER = 0x70031,   // extra: CALL_WISH and the offer; lParam: number of the request
     MEDIA_MSG_CALL_AGREE = 0x70032,    // extra: the answer; lParam: its number
     MEDIA_MSG_CALL_WITHDRAW = 0x70033, // the last offer was refused
     MEDIA_MSG_CALL_MUTE = 0x70034,     // lParam: non-zero: the other side does not hear the user
-    MEDIA_MSG_CALL_STILL = 0x7003C,    // lParam: non-zero: the user holds it: nothing goes out or is heard
+    MEDIA_MSG_CALL_STILL = 0x7003D,    // lParam: non-zero: the user holds it: nothing goes out or is heard
     MEDIA_MSG_CALL_TONE = 0x70035,     // lParam: CALL_TONE
     MEDIA_MSG_CALL_JOIN = 0x70036,     // lParam: the other call
     MEDIA_MSG_CALL_SPLIT = 0x70037,
