@@ -53,7 +53,7 @@ void look(const tagBodyPart& part, int depth, tagFound& found)
             found.sdp += "\r\n"; // which belongs to the mark behind the part
     } else if (part.type.rfind("multipart/", 0) != 0 || part.bCoded || depth >= sdpBody::DEPTH_MAX) {
         leaveOut(part, found);
-    } else if (bodyParts::split(part.bytes, part.nSize, part.boundary, parts)) {
+    } else if (bodyParts::split(part.bytes, part.nSize, part.boundary, parts) && !parts.empty()) {
         lookInto(parts, part.type == "multipart/alternative", depth + 1, found);
     } else {
         leaveOut(part, found);

@@ -231,7 +231,7 @@ void SipCall::hangUp()
         end(SIP_HUNG_UP, 0, "");
         releaseSoon();
     } else if (m_eStep == STEP_TALKING) {
-        nua_bye(m_pHandle, TAG_END());
+        sendBye();
         end(SIP_HUNG_UP, 0, "");
         releaseSoon();
     }
@@ -295,7 +295,8 @@ void SipCall::onStack(const tagStackEvent& event)
     if (event.pHandle != m_pHandle)
         return;
     const uint32_t status = uint32_t(event.nStatus);
-    if ((status == 401 || status == 407) && !hasEnded() && m_answers->answer(m_pHandle, event.pMessage))
+    const bool isAsked = (status == 401 || status == 407) && (!hasEnded() || event.eEvent == nua_r_bye);
+    if (isAsked && m_answers->answer(m_pHandle, event.pMessage))
         return;
     switch (event.eEvent) {
     case nua_r_invite:
@@ -309,6 +310,9 @@ void SipCall::onStack(const tagStackEvent& event)
         break;
     case nua_r_info:
         onToneReply(event);
+        break;
+    case nua_r_bye:
+        onByeReply(status);
         break;
     case nua_i_state:
         onState(event);
@@ -365,7 +369,7 @@ bool SipCall::isGone(const tagStackEvent& event) const
 
 void SipCall::giveUp(const tagStackEvent& event)
 {
-    nua_bye(m_pHandle, TAG_END());
+    sendBye();
     end(SIP_BROKEN, uint32_t(event.nStatus), event.szPhrase);
     releaseSoon();
 }
@@ -380,15 +384,15 @@ void SipCall::onState(const tagStackEvent& event)
         end(SIP_BROKEN, status >= 100 && status <= 699 ? status : 0, event.szPhrase);
         releaseSoon();
     }
-    if (state == nua_callstate_terminated)
+    if (state == nua_callstate_terminated && !m_bByeGoes)
         release();
 }
 
 void SipCall::onInviteReply(const tagStackEvent& event)
 {
     const bool isTaken = event.nStatus >= 200 && event.nStatus < 300;
-    if (hasEnded() && isTaken)
-        nua_bye(m_pHandle, TAG_END()); // the answer has crossed the end of the call
+    if (hasEnded() && isTaken && !m_bByeGoes)
+        sendBye(); // the answer has crossed the end of the call
     else if (m_eStep == STEP_TALKING)
         onMediaReply(event);
     else if (!hasEnded())
@@ -602,6 +606,23 @@ void SipCall::end(SIP_ENDING ending, uint32_t status, const std::string& reason,
     sipWire::setText(record.szReason, reason);
     sipWire::setText(record.szTarget, target);
     m_stack.pPhone->tell(record);
+}
+
+// It may be asked for the password as often as whatever went before.
+void SipCall::sendBye()
+{
+    m_answers->reset();
+    m_bByeGoes = true;
+    nua_bye(m_pHandle, TAG_END());
+}
+
+// The call may have ended for the stack long before that, by an offer that was under way. Above all replies
+// are the stack's own words for a BYE that it has not sent.
+void SipCall::onByeReply(uint32_t status)
+{
+    const bool isFinal = status >= 200 && status <= 699;
+    if (isFinal && std::exchange(m_bByeGoes, false) && hasEnded())
+        release();
 }
 
 void SipCall::releaseSoon()

@@ -128,6 +128,9 @@ private:
     // To the phone.
     void tellUnderWay(uint32_t status, const std::string& sdp = "");
     void stopTimers();
+    void sendBye();
+    // The other side, or a server, has said what becomes of it.
+    void onByeReply(uint32_t status);
     // The server has this long to take note of the end.
     void releaseSoon();
     void release();
@@ -146,6 +149,7 @@ private:
     bool m_bHeard = false;                   // of a call from here: something has come from a server
     bool m_bAgreedEarly = false;             // while it rings: the first offer is answered for good
     bool m_bSilenceTold = false;             // the phone believes that nothing has
+    bool m_bByeGoes = false;                 // that has no final reply yet
     bool m_bReferred = false;                // the other side has taken what it was asked to call
     bool m_bMoved = false;                   // what it has asked for is elsewhere, and the phone may follow
     enum { NOT_TAKEN_BACK, TAKEN_BACK, AS_BEFORE } m_eTakenBack = NOT_TAKEN_BACK; // what the phone answers

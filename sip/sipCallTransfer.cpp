@@ -128,7 +128,7 @@ void SipCall::beReplaced()
     if (hasEnded())
         return;
     if (m_eStep == STEP_TALKING)
-        nua_bye(m_pHandle, TAG_END());
+        sendBye();
     else
         nua_cancel(m_pHandle, SIPTAG_REASON_STR(kElsewhere), TAG_END()); // it is no missed call there
     end(SIP_REPLACED, 0, "Another call has taken its place");

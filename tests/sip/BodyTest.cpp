@@ -122,6 +122,18 @@ TEST(SdpBody, ADamagedBodyIsNotTakenInPart)
     EXPECT_EQ(readOf("multipart/mixed;boundary=x", "session;handling=optional", good.left(30)), "");
 }
 
+TEST(SdpBody, ABodyOfPartsWithoutAnyIsDamaged)
+{
+    const QByteArray sdp = part("Content-Type: application/sdp", "one", "x");
+    const QByteArray inner = part("Content-Type: multipart/mixed;boundary=y", "--y--", "x");
+    EXPECT_EQ(readOf("multipart/mixed;boundary=x", "", "--x--"), "?");
+    EXPECT_EQ(readOf("multipart/alternative;boundary=x", "", "--x--\r\n"), "?");
+    EXPECT_EQ(readOf("multipart/mixed;boundary=-", "", QByteArray(60000, '-')), "?");
+    EXPECT_EQ(readOf("multipart/mixed;boundary=x", "", inner + "--x--"), "?");
+    EXPECT_EQ(readOf("multipart/mixed;boundary=x", "", inner + sdp + "--x--"), "one\r\n");
+    EXPECT_EQ(readOf("multipart/mixed;boundary=x", "render;handling=optional", "--x--"), "");
+}
+
 TEST_F(SipBodies, ADescriptionBesideOtherPartsIsTheOffer)
 {
     begin();
@@ -154,7 +166,9 @@ TEST_F(SipBodies, WhatHasToBeUnderstoodAndIsNotIsRefusedWhereThePhoneTakesTheCal
                {kMixed, beside("Content-Type: text/html\r\nContent-Disposition: render;handling=required")},
                {kMixed, beside("Content-Type: text/html\r\nContent-Disposition: render")},
                {kMixed, part("Content-Type: text/plain", "hello") + "--b b--\r\n"},
-               {kMixed, "--b b\r\nContent-Type: application/sdp\r\n\r\n" + kSdp}};
+               {kMixed, "--b b\r\nContent-Type: application/sdp\r\n\r\n" + kSdp},
+               {kMixed, "--b b--\r\n"},
+               {"Content-Type: multipart/mixed;boundary=-", QByteArray(60000, '-')}};
     uint32_t id = kFirst;
     for (const auto& each : all) {
         SCOPED_TRACE((each.lines + each.body).toStdString());

@@ -6,6 +6,13 @@
 
 namespace {
 
+constexpr const char* kAsks = "407 Proxy Authentication Required";
+
+QByteArray challenge(const QByteArray& nonce)
+{
+    return "Proxy-Authenticate: Digest realm=\"home\", nonce=\"" + nonce + "\", qop=\"auth\"";
+}
+
 class SipRequests : public SipCalls
 {
 protected:
@@ -22,6 +29,21 @@ protected:
         const QByteArray info = peer->receive("INFO");
         peer->reply(info, status);
         return headerOf(info, "Content-Type") + " " + info.mid(info.indexOf("\r\n\r\n") + 4).simplified();
+    }
+    QByteArray withSdp() const
+    {
+        return "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
+               ">\r\nContent-Type: application/sdp";
+    }
+    // The server takes the end of a call only so.
+    void expectEndWithPassword(const QByteArray& nonce)
+    {
+        const QByteArray bye = peer->receive("BYE");
+        const QByteArray answer = headerOf(bye, "Proxy-Authorization");
+        EXPECT_EQ(paramOf(answer, "nonce").toStdString(), nonce.toStdString()) << bye.constData();
+        EXPECT_EQ(paramOf(answer, "response").toStdString(),
+                  digestOf("BYE", answer, "auth0", "s3cret:0").toStdString());
+        peer->reply(bye, "200 OK");
     }
 };
 
@@ -90,6 +112,54 @@ TEST_F(SipRequests, TheEndOfACallWaitsForNoAnswerToAnythingElse)
         }
     }
     EXPECT_NE(talkOut(++id), 0u);
+}
+
+// A call from here, whose INVITE the server has asked the password for.
+TEST_F(SipRequests, TheEndOfACallIsSentAgainWithThePasswordWhateverTheAnswerToAnOffer)
+{
+    begin();
+    uint32_t id = 0;
+    for (const char* status : {"", "100 Trying", "200 OK", "487 Request Terminated", "491 Request Pending",
+                               "407 Proxy Authentication Required"}) {
+        SCOPED_TRACE(status);
+        dial(++id, "300");
+        peer->reply(peer->receive("INVITE"), kAsks, challenge("begin"));
+        peer->reply(peer->receive("INVITE"), "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
+        ASSERT_TRUE(next<tagSipMedia>(SIP_TALK, id));
+        tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+        const QByteArray offer = peer->receive("INVITE");
+        ASSERT_NE(offer.toStdString(), "");
+        tellStatus(SIP_HANG_UP, id);
+        expectEnd(id, SIP_HUNG_UP, 0);
+        const QByteArray bye = peer->receive("BYE");
+        ASSERT_NE(bye.toStdString(), "");
+        if (*status == '2')
+            peer->reply(offer, status, withSdp(), "v=0\r\ns=held\r\n");
+        else if (*status)
+            peer->reply(offer, status, *status == '4' ? challenge("offer") : QByteArray());
+        expectTaken();
+        peer->reply(bye, kAsks, challenge("end"));
+        expectEndWithPassword("end");
+    }
+}
+
+TEST_F(SipRequests, TheEndOfACallFromOutsideIsSentAgainWithThePassword)
+{
+    begin();
+    for (const char* name : {"asked", "askedTwice"}) {
+        SCOPED_TRACE(name);
+        const uint32_t id = talkIn(name);
+        ASSERT_NE(id, 0u);
+        tellStatus(SIP_HANG_UP, id);
+        expectEnd(id, SIP_HUNG_UP, 0);
+        peer->reply(peer->receive("BYE"), kAsks, challenge("end"));
+        if (QByteArray(name) == "askedTwice") {
+            peer->reply(peer->receive("BYE"), kAsks, challenge("later") + ", stale=true");
+            expectEndWithPassword("later");
+        } else {
+            expectEndWithPassword("end");
+        }
+    }
 }
 
 TEST_F(SipRequests, TheEndOfACallGoesOverAWayThatAnswersNothing)
