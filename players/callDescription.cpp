@@ -236,3 +236,16 @@ bool callDescription::read(const QByteArray& text, QList<tagDescribedMedia>& med
     }
     return true;
 }
+
+int callDescription::ptimeFor(const tagDescribedMedia& media, SOUND_CODEC codec)
+{
+    static constexpr int kTimes[] = {60, 40, 30, 20, 10};
+    int most = media.nPtime > 0 ? media.nPtime : 20;
+    if (media.nMaxPtime > 0)
+        most = std::min(most, media.nMaxPtime);
+    for (const int time : kTimes) {
+        if (time <= most && !(time == 30 && codec == SOUND_CODEC::OPUS)) // Opus has no such frame
+            return time;
+    }
+    return 10;
+}

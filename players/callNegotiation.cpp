@@ -48,20 +48,6 @@ bool isNowhere(const QByteArray& address)
     return address == "0.0.0.0";
 }
 
-// The longest packet that does not ask for more than the other side bears.
-int ptimeFor(const tagDescribedMedia& media, SOUND_CODEC codec)
-{
-    static constexpr int kTimes[] = {60, 40, 30, 20, 10};
-    int most = media.nPtime > 0 ? media.nPtime : 20;
-    if (media.nMaxPtime > 0)
-        most = std::min(most, media.nMaxPtime);
-    for (const int time : kTimes) {
-        if (time <= most && !(time == 30 && codec == SOUND_CODEC::OPUS)) // Opus has no such frame
-            return time;
-    }
-    return 10;
-}
-
 // Tones with the clock of the sound are preferred.
 const tagDescribedCodec* tonesOf(const tagDescribedMedia& media, int clock)
 {
@@ -448,7 +434,7 @@ void callNegotiation::setPeer(const tagDescribedMedia& media, bool held, tagAgre
     setStream(media, held, sound);
     sound.bSound = true;
     sound.bHeldByPeer = isNowhere(media.address) || !media.bReceives;
-    sound.nPtime = ptimeFor(media, sound.send.eCodec);
+    sound.nPtime = callDescription::ptimeFor(media, sound.send.eCodec);
     const tagDescribedCodec* tones = tonesOf(media, sound.send.nClock);
     sound.nSendTones = tones ? tones->nPayload : -1;
     sound.nTonesClock = tones ? tones->nClock : 8000;
