@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr unsigned kMaxAnswers = 4; // before a reply of another kind
+constexpr unsigned kMaxAnswers = 3; // before a reply of another kind; the stack itself sends no more
 
 // Those of a header that are known. One line may have several: the stack takes the next one's kind and first
 // parameter for a parameter of the one before.

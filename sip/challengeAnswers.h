@@ -16,6 +16,8 @@ public:
     void reset();
     // Another server is asked, at another handle.
     void forget();
+    // The same is asked once more, and answered elsewhere.
+    void countFurther() { ++m_nAnswers; }
     bool hasAnswered() const { return m_nAnswers > 0; }
 
 private:

@@ -35,7 +35,8 @@ std::vector<std::string> hostsText::addressesOf(const std::string& text, const s
     const auto isWanted = [&](const std::string& word) {
         return strcasecmp(word.c_str(), wanted.c_str()) == 0;
     };
-    for (size_t at = 0, end; (end = text.find('\n', at)) != std::string::npos; at = end + 1) {
+    for (size_t at = 0, end = 0; at < text.size(); at = end + 1) {
+        end = std::min(text.find('\n', at), text.size());
         const std::string line = text.substr(at, std::min(text.find('#', at), end) - at);
         const std::vector<std::string> words = wordsOf(line);
         const bool isOf = !words.empty() && std::any_of(words.begin() + 1, words.end(), isWanted);
@@ -44,4 +45,11 @@ std::vector<std::string> hostsText::addressesOf(const std::string& text, const s
             addresses.push_back(words[0]);
     }
     return addresses;
+}
+
+std::string hostsText::wholeLines(std::string text, size_t most)
+{
+    if (text.size() > most)
+        text.resize(most ? text.rfind('\n', most - 1) + 1 : 0);
+    return text;
 }

@@ -51,7 +51,7 @@ sres_record_t** answersOf(uint16_t type, const char* name)
 
 std::vector<std::string> knownHosts::addressesOf(const std::string& name)
 {
-    return hostsText::addressesOf(placeText(kHosts, kMost), name);
+    return hostsText::addressesOf(hostsText::wholeLines(placeText(kHosts, kMost + 1), kMost), name);
 }
 
 sres_cache* knownHosts::cache()

@@ -185,8 +185,13 @@ void Registration::onStack(const tagStackEvent& event)
 
 void Registration::onReply(const tagStackEvent& event)
 {
-    if (event.nStatus < 200)
+    if (event.nStatus < 200) {
+        // The stack has answered by itself what is asked once more.
+        const sip_status_t* told = event.pMessage ? event.pMessage->sip_status : nullptr;
+        if (told && (told->st_status == 401 || told->st_status == 407))
+            m_answers.countFurther();
         return;
+    }
     if (event.nStatus == 401 || event.nStatus == 407) {
         onChallenge(event);
         return;

@@ -1,4 +1,5 @@
 #include "sip/sdpBody.h"
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -49,6 +50,9 @@ void look(const tagBodyPart& part, int depth, tagFound& found)
     std::vector<tagBodyPart> parts;
     if (isSdp(part)) {
         found.sdp.assign(part.bytes, part.nSize);
+        // A text ends at its first zero: nothing at all would stand for a caller who wants an offer.
+        if (!found.sdp.empty() && found.sdp.front() == '\0')
+            std::replace(found.sdp.begin(), found.sdp.end(), '\0', '?');
         if (depth > 0 && !found.sdp.empty() && found.sdp.back() != '\n')
             found.sdp += "\r\n"; // which belongs to the mark behind the part
     } else if (part.type.rfind("multipart/", 0) != 0 || part.bCoded || depth >= sdpBody::DEPTH_MAX) {

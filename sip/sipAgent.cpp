@@ -17,9 +17,10 @@
 namespace {
 
 constexpr uint32_t kKeepMs = 25000;
-constexpr uint32_t kRestMs = 40000;     // the stack keeps for 32 s what it may have to repeat
-constexpr uint32_t kStepMs = 20;        // between looks whether everybody has left
-constexpr unsigned kLargestUdp = 65535; // a call with many codecs and video does not fit a frame
+constexpr uint32_t kRestMs = 40000;         // the stack keeps for 32 s what it may have to repeat
+constexpr const char* kJudgedSeconds = "3"; // the phone has looked at an offer by then
+constexpr uint32_t kStepMs = 20;            // between looks whether everybody has left
+constexpr unsigned kLargestUdp = 65535;     // a call with many codecs and video does not fit a frame
 constexpr unsigned kMaxMessage = 128 << 10;
 constexpr unsigned kTlsPolicy = 0xA; // certificates are checked, and the names in them, of servers
 constexpr const char* kMethods = "INVITE, ACK, BYE, CANCEL, OPTIONS, INFO, NOTIFY, PRACK, UPDATE, REFER";
@@ -205,10 +206,12 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
     SipCall& call = *found;
     switch (record.head().eKind) {
     case SIP_RING:
-        call.ring(record.as<tagSipMedia>().szSdp);
+        if (takeIn(record.head().nId, call))
+            call.ring(record.as<tagSipMedia>().szSdp);
         break;
     case SIP_ANSWER:
-        call.answer(record.as<tagSipMedia>().szSdp);
+        if (takeIn(record.head().nId, call))
+            call.answer(record.as<tagSipMedia>().szSdp);
         break;
     case SIP_REFUSE:
         call.refuse(record.as<tagSipStatus>().nStatus, record.as<tagSipStatus>().nWarning);
@@ -396,6 +399,8 @@ void SipAgent::arrive(const tagStackEvent& event)
         nua_respond(event.pHandle, int(refusal), sip_status_phrase(int(refusal)), TAG_END());
     else if (isBusy)
         nua_respond(event.pHandle, SIP_486_BUSY_HERE, TAG_END());
+    else if (judgedCount() >= SIP_JUDGED_MAX)
+        nua_respond(event.pHandle, SIP_486_BUSY_HERE, SIPTAG_RETRY_AFTER_STR(kJudgedSeconds), TAG_END());
     else if (body.sdp.size() >= SIP_SDP_SIZE)
         nua_respond(event.pHandle, SIP_488_NOT_ACCEPTABLE, TAG_END());
     else
@@ -412,21 +417,55 @@ void SipAgent::makeCall(const Registration& line, const tagStackEvent& event, co
             other->beReplaced();
     };
     auto& call = m_calls[id] = std::make_unique<SipCall>(m_stack, id);
+    // One that takes the place of another has that one's room.
+    if (!replaced)
+        m_judged.insert(id);
     call->arrive(line, event, body, replaced, std::move(hooks));
 }
 
 size_t SipAgent::callCount() const
 {
-    return size_t(std::count_if(m_calls.begin(), m_calls.end(),
-                                [](const auto& call) { return !call.second->hasEnded(); }));
+    return size_t(std::count_if(m_calls.begin(), m_calls.end(), [this](const auto& call) {
+        return !call.second->hasEnded() && !isJudged(call.first);
+    }));
+}
+
+bool SipAgent::isJudged(uint32_t id) const
+{
+    return m_judged.count(id) > 0;
+}
+
+size_t SipAgent::judgedCount() const
+{
+    return size_t(std::count_if(m_judged.begin(), m_judged.end(), [this](uint32_t id) {
+        const SipCall* call = find(id);
+        return call && !call->hasEnded();
+    }));
+}
+
+// What cannot be talked would else keep others out for as long as that is looked at.
+bool SipAgent::takeIn(uint32_t id, SipCall& call)
+{
+    if (!isJudged(id) || call.hasEnded())
+        return true;
+    if (callCount() >= SIP_CALLS_MAX) {
+        call.refuse(486);
+        return false;
+    }
+    m_judged.erase(id);
+    return true;
 }
 
 // What the stack has kept of many calls goes back to the system when it keeps it no more.
 void SipAgent::dropCalls()
 {
     const bool hadAny = !m_calls.empty();
-    for (auto call = m_calls.begin(); call != m_calls.end();)
-        call = call->second->isOver() ? m_calls.erase(call) : std::next(call);
+    for (auto call = m_calls.begin(); call != m_calls.end();) {
+        const bool isOver = call->second->isOver();
+        if (isOver)
+            m_judged.erase(call->first);
+        call = isOver ? m_calls.erase(call) : std::next(call);
+    }
     if (hadAny && m_calls.empty())
         m_rest.start(kRestMs, [] { malloc_trim(0); });
 }

@@ -9,6 +9,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -51,7 +52,12 @@ private:
     // The status that refuses a call that asks to take the place of another; 0 and that one's id for none.
     uint32_t findReplaced(const sip_replaces_t& replaces, uint32_t line, uint32_t& id) const;
     SipCall* find(uint32_t id) const;
+    // Those that ring or talk, or go out.
     size_t callCount() const;
+    bool isJudged(uint32_t id) const;
+    size_t judgedCount() const;
+    // The phone lets the call ring or talk; false: there is no room for it any more, and it is refused.
+    bool takeIn(uint32_t id, SipCall& call);
     // Those that have ended for both sides.
     void dropCalls();
     void end(int code);
@@ -65,6 +71,7 @@ private:
     SipEvents m_events;
     std::unique_ptr<ConnectionGuard> m_connections;
     std::map<uint32_t, std::unique_ptr<SipCall>> m_calls;
+    std::set<uint32_t> m_judged; // of those, what the phone does not let ring or talk yet
     uint32_t m_nNextIncoming = SIP_CALL_FIRST_INCOMING;
     SipTimer m_step;
     SipTimer m_last;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <initializer_list>
 #include <iterator>
 #include <sofia-sip/msg_header.h>
 #include <sofia-sip/sip_extra.h>
@@ -62,16 +63,20 @@ bool hidesParty(const sip_remote_party_id_t* party)
     return !privacy.empty() && privacy != "off" && privacy != "none";
 }
 
-bool wantsPrivacy(const sip_t& message)
+bool asksPrivacy(const sip_t& message, const char* what)
 {
     for (const sip_privacy_t* privacy = message.sip_privacy; privacy; privacy = nullptr) {
         for (size_t i = 0; privacy->priv_values && privacy->priv_values[i]; ++i) {
-            const std::string value = lower(privacy->priv_values[i]);
-            if (value == "id" || value == "user")
+            if (lower(privacy->priv_values[i]) == what)
                 return true;
         }
     }
-    return isAnonymous(message.sip_from->a_url);
+    return false;
+}
+
+bool wantsPrivacy(const sip_t& message)
+{
+    return asksPrivacy(message, "id") || asksPrivacy(message, "user") || isAnonymous(message.sip_from->a_url);
 }
 
 bool hasHeaderWith(const sip_t& message, const char* name, const char* word)
@@ -164,9 +169,9 @@ std::string numberOf(std::string_view address)
     return "";
 }
 
-// One of a list of addresses, taken off its front; entry: with its name and parameters. What a name or a
-// parameter has in quotes is none.
-std::string_view takeAddress(std::string_view& list, std::string_view& entry)
+// One of a list of addresses, taken off its front; params: what is behind it, with the address where that has
+// no brackets. What a name or a parameter has in quotes is none.
+std::string_view takeAddress(std::string_view& list, std::string_view& params)
 {
     size_t begin = list.find_first_not_of(" \t\r\n"), end = std::string_view::npos, at = 0;
     while (at < list.size() && list[at] != ',') {
@@ -181,22 +186,39 @@ std::string_view takeAddress(std::string_view& list, std::string_view& entry)
         }
         ++at;
     }
+    params = list.substr(0, at).substr(end < at ? end : std::min(begin, at));
     end = std::min(end, at);
-    entry = list.substr(0, at);
     const std::string_view address = begin < end ? list.substr(begin, end - begin) : std::string_view();
     list.remove_prefix(std::min(at + 1, list.size()));
     return address;
 }
 
-// He does not want to be named (RFC 5806, RFC 7044).
-bool isHidden(std::string_view entry)
+// Whether one of the parameters asks for that; quotes, blanks and what is behind an escaped mark do not
+// count.
+bool asksFor(std::string_view params, char mark, std::initializer_list<const char*> words)
 {
-    std::string text = lower(std::string(entry));
-    const auto isLeftOut = [](char c) { return c == '"' || c == ' ' || c == '\t'; };
-    text.erase(std::remove_if(text.begin(), text.end(), isLeftOut), text.end());
-    const char* const words[] = {"privacy=full", "privacy=uri", "privacy=history"};
-    return std::any_of(std::begin(words), std::end(words),
-                       [&](const char* word) { return text.find(word) != std::string::npos; });
+    while (!params.empty()) {
+        size_t end = 0;
+        while (end < params.size() && params[end] != mark)
+            end = params[end] == '"' ? afterQuotes(params, end) : end + 1;
+        std::string param = lower(std::string(params.substr(0, end)));
+        const auto isLeftOut = [](char c) { return c == '"' || isspace(static_cast<unsigned char>(c)); };
+        param.erase(std::remove_if(param.begin(), param.end(), isLeftOut), param.end());
+        param.resize(std::min(param.find('%'), param.size()));
+        if (std::find(words.begin(), words.end(), param) != words.end())
+            return true;
+        params.remove_prefix(std::min(end + 1, params.size()));
+    }
+    return false;
+}
+
+// He does not want to be named (RFC 5806, RFC 7044).
+bool isHidden(std::string_view address, std::string_view params)
+{
+    const size_t mark = address.find('?');
+    const std::string_view headers = mark < address.size() ? address.substr(mark + 1) : std::string_view();
+    return asksFor(headers, '&', {"privacy=history"}) ||
+           asksFor(params, ';', {"privacy=full", "privacy=uri", "privacy=history"});
 }
 
 // Of all that a message has, the first few or the last few. One that is hidden is empty.
@@ -207,11 +229,12 @@ std::deque<std::string> numbersIn(const sip_t& message, const char* name, size_t
         if (!header->un_value || strcasecmp(textOf(header->un_name).c_str(), name) != 0)
             continue;
         for (std::string_view list = header->un_value; !list.empty();) {
-            std::string_view entry;
-            std::string number = numberOf(takeAddress(list, entry));
+            std::string_view params;
+            const std::string_view address = takeAddress(list, params);
+            std::string number = numberOf(address);
             if (number.empty())
                 continue;
-            if (isHidden(entry))
+            if (isHidden(address, params))
                 number.clear();
             if (numbers.size() == most && !isLast)
                 return numbers;
@@ -238,6 +261,8 @@ std::deque<std::string> forwarders(const sip_t& message)
     std::reverse(numbers.begin(), numbers.end());
     if (!numbers.empty())
         return shown(std::move(numbers));
+    if (asksPrivacy(message, "history"))
+        return {};
     numbers = numbersIn(message, "History-Info", SIP_FORWARDS_MAX + 1, true);
     if (!numbers.empty())
         numbers.pop_back();

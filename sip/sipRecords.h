@@ -12,6 +12,7 @@
 enum : int {
     SIP_LINE_COUNT = 4, // lines are 0 to 3
     SIP_CALLS_MAX = 2,  // at once; whoever calls then is told that the phone is busy
+    SIP_JUDGED_MAX = 8, // at once, beside them: came in, and the phone has not let them ring or talk yet
     SIP_TEXT_SIZE = 128,
     SIP_HOST_SIZE = 256,
     SIP_TARGET_SIZE = 256, // a number, "user@host" or a whole "sip:" address

@@ -37,7 +37,7 @@ TEST_F(CallService, AHoldNeedsNobodysConsent)
     m_sessions.setStill(1, false);
     EXPECT_TRUE(isHeard());
     m_sessions.setStill(7, true);
-    EXPECT_TRUE(hasSaid("message 0x7003c of 0 bytes is refused: there is no such call"));
+    EXPECT_TRUE(hasSaid("message 0x7003d of 0 bytes is refused: there is no such call"));
 }
 
 // What a line with such a server wants.

@@ -133,6 +133,27 @@ TEST_F(SipUnfit, WhileItIsAskedNobodyHearsOfTheCall)
     EXPECT_EQ(calls().size(), 1);
 }
 
+TEST_F(SipUnfit, WhatIsAskedForKeepsNobodyOut)
+{
+    media->bJudges = false;
+    const int asked = SIP_JUDGED_MAX;
+    for (int i = 0; i < asked; ++i)
+        agent.tell(arrival(IN + uint32_t(i), "200"));
+    ASSERT_TRUE(kit::waitUntil([&] { return media->nJudged == asked; }));
+    agent.tell(arrival(IN + uint32_t(asked), "201")); // no agent of ours has more
+    expectRefusal(IN + uint32_t(asked), 486, 0);
+    media->tellJudged(1, CALL_NO_FORMAT);
+    expectRefusal(IN, 488, 305);
+    for (const int question : {3, 5}) {
+        media->tellJudged(question, CALL_FITS);
+        EXPECT_EQ(nextMedia(SIP_RING), "");
+    }
+    EXPECT_EQ(calls().size(), SIP_CALLS_MAX);
+    media->tellJudged(4, CALL_NO_FORMAT);
+    expectRefusal(IN + 3, 488, 305);
+    EXPECT_EQ(calls().size(), SIP_CALLS_MAX);
+}
+
 TEST_F(SipUnfit, WhoGivesUpBeforeItRingsIsMissed)
 {
     media->bJudges = false;

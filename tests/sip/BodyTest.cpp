@@ -134,6 +134,23 @@ TEST(SdpBody, ABodyOfPartsWithoutAnyIsDamaged)
     EXPECT_EQ(readOf("multipart/mixed;boundary=x", "render;handling=optional", "--x--"), "");
 }
 
+TEST(SdpBody, ADescriptionOfZerosIsADamagedOneAndNotNone)
+{
+    const QByteArray zeros(20, '\0');
+    EXPECT_NE(readOf("application/sdp", "", zeros).find_first_not_of('\0'), std::string::npos);
+    EXPECT_NE(readOf("application/sdp", "", zeros).front(), '\0');
+    EXPECT_EQ(std::string(readOf("application/sdp", "", kSdp + zeros).c_str()), kSdp.toStdString());
+}
+
+TEST_F(SipBodies, AnOfferOfZerosIsToldAsOne)
+{
+    begin();
+    peer->send(inviteText("zeros", {}, QByteArray(20, '\0')), agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    EXPECT_STRNE(arrived->szSdp, "");
+}
+
 TEST_F(SipBodies, ADescriptionBesideOtherPartsIsTheOffer)
 {
     begin();

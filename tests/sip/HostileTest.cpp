@@ -196,6 +196,10 @@ TEST_F(SipCalls, AFloodOfCallsIsRefusedAndLeavesNothingBehind)
     peer->send(inviteText("one"), agent.port());
     peer->send(inviteText("two"), agent.port());
     ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, SIP_CALL_FIRST_INCOMING + 1));
+    tellMedia(SIP_RING, SIP_CALL_FIRST_INCOMING, "");
+    tellMedia(SIP_RING, SIP_CALL_FIRST_INCOMING + 1, "");
+    EXPECT_NE(peer->receive("SIP/2.0 180").toStdString(), "");
+    EXPECT_NE(peer->receive("SIP/2.0 180").toStdString(), "");
     const auto flood = [&](const QByteArray& name, int count) {
         for (int i = 0; i < count; ++i) {
             peer->send(inviteText(name + QByteArray::number(i)), agent.port());

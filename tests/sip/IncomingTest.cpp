@@ -102,6 +102,10 @@ TEST_F(SipCalls, TheThirdCallIsBusyAndFindsRoomWhenOneHasEnded)
     peer->send(inviteText("one"), agent.port());
     peer->send(inviteText("two"), agent.port());
     ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst + 1));
+    tellMedia(SIP_RING, kFirst, "");
+    tellMedia(SIP_RING, kFirst + 1, "");
+    EXPECT_NE(peer->receive("SIP/2.0 180").toStdString(), "");
+    EXPECT_NE(peer->receive("SIP/2.0 180").toStdString(), "");
     peer->send(inviteText("three"), agent.port());
     const QByteArray busy = peer->receive("SIP/2.0 486");
     EXPECT_EQ(headerOf(busy, "Call-ID").toStdString(), "three");
@@ -111,6 +115,45 @@ TEST_F(SipCalls, TheThirdCallIsBusyAndFindsRoomWhenOneHasEnded)
     expectEnd(kFirst, SIP_REFUSED, 486);
     peer->send(inviteText("four"), agent.port());
     EXPECT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst + 2));
+}
+
+TEST_F(SipCalls, WhatIsOnlyLookedAtKeepsNobodyOut)
+{
+    begin();
+    for (uint32_t i = 0; i < 2 * SIP_CALLS_MAX; ++i) {
+        peer->send(inviteText("looked" + QByteArray::number(i)), agent.port());
+        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst + i)) << i;
+    }
+    dial(7, "300");
+    EXPECT_NE(peer->receive("INVITE").toStdString(), "");
+    tellMedia(SIP_RING, kFirst + 2, "");
+    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 180"), "Call-ID").toStdString(), "looked2");
+    for (const SIP_RECORD way : {SIP_RING, SIP_ANSWER}) {
+        const uint32_t id = way == SIP_RING ? kFirst : kFirst + 1;
+        tellMedia(way, id, way == SIP_RING ? "" : "v=0\r\ns=answer\r\n");
+        EXPECT_NE(peer->receive("SIP/2.0 486").toStdString(), "") << way;
+        expectEnd(id, SIP_REFUSED, 486);
+    }
+    tellMedia(SIP_ANSWER, kFirst + 2, "v=0\r\ns=answer\r\n");
+    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 200"), "Call-ID").toStdString(), "looked2");
+}
+
+TEST_F(SipCalls, NoMoreAreLookedAtThanHaveRoom)
+{
+    begin();
+    uint32_t id = kFirst;
+    for (; id < kFirst + SIP_JUDGED_MAX; ++id) {
+        peer->send(inviteText("room" + QByteArray::number(id)), agent.port());
+        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
+    }
+    peer->send(inviteText("late"), agent.port());
+    const QByteArray busy = peer->receive("SIP/2.0 486");
+    EXPECT_EQ(headerOf(busy, "Call-ID").toStdString(), "late");
+    EXPECT_GT(headerOf(busy, "Retry-After").toInt(), 0) << busy.constData();
+    tellStatus(SIP_REFUSE, kFirst, 488);
+    expectEnd(kFirst, SIP_REFUSED, 488);
+    peer->send(inviteText("again"), agent.port());
+    EXPECT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
 }
 
 TEST_F(SipCalls, WhoDoesNotKnowTheContactOfALineFindsNobody)

@@ -134,6 +134,26 @@ TEST(SipRegistration, AWrongPasswordIsNotTriedAgainSoonUnlessTheAccountIsAnother
     EXPECT_NE(server.receive("REGISTER").toStdString(), "");
 }
 
+TEST(SipRegistration, AServerForWhichEveryAnswerComesTooLateDoesNotAcceptThem)
+{
+    UdpPeer server;
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+    agent.tell(accountAt(1, server.port()));
+    int asked = 0;
+    for (QByteArray request = server.receive("REGISTER"); !request.isEmpty();
+         request = server.receive("REGISTER", 500)) {
+        ASSERT_LT(++asked, 20) << "there is an end to it";
+        server.reply(request, "401 Unauthorized",
+                     QByteArray(kMd5).replace("n1", "n" + QByteArray::number(asked)) + ", stale=true");
+    }
+    EXPECT_GT(asked, 2);
+    const tagSipLine* state = agent.nextLine(1, SIP_LINE_REFUSED);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->nStatus, 401u);
+    EXPECT_STREQ(state->szReason, "The server does not accept name or password");
+}
+
 TEST(SipRegistration, AnAnswerThatCameTooLateIsGivenAgainHoweverThatIsWritten)
 {
     for (const char* word : {"true", "TRUE"}) {

@@ -196,12 +196,18 @@ TEST(SipHosts, ANameHasTheAddressesOfItsLines)
                              "192.0.2.2 pbx2 other pbx\n"
                              "192.0.2.3 pbx";
     using Addresses = std::vector<std::string>;
-    EXPECT_EQ(hostsText::addressesOf(text, "pbx"), (Addresses{"192.0.2.1", "2001:db8::1", "192.0.2.2"}));
+    EXPECT_EQ(hostsText::addressesOf(text, "pbx"),
+              (Addresses{"192.0.2.1", "2001:db8::1", "192.0.2.2", "192.0.2.3"}));
     EXPECT_EQ(hostsText::addressesOf(text, "pbx.example.org."), Addresses{"192.0.2.1"});
     EXPECT_EQ(hostsText::addressesOf(text, "PBX2"), Addresses{"192.0.2.2"});
     for (const char* name : {"example.org", "192.0.2.1", "the", "#", ""})
         EXPECT_EQ(hostsText::addressesOf(text, name), Addresses()) << name;
     EXPECT_EQ(hostsText::addressesOf("", "pbx"), Addresses());
+    EXPECT_EQ(hostsText::wholeLines("ab\ncd\nef", 8), "ab\ncd\nef");
+    EXPECT_EQ(hostsText::wholeLines("ab\ncd\nef", 7), "ab\ncd\n");
+    EXPECT_EQ(hostsText::wholeLines("ab\ncd\nef", 6), "ab\ncd\n");
+    EXPECT_EQ(hostsText::wholeLines("ab\ncd\nef", 5), "ab\n");
+    EXPECT_EQ(hostsText::wholeLines("ab\ncd\nef", 2), "");
     std::string many;
     for (int i = 1; i < 100; ++i)
         many += "192.0.2." + std::to_string(i) + " pbx\n";

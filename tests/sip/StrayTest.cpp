@@ -110,7 +110,13 @@ TEST_F(SipStrays, WhoSentACallOnAndDoesNotWantToBeNamedIsNot)
         "Diversion: <sip:203@x>, \"A\" <sip:202@x>;reason=\"a,b\"; Privacy = \"FULL\"",
         "Diversion: sip:202@x;privacy=uri\r\nDiversion: <sip:203@x>;privacy=name",
         "History-Info: <sip:202@x?Privacy=history>;index=1, <sip:203@x>;index=1.1, "
-        "<sip:204@x?Privacy=history>;index=1.1.1"};
+        "<sip:204@x?Privacy=history>;index=1.1.1",
+        "History-Info: <sip:202@x?Reason=SIP%3Bcause%3D302&Privacy=history%3Bcritical>;index=1, "
+        "<sip:203@x>;index=1.1, <sip:204@x>;index=1.1.1",
+        "Diversion: \"privacy=full\" <sip:203@x>;reason=\"; privacy=full\"",
+        "Diversion: \"a;privacy=full;\" <sip:203@x>",
+        "Privacy: history\r\nDiversion: <sip:203@x>\r\nHistory-Info: <sip:202@x>;index=1, "
+        "<sip:204@x>;index=2"};
     uint32_t id = kFirst;
     for (const QByteArray& line : lines) {
         SCOPED_TRACE(line.toStdString());
@@ -123,4 +129,16 @@ TEST_F(SipStrays, WhoSentACallOnAndDoesNotWantToBeNamedIsNot)
         takeBack(invite);
         expectEnd(id++, SIP_CANCELLED, 0);
     }
+}
+
+TEST_F(SipStrays, ACallerWhoHidesItsHistoryHidesAllWhoSentItOn)
+{
+    begin();
+    peer->send(
+        inviteText("past", "Privacy: History\r\nHistory-Info: <sip:202@x>;index=1, <sip:203@x>;index=1.1"),
+        agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(arrived->nForwards, 0u);
+    EXPECT_EQ(arrived->bAnonymous, 0u) << "it hides nothing else";
 }

@@ -35,7 +35,7 @@ void sipCalls::arrive(const tagSipArrived& arrived)
                     [wire](const tagArriving& each) { return each.record.head.nId == wire; });
     if (isArriving || findWire(wire)) {
         m_link.discard("gave the number of a call twice");
-    } else if (m_calls.size() + m_arriving.size() >= kLiveMax) {
+    } else if (m_calls.size() >= kLiveMax || m_arriving.size() >= SIP_JUDGED_MAX) {
         m_orders.status(SIP_REFUSE, wire, sipStatusOf(CALL_BUSY));
     } else if (!arrived.szSdp[0]) {
         decide(arrived, CALL_FITS);
