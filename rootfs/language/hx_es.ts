@@ -970,7 +970,7 @@
     </message>
     <message>
         <source>Unmute</source>
-        <translation>Activar sonido</translation>
+        <translation>Reactivar</translation>
     </message>
     <message>
         <source>Muted</source>

@@ -966,11 +966,11 @@
     </message>
     <message>
         <source>Mute</source>
-        <translation>Couper le son</translation>
+        <translation>Muet</translation>
     </message>
     <message>
         <source>Unmute</source>
-        <translation>Rétablir le son</translation>
+        <translation>Réactiver</translation>
     </message>
     <message>
         <source>Muted</source>
