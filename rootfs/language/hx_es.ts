@@ -970,7 +970,7 @@
     </message>
     <message>
         <source>Unmute</source>
-        <translation>Reactivar</translation>
+        <translation>Con sonido</translation>
     </message>
     <message>
         <source>Muted</source>

@@ -966,11 +966,11 @@
     </message>
     <message>
         <source>Mute</source>
-        <translation>Muet</translation>
+        <translation>Sans son</translation>
     </message>
     <message>
         <source>Unmute</source>
-        <translation>Réactiver</translation>
+        <translation>Avec son</translation>
     </message>
     <message>
         <source>Muted</source>
