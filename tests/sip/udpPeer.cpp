@@ -52,6 +52,16 @@ bool UdpPeer::isListening(uint32_t port)
     return is;
 }
 
+QByteArray UdpPeer::contactLine(const QByteArray& number) const
+{
+    return "Contact: <sip:" + number + "@127.0.0.1:" + QByteArray::number(m_nPort) + '>';
+}
+
+QByteArray UdpPeer::linesWithSdp(const QByteArray& number) const
+{
+    return contactLine(number) + "\r\nContent-Type: application/sdp";
+}
+
 QByteArray UdpPeer::receive(int ms)
 {
     pollfd entry = {m_nSocket, POLLIN, 0};
