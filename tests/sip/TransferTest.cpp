@@ -55,6 +55,15 @@ protected:
         EXPECT_TRUE(headerOf(notify, "Subscription-State").startsWith(state)) << notify.constData();
         peer->reply(notify, "200 OK");
     }
+    // Of the call that was asked for, which rings there and talks.
+    void expectToldUntilItTalks(const QByteArray& invite, uint32_t id)
+    {
+        peer->reply(invite, "180 Ringing");
+        expectNotify("180", "active");
+        peer->reply(invite, "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
+        EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id));
+        expectNotify("200", "terminated");
+    }
     QByteArray server() const { return "127.0.0.1:" + QByteArray::number(peer->port()); }
     // Asks the agent to call somebody, in the call of lastAnswer.
     void refer(int number, const QByteArray& to, const QByteArray& lines = {})
@@ -172,11 +181,7 @@ TEST_F(SipTransfers, TheOtherSideAsksForACallAndHearsHowItGoes)
     const QByteArray invite = take("INVITE sip:301@127.0.0.1 ");
     EXPECT_EQ(headerOf(invite, "Referred-By").toStdString(), "<sip:200@127.0.0.1>");
     EXPECT_EQ(headerOf(invite, "Replaces").toStdString(), "");
-    peer->reply(invite, "180 Ringing");
-    expectNotify("180", "active");
-    peer->reply(invite, "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
-    EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, 1));
-    expectNotify("200", "terminated");
+    expectToldUntilItTalks(invite, 1);
 }
 
 TEST_F(SipTransfers, ASecondRequestForACallIsDeclinedAndTheFirstGoesOn)
@@ -237,12 +242,7 @@ TEST_F(SipTransfers, WhoAskedForACallThatIsElsewhereHearsOfTheOneThatFollows)
     peer->reply(callsFor(id), "302 Moved", "Contact: <sip:302@127.0.0.1>");
     expectEnd(1, SIP_REDIRECTED, 302);
     dialFor(id, 2, "sip:302@127.0.0.1");
-    const QByteArray invite = take("INVITE sip:302@127.0.0.1 ");
-    peer->reply(invite, "180 Ringing");
-    expectNotify("180", "active");
-    peer->reply(invite, "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
-    EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, 2));
-    expectNotify("200", "terminated");
+    expectToldUntilItTalks(take("INVITE sip:302@127.0.0.1 "), 2);
 }
 
 TEST_F(SipTransfers, WhoAskedForACallThatNobodyFollowsHearsWhereItHasGone)
