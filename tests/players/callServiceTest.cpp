@@ -515,6 +515,44 @@ TEST_F(CallPictures, WhoIsSeenBeforeTheAnswerHearsNothingOfACallBeside)
     EXPECT_EQ(answerOf(3, one.negotiation->offer({}), wish), "");
 }
 
+TEST_F(CallPictures, WhoIsSeenBeforeTheAnswerMayStopThatBeforeIt)
+{
+    startPictures();
+    tagMediaWant want;
+    want.bVideo = want.bCamera = true;
+    tagMediaWish wish = video();
+    wish.bPreview = true;
+    ASSERT_TRUE(m_other.negotiation->agree(answerOf(1, m_other.negotiation->offer(want), wish)));
+    const QByteArray answer = answerOf(1, m_other.negotiation->offer({}), wish);
+    EXPECT_TRUE(answer.contains("m=audio")) << answer.constData();
+    ASSERT_TRUE(m_other.negotiation->agree(answer));
+    EXPECT_FALSE(isLoudspeakerOpen());
+    m_sessions.begin(1);
+    EXPECT_TRUE(kit::waitUntil([&] { return isLoudspeakerOpen(); }));
+}
+
+TEST_F(CallPictures, WhatIsOfferedEarlyIsSilentUntilItBegins)
+{
+    startMedia();
+    tagMediaWish wish;
+    wish.bPreview = true;
+    CallPhone quick(0), slow(0);
+    CallEnd one(quick, 1), two(slow, 2);
+    m_sessions.agree(1, one.negotiation->answer(offerOf(1, wish), {}));
+    one.apply();
+    EXPECT_FALSE(kit::waitUntil([&] { return quick.hears(kHertz); }, 800));
+    EXPECT_FALSE(isLoudspeakerOpen()) << "nor is a microphone";
+    m_sessions.begin(1);
+    EXPECT_TRUE(kit::waitUntil([&] { return quick.hears(kHertz); }, 8000));
+    EXPECT_TRUE(isLoudspeakerOpen());
+    // The user may be quicker than the other side's answer.
+    const QByteArray offer = offerOf(2, wish);
+    m_sessions.begin(2);
+    m_sessions.agree(2, two.negotiation->answer(offer, {}));
+    two.apply();
+    EXPECT_TRUE(kit::waitUntil([&] { return slow.hears(kHertz); }, 8000));
+}
+
 TEST_F(CallPictures, OfTwoCallsTheOneThatBeganLastHasTheCameraUntilItEnds)
 {
     startPictures();
