@@ -59,6 +59,7 @@ enum SIP_RECORD : uint32_t {
     SIP_ENDED = 114,
     SIP_TRANSFERRED = 115,
     SIP_PEER = 116,
+    SIP_TONES_REFUSED = 117, // no further fields, of a call that talks, once: SIP_TONE does not get through
     SIP_MESSAGES = 130,
     SIP_LAMP = 131,
     SIP_LIST = 132,
@@ -125,12 +126,27 @@ enum SIP_LINE_STATE : uint32_t {
     SIP_LINE_REFUSED = 4 // the server does not want it: tried again in nRetryMs, which is long
 };
 
+// Why there is no secure connection.
+enum SIP_TLS_FAULT : uint32_t {
+    SIP_TLS_NO_FAULT = 0,
+    SIP_TLS_OTHER_FAULT = 1,
+    SIP_TLS_OWN_FILES = 2,         // the phone has no certificates, or none that can be read
+    SIP_TLS_OTHER_NAME = 3,        // the server's certificate is for another one
+    SIP_TLS_UNKNOWN_AUTHORITY = 4, // who has signed it is not among those that are trusted
+    SIP_TLS_EXPIRED = 5,
+    SIP_TLS_NOT_YET_VALID = 6,
+    SIP_TLS_OWN_CERTIFICATE = 7, // the server does not take the phone's, or misses it
+    SIP_TLS_REFUSED = 8,         // by the server, for whatever else
+    SIP_TLS_NOT_SPOKEN = 9       // there
+};
+
 struct tagSipLine
 {
     tagSipHead head;
     uint32_t eState;              // SIP_LINE_STATE
     uint32_t nStatus;             // 0, or 100 to 699: of the reply that led to it
     uint32_t nRetryMs;            // 0 unless it failed or was refused
+    uint32_t eTls;                // SIP_TLS_FAULT; none unless it failed or was refused
     char szReason[SIP_TEXT_SIZE]; // for a person, in English
 };
 

@@ -161,6 +161,8 @@ tagAccountInfo sipAccounts::info(int index) const
     accountSetText(info.szDisplayName, line.file.strName);
     info.nNewMessages = line.nNewMessages;
     info.nOldMessages = line.nOldMessages;
+    if (line.szWhyNot && (info.eState == LINE_REGISTER_FAILED || info.eState == LINE_REGISTERING))
+        accountSetText(info.szWhyNot, line.szWhyNot);
     return info;
 }
 

@@ -208,7 +208,7 @@ bool sipCalls::ring(int id)
     tagLive* live = findRingingIn(id);
     if (!live)
         return false;
-    live->bRings = true;
+    live->bRings = live->call.bRang = true;
     m_orders.media(SIP_RING, live->nWire, {});
     tell(*live);
     return true;
@@ -314,6 +314,17 @@ bool sipCalls::sendTone(int id, QChar tone, bool secret)
     return true;
 }
 
+// It is told once, and the call goes on.
+void sipCalls::tonesRefused(uint32_t wire)
+{
+    const tagLive* live = findWire(wire);
+    if (!live || live->call.eState != CALL_TALKING)
+        return;
+    tagCall refused = live->shown();
+    refused.strReason = HX_TR("Key tones do not arrive");
+    tell(refused);
+}
+
 void sipCalls::take(const sipWire::Reader& record)
 {
     switch (record.head().eKind) {
@@ -334,6 +345,9 @@ void sipCalls::take(const sipWire::Reader& record)
         break;
     case SIP_TRANSFERRED:
         transferred(record.as<tagSipStatus>());
+        break;
+    case SIP_TONES_REFUSED:
+        tonesRefused(record.head().nId);
         break;
     case SIP_REFERRED:
         referred(record.as<tagSipReferred>());
