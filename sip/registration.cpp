@@ -76,7 +76,7 @@ sip_time_t secondsOf(sip_contact_t const* contact, sip_expires_t const* expires,
 Registration::Registration(const tagSipStack& stack, const tagSipAccount& account)
     : m_stack(stack), m_account(account), m_key(newKey()), m_contact(newContact(account.head.nId)),
       m_answers(m_key, account.szRealm), m_finder(stack.pDns), m_silent(stack.pRoot), m_again(stack.pRoot),
-      m_keep(stack.pRoot), m_renew(stack.pRoot), m_nExpires(account.nExpires),
+      m_keep(stack.pRoot), m_renew(stack.pRoot), m_doubt(stack.pRoot), m_nExpires(account.nExpires),
       m_nDelayMs(stack.setup.nRetryMs), m_nBriefMs(stack.setup.nRetryMs),
       m_nRefusedMs(stack.setup.nRetryLastMs * kRefusedTimes)
 {
@@ -549,6 +549,18 @@ void Registration::doubt()
 {
     if (m_bRegistered && !m_bLeaving)
         sendRegister();
+}
+
+// The server is asked itself, and not for each such word: anybody can say so.
+void Registration::unreachable(const std::string& host, uint32_t port)
+{
+    if (!m_bRegistered || m_doubt.isRunning())
+        return;
+    const tagServerAddress& address = m_addresses[m_nAddress];
+    if (transport() != SIP_UDP || sipAddress::bareHost(address.host) != host || address.nPort != port)
+        return;
+    m_doubt.start(m_stack.setup.nKeepMs, [] {});
+    doubt();
 }
 
 std::string Registration::server() const

@@ -43,6 +43,8 @@ public:
     std::vector<std::string> hops() const;
     // A call has found the server silent or out of service: it is asked again now.
     void doubt();
+    // The network says that nobody takes what is sent there.
+    void unreachable(const std::string& host, uint32_t port);
     // The machine has other addresses.
     void renew();
     const char* transportName() const;
@@ -93,6 +95,7 @@ private:
     SipTimer m_again;
     SipTimer m_keep;
     SipTimer m_renew; // of what is granted for a moment
+    SipTimer m_doubt; // until the network is believed again
     std::unique_ptr<StunWatch> m_stun;
     std::string m_mapped;
     std::string m_own;          // "host:port" of the line, as it knows it itself

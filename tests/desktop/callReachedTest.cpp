@@ -82,6 +82,12 @@ TEST_F(CallReached, TonesThatDoNotArriveAreToldForAMomentInEachLanguageAndTheCal
         EXPECT_TRUE(kit::waitUntil([&] { return plain("labOthers") == told; })) << text("labOthers");
         EXPECT_EQ(text("labState"), before);
         kit::shot(QString("call-tones-refused-") + language);
+        // Between the keys there is less room.
+        auto* keys = kit::windows()[0]->findChild<callAction*>("actKeys");
+        ASSERT_TRUE(keys);
+        kit::tap(keys);
+        EXPECT_EQ(plain("labOthers"), told);
+        kit::shot(QString("call-tones-refused-keys-") + language);
         kit::stepTime(4000);
         EXPECT_EQ(text("labOthers"), "");
         phoneService::instance().rules().hangUp(call().nId);
