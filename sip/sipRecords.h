@@ -160,11 +160,12 @@ struct tagSipMapped
 };
 
 // The STUN server of line nId answers: whoever wants to know where others see a port of his may ask it. Told
-// when that is so, and without an address when it is so no more.
+// when that is so, and without an address when it is so no more, or was never.
 struct tagSipStun
 {
     tagSipHead head;
     uint32_t nPort;                // 0 to 65535
+    uint32_t bSilent;              // 0 or 1: it was asked, and has not answered; without an address
     char szAddress[SIP_TEXT_SIZE]; // IPv4
 };
 

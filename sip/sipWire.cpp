@@ -182,7 +182,8 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipStun),
          0,
          kLastLine,
-         {NUMBER_FIELD(tagSipStun, nPort, 0, kMaxPort), TEXT_FIELD(tagSipStun, szAddress)}},
+         {NUMBER_FIELD(tagSipStun, nPort, 0, kMaxPort), NUMBER_FIELD(tagSipStun, bSilent, 0, 1),
+          TEXT_FIELD(tagSipStun, szAddress)}},
         {SIP_ARRIVED,
          sizeof(tagSipArrived),
          SIP_CALL_FIRST_INCOMING,
@@ -284,7 +285,7 @@ bool isSoundWhole(const void* record, uint32_t kind)
     }
     if (kind == SIP_STUN) {
         const auto* stun = static_cast<const tagSipStun*>(record);
-        return !stun->szAddress[0] || stun->nPort > 0;
+        return !stun->szAddress[0] || (stun->nPort > 0 && !stun->bSilent);
     }
     if (kind == SIP_REFUSE) {
         const uint32_t warning = static_cast<const tagSipStatus*>(record)->nWarning;

@@ -949,6 +949,10 @@
         <translation>Der Namensdienst antwortet nicht</translation>
     </message>
     <message>
+        <source>The STUN server does not answer</source>
+        <translation>Der STUN-Server antwortet nicht</translation>
+    </message>
+    <message>
         <source>The server does not know the user name</source>
         <translation>Der Server kennt den Benutzernamen nicht</translation>
     </message>

@@ -949,6 +949,10 @@
         <translation>El servicio de nombres no responde</translation>
     </message>
     <message>
+        <source>The STUN server does not answer</source>
+        <translation>El servidor STUN no responde</translation>
+    </message>
+    <message>
         <source>The server does not know the user name</source>
         <translation>El servidor no conoce el usuario</translation>
     </message>

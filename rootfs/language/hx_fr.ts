@@ -949,6 +949,10 @@
         <translation>Le service de noms ne répond pas</translation>
     </message>
     <message>
+        <source>The STUN server does not answer</source>
+        <translation>Le serveur STUN ne répond pas</translation>
+    </message>
+    <message>
         <source>The server does not know the user name</source>
         <translation>Le serveur ne connaît pas le nom d’utilisateur</translation>
     </message>

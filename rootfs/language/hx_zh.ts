@@ -949,6 +949,10 @@
         <translation>域名服务无响应</translation>
     </message>
     <message>
+        <source>The STUN server does not answer</source>
+        <translation>STUN 服务器无响应</translation>
+    </message>
+    <message>
         <source>The server does not know the user name</source>
         <translation>服务器不认识该用户名</translation>
     </message>

@@ -339,6 +339,36 @@ TEST_F(SipAccounts, WhoDialsIsToldWhyTheLineIsNotThere)
     EXPECT_EQ(lastEnded().strReason, "The line is not registered") << "nobody has tried";
 }
 
+TEST_F(SipAccounts, AStunServerThatDoesNotAnswerIsToldOfALineThatIsRegistered)
+{
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") +
+                        "[NAT]\nNATTraversal=1\nSTUNServer=stun.example.com\nSTUNPort=3478\n");
+    begin();
+    const auto tellStun = [this](const char* address, bool isSilent) {
+        auto stun = sipWire::make<tagSipStun>(SIP_STUN, 0);
+        sipWire::setText(stun.szAddress, address);
+        stun.nPort = 3478;
+        stun.bSilent = isSilent;
+        agent.tell(stun);
+    };
+    tellStun("", false);
+    kit::settle();
+    EXPECT_EQ(whyNot(0), "") << "nobody has asked it yet";
+    tellStun("", true);
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0) == "The STUN server does not answer"; }));
+    EXPECT_FALSE(traces().filter("the STUN server of line 1 does not answer").isEmpty());
+    tellLine(0, SIP_LINE_FAILED, 0, "The server does not answer");
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0) == "The server does not answer"; }));
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0) == "The STUN server does not answer"; }));
+    tellStun("192.0.2.1", false);
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0).isEmpty(); }));
+    tellStun("", true);
+    EXPECT_TRUE(kit::waitUntil([] { return !whyNot(0).isEmpty(); }));
+    agent.leave();
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0).isEmpty(); }));
+}
+
 TEST_F(SipAccounts, WhoLooksAtALineHearsThatItFailsForAnotherReason)
 {
     begin();

@@ -231,6 +231,7 @@ TEST_F(StatusPage, EveryLanguageHasRoomForEachReasonWhyALineIsNotRegistered)
                                    "The server does not answer",
                                    "The server's name is not known",
                                    "The name service does not answer",
+                                   "The STUN server does not answer",
                                    "The server does not know the user name",
                                    "The server is out of service",
                                    "The server asks for the password in an unknown way",

@@ -120,6 +120,15 @@ TEST(SipWire, NumbersKeepTheirRanges)
     dial.nForwards = SIP_FORWARDS_MAX + 1;
     EXPECT_EQ(taken(dial), TAKEN::BAD);
 
+    auto stun = sipWire::make<tagSipStun>(SIP_STUN, 0);
+    stun.bSilent = 1;
+    EXPECT_EQ(taken(stun), TAKEN::RECORD);
+    stun.nPort = 3478;
+    sipWire::setText(stun.szAddress, "192.0.2.1");
+    EXPECT_EQ(taken(stun), TAKEN::BAD);
+    stun.bSilent = 0;
+    EXPECT_EQ(taken(stun), TAKEN::RECORD);
+
     auto line = sipWire::make<tagSipLine>(SIP_LINE, 0);
     line.eTls = SIP_TLS_NOT_SPOKEN;
     EXPECT_EQ(taken(line), TAKEN::RECORD);
