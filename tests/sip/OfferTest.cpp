@@ -11,10 +11,6 @@ constexpr const char* kSdp = "Content-Type: application/sdp";
 class SipOffers : public SipCalls
 {
 protected:
-    QByteArray withSdp() const
-    {
-        return "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">\r\n" + kSdp;
-    }
     // The other side offers by UPDATE in the call of lastAnswer.
     void sendUpdate(int number, const QByteArray& sdp)
     {
@@ -576,13 +572,12 @@ TEST_F(SipOffers, AnOfferWaitsForTheAnswerToWhatIsAskedOfTheOtherSideAndIsMadeTh
     begin(AgentProcess::calmSetup());
     const uint32_t id = talkIn("behind");
     ASSERT_NE(id, 0u);
-    const QByteArray ownContact = "Contact: <sip:200@127.0.0.1:" + QByteArray::number(peer->port()) + ">";
     const auto expectOfferBehind = [&](const QByteArray& asked, const QByteArray& name) {
         SCOPED_TRACE(name.toStdString());
         ASSERT_NE(asked.toStdString(), "");
         tellMedia(SIP_MEDIA, id, ("v=0\r\ns=" + name + "\r\n").constData());
         ASSERT_NO_FATAL_FAILURE(expectTaken());
-        peer->reply(asked, "202 Accepted", ownContact);
+        peer->reply(asked, "202 Accepted", ownContact());
         QByteArray offer;
         do {
             offer = peer->receive("INVITE", 5000);
