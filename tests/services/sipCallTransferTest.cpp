@@ -79,7 +79,7 @@ TEST_F(SipCallTransfer, WhoTakesThePlaceOfAnotherIsAnsweredAsThatOneWas)
 {
     const int id = arrives(arrival(IN));
     tagCallOptions options;
-    options.bVideo = true;
+    options.bVideo = options.bCamera = true;
     options.nBandwidth = 512;
     EXPECT_TRUE(backend().answer(id, options));
     EXPECT_TRUE(agent.next<tagSipMedia>(SIP_ANSWER));
@@ -92,6 +92,7 @@ TEST_F(SipCallTransfer, WhoTakesThePlaceOfAnotherIsAnsweredAsThatOneWas)
     EXPECT_EQ(calls().last().strNumber, "201");
     EXPECT_TRUE(wish.options.bVideo);
     EXPECT_EQ(wish.options.nBandwidth, 512);
+    EXPECT_FALSE(wish.options.bCamera) << "none was open";
 }
 
 TEST_F(SipCallTransfer, AnOutcomeThatNobodyWaitsForEndsNothing)
