@@ -217,6 +217,16 @@ TEST_F(SipCallMedia, WhatWasAgreedOnBeforeTheAnswerHoldsWhereThatSaysNoMore)
     EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
 }
 
+TEST_F(SipCallMedia, ADescriptionThatNoRecordHoldsIsNotSentInPart)
+{
+    media->bSilent = true;
+    EXPECT_EQ(phone_CallNumber("300", 0, -1), 1);
+    media->tellDescribed(call().nId, QByteArray(SIP_SDP_SIZE, 'x'));
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().strReason, "Sound is not available at present");
+    EXPECT_TRUE(agent.isQuiet(SIP_DIAL));
+}
+
 TEST_F(SipCallMedia, WhatWasAgreedOnWithWhoSendsTheCallOnIsNothingToTheNext)
 {
     const uint32_t wire = dials("300");

@@ -75,6 +75,17 @@ TEST_F(SipCallTransfer, WhoAsksForACallThatIsRedirectedHearsOfTheOneThatFollows)
     EXPECT_EQ(dial->nReferrer, 0u) << "it goes on without him";
 }
 
+TEST_F(SipCallTransfer, OneThatIsRedirectedAndTalksGoesNowhereAnyMore)
+{
+    tellEnd(dials("300"), SIP_REDIRECTED, 302, "sip:301@example.com");
+    const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
+    ASSERT_TRUE(dial);
+    EXPECT_NE(call().strTarget, "");
+    tellMedia(SIP_TALK, dial->head.nId, "their answer");
+    EXPECT_TRUE(kit::waitUntil([] { return call().eState == CALL_TALKING; }));
+    EXPECT_EQ(call().strTarget, "");
+}
+
 TEST_F(SipCallTransfer, WhoTakesThePlaceOfAnotherIsAnsweredAsThatOneWas)
 {
     const int id = arrives(arrival(IN));

@@ -359,16 +359,6 @@ TEST_F(SipCallTest, OneWithoutMediaEndsWithItsReason)
     EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
 }
 
-TEST_F(SipCallTest, ADescriptionThatNoRecordHoldsIsNotSentInPart)
-{
-    media->bSilent = true;
-    EXPECT_EQ(phone_CallNumber("300", 0, -1), 1);
-    media->tellDescribed(call().nId, QByteArray(SIP_SDP_SIZE, 'x'));
-    EXPECT_TRUE(waitsForEnd());
-    EXPECT_EQ(lastEnded().strReason, "Sound is not available at present");
-    EXPECT_TRUE(agent.isQuiet(SIP_DIAL));
-}
-
 TEST_F(SipCallTest, OneWhoseMediaProcessIsMissingIsNotTheOtherSidesFault)
 {
     media->bMissing = true;
@@ -468,17 +458,6 @@ TEST_F(SipCallTest, OneThatIsRedirectedIsFollowedAFewTimes)
     EXPECT_EQ(lastEnded().eEnd, CALL_FAILED);
     tellEnd(dials("300"), SIP_REDIRECTED, 302, "http://example.com");
     EXPECT_TRUE(waitsForEnd(2)) << "which is no phone";
-}
-
-TEST_F(SipCallTest, OneThatIsRedirectedAndTalksGoesNowhereAnyMore)
-{
-    tellEnd(dials("300"), SIP_REDIRECTED, 302, "sip:301@example.com");
-    const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
-    ASSERT_TRUE(dial);
-    EXPECT_NE(call().strTarget, "");
-    tellMedia(SIP_TALK, dial->head.nId, "their answer");
-    EXPECT_TRUE(kit::waitUntil([] { return call().eState == CALL_TALKING; }));
-    EXPECT_EQ(call().strTarget, "");
 }
 
 TEST_F(SipCallTest, TheDeathOfTheAgentEndsThem)
