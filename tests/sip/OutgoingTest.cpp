@@ -138,6 +138,27 @@ TEST_F(SipCalls, WhoeverIsCalledWritesNoHeadersOfTheNextCall)
     EXPECT_TRUE(invite.endsWith("s=offer\r\n")) << invite.constData();
 }
 
+TEST_F(SipCalls, ACallTakesNoWayThatTheOtherSideNames)
+{
+    begin();
+    UdpPeer other;
+    const QByteArray way = "Contact: <sip:127.0.0.1:" + QByteArray::number(other.port()) + ">";
+    uint32_t id = 0;
+    for (const bool isTalking : {false, true}) {
+        SCOPED_TRACE(isTalking);
+        if (isTalking) {
+            ASSERT_NE(talkOut(++id), 0u);
+            tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+        } else {
+            dial(++id, "300");
+        }
+        peer->reply(peer->receive("INVITE"), "305 Use Proxy", way);
+        if (!isTalking)
+            expectEnd(id, SIP_REFUSED, 305);
+        EXPECT_EQ(other.receive(300).toStdString(), "");
+    }
+}
+
 TEST_F(SipCalls, ACallIsNotSentOnToHalfAnAddress)
 {
     begin();
