@@ -4,7 +4,6 @@
 #include "sip/ownSockets.h"
 #include "sip/phoneLink.h"
 #include "sip/sipAddress.h"
-#include "sip/tlsCheck.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -76,8 +75,8 @@ sip_time_t secondsOf(sip_contact_t const* contact, sip_expires_t const* expires,
 Registration::Registration(const tagSipStack& stack, const tagSipAccount& account)
     : m_stack(stack), m_account(account), m_key(newKey()), m_contact(newContact(account.head.nId)),
       m_answers(m_key, account.szRealm), m_finder(stack.pDns), m_silent(stack.pRoot), m_again(stack.pRoot),
-      m_keep(stack.pRoot), m_renew(stack.pRoot), m_doubt(stack.pRoot), m_nExpires(account.nExpires),
-      m_nDelayMs(stack.setup.nRetryMs), m_nBriefMs(stack.setup.nRetryMs),
+      m_keep(stack.pRoot), m_renew(stack.pRoot), m_doubt(stack.pRoot), m_heard(stack.pRoot),
+      m_nExpires(account.nExpires), m_nDelayMs(stack.setup.nRetryMs), m_nBriefMs(stack.setup.nRetryMs),
       m_nRefusedMs(stack.setup.nRetryLastMs * kRefusedTimes)
 {
     const char* user = account.szAuthName[0] ? account.szAuthName : account.szUser;
@@ -406,13 +405,28 @@ void Registration::keepOpen()
     m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
 }
 
-std::string Registration::reasonOfSilence()
+// What the last request has come to.
+tagTlsProblem Registration::ownTlsProblem() const
 {
     const tagServerAddress& address = m_addresses[m_nAddress];
     if (transport() != SIP_TLS)
-        return kSilence;
-    const tagTlsProblem problem =
-        tlsCheck::problemWith(sipAddress::bareHost(address.host), address.nPort, m_nTlsProblems);
+        return {};
+    return tlsCheck::problemWith(sipAddress::bareHost(address.host), address.nPort, m_nTlsProblems);
+}
+
+// The stack waits on. What it is about to do with its connection it does first.
+void Registration::tlsProblem()
+{
+    m_heard.start(0, [this] {
+        const bool isWaiting = m_pHandle && m_silent.isRunning() && !m_bLeaving;
+        if (isWaiting && ownTlsProblem().eFault != SIP_TLS_NO_FAULT)
+            silent();
+    });
+}
+
+std::string Registration::reasonOfSilence()
+{
+    const tagTlsProblem problem = ownTlsProblem();
     m_eTlsFault = problem.eFault;
     return problem.eFault == SIP_TLS_NO_FAULT ? kSilence : "TLS: " + problem.text;
 }

@@ -8,6 +8,7 @@
 #include "sip/sipStack.h"
 #include "sip/sipTimer.h"
 #include "sip/stunWatch.h"
+#include "sip/tlsCheck.h"
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,6 +46,8 @@ public:
     void doubt();
     // The network says that nobody takes what is sent there.
     void unreachable(const std::string& host, uint32_t port);
+    // There is one with some server.
+    void tlsProblem();
     // The machine has other addresses.
     void renew();
     const char* transportName() const;
@@ -68,6 +71,7 @@ private:
     void useIPv6();
     void keepOpen();
     void silent();
+    tagTlsProblem ownTlsProblem() const;
     std::string reasonOfSilence();
     void onChallenge(const tagStackEvent& event);
     // Whether the server sends the line to another one, or through one, that may have it.
@@ -96,6 +100,7 @@ private:
     SipTimer m_keep;
     SipTimer m_renew; // of what is granted for a moment
     SipTimer m_doubt; // until the network is believed again
+    SipTimer m_heard; // a problem of TLS, which may be the line's
     std::unique_ptr<StunWatch> m_stun;
     std::string m_mapped;
     std::string m_own;          // "host:port" of the line, as it knows it itself

@@ -54,6 +54,12 @@ SipAgent::SipAgent()
     su_root_threading(m_stack.pRoot, 0);
     m_stack.pPhone = &m_phone;
     m_stack.onTlsRefused = [this] { lookAtCertificates(); };
+    tlsCheck::onProblem([this] {
+        for (const auto& line : m_lines) {
+            if (line)
+                line->tlsProblem();
+        }
+    });
     ownSockets::onUnreachable([this](const tagSocketEnd& end) {
         for (const auto& line : m_lines) {
             if (line)
@@ -65,6 +71,7 @@ SipAgent::SipAgent()
 
 SipAgent::~SipAgent()
 {
+    tlsCheck::onProblem(nullptr);
     ownSockets::onUnreachable(nullptr);
     m_events.end();
     for (auto& line : m_lines)

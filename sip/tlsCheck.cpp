@@ -30,6 +30,7 @@ struct tagProblems
 {
     std::deque<tagServerProblem> kept;
     uint64_t nCount = 0;
+    std::function<void()> tell;
     tagSocketEnd checked; // whose certificate is good so far: its name is asked for next
 };
 
@@ -47,6 +48,8 @@ void note(const tagSocketEnd& end, const std::string& name, SIP_TLS_FAULT fault,
     if (all.kept.size() == kMaxKept)
         all.kept.pop_front();
     all.kept.push_back({++all.nCount, end, name, {fault, text ? text : "unknown"}});
+    if (all.tell)
+        all.tell();
 }
 
 SIP_TLS_FAULT faultOfCertificate(long verified)
@@ -198,6 +201,11 @@ std::string tlsCheck::signOf(const std::string& folder)
 std::string tlsCheck::problemOfOwn(const std::string& folder)
 {
     return tryOwn(folder).problem;
+}
+
+void tlsCheck::onProblem(std::function<void()> tell)
+{
+    problems().tell = std::move(tell);
 }
 
 uint64_t tlsCheck::count()

@@ -2,6 +2,7 @@
 // Why there is no TLS with a server: the stack closes the connection, and says nothing of it.
 #include "sip/sipRecords.h"
 #include <cstdint>
+#include <functional>
 #include <string>
 
 struct tagTlsProblem
@@ -20,6 +21,8 @@ std::string signOf(const std::string& folder);
 std::string problemOfOwn(const std::string& folder);
 // How many problems with servers there were.
 uint64_t count();
+// Tells that there is one more. Null: nobody is told any more.
+void onProblem(std::function<void()> tell);
 // The last one with a server of that name or numeric address, beyond the first so many. port 0: any.
 tagTlsProblem problemWith(const std::string& host, uint32_t port, uint64_t beyond);
 

@@ -29,6 +29,27 @@ TEST_F(RealLines, AChangeOnThePageRegistersAnew)
         EXPECT_FALSE(logOf(kind).join('\n').contains("s3cret")) << kind;
 }
 
+TEST_F(RealLines, WhyALineIsNotRegisteredIsReadWhereItsStateIs)
+{
+    setAccount("1002");
+    const auto refusesAs = [this](const char* status) {
+        bool isLeaving = true; // the account before
+        while (isLeaving) {
+            const QByteArray request = server.receive("REGISTER");
+            isLeaving = request.contains("expires=0") || headerOf(request, "Expires") == "0";
+            server.reply(request, isLeaving ? "200 OK" : status, "Retry-After: 600");
+        }
+    };
+    refusesAs("404 Not Found");
+    EXPECT_TRUE(lineShows("The server does not know the user name"));
+    setAccount("1003");
+    refusesAs("403 Forbidden");
+    EXPECT_TRUE(lineShows("The server does not accept name or password"));
+    ctl({"set", "language", "German"});
+    EXPECT_TRUE(lineShows("Der Server lehnt Name oder Passwort ab"));
+    EXPECT_TRUE(lineShows("Anmeldung fehlgeschlagen"));
+}
+
 TEST_F(RealLines, ACallComesInIsAnsweredByFingerHeldAndEndsByTheOtherSide)
 {
     invites("in");
