@@ -1,8 +1,6 @@
 // Calls at the real media server, one by one: what is described, heard and seen.
-#include "host/services/players/filmSound.h"
 #include "host/services/players/videoFrames.h"
 #include "players/playerRecords.h"
-#include "support/host/phone.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/stunServer.h"
 #include "tests/players/callServiceStand.h"
@@ -10,7 +8,6 @@
 #include "tests/players/films.h"
 #include "tests/players/pictureSide.h"
 #include "tests/players/wirePort.h"
-#include <cmath>
 #include <csignal>
 
 namespace {
@@ -28,24 +25,6 @@ TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
     EXPECT_TRUE(isHeard()) << "the other one still talks";
     m_sessions.setMuted(2, true);
     EXPECT_TRUE(isSilent());
-}
-
-TEST_F(CallService, ATalkIsAsLoudAsThePhoneIsSet)
-{
-    dev_set_output_volume(100);
-    startMedia();
-    filmSound::start();
-    connect(1, 2);
-    ASSERT_TRUE(isHeard());
-    const auto peak = [&] { return heard().last(0.3, kRate).peak(); };
-    const double loudest = peak();
-    EXPECT_GT(loudest, 0.2);
-    dev_set_output_volume(50);
-    EXPECT_TRUE(kit::waitUntil([&] { return std::abs(peak() - loudest / 8) < loudest / 40; })) << peak();
-    dev_set_output_volume(0);
-    EXPECT_TRUE(kit::waitUntil([&] { return peak() == 0; })) << peak();
-    dev_set_output_volume(100);
-    EXPECT_TRUE(kit::waitUntil([&] { return peak() > 0.9 * loudest; }));
 }
 
 TEST_F(CallService, AHoldNeedsNobodysConsent)
