@@ -17,22 +17,41 @@ const char* const kInline = "inline:";
 CRYPTO_SUITE suiteOf(const QByteArray& name)
 {
     for (const tagSuiteName& suite : kSuites) {
-        if (name == suite.pName)
+        if (qstricmp(name, suite.pName) == 0)
             return suite.eSuite;
     }
     return CRYPTO_SUITE::NONE;
 }
 
-// "inline:KEY", and how long the key may be used; anything more is a number of the key.
-bool readKey(const QByteArray& text, QByteArray& key)
+// "1:4": the number of the key, and in how many bytes the packets say it.
+bool readMark(const QByteArray& text, QByteArray& mark)
 {
-    const QList<QByteArray> parts = text.mid(qstrlen(kInline)).split('|');
-    const bool isPlain = parts.size() == 1 || (parts.size() == 2 && !parts[1].contains(':'));
-    if (!text.startsWith(kInline) || !isPlain)
+    const qsizetype colon = text.indexOf(':');
+    bool isNumber = false, isSize = false;
+    quint64 number = text.left(colon).toULongLong(&isNumber);
+    const int size = text.mid(colon + 1).toInt(&isSize);
+    if (!isNumber || !isSize || size < 1 || size > callCrypto::MARK_BYTES_MAX)
+        return false;
+    mark = QByteArray(size, 0);
+    for (int i = size; i-- > 0; number >>= 8)
+        mark[i] = char(number & 0xff);
+    return number == 0;
+}
+
+// "inline:KEY|2^20|1:4": the key, how long it may be used, its mark; the latter two may be missing.
+bool readKey(const QByteArray& text, tagCrypto& crypto)
+{
+    const qsizetype head = qsizetype(qstrlen(kInline));
+    QList<QByteArray> parts = text.mid(head).split('|');
+    if (text.left(head).toLower() != kInline)
+        return false;
+    if (parts.size() > 1 && parts.last().contains(':') && !readMark(parts.takeLast(), crypto.mark))
+        return false;
+    if (parts.size() > 2 || (parts.size() == 2 && parts[1].contains(':')))
         return false;
     const auto decoded = QByteArray::fromBase64Encoding(parts[0], QByteArray::AbortOnBase64DecodingErrors);
-    key = *decoded;
-    return bool(decoded) && key.size() == callCrypto::KEY_BYTES;
+    crypto.key = *decoded;
+    return bool(decoded) && crypto.key.size() == callCrypto::KEY_BYTES;
 }
 
 } // namespace
@@ -52,7 +71,7 @@ bool callCrypto::read(const QByteArray& value, tagCrypto& crypto)
     if (words.size() < 3)
         return false;
     for (qsizetype i = 3; i < words.size(); ++i) {
-        if (!words[i].startsWith("WSH=")) // how many packets may come late; we look at all of them
+        if (!words[i].toUpper().startsWith("WSH=")) // how many packets may come late; we look at all of them
             return false;
     }
     bool isNumber = false;
@@ -60,7 +79,7 @@ bool callCrypto::read(const QByteArray& value, tagCrypto& crypto)
     found.nTag = words[0].toInt(&isNumber);
     found.eSuite = suiteOf(words[1]);
     if (!isNumber || found.nTag < 1 || found.nTag > kMaxTag || found.eSuite == CRYPTO_SUITE::NONE ||
-        words[2].contains(';') || !readKey(words[2], found.key))
+        words[2].contains(';') || !readKey(words[2], found))
         return false;
     crypto = found;
     return true;

@@ -11,12 +11,13 @@ struct tagCrypto
 {
     int nTag = 0; // names the line in offer and answer; 1 to 999999999
     CRYPTO_SUITE eSuite = CRYPTO_SUITE::NONE;
-    QByteArray key; // KEY_BYTES: the key and its salt
+    QByteArray key;  // KEY_BYTES: the key and its salt
+    QByteArray mark; // each packet that is sealed with it bears these bytes (MKI); empty: none
 };
 
 namespace callCrypto {
 
-enum : int { KEY_BYTES = 30 };
+enum : int { KEY_BYTES = 30, MARK_BYTES_MAX = 128 };
 
 // So many bytes that nobody can guess.
 using KeySource = std::function<QByteArray(int bytes)>;
@@ -30,8 +31,9 @@ Number randomNumber()
 }
 
 // The value of a=crypto; false when it names another suite, or asks for what is not done here: several keys,
-// key numbers in the packets, packets that are not encrypted.
+// packets that are not encrypted.
 bool read(const QByteArray& value, tagCrypto& crypto);
+// Of a key without a mark.
 QByteArray write(const tagCrypto& crypto);
 
 } // namespace callCrypto

@@ -34,8 +34,8 @@ bool isText(const QByteArray& text)
 QByteArray addressOf(const GstSDPConnection* connection)
 {
     in_addr address = {};
-    const bool isIPv4 = connection && connection->address && g_strcmp0(connection->nettype, "IN") == 0 &&
-                        g_strcmp0(connection->addrtype, "IP4") == 0 &&
+    const bool isIPv4 = connection && connection->address && qstricmp(connection->nettype, "IN") == 0 &&
+                        qstricmp(connection->addrtype, "IP4") == 0 &&
                         inet_pton(AF_INET, connection->address, &address) == 1;
     return isIPv4 ? QByteArray(connection->address) : QByteArray();
 }
@@ -44,7 +44,7 @@ bool isRtp(const QByteArray& transport)
 {
     static const char* const kSpoken[] = {"RTP/AVP", "RTP/SAVP", "RTP/AVPF", "RTP/SAVPF"};
     return std::any_of(std::begin(kSpoken), std::end(kSpoken),
-                       [&](const char* spoken) { return transport == spoken; });
+                       [&](const char* spoken) { return qstricmp(transport, spoken) == 0; });
 }
 
 void setDirection(const QByteArray& key, tagDescribedMedia& media)
@@ -115,7 +115,7 @@ void readTones(const QByteArray& value, tagDescribedMedia& media)
 // "* nack pli", "97 ccm fir"
 void readFeedback(const QByteArray& value, tagDescribedMedia& media)
 {
-    const QByteArray text = value.simplified();
+    const QByteArray text = value.simplified().toLower();
     media.bPli = media.bPli || text.endsWith(" nack pli");
     media.bFir = media.bFir || text.endsWith(" ccm fir");
 }
@@ -194,10 +194,10 @@ tagDescribedMedia readMedia(const GstSDPMessage* message, const GstSDPMedia* fro
     tagDescribedMedia media;
     media.kind = gst_sdp_media_get_media(from);
     media.transport = gst_sdp_media_get_proto(from);
-    media.bSound = media.kind == "audio";
-    media.bPicture = media.kind == "video";
+    media.bSound = qstricmp(media.kind, "audio") == 0;
+    media.bPicture = qstricmp(media.kind, "video") == 0;
     media.bRtp = isRtp(media.transport);
-    media.bSecure = media.transport.startsWith("RTP/SAVP");
+    media.bSecure = callDescription::isSealed(media.transport);
     const bool hasOwn = gst_sdp_media_connections_len(from) > 0;
     media.address =
         addressOf(hasOwn ? gst_sdp_media_get_connection(from, 0) : gst_sdp_message_get_connection(message));
@@ -214,6 +214,11 @@ tagDescribedMedia readMedia(const GstSDPMessage* message, const GstSDPMedia* fro
 }
 
 } // namespace
+
+bool callDescription::isSealed(const QByteArray& transport)
+{
+    return transport.toUpper().startsWith("RTP/SAVP");
+}
 
 bool callDescription::read(const QByteArray& text, QList<tagDescribedMedia>& media)
 {

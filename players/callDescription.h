@@ -47,6 +47,9 @@ enum : int { MAX_BYTES = 16384, MAX_MEDIA = 16, MAX_CODECS = 32, MAX_CRYPTOS = 8
 // False when it is no description, or larger than one may be.
 bool read(const QByteArray& text, QList<tagDescribedMedia>& media);
 
+// Whether what goes over it is encrypted.
+bool isSealed(const QByteArray& transport);
+
 // The longest packet, in ms of sound, that does not ask for more than the other side bears.
 int ptimeFor(const tagDescribedMedia& media, SOUND_CODEC codec);
 

@@ -213,7 +213,7 @@ const tagCrypto& callNegotiation::ownCrypto(CRYPTO_SUITE suite, Cryptos& of)
     if (known != of.end())
         return *known;
     const int place = int(std::find(std::begin(kSuites), std::end(kSuites), suite) - std::begin(kSuites));
-    of.append({place + 1, suite, m_keys(callCrypto::KEY_BYTES)});
+    of.append({place + 1, suite, m_keys(callCrypto::KEY_BYTES), {}});
     return of.last();
 }
 
@@ -272,6 +272,7 @@ bool callNegotiation::setKeys(const tagDescribedMedia& answer, const Cryptos& of
     stream.eSuite = own->eSuite;
     stream.sendKey = own->key;
     stream.takeKey = answer.cryptos.first().key;
+    stream.takeMark = answer.cryptos.first().mark;
     return true;
 }
 
@@ -285,6 +286,7 @@ callNegotiation::Cryptos callNegotiation::keysFor(const tagDescribedMedia& offer
     stream.eSuite = own.eSuite;
     stream.sendKey = own.key;
     stream.takeKey = offered.cryptos.first().key;
+    stream.takeMark = offered.cryptos.first().mark;
     return {own};
 }
 
@@ -296,7 +298,7 @@ void callNegotiation::placePicture()
             return;
     }
     for (tagPlace& place : m_places) {
-        if (place.kind == "video" && place.transport.startsWith("RTP/")) {
+        if (qstricmp(place.kind, "video") == 0 && place.transport.toUpper().startsWith("RTP/")) {
             place.eIs = PLACE::PICTURE;
             return;
         }
@@ -306,7 +308,7 @@ void callNegotiation::placePicture()
 
 callNegotiation::Cryptos callNegotiation::offerTransport(tagPlace& place, bool secure, Cryptos& of)
 {
-    const bool hasProfile = place.transport.endsWith('F');
+    const bool hasProfile = place.transport.toUpper().endsWith('F');
     place.transport = secure ? "RTP/SAVP" : "RTP/AVP";
     place.transport += hasProfile ? "F" : "";
     Cryptos cryptos;
@@ -441,9 +443,15 @@ void callNegotiation::setPeer(const tagDescribedMedia& media, bool held, tagAgre
     sound.nTones = tones ? tones->nTones : 0xffff;
 }
 
-// The line of the sound is still there, and has no port any more.
+// The line of the sound is still there, and has no port any more. Who offers something else in its place that
+// is not spoken here, as a fax, has nothing in common with us, and the sound goes on.
 bool callNegotiation::stops(const QList<tagDescribedMedia>& offered) const
 {
+    const bool isOther = std::any_of(offered.begin(), offered.end(), [](const tagDescribedMedia& line) {
+        return line.nPort != 0 && !line.bSound && !line.bPicture;
+    });
+    if (isOther)
+        return false;
     for (qsizetype i = 0; i < std::min(offered.size(), m_places.size()); ++i) {
         if (m_places[i].eIs == PLACE::SOUND)
             return offered[i].bSound && offered[i].nPort == 0;
@@ -458,6 +466,7 @@ tagAgreedSound callNegotiation::stopped() const
     sound.eSuite = m_agreed.eSuite;
     sound.sendKey = m_agreed.sendKey;
     sound.takeKey = m_agreed.takeKey;
+    sound.takeMark = m_agreed.takeMark;
     sound.bHeldByPeer = true;
     return sound;
 }
@@ -631,7 +640,7 @@ bool callNegotiation::fits(const tagDescribedMedia& answer, const tagPlace& plac
                            tagAgreedPicture& picture) const
 {
     if (!answer.bPicture || answer.nPort == 0 || m_offeredPictures.isEmpty() ||
-        answer.bSecure != place.transport.startsWith("RTP/SAVP") || !canReach(answer, m_wanted.bEncrypt))
+        answer.bSecure != callDescription::isSealed(place.transport) || !canReach(answer, m_wanted.bEncrypt))
         return false;
     for (const tagDescribedCodec& codec : answer.codecs) {
         const bool isOffered = std::any_of(
@@ -671,7 +680,7 @@ bool callNegotiation::agree(const QByteArray& answer)
             sound = stopped();
             continue;
         }
-        if (!line.bSound || !line.bRtp || line.bSecure != m_places[i].transport.startsWith("RTP/SAVP") ||
+        if (!line.bSound || !line.bRtp || line.bSecure != callDescription::isSealed(m_places[i].transport) ||
             !fits(line, sound) ||
             !(isNowhere(line.address) || mayHearUs(line.address, line.nPort, m_own.bLoopback)))
             return false;

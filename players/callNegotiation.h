@@ -25,6 +25,7 @@ struct tagAgreedStream
     CRYPTO_SUITE eSuite = CRYPTO_SUITE::NONE;
     QByteArray sendKey;
     QByteArray takeKey;
+    QByteArray takeMark; // that its packets bear; empty: none
 };
 
 // How the sound goes.

@@ -262,7 +262,7 @@ void callService::describe(const msgObject& msg)
         tellDescription(call, question.nNumber, {});
         return;
     }
-    entry->bPreview = question.bAnswer && wish.bPreview != 0;
+    entry->bPreview = wish.bPreview != 0;
     if (!entry->bPreview)
         m_open.start(0); // behind the reply: somebody waits for that
     if (wish.bVideo != 0)
@@ -306,7 +306,8 @@ void callService::reply(int call, tagCallEntry& entry, const tagQuestion& questi
     QByteArray text =
         question.bAnswer ? entry.negotiation->answer(question.offer, want) : entry.negotiation->offer(want);
     // A preview of nothing would only take the ringing from the other side's ear.
-    if (entry.bPreview && !entry.negotiation->agreedPicture().bReceives)
+    const bool isShown = entry.negotiation->agreedPicture().bReceives;
+    if (entry.bPreview && question.bAnswer && question.bNew && !isShown)
         text.clear();
     tellDescription(call, question.nNumber, text);
     if (text.isEmpty() && question.bNew) {

@@ -1,8 +1,8 @@
 #include "players/deviceSound.h"
-#include "players/soundEnd.h"
 #include "players/soundSink.h"
 #include "players/soundSource.h"
 #include "support/host/trace.h"
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <gst/app/gstappsink.h>
@@ -115,14 +115,18 @@ void deviceSound::buildLoudspeaker(GstElement* sink, bool echo)
     shorten(sink);
     GstElement* out = add("appsrc");
     GstElement* probe = echo ? add("webrtcechoprobe", kProbe) : nullptr;
-    GstElement* end = addSoundEnd(m_pPipeline, sink, m_volume);
-    if (!out || !end)
+    GstElement* convert = add("audioconvert");
+    GstElement* resample = add("audioresample");
+    gst_bin_add(GST_BIN(m_pPipeline), sink);
+    if (!out || !convert || !resample)
         return;
     GstCaps* caps = soundCaps();
     g_object_set(out, "caps", caps, "format", GST_FORMAT_TIME, "is-live", TRUE, "do-timestamp", TRUE,
-                 "max-bytes", kMaxWaiting, "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM, nullptr);
+                 "emit-signals", FALSE, "max-bytes", kMaxWaiting, "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM,
+                 nullptr);
     gst_caps_unref(caps);
-    if (probe ? gst_element_link_many(out, probe, end, nullptr) : gst_element_link(out, end))
+    if ((!probe || gst_element_link(out, probe)) &&
+        gst_element_link_many(probe ? probe : out, convert, resample, sink, nullptr))
         m_pLoudspeaker = out;
 }
 
@@ -132,25 +136,25 @@ void deviceSound::buildMicrophone(GstElement* source, bool echo)
     gst_bin_add(GST_BIN(m_pPipeline), source);
     GstElement* convert = add("audioconvert");
     GstElement* resample = add("audioresample");
-    GstElement* form = add("capsfilter");
-    GstElement* clean = echo ? add("webrtcdsp") : add("identity");
+    GstElement* clean = echo ? add("webrtcdsp") : nullptr;
     GstElement* sink = add("appsink");
-    if (!convert || !resample || !form || !clean || !sink)
+    if (!convert || !resample || (echo && !clean) || !sink)
         return;
     GstCaps* caps = soundCaps();
-    g_object_set(form, "caps", caps, nullptr);
+    g_object_set(sink, "caps", caps, "sync", FALSE, "async", FALSE, "enable-last-sample", FALSE, nullptr);
     gst_caps_unref(caps);
-    if (echo)
+    if (clean)
         g_object_set(clean, "probe", kProbe, "echo-cancel", m_pLoudspeaker != nullptr, "delay-agnostic", TRUE,
                      nullptr);
-    g_object_set(sink, "sync", FALSE, "async", FALSE, "enable-last-sample", FALSE, nullptr);
     GstAppSinkCallbacks callbacks = {};
     callbacks.new_sample = [](GstAppSink* from, gpointer self) {
         static_cast<deviceSound*>(self)->onHeard(GST_ELEMENT(from));
         return GST_FLOW_OK;
     };
     gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
-    gst_element_link_many(source, convert, resample, form, clean, sink, nullptr);
+    gst_element_link_many(source, convert, resample, clean ? clean : sink, nullptr);
+    if (clean)
+        gst_element_link(clean, sink);
 }
 
 void deviceSound::close()
@@ -195,7 +199,13 @@ void deviceSound::write(const short* frame)
 {
     constexpr gsize kBytes = sizeof(short) * callSession::FRAME_SAMPLES;
     GstBuffer* buffer = gst_buffer_new_allocate(nullptr, kBytes, nullptr);
-    gst_buffer_fill(buffer, 0, frame, kBytes);
+    GstMapInfo map;
+    if (gst_buffer_map(buffer, &map, GST_MAP_WRITE)) {
+        auto* samples = reinterpret_cast<short*>(map.data);
+        std::copy_n(frame, callSession::FRAME_SAMPLES, samples);
+        m_volume.apply(samples, callSession::FRAME_SAMPLES, soundCoder::SAMPLE_RATE);
+        gst_buffer_unmap(buffer, &map);
+    }
     GST_BUFFER_DURATION(buffer) = callSession::FRAME_MS * GST_MSECOND;
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_pOut)

@@ -9,8 +9,9 @@ public:
     enum : int { MAX_MORE = 144 }; // bytes that a seal may add
 
     enum class WAY { OUT, IN };
-    // Null where the key is none.
-    static std::unique_ptr<secureRtp> make(CRYPTO_SUITE suite, const QByteArray& key, WAY way);
+    // Null where the key is none. mark: that each packet bears; empty for none.
+    static std::unique_ptr<secureRtp> make(CRYPTO_SUITE suite, const QByteArray& key, WAY way,
+                                           const QByteArray& mark = {});
     ~secureRtp();
     secureRtp(const secureRtp&) = delete;
     secureRtp& operator=(const secureRtp&) = delete;
@@ -21,6 +22,7 @@ public:
     int open(unsigned char* packet, int size, bool rtcp);
 
 private:
-    explicit secureRtp(void* session) : m_pSession(session) {}
+    secureRtp(void* session, bool isMarked) : m_pSession(session), m_bMarked(isMarked) {}
     void* m_pSession;
+    const bool m_bMarked;
 };

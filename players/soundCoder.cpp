@@ -51,12 +51,13 @@ GstPad* newPad(const char* caps, GstPadDirection direction)
     return pad;
 }
 
-bool linkToBin(GstElement* bin, GstPad* pad, const char* name)
+// To the part itself: each pad of a bin is one more step for each packet.
+bool linkToPart(GstElement* bin, GstPad* pad)
 {
-    GstPad* other = gst_element_get_static_pad(bin, name);
+    const bool isSource = gst_pad_get_direction(pad) == GST_PAD_SRC;
+    GstPad* other = gst_bin_find_unlinked_pad(GST_BIN(bin), isSource ? GST_PAD_SINK : GST_PAD_SRC);
     if (!other)
         return false;
-    const bool isSource = gst_pad_get_direction(pad) == GST_PAD_SRC;
     const GstPadLinkReturn linked = isSource ? gst_pad_link(pad, other) : gst_pad_link(other, pad);
     gst_object_unref(other);
     return linked == GST_PAD_LINK_OK;
@@ -76,7 +77,7 @@ std::unique_ptr<soundChain> soundChain::make(const char* description, const char
 bool soundChain::open(const char* description, const char* in, const char* out)
 {
     GError* error = nullptr;
-    m_pBin = gst_parse_bin_from_description(description, TRUE, &error);
+    m_pBin = gst_parse_bin_from_description(description, FALSE, &error);
     const bool isWhole = m_pBin && !error;
     g_clear_error(&error);
     if (m_pBin)
@@ -85,7 +86,7 @@ bool soundChain::open(const char* description, const char* in, const char* out)
     m_pOut = newPad(out, GST_PAD_SINK);
     gst_pad_set_element_private(m_pOut, this);
     gst_pad_set_chain_function(m_pOut, onOutput);
-    if (!isWhole || !linkToBin(m_pBin, m_pIn, "sink") || !linkToBin(m_pBin, m_pOut, "src"))
+    if (!isWhole || !linkToPart(m_pBin, m_pIn) || !linkToPart(m_pBin, m_pOut))
         return false;
     gst_pad_set_active(m_pOut, TRUE);
     gst_pad_set_active(m_pIn, TRUE);

@@ -1,4 +1,5 @@
 #include "players/soundThread.h"
+#include <QCoreApplication>
 #include <sched.h>
 #include <sys/resource.h>
 
@@ -21,5 +22,6 @@ void soundThreadIsAsOthers()
 {
     const sched_param none = {};
     sched_setscheduler(0, SCHED_OTHER | SCHED_RESET_ON_FORK, &none);
-    setpriority(PRIO_PROCESS, 0, 0);
+    // As whoever has started the phone wanted it.
+    setpriority(PRIO_PROCESS, 0, getpriority(PRIO_PROCESS, id_t(QCoreApplication::applicationPid())));
 }

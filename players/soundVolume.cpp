@@ -1,5 +1,20 @@
 #include "players/soundVolume.h"
 #include <algorithm>
+#include <cmath>
+
+namespace {
+
+float scaled(float sample, float by)
+{
+    return sample * by;
+}
+
+short scaled(short sample, float by)
+{
+    return short(std::lrint(float(sample) * by));
+}
+
+} // namespace
 
 void soundVolume::set(int level, bool mute)
 {
@@ -15,9 +30,7 @@ void soundVolume::watch(GstPad* pad)
 GstPadProbeReturn soundVolume::onSamples(GstPad* pad, GstPadProbeInfo* info, gpointer self)
 {
     auto* volume = static_cast<soundVolume*>(self);
-    if (volume->m_present < 0)
-        volume->m_present = volume->m_wanted;
-    if (volume->m_present == 1 && volume->m_wanted == 1)
+    if (volume->changesNothing())
         return GST_PAD_PROBE_OK;
     int rate = 0;
     int channels = 0;
@@ -31,18 +44,32 @@ GstPadProbeReturn soundVolume::onSamples(GstPad* pad, GstPadProbeInfo* info, gpo
     GstMapInfo map;
     if (!isKnown || !gst_buffer_map(buffer, &map, GST_MAP_READWRITE))
         return GST_PAD_PROBE_DROP;
-    volume->apply(reinterpret_cast<float*>(map.data), map.size / sizeof(float), rate, channels);
+    volume->scale(reinterpret_cast<float*>(map.data), map.size / sizeof(float), rate, channels);
     gst_buffer_unmap(buffer, &map);
     return GST_PAD_PROBE_OK;
 }
 
-void soundVolume::apply(float* samples, gsize count, int rate, int channels)
+void soundVolume::apply(short* samples, size_t count, int rate)
+{
+    if (!changesNothing())
+        scale(samples, count, rate, 1);
+}
+
+bool soundVolume::changesNothing()
+{
+    if (m_present < 0)
+        m_present = m_wanted;
+    return m_present == 1 && m_wanted == 1;
+}
+
+template <typename Sample>
+void soundVolume::scale(Sample* samples, size_t count, int rate, int channels)
 {
     const float wanted = m_wanted;
     const float step = 1000.0f / float(RAMP_MS) / float(rate);
-    for (gsize i = 0; i + gsize(channels) <= count; i += gsize(channels)) {
+    for (size_t i = 0; i + size_t(channels) <= count; i += size_t(channels)) {
         m_present = std::clamp(wanted, m_present - step, m_present + step);
         for (int channel = 0; channel < channels; ++channel)
-            samples[i + gsize(channel)] *= m_present;
+            samples[i + size_t(channel)] = scaled(samples[i + size_t(channel)], m_present);
     }
 }

@@ -13,11 +13,15 @@ public:
     // Applies it to what comes out of the pad: samples of 32-bit floats, the channels of a moment together.
     // The pad lives shorter than this.
     void watch(GstPad* pad);
+    // Applies it to these, of one channel. One thread at a time, and not beside watch().
+    void apply(short* samples, size_t count, int rate);
 
 private:
     static GstPadProbeReturn onSamples(GstPad* pad, GstPadProbeInfo* info, gpointer self);
-    void apply(float* samples, gsize count, int rate, int channels);
+    bool changesNothing();
+    template <typename Sample>
+    void scale(Sample* samples, size_t count, int rate, int channels);
 
     std::atomic<float> m_wanted{1};
-    float m_present = -1; // -1: nothing has sounded yet; of the thread of the pad
+    float m_present = -1; // -1: nothing has sounded yet; of the thread that applies it
 };

@@ -20,11 +20,13 @@ private:
     {
         CRYPTO_SUITE eSuite;
         QByteArray key;
+        QByteArray mark;
         std::unique_ptr<secureRtp> at;
     };
     using Keys = std::vector<tagKey>; // in the order of their use
     // Null where there is no such key.
-    static secureRtp* take(Keys& keys, CRYPTO_SUITE suite, const QByteArray& key, secureRtp::WAY way);
+    static secureRtp* take(Keys& keys, CRYPTO_SUITE suite, const QByteArray& key, secureRtp::WAY way,
+                           const QByteArray& mark = {});
 
     CRYPTO_SUITE m_eSuite = CRYPTO_SUITE::NONE;
     Keys m_sealers;

@@ -10,6 +10,7 @@ namespace {
 constexpr size_t kMaxBoundary = 70;
 constexpr size_t kMaxHead = 2048;
 constexpr size_t kMaxId = 256;
+constexpr std::string_view kBase64 = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 std::string lower(std::string text)
 {
@@ -24,7 +25,7 @@ bool readHeadLine(const std::string& line, tagBodyPart& part)
         return false;
     const std::string name = lower(boundedXml::trimmed(line.substr(0, colon)));
     const std::string value = boundedXml::trimmed(line.substr(colon + 1));
-    if (name == "content-type") {
+    if (name == "content-type" || name == "c") {
         bodyParts::setType(value, part);
     } else if (name == "content-disposition") {
         bodyParts::setDisposition(value, part);
@@ -33,9 +34,13 @@ bool readHeadLine(const std::string& line, tagBodyPart& part)
         if (!isBracketed || value.size() > kMaxId)
             return false;
         part.id = value.substr(1, value.size() - 2);
+    } else if (name == "content-encoding" || name == "e") {
+        part.bCoded = part.bCoded || lower(value) != "identity";
     } else if (name == "content-transfer-encoding") {
         const std::string coding = lower(value);
-        part.bCoded = coding != "binary" && coding != "8bit" && coding != "7bit";
+        part.bBase64 = coding == "base64";
+        const bool isPlain = coding == "binary" || coding == "8bit" || coding == "7bit";
+        part.bCoded = part.bCoded || (!isPlain && !part.bBase64);
     }
     return true;
 }
@@ -100,6 +105,25 @@ std::string bodyParts::param(const std::string& contentType, const std::string& 
         return boundedXml::trimmed(rest.substr(0, rest.find(';')));
     }
     return "";
+}
+
+std::string bodyParts::plainBytes(const tagBodyPart& part)
+{
+    if (!part.bBase64)
+        return std::string(part.bytes, part.nSize);
+    std::string plain;
+    unsigned bits = 0, count = 0;
+    for (const char c : std::string_view(part.bytes, part.nSize)) {
+        const size_t value = kBase64.find(c);
+        if (c == '=')
+            break;
+        if (value == std::string_view::npos)
+            continue; // a line's end
+        bits = (bits << 6 | unsigned(value)) & 0xffffff;
+        if (++count % 4 != 1)
+            plain += char(bits >> (count % 4 == 2 ? 4 : count % 4 == 3 ? 2 : 0) & 0xff);
+    }
+    return plain;
 }
 
 bool bodyParts::split(const char* bytes, size_t size, const std::string& boundary,

@@ -136,10 +136,10 @@ bool MemberBook::take(const std::string& contentType, const char* bytes, size_t 
 {
     std::vector<tagBodyPart> parts;
     tagListDocument list;
-    const bool isSplit =
-        bodyParts::bareType(contentType) == "multipart/related" &&
-        bodyParts::split(bytes, size, bodyParts::param(contentType, "boundary"), parts) &&
-        std::none_of(parts.begin(), parts.end(), [](const tagBodyPart& part) { return part.bCoded; });
+    const bool isSplit = bodyParts::bareType(contentType) == "multipart/related" &&
+                         bodyParts::split(bytes, size, bodyParts::param(contentType, "boundary"), parts) &&
+                         std::none_of(parts.begin(), parts.end(),
+                                      [](const tagBodyPart& part) { return part.bCoded || part.bBase64; });
     const tagBodyPart* root = isSplit ? rootOf(parts, bodyParts::param(contentType, "start")) : nullptr;
     if (!root || !readList(*root, list)) {
         lose();

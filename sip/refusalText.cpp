@@ -35,6 +35,11 @@ const char* refusalText::phraseOf(uint32_t status)
     return phrase ? phrase : "Refused";
 }
 
+std::string refusalText::reasonOf(uint32_t status)
+{
+    return "SIP;cause=" + std::to_string(status) + ";text=\"" + phraseOf(status) + '"';
+}
+
 std::string refusalText::linesOf(uint32_t status, uint32_t warning)
 {
     if (status == kUnknownBody)

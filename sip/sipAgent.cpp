@@ -220,7 +220,7 @@ void SipAgent::takeForCall(const sipWire::Reader& record)
         call.deflect(record.as<tagSipTarget>().szTarget);
         break;
     case SIP_HANG_UP:
-        call.hangUp();
+        call.hangUp(record.as<tagSipStatus>().nStatus);
         break;
     case SIP_MEDIA:
         call.setMedia(record.as<tagSipMedia>().szSdp);

@@ -124,6 +124,9 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     arrived.nLine = m_nLine;
     arrived.nReplaces = replaced;
     arrived.nRefusal = body.bUnknown ? refusalText::kUnknownBody : 0;
+    m_bWantsEarly =
+        !body.bUnknown && m_remoteSdp.empty() && sip_has_feature(event.pMessage->sip_require, "100rel");
+    arrived.bWantsEarly = m_bWantsEarly;
     m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
@@ -182,9 +185,13 @@ void SipCall::ring(const std::string& sdp)
 {
     if (!m_bIncoming || m_eStep != STEP_RINGING)
         return;
+    // Whoever wants the offer has it with the first answer that he acknowledges (RFC 3262, 5): without one
+    // that is the last.
+    if (m_bWantsEarly && sdp.empty())
+        return;
     if (!sdp.empty())
         m_ownSdp = sdp;
-    respond(sdp.empty() ? 180 : 183, sdp);
+    respond(sdp.empty() || m_bWantsEarly ? 180 : 183, sdp);
 }
 
 void SipCall::answer(const std::string& sdp)
@@ -193,9 +200,10 @@ void SipCall::answer(const std::string& sdp)
         return;
     m_eStep = STEP_TALKING;
     m_limit.stop();
-    if (!sdp.empty())
+    if (!sdp.empty() && !m_bMovedEarly)
         m_ownSdp = sdp;
-    respond(200, sdp);
+    // An answer to the caller's first offer would be out of date.
+    respond(200, m_bMovedEarly ? "" : sdp);
     if (m_hooks.answered)
         m_hooks.answered();
 }
@@ -222,7 +230,7 @@ void SipCall::deflect(const std::string& target)
     releaseSoon();
 }
 
-void SipCall::hangUp()
+void SipCall::hangUp(uint32_t why)
 {
     if (m_eStep == STEP_RINGING && m_bIncoming) {
         refuse(480);
@@ -231,7 +239,7 @@ void SipCall::hangUp()
         end(SIP_HUNG_UP, 0, "");
         releaseSoon();
     } else if (m_eStep == STEP_TALKING) {
-        sendBye();
+        sendBye(why);
         end(SIP_HUNG_UP, 0, "");
         releaseSoon();
     }
@@ -276,6 +284,7 @@ void SipCall::setMedia(const std::string& sdp)
             m_offer.want(sdp);
         return;
     }
+    m_bMovedEarly = m_bMovedEarly || (m_eStep == STEP_RINGING && m_bIncoming && !sdp.empty());
     respondToOffer(sdp.empty() ? 488 : 200, sdp);
     if (m_bByUpdate && !sdp.empty() && m_eStep == STEP_TALKING)
         talk("");
@@ -340,7 +349,7 @@ void SipCall::onRequest(const tagStackEvent& event)
             onReferred(event);
         break;
     case nua_i_prack:
-        m_bAgreedEarly = m_bAgreedEarly || !m_ownSdp.empty();
+        onEarlyAcknowledged(event);
         break;
     case nua_i_ack:
         if (m_eStep == STEP_TALKING)
@@ -560,8 +569,6 @@ void SipCall::onOffer(const tagStackEvent& event)
         status = 488;
     else if (m_eStep == STEP_RINGING && !m_bAgreedEarly)
         status = m_bIncoming ? 500 : 491; // the first offer is not answered yet
-    else if (m_eStep == STEP_RINGING && m_bIncoming)
-        status = 504; // it is the user who answers
     else if (m_offered || m_eTakenBack != NOT_TAKEN_BACK)
         status = 500;
     else if (isUpdate && m_offer.isUnderWay())
@@ -581,6 +588,22 @@ void SipCall::onOffer(const tagStackEvent& event)
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
     sipWire::setText(offer.szSdp, sdp);
     m_stack.pPhone->tell(offer);
+}
+
+// Where the phone has offered, the caller's answer comes with it.
+void SipCall::onEarlyAcknowledged(const tagStackEvent& event)
+{
+    if (m_ownSdp.empty() || m_bAgreedEarly || hasEnded())
+        return;
+    m_bAgreedEarly = !m_bWantsEarly;
+    const std::string sdp = m_bWantsEarly ? sdpOf(event.pMessage) : "";
+    if (sdp.empty() || isTooLarge(sdp))
+        return;
+    m_bAgreedEarly = true;
+    m_remoteSdp = sdp;
+    auto early = sipWire::make<tagSipMedia>(SIP_EARLY, m_nId);
+    sipWire::setText(early.szSdp, sdp);
+    m_stack.pPhone->tell(early);
 }
 
 void SipCall::talk(const std::string& sdp)
@@ -609,11 +632,12 @@ void SipCall::end(SIP_ENDING ending, uint32_t status, const std::string& reason,
 }
 
 // It may be asked for the password as often as whatever went before.
-void SipCall::sendBye()
+void SipCall::sendBye(uint32_t why)
 {
     m_answers->reset();
     m_bByeGoes = true;
-    nua_bye(m_pHandle, TAG_END());
+    const std::string reason = why ? refusalText::reasonOf(why) : "";
+    nua_bye(m_pHandle, TAG_IF(why, SIPTAG_REASON_STR(reason.c_str())), TAG_END());
 }
 
 // The call may have ended for the stack long before that, by an offer that was under way. Above all replies

@@ -50,7 +50,8 @@ public:
     void answer(const std::string& sdp);
     void refuse(uint32_t status, uint32_t warning = 0);
     void deflect(const std::string& target);
-    void hangUp();
+    // why: a status that the other side is told; 0 for none.
+    void hangUp(uint32_t why = 0);
     void setMedia(const std::string& sdp);
     void delayMedia();
     void transfer(const std::string& target);
@@ -103,6 +104,8 @@ private:
     void onUpdateReply(const tagStackEvent& event);
     void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
+    // The caller has acknowledged what was told while it rings.
+    void onEarlyAcknowledged(const tagStackEvent& event);
     void onReferred(const tagStackEvent& event);
     void onReferReply(const tagStackEvent& event);
     void onTransferNote(const tagStackEvent& event);
@@ -128,7 +131,7 @@ private:
     // To the phone.
     void tellUnderWay(uint32_t status, const std::string& sdp = "");
     void stopTimers();
-    void sendBye();
+    void sendBye(uint32_t why = 0);
     // The other side, or a server, has said what becomes of it.
     void onByeReply(uint32_t status);
     // The server has this long to take note of the end.
@@ -148,6 +151,8 @@ private:
     bool m_bByUpdate = false;                // that nobody acknowledges
     bool m_bHeard = false;                   // of a call from here: something has come from a server
     bool m_bAgreedEarly = false;             // while it rings: the first offer is answered for good
+    bool m_bMovedEarly = false;              // and another one of the caller's after it
+    bool m_bWantsEarly = false;              // the caller wants the phone's offer as soon as it rings
     bool m_bSilenceTold = false;             // the phone believes that nothing has
     bool m_bByeGoes = false;                 // that has no final reply yet
     bool m_bReferred = false;                // the other side has taken what it was asked to call

@@ -59,6 +59,7 @@ enum SIP_RECORD : uint32_t {
     SIP_ENDED = 114,
     SIP_TRANSFERRED = 115,
     SIP_PEER = 116,
+    SIP_EARLY = 117,
     SIP_MESSAGES = 130,
     SIP_LAMP = 131,
     SIP_LIST = 132,
@@ -166,11 +167,13 @@ struct tagSipDial
     char szSdp[SIP_SDP_SIZE]; // the offer
 };
 
-// SIP_RING: a call that came in rings, with early media where there is a description. SIP_ANSWER: it talks,
-// szSdp is the answer. SIP_MEDIA, of a call that talks: the answer to SIP_OFFER where one waits, an
-// empty one refuses it; else an offer (hold, resume, video). SIP_TALK: the call talks from here on, or its
-// media are agreed on anew; szSdp is the other side's, and empty when it has refused an offer. SIP_OFFER: the
-// other side offers other media; an empty one asks for an offer.
+// SIP_RING: a call that came in rings, with early media where there is a description, or with the offer where
+// the caller wants one early. SIP_ANSWER: it talks, szSdp is the answer; nothing where the other side had the
+// offer early. SIP_EARLY: the other side's answer to that offer, never empty. SIP_MEDIA, of a call that
+// talks: the answer to SIP_OFFER where one waits, an empty one refuses it; else an offer (hold, resume,
+// video). SIP_TALK: the call talks from here on, or its media are agreed on anew; szSdp is the other side's,
+// and empty when it has refused an offer. SIP_OFFER: the other side offers other media; an empty one asks for
+// an offer.
 struct tagSipMedia
 {
     tagSipHead head;
@@ -179,7 +182,8 @@ struct tagSipMedia
 
 // SIP_REFUSE: status 400 to 699 for a call that came in, or for what SIP_REFERRED of a call that talks asks.
 // nWarning is of SIP_REFUSE: 0, or which of its media do not fit (300 to 399, RFC 3261, 20.43).
-// SIP_TRANSFERRED: what became of SIP_TRANSFER or SIP_CONNECT, 200 to 699. SIP_HANG_UP takes 0.
+// SIP_TRANSFERRED: what became of SIP_TRANSFER or SIP_CONNECT, 200 to 699. SIP_HANG_UP: 0, or a status of 400
+// to 699 that tells the other side why.
 struct tagSipStatus
 {
     tagSipHead head;
@@ -230,6 +234,7 @@ struct tagSipArrived
     uint32_t nForwards;   // 0 to SIP_FORWARDS_MAX
     uint32_t nReplaces;   // the call whose place it takes when it is answered, at once; 0: none
     uint32_t nRefusal;    // 0, or 400 to 699: its body cannot be read, which is refused so; szSdp is empty
+    uint32_t bWantsEarly; // 0 or 1: szSdp is empty, and the caller wants the offer as soon as it rings
     char szNumber[SIP_TEXT_SIZE];
     char szName[SIP_TEXT_SIZE];
     char szPicture[SIP_TARGET_SIZE]; // address of the caller's, by http or https; from the line's own server

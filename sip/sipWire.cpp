@@ -110,7 +110,7 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipStatus),
          SIP_CALL_FIRST,
          kLastId,
-         {NUMBER_FIELD(tagSipStatus, nStatus, 0, 0), NUMBER_FIELD(tagSipStatus, bTaken, 0, 0),
+         {NUMBER_FIELD(tagSipStatus, nStatus, 0, kMaxStatus), NUMBER_FIELD(tagSipStatus, bTaken, 0, 0),
           NUMBER_FIELD(tagSipStatus, nWarning, 0, 0)}},
         {SIP_MEDIA, sizeof(tagSipMedia), SIP_CALL_FIRST, kLastId, media},
         {SIP_TRANSFER, sizeof(tagSipTarget), SIP_CALL_FIRST, kLastId, target},
@@ -190,7 +190,8 @@ const std::vector<tagShape>& shapes()
           NUMBER_FIELD(tagSipArrived, bAutoAnswer, 0, 1),
           NUMBER_FIELD(tagSipArrived, nForwards, 0, SIP_FORWARDS_MAX),
           NUMBER_FIELD(tagSipArrived, nReplaces, 0, kLastId),
-          NUMBER_FIELD(tagSipArrived, nRefusal, 0, kMaxStatus), TEXT_FIELD(tagSipArrived, szNumber),
+          NUMBER_FIELD(tagSipArrived, nRefusal, 0, kMaxStatus),
+          NUMBER_FIELD(tagSipArrived, bWantsEarly, 0, 1), TEXT_FIELD(tagSipArrived, szNumber),
           TEXT_FIELD(tagSipArrived, szName), TEXT_FIELD(tagSipArrived, szPicture), forwardField(0),
           forwardField(1), forwardField(2), forwardField(3), forwardField(4),
           SDP_FIELD(tagSipArrived, szSdp)}},
@@ -201,6 +202,7 @@ const std::vector<tagShape>& shapes()
          {NUMBER_FIELD(tagSipProgress, nStatus, 0, 199), SDP_FIELD(tagSipProgress, szSdp)}},
         {SIP_TALK, sizeof(tagSipMedia), SIP_CALL_FIRST, kLastId, media},
         {SIP_OFFER, sizeof(tagSipMedia), SIP_CALL_FIRST, kLastId, media},
+        {SIP_EARLY, sizeof(tagSipMedia), SIP_CALL_FIRST_INCOMING, kLastId, media},
         {SIP_ENDED,
          sizeof(tagSipEnded),
          SIP_CALL_FIRST,
@@ -288,10 +290,17 @@ bool isSoundWhole(const void* record, uint32_t kind)
         const uint32_t warning = static_cast<const tagSipStatus*>(record)->nWarning;
         return warning == 0 || warning >= kFirstWarning;
     }
+    if (kind == SIP_HANG_UP) {
+        const uint32_t status = static_cast<const tagSipStatus*>(record)->nStatus;
+        return status == 0 || status >= kFirstRefusal;
+    }
     if (kind == SIP_ARRIVED) {
         const auto* arrived = static_cast<const tagSipArrived*>(record);
-        return arrived->nRefusal == 0 || (arrived->nRefusal >= kFirstRefusal && !arrived->szSdp[0]);
+        return (arrived->nRefusal == 0 || (arrived->nRefusal >= kFirstRefusal && !arrived->szSdp[0])) &&
+               !(arrived->bWantsEarly && arrived->szSdp[0]);
     }
+    if (kind == SIP_EARLY)
+        return static_cast<const tagSipMedia*>(record)->szSdp[0] != 0;
     if (kind == SIP_WATCH)
         return static_cast<const tagSipWatch*>(record)->szNumber[0] != 0;
     if (kind == SIP_PICK_UP)

@@ -419,9 +419,23 @@ TEST(CallCrypto, AKeyIsReadWholeOrNotAtAll)
     EXPECT_TRUE(callCrypto::read("1" + suite + "inline:" + key, crypto));
     EXPECT_EQ(crypto.key, QByteArray(30, 'k'));
     EXPECT_TRUE(callCrypto::read("1" + suite + "inline:" + key + "|2^20 WSH=64", crypto));
+    EXPECT_TRUE(callCrypto::read("1" + suite.toLower() + "INLINE:" + key + "|2^20 wsh=64", crypto));
+    EXPECT_EQ(crypto.eSuite, CRYPTO_SUITE::AES_SHA1_80);
+    EXPECT_EQ(crypto.mark, "");
+    const std::pair<const char*, QByteArray> marks[] = {{"|2^20|1:4", QByteArray("\0\0\0\1", 4)},
+                                                        {"|258:2", QByteArray("\1\2", 2)},
+                                                        {"|2^20|255:1", "\xff"},
+                                                        {"|7:128", QByteArray(127, 0) + '\7'}};
+    for (const auto& [text, mark] : marks) {
+        EXPECT_TRUE(callCrypto::read("1" + suite + "inline:" + key + text, crypto)) << text;
+        EXPECT_EQ(crypto.mark, mark) << text;
+        EXPECT_EQ(crypto.key, QByteArray(30, 'k'));
+    }
+    for (const char* mark : {"|2^20|256:1", "|1:129", "|1:0", "|1:-1", "|:4", "|a:4", "|1:", "|1:4|2^20",
+                             "|2^20|1:4|1:4", "|1:4|1:4", "|2^20|2^20|1:4"})
+        EXPECT_FALSE(callCrypto::read("1" + suite + "inline:" + key + mark, crypto)) << mark;
     for (const QByteArray& bad :
          {QByteArray(), "0" + suite + "inline:" + key, "1" + suite + key, "x" + suite + "inline:" + key,
-          "1" + suite + "inline:" + key + "|2^20|1:4", "1" + suite + "inline:" + key + "|1:4",
           "1" + suite + "inline:" + key + ";inline:" + key, "1" + suite + "inline:" + key + "|2^20;" + key,
           "1" + suite + "inline:" + key.left(36), "1" + suite + "inline:" + key + " UNENCRYPTED_SRTP",
           "1" + suite + "inline:****" + key})

@@ -81,6 +81,17 @@ protected:
     {
         return kit::waits([&] { return m_nShown >= count; }, 30000);
     }
+    // A key picture, as soon as it has a place.
+    bool showsAgain()
+    {
+        const int before = m_nShown;
+        return kit::waits(
+            [&] {
+                putKey();
+                return m_nShown > before;
+            },
+            30000);
+    }
 
     std::atomic<double> m_workMs{0};
     std::atomic<int> m_nWidth{0};
@@ -116,13 +127,7 @@ TEST_F(PictureDecoder, MorePicturesThanAnybodySeesAreLeftOutUntilAKeyPicture)
     EXPECT_LE(m_nShown, bound);
     EXPECT_FALSE(putSame(20000)) << "all at once";
     // A key picture has no place either while there are too many of them.
-    const int before = m_nShown;
-    EXPECT_TRUE(kit::waits(
-        [&] {
-            putKey();
-            return m_nShown > before;
-        },
-        30000));
+    EXPECT_TRUE(showsAgain());
     EXPECT_FALSE(m_decoder->hasFailed());
 }
 
@@ -134,13 +139,7 @@ TEST_F(PictureDecoder, PicturesThatTakeTooLongAreLeftOut)
     ASSERT_TRUE(kit::waits([&] { return m_decoder->waiting() == 0; }, 60000));
     EXPECT_LE(m_nShown, pictureDecoder::LATE_MS / 50 + 2);
     EXPECT_FALSE(put(samePicture(1), true)) << "it is told";
-    const int before = m_nShown;
-    EXPECT_TRUE(kit::waits(
-        [&] {
-            putKey();
-            return m_nShown > before;
-        },
-        30000));
+    EXPECT_TRUE(showsAgain());
 }
 
 TEST_F(PictureDecoder, ItsEndIsNotWaitedFor)

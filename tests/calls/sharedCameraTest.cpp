@@ -1,5 +1,6 @@
 // One camera for two calls of a phone, as in a conference: each has its pictures in its own way, and what
 // becomes of one is nothing to the other.
+#include "players/pictureEncoder.h"
 #include "tests/calls/pictureStand.h"
 #include <QDir>
 #include <QFileInfo>
@@ -83,10 +84,20 @@ TEST_F(SharedCamera, ANewPictureIsMadeForWhoAsksAlone)
 {
     connectBoth();
     ASSERT_TRUE(bothSee());
-    // The new decoder there wants one.
-    connect(m_first, m_other, video(), video(false), "VP8");
+    pass(1000); // what was asked for at the start is done
+    const int keyed = m_first.session->counts().nKeyed, others = m_second.session->counts().nKeyed;
+    tagAgreedPicture agreed = m_other.negotiation->agreedPicture();
+    agreed.bReceives = false;
+    m_other.session->agree(agreed);
+    ASSERT_TRUE(sees(m_other, -1));
+    // The new decoder there wants one, long before it is due by itself.
+    const int before = m_third.seen.nOther;
+    agreed.bReceives = true;
+    m_other.session->agree(agreed);
     EXPECT_TRUE(sees(m_other));
-    EXPECT_TRUE(waitFor([&] { return m_first.session->counts().nKeyed > 0; }));
+    EXPECT_LT(m_third.seen.nOther - before, video().nRate * pictureEncoder::KEY_SECONDS / 2);
+    EXPECT_GT(m_first.session->counts().nKeyed, keyed);
+    EXPECT_EQ(m_second.session->counts().nKeyed, others);
     EXPECT_TRUE(goesOn(m_third));
 }
 

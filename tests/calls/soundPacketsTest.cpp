@@ -75,26 +75,64 @@ protected:
         packet.content = bytes.mid(start, length);
         return packet;
     }
+    // So many frames of a tone.
+    static QByteArray toneOf(int frames, soundEncoder& encoder)
+    {
+        QByteArray content;
+        for (int i = 0; i < frames; ++i) {
+            ToneVoice voice(kHertz);
+            short frame[callSession::FRAME_SAMPLES];
+            voice.read(frame);
+            content += encoder.encode(frame, callSession::FRAME_SAMPLES).value(0);
+        }
+        return content;
+    }
+    static QByteArray toneOf(int frames)
+    {
+        return toneOf(frames, *soundEncoder::make(SOUND_CODEC::PCMA, 20));
+    }
+    // The other side's next one, of 20 ms by its time.
+    void send(const QByteArray& content, SOUND_CODEC codec = SOUND_CODEC::PCMA)
+    {
+        unsigned char head[rtpPacket::HEAD_BYTES];
+        const int number = m_nNext++;
+        rtpPacket::write(
+            {soundCodec(codec)->nPayload, false, quint16(number), quint32(number) * 160, m_nSource}, head);
+        m_peer.say(m_nPort, QByteArray(reinterpret_cast<char*>(head), sizeof head) + content);
+    }
+    void bring(const QByteArray& content, SOUND_CODEC codec = SOUND_CODEC::PCMA)
+    {
+        send(content, codec);
+        ++m_nCame;
+        EXPECT_TRUE(waitFor([&] {
+            m_session->receive(m_nNow);
+            return m_session->reports().received() == m_nCame;
+        }));
+    }
     // So many packets of a tone come, each in its time, and are played as they are.
     void hear(SOUND_CODEC codec, int packets)
     {
         const std::unique_ptr<soundEncoder> encoder = soundEncoder::make(codec, 20);
         for (int i = 0; i < packets; ++i) {
-            ToneVoice voice(kHertz);
-            short frame[callSession::FRAME_SAMPLES];
-            voice.read(frame);
-            unsigned char head[rtpPacket::HEAD_BYTES];
-            const int number = m_nCame++;
-            rtpPacket::write({soundCodec(codec)->nPayload, false, quint16(number), quint32(number) * 160, 5},
-                             head);
-            m_peer.say(m_nPort, QByteArray(reinterpret_cast<char*>(head), sizeof head) +
-                                    encoder->encode(frame, callSession::FRAME_SAMPLES).value(0));
-            EXPECT_TRUE(waitFor([&] {
-                m_session->receive(m_nNow);
-                return m_session->reports().received() == m_nCame;
-            }));
+            bring(toneOf(1, *encoder), codec);
             play(1);
         }
+    }
+    bool isLoud() const { return m_loudspeaker.heard(0.02).peak() > 0.1; }
+    // How many frames are loud of one packet with so many frames of sound.
+    int loudOf(int frames)
+    {
+        tagAgreedSound quiet = held();
+        quiet.bReceives = false;
+        agree(quiet);
+        agree(both());
+        bring(toneOf(frames));
+        int loud = 0;
+        for (int i = 0; i < 40; ++i) {
+            play(1);
+            loud += isLoud();
+        }
+        return loud;
     }
     void play(int frames)
     {
@@ -114,7 +152,9 @@ protected:
     int m_nPort = 0;
     std::unique_ptr<callSession> m_session;
     qint64 m_nSaid = 0;
-    int m_nCame = 0;
+    int m_nNext = 0; // of the other side
+    quint32 m_nSource = 5;
+    int m_nCame = 0; // of that source
     qint64 m_nNow = callDesk::nowUs();
     ToneVoice m_loudspeaker{0};
 };
@@ -177,6 +217,41 @@ TEST_F(SoundPackets, WhatWasSaidBeforeAHoldIsNotHeardAfterIt)
     EXPECT_LT(m_loudspeaker.heard(0.39).peak(), 0.01);
     hear(SOUND_CODEC::PCMA, 20);
     EXPECT_GT(m_loudspeaker.heard(0.1).peak(), 0.1);
+}
+
+TEST_F(SoundPackets, WhatOnePacketHoldsBeyondItsTimeIsNotHeardForLong)
+{
+    const int most = loudOf(5);
+    EXPECT_GE(most, 5);
+    EXPECT_LE(loudOf(8), most + 1);
+}
+
+TEST_F(SoundPackets, WhatALongOneHoldsEndsWithAHold)
+{
+    agree(both());
+    bring(toneOf(5));
+    for (int i = 0; i < 20 && !isLoud(); ++i)
+        play(1);
+    ASSERT_TRUE(isLoud());
+    tagAgreedSound quiet = held();
+    quiet.bReceives = false;
+    agree(quiet);
+    play(1);
+    EXPECT_FALSE(isLoud());
+}
+
+TEST_F(SoundPackets, AnotherSourceIsNotLateByTheNumbersOfTheOneBefore)
+{
+    agree(both());
+    hear(SOUND_CODEC::PCMA, 30);
+    m_nSource = 6;
+    m_nNext = 0;
+    for (int i = 0; i < 4; ++i)
+        send(toneOf(1)); // which may be a stranger's
+    m_nCame = 0;
+    hear(SOUND_CODEC::PCMA, 8);
+    EXPECT_EQ(m_session->buffer().counts().nLate, 0);
+    EXPECT_TRUE(isLoud());
 }
 
 TEST_F(SoundPackets, EachIsAsLongAsItsTimeFromTheFirstOn)

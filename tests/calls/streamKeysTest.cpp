@@ -1,6 +1,7 @@
 // Keys of a stream that are agreed upon, left and agreed upon again: nothing is sealed twice alike.
 #include "players/streamKeys.h"
 #include "players/rtpPacket.h"
+#include <cstring>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -66,6 +67,43 @@ TEST_F(StreamKeys, WhatAKeyHasOpenedIsNotOpenedAgainWhenItComesBack)
     m_keys.agree(kLong);
     EXPECT_FALSE(opens(first)) << "anybody may have kept it";
     EXPECT_TRUE(opens(next(3)));
+}
+
+// As who seals with a marked key sends them: the mark stands before the seal.
+TEST_F(StreamKeys, AKeyWithAMarkOpensWhatBearsTheMarkAndNothingElse)
+{
+    const QByteArray key(callCrypto::KEY_BYTES, 'a');
+    tagAgreedStream stream = kLong;
+    for (const int size : {1, 4, 128}) {
+        SCOPED_TRACE(size);
+        const QByteArray mark(size, '\7');
+        stream.takeMark = mark;
+        m_keys.agree(stream);
+        for (const bool rtcp : {false, true}) {
+            const auto sealed = [&](const QByteArray& with) {
+                const auto sealer =
+                    secureRtp::make(CRYPTO_SUITE::AES_SHA1_80, key, secureRtp::WAY::OUT, with);
+                QByteArray packet(60 + secureRtp::MAX_MORE, 0);
+                auto* bytes = reinterpret_cast<unsigned char*>(packet.data());
+                rtpPacket::write({8, false, 1, 160, 5}, bytes);
+                if (rtcp)
+                    memcpy(bytes, "\x80\xc8\0\xe\1\2\3\4", 8);
+                packet.resize(sealer->seal(bytes, 60, rtcp));
+                return packet;
+            };
+            const auto opened = [&](QByteArray packet) {
+                return m_keys.open(reinterpret_cast<unsigned char*>(packet.data()), int(packet.size()), rtcp);
+            };
+            EXPECT_EQ(sealed(mark).size(), sealed({}).size() + size);
+            EXPECT_EQ(sealed(mark).mid(sealed({}).size() - 10, size), mark);
+            EXPECT_EQ(opened(sealed({})), 0);
+            EXPECT_EQ(opened(sealed(QByteArray(size, '\6'))), 0);
+            EXPECT_EQ(opened(sealed(mark)), 60);
+        }
+    }
+    m_keys.agree(kLong);
+    EXPECT_FALSE(report().isEmpty());
+    EXPECT_FALSE(secureRtp::make(CRYPTO_SUITE::AES_SHA1_80, key, secureRtp::WAY::IN, QByteArray(129, 'm')));
 }
 
 TEST_F(StreamKeys, OfThoseThatWereLeftTheOneThatWasUsedLastIsKnownLongest)

@@ -89,10 +89,7 @@ protected:
     void dials(const QString& number)
     {
         waitPage("frmDesktop");
-        pad(number);
-        waitPage("frmDial");
-        waitIdle();
-        tap("btnCall");
+        callByFinger(number);
         waitPage("frmCall");
     }
     bool talks()

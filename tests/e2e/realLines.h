@@ -121,6 +121,13 @@ protected:
         EXPECT_TRUE(kit::waits([&] { return call()["state"] == "talking"; }, kWaitMs));
         return reply;
     }
+    void callByFinger(const QString& number)
+    {
+        pad(number);
+        waitPage("frmDial");
+        waitIdle();
+        tap("btnCall");
+    }
     void hangsUp(const QByteArray& reply)
     {
         server.send(request("BYE", 2, headerOf(reply, "Call-ID"), headerOf(reply, "To"), "bye"), agentPort);

@@ -48,10 +48,7 @@ TEST_F(RealLines, ACallComesInIsAnsweredByFingerHeldAndEndsByTheOtherSide)
     const QByteArray hold = server.receive("INVITE");
     ASSERT_NE(hold.toStdString(), "");
     EXPECT_TRUE(hold.contains("m=audio"));
-    server.reply(hold, "200 OK",
-                 "Contact: <sip:200@127.0.0.1:" + QByteArray::number(server.port()) +
-                     ">\r\nContent-Type: application/sdp",
-                 kSdp);
+    server.reply(hold, "200 OK", server.linesWithSdp("200"), kSdp);
     EXPECT_NE(server.receive("ACK").toStdString(), "");
     EXPECT_TRUE(call()["held"].toBool());
     hangsUp(reply);
@@ -61,20 +58,14 @@ TEST_F(RealLines, ACallComesInIsAnsweredByFingerHeldAndEndsByTheOtherSide)
 
 TEST_F(RealLines, ACallGoesOutIsAnsweredAndHungUpByFinger)
 {
-    pad("300");
-    waitPage("frmDial");
-    waitIdle();
-    tap("btnCall");
+    callByFinger("300");
     waitPage("frmCall");
     const QByteArray invite = server.receive("INVITE");
     EXPECT_TRUE(invite.startsWith("INVITE sip:300@127.0.0.1")) << invite.constData();
     EXPECT_TRUE(headerOf(invite, "From").contains("\"Anna\" <sip:1001@"));
     EXPECT_EQ(call()["state"].toString(), "ringing");
     server.reply(invite, "180 Ringing");
-    server.reply(invite, "200 OK",
-                 "Contact: <sip:300@127.0.0.1:" + QByteArray::number(server.port()) +
-                     ">\r\nContent-Type: application/sdp",
-                 kSdp);
+    server.reply(invite, "200 OK", server.linesWithSdp(), kSdp);
     EXPECT_NE(server.receive("ACK").toStdString(), "");
     EXPECT_TRUE(kit::waits([&] { return call()["state"] == "talking"; }, kWaitMs));
     softKey(3);
@@ -83,10 +74,7 @@ TEST_F(RealLines, ACallGoesOutIsAnsweredAndHungUpByFinger)
     server.reply(bye, "200 OK");
     EXPECT_TRUE(ends("hung up"));
     waitPage("frmDesktop");
-    pad("301");
-    waitPage("frmDial");
-    waitIdle();
-    tap("btnCall");
+    callByFinger("301");
     server.reply(server.receive("INVITE"), "486 Busy Here");
     EXPECT_TRUE(ends("failed"));
     EXPECT_EQ(lastEnded()["reason"].toString(), "Busy");
@@ -174,8 +162,7 @@ TEST_F(RealLines, ACallThatCannotBeTalkedDoesNotRingAndLeavesWhoTalks)
 
 TEST_F(RealLines, AnAnswerThatCannotBeTalkedEndsTheCallAndTellsWhy)
 {
-    const QByteArray contactLine =
-        "Contact: <sip:300@127.0.0.1:" + QByteArray::number(server.port()) + ">\r\nContent-Type: ";
+    const QByteArray lines = server.contactLine() + "\r\nContent-Type: ";
     const QByteArray parts = "--b\r\nContent-Type: text/plain\r\n\r\nhello\r\n--b\r\n"
                              "Content-Type: application/sdp\r\n\r\n" +
                              kSdp + "\r\n--b--\r\n";
@@ -193,13 +180,10 @@ TEST_F(RealLines, AnAnswerThatCannotBeTalkedEndsTheCallAndTellsWhy)
         {"multipart/mixed;boundary=b", parts, true}};
     for (const auto& each : all) {
         SCOPED_TRACE((each.type + "\n" + each.body).toStdString());
-        pad("300");
-        waitPage("frmDial");
-        waitIdle();
-        tap("btnCall");
+        callByFinger("300");
         waitPage("frmCall");
         const QByteArray invite = server.receive("INVITE");
-        server.reply(invite, "200 OK", contactLine + each.type, each.body);
+        server.reply(invite, "200 OK", lines + each.type, each.body);
         EXPECT_NE(server.receive("ACK").toStdString(), "");
         if (each.bTalks) {
             EXPECT_TRUE(kit::waits([&] { return call()["sound"] == "PCMA"; }, kWaitMs));
@@ -241,10 +225,7 @@ TEST_F(RealLines, AServerThatIsGoneIsShownAndWhatIsSimulatedIsNot)
     ctl({"config", kAccountFile, "account", "SIPServerPort", "9"});
     tellChanged(kChangedAccount);
     EXPECT_TRUE(lineShows("Register failed"));
-    pad("300");
-    waitPage("frmDial");
-    waitIdle();
-    tap("btnCall");
+    callByFinger("300");
     EXPECT_TRUE(ends("failed"));
     EXPECT_EQ(lastEnded()["reason"].toString(), "The server does not answer");
 }

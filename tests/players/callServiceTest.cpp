@@ -1,6 +1,8 @@
 // Calls at the real media server, one by one: what is described, heard and seen, and what becomes of it when
 // either side dies.
+#include "host/services/players/filmSound.h"
 #include "host/services/players/videoFrames.h"
+#include "support/host/phone.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/stunServer.h"
 #include "tests/players/callServiceStand.h"
@@ -8,6 +10,7 @@
 #include "tests/players/films.h"
 #include "tests/players/pictureSide.h"
 #include "tests/players/wirePort.h"
+#include <cmath>
 #include <csignal>
 
 namespace {
@@ -25,6 +28,24 @@ TEST_F(CallService, WhatTheMicrophoneHearsComesOutAtTheOtherEndsLoudspeaker)
     EXPECT_TRUE(isHeard()) << "the other one still talks";
     m_sessions.setMuted(2, true);
     EXPECT_TRUE(isSilent());
+}
+
+TEST_F(CallService, ATalkIsAsLoudAsThePhoneIsSet)
+{
+    dev_set_output_volume(100);
+    startMedia();
+    filmSound::start();
+    connect(1, 2);
+    ASSERT_TRUE(isHeard());
+    const auto peak = [&] { return heard().last(0.3, kRate).peak(); };
+    const double loudest = peak();
+    EXPECT_GT(loudest, 0.2);
+    dev_set_output_volume(50);
+    EXPECT_TRUE(kit::waitUntil([&] { return std::abs(peak() - loudest / 8) < loudest / 40; })) << peak();
+    dev_set_output_volume(0);
+    EXPECT_TRUE(kit::waitUntil([&] { return peak() == 0; })) << peak();
+    dev_set_output_volume(100);
+    EXPECT_TRUE(kit::waitUntil([&] { return peak() > 0.9 * loudest; }));
 }
 
 TEST_F(CallService, AHoldNeedsNobodysConsent)
@@ -492,6 +513,44 @@ TEST_F(CallPictures, WhoIsSeenBeforeTheAnswerHearsNothingOfACallBeside)
     EXPECT_TRUE(kit::waitUntil([&] { return door.hears(kHertz); }, 8000));
     // Where there is nothing to be seen the other side goes on hearing that it rings.
     EXPECT_EQ(answerOf(3, one.negotiation->offer({}), wish), "");
+}
+
+TEST_F(CallPictures, WhoIsSeenBeforeTheAnswerMayStopThatBeforeIt)
+{
+    startPictures();
+    tagMediaWant want;
+    want.bVideo = want.bCamera = true;
+    tagMediaWish wish = video();
+    wish.bPreview = true;
+    ASSERT_TRUE(m_other.negotiation->agree(answerOf(1, m_other.negotiation->offer(want), wish)));
+    const QByteArray answer = answerOf(1, m_other.negotiation->offer({}), wish);
+    EXPECT_TRUE(answer.contains("m=audio")) << answer.constData();
+    ASSERT_TRUE(m_other.negotiation->agree(answer));
+    EXPECT_FALSE(isLoudspeakerOpen());
+    m_sessions.begin(1);
+    EXPECT_TRUE(kit::waitUntil([&] { return isLoudspeakerOpen(); }));
+}
+
+TEST_F(CallPictures, WhatIsOfferedEarlyIsSilentUntilItBegins)
+{
+    startMedia();
+    tagMediaWish wish;
+    wish.bPreview = true;
+    CallPhone quick(0), slow(0);
+    CallEnd one(quick, 1), two(slow, 2);
+    m_sessions.agree(1, one.negotiation->answer(offerOf(1, wish), {}));
+    one.apply();
+    EXPECT_FALSE(kit::waitUntil([&] { return quick.hears(kHertz); }, 800));
+    EXPECT_FALSE(isLoudspeakerOpen()) << "nor is a microphone";
+    m_sessions.begin(1);
+    EXPECT_TRUE(kit::waitUntil([&] { return quick.hears(kHertz); }, 8000));
+    EXPECT_TRUE(isLoudspeakerOpen());
+    // The user may be quicker than the other side's answer.
+    const QByteArray offer = offerOf(2, wish);
+    m_sessions.begin(2);
+    m_sessions.agree(2, two.negotiation->answer(offer, {}));
+    two.apply();
+    EXPECT_TRUE(kit::waitUntil([&] { return slow.hears(kHertz); }, 8000));
 }
 
 TEST_F(CallPictures, OfTwoCallsTheOneThatBeganLastHasTheCameraUntilItEnds)

@@ -219,13 +219,13 @@ TEST_F(PictureScreen, OneThatComesSeldomDoesNotHoldUpTheOther)
 TEST_F(PictureScreen, OfTwoThatAreApartAgainTheOneThatGoesOnIsSeen)
 {
     m_screen.join(1, 2);
-    m_screen.showCall(2, m_dark);
     m_screen.showCall(1, m_light);
     m_screen.showCall(2, m_dark);
     m_screen.showCall(1, m_light);
+    m_screen.showCall(2, m_dark);
     ASSERT_TRUE(areSeen(kLight, kDark));
-    m_screen.split(1);
-    m_screen.showCall(2, m_dark);
+    m_screen.split(1); // the second one has come last
+    m_screen.showCall(2, m_grey);
     EXPECT_TRUE(areAt(kLight, kDark));
     m_screen.showCall(1, m_grey);
     EXPECT_TRUE(isSeen(kGrey));

@@ -286,6 +286,60 @@ TEST_F(RuledCalls, WhoTalksLastTalksAndTheOthersAreHeld)
     EXPECT_EQ(orders(), QStringList{of("hang up", third)}) << "the others wait until they are taken back";
 }
 
+TEST_F(RuledCalls, WhoWasHeldForACallThatFailsAsItIsAnsweredIsTakenBack)
+{
+    const int first = talk();
+    const auto fail = [&](int id) {
+        orders();
+        backend.endFromOutside(id, CALL_FAILED);
+        return orders();
+    };
+    int second = arrive("2");
+    EXPECT_TRUE(rules->answer(second));
+    EXPECT_EQ(fail(second), QStringList{of("resume", first)});
+    // One that has sound has not failed as it was answered.
+    second = arrive("2");
+    EXPECT_TRUE(rules->answer(second));
+    backend.hasSound(second);
+    EXPECT_EQ(fail(second), QStringList());
+    EXPECT_TRUE(rules->setHeld(first, false));
+    // Nor has one that was hung up on.
+    second = arrive("2");
+    EXPECT_TRUE(rules->answer(second));
+    orders();
+    backend.endFromOutside(second, CALL_HUNG_UP);
+    EXPECT_EQ(orders(), QStringList());
+    // Who was held before stays so, and who was taken back and held again.
+    second = arrive("2");
+    EXPECT_TRUE(rules->answer(second));
+    EXPECT_EQ(fail(second), QStringList());
+    EXPECT_TRUE(rules->setHeld(first, false));
+    second = arrive("2");
+    EXPECT_TRUE(rules->answer(second));
+    EXPECT_TRUE(rules->setHeld(first, false));
+    EXPECT_TRUE(rules->setHeld(first, true));
+    EXPECT_EQ(fail(second), QStringList());
+    EXPECT_TRUE(rules->setHeld(first, false));
+    // Nobody comes back into another call of the user's.
+    second = arrive("2");
+    EXPECT_TRUE(rules->answer(second));
+    EXPECT_NE(rules->dial("600", 0), 0);
+    EXPECT_EQ(fail(second), QStringList());
+}
+
+TEST_F(RuledCalls, TwoWhoTalkTogetherAreTakenBackTogether)
+{
+    const int first = talk();
+    const int other = arrive("2");
+    EXPECT_TRUE(rules->answer(other));
+    EXPECT_TRUE(rules->join(first, other));
+    const int third = arrive("3");
+    EXPECT_TRUE(rules->answer(third));
+    orders();
+    backend.endFromOutside(third, CALL_FAILED);
+    EXPECT_EQ(orders(), (QStringList{of("resume", first), of("resume", other)}));
+}
+
 TEST_F(RuledCalls, OnlyACallThatTalksIsHeldMutedPutThroughOrSentTones)
 {
     const int id = arrive();

@@ -104,6 +104,10 @@ public:
     {
         changed("", id, [](tagCall& call) { call.eState = CALL_TALKING; });
     }
+    void hasSound(int id)
+    {
+        changed("", id, [](tagCall& call) { call.streams.strSound = "Opus"; });
+    }
     void endFromOutside(int id, CALL_END why) { ended("", id, why); }
 
     QList<tagCall> live;

@@ -10,6 +10,15 @@ class SipCallMedia : public SipPhone
 {
 protected:
     void SetUp() override { begin(); }
+    // The call is not answered yet, and what it will sound by is agreed on.
+    void tellEarly(uint32_t wire)
+    {
+        auto early = sipWire::make<tagSipProgress>(SIP_PROGRESS, wire);
+        early.nStatus = 183;
+        sipWire::setText(early.szSdp, "early");
+        agent.tell(early);
+        EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "agree early"; }));
+    }
     static callRules& rules() { return phoneService::instance().rules(); }
     static phoneBackend& backend() { return phoneService::instance().backend(); }
 };
@@ -198,11 +207,7 @@ TEST_F(SipCallMedia, WhatWasAgreedOnBeforeTheAnswerHoldsWhereThatSaysNoMore)
 {
     for (const bool fits : {true, false}) {
         const uint32_t wire = dials("300");
-        auto early = sipWire::make<tagSipProgress>(SIP_PROGRESS, wire);
-        early.nStatus = 183;
-        sipWire::setText(early.szSdp, "early");
-        agent.tell(early);
-        EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "agree early"; }));
+        tellEarly(wire);
         if (!fits)
             media->tellUnfit(call().nId);
         tellMedia(SIP_TALK, wire, "");
@@ -246,17 +251,13 @@ TEST_F(SipCallMedia, WhatWasOnceEncryptedIsSoForTheWholeCall)
 TEST_F(SipCallMedia, WhoIsCalledMayMoveHisMediaBeforeHeAnswers)
 {
     const uint32_t wire = dials("300");
-    auto early = sipWire::make<tagSipProgress>(SIP_PROGRESS, wire);
-    early.nStatus = 183;
-    sipWire::setText(early.szSdp, "early");
-    agent.tell(early);
-    EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "agree early"; }));
+    tellEarly(wire);
     media->orders.clear();
     tellMedia(SIP_OFFER, wire, "moved");
     EXPECT_EQ(nextMedia(SIP_MEDIA), "answer 2");
-    early.nStatus = 180;
-    sipWire::setText(early.szSdp, "");
-    agent.tell(early);
+    auto rings = sipWire::make<tagSipProgress>(SIP_PROGRESS, wire);
+    rings.nStatus = 180;
+    agent.tell(rings);
     EXPECT_EQ(call().eState, CALL_RINGING);
     tellMedia(SIP_TALK, wire, "moved");
     EXPECT_TRUE(kit::waitUntil([] { return call().eState == CALL_TALKING; }));

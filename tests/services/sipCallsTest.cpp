@@ -352,7 +352,7 @@ TEST_F(SipCallTest, OneWithoutMediaEndsWithItsReason)
     EXPECT_EQ(lastEnded().eEnd, CALL_FAILED);
     media->bEmpty = false;
     tellMedia(SIP_TALK, dials("300"), "");
-    EXPECT_EQ(nextStatus(SIP_HANG_UP), 0u);
+    EXPECT_EQ(nextStatus(SIP_HANG_UP), 488u);
     EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
 }
 

@@ -1,6 +1,8 @@
-// Who calls, before the call is answered: the picture that his server has of him, and what a door phone
-// shows.
+// Who calls, before the call is answered: the picture that his server has of him, what a door phone shows,
+// and what is agreed on early with whoever wants an offer.
 #include "host/services/phone/callDevices.h"
+#include "host/services/phone/callSettings.h"
+#include "support/host/registry.h"
 #include "tests/services/sipStand.h"
 
 namespace {
@@ -35,6 +37,143 @@ TEST_F(SipArrivals, TheCallersPictureIsThatOfTheLinesOwnServer)
         EXPECT_EQ(pictureOf(IN + 1 + uint32_t(i), others[i]), "") << others[i].constData();
 }
 
+class SipEarly : public SipArrivals
+{
+protected:
+    void SetUp() override
+    {
+        setMode(CALL_MODE_VOICE);
+        begin();
+    }
+    static void setMode(int mode)
+    {
+        nuxSetRegistryInt("/rundata/config/user/voip/sipAccount0.cfg", "CallOption", "eCallMode", mode);
+    }
+    // Somebody who wants an offer as soon as it rings.
+    static tagSipArrived wanting(uint32_t wire)
+    {
+        tagSipArrived record = arrival(wire, "200", "");
+        record.bWantsEarly = 1;
+        return record;
+    }
+};
+
+TEST_F(SipEarly, WhoWantsAnOfferHasItWhileItRingsAndNothingIsHeardUntilTheAnswer)
+{
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(nextMedia(SIP_RING), "offer 1");
+    EXPECT_TRUE(media->lastWish.bPreview) << "no microphone is to open";
+    EXPECT_TRUE(agent.isQuiet(SIP_RING));
+    EXPECT_EQ(call().eState, CALL_RINGING);
+    tellMedia(SIP_EARLY, IN, "their answer");
+    tellMedia(SIP_EARLY, IN, "another one");
+    EXPECT_EQ(media->orders, (QStringList{"offer", "agree their answer"}));
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "");
+    EXPECT_EQ(media->orders.last(), "begin");
+    tellMedia(SIP_TALK, IN, "their answer");
+    EXPECT_TRUE(kit::waitUntil([] { return call().eState == CALL_TALKING; }));
+    EXPECT_EQ(media->orders, (QStringList{"offer", "agree their answer", "begin"}));
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA)) << "nothing is left to be offered";
+}
+
+TEST_F(SipEarly, TheUserMayBeQuickerThanTheAnswerToTheOffer)
+{
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(nextMedia(SIP_RING), "offer 1");
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "");
+    tellMedia(SIP_EARLY, IN, "their answer");
+    tellMedia(SIP_TALK, IN, "their answer");
+    EXPECT_EQ(media->orders, (QStringList{"offer", "begin", "agree their answer"}));
+    EXPECT_EQ(call().eState, CALL_TALKING);
+}
+
+TEST_F(SipEarly, TheUserMayBeQuickerThanTheOffer)
+{
+    media->bSilent = true;
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(media->orders, QStringList{"offer"});
+    media->bSilent = false;
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "offer 1");
+    EXPECT_FALSE(media->lastWish.bPreview);
+    tellMedia(SIP_TALK, IN, "their answer");
+    EXPECT_EQ(media->orders, (QStringList{"offer", "offer", "agree their answer"}));
+}
+
+TEST_F(SipEarly, WhatCannotBeOfferedRingsAllTheSame)
+{
+    media->bMissing = media->bEmpty = true;
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+    EXPECT_EQ(call().eState, CALL_RINGING);
+    media->bMissing = media->bEmpty = false;
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "offer 1");
+}
+
+TEST_F(SipEarly, AnAnswerWithNothingInCommonEndsTheRinging)
+{
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(nextMedia(SIP_RING), "offer 1");
+    tellMedia(SIP_EARLY, IN, "their answer");
+    media->tellUnfit(id);
+    const auto* refusal = agent.next<tagSipStatus>(SIP_REFUSE);
+    ASSERT_TRUE(refusal);
+    EXPECT_EQ(refusal->nStatus, 488u);
+    EXPECT_EQ(refusal->nWarning, 399u);
+    ASSERT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().eEnd, CALL_UNFIT);
+    EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
+}
+
+TEST_F(SipEarly, PicturesAreOfferedToHimOnceTheUserHasAnswered)
+{
+    setMode(CALL_MODE_VIDEO);
+    tellAccountChanged(0);
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(nextMedia(SIP_RING), "offer 1");
+    EXPECT_FALSE(media->lastWish.options.bVideo);
+    tellMedia(SIP_EARLY, IN, "their answer");
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "");
+    tellMedia(SIP_TALK, IN, "their answer");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
+    EXPECT_TRUE(media->lastWish.options.bVideo);
+    EXPECT_TRUE(media->lastWish.bCameraNow) << "the user has answered with it";
+}
+
+TEST_F(SipEarly, WhatWasAgreedOnWithMediaThatDiedIsOfferedAnewInTheCall)
+{
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(nextMedia(SIP_RING), "offer 1");
+    tellMedia(SIP_EARLY, IN, "their answer");
+    media->tellLost();
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "");
+    tellMedia(SIP_TALK, IN, "their answer");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
+    EXPECT_FALSE(media->lastWish.bPreview);
+}
+
+TEST_F(SipEarly, WhoCallsMayOfferAnewWhileItRings)
+{
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(nextMedia(SIP_RING), "offer 1");
+    tellMedia(SIP_OFFER, IN, "too soon");
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA)) << "he owes an answer himself";
+    tellMedia(SIP_EARLY, IN, "their answer");
+    tellMedia(SIP_OFFER, IN, "their offer");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "answer 2");
+    EXPECT_TRUE(media->lastWish.bPreview);
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "");
+    tellMedia(SIP_TALK, IN, "their offer");
+    EXPECT_EQ(call().eState, CALL_TALKING);
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA));
+}
+
 class SipDoorTest : public SipArrivals
 {
 protected:
@@ -63,6 +202,40 @@ TEST_F(SipDoorTest, TheDoorIsSeenWhileItRingsAndTheAnswerIsTheOneThatItKnows)
     tellMedia(SIP_TALK, IN, "their offer");
     EXPECT_TRUE(kit::waitUntil([] { return call().eState == CALL_TALKING; }));
     EXPECT_TRUE(agent.isQuiet(SIP_MEDIA)) << "nothing is left to be offered";
+}
+
+TEST_F(SipDoorTest, TheDoorMayOfferAnewWhileItRingsAndIsAnsweredSo)
+{
+    const int id = arrives(arrival(IN, "200", "their offer"));
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+    EXPECT_EQ(nextMedia(SIP_RING), "answer 1");
+    media->orders.clear();
+    tellMedia(SIP_OFFER, IN, "moved");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "answer 2");
+    EXPECT_TRUE(media->lastWish.bPreview);
+    media->bEmpty = true;
+    tellMedia(SIP_OFFER, IN, "odd");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "") << "what is refused changes nothing";
+    media->bEmpty = false;
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "answer 2");
+    EXPECT_EQ(media->orders, (QStringList{"answer moved with", "answer odd with", "begin"}));
+}
+
+TEST_F(SipDoorTest, AnAnswerWhileItsOfferIsLookedAtLeavesTheOfferItsOwn)
+{
+    const int id = arrives(arrival(IN, "200", "their offer"));
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+    EXPECT_EQ(nextMedia(SIP_RING), "answer 1");
+    media->bSilent = true;
+    tellMedia(SIP_OFFER, IN, "moved");
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "answer 1");
+    media->tellDescribed(id, "late");
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "late");
+    tellMedia(SIP_TALK, IN, "moved");
+    EXPECT_EQ(call().eState, CALL_TALKING);
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA));
 }
 
 TEST_F(SipDoorTest, WithoutAPreviewItIsAnsweredAsAnybody)

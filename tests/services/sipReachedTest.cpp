@@ -39,31 +39,38 @@ TEST_F(SipReached, TwoWhoCallEachOtherHaveOneCallAndHaveMissedNone)
     nuxSetRegistryInt("/rundata/config/user/user.ini", "CallWaiting", "bEnable", 1);
     msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
     kit::settle();
-    const uint32_t other = dials("300");
     const uint32_t out = dials("200");
-    const int in = arrives(arrival(IN, "200"));
+    int in = arrives(arrival(IN, "200"));
     EXPECT_TRUE(phoneService::instance().answer(in));
     const auto* over = agent.next<tagSipStatus>(SIP_HANG_UP);
     ASSERT_TRUE(over);
     EXPECT_EQ(over->head.nId, out);
+    ASSERT_TRUE(waitsForEnd());
+    ASSERT_EQ(calls().size(), 1);
+    EXPECT_EQ(call().nId, in);
+    tellEnd(IN, SIP_HUNG_UP);
+    ASSERT_TRUE(waitsForEnd(2));
+
+    const uint32_t other = dials("300");
+    in = arrives(arrival(IN + 3, "200"));
+    EXPECT_TRUE(phoneService::instance().answer(in));
     EXPECT_TRUE(agent.isQuiet(SIP_HANG_UP)) << "the one to somebody else goes on";
     EXPECT_EQ(calls().size(), 2);
     EXPECT_EQ(calls()[0].eState, CALL_RINGING);
     tellEnd(other, SIP_REFUSED, 486);
-    ASSERT_TRUE(waitsForEnd(2));
+    tellEnd(IN + 3, SIP_HUNG_UP);
+    ASSERT_TRUE(waitsForEnd(4));
 
     // At the other one's phone it is the call that came in that goes.
-    tellEnd(IN, SIP_HUNG_UP);
-    ASSERT_TRUE(waitsForEnd(3));
     const uint32_t answered = dials("200");
     arrives(arrival(IN + 1, "200"));
     tellMedia(SIP_TALK, answered, "their answer");
     tellEnd(IN + 1, SIP_CANCELLED);
-    ASSERT_TRUE(waitsForEnd(4));
+    ASSERT_TRUE(waitsForEnd(5));
     EXPECT_EQ(lastEnded().eEnd, CALL_HUNG_UP);
     arrives(arrival(IN + 2, "201"));
     tellEnd(IN + 2, SIP_CANCELLED);
-    ASSERT_TRUE(waitsForEnd(5));
+    ASSERT_TRUE(waitsForEnd(6));
     EXPECT_EQ(lastEnded().eEnd, CALL_MISSED) << "who else has called is missed as always";
 }
 

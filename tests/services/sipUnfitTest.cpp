@@ -154,6 +154,100 @@ TEST_F(SipUnfit, WhatIsAskedForKeepsNobodyOut)
     EXPECT_EQ(calls().size(), SIP_CALLS_MAX);
 }
 
+TEST_F(SipUnfit, OneThatFindsNoRoomAnyMoreIsBusyAndNobodySeesIt)
+{
+    media->bJudges = false;
+    for (uint32_t i = 0; i < 3; ++i)
+        agent.tell(arrival(IN + i, QByteArray::number(200 + i)));
+    ASSERT_TRUE(kit::waitUntil([&] { return media->nJudged == 3; }));
+    for (const int question : {1, 2}) {
+        media->tellJudged(question, CALL_FITS);
+        EXPECT_EQ(nextMedia(SIP_RING), "");
+    }
+    const qsizetype told = heard.size();
+    media->tellJudged(3, CALL_FITS);
+    expectRefusal(IN + 2, 486, 0);
+    EXPECT_TRUE(agent.isQuiet(SIP_RING));
+    EXPECT_EQ(calls().size(), SIP_CALLS_MAX);
+    ASSERT_EQ(heard.size(), told + 1) << "its end alone";
+    EXPECT_EQ(lastEnded().strNumber, "202");
+    EXPECT_EQ(lastEnded().eEnd, CALL_BUSY);
+    EXPECT_EQ(media->orders, QStringList{"end"});
+    // Room that is there again is the next one's.
+    EXPECT_TRUE(phoneService::instance().hangUp(call().nId));
+    media->bJudges = true;
+    arrives(arrival(IN + 3, "203"));
+    EXPECT_EQ(nextMedia(SIP_RING), "");
+}
+
+TEST_F(SipUnfit, AnAnswerThatCannotBeMadeIsToldToBothAndWhoWasHeldIsBack)
+{
+    const int first = talksIn(IN);
+    const struct
+    {
+        bool bMissing;
+        uint32_t nStatus, nWarning;
+        const char* szReason;
+    } all[] = {{false, 488, 399, "The two phones have no sound in common"},
+               {true, 500, 0, "Sound is not available at present"}};
+    uint32_t wire = IN + 1;
+    int ended = 0;
+    for (const auto& each : all) {
+        const int second = arrives(arrival(wire, "201"));
+        EXPECT_EQ(nextMedia(SIP_RING), "");
+        media->bEmpty = true;
+        media->bMissing = each.bMissing;
+        EXPECT_TRUE(phoneService::instance().answer(second));
+        expectRefusal(wire++, each.nStatus, each.nWarning);
+        ASSERT_TRUE(waitsForEnd(++ended));
+        media->bEmpty = media->bMissing = false;
+        const auto failed = std::find_if(heard.rbegin(), heard.rend(),
+                                         [](const tagCall& call) { return call.eState == CALL_ENDED; });
+        EXPECT_EQ(failed->eEnd, CALL_FAILED);
+        EXPECT_EQ(failed->strReason, each.szReason);
+        ASSERT_EQ(calls().size(), 1);
+        EXPECT_EQ(call().nId, first);
+        EXPECT_FALSE(call().bHeld);
+        EXPECT_FALSE(media->stills[first]);
+        kit::settle();
+    }
+}
+
+TEST_F(SipUnfit, WhoWantsAnOfferAndAnswersItWithNothingInCommonIsHungUpOnAndWhoWasHeldIsBack)
+{
+    const int first = talksIn(IN);
+    uint32_t wire = IN + 1;
+    int ended = 0;
+    for (const char* answer : {"their answer", ""}) {
+        SCOPED_TRACE(answer);
+        const int second = arrives(arrival(wire, "201", ""));
+        EXPECT_EQ(nextMedia(SIP_RING), "");
+        EXPECT_TRUE(phoneService::instance().answer(second));
+        const auto* hold = agent.next<tagSipMedia>(SIP_MEDIA);
+        ASSERT_TRUE(hold);
+        EXPECT_EQ(hold->head.nId, IN);
+        EXPECT_EQ(nextMedia(SIP_ANSWER).left(5), "offer");
+        tellMedia(SIP_TALK, IN, "their hold");
+        tellMedia(SIP_TALK, wire, answer);
+        if (*answer) {
+            EXPECT_EQ(media->orders.last(), "agree their answer");
+            media->tellUnfit(second);
+        }
+        const auto* over = agent.next<tagSipStatus>(SIP_HANG_UP);
+        ASSERT_TRUE(over);
+        EXPECT_EQ(over->head.nId, wire++);
+        EXPECT_EQ(over->nStatus, 488u);
+        ASSERT_TRUE(waitsForEnd(++ended));
+        ASSERT_EQ(calls().size(), 1);
+        EXPECT_EQ(call().nId, first);
+        EXPECT_FALSE(call().bHeld);
+        const auto* resumed = agent.next<tagSipMedia>(SIP_MEDIA);
+        ASSERT_TRUE(resumed);
+        EXPECT_EQ(resumed->head.nId, IN);
+        tellMedia(SIP_TALK, IN, "their answer");
+    }
+}
+
 TEST_F(SipUnfit, WhoGivesUpBeforeItRingsIsMissed)
 {
     media->bJudges = false;

@@ -105,10 +105,33 @@ TEST(SdpBody, ADescriptionThatIsMeantForSomethingElseIsNone)
     EXPECT_EQ(readOf("application/sdp", "early-session", "v=0\r\n"), "?");
     EXPECT_EQ(readOf("application/sdp", "early-session;handling=optional", "v=0\r\n"), "");
     EXPECT_EQ(readOf("application/sdp", "render; Handling=OPTIONAL", "v=0\r\n"), "");
-    EXPECT_EQ(readOf("multipart/mixed;boundary=x", "",
-                     part("Content-Type: application/sdp\r\nContent-Transfer-Encoding: base64", "dj0w", "x") +
-                         "--x--"),
-              "?");
+}
+
+TEST(SdpBody, APartIsReadHoweverItsHeadersAreWrittenAndItsBytesAre)
+{
+    const auto readPart = [](const QByteArray& lines, const QByteArray& body) {
+        return readOf("multipart/mixed;boundary=x", "", part(lines, body, "x") + "--x--");
+    };
+    EXPECT_EQ(readPart("c: application/sdp", "v=0"), "v=0\r\n");
+    EXPECT_EQ(readPart("C :application/SDP;x=y", "v=0"), "v=0\r\n");
+    EXPECT_EQ(readPart("c: application/sdp\r\ne: gzip", "v=0"), "?");
+    EXPECT_EQ(readPart("Content-Type: application/sdp\r\nContent-Encoding: gzip", "v=0"), "?");
+    EXPECT_EQ(readPart("Content-Type: application/sdp\r\nContent-Encoding: Identity", "v=0"), "v=0\r\n");
+    const QByteArray coded = "Content-Type: application/sdp\r\nContent-Transfer-Encoding: ";
+    EXPECT_EQ(readPart(coded + "quoted-printable", "v=3D0"), "?");
+    for (const QByteArray& text : {kSdp, kSdp + "a", kSdp + "ab\xff\xfe", QByteArray("v")}) {
+        QByteArray lined = text.toBase64();
+        lined.insert(lined.size() / 2, "\r\n");
+        const std::string whole = text.endsWith('\n') ? text.toStdString() : text.toStdString() + "\r\n";
+        EXPECT_EQ(readPart(coded + "BASE64", lined), whole) << lined.constData();
+    }
+    EXPECT_EQ(readPart(coded + "base64", "****"), "?") << "it is no wish for an offer";
+    EXPECT_EQ(readPart(coded + "base64\r\ne: gzip", kSdp.toBase64()), "?");
+    const QByteArray inner = part("c: application/sdp", "v=0", "y") + "--y--";
+    EXPECT_EQ(readPart("c: multipart/mixed;boundary=y", inner), "v=0\r\n");
+    EXPECT_EQ(
+        readPart("c: multipart/mixed;boundary=y\r\nContent-Transfer-Encoding: base64", inner.toBase64()),
+        "?");
 }
 
 TEST(SdpBody, ADamagedBodyIsNotTakenInPart)

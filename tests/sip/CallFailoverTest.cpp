@@ -55,10 +55,7 @@ protected:
                 break;
             EXPECT_EQ(headerOf(invite, name).toStdString(), headerOf(likeInvite, name).toStdString());
         }
-        second.reply(invite, "200 OK",
-                     "Contact: <sip:300@127.0.0.1:" + QByteArray::number(second.port()) +
-                         ">\r\nContent-Type: application/sdp",
-                     "v=0\r\ns=answer\r\n");
+        second.reply(invite, "200 OK", second.linesWithSdp(), "v=0\r\ns=answer\r\n");
         EXPECT_TRUE(agent.next(SIP_TALK, id));
     }
     void hangUp(uint32_t id) { tellStatus(SIP_HANG_UP, id); }

@@ -28,8 +28,8 @@ protected:
     // Of an answer: who refreshes the call, within the shortest time that there is.
     QByteArray refreshed(const QByteArray& who, const QByteArray& allow)
     {
-        return "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
-               ">\r\nSupported: timer\r\nRequire: timer\r\nSession-Expires: 90;refresher=" + who +
+        return ownContact() +
+               "\r\nSupported: timer\r\nRequire: timer\r\nSession-Expires: 90;refresher=" + who +
                "\r\nContent-Type: application/sdp\r\nAllow: " + allow;
     }
     // A call from here that talks with such an answer; its Call-ID.
@@ -115,9 +115,8 @@ TEST_F(SipLong, MediaThatMoveInTheAnswerToARefreshAreFollowed)
     begin();
     dial(1, "300");
     lastInvite = peer->receive("INVITE");
-    const QByteArray lines = "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
-                             ">\r\nRequire: timer\r\nSession-Expires: 90;refresher=uac\r\n"
-                             "Content-Type: application/sdp\r\nAllow: INVITE, ACK, BYE";
+    const QByteArray lines = ownContact() + "\r\nRequire: timer\r\nSession-Expires: 90;refresher=uac\r\n"
+                                            "Content-Type: application/sdp\r\nAllow: INVITE, ACK, BYE";
     peer->reply(lastInvite, "200 OK", lines, "v=0\r\no=- 1 1 x\r\ns=here\r\n");
     ASSERT_TRUE(next<tagSipMedia>(SIP_TALK, 1));
     // The same, though its number is another, is no news.

@@ -11,14 +11,28 @@ constexpr const char* kSdp = "Content-Type: application/sdp";
 class SipOffers : public SipCalls
 {
 protected:
-    QByteArray withSdp() const
-    {
-        return "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">\r\n" + kSdp;
-    }
     // The other side offers by UPDATE in the call of lastAnswer.
     void sendUpdate(int number, const QByteArray& sdp)
     {
         peer->send(within("UPDATE", lastAnswer, number, sdp.isEmpty() ? "" : kSdp, sdp), agent.port());
+    }
+    // Of an answer before the one of the user; sdp: the answer to what it has offered.
+    void acknowledgeEarly(const QByteArray& early, int number, const QByteArray& sdp = {})
+    {
+        QByteArray lines = "RAck: " + headerOf(early, "RSeq") + " 1 INVITE";
+        if (!sdp.isEmpty())
+            lines += QByteArray("\r\n") + kSdp;
+        peer->send(within("PRACK", early, number, lines, sdp), agent.port());
+        EXPECT_EQ(headerOf(peer->receive("SIP/2.0 200"), "CSeq").toStdString(),
+                  std::to_string(number) + " PRACK");
+    }
+    // Of somebody who wants an offer, and as soon as it rings.
+    void arriveWithoutOffer(uint32_t id)
+    {
+        peer->send(inviteText("early" + QByteArray::number(id), "Require: 100rel", ""), agent.port());
+        const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, id);
+        ASSERT_TRUE(arrived);
+        EXPECT_EQ(arrived->bWantsEarly, 1u);
     }
     void expectTalk(uint32_t id, const char* sdp)
     {
@@ -243,19 +257,149 @@ TEST_F(SipOffers, EarlyMediaWaitForTheirAcknowledgementWhereTheCallerGivesOne)
     expectTalk(kFirst, "s=offer");
 }
 
-TEST_F(SipOffers, WhoCallsMovesNoMediaThatWereAgreedOnBeforeTheAnswer)
+TEST_F(SipOffers, WhoCallsMovesMediaThatWereAgreedOnBeforeTheAnswer)
 {
     begin();
     peer->send(inviteText("moves", "Supported: 100rel"), agent.port());
     ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
     tellMedia(SIP_RING, kFirst, "v=0\r\ns=early\r\n");
+    const QByteArray early = peer->receive("SIP/2.0 183");
+    lastAnswer = early;
+    sendUpdate(2, "v=0\r\ns=too soon\r\n");
+    EXPECT_NE(peer->receive("SIP/2.0 500").toStdString(), "") << "the first answer is not acknowledged";
+    acknowledgeEarly(early, 3);
+    for (const char* answer : {"", "v=0\r\ns=answer to that\r\n"}) {
+        sendUpdate(*answer ? 5 : 4, "v=0\r\ns=moved\r\n");
+        const auto* offer = next<tagSipMedia>(SIP_OFFER, kFirst);
+        ASSERT_TRUE(offer);
+        EXPECT_STREQ(offer->szSdp, "v=0\r\ns=moved\r\n");
+        tellMedia(SIP_MEDIA, kFirst, answer);
+        const QByteArray reply = peer->receive(*answer ? "SIP/2.0 200" : "SIP/2.0 488");
+        EXPECT_EQ(headerOf(reply, "CSeq").toStdString(), *answer ? "5 UPDATE" : "4 UPDATE");
+        EXPECT_TRUE(!*answer || reply.endsWith(answer)) << reply.constData();
+    }
+    tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=answer to that\r\n");
+    const QByteArray answer = peer->receive("SIP/2.0 200");
+    EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
+    EXPECT_EQ(headerOf(answer, "Content-Length").toStdString(), "0") << "the first offer is long answered";
+    acknowledge(answer);
+    expectTalk(kFirst, "s=moved");
+}
+
+TEST_F(SipOffers, AnUpdateThatIsAnsweredAfterTheUserIsAnsweredAllTheSame)
+{
+    begin();
+    peer->send(inviteText("crosses", "Supported: 100rel"), agent.port());
+    ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
+    tellMedia(SIP_RING, kFirst, "v=0\r\ns=early\r\n");
     lastAnswer = peer->receive("SIP/2.0 183");
-    peer->send(within("PRACK", lastAnswer, 2, "RAck: " + headerOf(lastAnswer, "RSeq") + " 1 INVITE"),
-               agent.port());
-    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 200"), "CSeq").toStdString(), "2 PRACK");
+    acknowledgeEarly(lastAnswer, 2);
     sendUpdate(3, "v=0\r\ns=moved\r\n");
-    EXPECT_NE(peer->receive("SIP/2.0 504").toStdString(), "");
-    EXPECT_FALSE(next<tagSipMedia>(SIP_OFFER, kFirst, 200)) << "the user is not there yet";
+    ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, kFirst));
+    tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=early\r\n");
+    const QByteArray answer = peer->receive("SIP/2.0 200");
+    EXPECT_TRUE(answer.endsWith("s=early\r\n")) << answer.constData();
+    tellMedia(SIP_MEDIA, kFirst, "v=0\r\ns=late\r\n");
+    EXPECT_TRUE(peer->receive("SIP/2.0 200").endsWith("s=late\r\n"));
+    acknowledge(answer);
+    expectTalk(kFirst, "s=moved");
+}
+
+TEST_F(SipOffers, WhoAcknowledgesTheRingingHasTheOfferThereAndAnswersIt)
+{
+    begin();
+    uint32_t id = kFirst;
+    for (const bool isAnsweredBefore : {false, true}) {
+        SCOPED_TRACE(isAnsweredBefore);
+        arriveWithoutOffer(id);
+        tellMedia(SIP_RING, id, "v=0\r\ns=here\r\n");
+        const QByteArray rings = peer->receive("SIP/2.0 180");
+        EXPECT_TRUE(headerOf(rings, "Require").contains("100rel")) << rings.constData();
+        EXPECT_TRUE(rings.endsWith("s=here\r\n")) << rings.constData();
+        if (isAnsweredBefore) {
+            tellMedia(SIP_ANSWER, id, "");
+            expectTaken();
+            EXPECT_EQ(peer->receive("SIP/2.0 200", 100).toStdString(), "") << "it waits for the answer";
+        }
+        acknowledgeEarly(rings, 2, "v=0\r\ns=there\r\n");
+        const auto* early = next<tagSipMedia>(SIP_EARLY, id);
+        ASSERT_TRUE(early);
+        EXPECT_STREQ(early->szSdp, "v=0\r\ns=there\r\n");
+        if (!isAnsweredBefore)
+            tellMedia(SIP_ANSWER, id, "");
+        const QByteArray answer = peer->receive("SIP/2.0 200");
+        EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
+        EXPECT_EQ(headerOf(answer, "Content-Length").toStdString(), "0");
+        acknowledge(answer);
+        expectTalk(id++, "s=there");
+    }
+}
+
+TEST_F(SipOffers, WithoutAnOfferNothingRingsAtWhoWantsOneThere)
+{
+    begin();
+    arriveWithoutOffer(kFirst);
+    tellMedia(SIP_RING, kFirst, "");
+    expectTaken();
+    EXPECT_EQ(peer->receive("SIP/2.0 18", 100).toStdString(), "");
+    // It is among the calls all the same, and has its offer with the answer.
+    tellMedia(SIP_ANSWER, kFirst, "v=0\r\ns=late\r\n");
+    const QByteArray answer = peer->receive("SIP/2.0 200");
+    EXPECT_TRUE(answer.endsWith("s=late\r\n")) << answer.constData();
+    peer->send(within("ACK", answer, 1, kSdp, "v=0\r\ns=there\r\n"), agent.port());
+    expectTalk(kFirst, "s=there");
+}
+
+TEST_F(SipOffers, WhoAcknowledgesAnEarlyOfferWithoutAnAnswerHasAgreedToNothing)
+{
+    begin();
+    arriveWithoutOffer(kFirst);
+    tellMedia(SIP_RING, kFirst, "v=0\r\ns=here\r\n");
+    lastAnswer = peer->receive("SIP/2.0 180");
+    acknowledgeEarly(lastAnswer, 2);
+    EXPECT_FALSE(next<tagSipMedia>(SIP_EARLY, kFirst, 100));
+    sendUpdate(3, "v=0\r\ns=moved\r\n");
+    EXPECT_NE(peer->receive("SIP/2.0 500").toStdString(), "");
+    tellMedia(SIP_ANSWER, kFirst, "");
+    const QByteArray answer = peer->receive("SIP/2.0 200");
+    EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
+    acknowledge(answer);
+    expectTalk(kFirst, "");
+    tellStatus(SIP_HANG_UP, kFirst, 488);
+    EXPECT_EQ(headerOf(peer->receive("BYE"), "Reason").toStdString(),
+              "SIP;cause=488;text=\"Not Acceptable Here\"");
+}
+
+TEST_F(SipOffers, WhoWantsAnOfferAndAcknowledgesNothingEarlyHasItWithTheAnswer)
+{
+    begin();
+    uint32_t id = kFirst;
+    for (const char* lines : {"", "Supported: 100rel"}) {
+        SCOPED_TRACE(lines);
+        peer->send(inviteText("late" + QByteArray::number(id), lines, ""), agent.port());
+        const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, id);
+        ASSERT_TRUE(arrived);
+        EXPECT_EQ(arrived->bWantsEarly, 0u);
+        tellMedia(SIP_RING, id, "");
+        const QByteArray rings = peer->receive("SIP/2.0 180");
+        EXPECT_EQ(headerOf(rings, "RSeq").toStdString(), "") << "it would have to bring the offer";
+        tellMedia(SIP_ANSWER, id++, "v=0\r\ns=here\r\n");
+        EXPECT_TRUE(peer->receive("SIP/2.0 200").endsWith("s=here\r\n"));
+    }
+}
+
+TEST_F(SipOffers, WhoIsHungUpOnIsToldWhyWhereThereIsAReason)
+{
+    begin();
+    uint32_t id = talkIn("why");
+    ASSERT_NE(id, 0u);
+    tellStatus(SIP_HANG_UP, id, 488);
+    EXPECT_EQ(headerOf(peer->receive("BYE"), "Reason").toStdString(),
+              "SIP;cause=488;text=\"Not Acceptable Here\"");
+    id = talkIn("usual");
+    ASSERT_NE(id, 0u);
+    tellStatus(SIP_HANG_UP, id);
+    EXPECT_EQ(headerOf(peer->receive("BYE"), "Reason").toStdString(), "");
 }
 
 TEST_F(SipOffers, ASessionThatIsTooShortForAServerIsMadeLonger)
@@ -426,13 +570,12 @@ TEST_F(SipOffers, AnOfferWaitsForTheAnswerToWhatIsAskedOfTheOtherSideAndIsMadeTh
     begin(AgentProcess::calmSetup());
     const uint32_t id = talkIn("behind");
     ASSERT_NE(id, 0u);
-    const QByteArray ownContact = "Contact: <sip:200@127.0.0.1:" + QByteArray::number(peer->port()) + ">";
     const auto expectOfferBehind = [&](const QByteArray& asked, const QByteArray& name) {
         SCOPED_TRACE(name.toStdString());
         ASSERT_NE(asked.toStdString(), "");
         tellMedia(SIP_MEDIA, id, ("v=0\r\ns=" + name + "\r\n").constData());
         ASSERT_NO_FATAL_FAILURE(expectTaken());
-        peer->reply(asked, "202 Accepted", ownContact);
+        peer->reply(asked, "202 Accepted", ownContact());
         QByteArray offer;
         do {
             offer = peer->receive("INVITE", 5000);

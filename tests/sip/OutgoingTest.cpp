@@ -252,15 +252,13 @@ TEST_F(SipCalls, AnAnswerThatNoRecordHoldsIsNotToldInPart)
         SCOPED_TRACE(more);
         const QByteArray start = "v=0\r\ns=";
         const QByteArray sdp = start + QByteArray(SIP_SDP_SIZE - 1 - start.size() + more, 'x');
-        const QByteArray lines = "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
-                                 ">\r\nContent-Type: application/sdp";
         dial(++id, "300");
         const QByteArray invite = peer->receive("INVITE");
-        peer->reply(invite, "183 Session Progress", lines, sdp);
+        peer->reply(invite, "183 Session Progress", withSdp(), sdp);
         const auto* progress = next<tagSipProgress>(SIP_PROGRESS, id);
         ASSERT_TRUE(progress);
         EXPECT_STREQ(progress->szSdp, more ? "" : sdp.constData());
-        peer->reply(invite, "200 OK", lines, sdp);
+        peer->reply(invite, "200 OK", withSdp(), sdp);
         EXPECT_NE(peer->receive("ACK").toStdString(), "");
         const auto* talk = next<tagSipMedia>(SIP_TALK, id);
         ASSERT_TRUE(talk);
@@ -334,10 +332,7 @@ TEST_F(SipCalls, HoldingIsOfferedAndARefusalLeavesTheCallAsItWas)
     const QByteArray hold = peer->receive("INVITE");
     EXPECT_TRUE(hold.contains("a=sendonly")) << hold.constData();
     EXPECT_EQ(headerOf(hold, "Call-ID").toStdString(), headerOf(lastInvite, "Call-ID").toStdString());
-    peer->reply(hold, "200 OK",
-                "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
-                    ">\r\nContent-Type: application/sdp",
-                "v=0\r\na=recvonly\r\n");
+    peer->reply(hold, "200 OK", withSdp(), "v=0\r\na=recvonly\r\n");
     const auto* talk = next<tagSipMedia>(SIP_TALK, id);
     ASSERT_TRUE(talk);
     EXPECT_TRUE(strstr(talk->szSdp, "a=recvonly"));
@@ -358,18 +353,13 @@ TEST_F(SipCalls, ATransferIsAskedForAndItsOutcomeTold)
     const uint32_t id = talkOut(1);
     ASSERT_NE(id, 0u);
     tellTarget(SIP_TRANSFER, id, "301");
-    const QByteArray refer = peer->receive("REFER");
-    const QByteArray server = "127.0.0.1:" + QByteArray::number(peer->port());
-    EXPECT_EQ(headerOf(refer, "Refer-To").toStdString(), "<sip:301@" + server.toStdString() + ">");
+    const QByteArray refer = takesRefer();
+    EXPECT_EQ(headerOf(refer, "Refer-To").toStdString(),
+              "<sip:301@127.0.0.1:" + std::to_string(peer->port()) + ">");
     EXPECT_TRUE(headerOf(refer, "Referred-By").contains("user0")) << refer.constData();
-    peer->reply(refer, "202 Accepted", "Contact: <sip:300@" + server + ">");
-    const QByteArray event = "Event: refer\r\nContent-Type: message/sipfrag\r\nSubscription-State: ";
-    peer->send(within("NOTIFY", lastInvite, 11, event + "active;expires=60", "SIP/2.0 100 Trying\r\n"),
-               agent.port());
+    notesRefer(11, "active;expires=60", "SIP/2.0 100 Trying\r\n");
     EXPECT_NE(peer->receive("SIP/2.0 200").toStdString(), "");
-    peer->send(
-        within("NOTIFY", lastInvite, 12, event + "terminated;reason=noresource", "SIP/2.0 486 Busy\r\n"),
-        agent.port());
+    notesRefer(12, "terminated;reason=noresource", "SIP/2.0 486 Busy\r\n");
     const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->nStatus, 486u);
@@ -391,8 +381,7 @@ TEST_F(SipCalls, ATransferOfWhichNobodyTellsMoreIsGivenUp)
     const uint32_t id = talkOut(1);
     ASSERT_NE(id, 0u);
     tellTarget(SIP_TRANSFER, id, "301");
-    peer->reply(peer->receive("REFER"), "202 Accepted",
-                "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">");
+    takesRefer();
     const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id);
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->nStatus, 408u);
@@ -407,12 +396,8 @@ TEST_F(SipCalls, ATransferWhoseLastNoteSaysNothingHasComeToNothing)
     for (const char* body : {"", "SIP/2.0 180 Ringing\r\n"}) {
         SCOPED_TRACE(body);
         tellTarget(SIP_TRANSFER, id, "301");
-        peer->reply(peer->receive("REFER"), "202 Accepted",
-                    "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">");
-        const QByteArray event = "Event: refer\r\nContent-Type: message/sipfrag\r\nSubscription-State: ";
-        const int number = *body ? 12 : 11;
-        peer->send(within("NOTIFY", lastInvite, number, event + "terminated;reason=timeout", body),
-                   agent.port());
+        takesRefer();
+        notesRefer(*body ? 12 : 11, "terminated;reason=timeout", body);
         const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, id, 5000);
         ASSERT_TRUE(outcome);
         EXPECT_EQ(outcome->nStatus, 487u);
@@ -513,10 +498,7 @@ TEST_F(SipCalls, AnAnswerThatCrossesTheEndIsHungUpOnAtOnce)
         const QByteArray cancel = peer->receive("CANCEL");
         if (order == CANCEL_FIRST)
             peer->reply(cancel, "200 OK");
-        peer->reply(invite, "200 OK",
-                    "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
-                        ">\r\nContent-Type: application/sdp",
-                    "v=0\r\ns=answer\r\n");
+        peer->reply(invite, "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
         if (order == ANSWER_FIRST)
             peer->reply(cancel, "200 OK");
         if (order == CANCEL_UNKNOWN)

@@ -30,11 +30,6 @@ protected:
         peer->reply(info, status);
         return headerOf(info, "Content-Type") + " " + info.mid(info.indexOf("\r\n\r\n") + 4).simplified();
     }
-    QByteArray withSdp() const
-    {
-        return "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
-               ">\r\nContent-Type: application/sdp";
-    }
     // The server takes the end of a call only so.
     void expectEndWithPassword(const QByteArray& nonce)
     {

@@ -55,14 +55,34 @@ protected:
         EXPECT_TRUE(headerOf(notify, "Subscription-State").startsWith(state)) << notify.constData();
         peer->reply(notify, "200 OK");
     }
+    // Of the call that was asked for, which rings there and talks.
+    void expectToldUntilItTalks(const QByteArray& invite, uint32_t id)
+    {
+        peer->reply(invite, "180 Ringing");
+        expectNotify("180", "active");
+        peer->reply(invite, "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
+        EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id));
+        expectNotify("200", "terminated");
+    }
     QByteArray server() const { return "127.0.0.1:" + QByteArray::number(peer->port()); }
-    QByteArray ownContact() const { return "Contact: <sip:300@" + server() + ">"; }
     // Asks the agent to call somebody, in the call of lastAnswer.
     void refer(int number, const QByteArray& to, const QByteArray& lines = {})
     {
         peer->send(
             within("REFER", lastAnswer, number, "Refer-To: " + to + (lines.isEmpty() ? "" : "\r\n") + lines),
             agent.port());
+    }
+    // Call id, that of lastAnswer, asks for another one, which goes out as number 1; its INVITE.
+    QByteArray callsFor(uint32_t id)
+    {
+        EXPECT_NE(id, 0u);
+        refer(2, "<sip:301@127.0.0.1>");
+        EXPECT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
+        dialFor(id, 1, "sip:301@127.0.0.1");
+        expectNotify("100", "active");
+        const QByteArray invite = take("INVITE sip:301@127.0.0.1 ");
+        EXPECT_NE(invite.toStdString(), "");
+        return invite;
     }
     // A header that means the call of lastAnswer.
     QByteArray replaces(const QByteArray& further = {}) const
@@ -96,20 +116,15 @@ TEST_F(SipTransfers, TwoOtherSidesAreConnectedAndBothCallsEnd)
     ASSERT_NE(talkOut(2), 0u);
     const QByteArray second = lastInvite;
     tellConnect(1, 2);
-    const QByteArray asked = peer->receive("REFER");
+    const QByteArray asked = takesRefer();
     EXPECT_EQ(headerOf(asked, "Call-ID").toStdString(), headerOf(first, "Call-ID").toStdString());
     const QByteArray to = QByteArray::fromPercentEncoding(headerOf(asked, "Refer-To"));
     EXPECT_TRUE(to.startsWith("<sip:300@" + server() + "?Replaces=" + headerOf(second, "Call-ID") + ";"))
         << to.constData();
     EXPECT_TRUE(to.contains(";to-tag=peer")) << to.constData();
     EXPECT_TRUE(to.contains(";from-tag=" + tagOf(headerOf(second, "From")))) << to.constData();
-    peer->reply(asked, "202 Accepted", ownContact());
     lastInvite = first;
-    peer->send(within("NOTIFY", first, 11,
-                      "Event: refer\r\nContent-Type: message/sipfrag\r\n"
-                      "Subscription-State: terminated;reason=noresource",
-                      "SIP/2.0 200 OK\r\n"),
-               agent.port());
+    notesRefer(11, "terminated;reason=noresource", "SIP/2.0 200 OK\r\n");
     const auto* outcome = next<tagSipStatus>(SIP_TRANSFERRED, 1);
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->nStatus, 200u);
@@ -132,13 +147,9 @@ TEST_F(SipTransfers, AConnectionThatIsRefusedOrFailsLeavesBothCalls)
     EXPECT_EQ(outcome->nStatus, 603u);
 
     tellConnect(1, 2);
-    peer->reply(peer->receive("REFER"), "202 Accepted", ownContact());
+    takesRefer();
     lastInvite = first;
-    peer->send(within("NOTIFY", first, 11,
-                      "Event: refer\r\nContent-Type: message/sipfrag\r\n"
-                      "Subscription-State: terminated;reason=noresource",
-                      "SIP/2.0 486 Busy\r\n"),
-               agent.port());
+    notesRefer(11, "terminated;reason=noresource", "SIP/2.0 486 Busy\r\n");
     outcome = next<tagSipStatus>(SIP_TRANSFERRED, 1);
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->nStatus, 486u);
@@ -170,23 +181,14 @@ TEST_F(SipTransfers, TheOtherSideAsksForACallAndHearsHowItGoes)
     const QByteArray invite = take("INVITE sip:301@127.0.0.1 ");
     EXPECT_EQ(headerOf(invite, "Referred-By").toStdString(), "<sip:200@127.0.0.1>");
     EXPECT_EQ(headerOf(invite, "Replaces").toStdString(), "");
-    peer->reply(invite, "180 Ringing");
-    expectNotify("180", "active");
-    peer->reply(invite, "200 OK", ownContact() + "\r\nContent-Type: application/sdp", "v=0\r\ns=answer\r\n");
-    EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, 1));
-    expectNotify("200", "terminated");
+    expectToldUntilItTalks(invite, 1);
 }
 
 TEST_F(SipTransfers, ASecondRequestForACallIsDeclinedAndTheFirstGoesOn)
 {
     begin(AgentProcess::calmSetup());
     const uint32_t id = talkIn("twice");
-    ASSERT_NE(id, 0u);
-    refer(2, "<sip:301@127.0.0.1>");
-    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
-    dialFor(id, 1, "sip:301@127.0.0.1");
-    expectNotify("100", "active");
-    const QByteArray invite = take("INVITE sip:301@127.0.0.1 ");
+    const QByteArray invite = callsFor(id);
     refer(3, "<sip:302@127.0.0.1>");
     EXPECT_EQ(headerOf(take("SIP/2.0 603"), "CSeq").toStdString(), "3 REFER");
     EXPECT_FALSE(next<tagSipReferred>(SIP_REFERRED, id, 100));
@@ -237,20 +239,10 @@ TEST_F(SipTransfers, WhoAskedForACallThatIsElsewhereHearsOfTheOneThatFollows)
 {
     begin(AgentProcess::calmSetup());
     const uint32_t id = talkIn("follows");
-    ASSERT_NE(id, 0u);
-    refer(2, "<sip:301@127.0.0.1>");
-    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
-    dialFor(id, 1, "sip:301@127.0.0.1");
-    expectNotify("100", "active");
-    peer->reply(take("INVITE sip:301@127.0.0.1 "), "302 Moved", "Contact: <sip:302@127.0.0.1>");
+    peer->reply(callsFor(id), "302 Moved", "Contact: <sip:302@127.0.0.1>");
     expectEnd(1, SIP_REDIRECTED, 302);
     dialFor(id, 2, "sip:302@127.0.0.1");
-    const QByteArray invite = take("INVITE sip:302@127.0.0.1 ");
-    peer->reply(invite, "180 Ringing");
-    expectNotify("180", "active");
-    peer->reply(invite, "200 OK", ownContact() + "\r\nContent-Type: application/sdp", "v=0\r\ns=answer\r\n");
-    EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, 2));
-    expectNotify("200", "terminated");
+    expectToldUntilItTalks(take("INVITE sip:302@127.0.0.1 "), 2);
 }
 
 TEST_F(SipTransfers, WhoAskedForACallThatNobodyFollowsHearsWhereItHasGone)
@@ -258,13 +250,7 @@ TEST_F(SipTransfers, WhoAskedForACallThatNobodyFollowsHearsWhereItHasGone)
     tagSipSetup setup = AgentProcess::calmSetup();
     setup.nOfferMs = 300;
     begin(setup);
-    const uint32_t id = talkIn("stays");
-    ASSERT_NE(id, 0u);
-    refer(2, "<sip:301@127.0.0.1>");
-    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
-    dialFor(id, 1, "sip:301@127.0.0.1");
-    expectNotify("100", "active");
-    peer->reply(take("INVITE sip:301@127.0.0.1 "), "302 Moved", "Contact: <tel:302>");
+    peer->reply(callsFor(talkIn("stays")), "302 Moved", "Contact: <tel:302>");
     expectEnd(1, SIP_REDIRECTED, 302);
     expectNotify("302", "terminated");
 }
@@ -272,13 +258,7 @@ TEST_F(SipTransfers, WhoAskedForACallThatNobodyFollowsHearsWhereItHasGone)
 TEST_F(SipTransfers, WhoAskedForACallHearsThatItWasHungUpHere)
 {
     begin();
-    const uint32_t id = talkIn("hungup");
-    ASSERT_NE(id, 0u);
-    refer(2, "<sip:301@127.0.0.1>");
-    ASSERT_TRUE(next<tagSipReferred>(SIP_REFERRED, id));
-    dialFor(id, 1, "sip:301@127.0.0.1");
-    expectNotify("100", "active");
-    peer->reply(take("INVITE sip:301@127.0.0.1 "), "180 Ringing");
+    peer->reply(callsFor(talkIn("hungup")), "180 Ringing");
     expectNotify("180", "active");
     tellStatus(SIP_HANG_UP, 1);
     const QByteArray notify = peer->receive("NOTIFY", 5000);

@@ -147,9 +147,30 @@ TEST(SipWire, NumbersKeepTheirRanges)
         arrived.nRefusal = refusal;
         EXPECT_EQ(taken(arrived), isSound ? TAKEN::RECORD : TAKEN::BAD) << refusal;
     }
-    arrived.nRefusal = 415;
+    arrived.nRefusal = 0;
+    arrived.bWantsEarly = 1;
+    EXPECT_EQ(taken(arrived), TAKEN::RECORD);
     sipWire::setText(arrived.szSdp, "v=0");
+    EXPECT_EQ(taken(arrived), TAKEN::BAD) << "who offers wants no offer";
+    arrived.bWantsEarly = 2;
+    EXPECT_EQ(taken(arrived), TAKEN::BAD);
+    arrived.bWantsEarly = 0;
+    arrived.nRefusal = 415;
     EXPECT_EQ(taken(arrived), TAKEN::BAD) << "what cannot be read is not told";
+
+    for (const auto& [status, isSound] :
+         {std::pair(0u, true), {399u, false}, {400u, true}, {699u, true}, {700u, false}}) {
+        auto hangUp = sipWire::make<tagSipStatus>(SIP_HANG_UP, SIP_CALL_FIRST);
+        hangUp.nStatus = status;
+        EXPECT_EQ(taken(hangUp), isSound ? TAKEN::RECORD : TAKEN::BAD) << status;
+    }
+
+    auto early = sipWire::make<tagSipMedia>(SIP_EARLY, SIP_CALL_FIRST_INCOMING);
+    EXPECT_EQ(taken(early), TAKEN::BAD) << "it would be no answer";
+    sipWire::setText(early.szSdp, "v=0");
+    EXPECT_EQ(taken(early), TAKEN::RECORD);
+    early.head.nId = SIP_CALL_FIRST;
+    EXPECT_EQ(taken(early), TAKEN::BAD);
 
     auto connect = sipWire::make<tagSipConnect>(SIP_CONNECT, SIP_CALL_FIRST);
     EXPECT_EQ(taken(connect), TAKEN::BAD);

@@ -127,10 +127,23 @@ uint32_t SipCalls::talkOut(uint32_t id)
 {
     dial(id, "300");
     lastInvite = peer->receive("INVITE");
-    lastAnswer = UdpPeer::replyTo(lastInvite, "200 OK",
-                                  "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) +
-                                      ">\r\nContent-Type: application/sdp",
-                                  "v=0\r\ns=answer\r\n");
+    lastAnswer = UdpPeer::replyTo(lastInvite, "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
     peer->answer(lastAnswer);
     return peer->receive("ACK").isEmpty() || !next<tagSipMedia>(SIP_TALK, id) ? 0 : id;
+}
+
+QByteArray SipCalls::takesRefer()
+{
+    const QByteArray refer = peer->receive("REFER");
+    EXPECT_NE(refer.toStdString(), "");
+    peer->reply(refer, "202 Accepted", ownContact());
+    return refer;
+}
+
+void SipCalls::notesRefer(int number, const QByteArray& state, const QByteArray& outcome)
+{
+    peer->send(within("NOTIFY", lastInvite, number,
+                      "Event: refer\r\nContent-Type: message/sipfrag\r\nSubscription-State: " + state,
+                      outcome),
+               agent.port());
 }

@@ -32,6 +32,13 @@ protected:
     QByteArray within(const QByteArray& method, const QByteArray& reply, int number,
                       const QByteArray& lines = {}, const QByteArray& body = {});
 
+    QByteArray ownContact() const { return peer->contactLine(); }
+    QByteArray withSdp() const { return peer->linesWithSdp(); }
+    // The agent asks for a call, and that is taken; the request.
+    QByteArray takesRefer();
+    // What the other side of the call of lastInvite tells of the call that it was asked for.
+    void notesRefer(int number, const QByteArray& state, const QByteArray& outcome);
+
     std::unique_ptr<UdpPeer> peer;
     QByteArray contact; // user that the line is reached by
     QByteArray lastAnswer;

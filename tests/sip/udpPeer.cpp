@@ -7,11 +7,23 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace {
+
+// Of this machine.
+sockaddr_in placeOf(uint32_t port)
+{
+    sockaddr_in place = {};
+    place.sin_family = AF_INET;
+    place.sin_port = htons(uint16_t(port));
+    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return place;
+}
+
+} // namespace
+
 UdpPeer::UdpPeer(const char* host, uint32_t port) : m_nSocket(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
 {
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(uint16_t(port));
+    sockaddr_in address = placeOf(port);
     inet_pton(AF_INET, host, &address.sin_addr);
     socklen_t size = sizeof address;
     if (bind(m_nSocket, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
@@ -29,11 +41,8 @@ uint32_t UdpPeer::freePort()
     for (;;) {
         const uint32_t port = UdpPeer().port();
         const int stream = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_in address = {};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(uint16_t(port));
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        const bool isFree = bind(stream, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        const sockaddr_in address = placeOf(port);
+        const bool isFree = bind(stream, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
         close(stream);
         if (isFree)
             return port;
@@ -43,13 +52,20 @@ uint32_t UdpPeer::freePort()
 bool UdpPeer::isListening(uint32_t port)
 {
     const int stream = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(uint16_t(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const bool is = connect(stream, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    const sockaddr_in address = placeOf(port);
+    const bool is = connect(stream, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     close(stream);
     return is;
+}
+
+QByteArray UdpPeer::contactLine(const QByteArray& number) const
+{
+    return "Contact: <sip:" + number + "@127.0.0.1:" + QByteArray::number(m_nPort) + '>';
+}
+
+QByteArray UdpPeer::linesWithSdp(const QByteArray& number) const
+{
+    return contactLine(number) + "\r\nContent-Type: application/sdp";
 }
 
 QByteArray UdpPeer::receive(int ms)
@@ -83,11 +99,8 @@ QByteArray UdpPeer::receive(const QByteArray& start, int ms)
 
 void UdpPeer::send(const QByteArray& message, uint32_t port)
 {
-    sockaddr_in to = {};
-    to.sin_family = AF_INET;
-    to.sin_port = htons(uint16_t(port));
-    to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    sendto(m_nSocket, message.constData(), size_t(message.size()), 0, reinterpret_cast<sockaddr*>(&to),
+    const sockaddr_in to = placeOf(port);
+    sendto(m_nSocket, message.constData(), size_t(message.size()), 0, reinterpret_cast<const sockaddr*>(&to),
            sizeof to);
 }
 

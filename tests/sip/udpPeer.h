@@ -17,6 +17,10 @@ public:
     // Somebody takes connections there.
     static bool isListening(uint32_t port);
     uint32_t port() const { return m_nPort; }
+    // The header line by which a number is reached here.
+    QByteArray contactLine(const QByteArray& number = "300") const;
+    // The same, of a message with a description.
+    QByteArray linesWithSdp(const QByteArray& number = "300") const;
     // The next message; empty when none comes.
     QByteArray receive(int ms = 15000);
     // The next one that begins so; others before it are dropped.

@@ -216,9 +216,11 @@ bool callRules::answerWith(int id, const tagCallOptions& options)
     const tagCall call = find(id);
     if (!isRingingIn(call))
         return false;
-    holdOthers(id);
-    if (!m_backend.answer(id, options))
+    m_heldFor[id] = holdOthers(id);
+    if (!m_backend.answer(id, options)) {
+        takeBackHeldFor(id);
         return false;
+    }
     endOwnCallTo(call);
     return true;
 }
@@ -255,6 +257,9 @@ bool callRules::setHeld(int id, bool held)
         return false;
     if (!held)
         holdOthers(id);
+    // It is the user who holds it from here on.
+    for (QList<int>& others : m_heldFor)
+        others.removeIf([&](int each) { return each == id || each == call.nJoined; });
     const bool done = m_backend.setHeld(id, held);
     if (call.nJoined && find(call.nJoined).bHeld != held)
         m_backend.setHeld(call.nJoined, held);
@@ -262,12 +267,29 @@ bool callRules::setHeld(int id, bool held)
 }
 
 // Of calls that talk together neither is held for the other.
-void callRules::holdOthers(int id)
+QList<int> callRules::holdOthers(int id)
 {
+    QList<int> held;
     for (const tagCall& call : m_backend.calls()) {
         const bool isWith = call.nId == id || (call.nJoined && call.nJoined == id);
         if (!isWith && call.eState == CALL_TALKING && !call.bHeld)
-            m_backend.setHeld(call.nId, true);
+            held.append(call.nId);
+    }
+    for (const int each : held)
+        m_backend.setHeld(each, true);
+    return held;
+}
+
+// Nobody is taken back into what the user does by now.
+void callRules::takeBackHeldFor(int id)
+{
+    const QList<int> held = m_heldFor.take(id);
+    const QList<tagCall> calls = m_backend.calls();
+    const bool isQuiet = std::all_of(calls.begin(), calls.end(),
+                                     [](const tagCall& call) { return call.bHeld || isRingingIn(call); });
+    for (const int each : held) {
+        if (isQuiet && find(each).bHeld)
+            m_backend.setHeld(each, false);
     }
 }
 
@@ -409,7 +431,12 @@ void callRules::callChanged(const tagCall& call)
 {
     if (call.eState == CALL_TALKING && !call.bHeld)
         holdOthers(call.nId);
+    const bool hasSound = !call.streams.strSound.isEmpty();
+    if (hasSound || (call.eState == CALL_ENDED && call.eEnd != CALL_FAILED))
+        m_heldFor.remove(call.nId);
     m_news.callChanged(shown(call));
+    if (call.eState == CALL_ENDED)
+        takeBackHeldFor(call.nId);
     if (call.nId == m_nCodeCall && call.eState == CALL_TALKING)
         QTimer::singleShot(CODE_TALK_MS, Qt::PreciseTimer, this,
                            [this, id = call.nId] { m_backend.hangUp(id); });

@@ -9,11 +9,13 @@
 // this phone.
 //
 // A number that goes out is rewritten by the dial plan before a line is chosen. Who talks last talks: the
-// others are put on hold, but for those who talk together.
+// others are put on hold, but for those who talk together. Who was held for a call that failed as it was
+// answered is taken back.
 #include "host/services/phone/callDevices.h"
 #include "host/services/phone/callSettings.h"
 #include "host/services/phone/phoneBackend.h"
 #include "support/host/message.h"
+#include <QHash>
 #include <QObject>
 
 class HX_HOST_API callRules : public QObject, public phoneEvents, public chMsgProcesser
@@ -92,7 +94,10 @@ private:
     bool isQuietBut(int id) const;
     void answerByItself(int id);
     void answerAsAsked(int id);
-    void holdOthers(int id);
+    // Who was put on hold.
+    QList<int> holdOthers(int id);
+    // The answer to the call came to nothing.
+    void takeBackHeldFor(int id);
     bool resume(int id);
     QList<int> talkingWith(int id) const;
     int fail(const QString& number, int account, const char* reason);
@@ -105,6 +110,7 @@ private:
     phoneBackend& m_backend;
     phoneNews& m_news;
     callSettings m_settings;
-    QList<tagCode> m_codes; // to be dialled while nobody calls, one after the other
+    QHash<int, QList<int>> m_heldFor; // of a call that was answered and has no sound yet: who is held for it
+    QList<tagCode> m_codes;           // to be dialled while nobody calls, one after the other
     int m_nCodeCall = 0;
 };

@@ -35,7 +35,7 @@ QList<tagStream> streamsOf(const QByteArray& description)
 bool isPlainSound(const tagStream& stream)
 {
     const QList<QByteArray> formats = stream.formats.split(' ');
-    return stream.kind == "audio" && stream.port.toInt() > 0 && stream.protocol == "RTP/AVP" &&
+    return stream.kind == "audio" && stream.port.toInt() > 0 && stream.protocol.toUpper() == "RTP/AVP" &&
            (formats.contains("0") || formats.contains("8"));
 }
 

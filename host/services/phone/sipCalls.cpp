@@ -13,7 +13,8 @@ constexpr uint32_t kRinging = 180;
 constexpr uint32_t kSessionProgress = 183;
 constexpr uint32_t kNoCommonMedia = 488;
 constexpr uint32_t kOwnFault = 500;
-constexpr uint32_t kNothingHeard = 408; // of a call that broke
+constexpr uint32_t kMediaDoNotFit = 399; // a warning that does not say why
+constexpr uint32_t kNothingHeard = 408;  // of a call that broke
 constexpr const char* kNoSound = HX_TR("Sound is not available at present");
 const QChar kSecretTone(0x2022);
 
@@ -146,7 +147,8 @@ void sipCalls::ask(tagLive& live, ASKED what)
     live.bAskAgain = false;
     live.bAskedHeld = live.call.bHeld;
     tagMediaWish wish = wishOf(live);
-    wish.bPreview = what == ASKED_PREVIEW;
+    const bool ringsIn = live.call.bIncoming && live.call.eState == CALL_RINGING;
+    wish.bPreview = ringsIn; // what is agreed on before the user answers is heard and seen by nobody
     if (live.otherOffer && !live.otherOffer->isEmpty())
         m_media.answer(live.call.nId, *live.otherOffer, wish);
     else
@@ -208,8 +210,14 @@ bool sipCalls::ring(int id)
     tagLive* live = findRingingIn(id);
     if (!live)
         return false;
+    // Others rang while it was looked at.
+    if (m_calls.size() > SIP_CALLS_MAX)
+        return false;
     live->bRings = true;
-    m_orders.media(SIP_RING, live->nWire, {});
+    if (live->bWantsEarly)
+        ask(*live, ASKED_EARLY);
+    else
+        m_orders.media(SIP_RING, live->nWire, {});
     tell(*live);
     return true;
 }
@@ -223,7 +231,7 @@ bool sipCalls::answer(int id, const tagCallOptions& options)
     live->call.options = options;
     live->call.eState = CALL_TALKING;
     live->talking.start();
-    if (!answerAsPreviewed(*live))
+    if (!answerAsPreviewed(*live) && !answerAsOfferedEarly(*live))
         ask(*live, ASKED_ANSWER);
     tell(*live);
     return true;
@@ -326,6 +334,9 @@ void sipCalls::take(const sipWire::Reader& record)
     case SIP_TALK:
         talk(record.as<tagSipMedia>());
         break;
+    case SIP_EARLY:
+        agreedEarly(record.as<tagSipMedia>());
+        break;
     case SIP_OFFER:
         otherOffers(record.as<tagSipMedia>());
         break;
@@ -386,7 +397,7 @@ void sipCalls::talk(const tagSipMedia& media)
         } else if (live->bAgreed) {
             refusedOffer(*live);
         } else if (!live->bEarly) {
-            m_orders.status(SIP_HANG_UP, live->nWire, 0);
+            m_orders.status(SIP_HANG_UP, live->nWire, kNoCommonMedia);
             end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
             return;
         }
@@ -420,8 +431,8 @@ void sipCalls::refusedOffer(tagLive& live)
 void sipCalls::otherOffers(const tagSipMedia& media)
 {
     tagLive* live = findWire(media.head.nId);
-    const bool isEarly = live && live->call.eState == CALL_RINGING && live->bEarly;
-    if (!live || !(isEarly || live->call.eState == CALL_TALKING) || live->eAsked == ASKED_ANSWER)
+    const bool wasEarly = live && isEarly(*live);
+    if (!live || !(wasEarly || live->call.eState == CALL_TALKING) || live->eAsked == ASKED_ANSWER)
         return;
     live->otherOffer = QByteArray(media.szSdp);
     if (live->eAsked != ASKED_NOTHING) {
@@ -430,7 +441,7 @@ void sipCalls::otherOffers(const tagSipMedia& media)
     }
     live->offered.invalidate();
     // What was agreed on early stands until this is answered.
-    if (isEarly)
+    if (wasEarly)
         live->bOffered = false;
     if (std::exchange(live->bOffered, false)) {
         m_media.withdraw(live->call.nId);
@@ -457,6 +468,8 @@ void sipCalls::described(int id, const QByteArray& sdp, bool isMissing)
         return answerWith(*live, usable, isMissing);
     case ASKED_PREVIEW:
         return previewWith(*live, usable);
+    case ASKED_EARLY:
+        return earlyWith(*live, usable);
     case ASKED_OFFER:
         return offerWith(*live, usable);
     case ASKED_REPLY:
@@ -486,7 +499,8 @@ void sipCalls::dialWith(tagLive& live, const QByteArray& offer)
 void sipCalls::answerWith(tagLive& live, const QByteArray& sdp, bool isMissing)
 {
     if (sdp.isEmpty()) {
-        m_orders.status(SIP_REFUSE, live.nWire, isMissing ? kOwnFault : kNoCommonMedia);
+        m_orders.status(SIP_REFUSE, live.nWire, isMissing ? kOwnFault : kNoCommonMedia,
+                        isMissing ? 0 : kMediaDoNotFit);
         end(live.call.nId, CALL_FAILED, isMissing ? kNoSound : sipReasonOf(kNoCommonMedia));
         return;
     }
@@ -517,6 +531,8 @@ void sipCalls::replyWith(tagLive& live, const QByteArray& answer, bool isMissing
     live.bOffered = live.bReplied && live.otherOffer->isEmpty();
     if (live.bReplied)
         live.bAgreedHeld = live.bAskedHeld;
+    if (live.bReplied && !live.preview.isEmpty())
+        live.preview = answer;
     live.otherOffer.reset();
     if (isMissing)
         m_orders.noMedia(live.nWire);
@@ -533,10 +549,13 @@ void sipCalls::mediaUnfit(int id)
     if (!live)
         return;
     live->bEarly = false;
-    if (live->call.eState != CALL_TALKING)
-        return;
-    m_orders.status(SIP_HANG_UP, live->nWire, 0);
-    end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
+    if (findRingingIn(id)) {
+        live->nWarning = kMediaDoNotFit;
+        refuse(id, CALL_UNFIT);
+    } else if (live->call.eState == CALL_TALKING) {
+        m_orders.status(SIP_HANG_UP, live->nWire, kNoCommonMedia);
+        end(id, CALL_FAILED, sipReasonOf(kNoCommonMedia));
+    }
 }
 
 void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
@@ -559,7 +578,8 @@ void sipCalls::mediaLost()
             live.call.options = optionsGoingOn(live);
         live.call.streams = tagCallStreams();
         live.call.bVideo = false;
-        live.bMustOffer = live.bMustOffer || !live.preview.isEmpty(); // once it talks: that was the answer
+        // Once it talks: that was the answer, or the offer.
+        live.bMustOffer = live.bMustOffer || !live.preview.isEmpty() || live.bOfferedEarly;
         live.preview.clear();
         live.bJoinAgain = live.call.nJoined != 0;
         if (live.eAsked != ASKED_NOTHING) {

@@ -67,6 +67,7 @@ private:
         ASKED_DIAL,    // the offer of a call that goes out
         ASKED_ANSWER,  // what answers a call that came in
         ASKED_PREVIEW, // the same, of one that still rings
+        ASKED_EARLY,   // the offer to whoever calls and wants one while it rings
         ASKED_OFFER,   // another offer, of a call that talks
         ASKED_REPLY    // the answer to another offer of the other side
     };
@@ -74,18 +75,20 @@ private:
     {
         uint32_t nWire = 0; // its id at the agent; 0 before it has one
         ASKED eAsked = ASKED_NOTHING;
-        bool bAskAgain = false;   // what is asked for is out of date
-        bool bOffered = false;    // by this side, and not answered yet
-        bool bReplied = false;    // to the other side's offer, which it has not acknowledged yet
-        bool bAgreed = false;     // the media of the call
-        bool bEarly = false;      // they were agreed while it rings
-        bool bMustOffer = false;  // the media of before are gone
-        bool bAskedHeld = false;  // what the last description said
-        bool bAgreedHeld = false; // what the other side knows
-        bool bSilenced = false;   // it refused to be held: it does not hear the user
-        bool bSealed = false;     // it was encrypted, and stays so
-        bool bCameraNow = false;  // the user has opened the camera in the call
-        bool bJoinAgain = false;  // the media that joined it are gone
+        bool bAskAgain = false;     // what is asked for is out of date
+        bool bOffered = false;      // by this side, and not answered yet
+        bool bReplied = false;      // to the other side's offer, which it has not acknowledged yet
+        bool bAgreed = false;       // the media of the call
+        bool bEarly = false;        // they were agreed while it rings
+        bool bWantsEarly = false;   // who calls wants an offer while it rings
+        bool bOfferedEarly = false; // and has it
+        bool bMustOffer = false;    // the media of before are gone
+        bool bAskedHeld = false;    // what the last description said
+        bool bAgreedHeld = false;   // what the other side knows
+        bool bSilenced = false;     // it refused to be held: it does not hear the user
+        bool bSealed = false;       // it was encrypted, and stays so
+        bool bCameraNow = false;    // the user has opened the camera in the call
+        bool bJoinAgain = false;    // the media that joined it are gone
         bool bRings = false;
         bool bPicksUp = false; // when it begins
         bool bTransferring = false;
@@ -136,6 +139,10 @@ private:
     void otherOffers(const tagSipMedia& media);
     void described(int id, const QByteArray& sdp, bool isMissing);
     bool answerAsPreviewed(tagLive& live);
+    bool answerAsOfferedEarly(tagLive& live);
+    void earlyWith(tagLive& live, const QByteArray& offer);
+    void agreedEarly(const tagSipMedia& media);
+    static bool isEarly(const tagLive& live);
     void askForReply(tagLive& live, ASKED outOfDate);
     // What was asked for is there; empty: it is not.
     void dialWith(tagLive& live, const QByteArray& offer);

@@ -100,6 +100,7 @@ void sipCalls::decide(const tagSipArrived& arrived, CALL_FIT fit)
     live.nRefusal = arrived.nRefusal;
     live.nWarning = sipWarningOf(fit);
     live.otherOffer = QByteArray(arrived.szSdp);
+    live.bWantsEarly = arrived.bWantsEarly != 0;
     if (live.call.bUnfit)
         nuxTrace(TRACE_NOTE, "a call to line %d cannot be talked: %u %u", live.call.nAccount + 1,
                  live.nRefusal, live.nWarning);

@@ -13,7 +13,7 @@ struct tagMediaWish
     tagCallOptions options;
     bool bHeld = false;    // by the user: nothing is sent, and nothing is heard
     bool bEncrypt = false; // an offer of nothing but SRTP
-    bool bPreview = false; // of an answer: only what the other side shows is taken, until begin()
+    bool bPreview = false; // only what the other side shows is taken, until begin()
     QByteArray stunServer; // IPv4; says where others see the phone. Empty: nobody is asked
     int nStunPort = 0;
     // The camera may open although the call began without it: the user has said so.

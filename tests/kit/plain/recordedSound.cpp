@@ -23,7 +23,10 @@ void putNumber(QByteArray& out, quint32 value, int bytes)
 
 QByteArray kit::recordingSink(const QString& file)
 {
-    return "filesink async=false sync=true append=true buffer-mode=unbuffered location=" + file.toUtf8();
+    return "capsfilter caps=audio/x-raw,format=F32LE ! filesink async=false sync=true append=true "
+           "buffer-mode=unbuffered "
+           "location=" +
+           file.toUtf8();
 }
 
 QByteArray kit::waveFile(const std::vector<float>& samples, int rate, int channels)
