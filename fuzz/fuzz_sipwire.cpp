@@ -40,6 +40,7 @@ void demandAccount(const tagSipAccount& account)
 void demandArrived(const tagSipArrived& call)
 {
     demand(call.nLine < SIP_LINE_COUNT && call.nForwards <= SIP_FORWARDS_MAX);
+    demand(call.bWantsEarly == 0 || (call.bWantsEarly == 1 && !call.szSdp[0]));
     demandText(call.szNumber);
     demandText(call.szName);
     demandText(call.szPicture);
@@ -76,6 +77,13 @@ void demandEvent(const sipWire::Reader& reader)
         demand(reader.as<tagSipPickUp>().nLine < SIP_LINE_COUNT);
         demandText(reader.as<tagSipPickUp>().szNumber);
         demandText(reader.as<tagSipPickUp>().szSdp);
+        break;
+    case SIP_EARLY:
+        demand(reader.as<tagSipMedia>().szSdp[0] != 0);
+        demandText(reader.as<tagSipMedia>().szSdp);
+        break;
+    case SIP_HANG_UP:
+        demand(reader.as<tagSipStatus>().nStatus == 0 || reader.as<tagSipStatus>().nStatus >= 400);
         break;
     case SIP_MESSAGES:
         demand(reader.as<tagSipMessages>().nNew <= SIP_MESSAGES_MAX);

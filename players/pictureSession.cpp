@@ -365,7 +365,13 @@ bool pictureSession::isRefused()
 void pictureSession::watchPictures(qint64 nowUs)
 {
     const qint64 seen = m_nSeenUs;
-    if (seen == 0 || nowUs - seen <= QUIET_MS * kMsUs)
+    qint64 quietMs = QUIET_MS;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_agreed.bHeldByPeer)
+            quietMs = HELD_QUIET_MS;
+    }
+    if (seen == 0 || nowUs - seen <= quietMs * kMsUs)
         return;
     m_nSeenUs = 0;
     m_end.endOther();

@@ -32,9 +32,10 @@ class pictureSession
 {
 public:
     enum : int {
-        QUIET_MS = 3000, // without a picture: they do not come any more
-        BUILD_MS = 1000, // until a decoder takes the place of the one before, when that was the first
-        PACKETS = 3000,  // a second; what is beyond is lost
+        QUIET_MS = 3000,     // without a picture: they do not come any more
+        HELD_QUIET_MS = 500, // of who holds the call: what was under way may still be seen for a moment
+        BUILD_MS = 1000,     // until a decoder takes the place of the one before, when that was the first
+        PACKETS = 3000,      // a second; what is beyond is lost
         PACKETS_AT_ONCE = 1500,
         SHOWN = 60, // pictures a second
         SHOWN_AT_ONCE = 10,

@@ -1,10 +1,15 @@
 #include "sip/ownSockets.h"
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
 #include <functional>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <set>
+#include <sofia-sip/tport.h>
 #include <sys/socket.h>
+#include <utility>
 
 namespace {
 
@@ -29,6 +34,12 @@ void forEachSocket(int type, const std::function<void(int socket)>& call)
             (family == AF_INET || family == AF_INET6))
             call(file);
     }
+}
+
+std::function<void(const tagSocketEnd& end)>& unreachableTold()
+{
+    static std::function<void(const tagSocketEnd& end)> tell;
+    return tell;
 }
 
 tagSocketEnd ownEndOf(int socket)
@@ -89,6 +100,11 @@ void ownSockets::send(uint32_t ownPort, const std::string& host, uint32_t port, 
     freeaddrinfo(found);
 }
 
+void ownSockets::onUnreachable(std::function<void(const tagSocketEnd& end)> tell)
+{
+    unreachableTold() = std::move(tell);
+}
+
 void ownSockets::closeConnections(const std::string& host, uint32_t port)
 {
     forEachSocket(SOCK_STREAM, [&](int socket) {
@@ -96,4 +112,22 @@ void ownSockets::closeConnections(const std::string& host, uint32_t port)
         if (end.nPort == port && (host.empty() || end.host == host))
             shutdown(socket, SHUT_RDWR);
     });
+}
+
+// The stack forgets what the network says of a datagram that no request waits for.
+extern "C" __attribute__((visibility("default"))) void tport_error_report(tport_t* transport, int code,
+                                                                          const su_sockaddr_t* address)
+{
+    using Reporter = void (*)(tport_t*, int, const su_sockaddr_t*);
+    static const auto report = reinterpret_cast<Reporter>(dlsym(RTLD_NEXT, "tport_error_report"));
+    tagSocketEnd end;
+    if (address && (code == ECONNREFUSED || code == EHOSTUNREACH || code == ENETUNREACH)) {
+        sockaddr_storage other = {};
+        memcpy(&other, address, sizeof *address);
+        const bool isIPv4 = other.ss_family == AF_INET;
+        end = endOf(other, isIPv4 ? sizeof(sockaddr_in) : sizeof(sockaddr_in6));
+    }
+    report(transport, code, address);
+    if (!end.host.empty() && unreachableTold())
+        unreachableTold()(end);
 }

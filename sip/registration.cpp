@@ -4,7 +4,6 @@
 #include "sip/ownSockets.h"
 #include "sip/phoneLink.h"
 #include "sip/sipAddress.h"
-#include "sip/tlsCheck.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -25,6 +24,7 @@ constexpr uint32_t kMaxAfterMs = 3600000;   // a server may ask for patience of 
 constexpr uint32_t kRefusedTimes = 5;       // the longest delay of a line, before one that was refused
 constexpr uint32_t kMostRefusedTimes = 30;  // likewise, when that comes again and again
 constexpr sip_time_t kLongestGrant = 86400; // of seconds, until a line registers anew
+constexpr sip_time_t kBriefGrant = 10;      // likewise: what is less is not kept up with
 constexpr const char* kSilence = "The server does not answer";
 constexpr const char* kWrongPassword = "The server does not accept name or password";
 
@@ -60,12 +60,23 @@ uint32_t afterMs(const sip_t* reply)
     return after ? uint32_t(std::min<unsigned long>(after->af_delta, kMaxAfterMs / 1000)) * 1000 : 0;
 }
 
+// As the stack reads it.
+sip_time_t secondsOf(sip_contact_t const* contact, sip_expires_t const* expires, sip_date_t const* date,
+                     sip_time_t usual, sip_time_t now)
+{
+    using Reader =
+        sip_time_t (*)(sip_contact_t const*, sip_expires_t const*, sip_date_t const*, sip_time_t, sip_time_t);
+    static const auto read = reinterpret_cast<Reader>(dlsym(RTLD_NEXT, "sip_contact_expires"));
+    return std::min(read(contact, expires, date, usual, now), kLongestGrant);
+}
+
 } // namespace
 
 Registration::Registration(const tagSipStack& stack, const tagSipAccount& account)
     : m_stack(stack), m_account(account), m_key(newKey()), m_contact(newContact(account.head.nId)),
       m_answers(m_key, account.szRealm), m_finder(stack.pDns), m_silent(stack.pRoot), m_again(stack.pRoot),
-      m_keep(stack.pRoot), m_nDelayMs(stack.setup.nRetryMs),
+      m_keep(stack.pRoot), m_renew(stack.pRoot), m_doubt(stack.pRoot), m_heard(stack.pRoot),
+      m_nExpires(account.nExpires), m_nDelayMs(stack.setup.nRetryMs), m_nBriefMs(stack.setup.nRetryMs),
       m_nRefusedMs(stack.setup.nRetryLastMs * kRefusedTimes)
 {
     const char* user = account.szAuthName[0] ? account.szAuthName : account.szUser;
@@ -81,7 +92,9 @@ Registration::~Registration()
 
 void Registration::start()
 {
+    m_eTlsFault = SIP_TLS_NO_FAULT;
     if (transport() == SIP_TLS && !m_stack.tlsProblem.empty()) {
+        m_eTlsFault = SIP_TLS_OWN_FILES;
         pause(SIP_LINE_REFUSED, 0, m_stack.tlsProblem, withJitter(m_stack.setup.nRetryLastMs));
         m_stack.onTlsRefused();
         return;
@@ -92,6 +105,8 @@ void Registration::start()
         m_stun->start([this] { useStun(); });
     }
     m_elsewhere = {};
+    m_nExpires = m_account.nExpires;
+    m_bAskedLonger = false;
     findServers();
 }
 
@@ -144,10 +159,11 @@ void Registration::sendRegister()
 {
     const std::string server = registrar(), hop = hopOf(m_addresses[m_nAddress]);
     const std::string way = std::string("transport=") + transportName();
-    const std::string expires = std::to_string(m_account.nExpires);
+    const std::string expires = std::to_string(m_nExpires);
     const std::string seen = "<sip:" + m_contact + "@" + m_contactPlace + ">";
     m_silent.start(m_stack.setup.nSilentMs, [this] { silent(); });
     m_nTlsProblems = tlsCheck::count();
+    m_eTlsFault = SIP_TLS_NO_FAULT;
     nua_register(
         m_pHandle, NUTAG_REGISTRAR(server.c_str()), NUTAG_PROXY(hop.c_str()), NUTAG_AUTO302(0),
         TAG_IF(!m_contactPlace.empty(), SIPTAG_CONTACT_STR(seen.c_str())),
@@ -163,6 +179,7 @@ void Registration::leave()
     m_finder.stop();
     m_again.stop();
     m_keep.stop();
+    m_renew.stop();
     m_silent.stop();
     if (!m_pHandle)
         return;
@@ -215,8 +232,10 @@ void Registration::onRefusal(const tagStackEvent& event)
         failOver(0, reasonOfSilence());
     } else if (status == 403) {
         refuse(status, event.szPhrase, afterMs(message));
-    } else if ((status == 301 || status == 302) && follow(*message)) {
+    } else if ((status == 301 || status == 302 || status == 305) && follow(*message)) {
         findServers();
+    } else if (status == 423 && askLonger(*message)) {
+        sendRegister();
     } else if (message->sip_retry_after && m_nAddress + 1 >= m_addresses.size()) {
         wait(status, event.szPhrase, afterMs(message));
     } else {
@@ -228,7 +247,9 @@ void Registration::onRefusal(const tagStackEvent& event)
 // the account wants none.
 bool Registration::follow(const sip_t& reply)
 {
-    if (!m_elsewhere.host.empty())
+    const int status = reply.sip_status->st_status;
+    const bool isThrough = status == 305;
+    if (!m_elsewhere.host.empty() || (isThrough && m_account.szProxy[0]))
         return false;
     for (const sip_contact_t* each = reply.sip_contact; each; each = each->m_next) {
         const url_t& url = *each->m_url;
@@ -241,23 +262,37 @@ bool Registration::follow(const sip_t& reply)
             continue;
         const int port = url.url_port ? atoi(url.url_port) : 0;
         m_elsewhere = {sipAddress::bareHost(url.url_host), port > 0 && port <= 65535 ? uint32_t(port) : 0};
-        report(SIP_LINE_REGISTERING, uint32_t(reply.sip_status->st_status),
-               "The server sends the line elsewhere");
+        m_bThroughIt = isThrough;
+        report(SIP_LINE_REGISTERING, uint32_t(status), "The server sends the line elsewhere");
         return true;
     }
     return false;
+}
+
+// Once: who wants more each time is asked again when the others are.
+bool Registration::askLonger(const sip_t& reply)
+{
+    const sip_min_expires_t* least = reply.sip_min_expires;
+    if (!least || least->me_delta <= m_nExpires || std::exchange(m_bAskedLonger, true))
+        return false;
+    m_nExpires = least->me_delta;
+    m_answers.reset();
+    return true;
 }
 
 void Registration::onRegistered(const tagStackEvent& event)
 {
     m_silent.stop();
     m_answers.reset();
-    if (!isKept(*event.pMessage)) {
+    const sip_time_t granted = grantOf(*event.pMessage);
+    if (granted == 0) {
         failOver(uint32_t(event.nStatus), "The server does not keep the registration");
         return;
     }
     m_nDelayMs = m_stack.setup.nRetryMs;
     m_nRefusedMs = m_stack.setup.nRetryLastMs; // it was right a moment ago, and may soon be so again
+    m_bAskedLonger = false;
+    keepUpWith(granted);
     trustServers();
     readMapping(*event.pMessage);
     const bool isNew = !std::exchange(m_bRegistered, true);
@@ -265,23 +300,37 @@ void Registration::onRegistered(const tagStackEvent& event)
     useIPv6();
     if (!isNew)
         return;
-    report(SIP_LINE_REGISTERED, uint32_t(event.nStatus), "");
+    const std::string seconds = std::to_string(granted);
+    report(SIP_LINE_REGISTERED, uint32_t(event.nStatus),
+           granted < kBriefGrant ? "The server keeps it for " + seconds + " s only" : "");
     if (transport() == SIP_UDP)
         m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
 }
 
 // A server that says nothing of this line has taken it.
-bool Registration::isKept(const sip_t& reply) const
+sip_time_t Registration::grantOf(const sip_t& reply) const
 {
     bool isNamed = false;
+    sip_time_t most = 0;
     for (const sip_contact_t* each = reply.sip_contact; each; each = each->m_next) {
         if (!each->m_url->url_user || m_contact != each->m_url->url_user)
             continue;
         isNamed = true;
-        if (sip_contact_expires(each, reply.sip_expires, reply.sip_date, kLongestGrant, sip_now()) > 0)
-            return true;
+        most = std::max(most, secondsOf(each, reply.sip_expires, reply.sip_date, kLongestGrant, sip_now()));
     }
-    return !isNamed;
+    return isNamed ? most : kLongestGrant;
+}
+
+// The stack would ask each second for what is granted for one.
+void Registration::keepUpWith(sip_time_t granted)
+{
+    m_renew.stop();
+    if (granted >= kBriefGrant) {
+        m_nBriefMs = m_stack.setup.nRetryMs;
+        return;
+    }
+    m_renew.start(withJitter(m_nBriefMs), [this] { sendRegister(); });
+    m_nBriefMs = std::min(m_nBriefMs * 2, m_stack.setup.nRetryLastMs);
 }
 
 // Over TLS the name says nothing of the address that answers.
@@ -356,14 +405,30 @@ void Registration::keepOpen()
     m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
 }
 
-std::string Registration::reasonOfSilence() const
+// What the last request has come to.
+tagTlsProblem Registration::ownTlsProblem() const
 {
     const tagServerAddress& address = m_addresses[m_nAddress];
-    const std::string problem =
-        transport() == SIP_TLS
-            ? tlsCheck::problemWith(sipAddress::bareHost(address.host), address.nPort, m_nTlsProblems)
-            : "";
-    return problem.empty() ? kSilence : "TLS: " + problem;
+    if (transport() != SIP_TLS)
+        return {};
+    return tlsCheck::problemWith(sipAddress::bareHost(address.host), address.nPort, m_nTlsProblems);
+}
+
+// The stack waits on. What it is about to do with its connection it does first.
+void Registration::tlsProblem()
+{
+    m_heard.start(0, [this] {
+        const bool isWaiting = m_pHandle && m_silent.isRunning() && !m_bLeaving;
+        if (isWaiting && ownTlsProblem().eFault != SIP_TLS_NO_FAULT)
+            silent();
+    });
+}
+
+std::string Registration::reasonOfSilence()
+{
+    const tagTlsProblem problem = ownTlsProblem();
+    m_eTlsFault = problem.eFault;
+    return problem.eFault == SIP_TLS_NO_FAULT ? kSilence : "TLS: " + problem.text;
 }
 
 // A connection may be there for this side alone.
@@ -438,6 +503,7 @@ void Registration::dropHandle()
     if (m_pHandle)
         nua_handle_destroy(m_pHandle);
     m_pHandle = nullptr;
+    m_renew.stop();
     m_bRegistered = false;
 }
 
@@ -449,6 +515,8 @@ void Registration::report(SIP_LINE_STATE state, uint32_t status, const std::stri
     record.eState = state;
     record.nStatus = status >= 100 && status <= 699 ? status : 0;
     record.nRetryMs = retryMs;
+    if (state == SIP_LINE_FAILED || state == SIP_LINE_REFUSED)
+        record.eTls = m_eTlsFault;
     sipWire::setText(record.szReason, reason);
     m_stack.pPhone->tell(record);
     m_stack.onLine(line(), state);
@@ -497,6 +565,18 @@ void Registration::doubt()
         sendRegister();
 }
 
+// The server is asked itself, and not for each such word: anybody can say so.
+void Registration::unreachable(const std::string& host, uint32_t port)
+{
+    if (!m_bRegistered || m_doubt.isRunning())
+        return;
+    const tagServerAddress& address = m_addresses[m_nAddress];
+    if (transport() != SIP_UDP || sipAddress::bareHost(address.host) != host || address.nPort != port)
+        return;
+    m_doubt.start(m_stack.setup.nKeepMs, [] {});
+    doubt();
+}
+
 std::string Registration::server() const
 {
     return sipAddress::host(m_account.szServer) + sipAddress::port(m_account.nPort);
@@ -504,7 +584,7 @@ std::string Registration::server() const
 
 std::string Registration::registrar() const
 {
-    if (m_elsewhere.host.empty())
+    if (m_elsewhere.host.empty() || m_bThroughIt)
         return "sip:" + server();
     return "sip:" + sipAddress::host(m_elsewhere.host) + sipAddress::port(m_elsewhere.nPort);
 }
@@ -520,13 +600,11 @@ std::string Registration::address() const
 }
 
 // The stack adds to what a server grants, and what is near the largest number becomes none. Its function is
-// replaced here by itself, with a bound.
+// replaced here by itself, with a bound; what is too brief for it the line itself renews.
 extern "C" __attribute__((visibility("default"))) sip_time_t
 sip_contact_expires(sip_contact_t const* contact, sip_expires_t const* expires, sip_date_t const* date,
                     sip_time_t usual, sip_time_t now)
 {
-    using Reader =
-        sip_time_t (*)(sip_contact_t const*, sip_expires_t const*, sip_date_t const*, sip_time_t, sip_time_t);
-    static const auto read = reinterpret_cast<Reader>(dlsym(RTLD_NEXT, "sip_contact_expires"));
-    return std::min(read(contact, expires, date, usual, now), kLongestGrant);
+    const sip_time_t granted = secondsOf(contact, expires, date, usual, now);
+    return granted > 0 && granted < kBriefGrant ? kLongestGrant : granted;
 }

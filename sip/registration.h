@@ -8,6 +8,7 @@
 #include "sip/sipStack.h"
 #include "sip/sipTimer.h"
 #include "sip/stunWatch.h"
+#include "sip/tlsCheck.h"
 #include <memory>
 #include <string>
 #include <vector>
@@ -43,6 +44,10 @@ public:
     std::vector<std::string> hops() const;
     // A call has found the server silent or out of service: it is asked again now.
     void doubt();
+    // The network says that nobody takes what is sent there.
+    void unreachable(const std::string& host, uint32_t port);
+    // There is one with some server.
+    void tlsProblem();
     // The machine has other addresses.
     void renew();
     const char* transportName() const;
@@ -56,7 +61,9 @@ private:
     void onReply(const tagStackEvent& event);
     void onRefusal(const tagStackEvent& event);
     void onRegistered(const tagStackEvent& event);
-    bool isKept(const sip_t& reply) const;
+    // Seconds that the server keeps the line; 0: it does not.
+    sip_time_t grantOf(const sip_t& reply) const;
+    void keepUpWith(sip_time_t granted);
     void trustServers();
     void readMapping(const sip_t& reply);
     void tellMapped(const std::string& host, uint32_t number);
@@ -64,10 +71,13 @@ private:
     void useIPv6();
     void keepOpen();
     void silent();
-    std::string reasonOfSilence() const;
+    tagTlsProblem ownTlsProblem() const;
+    std::string reasonOfSilence();
     void onChallenge(const tagStackEvent& event);
-    // Whether the server sends the line to another one that may have it.
+    // Whether the server sends the line to another one, or through one, that may have it.
     bool follow(const sip_t& reply);
+    // Whether the server wants to be asked for more time, and is.
+    bool askLonger(const sip_t& reply);
     void failOver(uint32_t status, const std::string& reason);
     void wait(uint32_t status, const std::string& reason, uint32_t leastMs);
     void refuse(uint32_t status, const std::string& reason, uint32_t leastMs = 0);
@@ -88,6 +98,9 @@ private:
     SipTimer m_silent;
     SipTimer m_again;
     SipTimer m_keep;
+    SipTimer m_renew; // of what is granted for a moment
+    SipTimer m_doubt; // until the network is believed again
+    SipTimer m_heard; // a problem of TLS, which may be the line's
     std::unique_ptr<StunWatch> m_stun;
     std::string m_mapped;
     std::string m_own;          // "host:port" of the line, as it knows it itself
@@ -97,8 +110,13 @@ private:
     std::vector<tagServerAddress> m_addresses;
     size_t m_nAddress = 0;
     tagServerAddress m_elsewhere; // where the account's server has sent the line; no host: nowhere
+    bool m_bThroughIt = false;    // that is no server, but the way to the account's
+    unsigned long m_nExpires;     // seconds that are asked for
+    bool m_bAskedLonger = false;  // in this try
     uint64_t m_nTlsProblems = 0;  // before the last request
+    SIP_TLS_FAULT m_eTlsFault = SIP_TLS_NO_FAULT; // that the last request has come to
     uint32_t m_nDelayMs;
+    uint32_t m_nBriefMs;   // until what is granted for a moment is renewed, doubled each time
     uint32_t m_nRefusedMs; // likewise, until one that was refused is tried again
     bool m_bRegistered = false;
     bool m_bLeaving = false;

@@ -64,8 +64,7 @@ void look(const tagBodyPart& part, int depth, tagFound& found)
             std::replace_if(found.sdp.begin(), found.sdp.end(), isLeftOut, '?');
         if (depth > 0 && !found.sdp.empty() && found.sdp.back() != '\n')
             found.sdp += "\r\n"; // which belongs to the mark behind the part
-    } else if (part.type.rfind("multipart/", 0) != 0 || part.bCoded || part.bBase64 ||
-               depth >= sdpBody::DEPTH_MAX) {
+    } else if (part.type.rfind("multipart/", 0) != 0 || part.bCoded || depth >= sdpBody::DEPTH_MAX) {
         leaveOut(part, found);
     } else if (bodyParts::split(part.bytes, part.nSize, part.boundary, parts) && !parts.empty()) {
         lookInto(parts, part.type == "multipart/alternative", depth + 1, found);

@@ -2,6 +2,7 @@
 #include "sip/digest.h"
 #include "sip/floodGuard.h"
 #include "sip/knownHosts.h"
+#include "sip/ownSockets.h"
 #include "sip/tlsCheck.h"
 #include <algorithm>
 #include <cstdio>
@@ -53,11 +54,25 @@ SipAgent::SipAgent()
     su_root_threading(m_stack.pRoot, 0);
     m_stack.pPhone = &m_phone;
     m_stack.onTlsRefused = [this] { lookAtCertificates(); };
+    tlsCheck::onProblem([this] {
+        for (const auto& line : m_lines) {
+            if (line)
+                line->tlsProblem();
+        }
+    });
+    ownSockets::onUnreachable([this](const tagSocketEnd& end) {
+        for (const auto& line : m_lines) {
+            if (line)
+                line->unreachable(end.host, end.nPort);
+        }
+    });
     m_stack.onLine = [this](uint32_t line, SIP_LINE_STATE state) { m_events.lineChanged(line, state); };
 }
 
 SipAgent::~SipAgent()
 {
+    tlsCheck::onProblem(nullptr);
+    ownSockets::onUnreachable(nullptr);
     m_events.end();
     for (auto& line : m_lines)
         line.reset();

@@ -20,6 +20,7 @@ constexpr const char* kRetryAfterSeconds = "2";
 
 // No server has said anything.
 constexpr uint32_t kNothingHeard = 408;
+constexpr uint32_t kUseProxy = 305; // names no place where somebody is, but a way
 
 // Where nothing can be refused any more.
 std::string sdpOf(const sip_t* message)
@@ -468,7 +469,8 @@ void SipCall::onFinalReply(const tagStackEvent& event)
     }
     if (isDown && m_hooks.serverFails)
         m_hooks.serverFails();
-    if (status < 400 && isReply && event.pMessage->sip_contact) {
+    const bool isMoved = status < 400 && status != kUseProxy;
+    if (isMoved && isReply && event.pMessage->sip_contact) {
         const std::string target = sipAddress::withoutHeaders(*event.pMessage->sip_contact->m_url);
         if (target.size() < SIP_TARGET_SIZE)
             end(SIP_REDIRECTED, status, event.szPhrase, target);

@@ -161,6 +161,7 @@ private:
     std::deque<tagTone> m_tones; // that were not answered; the first one is on its way
     bool m_bBareTones = false;   // without anything but the key
     bool m_bTonesRefused = false;
+    bool m_bTonesTold = false; // the phone knows that they do not get through
     uint32_t m_nLine = 0;
     std::string m_own;    // address of the line
     std::string m_server; // of the line

@@ -1,5 +1,7 @@
 // Tones of a call that go as INFO, where the sound has no room for them.
+#include "sip/phoneLink.h"
 #include "sip/sipCall.h"
+#include "sip/sipWire.h"
 #include <sofia-sip/sip_tag.h>
 #include <string>
 #include <utility>
@@ -36,9 +38,12 @@ void SipCall::onToneReply(const tagStackEvent& event)
     }
     if (event.nStatus < 200 || m_tones.empty())
         return;
-    if (event.nStatus == 415 && !std::exchange(m_bTonesRefused, true))
+    if (event.nStatus == 415 && !std::exchange(m_bTonesRefused, true)) {
         m_bBareTones = true;
-    else
+    } else {
         m_tones.pop_front();
+        if (event.nStatus >= 300 && !std::exchange(m_bTonesTold, true))
+            m_stack.pPhone->tell(sipWire::make<tagSipHead>(SIP_TONES_REFUSED, m_nId));
+    }
     sendNextTone();
 }

@@ -60,6 +60,7 @@ enum SIP_RECORD : uint32_t {
     SIP_TRANSFERRED = 115,
     SIP_PEER = 116,
     SIP_EARLY = 117,
+    SIP_TONES_REFUSED = 118, // no further fields, of a call that talks, once: SIP_TONE does not get through
     SIP_MESSAGES = 130,
     SIP_LAMP = 131,
     SIP_LIST = 132,
@@ -126,12 +127,27 @@ enum SIP_LINE_STATE : uint32_t {
     SIP_LINE_REFUSED = 4 // the server does not want it: tried again in nRetryMs, which is long
 };
 
+// Why there is no secure connection.
+enum SIP_TLS_FAULT : uint32_t {
+    SIP_TLS_NO_FAULT = 0,
+    SIP_TLS_OTHER_FAULT = 1,
+    SIP_TLS_OWN_FILES = 2,         // the phone has no certificates, or none that can be read
+    SIP_TLS_OTHER_NAME = 3,        // the server's certificate is for another one
+    SIP_TLS_UNKNOWN_AUTHORITY = 4, // who has signed it is not among those that are trusted
+    SIP_TLS_EXPIRED = 5,
+    SIP_TLS_NOT_YET_VALID = 6,
+    SIP_TLS_OWN_CERTIFICATE = 7, // the server does not take the phone's, or misses it
+    SIP_TLS_REFUSED = 8,         // by the server, for whatever else
+    SIP_TLS_NOT_SPOKEN = 9       // there
+};
+
 struct tagSipLine
 {
     tagSipHead head;
     uint32_t eState;              // SIP_LINE_STATE
     uint32_t nStatus;             // 0, or 100 to 699: of the reply that led to it
     uint32_t nRetryMs;            // 0 unless it failed or was refused
+    uint32_t eTls;                // SIP_TLS_FAULT; none unless it failed or was refused
     char szReason[SIP_TEXT_SIZE]; // for a person, in English
 };
 
@@ -145,11 +161,12 @@ struct tagSipMapped
 };
 
 // The STUN server of line nId answers: whoever wants to know where others see a port of his may ask it. Told
-// when that is so, and without an address when it is so no more.
+// when that is so, and without an address when it is so no more, or was never.
 struct tagSipStun
 {
     tagSipHead head;
     uint32_t nPort;                // 0 to 65535
+    uint32_t bSilent;              // 0 or 1: it was asked, and has not answered; without an address
     char szAddress[SIP_TEXT_SIZE]; // IPv4
 };
 

@@ -171,6 +171,7 @@ const std::vector<tagShape>& shapes()
          kLastLine,
          {NUMBER_FIELD(tagSipLine, eState, SIP_LINE_NONE, SIP_LINE_REFUSED),
           NUMBER_FIELD(tagSipLine, nStatus, 0, kMaxStatus), NUMBER_FIELD(tagSipLine, nRetryMs, 0, 3600000),
+          NUMBER_FIELD(tagSipLine, eTls, SIP_TLS_NO_FAULT, SIP_TLS_NOT_SPOKEN),
           TEXT_FIELD(tagSipLine, szReason)}},
         {SIP_MAPPED,
          sizeof(tagSipMapped),
@@ -181,7 +182,8 @@ const std::vector<tagShape>& shapes()
          sizeof(tagSipStun),
          0,
          kLastLine,
-         {NUMBER_FIELD(tagSipStun, nPort, 0, kMaxPort), TEXT_FIELD(tagSipStun, szAddress)}},
+         {NUMBER_FIELD(tagSipStun, nPort, 0, kMaxPort), NUMBER_FIELD(tagSipStun, bSilent, 0, 1),
+          TEXT_FIELD(tagSipStun, szAddress)}},
         {SIP_ARRIVED,
          sizeof(tagSipArrived),
          SIP_CALL_FIRST_INCOMING,
@@ -216,6 +218,7 @@ const std::vector<tagShape>& shapes()
          kLastId,
          {NUMBER_FIELD(tagSipStatus, nStatus, 200, kMaxStatus), NUMBER_FIELD(tagSipStatus, bTaken, 0, 1),
           NUMBER_FIELD(tagSipStatus, nWarning, 0, 0)}},
+        {SIP_TONES_REFUSED, sizeof(tagSipHead), SIP_CALL_FIRST, kLastId, {}},
         {SIP_PEER,
          sizeof(tagSipPeer),
          SIP_CALL_FIRST,
@@ -284,7 +287,7 @@ bool isSoundWhole(const void* record, uint32_t kind)
     }
     if (kind == SIP_STUN) {
         const auto* stun = static_cast<const tagSipStun*>(record);
-        return !stun->szAddress[0] || stun->nPort > 0;
+        return !stun->szAddress[0] || (stun->nPort > 0 && !stun->bSilent);
     }
     if (kind == SIP_REFUSE) {
         const uint32_t warning = static_cast<const tagSipStatus*>(record)->nWarning;

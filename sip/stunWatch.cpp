@@ -110,17 +110,19 @@ void StunWatch::answered()
 void StunWatch::silent()
 {
     m_query.reset();
-    tell(false);
+    tell(false, true);
     m_step.start(m_stack.setup.nRetryLastMs, [this] { find(); });
 }
 
-void StunWatch::tell(bool isThere)
+void StunWatch::tell(bool isThere, bool isSilent)
 {
     const std::string server = isThere ? m_server.host + ':' + std::to_string(m_server.nPort) : "";
-    if (server == m_told)
+    if (server == m_told && isSilent == m_bSilentTold)
         return;
     m_told = server;
+    m_bSilentTold = isSilent;
     auto record = sipWire::make<tagSipStun>(SIP_STUN, m_nLine);
+    record.bSilent = isSilent;
     if (isThere) {
         record.nPort = m_server.nPort;
         sipWire::setText(record.szAddress, m_server.host);

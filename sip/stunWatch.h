@@ -1,7 +1,7 @@
 #pragma once
 // The STUN server of a line: asked from the stack's own port whether it is there and how it sees that port,
-// and asked again for as long as the line has it. The phone is told of a server that answers, and of nobody
-// else, so that no call waits for one that does not.
+// and asked again for as long as the line has it. The phone is told of a server that answers, so that no call
+// waits for one that does not, and that one does not.
 #include "sip/serverFinder.h"
 #include "sip/sipTimer.h"
 #include "sip/stunQuery.h"
@@ -31,7 +31,7 @@ private:
     void step();
     void answered();
     void silent();
-    void tell(bool isThere);
+    void tell(bool isThere, bool isSilent = false);
 
     const tagSipStack& m_stack;
     const uint32_t m_nLine;
@@ -44,4 +44,5 @@ private:
     SipTimer m_step;
     tagStunPlace m_place;
     std::string m_told; // the server, as the phone knows it; or empty
+    bool m_bSilentTold = false;
 };

@@ -18,18 +18,19 @@ namespace {
 constexpr size_t kMaxKept = 16;           // as many servers may fail at the same time
 constexpr int64_t kLargestFile = 1 << 20; // the certificates of all known authorities are a quarter of it
 
-struct tagProblem
+struct tagServerProblem
 {
     uint64_t nNumber;
     tagSocketEnd end;
     std::string name; // that the certificate should have; empty: not known
-    std::string text;
+    tagTlsProblem problem;
 };
 
 struct tagProblems
 {
-    std::deque<tagProblem> kept;
+    std::deque<tagServerProblem> kept;
     uint64_t nCount = 0;
+    std::function<void()> tell;
     tagSocketEnd checked; // whose certificate is good so far: its name is asked for next
 };
 
@@ -39,14 +40,58 @@ tagProblems& problems()
     return only;
 }
 
-void note(const tagSocketEnd& end, const std::string& name, const char* text)
+void note(const tagSocketEnd& end, const std::string& name, SIP_TLS_FAULT fault, const char* text)
 {
     tagProblems& all = problems();
     if (end.host.empty())
         return;
     if (all.kept.size() == kMaxKept)
         all.kept.pop_front();
-    all.kept.push_back({++all.nCount, end, name, text ? text : "unknown"});
+    all.kept.push_back({++all.nCount, end, name, {fault, text ? text : "unknown"}});
+    if (all.tell)
+        all.tell();
+}
+
+SIP_TLS_FAULT faultOfCertificate(long verified)
+{
+    switch (verified) {
+    case X509_V_ERR_CERT_HAS_EXPIRED:
+        return SIP_TLS_EXPIRED;
+    case X509_V_ERR_CERT_NOT_YET_VALID:
+        return SIP_TLS_NOT_YET_VALID;
+    case X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT:
+    case X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY:
+    case X509_V_ERR_UNABLE_TO_VERIFY_LEAF_SIGNATURE:
+    case X509_V_ERR_DEPTH_ZERO_SELF_SIGNED_CERT:
+    case X509_V_ERR_SELF_SIGNED_CERT_IN_CHAIN:
+    case X509_V_ERR_CERT_SIGNATURE_FAILURE: // an authority of the same name
+        return SIP_TLS_UNKNOWN_AUTHORITY;
+    default:
+        return SIP_TLS_OTHER_FAULT;
+    }
+}
+
+// error: of OpenSSL's queue.
+SIP_TLS_FAULT faultOfConnection(unsigned long error)
+{
+    const int reason = ERR_GET_REASON(error);
+    switch (reason) {
+    case SSL_R_WRONG_VERSION_NUMBER:
+    case SSL_R_HTTP_REQUEST:
+    case SSL_R_PACKET_LENGTH_TOO_LONG:
+        return SIP_TLS_NOT_SPOKEN;
+    case SSL_R_SSLV3_ALERT_NO_CERTIFICATE:
+    case SSL_R_SSLV3_ALERT_BAD_CERTIFICATE:
+    case SSL_R_SSLV3_ALERT_UNSUPPORTED_CERTIFICATE:
+    case SSL_R_SSLV3_ALERT_CERTIFICATE_REVOKED:
+    case SSL_R_SSLV3_ALERT_CERTIFICATE_EXPIRED:
+    case SSL_R_SSLV3_ALERT_CERTIFICATE_UNKNOWN:
+    case SSL_R_TLSV1_ALERT_UNKNOWN_CA:
+    case SSL_R_TLSV13_ALERT_CERTIFICATE_REQUIRED:
+        return SIP_TLS_OWN_CERTIFICATE;
+    default:
+        return reason > SSL_AD_REASON_OFFSET ? SIP_TLS_REFUSED : SIP_TLS_OTHER_FAULT;
+    }
 }
 
 // None of a connection that came from there.
@@ -71,6 +116,12 @@ long resultOf(const SSL* tls)
 {
     static const auto own = ownOf<long (*)(const SSL*)>("SSL_get_verify_result");
     return own(tls);
+}
+
+void noteConnection(const SSL* tls)
+{
+    const unsigned long error = ERR_peek_error();
+    note(serverOf(tls), "", faultOfConnection(error), ERR_reason_error_string(error));
 }
 
 // The stack waits for ever at a pipe, and for minutes for thousands of certificates.
@@ -152,6 +203,11 @@ std::string tlsCheck::problemOfOwn(const std::string& folder)
     return tryOwn(folder).problem;
 }
 
+void tlsCheck::onProblem(std::function<void()> tell)
+{
+    problems().tell = std::move(tell);
+}
+
 uint64_t tlsCheck::count()
 {
     return problems().nCount;
@@ -159,16 +215,16 @@ uint64_t tlsCheck::count()
 
 // Of a name the address is not known here: who is at the same port may be it, unless another name was wanted
 // of him.
-std::string tlsCheck::problemWith(const std::string& host, uint32_t port, uint64_t beyond)
+tagTlsProblem tlsCheck::problemWith(const std::string& host, uint32_t port, uint64_t beyond)
 {
     const auto& kept = problems().kept;
     const bool isName = !isNumeric(host);
-    const auto found = std::find_if(kept.rbegin(), kept.rend(), [&](const tagProblem& each) {
+    const auto found = std::find_if(kept.rbegin(), kept.rend(), [&](const tagServerProblem& each) {
         const bool isAt = port == 0 || each.end.nPort == port;
         const bool isNamed = isName && (each.name.empty() || each.name == host);
         return each.nNumber > beyond && isAt && (each.end.host == host || isNamed);
     });
-    return found == kept.rend() ? "" : found->text;
+    return found == kept.rend() ? tagTlsProblem() : found->problem;
 }
 
 // What the stack asks of a connection that it has made, it closes without a word when it does not like the
@@ -178,7 +234,7 @@ extern "C" __attribute__((visibility("default"))) long SSL_get_verify_result(con
     const long result = resultOf(tls);
     problems().checked = result == X509_V_OK ? serverOf(tls) : tagSocketEnd();
     if (result != X509_V_OK)
-        note(serverOf(tls), "", X509_verify_cert_error_string(result));
+        note(serverOf(tls), "", faultOfCertificate(result), X509_verify_cert_error_string(result));
     return result;
 }
 
@@ -189,9 +245,20 @@ extern "C" __attribute__((visibility("default"))) int SSL_connect(SSL* tls)
     if (result > 0 || SSL_get_error(tls, result) != SSL_ERROR_SSL)
         return result;
     const long verified = resultOf(tls);
-    note(serverOf(tls), "",
-         verified == X509_V_OK ? ERR_reason_error_string(ERR_peek_error())
-                               : X509_verify_cert_error_string(verified));
+    if (verified == X509_V_OK)
+        noteConnection(tls);
+    else
+        note(serverOf(tls), "", faultOfCertificate(verified), X509_verify_cert_error_string(verified));
+    return result;
+}
+
+// A server of TLS 1.3 says what it thinks of the phone's certificate when for the phone all is done.
+extern "C" __attribute__((visibility("default"))) int SSL_read(SSL* tls, void* bytes, int size)
+{
+    static const auto own = ownOf<int (*)(SSL*, void*, int)>("SSL_read");
+    const int result = own(tls, bytes, size);
+    if (result <= 0 && SSL_get_error(tls, result) == SSL_ERROR_SSL)
+        noteConnection(tls);
     return result;
 }
 
@@ -203,6 +270,6 @@ extern "C" __attribute__((visibility("default"))) int tport_subject_search(const
     // Asked of other connections too, which are not used for that name then.
     const tagSocketEnd end = std::exchange(problems().checked, {});
     if (!isThere && subject)
-        note(end, subject, "the certificate is for another name");
+        note(end, subject, SIP_TLS_OTHER_NAME, "the certificate is for another name");
     return isThere;
 }

@@ -1,7 +1,15 @@
 #pragma once
 // Why there is no TLS with a server: the stack closes the connection, and says nothing of it.
+#include "sip/sipRecords.h"
 #include <cstdint>
+#include <functional>
 #include <string>
+
+struct tagTlsProblem
+{
+    SIP_TLS_FAULT eFault = SIP_TLS_NO_FAULT;
+    std::string text = {}; // for a person
+};
 
 namespace tlsCheck {
 
@@ -13,8 +21,9 @@ std::string signOf(const std::string& folder);
 std::string problemOfOwn(const std::string& folder);
 // How many problems with servers there were.
 uint64_t count();
-// The last one with a server of that name or numeric address, beyond the first so many, for a person; empty:
-// none. port 0: any.
-std::string problemWith(const std::string& host, uint32_t port, uint64_t beyond);
+// Tells that there is one more. Null: nobody is told any more.
+void onProblem(std::function<void()> tell);
+// The last one with a server of that name or numeric address, beyond the first so many. port 0: any.
+tagTlsProblem problemWith(const std::string& host, uint32_t port, uint64_t beyond);
 
 } // namespace tlsCheck

@@ -55,19 +55,20 @@ phoneSimulation* simulation()
 
 QJsonValue setLine(const QStringList& words)
 {
-    const QString form = "set line I [state=] [user=] [server=] [name=] [new=] [old=]";
+    const QString form = "set line I [state=] [user=] [server=] [name=] [new=] [old=] [why=TEXT]";
     Settings settings;
     tagLineSetting line;
     bool isIndex = false;
     const int index = words[0].toInt(&isIndex);
     if (!isIndex ||
-        !parseSettings(words.mid(1), {"state", "user", "server", "name", "new", "old"}, settings) ||
+        !parseSettings(words.mid(1), {"state", "user", "server", "name", "new", "old", "why"}, settings) ||
         !takeNumber(settings, "state", line.state) || !takeNumber(settings, "new", line.newMessages) ||
         !takeNumber(settings, "old", line.oldMessages))
         return controlUsage(form);
     takeText(settings, "user", line.user);
     takeText(settings, "server", line.server);
     takeText(settings, "name", line.name);
+    takeText(settings, "why", line.whyNot);
     if (!simulation())
         return controlOnlySimulated();
     return simulation()->setLine(index, line) ? controlDone() : controlError("no such line or state");

@@ -913,6 +913,62 @@
         <translation>Keine sichere Verbindung zum Server</translation>
     </message>
     <message>
+        <source>The phone has no usable certificates</source>
+        <translation>Das Telefon hat keine brauchbaren Zertifikate</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is for another name</source>
+        <translation>Das Zertifikat des Servers gilt für einen anderen Namen</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is from an unknown authority</source>
+        <translation>Das Zertifikat des Servers stammt von einer unbekannten Stelle</translation>
+    </message>
+    <message>
+        <source>The certificate of the server has expired</source>
+        <translation>Das Zertifikat des Servers ist abgelaufen</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is not valid yet</source>
+        <translation>Das Zertifikat des Servers gilt noch nicht</translation>
+    </message>
+    <message>
+        <source>The server does not accept the certificate of the phone</source>
+        <translation>Der Server lehnt das Zertifikat des Telefons ab</translation>
+    </message>
+    <message>
+        <source>The server refuses a secure connection</source>
+        <translation>Der Server lehnt eine sichere Verbindung ab</translation>
+    </message>
+    <message>
+        <source>The server knows no secure connection</source>
+        <translation>Der Server kennt keine sichere Verbindung</translation>
+    </message>
+    <message>
+        <source>The name service does not answer</source>
+        <translation>Der Namensdienst antwortet nicht</translation>
+    </message>
+    <message>
+        <source>The STUN server does not answer</source>
+        <translation>Der STUN-Server antwortet nicht</translation>
+    </message>
+    <message>
+        <source>The server does not know the user name</source>
+        <translation>Der Server kennt den Benutzernamen nicht</translation>
+    </message>
+    <message>
+        <source>The server is out of service</source>
+        <translation>Der Server ist außer Betrieb</translation>
+    </message>
+    <message>
+        <source>The server asks for the password in an unknown way</source>
+        <translation>Der Server fragt das Passwort auf unbekannte Art ab</translation>
+    </message>
+    <message>
+        <source>The server refuses the registration</source>
+        <translation>Der Server lehnt die Anmeldung ab</translation>
+    </message>
+    <message>
         <source>Failed</source>
         <translation>Fehler</translation>
     </message>
@@ -955,6 +1011,10 @@
     <message>
         <source>The connection was lost</source>
         <translation>Die Verbindung wurde unterbrochen</translation>
+    </message>
+    <message>
+        <source>Key tones do not arrive</source>
+        <translation>Tastentöne kommen nicht an</translation>
     </message>
     <message>
         <source>Another phone has answered</source>

@@ -913,6 +913,62 @@
         <translation>Sin conexión segura con el servidor</translation>
     </message>
     <message>
+        <source>The phone has no usable certificates</source>
+        <translation>El teléfono no tiene certificados utilizables</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is for another name</source>
+        <translation>El certificado del servidor es de otro nombre</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is from an unknown authority</source>
+        <translation>El certificado del servidor es de una autoridad desconocida</translation>
+    </message>
+    <message>
+        <source>The certificate of the server has expired</source>
+        <translation>El certificado del servidor ha caducado</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is not valid yet</source>
+        <translation>El certificado del servidor aún no es válido</translation>
+    </message>
+    <message>
+        <source>The server does not accept the certificate of the phone</source>
+        <translation>El servidor rechaza el certificado del teléfono</translation>
+    </message>
+    <message>
+        <source>The server refuses a secure connection</source>
+        <translation>El servidor rechaza una conexión segura</translation>
+    </message>
+    <message>
+        <source>The server knows no secure connection</source>
+        <translation>El servidor no conoce conexiones seguras</translation>
+    </message>
+    <message>
+        <source>The name service does not answer</source>
+        <translation>El servicio de nombres no responde</translation>
+    </message>
+    <message>
+        <source>The STUN server does not answer</source>
+        <translation>El servidor STUN no responde</translation>
+    </message>
+    <message>
+        <source>The server does not know the user name</source>
+        <translation>El servidor no conoce el usuario</translation>
+    </message>
+    <message>
+        <source>The server is out of service</source>
+        <translation>El servidor está fuera de servicio</translation>
+    </message>
+    <message>
+        <source>The server asks for the password in an unknown way</source>
+        <translation>El servidor pide la contraseña de un modo desconocido</translation>
+    </message>
+    <message>
+        <source>The server refuses the registration</source>
+        <translation>El servidor rechaza el registro</translation>
+    </message>
+    <message>
         <source>Failed</source>
         <translation>Error</translation>
     </message>
@@ -955,6 +1011,10 @@
     <message>
         <source>The connection was lost</source>
         <translation>Se perdió la conexión</translation>
+    </message>
+    <message>
+        <source>Key tones do not arrive</source>
+        <translation>Los tonos no llegan</translation>
     </message>
     <message>
         <source>Another phone has answered</source>

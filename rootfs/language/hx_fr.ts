@@ -913,6 +913,62 @@
         <translation>Pas de connexion sécurisée au serveur</translation>
     </message>
     <message>
+        <source>The phone has no usable certificates</source>
+        <translation>Le téléphone n’a pas de certificats utilisables</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is for another name</source>
+        <translation>Le certificat du serveur porte un autre nom</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is from an unknown authority</source>
+        <translation>Le certificat du serveur vient d’une autorité inconnue</translation>
+    </message>
+    <message>
+        <source>The certificate of the server has expired</source>
+        <translation>Le certificat du serveur a expiré</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is not valid yet</source>
+        <translation>Le certificat du serveur n’est pas encore valable</translation>
+    </message>
+    <message>
+        <source>The server does not accept the certificate of the phone</source>
+        <translation>Le serveur refuse le certificat du téléphone</translation>
+    </message>
+    <message>
+        <source>The server refuses a secure connection</source>
+        <translation>Le serveur refuse une connexion sécurisée</translation>
+    </message>
+    <message>
+        <source>The server knows no secure connection</source>
+        <translation>Le serveur ne connaît pas de connexion sécurisée</translation>
+    </message>
+    <message>
+        <source>The name service does not answer</source>
+        <translation>Le service de noms ne répond pas</translation>
+    </message>
+    <message>
+        <source>The STUN server does not answer</source>
+        <translation>Le serveur STUN ne répond pas</translation>
+    </message>
+    <message>
+        <source>The server does not know the user name</source>
+        <translation>Le serveur ne connaît pas le nom d’utilisateur</translation>
+    </message>
+    <message>
+        <source>The server is out of service</source>
+        <translation>Le serveur est hors service</translation>
+    </message>
+    <message>
+        <source>The server asks for the password in an unknown way</source>
+        <translation>Le serveur demande le mot de passe d’une façon inconnue</translation>
+    </message>
+    <message>
+        <source>The server refuses the registration</source>
+        <translation>Le serveur refuse l’enregistrement</translation>
+    </message>
+    <message>
         <source>Failed</source>
         <translation>Échec</translation>
     </message>
@@ -955,6 +1011,10 @@
     <message>
         <source>The connection was lost</source>
         <translation>La connexion a été perdue</translation>
+    </message>
+    <message>
+        <source>Key tones do not arrive</source>
+        <translation>Les tonalités n’arrivent pas</translation>
     </message>
     <message>
         <source>Another phone has answered</source>

@@ -913,6 +913,62 @@
         <translation>与服务器之间没有安全连接</translation>
     </message>
     <message>
+        <source>The phone has no usable certificates</source>
+        <translation>话机没有可用的证书</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is for another name</source>
+        <translation>服务器证书的名称不符</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is from an unknown authority</source>
+        <translation>服务器证书的颁发机构未知</translation>
+    </message>
+    <message>
+        <source>The certificate of the server has expired</source>
+        <translation>服务器证书已过期</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is not valid yet</source>
+        <translation>服务器证书尚未生效</translation>
+    </message>
+    <message>
+        <source>The server does not accept the certificate of the phone</source>
+        <translation>服务器不接受话机的证书</translation>
+    </message>
+    <message>
+        <source>The server refuses a secure connection</source>
+        <translation>服务器拒绝安全连接</translation>
+    </message>
+    <message>
+        <source>The server knows no secure connection</source>
+        <translation>服务器不支持安全连接</translation>
+    </message>
+    <message>
+        <source>The name service does not answer</source>
+        <translation>域名服务无响应</translation>
+    </message>
+    <message>
+        <source>The STUN server does not answer</source>
+        <translation>STUN 服务器无响应</translation>
+    </message>
+    <message>
+        <source>The server does not know the user name</source>
+        <translation>服务器不认识该用户名</translation>
+    </message>
+    <message>
+        <source>The server is out of service</source>
+        <translation>服务器暂停服务</translation>
+    </message>
+    <message>
+        <source>The server asks for the password in an unknown way</source>
+        <translation>服务器以未知方式要求密码</translation>
+    </message>
+    <message>
+        <source>The server refuses the registration</source>
+        <translation>服务器拒绝注册</translation>
+    </message>
+    <message>
         <source>Failed</source>
         <translation>失败</translation>
     </message>
@@ -955,6 +1011,10 @@
     <message>
         <source>The connection was lost</source>
         <translation>连接已中断</translation>
+    </message>
+    <message>
+        <source>Key tones do not arrive</source>
+        <translation>按键音无法送达</translation>
     </message>
     <message>
         <source>Another phone has answered</source>

@@ -130,6 +130,7 @@ void dlgStatus::UpdateAccountInfo()
     setValue(ui->valuePhoneNumber, QString::fromUtf8(info.szUser));
     setValue(ui->valueServer, QString::fromUtf8(info.szServer));
     setValue(ui->valueStatus, isKnown ? stateText(info.eState) : qTranslate(HX_TR("Unknown")));
+    setValue(ui->valueWhyNot, info.szWhyNot[0] ? qTranslate(info.szWhyNot) : QString());
 }
 
 int dlgStatus::SwitchAccountInfo(bool forward)

@@ -27,6 +27,7 @@ struct tagAccountInfo
     char szDisplayName[PHONE_TEXT_SIZE] = {};
     int nNewMessages = 0; // waiting in the voice mail box
     int nOldMessages = 0;
+    char szWhyNot[PHONE_TEXT_SIZE] = {}; // what is wrong with it, an English key; empty: not known
 };
 
 // Non-zero on success; index 0 to PHONE_ACCOUNT_COUNT - 1. A failed call leaves the record as it was.

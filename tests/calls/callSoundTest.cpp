@@ -137,6 +137,14 @@ TEST_F(CallSoundOfThree, ThreeWhoAreJoinedHearEachOtherUntilTheyAreSplit)
     EXPECT_TRUE(waitFor([&] { return !m_other.hears(kThird) && !m_third.hears(kOther); }));
     EXPECT_TRUE(waitFor([&] { return m_other.hears(kOne) && m_third.hears(kOne); }));
     EXPECT_FALSE(m_one.desk.join(1, 7));
+    // Who is joined with another leaves the first.
+    CallEnd here(m_one, 3);
+    CallEnd there(m_other, 3);
+    connect(here, there);
+    ASSERT_TRUE(m_one.desk.join(1, 2));
+    ASSERT_TRUE(m_one.desk.join(3, 1));
+    EXPECT_EQ(m_one.desk.joinedWith(1), 3);
+    EXPECT_EQ(m_one.desk.joinedWith(2), 0);
 }
 
 TEST_F(CallSoundOfThree, WhoIsMutedIsHeardByNobodyOfThreeWhoHearEachOther)

@@ -1,7 +1,9 @@
 // What goes over the wire of a call, piece by piece: heads, reports, seals and tones.
+#include "players/callSockets.h"
 #include "players/rtcpReports.h"
 #include "players/sealedSend.h"
 #include "players/toneEvents.h"
+#include "tests/players/wirePort.h"
 #include <QtEndian>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -240,6 +242,19 @@ TEST(Reports, DamagedOnesEndNothing)
     EXPECT_LE(here.lossThereInPercent(), 100);
 }
 
+TEST(CallSockets, APacketIsAsOldAsItHasWaited)
+{
+    const std::unique_ptr<callSockets> sockets = callSockets::open();
+    const WirePort peer;
+    peer.say(sockets->port(), "packet");
+    usleep(200000);
+    unsigned char packet[64];
+    sockaddr_in from = {};
+    qint64 ageUs = 0;
+    ASSERT_EQ(sockets->take(false, packet, sizeof packet, from, ageUs), 6);
+    EXPECT_GE(ageUs, 150000) << "whoever takes it late takes it for no jitter of the network";
+}
+
 TEST(ToneEvents, AToneIsMarkedOnceGrowsAndEndsThreeTimes)
 {
     toneEvents tones;
@@ -268,6 +283,22 @@ TEST(ToneEvents, AToneIsMarkedOnceGrowsAndEndsThreeTimes)
     EXPECT_TRUE(next.first().bFirst);
     next = tones.next(20, 8000);
     EXPECT_EQ(next.size(), 3) << "none is shorter than 40 ms";
+}
+
+TEST(ToneEvents, OneThatIsLongerThanItsLengthCanSayStaysAtTheLongest)
+{
+    toneEvents tones;
+    ASSERT_TRUE(tones.add('5', toneEvents::MOST_MS));
+    int longest = 0;
+    for (bool ends = false; !ends;) {
+        for (const toneEvents::tagEvent& event : tones.next(20, 48000)) {
+            const int length = qFromBigEndian<quint16>(event.content + 2);
+            EXPECT_GE(length, longest);
+            longest = length;
+            ends = (event.content[1] & 0x80) != 0;
+        }
+    }
+    EXPECT_EQ(longest, 0xFFFF);
 }
 
 TEST(ToneEvents, WhatWaitsIsBounded)

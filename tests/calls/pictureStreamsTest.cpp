@@ -73,6 +73,7 @@ TEST(PictureRate, FallsWithLossAndComesBack)
     EXPECT_FALSE(rate.told(5)) << "neither good nor bad";
     EXPECT_TRUE(rate.told(20));
     EXPECT_EQ(rate.kbit(), 540);
+    EXPECT_FALSE(rate.told(5)) << "no more, either";
     for (int i = 0; i < 100; ++i)
         rate.told(100);
     EXPECT_EQ(rate.kbit(), pictureRate::LEAST_KBIT);

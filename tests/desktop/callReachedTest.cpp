@@ -2,11 +2,14 @@
 #include "host/desktop/callAction.h"
 #include "host/desktop/frmCall.h"
 #include "host/services/phone/callNumber.h"
+#include "support/host/language.h"
 #include "tests/desktop/desktopTest.h"
 #include "tests/services/sipStand.h"
 #include <QLabel>
 
 namespace {
+
+constexpr int kCallGoesMs = 2000; // from the screen, after its end
 
 class CallReached : public SipPhone
 {
@@ -20,6 +23,14 @@ protected:
         kit::settle();
     }
     static std::string text(const char* label) { return labelText(kit::windows().value(0), label); }
+    // However it is broken into lines.
+    static QString plain(const char* label) { return QString::fromStdString(text(label)).replace('\n', ' '); }
+    static QByteArray whyNot()
+    {
+        tagAccountInfo info;
+        EXPECT_TRUE(phone_GetAccountInfoById(0, &info));
+        return info.szWhyNot;
+    }
     static void showPicture(kit::ScriptedMedia* media, int call)
     {
         tagCallStreams streams;
@@ -40,6 +51,49 @@ protected:
 };
 
 } // namespace
+
+TEST_F(CallReached, WhyALineHasNoSecureConnectionIsReadInEachLanguage)
+{
+    for (const char* language : {"English", "German", "French", "Spanish", "Chinese"}) {
+        GetLanguageHelper()->SetLanguage(language);
+        for (uint32_t fault = SIP_TLS_OTHER_FAULT; fault <= SIP_TLS_NOT_SPOKEN; ++fault) {
+            const QByteArray before = whyNot();
+            tellLine(0, SIP_LINE_FAILED, 0, "TLS: ", SIP_TLS_FAULT(fault));
+            ASSERT_TRUE(kit::waitUntil([&] { return whyNot() != before; })) << fault;
+            EXPECT_EQ(phone_CallNumber("300", 0, -1), 0);
+            kit::settle();
+            const QString reason = qTranslate(lastEnded().strReason.toUtf8().constData());
+            EXPECT_EQ(plain("labState"), reason) << "nothing of it is cut";
+            kit::shot(QString("call-tls-%1-%2").arg(language).arg(fault));
+            kit::stepTime(kCallGoesMs);
+        }
+    }
+}
+
+TEST_F(CallReached, TonesThatDoNotArriveAreToldForAMomentInEachLanguageAndTheCallGoesOn)
+{
+    for (const char* language : {"English", "German", "French", "Spanish", "Chinese"}) {
+        SCOPED_TRACE(language);
+        GetLanguageHelper()->SetLanguage(language);
+        const uint32_t wire = talksOut("300");
+        const std::string before = text("labState");
+        agent.tell(sipWire::make<tagSipHead>(SIP_TONES_REFUSED, wire));
+        const QString told = qTranslate("Key tones do not arrive");
+        EXPECT_TRUE(kit::waitUntil([&] { return plain("labOthers") == told; })) << text("labOthers");
+        EXPECT_EQ(text("labState"), before);
+        kit::shot(QString("call-tones-refused-") + language);
+        // Between the keys there is less room.
+        auto* keys = kit::windows()[0]->findChild<callAction*>("actKeys");
+        ASSERT_TRUE(keys);
+        kit::tap(keys);
+        EXPECT_EQ(plain("labOthers"), told);
+        kit::shot(QString("call-tones-refused-keys-") + language);
+        kit::stepTime(4000);
+        EXPECT_EQ(text("labOthers"), "");
+        phoneService::instance().rules().hangUp(call().nId);
+        kit::stepTime(kCallGoesMs);
+    }
+}
 
 TEST_F(CallReached, ACallThatIsSentOnFollowsAndSaysByWhom)
 {

@@ -29,6 +29,27 @@ TEST_F(RealLines, AChangeOnThePageRegistersAnew)
         EXPECT_FALSE(logOf(kind).join('\n').contains("s3cret")) << kind;
 }
 
+TEST_F(RealLines, WhyALineIsNotRegisteredIsReadWhereItsStateIs)
+{
+    setAccount("1002");
+    const auto refusesAs = [this](const char* status) {
+        bool isLeaving = true; // the account before
+        while (isLeaving) {
+            const QByteArray request = server.receive("REGISTER");
+            isLeaving = request.contains("expires=0") || headerOf(request, "Expires") == "0";
+            server.reply(request, isLeaving ? "200 OK" : status, "Retry-After: 600");
+        }
+    };
+    refusesAs("404 Not Found");
+    EXPECT_TRUE(lineShows("The server does not know the user name"));
+    setAccount("1003");
+    refusesAs("403 Forbidden");
+    EXPECT_TRUE(lineShows("The server does not accept name or password"));
+    ctl({"set", "language", "German"});
+    EXPECT_TRUE(lineShows("Der Server lehnt Name oder Passwort ab"));
+    EXPECT_TRUE(lineShows("Anmeldung fehlgeschlagen"));
+}
+
 TEST_F(RealLines, ACallComesInIsAnsweredByFingerHeldAndEndsByTheOtherSide)
 {
     invites("in");
@@ -157,6 +178,84 @@ TEST_F(RealLines, ACallThatCannotBeTalkedDoesNotRingAndLeavesWhoTalks)
     EXPECT_NE(sound.receive().toStdString(), "");
     EXPECT_TRUE(missedAre("2"));
     hangsUp(reply);
+    EXPECT_TRUE(ends("hung up"));
+}
+
+TEST_F(RealLines, WhoWantsAnOfferAndAnswersItWithNothingIsHungUpOnAndWhoWasHeldTalksOn)
+{
+    setUser("CallWaiting", "bEnable", "1");
+    tellChanged(kChangedWaiting);
+    UdpPeer sound;
+    const QByteArray theirs = QByteArray(kSdp).replace("40000", QByteArray::number(sound.port()));
+    const QByteArray first = talksIn("first", theirs);
+    const auto takesOffer = [&](const char* direction) {
+        const QByteArray offer = server.receive("INVITE");
+        EXPECT_TRUE(offer.contains(direction)) << offer.constData();
+        server.reply(offer, "200 OK",
+                     "Contact: <sip:200@127.0.0.1:" + QByteArray::number(server.port()) +
+                         ">\r\nContent-Type: application/sdp",
+                     theirs);
+    };
+    const QByteArray all[] = {QByteArray(kSdp).replace("AVP 8 0", "AVP 18"),
+                              QByteArray(kSdp).replace("RTP/AVP", "RTP/SAVP"),
+                              QByteArray(kSdp).replace("40000", "0"), QByteArray()};
+    int count = 0;
+    for (const QByteArray& answer : all) {
+        SCOPED_TRACE(answer.toStdString());
+        const QByteArray id = "without" + QByteArray::number(++count);
+        invites(id, {}, "");
+        ASSERT_TRUE(
+            kit::waits([&] { return ctl({"calls"}).toObject()["calls"].toArray().size() == 2; }, kWaitMs));
+        letPressesCount();
+        softKey(0);
+        takesOffer("a=sendonly");
+        const QByteArray offer = server.receive("SIP/2.0 200");
+        ASSERT_EQ(headerOf(offer, "Call-ID").toStdString(), id.toStdString());
+        server.send(request("ACK", 1, id, headerOf(offer, "To"), "ack" + id, {}, answer), agentPort);
+        const QByteArray bye = server.receive("BYE");
+        EXPECT_EQ(headerOf(bye, "Call-ID").toStdString(), id.toStdString());
+        EXPECT_TRUE(headerOf(bye, "Reason").startsWith("SIP;cause=488;")) << bye.constData();
+        server.reply(bye, "200 OK");
+        takesOffer("a=sendrecv");
+        ASSERT_TRUE(
+            kit::waits([&] { return ctl({"calls"}).toObject()["calls"].toArray().size() == 1; }, kWaitMs));
+        EXPECT_EQ(lastEnded()["end"].toString(), "failed");
+        EXPECT_EQ(lastEnded()["reason"].toString(), "The two phones have no sound in common");
+        EXPECT_FALSE(call()["held"].toBool());
+        EXPECT_EQ(call()["state"].toString(), "talking");
+        while (!sound.receive(0).isEmpty()) { // what has come before
+        }
+        EXPECT_NE(sound.receive().toStdString(), "");
+    }
+    hangsUp(first);
+    EXPECT_TRUE(ends("hung up"));
+}
+
+TEST_F(RealLines, WhoWantsAnOfferAsSoonAsItRingsHasItAndHearsNothingBeforeTheAnswer)
+{
+    UdpPeer sound;
+    const QByteArray theirs = QByteArray(kSdp).replace("40000", QByteArray::number(sound.port()));
+    invites("early", "Require: 100rel\r\n", "");
+    const QByteArray rings = server.receive("SIP/2.0 180");
+    ASSERT_TRUE(rings.contains("m=audio")) << rings.constData();
+    EXPECT_FALSE(rings.contains("m=video"));
+    server.send(request("PRACK", 2, "early", headerOf(rings, "To"), "prack",
+                        "RAck: " + headerOf(rings, "RSeq") + " 1 INVITE\r\n", theirs),
+                agentPort);
+    EXPECT_EQ(headerOf(server.receive("SIP/2.0 200"), "CSeq").toStdString(), "2 PRACK");
+    waitPage("frmCall");
+    waitIdle();
+    EXPECT_EQ(call()["state"].toString(), "ringing");
+    // Routers are kept open by what is no sound (RFC 5389).
+    for (QByteArray packet = sound.receive(500); !packet.isEmpty(); packet = sound.receive(500))
+        ASSERT_EQ(packet[0] & 0xc0, 0) << packet.toHex().constData();
+    tap("btnAnswer");
+    const QByteArray answer = replyOf("200");
+    EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
+    EXPECT_FALSE(answer.contains("m=audio")) << answer.constData();
+    EXPECT_TRUE(kit::waits([&] { return call()["sound"] == "PCMA"; }, kWaitMs));
+    EXPECT_NE(sound.receive().toStdString(), "");
+    hangsUp(answer);
     EXPECT_TRUE(ends("hung up"));
 }
 

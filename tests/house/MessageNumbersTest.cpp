@@ -20,3 +20,18 @@ TEST(MessageNumbers, NoTwoOfTheSystemsProgramsAreAlike)
     }
     EXPECT_GT(nMessages, 40);
 }
+
+TEST(MessageNumbers, NoTwoRecordsOfTheUserAgentAreAlike)
+{
+    static const QRegularExpression kinds("enum SIP_RECORD[^{]*\\{([^}]*)\\}");
+    static const QRegularExpression record("\\b(SIP_\\w+) = (\\d+)");
+    const QString all = kinds.match(readText(sourcePath("sip/sipRecords.h"))).captured(1);
+    QMap<QString, QString> names;
+    for (auto it = record.globalMatch(all); it.hasNext();) {
+        const QRegularExpressionMatch found = it.next();
+        EXPECT_FALSE(names.contains(found.captured(2)))
+            << qPrintable(found.captured(1) + " and " + names[found.captured(2)]);
+        names[found.captured(2)] = found.captured(1);
+    }
+    EXPECT_GT(names.size(), 30);
+}

@@ -181,6 +181,21 @@ TEST(PbxBooks, ACallOnlyGoesForward)
     EXPECT_TRUE(calls.isOver("one"));
 }
 
+TEST(PbxBooks, WhatBelongsToACallHasTheTagOfItsCaller)
+{
+    CallBook calls([](const std::string&) {});
+    tagSeenCall call;
+    call.callId = "one";
+    call.fromTag = "a";
+    ASSERT_TRUE(calls.begin(call, 1));
+    EXPECT_TRUE(calls.holds(Request("INFO", "").sip())) << "from him";
+    tagSeenCall other = call;
+    other.fromTag = "b";
+    CallBook others([](const std::string&) {});
+    ASSERT_TRUE(others.begin(other, 1));
+    EXPECT_FALSE(others.holds(Request("INFO", "").sip()));
+}
+
 TEST(PbxBooks, OfCallsThatAreOverTheOldestMakesRoomAndNoneThatIsNot)
 {
     CallBook calls([](const std::string&) {});

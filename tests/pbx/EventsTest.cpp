@@ -118,6 +118,20 @@ TEST_F(PbxEvents, TheCallerIsSeenFromTheBeginningAndALostCallGoesWithItsPhone)
     EXPECT_TRUE(isIdle(told)) << "it has come back without that call";
 }
 
+TEST_F(PbxEvents, APhoneThatHasOnlyTakenACallDoesNotRing)
+{
+    begin();
+    WirePhone watcher("1003", pbx.port());
+    QByteArray atFirst, atSecond;
+    ASSERT_TRUE(caller->calls("1002", "taken"));
+    take(atFirst, atSecond);
+    first->reply(atFirst, "100 Trying");
+    ASSERT_EQ(subscribe(watcher, "1002", "dialog"), 200);
+    EXPECT_TRUE(isIdle(notice(watcher)));
+    first->reply(atFirst, "180 Ringing");
+    EXPECT_TRUE(holds(notice(watcher), "<state>early</state>"));
+}
+
 TEST_F(PbxEvents, ACallThatIsRefusedIsOver)
 {
     begin();
@@ -223,6 +237,9 @@ TEST_F(PbxEvents, ACallThatNobodyAnswersBecomesAMessageAndTheVoiceMailTakesItAwa
     caller->cancels("1002", "givenup");
     EXPECT_NE(caller->hears(487).toStdString(), "");
 
+    ASSERT_TRUE(first->calls("*97", "unfit", {}, WirePhone::offer().replace("96 8", "96")));
+    first->acknowledge(first->hears(488));
+    EXPECT_EQ(first->next("NOTIFY", 300).toStdString(), "") << "nobody has listened";
     ASSERT_TRUE(first->calls("*97", "mail"));
     const QByteArray answer = first->hears(200);
     // A format that needs no further word, at a port where the exchange listens.
@@ -233,6 +250,8 @@ TEST_F(PbxEvents, ACallThatNobodyAnswersBecomesAMessageAndTheVoiceMailTakesItAwa
     first->acknowledge(answer);
     told = notice(*first);
     EXPECT_TRUE(holds(told, "Voice-Message: 0/0"));
+    first->within("INFO", answer);
+    EXPECT_TRUE(headerOf(first->hears(488), "CSeq").endsWith("INFO")) << "which ends nothing";
     const QByteArray bye = first->next("BYE");
     EXPECT_NE(bye.toStdString(), "") << "nobody listens to silence for long";
     first->reply(bye, "200 OK");
@@ -270,6 +289,21 @@ TEST_F(PbxEvents, SubscriptionsAreRefusedRefreshedAndEnded)
     EXPECT_NE(caller->hears(500).toStdString(), "");
     EXPECT_EQ(again("900", to), 200);
     EXPECT_TRUE(headerOf(notice(*caller), "Subscription-State").startsWith("active;expires=900"));
+    // Of the same user, in another dialogue of that name.
+    const auto beside = [&](int number, const QByteArray& lines) {
+        caller->wire().send(caller
+                                ->text("SUBSCRIBE", caller->at("1002"), "f", number,
+                                       "Event: dialog\r\nExpires: 0" + lines, {}, to)
+                                .replace(";tag=ff", ";tag=other"),
+                            pbx.port());
+    };
+    beside(100, {});
+    beside(101, "\r\n" + caller->answerTo(caller->hears(407), "SUBSCRIBE", caller->at("1002")));
+    EXPECT_NE(caller->hears(481).toStdString(), "");
+    // Whoever has moved says so.
+    const QByteArray moved = "Event: dialog\r\nExpires: 900\r\nContact: <sip:1001@" + first->own() + ">";
+    EXPECT_EQ(statusOf(caller->ask("SUBSCRIBE", caller->at("1002"), "f", moved, {}, to)), 200);
+    EXPECT_NE(notice(*first).toStdString(), "");
     EXPECT_EQ(again("0", to), 200);
     EXPECT_TRUE(headerOf(notice(*caller), "Subscription-State").startsWith("terminated"));
     EXPECT_EQ(again("600", to), 481);

@@ -84,6 +84,26 @@ TEST_F(PbxRegistrar, WhoHasAnotherPasswordOrAnotherNameIsRefused)
     EXPECT_FALSE(contactsAt(asker, "1001").contains("Contact:"));
 }
 
+TEST_F(PbxRegistrar, WhoHidesHisNameRegistersNoPhoneAndOneWayOfAnAnswerIsTaken)
+{
+    WirePhone phone("1001", pbx.port());
+    const auto asks = [&](int number, const QByteArray& lines) {
+        return phone.text("REGISTER", uri(), "hidden", number,
+                          "Contact: <sip:1001@" + phone.own() + ">" + lines, {},
+                          "<" + phone.at("1001") + ">");
+    };
+    const auto answer = [&] { return "\r\n" + phone.answerTo(phone.hears(401), "REGISTER", uri()); };
+    phone.wire().send(asks(1, {}), pbx.port());
+    phone.wire().send(asks(2, answer()).replace("From: <sip:1001@", "From: <sip:anonymous@"), pbx.port());
+    EXPECT_NE(phone.hears(403).toStdString(), "");
+    phone.wire().send(asks(3, {}), pbx.port());
+    phone.wire().send(asks(4, answer().replace("qop=auth,", "qop=auth-int,")), pbx.port());
+    EXPECT_NE(phone.hears(403).toStdString(), "") << "it covers a body that nobody has looked at";
+    phone.wire().send(asks(5, {}), pbx.port());
+    phone.wire().send(asks(6, answer()), pbx.port());
+    EXPECT_NE(phone.hears(200).toStdString(), "");
+}
+
 TEST_F(PbxRegistrar, AnAnswerToAQuestionThatWasNeverAskedIsAskedAgain)
 {
     const QByteArray invented =

@@ -100,18 +100,23 @@ QByteArray WirePhone::registers(int seconds)
                contact + QByteArray::number(seconds) + "\r\n" + "X-Phone: test", {}, "<" + at(m_user) + ">");
 }
 
-bool WirePhone::calls(const QByteArray& user, const QByteArray& callId, const QByteArray& lines)
+QByteArray WirePhone::offer()
 {
-    const QByteArray offer = "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=offer\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
-                             "m=audio 40000 RTP/AVP 96 8\r\na=rtpmap:96 opus/48000/2\r\n";
-    m_wire.send(text("INVITE", at(user), callId, ++m_nNumber, lines, offer), m_nServer);
+    return "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=offer\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
+           "m=audio 40000 RTP/AVP 96 8\r\na=rtpmap:96 opus/48000/2\r\n";
+}
+
+bool WirePhone::calls(const QByteArray& user, const QByteArray& callId, const QByteArray& lines,
+                      const QByteArray& sdp)
+{
+    m_wire.send(text("INVITE", at(user), callId, ++m_nNumber, lines, sdp), m_nServer);
     const QByteArray question = hears(407);
     acknowledge(question);
     const QByteArray answer = answerTo(question, "INVITE", at(user));
     if (answer.isEmpty())
         return false;
     m_wire.send(text("INVITE", at(user), callId, ++m_nNumber,
-                     lines.isEmpty() ? answer : lines + "\r\n" + answer, offer),
+                     lines.isEmpty() ? answer : lines + "\r\n" + answer, sdp),
                 m_nServer);
     return true;
 }

@@ -22,8 +22,11 @@ public:
     QByteArray ask(const QByteArray& method, const QByteArray& uri, const QByteArray& callId,
                    const QByteArray& lines = {}, const QByteArray& body = {}, const QByteArray& to = {});
     QByteArray registers(int seconds = 3600);
+    // With plain sound, and another one before it.
+    static QByteArray offer();
     // Begins a call with an offer; true when it was let through.
-    bool calls(const QByteArray& user, const QByteArray& callId, const QByteArray& lines = {});
+    bool calls(const QByteArray& user, const QByteArray& callId, const QByteArray& lines = {},
+               const QByteArray& sdp = offer());
     void cancels(const QByteArray& user, const QByteArray& callId, const QByteArray& lines = {});
     // A request within the call that a reply has made.
     void within(const QByteArray& method, const QByteArray& reply, const QByteArray& lines = {},

@@ -205,6 +205,26 @@ TEST_F(RuledCalls, NobodyWhoTalksIsInterruptedByAnAnswer)
     EXPECT_EQ(orders(), QStringList{of("answer", two[0])}) << "one that only rings does not count";
 }
 
+TEST_F(RuledCalls, NobodyWhoTalksIsInterruptedByWhoAsksToBeAnswered)
+{
+    setLine(0, "AutoAnswer", "bByCaller", "1");
+    tagCall asks;
+    asks.nAccount = 0;
+    asks.strNumber = "4712";
+    asks.bAsksAnswer = true;
+    const int first = talk();
+    orders();
+    const int id = backend.arrive(asks);
+    kit::stepTime(1000);
+    EXPECT_EQ(orders(), QStringList{of("ring", id)});
+    rules->hangUp(first);
+    rules->hangUp(id);
+    orders();
+    const int second = backend.arrive(asks);
+    kit::stepTime(1000);
+    EXPECT_EQ(orders(), (QStringList{of("ring", second), of("answer", second)}));
+}
+
 TEST_F(RuledCalls, AnAnswerComesBeforeAForwardOfTheSameTime)
 {
     setForward("NoAnswerForward", "333");

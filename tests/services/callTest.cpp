@@ -336,6 +336,25 @@ TEST_F(Calls, ThoseThatWaitForRoomAreTriedOnceMoreAtTheEndOfThePhone)
     EXPECT_EQ(callHistoryClear(), 1);
 }
 
+TEST_F(Calls, OfThoseThatCannotBeStoredNoMoreWaitThanTheListHoldsAndNoneComesBackWhenItIsCleared)
+{
+    callHistoryOnFault(nullptr, 1000000);
+    QFile::remove(hostPath(kHistory));
+    writeFile("/rundata/data/callHistory.xml/held", "");
+    for (int i = 0; i < CALL_HISTORY_MAX + 5; ++i)
+        callHistoryAdd(tagCall());
+    EXPECT_EQ(callHistoryFinish(), 0);
+    EXPECT_EQ(callHistoryFinish(), 0);
+    EXPECT_EQ(traces().last(),
+              QString("the call history could not be saved, calls lost: %1").arg(CALL_HISTORY_MAX));
+    EXPECT_EQ(callHistoryClear(), 0);
+    EXPECT_TRUE(QDir(hostPath(kHistory)).removeRecursively());
+    EXPECT_EQ(callHistoryFinish(), 1);
+    EXPECT_FALSE(readFile(kHistory).contains("<Call ")) << "what waited has gone, too";
+    callHistoryOnFault(nullptr);
+    m_bCleared = true;
+}
+
 TEST_F(Calls, BurstOfCallsIsWholeAndInOrder)
 {
     QStringList expected;

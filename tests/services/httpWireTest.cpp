@@ -76,7 +76,7 @@ protected:
         };
     }
 
-    static constexpr qint64 kMostTaken = 16 << 20; // bytes, with what the system's buffers hold
+    static constexpr qint64 kMostTaken = 64 << 20; // bytes: the buffers of two ends alone may hold 36 MiB
     static constexpr qint64 kGivenUp = 256 << 20;  // bytes
     qint64 taken = 0;
     const QByteArray kCode = QByteArray("lobby:a b").toBase64();

@@ -17,6 +17,12 @@ protected:
         EXPECT_TRUE(account);
         return account ? *account : none;
     }
+    static QString whyNot(int line)
+    {
+        tagAccountInfo info;
+        EXPECT_TRUE(phone_GetAccountInfoById(line, &info));
+        return info.szWhyNot;
+    }
     bool comesTo(int line, LINE_STATE state)
     {
         return kit::waitUntil([=] { return stateOf(line) == state; });
@@ -279,34 +285,99 @@ TEST_F(SipAccounts, WhoDialsIsToldWhyTheLineIsNotThere)
         uint32_t nStatus;
         const char* szTold;
         const char* szReason;
-    } faults[] = {{SIP_LINE_REFUSED, 401, "The server does not accept name or password",
-                   "The server does not accept name or password"},
-                  {SIP_LINE_REFUSED, 403, "Forbidden", "The server does not accept name or password"},
-                  {SIP_LINE_REFUSED, 401,
-                   "The server asks for a password in a way that is not known, or not wanted, here",
-                   "The line is not registered"},
-                  {SIP_LINE_FAILED, 0, "The server does not answer", "The server does not answer"},
-                  {SIP_LINE_FAILED, 0, "The server's name is not known", "The server's name is not known"},
-                  {SIP_LINE_FAILED, 0, "TLS: the certificate has expired",
-                   "There is no secure connection to the server"},
-                  {SIP_LINE_REFUSED, 0, "The certificates of cafile.pem cannot be read",
-                   "There is no secure connection to the server"},
-                  {SIP_LINE_FAILED, 500, "Server Internal Error", "The line is not registered"}};
+        SIP_TLS_FAULT eTls = SIP_TLS_NO_FAULT;
+    } faults[] = {
+        {SIP_LINE_REFUSED, 401, "The server does not accept name or password",
+         "The server does not accept name or password"},
+        {SIP_LINE_REFUSED, 403, "Forbidden", "The server does not accept name or password"},
+        {SIP_LINE_REFUSED, 401,
+         "The server asks for a password in a way that is not known, or not wanted, here",
+         "The server asks for the password in an unknown way"},
+        {SIP_LINE_FAILED, 404, "Not Found", "The server does not know the user name"},
+        {SIP_LINE_FAILED, 503, "Service Unavailable", "The server is out of service"},
+        {SIP_LINE_FAILED, 423, "Interval Too Brief", "The server refuses the registration"},
+        {SIP_LINE_FAILED, 200, "The server does not keep the registration",
+         "The server refuses the registration"},
+        {SIP_LINE_FAILED, 0, "The server does not answer", "The server does not answer"},
+        {SIP_LINE_FAILED, 0, "The server's name is not known", "The server's name is not known"},
+        {SIP_LINE_FAILED, 0, "The name service does not answer", "The name service does not answer"},
+        {SIP_LINE_FAILED, 0, "TLS: ", "There is no secure connection to the server", SIP_TLS_OTHER_FAULT},
+        {SIP_LINE_REFUSED, 0, "The certificates of cafile.pem cannot be read",
+         "The phone has no usable certificates", SIP_TLS_OWN_FILES},
+        {SIP_LINE_FAILED, 0, "TLS: ", "The certificate of the server is for another name",
+         SIP_TLS_OTHER_NAME},
+        {SIP_LINE_FAILED, 0, "TLS: ", "The certificate of the server is from an unknown authority",
+         SIP_TLS_UNKNOWN_AUTHORITY},
+        {SIP_LINE_FAILED, 0, "TLS: ", "The certificate of the server has expired", SIP_TLS_EXPIRED},
+        {SIP_LINE_FAILED, 0, "TLS: ", "The certificate of the server is not valid yet",
+         SIP_TLS_NOT_YET_VALID},
+        {SIP_LINE_FAILED, 0, "TLS: ", "The server does not accept the certificate of the phone",
+         SIP_TLS_OWN_CERTIFICATE},
+        {SIP_LINE_FAILED, 0, "TLS: ", "The server refuses a secure connection", SIP_TLS_REFUSED},
+        {SIP_LINE_FAILED, 0, "TLS: ", "The server knows no secure connection", SIP_TLS_NOT_SPOKEN},
+        {SIP_LINE_FAILED, 500, "Server Internal Error", "The server is out of service"},
+        {SIP_LINE_FAILED, 0, "The account makes no address", "The line is not registered"}};
     begin();
     for (const auto& each : faults) {
         for (const int line : {0, -1}) {
             tellLine(0, SIP_LINE_REGISTERED, 200);
             ASSERT_TRUE(comesTo(0, LINE_DEFAULT_ACCOUNT));
-            tellLine(0, each.eState, each.nStatus, each.szTold);
+            EXPECT_EQ(whyNot(0), "");
+            tellLine(0, each.eState, each.nStatus, each.szTold, each.eTls);
             ASSERT_TRUE(comesTo(0, LINE_REGISTER_FAILED));
             EXPECT_EQ(phone_CallNumber("300", line, -1), 0);
             EXPECT_EQ(lastEnded().strReason, each.szReason) << line;
+            EXPECT_EQ(whyNot(0), each.szReason);
             tellLine(0, SIP_LINE_REGISTERING);
             ASSERT_TRUE(comesTo(0, LINE_REGISTERING));
             EXPECT_EQ(phone_CallNumber("300", line, -1), 0);
             EXPECT_EQ(lastEnded().strReason, each.szReason) << "while it is tried again";
+            EXPECT_EQ(whyNot(0), each.szReason);
         }
     }
     EXPECT_EQ(phone_CallNumber("300", 1, -1), 0);
     EXPECT_EQ(lastEnded().strReason, "The line is not registered") << "nobody has tried";
+}
+
+TEST_F(SipAccounts, AStunServerThatDoesNotAnswerIsToldOfALineThatIsRegistered)
+{
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") +
+                        "[NAT]\nNATTraversal=1\nSTUNServer=stun.example.com\nSTUNPort=3478\n");
+    begin();
+    const auto tellStun = [this](const char* address, bool isSilent) {
+        auto stun = sipWire::make<tagSipStun>(SIP_STUN, 0);
+        sipWire::setText(stun.szAddress, address);
+        stun.nPort = 3478;
+        stun.bSilent = isSilent;
+        agent.tell(stun);
+    };
+    tellStun("", false);
+    kit::settle();
+    EXPECT_EQ(whyNot(0), "") << "nobody has asked it yet";
+    tellStun("", true);
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0) == "The STUN server does not answer"; }));
+    EXPECT_FALSE(traces().filter("the STUN server of line 1 does not answer").isEmpty());
+    tellLine(0, SIP_LINE_FAILED, 0, "The server does not answer");
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0) == "The server does not answer"; }));
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0) == "The STUN server does not answer"; }));
+    tellStun("192.0.2.1", false);
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0).isEmpty(); }));
+    tellStun("", true);
+    EXPECT_TRUE(kit::waitUntil([] { return !whyNot(0).isEmpty(); }));
+    agent.leave();
+    EXPECT_TRUE(kit::waitUntil([] { return whyNot(0).isEmpty(); }));
+}
+
+TEST_F(SipAccounts, WhoLooksAtALineHearsThatItFailsForAnotherReason)
+{
+    begin();
+    Recorder recorder;
+    phone_RegAccountNotify(&recorder, 0);
+    for (const SIP_TLS_FAULT fault : {SIP_TLS_UNKNOWN_AUTHORITY, SIP_TLS_OTHER_NAME}) {
+        const qsizetype before = recorder.received.size();
+        tellLine(0, SIP_LINE_FAILED, 0, "TLS: ", fault);
+        EXPECT_TRUE(kit::waitUntil([&] { return recorder.received.size() > before; })) << fault;
+    }
+    EXPECT_EQ(whyNot(0), "The certificate of the server is for another name");
 }

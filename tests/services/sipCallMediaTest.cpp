@@ -217,6 +217,40 @@ TEST_F(SipCallMedia, WhatWasAgreedOnBeforeTheAnswerHoldsWhereThatSaysNoMore)
     EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
 }
 
+TEST_F(SipCallMedia, ADescriptionThatNoRecordHoldsIsNotSentInPart)
+{
+    media->bSilent = true;
+    EXPECT_EQ(phone_CallNumber("300", 0, -1), 1);
+    media->tellDescribed(call().nId, QByteArray(SIP_SDP_SIZE, 'x'));
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().strReason, "Sound is not available at present");
+    EXPECT_TRUE(agent.isQuiet(SIP_DIAL));
+}
+
+TEST_F(SipCallMedia, WhatWasAgreedOnWithWhoSendsTheCallOnIsNothingToTheNext)
+{
+    const uint32_t wire = dials("300");
+    tellEarly(wire);
+    tellEnd(wire, SIP_REDIRECTED, 302, "sip:301@example.com");
+    const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
+    ASSERT_TRUE(dial);
+    tellMedia(SIP_TALK, dial->head.nId, "");
+    ASSERT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
+}
+
+TEST_F(SipCallMedia, WhoRefusesAPictureIsNotHeldForIt)
+{
+    talksOut();
+    EXPECT_TRUE(rules().setCamera(call().nId, true));
+    EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 2");
+    media->orders.clear();
+    tellMedia(SIP_TALK, OUT, "");
+    EXPECT_TRUE(kit::waitUntil([this] { return media->orders == QStringList{"withdraw"}; }));
+    EXPECT_FALSE(call().bHeld);
+    EXPECT_TRUE(agent.isQuiet(SIP_MEDIA));
+}
+
 TEST_F(SipCallMedia, AnOfferThatTheOtherSidesTookThePlaceOfIsMadeAgain)
 {
     const int id = talksIn(IN);

@@ -75,11 +75,22 @@ TEST_F(SipCallTransfer, WhoAsksForACallThatIsRedirectedHearsOfTheOneThatFollows)
     EXPECT_EQ(dial->nReferrer, 0u) << "it goes on without him";
 }
 
+TEST_F(SipCallTransfer, OneThatIsRedirectedAndTalksGoesNowhereAnyMore)
+{
+    tellEnd(dials("300"), SIP_REDIRECTED, 302, "sip:301@example.com");
+    const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
+    ASSERT_TRUE(dial);
+    EXPECT_NE(call().strTarget, "");
+    tellMedia(SIP_TALK, dial->head.nId, "their answer");
+    EXPECT_TRUE(kit::waitUntil([] { return call().eState == CALL_TALKING; }));
+    EXPECT_EQ(call().strTarget, "");
+}
+
 TEST_F(SipCallTransfer, WhoTakesThePlaceOfAnotherIsAnsweredAsThatOneWas)
 {
     const int id = arrives(arrival(IN));
     tagCallOptions options;
-    options.bVideo = true;
+    options.bVideo = options.bCamera = true;
     options.nBandwidth = 512;
     EXPECT_TRUE(backend().answer(id, options));
     EXPECT_TRUE(agent.next<tagSipMedia>(SIP_ANSWER));
@@ -92,6 +103,7 @@ TEST_F(SipCallTransfer, WhoTakesThePlaceOfAnotherIsAnsweredAsThatOneWas)
     EXPECT_EQ(calls().last().strNumber, "201");
     EXPECT_TRUE(wish.options.bVideo);
     EXPECT_EQ(wish.options.nBandwidth, 512);
+    EXPECT_FALSE(wish.options.bCamera) << "none was open";
 }
 
 TEST_F(SipCallTransfer, AnOutcomeThatNobodyWaitsForEndsNothing)

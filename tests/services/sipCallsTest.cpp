@@ -97,6 +97,9 @@ TEST_F(SipCallTest, OneThatGoesOutTellsOnceItRingsThere)
     sipWire::setText(ended.szTarget, "sip:301@pbx.test");
     agent.tell(ended);
     EXPECT_TRUE(kit::waitUntil([] { return !call().bRingsThere; }));
+    progress.head.nId = agent.next<tagSipDial>(SIP_DIAL)->head.nId;
+    agent.tell(progress);
+    EXPECT_TRUE(kit::waitUntil([] { return call().bRingsThere; })) << "who sends sound before the answer";
 }
 
 TEST_F(SipCallTest, OneThatComesInRingsIsAnsweredAndEndsByTheOtherSide)

@@ -231,6 +231,8 @@ TEST_F(SipDoorTest, AnAnswerWhileItsOfferIsLookedAtLeavesTheOfferItsOwn)
     tellMedia(SIP_OFFER, IN, "moved");
     EXPECT_TRUE(phoneService::instance().answer(id));
     EXPECT_EQ(nextMedia(SIP_ANSWER), "answer 1");
+    media->tellLost();
+    EXPECT_EQ(media->orders.last(), "answer moved with") << "other media are asked for the same";
     media->tellDescribed(id, "late");
     EXPECT_EQ(nextMedia(SIP_MEDIA), "late");
     tellMedia(SIP_TALK, IN, "moved");

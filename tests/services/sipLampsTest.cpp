@@ -178,7 +178,9 @@ TEST_F(SipLamps, AListHasItsMembersAndTheirLampsAreAskedForByNobodyElse)
     // What does not fit the list is left.
     sayMember(0, 1, "8009", "Ben", SIP_LAMP_BUSY);
     sayMember(0, 7, "8002", "Ben", SIP_LAMP_BUSY);
-    EXPECT_EQ(heard(), QStringList());
+    lamps.refresh();
+    EXPECT_EQ(heard().filter("8002"), QStringList());
+    EXPECT_EQ(book().state(ben), LAMP_RINGING);
     EXPECT_EQ(wanted(), QStringList());
     // Who is off the list is asked for by himself.
     sayList(0, 1);
@@ -189,6 +191,45 @@ TEST_F(SipLamps, AListHasItsMembersAndTheirLampsAreAskedForByNobodyElse)
     EXPECT_EQ(wanted(), (QStringList{"list 0 ", "+3 8002@0"}));
     book().unwatch(ben);
     book().unwatch(kAnna);
+}
+
+TEST_F(SipLamps, WhatComesOfAListOutOfTurnIsLeft)
+{
+    lists[0] = "all";
+    book().watchList(0);
+    wanted();
+    sayList(0, 2);
+    sayMember(0, 1, "8002", "Ben", SIP_LAMP_IDLE);
+    sayMember(0, 0, "8001", "Anna", SIP_LAMP_IDLE);
+    EXPECT_EQ(members(0), QStringList());
+    sayMember(0, 1, "8002", "Ben", SIP_LAMP_IDLE);
+    EXPECT_EQ(members(0), (QStringList{"8001=Anna", "8002=Ben"}));
+    // Another one begins before the first has come.
+    sayList(0, 2);
+    sayMember(0, 0, "8003", "Cleo", SIP_LAMP_IDLE);
+    sayList(0, 1);
+    sayMember(0, 0, "8004", "Doris", SIP_LAMP_IDLE);
+    EXPECT_EQ(members(0), QStringList{"8004=Doris"});
+    lamps.watchList(0);
+    EXPECT_EQ(wanted(), QStringList{"list 0 all"}) << "who asks again is told anew";
+    book().unwatchList(0);
+}
+
+TEST_F(SipLamps, WhoIsOnAListNowMakesRoomForWhoWaitsLongest)
+{
+    lists[0] = "all";
+    book().watchList(0);
+    sayList(0, 1);
+    sayMember(0, 0, "9000", "Anna", SIP_LAMP_IDLE);
+    for (int i = 0; i < SIP_WATCHES_MAX + 1; ++i)
+        book().watch({0, QString::number(9000 + i)});
+    EXPECT_EQ(wanted().size(), SIP_WATCHES_MAX + 1) << "and the list";
+    sayList(0, 1);
+    sayMember(0, 0, "9001", "Ben", SIP_LAMP_IDLE);
+    EXPECT_EQ(wanted(), (QStringList{"-1", QString("+%1 9000@0").arg(SIP_WATCHES_MAX + 1)}));
+    for (int i = 0; i < SIP_WATCHES_MAX + 1; ++i)
+        book().unwatch({0, QString::number(9000 + i)});
+    book().unwatchList(0);
 }
 
 TEST_F(SipLamps, AListAtAnotherAddressIsAnotherOne)

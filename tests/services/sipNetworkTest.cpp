@@ -45,6 +45,15 @@ TEST_F(SipNetworkOf, TheMediaAskTheServerOfTheirLineThatIsThere)
     tellStun(0, "");
     ASSERT_NE(dials("302"), 0u);
     EXPECT_EQ(media->lastWish.stunServer, "");
+    // The next agent has asked no server yet.
+    tellStun(0, "203.0.113.7");
+    agent.leave();
+    ASSERT_TRUE(kit::waitUntil([] { return calls().isEmpty(); }));
+    agentComes();
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    ASSERT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_DEFAULT_ACCOUNT; }));
+    ASSERT_NE(dials("303"), 0u);
+    EXPECT_EQ(media->lastWish.stunServer, "");
 }
 
 TEST(CallNumberAt, AnAddressAtTheLinesOwnServerIsShownAsItsNumber)

@@ -137,7 +137,8 @@ protected:
     // An agent comes, and is told who it is to register.
     void agentComes();
     // The lines of the phone, as the agent tells them.
-    void tellLine(int line, SIP_LINE_STATE state, uint32_t status = 0, const char* reason = "");
+    void tellLine(int line, SIP_LINE_STATE state, uint32_t status = 0, const char* reason = "",
+                  SIP_TLS_FAULT fault = SIP_TLS_NO_FAULT);
     // All of it: the agent comes, and line 0 is registered.
     void begin();
 
@@ -175,6 +176,7 @@ protected:
 
     kit::ScriptedMedia* media = nullptr;
     kit::ScriptedAgent agent;
+    int nKept = -1; // of the calls at the end of the test, those that have a place in the lists; -1: all
     QList<tagCall> heard;
 
 private:

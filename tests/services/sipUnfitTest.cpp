@@ -1,4 +1,5 @@
 // Calls from outside that could not be talked: nobody hears of them but who looks at the lists.
+#include "host/services/phone/callHistory.h"
 #include "support/host/registry.h"
 #include "tests/services/sipStand.h"
 
@@ -284,6 +285,56 @@ TEST_F(SipUnfit, WhoCannotTakeThePlaceOfAnotherLeavesHim)
     EXPECT_EQ(call().nId, first);
     EXPECT_EQ(calls().size(), 1);
     EXPECT_EQ(heard.size(), told) << "he has not called";
+}
+
+TEST_F(SipUnfit, CallsThatDoNotRingDoNotTakeThePlacesOfThoseThatDid)
+{
+    constexpr int kBefore = CALL_HISTORY_MAX - CALL_HISTORY_SILENT_MAX;
+    nKept = CALL_HISTORY_MAX;
+    QByteArray before = "<CallHistory>\n";
+    for (int i = 0; i < CALL_HISTORY_MAX; ++i)
+        before += "<Call number=\"b" + QByteArray::number(i) +
+                  "\" name=\"\" line=\"1\" direction=\"in\" "
+                  "missed=\"1\" seconds=\"0\"/>\n";
+    writeFile("/rundata/data/callHistory.xml", before + "</CallHistory>\n");
+    arrives(arrival(IN, "200"));
+    tellEnd(IN, SIP_CANCELLED);
+    ASSERT_TRUE(waitsForEnd());
+    media->fit = CALL_NO_FORMAT;
+    const int flood = 2 * CALL_HISTORY_SILENT_MAX;
+    for (int i = 1; i <= flood; ++i) {
+        agent.tell(arrival(IN + uint32_t(i), QByteArray::number(1000 + i)));
+        ASSERT_TRUE(waitsForEnd(1 + i));
+    }
+    const auto isWhole = [&] {
+        const QStringList numbers = history("number", CALL_HISTORY_MAX);
+        return numbers.value(0) == QString::number(1000 + flood) &&
+               numbers.value(CALL_HISTORY_SILENT_MAX) == "200" &&
+               numbers.value(CALL_HISTORY_MAX - 1) == QString("b%1").arg(kBefore - 2);
+    };
+    EXPECT_TRUE(kit::waitUntil(isWhole)) << history("number", CALL_HISTORY_MAX).join(' ').toStdString();
+    EXPECT_EQ(history("silent", CALL_HISTORY_MAX).count("1"), CALL_HISTORY_SILENT_MAX);
+}
+
+TEST_F(SipUnfit, OneCallerDoesNotTakeThePlacesOfOthersWhoDidNotRing)
+{
+    media->fit = CALL_NO_FORMAT;
+    int count = 0;
+    const auto call = [&](const QByteArray& number) {
+        agent.tell(arrival(IN + uint32_t(count), number.constData()));
+        ASSERT_TRUE(waitsForEnd(++count));
+    };
+    call("201");
+    for (int i = 0; i < 2 * CALL_HISTORY_SILENT_OF_ONE_MAX; ++i)
+        call("200");
+    constexpr int kAnonymous = CALL_HISTORY_SILENT_OF_ONE_MAX + 2;
+    for (int i = 0; i < kAnonymous; ++i)
+        call(""); // nobody knows how many they are
+    const int kept = nKept = 1 + CALL_HISTORY_SILENT_OF_ONE_MAX + kAnonymous;
+    const auto numbers = [&] { return history("number", kept); };
+    EXPECT_TRUE(kit::waitUntil([&] { return numbers().count("") == kAnonymous; }));
+    EXPECT_EQ(numbers().count("200"), CALL_HISTORY_SILENT_OF_ONE_MAX);
+    EXPECT_EQ(numbers().value(kept - 1), "201");
 }
 
 } // namespace

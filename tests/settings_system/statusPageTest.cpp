@@ -45,6 +45,14 @@ protected:
         ASSERT_TRUE(phoneSimulation::instance()->setLine(index, line));
         kit::settle();
     }
+    static void setWhyNot(int index, const char* reason)
+    {
+        tagLineSetting line;
+        line.state = LINE_REGISTER_FAILED;
+        line.whyNot = reason;
+        ASSERT_TRUE(phoneSimulation::instance()->setLine(index, line));
+        kit::settle();
+    }
     void next() { softKey(2); }
 };
 
@@ -213,6 +221,42 @@ TEST_F(StatusPage, EveryLanguageHasRoomForEveryStateAndEveryLink)
         EXPECT_EQ(text("valueStatus"), qTranslate("Exit", "state of a line"));
         EXPECT_NE(text("valueStatus"), "Exit");
     }
+}
+
+TEST_F(StatusPage, EveryLanguageHasRoomForEachReasonWhyALineIsNotRegistered)
+{
+    openStatus();
+    EXPECT_EQ(text("valueWhyNot"), "");
+    const char* const reasons[] = {"The server does not accept name or password",
+                                   "The server does not answer",
+                                   "The server's name is not known",
+                                   "The name service does not answer",
+                                   "The STUN server does not answer",
+                                   "The server does not know the user name",
+                                   "The server is out of service",
+                                   "The server asks for the password in an unknown way",
+                                   "The server refuses the registration",
+                                   "The line is not registered",
+                                   "There is no secure connection to the server",
+                                   "The phone has no usable certificates",
+                                   "The certificate of the server is for another name",
+                                   "The certificate of the server is from an unknown authority",
+                                   "The certificate of the server has expired",
+                                   "The certificate of the server is not valid yet",
+                                   "The server does not accept the certificate of the phone",
+                                   "The server refuses a secure connection",
+                                   "The server knows no secure connection"};
+    for (const char* language : {"English", "German", "French", "Spanish", "Chinese"}) {
+        GetLanguageHelper()->SetLanguage(language);
+        for (const char* reason : reasons) {
+            setWhyNot(0, reason);
+            EXPECT_EQ(text("valueWhyNot"), qTranslate(reason)) << language;
+            EXPECT_EQ(qTranslate(reason) == reason, qstrcmp(language, "English") == 0) << language;
+        }
+        kit::shot(QString("status-why-") + language);
+    }
+    next();
+    EXPECT_EQ(text("valueWhyNot"), "") << "that is another line";
 }
 
 TEST_F(StatusPage, TheLanguageChangesInPlace)

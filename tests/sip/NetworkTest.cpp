@@ -97,6 +97,20 @@ TEST_F(SipNetwork, SignsOfLifeKeepTheWayToTheServerOpen)
     EXPECT_EQ(peer->receive("\r\n", 400).toStdString(), "");
 }
 
+TEST_F(SipNetwork, AServerThatHasGoneIsNoticedByTheSignsOfLifeAndSoIsItsReturn)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nKeepMs = 100;
+    begin(setup);
+    const uint32_t port = peer->port();
+    peer.reset();
+    const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+    ASSERT_TRUE(state) << "it would else be believed until the registration ends";
+    EXPECT_STREQ(state->szReason, "The server does not answer");
+    peer = std::make_unique<UdpPeer>("127.0.0.1", port);
+    acceptAnew();
+}
+
 TEST_F(SipNetwork, SignsOfLifeGoOverConnectionsAndAreAnswered)
 {
     tagSipSetup setup = AgentProcess::quickSetup();

@@ -267,6 +267,7 @@ TEST_F(SipOffers, WhoCallsMovesMediaThatWereAgreedOnBeforeTheAnswer)
     lastAnswer = early;
     sendUpdate(2, "v=0\r\ns=too soon\r\n");
     EXPECT_NE(peer->receive("SIP/2.0 500").toStdString(), "") << "the first answer is not acknowledged";
+    EXPECT_FALSE(next<tagSipMedia>(SIP_OFFER, kFirst, 100));
     acknowledgeEarly(early, 3);
     for (const char* answer : {"", "v=0\r\ns=answer to that\r\n"}) {
         sendUpdate(*answer ? 5 : 4, "v=0\r\ns=moved\r\n");
@@ -360,6 +361,7 @@ TEST_F(SipOffers, WhoAcknowledgesAnEarlyOfferWithoutAnAnswerHasAgreedToNothing)
     EXPECT_FALSE(next<tagSipMedia>(SIP_EARLY, kFirst, 100));
     sendUpdate(3, "v=0\r\ns=moved\r\n");
     EXPECT_NE(peer->receive("SIP/2.0 500").toStdString(), "");
+    EXPECT_FALSE(next<tagSipMedia>(SIP_OFFER, kFirst, 100));
     tellMedia(SIP_ANSWER, kFirst, "");
     const QByteArray answer = peer->receive("SIP/2.0 200");
     EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");

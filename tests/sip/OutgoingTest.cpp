@@ -14,6 +14,7 @@ TEST_F(SipCalls, WhoIsCalledIsHeardEarlyAnswersAndIsHungUpOn)
 {
     begin(AgentProcess::calmSetup());
     const uint32_t port = peer->port();
+    peer->reply(peer->receive("SUBSCRIBE"), "489 Bad Event"); // else the peer is missed when it has gone
     peer.reset();
     startSipp("calledTalks.xml", port);
     dial(5, "300");
@@ -135,6 +136,27 @@ TEST_F(SipCalls, WhoeverIsCalledWritesNoHeadersOfTheNextCall)
         EXPECT_EQ(headerOf(invite, name).toStdString(), "") << name;
     EXPECT_EQ(headerOf(invite, "To").toStdString(), '<' + moved.toStdString() + '>');
     EXPECT_TRUE(invite.endsWith("s=offer\r\n")) << invite.constData();
+}
+
+TEST_F(SipCalls, ACallTakesNoWayThatTheOtherSideNames)
+{
+    begin();
+    UdpPeer other;
+    const QByteArray way = "Contact: <sip:127.0.0.1:" + QByteArray::number(other.port()) + ">";
+    uint32_t id = 0;
+    for (const bool isTalking : {false, true}) {
+        SCOPED_TRACE(isTalking);
+        if (isTalking) {
+            ASSERT_NE(talkOut(++id), 0u);
+            tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n");
+        } else {
+            dial(++id, "300");
+        }
+        peer->reply(peer->receive("INVITE"), "305 Use Proxy", way);
+        if (!isTalking)
+            expectEnd(id, SIP_REFUSED, 305);
+        EXPECT_EQ(other.receive(300).toStdString(), "");
+    }
 }
 
 TEST_F(SipCalls, ACallIsNotSentOnToHalfAnAddress)

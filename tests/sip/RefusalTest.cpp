@@ -180,3 +180,141 @@ TEST_F(SipRefusals, ARedirectionThatNamesNoPlaceForTheLineIsToldAndTriedAgain)
     }
     EXPECT_EQ(other.receive(200).toStdString(), "");
 }
+
+TEST_F(SipRefusals, ALineGoesThroughWhereItsServerSaysAndItsCallsDoToo)
+{
+    start(AgentProcess::calmSetup());
+    UdpPeer way;
+    const QByteArray own = placeOf(peer->port());
+    peer->reply(peer->receive("REGISTER"), "305 Use Proxy", "Contact: <" + placeOf(way.port()) + ">");
+    const QByteArray request = acceptedBy(way);
+    EXPECT_TRUE(request.startsWith("REGISTER " + own + " SIP/2.0")) << request.constData();
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    dial(1, "300");
+    EXPECT_TRUE(way.receive("INVITE").startsWith("INVITE sip:300@" + own.mid(4)));
+}
+
+TEST_F(SipRefusals, WhoIsSentThroughOneMoreWayBeginsAgainAtTheServerOfTheAccount)
+{
+    start(AgentProcess::calmSetup());
+    UdpPeer way, further;
+    peer->reply(peer->receive("REGISTER"), "305 Use Proxy", "Contact: <" + placeOf(way.port()) + ">");
+    way.reply(way.receive("REGISTER"), "305 Use Proxy", "Contact: <" + placeOf(further.port()) + ">");
+    const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->nStatus, 305u);
+    EXPECT_GT(state->nRetryMs, 0u);
+    acceptedBy(*peer);
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    EXPECT_EQ(further.receive(200).toStdString(), "");
+}
+
+TEST_F(SipRefusals, AnAccountWithAProxyTakesNoOther)
+{
+    UdpPeer proxy, other;
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+    tagSipAccount account = accountAt(0, 0);
+    sipWire::setText(account.szServer, "phones.test");
+    sipWire::setText(account.szProxy, "127.0.0.1");
+    account.nProxyPort = proxy.port();
+    agent.tell(account);
+    proxy.reply(proxy.receive("REGISTER"), "305 Use Proxy", "Contact: <" + placeOf(other.port()) + ">");
+    const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->nStatus, 305u);
+    EXPECT_EQ(other.receive(200).toStdString(), "");
+}
+
+TEST_F(SipRefusals, WhoWantsToBeAskedForMoreTimeIsOnceInEachTry)
+{
+    start(AgentProcess::calmSetup());
+    const auto asks = [this](const QByteArray& status, const QByteArray& lines) {
+        const QByteArray request = peer->receive("REGISTER");
+        peer->reply(request, status, lines);
+        return headerOf(request, "Expires").toStdString();
+    };
+    const std::string usual = std::to_string(accountAt(0, 1).nExpires);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(asks("423 Interval Too Brief", "Min-Expires: 7200"), usual);
+        EXPECT_EQ(asks("423 Interval Too Brief", "Min-Expires: 9000"), "7200");
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state) << i;
+        EXPECT_EQ(state->nStatus, 423u);
+        EXPECT_GT(state->nRetryMs, 0u);
+    }
+    EXPECT_EQ(asks("423 Interval Too Brief", "Min-Expires: 7200"), usual);
+    EXPECT_EQ(headerOf(acceptedBy(*peer), "Expires").toStdString(), "7200");
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    askAgain();
+    EXPECT_EQ(asks("423 Interval Too Brief", "Min-Expires: 9000"), "7200");
+    EXPECT_EQ(headerOf(acceptedBy(*peer), "Expires").toStdString(), "9000") << "that was another try";
+}
+
+TEST_F(SipRefusals, WhoSaysThatATimeIsTooBriefAndNotWhichIsAskedAgainLater)
+{
+    start(AgentProcess::calmSetup());
+    for (const char* least : {"Subject: none", "Min-Expires: 60"}) {
+        SCOPED_TRACE(least);
+        peer->reply(peer->receive("REGISTER"), "423 Interval Too Brief", least);
+        const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
+        ASSERT_TRUE(state);
+        EXPECT_EQ(state->nStatus, 423u);
+    }
+}
+
+TEST_F(SipRefusals, ThePasswordIsGivenAgainToWhoWantsToBeAskedForMoreTime)
+{
+    start(AgentProcess::calmSetup());
+    peer->reply(peer->receive("REGISTER"), "401 Unauthorized", kMd5);
+    peer->reply(peer->receive("REGISTER"), "423 Interval Too Brief", "Min-Expires: 7200");
+    QByteArray request = peer->receive("REGISTER");
+    peer->reply(request, "401 Unauthorized", QByteArray(kMd5).replace("n2", "n3"));
+    request = peer->receive("REGISTER");
+    EXPECT_EQ(paramOf(headerOf(request, "Authorization"), "nonce").toStdString(), "n3");
+    peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=7200");
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}
+
+TEST_F(SipRefusals, AMomentThatAServerGrantsIsNotKeptUpWithForEver)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nRetryMs = 50;
+    setup.nRetryLastMs = 60000;
+    start(setup);
+    const auto grantAMoment = [this](int ms) {
+        const QByteArray request = peer->receive("REGISTER", ms);
+        peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=1");
+        return !request.isEmpty();
+    };
+    constexpr int kAsked = 8;
+    for (int i = 0; i < kAsked; ++i)
+        ASSERT_TRUE(grantAMoment(AgentProcess::WAIT_MS)) << i;
+    const int least = int(setup.nRetryMs << (kAsked - 1)) / 2;
+    EXPECT_EQ(peer->receive("REGISTER", least / 2).toStdString(), "");
+    const tagSipLine* state = agent.nextLine(0, SIP_LINE_REGISTERED);
+    ASSERT_TRUE(state);
+    EXPECT_STREQ(state->szReason, "The server keeps it for 1 s only");
+    dial(1, "300");
+    EXPECT_NE(peer->receive("INVITE").toStdString(), "");
+}
+
+TEST_F(SipRefusals, AfterATimeThatCanBeKeptUpWithAMomentIsTakenForAnAccidentAgain)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nRetryMs = 50;
+    setup.nRetryLastMs = 600000;
+    start(setup);
+    const auto grant = [this](const char* seconds) {
+        const QByteArray request = peer->receive("REGISTER");
+        peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=" + seconds);
+        return !request.isEmpty();
+    };
+    for (int i = 0; i < 7; ++i)
+        ASSERT_TRUE(grant("1")) << i;
+    ASSERT_TRUE(grant("10"));
+    ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    askAgain();
+    // Five more are asked for sooner than one or two would else be.
+    for (int i = 0; i < 6; ++i)
+        ASSERT_TRUE(grant(i < 5 ? "1" : "3600")) << i;
+}

@@ -72,10 +72,30 @@ TEST_F(SipRequests, WhoReadsNoTonesAtAllIsAskedOnceMoreForEachAndTheCallGoesOn)
     EXPECT_EQ(nextTone("415 Unsupported Media Type").toStdString(),
               "application/dtmf-relay Signal=1 Duration=160");
     EXPECT_EQ(nextTone("415 Unsupported Media Type").toStdString(), "application/dtmf 1");
+    EXPECT_TRUE(next<tagSipHead>(SIP_TONES_REFUSED, 1)) << "who presses hears of it";
     EXPECT_EQ(peer->receive("INFO", 300).toStdString(), "");
     press(1, '2');
     EXPECT_EQ(nextTone("415 Unsupported Media Type").toStdString(), "application/dtmf 2");
-    EXPECT_FALSE(next<tagSipEnded>(SIP_ENDED, 1, 300));
+    EXPECT_FALSE(next<tagSipHead>(SIP_TONES_REFUSED, 1, 300)) << "once";
+    press(1, '3');
+    EXPECT_EQ(nextTone("200 OK").toStdString(), "application/dtmf 3") << "the call goes on";
+}
+
+TEST_F(SipRequests, AToneThatIsRefusedForWhateverElseIsToldOfToo)
+{
+    begin();
+    uint32_t id = 0;
+    for (const char* status : {"405 Method Not Allowed", "500 Server Internal Error", "603 Decline"}) {
+        SCOPED_TRACE(status);
+        ASSERT_NE(talkOut(++id), 0u);
+        press(id, '1');
+        EXPECT_EQ(nextTone("200 OK").toStdString(), "application/dtmf-relay Signal=1 Duration=160");
+        press(id, '2');
+        EXPECT_EQ(nextTone(status).toStdString(), "application/dtmf-relay Signal=2 Duration=160");
+        EXPECT_TRUE(next<tagSipHead>(SIP_TONES_REFUSED, id));
+        tellStatus(SIP_HANG_UP, id);
+        peer->reply(peer->receive("BYE"), "200 OK");
+    }
 }
 
 TEST_F(SipRequests, TheEndOfACallWaitsForNoAnswerToAnythingElse)

@@ -50,13 +50,15 @@ protected:
         peer->answer(seen.isEmpty() ? reply : reply.replace(";rport", seen));
         return address;
     }
-    // What the phone is told of the server next: where it is; "nothing" when that is not told.
+    // What the phone is told of the server next: where it is, or "silent"; "nothing" when that is not told.
     QByteArray told(int ms = AgentProcess::WAIT_MS)
     {
         const tagSipStun early = m_early.isEmpty() ? tagSipStun() : m_early.takeFirst();
         const auto* record = early.head.eKind ? &early : next<tagSipStun>(SIP_STUN, 0, ms);
         if (!record)
             return "nothing";
+        if (record->bSilent)
+            return "silent";
         return record->szAddress[0] ? record->szAddress + (":" + QByteArray::number(record->nPort)) : "";
     }
     // Where the line is seen, as the phone was told last.
@@ -91,7 +93,7 @@ TEST_F(SipStun, AServerThatAnswersIsToldAndAskedFromThePortOfTheCallsAgainAndAga
     EXPECT_LE(server.asked(), asked + 1);
 }
 
-TEST_F(SipStun, OneThatSaysNothingIsAskedAsTheStandardHasItAndNeverTold)
+TEST_F(SipStun, OneThatSaysNothingIsAskedAsTheStandardHasItBeforeItIsTold)
 {
     kit::tagStunWays ways;
     ways.bSilent = true;
@@ -154,8 +156,23 @@ TEST_F(SipStun, OneThatRefusesIsAskedAgainLater)
     server.behave(ways);
     begin();
     EXPECT_TRUE(kit::waits([&] { return server.asked() > 0; }, AgentProcess::WAIT_MS));
-    EXPECT_EQ(told(kQuietMs), "nothing");
+    EXPECT_EQ(told(), "silent");
+    EXPECT_TRUE(kit::waits([&] { return server.asked() > 1; }, AgentProcess::WAIT_MS));
+    EXPECT_EQ(told(kQuietMs), "nothing") << "once";
     server.behave({});
+    EXPECT_EQ(told(), place());
+}
+
+TEST_F(SipStun, OneWhoseNameNobodyKnowsIsToldAsOneThatDoesNotAnswer)
+{
+    NameServer names;
+    names.start();
+    tagSipSetup setup = AgentProcess::quickSetup();
+    sipWire::setText(setup.szNames, names.settings().toStdString());
+    begin("stun.test", setup);
+    EXPECT_EQ(told(), "silent");
+    tellAccount("127.0.0.1");
+    EXPECT_EQ(told(), "") << "it is asked no more";
     EXPECT_EQ(told(), place());
 }
 

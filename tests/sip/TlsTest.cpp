@@ -46,7 +46,7 @@ protected:
     tagSipSetup setupOfTls() const
     {
         tagSipSetup setup = AgentProcess::quickSetup();
-        setup.nSilentMs = 2000;
+        setup.nSilentMs = silentMs;
         setup.nTlsPort = UdpPeer::freePort();
         sipWire::setText(setup.szCertificates, folder.path().toStdString());
         sipWire::setText(setup.szNames, names.settings().toStdString());
@@ -102,6 +102,7 @@ protected:
         const tagSipLine* refused = other.nextLine(0, SIP_LINE_REFUSED);
         ASSERT_TRUE(refused) << reason;
         EXPECT_EQ(std::string(refused->szReason), reason);
+        EXPECT_EQ(refused->eTls, SIP_TLS_OWN_FILES);
         UdpPeer peer;
         other.tell(accountAt(1, peer.port()));
         const QByteArray request = peer.receive("REGISTER");
@@ -129,10 +130,11 @@ protected:
         server.kill();
         server.waitForFinished();
     }
-    void expectToldWhy(const char* reason)
+    void expectToldWhy(const char* reason, SIP_TLS_FAULT fault)
     {
         const tagSipLine* line = agent.nextLine(0, SIP_LINE_FAILED);
         ASSERT_TRUE(line);
+        EXPECT_EQ(line->eTls, fault);
         EXPECT_EQ(std::string(line->szReason), std::string("TLS: ") + reason);
         EXPECT_FALSE(server.state() == QProcess::Running && server.waitForReadyRead(300))
             << server.readAllStandardOutput().constData();
@@ -143,6 +145,7 @@ protected:
         names.start();
     }
     void TearDown() override { stopServer(); }
+    uint32_t silentMs = 2 * AgentProcess::WAIT_MS; // a fault is told at once
     QTemporaryDir folder;
     NameServer names;
     QProcess server;
@@ -184,14 +187,63 @@ TEST_F(SipTls, AServerOfAnotherNameIsToldNothing)
 {
     ASSERT_TRUE(makeCertificates(folder.path(), "elsewhere.test"));
     begin(folder.path());
-    expectToldWhy("the certificate is for another name");
+    expectToldWhy("the certificate is for another name", SIP_TLS_OTHER_NAME);
 }
 
 TEST_F(SipTls, ACertificateThatIsNotGoodAnyMoreIsSaidToBe)
 {
     ASSERT_TRUE(makeCertificates(folder.path(), kName, -1));
     begin(folder.path(), kName);
-    expectToldWhy("certificate has expired");
+    expectToldWhy("certificate has expired", SIP_TLS_EXPIRED);
+}
+
+TEST_F(SipTls, ACertificateThatIsNotGoodYetIsSaidToBe)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    write("ca.cnf", "[ca]\ndefault_ca = own\n[own]\ndatabase = index.txt\nrand_serial = yes\n"
+                    "default_md = sha256\npolicy = names\n[names]\ncommonName = supplied\n");
+    write("index.txt", "");
+    QProcess openssl;
+    openssl.setWorkingDirectory(folder.path());
+    openssl.start("openssl", {"ca", "-batch", "-notext", "-config", "ca.cnf", "-startdate", "20900101000000Z",
+                              "-enddate", "20910101000000Z", "-in", "server.csr", "-cert", "cafile.pem",
+                              "-keyfile", "ca.key", "-out", "server.pem", "-outdir", "."});
+    ASSERT_TRUE(openssl.waitForFinished());
+    ASSERT_EQ(openssl.exitCode(), 0) << openssl.readAllStandardError().constData();
+    begin(folder.path(), kName);
+    expectToldWhy("certificate is not yet valid", SIP_TLS_NOT_YET_VALID);
+}
+
+TEST_F(SipTls, AServerThatWantsAnotherCertificateOfThePhoneIsSaidTo)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), "127.0.0.1"));
+    const QByteArray good = contentOf("agent.pem");
+    for (const char* version : {"-tls1_3", "-tls1_2"}) {
+        for (const bool isThere : {true, false}) {
+            write("agent.pem", isThere ? good : QByteArray());
+            AgentProcess other;
+            begin(folder.path(), "127.0.0.1", other,
+                  {version, "-Verify", "1", "-verify_return_error", "-CAfile", "cafile.pem"});
+            const tagSipLine* line = other.nextLine(0, SIP_LINE_FAILED);
+            ASSERT_TRUE(line) << version;
+            // Before TLS 1.3 there is no word for one that is missing.
+            const bool isTold = isThere || qstrcmp(version, "-tls1_3") == 0;
+            EXPECT_EQ(line->eTls, isTold ? SIP_TLS_OWN_CERTIFICATE : SIP_TLS_REFUSED)
+                << version << isThere << line->szReason;
+            other.closeLink();
+            EXPECT_TRUE(other.ends());
+            stopServer();
+        }
+    }
+}
+
+TEST_F(SipTls, AServerThatAgreesOnNothingIsSaidTo)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), "127.0.0.1"));
+    begin(folder.path(), "127.0.0.1", agent, {"-tls1_2", "-cipher", "ECDHE-RSA-AES128-GCM-SHA256"});
+    const tagSipLine* line = agent.nextLine(0, SIP_LINE_FAILED);
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->eTls, SIP_TLS_REFUSED) << line->szReason;
 }
 
 TEST_F(SipTls, AnAuthorityThatNobodyTrustsIsSaidToBe)
@@ -200,7 +252,7 @@ TEST_F(SipTls, AnAuthorityThatNobodyTrustsIsSaidToBe)
     ASSERT_TRUE(QFile::remove(folder.filePath("cafile.pem")));
     ASSERT_TRUE(QFile::copy(folder.filePath("own.pem"), folder.filePath("cafile.pem")));
     begin(folder.path(), kName);
-    expectToldWhy("unable to get local issuer certificate");
+    expectToldWhy("unable to get local issuer certificate", SIP_TLS_UNKNOWN_AUTHORITY);
 }
 
 TEST_F(SipTls, WhoSpeaksNoTlsIsSaidTo)
@@ -214,7 +266,7 @@ TEST_F(SipTls, WhoSpeaksNoTlsIsSaidTo)
     QTcpSocket& link = *plain.nextPendingConnection();
     link.write("SIP/2.0 400 Bad Request\r\n\r\n");
     ASSERT_TRUE(link.waitForBytesWritten());
-    expectToldWhy("wrong version number");
+    expectToldWhy("wrong version number", SIP_TLS_NOT_SPOKEN);
 }
 
 TEST_F(SipTls, WithAuthoritiesThatCannotBeReadTheOtherLinesRegister)
@@ -317,6 +369,7 @@ TEST_F(SipTls, ALineWithoutCertificatesIsToldSo)
     const tagSipLine* refused = agent.nextLine(0, SIP_LINE_REFUSED);
     ASSERT_TRUE(refused);
     EXPECT_STREQ(refused->szReason, "There are no certificates for TLS");
+    EXPECT_EQ(refused->eTls, SIP_TLS_OWN_FILES);
 }
 
 TEST_F(SipTls, AServerThatSendsTheLineToAnOpenWayIsNotFollowed)
@@ -325,12 +378,15 @@ TEST_F(SipTls, AServerThatSendsTheLineToAnOpenWayIsNotFollowed)
     UdpPeer open;
     const QByteArray there = "sip:127.0.0.1:" + QByteArray::number(open.port());
     begin(folder.path(), kName);
-    for (const QByteArray& contact : {there, there + ";transport=udp", there + ";transport=tcp"}) {
-        SCOPED_TRACE(contact.toStdString());
-        say(UdpPeer::replyTo(receive("REGISTER"), "302 Moved Temporarily", "Contact: <" + contact + ">"));
-        const tagSipLine* line = agent.nextLine(0, SIP_LINE_FAILED);
-        ASSERT_TRUE(line);
-        EXPECT_EQ(line->nStatus, 302u);
+    for (const uint32_t status : {302u, 305u}) {
+        for (const QByteArray& contact : {there, there + ";transport=udp", there + ";transport=tcp"}) {
+            SCOPED_TRACE(contact.toStdString());
+            say(UdpPeer::replyTo(receive("REGISTER"), QByteArray::number(status) + " Elsewhere",
+                                 "Contact: <" + contact + ">"));
+            const tagSipLine* line = agent.nextLine(0, SIP_LINE_FAILED);
+            ASSERT_TRUE(line);
+            EXPECT_EQ(line->nStatus, status);
+        }
     }
     EXPECT_EQ(open.receive(200).toStdString(), "");
 }
@@ -344,6 +400,7 @@ TEST_F(SipTls, ANameThatTheMachineItselfKnowsIsCertifiedAsAnyOther)
 
 TEST_F(SipTls, AServerThatSaysNothingIsNotToldWhatAnotherOneOfItsNameHasDone)
 {
+    silentMs = 2000;
     QTcpServer mute;
     ASSERT_TRUE(mute.listen(QHostAddress::LocalHost));
     ASSERT_TRUE(makeCertificates(folder.path(), "other.test"));

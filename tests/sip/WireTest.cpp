@@ -120,6 +120,21 @@ TEST(SipWire, NumbersKeepTheirRanges)
     dial.nForwards = SIP_FORWARDS_MAX + 1;
     EXPECT_EQ(taken(dial), TAKEN::BAD);
 
+    auto stun = sipWire::make<tagSipStun>(SIP_STUN, 0);
+    stun.bSilent = 1;
+    EXPECT_EQ(taken(stun), TAKEN::RECORD);
+    stun.nPort = 3478;
+    sipWire::setText(stun.szAddress, "192.0.2.1");
+    EXPECT_EQ(taken(stun), TAKEN::BAD);
+    stun.bSilent = 0;
+    EXPECT_EQ(taken(stun), TAKEN::RECORD);
+
+    auto line = sipWire::make<tagSipLine>(SIP_LINE, 0);
+    line.eTls = SIP_TLS_NOT_SPOKEN;
+    EXPECT_EQ(taken(line), TAKEN::RECORD);
+    line.eTls = SIP_TLS_NOT_SPOKEN + 1;
+    EXPECT_EQ(taken(line), TAKEN::BAD);
+
     auto peer = sipWire::make<tagSipPeer>(SIP_PEER, SIP_CALL_FIRST);
     EXPECT_EQ(taken(peer), TAKEN::BAD);
     sipWire::setText(peer.szAddress, "sip:200@pbx");

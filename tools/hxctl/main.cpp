@@ -38,7 +38,7 @@ const char* const kHelp =
     "memory                          bytes that the phone holds\n"
     "shot FILE                       the screen as PNG; as PPM, which is quicker, where FILE ends in .ppm\n"
     "log [N]                         what the phone did, from number N on\n"
-    "set line I [state=] [user=] [server=] [name=] [new=] [old=]\n"
+    "set line I [state=] [user=] [server=] [name=] [new=] [old=] [why=TEXT]\n"
     "set list LINE [NUMBER[=NAME],...]\n"
     "                                the extensions that the server of a line has put on its list\n"
     "set net [state=] [type=] [cable=] [conflict=] [used=IP]\n"

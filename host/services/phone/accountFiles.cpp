@@ -55,7 +55,7 @@ bool isSame(const tagAccountInfo& a, const tagAccountInfo& b)
 {
     return a.eState == b.eState && strcmp(a.szServer, b.szServer) == 0 && strcmp(a.szUser, b.szUser) == 0 &&
            strcmp(a.szDisplayName, b.szDisplayName) == 0 && a.nNewMessages == b.nNewMessages &&
-           a.nOldMessages == b.nOldMessages;
+           a.nOldMessages == b.nOldMessages && strcmp(a.szWhyNot, b.szWhyNot) == 0;
 }
 
 } // namespace

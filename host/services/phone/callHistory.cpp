@@ -5,6 +5,8 @@
 #include "support/host/text.h"
 #include "support/host/trace.h"
 #include "support/xml/xmlFile.h"
+#include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QMutex>
 #include <QTimer>
@@ -27,6 +29,50 @@ History& theHistory()
     return *history;
 }
 
+bool isSilent(const tagCall& call)
+{
+    return call.bIncoming && !call.bRang;
+}
+
+// Who has one of the places; the newest calls are asked for first.
+class Places
+{
+public:
+    bool take(const tagCall& call)
+    {
+        return take(isSilent(call), call.strNumber.toUtf8(), QByteArray::number(call.nAccount + 1));
+    }
+    bool take(xmlElement* call)
+    {
+        const auto textOf = [call](const char* attribute) {
+            return QByteArray(call->GetAttributeValue(attribute).GetText());
+        };
+        return take(textOf("silent") == "1", textOf("number"), textOf("line"));
+    }
+
+private:
+    bool take(bool isSilent, const QByteArray& number, const QByteArray& line)
+    {
+        if (m_nCalls == CALL_HISTORY_MAX)
+            return false;
+        if (isSilent) {
+            int& own = m_own[line + ' ' + number];
+            const bool isOneCaller = !number.isEmpty();
+            if (m_nSilent == CALL_HISTORY_SILENT_MAX ||
+                (isOneCaller && own == CALL_HISTORY_SILENT_OF_ONE_MAX))
+                return false;
+            ++own;
+            ++m_nSilent;
+        }
+        ++m_nCalls;
+        return true;
+    }
+
+    int m_nCalls = 0;
+    int m_nSilent = 0;
+    QHash<QByteArray, int> m_own; // silent ones of each line and number
+};
+
 void writeCall(xmlElement* element, const tagCall& call)
 {
     const chString start = chTime(call.nStartTime).Format("%Y-%m-%d %H:%M:%S");
@@ -38,6 +84,7 @@ void writeCall(xmlElement* element, const tagCall& call)
     element->SetAttributeValue("utc", QByteArray::number(qlonglong(zoneUtcOf(call.nStartTime))).constData());
     element->SetAttributeValue("missed", callIsMissed(call) ? "1" : "0");
     element->SetAttributeValue("seconds", QByteArray::number(call.nSeconds).constData());
+    element->SetAttributeValue("silent", isSilent(call) ? "1" : "0");
 }
 
 // Puts the newest first, and the calls that were there after them.
@@ -49,14 +96,30 @@ int saveCalls(const QList<tagCall>& ended)
         return 0;
     xmlFile fresh;
     xmlElement* list = fresh.AddChildElement("CallHistory");
-    int count = 0;
-    for (auto call = ended.rbegin(); call != ended.rend() && count < CALL_HISTORY_MAX; ++call, ++count)
-        writeCall(list->AddChildElement("Call"), *call);
+    Places places;
+    for (auto call = ended.rbegin(); call != ended.rend(); ++call) {
+        if (places.take(*call))
+            writeCall(list->AddChildElement("Call"), *call);
+    }
     const xmlElement* oldList = xmlFindElementFromRoot(&old, "CallHistory");
-    const xmlElement* oldCall = oldList ? oldList->FindChildElement("Call") : nullptr;
-    for (; oldCall && count < CALL_HISTORY_MAX; oldCall = xmlGetNextElement(oldCall), ++count)
-        list->AddChildCopy(oldCall);
+    xmlElement* oldCall = oldList ? oldList->FindChildElement("Call") : nullptr;
+    for (; oldCall; oldCall = xmlGetNextElement(oldCall)) {
+        if (places.take(oldCall))
+            list->AddChildCopy(oldCall);
+    }
     return fresh.SaveToFile(kFile);
+}
+
+// Those that would be written, the oldest first.
+QList<tagCall> withPlaces(const QList<tagCall>& ended)
+{
+    Places places;
+    QList<tagCall> kept;
+    for (auto call = ended.rbegin(); call != ended.rend(); ++call) {
+        if (places.take(*call))
+            kept.prepend(*call);
+    }
+    return kept;
 }
 
 // How many could not be written, and wait on.
@@ -71,7 +134,7 @@ qsizetype saveWaiting()
     if (ended.isEmpty() || saveCalls(ended))
         return 0;
     lock.relock();
-    history.waiting = ended.mid(std::max<qsizetype>(0, ended.size() - CALL_HISTORY_MAX)) + history.waiting;
+    history.waiting = withPlaces(ended + history.waiting);
     return history.waiting.size();
 }
 

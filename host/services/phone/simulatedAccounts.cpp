@@ -61,6 +61,7 @@ void simulatedAccounts::set(int index, const tagLineSetting& setting)
     takeOver(byHand.name, setting.name);
     takeOver(byHand.newMessages, setting.newMessages);
     takeOver(byHand.oldMessages, setting.oldMessages);
+    takeOver(byHand.whyNot, setting.whyNot);
     m_teller.tell();
 }
 
@@ -96,6 +97,7 @@ tagAccountInfo simulatedAccounts::info(int index) const
     accountSetText(info.szDisplayName, line.byHand.name.value_or(line.file.strName));
     info.nNewMessages = line.byHand.newMessages.value_or(0);
     info.nOldMessages = line.byHand.oldMessages.value_or(0);
+    accountSetText(info.szWhyNot, line.byHand.whyNot.value_or(QString()));
     return info;
 }
 

@@ -16,6 +16,7 @@ struct tagLineSetting
     std::optional<QString> name;
     std::optional<int> newMessages;
     std::optional<int> oldMessages;
+    std::optional<QString> whyNot; // why it could not be registered, an English key
 };
 
 class simulatedAccounts : public QObject

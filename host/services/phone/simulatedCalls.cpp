@@ -66,6 +66,7 @@ bool simulatedCalls::ring(int id)
     const int index = indexOfRinging(id);
     if (index < 0)
         return false;
+    m_calls[index].call.bRang = true;
     const tagCall call = m_calls[index].call;
     later(call.strNumber == kBusyNumber ? RING_MS : CALLER_MS, id, &simulatedCalls::givenUp);
     tell(call);

@@ -101,6 +101,7 @@ void sipAccounts::agentIsGone()
         m_lines[index].eState = restingState(index);
         m_lines[index].nNewMessages = m_lines[index].nOldMessages = 0;
         m_lines[index].szWhyNot = nullptr;
+        m_lines[index].bStunSilent = false;
     }
     m_teller.tell();
 }
@@ -129,6 +130,17 @@ void sipAccounts::take(const tagSipLine& line)
         own.eState = LINE_REGISTER_FAILED;
         break;
     }
+    m_teller.tell();
+}
+
+void sipAccounts::takeStun(const tagSipStun& stun)
+{
+    tagLine& line = m_lines[stun.head.nId];
+    if (line.file.strStunServer.isEmpty())
+        return;
+    line.bStunSilent = stun.bSilent != 0;
+    if (line.bStunSilent)
+        nuxTrace(TRACE_NOTE, "the STUN server of line %u does not answer", stun.head.nId + 1);
     m_teller.tell();
 }
 
@@ -161,6 +173,10 @@ tagAccountInfo sipAccounts::info(int index) const
     accountSetText(info.szDisplayName, line.file.strName);
     info.nNewMessages = line.nNewMessages;
     info.nOldMessages = line.nOldMessages;
+    if (line.szWhyNot && (info.eState == LINE_REGISTER_FAILED || info.eState == LINE_REGISTERING))
+        accountSetText(info.szWhyNot, line.szWhyNot);
+    else if (line.bStunSilent && line.eState == LINE_REGISTERED)
+        accountSetText(info.szWhyNot, HX_TR("The STUN server does not answer"));
     return info;
 }
 

@@ -19,6 +19,7 @@ public:
     void agentIsGone();
     void take(const tagSipLine& line);
     void takeMessages(const tagSipMessages& messages);
+    void takeStun(const tagSipStun& stun);
 
     // Some line is to be registered.
     bool hasAny() const;
@@ -36,6 +37,7 @@ private:
         tagAccountFile file;
         LINE_STATE eState = LINE_DISABLED;
         const char* szWhyNot = nullptr; // what the last try came to; null: nobody knows
+        bool bStunSilent = false;       // its STUN server does not answer
         int nNewMessages = 0;
         int nOldMessages = 0;
     };

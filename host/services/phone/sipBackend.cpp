@@ -106,10 +106,18 @@ void sipBackend::take(const sipWire::Reader& record)
 {
     if (record.head().eKind == SIP_LINE)
         m_pAccounts->take(record.as<tagSipLine>());
+    else if (record.head().eKind == SIP_STUN)
+        takeStun(record);
     else if (record.head().eKind == SIP_MESSAGES)
         m_pAccounts->takeMessages(record.as<tagSipMessages>());
     else if (!m_pLamps->take(record))
         m_pCalls->take(record);
+}
+
+void sipBackend::takeStun(const sipWire::Reader& record)
+{
+    m_pAccounts->takeStun(record.as<tagSipStun>());
+    m_pCalls->take(record);
 }
 
 // Whoever moves to another network has to say where he is now; one that is only away for a while has not

@@ -52,6 +52,7 @@ private:
     void agentIsThere();
     void agentIsGone();
     void take(const sipWire::Reader& record);
+    void takeStun(const sipWire::Reader& record);
     void lookAtNetwork();
 
     const AGENT m_eAgent;

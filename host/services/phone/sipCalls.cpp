@@ -213,7 +213,7 @@ bool sipCalls::ring(int id)
     // Others rang while it was looked at.
     if (m_calls.size() > SIP_CALLS_MAX)
         return false;
-    live->bRings = true;
+    live->bRings = live->call.bRang = true;
     if (live->bWantsEarly)
         ask(*live, ASKED_EARLY);
     else
@@ -322,6 +322,17 @@ bool sipCalls::sendTone(int id, QChar tone, bool secret)
     return true;
 }
 
+// It is told once, and the call goes on.
+void sipCalls::tonesRefused(uint32_t wire)
+{
+    const tagLive* live = findWire(wire);
+    if (!live || live->call.eState != CALL_TALKING)
+        return;
+    tagCall refused = live->shown();
+    refused.strReason = HX_TR("Key tones do not arrive");
+    tell(refused);
+}
+
 void sipCalls::take(const sipWire::Reader& record)
 {
     switch (record.head().eKind) {
@@ -345,6 +356,9 @@ void sipCalls::take(const sipWire::Reader& record)
         break;
     case SIP_TRANSFERRED:
         transferred(record.as<tagSipStatus>());
+        break;
+    case SIP_TONES_REFUSED:
+        tonesRefused(record.head().nId);
         break;
     case SIP_REFERRED:
         referred(record.as<tagSipReferred>());

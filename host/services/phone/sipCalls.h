@@ -152,6 +152,7 @@ private:
     void replyWith(tagLive& live, const QByteArray& answer, bool isMissing);
     void ended(const tagSipEnded& ended);
     void transferred(const tagSipStatus& status);
+    void tonesRefused(uint32_t wire);
     void takeOver(tagLive live, uint32_t replaced);
     void peerTold(const tagSipPeer& peer);
     void referred(const tagSipReferred& referred);

@@ -120,6 +120,7 @@ void sipCalls::takeOver(tagLive live, uint32_t replaced)
     if (const tagLive* before = findWire(replaced))
         live.call.options = optionsGoingOn(*before);
     live.call.eState = CALL_TALKING;
+    live.call.bRang = true; // it is heard at once
     live.talking.start();
     m_calls.append(live);
     ask(m_calls.last(), ASKED_ANSWER);

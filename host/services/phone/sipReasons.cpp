@@ -8,6 +8,52 @@ constexpr uint32_t kNothingHeard = 408; // where nobody was called
 constexpr uint32_t kUnavailable = 480;
 const char* const kWrongPassword = HX_TR("The server does not accept name or password");
 
+const char* reasonOfTls(uint32_t fault)
+{
+    switch (fault) {
+    case SIP_TLS_OWN_FILES:
+        return HX_TR("The phone has no usable certificates");
+    case SIP_TLS_OTHER_NAME:
+        return HX_TR("The certificate of the server is for another name");
+    case SIP_TLS_UNKNOWN_AUTHORITY:
+        return HX_TR("The certificate of the server is from an unknown authority");
+    case SIP_TLS_EXPIRED:
+        return HX_TR("The certificate of the server has expired");
+    case SIP_TLS_NOT_YET_VALID:
+        return HX_TR("The certificate of the server is not valid yet");
+    case SIP_TLS_OWN_CERTIFICATE:
+        return HX_TR("The server does not accept the certificate of the phone");
+    case SIP_TLS_REFUSED:
+        return HX_TR("The server refuses a secure connection");
+    case SIP_TLS_NOT_SPOKEN:
+        return HX_TR("The server knows no secure connection");
+    default:
+        return HX_TR("There is no secure connection to the server");
+    }
+}
+
+// Of a REGISTER; status: 0 where there was none.
+const char* reasonOfReply(uint32_t status)
+{
+    if (status >= 500 && status < 600)
+        return HX_TR("The server is out of service");
+    switch (status) {
+    case 0:
+        return HX_TR("The line is not registered");
+    case 401:
+    case 407: // that cannot be answered
+        return HX_TR("The server asks for the password in an unknown way");
+    case 403:
+        return kWrongPassword;
+    case 404:
+    case 410:
+    case 604:
+        return HX_TR("The server does not know the user name");
+    default:
+        return HX_TR("The server refuses the registration");
+    }
+}
+
 } // namespace
 
 const char* sipReasonOf(uint32_t status)
@@ -58,14 +104,15 @@ const char* sipReasonOfLine(const tagSipLine& line)
 {
     // As the agent has them.
     static const char* const told[] = {kWrongPassword, HX_TR("The server does not answer"),
-                                       HX_TR("The server's name is not known")};
+                                       HX_TR("The server's name is not known"),
+                                       HX_TR("The name service does not answer")};
+    if (line.eTls != SIP_TLS_NO_FAULT)
+        return reasonOfTls(line.eTls);
     for (const char* reason : told) {
         if (strcmp(reason, line.szReason) == 0)
             return reason;
     }
-    if (strstr(line.szReason, "TLS") || strstr(line.szReason, "certificate"))
-        return HX_TR("There is no secure connection to the server");
-    return line.nStatus == 403 ? kWrongPassword : HX_TR("The line is not registered");
+    return reasonOfReply(line.nStatus);
 }
 
 uint32_t sipStatusOf(CALL_END why)

@@ -65,6 +65,7 @@ struct tagCall
     bool bRingsThere = false; // one that goes out: the other side's phone says so
     bool bAsksAnswer = false; // the caller asks to be answered without a hand
     bool bUnfit = false;      // what the caller offers cannot be talked here: nobody could answer it
+    bool bRang = false;       // one that came in: a person here could hear of it
     bool bVideo = false;      // both sides want it
     tagCallOptions options;   // of this side
     bool bHeld = false;       // by the user
