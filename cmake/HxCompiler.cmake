@@ -43,5 +43,11 @@ if(HX_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
     add_link_options(-fsanitize=address,undefined)
 endif()
+if(HX_SANITIZE OR HX_FUZZ)
+    add_library(hxSanitizerDefaults INTERFACE)
+    target_sources(hxSanitizerDefaults INTERFACE
+        $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${CMAKE_SOURCE_DIR}/tools/sanitizerDefaults.cpp>)
+    link_libraries($<BUILD_INTERFACE:hxSanitizerDefaults>)
+endif()
 # Lines and functions for a stack trace, no types and variables: a third of the size.
 set(HX_THIN_DEBUG $<$<CONFIG:RelWithDebInfo>:-g1>)

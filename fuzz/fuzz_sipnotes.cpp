@@ -1,12 +1,14 @@
-// What servers tell of messages, extensions and lists, and bodies of calls. The first byte chooses; a zero is
-// between two notes of a subscription. Whatever they hold, the bounds are kept, and what names a call can
-// stand in a header.
+// What servers tell of messages, extensions and lists, bodies of calls, and the list of names. The first byte
+// chooses; a zero is between two notes of a subscription. Whatever they hold, the bounds are kept, and what
+// names a call can stand in a header.
+#include "sip/hostsText.h"
 #include "sip/memberBook.h"
 #include "sip/messageSummary.h"
 #include "sip/sdpBody.h"
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -67,15 +69,35 @@ void readNotes(const std::string& notes, unsigned kind)
     }
 }
 
-void readBody(const std::string& body)
+std::string takeLine(std::string& text)
+{
+    const size_t end = std::min(text.find('\n'), text.size());
+    const std::string line = text.substr(0, end);
+    text.erase(0, end + 1);
+    return line;
+}
+
+void readBody(const std::string& body, const std::string& type, const std::string& disposition)
 {
     constexpr size_t kMoreMax = 2; // the end of the last line
     tagBodyPart whole;
-    bodyParts::setType("multipart/mixed;boundary=b", whole);
+    bodyParts::setType(type, whole);
+    bodyParts::setDisposition(disposition, whole);
     whole.bytes = body.data();
     whole.nSize = body.size();
     const tagSdpBody read = sdpBody::read(whole);
     demand(read.sdp.size() <= body.size() + kMoreMax);
+}
+
+void readHosts(const std::string& hosts, const std::string& name)
+{
+    const std::vector<std::string> all = hostsText::addressesOf(hosts, name);
+    demand(all.size() <= size_t(hostsText::MAX_ADDRESSES));
+    // Of a list that was cut between lines there are as many or fewer.
+    const std::string part = hostsText::wholeLines(hosts, hosts.size() / 2);
+    demand(part.size() <= hosts.size() / 2 && hosts.compare(0, part.size(), part) == 0);
+    const std::vector<std::string> some = hostsText::addressesOf(part, name);
+    demand(some.size() <= all.size() && std::equal(some.begin(), some.end(), all.begin()));
 }
 
 } // namespace
@@ -84,12 +106,20 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
 {
     if (size == 0)
         return 0;
-    const std::string notes(reinterpret_cast<const char*>(data) + 1, size - 1);
-    if (data[0] == 0)
+    std::string notes(reinterpret_cast<const char*>(data) + 1, size - 1);
+    if (data[0] == 0) {
         readSummary(notes);
-    else if (data[0] == 3)
-        readBody(notes);
-    else
+    } else if (data[0] == 3) {
+        readBody(notes, "multipart/mixed;boundary=b", "");
+    } else if (data[0] == 4) {
+        const std::string type = takeLine(notes);
+        const std::string disposition = takeLine(notes);
+        readBody(notes, type, disposition);
+    } else if (data[0] == 5) {
+        const std::string name = takeLine(notes);
+        readHosts(notes, name);
+    } else {
         readNotes(notes, data[0]);
+    }
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "sip/sdpBody.h"
 #include <algorithm>
+#include <cctype>
 #include <vector>
 
 namespace {
@@ -15,6 +16,13 @@ bool isSdp(const tagBodyPart& part)
 {
     const bool isMeant = part.disposition.empty() || part.disposition == "session";
     return isMeant && part.type == "application/sdp" && !part.bCoded;
+}
+
+// Of a text that the phone is told: a control that is no end of a line.
+bool isLeftOut(char c)
+{
+    const bool isLayout = c == '\r' || c == '\n' || c == '\t';
+    return iscntrl(static_cast<unsigned char>(c)) != 0 && !isLayout;
 }
 
 void leaveOut(const tagBodyPart& part, tagFound& found)
@@ -51,9 +59,9 @@ void look(const tagBodyPart& part, int depth, tagFound& found)
     if (isSdp(part)) {
         found.sdp = bodyParts::plainBytes(part);
         found.bRequired = part.bBase64 && found.sdp.empty();
-        // A text ends at its first zero: nothing at all would stand for a caller who wants an offer.
-        if (!found.sdp.empty() && found.sdp.front() == '\0')
-            std::replace(found.sdp.begin(), found.sdp.end(), '\0', '?');
+        // The phone is told no controls: nothing at all would stand for a caller who wants an offer.
+        if (std::all_of(found.sdp.begin(), found.sdp.end(), isLeftOut))
+            std::replace_if(found.sdp.begin(), found.sdp.end(), isLeftOut, '?');
         if (depth > 0 && !found.sdp.empty() && found.sdp.back() != '\n')
             found.sdp += "\r\n"; // which belongs to the mark behind the part
     } else if (part.type.rfind("multipart/", 0) != 0 || part.bCoded || depth >= sdpBody::DEPTH_MAX) {

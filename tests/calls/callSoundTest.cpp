@@ -3,7 +3,7 @@
 #include "tests/calls/callStand.h"
 #include "tests/calls/lossyWay.h"
 #include "tests/calls/steppedCall.h"
-#include "tests/kit/plain/processes.h"
+#include "tests/kit/plain/measuredMemory.h"
 #include "tests/players/wirePort.h"
 #include <dirent.h>
 #include <unistd.h>
@@ -581,12 +581,12 @@ TEST_F(CallSound, TwoHundredCallsLeaveNothingBehind)
         call(i);
     const int threads = entriesOf("/proc/self/task");
     const int handles = entriesOf("/proc/self/fd");
-    const qint64 before = kit::statusKiB(getpid(), "VmRSS");
+    const qint64 before = kit::ownMemoryKiB();
     for (int i = 0; i < 200; ++i)
         call(i);
     EXPECT_EQ(entriesOf("/proc/self/task"), threads);
     EXPECT_EQ(entriesOf("/proc/self/fd"), handles);
-    EXPECT_LT(kit::statusKiB(getpid(), "VmRSS") - before, 1000);
+    EXPECT_LT(kit::ownMemoryKiB() - before, 1000);
 }
 
 } // namespace

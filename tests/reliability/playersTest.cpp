@@ -1,6 +1,7 @@
 // The movie player and the media server die again and again while a film plays in a layout.
 #include "places.h"
 #include "tests/e2e/livePhone.h"
+#include "tests/kit/plain/measuredMemory.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/kit/plain/signServer.h"
 #include <QElapsedTimer>
@@ -29,10 +30,6 @@ class DyingPlayers : public LivePhone
 protected:
     void SetUp() override
     {
-        // What the sanitizers keep of freed memory is not the phone's: without this it grows by hundreds of
-        // MiB.
-        qputenv("ASAN_OPTIONS",
-                qgetenv("ASAN_OPTIONS") + ":quarantine_size_mb=1:thread_local_quarantine_size_kb=64");
         qputenv("HX_PLAYER_STEADY_MS", QByteArray::number(kSteadyMs));
         ASSERT_TRUE(server.start());
         LivePhone::SetUp();
@@ -91,6 +88,7 @@ protected:
         ASSERT_NO_FATAL_FAILURE(waitForNext(second, oldSecond));
     }
 
+    const kit::NothingKept nothing;
     SignServer server;
     std::mt19937 random{kSeed};
     QMap<QByteArray, int> deaths;

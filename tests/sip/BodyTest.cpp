@@ -165,6 +165,15 @@ TEST(SdpBody, ADescriptionOfZerosIsADamagedOneAndNotNone)
     EXPECT_EQ(std::string(readOf("application/sdp", "", kSdp + zeros).c_str()), kSdp.toStdString());
 }
 
+TEST(SdpBody, OfADescriptionOfControlsSomethingIsLeftForThePhone)
+{
+    auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, kFirst);
+    for (const char* body : {"\x01", "\x1f\x7f\v"}) {
+        sipWire::setText(offer.szSdp, readOf("application/sdp", "", body));
+        EXPECT_STRNE(offer.szSdp, "");
+    }
+}
+
 TEST_F(SipBodies, AnOfferOfZerosIsToldAsOne)
 {
     begin();
