@@ -55,6 +55,7 @@ dlgContactEditor::dlgContactEditor(QWidget* parent, tagLeftBarInfo* info)
     m_p->page.addLeftBar(this, kDefaultPicture, HX_TR("Contact"));
     m_p->page.setSoftKey(0, "Save", HX_TR("Save"), SLOT(on_click_Save()));
     m_p->page.setSoftKey(kKeyIme, "IME", HX_TR("IME"), SLOT(on_click_IME()));
+    m_p->page.setSoftKeyTitle(kKeyIme, [this] { return qGetCurrentIME(focusWidget()); });
     m_p->page.setSoftKey(2, "Delete", HX_TR("Delete"), SLOT(on_click_Delete()));
     m_p->page.setSoftKey(3, "Back", HX_TR("Back"), SLOT(on_click_Back()));
     qInstallIME(m_p->ui.editName, "2aB,ABC,abc,123");

@@ -36,6 +36,7 @@ dlgLDAP::dlgLDAP(QWidget* parent, tagLeftBarInfo* info)
     m_p->page.build(this, m_p->ui.frmBackground, HX_TR("LDAP"));
     m_p->page.setSoftKey(kKeySearch, "Search", HX_TR("Search"), SLOT(on_click_Search()));
     m_p->page.setSoftKey(kKeyIme, "IME", HX_TR("IME"), SLOT(on_click_IME()));
+    m_p->page.setSoftKeyTitle(kKeyIme, [this] { return qGetCurrentIME(focusWidget()); });
     m_p->page.setSoftKey(2, "Delete", HX_TR("Delete"), SLOT(on_click_Delete()));
     m_p->page.setSoftKey(3, "Back", HX_TR("Back"), SLOT(on_click_Back()));
     m_p->list =

@@ -80,6 +80,8 @@ frmDial::frmDial()
     m_pPage->build(this, m_ui->frmBackground, HX_TR("Dial"));
     m_pPage->setSoftKey(kKeyCall, "Call", HX_TR("Call"), SLOT(on_click_Call()));
     m_pPage->setSoftKey(kKeyIme, "IME", HX_TR("IME"), SLOT(on_click_IME()));
+    m_pPage->setSoftKeyTitle(kKeyCall, [this] { return wordOf(m_eFor); });
+    m_pPage->setSoftKeyTitle(kKeyIme, [this] { return qGetCurrentIME(m_ui->editNumber); });
     m_pPage->setSoftKey(2, "Delete", HX_TR("Delete"), SLOT(on_click_Delete()));
     m_pPage->setSoftKey(3, "Back", HX_TR("Back"), SLOT(on_click_Back()));
     setFontStyle(kNumberSize, kKeepWeight, m_ui->editNumber, true);
@@ -96,7 +98,10 @@ frmDial::frmDial()
     connect(m_ui->btnCall, &dialCall::clicked, this, &frmDial::on_click_Call);
     connect(m_ui->lstEntries, &dialList::opened, this, &frmDial::on_click_Call);
     connect(m_ui->lstEntries, &dialList::currentChanged, &m_hotline, &QTimer::stop);
-    qFollowLanguage(this, [this] { showPurpose(); });
+    qFollowLanguage(this, [this] {
+        showPurpose();
+        renewEntries();
+    });
 }
 
 frmDial::~frmDial() = default;

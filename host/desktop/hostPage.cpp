@@ -98,6 +98,11 @@ void hostPage::setSoftKey(int index, const char* name, const char* label, const 
     m_pSoftKeys->SetButton(index, name, Translate(label), m_pPage, slot);
 }
 
+void hostPage::setSoftKeyTitle(int index, std::function<QString()> title)
+{
+    m_aTitles[index] = std::move(title);
+}
+
 void hostPage::setOwnTitle(const QString& title)
 {
     m_strOwnTitle = title;
@@ -110,7 +115,9 @@ void hostPage::showTexts()
     for (const auto& text : m_formTexts)
         text.first->setProperty("text", qTranslate(text.second.constData()));
     for (int index = 0; index < SOFT_KEY_COUNT; ++index) {
-        if (m_aLabels[index])
+        if (m_aTitles[index])
+            m_pSoftKeys->SetButtonTitle(index, m_aTitles[index]());
+        else if (m_aLabels[index])
             m_pSoftKeys->SetButtonTitle(index, qTranslate(m_aLabels[index]));
     }
     if (m_pLeftBarOwner) {

@@ -4,6 +4,7 @@
 #include "support/host/leftbar.h"
 #include <QList>
 #include <QPair>
+#include <functional>
 
 class QDialog;
 class QFrame;
@@ -20,6 +21,8 @@ public:
     void addLeftBar(LeftBarOperation* bar, const char* icon, const char* title);
     // label: English key; slot is SLOT(...) of the page.
     void setSoftKey(int index, const char* name, const char* label, const char* slot);
+    // What stands on it instead from the next change of language on: what a page shows there by itself.
+    void setSoftKeyTitle(int index, std::function<QString()> title);
     // A title that is nobody's key: the name of a server's phone book.
     void setOwnTitle(const QString& title);
     // All texts in the present language, which they follow by themselves; and the record of a menu in the
@@ -38,6 +41,7 @@ private:
     const char* m_szTitle = nullptr;
     QString m_strOwnTitle;
     const char* m_aLabels[SOFT_KEY_COUNT] = {};
+    std::function<QString()> m_aTitles[SOFT_KEY_COUNT];
     LeftBarOperation* m_pLeftBarOwner = nullptr;
     const char* m_szLeftTitle = nullptr;
     const char* m_szLeftIcon = nullptr;

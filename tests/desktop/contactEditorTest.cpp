@@ -275,6 +275,15 @@ TEST_F(ContactEditor, TheImeKeyNamesTheMethodOfTheFieldThatHasTheFocus)
     EXPECT_EQ(softKeys(&page), "Save|123|Delete|Back");
 }
 
+TEST_F(ContactEditor, TheImeKeyNamesTheMethodInAnotherLanguageToo)
+{
+    open(-1);
+    setLanguage("German");
+    kit::settle();
+    EXPECT_EQ(softKeys(&page), "Speichern|2aB|Löschen|Zurück");
+    setLanguage("English");
+}
+
 TEST_F(ContactEditor, TheDigitKeysWriteLettersInTheNameAndDigitsInTheNumber)
 {
     open(-1);

@@ -544,3 +544,38 @@ TEST_F(DialScreen, NothingIsCutInAnyLanguage)
         kit::shot(QString("dial-%1").arg(language));
     }
 }
+
+TEST_F(DialScreen, AnotherLanguageReachesWhatIsOpen)
+{
+    ASSERT_TRUE(phoneSimulation::instance()->ring("4711", 0, ""));
+    kit::settle();
+    const int first = phoneService::instance().calls()[0].nId;
+    ASSERT_TRUE(phoneService::instance().answer(first));
+    ASSERT_TRUE(phoneSimulation::instance()->ring("4712", 0, ""));
+    kit::settle();
+    const int second = phoneService::instance().calls()[1].nId;
+    ASSERT_TRUE(phoneService::instance().answer(second));
+    for (const DIAL_FOR purpose : {DIAL_CALL, DIAL_TRANSFER}) {
+        const auto open = [&] {
+            dialScreenOpenFor(purpose, second);
+            screen = kit::windows().first();
+            kit::settle();
+        };
+        const auto shown = [&] {
+            const QList<tagDialEntry>& rows = list()->rows();
+            return softKeys(screen) + " " + (rows.isEmpty() ? "" : rows[0].strDetail.toStdString());
+        };
+        setLanguage("German");
+        open();
+        const std::string german = shown();
+        setLanguage("English");
+        open();
+        EXPECT_NE(shown(), german);
+        setLanguage("German");
+        kit::settle();
+        EXPECT_EQ(shown(), german) << "as if it had been opened so";
+        EXPECT_EQ(list()->rows().size(), purpose == DIAL_TRANSFER ? 3 : 2);
+        EXPECT_EQ(german.find("Übergeben") != std::string::npos, purpose == DIAL_TRANSFER) << german;
+        setLanguage("English");
+    }
+}
