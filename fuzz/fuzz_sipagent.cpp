@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <atomic>
-#include <cctype>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
