@@ -45,9 +45,6 @@ TEST_F(PictureFaults, WhoHoldsTheCallIsNotSeenAtOnce)
 {
     connect(m_one, m_other, video(), video(false));
     ASSERT_TRUE(sees(m_other));
-    // At the press, before the other side knows.
-    m_one.session->setStill(true);
-    m_one.session->setCamera(true);
     tagMediaWant held = video();
     held.bHeld = true;
     connect(m_one, m_other, held, video(false));
