@@ -86,7 +86,7 @@ void SipCall::invite()
     if (m_pHandle)
         m_silent.start(m_stack.setup.nSilentMs, [this] { nextServer(); });
     else
-        end(SIP_BROKEN, 0, "The number makes no address");
+        end(SIP_BROKEN, 0, "The number makes no address that the line can call");
 }
 
 // The last server has all the time that the call has: it may only be slow.
@@ -470,8 +470,8 @@ void SipCall::onFinalReply(const tagStackEvent& event)
     if (isDown && m_hooks.serverFails)
         m_hooks.serverFails();
     const bool isMoved = status < 400 && status != kUseProxy;
-    if (isMoved && isReply && event.pMessage->sip_contact) {
-        const std::string target = sipAddress::withoutHeaders(*event.pMessage->sip_contact->m_url);
+    const std::string target = isMoved && isReply ? m_setup->movedTo(*event.pMessage) : "";
+    if (!target.empty()) {
         if (target.size() < SIP_TARGET_SIZE)
             end(SIP_REDIRECTED, status, event.szPhrase, target);
         else
