@@ -561,6 +561,7 @@ void SipCall::onOffer(const tagStackEvent& event)
     const tagSdpBody body = callBody::read(event.pMessage);
     const std::string& sdp = body.sdp;
     const bool isUpdate = event.eEvent == nua_i_update;
+    const bool isFirstOfferHere = !m_bIncoming || (m_bWantsEarly && !m_ownSdp.empty());
     auto request = std::make_unique<SavedRequest>(m_stack.pNua);
     uint32_t status = 0;
     if (body.bUnknown)
@@ -570,7 +571,7 @@ void SipCall::onOffer(const tagStackEvent& event)
     else if (hasEnded() || isTooLarge(sdp))
         status = 488;
     else if (m_eStep == STEP_RINGING && !m_bAgreedEarly)
-        status = m_bIncoming ? 500 : 491; // the first offer is not answered yet
+        status = isFirstOfferHere ? 491 : 500; // it is not answered yet
     else if (m_offered || m_eTakenBack != NOT_TAKEN_BACK)
         status = 500;
     else if (isUpdate && m_offer.isUnderWay())
