@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_tag.h>
 #include <sofia-sip/sip_util.h>
 #include <sofia-sip/url.h>
@@ -15,6 +16,11 @@ namespace {
 constexpr const char* kSecureScheme = "sips:";
 constexpr const char* kOverTls = "transport=tls";
 constexpr const char* kKeys = "+*#0123456789";
+// The stack ties a call to the first branch whose provisional answer it acknowledges: whoever answers on
+// another one would be hung up on.
+constexpr const char* kSupported = "timer, replaces";
+constexpr const char* kReliable = "timer, 100rel, replaces";
+constexpr int kExtensionRequired = 421;
 constexpr const char* kRedirected = "?Reason=SIP%3Bcause%3D302";
 
 // Without what an address may bring along; empty for none.
@@ -128,9 +134,11 @@ nua_handle_t* CallSetup::invite(StackOwner* owner)
         return nullptr;
     const std::string hop = hasNext() ? m_hops[m_nNext] : "";
     ++m_nNext;
+    const std::string number = std::to_string(m_nNumber) + " INVITE";
     nua_invite(handle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0),
                NUTAG_M_USERNAME(m_contact.c_str()), NUTAG_M_PARAMS(m_transport.c_str()),
-               SIPTAG_CALL_ID_STR(m_callId.c_str()), SIPTAG_CSEQ_STR("1 INVITE"),
+               SIPTAG_CALL_ID_STR(m_callId.c_str()), SIPTAG_CSEQ_STR(number.c_str()),
+               SIPTAG_SUPPORTED_STR(m_bReliable ? kReliable : kSupported),
                SIPTAG_CONTENT_TYPE_STR("application/sdp"), SIPTAG_PAYLOAD_STR(m_sdp.c_str()),
                TAG_IF(m_bHidden, SIPTAG_PRIVACY_STR("id")),
                TAG_IF(!m_lines.empty(), SIPTAG_HEADER_STR(m_lines.c_str())),
@@ -139,4 +147,15 @@ nua_handle_t* CallSetup::invite(StackOwner* owner)
                TAG_IF(!m_origin.referredBy.empty(), SIPTAG_REFERRED_BY_STR(m_origin.referredBy.c_str())),
                TAG_END());
     return handle;
+}
+
+bool CallSetup::demandReliable(const sip_t& refusal)
+{
+    if (m_bReliable || m_nNext == 0 || refusal.sip_status->st_status != kExtensionRequired ||
+        !sip_has_feature(refusal.sip_require, "100rel"))
+        return false;
+    m_bReliable = true;
+    m_nNumber = refusal.sip_cseq->cs_seq + 1;
+    --m_nNext;
+    return true;
 }

@@ -2,6 +2,7 @@
 // The INVITE of a call from here, and the servers that it may go to, one after the other. All of them are
 // told the same call: whoever hears of it from two sees that it is one.
 #include "sip/sipStack.h"
+#include <sofia-sip/sip.h>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,9 @@ public:
 
     // By the next server; null when the number makes no address that the line can call.
     nua_handle_t* invite(StackOwner* owner);
+    // Whether the next one is the server of before once more, with provisional answers that are acknowledged:
+    // it has asked for these, and none like it has before.
+    bool demandReliable(const sip_t& refusal);
     const std::string& callId() const { return m_callId; }
     // There is another one.
     bool hasNext() const { return m_nNext < m_hops.size(); }
@@ -39,6 +43,8 @@ private:
     const std::string m_server;
     std::vector<std::string> m_hops;
     size_t m_nNext = 0;
+    unsigned int m_nNumber = 1; // of the INVITE, in its call
+    bool m_bReliable = false;
     std::string m_target;
     std::string m_from;
     std::string m_callId;

@@ -99,6 +99,11 @@ void SipCall::nextServer()
         tellUnderWay(0);
         return;
     }
+    inviteAnew();
+}
+
+void SipCall::inviteAnew()
+{
     // What this server may still make of the call is cancelled, or hung up.
     nua_handle_destroy(std::exchange(m_pHandle, nullptr));
     m_answers->forget();
@@ -455,6 +460,10 @@ void SipCall::onFinalReply(const tagStackEvent& event)
     const bool isDown = status == 503 || !isReply;
     if (status >= 300 && isDown && m_setup->hasNext()) {
         nextServer();
+        return;
+    }
+    if (isReply && m_setup->demandReliable(*event.pMessage)) {
+        inviteAnew();
         return;
     }
     tellProgress(status, event.szPhrase);

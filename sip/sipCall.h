@@ -87,6 +87,7 @@ private:
 
     void invite();
     void nextServer();
+    void inviteAnew();
     void sendOffer(const std::string& sdp);
     // Of the other side.
     void onRequest(const tagStackEvent& event);

@@ -238,12 +238,19 @@ TEST_F(SipOffers, AnOfferThatMeetsTheOneWhileItRingsIsToComeLater)
     EXPECT_TRUE(next<tagSipMedia>(SIP_EARLY, kFirst));
 }
 
-TEST_F(SipOffers, AReliableProvisionalAnswerIsAcknowledgedAndHolds)
+TEST_F(SipOffers, AReliableProvisionalAnswerIsAskedForByWhoNeedsItAcknowledgedAndHolds)
 {
     begin(AgentProcess::calmSetup());
     dial(1, "300");
+    const QByteArray first = peer->receive("INVITE");
+    EXPECT_EQ(headerOf(first, "Supported").toStdString(), "timer, replaces");
+    peer->reply(first, "421 Extension Required", "Require: 100rel");
     const QByteArray invite = peer->receive("INVITE");
-    EXPECT_TRUE(headerOf(invite, "Supported").contains("100rel")) << invite.constData();
+    EXPECT_EQ(headerOf(invite, "Supported").toStdString(), "timer, 100rel, replaces");
+    EXPECT_EQ(headerOf(invite, "Call-ID"), headerOf(first, "Call-ID"));
+    EXPECT_EQ(headerOf(invite, "From"), headerOf(first, "From"));
+    EXPECT_GT(headerOf(invite, "CSeq").split(' ').first().toInt(),
+              headerOf(first, "CSeq").split(' ').first().toInt());
     peer->reply(invite, "183 Session Progress", "Require: 100rel\r\nRSeq: 17\r\n" + withSdp(),
                 "v=0\r\ns=early\r\n");
     const QByteArray prack = peer->receive("PRACK");
@@ -255,6 +262,48 @@ TEST_F(SipOffers, AReliableProvisionalAnswerIsAcknowledgedAndHolds)
     peer->reply(invite, "200 OK", "Contact: <sip:300@127.0.0.1:" + QByteArray::number(peer->port()) + ">");
     EXPECT_NE(peer->receive("ACK").toStdString(), "");
     expectTalk(1, "s=early");
+}
+
+TEST_F(SipOffers, WhoNeedsAcknowledgedAnswersIsNotAskedTwice)
+{
+    begin(AgentProcess::calmSetup());
+    dial(1, "300");
+    peer->reply(peer->receive("INVITE"), "421 Extension Required", "Require: 100rel");
+    peer->reply(peer->receive("INVITE"), "421 Extension Required", "Require: 100rel");
+    expectEnd(1, SIP_REFUSED, 421);
+    dial(2, "300");
+    peer->reply(peer->receive("INVITE"), "421 Extension Required", "Require: precondition");
+    expectEnd(2, SIP_REFUSED, 421);
+}
+
+// Of one number that rings at two phones.
+TEST_F(SipOffers, WhoAnswersIsTalkedToWhoeverHasRungBefore)
+{
+    begin(AgentProcess::calmSetup());
+    for (const bool isTaken : {true, false}) {
+        const uint32_t id = isTaken ? 1 : 2;
+        dial(id, "300");
+        const QByteArray invite = peer->receive("INVITE");
+        // As a phone that acknowledges is asked to, where this one has said that it does.
+        const QByteArray reliable = headerOf(invite, "Supported").contains("100rel")
+                                        ? "Require: 100rel\r\nRSeq: 17\r\n" + withSdp()
+                                        : withSdp();
+        peer->answer(UdpPeer::replyTo(invite, "183 Session Progress", reliable, "v=0\r\ns=one\r\n"));
+        ASSERT_TRUE(next<tagSipProgress>(SIP_PROGRESS, id));
+        const QByteArray other = isTaken ? "200 OK" : "486 Busy Here";
+        peer->answer(UdpPeer::replyTo(invite, other, withSdp(), "v=0\r\ns=other\r\n")
+                         .replace("tag=peer", "tag=other"));
+        EXPECT_NE(peer->receive("ACK").toStdString(), "");
+        if (!isTaken) {
+            expectEnd(id, SIP_REFUSED, 486);
+            continue;
+        }
+        expectTalk(id, "s=other");
+        EXPECT_EQ(peer->receive("BYE", 300).toStdString(), "");
+        tellStatus(SIP_HANG_UP, id);
+        peer->reply(peer->receive("BYE"), "200 OK");
+        expectEnd(id, SIP_HUNG_UP, 0);
+    }
 }
 
 TEST_F(SipOffers, EarlyMediaWaitForTheirAcknowledgementWhereTheCallerGivesOne)
