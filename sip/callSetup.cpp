@@ -4,13 +4,18 @@
 #include "sip/sipDialog.h"
 #include "sip/stackMemory.h"
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_tag.h>
+#include <sofia-sip/sip_util.h>
 #include <sofia-sip/url.h>
 
 namespace {
 
+constexpr const char* kSecureScheme = "sips:";
+constexpr const char* kOverTls = "transport=tls";
+constexpr const char* kKeys = "+*#0123456789";
 // The stack ties a call to the first branch whose provisional answer it acknowledges: whoever answers on
 // another one would be hung up on.
 constexpr const char* kSupported = "timer, replaces";
@@ -39,6 +44,16 @@ std::string calledAddress(const tagSipDial& dial, const std::string& server)
     return url ? sipAddress::withoutHeaders(*url) : address;
 }
 
+// As it is dialled: without what is there for the eye.
+std::string numberOf(const char* written)
+{
+    std::string number = written ? written : "";
+    number.resize(strlen(url_unescape(number.data(), number.c_str())));
+    number.erase(std::remove_if(number.begin(), number.end(), [](char c) { return !strchr(kKeys, c); }),
+                 number.end());
+    return number;
+}
+
 // Who has sent the call on, in both ways that are in use: the newest one first (RFC 5806), and by number,
 // with where it goes as the last one (RFC 7044).
 std::string forwardLines(const tagSipDial& dial, const std::string& server, const std::string& target)
@@ -62,9 +77,10 @@ std::string forwardLines(const tagSipDial& dial, const std::string& server, cons
 
 CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
                      const tagCallOrigin& origin)
-    : m_stack(stack), m_hops(line.hops()), m_target(calledAddress(dial, line.server())),
-      m_callId(sipDialog::newToken()), m_contact(line.contact()),
-      m_transport(std::string("transport=") + line.transportName()), m_origin(origin), m_sdp(dial.szSdp)
+    : m_stack(stack), m_server(line.server()), m_hops(line.hops()),
+      m_target(calledAddress(dial, line.server())), m_callId(sipDialog::newToken()),
+      m_contact(line.contact()), m_transport(std::string("transport=") + line.transportName()),
+      m_origin(origin), m_sdp(dial.szSdp)
 {
     m_bHidden = dial.bAnonymous != 0;
     m_from = m_bHidden ? "\"Anonymous\" <sip:anonymous@anonymous.invalid>" : line.ownAddress();
@@ -74,8 +90,43 @@ CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const t
     m_lines += forwardLines(dial, line.server(), m_target);
 }
 
+bool CallSetup::canCall(const std::string& target) const
+{
+    return target.rfind(kSecureScheme, 0) != 0 || m_transport == kOverTls;
+}
+
+std::string CallSetup::targetOf(const url_t& place) const
+{
+    const bool isAddress = (place.url_type == url_sip || place.url_type == url_sips) && place.url_host;
+    std::string target;
+    if (isAddress)
+        target = sipAddress::withoutHeaders(place);
+    else if (place.url_type == url_tel)
+        target = numberOf(place.url_user);
+    if (target.empty() || !canCall(target))
+        return "";
+    return sipAddress::target(target, m_server);
+}
+
+std::string CallSetup::movedTo(const sip_t& reply) const
+{
+    std::string best;
+    unsigned most = 0;
+    for (const sip_contact_t* each = reply.sip_contact; each; each = each->m_next) {
+        const std::string target = targetOf(*each->m_url);
+        const unsigned worth = sip_q_value(each->m_q);
+        if (target.empty() || (!best.empty() && worth <= most))
+            continue;
+        best = target;
+        most = worth;
+    }
+    return best;
+}
+
 nua_handle_t* CallSetup::invite(StackOwner* owner)
 {
+    if (!canCall(m_target))
+        return nullptr;
     const std::string to = sipAddress::inBrackets(m_target);
     nua_handle_t* handle = nua_handle(m_stack.pNua, owner, NUTAG_URL(m_target.c_str()),
                                       SIPTAG_TO_STR(to.c_str()), SIPTAG_FROM_STR(m_from.c_str()), TAG_END());

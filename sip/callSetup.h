@@ -22,7 +22,7 @@ public:
     CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
               const tagCallOrigin& origin);
 
-    // By the next server; null when the number makes no address.
+    // By the next server; null when the number makes no address that the line can call.
     nua_handle_t* invite(StackOwner* owner);
     // Whether the next one is the server of before once more, with provisional answers that are acknowledged:
     // it has asked for these, and none like it has before.
@@ -31,9 +31,16 @@ public:
     // There is another one.
     bool hasNext() const { return m_nNext < m_hops.size(); }
     const std::string& target() const { return m_target; }
+    // The best of the places that the reply names and the line can call; empty for none.
+    std::string movedTo(const sip_t& reply) const;
 
 private:
+    bool canCall(const std::string& target) const;
+    // As the line calls it; empty when it cannot.
+    std::string targetOf(const url_t& place) const;
+
     const tagSipStack& m_stack;
+    const std::string m_server;
     std::vector<std::string> m_hops;
     size_t m_nNext = 0;
     unsigned int m_nNumber = 1; // of the INVITE, in its call

@@ -273,9 +273,10 @@ bool Registration::follow(const sip_t& reply)
 bool Registration::askLonger(const sip_t& reply)
 {
     const sip_min_expires_t* least = reply.sip_min_expires;
-    if (!least || least->me_delta <= m_nExpires || std::exchange(m_bAskedLonger, true))
+    const unsigned long longer = least ? std::min<unsigned long>(least->me_delta, kLongestGrant) : 0;
+    if (longer <= m_nExpires || std::exchange(m_bAskedLonger, true))
         return false;
-    m_nExpires = least->me_delta;
+    m_nExpires = longer;
     m_answers.reset();
     return true;
 }
@@ -307,18 +308,19 @@ void Registration::onRegistered(const tagStackEvent& event)
         m_keep.start(m_stack.setup.nKeepMs, [this] { keepOpen(); });
 }
 
-// A server that says nothing of this line has taken it.
+// A server that says nothing at all of who is there has taken the line.
 sip_time_t Registration::grantOf(const sip_t& reply) const
 {
-    bool isNamed = false;
+    const bool isOver = reply.sip_expires && reply.sip_expires->ex_delta == 0 && !reply.sip_expires->ex_date;
+    if (!reply.sip_contact)
+        return isOver ? 0 : kLongestGrant;
     sip_time_t most = 0;
     for (const sip_contact_t* each = reply.sip_contact; each; each = each->m_next) {
-        if (!each->m_url->url_user || m_contact != each->m_url->url_user)
-            continue;
-        isNamed = true;
-        most = std::max(most, secondsOf(each, reply.sip_expires, reply.sip_date, kLongestGrant, sip_now()));
+        if (each->m_url->url_user && m_contact == each->m_url->url_user)
+            most =
+                std::max(most, secondsOf(each, reply.sip_expires, reply.sip_date, kLongestGrant, sip_now()));
     }
-    return isNamed ? most : kLongestGrant;
+    return most;
 }
 
 // The stack would ask each second for what is granted for one.

@@ -41,6 +41,17 @@ bool isTerminated(tagi_t* tags)
     return state == nua_callstate_terminated;
 }
 
+// The stack keeps the first one of what may be there but once.
+bool isRepeated(const sip_t& message, const msg_hclass_t* header)
+{
+    for (const auto* each = reinterpret_cast<const sip_header_t*>(message.sip_error); each;
+         each = each->sh_next) {
+        if (each->sh_class == header)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 SipAgent::SipAgent()
@@ -406,7 +417,11 @@ void SipAgent::arrive(const tagStackEvent& event)
     const tagSdpBody body = callBody::read(event.pMessage);
     const sip_replaces_t* replaces = event.pMessage->sip_replaces;
     uint32_t replaced = 0;
-    const uint32_t refusal = line && replaces ? findReplaced(*replaces, line->line(), replaced) : 0;
+    uint32_t refusal = 0;
+    if (line && replaces)
+        refusal = isRepeated(*event.pMessage, sip_replaces_class)
+                      ? 400
+                      : findReplaced(*replaces, line->line(), replaced);
     const bool isBusy = callCount() >= size_t(SIP_CALLS_MAX + (replaced ? 1 : 0));
     if (!line || m_bEnding)
         nua_respond(event.pHandle, SIP_404_NOT_FOUND, TAG_END());

@@ -86,7 +86,7 @@ void SipCall::invite()
     if (m_pHandle)
         m_silent.start(m_stack.setup.nSilentMs, [this] { nextServer(); });
     else
-        end(SIP_BROKEN, 0, "The number makes no address");
+        end(SIP_BROKEN, 0, "The number makes no address that the line can call");
 }
 
 // The last server has all the time that the call has: it may only be slow.
@@ -479,8 +479,8 @@ void SipCall::onFinalReply(const tagStackEvent& event)
     if (isDown && m_hooks.serverFails)
         m_hooks.serverFails();
     const bool isMoved = status < 400 && status != kUseProxy;
-    if (isMoved && isReply && event.pMessage->sip_contact) {
-        const std::string target = sipAddress::withoutHeaders(*event.pMessage->sip_contact->m_url);
+    const std::string target = isMoved && isReply ? m_setup->movedTo(*event.pMessage) : "";
+    if (!target.empty()) {
         if (target.size() < SIP_TARGET_SIZE)
             end(SIP_REDIRECTED, status, event.szPhrase, target);
         else
@@ -570,6 +570,7 @@ void SipCall::onOffer(const tagStackEvent& event)
     const tagSdpBody body = callBody::read(event.pMessage);
     const std::string& sdp = body.sdp;
     const bool isUpdate = event.eEvent == nua_i_update;
+    const bool isFirstOfferHere = !m_bIncoming || (m_bWantsEarly && !m_ownSdp.empty());
     auto request = std::make_unique<SavedRequest>(m_stack.pNua);
     uint32_t status = 0;
     if (body.bUnknown)
@@ -579,7 +580,7 @@ void SipCall::onOffer(const tagStackEvent& event)
     else if (hasEnded() || isTooLarge(sdp))
         status = 488;
     else if (m_eStep == STEP_RINGING && !m_bAgreedEarly)
-        status = m_bIncoming ? 500 : 491; // the first offer is not answered yet
+        status = isFirstOfferHere ? 491 : 500; // it is not answered yet
     else if (m_offered || m_eTakenBack != NOT_TAKEN_BACK)
         status = 500;
     else if (isUpdate && m_offer.isUnderWay())

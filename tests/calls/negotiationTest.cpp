@@ -420,6 +420,8 @@ TEST(CallCrypto, AKeyIsReadWholeOrNotAtAll)
     EXPECT_EQ(crypto.key, QByteArray(30, 'k'));
     EXPECT_TRUE(callCrypto::read("1" + suite + "inline:" + key + "|2^20 WSH=64", crypto));
     EXPECT_TRUE(callCrypto::read("1" + suite.toLower() + "INLINE:" + key + "|2^20 wsh=64", crypto));
+    EXPECT_TRUE(callCrypto::read("1" + suite + "inline:" + key + " -X=1 WSH=64 -y", crypto))
+        << "who does not know them may leave them";
     EXPECT_EQ(crypto.eSuite, CRYPTO_SUITE::AES_SHA1_80);
     EXPECT_EQ(crypto.mark, "");
     const std::pair<const char*, QByteArray> marks[] = {{"|2^20|1:4", QByteArray("\0\0\0\1", 4)},
@@ -438,6 +440,7 @@ TEST(CallCrypto, AKeyIsReadWholeOrNotAtAll)
          {QByteArray(), "0" + suite + "inline:" + key, "1" + suite + key, "x" + suite + "inline:" + key,
           "1" + suite + "inline:" + key + ";inline:" + key, "1" + suite + "inline:" + key + "|2^20;" + key,
           "1" + suite + "inline:" + key.left(36), "1" + suite + "inline:" + key + " UNENCRYPTED_SRTP",
+          "1" + suite + "inline:" + key + " X=1", "1" + suite + "inline:" + key + " -X=1 KDR=1",
           "1" + suite + "inline:****" + key})
         EXPECT_FALSE(callCrypto::read(bad, crypto)) << bad.constData();
 }

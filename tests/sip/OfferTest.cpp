@@ -219,6 +219,25 @@ TEST_F(SipOffers, WhoWantsAnOfferGetsOneAndItsAnswerIsTold)
     expectTalk(kFirst, "s=again");
 }
 
+TEST_F(SipOffers, AnOfferThatMeetsTheOneWhileItRingsIsToComeLater)
+{
+    begin();
+    arriveWithoutOffer(kFirst);
+    tellMedia(SIP_RING, kFirst, "v=0\r\ns=here\r\n");
+    const QByteArray early = peer->receive("SIP/2.0 180");
+    lastAnswer = early;
+    sendUpdate(2, "v=0\r\ns=meets\r\n");
+    QByteArray refused;
+    do // the offer that nobody has acknowledged comes again
+        refused = peer->receive("SIP/2.0 ");
+    while (refused.startsWith("SIP/2.0 180"));
+    EXPECT_EQ(headerOf(refused, "CSeq").toStdString(), "2 UPDATE");
+    EXPECT_TRUE(refused.startsWith("SIP/2.0 491 ")) << refused.constData();
+    EXPECT_FALSE(next<tagSipMedia>(SIP_OFFER, kFirst, 100));
+    acknowledgeEarly(early, 3, "v=0\r\ns=there\r\n");
+    EXPECT_TRUE(next<tagSipMedia>(SIP_EARLY, kFirst));
+}
+
 TEST_F(SipOffers, AReliableProvisionalAnswerIsAskedForByWhoNeedsItAcknowledgedAndHolds)
 {
     begin(AgentProcess::calmSetup());

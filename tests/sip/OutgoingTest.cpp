@@ -138,6 +138,42 @@ TEST_F(SipCalls, WhoeverIsCalledWritesNoHeadersOfTheNextCall)
     EXPECT_TRUE(invite.endsWith("s=offer\r\n")) << invite.constData();
 }
 
+TEST_F(SipCalls, ACallIsSentOnToTheBestAddressThatItsLineCanCall)
+{
+    begin(AgentProcess::calmSetup());
+    const std::string server = "@127.0.0.1:" + std::to_string(peer->port());
+    const std::pair<QByteArray, std::string> moves[] = {
+        {"<sip:302@h>;q=0.2, <sip:303@h>;q=0.9", "sip:303@h"},
+        {"<sip:302@h>;q=0.5\r\nContact: <sip:303@h>", "sip:303@h"},
+        {"<sip:302@h>;q=0.5, <sip:303@h>;q=0.5", "sip:302@h"},
+        {"<mailto:a@b.c>, <http://h/302>, <sip:303@h>;q=0.1", "sip:303@h"},
+        {"<sips:302@h>;q=1.0, <sip:303@h>;q=0.1", "sip:303@h"},
+        {"<tel:+49-(123)4.5;phone-context=h>", "sip:+4912345" + server},
+        {"<tel:*30%23>;q=0.3, <mailto:a@b.c>", "sip:*30%23" + server},
+        {"<sips:302@h>", ""},
+        {"<mailto:a@b.c>, <http://h/302>", ""},
+        {"<tel:-.>", ""}};
+    uint32_t id = 0;
+    for (const auto& [contacts, target] : moves) {
+        SCOPED_TRACE(contacts.toStdString());
+        dial(++id, "300");
+        peer->reply(peer->receive("INVITE"), "302 Moved Temporarily", "Contact: " + contacts);
+        const auto* ended = next<tagSipEnded>(SIP_ENDED, id);
+        ASSERT_TRUE(ended);
+        EXPECT_EQ(ended->eEnding, uint32_t(target.empty() ? SIP_REFUSED : SIP_REDIRECTED));
+        EXPECT_EQ(ended->nStatus, 302u);
+        EXPECT_EQ(std::string(ended->szTarget), target);
+    }
+}
+
+TEST_F(SipCalls, WhoIsToBeCalledOverTlsIsNotCalledOverAnythingElse)
+{
+    begin(AgentProcess::calmSetup());
+    dial(1, "sips:301@127.0.0.1");
+    expectEnd(1, SIP_BROKEN, 0);
+    EXPECT_EQ(peer->receive("INVITE", 200).toStdString(), "");
+}
+
 TEST_F(SipCalls, ACallTakesNoWayThatTheOtherSideNames)
 {
     begin();

@@ -250,6 +250,14 @@ TEST_F(SipRefusals, WhoWantsToBeAskedForMoreTimeIsOnceInEachTry)
     EXPECT_EQ(headerOf(acceptedBy(*peer), "Expires").toStdString(), "9000") << "that was another try";
 }
 
+TEST_F(SipRefusals, NobodyIsAskedForMoreThanADay)
+{
+    start(AgentProcess::calmSetup());
+    peer->reply(peer->receive("REGISTER"), "423 Interval Too Brief", "Min-Expires: 4294967295");
+    EXPECT_EQ(headerOf(acceptedBy(*peer), "Expires").toStdString(), "86400");
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}
+
 TEST_F(SipRefusals, WhoSaysThatATimeIsTooBriefAndNotWhichIsAskedAgainLater)
 {
     start(AgentProcess::calmSetup());

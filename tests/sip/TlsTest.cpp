@@ -391,6 +391,25 @@ TEST_F(SipTls, AServerThatSendsTheLineToAnOpenWayIsNotFollowed)
     EXPECT_EQ(open.receive(200).toStdString(), "");
 }
 
+TEST_F(SipTls, WhoIsToBeCalledOverTlsIsCalled)
+{
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    begin(folder.path(), kName);
+    registerLine();
+    auto dial = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+    sipWire::setText(dial.szTarget, "300");
+    sipWire::setText(dial.szSdp, "v=0\r\n");
+    agent.tell(dial);
+    say(UdpPeer::replyTo(receive("INVITE sip:"), "302 Moved Temporarily", "Contact: <sips:301@pbx.test>"));
+    const auto* ended = reinterpret_cast<const tagSipEnded*>(agent.next(SIP_ENDED, 1));
+    ASSERT_TRUE(ended);
+    EXPECT_STREQ(ended->szTarget, "sips:301@pbx.test");
+    dial.head.nId = 2;
+    sipWire::setText(dial.szTarget, ended->szTarget);
+    agent.tell(dial);
+    EXPECT_NE(receive("INVITE sips:301@pbx.test ").toStdString(), "");
+}
+
 TEST_F(SipTls, ANameThatTheMachineItselfKnowsIsCertifiedAsAnyOther)
 {
     ASSERT_TRUE(makeCertificates(folder.path(), "localhost"));

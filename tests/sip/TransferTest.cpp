@@ -433,6 +433,8 @@ TEST_F(SipTransfers, ACallThatMayNotTakeAnothersPlaceIsRefusedAndTheOtherStays)
     expectRefused("tag", replaces().replace(";from-tag=caller", ";from-tag=other"), "481");
     expectRefused("none", "Replaces: stays", "481");
     expectRefused("early", replaces(";early-only"), "486");
+    expectRefused("two", replaces() + "\r\nReplaces: nobody;to-tag=1;from-tag=2", "400");
+    expectRefused("twice", replaces() + "\r\n" + replaces(), "400");
     const QByteArray mine = contact;
     contact = other;
     expectRefused("line", replaces(), "481");
