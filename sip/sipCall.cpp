@@ -133,6 +133,8 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     m_bWantsEarly =
         !body.bUnknown && m_remoteSdp.empty() && sip_has_feature(event.pMessage->sip_require, "100rel");
     arrived.bWantsEarly = m_bWantsEarly;
+    m_bAcknowledges = sip_has_feature(event.pMessage->sip_require, "100rel") ||
+                      sip_has_feature(event.pMessage->sip_supported, "100rel");
     m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
@@ -195,8 +197,10 @@ void SipCall::ring(const std::string& sdp)
     // that is the last.
     if (m_bWantsEarly && sdp.empty())
         return;
-    if (!sdp.empty())
+    if (!sdp.empty()) {
         m_ownSdp = sdp;
+        m_bEarlyWaits = m_bAcknowledges;
+    }
     respond(sdp.empty() || m_bWantsEarly ? 180 : 183, sdp);
 }
 
@@ -204,14 +208,9 @@ void SipCall::answer(const std::string& sdp)
 {
     if (!m_bIncoming || m_eStep != STEP_RINGING)
         return;
-    m_eStep = STEP_TALKING;
-    m_limit.stop();
-    if (!sdp.empty() && !m_bMovedEarly)
-        m_ownSdp = sdp;
-    // An answer to the caller's first offer would be out of date.
-    respond(200, m_bMovedEarly ? "" : sdp);
-    if (m_hooks.answered)
-        m_hooks.answered();
+    m_answer = sdp;
+    if (!m_bEarlyWaits)
+        sendAnswer();
 }
 
 void SipCall::refuse(uint32_t status, uint32_t warning)
@@ -365,7 +364,7 @@ void SipCall::onRequest(const tagStackEvent& event)
         onCancel(event);
         break;
     case nua_i_bye:
-        end(SIP_HUNG_UP, 0, "");
+        end(m_answer ? SIP_CANCELLED : SIP_HUNG_UP, 0, "");
         break;
     case nua_i_notify:
         onTransferNote(event);
@@ -396,7 +395,8 @@ void SipCall::onState(const tagStackEvent& event)
     tl_gets(event.pTags, NUTAG_CALLSTATE_REF(state), TAG_END());
     // The stack gives up a call by itself, and waits for a reply to that.
     if (state >= nua_callstate_terminating && !hasEnded()) {
-        end(SIP_BROKEN, status >= 100 && status <= 699 ? status : 0, event.szPhrase);
+        end(m_answer ? SIP_CANCELLED : SIP_BROKEN, status >= 100 && status <= 699 ? status : 0,
+            event.szPhrase);
         releaseSoon();
     }
     if (state == nua_callstate_terminated && !m_bByeGoes)
@@ -600,22 +600,6 @@ void SipCall::onOffer(const tagStackEvent& event)
     auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
     sipWire::setText(offer.szSdp, sdp);
     m_stack.pPhone->tell(offer);
-}
-
-// Where the phone has offered, the caller's answer comes with it.
-void SipCall::onEarlyAcknowledged(const tagStackEvent& event)
-{
-    if (m_ownSdp.empty() || m_bAgreedEarly || hasEnded())
-        return;
-    m_bAgreedEarly = !m_bWantsEarly;
-    const std::string sdp = m_bWantsEarly ? sdpOf(event.pMessage) : "";
-    if (sdp.empty() || isTooLarge(sdp))
-        return;
-    m_bAgreedEarly = true;
-    m_remoteSdp = sdp;
-    auto early = sipWire::make<tagSipMedia>(SIP_EARLY, m_nId);
-    sipWire::setText(early.szSdp, sdp);
-    m_stack.pPhone->tell(early);
 }
 
 void SipCall::talk(const std::string& sdp)

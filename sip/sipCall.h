@@ -15,6 +15,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 class Registration;
@@ -105,6 +106,8 @@ private:
     void onUpdateReply(const tagStackEvent& event);
     void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
+    // The user has answered, and so says the wire.
+    void sendAnswer();
     // The caller has acknowledged what was told while it rings.
     void onEarlyAcknowledged(const tagStackEvent& event);
     void onReferred(const tagStackEvent& event);
@@ -154,6 +157,8 @@ private:
     bool m_bAgreedEarly = false;             // while it rings: the first offer is answered for good
     bool m_bMovedEarly = false;              // and another one of the caller's after it
     bool m_bWantsEarly = false;              // the caller wants the phone's offer as soon as it rings
+    bool m_bAcknowledges = false;            // the caller, what is told while it rings
+    bool m_bEarlyWaits = false;              // a description told so that he has not acknowledged yet
     bool m_bSilenceTold = false;             // the phone believes that nothing has
     bool m_bByeGoes = false;                 // that has no final reply yet
     bool m_bReferred = false;                // the other side has taken what it was asked to call
@@ -164,11 +169,12 @@ private:
     bool m_bTonesRefused = false;
     bool m_bTonesTold = false; // the phone knows that they do not get through
     uint32_t m_nLine = 0;
-    std::string m_own;    // address of the line
-    std::string m_server; // of the line
-    std::string m_remote; // address of the other side
-    std::string m_source; // numeric one that its messages come from
-    std::string m_ownSdp; // that the other side has
+    std::string m_own;                   // address of the line
+    std::string m_server;                // of the line
+    std::string m_remote;                // address of the other side
+    std::string m_source;                // numeric one that its messages come from
+    std::string m_ownSdp;                // that the other side has
+    std::optional<std::string> m_answer; // of the user, which goes once the caller has acknowledged that
     std::string m_remoteSdp;
     std::string m_agreedSdp; // of the other side, before its offer
     tagDialogName m_name;

@@ -317,6 +317,11 @@ TEST_F(RuledCalls, WhoWasHeldForACallThatFailsAsItIsAnsweredIsTakenBack)
     int second = arrive("2");
     EXPECT_TRUE(rules->answer(second));
     EXPECT_EQ(fail(second), QStringList{of("resume", first)});
+    second = arrive("2");
+    EXPECT_TRUE(rules->answer(second));
+    orders();
+    backend.endFromOutside(second, CALL_MISSED);
+    EXPECT_EQ(orders(), QStringList{of("resume", first)}) << "the caller was quicker than the answer";
     // One that has sound has not failed as it was answered.
     second = arrive("2");
     EXPECT_TRUE(rules->answer(second));

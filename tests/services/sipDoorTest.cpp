@@ -1,6 +1,7 @@
 // Who calls, before the call is answered: the picture that his server has of him, what a door phone shows,
 // and what is agreed on early with whoever wants an offer.
 #include "host/services/phone/callDevices.h"
+#include "host/services/phone/callRules.h"
 #include "host/services/phone/callSettings.h"
 #include "support/host/registry.h"
 #include "tests/services/sipStand.h"
@@ -87,6 +88,49 @@ TEST_F(SipEarly, TheUserMayBeQuickerThanTheAnswerToTheOffer)
     tellMedia(SIP_TALK, IN, "their answer");
     EXPECT_EQ(media->orders, (QStringList{"offer", "begin", "agree their answer"}));
     EXPECT_EQ(call().eState, CALL_TALKING);
+}
+
+TEST_F(SipEarly, UntilHeHasAnsweredTheOfferNobodyTalksAndWhoGivesUpIsMissed)
+{
+    int ended = 0;
+    for (const SIP_ENDING ending : {SIP_CANCELLED, SIP_HUNG_UP, SIP_BROKEN, SIP_UNANSWERED}) {
+        SCOPED_TRACE(ending);
+        const uint32_t wire = IN + uint32_t(ending);
+        const int id = arrives(wanting(wire));
+        EXPECT_EQ(nextMedia(SIP_RING).left(5), "offer");
+        EXPECT_TRUE(phoneService::instance().answer(id));
+        EXPECT_EQ(nextMedia(SIP_ANSWER), "");
+        EXPECT_FALSE(phoneService::instance().rules().transfer(id, "300")) << "there is no call yet";
+        EXPECT_FALSE(kit::waitUntil([] { return call().nSeconds > 0; }, 1200)) << "nobody talks";
+        tellEnd(wire, ending, ending == SIP_BROKEN ? 504 : 0);
+        ASSERT_TRUE(waitsForEnd(++ended));
+        EXPECT_EQ(lastEnded().eEnd, CALL_MISSED);
+        EXPECT_EQ(lastEnded().nSeconds, 0);
+        EXPECT_EQ(lastEnded().strReason, "");
+    }
+    const int id = arrives(wanting(IN + 10));
+    EXPECT_EQ(nextMedia(SIP_RING).left(5), "offer");
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "");
+    tellMedia(SIP_EARLY, IN + 10, "their answer");
+    EXPECT_TRUE(kit::waitUntil([] { return call().nSeconds > 0; })) << "the answer is on its way";
+}
+
+TEST_F(SipEarly, AnAnswerThatIsNoneIsTheAgentsToRefuse)
+{
+    for (const bool isAnswered : {false, true}) {
+        SCOPED_TRACE(isAnswered);
+        const uint32_t wire = IN + isAnswered;
+        const int id = arrives(wanting(wire));
+        EXPECT_EQ(nextMedia(SIP_RING).left(5), "offer");
+        if (isAnswered) {
+            EXPECT_TRUE(phoneService::instance().answer(id));
+        }
+        tellEnd(wire, SIP_REFUSED, 488);
+        ASSERT_TRUE(waitsForEnd(isAnswered ? 2 : 1));
+        EXPECT_EQ(lastEnded().eEnd, isAnswered ? CALL_FAILED : CALL_UNFIT);
+        EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
+    }
 }
 
 TEST_F(SipEarly, TheUserMayBeQuickerThanTheOffer)

@@ -16,24 +16,6 @@ protected:
     {
         peer->send(within("UPDATE", lastAnswer, number, sdp.isEmpty() ? "" : kSdp, sdp), agent.port());
     }
-    // Of an answer before the one of the user; sdp: the answer to what it has offered.
-    void acknowledgeEarly(const QByteArray& early, int number, const QByteArray& sdp = {})
-    {
-        QByteArray lines = "RAck: " + headerOf(early, "RSeq") + " 1 INVITE";
-        if (!sdp.isEmpty())
-            lines += QByteArray("\r\n") + kSdp;
-        peer->send(within("PRACK", early, number, lines, sdp), agent.port());
-        EXPECT_EQ(headerOf(peer->receive("SIP/2.0 200"), "CSeq").toStdString(),
-                  std::to_string(number) + " PRACK");
-    }
-    // Of somebody who wants an offer, and as soon as it rings.
-    void arriveWithoutOffer(uint32_t id)
-    {
-        peer->send(inviteText("early" + QByteArray::number(id), "Require: 100rel", ""), agent.port());
-        const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, id);
-        ASSERT_TRUE(arrived);
-        EXPECT_EQ(arrived->bWantsEarly, 1u);
-    }
     void expectTalk(uint32_t id, const char* sdp)
     {
         const auto* talk = next<tagSipMedia>(SIP_TALK, id);
@@ -417,27 +399,6 @@ TEST_F(SipOffers, WithoutAnOfferNothingRingsAtWhoWantsOneThere)
     EXPECT_TRUE(answer.endsWith("s=late\r\n")) << answer.constData();
     peer->send(within("ACK", answer, 1, kSdp, "v=0\r\ns=there\r\n"), agent.port());
     expectTalk(kFirst, "s=there");
-}
-
-TEST_F(SipOffers, WhoAcknowledgesAnEarlyOfferWithoutAnAnswerHasAgreedToNothing)
-{
-    begin();
-    arriveWithoutOffer(kFirst);
-    tellMedia(SIP_RING, kFirst, "v=0\r\ns=here\r\n");
-    lastAnswer = peer->receive("SIP/2.0 180");
-    acknowledgeEarly(lastAnswer, 2);
-    EXPECT_FALSE(next<tagSipMedia>(SIP_EARLY, kFirst, 100));
-    sendUpdate(3, "v=0\r\ns=moved\r\n");
-    EXPECT_NE(peer->receive("SIP/2.0 500").toStdString(), "");
-    EXPECT_FALSE(next<tagSipMedia>(SIP_OFFER, kFirst, 100));
-    tellMedia(SIP_ANSWER, kFirst, "");
-    const QByteArray answer = peer->receive("SIP/2.0 200");
-    EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
-    acknowledge(answer);
-    expectTalk(kFirst, "");
-    tellStatus(SIP_HANG_UP, kFirst, 488);
-    EXPECT_EQ(headerOf(peer->receive("BYE"), "Reason").toStdString(),
-              "SIP;cause=488;text=\"Not Acceptable Here\"");
 }
 
 TEST_F(SipOffers, WhoWantsAnOfferAndAcknowledgesNothingEarlyHasItWithTheAnswer)

@@ -110,6 +110,25 @@ void SipCalls::takeBack(const QByteArray& invite)
     peer->send(cancel + "Content-Length: 0\r\n\r\n", agent.port());
 }
 
+QByteArray SipCalls::arriveWithoutOffer(uint32_t id)
+{
+    const QByteArray invite = inviteText("early" + QByteArray::number(id), "Require: 100rel", "");
+    peer->send(invite, agent.port());
+    const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, id);
+    EXPECT_TRUE(arrived && arrived->bWantsEarly == 1u);
+    return invite;
+}
+
+void SipCalls::acknowledgeEarly(const QByteArray& early, int number, const QByteArray& sdp)
+{
+    QByteArray lines = "RAck: " + headerOf(early, "RSeq") + " 1 INVITE";
+    if (!sdp.isEmpty())
+        lines += "\r\nContent-Type: application/sdp";
+    peer->send(within("PRACK", early, number, lines, sdp), agent.port());
+    EXPECT_EQ(headerOf(peer->receive("SIP/2.0 200"), "CSeq").toStdString(),
+              std::to_string(number) + " PRACK");
+}
+
 uint32_t SipCalls::talkIn(const QByteArray& callId)
 {
     peer->send(inviteText(callId), agent.port());

@@ -28,6 +28,10 @@ protected:
     void acknowledge(const QByteArray& reply);
     // Of an INVITE that has no final answer yet.
     void takeBack(const QByteArray& invite);
+    // Somebody calls who wants an offer, and as soon as it rings; his INVITE.
+    QByteArray arriveWithoutOffer(uint32_t id);
+    // Of an answer before the one of the user; sdp: the answer to what it has offered.
+    void acknowledgeEarly(const QByteArray& early, int number, const QByteArray& sdp = {});
     // A request within a dialogue that the agent has answered with reply.
     QByteArray within(const QByteArray& method, const QByteArray& reply, int number,
                       const QByteArray& lines = {}, const QByteArray& body = {});

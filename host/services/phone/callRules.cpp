@@ -432,7 +432,8 @@ void callRules::callChanged(const tagCall& call)
     if (call.eState == CALL_TALKING && !call.bHeld)
         holdOthers(call.nId);
     const bool hasSound = !call.streams.strSound.isEmpty();
-    if (hasSound || (call.eState == CALL_ENDED && call.eEnd != CALL_FAILED))
+    const bool hasFailed = call.eEnd == CALL_FAILED || call.eEnd == CALL_MISSED;
+    if (hasSound || (call.eState == CALL_ENDED && !hasFailed))
         m_heldFor.remove(call.nId);
     m_news.callChanged(shown(call));
     if (call.eState == CALL_ENDED)

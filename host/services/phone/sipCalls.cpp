@@ -402,6 +402,7 @@ void sipCalls::talk(const tagSipMedia& media)
     const int id = live->call.nId;
     const bool begins = live->call.eState == CALL_RINGING;
     const bool wasHeld = live->call.bHeld;
+    talkCounts(*live);
     live->offered.invalidate();
     live->call.bUnheard = false;
     if (std::exchange(live->bOffered, false)) {
@@ -619,8 +620,13 @@ void sipCalls::ended(const tagSipEnded& ended)
         return;
     }
     const int id = live->call.nId;
-    const bool ringsIn = findRingingIn(id) != nullptr;
+    const bool asksUser = findRingingIn(id) != nullptr;
+    // For the agent it rings until the answer of the user is on its way.
+    const bool rangThere = ended.eEnding == SIP_CANCELLED || ended.eEnding == SIP_UNANSWERED;
+    const bool ringsIn = asksUser || live->bAnswerWaits || (live->call.bIncoming && rangThere);
     const bool wentOn = live->bTransferring;
+    if (ringsIn)
+        live->talking.invalidate();
     const char* const lost = reasonOfBreak(live->call, ended.eEnding == SIP_BROKEN ? ended.nStatus : 0);
     nuxTrace(TRACE_NOTE, "a call on line %d has ended: %u %u %s", live->call.nAccount + 1, ended.eEnding,
              ended.nStatus, ended.szReason);
@@ -630,7 +636,7 @@ void sipCalls::ended(const tagSipEnded& ended)
             end(id, CALL_FAILED, lost);
         break;
     case SIP_REFUSED:
-        end(id, CALL_FAILED, sipReasonOf(ended.nStatus));
+        end(id, asksUser ? CALL_UNFIT : CALL_FAILED, sipReasonOf(ended.nStatus));
         break;
     case SIP_ELSEWHERE:
         end(id, CALL_HUNG_UP, HX_TR("Another phone has answered"));
@@ -653,7 +659,7 @@ void sipCalls::agentIsGone()
     for (const tagArriving& arriving : std::exchange(m_arriving, {}))
         tellEnd(callOf(arriving.record), CALL_MISSED, "");
     for (const tagCall& call : calls()) {
-        const bool ringsIn = findRingingIn(call.nId) != nullptr;
+        const bool ringsIn = findRingingIn(call.nId) || find(call.nId)->bAnswerWaits;
         end(call.nId, ringsIn ? CALL_MISSED : CALL_FAILED, ringsIn ? "" : reasonOfBreak(call));
     }
 }

@@ -82,6 +82,7 @@ private:
         bool bEarly = false;        // they were agreed while it rings
         bool bWantsEarly = false;   // who calls wants an offer while it rings
         bool bOfferedEarly = false; // and has it
+        bool bAnswerWaits = false;  // the user has answered, and he has not answered that
         bool bMustOffer = false;    // the media of before are gone
         bool bAskedHeld = false;    // what the last description said
         bool bAgreedHeld = false;   // what the other side knows
@@ -143,6 +144,8 @@ private:
     void earlyWith(tagLive& live, const QByteArray& offer);
     void agreedEarly(const tagSipMedia& media);
     static bool isEarly(const tagLive& live);
+    // The answer of the user is on its way to the caller.
+    static void talkCounts(tagLive& live);
     void askForReply(tagLive& live, ASKED outOfDate);
     // What was asked for is there; empty: it is not.
     void dialWith(tagLive& live, const QByteArray& offer);

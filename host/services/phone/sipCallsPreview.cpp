@@ -48,6 +48,16 @@ void sipCalls::agreedEarly(const tagSipMedia& media)
         return;
     live->bEarly = true;
     m_media.agree(live->call.nId, QByteArray(media.szSdp));
+    talkCounts(*live);
+}
+
+// Until then nobody has heard of it, and the caller is still called.
+void sipCalls::talkCounts(tagLive& live)
+{
+    if (!std::exchange(live.bAnswerWaits, false))
+        return;
+    live.offered.invalidate();
+    live.talking.start();
 }
 
 // Pictures were not offered while nobody knew whether the user wants them.
@@ -56,6 +66,11 @@ bool sipCalls::answerAsOfferedEarly(tagLive& live)
     if (!live.bOfferedEarly)
         return false;
     m_orders.media(SIP_ANSWER, live.nWire, {});
+    live.bAnswerWaits = live.bOffered;
+    if (live.bAnswerWaits) {
+        live.talking.invalidate();
+        live.offered.start();
+    }
     if (live.eAsked != ASKED_REPLY)
         live.otherOffer.reset();
     live.bAgreedHeld = false;

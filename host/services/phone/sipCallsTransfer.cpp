@@ -8,7 +8,8 @@
 bool sipCalls::transfer(int id, const QString& number)
 {
     tagLive* live = findTalking(id);
-    if (!live || live->bTransferring || !m_orders.target(SIP_TRANSFER, live->nWire, number.toUtf8()))
+    if (!live || live->bTransferring || live->bAnswerWaits ||
+        !m_orders.target(SIP_TRANSFER, live->nWire, number.toUtf8()))
         return false;
     live->bTransferring = true;
     live->call.strTarget = number;
