@@ -197,6 +197,7 @@ void SipCall::ring(const std::string& sdp)
         return;
     if (!sdp.empty())
         m_ownSdp = sdp;
+    m_bOfferWaits = m_bWantsEarly && !m_bAgreedEarly;
     respond(sdp.empty() || m_bWantsEarly ? 180 : 183, sdp);
 }
 
@@ -570,7 +571,7 @@ void SipCall::onOffer(const tagStackEvent& event)
     const tagSdpBody body = callBody::read(event.pMessage);
     const std::string& sdp = body.sdp;
     const bool isUpdate = event.eEvent == nua_i_update;
-    const bool isFirstOfferHere = !m_bIncoming || (m_bWantsEarly && !m_ownSdp.empty());
+    const bool isFirstOfferHere = !m_bIncoming || m_bOfferWaits;
     auto request = std::make_unique<SavedRequest>(m_stack.pNua);
     uint32_t status = 0;
     if (body.bUnknown)
@@ -605,6 +606,7 @@ void SipCall::onOffer(const tagStackEvent& event)
 // Where the phone has offered, the caller's answer comes with it.
 void SipCall::onEarlyAcknowledged(const tagStackEvent& event)
 {
+    m_bOfferWaits = false;
     if (m_ownSdp.empty() || m_bAgreedEarly || hasEnded())
         return;
     m_bAgreedEarly = !m_bWantsEarly;

@@ -154,6 +154,7 @@ private:
     bool m_bAgreedEarly = false;             // while it rings: the first offer is answered for good
     bool m_bMovedEarly = false;              // and another one of the caller's after it
     bool m_bWantsEarly = false;              // the caller wants the phone's offer as soon as it rings
+    bool m_bOfferWaits = false;              // and has not acknowledged it
     bool m_bSilenceTold = false;             // the phone believes that nothing has
     bool m_bByeGoes = false;                 // that has no final reply yet
     bool m_bReferred = false;                // the other side has taken what it was asked to call
