@@ -570,7 +570,7 @@ void SipCall::onOffer(const tagStackEvent& event)
     const tagSdpBody body = callBody::read(event.pMessage);
     const std::string& sdp = body.sdp;
     const bool isUpdate = event.eEvent == nua_i_update;
-    const bool isFirstOfferHere = !m_bIncoming || (m_bWantsEarly && !m_ownSdp.empty());
+    const bool isFirstOfferHere = !m_bIncoming || (m_bWantsEarly && m_bEarlyWaits);
     auto request = std::make_unique<SavedRequest>(m_stack.pNua);
     uint32_t status = 0;
     if (body.bUnknown)
