@@ -1,4 +1,5 @@
 #include "sip/callSetup.h"
+#include "sip/openingHop.h"
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
 #include "sip/sipDialog.h"
@@ -56,9 +57,10 @@ std::string forwardLines(const tagSipDial& dial, const std::string& server, cons
 
 CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
                      const tagCallOrigin& origin)
-    : m_stack(stack), m_hops(line.hops()), m_target(calledAddress(dial, line.server())),
-      m_callId(sipDialog::newToken()), m_contact(line.contact()),
-      m_transport(std::string("transport=") + line.transportName()), m_origin(origin), m_sdp(dial.szSdp)
+    : m_stack(stack), m_hops(line.hops()), m_bByProxy(line.hasProxy()),
+      m_target(calledAddress(dial, line.server())), m_callId(sipDialog::newToken()),
+      m_contact(line.contact()), m_transport(std::string("transport=") + line.transportName()),
+      m_origin(origin), m_sdp(dial.szSdp)
 {
     m_bHidden = dial.bAnonymous != 0;
     m_from = m_bHidden ? "\"Anonymous\" <sip:anonymous@anonymous.invalid>" : line.ownAddress();
@@ -75,7 +77,9 @@ nua_handle_t* CallSetup::invite(StackOwner* owner)
                                       SIPTAG_TO_STR(to.c_str()), SIPTAG_FROM_STR(m_from.c_str()), TAG_END());
     if (!handle)
         return nullptr;
-    const std::string hop = hasNext() ? m_hops[m_nNext] : "";
+    std::string hop = hasNext() ? m_hops[m_nNext] : "";
+    if (!hop.empty() && !m_bByProxy)
+        hop = openingHop::of(hop);
     ++m_nNext;
     nua_invite(handle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0),
                NUTAG_M_USERNAME(m_contact.c_str()), NUTAG_M_PARAMS(m_transport.c_str()),

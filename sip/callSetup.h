@@ -31,6 +31,7 @@ public:
 private:
     const tagSipStack& m_stack;
     std::vector<std::string> m_hops;
+    const bool m_bByProxy; // which all that belongs to a call goes through
     size_t m_nNext = 0;
     std::string m_target;
     std::string m_from;
