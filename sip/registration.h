@@ -42,6 +42,8 @@ public:
     std::string hop() const;
     // Where its requests may go, the server that it is registered at first.
     std::vector<std::string> hops() const;
+    // The account names a proxy for all of them.
+    bool hasProxy() const { return m_account.szProxy[0] != 0; }
     // A call has found the server silent or out of service: it is asked again now.
     void doubt();
     // The network says that nobody takes what is sent there.

@@ -63,7 +63,7 @@ protected:
     {
         return UdpPeer::replyTo(
             request, "200 OK",
-            "Contact: <sip:300@127.0.0.1:" + QByteArray::number(way ? way->back() : server.port()) +
+            "Contact: <sip:300@127.0.0.1:" + QByteArray::number(way ? way->front() : server.port()) +
                 ">\r\nContent-Type: application/sdp",
             kSdp);
     }

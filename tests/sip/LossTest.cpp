@@ -23,7 +23,7 @@ protected:
                 last = headerOf(message, "Call-ID");
                 calls.insert(last);
                 answer = UdpPeer::replyTo(message, "200 OK",
-                                          "Contact: <sip:300@127.0.0.1:" + QByteArray::number(way->back()) +
+                                          "Contact: <sip:300@127.0.0.1:" + QByteArray::number(way->front()) +
                                               ">\r\nContent-Type: application/sdp",
                                           "v=0\r\ns=answer\r\n");
             }

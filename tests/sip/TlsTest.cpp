@@ -410,6 +410,42 @@ TEST_F(SipTls, WhoIsToBeCalledOverTlsIsCalled)
     EXPECT_NE(receive("INVITE sips:301@pbx.test ").toStdString(), "");
 }
 
+TEST_F(SipTls, ACallIsNotLedToAnOpenWayNorToAnAddressThatNoCertificateNames)
+{
+    UdpPeer open;
+    QTcpServer further;
+    ASSERT_TRUE(further.listen(QHostAddress::LocalHost));
+    ASSERT_TRUE(makeCertificates(folder.path(), kName));
+    begin(folder.path(), kName);
+    registerLine();
+    const auto talk = [this](uint32_t id, const QByteArray& contact) {
+        auto call = sipWire::make<tagSipDial>(SIP_DIAL, id);
+        sipWire::setText(call.szTarget, "300");
+        sipWire::setText(call.szSdp, "v=0\r\ns=offer\r\n");
+        agent.tell(call);
+        say(UdpPeer::replyTo(receive("INVITE sip:"), "200 OK",
+                             "Contact: <" + contact + ">\r\nContent-Type: application/sdp",
+                             "v=0\r\ns=answer\r\n"));
+        return agent.next(SIP_TALK, id) != nullptr;
+    };
+    const QByteArray plain = "sip:127.0.0.1:" + QByteArray::number(open.port());
+    const QByteArray numeric = "sip:127.0.0.1:" + QByteArray::number(further.serverPort()) + ";transport=tls";
+    uint32_t id = 0;
+    for (const QByteArray& contact : {plain, plain + ";transport=tcp", numeric}) {
+        SCOPED_TRACE(contact.toStdString());
+        ASSERT_TRUE(talk(++id, contact));
+        EXPECT_NE(receive("ACK sip:").toStdString(), "");
+        agent.tell(sipWire::make<tagSipStatus>(SIP_HANG_UP, id));
+        say(UdpPeer::replyTo(receive("BYE sip:"), "200 OK"));
+    }
+    EXPECT_EQ(open.receive(200).toStdString(), "");
+    EXPECT_FALSE(further.hasPendingConnections() || further.waitForNewConnection(200));
+    // A name can be certified.
+    ASSERT_TRUE(talk(++id, QByteArray("sip:") + kName + ':' + QByteArray::number(further.serverPort()) +
+                               ";transport=tls"));
+    EXPECT_TRUE(further.waitForNewConnection(AgentProcess::WAIT_MS));
+}
+
 TEST_F(SipTls, ANameThatTheMachineItselfKnowsIsCertifiedAsAnyOther)
 {
     ASSERT_TRUE(makeCertificates(folder.path(), "localhost"));
