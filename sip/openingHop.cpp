@@ -56,7 +56,7 @@ bool isLeft(const url_t& hop, const url_t& next)
         return isSecure(next) && !isNumeric(hostOf(next));
     const bool isThere = strcasecmp(hostOf(hop).c_str(), hostOf(next).c_str()) == 0 &&
                          std::string(url_port(&hop)) == url_port(&next);
-    return isSecure(next) || isThere || !isThere;
+    return isSecure(next) || !isThere || !wayOf(next).empty();
 }
 
 // Of a request within a call.

@@ -14,6 +14,7 @@
 #include <sofia-sip/sip_tag.h>
 #include <sofia-sip/su_tag.h>
 #include <sofia-sip/tport_tag.h>
+#include <utility>
 
 namespace {
 
@@ -91,11 +92,13 @@ SipAgent::~SipAgent()
     m_calls.clear();
     if (m_stack.pDns)
         sres_resolver_destroy(m_stack.pDns);
-    // A stack that has not ended would stop the program: what is left of it goes with the process.
+    // A stack that has not ended would stop the program: what is left of it goes with the process. It stays
+    // known, else it would look lost.
+    static std::pair<nua_t*, su_root_t*> left;
     if (m_stack.pNua && m_bShutdown)
         nua_destroy(m_stack.pNua);
     else if (m_stack.pNua)
-        m_root.release();
+        left = {m_stack.pNua, m_root.release()};
 }
 
 int SipAgent::run(const std::string& path)
