@@ -52,11 +52,7 @@ TEST_F(SipMessages, TheyAreAskedForByTheOutboundProxy)
 {
     ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
     peer = std::make_unique<UdpPeer>();
-    tagSipAccount account = accountAt(0, 0);
-    sipWire::setText(account.szServer, "nobody.invalid");
-    sipWire::setText(account.szProxy, "127.0.0.1");
-    account.nProxyPort = peer->port();
-    agent.tell(account);
+    agent.tell(accountBehind(peer->port()));
     const QByteArray request = peer->receive("REGISTER");
     peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
     ASSERT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));

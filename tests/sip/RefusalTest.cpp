@@ -213,11 +213,7 @@ TEST_F(SipRefusals, AnAccountWithAProxyTakesNoOther)
 {
     UdpPeer proxy, other;
     ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
-    tagSipAccount account = accountAt(0, 0);
-    sipWire::setText(account.szServer, "phones.test");
-    sipWire::setText(account.szProxy, "127.0.0.1");
-    account.nProxyPort = proxy.port();
-    agent.tell(account);
+    agent.tell(accountBehind(proxy.port(), "phones.test"));
     proxy.reply(proxy.receive("REGISTER"), "305 Use Proxy", "Contact: <" + placeOf(other.port()) + ">");
     const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
     ASSERT_TRUE(state);

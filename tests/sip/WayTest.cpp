@@ -97,11 +97,7 @@ TEST_F(SipWays, AnAccountWithAProxySendsAllThroughIt)
 {
     ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
     peer = std::make_unique<UdpPeer>();
-    tagSipAccount account = accountAt(0, 0);
-    sipWire::setText(account.szServer, "nobody.invalid");
-    sipWire::setText(account.szProxy, "127.0.0.1");
-    account.nProxyPort = peer->port();
-    agent.tell(account);
+    agent.tell(accountBehind(peer->port()));
     acceptAnew();
     talkBy(1, "Record-Route: " + otherWay() + "\r\n" + other.linesWithSdp());
     expectAllAt(*peer, 1);

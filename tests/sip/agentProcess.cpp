@@ -164,3 +164,12 @@ tagSipAccount accountAt(uint32_t line, uint32_t port, SIP_TRANSPORT transport)
     account.nExpires = 3600;
     return account;
 }
+
+tagSipAccount accountBehind(uint32_t proxyPort, const char* server)
+{
+    tagSipAccount account = accountAt(0, 0);
+    sipWire::setText(account.szServer, server);
+    sipWire::setText(account.szProxy, "127.0.0.1");
+    account.nProxyPort = proxyPort;
+    return account;
+}

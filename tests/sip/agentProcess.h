@@ -60,3 +60,5 @@ private:
 
 // An account of a line at a server of the loopback interface.
 tagSipAccount accountAt(uint32_t line, uint32_t port, SIP_TRANSPORT transport = SIP_UDP);
+// The first line's, of a server that only the proxy at that port of this machine knows.
+tagSipAccount accountBehind(uint32_t proxyPort, const char* server = "nobody.invalid");
