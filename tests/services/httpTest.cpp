@@ -541,6 +541,28 @@ TEST_F(Http, WhatIsAbandonedUnderWayTellsNobodyAndLeavesNothing)
     EXPECT_EQ(readFile(kTarget), "new");
 }
 
+// Its owner alone knows by then whether another file of that name is under way.
+TEST_F(Http, AnUnfinishedFileThatHadComeWholeIsToldOfThoughItWasAbandoned)
+{
+    const QString target = hostPath("/rundata/data/got.ing");
+    action.strLocalFile = "/rundata/data/got.ing";
+    action.bUnfinished = 1;
+    action.bCheckSum = 1;
+    server.onRequest = [&](QTcpSocket& socket, const QByteArray&) {
+        socket.write(httpServer::answer("whole"));
+        socket.flush();
+        for (int i = 0; i < 2000 && QFileInfo(target).size() != 5; ++i)
+            QThread::msleep(1);
+        QThread::msleep(200); // its end is on its way to this thread
+        action.Abandon();
+    };
+    post(server.url("/late"));
+    EXPECT_TRUE(kit::waitUntil([&] { return callback.calls == 1; }));
+    EXPECT_EQ(action.nResult, 1);
+    EXPECT_EQ(readFile("/rundata/data/got.ing"), "whole");
+    EXPECT_TRUE(kit::waitUntil([] { return taskPendingCount() == 0; }));
+}
+
 TEST_F(Http, WhatIsAbandonedBeforeItBeganIsNotAskedFor)
 {
     answerWith(httpServer::answer("new"));

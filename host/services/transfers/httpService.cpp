@@ -283,7 +283,7 @@ void httpService::tell(const tagHttpJob& job, bool good, const QByteArray& check
 {
     taskDone(job.hold, [job, good, checkSum] {
         HttpAction* action = static_cast<HttpAction*>(job.hold->action());
-        if (!action || !isLatest(job))
+        if (!action || !(isLatest(job) || (good && job.bUnfinished)))
             return false;
         action->nResult = good;
         action->strCheckSum = checkSum.constData();

@@ -72,6 +72,7 @@ private:
     void giveUpWaiting(quint64 action);
     void ended(httpTransfer* transfer);
     void done(httpTransfer* transfer, bool good);
+    // What was given up is told only where it has left a file.
     static void tell(const tagHttpJob& job, bool good, const QByteArray& checkSum);
 
     httpLoop& loopFor(const tagHttpJob& job);
