@@ -20,6 +20,7 @@ constexpr const char* kRetryAfterSeconds = "2";
 
 // No server has said anything.
 constexpr uint32_t kNothingHeard = 408;
+constexpr uint32_t kNoCommonMedia = 488;
 constexpr uint32_t kUseProxy = 305; // names no place where somebody is, but a way
 
 // Where nothing can be refused any more.
@@ -31,6 +32,11 @@ std::string sdpOf(const sip_t* message)
 bool isTooLarge(const std::string& sdp)
 {
     return sdp.size() >= SIP_SDP_SIZE;
+}
+
+std::string tagOf(const sip_addr_t* side)
+{
+    return side && side->a_tag ? side->a_tag : "";
 }
 
 // Of a description, without what says who has written it, and how often.
@@ -107,6 +113,7 @@ void SipCall::inviteAnew()
     // What this server may still make of the call is cancelled, or hung up.
     nua_handle_destroy(std::exchange(m_pHandle, nullptr));
     m_answers->forget();
+    m_early.forget();
     invite();
 }
 
@@ -183,6 +190,8 @@ void SipCall::respondToOffer(uint32_t status, const std::string& sdp)
     if (status < 300) {
         m_ownSdp = sdp;
         m_session.agree(m_offered->sip());
+        if (m_eStep == STEP_RINGING && !m_bIncoming)
+            m_early.take(tagOf(m_offered->sip().sip_from), m_remoteSdp);
     } else {
         m_remoteSdp = m_agreedSdp;
     }
@@ -438,6 +447,7 @@ void SipCall::onSetupReply(const tagStackEvent& event)
     // What was agreed on early is not always told again.
     if (!sdp.empty() && !isTooLarge(sdp)) {
         m_remoteSdp = sdp;
+        m_early.take(tagOf(event.pMessage->sip_to), sdp);
         m_bAgreedEarly = m_bAgreedEarly || event.pMessage->sip_rseq;
     }
     tellUnderWay(status, isTooLarge(sdp) ? "" : sdp);
@@ -466,16 +476,11 @@ void SipCall::onFinalReply(const tagStackEvent& event)
         inviteAnew();
         return;
     }
-    tellProgress(status, event.szPhrase);
     if (status < 300) {
-        m_answers->reset();
-        m_dialog->setAsking(false);
-        m_limit.stop();
-        m_eStep = STEP_TALKING;
-        m_session.agree(*event.pMessage);
-        talk(sdpOf(event.pMessage));
+        onTaken(event);
         return;
     }
+    tellProgress(status, event.szPhrase);
     if (isDown && m_hooks.serverFails)
         m_hooks.serverFails();
     const bool isMoved = status < 400 && status != kUseProxy;
@@ -491,6 +496,29 @@ void SipCall::onFinalReply(const tagStackEvent& event)
         end(SIP_BROKEN, m_bHeard ? 0 : kNothingHeard, event.szPhrase);
     }
     releaseSoon();
+}
+
+// Who answers without a description holds by what he has said early, and not by what another one has, where
+// the number rings too.
+void SipCall::onTaken(const tagStackEvent& event)
+{
+    const std::string sdp = sdpOf(event.pMessage);
+    if (sdp.empty() && !m_early.isEmpty()) {
+        m_remoteSdp = m_early.of(tagOf(event.pMessage->sip_to));
+        if (m_remoteSdp.empty()) {
+            sendBye(kNoCommonMedia);
+            end(SIP_REFUSED, kNoCommonMedia, "Nothing was said of media");
+            releaseSoon();
+            return;
+        }
+    }
+    tellProgress(uint32_t(event.nStatus), event.szPhrase);
+    m_answers->reset();
+    m_dialog->setAsking(false);
+    m_limit.stop();
+    m_eStep = STEP_TALKING;
+    m_session.agree(*event.pMessage);
+    talk(sdp);
 }
 
 // Of an offer in the call: one that is not taken leaves everything as it was.

@@ -4,6 +4,7 @@
 #include "sip/callBody.h"
 #include "sip/callSetup.h"
 #include "sip/challengeAnswers.h"
+#include "sip/earlyAnswers.h"
 #include "sip/floodGuard.h"
 #include "sip/mediaOffer.h"
 #include "sip/referral.h"
@@ -100,6 +101,7 @@ private:
     // Before the call talks.
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
+    void onTaken(const tagStackEvent& event);
     void onMediaReply(const tagStackEvent& event);
     void sendNextTone();
     void onToneReply(const tagStackEvent& event);
@@ -176,6 +178,7 @@ private:
     std::string m_ownSdp;                // that the other side has
     std::optional<std::string> m_answer; // of the user, which goes once the caller has acknowledged that
     std::string m_remoteSdp;
+    EarlyAnswers m_early;    // of a call from here
     std::string m_agreedSdp; // of the other side, before its offer
     tagDialogName m_name;
     STEP m_eStep = STEP_NEW;
