@@ -85,6 +85,8 @@ private:
         char cTone;
         uint32_t nMs;
     };
+    // Nobody acknowledges what answers an UPDATE or a PRACK.
+    enum OFFERED_BY { BY_INVITE, BY_UPDATE, BY_PRACK };
     enum STEP { STEP_NEW, STEP_RINGING, STEP_TALKING, STEP_ENDED };
 
     void invite();
@@ -108,10 +110,15 @@ private:
     void onUpdateReply(const tagStackEvent& event);
     void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
+    void takeOffer(std::unique_ptr<SavedRequest> request, const std::string& sdp, OFFERED_BY by);
     // The user has answered, and so says the wire.
     void sendAnswer();
+    // Not yet: what the caller is told while it rings, or has told, is not settled.
+    bool isAnswerKept() const;
     // The caller has acknowledged what was told while it rings.
     void onEarlyAcknowledged(const tagStackEvent& event);
+    // To what the phone has offered while it rings.
+    void onEarlyAnswer(const std::string& sdp);
     void onReferred(const tagStackEvent& event);
     void onReferReply(const tagStackEvent& event);
     void onTransferNote(const tagStackEvent& event);
@@ -154,7 +161,7 @@ private:
     std::unique_ptr<ChallengeAnswers> m_answers;
     std::unique_ptr<Referral> m_referral;
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
-    bool m_bByUpdate = false;                // that nobody acknowledges
+    OFFERED_BY m_eOfferedBy = BY_INVITE;     // that
     bool m_bHeard = false;                   // of a call from here: something has come from a server
     bool m_bAgreedEarly = false;             // while it rings: the first offer is answered for good
     bool m_bMovedEarly = false;              // and another one of the caller's after it
