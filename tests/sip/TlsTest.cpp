@@ -1,4 +1,5 @@
 // Lines over TLS: the server's certificate is checked, and the name in it.
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/agentProcess.h"
 #include "tests/sip/certificates.h"
@@ -28,7 +29,7 @@ protected:
     void begin(const QString& certified, const std::string& host, AgentProcess& line,
                const QStringList& wants = {})
     {
-        port = UdpPeer::freePort();
+        port = kit::freePort();
         kit::endWithUs(server);
         server.setWorkingDirectory(certified);
         const QString address = "127.0.0.1:" + QString::number(port);
@@ -47,7 +48,7 @@ protected:
     {
         tagSipSetup setup = AgentProcess::quickSetup();
         setup.nSilentMs = silentMs;
-        setup.nTlsPort = UdpPeer::freePort();
+        setup.nTlsPort = kit::freePort();
         sipWire::setText(setup.szCertificates, folder.path().toStdString());
         sipWire::setText(setup.szNames, names.settings().toStdString());
         return setup;
@@ -98,7 +99,7 @@ protected:
     {
         AgentProcess other;
         ASSERT_TRUE(other.start(setupOfTls())) << reason;
-        other.tell(accountAt(0, UdpPeer::freePort(), SIP_TLS));
+        other.tell(accountAt(0, kit::freePort(), SIP_TLS));
         const tagSipLine* refused = other.nextLine(0, SIP_LINE_REFUSED);
         ASSERT_TRUE(refused) << reason;
         EXPECT_EQ(std::string(refused->szReason), reason);
@@ -365,7 +366,7 @@ TEST_F(SipTls, AServerThatWantsItIsShownTheOwnCertificateInWhicheverOrder)
 TEST_F(SipTls, ALineWithoutCertificatesIsToldSo)
 {
     ASSERT_TRUE(agent.start());
-    agent.tell(accountAt(0, UdpPeer::freePort(), SIP_TLS));
+    agent.tell(accountAt(0, kit::freePort(), SIP_TLS));
     const tagSipLine* refused = agent.nextLine(0, SIP_LINE_REFUSED);
     ASSERT_TRUE(refused);
     EXPECT_STREQ(refused->szReason, "There are no certificates for TLS");
@@ -480,7 +481,7 @@ TEST_F(SipTls, TheAgentBeginsAnewWhenItsCertificatesHaveBecomeUsable)
 {
     ASSERT_TRUE(makeCertificates(folder.path(), kName));
     const QByteArray good = contentOf("cafile.pem");
-    const tagSipAccount account = accountAt(0, UdpPeer::freePort(), SIP_TLS);
+    const tagSipAccount account = accountAt(0, kit::freePort(), SIP_TLS);
     for (const bool isSaved : {true, false}) {
         AgentProcess phone;
         write("cafile.pem", "garbage");
