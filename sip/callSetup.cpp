@@ -10,6 +10,7 @@
 #include <sofia-sip/sip_tag.h>
 #include <sofia-sip/sip_util.h>
 #include <sofia-sip/url.h>
+#include <utility>
 
 namespace {
 
@@ -108,19 +109,21 @@ std::string CallSetup::targetOf(const url_t& place) const
     return sipAddress::target(target, m_server);
 }
 
-std::string CallSetup::movedTo(const sip_t& reply) const
+std::vector<std::string> CallSetup::movedTo(const sip_t& reply) const
 {
-    std::string best;
-    unsigned most = 0;
+    std::vector<std::pair<unsigned, std::string>> places;
     for (const sip_contact_t* each = reply.sip_contact; each; each = each->m_next) {
         const std::string target = targetOf(*each->m_url);
-        const unsigned worth = sip_q_value(each->m_q);
-        if (target.empty() || (!best.empty() && worth <= most))
-            continue;
-        best = target;
-        most = worth;
+        const auto isSame = [&](const auto& place) { return place.second == target; };
+        if (!target.empty() && std::none_of(places.begin(), places.end(), isSame))
+            places.emplace_back(sip_q_value(each->m_q), target);
     }
-    return best;
+    std::stable_sort(places.begin(), places.end(),
+                     [](const auto& one, const auto& two) { return one.first > two.first; });
+    std::vector<std::string> targets;
+    for (size_t i = 0; i < std::min<size_t>(places.size(), SIP_PLACES_MAX); ++i)
+        targets.push_back(places[i].second);
+    return targets;
 }
 
 nua_handle_t* CallSetup::invite(StackOwner* owner)

@@ -31,8 +31,8 @@ public:
     // There is another one.
     bool hasNext() const { return m_nNext < m_hops.size(); }
     const std::string& target() const { return m_target; }
-    // The best of the places that the reply names and the line can call; empty for none.
-    std::string movedTo(const sip_t& reply) const;
+    // The best of the places that the reply names and the line can call, the better one first.
+    std::vector<std::string> movedTo(const sip_t& reply) const;
 
 private:
     bool canCall(const std::string& target) const;

@@ -103,7 +103,7 @@ void Registration::start()
     report(SIP_LINE_REGISTERING, 0, "");
     if (m_account.szStun[0] && !m_stun) {
         m_stun = std::make_unique<StunWatch>(m_stack, m_account);
-        m_stun->start([this] { useStun(); });
+        m_stun->start([this] { useStun(); }, [this] { askOnce(); });
     }
     m_elsewhere = {};
     m_nExpires = m_account.nExpires;
@@ -593,13 +593,20 @@ void Registration::doubt()
         sendRegister();
 }
 
-// The server is asked itself, and not for each such word: anybody can say so.
+// The server is asked itself: anybody can say so.
 void Registration::unreachable(const std::string& host, uint32_t port)
 {
-    if (!m_bRegistered || m_doubt.isRunning())
+    if (!m_bRegistered)
         return;
     const tagServerAddress& address = m_addresses[m_nAddress];
     if (transport() != SIP_UDP || sipAddress::bareHost(address.host) != host || address.nPort != port)
+        return;
+    askOnce();
+}
+
+void Registration::askOnce()
+{
+    if (m_doubt.isRunning())
         return;
     m_doubt.start(m_stack.setup.nKeepMs, [] {});
     doubt();

@@ -48,6 +48,8 @@ public:
     void doubt();
     // The network says that nobody takes what is sent there.
     void unreachable(const std::string& host, uint32_t port);
+    // The line is asked for again where it is registered, at most once for each sign of life.
+    void askOnce();
     // There is one with some server.
     void tlsProblem();
     // The machine has other addresses.
