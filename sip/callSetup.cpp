@@ -1,5 +1,4 @@
 #include "sip/callSetup.h"
-#include "sip/openingHop.h"
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
 #include "sip/sipDialog.h"
@@ -79,7 +78,7 @@ std::string forwardLines(const tagSipDial& dial, const std::string& server, cons
 
 CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
                      const tagCallOrigin& origin)
-    : m_stack(stack), m_server(line.server()), m_hops(line.hops()), m_bByProxy(line.hasProxy()),
+    : m_stack(stack), m_server(line.server()), m_hops(line.hops()),
       m_target(calledAddress(dial, line.server())), m_callId(sipDialog::newToken()),
       m_contact(line.contact()), m_transport(std::string("transport=") + line.transportName()),
       m_origin(origin), m_sdp(dial.szSdp)
@@ -136,9 +135,7 @@ nua_handle_t* CallSetup::invite(StackOwner* owner)
                                       SIPTAG_TO_STR(to.c_str()), SIPTAG_FROM_STR(m_from.c_str()), TAG_END());
     if (!handle)
         return nullptr;
-    std::string hop = hasNext() ? m_hops[m_nNext] : "";
-    if (!hop.empty() && !m_bByProxy)
-        hop = openingHop::of(hop);
+    const std::string hop = hasNext() ? m_hops[m_nNext] : "";
     ++m_nNext;
     const std::string number = std::to_string(m_nNumber) + " INVITE";
     nua_invite(handle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0),

@@ -42,7 +42,6 @@ private:
     const tagSipStack& m_stack;
     const std::string m_server;
     std::vector<std::string> m_hops;
-    const bool m_bByProxy; // which all that belongs to a call goes through
     size_t m_nNext = 0;
     unsigned int m_nNumber = 1; // of the INVITE, in its call
     bool m_bReliable = false;

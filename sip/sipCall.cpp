@@ -115,6 +115,10 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     m_hooks = std::move(hooks);
     m_pHandle = event.pHandle;
     nua_handle_bind(m_pHandle, this);
+    msg_t* request = nua_current_request(m_stack.pNua);
+    m_source = floodGuard::sourceOf(request);
+    const std::string hop = line.hopTo(m_source, floodGuard::portOf(request));
+    nua_set_hparams(m_pHandle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0), TAG_END());
     m_nLine = line.line();
     m_own = line.ownAddress();
     m_server = line.server();
@@ -137,7 +141,6 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     // What comes with the acknowledgement of an early answer is the agent's to answer.
     if (m_bAcknowledges)
         nua_set_hparams(m_pHandle, NUTAG_APPL_METHOD(kAnsweredHere), TAG_END());
-    m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
