@@ -1,5 +1,6 @@
 #include "tests/services/sipStand.h"
 #include "support/host/message.h"
+#include "tests/kit/kitTime.h"
 #include <QTimer>
 #include <cerrno>
 #include <cstring>
@@ -65,7 +66,7 @@ void kit::ScriptedAgent::leave()
 void kit::ScriptedAgent::tellBytes(const void* bytes, size_t size)
 {
     const char* at = static_cast<const char*>(bytes);
-    const bool isTold = kit::waitUntil([&] {
+    const bool isTold = kit::waitUntilHeld([&] {
         while (size > 0) {
             const ssize_t count = send(m_nSocket, at, size, MSG_NOSIGNAL | MSG_DONTWAIT);
             if (count < 0 && errno != EAGAIN)
