@@ -5,6 +5,7 @@
 #include "sip/sipAddress.h"
 #include "sip/sipCaller.h"
 #include "sip/stackMemory.h"
+#include <algorithm>
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_status.h>
@@ -114,6 +115,10 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     m_hooks = std::move(hooks);
     m_pHandle = event.pHandle;
     nua_handle_bind(m_pHandle, this);
+    msg_t* request = nua_current_request(m_stack.pNua);
+    m_source = floodGuard::sourceOf(request);
+    const std::string hop = line.hopTo(m_source, floodGuard::portOf(request));
+    nua_set_hparams(m_pHandle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0), TAG_END());
     m_nLine = line.line();
     m_own = line.ownAddress();
     m_server = line.server();
@@ -136,7 +141,6 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     // What comes with the acknowledgement of an early answer is the agent's to answer.
     if (m_bAcknowledges)
         nua_set_hparams(m_pHandle, NUTAG_APPL_METHOD(kAnsweredHere), TAG_END());
-    m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
@@ -435,18 +439,33 @@ void SipCall::onFinalReply(const tagStackEvent& event)
     if (isDown && m_hooks.serverFails)
         m_hooks.serverFails();
     const bool isMoved = status < 400 && status != kUseProxy;
-    const std::string target = isMoved && isReply ? m_setup->movedTo(*event.pMessage) : "";
-    if (!target.empty()) {
-        if (target.size() < SIP_TARGET_SIZE)
-            end(SIP_REDIRECTED, status, event.szPhrase, target);
-        else
-            end(SIP_REFUSED, SIP_414_REQUEST_URI_TOO_LONG); // half an address leads somewhere else
+    const std::vector<std::string> places =
+        isMoved && isReply ? m_setup->movedTo(*event.pMessage) : std::vector<std::string>();
+    if (!places.empty()) {
+        onMoved(places, status, event.szPhrase);
     } else if (isReply) {
         end(SIP_REFUSED, status <= 699 ? status : 0, event.szPhrase);
     } else {
         end(SIP_BROKEN, m_bHeard ? 0 : kNothingHeard, event.szPhrase);
     }
     releaseSoon();
+}
+
+// Half an address leads somewhere else: one that no record holds is left out.
+void SipCall::onMoved(std::vector<std::string> places, uint32_t status, const std::string& phrase)
+{
+    const auto isTooLong = [](const std::string& place) { return place.size() >= SIP_TARGET_SIZE; };
+    places.erase(std::remove_if(places.begin(), places.end(), isTooLong), places.end());
+    if (places.empty()) {
+        end(SIP_REFUSED, SIP_414_REQUEST_URI_TOO_LONG);
+        return;
+    }
+    for (size_t i = 1; i < places.size(); ++i) {
+        auto place = sipWire::make<tagSipTarget>(SIP_PLACE, m_nId);
+        sipWire::setText(place.szTarget, places[i]);
+        m_stack.pPhone->tell(place);
+    }
+    end(SIP_REDIRECTED, status, phrase, places.front());
 }
 
 // Who answers without a description holds by what he has said early, and not by what another one has, where

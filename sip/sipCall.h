@@ -18,6 +18,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 class Registration;
 
@@ -103,6 +104,7 @@ private:
     // Before the call talks.
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
+    void onMoved(std::vector<std::string> places, uint32_t status, const std::string& phrase);
     void onTaken(const tagStackEvent& event);
     void onMediaReply(const tagStackEvent& event);
     void sendNextTone();

@@ -364,6 +364,9 @@ void sipCalls::take(const sipWire::Reader& record)
     case SIP_TRANSFERRED:
         transferred(record.as<tagSipStatus>());
         break;
+    case SIP_PLACE:
+        placeTold(record.as<tagSipTarget>());
+        break;
     case SIP_TONES_REFUSED:
         tonesRefused(record.head().nId);
         break;
@@ -631,7 +634,8 @@ void sipCalls::ended(const tagSipEnded& ended)
             end(id, CALL_FAILED, lost);
         break;
     case SIP_REFUSED:
-        end(id, asksUser ? CALL_UNFIT : CALL_FAILED, sipReasonOf(ended.nStatus));
+        if (!goToNextPlace(*live, ended.nStatus))
+            end(id, asksUser ? CALL_UNFIT : CALL_FAILED, sipReasonOf(ended.nStatus));
         break;
     case SIP_ELSEWHERE:
         end(id, CALL_HUNG_UP, HX_TR("Another phone has answered"));

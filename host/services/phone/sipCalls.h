@@ -72,6 +72,13 @@ private:
         ASKED_OFFER,   // another offer, of a call that talks
         ASKED_REPLY    // the answer to another offer of the other side
     };
+    // Where a call from here may go, and who has sent it there.
+    struct tagPlace
+    {
+        QByteArray target;
+        QList<QByteArray> forwardedBy;
+        QStringList shownForwardedBy;
+    };
     struct tagLive : public tagLiveCall
     {
         uint32_t nWire = 0; // its id at the agent; 0 before it has one
@@ -100,6 +107,9 @@ private:
         QByteArray early;                     // the last one that was agreed on while it rings there
         QByteArray nextEarly;                 // the newest that waits for its time; empty: none does
         std::shared_ptr<QTimer> earlyPause;   // until then
+        QList<tagPlace> places;               // where it may go as well, the better one first
+        QList<QByteArray> newPlaces;          // of the redirection that is being told
+        int nSentOn = 0;                      // so often has it gone elsewhere
         QByteArray target;                    // where it goes; empty: the number of the call
         QList<QByteArray> forwardedBy;        // where it has been
         bool bRefused = false;                // its other side, which was asked to call that of nConnecting
@@ -129,7 +139,11 @@ private:
     void ask(tagLive& live, ASKED what);
     void offerAnew(tagLive& live);
     void dial(tagLive& live, const QByteArray& target);
+    void placeTold(const tagSipTarget& place);
     bool redirect(tagLive& live, const QByteArray& target);
+    // Where it may go as well, after a refusal that says nothing of who was called.
+    bool goToNextPlace(tagLive& live, uint32_t status);
+    bool goTo(tagLive& live, const tagPlace& place);
     bool end(int id, CALL_END why, const char* reason = "");
 
     void arrive(const tagSipArrived& arrived);
