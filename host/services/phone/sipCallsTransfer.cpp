@@ -114,6 +114,7 @@ void sipCalls::peerTold(const tagSipPeer& peer)
 void sipCalls::goOnAs(tagLive& next, const tagLive& before)
 {
     next.call.options = optionsGoingOn(before);
+    next.call.options.bByHand = false;
     next.call.bHeld = before.call.bHeld;
     next.call.bMuted = before.call.bMuted;
 }
