@@ -77,6 +77,7 @@ bool write(const QString& path, const QByteArray& content)
 bool benchCost(RatioTable& table, const tagCodec& codec, bool bEcho)
 {
     SoundStand stand;
+    stand.recordNothing();
     if (!stand.begin(codec.pCodec, kTone, {}, bEcho) || !stand.talk())
         return false;
     QThread::msleep(kSettleMs);

@@ -14,6 +14,7 @@
 #include "bench/sipTimes.h"
 #include "bench/sipUsers.h"
 #include "support/host/phone.h"
+#include "tests/kit/plain/ports.h"
 #include <QCoreApplication>
 #include <QThread>
 #include <cstdio>
@@ -82,7 +83,7 @@ struct tagPhoneHeld
 // At its home screen, with four lines.
 tagPhoneHeld phoneAtRest(bool isReal)
 {
-    SipExchange exchange(3600, UdpPeer::freePort());
+    SipExchange exchange(3600, kit::freePort());
     const HeapFolder heaps;
     RunningPhone phone;
     askNoWeather(phone.root());

@@ -1,5 +1,6 @@
 #include "bench/manySipCalls.h"
 #include "bench/sipUsers.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -39,8 +40,7 @@ QByteArray actorOf(const QByteArray& act)
 } // namespace
 
 ManySipCalls::ManySipCalls(unsigned seed)
-    : m_random(seed), m_nCallers(UdpPeer::freePort()), m_nCalled(UdpPeer::freePort()),
-      m_exchange(kSeconds, m_nCalled)
+    : m_random(seed), m_nCallers(kit::freePort()), m_nCalled(kit::freePort()), m_exchange(kSeconds, m_nCalled)
 {
 }
 
@@ -233,7 +233,7 @@ int ManySipCalls::refuseOthers(int perSecond, int seconds)
         note("two talk", number, waitForSound(number));
     }
     const int count = perSecond * seconds;
-    others.start("sipBusyCallers.xml", UdpPeer::freePort(), m_exchange.port(), count,
+    others.start("sipBusyCallers.xml", kit::freePort(), m_exchange.port(), count,
                  peerWords() + QStringList{"-r", QString::number(perSecond)});
     m_nFailedRuns += !others.waitForDone((seconds + 60) * 1000);
     const QJsonObject told = ask({"calls"});

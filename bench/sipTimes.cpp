@@ -4,6 +4,7 @@
 #include "bench/sipExchange.h"
 #include "bench/sipUsers.h"
 #include "host/services/phone/sipBackend.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/pbx/kamailioProcess.h"
 #include "tests/sip/agentProcess.h"
 #include "tests/sip/nameServer.h"
@@ -100,8 +101,8 @@ void registerOverTls(RatioTable& table)
     double megabytes = 0;
     for (int round = 0; round < kRounds; ++round) {
         AgentProcess agent;
-        setup.nPort = UdpPeer::freePort();
-        setup.nTlsPort = UdpPeer::freePort();
+        setup.nPort = kit::freePort();
+        setup.nTlsPort = kit::freePort();
         const tagRegistered took = registerAll(agent, setup, server.tlsPort(), SIP_TLS);
         sinceStart.push_back(took.sinceStartMs);
         sinceTold.push_back(took.sinceToldMs);
@@ -121,7 +122,7 @@ void registerWithPhone(RatioTable& table)
 {
     std::vector<double> took;
     for (int round = 0; round < kRounds; ++round) {
-        SipExchange exchange(kSeconds, UdpPeer::freePort());
+        SipExchange exchange(kSeconds, kit::freePort());
         RunningPhone phone;
         for (int line = 0; line < SIP_LINE_COUNT; ++line)
             putSipAccount(phone.root(), line, {userOf(uint32_t(line)), exchange.port()});

@@ -21,6 +21,7 @@ bool SoundStand::begin(const QByteArray& codec, const QByteArray& says, const QS
     tagPhoneSetup ours;
     ours.says = says;
     ours.bProcesses = bProcesses;
+    ours.bRecords = m_bRecords;
     tagBaresipSound theirs;
     theirs.codec = codec;
     theirs.says = peerSays;

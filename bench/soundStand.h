@@ -7,6 +7,8 @@
 class SoundStand
 {
 public:
+    // What ours hears goes nowhere, as with the peer whose loudspeaker is its microphone. Before begin().
+    void recordNothing() { m_bRecords = false; }
     // says: of our phone, in the words of HX_SOUND_SOURCE. peerSays: a WAV file; empty: what it hears.
     // False, with a line on the standard error stream, when not everybody comes up.
     bool begin(const QByteArray& codec, const QByteArray& says, const QString& peerSays = {},
@@ -23,6 +25,7 @@ public:
 private:
     bool complain();
 
+    bool m_bRecords = true;
     std::unique_ptr<SoundRelay> m_network; // outlives the phones
     std::unique_ptr<BaresipPair> m_pair;
 };

@@ -66,6 +66,10 @@ void demandEvent(const sipWire::Reader& reader)
         demandText(reader.as<tagSipPeer>().szAddress);
         demandText(reader.as<tagSipPeer>().szName);
         break;
+    case SIP_PLACE:
+        demand(reader.as<tagSipTarget>().szTarget[0] != 0);
+        demandText(reader.as<tagSipTarget>().szTarget);
+        break;
     case SIP_WATCH:
         demand(reader.head().nId > 0 && reader.as<tagSipWatch>().nLine < SIP_LINE_COUNT);
         demandText(reader.as<tagSipWatch>().szNumber);

@@ -12,7 +12,7 @@ namespace {
 
 QList<QByteArray> parts()
 {
-    return soundCoder::parts() + QList<QByteArray>{"appsrc", "appsink", "webrtcdsp", "webrtcechoprobe"};
+    return soundCoder::parts() + QList<QByteArray>{"appsrc", "webrtcdsp", "webrtcechoprobe"};
 }
 
 void refuse(const msgObject& msg, const char* fault)

@@ -1,13 +1,14 @@
 #include "players/deviceSound.h"
+#include "players/soundChain.h"
 #include "players/soundSink.h"
 #include "players/soundSource.h"
 #include "support/host/trace.h"
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <gst/app/gstappsink.h>
 #include <gst/app/gstappsrc.h>
 #include <gst/base/gstbasesink.h>
+#include <gst/base/gstbasesrc.h>
 
 namespace {
 
@@ -16,11 +17,47 @@ constexpr gint64 kDeviceStepUs = 10000;
 const char* const kProbe = "hxCallEcho";
 constexpr guint64 kMaxWaiting = 3 * sizeof(short) * callSession::FRAME_SAMPLES;
 
-GstCaps* soundCaps()
+const char* const kSound = "audio/x-raw,format=S16LE,layout=interleaved,rate=16000,channels=1";
+
+bool canBe(GstPad* pad, const char* wanted)
 {
-    return gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", "layout", G_TYPE_STRING,
-                               "interleaved", "rate", G_TYPE_INT, int(soundCoder::SAMPLE_RATE), "channels",
-                               G_TYPE_INT, 1, nullptr);
+    GstCaps* caps = gst_caps_from_string(wanted);
+    GstCaps* possible = gst_pad_query_caps(pad, caps);
+    const bool can = !gst_caps_is_empty(possible);
+    gst_caps_unref(possible);
+    gst_caps_unref(caps);
+    return can;
+}
+
+// Behind those that bins show. The caller's.
+GstPad* padOf(GstElement* device, const char* name)
+{
+    GstPad* pad = gst_element_get_static_pad(device, name);
+    while (pad && GST_IS_GHOST_PAD(pad)) {
+        GstPad* target = gst_ghost_pad_get_target(GST_GHOST_PAD(pad));
+        gst_object_unref(pad);
+        pad = target;
+    }
+    return pad;
+}
+
+bool takesFrames(GstElement* sink)
+{
+    GstPad* pad = padOf(sink, "sink");
+    const bool takes = pad && canBe(pad, kSound);
+    gst_clear_object(&pad);
+    return takes;
+}
+
+// Only who makes the sound chooses how it is: what reads a file has what is there.
+bool makesFrames(GstElement* source)
+{
+    GstPad* pad = padOf(source, "src");
+    GstElement* maker = pad ? gst_pad_get_parent_element(pad) : nullptr;
+    const bool makes = maker && GST_IS_BASE_SRC(maker) && canBe(pad, kSound);
+    gst_clear_object(&maker);
+    gst_clear_object(&pad);
+    return makes;
 }
 
 // What suppresses noise suppresses a measured tone as well.
@@ -86,6 +123,10 @@ void deviceSound::open()
     GstClock* clock = gst_system_clock_obtain();
     gst_pipeline_use_clock(GST_PIPELINE(m_pPipeline), clock);
     gst_object_unref(clock);
+    m_pHeard = soundChain::newPad(kSound, GST_PAD_SINK);
+    gst_pad_set_element_private(m_pHeard, this);
+    gst_pad_set_chain_function(m_pHeard, onHeard);
+    gst_pad_set_active(m_pHeard, TRUE);
     const bool echo = sink && source && isProcessed();
     if (sink)
         buildLoudspeaker(sink, echo);
@@ -110,51 +151,56 @@ void deviceSound::onFailure()
     open();
 }
 
+// Each part on the way costs time with each frame: these two are there for a device that has other sound.
+GstElement* deviceSound::addConverter(GstElement* from)
+{
+    GstElement* convert = add("audioconvert");
+    GstElement* resample = add("audioresample");
+    const bool isLinked = convert && resample && gst_element_link_many(from, convert, resample, nullptr);
+    return isLinked ? resample : nullptr;
+}
+
 void deviceSound::buildLoudspeaker(GstElement* sink, bool echo)
 {
     shorten(sink);
-    GstElement* out = add("appsrc");
-    GstElement* probe = echo ? add("webrtcechoprobe", kProbe) : nullptr;
-    GstElement* convert = add("audioconvert");
-    GstElement* resample = add("audioresample");
+    const bool isDirect = takesFrames(sink);
     gst_bin_add(GST_BIN(m_pPipeline), sink);
-    if (!out || !convert || !resample)
+    GstElement* out = add("appsrc");
+    if (!out)
         return;
-    GstCaps* caps = soundCaps();
+    GstCaps* caps = gst_caps_from_string(kSound);
     g_object_set(out, "caps", caps, "format", GST_FORMAT_TIME, "is-live", TRUE, "do-timestamp", TRUE,
                  "emit-signals", FALSE, "max-bytes", kMaxWaiting, "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM,
                  nullptr);
     gst_caps_unref(caps);
-    if ((!probe || gst_element_link(out, probe)) &&
-        gst_element_link_many(probe ? probe : out, convert, resample, sink, nullptr))
+    GstElement* last = out;
+    GstElement* probe = echo ? add("webrtcechoprobe", kProbe) : nullptr;
+    if (probe && gst_element_link(last, probe))
+        last = probe;
+    if (!isDirect)
+        last = addConverter(last);
+    if (last && gst_element_link(last, sink))
         m_pLoudspeaker = out;
 }
 
 void deviceSound::buildMicrophone(GstElement* source, bool echo)
 {
     shorten(source);
+    const bool isDirect = makesFrames(source);
     gst_bin_add(GST_BIN(m_pPipeline), source);
-    GstElement* convert = add("audioconvert");
-    GstElement* resample = add("audioresample");
+    GstElement* last = isDirect ? source : addConverter(source);
     GstElement* clean = echo ? add("webrtcdsp") : nullptr;
-    GstElement* sink = add("appsink");
-    if (!convert || !resample || (echo && !clean) || !sink)
+    if (!last || (echo && !clean))
         return;
-    GstCaps* caps = soundCaps();
-    g_object_set(sink, "caps", caps, "sync", FALSE, "async", FALSE, "enable-last-sample", FALSE, nullptr);
-    gst_caps_unref(caps);
-    if (clean)
+    if (clean) {
         g_object_set(clean, "probe", kProbe, "echo-cancel", m_pLoudspeaker != nullptr, "delay-agnostic", TRUE,
                      nullptr);
-    GstAppSinkCallbacks callbacks = {};
-    callbacks.new_sample = [](GstAppSink* from, gpointer self) {
-        static_cast<deviceSound*>(self)->onHeard(GST_ELEMENT(from));
-        return GST_FLOW_OK;
-    };
-    gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
-    gst_element_link_many(source, convert, resample, clean ? clean : sink, nullptr);
-    if (clean)
-        gst_element_link(clean, sink);
+        gst_element_link(last, clean);
+        last = clean;
+    }
+    GstPad* end = gst_element_get_static_pad(last, "src");
+    gst_pad_link(end, m_pHeard);
+    gst_object_unref(end);
 }
 
 void deviceSound::close()
@@ -167,26 +213,25 @@ void deviceSound::close()
     m_pLoudspeaker = nullptr;
     if (m_pPipeline) {
         gst_element_set_state(m_pPipeline, GST_STATE_NULL);
-        gst_object_unref(m_pPipeline);
-        m_pPipeline = nullptr;
+        gst_pad_set_active(m_pHeard, FALSE);
+        gst_clear_object(&m_pHeard);
+        gst_clear_object(&m_pPipeline);
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_heard.clear();
 }
 
-void deviceSound::onHeard(GstElement* from)
+GstFlowReturn deviceSound::onHeard(GstPad* pad, GstObject*, GstBuffer* buffer)
 {
-    GstSample* sample = gst_app_sink_pull_sample(GST_APP_SINK(from));
-    GstBuffer* buffer = sample ? gst_sample_get_buffer(sample) : nullptr;
+    auto* self = static_cast<deviceSound*>(gst_pad_get_element_private(pad));
     GstMapInfo map;
-    if (buffer && gst_buffer_map(buffer, &map, GST_MAP_READ)) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto* samples = reinterpret_cast<const short*>(map.data);
-        m_heard.put(samples, map.size / sizeof(short));
+    if (gst_buffer_map(buffer, &map, GST_MAP_READ)) {
+        const std::lock_guard<std::mutex> lock(self->m_mutex);
+        self->m_heard.put(reinterpret_cast<const short*>(map.data), map.size / sizeof(short));
         gst_buffer_unmap(buffer, &map);
     }
-    if (sample)
-        gst_sample_unref(sample);
+    gst_buffer_unref(buffer);
+    return GST_FLOW_OK;
 }
 
 void deviceSound::read(short* frame)

@@ -26,12 +26,14 @@ private:
     void buildLoudspeaker(GstElement* sink, bool echo);
     void buildMicrophone(GstElement* source, bool echo);
     GstElement* add(const char* name, const char* called = nullptr);
-    void onHeard(GstElement* from);
+    GstElement* addConverter(GstElement* from);
+    static GstFlowReturn onHeard(GstPad* pad, GstObject* parent, GstBuffer* buffer);
     void onFailure();
 
     GstElement* m_pPipeline = nullptr;
     bool m_bSource = false;               // the pipeline has a microphone
     GstElement* m_pLoudspeaker = nullptr; // takes frames
+    GstPad* m_pHeard = nullptr;           // the end of the microphone
     soundVolume m_volume;
     std::unique_ptr<busWatch> m_watch;
     std::mutex m_mutex;           // of what follows

@@ -1,42 +1,11 @@
 #pragma once
-// Sound to packets and packets to sound, by parts of the media toolkit that work on the caller's thread and
-// have none of their own. Sound is one channel of 16-bit samples at SAMPLE_RATE.
+// Sound to packets and packets to sound, on the caller's thread. Sound is one channel of 16-bit samples at
+// SAMPLE_RATE.
 #include "players/soundCodec.h"
-#include <QList>
+#include "players/soundStep.h"
 #include <gst/gst.h>
 #include <memory>
 #include <vector>
-
-// A row of parts with a way in and a way out.
-class soundChain
-{
-public:
-    // description: in the words of gst-launch-1.0. in, out: what goes in and comes out. Null, with a trace
-    // line, when a part is missing.
-    static std::unique_ptr<soundChain> make(const char* description, const char* in, const char* out);
-    ~soundChain();
-    soundChain(const soundChain&) = delete;
-    soundChain& operator=(const soundChain&) = delete;
-
-    // What comes out is appended to output(). False when the parts do not go on.
-    bool push(const void* data, int bytes, qint64 ns);
-    // So much is missing.
-    bool pushGap(qint64 ns);
-    QList<QByteArray>& output() { return m_output; }
-    // Null when there is no such part.
-    GstElement* part(const char* name) const;
-
-private:
-    soundChain() = default;
-    bool open(const char* description, const char* in, const char* out);
-    static GstFlowReturn onOutput(GstPad* pad, GstObject* parent, GstBuffer* buffer);
-
-    GstElement* m_pBin = nullptr;
-    GstPad* m_pIn = nullptr;
-    GstPad* m_pOut = nullptr;
-    qint64 m_nTime = 0; // ns, of what goes in
-    QList<QByteArray> m_output;
-};
 
 class soundEncoder
 {
@@ -53,14 +22,16 @@ public:
     void setLoss(int percent);
 
 private:
+    bool makeWay();
+    QByteArray takePacket();
+
     SOUND_CODEC m_eCodec = SOUND_CODEC::NONE;
     int m_nPtime = 0;
     int m_nLoss = 0;
-    QByteArray takePacket();
-
     std::vector<short> m_waiting;
     QByteArray m_encoded;
-    std::unique_ptr<soundChain> m_chain;
+    std::unique_ptr<soundStep> m_way;
+    GstElement* m_pCoder = nullptr; // of the way, where it has one
 };
 
 class soundDecoder
@@ -80,7 +51,7 @@ private:
     SOUND_CODEC m_eCodec = SOUND_CODEC::NONE;
     int m_nLastMs = 20;
     bool m_bBegun = false;
-    std::unique_ptr<soundChain> m_chain;
+    std::unique_ptr<soundStep> m_way;
 };
 
 namespace soundCoder {

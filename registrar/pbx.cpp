@@ -71,6 +71,7 @@ Pbx::~Pbx()
 
 bool Pbx::open(const tagPbxSetup& setup)
 {
+    takeSignals();
     const std::string host = setup.host.find(':') == std::string::npos ? setup.host : "[" + setup.host + "]";
     const std::string url = "sip:" + host + ":" + (setup.nPort ? std::to_string(setup.nPort) : "*");
     // A proxy, no phone: what belongs to no transaction comes here, and nothing is answered by itself.
@@ -90,7 +91,8 @@ bool Pbx::open(const tagPbxSetup& setup)
     return true;
 }
 
-void Pbx::run()
+// Before anybody learns that it is there, and before the stack has threads.
+void Pbx::takeSignals()
 {
     sigset_t ends;
     sigemptyset(&ends);
@@ -101,6 +103,10 @@ void Pbx::run()
     su_wait_t wait[1] = {SU_WAIT_INIT};
     su_wait_create(wait, m_nSignals, SU_WAIT_IN);
     su_root_register(m_pbx.pRoot, wait, onSignal, reinterpret_cast<su_wakeup_arg_t*>(this), 0);
+}
+
+void Pbx::run()
+{
     sweep();
     su_root_run(m_pbx.pRoot);
 }

@@ -45,6 +45,7 @@ public:
 
 private:
     static int onMessage(Pbx* self, nta_agent_t*, msg_t* message, sip_t* sip);
+    void takeSignals();
     static int onSignal(su_root_magic_t*, su_wait_t*, su_wakeup_arg_t* self);
     void takeReply(msg_t* message, sip_t* sip);
     void takeAck(msg_t* message, const sip_t* sip);

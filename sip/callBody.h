@@ -7,5 +7,10 @@ namespace callBody {
 
 // Nothing of a message that is none, or has no body.
 tagSdpBody read(const sip_t* message);
+// No record has room for it.
+inline bool isTooLarge(const std::string& sdp)
+{
+    return sdp.size() >= SIP_SDP_SIZE;
+}
 
 } // namespace callBody

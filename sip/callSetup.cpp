@@ -1,5 +1,4 @@
 #include "sip/callSetup.h"
-#include "sip/openingHop.h"
 #include "sip/registration.h"
 #include "sip/sipAddress.h"
 #include "sip/sipDialog.h"
@@ -11,6 +10,7 @@
 #include <sofia-sip/sip_tag.h>
 #include <sofia-sip/sip_util.h>
 #include <sofia-sip/url.h>
+#include <utility>
 
 namespace {
 
@@ -78,7 +78,7 @@ std::string forwardLines(const tagSipDial& dial, const std::string& server, cons
 
 CallSetup::CallSetup(const tagSipStack& stack, const Registration& line, const tagSipDial& dial,
                      const tagCallOrigin& origin)
-    : m_stack(stack), m_server(line.server()), m_hops(line.hops()), m_bByProxy(line.hasProxy()),
+    : m_stack(stack), m_server(line.server()), m_hops(line.hops()),
       m_target(calledAddress(dial, line.server())), m_callId(sipDialog::newToken()),
       m_contact(line.contact()), m_transport(std::string("transport=") + line.transportName()),
       m_origin(origin), m_sdp(dial.szSdp)
@@ -109,19 +109,21 @@ std::string CallSetup::targetOf(const url_t& place) const
     return sipAddress::target(target, m_server);
 }
 
-std::string CallSetup::movedTo(const sip_t& reply) const
+std::vector<std::string> CallSetup::movedTo(const sip_t& reply) const
 {
-    std::string best;
-    unsigned most = 0;
+    std::vector<std::pair<unsigned, std::string>> places;
     for (const sip_contact_t* each = reply.sip_contact; each; each = each->m_next) {
         const std::string target = targetOf(*each->m_url);
-        const unsigned worth = sip_q_value(each->m_q);
-        if (target.empty() || (!best.empty() && worth <= most))
-            continue;
-        best = target;
-        most = worth;
+        const auto isSame = [&](const auto& place) { return place.second == target; };
+        if (!target.empty() && std::none_of(places.begin(), places.end(), isSame))
+            places.emplace_back(sip_q_value(each->m_q), target);
     }
-    return best;
+    std::stable_sort(places.begin(), places.end(),
+                     [](const auto& one, const auto& two) { return one.first > two.first; });
+    std::vector<std::string> targets;
+    for (size_t i = 0; i < std::min<size_t>(places.size(), SIP_PLACES_MAX); ++i)
+        targets.push_back(places[i].second);
+    return targets;
 }
 
 nua_handle_t* CallSetup::invite(StackOwner* owner)
@@ -133,9 +135,7 @@ nua_handle_t* CallSetup::invite(StackOwner* owner)
                                       SIPTAG_TO_STR(to.c_str()), SIPTAG_FROM_STR(m_from.c_str()), TAG_END());
     if (!handle)
         return nullptr;
-    std::string hop = hasNext() ? m_hops[m_nNext] : "";
-    if (!hop.empty() && !m_bByProxy)
-        hop = openingHop::of(hop);
+    const std::string hop = hasNext() ? m_hops[m_nNext] : "";
     ++m_nNext;
     const std::string number = std::to_string(m_nNumber) + " INVITE";
     nua_invite(handle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0),

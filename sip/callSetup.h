@@ -31,8 +31,8 @@ public:
     // There is another one.
     bool hasNext() const { return m_nNext < m_hops.size(); }
     const std::string& target() const { return m_target; }
-    // The best of the places that the reply names and the line can call; empty for none.
-    std::string movedTo(const sip_t& reply) const;
+    // The best of the places that the reply names and the line can call, the better one first.
+    std::vector<std::string> movedTo(const sip_t& reply) const;
 
 private:
     bool canCall(const std::string& target) const;
@@ -42,7 +42,6 @@ private:
     const tagSipStack& m_stack;
     const std::string m_server;
     std::vector<std::string> m_hops;
-    const bool m_bByProxy; // which all that belongs to a call goes through
     size_t m_nNext = 0;
     unsigned int m_nNumber = 1; // of the INVITE, in its call
     bool m_bReliable = false;

@@ -219,13 +219,6 @@ bool Guard::isAnyServer(const std::string& host) const
     return false;
 }
 
-uint32_t portOf(msg_t* message)
-{
-    su_sockaddr_t address = {};
-    socklen_t size = sizeof address;
-    return msg_get_address(message, &address, &size) == 0 ? ntohs(address.su_port) : 0;
-}
-
 // At the end of the headers of each message, and before anything is made of it.
 issize_t takeBody(msg_t* message, msg_pub_t* content, char bytes[], isize_t size, int isLast)
 {
@@ -250,7 +243,7 @@ issize_t takeBody(msg_t* message, msg_pub_t* content, char bytes[], isize_t size
         }
     }
     if ((sip->sip_request || sip->sip_status) && !(sip->sip_flags & MSG_FLG_ERROR))
-        ConnectionGuard::heard(source, portOf(message));
+        ConnectionGuard::heard(source, floodGuard::portOf(message));
     return sip_extract_body(message, sip, bytes, size, isLast);
 }
 
@@ -304,4 +297,11 @@ std::string floodGuard::sourceOf(msg_t* message)
         return "";
     const char* read = su_inet_ntop(address.su_family, SU_ADDR(&address), text, sizeof text);
     return read ? read : "";
+}
+
+uint32_t floodGuard::portOf(msg_t* message)
+{
+    su_sockaddr_t address = {};
+    socklen_t size = sizeof address;
+    return message && msg_get_address(message, &address, &size) == 0 ? ntohs(address.su_port) : 0;
 }

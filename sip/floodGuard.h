@@ -44,6 +44,8 @@ bool isServer(uint32_t line, const std::string& host);
 bool isServer(const std::string& host);
 // The numeric address that a message has come from; empty when there is none.
 std::string sourceOf(msg_t* message);
+// The port there; 0 when there is none.
+uint32_t portOf(msg_t* message);
 // Of the reply that is told now; what the stack itself makes up has no message, or one from nowhere.
 bool isFromNetwork(const tagSipStack& stack, const tagStackEvent& event);
 

@@ -1,6 +1,7 @@
 #include "sip/registration.h"
 #include "sip/digest.h"
 #include "sip/floodGuard.h"
+#include "sip/openingHop.h"
 #include "sip/ownSockets.h"
 #include "sip/phoneLink.h"
 #include "sip/sipAddress.h"
@@ -102,7 +103,7 @@ void Registration::start()
     report(SIP_LINE_REGISTERING, 0, "");
     if (m_account.szStun[0] && !m_stun) {
         m_stun = std::make_unique<StunWatch>(m_stack, m_account);
-        m_stun->start([this] { useStun(); });
+        m_stun->start([this] { useStun(); }, [this] { askOnce(); });
     }
     m_elsewhere = {};
     m_nExpires = m_account.nExpires;
@@ -296,6 +297,7 @@ void Registration::onRegistered(const tagStackEvent& event)
     keepUpWith(granted);
     trustServers();
     readMapping(*event.pMessage);
+    m_last = m_addresses[m_nAddress];
     const bool isNew = !std::exchange(m_bRegistered, true);
     useStun();
     useIPv6();
@@ -535,6 +537,14 @@ std::string Registration::hopOf(const tagServerAddress& address) const
     return "sip:" + address.host + sipAddress::port(address.nPort) + ";transport=" + transportName();
 }
 
+std::string Registration::callHopOf(const tagServerAddress& address) const
+{
+    if (m_account.szProxy[0])
+        return hopOf(address);
+    const bool isElsewhere = !m_elsewhere.host.empty() && !m_bThroughIt;
+    return openingHop::of(hopOf(address), isElsewhere ? m_elsewhere.host : m_account.szServer);
+}
+
 std::string Registration::hop() const
 {
     return m_nAddress < m_addresses.size() ? hopOf(m_addresses[m_nAddress]) : "";
@@ -544,8 +554,24 @@ std::vector<std::string> Registration::hops() const
 {
     std::vector<std::string> all;
     for (size_t i = 0; i < m_addresses.size(); ++i)
-        all.push_back(hopOf(m_addresses[(m_nAddress + i) % m_addresses.size()]));
+        all.push_back(callHopOf(m_addresses[(m_nAddress + i) % m_addresses.size()]));
     return all;
+}
+
+std::string Registration::hopTo(const std::string& host, uint32_t port) const
+{
+    const tagServerAddress* best = m_nAddress < m_addresses.size() ? &m_addresses[m_nAddress] : &m_last;
+    if (best->host.empty())
+        return "";
+    const auto worth = [&](const tagServerAddress& address) {
+        const bool isHost = sipAddress::bareHost(address.host) == host;
+        return isHost ? 1 + (address.nPort == port) : 0;
+    };
+    for (const tagServerAddress& address : m_addresses) {
+        if (worth(address) > worth(*best))
+            best = &address;
+    }
+    return callHopOf(*best);
 }
 
 void Registration::renew()
@@ -567,13 +593,20 @@ void Registration::doubt()
         sendRegister();
 }
 
-// The server is asked itself, and not for each such word: anybody can say so.
+// The server is asked itself: anybody can say so.
 void Registration::unreachable(const std::string& host, uint32_t port)
 {
-    if (!m_bRegistered || m_doubt.isRunning())
+    if (!m_bRegistered)
         return;
     const tagServerAddress& address = m_addresses[m_nAddress];
     if (transport() != SIP_UDP || sipAddress::bareHost(address.host) != host || address.nPort != port)
+        return;
+    askOnce();
+}
+
+void Registration::askOnce()
+{
+    if (m_doubt.isRunning())
         return;
     m_doubt.start(m_stack.setup.nKeepMs, [] {});
     doubt();

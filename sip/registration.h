@@ -40,14 +40,16 @@ public:
     std::string server() const;
     // Where its requests go first.
     std::string hop() const;
-    // Where its requests may go, the server that it is registered at first.
+    // Where its calls may go, the server that it is registered at first.
     std::vector<std::string> hops() const;
-    // The account names a proxy for all of them.
-    bool hasProxy() const { return m_account.szProxy[0] != 0; }
+    // Of a call that has come from there, the same: that server, if it is one of the line's.
+    std::string hopTo(const std::string& host, uint32_t port) const;
     // A call has found the server silent or out of service: it is asked again now.
     void doubt();
     // The network says that nobody takes what is sent there.
     void unreachable(const std::string& host, uint32_t port);
+    // The line is asked for again where it is registered, at most once for each sign of life.
+    void askOnce();
     // There is one with some server.
     void tlsProblem();
     // The machine has other addresses.
@@ -88,6 +90,8 @@ private:
     void report(SIP_LINE_STATE state, uint32_t status, const std::string& reason, uint32_t retryMs = 0);
     SIP_TRANSPORT transport() const { return SIP_TRANSPORT(m_account.eTransport); }
     std::string hopOf(const tagServerAddress& address) const;
+    // What belongs to a call goes another way, unless the account names a proxy for all.
+    std::string callHopOf(const tagServerAddress& address) const;
     std::string registrar() const;
 
     const tagSipStack& m_stack;
@@ -111,6 +115,7 @@ private:
     uint32_t m_nOwnPort = 0;
     std::vector<tagServerAddress> m_addresses;
     size_t m_nAddress = 0;
+    tagServerAddress m_last;      // that it was registered at
     tagServerAddress m_elsewhere; // where the account's server has sent the line; no host: nowhere
     bool m_bThroughIt = false;    // that is no server, but the way to the account's
     unsigned long m_nExpires;     // seconds that are asked for

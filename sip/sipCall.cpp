@@ -5,6 +5,7 @@
 #include "sip/sipAddress.h"
 #include "sip/sipCaller.h"
 #include "sip/stackMemory.h"
+#include <algorithm>
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_status.h>
@@ -15,22 +16,19 @@
 namespace {
 
 constexpr uint32_t kReleaseMs = 5000;
+constexpr const char* kAnsweredHere = "INVITE, NOTIFY, UPDATE, REFER, INFO, PRACK";
 constexpr const char* kSdpType = "application/sdp";
 constexpr const char* kRetryAfterSeconds = "2";
 
 // No server has said anything.
 constexpr uint32_t kNothingHeard = 408;
+constexpr uint32_t kNoCommonMedia = 488;
 constexpr uint32_t kUseProxy = 305; // names no place where somebody is, but a way
 
 // Where nothing can be refused any more.
 std::string sdpOf(const sip_t* message)
 {
     return callBody::read(message).sdp;
-}
-
-bool isTooLarge(const std::string& sdp)
-{
-    return sdp.size() >= SIP_SDP_SIZE;
 }
 
 // Of a description, without what says who has written it, and how often.
@@ -107,6 +105,7 @@ void SipCall::inviteAnew()
     // What this server may still make of the call is cancelled, or hung up.
     nua_handle_destroy(std::exchange(m_pHandle, nullptr));
     m_answers->forget();
+    m_early.forget();
     invite();
 }
 
@@ -116,6 +115,10 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     m_hooks = std::move(hooks);
     m_pHandle = event.pHandle;
     nua_handle_bind(m_pHandle, this);
+    msg_t* request = nua_current_request(m_stack.pNua);
+    m_source = floodGuard::sourceOf(request);
+    const std::string hop = line.hopTo(m_source, floodGuard::portOf(request));
+    nua_set_hparams(m_pHandle, TAG_IF(!hop.empty(), NUTAG_PROXY(hop.c_str())), NUTAG_AUTO302(0), TAG_END());
     m_nLine = line.line();
     m_own = line.ownAddress();
     m_server = line.server();
@@ -135,7 +138,9 @@ void SipCall::arrive(const Registration& line, const tagStackEvent& event, const
     arrived.bWantsEarly = m_bWantsEarly;
     m_bAcknowledges = sip_has_feature(event.pMessage->sip_require, "100rel") ||
                       sip_has_feature(event.pMessage->sip_supported, "100rel");
-    m_source = floodGuard::sourceOf(nua_current_request(m_stack.pNua));
+    // What comes with the acknowledgement of an early answer is the agent's to answer.
+    if (m_bAcknowledges)
+        nua_set_hparams(m_pHandle, NUTAG_APPL_METHOD(kAnsweredHere), TAG_END());
     sipCaller::read(*event.pMessage, floodGuard::isServer(m_nLine, m_source), arrived);
     sipWire::setText(arrived.szSdp, m_remoteSdp);
     m_stack.pPhone->tell(arrived);
@@ -176,19 +181,6 @@ void SipCall::respondTo(const SavedRequest& request, uint32_t status, const std:
                 TAG_IF(!sdp.empty(), SIPTAG_PAYLOAD_STR(sdp.c_str())), TAG_END());
 }
 
-void SipCall::respondToOffer(uint32_t status, const std::string& sdp)
-{
-    m_phone.stop();
-    respondTo(*m_offered, status, sdp);
-    if (status < 300) {
-        m_ownSdp = sdp;
-        m_session.agree(m_offered->sip());
-    } else {
-        m_remoteSdp = m_agreedSdp;
-    }
-    m_offered.reset();
-}
-
 void SipCall::ring(const std::string& sdp)
 {
     if (!m_bIncoming || m_eStep != STEP_RINGING)
@@ -209,7 +201,7 @@ void SipCall::answer(const std::string& sdp)
     if (!m_bIncoming || m_eStep != STEP_RINGING)
         return;
     m_answer = sdp;
-    if (!m_bEarlyWaits)
+    if (!isAnswerKept())
         sendAnswer();
 }
 
@@ -274,34 +266,6 @@ void SipCall::sendOffer(const std::string& sdp)
     nua_invite(m_pHandle, NUTAG_SESSION_TIMER(m_session.seconds()), TAG_IF(isNamed, SIPTAG_TO(to)),
                TAG_IF(isNamed, SIPTAG_CALL_ID_STR(name.callId.c_str())), SIPTAG_CONTENT_TYPE_STR(kSdpType),
                SIPTAG_PAYLOAD_STR(sdp.c_str()), TAG_END());
-}
-
-void SipCall::setMedia(const std::string& sdp)
-{
-    if (m_eStep != STEP_TALKING && !(m_eStep == STEP_RINGING && m_offered))
-        return;
-    if (m_eTakenBack != NOT_TAKEN_BACK) {
-        takeBack(!sdp.empty());
-        return;
-    }
-    if (!m_offered) {
-        if (!sdp.empty())
-            m_offer.want(sdp);
-        return;
-    }
-    m_bMovedEarly = m_bMovedEarly || (m_eStep == STEP_RINGING && m_bIncoming && !sdp.empty());
-    respondToOffer(sdp.empty() ? 488 : 200, sdp);
-    if (m_bByUpdate && !sdp.empty() && m_eStep == STEP_TALKING)
-        talk("");
-}
-
-// The other side may try again.
-void SipCall::delayMedia()
-{
-    if (m_eStep == STEP_TALKING && m_eTakenBack != NOT_TAKEN_BACK)
-        takeBack(false);
-    else if (!hasEnded() && m_offered)
-        respondToOffer(500);
 }
 
 void SipCall::onStack(const tagStackEvent& event)
@@ -436,11 +400,12 @@ void SipCall::onSetupReply(const tagStackEvent& event)
         return;
     }
     // What was agreed on early is not always told again.
-    if (!sdp.empty() && !isTooLarge(sdp)) {
+    if (!sdp.empty() && !callBody::isTooLarge(sdp)) {
         m_remoteSdp = sdp;
+        m_early.take(sipDialog::nameOf(*event.pMessage).remoteTag, sdp);
         m_bAgreedEarly = m_bAgreedEarly || event.pMessage->sip_rseq;
     }
-    tellUnderWay(status, isTooLarge(sdp) ? "" : sdp);
+    tellUnderWay(status, callBody::isTooLarge(sdp) ? "" : sdp);
     tellProgress(status, event.szPhrase);
 }
 
@@ -466,31 +431,64 @@ void SipCall::onFinalReply(const tagStackEvent& event)
         inviteAnew();
         return;
     }
-    tellProgress(status, event.szPhrase);
     if (status < 300) {
-        m_answers->reset();
-        m_dialog->setAsking(false);
-        m_limit.stop();
-        m_eStep = STEP_TALKING;
-        m_session.agree(*event.pMessage);
-        talk(sdpOf(event.pMessage));
+        onTaken(event);
         return;
     }
+    tellProgress(status, event.szPhrase);
     if (isDown && m_hooks.serverFails)
         m_hooks.serverFails();
     const bool isMoved = status < 400 && status != kUseProxy;
-    const std::string target = isMoved && isReply ? m_setup->movedTo(*event.pMessage) : "";
-    if (!target.empty()) {
-        if (target.size() < SIP_TARGET_SIZE)
-            end(SIP_REDIRECTED, status, event.szPhrase, target);
-        else
-            end(SIP_REFUSED, SIP_414_REQUEST_URI_TOO_LONG); // half an address leads somewhere else
+    const std::vector<std::string> places =
+        isMoved && isReply ? m_setup->movedTo(*event.pMessage) : std::vector<std::string>();
+    if (!places.empty()) {
+        onMoved(places, status, event.szPhrase);
     } else if (isReply) {
         end(SIP_REFUSED, status <= 699 ? status : 0, event.szPhrase);
     } else {
         end(SIP_BROKEN, m_bHeard ? 0 : kNothingHeard, event.szPhrase);
     }
     releaseSoon();
+}
+
+// Half an address leads somewhere else: one that no record holds is left out.
+void SipCall::onMoved(std::vector<std::string> places, uint32_t status, const std::string& phrase)
+{
+    const auto isTooLong = [](const std::string& place) { return place.size() >= SIP_TARGET_SIZE; };
+    places.erase(std::remove_if(places.begin(), places.end(), isTooLong), places.end());
+    if (places.empty()) {
+        end(SIP_REFUSED, SIP_414_REQUEST_URI_TOO_LONG);
+        return;
+    }
+    for (size_t i = 1; i < places.size(); ++i) {
+        auto place = sipWire::make<tagSipTarget>(SIP_PLACE, m_nId);
+        sipWire::setText(place.szTarget, places[i]);
+        m_stack.pPhone->tell(place);
+    }
+    end(SIP_REDIRECTED, status, phrase, places.front());
+}
+
+// Who answers without a description holds by what he has said early, and not by what another one has, where
+// the number rings too.
+void SipCall::onTaken(const tagStackEvent& event)
+{
+    const std::string sdp = sdpOf(event.pMessage);
+    if (sdp.empty() && !m_early.isEmpty()) {
+        m_remoteSdp = m_early.of(sipDialog::nameOf(*event.pMessage).remoteTag);
+        if (m_remoteSdp.empty()) {
+            sendBye(kNoCommonMedia);
+            end(SIP_REFUSED, kNoCommonMedia, "Nothing was said of media");
+            releaseSoon();
+            return;
+        }
+    }
+    tellProgress(uint32_t(event.nStatus), event.szPhrase);
+    m_answers->reset();
+    m_dialog->setAsking(false);
+    m_limit.stop();
+    m_eStep = STEP_TALKING;
+    m_session.agree(*event.pMessage);
+    talk(sdp);
 }
 
 // Of an offer in the call: one that is not taken leaves everything as it was.
@@ -511,7 +509,7 @@ void SipCall::onMediaReply(const tagStackEvent& event)
     if (isRefresh && !m_offer.isIdle())
         return;
     const std::string sdp = sdpOf(event.pMessage);
-    const bool hasMoved = !sdp.empty() && !isTooLarge(sdp) && bodyOf(sdp) != bodyOf(m_remoteSdp);
+    const bool hasMoved = !sdp.empty() && !callBody::isTooLarge(sdp) && bodyOf(sdp) != bodyOf(m_remoteSdp);
     if (isTaken && isRefresh && hasMoved && m_eTakenBack == NOT_TAKEN_BACK) {
         // The phone has made no offer that this could be the answer to.
         m_remoteSdp = sdp;
@@ -541,70 +539,9 @@ void SipCall::onCancel(const tagStackEvent& event)
         end(SIP_CANCELLED, 0, "");
 }
 
-// Its media run by that offer: what was agreed on before is offered to it once more, and nobody else hears
-// of it.
-void SipCall::takeBack(bool hasTaken)
-{
-    const bool wasBefore = m_eTakenBack == AS_BEFORE;
-    m_phone.stop();
-    m_eTakenBack = NOT_TAKEN_BACK;
-    if (wasBefore)
-        talk(""); // the phone waits for what its answer came to
-    if (wasBefore || !hasTaken)
-        return;
-    offerToPhone();
-}
-
-void SipCall::offerToPhone()
-{
-    m_eTakenBack = AS_BEFORE;
-    m_phone.start(m_stack.setup.nOfferMs, [this] { m_eTakenBack = NOT_TAKEN_BACK; });
-    auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
-    sipWire::setText(offer.szSdp, m_remoteSdp);
-    m_stack.pPhone->tell(offer);
-}
-
-// The stack itself refuses a second INVITE, and one that meets an INVITE from here.
-void SipCall::onOffer(const tagStackEvent& event)
-{
-    const tagSdpBody body = callBody::read(event.pMessage);
-    const std::string& sdp = body.sdp;
-    const bool isUpdate = event.eEvent == nua_i_update;
-    const bool isFirstOfferHere = !m_bIncoming || (m_bWantsEarly && m_bEarlyWaits);
-    auto request = std::make_unique<SavedRequest>(m_stack.pNua);
-    uint32_t status = 0;
-    if (body.bUnknown)
-        status = refusalText::kUnknownBody;
-    else if (isUpdate && sdp.empty())
-        status = 200;
-    else if (hasEnded() || isTooLarge(sdp))
-        status = 488;
-    else if (m_eStep == STEP_RINGING && !m_bAgreedEarly)
-        status = isFirstOfferHere ? 491 : 500; // it is not answered yet
-    else if (m_offered || m_eTakenBack != NOT_TAKEN_BACK)
-        status = 500;
-    else if (isUpdate && m_offer.isUnderWay())
-        status = 491;
-    if (status) {
-        respondTo(*request, status);
-        if (status < 300)
-            m_session.agree(*event.pMessage);
-        return;
-    }
-    m_offered = std::move(request);
-    m_bByUpdate = isUpdate;
-    m_agreedSdp = m_remoteSdp;
-    if (!sdp.empty())
-        m_remoteSdp = sdp;
-    m_phone.start(m_stack.setup.nOfferMs, [this] { respondToOffer(500); });
-    auto offer = sipWire::make<tagSipMedia>(SIP_OFFER, m_nId);
-    sipWire::setText(offer.szSdp, sdp);
-    m_stack.pPhone->tell(offer);
-}
-
 void SipCall::talk(const std::string& sdp)
 {
-    if (!sdp.empty() && !isTooLarge(sdp))
+    if (!sdp.empty() && !callBody::isTooLarge(sdp))
         m_remoteSdp = sdp;
     m_name = sipDialog::nameOf(m_pHandle);
     auto record = sipWire::make<tagSipMedia>(SIP_TALK, m_nId);

@@ -4,6 +4,7 @@
 #include "sip/callBody.h"
 #include "sip/callSetup.h"
 #include "sip/challengeAnswers.h"
+#include "sip/earlyAnswers.h"
 #include "sip/floodGuard.h"
 #include "sip/mediaOffer.h"
 #include "sip/referral.h"
@@ -17,6 +18,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 class Registration;
 
@@ -84,6 +86,8 @@ private:
         char cTone;
         uint32_t nMs;
     };
+    // Nobody acknowledges what answers an UPDATE or a PRACK.
+    enum OFFERED_BY { BY_INVITE, BY_UPDATE, BY_PRACK };
     enum STEP { STEP_NEW, STEP_RINGING, STEP_TALKING, STEP_ENDED };
 
     void invite();
@@ -100,16 +104,23 @@ private:
     // Before the call talks.
     void onSetupReply(const tagStackEvent& event);
     void onFinalReply(const tagStackEvent& event);
+    void onMoved(std::vector<std::string> places, uint32_t status, const std::string& phrase);
+    void onTaken(const tagStackEvent& event);
     void onMediaReply(const tagStackEvent& event);
     void sendNextTone();
     void onToneReply(const tagStackEvent& event);
     void onUpdateReply(const tagStackEvent& event);
     void onCancel(const tagStackEvent& event);
     void onOffer(const tagStackEvent& event);
+    void takeOffer(std::unique_ptr<SavedRequest> request, const std::string& sdp, OFFERED_BY by);
     // The user has answered, and so says the wire.
     void sendAnswer();
+    // Not yet: what the caller is told while it rings, or has told, is not settled.
+    bool isAnswerKept() const;
     // The caller has acknowledged what was told while it rings.
     void onEarlyAcknowledged(const tagStackEvent& event);
+    // To what the phone has offered while it rings.
+    void onEarlyAnswer(const std::string& sdp);
     void onReferred(const tagStackEvent& event);
     void onReferReply(const tagStackEvent& event);
     void onTransferNote(const tagStackEvent& event);
@@ -152,7 +163,7 @@ private:
     std::unique_ptr<ChallengeAnswers> m_answers;
     std::unique_ptr<Referral> m_referral;
     std::unique_ptr<SavedRequest> m_offered; // by the other side, and not answered yet
-    bool m_bByUpdate = false;                // that nobody acknowledges
+    OFFERED_BY m_eOfferedBy = BY_INVITE;     // that
     bool m_bHeard = false;                   // of a call from here: something has come from a server
     bool m_bAgreedEarly = false;             // while it rings: the first offer is answered for good
     bool m_bMovedEarly = false;              // and another one of the caller's after it
@@ -176,6 +187,7 @@ private:
     std::string m_ownSdp;                // that the other side has
     std::optional<std::string> m_answer; // of the user, which goes once the caller has acknowledged that
     std::string m_remoteSdp;
+    EarlyAnswers m_early;    // of a call from here
     std::string m_agreedSdp; // of the other side, before its offer
     tagDialogName m_name;
     STEP m_eStep = STEP_NEW;

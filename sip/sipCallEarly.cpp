@@ -18,26 +18,51 @@ void SipCall::sendAnswer()
         m_hooks.answered();
 }
 
+// The stack counts on the call that rings when it is told of the reply to what the PRACK has offered.
+bool SipCall::isAnswerKept() const
+{
+    return m_bEarlyWaits || (m_offered && m_eOfferedBy == BY_PRACK);
+}
+
 // Where the phone has offered, the caller's answer comes with it: none later would be one (RFC 3262, 5).
+// Where his own offer is answered he may make another one by it. The stack would take whatever it brings.
 void SipCall::onEarlyAcknowledged(const tagStackEvent& event)
 {
-    if (!m_bEarlyWaits || event.nStatus >= 300 || hasEnded())
+    if (event.nStatus >= 200 || hasEnded())
         return;
-    const std::string sdp = m_bWantsEarly ? callBody::read(event.pMessage).sdp : "";
-    if (m_bWantsEarly && (sdp.empty() || sdp.size() >= SIP_SDP_SIZE)) {
+    auto request = std::make_unique<SavedRequest>(m_stack.pNua);
+    const tagSdpBody body = callBody::read(event.pMessage);
+    const bool waited = std::exchange(m_bEarlyWaits, false);
+    m_bAgreedEarly = m_bAgreedEarly || waited;
+    const bool isAnswer = waited && m_bWantsEarly;
+    const bool isOffer = !isAnswer && m_bAgreedEarly && (body.bUnknown || !body.sdp.empty());
+    if (!isOffer)
+        respondTo(*request, 200);
+    else if (body.bUnknown)
+        respondTo(*request, refusalText::kUnknownBody);
+    else if (callBody::isTooLarge(body.sdp))
+        respondTo(*request, 488);
+    else if (m_offered)
+        respondTo(*request, 500);
+    else
+        takeOffer(std::move(request), body.sdp, BY_PRACK);
+    if (isAnswer)
+        onEarlyAnswer(body.sdp);
+    if (m_answer && !isAnswerKept())
+        sendAnswer();
+}
+
+void SipCall::onEarlyAnswer(const std::string& sdp)
+{
+    if (sdp.empty() || callBody::isTooLarge(sdp)) {
+        m_answer.reset();
         respond(488, "", refusalText::kMediaDoNotFit);
         end(SIP_REFUSED, SIP_488_NOT_ACCEPTABLE);
         releaseSoon();
         return;
     }
-    m_bEarlyWaits = false;
-    m_bAgreedEarly = true;
-    if (m_bWantsEarly) {
-        m_remoteSdp = sdp;
-        auto early = sipWire::make<tagSipMedia>(SIP_EARLY, m_nId);
-        sipWire::setText(early.szSdp, sdp);
-        m_stack.pPhone->tell(early);
-    }
-    if (m_answer)
-        sendAnswer();
+    m_remoteSdp = sdp;
+    auto early = sipWire::make<tagSipMedia>(SIP_EARLY, m_nId);
+    sipWire::setText(early.szSdp, sdp);
+    m_stack.pPhone->tell(early);
 }

@@ -20,7 +20,8 @@ enum : int {
     SIP_WATCHES_MAX = 40,  // at once; what is watched beyond them is not known
     SIP_MEMBERS_MAX = 256, // of a line's list; what is beyond them is left out
     SIP_MESSAGES_MAX = 999999,
-    SIP_FORWARDS_MAX = 5
+    SIP_FORWARDS_MAX = 5,
+    SIP_PLACES_MAX = 5 // where one redirection sends a call
 };
 
 // Ids of calls: the phone gives those of the calls that it makes, the agent those that come in. Never given
@@ -61,6 +62,7 @@ enum SIP_RECORD : uint32_t {
     SIP_PEER = 116,
     SIP_EARLY = 117,
     SIP_TONES_REFUSED = 118, // no further fields, of a call that talks, once: SIP_TONE does not get through
+    SIP_PLACE = 119,
     SIP_MESSAGES = 130,
     SIP_LAMP = 131,
     SIP_LIST = 132,
@@ -210,7 +212,8 @@ struct tagSipStatus
 };
 
 // SIP_DEFLECT: a call that came in goes there instead. SIP_TRANSFER: the other side of a call that talks
-// does.
+// does. SIP_PLACE: where a call from here may go as well, told ahead of the SIP_ENDED that names the best
+// place (SIP_REDIRECTED); the better one first, SIP_PLACES_MAX - 1 at most.
 struct tagSipTarget
 {
     tagSipHead head;

@@ -218,6 +218,7 @@ const std::vector<tagShape>& shapes()
          kLastId,
          {NUMBER_FIELD(tagSipStatus, nStatus, 200, kMaxStatus), NUMBER_FIELD(tagSipStatus, bTaken, 0, 1),
           NUMBER_FIELD(tagSipStatus, nWarning, 0, 0)}},
+        {SIP_PLACE, sizeof(tagSipTarget), SIP_CALL_FIRST, SIP_CALL_FIRST_INCOMING - 1, target},
         {SIP_TONES_REFUSED, sizeof(tagSipHead), SIP_CALL_FIRST, kLastId, {}},
         {SIP_PEER,
          sizeof(tagSipPeer),
@@ -304,6 +305,8 @@ bool isSoundWhole(const void* record, uint32_t kind)
     }
     if (kind == SIP_EARLY)
         return static_cast<const tagSipMedia*>(record)->szSdp[0] != 0;
+    if (kind == SIP_PLACE)
+        return static_cast<const tagSipTarget*>(record)->szTarget[0] != 0;
     if (kind == SIP_WATCH)
         return static_cast<const tagSipWatch*>(record)->szNumber[0] != 0;
     if (kind == SIP_PICK_UP)

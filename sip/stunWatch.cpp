@@ -10,7 +10,8 @@
 
 namespace {
 
-constexpr size_t kMaxParts = 8; // of one datagram in the stack's memory
+constexpr unsigned kSentUnheard = 4; // a question that has gone so often is more than a lost packet
+constexpr size_t kMaxParts = 8;      // of one datagram in the stack's memory
 
 std::set<StunWatch*>& watches()
 {
@@ -39,9 +40,10 @@ StunWatch::~StunWatch()
     tell(false);
 }
 
-void StunWatch::start(std::function<void()> seen)
+void StunWatch::start(std::function<void()> seen, std::function<void()> lost)
 {
     m_seen = std::move(seen);
+    m_lost = std::move(lost);
     find();
 }
 
@@ -63,6 +65,7 @@ void StunWatch::find()
 void StunWatch::ask()
 {
     m_query = std::make_unique<StunQuery>(StunQuery::STANDARD, nowMs());
+    m_nSent = 0;
     step();
 }
 
@@ -73,10 +76,13 @@ void StunWatch::step()
         silent();
         return;
     }
-    if (m_query->isDue(now))
+    const bool isDue = m_query->isDue(now);
+    if (isDue)
         ownSockets::send(ownSockets::ownPort(), m_server.host, m_server.nPort, m_query->request().data(),
                          m_query->request().size());
     m_step.start(uint32_t(std::max<int64_t>(m_query->nextMs() - now, 1)), [this] { step(); });
+    if (isDue && ++m_nSent == kSentUnheard && !m_told.empty())
+        m_lost();
 }
 
 void StunWatch::take(const unsigned char* bytes, size_t size, const std::string& host, uint32_t port)

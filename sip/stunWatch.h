@@ -17,8 +17,9 @@ public:
     StunWatch(const StunWatch&) = delete;
     StunWatch& operator=(const StunWatch&) = delete;
 
-    // seen: called with each place() that is another one.
-    void start(std::function<void()> seen);
+    // seen: called with each place() that is another one. lost: it has answered, and says nothing to several
+    // questions; once in each silence.
+    void start(std::function<void()> seen, std::function<void()> lost);
     // How the stack's port is seen; its port 0: not known.
     const tagStunPlace& place() const { return m_place; }
 
@@ -38,9 +39,11 @@ private:
     const std::string m_host;
     const uint32_t m_nPort;
     std::function<void()> m_seen;
+    std::function<void()> m_lost;
     ServerFinder m_finder;
     tagServerAddress m_server;
     std::unique_ptr<StunQuery> m_query;
+    unsigned m_nSent = 0; // times that it has gone
     SipTimer m_step;
     tagStunPlace m_place;
     std::string m_told; // the server, as the phone knows it; or empty

@@ -17,8 +17,9 @@ public:
     HttpAction();
     ~HttpAction() override;
     int exec() override;
-    // Gives up what it was posted for and leaves nothing of it. Its callback is not told, unless an unfinished
-    // file (see below) had come whole already: that is there then, and its owner's. On the thread that posted it.
+    // Gives up what it was posted for and leaves nothing of it. Its callback is not told, unless an
+    // unfinished file (see below) had come whole already: that is there then, and its owner's. On the thread
+    // that posted it.
     void Abandon();
 
     chString strRemoteUrl; // set before posting

@@ -6,6 +6,7 @@
 #include "tests/kit/phoneTest.h"
 #include <QList>
 #include <QMutex>
+#include <QSemaphore>
 #include <functional>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -40,6 +41,7 @@ public:
         EXPECT_EQ(listen(m_nListener, 16), 0);
         m_nEnd = eventfd(0, EFD_CLOEXEC);
         m_thread = std::thread([this] { run(); });
+        m_runs.acquire(); // the phone waits for an answer, not for a thread that begins
     }
     ~FakePlayer() { end(); }
     FakePlayer(const FakePlayer&) = delete;
@@ -84,6 +86,7 @@ private:
 
     void run()
     {
+        m_runs.release();
         bool running = true;
         while (running)
             running = turn();
@@ -164,5 +167,6 @@ private:
     mutable QMutex m_mutex;
     QList<tagTold> m_told;
     QList<tagGuest> m_guests;
+    QSemaphore m_runs;
     std::thread m_thread;
 };

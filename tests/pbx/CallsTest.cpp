@@ -1,4 +1,5 @@
 // Calls from phone to phone through the exchange that comes along.
+#include "tests/kit/plain/ports.h"
 #include "tests/pbx/pbxCalls.h"
 #include <cstring>
 
@@ -284,7 +285,7 @@ TEST_F(PbxCalls, WhatIsMeantForSomebodyElseIsRefused)
 {
     begin();
     EXPECT_EQ(statusOf(caller->ask("INVITE", "sip:1003@" + first->own(), "name")), 403) << "no phone has it";
-    const QByteArray place = "127.0.0.1:" + QByteArray::number(UdpPeer::freePort());
+    const QByteArray place = "127.0.0.1:" + QByteArray::number(kit::freePort());
     EXPECT_EQ(statusOf(caller->ask("SUBSCRIBE", "sip:1002@" + place, "watch", "Event: dialog")), 403);
     EXPECT_EQ(statusOf(caller->ask("REGISTER", "sip:" + place, "register",
                                    "Contact: <sip:1001@" + caller->own() + ">", {},

@@ -1,4 +1,5 @@
 // The phone's agent at a server that nobody here wrote.
+#include "tests/kit/plain/ports.h"
 #include "tests/pbx/agentStories.h"
 #include "tests/pbx/kamailioProcess.h"
 #include "tests/sip/certificates.h"
@@ -75,7 +76,7 @@ TEST_F(AtKamailio, OverTlsWithACertificateOfAKnownAuthority)
     ASSERT_NO_FATAL_FAILURE(server.start("MD5", true));
     tagSipSetup setup = AgentProcess::quickSetup();
     setup.nSilentMs = 4000;
-    setup.nTlsPort = UdpPeer::freePort();
+    setup.nTlsPort = kit::freePort();
     sipWire::setText(setup.szCertificates, server.certificates().toStdString());
     PeerAgent anna, ben;
     ASSERT_TRUE(anna.begin("1001", server.tlsPort(), SIP_TLS, setup));
@@ -97,7 +98,7 @@ TEST_F(AtKamailio, OverTlsACertificateOfNobodyKnownIsNotTrusted)
     ASSERT_TRUE(makeCertificates(others.path(), "127.0.0.1"));
     tagSipSetup setup = AgentProcess::quickSetup();
     setup.nSilentMs = 2000;
-    setup.nTlsPort = UdpPeer::freePort();
+    setup.nTlsPort = kit::freePort();
     sipWire::setText(setup.szCertificates, others.path().toStdString());
     PeerAgent phone;
     ASSERT_TRUE(phone.begin("1001", server.tlsPort(), SIP_TLS, setup, "pw-1001"));

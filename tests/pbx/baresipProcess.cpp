@@ -1,4 +1,5 @@
 #include "tests/pbx/baresipProcess.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/udpPeer.h"
 #include <QDir>
@@ -41,9 +42,9 @@ QByteArray BaresipProcess::pictureSettings(const QByteArray& module, const QStri
 bool BaresipProcess::start(const QByteArray& user, uint32_t server, const QByteArray& password,
                            bool answersItself, const tagBaresipSound& sound)
 {
-    const uint32_t control = UdpPeer::freePort();
+    const uint32_t control = kit::freePort();
     const QByteArray settings =
-        "poll_method epoll\nsip_listen 127.0.0.1:" + QByteArray::number(UdpPeer::freePort()) +
+        "poll_method epoll\nsip_listen 127.0.0.1:" + QByteArray::number(kit::freePort()) +
         "\ncall_local_timeout 60\ncall_max_calls 4\nstatmode_default off\n" + soundSettings(sound) +
         "module_app account.so\nmodule_app menu.so\nmodule_app ctrl_tcp.so\n"
         "ctrl_tcp_listen 127.0.0.1:" +

@@ -1,5 +1,6 @@
 #include "tests/pbx/kamailioProcess.h"
 #include "places.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/certificates.h"
 #include "tests/sip/udpPeer.h"
@@ -60,8 +61,8 @@ void KamailioProcess::start(const char* algorithm, bool hasTls)
 {
     ASSERT_TRUE(QFile::exists(kProgram)) << "the packages kamailio and kamailio-tls-modules are missing";
     if (!m_nPort) {
-        m_nPort = UdpPeer::freePort();
-        m_nTlsPort = UdpPeer::freePort();
+        m_nPort = kit::freePort();
+        m_nTlsPort = kit::freePort();
     }
     ASSERT_TRUE(writeSettings(algorithm, hasTls) && makeTables());
     ASSERT_TRUE(m_program.start(kProgram, {"-f", m_program.path("kamailio.cfg"), "-DD", "-E", "-m", "32",

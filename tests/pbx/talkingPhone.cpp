@@ -7,6 +7,7 @@ namespace {
 
 constexpr int kIdleMs = 10000;
 const char* const kAccountFile = "/rundata/config/user/voip/sipAccount0.cfg";
+const char* const kNowhere = "filesink async=false sync=true location=/dev/null";
 const char* const kChanged = "65543";
 const char* const kChangedAccount = "3";
 const QPoint kLastSoftKey(700, 460);
@@ -43,7 +44,8 @@ bool TalkingPhone::start(const tagPhoneSetup& setup)
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("QT_SCALE_FACTOR", "1");
     environment.insert("HX_SOUND_SOURCE", setup.says);
-    environment.insert("HX_SOUND_SINK", kit::recordingSink(heardFile()));
+    environment.insert("HX_SOUND_SINK",
+                       setup.bRecords ? kit::recordingSink(heardFile()) : QByteArray(kNowhere));
     environment.insert("HX_SOUND_PROCESSING", setup.bProcesses ? "on" : "off");
     environment.insert("HX_PICTURE_SOURCE", setup.shows);
     m_process.setProcessEnvironment(environment);

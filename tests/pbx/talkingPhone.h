@@ -16,6 +16,7 @@ struct tagPhoneSetup
     uint32_t server = 0;
     QByteArray says;           // in the words of HX_SOUND_SOURCE
     QByteArray shows = "none"; // in those of HX_PICTURE_SOURCE
+    bool bRecords = true;      // what it hears; else that goes nowhere
     bool bEncrypts = false;
     bool bProcesses = false; // takes echo and noise out of what it says, a tone as well
 };

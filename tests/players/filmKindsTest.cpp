@@ -88,6 +88,17 @@ protected:
         EXPECT_LT(clock.elapsed(), 1000) << path.constData();
     }
 
+    // Turned so, each bears its number, from the first on. A busy machine paints not every one.
+    void expectNumbersRise(const QTransform& back) const
+    {
+        int last = 0;
+        for (const QImage& picture : seen) {
+            const int number = numberIn(picture.transformed(back));
+            EXPECT_GE(number, last);
+            last = number;
+        }
+    }
+
     QList<QImage> seen;
 
 private:
@@ -134,8 +145,7 @@ TEST_P(LaidFilm, IsShownAsItsHeaderSays)
     const QTransform back = QTransform(a, b, c, d, 0, 0).inverted();
     ASSERT_TRUE(
         kit::waitUntil([&] { return !seen.isEmpty() && numberIn(seen.last().transformed(back)) > 5; }));
-    const int first = numberIn(seen[0].transformed(back));
-    EXPECT_TRUE(first >= 0 && first < 5) << first;
+    expectNumbersRise(back);
 }
 
 INSTANTIATE_TEST_SUITE_P(Mirrored, LaidFilm,
@@ -177,9 +187,11 @@ TEST_F(FilmKinds, AFilmThatWasTakenUprightIsShownUpright)
     const quint32 minus = 0xFFFF;
     turned(0, 1, minus, 0);
     playIn("/rundata/film.mp4", QSize(240, 320));
-    ASSERT_TRUE(kit::waitUntil([&] { return seen.size() > 10; }));
-    EXPECT_EQ(numberIn(seen[0].transformed(QTransform().rotate(-90))), 0);
-    EXPECT_GT(numberIn(seen.last().transformed(QTransform().rotate(-90))), 5) << "a quarter turn";
+    const QTransform back = QTransform().rotate(-90);
+    ASSERT_TRUE(kit::waitUntil([&] {
+        return !seen.isEmpty() && numberIn(seen.last().transformed(back)) > 5;
+    })) << "a quarter turn";
+    expectNumbersRise(back);
     turned(minus, 0, 0, minus);
     seen.clear();
     play("/rundata/film.mp4");

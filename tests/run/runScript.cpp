@@ -1,12 +1,12 @@
 #include "tests/run/runScript.h"
 #include "places.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QRegularExpression>
-#include <QTcpServer>
 #include <QTimer>
 #include <csignal>
 #include <cstdlib>
@@ -43,16 +43,9 @@ bool isNear(QRgb a, QRgb b)
            abs(qBlue(a) - qBlue(b)) < kLoss;
 }
 
-// One that nobody has at this moment.
-int freePort()
-{
-    QTcpServer server;
-    return server.listen(QHostAddress::LocalHost) ? server.serverPort() : 0;
-}
-
 } // namespace
 
-RunScript::RunScript() : m_nFeedsPort(freePort())
+RunScript::RunScript() : m_nFeedsPort(int(kit::freePort()))
 {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
 }

@@ -1,3 +1,4 @@
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/server/signServer.h"
 #include <QDate>
@@ -241,16 +242,10 @@ TEST_F(Feed, AGivenClockGivesTheDay)
     EXPECT_TRUE(get("/ig/api?stock=M").body.contains("<current_date_utc data=\"20260227\"/>"));
 }
 
-int freePort()
-{
-    QTcpServer server;
-    return server.listen(QHostAddress::LocalHost) ? server.serverPort() : 0;
-}
-
 TEST_F(Feed, HasASecondAddressForThePublicFeedsAlone)
 {
     stop();
-    const int port = freePort();
+    const int port = int(kit::freePort());
     start({"--feeds", QString::number(port)});
     ASSERT_TRUE(kit::waits([&] { return log().contains("feeds: at http://127.0.0.1:"); }, 20000));
     m_port = port;
@@ -281,7 +276,7 @@ TEST_F(Feed, TakesItsSecondAddressWhenItBecomesFree)
 TEST_F(Feed, CanBeAllThatIsServed)
 {
     stop();
-    const int port = freePort();
+    const int port = int(kit::freePort());
     start({"--port", "none", "--feeds", QString::number(port)});
     ASSERT_EQ(m_port, port);
     ASSERT_TRUE(kit::waits([&] { return log().contains("feeds: at http://127.0.0.1:"); }, 20000));

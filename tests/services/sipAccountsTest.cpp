@@ -77,6 +77,31 @@ TEST_F(SipAccounts, WhatAFileLeavesOutIsTheUsual)
     EXPECT_STREQ(account.szAuthName, "");
 }
 
+TEST_F(SipAccounts, APortThatIsNoneIsTheUsualOne)
+{
+    for (const char* port : {"5060123", "65536", "99999999999", "0", "-1", "many"}) {
+        SCOPED_TRACE(port);
+        const auto line = [port](const char* key) { return QByteArray(key) + '=' + port + '\n'; };
+        writeAccount(0, "[account]\nEnable=1\nUserName=100\nSIPServerHost=sip.example.com\n" +
+                            line("SIPServerPort") + "UseOutboundProxy=1\nOutboundHost=proxy.example.com\n" +
+                            line("OutboundPort") + "DisplayName=" + port +
+                            "\n[NAT]\nNATTraversal=1\nSTUNServer=stun.example.com\n" + line("STUNPort"));
+        if (*port == '5') {
+            boot();
+            agentComes();
+        } else {
+            tellAccountChanged(0);
+        }
+        const tagSipAccount& account = told();
+        EXPECT_STREQ(account.szServer, "sip.example.com");
+        EXPECT_EQ(account.nPort, 0u) << "the domain's records say";
+        EXPECT_STREQ(account.szProxy, "proxy.example.com");
+        EXPECT_EQ(account.nProxyPort, 0u);
+        EXPECT_STREQ(account.szStun, "stun.example.com");
+        EXPECT_EQ(account.nStunPort, 3478u);
+    }
+}
+
 TEST_F(SipAccounts, AnAccountThatDidNotChangeKeepsItsRegistration)
 {
     begin();

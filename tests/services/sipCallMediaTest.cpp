@@ -1,5 +1,7 @@
 // What the media of calls are told of who holds, is muted or joined, also when they have died and come back.
+#include "host/services/phone/sipCalls.h"
 #include "support/host/registry.h"
+#include "tests/kit/kitTime.h"
 #include "tests/services/sipStand.h"
 
 namespace {
@@ -10,13 +12,23 @@ class SipCallMedia : public SipPhone
 {
 protected:
     void SetUp() override { begin(); }
-    // The call is not answered yet, and what it will sound by is agreed on.
-    void tellEarly(uint32_t wire)
+    void sayEarly(uint32_t wire, const QByteArray& sdp)
     {
         auto early = sipWire::make<tagSipProgress>(SIP_PROGRESS, wire);
         early.nStatus = 183;
-        sipWire::setText(early.szSdp, "early");
+        sipWire::setText(early.szSdp, sdp.toStdString());
         agent.tell(early);
+    }
+    // All that was said of the call before has come.
+    bool hasTaken(uint32_t wire)
+    {
+        agent.tell(sipWire::make<tagSipProgress>(SIP_PROGRESS, wire));
+        return kit::waitUntilHeld([] { return call().bUnheard; });
+    }
+    // The call is not answered yet, and what it will sound by is agreed on.
+    void tellEarly(uint32_t wire)
+    {
+        sayEarly(wire, "early");
         EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "agree early"; }));
     }
     static callRules& rules() { return phoneService::instance().rules(); }
@@ -298,4 +310,54 @@ TEST_F(SipCallMedia, WhoIsCalledMayMoveHisMediaBeforeHeAnswers)
     EXPECT_EQ(media->orders, QStringList{"answer moved with"}) << "that is what holds";
     rules().setHeld(call().nId, true);
     EXPECT_EQ(nextMedia(SIP_MEDIA), "offer 3");
+}
+
+TEST_F(SipCallMedia, OfManyDescriptionsBeforeTheAnswerTwoASecondAreAgreedOnAndTheLastOneCounts)
+{
+    const kit::HeldClocks held;
+    const uint32_t wire = dials("300");
+    media->orders.clear();
+    for (int i = 1; i <= 40; ++i)
+        sayEarly(wire, "early " + QByteArray::number(i));
+    ASSERT_TRUE(hasTaken(wire));
+    EXPECT_EQ(media->orders, QStringList{"agree early 1"});
+    kit::stepTime(sipCalls::EARLY_PAUSE_MS / 2);
+    EXPECT_EQ(media->orders.size(), 1);
+    kit::stepTime(sipCalls::EARLY_PAUSE_MS);
+    const QStringList both = {"agree early 1", "agree early 40"};
+    EXPECT_EQ(media->orders, both);
+    // What says nothing new changes nothing.
+    kit::stepTime(sipCalls::EARLY_PAUSE_MS);
+    sayEarly(wire, "early 40");
+    EXPECT_TRUE(kit::waitUntilHeld([] { return !call().bUnheard; }));
+    kit::stepTime(sipCalls::EARLY_PAUSE_MS);
+    EXPECT_EQ(media->orders, both);
+    // The next call is not kept waiting by this one.
+    tellEnd(wire, SIP_REDIRECTED, 302, "sip:301@example.com");
+    const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
+    ASSERT_TRUE(dial);
+    sayEarly(dial->head.nId, "early 40");
+    EXPECT_TRUE(kit::waitUntilHeld([&] { return media->orders == both + QStringList{"agree early 40"}; }));
+}
+
+TEST_F(SipCallMedia, WhatWaitsToBeAgreedOnBeforeTheAnswerIsNotForgottenNorLate)
+{
+    const kit::HeldClocks held;
+    for (const char* end : {"answer", "", "offer"}) {
+        SCOPED_TRACE(end);
+        const uint32_t wire = dials("300");
+        media->orders.clear();
+        sayEarly(wire, "one");
+        sayEarly(wire, "two");
+        const bool isOffer = *end == 'o';
+        tellMedia(isOffer ? SIP_OFFER : SIP_TALK, wire, end);
+        const QString last = *end == 'a' ? "agree answer" : "agree two";
+        QStringList orders = {"agree one", last};
+        if (isOffer)
+            orders.append("answer offer with");
+        EXPECT_TRUE(kit::waitUntilHeld([&] { return media->orders == orders; }));
+        kit::stepTime(2 * sipCalls::EARLY_PAUSE_MS);
+        EXPECT_EQ(media->orders, orders);
+        phoneService::instance().hangUp(call().nId);
+    }
 }

@@ -17,6 +17,28 @@ protected:
         tellAccountChanged(0);
         kit::settle();
     }
+    // The call is sent on to these places, the best one first; where it goes next.
+    tagSipDial sentOn(uint32_t wire, const QList<QByteArray>& places)
+    {
+        for (const QByteArray& place : places.mid(1)) {
+            auto record = sipWire::make<tagSipTarget>(SIP_PLACE, wire);
+            sipWire::setText(record.szTarget, place.toStdString());
+            agent.tell(record);
+        }
+        tellEnd(wire, SIP_REDIRECTED, 302, places.first().constData());
+        return dialled();
+    }
+    tagSipDial dialled()
+    {
+        const auto* dial = agent.next<tagSipDial>(SIP_DIAL);
+        EXPECT_TRUE(dial);
+        return dial ? *dial : tagSipDial();
+    }
+    tagSipDial refused(uint32_t wire, uint32_t status)
+    {
+        tellEnd(wire, SIP_REFUSED, status);
+        return dialled();
+    }
     // The other side of that call wants one to 300.
     tagSipDial isReferred(uint32_t wire)
     {
@@ -90,6 +112,58 @@ TEST_F(SipCallTransfer, WhoAsksForACallThatIsRedirectedHearsOfTheOneThatFollows)
     tellEnd(second, SIP_REDIRECTED, 302, "sip:302@example.com");
     ASSERT_TRUE((dial = agent.next<tagSipDial>(SIP_DIAL)));
     EXPECT_EQ(dial->nReferrer, 0u) << "it goes on without him";
+}
+
+TEST_F(SipCallTransfer, OneThatIsSentToSeveralPlacesGoesToTheNextWhereTheFirstSaysNothingOfThePerson)
+{
+    tagSipDial dial = sentOn(dials("300"), {"sip:301@pbx", "sip:302@pbx", "sip:303@pbx"});
+    EXPECT_STREQ(dial.szTarget, "sip:301@pbx");
+    dial = refused(dial.head.nId, 404);
+    EXPECT_STREQ(dial.szTarget, "sip:302@pbx");
+    ASSERT_EQ(dial.nForwards, 1u) << "it was not the first place that has sent it there";
+    EXPECT_STREQ(dial.szForwardedBy[0], "300");
+    // Who sends it on from there goes before those that are left.
+    dial = sentOn(dial.head.nId, {"sip:401@pbx", "sip:402@pbx"});
+    EXPECT_STREQ(dial.szTarget, "sip:401@pbx");
+    dial = refused(dial.head.nId, 503);
+    EXPECT_STREQ(dial.szTarget, "sip:402@pbx");
+    ASSERT_EQ(dial.nForwards, 2u);
+    EXPECT_STREQ(dial.szForwardedBy[1], "sip:302@pbx");
+    dial = refused(dial.head.nId, 480);
+    EXPECT_STREQ(dial.szTarget, "sip:303@pbx");
+    ASSERT_EQ(dial.nForwards, 1u);
+    EXPECT_EQ(call().strReached, "303@pbx");
+    EXPECT_EQ(call().forwardedBy, QStringList{"300"});
+    tellEnd(dial.head.nId, SIP_REFUSED, 404);
+    EXPECT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().strReason, "This number is not known");
+}
+
+TEST_F(SipCallTransfer, OneThatSomebodyWillNotTakeGoesNowhereElse)
+{
+    int ends = 0;
+    for (const uint32_t status : {486u, 433u, 488u, 600u, 603u, 604u}) {
+        SCOPED_TRACE(status);
+        const tagSipDial dial = sentOn(dials("300"), {"sip:301@pbx", "sip:302@pbx"});
+        tellEnd(dial.head.nId, SIP_REFUSED, status);
+        EXPECT_TRUE(waitsForEnd(++ends));
+        EXPECT_TRUE(agent.isQuiet(SIP_DIAL));
+    }
+}
+
+TEST_F(SipCallTransfer, PlacesAreTriedNoMoreOftenThanRedirectionsAreFollowed)
+{
+    const QList<QByteArray> places = {"sip:1@pbx", "sip:2@pbx", "sip:3@pbx", "sip:4@pbx", "sip:5@pbx"};
+    tagSipDial dial = sentOn(dials("300"), places);
+    for (const char* next : {"sip:6@pbx", "sip:7@pbx"}) // each with four more
+        dial = sentOn(dial.head.nId, QList<QByteArray>{next} + places.mid(1));
+    for (const char* next : {"sip:2@pbx", "sip:3@pbx"}) {
+        dial = refused(dial.head.nId, 404);
+        EXPECT_STREQ(dial.szTarget, next);
+    }
+    tellEnd(dial.head.nId, SIP_REFUSED, 404);
+    EXPECT_TRUE(waitsForEnd()) << "after five of them";
+    EXPECT_TRUE(agent.isQuiet(SIP_DIAL));
 }
 
 TEST_F(SipCallTransfer, OneThatIsRedirectedAndTalksGoesNowhereAnyMore)

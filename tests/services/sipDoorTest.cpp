@@ -172,6 +172,22 @@ TEST_F(SipEarly, AnAnswerWithNothingInCommonEndsTheRinging)
     EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
 }
 
+// The answer of the user was on its way already.
+TEST_F(SipEarly, AnAnswerWithNothingInCommonThatComesAfterTheUsersEndsTheCallAndTellsBothWhy)
+{
+    const int id = arrives(wanting(IN));
+    EXPECT_EQ(nextMedia(SIP_RING), "offer 1");
+    EXPECT_TRUE(phoneService::instance().answer(id));
+    EXPECT_EQ(nextMedia(SIP_ANSWER), "");
+    tellMedia(SIP_EARLY, IN, "their answer");
+    EXPECT_TRUE(kit::waitUntil([this] { return media->orders.last() == "agree their answer"; }));
+    media->tellUnfit(id);
+    EXPECT_EQ(nextStatus(SIP_HANG_UP), 488u);
+    ASSERT_TRUE(waitsForEnd());
+    EXPECT_EQ(lastEnded().eEnd, CALL_FAILED);
+    EXPECT_EQ(lastEnded().strReason, "The two phones have no sound in common");
+}
+
 TEST_F(SipEarly, PicturesAreOfferedToHimOnceTheUserHasAnswered)
 {
     setMode(CALL_MODE_VIDEO);

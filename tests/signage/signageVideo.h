@@ -87,6 +87,7 @@ protected:
             muteAtMedia = dev_get_output_mute(); // the phone waits meanwhile
             return QByteArray();
         });
+        forgetAll(); // the phone waits for answers, not for threads and connections that begin
     }
     static nDeckVideoManager& manager() { return GetNDeckVideoManager(); }
     static chRect region() { return chRect(96, 10, 400, 250); }

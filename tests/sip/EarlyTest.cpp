@@ -73,3 +73,143 @@ TEST_F(SipEarlyOffers, WhoAcknowledgesAnEarlyOfferWithoutAnAnswerIsRefused)
         }
     }
 }
+
+// It acknowledges a description that answers his first one.
+TEST_F(SipEarlyOffers, WhoOffersAnewAsHeAcknowledgesIsAnsweredAtOnceAndTheCallRingsOn)
+{
+    begin();
+    uint32_t id = kFirst;
+    for (const bool isTaken : {true, false}) {
+        SCOPED_TRACE(isTaken);
+        peer->send(inviteText("anew" + QByteArray::number(id), "Supported: 100rel"), agent.port());
+        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
+        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
+        const QByteArray early = peer->receive("SIP/2.0 183");
+        peer->send(within("PRACK", early, 2,
+                          "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\nContent-Type: application/sdp",
+                          "v=0\r\ns=anew\r\n"),
+                   agent.port());
+        const auto* offer = next<tagSipMedia>(SIP_OFFER, id);
+        ASSERT_TRUE(offer);
+        EXPECT_STREQ(offer->szSdp, "v=0\r\ns=anew\r\n");
+        tellMedia(SIP_MEDIA, id, isTaken ? "v=0\r\ns=answer to that\r\n" : "");
+        const QByteArray reply = peer->receive(isTaken ? "SIP/2.0 200" : "SIP/2.0 488");
+        EXPECT_EQ(headerOf(reply, "CSeq").toStdString(), "2 PRACK");
+        EXPECT_EQ(reply.endsWith("s=answer to that\r\n"), isTaken) << reply.constData();
+        tellMedia(SIP_ANSWER, id, "v=0\r\ns=early\r\n");
+        const QByteArray answer = peer->receive("SIP/2.0 200");
+        EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
+        EXPECT_EQ(answer.endsWith("s=early\r\n"), !isTaken) << answer.constData();
+        acknowledge(answer);
+        const auto* talk = next<tagSipMedia>(SIP_TALK, id);
+        ASSERT_TRUE(talk);
+        EXPECT_STREQ(talk->szSdp, isTaken ? "v=0\r\ns=anew\r\n" : "v=0\r\ns=offer\r\n");
+        tellStatus(SIP_HANG_UP, id);
+        peer->reply(peer->receive("BYE"), "200 OK");
+        expectEnd(id++, SIP_HUNG_UP, 0);
+    }
+}
+
+TEST_F(SipEarlyOffers, TheUserWhoIsQuickerThanTheAnswerToWhatComesWithAnAcknowledgementIsTakenAfterIt)
+{
+    tagSipSetup setup = AgentProcess::calmSetup();
+    setup.nOfferMs = 500;
+    begin(setup);
+    uint32_t id = kFirst;
+    for (const bool isSilent : {false, true}) {
+        SCOPED_TRACE(isSilent);
+        peer->send(inviteText("quick" + QByteArray::number(id), "Supported: 100rel"), agent.port());
+        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
+        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
+        const QByteArray early = peer->receive("SIP/2.0 183");
+        peer->send(within("PRACK", early, 2,
+                          "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\nContent-Type: application/sdp",
+                          "v=0\r\ns=anew\r\n"),
+                   agent.port());
+        ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+        tellMedia(SIP_ANSWER, id, "v=0\r\ns=early\r\n");
+        if (!isSilent)
+            tellMedia(SIP_MEDIA, id, "v=0\r\ns=answer to that\r\n");
+        // Of what the phone leaves lying the caller may ask again.
+        for (const char* number : {"2 PRACK", "1 INVITE"}) {
+            const bool isRefused = isSilent && *number == '2';
+            const QByteArray reply = peer->receive(isRefused ? "SIP/2.0 500" : "SIP/2.0 ");
+            EXPECT_EQ(headerOf(reply, "CSeq").toStdString(), number) << reply.constData();
+            if (*number == '1')
+                acknowledge(reply);
+        }
+        EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id));
+        tellStatus(SIP_HANG_UP, id);
+        peer->reply(peer->receive("BYE"), "200 OK");
+        expectEnd(id++, SIP_HUNG_UP, 0);
+    }
+}
+
+TEST_F(SipEarlyOffers, WhatCannotBeOfferedWithAnAcknowledgementIsRefusedAndRingsOn)
+{
+    begin();
+    uint32_t id = kFirst;
+    const QByteArray sdp = "Content-Type: application/sdp";
+    const struct
+    {
+        QByteArray type, body, status;
+    } offers[] = {{sdp, "v=0\r\ns=" + QByteArray(SIP_SDP_SIZE, 'x') + "\r\n", "488"},
+                  {"Content-Type: text/plain\r\nContent-Disposition: session", "what", "415"},
+                  {sdp, "", "200"}};
+    for (const auto& offer : offers) {
+        SCOPED_TRACE(offer.status.toStdString());
+        peer->send(inviteText("bad" + QByteArray::number(id), "Supported: 100rel"), agent.port());
+        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
+        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
+        const QByteArray early = peer->receive("SIP/2.0 183");
+        peer->send(within("PRACK", early, 2,
+                          "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\n" + offer.type, offer.body),
+                   agent.port());
+        EXPECT_EQ(headerOf(peer->receive("SIP/2.0 " + offer.status), "CSeq").toStdString(), "2 PRACK");
+        tellMedia(SIP_ANSWER, id, "v=0\r\ns=early\r\n");
+        const QByteArray answer = peer->receive("SIP/2.0 200");
+        EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
+        acknowledge(answer);
+        EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id));
+        tellStatus(SIP_HANG_UP, id);
+        peer->reply(peer->receive("BYE"), "200 OK");
+        expectEnd(id++, SIP_HUNG_UP, 0);
+    }
+}
+
+TEST_F(SipEarlyOffers, WhatIsOfferedWithAnAcknowledgementEndsWithTheCall)
+{
+    begin();
+    uint32_t id = kFirst;
+    for (const QByteArray by : {"the caller", "the phone", "BYE"}) {
+        SCOPED_TRACE(by.toStdString());
+        const QByteArray invite = inviteText("ends" + QByteArray::number(id), "Supported: 100rel");
+        peer->send(invite, agent.port());
+        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
+        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
+        const QByteArray early = peer->receive("SIP/2.0 183");
+        peer->send(within("PRACK", early, 2,
+                          "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\nContent-Type: application/sdp",
+                          "v=0\r\ns=anew\r\n"),
+                   agent.port());
+        ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
+        if (by == "the caller")
+            takeBack(invite);
+        else if (by == "BYE")
+            peer->send(within("BYE", early, 3), agent.port());
+        else
+            tellStatus(SIP_REFUSE, id, 486);
+        tellMedia(SIP_MEDIA, id, "v=0\r\ns=too late\r\n");
+        expectEnd(id++,
+                  by == "the phone" ? SIP_REFUSED
+                  : by == "BYE"     ? SIP_HUNG_UP
+                                    : SIP_CANCELLED,
+                  by == "the phone" ? 486 : 0);
+        QByteArray reply;
+        do
+            reply = peer->receive();
+        while (!reply.isEmpty() && headerOf(reply, "CSeq") != "2 PRACK");
+        EXPECT_TRUE(reply.startsWith("SIP/2.0 487") || reply.startsWith("SIP/2.0 500")) << reply.constData();
+    }
+    EXPECT_NE(talkIn("next"), 0u);
+}

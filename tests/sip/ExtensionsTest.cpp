@@ -1,6 +1,7 @@
 // Extensions and lists of them, as the servers of the lines tell of them, and calls that are taken from
 // there.
 #include "tests/kit/plain/measuredMemory.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/eventTest.h"
 #include <QElapsedTimer>
@@ -467,7 +468,7 @@ TEST_F(SipExtensions, ANotifierOfAnotherMakerTellsAndTakesLeave)
 {
     ASSERT_TRUE(agent.start());
     contact = "nobody"; // it calls no line
-    const uint32_t port = UdpPeer::freePort();
+    const uint32_t port = kit::freePort();
     watch(1, "8001");
     startSipp("notifier.xml", port, {"-m", "3"});
     agent.tell(accountAt(0, port));

@@ -1,5 +1,6 @@
 // Calls from outside.
 #include "tests/kit/plain/measuredMemory.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/callTest.h"
 #include <csignal>
@@ -14,7 +15,7 @@ constexpr uint32_t kFirst = SIP_CALL_FIRST_INCOMING;
 TEST_F(SipCalls, ACallerRingsTalksAndHangsUp)
 {
     begin();
-    startSipp("callerTalks.xml", UdpPeer::freePort());
+    startSipp("callerTalks.xml", kit::freePort());
     const auto* arrived = next<tagSipArrived>(SIP_ARRIVED, kFirst);
     ASSERT_TRUE(arrived);
     EXPECT_STREQ(arrived->szNumber, "200");
@@ -33,7 +34,7 @@ TEST_F(SipCalls, ACallerRingsTalksAndHangsUp)
 TEST_F(SipCalls, ACallerWhoGivesUpEndsTheRinging)
 {
     begin();
-    startSipp("callerGivesUp.xml", UdpPeer::freePort());
+    startSipp("callerGivesUp.xml", kit::freePort());
     ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, kFirst));
     tellMedia(SIP_RING, kFirst, "");
     expectEnd(kFirst, SIP_CANCELLED, 0);

@@ -288,6 +288,45 @@ TEST_F(SipOffers, WhoAnswersIsTalkedToWhoeverHasRungBefore)
     }
 }
 
+TEST_F(SipOffers, WhoAnswersWithoutADescriptionHoldsByWhatHeHasSaidHimself)
+{
+    begin(AgentProcess::calmSetup());
+    uint32_t id = 0;
+    for (const QByteArray answers : {"one", "two", "three"}) {
+        SCOPED_TRACE(answers.toStdString());
+        dial(++id, "300");
+        const QByteArray invite = peer->receive("INVITE");
+        for (const QByteArray rings : {"one", "two"}) {
+            peer->answer(UdpPeer::replyTo(invite, "183 Session Progress", withSdp(),
+                                          "v=0\r\ns=" + rings + " early\r\n")
+                             .replace("tag=peer", "tag=" + rings));
+            ASSERT_TRUE(next<tagSipProgress>(SIP_PROGRESS, id));
+        }
+        peer->answer(UdpPeer::replyTo(invite, "200 OK", ownContact()).replace("tag=peer", "tag=" + answers));
+        EXPECT_TRUE(headerOf(peer->receive("ACK"), "To").endsWith("tag=" + answers));
+        if (answers != "three") {
+            expectTalk(id, ("s=" + answers + " early").constData());
+            EXPECT_EQ(peer->receive("BYE", 100).toStdString(), "");
+            tellStatus(SIP_HANG_UP, id);
+        }
+        const QByteArray bye = peer->receive("BYE");
+        EXPECT_TRUE(headerOf(bye, "To").endsWith("tag=" + answers)) << bye.constData();
+        peer->reply(bye, "200 OK");
+        if (answers != "three") {
+            expectEnd(id, SIP_HUNG_UP, 0);
+            continue;
+        }
+        EXPECT_TRUE(headerOf(bye, "Reason").startsWith("SIP;cause=488")) << bye.constData();
+        const auto* told =
+            agent.next([id](const tagSipHead& head) { return head.nId == id && head.eKind != SIP_PROGRESS; });
+        ASSERT_TRUE(told);
+        ASSERT_EQ(told->eKind, uint32_t(SIP_ENDED)) << "nobody hears the one who has not answered";
+        const auto* ended = reinterpret_cast<const tagSipEnded*>(told);
+        EXPECT_EQ(ended->eEnding, uint32_t(SIP_REFUSED));
+        EXPECT_EQ(ended->nStatus, 488u);
+    }
+}
+
 TEST_F(SipOffers, EarlyMediaWaitForTheirAcknowledgementWhereTheCallerGivesOne)
 {
     begin();

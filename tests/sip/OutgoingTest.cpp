@@ -166,6 +166,35 @@ TEST_F(SipCalls, ACallIsSentOnToTheBestAddressThatItsLineCanCall)
     }
 }
 
+TEST_F(SipCalls, WhereACallMayGoAsWellIsToldTheBetterOneFirst)
+{
+    begin(AgentProcess::calmSetup());
+    const QByteArray tooLong = "sip:" + QByteArray(SIP_TARGET_SIZE, '8') + "@h";
+    const std::pair<QByteArray, QStringList> moves[] = {
+        {"<sip:302@h>;q=0.2, <sip:303@h>;q=0.9, <mailto:a@b.c>\r\nContact: <sip:304@h>;q=0.5, <sip:303@h>",
+         {"sip:303@h", "sip:304@h", "sip:302@h"}},
+        {"<" + tooLong + ">;q=0.9, <sip:305@h>;q=0.5, <sip:306@h>;q=0.4", {"sip:305@h", "sip:306@h"}},
+        {"<sip:1@h>, <sip:2@h>, <sip:3@h>, <sip:4@h>, <sip:5@h>, <sip:6@h>, <sip:7@h>",
+         {"sip:1@h", "sip:2@h", "sip:3@h", "sip:4@h", "sip:5@h"}}};
+    uint32_t id = 0;
+    for (const auto& [contacts, places] : moves) {
+        SCOPED_TRACE(contacts.toStdString());
+        dial(++id, "300");
+        peer->reply(peer->receive("INVITE"), "302 Moved Temporarily", "Contact: " + contacts);
+        QStringList told;
+        const tagSipHead* head = nullptr;
+        while ((head = agent.next([id](const tagSipHead& each) { return each.nId == id; }))) {
+            if (head->eKind == SIP_ENDED)
+                break;
+            if (head->eKind == SIP_PLACE)
+                told.append(reinterpret_cast<const tagSipTarget*>(head)->szTarget);
+        }
+        ASSERT_TRUE(head);
+        told.prepend(reinterpret_cast<const tagSipEnded*>(head)->szTarget);
+        EXPECT_EQ(told, places) << told.join(' ').toStdString();
+    }
+}
+
 TEST_F(SipCalls, WhoIsToBeCalledOverTlsIsNotCalledOverAnythingElse)
 {
     begin(AgentProcess::calmSetup());

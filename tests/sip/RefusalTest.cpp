@@ -322,3 +322,22 @@ TEST_F(SipRefusals, AfterATimeThatCanBeKeptUpWithAMomentIsTakenForAnAccidentAgai
     for (int i = 0; i < 6; ++i)
         ASSERT_TRUE(grant(i < 5 ? "1" : "3600")) << i;
 }
+
+// Three questions for it are answered before a reply of another kind.
+TEST_F(SipRefusals, WhoWantsToBeAskedForMoreTimeMayAskForThePasswordAsOftenAsBefore)
+{
+    start(AgentProcess::calmSetup());
+    for (const char* nonce : {"a1", "a2", "a3"}) {
+        const QByteArray challenge = QByteArray(kMd5).replace("n2", nonce) + ", stale=true";
+        peer->reply(peer->receive("REGISTER"), "401 Unauthorized", challenge);
+    }
+    QByteArray request = peer->receive("REGISTER");
+    EXPECT_EQ(paramOf(headerOf(request, "Authorization"), "nonce").toStdString(), "a3");
+    peer->reply(request, "423 Interval Too Brief", "Min-Expires: 7200");
+    peer->reply(peer->receive("REGISTER"), "407 Proxy Authentication Required",
+                "Proxy-Authenticate: Digest realm=\"gate\", nonce=\"b1\", qop=\"auth\"");
+    request = peer->receive("REGISTER");
+    EXPECT_EQ(paramOf(headerOf(request, "Proxy-Authorization"), "nonce").toStdString(), "b1");
+    peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=7200");
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+}

@@ -1,5 +1,6 @@
 // Accounts at their servers: what goes over the wire, and what the phone is told of it.
 #include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/sip/agentProcess.h"
 #include "tests/sip/nameServer.h"
 #include "tests/sip/udpPeer.h"
@@ -338,7 +339,7 @@ TEST(SipRegistration, AServerThatIsNotThereSaysNothingNotEvenThatItIsOutOfServic
     AgentProcess agent;
     ASSERT_TRUE(agent.start());
     for (const SIP_TRANSPORT transport : {SIP_UDP, SIP_TCP}) {
-        agent.tell(accountAt(0, UdpPeer::freePort(), transport));
+        agent.tell(accountAt(0, kit::freePort(), transport));
         const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
         ASSERT_TRUE(state);
         EXPECT_EQ(state->nStatus, 0u);
@@ -558,7 +559,7 @@ TEST(SipRegistration, ADeadServerIsToldOf)
     AgentProcess agent;
     ASSERT_TRUE(agent.start());
     for (const SIP_TRANSPORT transport : {SIP_UDP, SIP_TCP}) {
-        agent.tell(accountAt(0, UdpPeer::freePort(), transport));
+        agent.tell(accountAt(0, kit::freePort(), transport));
         const tagSipLine* state = agent.nextLine(0, SIP_LINE_FAILED);
         ASSERT_TRUE(state) << transport;
         EXPECT_STRNE(state->szReason, "");

@@ -1,4 +1,5 @@
 // What this side asks within a call: tones, signs that it is still there, its end.
+#include "tests/kit/plain/ports.h"
 #include "tests/sip/callTest.h"
 #include "tests/sip/certificates.h"
 #include <QFile>
@@ -222,7 +223,7 @@ TEST_F(SipRequests, ACallGoesOnThoughTheCertificatesOfAnotherLineHaveBecomeUsabl
     sipWire::setText(setup.szCertificates, folder.path().toStdString());
     begin(setup);
     ASSERT_NE(talkOut(1), 0u);
-    const tagSipAccount account = accountAt(1, UdpPeer::freePort(), SIP_TLS);
+    const tagSipAccount account = accountAt(1, kit::freePort(), SIP_TLS);
     agent.tell(account);
     ASSERT_TRUE(agent.nextLine(1, SIP_LINE_REFUSED));
     ASSERT_TRUE(authorities.seek(0) && authorities.write(good) == good.size() && authorities.flush());

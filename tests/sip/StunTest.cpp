@@ -50,6 +50,14 @@ protected:
         peer->answer(seen.isEmpty() ? reply : reply.replace(";rport", seen));
         return address;
     }
+    // The server takes it once more; empty when it is not asked.
+    QByteArray registersAgain(int ms = AgentProcess::WAIT_MS)
+    {
+        const QByteArray request = peer->receive("REGISTER", ms);
+        if (!request.isEmpty())
+            peer->reply(request, "200 OK", "Contact: " + headerOf(request, "Contact") + ";expires=3600");
+        return request;
+    }
     // What the phone is told of the server next: where it is, or "silent"; "nothing" when that is not told.
     QByteArray told(int ms = AgentProcess::WAIT_MS)
     {
@@ -147,6 +155,19 @@ TEST_F(SipStun, WhatItSaysWhenTheLineIsRegisteredAlreadyCountsToo)
     server.behave(ways);
     const QByteArray seen = registers();
     EXPECT_TRUE(seen.contains("@127.0.0.99:9999")) << seen.constData();
+}
+
+TEST_F(SipStun, WhereOneThatHasAnsweredSaysNothingTheLinesOwnServerIsAskedWhetherItIsThere)
+{
+    begin("127.0.0.1", AgentProcess::calmSetup());
+    ASSERT_EQ(told(), place());
+    while (!registersAgain(kQuietMs).isEmpty()) // since it is seen elsewhere
+        continue;
+    kit::tagStunWays ways;
+    ways.bSilent = true;
+    server.behave(ways);
+    EXPECT_NE(registersAgain().toStdString(), "");
+    EXPECT_EQ(registersAgain(2 * kQuietMs).toStdString(), "") << "once, and it is there";
 }
 
 TEST_F(SipStun, OneThatRefusesIsAskedAgainLater)

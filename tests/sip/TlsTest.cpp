@@ -1,4 +1,5 @@
 // Lines over TLS: the server's certificate is checked, and the name in it.
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/agentProcess.h"
 #include "tests/sip/certificates.h"
@@ -28,7 +29,7 @@ protected:
     void begin(const QString& certified, const std::string& host, AgentProcess& line,
                const QStringList& wants = {})
     {
-        port = UdpPeer::freePort();
+        port = kit::freePort();
         kit::endWithUs(server);
         server.setWorkingDirectory(certified);
         const QString address = "127.0.0.1:" + QString::number(port);
@@ -47,7 +48,7 @@ protected:
     {
         tagSipSetup setup = AgentProcess::quickSetup();
         setup.nSilentMs = silentMs;
-        setup.nTlsPort = UdpPeer::freePort();
+        setup.nTlsPort = kit::freePort();
         sipWire::setText(setup.szCertificates, folder.path().toStdString());
         sipWire::setText(setup.szNames, names.settings().toStdString());
         return setup;
@@ -98,7 +99,7 @@ protected:
     {
         AgentProcess other;
         ASSERT_TRUE(other.start(setupOfTls())) << reason;
-        other.tell(accountAt(0, UdpPeer::freePort(), SIP_TLS));
+        other.tell(accountAt(0, kit::freePort(), SIP_TLS));
         const tagSipLine* refused = other.nextLine(0, SIP_LINE_REFUSED);
         ASSERT_TRUE(refused) << reason;
         EXPECT_EQ(std::string(refused->szReason), reason);
@@ -152,6 +153,101 @@ protected:
     QByteArray read;
     uint32_t port = 0;
     AgentProcess agent;
+};
+
+// Calls that come in over TLS.
+class SipTlsCalls : public SipTls
+{
+protected:
+    void beginLine()
+    {
+        ASSERT_TRUE(makeCertificates(folder.path(), kName));
+        begin(folder.path(), kName);
+        const QByteArray contact = headerOf(registerLine(), "Contact");
+        line = contact.mid(1, contact.indexOf('>') - 1);
+    }
+    // A request of the caller; lines: whole header lines with their ends.
+    void ask(const QByteArray& method, int number, const QByteArray& lines, const QByteArray& body = {})
+    {
+        say(method + " " + line + " SIP/2.0\r\nVia: SIP/2.0/TLS 127.0.0.1:" + QByteArray::number(port) +
+            ";branch=z9hG4bK" + callId + QByteArray::number(number) + method +
+            "\r\nFrom: <sip:9@elsewhere.test>;tag=caller\r\nTo: " + to + "\r\nCall-ID: " + callId +
+            "\r\nCSeq: " + QByteArray::number(number) + " " + method + "\r\nMax-Forwards: 70\r\n" + lines +
+            "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body);
+    }
+    // A call has come in whose caller is reached by these header lines, and talks; its id.
+    uint32_t talkIn(const QByteArray& way)
+    {
+        callId = "in" + QByteArray::number(++calls);
+        to = "<sip:user0@pbx.test>";
+        ask("INVITE", 1, way + "Content-Type: application/sdp\r\n", kOffer);
+        const auto* arrived = agent.next([](const tagSipHead& head) { return head.eKind == SIP_ARRIVED; });
+        if (!arrived)
+            return 0;
+        const uint32_t id = arrived->nId;
+        tellMedia(SIP_ANSWER, id, "v=0\r\ns=answer\r\n");
+        to = headerOf(receive("SIP/2.0 200"), "To");
+        ask("ACK", 1, {});
+        return agent.next(SIP_TALK, id) ? id : 0;
+    }
+    void tellMedia(SIP_RECORD kind, uint32_t id, const char* sdp)
+    {
+        auto media = sipWire::make<tagSipMedia>(kind, id);
+        sipWire::setText(media.szSdp, sdp);
+        agent.tell(media);
+    }
+    void hold(uint32_t id) { tellMedia(SIP_MEDIA, id, "v=0\r\ns=hold\r\n"); }
+    // The next request that begins so has come here, and is replied to.
+    QByteArray takes(const QByteArray& method, const QByteArray& status = "200 OK",
+                     const QByteArray& lines = {})
+    {
+        const QByteArray request = receive(method + " sip:");
+        EXPECT_NE(request.toStdString(), "") << method.constData();
+        if (method == "INVITE" && status.startsWith("200"))
+            say(UdpPeer::replyTo(request, status, lines + "Content-Type: application/sdp", kOffer));
+        else if (method != "ACK")
+            say(UdpPeer::replyTo(request, status, lines));
+        return request;
+    }
+    void expectSecondHasProof(const QByteArray& method, const QByteArray& nonce)
+    {
+        const QByteArray proof = headerOf(takes(method), "Authorization");
+        EXPECT_EQ(paramOf(proof, "nonce").toStdString(), nonce.toStdString()) << method.constData();
+    }
+    static QByteArray challenge(const QByteArray& nonce)
+    {
+        return "WWW-Authenticate: Digest realm=\"home\", nonce=\"" + nonce + "\", qop=\"auth\"";
+    }
+    // Who answers to a call is somebody of whom the server knows.
+    void holdIsAskedForThePassword(uint32_t id)
+    {
+        hold(id);
+        takes("INVITE", "401 Unauthorized", challenge("offer"));
+        takes("ACK");
+        expectSecondHasProof("INVITE", "offer");
+        takes("ACK");
+        EXPECT_TRUE(agent.next(SIP_TALK, id));
+    }
+    // The caller wants somebody called who is in clear.
+    void refersOn(uint32_t id, const QByteArray& target)
+    {
+        ask("REFER", 2, "Contact: <sip:9@127.0.0.1:9>\r\nRefer-To: <" + target + ">\r\n");
+        ASSERT_TRUE(agent.next(SIP_REFERRED, id));
+        auto call = sipWire::make<tagSipDial>(SIP_DIAL, 1);
+        call.nReferrer = id;
+        sipWire::setText(call.szTarget, target.toStdString());
+        sipWire::setText(call.szSdp, kOffer);
+        agent.tell(call);
+        takes("NOTIFY");
+        EXPECT_TRUE(takes("INVITE", "486 Busy Here").startsWith("INVITE " + target + " "));
+        takes("NOTIFY");
+        EXPECT_TRUE(agent.next(SIP_ENDED, 1));
+    }
+
+    static constexpr const char* kOffer = "v=0\r\ns=offer\r\n";
+    QByteArray line; // its address
+    QByteArray callId, to;
+    int calls = 0;
 };
 
 } // namespace
@@ -365,7 +461,7 @@ TEST_F(SipTls, AServerThatWantsItIsShownTheOwnCertificateInWhicheverOrder)
 TEST_F(SipTls, ALineWithoutCertificatesIsToldSo)
 {
     ASSERT_TRUE(agent.start());
-    agent.tell(accountAt(0, UdpPeer::freePort(), SIP_TLS));
+    agent.tell(accountAt(0, kit::freePort(), SIP_TLS));
     const tagSipLine* refused = agent.nextLine(0, SIP_LINE_REFUSED);
     ASSERT_TRUE(refused);
     EXPECT_STREQ(refused->szReason, "There are no certificates for TLS");
@@ -446,6 +542,101 @@ TEST_F(SipTls, ACallIsNotLedToAnOpenWayNorToAnAddressThatNoCertificateNames)
     EXPECT_TRUE(further.waitForNewConnection(AgentProcess::WAIT_MS));
 }
 
+TEST_F(SipTlsCalls, NothingOfACallThatCameInGoesAnOpenWay)
+{
+    beginLine();
+    UdpPeer twin("127.0.0.1", port), open;
+    QTcpServer plain, numeric;
+    ASSERT_EQ(twin.port(), port);
+    ASSERT_TRUE(plain.listen(QHostAddress::LocalHost) && numeric.listen(QHostAddress::LocalHost));
+    const auto placeOf = [](uint32_t number) { return "127.0.0.1:" + QByteArray::number(number); };
+    const QByteArray atOpen = "sip:9@" + placeOf(open.port());
+    const QByteArray ways[] = {
+        "Contact: <sip:9@" + placeOf(port) + ">\r\n",
+        "Contact: <" + atOpen + ">\r\n",
+        "Contact: <sip:9@" + placeOf(plain.serverPort()) + ";transport=tcp>\r\n",
+        "Contact: <sip:9@" + placeOf(numeric.serverPort()) + ";transport=tls>\r\n",
+        "Record-Route: <sip:" + placeOf(open.port()) + ";lr>\r\nContact: <sip:9@pbx.test;transport=tls>\r\n",
+    };
+    for (const QByteArray& way : ways) {
+        SCOPED_TRACE(way.toStdString());
+        const uint32_t id = talkIn(way);
+        ASSERT_NE(id, 0u);
+        holdIsAskedForThePassword(id);
+        auto tone = sipWire::make<tagSipTone>(SIP_TONE, id);
+        tone.nTone = '5';
+        tone.nMs = 100;
+        agent.tell(tone);
+        EXPECT_NE(headerOf(takes("INFO"), "Authorization").toStdString(), "");
+        auto transfer = sipWire::make<tagSipTarget>(SIP_TRANSFER, id);
+        sipWire::setText(transfer.szTarget, "400");
+        agent.tell(transfer);
+        takes("REFER", "603 Decline");
+        EXPECT_TRUE(agent.next(SIP_TRANSFERRED, id));
+        agent.tell(sipWire::make<tagSipStatus>(SIP_HANG_UP, id));
+        takes("BYE", "401 Unauthorized", challenge("end") + ", stale=true");
+        expectSecondHasProof("BYE", "end");
+    }
+    EXPECT_EQ(twin.receive(200).toStdString(), "");
+    EXPECT_EQ(open.receive(200).toStdString(), "");
+    EXPECT_FALSE(plain.hasPendingConnections() || plain.waitForNewConnection(200));
+    EXPECT_FALSE(numeric.hasPendingConnections() || numeric.waitForNewConnection(200));
+}
+
+TEST_F(SipTlsCalls, WhomACallThatCameInWantsCalledIsCalledAndToldOfOverTls)
+{
+    beginLine();
+    UdpPeer open;
+    const QByteArray place = "127.0.0.1:" + QByteArray::number(open.port());
+    const uint32_t id = talkIn("Contact: <sip:9@" + place + ">\r\n");
+    ASSERT_NE(id, 0u);
+    refersOn(id, "sip:400@" + place + ";transport=udp");
+    EXPECT_EQ(open.receive(200).toStdString(), "");
+}
+
+// The stack believes the last of several.
+TEST_F(SipTlsCalls, AnAddressThatSaysTwoThingsLeadsToNoOpenWay)
+{
+    beginLine();
+    for (const char* second : {";transport=udp", ";transport=tcp", ";maddr=127.0.0.1;transport=udp"}) {
+        SCOPED_TRACE(second);
+        const uint32_t place = kit::freePort();
+        QTcpServer further;
+        ASSERT_TRUE(further.listen(QHostAddress::LocalHost, quint16(place)));
+        UdpPeer open("127.0.0.1", place);
+        ASSERT_EQ(open.port(), place);
+        const QByteArray user = QByteArray("9@") + kName + ':' + QByteArray::number(place);
+        for (const QByteArray& way : {"sip:" + user + ";transport=tls", "sips:" + user}) {
+            const uint32_t id = talkIn("Contact: <" + way + second + ">\r\n");
+            ASSERT_NE(id, 0u);
+            hold(id);
+            ASSERT_TRUE(further.waitForNewConnection(AgentProcess::WAIT_MS)) << way.constData();
+            QTcpSocket& link = *further.nextPendingConnection();
+            ASSERT_TRUE(link.waitForReadyRead(AgentProcess::WAIT_MS));
+            EXPECT_EQ(int(link.peek(1).at(0)), 22) << "it wants no TLS: " << link.readAll().constData();
+            link.abort();
+            agent.tell(sipWire::make<tagSipStatus>(SIP_HANG_UP, id));
+            EXPECT_TRUE(agent.next(SIP_ENDED, id));
+        }
+        EXPECT_EQ(open.receive(200).toStdString(), "");
+    }
+}
+
+TEST_F(SipTlsCalls, WhereTheServerIsGoneACallThatCameInEndsAndNothingIsSaidInClear)
+{
+    beginLine();
+    UdpPeer open("127.0.0.1", port);
+    ASSERT_EQ(open.port(), port);
+    const uint32_t id = talkIn("Contact: <sip:9@127.0.0.1:" + QByteArray::number(port) + ">\r\n");
+    ASSERT_NE(id, 0u);
+    stopServer();
+    hold(id);
+    EXPECT_TRUE(agent.next(SIP_TALK, id)) << "the hold is not settled";
+    agent.tell(sipWire::make<tagSipStatus>(SIP_HANG_UP, id));
+    EXPECT_TRUE(agent.next(SIP_ENDED, id));
+    EXPECT_EQ(open.receive(500).toStdString(), "");
+}
+
 TEST_F(SipTls, ANameThatTheMachineItselfKnowsIsCertifiedAsAnyOther)
 {
     ASSERT_TRUE(makeCertificates(folder.path(), "localhost"));
@@ -480,7 +671,7 @@ TEST_F(SipTls, TheAgentBeginsAnewWhenItsCertificatesHaveBecomeUsable)
 {
     ASSERT_TRUE(makeCertificates(folder.path(), kName));
     const QByteArray good = contentOf("cafile.pem");
-    const tagSipAccount account = accountAt(0, UdpPeer::freePort(), SIP_TLS);
+    const tagSipAccount account = accountAt(0, kit::freePort(), SIP_TLS);
     for (const bool isSaved : {true, false}) {
         AgentProcess phone;
         write("cafile.pem", "garbage");

@@ -140,6 +140,13 @@ TEST(SipWire, NumbersKeepTheirRanges)
     sipWire::setText(peer.szAddress, "sip:200@pbx");
     EXPECT_EQ(taken(peer), TAKEN::RECORD);
 
+    for (const uint32_t call : {uint32_t(SIP_CALL_FIRST), uint32_t(SIP_CALL_FIRST_INCOMING)}) {
+        auto place = sipWire::make<tagSipTarget>(SIP_PLACE, call);
+        EXPECT_EQ(taken(place), TAKEN::BAD) << "it is nowhere";
+        sipWire::setText(place.szTarget, "sip:200@pbx");
+        EXPECT_EQ(taken(place), call == SIP_CALL_FIRST ? TAKEN::RECORD : TAKEN::BAD);
+    }
+
     for (const SIP_RECORD kind : {SIP_REFUSE, SIP_HANG_UP, SIP_TRANSFERRED}) {
         auto status = sipWire::make<tagSipStatus>(kind, SIP_CALL_FIRST);
         status.nStatus = kind == SIP_HANG_UP ? 0 : 486;

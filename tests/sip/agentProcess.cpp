@@ -1,5 +1,6 @@
 #include "tests/sip/agentProcess.h"
 #include "tests/kit/plain/deviceFolder.h"
+#include "tests/kit/plain/ports.h"
 #include "tests/kit/plain/processes.h"
 #include "tests/sip/udpPeer.h"
 #include <QElapsedTimer>
@@ -41,7 +42,7 @@ tagSipSetup AgentProcess::quickSetup()
     auto setup = sipWire::make<tagSipSetup>(SIP_SETUP, 0);
     sipWire::setText(setup.szAddress, "127.0.0.1");
     sipWire::setText(setup.szAgent, "Test");
-    setup.nPort = UdpPeer::freePort();
+    setup.nPort = kit::freePort();
     setup.nSilentMs = 400;
     setup.nRetryMs = 200;
     setup.nRetryLastMs = 800;

@@ -36,19 +36,6 @@ UdpPeer::~UdpPeer()
     close(m_nSocket);
 }
 
-uint32_t UdpPeer::freePort()
-{
-    for (;;) {
-        const uint32_t port = UdpPeer().port();
-        const int stream = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const sockaddr_in address = placeOf(port);
-        const bool isFree = bind(stream, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-        close(stream);
-        if (isFree)
-            return port;
-    }
-}
-
 bool UdpPeer::isListening(uint32_t port)
 {
     const int stream = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);

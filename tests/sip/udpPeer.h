@@ -12,8 +12,6 @@ public:
     UdpPeer(const UdpPeer&) = delete;
     UdpPeer& operator=(const UdpPeer&) = delete;
 
-    // Free for datagrams and connections alike.
-    static uint32_t freePort();
     // Somebody takes connections there.
     static bool isListening(uint32_t port);
     uint32_t port() const { return m_nPort; }

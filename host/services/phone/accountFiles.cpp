@@ -23,11 +23,19 @@ int numberOf(const QByteArray& file, const char* section, const char* key, int a
     return nuxGetRegistryInt(file.constData(), section, key, absent);
 }
 
-// The page wants a port; the one it begins with leaves the choice to the domain's records.
-int portOf(const QByteArray& file, const char* key)
+// A group of the page that is off is stored unseen, and is not looked at again when it is put on: what is no
+// port counts as none.
+int portOf(const QByteArray& file, const char* section, const char* key, int absent)
 {
-    const int port = numberOf(file, "account", key, 0);
-    return port < 0 || port > kMaxPort || port == kDefaultPort ? 0 : port;
+    const int port = numberOf(file, section, key, absent);
+    return port < 1 || port > kMaxPort ? absent : port;
+}
+
+// The page wants a port; the one it begins with leaves the choice to the domain's records.
+int serverPortOf(const QByteArray& file, const char* key)
+{
+    const int port = portOf(file, "account", key, kDefaultPort);
+    return port == kDefaultPort ? 0 : port;
 }
 
 ACCOUNT_TRANSPORT transportNamed(const QString& name)
@@ -40,14 +48,14 @@ ACCOUNT_TRANSPORT transportNamed(const QString& name)
 void readServers(const QByteArray& file, tagAccountFile& account)
 {
     account.strServer = textOf(file, "account", "SIPServerHost");
-    account.nPort = portOf(file, "SIPServerPort");
+    account.nPort = serverPortOf(file, "SIPServerPort");
     if (numberOf(file, "account", "UseOutboundProxy", 0) != 0) {
         account.strProxy = textOf(file, "account", "OutboundHost");
-        account.nProxyPort = portOf(file, "OutboundPort");
+        account.nProxyPort = serverPortOf(file, "OutboundPort");
     }
     if (numberOf(file, "NAT", "NATTraversal", 0) != 0) {
         account.strStunServer = textOf(file, "NAT", "STUNServer");
-        account.nStunPort = numberOf(file, "NAT", "STUNPort", kStunPort);
+        account.nStunPort = portOf(file, "NAT", "STUNPort", kStunPort);
     }
 }
 

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr int kMaxPort = 65535;
 const char* const kStates[] = {"is not registered", "registers", "is registered", "cannot register",
                                "was refused"};
 
@@ -32,8 +31,7 @@ tagSipAccount recordOf(int index, const tagAccountFile& file)
                          : file.eTransport == ACCOUNT_TCP ? SIP_TCP
                                                           : SIP_UDP;
     account.nExpires = uint32_t(file.nExpires);
-    const bool hasStun = file.nStunPort > 0 && file.nStunPort <= kMaxPort;
-    if (hasStun && !file.strStunServer.isEmpty()) {
+    if (!file.strStunServer.isEmpty()) {
         sipWire::setText(account.szStun, file.strStunServer.toStdString());
         account.nStunPort = uint32_t(file.nStunPort);
     }

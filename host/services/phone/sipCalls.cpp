@@ -9,8 +9,6 @@
 namespace {
 
 constexpr int kMsInSecond = 1000;
-constexpr uint32_t kRinging = 180;
-constexpr uint32_t kSessionProgress = 183;
 constexpr uint32_t kNoCommonMedia = 488;
 constexpr uint32_t kOwnFault = 500;
 constexpr uint32_t kMediaDoNotFit = 399; // a warning that does not say why
@@ -112,21 +110,27 @@ bool sipCalls::end(int id, CALL_END why, const char* reason)
     return true;
 }
 
+// It goes with the call, also when it is the timer that ends it.
+std::shared_ptr<QTimer> sipCalls::timerOf(const tagLive& live, std::function<void(tagLive&)> due)
+{
+    const auto late = [this, due = std::move(due), id = live.call.nId, wire = live.nWire] {
+        tagLive* ringing = find(id);
+        if (ringing && ringing->nWire == wire && ringing->call.eState == CALL_RINGING)
+            due(*ringing);
+    };
+    const std::shared_ptr<QTimer> timer(new QTimer(this), [](QTimer* each) {
+        each->stop();
+        each->deleteLater();
+    });
+    timer->setSingleShot(true);
+    timer->callOnTimeout(this, late);
+    return timer;
+}
+
 // The agent ends what rings too long; one that does not, and media that say nothing, leave no call ringing.
-// The timer goes with the call, also when it is the timer that ends it.
 void sipCalls::limitRinging(tagLive& live)
 {
-    const auto late = [this, id = live.call.nId, wire = live.nWire] {
-        const tagLive* ringing = find(id);
-        if (ringing && ringing->nWire == wire && ringing->call.eState == CALL_RINGING)
-            ringsTooLong(id);
-    };
-    live.ringLimit.reset(new QTimer(this), [](QTimer* limit) {
-        limit->stop();
-        limit->deleteLater();
-    });
-    live.ringLimit->setSingleShot(true);
-    live.ringLimit->callOnTimeout(this, late);
+    live.ringLimit = timerOf(live, [this](const tagLive& ringing) { ringsTooLong(ringing.call.nId); });
     live.ringLimit->start((RING_SECONDS + RING_LATE_SECONDS) * kMsInSecond);
 }
 
@@ -199,6 +203,9 @@ void sipCalls::dial(tagLive& live, const QByteArray& target)
     live.nWire = m_nNextWire++;
     live.bOffered = true;
     live.bEarly = live.call.bRingsThere = live.call.bUnheard = false;
+    live.early.clear();
+    live.nextEarly.clear();
+    live.earlyPause.reset();
     limitRinging(live);
     const sipOrders::tagDial order = {live.call.nAccount, live.call.bAnonymous, live.nReferrer, target,
                                       live.offer,         live.forwardedBy};
@@ -360,6 +367,9 @@ void sipCalls::take(const sipWire::Reader& record)
     case SIP_TRANSFERRED:
         transferred(record.as<tagSipStatus>());
         break;
+    case SIP_PLACE:
+        placeTold(record.as<tagSipTarget>());
+        break;
     case SIP_TONES_REFUSED:
         tonesRefused(record.head().nId);
         break;
@@ -378,24 +388,6 @@ void sipCalls::take(const sipWire::Reader& record)
     }
 }
 
-void sipCalls::progress(const tagSipProgress& progress)
-{
-    tagLive* live = findWire(progress.head.nId);
-    if (!live || !(live->bOffered || live->bEarly) || live->call.eState != CALL_RINGING)
-        return;
-    if (progress.szSdp[0] && live->bOffered) {
-        live->bEarly = true;
-        m_media.agree(live->call.nId, QByteArray(progress.szSdp));
-    }
-    const bool rings = progress.nStatus == kRinging || progress.nStatus == kSessionProgress;
-    const bool isUnheard = progress.nStatus == 0;
-    const bool wasUnheard = std::exchange(live->call.bUnheard, isUnheard);
-    const bool rang = live->call.bRingsThere;
-    live->call.bRingsThere = rang || rings;
-    if (wasUnheard != isUnheard || live->call.bRingsThere != rang)
-        tell(*live);
-}
-
 void sipCalls::talk(const tagSipMedia& media)
 {
     tagLive* live = findWire(media.head.nId);
@@ -408,6 +400,9 @@ void sipCalls::talk(const tagSipMedia& media)
     talkCounts(*live);
     live->offered.invalidate();
     live->call.bUnheard = false;
+    if (sdp.isEmpty())
+        agreeWaiting(*live);
+    live->nextEarly.clear();
     if (std::exchange(live->bOffered, false)) {
         if (!sdp.isEmpty()) {
             live->bAgreedHeld = live->bAskedHeld;
@@ -459,8 +454,10 @@ void sipCalls::otherOffers(const tagSipMedia& media)
     }
     live->offered.invalidate();
     // What was agreed on early stands until this is answered.
-    if (wasEarly)
+    if (wasEarly) {
+        agreeWaiting(*live);
         live->bOffered = false;
+    }
     if (std::exchange(live->bOffered, false)) {
         m_media.withdraw(live->call.nId);
         live->bMustOffer = true;
@@ -567,6 +564,7 @@ void sipCalls::mediaUnfit(int id)
     if (!live)
         return;
     live->bEarly = false;
+    live->early.clear();
     if (findRingingIn(id)) {
         live->nWarning = kMediaDoNotFit;
         refuse(id, CALL_UNFIT);
@@ -640,7 +638,8 @@ void sipCalls::ended(const tagSipEnded& ended)
             end(id, CALL_FAILED, lost);
         break;
     case SIP_REFUSED:
-        end(id, asksUser ? CALL_UNFIT : CALL_FAILED, sipReasonOf(ended.nStatus));
+        if (!goToNextPlace(*live, ended.nStatus))
+            end(id, asksUser ? CALL_UNFIT : CALL_FAILED, sipReasonOf(ended.nStatus));
         break;
     case SIP_ELSEWHERE:
         end(id, CALL_HUNG_UP, HX_TR("Another phone has answered"));

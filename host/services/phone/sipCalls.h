@@ -19,9 +19,10 @@ class sipCalls : public QObject, public phoneCalls, public sipMediaNews
 public:
     enum : int {
         TONE_MS = 160,
-        REDIRECTIONS_MAX = 5, // of one call that goes out
-        RING_SECONDS = 180,   // longer than a forward or an answering machine waits
-        RING_LATE_SECONDS = 5 // until an agent that leaves a call ringing is not waited for any more
+        REDIRECTIONS_MAX = 5,  // of one call that goes out
+        RING_SECONDS = 180,    // longer than a forward or an answering machine waits
+        RING_LATE_SECONDS = 5, // until an agent that leaves a call ringing is not waited for any more
+        EARLY_PAUSE_MS = 500   // at least between two descriptions that are agreed on while it rings there
     };
 
     using AccountOf = std::function<const tagAccountFile&(int line)>;
@@ -71,6 +72,13 @@ private:
         ASKED_OFFER,   // another offer, of a call that talks
         ASKED_REPLY    // the answer to another offer of the other side
     };
+    // Where a call from here may go, and who has sent it there.
+    struct tagPlace
+    {
+        QByteArray target;
+        QList<QByteArray> forwardedBy;
+        QStringList shownForwardedBy;
+    };
     struct tagLive : public tagLiveCall
     {
         uint32_t nWire = 0; // its id at the agent; 0 before it has one
@@ -97,6 +105,12 @@ private:
         int nConnecting = 0;                  // the call whose other side this one's is to talk with
         uint32_t nReferrer = 0;               // the agent's id of the call that asked for this one
         std::shared_ptr<QTimer> ringLimit;    // how long it may ring
+        QByteArray early;                     // the last one that was agreed on while it rings there
+        QByteArray nextEarly;                 // the newest that waits for its time; empty: none does
+        std::shared_ptr<QTimer> earlyPause;   // until then
+        QList<tagPlace> places;               // where it may go as well, the better one first
+        QList<QByteArray> newPlaces;          // of the redirection that is being told
+        int nSentOn = 0;                      // so often has it gone elsewhere
         QByteArray target;                    // where it goes; empty: the number of the call
         QList<QByteArray> forwardedBy;        // where it has been
         bool bRefused = false;                // its other side, which was asked to call that of nConnecting
@@ -128,7 +142,11 @@ private:
     void ask(tagLive& live, ASKED what);
     void offerAnew(tagLive& live);
     void dial(tagLive& live, const QByteArray& target);
+    void placeTold(const tagSipTarget& place);
     bool redirect(tagLive& live, const QByteArray& target);
+    // Where it may go as well, after a refusal that says nothing of who was called.
+    bool goToNextPlace(tagLive& live, uint32_t status);
+    bool goTo(tagLive& live, const tagPlace& place);
     bool end(int id, CALL_END why, const char* reason = "");
 
     void arrive(const tagSipArrived& arrived);
@@ -163,6 +181,11 @@ private:
     void peerTold(const tagSipPeer& peer);
     void referred(const tagSipReferred& referred);
     void stopTransfer(int id);
+    // While it rings there.
+    void hearsEarly(tagLive& live, const QByteArray& sdp);
+    void agreeWaiting(tagLive& live);
+    // Of a call that rings, in either direction.
+    std::shared_ptr<QTimer> timerOf(const tagLive& live, std::function<void(tagLive&)> due);
     void limitRinging(tagLive& live);
     void ringsTooLong(int id);
 

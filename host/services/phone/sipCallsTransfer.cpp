@@ -4,6 +4,7 @@
 #include "host/services/phone/sipReasons.h"
 #include "support/host/api.h"
 #include "support/host/trace.h"
+#include <utility>
 
 bool sipCalls::transfer(int id, const QString& number)
 {
@@ -78,25 +79,70 @@ void sipCalls::stopTransfer(int id)
     live->call.strTarget.clear();
 }
 
+// It is sent on there as well; the SIP_ENDED that follows begins with the best place.
+void sipCalls::placeTold(const tagSipTarget& place)
+{
+    tagLive* live = findWire(place.head.nId);
+    if (live && live->newPlaces.size() < SIP_PLACES_MAX - 1)
+        live->newPlaces.append(QByteArray(place.szTarget));
+}
+
 // The same call, elsewhere.
 bool sipCalls::redirect(tagLive& live, const QByteArray& target)
 {
-    const bool isAddress = target.startsWith("sip:") || target.startsWith("sips:");
+    tagPlace place = {target, live.forwardedBy, live.call.forwardedBy};
+    place.forwardedBy.append(live.target.isEmpty() ? live.call.strNumber.toUtf8() : live.target);
+    place.shownForwardedBy.append(live.call.strReached.isEmpty() ? live.call.strNumber
+                                                                 : live.call.strReached);
+    // Ahead of those that were left before.
+    const QList<QByteArray> others = std::exchange(live.newPlaces, {});
+    for (auto other = others.rbegin(); other != others.rend(); ++other)
+        live.places.prepend({*other, place.forwardedBy, place.shownForwardedBy});
+    while (live.places.size() > REDIRECTIONS_MAX)
+        live.places.removeLast();
+    return goTo(live, place) || goToNextPlace(live, 0);
+}
+
+bool sipCalls::goTo(tagLive& live, const tagPlace& place)
+{
+    const bool isAddress = place.target.startsWith("sip:") || place.target.startsWith("sips:");
     const bool waits = !live.call.bIncoming && live.call.eState == CALL_RINGING;
-    if (!isAddress || !waits || live.forwardedBy.size() >= REDIRECTIONS_MAX)
+    if (!isAddress || !waits || live.nSentOn >= REDIRECTIONS_MAX)
         return false;
     const tagAccountFile& account = m_accountOf(live.call.nAccount);
-    const QString by = live.call.strReached.isEmpty() ? live.call.strNumber : live.call.strReached;
-    live.forwardedBy.append(live.target.isEmpty() ? live.call.strNumber.toUtf8() : live.target);
-    live.call.forwardedBy.append(by);
-    live.call.strReached = callNumberAt(QString::fromUtf8(target), account.strServer, account.nPort);
-    live.call.strTarget = callTextOf(QString::fromUtf8(target));
-    live.target = target;
+    ++live.nSentOn;
+    live.forwardedBy = place.forwardedBy;
+    live.call.forwardedBy = place.shownForwardedBy;
+    live.call.strReached = callNumberAt(QString::fromUtf8(place.target), account.strServer, account.nPort);
+    live.call.strTarget = callTextOf(QString::fromUtf8(place.target));
+    live.target = place.target;
     if (!findWire(live.nReferrer))
         live.nReferrer = 0; // it goes on without who asked for it
-    dial(live, target);
+    dial(live, place.target);
     tell(live);
     return true;
+}
+
+// Who is busy, or will not, is so wherever he is called; and who has asked for the call was told what became
+// of it.
+bool sipCalls::goToNextPlace(tagLive& live, uint32_t status)
+{
+    enum : uint32_t {
+        UNKNOWN_MEDIA = 415,
+        ANONYMITY_DISALLOWED = 433,
+        BUSY = 486,
+        TERMINATED = 487,
+        NOT_ACCEPTABLE = 488,
+        EVERYWHERE = 600
+    };
+    const QList<uint32_t> last = {UNKNOWN_MEDIA, ANONYMITY_DISALLOWED, BUSY, TERMINATED, NOT_ACCEPTABLE};
+    if (last.contains(status) || status >= EVERYWHERE || (live.nReferrer && findWire(live.nReferrer)))
+        return false;
+    while (!live.places.isEmpty()) {
+        if (goTo(live, live.places.takeFirst()))
+            return true;
+    }
+    return false;
 }
 
 // Who picks up has dialled the extension where it rings, and talks with who has called there.

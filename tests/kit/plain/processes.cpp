@@ -102,6 +102,12 @@ qint64 kit::scheduledNs(qint64 pid)
     return sum;
 }
 
+qint64 kit::queuedNs(qint64 pid)
+{
+    QFile file(QString("/proc/%1/task/%1/schedstat").arg(pid));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : 0;
+}
+
 bool kit::waits(const std::function<bool()>& holds, int ms)
 {
     QElapsedTimer time;

@@ -22,6 +22,8 @@ qint64 statusKiB(qint64 pid, const char* name);
 double cpuSeconds(qint64 pid);
 // The same of its living threads to the nanosecond, as the scheduler counts it.
 qint64 scheduledNs(qint64 pid);
+// How long the first thread of a process stood ready so far while others had the processors.
+qint64 queuedNs(qint64 pid);
 
 // Real time, for other processes; events are not delivered meanwhile. False when ms went by.
 bool waits(const std::function<bool()>& holds, int ms);
