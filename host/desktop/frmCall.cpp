@@ -155,12 +155,17 @@ void frmCall::forgetTold(const tagCall& call)
         m_strFailed.clear();
 }
 
-// A call that begins while nothing is here was not there to be pressed for anything else.
+// A call that begins while nothing is here was not there to be pressed for anything else; who has just
+// dialled one knows what he ends.
 void frmCall::guardPresses(const tagCall& next)
 {
     const bool isOther = next.nId != m_call.nId && m_call.nId != 0;
-    if (isVisible() && isOther && !(next.nJoined && next.nJoined == m_call.nId))
-        m_presses.changed(isOver() ? pressGuard::AFTER_A_CALL : pressGuard::OTHER_CALL);
+    if (!isVisible() || !isOther || (next.nJoined && next.nJoined == m_call.nId))
+        return;
+    const bool isDialled = next.options.bByHand && next.nId > m_nLastId;
+    m_presses.changed(isDialled  ? pressGuard::DIALLED
+                      : isOver() ? pressGuard::AFTER_A_CALL
+                                 : pressGuard::OTHER_CALL);
 }
 
 void frmCall::showCall(const tagCall& call)

@@ -33,7 +33,7 @@ void pressGuard::changed(KIND kind)
 
 bool pressGuard::takes(bool isEnd)
 {
-    const bool isMeant = isEnd ? m_eKind == ANSWERED : m_eKind == AFTER_A_CALL;
+    const bool isMeant = isEnd ? m_eKind == ANSWERED || m_eKind == DIALLED : m_eKind == AFTER_A_CALL;
     if (!m_settle.isActive() || !m_most.isActive() || isMeant)
         return true;
     m_settle.start();

@@ -11,6 +11,7 @@ public:
     enum { SETTLE_MS = 700, MOST_MS = 2000 };
     enum KIND {
         ANSWERED,     // the same call: its end can be meant
+        DIALLED,      // another one, by the user: the same
         AFTER_A_CALL, // the one that had ended: what left it was not meant for the next
         OTHER_CALL    // nothing that is pressed was meant for it
     };

@@ -72,6 +72,33 @@ TEST_F(CallPresses, WhatIsPressedAsAnotherCallRingsDoesNotDeclineIt)
     EXPECT_TRUE(screen()->findChild<QWidget*>("barVolume")->isVisible());
 }
 
+TEST_F(CallPresses, WhoHasDialledEndsItAtOnceAndNothingElse)
+{
+    talk("4711", "Anna");
+    dialScreenOpen("4712");
+    kit::settle();
+    kit::key(Qt::Key_F1);
+    ASSERT_EQ(calls().size(), 2);
+    ASSERT_EQ(text("labName"), "4712");
+    kit::key(Qt::Key_F1); // was to dial
+    EXPECT_EQ(calls().size(), 2);
+    kit::key(Qt::Key_F4);
+    ASSERT_EQ(calls().size(), 1);
+    EXPECT_EQ(name(), "Anna");
+    kit::key(Qt::Key_F4);
+    EXPECT_EQ(calls().size(), 1) << "she comes up by herself";
+    letPressesCount();
+    kit::key(Qt::Key_F4);
+    ASSERT_TRUE(calls().isEmpty());
+    ASSERT_EQ(state(), "Call ended");
+    dialScreenOpen("4713");
+    kit::settle();
+    kit::key(Qt::Key_F1);
+    ASSERT_EQ(calls().size(), 1);
+    kit::key(Qt::Key_F4);
+    EXPECT_TRUE(calls().isEmpty()) << "behind a call that has ended too";
+}
+
 TEST_F(CallPresses, AnAnswerPressedTwiceDoesNotMuteButItsEndCountsAtOnce)
 {
     comesIn("4711", "Anna");

@@ -1,6 +1,7 @@
 // The call screen of real lines: whom a call has come to, and what becomes of a transfer.
 #include "host/desktop/callAction.h"
 #include "host/desktop/frmCall.h"
+#include "host/desktop/pressGuard.h"
 #include "host/services/phone/callNumber.h"
 #include "support/host/language.h"
 #include "tests/desktop/desktopTest.h"
@@ -111,6 +112,25 @@ TEST_F(CallReached, ACallThatIsSentOnFollowsAndSaysByWhom)
     EXPECT_EQ(text("labNumber"), "") << "it does not ring any more";
     EXPECT_EQ(text("labState"), "In call");
     kit::shot("call-sent-on");
+}
+
+TEST_F(CallReached, WhatTheOtherSideHasMadeIsNotEndedByAPressThatWasMeantForItsOwnCall)
+{
+    writeAccount(0, readFile("/rundata/config/user/voip/sipAccount0.cfg") + "[Transfer]\nbByOther=1\n");
+    tellAccountChanged(0);
+    tellLine(0, SIP_LINE_REGISTERED, 200);
+    ASSERT_TRUE(kit::waitUntil([] { return stateOf(0) == LINE_DEFAULT_ACCOUNT; }));
+    const uint32_t wire = talksOut("300");
+    kit::stepTime(pressGuard::MOST_MS);
+    auto record = sipWire::make<tagSipReferred>(SIP_REFERRED, wire);
+    sipWire::setText(record.szTarget, "sip:301@sip.example.com");
+    agent.tell(record);
+    ASSERT_TRUE(kit::waitUntil([] { return text("labName") == "301"; }));
+    kit::key(Qt::Key_F4);
+    EXPECT_EQ(calls().size(), 2);
+    kit::stepTime(pressGuard::MOST_MS);
+    kit::key(Qt::Key_F4);
+    EXPECT_EQ(calls().size(), 1);
 }
 
 TEST_F(CallReached, WhoHasPickedUpSeesWhoCalls)

@@ -49,6 +49,23 @@ protected:
         EXPECT_TRUE(dial);
         return dial ? *dial : tagSipDial();
     }
+    // What the user shows goes out in that call, or does not.
+    void isSeen(int call, bool seen)
+    {
+        tagCallStreams streams;
+        streams.bOtherHolds = !seen;
+        streams.nOwnPicture = seen;
+        media->tellChanged(call, streams);
+    }
+    // What is wished for the call that takes the place of that one.
+    tagMediaWish wishOfReplaced(uint32_t wire, uint32_t by)
+    {
+        auto record = arrival(by, "201", "new offer");
+        record.nReplaces = wire;
+        agent.tell(record);
+        EXPECT_TRUE(agent.next<tagSipMedia>(SIP_ANSWER));
+        return media->wishes[calls().last().nId];
+    }
     void tellTransferred(uint32_t wire, uint32_t status, bool isTaken)
     {
         auto record = sipWire::make<tagSipStatus>(SIP_TRANSFERRED, wire);
@@ -178,6 +195,106 @@ TEST_F(SipCallTransfer, WhoTakesThePlaceOfAnotherIsAnsweredAsThatOneWas)
     EXPECT_TRUE(wish.options.bVideo);
     EXPECT_EQ(wish.options.nBandwidth, 512);
     EXPECT_FALSE(wish.options.bCamera) << "none was open";
+}
+
+// While either side holds a call its camera rests, as it does before anybody has answered.
+TEST_F(SipCallTransfer, ACameraThatOnlyRestsIsOpenInTheCallThatFollows)
+{
+    addToAccount("[Transfer]\nbByOther=1\n");
+    const int id = talksIn(IN);
+    ASSERT_TRUE(call().options.bCamera);
+    isSeen(id, true);
+    isSeen(id, false);
+    EXPECT_TRUE(wishOfReplaced(IN, IN + 1).options.bCamera);
+    tellEnd(IN + 1, SIP_HUNG_UP);
+    EXPECT_TRUE(waitsForEnd());
+    isReferred(IN);
+    EXPECT_TRUE(media->wishes[calls().last().nId].options.bCamera);
+}
+
+TEST_F(SipCallTransfer, ACameraThatTheUserHasClosedStaysClosedInTheCallThatFollows)
+{
+    addToAccount("[Transfer]\nbByOther=1\n");
+    const int id = talksIn(IN);
+    isSeen(id, true);
+    ASSERT_TRUE(phoneService::instance().rules().setCamera(id, false));
+    EXPECT_EQ(nextMedia(SIP_MEDIA).left(5), "offer");
+    isSeen(id, false);
+    EXPECT_FALSE(wishOfReplaced(IN, IN + 1).options.bCamera);
+    tellEnd(IN + 1, SIP_HUNG_UP);
+    EXPECT_TRUE(waitsForEnd());
+    isReferred(IN);
+    EXPECT_FALSE(media->wishes[calls().last().nId].options.bCamera);
+}
+
+TEST_F(SipCallTransfer, ACameraThatTheUserHasOpenedWhileTheCallWasHeldIsOpenInTheNext)
+{
+    const int id = talksIn(IN);
+    isSeen(id, false);
+    ASSERT_TRUE(phoneService::instance().rules().setCamera(id, true));
+    EXPECT_EQ(nextMedia(SIP_MEDIA).left(5), "offer");
+    EXPECT_TRUE(wishOfReplaced(IN, IN + 1).options.bCamera);
+}
+
+TEST_F(SipCallTransfer, WhoPicksUpWhatWasDialledWithPicturesSeesTheUser)
+{
+    const uint32_t wire = dials("300");
+    ASSERT_TRUE(call().options.bCamera);
+    EXPECT_TRUE(wishOfReplaced(wire, IN).options.bCamera);
+}
+
+TEST_F(SipCallTransfer, WhoHasCalledWithoutPicturesOpensNoCameraElsewhere)
+{
+    addToAccount("[Transfer]\nbByOther=1\n");
+    const int id = arrives(arrival(IN));
+    ASSERT_TRUE(phoneService::instance().answer(id));
+    ASSERT_TRUE(call().options.bCamera);
+    EXPECT_TRUE(agent.next<tagSipMedia>(SIP_ANSWER));
+    isReferred(IN);
+    EXPECT_FALSE(media->wishes[calls().last().nId].options.bCamera) << "nothing is agreed yet";
+    tellEnd(SIP_CALL_FIRST, SIP_HUNG_UP);
+    EXPECT_TRUE(waitsForEnd());
+    tellMedia(SIP_TALK, IN, "their offer");
+    isSeen(id, false);
+    isReferred(IN);
+    EXPECT_FALSE(media->wishes[calls().last().nId].options.bCamera) << "it was not open";
+}
+
+TEST_F(SipCallTransfer, WhoWasNotToHearTheUserDoesNotHearHimAsSomebodyElse)
+{
+    addToAccount("[Transfer]\nbByOther=1\n");
+    for (const bool muted : {false, true}) {
+        const uint32_t wire = muted ? IN + 2 : IN;
+        const int id = talksIn(wire);
+        callRules& rules = phoneService::instance().rules();
+        ASSERT_TRUE(muted ? rules.setMuted(id, true) : rules.setHeld(id, true));
+        EXPECT_EQ(wishOfReplaced(wire, wire + 1).bHeld, !muted);
+        EXPECT_EQ(media->stills[calls().last().nId], !muted);
+        EXPECT_EQ(media->mutes.value(calls().last().nId), muted);
+        tellMedia(SIP_TALK, wire + 1, "their offer");
+        EXPECT_TRUE(calls().last().bHeld == !muted && calls().last().bMuted == muted);
+        tellEnd(wire, SIP_REPLACED);
+        EXPECT_TRUE(kit::waitUntil([] { return calls().size() == 1; }));
+        EXPECT_EQ(isReferred(wire + 1).nReferrer, wire + 1);
+        EXPECT_EQ(media->wishes[calls().last().nId].bHeld, !muted);
+        EXPECT_TRUE(calls().last().bHeld == !muted && calls().last().bMuted == muted);
+        EXPECT_EQ(media->mutes.value(calls().last().nId), muted);
+        while (!calls().isEmpty())
+            phoneService::instance().hangUp(call().nId);
+    }
+}
+
+// The user talks with somebody else meanwhile.
+TEST_F(SipCallTransfer, AHeldCallThatGoesOnAsSomebodyElseDoesNotTakeTheUserFromWhomHeTalksWith)
+{
+    const int held = talksIn(IN);
+    talksOut("300");
+    const int talking = calls().last().nId;
+    ASSERT_TRUE(calls().first().nId == held && calls().first().bHeld);
+    EXPECT_TRUE(wishOfReplaced(IN, IN + 1).bHeld);
+    tellMedia(SIP_TALK, IN + 1, "their offer");
+    EXPECT_EQ(calls()[1].nId, talking);
+    EXPECT_FALSE(calls()[1].bHeld);
 }
 
 TEST_F(SipCallTransfer, AnOutcomeThatNobodyWaitsForEndsNothing)

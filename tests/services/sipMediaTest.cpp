@@ -50,6 +50,29 @@ TEST_F(SipMediaTest, TheCameraIsOpenedAndClosedByTheUserAndComesBackOnlyWhereItW
     EXPECT_FALSE(rules().setCamera(id, true));
 }
 
+TEST_F(SipMediaTest, ACameraThatRestsWhileTheMediaDieIsStillTheUsers)
+{
+    const int id = talksIn(IN);
+    tagCallStreams streams;
+    streams.nOwnPicture = 1;
+    media->tellChanged(id, streams);
+    streams.nOwnPicture = 0; // the other side holds the call
+    streams.bOtherHolds = true;
+    for (int deaths = 0; deaths < 2; ++deaths) {
+        media->tellChanged(id, streams);
+        media->tellLost();
+        EXPECT_EQ(nextMedia(SIP_MEDIA).left(5), "offer");
+        EXPECT_TRUE(media->lastWish.options.bCamera) << deaths;
+        tellMedia(SIP_TALK, IN, "again");
+    }
+    EXPECT_TRUE(rules().setCamera(id, false));
+    EXPECT_EQ(nextMedia(SIP_MEDIA).left(5), "offer");
+    tellMedia(SIP_TALK, IN, "yes");
+    media->tellLost();
+    EXPECT_EQ(nextMedia(SIP_MEDIA).left(5), "offer");
+    EXPECT_FALSE(media->lastWish.options.bCamera);
+}
+
 TEST_F(SipMediaTest, AnAnswerThatDoesNotFitEndsTheCallAndTellsWhy)
 {
     EXPECT_EQ(phone_CallNumber("300", 0, -1), 1);

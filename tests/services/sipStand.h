@@ -31,7 +31,11 @@ public:
     void agree(int, const QByteArray& answer) override { orders.append("agree " + answer); }
     void begin(int) override { orders.append("begin"); }
     void withdraw(int) override { orders.append("withdraw"); }
-    void setMuted(int, bool muted) override { orders.append(muted ? "mute" : "unmute"); }
+    void setMuted(int call, bool muted) override
+    {
+        orders.append(muted ? "mute" : "unmute");
+        mutes[call] = muted;
+    }
     void setStill(int call, bool still) override { stills[call] = still; }
     bool sendTone(int, QChar tone, int) override
     {
@@ -63,6 +67,7 @@ public:
     QByteArray judgedOffer;
     tagMediaWish judgedWish;
     QHash<int, bool> stills; // the same
+    QHash<int, bool> mutes;  // the same
     bool bSilent = false;
     bool bEmpty = false;
     bool bMissing = false;

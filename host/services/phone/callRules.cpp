@@ -127,7 +127,9 @@ tagCallOptions callRules::optionsFor(const QString& number, int account)
     tagCall call;
     call.strNumber = number;
     call.nAccount = account;
-    return optionsOf(call);
+    tagCallOptions options = optionsOf(call);
+    options.bByHand = true;
+    return options;
 }
 
 // Empty when the call is not forwarded: nobody is there to do it for an analogue line, and what would come

@@ -26,7 +26,7 @@ public:
     // A call from outside. It is among calls(), and nobody was told of it: before this returns, one of
     // ring(), answer(), refuse() and deflect() says what becomes of it.
     virtual void callArrived(const tagCall& call) = 0;
-    // What a call begins with that nobody dials.
+    // What a call begins with that the user makes.
     virtual tagCallOptions optionsFor(const QString& number, int account) = 0;
 };
 

@@ -80,11 +80,14 @@ tagMediaWish sipCalls::wishOf(const tagLive& live) const
     return wish;
 }
 
-// What follows a call, to the media one that begins, opens no camera that was not open.
+// What follows a call, to the media one that begins, opens no camera that the user has not opened, and closes
+// none that only rests: while either side holds the call no picture goes out. What was dialled and nobody has
+// answered yet goes on as it was dialled.
 tagCallOptions sipCalls::optionsGoingOn(const tagLive& live)
 {
     tagCallOptions options = live.call.options;
-    options.bCamera = options.bCamera && live.call.streams.nOwnPicture > 0;
+    const bool isOnlyDialled = !live.call.bIncoming && !live.bAgreed;
+    options.bCamera = options.bCamera && (isOnlyDialled || live.bShown || live.bCameraNow);
     return options;
 }
 
@@ -577,6 +580,7 @@ void sipCalls::mediaChanged(int id, const tagCallStreams& streams)
     if (!live || live->call.streams == streams)
         return;
     live->call.streams = streams;
+    live->bShown = live->bShown || streams.nOwnPicture > 0;
     live->bSealed = live->bSealed || streams.bEncrypted;
     live->call.bVideo = !streams.strPicture.isEmpty();
     live->call.bRemoteHeld = streams.bOtherHolds;

@@ -97,6 +97,7 @@ private:
         bool bSilenced = false;     // it refused to be held: it does not hear the user
         bool bSealed = false;       // it was encrypted, and stays so
         bool bCameraNow = false;    // the user has opened the camera in the call
+        bool bShown = false;        // the other side has been sent his picture
         bool bJoinAgain = false;    // the media that joined it are gone
         bool bRings = false;
         bool bPicksUp = false; // when it begins
@@ -132,6 +133,8 @@ private:
     tagLive* findRingingIn(int id);
     tagMediaWish wishOf(const tagLive& live) const;
     static tagCallOptions optionsGoingOn(const tagLive& live);
+    // What the user has set in a call is so in the one that follows it.
+    static void goOnAs(tagLive& next, const tagLive& before);
     using phoneCalls::tell;
     void tell(const tagLive& live) const { tell(live.shown()); }
     void joinAgain(tagLive& live);

@@ -157,7 +157,16 @@ void sipCalls::peerTold(const tagSipPeer& peer)
     tell(live->call);
 }
 
-// The other side of a call that is there goes on as somebody else: nothing rings.
+void sipCalls::goOnAs(tagLive& next, const tagLive& before)
+{
+    next.call.options = optionsGoingOn(before);
+    next.call.options.bByHand = false;
+    next.call.bHeld = before.call.bHeld;
+    next.call.bMuted = before.call.bMuted;
+}
+
+// The other side of a call that is there goes on as somebody else: nothing rings, and who was not to hear the
+// user does not hear him then.
 void sipCalls::takeOver(tagLive live, uint32_t replaced)
 {
     if (live.call.bUnfit) {
@@ -165,7 +174,7 @@ void sipCalls::takeOver(tagLive live, uint32_t replaced)
         return;
     }
     if (const tagLive* before = findWire(replaced))
-        live.call.options = optionsGoingOn(*before);
+        goOnAs(live, *before);
     live.call.eState = CALL_TALKING;
     live.call.bRang = true; // it is heard at once
     live.talking.start();
@@ -198,7 +207,7 @@ void sipCalls::referred(const tagSipReferred& referred)
     const tagAccountFile& account = m_accountOf(live->call.nAccount);
     next.call = callNew(callNumberAt(QString::fromUtf8(target), account.strServer, account.nPort),
                         live->call.nAccount);
-    next.call.options = optionsGoingOn(*live);
+    goOnAs(next, *live);
     next.call.bAnonymous = next.call.options.bAnonymous;
     next.nReferrer = live->nWire;
     next.target = target;

@@ -29,8 +29,9 @@ struct tagCallOptions
     bool bVideo = false;
     bool bCamera = false; // shows the own picture
     bool bMicrophone = true;
-    int nBandwidth = 0;  // kbit/s of video; 0: what the network bears
-    int nFrameRate = 30; // pictures a second
+    int nBandwidth = 0;   // kbit/s of video; 0: what the network bears
+    int nFrameRate = 30;  // pictures a second
+    bool bByHand = false; // the user has made it: one that follows another has come by itself
 };
 
 // What goes over the wire of a call; all as here where nobody knows.
