@@ -90,7 +90,7 @@ frmCall::frmCall()
     m_failedShown.setInterval(kFailedMs);
     m_failedShown.setSingleShot(true);
     connect(&m_failedShown, &QTimer::timeout, this, [this] {
-        m_strFailed.clear();
+        m_told = nullptr;
         showOthers();
     });
     m_tick.setInterval(TICK_MS);
@@ -118,9 +118,9 @@ void frmCall::onCall(const tagCall& call)
     const bool failedBeside = call.eState == CALL_ENDED && !call.strReason.isEmpty() && !calls.isEmpty();
     forgetTold(call);
     if (failedBeside)
-        tellForAMoment(callJoinedText(call.strNumber, callStateText(call)), 0);
+        tellForAMoment([call] { return callJoinedText(call.strNumber, callStateText(call)); }, 0);
     else if (call.eState == CALL_TALKING && !call.strReason.isEmpty())
-        tellForAMoment(callJoinedText(call.strTarget, callStateText(call)), call.nId);
+        tellForAMoment([call] { return callJoinedText(call.strTarget, callStateText(call)); }, call.nId);
     if (call.nId > m_nLastId && !calls.isEmpty())
         rememberUnder(call.nId);
     showCall(calls.isEmpty() ? call : callMostUrgent(calls, m_call.nId));
@@ -137,9 +137,9 @@ void frmCall::onCall(const tagCall& call)
     showDisplay();
 }
 
-void frmCall::tellForAMoment(const QString& text, int call)
+void frmCall::tellForAMoment(std::function<QString()> told, int call)
 {
-    m_strFailed = text;
+    m_told = std::move(told);
     m_nFailed = call;
     m_bFull = false;
     m_failedShown.start();
@@ -152,7 +152,7 @@ void frmCall::forgetTold(const tagCall& call)
     const bool isOver = call.eState == CALL_ENDED && (calls.isEmpty() || call.nId == m_nFailed);
     const bool isFirst = call.nId > m_nLastId && calls.size() == 1;
     if (isOver || isFirst)
-        m_strFailed.clear();
+        m_told = nullptr;
 }
 
 // A call that begins while nothing is here was not there to be pressed for anything else; who has just
@@ -231,8 +231,8 @@ void frmCall::showOthers()
     const QLabel* label = m_ui->labOthers;
     const bool isRow = m_eLayout == CALL_LAYOUT_BESIDE;
     QStringList lines;
-    if (!m_strFailed.isEmpty())
-        lines = isRow ? QStringList{m_strFailed} : callLinesOf(label, m_strFailed);
+    if (m_told)
+        lines = isRow ? QStringList{m_told()} : callLinesOf(label, m_told());
     for (tagCall call : phoneService::instance().calls()) {
         const bool isShown = call.nId == m_call.nId || (m_call.nJoined && call.nId == m_call.nJoined);
         if (isShown && (!m_call.nJoined || !call.bRemoteHeld || m_call.bHeld))
@@ -385,7 +385,7 @@ void frmCall::close()
 {
     m_tick.stop();
     m_end.stop();
-    m_strFailed.clear();
+    m_told = nullptr;
     m_names.clear();
     showPad(false);
     showDisplay();

@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 class QPainter;
@@ -84,7 +85,8 @@ private:
     int secondsShown() const;
     void showOthers();
     // call: what it is about; 0: none that could end.
-    void tellForAMoment(const QString& text, int call);
+    // told: in the language of the moment at which it is looked at.
+    void tellForAMoment(std::function<QString()> told, int call);
     void forgetTold(const tagCall& call);
     void connectActions();
     void showActions();
@@ -107,12 +109,12 @@ private:
     QTimer m_end;
     callActionRow m_actions;
     pressGuard m_presses;
-    QPointer<QWidget> m_under;      // the window that a waiting call came up over
-    int m_nOver = 0;                // that call
-    bool m_bPad = false;            // the touch pad for tones is open
-    QMap<QString, QString> m_names; // of the calls, by number and what came along; empty: the number is it
-    QString m_strFailed;            // what could not be done beside this call, for a moment
-    int m_nFailed = 0;              // the call that it is about
+    QPointer<QWidget> m_under;       // the window that a waiting call came up over
+    int m_nOver = 0;                 // that call
+    bool m_bPad = false;             // the touch pad for tones is open
+    QMap<QString, QString> m_names;  // of the calls, by number and what came along; empty: the number is it
+    std::function<QString()> m_told; // what could not be done beside this call, for a moment
+    int m_nFailed = 0;               // the call that it is about
     QTimer m_failedShown;
     bool m_bVolumeChanged = false; // of a ring, which shows it then
     displayPlace m_display;

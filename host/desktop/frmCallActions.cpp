@@ -93,7 +93,7 @@ void frmCall::on_click_Join()
     if (m_call.nJoined)
         rules.split(m_call.nId);
     else if (!rules.join(m_call.nId, callToJoin(rules.calls(), m_call).nId))
-        tellForAMoment(qTranslate(HX_TR("These calls cannot be connected")), m_call.nId);
+        tellForAMoment([] { return qTranslate(HX_TR("These calls cannot be connected")); }, m_call.nId);
     showOthers();
 }
 

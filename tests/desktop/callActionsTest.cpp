@@ -355,6 +355,9 @@ TEST_F(CallActions, AFailureBesideACallIsToldForAMoment)
     ASSERT_NE(screen(), nullptr);
     EXPECT_EQ(name(), "Anna");
     EXPECT_EQ(others(), "busy \u00b7 Busy");
+    setLanguage("German");
+    EXPECT_EQ(others(), "busy \u00b7 Besetzt");
+    setLanguage("English");
     kit::stepTime(3500);
     EXPECT_EQ(others(), "");
 }

@@ -145,7 +145,9 @@ uint32_t SipCalls::talkIn(const QByteArray& callId)
 uint32_t SipCalls::talkOut(uint32_t id)
 {
     dial(id, "300");
-    lastInvite = peer->receive("INVITE");
+    do // a question within the call before may still be on its way
+        lastInvite = peer->receive("INVITE");
+    while (headerOf(lastInvite, "To").contains(";tag="));
     lastAnswer = UdpPeer::replyTo(lastInvite, "200 OK", withSdp(), "v=0\r\ns=answer\r\n");
     peer->answer(lastAnswer);
     return peer->receive("ACK").isEmpty() || !next<tagSipMedia>(SIP_TALK, id) ? 0 : id;
