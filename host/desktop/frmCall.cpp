@@ -101,6 +101,7 @@ frmCall::frmCall()
     connect(&displayClient::instance(), &displayClient::enabledChanged, this, &frmCall::showDisplay);
     qFollowLanguage(this, [this] {
         showState();
+        showOthers();
         showClock();
         showSound();
         showSoftKeys();

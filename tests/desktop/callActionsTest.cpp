@@ -356,6 +356,7 @@ TEST_F(CallActions, AFailureBesideACallIsToldForAMoment)
     EXPECT_EQ(name(), "Anna");
     EXPECT_EQ(others(), "busy \u00b7 Busy");
     setLanguage("German");
+    kit::settle();
     EXPECT_EQ(others(), "busy \u00b7 Besetzt");
     setLanguage("English");
     kit::stepTime(3500);
