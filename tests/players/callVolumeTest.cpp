@@ -10,15 +10,11 @@ TEST_F(CallService, ATalkIsAsLoudAsThePhoneIsSet)
     startMedia();
     filmSound::start();
     connect(1, 2);
+    m_sessions.setMuted(1, true); // of two that are heard the sum depends on how late each of them is
     ASSERT_TRUE(isHeard());
     const auto peak = [&] { return heard().last(0.3, kRate).peak(); };
-    // A call that begins on a busy machine has gaps to make up for.
-    double loudest = 0;
-    ASSERT_TRUE(kit::waitUntil([&] {
-        loudest = peak();
-        return std::abs(heard().last(0.6, kRate).from(0, 0.3, kRate).peak() - loudest) < loudest / 100;
-    }));
-    EXPECT_GT(loudest, 0.2);
+    EXPECT_TRUE(kit::waitUntil([&] { return std::abs(peak() - 0.3) < 0.02; })) << peak();
+    const double loudest = peak();
     dev_set_output_volume(50);
     EXPECT_TRUE(kit::waitUntil([&] { return std::abs(peak() - loudest / 8) < loudest / 40; })) << peak();
     dev_set_output_volume(0);

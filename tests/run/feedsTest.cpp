@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 #include <QTcpServer>
 #include <algorithm>
 #include <csignal>
@@ -111,6 +112,19 @@ TEST(RunFeeds, EndWithThePhoneAlsoWhenItIsKilled)
         EXPECT_TRUE(kit::waits([&] { return std::none_of(started.begin(), started.end(), isAlive); }, 10000));
         EXPECT_FALSE(phone.output().contains("has ended: weather")) << phone.output().constData();
     }
+}
+
+// The phone of a shop keeps its show; what leaves the factory does as it is written.
+TEST(RunFeeds, TheDemonstrationKeepsItsShowAndTheFactoryDoesNot)
+{
+    RunScript phone;
+    phone.startPage({"--signage"});
+    const auto keeps = [](const QString& file) {
+        QSettings settings(file, QSettings::IniFormat);
+        return settings.value("nDeck/bKeepShow", "absent").toString();
+    };
+    EXPECT_EQ(keeps(phone.root() + "/rundata/config/system.ini"), "1");
+    EXPECT_EQ(keeps(HX_SOURCE_DIR "/rootfs/factory/config/system.ini"), "0");
 }
 
 TEST(RunFeeds, FollowTheBuildButKeepWhatTheUserChanged)

@@ -1,6 +1,7 @@
 // A network that goes while files are on their way takes nothing away: neither what shows nor what was to
 // come.
 #include "signage/nDeckDisplay.h"
+#include "signage/nDeckRegister.h"
 #include "tests/signage/signageTest.h"
 
 namespace {
@@ -138,7 +139,7 @@ TEST_F(Outage, WhatBrokeOffAndIsWantedNoMoreIsNotAskedForAgain)
     EXPECT_EQ(records(), QStringList());
 }
 
-TEST_F(Outage, AScheduleIsAskedForThoughManyFilesCrawl)
+TEST_F(Outage, AScheduleAndARegistrationGoBeforeManyFilesThatCrawl)
 {
     server.layouts = {{"a.xml", "<layout/>"}};
     for (int i = 0; i < 30; ++i) {
@@ -150,6 +151,8 @@ TEST_F(Outage, AScheduleIsAskedForThoughManyFilesCrawl)
     ASSERT_TRUE(kit::waitUntil([this] { return server.order.size() >= 2 + 6; }));
     ASSERT_TRUE(manager.DownloadDisplayFrame());
     EXPECT_TRUE(kit::waitUntil([this] { return server.requests("schedule") == 2; }));
+    nDeckRegisterDisplay();
+    EXPECT_TRUE(kit::waitUntil([this] { return server.requests("register") == 1; }));
     server.release();
     ASSERT_TRUE(quiet());
 }
