@@ -10,6 +10,7 @@ namespace {
 
 const char* const kHeldThere = HX_TR("Held by the other side");
 const char* const kUnconfirmed = HX_TR("Not confirmed yet");
+constexpr int kLeastShare = 3; // of its line, of what stands first
 const char* const kNoAnswer = HX_TR("The server does not answer");
 
 bool isPutThrough(const tagCall& call)
@@ -100,11 +101,15 @@ QString callFittingText(const QLabel* label, int smallest, const QString& text, 
     font.setPixelSize(qMin(font.pixelSize(), smallest));
     const QFontMetrics metrics(font);
     const QString whole = callJoinedText(text, rest);
-    const int missing = metrics.horizontalAdvance(whole) - label->width();
-    if (missing <= 0)
+    if (metrics.horizontalAdvance(whole) <= label->width())
         return whole;
-    const int room = metrics.horizontalAdvance(text) - missing;
-    return callJoinedText(metrics.elidedText(text, Qt::ElideRight, room), rest);
+    const int first = metrics.horizontalAdvance(text);
+    const int second = metrics.horizontalAdvance(rest);
+    const int room = label->width() - (metrics.horizontalAdvance(whole) - first - second);
+    // A state without whose it is says nothing.
+    const int kept = qMax(room - second, qMin(first, room / kLeastShare));
+    const QString end = kept <= room - second ? rest : metrics.elidedText(rest, Qt::ElideRight, room - kept);
+    return callJoinedText(metrics.elidedText(text, Qt::ElideRight, kept), end);
 }
 
 QStringList callLinesOf(const QLabel* label, const QString& text)

@@ -18,7 +18,8 @@ QString callWhoText(const QString& name, const QString& number);
 QString callJoinedText(const QString& one, const QString& other);
 // The user's own number of a line; empty when it has none.
 QString callOwnNumber(int line);
-// Both, joined, for that label: the first is cut where they have no room even at the smallest size.
+// Both, joined, for that label. Where they have no room even at the smallest size the first is cut, to no
+// less than a third of the label, and the rest after that.
 QString callFittingText(const QLabel* label, int smallest, const QString& text,
                         const QString& rest = QString());
 // In lines that fit into the label, as far as its words do.

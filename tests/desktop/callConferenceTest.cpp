@@ -330,3 +330,35 @@ TEST_F(CallConference, NothingIsCutOrCoveredInAnyLanguage)
         kit::stepTime(4000);
     }
 }
+
+TEST_F(CallConference, WhoIsBesideIsReadHoweverLongItsStateIsInEachLanguage)
+{
+    const auto keepsName = [](const char* name) {
+        const int least = screen()->findChild<QLabel*>("labOthers")->width() / 6;
+        const QStringList words = QString::fromStdString(others()).split(QStringLiteral(" \u00b7 "));
+        const QString shown = QString(words[0]).remove(QChar(0x2026));
+        const QFontMetrics metrics(screen()->findChild<QLabel*>("labOthers")->font());
+        EXPECT_GE(words.size(), 2) << others() << ": and its state";
+        EXPECT_TRUE(!shown.isEmpty() && QString(name).startsWith(shown)) << others();
+        EXPECT_TRUE(shown == name || metrics.horizontalAdvance(shown) > least) << others();
+    };
+    constexpr const char* kLong = "Maximilian Alexander von Hohenstein";
+    for (const char* language : {"English", "Chinese", "German", "French", "Spanish"}) {
+        SCOPED_TRACE(language);
+        setLanguage(language);
+        kit::settle();
+        for (const char* name : {"Anna", kLong}) {
+            const int id = talk("4711", name);
+            talk("4712", "Bob Long");
+            ASSERT_TRUE(phoneSimulation::instance()->holdFromOutside(id, true));
+            kit::settle();
+            keepsName(name); // both hold
+            kit::shot(QString("call-beside-%1-%2").arg(language, name));
+            kit::tap(action("actKeys"));
+            keepsName(name);
+            kit::shot(QString("call-beside-keys-%1-%2").arg(language, name));
+            hangUpAll();
+            kit::stepTime(4000);
+        }
+    }
+}
