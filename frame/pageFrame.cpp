@@ -118,7 +118,8 @@ void PageFrame::followLanguage()
 {
     showLeftBar();
     for (int i = 0; i < SOFT_KEY_COUNT; ++i) {
-        if (!m_astrLabels[i].IsEmpty())
+        // One that is blank does nothing just now, in whatever language.
+        if (!m_astrLabels[i].IsEmpty() && !m_pSoftKeyBar->GetButtonTitle(i).isEmpty())
             m_pSoftKeyBar->SetButtonTitle(i, SoftKeyLabel(i));
     }
     showTexts();

@@ -516,4 +516,22 @@ TEST_F(DialPlanPage, FollowsTheLanguage)
     GetLanguageHelper()->SetLanguage("English");
 }
 
+TEST_F(DialPlanPage, AKeyThatDoesNothingStaysBlankInAnotherLanguage)
+{
+    openPage();
+    ASSERT_EQ(focusName(), "tabWgtList");
+    ASSERT_EQ(softKeyTitle(1), "");
+    GetLanguageHelper()->SetLanguage("German");
+    kit::settle();
+    const QStringList keys = {softKeyTitle(0), softKeyTitle(1), softKeyTitle(2), softKeyTitle(3)};
+    EXPECT_EQ(keys, (QStringList{"Hinzuf\u00fcgen", "", "L\u00f6schen", "Zur\u00fcck"}));
+    choose(0);
+    kit::tap(prefix());
+    EXPECT_EQ(softKeyTitle(1), "123") << "the input method, where there is one";
+    GetLanguageHelper()->SetLanguage("French");
+    kit::settle();
+    EXPECT_EQ(softKeyTitle(1), "123");
+    GetLanguageHelper()->SetLanguage("English");
+}
+
 } // namespace
