@@ -99,6 +99,7 @@ frmCall::frmCall()
     connect(&m_tick, &QTimer::timeout, this, &frmCall::tick);
     connect(&m_end, &QTimer::timeout, this, &frmCall::close);
     connect(&displayClient::instance(), &displayClient::enabledChanged, this, &frmCall::showDisplay);
+    qApp->installEventFilter(this);
     qFollowLanguage(this, [this] {
         showState();
         showOthers();

@@ -29,6 +29,8 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    // Keys that mean the call wherever the user is; of the windows over this one.
+    bool eventFilter(QObject* window, QEvent* event) override;
     void paintEvent(QPaintEvent*) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -66,6 +68,7 @@ private:
     bool isCameraOpen() const;
     void setFull(bool full);
     void pressOk();
+    bool pressCallKey(int key);
     bool leavesFull(int key) const;
     void paintQuestion(QPainter& painter) const;
     void showCall(const tagCall& call);

@@ -11,6 +11,7 @@
 #include "support/host/net.h"
 #include "support/host/ui.h"
 #include "ui_frmCall.h"
+#include <QApplication>
 #include <QKeyEvent>
 #include <algorithm>
 
@@ -75,22 +76,18 @@ void frmCall::keyPressEvent(QKeyEvent* event)
         setFull(false);
         return;
     }
+    if (pressCallKey(event->key()))
+        return;
     switch (event->key()) {
     case Qt::Key_Escape:
     case Qt::Key_Back:
-    case Qt::Key_Hangup:
         on_click_End();
         break;
     case Qt::Key_Up:
-    case Qt::Key_VolumeUp:
         on_click_VolumeUp();
         break;
     case Qt::Key_Down:
-    case Qt::Key_VolumeDown:
         on_click_VolumeDown();
-        break;
-    case Qt::Key_VolumeMute:
-        on_click_Mute();
         break;
     case Qt::Key_Call:
         on_click_Answer();
@@ -107,6 +104,38 @@ void frmCall::keyPressEvent(QKeyEvent* event)
         else if (!sendDigit(event->text()))
             QWidget::keyPressEvent(event);
     }
+}
+
+bool frmCall::pressCallKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Hangup:
+        on_click_End();
+        return true;
+    case Qt::Key_VolumeUp:
+        on_click_VolumeUp();
+        return true;
+    case Qt::Key_VolumeDown:
+        on_click_VolumeDown();
+        return true;
+    case Qt::Key_VolumeMute:
+        on_click_Mute();
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Whoever looks at a page while he talks hangs up, and makes it louder, from there. The dial screen has its
+// own meaning of the key that hangs up: no call of that number.
+bool frmCall::eventFilter(QObject* window, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress || !window->isWindowType() || !isVisible() || isActiveWindow() ||
+        isOver())
+        return QWidget::eventFilter(window, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const bool isDialling = key == Qt::Key_Hangup && qobject_cast<frmDial*>(QApplication::activeWindow());
+    return (!isDialling && pressCallKey(key)) || QWidget::eventFilter(window, event);
 }
 
 void frmCall::pressOk()

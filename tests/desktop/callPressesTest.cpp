@@ -1,11 +1,15 @@
 // Presses on a call screen that changes under the finger, and what a person misses in a hurry.
+#include "host/desktop/callAction.h"
 #include "host/desktop/frmCall.h"
 #include "host/desktop/frmDial.h"
 #include "host/desktop/pressGuard.h"
 #include "host/services/phone/phoneSimulation.h"
+#include "support/host/phone.h"
 #include "support/host/registry.h"
+#include "support/host/screen.h"
 #include "tests/desktop/callScreenStand.h"
 #include <QAbstractButton>
+#include <QDialog>
 #include <QLineEdit>
 
 namespace {
@@ -204,4 +208,44 @@ TEST_F(CallPresses, ADigitAfterACallBeginsTheNext)
     EXPECT_EQ(dial()->findChild<QLineEdit*>("editNumber")->text(), "4");
     kit::stepTime(2000);
     EXPECT_NE(dial(), nullptr);
+}
+
+TEST_F(CallPresses, TheKeysOfTheCallMeanItFromAPageAsWell)
+{
+    talk("4711", "Anna");
+    QDialog page;
+    auto* edit = new QLineEdit("12", &page);
+    page.setGeometry(0, 0, 800, 480);
+    screenBringUp(&page);
+    edit->setFocus();
+    kit::settle();
+    ASSERT_EQ(kit::windows().value(0), &page);
+    const int volume = dev_get_output_volume();
+    kit::key(Qt::Key_VolumeUp);
+    EXPECT_EQ(dev_get_output_volume(), volume + 10);
+    kit::key(Qt::Key_VolumeDown);
+    EXPECT_EQ(dev_get_output_volume(), volume);
+    kit::key(Qt::Key_VolumeMute);
+    EXPECT_TRUE(call("4711").bMuted);
+    EXPECT_EQ(kit::windows().value(0), &page) << "and who looks at it goes on";
+    kit::key(Qt::Key_Hangup);
+    EXPECT_TRUE(calls().isEmpty());
+    EXPECT_EQ(kit::windows().value(0), &page);
+    EXPECT_EQ(edit->text(), "12");
+    kit::stepTime(4000);
+    kit::key(Qt::Key_VolumeUp);
+    EXPECT_EQ(dev_get_output_volume(), volume) << "nobody talks";
+}
+
+TEST_F(CallPresses, WhoHangsUpWhileDiallingLeavesTheNumberAlone)
+{
+    talk("4711", "Anna");
+    kit::tap(action("actAdd"));
+    ASSERT_NE(dial(), nullptr);
+    kit::key(Qt::Key_Hangup);
+    EXPECT_EQ(dial(), nullptr);
+    EXPECT_EQ(calls().size(), 1);
+    letPressesCount();
+    kit::key(Qt::Key_Hangup);
+    EXPECT_TRUE(calls().isEmpty());
 }
