@@ -90,6 +90,13 @@ QImage compose(const QList<QWidget*>& windows)
     return image;
 }
 
+QList<QWidget*> withoutBoxes()
+{
+    QList<QWidget*> windows = windowStack::instance().windows();
+    windows.removeIf([](const QWidget* window) { return window->property(kBoxMark).toBool(); });
+    return windows;
+}
+
 void cancel(QWidget* box)
 {
     if (QDialog* dialog = qobject_cast<QDialog*>(box))
@@ -283,9 +290,12 @@ QImage screenGrab()
 
 QImage screenGrabWithoutBoxes()
 {
-    QList<QWidget*> windows = windowStack::instance().windows();
-    windows.removeIf([](const QWidget* window) { return window->property(kBoxMark).toBool(); });
-    return compose(windows);
+    return compose(withoutBoxes());
+}
+
+QWidget* screenTopWithoutBoxes()
+{
+    return withoutBoxes().value(0);
 }
 
 void screenMarkBox(QWidget* window)

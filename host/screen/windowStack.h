@@ -51,6 +51,7 @@ private:
 
 // The screen as a person sees it: 800 by 480, all windows composed.
 QImage screenGrab();
-// The same without boxes, and the mark of one.
+// The same without boxes, the topmost window then (null: none), and the mark of one.
 QImage screenGrabWithoutBoxes();
+QWidget* screenTopWithoutBoxes();
 void screenMarkBox(QWidget* window);

@@ -58,6 +58,8 @@ BoxDialog::BoxDialog(const QString& title, const QString& text, const char* pict
     m_box = QRect((look::kScreenWidth - kWidth) / 2, (look::kScreenHeight - height) / 2, kWidth, height);
     addTexts(title, text);
     m_background = drawBackground();
+    connect(&windowStack::instance(), &windowStack::changed, this, &BoxDialog::followWindows,
+            Qt::QueuedConnection);
 }
 
 void BoxDialog::addTexts(const QString& title, const QString& text)
@@ -113,6 +115,7 @@ QPixmap qBoxBackdrop(QWidget* window, const QRect& rect)
 QPixmap BoxDialog::drawBackground()
 {
     QPixmap screen = qBoxBackdrop(this, m_box);
+    m_pBehind = screenTopWithoutBoxes();
     QPainter painter(&screen);
     look::paintBox(painter, m_box, look::kBoxCorner, look::kField);
     QPainterPath round;
@@ -152,6 +155,13 @@ void BoxDialog::changeEvent(QEvent* event)
     QDialog::changeEvent(event);
     if (event->type() == QEvent::LanguageChange)
         QMetaObject::invokeMethod(this, &BoxDialog::renewBackground, Qt::QueuedConnection);
+}
+
+// A window that goes by itself, as a call's does, is not seen behind it any more.
+void BoxDialog::followWindows()
+{
+    if (isVisible() && m_pBehind != screenTopWithoutBoxes())
+        renewBackground();
 }
 
 void BoxDialog::renewBackground()

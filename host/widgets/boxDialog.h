@@ -3,6 +3,7 @@
 // it dimmed, and takes all touches.
 #include <QDialog>
 #include <QPixmap>
+#include <QPointer>
 
 class QPushButton;
 
@@ -33,11 +34,13 @@ private:
     void stepFocus(int step);
     QPixmap drawBackground();
     void renewBackground();
+    void followWindows();
 
     const char* m_szPicture;
     int m_nTextHeight;
     int m_nBelow;
     QRect m_box;
-    QPixmap m_background; // the whole screen with the empty box
+    QPixmap m_background;        // the whole screen with the empty box
+    QPointer<QWidget> m_pBehind; // the window that is seen there
     QList<QPushButton*> m_buttons;
 };

@@ -337,6 +337,27 @@ TEST_F(Box, ThePageBehindItHasItsNewLanguageAtOnce)
     });
 }
 
+TEST_F(Box, AWindowThatGoesBehindItIsNotSeenThereAnyMore)
+{
+    QDialog over(nullptr, Qt::FramelessWindowHint);
+    over.setGeometry(page.geometry());
+    over.setStyleSheet("background: red");
+    QRgb withoutIt = 0;
+    ask(BOX_QUESTION, [&] {
+        withoutIt = kit::screen().pixel(10, 470);
+        kit::tap(button("btnNo"));
+    });
+    over.show();
+    kit::settle();
+    ask(BOX_QUESTION, [&] {
+        EXPECT_NE(kit::screen().pixel(10, 470), withoutIt);
+        over.hide();
+        kit::settle();
+        EXPECT_EQ(kit::screen().pixel(10, 470), withoutIt);
+        kit::tap(button("btnNo"));
+    });
+}
+
 TEST_F(Box, GrowsWithLongTextAndCutsNothing)
 {
     const QByteArray sentence = "The phone could not store the file because there is no room left. ";
