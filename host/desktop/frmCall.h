@@ -69,6 +69,7 @@ private:
     void setFull(bool full);
     void pressOk();
     bool pressCallKey(int key);
+    void goBack();
     bool leavesFull(int key) const;
     void paintQuestion(QPainter& painter) const;
     void showCall(const tagCall& call);

@@ -81,7 +81,7 @@ void frmCall::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Escape:
     case Qt::Key_Back:
-        on_click_End();
+        goBack();
         break;
     case Qt::Key_Up:
         on_click_VolumeUp();
@@ -104,6 +104,15 @@ void frmCall::keyPressEvent(QKeyEvent* event)
         else if (!sendDigit(event->text()))
             QWidget::keyPressEvent(event);
     }
+}
+
+// The pad came last, and goes first.
+void frmCall::goBack()
+{
+    if (m_bPad)
+        showPad(false);
+    else
+        on_click_End();
 }
 
 bool frmCall::pressCallKey(int key)

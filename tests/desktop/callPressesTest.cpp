@@ -249,3 +249,25 @@ TEST_F(CallPresses, WhoHangsUpWhileDiallingLeavesTheNumberAlone)
     kit::key(Qt::Key_Hangup);
     EXPECT_TRUE(calls().isEmpty());
 }
+
+TEST_F(CallPresses, BackTakesThePadOfKeysAwayAndOnlyThenTheCall)
+{
+    const QWidget* pad = nullptr;
+    for (const Qt::Key back : {Qt::Key_Escape, Qt::Key_Back}) {
+        talk("4711", "Anna");
+        pad = child("wgtPad");
+        kit::tap(action("actKeys"));
+        ASSERT_TRUE(pad->isVisible());
+        kit::key(back);
+        EXPECT_FALSE(pad->isVisible());
+        EXPECT_EQ(calls().size(), 1);
+        kit::tap(action("actKeys"));
+        kit::key(Qt::Key_F4);
+        EXPECT_TRUE(calls().isEmpty()) << "that key says what it does";
+        kit::stepTime(4000);
+        talk("4711", "Anna");
+        kit::key(back);
+        EXPECT_TRUE(calls().isEmpty());
+        kit::stepTime(4000);
+    }
+}
