@@ -174,6 +174,7 @@ void frmCall::showCall(const tagCall& call)
 {
     const bool isSame = call.nId == m_call.nId;
     const bool isElsewhere = callReached(call) != callReached(m_call);
+    const bool isTogether = isSame || (call.nJoined && call.nJoined == m_call.nId);
     guardPresses(call);
     m_call = call;
     if (!isSame)
@@ -181,7 +182,7 @@ void frmCall::showCall(const tagCall& call)
     else if (m_strDigits != call.strTones)
         m_digitsShown.start();
     m_strDigits = call.strTones;
-    if (!talks())
+    if (!talks() || !isTogether) // whoever comes up has not asked for keys
         showPad(false);
     if (!isSame) {
         m_bVolumeChanged = m_bFull = false;

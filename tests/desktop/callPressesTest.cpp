@@ -271,3 +271,19 @@ TEST_F(CallPresses, BackTakesThePadOfKeysAwayAndOnlyThenTheCall)
         kit::stepTime(4000);
     }
 }
+
+TEST_F(CallPresses, ThePadOfKeysIsOfTheCallForWhichItWasOpened)
+{
+    talk("4711", "Anna");
+    talk("4712", "Bob");
+    kit::tap(action("actKeys"));
+    kit::tap(action("actJoin"));
+    EXPECT_TRUE(child("wgtPad")->isVisible()) << "he is still there";
+    kit::tap(action("actJoin"));
+    EXPECT_TRUE(child("wgtPad")->isVisible());
+    letPressesCount();
+    kit::tap(action("actSwap"));
+    ASSERT_EQ(name(), "Anna");
+    EXPECT_FALSE(child("wgtPad")->isVisible());
+    EXPECT_FALSE(action("actKeys")->isOn());
+}
