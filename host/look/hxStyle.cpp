@@ -20,6 +20,7 @@ constexpr int kCaret = 2;
 constexpr int kListTextMargin = 14;
 constexpr int kRowIconGap = 10; // from the icon of a row to its text
 constexpr int kFirstColumnMargin = 20;
+constexpr int kCutGap = 10; // from a text that is cut to the next column
 constexpr int kColumnMargin = 1;
 constexpr int kNoTextMargin = -2; // the toolkit adds one, and one for the frame
 constexpr int kPopupLine = 1;
@@ -310,7 +311,11 @@ static QRect rowPart(QStyle::SubElement part, QRect rect, const QStyleOptionView
     const bool isBesideIcon = item.features & QStyleOptionViewItem::HasDecoration &&
                               item.decorationPosition == QStyleOptionViewItem::Left;
     const bool isLine = item.decorationPosition == QStyleOptionViewItem::Left && !isTable;
-    return rect.adjusted(margin + (isBesideIcon ? kRowIconGap : 0), 0, isLine ? -kListTextMargin : 0, 0);
+    const QRect text =
+        rect.adjusted(margin + (isBesideIcon ? kRowIconGap : 0), 0, isLine ? -kListTextMargin : 0, 0);
+    // What is cut would run into the next column.
+    const bool isCut = isTable && item.fontMetrics.horizontalAdvance(item.text) > text.width();
+    return isCut ? text.adjusted(0, 0, -kCutGap, 0) : text;
 }
 
 QRect hxStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const

@@ -280,3 +280,25 @@ TEST_F(CallHistory, ANoteSaysOnceThatCallsCannotBeStoredAndNotDuringACall)
     EXPECT_EQ(boxes.texts(), QStringList("The call history cannot be saved!"));
     callHistoryOnFault(nullptr);
 }
+
+TEST_F(CallHistory, ANameThatIsCutKeepsClearOfTheNumberBesideIt)
+{
+    QByteArray calls = "<CallHistory>";
+    for (const char* number : {"1", "004420794600001234567890"})
+        calls += QByteArray("<Call number=\"") + number +
+                 "\" name=\"Maximilian Alexander von Hohenstein\" line=\"1\" direction=\"in\" "
+                 "start=\"2026-11-20 12:30:00\" seconds=\"1\"/>";
+    writeFile(kFile, calls + "</CallHistory>");
+    open();
+    kit::shot("callHistory-long");
+    QTableWidget* list = listOf(&page);
+    const QImage rows = list->viewport()->grab().toImage();
+    const QRect second = list->visualItemRect(list->item(1, 0)); // the first one is chosen
+    for (const int column : {1, 2}) {
+        const int next = list->columnViewportPosition(column);
+        for (int x = next - 8; x < next; ++x) {
+            for (int y = second.top() + 4; y < second.bottom() - 4; ++y)
+                ASSERT_GT(qGray(rows.pixel(x, y)), 200) << column << ' ' << x << ' ' << y;
+        }
+    }
+}
