@@ -1,10 +1,16 @@
 #include "tests/sip/sippTest.h"
 #include "tests/kit/plain/ports.h"
 
+namespace {
+
+const int kLimitSeconds = qEnvironmentVariableIsSet("HX_LONG") ? 400 : 60;
+
+} // namespace
+
 void SipSipp::calls(const SippScenario& scenario, int count, const QStringList& further)
 {
     begin(AgentProcess::calmSetup());
-    sipp.setLimit(40);
+    sipp.setLimit(kLimitSeconds);
     sipp.startText(scenario.text(), kit::freePort(), agent.port(), count,
                    QStringList{"-s", contact} + further);
 }
@@ -15,7 +21,7 @@ void SipSipp::isCalled(const SippScenario& scenario, int count)
     const uint32_t port = peer->port();
     peer->reply(peer->receive("SUBSCRIBE"), "489 Bad Event"); // else the peer is missed when it has gone
     peer.reset();
-    sipp.setLimit(40);
+    sipp.setLimit(kLimitSeconds);
     sipp.startText(scenario.text(), port, agent.port(), count);
 }
 
