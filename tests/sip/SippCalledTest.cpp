@@ -1,4 +1,5 @@
 // SIPp is the line's server, and is called.
+#include "tests/kit/plain/ports.h"
 #include "tests/sip/sippTest.h"
 #include <cstring>
 
@@ -154,4 +155,27 @@ TEST_F(SipSipp, ATransferIsAskedForAndItsOutcomeEndsTheCall)
     EXPECT_EQ(outcome->bTaken, 1u);
     tellStatus(SIP_HANG_UP, 1);
     expectDone(1);
+}
+
+TEST_F(SipSipp, ALineRegistersWithItsPassword)
+{
+    ASSERT_TRUE(agent.start(AgentProcess::calmSetup()));
+    const uint32_t port = kit::freePort();
+    const QByteArray realm =
+        "WWW-Authenticate: Digest realm=\"home\", nonce=\"n\", algorithm=MD5, qop=\"auth\"";
+    sipp.setLimit(60);
+    sipp.startText(SippScenario(SippScenario::CALLED)
+                       .hears("REGISTER")
+                       .without("Authorization")
+                       .answers("401 Unauthorized", realm)
+                       .hears("REGISTER")
+                       .with("username=\"auth0\"")
+                       .without("s3cret")
+                       .withPassword("auth0", "s3cret:0")
+                       .answers("200 OK", "[last_Contact:]\nExpires: 3600")
+                       .text(),
+                   port, agent.port(), 1);
+    agent.tell(accountAt(0, port));
+    EXPECT_TRUE(agent.nextLine(0, SIP_LINE_REGISTERED));
+    sipp.expectDone();
 }

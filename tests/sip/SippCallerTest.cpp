@@ -272,6 +272,23 @@ TEST_F(SipSipp, WhoNeverAcknowledgesTheAnswerIsHungUpOn)
     sipp.expectDone();
 }
 
+TEST_F(SipSipp, TheServerTellsOfMessagesThatNobodyAskedFor)
+{
+    calls(SippScenario(SippScenario::CALLER)
+              .asks("NOTIFY",
+                    "Event: message-summary\nSubscription-State: active\n"
+                    "Content-Type: application/simple-message-summary",
+                    "Messages-Waiting: yes\nVoice-Message: 3/8 (1/2)")
+              .hears(200));
+    const auto* messages = next<tagSipMessages>(SIP_MESSAGES, 0);
+    while (messages && !messages->bKnown)
+        messages = next<tagSipMessages>(SIP_MESSAGES, 0);
+    ASSERT_TRUE(messages);
+    EXPECT_EQ(messages->nNew, 3u);
+    EXPECT_EQ(messages->nOld, 8u);
+    sipp.expectDone();
+}
+
 namespace {
 
 struct tagRefusal

@@ -94,7 +94,7 @@ SippScenario& SippScenario::answersCall(const QByteArray& status, const QByteArr
 {
     send(status.startsWith('2') ? " retrans=\"500\"" : "",
          "SIP/2.0 " + status + "\nVia:[$via]\nFrom:[$from]\nTo:[$to]" + kOwnTag +
-             "\nCall-ID: [call_id]\nCSeq:[$number]\n" + (lines.startsWith("Contact:") ? "" : kContact),
+             "\nCall-ID: [call_id]\nCSeq:[$number]\n" + (lines.contains("Contact:") ? "" : kContact),
          lines, sdp);
     return *this;
 }
@@ -103,7 +103,7 @@ SippScenario& SippScenario::answers(const QByteArray& status, const QByteArray& 
 {
     send("",
          "SIP/2.0 " + status + "\n[last_Via:]\n[last_From:]\n[last_To:]\n[last_Call-ID:]\n[last_CSeq:]\n" +
-             kContact,
+             (lines.contains("Contact:") ? "" : kContact),
          lines, sdp);
     return *this;
 }

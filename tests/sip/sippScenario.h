@@ -15,7 +15,7 @@ public:
     // The reply to the INVITE that began the call of one who is called, whatever came after it.
     SippScenario& answersCall(const QByteArray& status, const QByteArray& lines = {},
                               const QByteArray& sdp = {});
-    // The reply to the last request.
+    // The reply to the last request. Lines may name another contact than the own one.
     SippScenario& answers(const QByteArray& status, const QByteArray& lines = {}, const QByteArray& sdp = {});
     SippScenario& hears(const QByteArray& method);
     // The INVITE that begins the call, once more.
