@@ -3,6 +3,13 @@
 #include "tests/sip/sippTest.h"
 #include <cstring>
 
+namespace {
+
+// Half of the time after which a call that has ended is given up, and hung up for that alone.
+constexpr int kBeforeGivenUpMs = 2500;
+
+} // namespace
+
 TEST_F(SipSipp, EarlyMediaThatNeedAnAcknowledgementGetOneFromACallThatWasAskedForThat)
 {
     isCalled(SippScenario(SippScenario::CALLED)
@@ -84,6 +91,7 @@ TEST_F(SipSipp, TheAnswerThatCrossesTheEndIsAcknowledgedAndHungUp)
                  .answersCall("200 OK", {}, kAnswer)
                  .hears("ACK")
                  .hears("BYE")
+                 .within(kBeforeGivenUpMs)
                  .answers("200 OK"));
     dial(1, "300");
     ASSERT_TRUE(next<tagSipProgress>(SIP_PROGRESS, 1));

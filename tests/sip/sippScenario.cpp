@@ -154,6 +154,12 @@ SippScenario& SippScenario::with(const QByteArray& expression)
     return *this;
 }
 
+SippScenario& SippScenario::within(int ms)
+{
+    m_open += " timeout=\"" + QByteArray::number(ms) + "\"";
+    return *this;
+}
+
 SippScenario& SippScenario::keeps(const QByteArray& name, const QByteArray& header)
 {
     remember(name, header);

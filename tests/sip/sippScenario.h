@@ -25,6 +25,8 @@ public:
     SippScenario& mayHear(int status);
     // What was heard last has that somewhere: a regular expression, in the form of POSIX.
     SippScenario& with(const QByteArray& expression);
+    // It comes within that time.
+    SippScenario& within(int ms);
     // It has that header, whose value, with the blank before it, stands for "[$name]" from here on.
     SippScenario& keeps(const QByteArray& name, const QByteArray& header);
     SippScenario& without(const QByteArray& expression);
