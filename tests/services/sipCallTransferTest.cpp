@@ -197,6 +197,29 @@ TEST_F(SipCallTransfer, WhoTakesThePlaceOfAnotherIsAnsweredAsThatOneWas)
     EXPECT_FALSE(wish.options.bCamera) << "none was open";
 }
 
+// Nobody has asked him to talk with the third one.
+TEST_F(SipCallTransfer, WhoTakesThePlaceOfOneOfAConferenceIsNotInItAndTheOtherIsAlone)
+{
+    nuxSetRegistryInt("/rundata/config/user/user.ini", "CallWaiting", "bEnable", 1);
+    msgBroadpostThreadMsg(CONFIG_MSG_BCAST_CHANGED, CONFIG_CHANGED_CALL_WAITING, 0);
+    kit::settle();
+    const int one = talksIn(IN);
+    const int two = talksIn(IN + 1);
+    ASSERT_TRUE(backend().join(one, two));
+    media->orders.clear();
+    wishOfReplaced(IN, IN + 2);
+    const int next = calls().last().nId;
+    EXPECT_EQ(calls().last().nJoined, 0);
+    tellMedia(SIP_TALK, IN + 2, "their offer");
+    tellEnd(IN, SIP_REPLACED);
+    ASSERT_TRUE(kit::waitUntil([] { return calls().size() == 2; }));
+    EXPECT_EQ(calls().first().nId, two);
+    EXPECT_EQ(calls().last().nId, next);
+    for (const tagCall& call : calls())
+        EXPECT_EQ(call.nJoined, 0) << call.nId;
+    EXPECT_FALSE(media->orders.contains("join"));
+}
+
 // While either side holds a call its camera rests, as it does before anybody has answered.
 TEST_F(SipCallTransfer, ACameraThatOnlyRestsIsOpenInTheCallThatFollows)
 {

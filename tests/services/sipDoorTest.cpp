@@ -157,6 +157,20 @@ TEST_F(SipEarly, WhatCannotBeOfferedRingsAllTheSame)
     EXPECT_EQ(nextMedia(SIP_ANSWER), "offer 1");
 }
 
+// A caller who wants the offer with the ringing hears none without it.
+TEST_F(SipEarly, WhileTheMediaSayNothingItRingsHereAloneAndThereAsSoonAsOthersDo)
+{
+    media->bSilent = true;
+    arrives(wanting(IN));
+    EXPECT_EQ(media->orders, QStringList{"offer"});
+    EXPECT_TRUE(agent.isQuiet(SIP_RING));
+    EXPECT_EQ(call().eState, CALL_RINGING);
+    media->bSilent = false;
+    media->tellLost();
+    EXPECT_EQ(nextMedia(SIP_RING), "offer 1");
+    EXPECT_TRUE(media->lastWish.bPreview) << "no microphone is to open";
+}
+
 TEST_F(SipEarly, AnAnswerWithNothingInCommonEndsTheRinging)
 {
     const int id = arrives(wanting(IN));

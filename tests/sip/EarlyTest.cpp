@@ -5,7 +5,36 @@ namespace {
 
 constexpr uint32_t kFirst = SIP_CALL_FIRST_INCOMING;
 
-using SipEarlyOffers = SipCalls;
+class SipEarlyOffers : public SipCalls
+{
+protected:
+    // Somebody calls who acknowledges what comes early, and it rings with a description; that answer.
+    QByteArray ringsEarly(uint32_t id, const QByteArray& invite)
+    {
+        peer->send(invite, agent.port());
+        EXPECT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
+        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
+        return peer->receive("SIP/2.0 183");
+    }
+    QByteArray inviteEarly(uint32_t id)
+    {
+        return inviteText("early" + QByteArray::number(id), "Supported: 100rel");
+    }
+    // type: the header lines of body.
+    void acknowledgeWith(const QByteArray& early, const QByteArray& body = "v=0\r\ns=anew\r\n",
+                         const QByteArray& type = "Content-Type: application/sdp")
+    {
+        peer->send(
+            within("PRACK", early, 2, "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\n" + type, body),
+            agent.port());
+    }
+    void hangUp(uint32_t id)
+    {
+        tellStatus(SIP_HANG_UP, id);
+        peer->reply(peer->receive("BYE"), "200 OK");
+        expectEnd(id, SIP_HUNG_UP, 0);
+    }
+};
 
 } // namespace
 
@@ -81,14 +110,7 @@ TEST_F(SipEarlyOffers, WhoOffersAnewAsHeAcknowledgesIsAnsweredAtOnceAndTheCallRi
     uint32_t id = kFirst;
     for (const bool isTaken : {true, false}) {
         SCOPED_TRACE(isTaken);
-        peer->send(inviteText("anew" + QByteArray::number(id), "Supported: 100rel"), agent.port());
-        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
-        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
-        const QByteArray early = peer->receive("SIP/2.0 183");
-        peer->send(within("PRACK", early, 2,
-                          "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\nContent-Type: application/sdp",
-                          "v=0\r\ns=anew\r\n"),
-                   agent.port());
+        acknowledgeWith(ringsEarly(id, inviteEarly(id)));
         const auto* offer = next<tagSipMedia>(SIP_OFFER, id);
         ASSERT_TRUE(offer);
         EXPECT_STREQ(offer->szSdp, "v=0\r\ns=anew\r\n");
@@ -104,9 +126,7 @@ TEST_F(SipEarlyOffers, WhoOffersAnewAsHeAcknowledgesIsAnsweredAtOnceAndTheCallRi
         const auto* talk = next<tagSipMedia>(SIP_TALK, id);
         ASSERT_TRUE(talk);
         EXPECT_STREQ(talk->szSdp, isTaken ? "v=0\r\ns=anew\r\n" : "v=0\r\ns=offer\r\n");
-        tellStatus(SIP_HANG_UP, id);
-        peer->reply(peer->receive("BYE"), "200 OK");
-        expectEnd(id++, SIP_HUNG_UP, 0);
+        hangUp(id++);
     }
 }
 
@@ -118,14 +138,7 @@ TEST_F(SipEarlyOffers, TheUserWhoIsQuickerThanTheAnswerToWhatComesWithAnAcknowle
     uint32_t id = kFirst;
     for (const bool isSilent : {false, true}) {
         SCOPED_TRACE(isSilent);
-        peer->send(inviteText("quick" + QByteArray::number(id), "Supported: 100rel"), agent.port());
-        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
-        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
-        const QByteArray early = peer->receive("SIP/2.0 183");
-        peer->send(within("PRACK", early, 2,
-                          "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\nContent-Type: application/sdp",
-                          "v=0\r\ns=anew\r\n"),
-                   agent.port());
+        acknowledgeWith(ringsEarly(id, inviteEarly(id)));
         ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
         tellMedia(SIP_ANSWER, id, "v=0\r\ns=early\r\n");
         if (!isSilent)
@@ -139,9 +152,7 @@ TEST_F(SipEarlyOffers, TheUserWhoIsQuickerThanTheAnswerToWhatComesWithAnAcknowle
                 acknowledge(reply);
         }
         EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id));
-        tellStatus(SIP_HANG_UP, id);
-        peer->reply(peer->receive("BYE"), "200 OK");
-        expectEnd(id++, SIP_HUNG_UP, 0);
+        hangUp(id++);
     }
 }
 
@@ -158,22 +169,14 @@ TEST_F(SipEarlyOffers, WhatCannotBeOfferedWithAnAcknowledgementIsRefusedAndRings
                   {sdp, "", "200"}};
     for (const auto& offer : offers) {
         SCOPED_TRACE(offer.status.toStdString());
-        peer->send(inviteText("bad" + QByteArray::number(id), "Supported: 100rel"), agent.port());
-        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
-        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
-        const QByteArray early = peer->receive("SIP/2.0 183");
-        peer->send(within("PRACK", early, 2,
-                          "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\n" + offer.type, offer.body),
-                   agent.port());
+        acknowledgeWith(ringsEarly(id, inviteEarly(id)), offer.body, offer.type);
         EXPECT_EQ(headerOf(peer->receive("SIP/2.0 " + offer.status), "CSeq").toStdString(), "2 PRACK");
         tellMedia(SIP_ANSWER, id, "v=0\r\ns=early\r\n");
         const QByteArray answer = peer->receive("SIP/2.0 200");
         EXPECT_EQ(headerOf(answer, "CSeq").toStdString(), "1 INVITE");
         acknowledge(answer);
         EXPECT_TRUE(next<tagSipMedia>(SIP_TALK, id));
-        tellStatus(SIP_HANG_UP, id);
-        peer->reply(peer->receive("BYE"), "200 OK");
-        expectEnd(id++, SIP_HUNG_UP, 0);
+        hangUp(id++);
     }
 }
 
@@ -183,15 +186,9 @@ TEST_F(SipEarlyOffers, WhatIsOfferedWithAnAcknowledgementEndsWithTheCall)
     uint32_t id = kFirst;
     for (const QByteArray by : {"the caller", "the phone", "BYE"}) {
         SCOPED_TRACE(by.toStdString());
-        const QByteArray invite = inviteText("ends" + QByteArray::number(id), "Supported: 100rel");
-        peer->send(invite, agent.port());
-        ASSERT_TRUE(next<tagSipArrived>(SIP_ARRIVED, id));
-        tellMedia(SIP_RING, id, "v=0\r\ns=early\r\n");
-        const QByteArray early = peer->receive("SIP/2.0 183");
-        peer->send(within("PRACK", early, 2,
-                          "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\nContent-Type: application/sdp",
-                          "v=0\r\ns=anew\r\n"),
-                   agent.port());
+        const QByteArray invite = inviteEarly(id);
+        const QByteArray early = ringsEarly(id, invite);
+        acknowledgeWith(early);
         ASSERT_TRUE(next<tagSipMedia>(SIP_OFFER, id));
         if (by == "the caller")
             takeBack(invite);

@@ -140,6 +140,13 @@ protected:
     {
         say(UdpPeer::replyTo(request, "200 OK", lines, body));
     }
+    void hangUp(uint32_t id)
+    {
+        tellStatus(SIP_HANG_UP, id);
+        const QByteArray bye = next("BYE");
+        EXPECT_NE(bye.toStdString(), "");
+        reply(bye, {}, {});
+    }
     void say(const QByteArray& message)
     {
         link->write(message);
@@ -345,10 +352,7 @@ TEST_F(SipWaysByTcp, AServerThatNamesNoTransportIsReachedAsTheAccountSays)
         reply(next("INVITE"), "Contact: <" + own + ">\r\nContent-Type: application/sdp", kAnswer);
         EXPECT_NE(next("ACK").toStdString(), "");
         ASSERT_TRUE(agent.next(SIP_TALK, id));
-        tellStatus(SIP_HANG_UP, id);
-        const QByteArray bye = next("BYE");
-        EXPECT_NE(bye.toStdString(), "");
-        reply(bye, {}, {});
+        hangUp(id);
     }
     // Who is elsewhere says how.
     dial(++id, "300");
@@ -370,9 +374,6 @@ TEST_F(SipWaysByTcp, TheSameHoldsForACallThatCameIn)
         reply(hold, "Contact: <" + own + ">\r\nContent-Type: application/sdp", kAnswer);
         EXPECT_NE(next("ACK").toStdString(), "");
         ASSERT_TRUE(agent.next(SIP_TALK, id));
-        tellStatus(SIP_HANG_UP, id);
-        const QByteArray bye = next("BYE");
-        EXPECT_NE(bye.toStdString(), "");
-        reply(bye, {}, {});
+        hangUp(id);
     }
 }
