@@ -33,6 +33,7 @@ namespace {
 constexpr int kDigitsShown = 24;
 constexpr int kKeepWeight = -1;
 constexpr int kFailedMs = 3000;
+constexpr int kVolumeMs = 3000;
 constexpr int kSmallestName = 20; // pixels
 constexpr int kSmallestText = 15;
 constexpr int kSmallestNumber = 13;
@@ -92,6 +93,12 @@ frmCall::frmCall()
     connect(&m_failedShown, &QTimer::timeout, this, [this] {
         m_told = nullptr;
         showOthers();
+    });
+    m_volumeShown.setInterval(kVolumeMs);
+    m_volumeShown.setSingleShot(true);
+    connect(&m_volumeShown, &QTimer::timeout, this, [this] {
+        m_bVolumeChanged = false;
+        showQuestion();
     });
     m_tick.setInterval(TICK_MS);
     m_end.setInterval(END_MS);

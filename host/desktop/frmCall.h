@@ -120,7 +120,8 @@ private:
     std::function<QString()> m_told; // what could not be done beside this call, for a moment
     int m_nFailed = 0;               // the call that it is about
     QTimer m_failedShown;
-    bool m_bVolumeChanged = false; // of a ring, which shows it then
+    bool m_bVolumeChanged = false; // a moment ago; where there is no place for it, it is shown then
+    QTimer m_volumeShown;
     displayPlace m_display;
     bool m_bBeside = false; // the signage has its place here
     CALL_LAYOUT m_eLayout = CALL_LAYOUT_WHOLE;

@@ -172,6 +172,7 @@ void frmCall::changeVolume(int step)
 {
     callSound::instance().changeVolume(step);
     m_bVolumeChanged = true;
+    m_volumeShown.start();
     showQuestion();
     showSound();
 }

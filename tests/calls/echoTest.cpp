@@ -2,6 +2,9 @@
 // back.
 #include "players/deviceSound.h"
 #include "tests/calls/callStand.h"
+#include "tests/kit/plain/recordedSound.h"
+#include <QFile>
+#include <QTemporaryDir>
 #include <cmath>
 #include <cstdlib>
 
@@ -112,6 +115,83 @@ TEST_F(Echo, DoesNotGoBackToWhoSpeaks)
            "audiotestsrc is-live=true wave=ticks freq=500 tick-interval=400000000 sine-periods-per-tick=100",
            1);
     EXPECT_GT(heardThere(false), 300) << "who speaks here is heard";
+}
+
+// Of what the microphone hears, without what processes it and with it.
+class Microphone : public Echo
+{
+protected:
+    // Hears the file, from its beginning, with each call.
+    void hears(const std::vector<float>& samples)
+    {
+        const QString path = m_folder.filePath("heard.wav");
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(kit::waveFile(samples, kRate));
+        ASSERT_TRUE(file.flush());
+        setenv("HX_SOUND_SOURCE",
+               ("filesrc location=" + path + " ! wavparse ! identity sync=true").toUtf8().constData(), 1);
+    }
+    static double untouched()
+    {
+        setenv("HX_SOUND_PROCESSING", "off", 1);
+        const double heard = heardThere(false);
+        unsetenv("HX_SOUND_PROCESSING");
+        return heard;
+    }
+    // Syllables of a voice that rises and falls: overtones of a throat, shaped by a mouth, with pauses.
+    static std::vector<float> voice()
+    {
+        std::vector<float> samples;
+        double phase = 0;
+        for (int i = 0; i < kSeconds * kRate; ++i) {
+            const double second = double(i) / kRate;
+            const double syllable = std::fmod(second, 0.25) / 0.25;
+            const int word = int(second / 0.25);
+            const double hertz = 120 + 40 * std::sin(2 * M_PI * 0.7 * second) + 9 * (word * 7 % 5);
+            const double mouth = 400 + 130 * (word * 5 % 7);
+            const bool isPause = word % 5 == 4;
+            phase += 2 * M_PI * hertz / kRate;
+            double sum = 0;
+            for (int overtone = 1; overtone <= 20; ++overtone) {
+                const double off = (overtone * hertz - mouth) / 250;
+                sum += (0.1 + std::exp(-off * off)) / overtone * std::sin(overtone * phase);
+            }
+            samples.push_back(float(isPause ? 0 : 0.2 * sum * std::sin(M_PI * syllable)));
+        }
+        return samples;
+    }
+    static std::vector<float> noise()
+    {
+        std::vector<float> samples;
+        unsigned int state = 1;
+        for (int i = 0; i < kSeconds * kRate; ++i) {
+            state = state * 1664525u + 1013904223u;
+            samples.push_back(0.05f * (float(state >> 16) / 32768 - 1));
+        }
+        return samples;
+    }
+
+private:
+    enum { kRate = 48000, kSeconds = 30 };
+    QTemporaryDir m_folder;
+};
+
+TEST_F(Microphone, NoiseThatLastsIsHeardLess)
+{
+    hears(noise());
+    const double steady = untouched();
+    EXPECT_GT(steady, 300) << "there is noise";
+    const double most = 0.7 * steady;
+    EXPECT_LE(heardThere(false, most), most);
+}
+
+TEST_F(Microphone, AVoiceThatIsNotLoudIsHeardLouder)
+{
+    hears(voice());
+    const double words = untouched();
+    EXPECT_GT(words, 300) << "somebody speaks";
+    EXPECT_GT(heardThere(false), 1.5 * words);
 }
 
 } // namespace

@@ -514,3 +514,23 @@ TEST_F(CallMarks, WhatAsksUponTheBrightestPictureIsRead)
     kit::shot("call-asks-white");
     expectReadable({"labName", "labState"});
 }
+
+TEST_F(CallMarks, AChangedVolumeIsShownUponThePictureForAMoment)
+{
+    const int id = talk("4711", "Anna");
+    stream(id, "Opus", "H.264");
+    const QWidget* bar = screen()->findChild<QWidget*>("barVolume");
+    const QWidget* word = screen()->findChild<QWidget*>("labVolume");
+    ASSERT_FALSE(bar->isVisible());
+    for (int press = 0; press < 3; ++press) {
+        kit::key(Qt::Key_VolumeDown);
+        EXPECT_TRUE(bar->isVisible() && word->isVisible());
+        kit::stepTime(2000);
+        EXPECT_TRUE(bar->isVisible()) << "from the last change on";
+    }
+    kit::stepTime(2000);
+    EXPECT_FALSE(bar->isVisible() || word->isVisible());
+    phoneService::instance().rules().setHeld(id, true);
+    kit::settle();
+    EXPECT_TRUE(bar->isVisible()) << "without a picture, always";
+}

@@ -151,6 +151,18 @@ TEST_F(RealLines, WhatTheSettingsWantIsToldToTheCaller)
     hangsUp(reply);
 }
 
+// Keys that are agreed on beside the description are not known here.
+TEST_F(RealLines, WhoEncryptsByDtlsAloneIsRefusedWithoutARing)
+{
+    invites("dtls", {},
+            QByteArray(kSdp).replace("RTP/AVP", "UDP/TLS/RTP/SAVPF") +
+                "a=setup:actpass\r\na=fingerprint:sha-256 " + QByteArray("AB:").repeated(31) + "AB\r\n");
+    EXPECT_TRUE(headerOf(replyOf("488"), "Warning").startsWith("302 "));
+    EXPECT_TRUE(ends("unfit"));
+    EXPECT_EQ(lastEnded()["reason"].toString(), "The two phones have no sound in common");
+    EXPECT_EQ(topWindow()["class"].toString(), "frmDesktop");
+}
+
 TEST_F(RealLines, ACallThatCannotBeTalkedDoesNotRingAndLeavesWhoTalks)
 {
     const auto offerTo = [](uint32_t port) {
