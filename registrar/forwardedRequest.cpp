@@ -14,11 +14,17 @@ namespace {
 constexpr const char* kElsewhere = "SIP;cause=200;text=\"Call completed elsewhere\"";
 constexpr const char* kGivenUp = "SIP;cause=480;text=\"No answer\"";
 
+// What no answer has: neither provisional nor final. The stack would end with it.
+bool isNoStatus(int status)
+{
+    return status < 100 || status > 699;
+}
+
 // The lower the better for the caller: a person's answer before that of a device, and anything before the
 // silence of a phone that is not there.
 int rankOf(int status, bool isOwn)
 {
-    if (isOwn)
+    if (isOwn || isNoStatus(status))
         return 6;
     if (status >= 600)
         return 0;
@@ -53,7 +59,8 @@ ForwardedRequest::ForwardedRequest(const tagPbx& pbx, nta_incoming_t* request)
     msg_t* message = nta_incoming_getrequest(request);
     const sip_t* sip = sip_object(message);
     m_callId = pbxText::of(sip->sip_call_id->i_id);
-    m_bNew = isCall() && !sip->sip_to->a_tag;
+    m_bCall = sip->sip_request->rq_method == sip_method_invite;
+    m_bNew = m_bCall && !sip->sip_to->a_tag;
     msg_destroy(message);
     nta_incoming_bind(request, onCancel, this);
 }
@@ -114,7 +121,7 @@ bool ForwardedRequest::send(const std::string& address)
 void ForwardedRequest::fork(const std::vector<std::string>& addresses, const std::string& callee)
 {
     m_callee = callee;
-    if (isCall())
+    if (m_bCall)
         nta_incoming_treply(m_pRequest, SIP_100_TRYING, TAG_END());
     for (size_t i = 0; i < std::min<size_t>(addresses.size(), MAX_BRANCHES); ++i)
         send(addresses[i]);
@@ -126,7 +133,7 @@ void ForwardedRequest::fork(const std::vector<std::string>& addresses, const std
 
 void ForwardedRequest::pass()
 {
-    if (isCall())
+    if (m_bCall)
         nta_incoming_treply(m_pRequest, SIP_100_TRYING, TAG_END());
     if (!send(""))
         end(SIP_483_TOO_MANY_HOPS);
@@ -145,6 +152,8 @@ void ForwardedRequest::onReply(nta_outgoing_t* request, const sip_t* reply)
     if (branch == m_branches.end() || !reply || !reply->sip_status)
         return;
     const int status = reply->sip_status->st_status;
+    if (status < 100)
+        return;
     branch->nStatus = std::max(branch->nStatus, status);
     if (status < 200) {
         if (m_bNew && status > 100)
@@ -156,9 +165,10 @@ void ForwardedRequest::onReply(nta_outgoing_t* request, const sip_t* reply)
     } else if (!m_bFinal) {
         keepBest(request, reply);
         // A person has said no for all of his phones.
-        if (status >= 600)
+        const bool isForAll = status >= 600 && !isNoStatus(status);
+        if (isForAll)
             cancelBranches(nullptr);
-        if (status >= 600 || haveAllEnded())
+        if (isForAll || haveAllEnded())
             passBest();
     }
 }
@@ -167,10 +177,13 @@ void ForwardedRequest::onAnswer(nta_outgoing_t* request, const sip_t* reply)
 {
     // The caller has been told that there is nobody: whoever answers now is hung up.
     if (m_bFinal && !m_bAnswered) {
-        if (isCall())
+        if (m_bCall)
             nta_msg_ackbye(m_pbx.pAgent, nta_outgoing_getresponse(request));
         return;
     }
+    // A call may have two answers, and its caller settles that. Whatever else was asked has been answered.
+    if (m_bAnswered && !m_bCall)
+        return;
     passReply(request, reply);
     if (m_bAnswered)
         return;
@@ -221,6 +234,8 @@ void ForwardedRequest::passBest()
             end(status, reply->sip_status->st_phrase);
         return;
     }
+    if (isNoStatus(status))
+        return end(SIP_502_BAD_GATEWAY);
     m_bFinal = true;
     m_limit.stop();
     msg_t* copy = msg_dup(m_pBest);
@@ -233,7 +248,7 @@ void ForwardedRequest::passBest()
 void ForwardedRequest::cancelBranches(const char* reason)
 {
     for (const tagBranch& branch : m_branches) {
-        if (isCall() && branch.nStatus < 200)
+        if (m_bCall && branch.nStatus < 200)
             nta_outgoing_tcancel(branch.pRequest, nullptr, nullptr, TAG_IF(reason, SIPTAG_REASON_STR(reason)),
                                  TAG_END());
     }

@@ -51,7 +51,6 @@ private:
     };
 
     static int onCancel(ForwardedRequest* self, nta_incoming_t*, const sip_t* message);
-    bool isCall() const { return nta_incoming_method(m_pRequest) == sip_method_invite; }
     bool send(const std::string& address);
     bool haveAllEnded() const;
     void passReply(nta_outgoing_t* request, const sip_t* reply);
@@ -71,6 +70,7 @@ private:
     int m_nBestRank = 0;
     bool m_bAnswered = false; // with 2xx
     bool m_bFinal = false;    // the caller has his answer
+    bool m_bCall = false;     // an INVITE
     bool m_bNew = false;      // begins a call
     SipTimer m_limit;
 };

@@ -194,6 +194,53 @@ TEST_F(PbxDamaged, NorWhatABadLineMakesOfRequestsAndOfAnswers)
     expectThatItWorks();
 }
 
+TEST_F(PbxDamaged, AStatusThatNoAnswerHasIsAFaultOfThatPhoneAlone)
+{
+    begin();
+    const char* statuses[] = {"99 Odd", "700 Odd", "999 Odd", "1200 Odd"};
+    for (int i = 0; i < int(std::size(statuses)); ++i) {
+        QByteArray atFirst, atSecond;
+        ASSERT_TRUE(caller->calls("1002", "odd" + QByteArray::number(i)));
+        take(atFirst, atSecond);
+        first->reply(atFirst, statuses[i]);
+        second->reply(atSecond, "486 Busy Here");
+        if (i == 0)
+            first->reply(atFirst, "480 Away");
+        const QByteArray refusal = caller->hears(486);
+        ASSERT_NE(refusal.toStdString(), "") << statuses[i];
+        caller->acknowledge(refusal);
+    }
+    ASSERT_TRUE(caller->calls("1002", "alone"));
+    QByteArray atFirst, atSecond;
+    take(atFirst, atSecond);
+    first->reply(atFirst, "999 Odd");
+    second->reply(atSecond, "999 Odd");
+    EXPECT_NE(caller->hears(502).toStdString(), "");
+    expectThatItWorks();
+}
+
+TEST_F(PbxDamaged, ASecondAnswerToWhatIsNoCallIsDropped)
+{
+    begin();
+    const QByteArray question = caller->ask("OPTIONS", caller->at("1009"), "none");
+    EXPECT_EQ(statusOf(question), 404);
+    for (int i = 0; i < 30; ++i) {
+        const QByteArray callId = "text" + QByteArray::number(i);
+        caller->wire().send(caller->text("MESSAGE", caller->at("1002"), callId, 1), pbx.port());
+        const QByteArray asked = caller->hears(407);
+        const QByteArray answer = caller->answerTo(asked, "MESSAGE", caller->at("1002"));
+        caller->wire().send(caller->text("MESSAGE", caller->at("1002"), callId, 2, answer), pbx.port());
+        const QByteArray atFirst = first->next("MESSAGE"), atSecond = second->next("MESSAGE");
+        ASSERT_NE(atFirst.toStdString(), "");
+        ASSERT_NE(atSecond.toStdString(), "");
+        first->reply(atFirst, "200 OK");
+        second->reply(atSecond, "200 OK");
+        ASSERT_NE(caller->hears(200).toStdString(), "");
+    }
+    EXPECT_EQ(caller->wire().receive("SIP/2.0 200", 300).toStdString(), "");
+    expectThatItWorks();
+}
+
 TEST_F(PbxDamaged, AFloodIsRefusedAndLeavesNothingBehind)
 {
     begin(1);
